@@ -1,0 +1,63 @@
+# What every target of the program is compiled with.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "" FORCE)
+endif()
+
+find_program(CCACHE ccache)
+if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE}")
+endif()
+
+option(ELLWYND_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+
+add_library(ellwynd_options INTERFACE)
+target_compile_options(ellwynd_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wconversion
+  -Wno-sign-conversion
+  # Members have defaults, so leaving some out is meant; GCC 12 sees absent optionals as uninitialised.
+  -Wno-missing-field-initializers -Wno-maybe-uninitialized
+  # Scores are compared with exact band limits, so no machine may fuse a multiplication and an
+  # addition into one rounding.
+  -ffp-contract=off)
+target_compile_definitions(ellwynd_options INTERFACE
+  QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+  QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+find_program(LLD ld.lld)
+if(LLD)
+  target_link_options(ellwynd_options INTERFACE -fuse-ld=lld)
+endif()
+
+if(ELLWYND_SANITIZE)
+  target_compile_options(ellwynd_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(ellwynd_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# ellwynd_library(NAME [MOC] SOURCES... [LINK targets...] [PRIVATE_LINK targets...]): one room of the
+# program. Includes are written from src/ on ("risk/scorer.h"), so that a line says which room it
+# reaches into. What only the sources need is linked privately, so that no room sees it through
+# another.
+function(ellwynd_library name)
+  cmake_parse_arguments(ARG "MOC" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  if(ARG_MOC)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  endif()
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+  target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK} ellwynd_options)
+endfunction()
+
+# ellwynd_program(NAME SOURCES... LINK targets...): a thin executable over the rooms.
+function(ellwynd_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} ellwynd_options)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+endfunction()

@@ -1,0 +1,53 @@
+#include "app/canvaslinks.h"
+
+#include <QUrl>
+
+namespace ellwynd {
+
+namespace {
+
+std::optional<std::string>
+below(const std::string &baseURL, const std::string &path, std::initializer_list<std::int64_t> ids) {
+    // QUrl lowers the scheme, so "exactly https" is asked of the text itself.
+    if (!baseURL.starts_with("https://"))
+        return std::nullopt;
+    const QUrl base(QString::fromStdString(baseURL), QUrl::StrictMode);
+    if (!base.isValid() || base.host().isEmpty())
+        return std::nullopt;
+    for (const std::int64_t id : ids) {
+        if (id < 1)
+            return std::nullopt;
+    }
+    QUrl url = base.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment);
+    QString joined = url.path();
+    if (!joined.endsWith(u'/'))
+        joined += u'/';
+    url.setPath(joined + QString::fromStdString(path));
+    return url.toString(QUrl::FullyEncoded).toStdString();
+}
+
+std::string coursePath(std::int64_t courseID) {
+    return "courses/" + std::to_string(courseID);
+}
+
+} // namespace
+
+std::optional<std::string> canvasLinks::course(const std::string &baseURL, std::int64_t courseID) {
+    return below(baseURL, coursePath(courseID), {courseID});
+}
+
+std::optional<std::string>
+canvasLinks::grades(const std::string &baseURL, std::int64_t courseID, std::int64_t studentID) {
+    return below(
+        baseURL, coursePath(courseID) + "/grades/" + std::to_string(studentID),
+        {courseID, studentID});
+}
+
+std::optional<std::string> canvasLinks::assignment(
+    const std::string &baseURL, std::int64_t courseID, std::int64_t assignmentID) {
+    return below(
+        baseURL, coursePath(courseID) + "/assignments/" + std::to_string(assignmentID),
+        {courseID, assignmentID});
+}
+
+} // namespace ellwynd

@@ -1,0 +1,22 @@
+// Pages of Canvas that open in the teacher's browser.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace ellwynd {
+
+/// Addresses below the saved Canvas address. Each is absent unless the address is exactly https with
+/// a host and every id is at least 1.
+namespace canvasLinks {
+
+[[nodiscard]] std::optional<std::string> course(const std::string &baseURL, std::int64_t courseID);
+[[nodiscard]] std::optional<std::string>
+grades(const std::string &baseURL, std::int64_t courseID, std::int64_t studentID);
+[[nodiscard]] std::optional<std::string>
+assignment(const std::string &baseURL, std::int64_t courseID, std::int64_t assignmentID);
+
+} // namespace canvasLinks
+
+} // namespace ellwynd

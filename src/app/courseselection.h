@@ -1,0 +1,23 @@
+// What the sidebar has selected.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <variant>
+
+namespace ellwynd {
+
+struct CourseSelection {
+    std::int64_t courseID = 0;
+    bool operator==(const CourseSelection &) const = default;
+};
+
+/// A whole term; without an id, the courses that have no term.
+struct TermSelection {
+    std::optional<std::int64_t> termID;
+    bool operator==(const TermSelection &) const = default;
+};
+
+using Selection = std::variant<CourseSelection, TermSelection>;
+
+} // namespace ellwynd

@@ -1,0 +1,323 @@
+#include "app/mainwindowcontroller.h"
+
+#include "app/canvaslinks.h"
+#include "app/termroster.h"
+#include "canvas/sample/samplecanvasclient.h"
+#include "platform/log.h"
+
+#include <fmt/format.h>
+
+#include <QPointer>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr Log logger{"network"};
+constexpr Log links{"links"};
+
+} // namespace
+
+MainWindowController::MainWindowController(UserDefaults &store, Clock clock) :
+    defaults(store), now(clock),
+    observing(store.observe([this](std::string_view key) { preferenceChanged(key); })) {}
+
+MainWindowController::~MainWindowController() = default;
+
+// ---- The course list ---------------------------------------------------------------------------
+
+void MainWindowController::refresh() {
+    if (isRefreshing) {
+        refreshQueued = true;
+        return;
+    }
+    const auto source = openConnection(defaults);
+    if (!source) {
+        becomeNotConnected();
+        return;
+    }
+    isRefreshing = true;
+    setStatus("Loading courses…");
+    fetchCourseList(source);
+}
+
+QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReading> source) {
+    const QPointer<MainWindowController> self(this);
+    std::optional<CanvasError> failure;
+    std::vector<Course> courses;
+    try {
+        courses = co_await source->fetchCourses();
+    } catch (const CanvasError &error) {
+        failure = error;
+    } catch (const std::exception &error) {
+        failure = CanvasError::network(error.what());
+    }
+    if (!self)
+        co_return;
+    if (failure) {
+        const bool rejected = failure->which() == CanvasError::Case::unauthorized;
+        setStatus(rejected ? "Canvas rejected the token" : "Couldn’t load");
+        Q_EMIT errorDidOccur(
+            QString::fromStdString(failure->errorDescription()),
+            QString::fromStdString(failure->recoverySuggestion()));
+    } else {
+        latestCourses = std::move(courses);
+        const std::size_t count = latestCourses.size();
+        setStatus(fmt::format(
+            "{}{} course{}", defaults.value(preferences::sampleData) ? "Sample college · " : "",
+            count, count == 1 ? "" : "s"));
+        Q_EMIT coursesDidChange();
+        if (!currentSelection && !latestCourses.empty())
+            currentSelection = TermSelection{groupByTerm(latestCourses).front().id()};
+        loadSelection();
+    }
+    refreshEnded();
+}
+
+void MainWindowController::refreshEnded() {
+    isRefreshing = false;
+    if (std::exchange(refreshQueued, false))
+        refresh();
+}
+
+void MainWindowController::becomeNotConnected() {
+    currentSelection.reset();
+    latestCourses.clear();
+    rosterCache.entries.clear();
+    ++selectionToken;
+    loadingRoster = false;
+    rosterView = {.state = RosterView::State::notConnected};
+    setStatus("Not connected");
+    Q_EMIT coursesDidChange();
+    Q_EMIT rosterDidChange();
+}
+
+std::vector<Course> MainWindowController::knownCourses() const {
+    std::vector<Course> courses = latestCourses;
+    if (defaults.value(preferences::sampleData) && !courses.empty())
+        std::ranges::copy(SampleCanvasClient::olderCourses(now()), std::back_inserter(courses));
+    return courses;
+}
+
+std::vector<TermGroup> MainWindowController::sidebarTerms() const {
+    std::vector<TermGroup> terms = groupByTerm(knownCourses());
+    const auto limit = std::size_t(defaults.value(preferences::sidebarTermLimit));
+    if (limit > 0 && terms.size() > limit) {
+        // The courses without a term are no term, and are always listed.
+        const bool others = !terms.back().term;
+        terms.erase(terms.begin() + std::ptrdiff_t(limit), terms.end() - (others ? 1 : 0));
+    }
+    return terms;
+}
+
+std::optional<std::int64_t> MainWindowController::flaggedStudents(std::int64_t courseID) const {
+    const ScoredCourse *course = rosterCache.find(courseID);
+    return course != nullptr ? std::optional{flaggedCount(course->rows)} : std::nullopt;
+}
+
+// ---- Rosters -----------------------------------------------------------------------------------
+
+void MainWindowController::select(const Selection &selection) {
+    if (currentSelection == selection)
+        return;
+    currentSelection = selection;
+    loadSelection();
+}
+
+void MainWindowController::refreshRoster() {
+    loadSelection();
+}
+
+void MainWindowController::loadSelection() {
+    ++selectionToken;
+    const std::vector<Course> courses = selectedCourses();
+    const auto source = openConnection(defaults);
+    if (!source || courses.empty())
+        return;
+    showCached(courses);
+    fetchRoster(source, courses);
+}
+
+std::vector<Course> MainWindowController::selectedCourses() const {
+    std::vector<Course> courses = knownCourses();
+    if (!currentSelection)
+        return {};
+    std::erase_if(courses, [this](const Course &course) {
+        if (const auto *one = std::get_if<CourseSelection>(&*currentSelection))
+            return course.id != one->courseID;
+        const auto term = course.term ? std::optional{course.term->id} : std::nullopt;
+        return term != std::get<TermSelection>(*currentSelection).termID;
+    });
+    return courses;
+}
+
+std::string MainWindowController::selectionTitle() const {
+    const std::vector<Course> courses = selectedCourses();
+    if (courses.empty())
+        return {};
+    return std::holds_alternative<CourseSelection>(*currentSelection)
+        ? displayName(courses.front())
+        : title(groupByTerm(courses).front());
+}
+
+/// Shows what earlier fetches left of the selection, or that it is loading.
+void MainWindowController::showCached(const std::vector<Course> &courses) {
+    std::vector<const ScoredCourse *> cached;
+    for (const Course &course : courses) {
+        if (const ScoredCourse *entry = rosterCache.find(course.id))
+            cached.push_back(entry);
+    }
+    if (cached.size() == courses.size()) {
+        showRoster(cached);
+        return;
+    }
+    rosterView = {.state = RosterView::State::loading, .title = selectionTitle()};
+    Q_EMIT rosterDidChange();
+}
+
+QCoro::Task<> MainWindowController::fetchRoster(
+    std::shared_ptr<CanvasReading> source, std::vector<Course> courses) {
+    const QPointer<MainWindowController> self(this);
+    const Token token = selectionToken;
+    const bool cachedShown = rosterView.state == RosterView::State::shown;
+    loadingRoster = true;
+
+    std::vector<QCoro::Task<ScoredCourse>> loads;
+    for (const Course &course : courses)
+        loads.push_back(loadCourse(*source, course, defaults, now));
+    std::vector<ScoredCourse> scored;
+    std::optional<CanvasError> failure;
+    for (auto &load : loads) {
+        try {
+            scored.push_back(co_await load);
+        } catch (const CanvasError &error) {
+            failure = error;
+        } catch (const std::exception &error) {
+            failure = CanvasError::network(error.what());
+        }
+    }
+    // The teacher has moved on: a slow load never overwrites what was chosen after it.
+    if (!self || token != selectionToken)
+        co_return;
+    loadingRoster = false;
+    if (failure) {
+        showFailure(*failure, cachedShown);
+        co_return;
+    }
+    std::vector<const ScoredCourse *> shown;
+    for (ScoredCourse &course : scored) {
+        const std::int64_t id = course.course.id;
+        shown.push_back(&(rosterCache.entries.insert_or_assign(id, std::move(course)).first->second));
+    }
+    showRoster(shown);
+    Q_EMIT coursesDidChange();
+}
+
+void MainWindowController::showFailure(const CanvasError &error, bool cachedShown) {
+    if (cachedShown) {
+        logger.error(fmt::format(
+            "Roster freshen failed, keeping cache: {}", error.errorDescription()));
+        rosterView.staleReason = error.errorDescription();
+    } else {
+        rosterView = {.state = RosterView::State::failed, .title = selectionTitle()};
+        Q_EMIT errorDidOccur(
+            QString::fromStdString(error.errorDescription()),
+            QString::fromStdString(error.recoverySuggestion()));
+    }
+    Q_EMIT rosterDidChange();
+}
+
+void MainWindowController::showRoster(const std::vector<const ScoredCourse *> &courses) {
+    RosterView view{
+        .state = RosterView::State::shown,
+        .title = selectionTitle(),
+        .courseCount = courses.size(),
+        .fetchedAt = (*std::ranges::min_element(courses, {}, &ScoredCourse::fetchedAt))->fetchedAt};
+    if (std::holds_alternative<CourseSelection>(*currentSelection)) {
+        const ScoredCourse &course = *courses.front();
+        view.courseID = course.course.id;
+        view.rows = course.rows;
+        view.missedWork = course.missedWork;
+        view.thresholds = course.thresholds;
+    } else {
+        view.rows = termRows(courses);
+    }
+    rosterView = std::move(view);
+    Q_EMIT rosterDidChange();
+}
+
+// ---- Preferences -------------------------------------------------------------------------------
+
+void MainWindowController::preferenceChanged(std::string_view key) {
+    if (key == preferences::sidebarTermLimit.name)
+        Q_EMIT coursesDidChange();
+    const bool threshold = key == preferences::defaultPassingScore.name ||
+        key == preferences::defaultInactivityDays.name || key.starts_with(courseSettings::prefix);
+    if (threshold)
+        rescoreAll();
+}
+
+/// Scores what is in memory again. Nothing is fetched, so live figures do not change.
+void MainWindowController::rescoreAll() {
+    bool changed = false;
+    for (auto &[id, course] : rosterCache.entries) {
+        const CourseThresholds thresholds = courseThresholds(defaults, id);
+        if (thresholds != course.thresholds) {
+            rescore(course, thresholds, course.fetchedAt);
+            changed = true;
+        }
+    }
+    if (!changed)
+        return;
+    if (rosterView.state == RosterView::State::shown) {
+        const std::string stale = rosterView.staleReason;
+        showCached(selectedCourses());
+        rosterView.staleReason = stale;
+    }
+    Q_EMIT coursesDidChange();
+}
+
+void MainWindowController::setStatus(std::string text) {
+    statusText = std::move(text);
+    Q_EMIT statusDidChange();
+}
+
+// ---- Pages of Canvas ---------------------------------------------------------------------------
+
+void MainWindowController::openCourse(std::int64_t courseID) {
+    const std::string base = defaults.value(preferences::canvasBaseURL);
+    open(canvasLinks::course(base, courseID), fmt::format("course {}", courseID), courseID);
+}
+
+void MainWindowController::openGrades(std::int64_t courseID, std::int64_t studentID) {
+    const std::string base = defaults.value(preferences::canvasBaseURL);
+    open(canvasLinks::grades(base, courseID, studentID), "a student", 0);
+}
+
+void MainWindowController::openAssignment(std::int64_t courseID, std::int64_t assignmentID) {
+    const std::string base = defaults.value(preferences::canvasBaseURL);
+    open(
+        canvasLinks::assignment(base, courseID, assignmentID), fmt::format("course {}", courseID),
+        courseID);
+}
+
+/// @param courseID what the log names; 0 for a student's page, which names nobody.
+void MainWindowController::open(
+    const std::optional<std::string> &url, std::string_view what, std::int64_t courseID) {
+    if (defaults.value(preferences::sampleData)) {
+        Q_EMIT pageIsInvented();
+        return;
+    }
+    if (!url) {
+        links.error(fmt::format("Couldn't build a Canvas URL for {}", what));
+        return;
+    }
+    links.info(
+        courseID != 0 ? fmt::format("Opening course {} in Canvas", courseID)
+                      : "Opening a student's grades in Canvas");
+    Q_EMIT urlShouldOpen(QString::fromStdString(*url));
+}
+
+} // namespace ellwynd

@@ -1,0 +1,109 @@
+// The driver of the program: what is fetched, when, and what is done with it.
+#pragma once
+
+#include "app/connection.h"
+#include "canvas/records/canvaserror.h"
+#include "app/courseselection.h"
+#include "app/rostercache.h"
+#include "app/termgroups.h"
+
+#include <QObject>
+
+namespace ellwynd {
+
+/// What the roster pane shows.
+struct RosterView {
+    enum class State { nothingSelected, notConnected, loading, failed, shown };
+
+    State state = State::nothingSelected;
+    /// The course's or the term's name.
+    std::string title;
+    /// Present for a course, absent for a term.
+    std::optional<std::int64_t> courseID;
+    std::vector<RiskRow> rows;
+    std::vector<MissedAssignment> missedWork;
+    std::optional<CourseThresholds> thresholds;
+    /// Courses behind the rows: 1 for a course.
+    std::size_t courseCount = 1;
+    /// When the records behind the rows were fetched; of a term, the oldest of them.
+    Date fetchedAt;
+    /// Why the rows on screen could not be freshened; empty when they are as Canvas has them.
+    std::string staleReason;
+};
+
+/// Fetches the course list and rosters, keeps what was scored, and announces what the views show.
+/// All of it lives on the main thread. A result whose selection has passed is dropped.
+class MainWindowController : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit MainWindowController(UserDefaults &defaults, Clock clock = systemNow);
+    ~MainWindowController() override;
+
+    /// Everything: the course list, then the roster on screen. Asked for while one is running, it
+    /// runs once more after that.
+    void refresh();
+    /// Only what is on screen.
+    void refreshRoster();
+    void select(const Selection &selection);
+
+    [[nodiscard]] const std::optional<Selection> &selection() const { return currentSelection; }
+    /// The sidebar's terms, newest first, as many as the teacher wants listed.
+    [[nodiscard]] std::vector<TermGroup> sidebarTerms() const;
+    /// The line below the sidebar.
+    [[nodiscard]] const std::string &status() const { return statusText; }
+    [[nodiscard]] const RosterView &roster() const { return rosterView; }
+    [[nodiscard]] bool isLoading() const { return isRefreshing || loadingRoster; }
+    /// Flagged students of a course already scored.
+    [[nodiscard]] std::optional<std::int64_t> flaggedStudents(std::int64_t courseID) const;
+
+    /// Open a page of Canvas in the browser.
+    void openCourse(std::int64_t courseID);
+    void openGrades(std::int64_t courseID, std::int64_t studentID);
+    void openAssignment(std::int64_t courseID, std::int64_t assignmentID);
+
+  Q_SIGNALS:
+    void coursesDidChange();
+    void rosterDidChange();
+    void statusDidChange();
+    /// An error to show, as message and advice.
+    void errorDidOccur(const QString &message, const QString &recovery);
+    void urlShouldOpen(const QString &url);
+    /// A page was asked for that the sample college has not.
+    void pageIsInvented();
+
+  private:
+    /// Identity of a roster request; a newer request has a larger one.
+    using Token = std::uint64_t;
+
+    QCoro::Task<> fetchCourseList(std::shared_ptr<CanvasReading> source);
+    QCoro::Task<> fetchRoster(std::shared_ptr<CanvasReading> source, std::vector<Course> courses);
+    void refreshEnded();
+    void loadSelection();
+    void showCached(const std::vector<Course> &courses);
+    void showFailure(const CanvasError &error, bool cachedShown);
+    void showRoster(const std::vector<const ScoredCourse *> &courses);
+    void becomeNotConnected();
+    void preferenceChanged(std::string_view key);
+    void rescoreAll();
+    void setStatus(std::string text);
+    void open(const std::optional<std::string> &url, std::string_view what, std::int64_t courseID);
+    [[nodiscard]] std::vector<Course> knownCourses() const;
+    [[nodiscard]] std::vector<Course> selectedCourses() const;
+    [[nodiscard]] std::string selectionTitle() const;
+
+    UserDefaults &defaults;
+    Clock now;
+    bool isRefreshing = false;
+    bool refreshQueued = false;
+    bool loadingRoster = false;
+    std::optional<Selection> currentSelection;
+    std::vector<Course> latestCourses;
+    Token selectionToken = 0;
+    RosterCache rosterCache;
+    RosterView rosterView;
+    std::string statusText;
+    std::shared_ptr<void> observing;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,33 @@
+// How a roster's figures are written, in the windows and on the command line alike.
+#pragma once
+
+#include "risk/riskrow.h"
+
+#include <string>
+
+namespace ellwynd {
+
+/// "never", "today", "yesterday" or "10 days ago", in days of the user's calendar.
+[[nodiscard]] std::string lastActiveText(const std::optional<Date> &lastActivityAt, Date now);
+
+/// "38% · F"; either part alone where the other is absent, and empty without both.
+[[nodiscard]] std::string scoreAndGradeText(const RiskRow &row);
+
+/// "38%", or a dash.
+[[nodiscard]] std::string scoreText(const std::optional<double> &score);
+
+/// "13h", or a dash where no time is recorded.
+[[nodiscard]] std::string timeInCourseText(const std::optional<std::int64_t> &seconds);
+
+/// The row's reasons joined by " · ".
+[[nodiscard]] std::string reasonsText(const RiskRow &row);
+
+/// "26 students".
+[[nodiscard]] std::string studentsText(std::size_t count);
+
+/// What stands for `hidden` links that a row has no room for: "3 more".
+[[nodiscard]] std::string moreText(std::size_t hidden);
+/// The same, read aloud: "3 more missing, press to show".
+[[nodiscard]] std::string moreAccessibleText(std::size_t hidden);
+
+} // namespace ellwynd

@@ -1,0 +1,86 @@
+#include "app/settings.h"
+
+#include "risk/coursethresholds.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace ellwynd {
+
+namespace {
+
+using preferences::accentTheme;
+using preferences::appearance;
+
+/// The value as the key's type, within its limits.
+template<class T>
+T checked(std::string_view key, const PreferenceValue &value, std::string_view takes) {
+    const auto result = valueAs<T>(value);
+    if (!result)
+        throw InvalidSetting(fmt::format("{} takes {}", key, takes));
+    return *result;
+}
+
+template<class T>
+T within(std::string_view key, const PreferenceValue &value, T lowest, T highest) {
+    const std::string takes =
+        fmt::format("{} from {} to {}", std::is_same_v<T, double> ? "a number" : "a whole number",
+            lowest, highest);
+    const T number = checked<T>(key, value, takes);
+    if (!(number >= lowest && number <= highest))
+        throw InvalidSetting(fmt::format("{} takes {}", key, takes));
+    return number;
+}
+
+std::string oneOf(
+    std::string_view key, const PreferenceValue &value,
+    std::initializer_list<std::string_view> choices) {
+    const std::string takes = fmt::format("one of {}", fmt::join(choices, ", "));
+    auto choice = checked<std::string>(key, value, takes);
+    if (std::ranges::find(choices, choice) == choices.end())
+        throw InvalidSetting(fmt::format("{} takes {}", key, takes));
+    return choice;
+}
+
+/// The suffix of a key of the form "Course.{id}.{suffix}", or nothing.
+std::string_view courseSuffix(std::string_view key) {
+    if (!key.starts_with(courseSettings::prefix))
+        return {};
+    return key.substr(key.rfind('.') + 1);
+}
+
+bool isFlag(std::string_view key) {
+    using namespace preferences;
+    const auto flags = {
+        sampleData.name, sampleWidgets.name, sampleNotifications.name, rosterCompactRows.name};
+    return std::ranges::find(flags, key) != flags.end();
+}
+
+} // namespace
+
+void writeSetting(UserDefaults &defaults, const std::string &key, PreferenceValue value) {
+    using namespace preferences;
+    using namespace thresholdBounds;
+    const std::string_view suffix = courseSuffix(key);
+    if (key == defaultPassingScore.name || suffix == courseSettings::passingScore)
+        value = within<double>(key, value, minimumPassing, maximumPassing);
+    else if (key == defaultInactivityDays.name || suffix == courseSettings::inactivityDays)
+        value = within<std::int64_t>(key, value, minimumDays, maximumDays);
+    else if (key == textScale.name)
+        value = textScale.normalise(checked<double>(key, value, "a number"));
+    else if (key == sidebarTermLimit.name)
+        value = sidebarTermLimit.normalise(checked<std::int64_t>(key, value, "a whole number"));
+    else if (key == appearance.name)
+        value = oneOf(key, value, {"automatic", "light", "dark"});
+    else if (key == accentTheme.name)
+        value = oneOf(
+            key, value, {"system", "blue", "indigo", "purple", "teal", "pink", "graphite"});
+    else if (isFlag(key))
+        value = checked<bool>(key, value, "YES or NO");
+    defaults.set(key, std::move(value));
+}
+
+} // namespace ellwynd

@@ -1,0 +1,64 @@
+// The one error of Canvas reads.
+#pragma once
+
+#include <exception>
+#include <optional>
+#include <string>
+
+namespace ellwynd {
+
+/// Why a Canvas read failed. Message and recovery text are shown to the teacher word for word.
+class CanvasError : public std::exception {
+  public:
+    enum class Case {
+        cannotReachHost,
+        tlsFailed,
+        network,
+        forbidden,
+        canvasUnavailable,
+        unexpectedStatus,
+        notCanvas,
+        offline,
+        timedOut,
+        unauthorized,
+        rateLimited,
+        notFound,
+        decodingFailed,
+        nonHTTP,
+        badURL,
+    };
+
+    static CanvasError cannotReachHost(std::string host);
+    static CanvasError tlsFailed(std::string host);
+    static CanvasError network(std::string description);
+    static CanvasError forbidden(std::optional<std::string> detail);
+    static CanvasError canvasUnavailable(int status);
+    static CanvasError unexpectedStatus(int status, std::optional<std::string> detail);
+    static CanvasError notCanvas(std::string host);
+    /// The eight cases that carry nothing.
+    explicit CanvasError(Case plain);
+
+    [[nodiscard]] Case which() const { return kind; }
+
+    /// What happened, in a sentence.
+    [[nodiscard]] std::string errorDescription() const;
+    /// What the teacher can do about it.
+    [[nodiscard]] std::string recoverySuggestion() const;
+
+    [[nodiscard]] const char *what() const noexcept override { return message.c_str(); }
+
+    bool operator==(const CanvasError &other) const {
+        return kind == other.kind && text == other.text && status == other.status;
+    }
+
+  private:
+    CanvasError(Case which, std::optional<std::string> carried, int status);
+
+    Case kind;
+    /// The host, description or detail that the case carries.
+    std::optional<std::string> text;
+    int status = 0;
+    std::string message;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,132 @@
+#include "canvas/sample/samplecanvasclient.h"
+
+#include "canvas/records/decoding.h"
+#include "canvas/sample/samplecollege.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+// The answers are written as Canvas writes them and decoded as Canvas's are, so that the college
+// takes the road of a real course from its first byte.
+
+namespace ellwynd {
+
+namespace {
+
+using namespace std::chrono;
+using namespace sample;
+
+/// Joins the JSON objects that `write` makes of each item.
+template<class List, class Write>
+std::string listOf(const List &list, Write write) {
+    std::string json = "[";
+    for (const auto &item : list) {
+        if (json.size() > 1)
+            json += ',';
+        write(json, item);
+    }
+    return json + "]";
+}
+
+std::string coursesJSON(std::span<const SampleTerm> terms, Date now) {
+    std::string json = "[";
+    for (const SampleTerm &term : terms) {
+        for (const SampleCourse &course : term.courses) {
+            fmt::format_to(
+                std::back_inserter(json),
+                R"({}{{"id":{},"name":"{}","apply_assignment_group_weights":{},)"
+                R"("term":{{"id":{},"name":"{}","start_at":"{}","end_at":"{}"}}}})",
+                json.size() > 1 ? "," : "", course.id, course.name,
+                course.appliesGroupWeights ? "true" : "false", term.id, term.name,
+                formatInstant(now + term.start), formatInstant(now + term.end));
+        }
+    }
+    return json + "]";
+}
+
+std::string enrollmentsJSON(std::int64_t courseID, Date now) {
+    return listOf(roster(courseID), [&](std::string &json, const Profile &student) {
+        const auto out = std::back_inserter(json);
+        fmt::format_to(
+            out, R"({{"user_id":{0},"user":{{"id":{0},"name":"{1}"}},"total_activity_time":{2})",
+            student.id, student.firstName, std::int64_t(student.activityHours * 3600));
+        if (student.daysSinceActivity) {
+            // Two hours more, so that three days never reads as less.
+            const Date activity = now - days{*student.daysSinceActivity} - hours{2};
+            fmt::format_to(out, R"(,"last_activity_at":"{}")", formatInstant(activity));
+        }
+        std::string grades;
+        if (student.currentScore)
+            grades = fmt::format(R"("current_score":{})", *student.currentScore);
+        if (!student.currentGrade.empty()) {
+            grades += fmt::format(
+                R"({}"current_grade":"{}")", grades.empty() ? "" : ",", student.currentGrade);
+        }
+        fmt::format_to(out, R"(,"grades":{{{}}}}})", grades);
+    });
+}
+
+std::string assignmentGroupsJSON(std::int64_t courseID) {
+    return listOf(assignmentGroups(courseID), [](std::string &json, const SampleGroup &group) {
+        const std::string assignments =
+            listOf(group.assignments, [](std::string &inner, const SampleAssignment &assignment) {
+                fmt::format_to(
+                    std::back_inserter(inner), R"({{"id":{},"name":"{}","points_possible":{}}})",
+                    assignment.id, assignment.name, assignment.points);
+            });
+        const std::string weight =
+            group.weight ? fmt::format(R"("group_weight":{},)", *group.weight) : "";
+        fmt::format_to(
+            std::back_inserter(json), R"({{"id":{},"name":"{}",{}"assignments":{}}})", group.id,
+            group.name, weight, assignments);
+    });
+}
+
+std::string submissionsJSON(std::int64_t courseID, Date now) {
+    const std::string due = formatInstant(now - days{5});
+    const std::vector<SampleGroup> groups = assignmentGroups(courseID);
+    std::string json = "[";
+    const auto out = std::back_inserter(json);
+    for (const Profile &student : roster(courseID)) {
+        for (const SampleGroup &group : groups) {
+            for (const SampleAssignment &assignment : group.assignments) {
+                const bool missing = std::ranges::count(student.missing, assignment.id) > 0;
+                fmt::format_to(
+                    out,
+                    R"({}{{"user_id":{},"assignment_id":{},"workflow_state":"{}","missing":{},)"
+                    R"("cached_due_date":"{}"{}}})",
+                    json.size() > 1 ? "," : "", student.id, assignment.id,
+                    missing ? "unsubmitted" : "graded", missing ? "true" : "false", due,
+                    missing ? "" : R"(,"score":8.5)");
+            }
+        }
+    }
+    return json + "]";
+}
+
+} // namespace
+
+QCoro::Task<std::vector<Course>> SampleCanvasClient::fetchCourses() {
+    co_return decodeCourses(coursesJSON(activeTerms(), now()));
+}
+
+QCoro::Task<std::vector<Enrollment>> SampleCanvasClient::fetchEnrollments(std::int64_t courseID) {
+    co_return decodeEnrollments(enrollmentsJSON(courseID, now()));
+}
+
+QCoro::Task<std::vector<AssignmentGroup>>
+SampleCanvasClient::fetchAssignmentGroups(std::int64_t courseID) {
+    co_return decodeAssignmentGroups(assignmentGroupsJSON(courseID));
+}
+
+QCoro::Task<std::vector<SubmissionSummary>>
+SampleCanvasClient::fetchSubmissions(std::int64_t courseID) {
+    co_return decodeSubmissions(submissionsJSON(courseID, now()));
+}
+
+std::vector<Course> SampleCanvasClient::olderCourses(Date now) {
+    return decodeCourses(coursesJSON(olderTerms(), now));
+}
+
+} // namespace ellwynd

@@ -1,0 +1,124 @@
+#include "cli/commandline.h"
+
+#include "platform/files.h"
+
+#include <fmt/format.h>
+
+#include <ostream>
+
+namespace ellwynd::cli {
+
+namespace {
+
+QString text(const char *utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+} // namespace
+
+CommandLine::CommandLine(Session &run, const char *command, const char *description) :
+    session(run), name(text(command)) {
+    parser.setApplicationDescription(text(description));
+    parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, text("Show this help.")});
+    flag("json", "Print one JSON document.");
+    parser.addOption(
+        {{QStringLiteral("o"), QStringLiteral("output")},
+         text("Write to FILE instead of printing."),
+         QStringLiteral("FILE")});
+}
+
+void CommandLine::argument(const char *argumentName, const char *description, bool repeats) {
+    const QString shown = text(argumentName);
+    parser.addPositionalArgument(shown, text(description), repeats ? shown + QStringLiteral("...") : shown);
+    ++arguments;
+    lastRepeats = repeats;
+}
+
+void CommandLine::flag(const char *flagName, const char *description) {
+    parser.addOption({text(flagName), text(description)});
+}
+
+void CommandLine::option(const char *optionName, const char *valueName, const char *description) {
+    parser.addOption({text(optionName), text(description), text(valueName)});
+}
+
+bool CommandLine::parse(const QStringList &words) {
+    const QString program = QStringLiteral("ellwynd-cli ") + name;
+    const bool understood = parser.parse(QStringList{program} + words);
+    if (parser.isSet(QStringLiteral("help"))) {
+        // The help names the program by its path; a command is called by name.
+        QString help = parser.helpText();
+        const qsizetype usage = help.indexOf(u'\n');
+        QString synopsis = QStringLiteral("Usage: ") + program + QStringLiteral(" [options]");
+        const QString first = help.left(usage);
+        const qsizetype options = first.indexOf(QStringLiteral("[options]"));
+        if (options >= 0)
+            synopsis += first.mid(options + 9);
+        session.out << (synopsis + help.mid(usage)).toStdString();
+        return false;
+    }
+    if (!understood)
+        throw UsageError(parser.errorText().toStdString());
+    const qsizetype count = parser.positionalArguments().size();
+    if (count < arguments)
+        throw UsageError(fmt::format("{} needs more arguments", name.toStdString()));
+    if (count > arguments && !lastRepeats) {
+        throw UsageError(fmt::format(
+            "{} takes no argument {}", name.toStdString(),
+            parser.positionalArguments().at(arguments).toStdString()));
+    }
+    return true;
+}
+
+bool CommandLine::has(const char *flagName) const {
+    return parser.isSet(text(flagName));
+}
+
+std::optional<std::string> CommandLine::value(const char *optionName) const {
+    return has(optionName) ? std::optional{parser.value(text(optionName)).toStdString()}
+                           : std::nullopt;
+}
+
+std::string CommandLine::word(qsizetype index) const {
+    return parser.positionalArguments().at(index).toStdString();
+}
+
+void CommandLine::print(const std::string &result) const {
+    if (const auto file = value("output")) {
+        try {
+            files::replace(std::filesystem::absolute(*file), result);
+        } catch (const FileError &error) {
+            throw Failure(error.what());
+        }
+    } else {
+        session.out << result;
+    }
+}
+
+std::optional<double> passingOption(const CommandLine &line) {
+    using namespace thresholdBounds;
+    const auto word = line.value("passing");
+    if (!word)
+        return std::nullopt;
+    const auto number = valueAs<double>(parsePreferenceValue(*word));
+    if (!number || !(*number >= minimumPassing && *number <= maximumPassing)) {
+        throw UsageError(fmt::format(
+            "--passing takes a percentage from {} to {}", minimumPassing, maximumPassing));
+    }
+    return number;
+}
+
+std::optional<std::int64_t> inactivityOption(const CommandLine &line) {
+    using namespace thresholdBounds;
+    const auto word = line.value("inactivity");
+    if (!word)
+        return std::nullopt;
+    const auto days = valueAs<std::int64_t>(parsePreferenceValue(*word));
+    if (!days || *days < minimumDays || *days > maximumDays) {
+        throw UsageError(fmt::format(
+            "--inactivity takes whole days from {} to {}", minimumDays, maximumDays));
+    }
+    return days;
+}
+
+} // namespace ellwynd::cli

@@ -1,0 +1,45 @@
+// A command's own words: options, arguments, and where its output goes.
+#pragma once
+
+#include "cli/session.h"
+
+#include <QCommandLineParser>
+
+namespace ellwynd::cli {
+
+/// Parses what follows a command's name. Every command knows `--help`; those that print a result
+/// know `--json` and `-o FILE` as well.
+class CommandLine {
+  public:
+    CommandLine(Session &session, const char *name, const char *description);
+
+    /// Declares one argument; the help shows them in order. `repeats` takes one or more.
+    void argument(const char *name, const char *description, bool repeats = false);
+    void flag(const char *name, const char *description);
+    void option(const char *name, const char *value, const char *description);
+
+    /// False when the run is over, since the help was asked for and printed.
+    /// @throws UsageError for words that do not fit the declarations.
+    [[nodiscard]] bool parse(const QStringList &words);
+
+    [[nodiscard]] bool has(const char *flag) const;
+    [[nodiscard]] std::optional<std::string> value(const char *option) const;
+    [[nodiscard]] std::string word(qsizetype index) const;
+    [[nodiscard]] bool wantsJSON() const { return has("json"); }
+
+    /// Prints a result, or writes it to the file named with `-o`. @throws Failure
+    void print(const std::string &text) const;
+
+  private:
+    Session &session;
+    QString name;
+    QCommandLineParser parser;
+    qsizetype arguments = 0;
+    bool lastRepeats = false;
+};
+
+/// `--passing` and `--inactivity`, within the bounds of the program's editors. @throws UsageError
+[[nodiscard]] std::optional<double> passingOption(const CommandLine &line);
+[[nodiscard]] std::optional<std::int64_t> inactivityOption(const CommandLine &line);
+
+} // namespace ellwynd::cli

@@ -1,0 +1,56 @@
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/documents.h"
+#include "cli/table.h"
+
+#include <nlohmann/json.hpp>
+
+namespace ellwynd::cli {
+
+namespace {
+
+JSON courseDocument(const Course &course) {
+    JSON term = nullptr;
+    if (course.term) {
+        const auto instant = [](const std::optional<Date> &date) {
+            return date ? JSON(formatInstant(*date)) : JSON(nullptr);
+        };
+        term = {
+            {"id", course.term->id},
+            {"name", displayName(*course.term)},
+            {"startAt", instant(course.term->startAt)},
+            {"endAt", instant(course.term->endAt)}};
+    }
+    return {
+        {"id", course.id},
+        {"name", displayName(course)},
+        {"courseCode", course.courseCode ? JSON(*course.courseCode) : JSON(nullptr)},
+        {"term", std::move(term)}};
+}
+
+} // namespace
+
+int runCourses(Session &session, const QStringList &words) {
+    CommandLine line(session, "courses", "List your active courses.");
+    if (!line.parse(words))
+        return done;
+    const auto source = session.connect();
+    const std::vector<Course> courses = fetchCourses(*source);
+    if (line.wantsJSON()) {
+        JSON list = JSON::array();
+        for (const Course &course : courses)
+            list.push_back(courseDocument(course));
+        line.print(printed(list));
+        return done;
+    }
+    Table table({{"Course", true}, {"Term", true}, {"Term name"}, {"Name"}});
+    for (const Course &course : courses) {
+        table.add(
+            {std::to_string(course.id), course.term ? std::to_string(course.term->id) : "",
+             course.term ? displayName(*course.term) : "", displayName(course)});
+    }
+    line.print(table.text());
+    return done;
+}
+
+} // namespace ellwynd::cli

@@ -1,0 +1,93 @@
+#include "app/settings.h"
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/table.h"
+
+#include <fmt/format.h>
+
+namespace ellwynd::cli {
+
+namespace {
+
+/// A value for people: text without quotes, a whole number without a fraction.
+std::string plain(const PreferenceValue &value) {
+    if (const auto *text = std::get_if<std::string>(&value))
+        return printable(*text);
+    if (const auto *real = std::get_if<double>(&value))
+        return fmt::format("{}", *real);
+    return toJSON(value);
+}
+
+int listSaved(Session &session, const QStringList &words) {
+    CommandLine line(session, "defaults list", "Show the saved preferences.");
+    if (!line.parse(words))
+        return done;
+    if (line.wantsJSON()) {
+        line.print(session.defaults.persistentDomainJSON() + "\n");
+        return done;
+    }
+    Table table({{"Key"}, {"Value"}});
+    for (const auto &[key, value] : session.defaults.persistentDomain())
+        table.add({key, plain(value)});
+    line.print(table.text());
+    return done;
+}
+
+int readOne(Session &session, const QStringList &words) {
+    CommandLine line(session, "defaults read", "Show the value in effect.");
+    line.argument("KEY", "The preference's key.");
+    if (!line.parse(words))
+        return done;
+    const auto value = session.defaults.object(line.word(0));
+    if (!value)
+        throw Failure(fmt::format("There is no value for {}.", line.word(0)));
+    line.print((line.wantsJSON() ? toJSON(*value) : plain(*value)) + "\n");
+    return done;
+}
+
+int writeOne(Session &session, const QStringList &words) {
+    CommandLine line(session, "defaults write", "Save a value, as the settings window does.");
+    line.argument("KEY", "The preference's key.");
+    line.argument("VALUE", "YES, NO, a number or a text.");
+    // A value may begin with "-", so the words are taken as they stand.
+    const bool asksForHelp = words.size() != 2;
+    if (!line.parse(asksForHelp ? words : QStringList{QStringLiteral("--")} + words))
+        return done;
+    try {
+        writeSetting(session.defaults, line.word(0), parsePreferenceValue(line.word(1)));
+    } catch (const InvalidSetting &error) {
+        throw UsageError(error.what());
+    }
+    return done;
+}
+
+int deleteOne(Session &session, const QStringList &words) {
+    CommandLine line(session, "defaults delete", "Forget a saved value.");
+    line.argument("KEY", "The preference's key.");
+    if (!line.parse(words))
+        return done;
+    session.defaults.remove(line.word(0));
+    return done;
+}
+
+} // namespace
+
+int runDefaults(Session &session, const QStringList &words) {
+    const QString verb = words.value(0);
+    const QStringList rest = words.mid(1);
+    if (verb == u"list")
+        return listSaved(session, rest);
+    if (verb == u"read")
+        return readOne(session, rest);
+    if (verb == u"write")
+        return writeOne(session, rest);
+    if (verb == u"delete")
+        return deleteOne(session, rest);
+    CommandLine line(session, "defaults", "Show or change the preferences.");
+    line.argument("VERB", "list, read KEY, write KEY VALUE or delete KEY.");
+    if (!line.parse(words))
+        return done;
+    throw UsageError(fmt::format("defaults has no verb {}", verb.toStdString()));
+}
+
+} // namespace ellwynd::cli

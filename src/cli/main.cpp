@@ -1,0 +1,14 @@
+#include "cli/run.h"
+#include "platform/files.h"
+
+#include <QCoreApplication>
+
+#include <iostream>
+#include <vector>
+
+int main(int argc, char **argv) {
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    const QCoreApplication application(argc, argv);
+    return ellwynd::cli::run(
+        words, std::cout, std::cerr, ellwynd::directories::config() / "Preferences.json");
+}

@@ -1,0 +1,46 @@
+#include "app/savedcourse.h"
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/documents.h"
+#include "platform/files.h"
+
+#include <nlohmann/json.hpp>
+
+namespace ellwynd::cli {
+
+int runScore(Session &session, const QStringList &words) {
+    CommandLine line(session, "score", "Score Canvas JSON saved in a folder.");
+    line.argument(
+        "DIR",
+        "Holds course.json, enrollments.json, assignment_groups.json and submissions.json.");
+    line.option("passing", "P", "Passing score, percent.");
+    line.option("inactivity", "T", "Inactivity window, days behind the class.");
+    line.option("now", "INSTANT", "Score as of this ISO 8601 instant.");
+    if (!line.parse(words))
+        return done;
+
+    // The launch arguments alone: scoring a folder touches no store.
+    const UserDefaults unsaved({}, session.defaults.argumentDomain());
+    CourseThresholds thresholds{
+        .passingScore = unsaved.value(preferences::defaultPassingScore),
+        .inactivityDays = unsaved.value(preferences::defaultInactivityDays)};
+    thresholds.passingScore = passingOption(line).value_or(thresholds.passingScore);
+    thresholds.inactivityDays = inactivityOption(line).value_or(thresholds.inactivityDays);
+
+    Date now = session.now();
+    if (const auto word = line.value("now")) {
+        const auto instant = parseInstant(*word);
+        if (!instant)
+            throw UsageError("--now takes an ISO 8601 instant such as 2026-09-03T14:05:09Z");
+        now = *instant;
+    }
+    try {
+        const ScoredCourse course = scoreSavedCourse(line.word(0), thresholds, now);
+        line.print(line.wantsJSON() ? printed(rosterDocument(course)) : rosterText(course, now));
+    } catch (const FileError &error) {
+        throw Failure(error.what());
+    }
+    return done;
+}
+
+} // namespace ellwynd::cli

@@ -1,0 +1,54 @@
+#include "app/rostertexts.h"
+#include "app/termgroups.h"
+#include "app/termroster.h"
+#include "canvas/runtoend.h"
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/documents.h"
+#include "cli/table.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace ellwynd::cli {
+
+int runTerm(Session &session, const QStringList &words) {
+    CommandLine line(session, "term", "Score every course of one term; flagged students only.");
+    line.argument("TERM", "The term's id.");
+    if (!line.parse(words))
+        return done;
+    const std::int64_t id = parseID(line.word(0), "term");
+    const auto source = session.connect();
+    const std::vector<TermGroup> terms = groupByTerm(fetchCourses(*source));
+    const auto term = std::ranges::find(terms, std::optional{id}, &TermGroup::id);
+    if (term == terms.end())
+        throw Failure(fmt::format("The course list holds no term {}.", id));
+
+    std::vector<QCoro::Task<ScoredCourse>> loads;
+    for (const Course &course : term->courses)
+        loads.push_back(loadCourse(*source, course, session.defaults, session.now));
+    std::vector<ScoredCourse> scored;
+    for (auto &load : loads)
+        scored.push_back(runToEnd(std::move(load)));
+    std::vector<const ScoredCourse *> courses;
+    for (const ScoredCourse &course : scored)
+        courses.push_back(&course);
+    const std::vector<RiskRow> rows = termRows(courses);
+
+    if (line.wantsJSON()) {
+        JSON list = JSON::array();
+        for (const RiskRow &row : rows)
+            list.push_back(rowDocument(row));
+        line.print(printed(list));
+        return done;
+    }
+    std::string text = fmt::format(
+        "{}\n{} flagged across {} course{}\n\n", printable(title(*term)), rows.size(),
+        scored.size(), scored.size() == 1 ? "" : "s");
+    line.print(text + rowsTable(rows, true, session.now()));
+    return done;
+}
+
+} // namespace ellwynd::cli

@@ -1,0 +1,48 @@
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/documents.h"
+
+#include <nlohmann/json.hpp>
+
+namespace ellwynd::cli {
+
+int runThresholds(Session &session, const QStringList &words) {
+    CommandLine line(session, "thresholds", "Show, set or release one course's thresholds.");
+    line.argument("COURSE", "The course's id.");
+    line.option("passing", "P", "Passing score for this course, percent.");
+    line.option("inactivity", "T", "Inactivity window for this course, days behind the class.");
+    line.flag("use-defaults", "Follow the defaults again.");
+    if (!line.parse(words))
+        return done;
+    const std::int64_t id = parseID(line.word(0), "course");
+    const auto passing = passingOption(line);
+    const auto inactivity = inactivityOption(line);
+    if (line.has("use-defaults") && (passing || inactivity))
+        throw UsageError("--use-defaults goes with neither --passing nor --inactivity");
+
+    const auto source = session.connect();
+    static_cast<void>(findCourse(fetchCourses(*source), id));
+    UserDefaults &defaults = session.defaults;
+    if (line.has("use-defaults"))
+        useDefaults(defaults, id);
+    if (passing)
+        courseSettings::set(defaults, id, courseSettings::passingScore, *passing);
+    if (inactivity)
+        courseSettings::set(defaults, id, courseSettings::inactivityDays, *inactivity);
+
+    const CourseThresholds thresholds = courseThresholds(defaults, id);
+    const std::string summary = thresholdsSummary(thresholds);
+    if (line.wantsJSON()) {
+        line.print(printed(
+            {{"passingScore", thresholds.passingScore},
+             {"inactivityDays", thresholds.inactivityDays},
+             {"passingOverridden", thresholds.passingOverridden},
+             {"inactivityOverridden", thresholds.inactivityOverridden},
+             {"summary", summary}}));
+    } else {
+        line.print(summary + "\n");
+    }
+    return done;
+}
+
+} // namespace ellwynd::cli

@@ -1,0 +1,26 @@
+// The user's calendar: where days begin, and how a day or a time is written.
+#pragma once
+
+#include "platform/date.h"
+
+namespace ellwynd {
+
+/// Days and times of day in the current time zone. A change of the zone while the program runs is
+/// noticed, as the C library notices it.
+namespace calendar {
+
+/// The first instant of the day that `date` falls on.
+[[nodiscard]] Date startOfDay(Date date);
+
+/// Calendar days from the day of `from` to the day of `to`; negative when `to` is earlier.
+[[nodiscard]] std::int64_t daysBetween(Date from, Date to);
+
+/// "2026-09-03": a day's key in files and exports, the same in every locale.
+[[nodiscard]] std::string dayKey(Date date);
+
+/// The time of day in the short style of the user's locale, such as "9:41 AM".
+[[nodiscard]] std::string shortTime(Date date);
+
+} // namespace calendar
+
+} // namespace ellwynd

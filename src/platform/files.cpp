@@ -1,0 +1,153 @@
+#include "platform/files.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace ellwynd {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string systemMessage(int code) {
+    return std::generic_category().message(code);
+}
+
+/// An open file descriptor that closes itself.
+class Descriptor {
+  public:
+    explicit Descriptor(int descriptor) : fd(descriptor) {}
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+    ~Descriptor() { close(); }
+
+    [[nodiscard]] int get() const { return fd; }
+    int close() {
+        const int result = fd >= 0 ? ::close(fd) : 0;
+        fd = -1;
+        return result;
+    }
+
+  private:
+    int fd;
+};
+
+/// Like create_directories, but a folder that is made belongs to its owner alone.
+void makeFolders(const fs::path &folder) {
+    if (folder.empty() || fs::is_directory(folder))
+        return;
+    makeFolders(folder.parent_path());
+    if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
+        throw FileError(fmt::format(
+            "The folder {} couldn't be made: {}", folder.string(), systemMessage(errno)));
+    }
+}
+
+bool writeAll(int fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return false;
+        bytes.remove_prefix(std::size_t(written));
+    }
+    return true;
+}
+
+fs::path baseDirectory(const char *variable, const char *fallback) {
+    const char *value = std::getenv(variable);
+    // A relative path in these variables is invalid and is to be ignored.
+    if (value != nullptr && value[0] == '/')
+        return value;
+    const char *home = std::getenv("HOME");
+    return fs::path(home != nullptr ? home : "/") / fallback;
+}
+
+} // namespace
+
+std::optional<std::string> files::read(const fs::path &file, std::size_t limit) {
+    constexpr std::size_t spare = 64;
+    const auto fail = [&](const std::string &why) {
+        throw FileError(fmt::format("{} couldn't be read: {}", file.filename().string(), why));
+    };
+    Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (descriptor.get() < 0) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            return std::nullopt;
+        fail(systemMessage(errno));
+    }
+    struct stat info {};
+    if (::fstat(descriptor.get(), &info) != 0)
+        fail(systemMessage(errno));
+    if (!S_ISREG(info.st_mode))
+        fail("it is not a file");
+    if (std::size_t(info.st_size) > limit)
+        fail(fmt::format("it is larger than {} MiB", limit / (1024 * 1024)));
+
+    std::string bytes;
+    bytes.reserve(std::size_t(info.st_size) + spare);
+    bytes.resize(std::size_t(info.st_size));
+    std::size_t filled = 0;
+    while (filled < bytes.size()) {
+        const ssize_t got =
+            ::read(descriptor.get(), bytes.data() + filled, bytes.size() - filled);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            fail(systemMessage(errno));
+        if (got == 0)
+            break;
+        filled += std::size_t(got);
+    }
+    bytes.resize(filled);
+    return bytes;
+}
+
+void files::replace(const fs::path &file, std::string_view bytes) {
+    const auto fail = [&](int code) {
+        throw FileError(fmt::format(
+            "{} couldn't be written: {}", file.filename().string(), systemMessage(code)));
+    };
+    makeFolders(file.parent_path());
+
+    std::string beside = (file.parent_path() / ("." + file.filename().string() + ".XXXXXX"));
+    Descriptor descriptor(::mkostemp(beside.data(), O_CLOEXEC));
+    if (descriptor.get() < 0)
+        fail(errno);
+    // mkostemp makes the file 0600. The bytes are on the disk before the name is.
+    if (!writeAll(descriptor.get(), bytes) || ::fsync(descriptor.get()) != 0 ||
+        descriptor.close() != 0 || ::rename(beside.c_str(), file.c_str()) != 0) {
+        const int code = errno;
+        ::unlink(beside.c_str());
+        fail(code);
+    }
+}
+
+fs::path files::setAside(const fs::path &file, long long secondsSince1970) {
+    const fs::path aside = file.parent_path() /
+        fmt::format("{}.unreadable-{}{}", file.stem().string(), secondsSince1970,
+            file.extension().string());
+    std::error_code error;
+    fs::rename(file, aside, error);
+    if (error)
+        throw FileError(error.message());
+    return aside;
+}
+
+fs::path directories::config() {
+    return baseDirectory("XDG_CONFIG_HOME", ".config") / "Ellwynd";
+}
+
+fs::path directories::data() {
+    return baseDirectory("XDG_DATA_HOME", ".local/share") / "Ellwynd";
+}
+
+} // namespace ellwynd

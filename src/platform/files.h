@@ -1,0 +1,50 @@
+// Whole files: read with a bound, replaced atomically, and the folders they live in.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace ellwynd {
+
+/// A file that could not be read or written. The message is one sentence and names the file.
+class FileError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+namespace files {
+
+/// The bytes of a file, or nothing when there is no file of that name. `limit` is in bytes; the
+/// string has some spare capacity, which JSON readers use.
+/// @throws FileError for a folder, a file above the limit, or one that cannot be read.
+[[nodiscard]] std::optional<std::string> read(const std::filesystem::path &file, std::size_t limit);
+
+/// Replaces a file as a whole: a reader, or a crash at any instant, finds the old bytes or the new
+/// ones. A new file is readable by its owner alone, and so is every folder made on the way.
+/// @throws FileError when it cannot; the old file is then as it was.
+void replace(const std::filesystem::path &file, std::string_view bytes);
+
+/// Moves a file out of the way, in its own folder, to its base name, ".unreadable-", the whole
+/// seconds since 1970 and its extension; returns the new name.
+/// @throws FileError when it cannot be moved.
+std::filesystem::path setAside(const std::filesystem::path &file, long long secondsSince1970);
+
+} // namespace files
+
+/// The folders that belong to the program, by the freedesktop base directory rules. None is made
+/// by asking for it.
+namespace directories {
+
+/// Preferences: "$XDG_CONFIG_HOME/Ellwynd".
+[[nodiscard]] std::filesystem::path config();
+
+/// The files the program remembers by: "$XDG_DATA_HOME/Ellwynd".
+[[nodiscard]] std::filesystem::path data();
+
+} // namespace directories
+
+} // namespace ellwynd

@@ -1,0 +1,65 @@
+// Every preference of the program, once: its key, its type and what it reads as when absent.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "platform/preferencevalue.h"
+
+namespace ellwynd {
+
+/// A preference's key with its type. `normalise` maps a stored value onto the values in use, at
+/// every read and write.
+template<class T>
+struct PreferenceKey {
+    using Fallback = std::conditional_t<std::is_same_v<T, std::string>, std::string_view,
+        std::conditional_t<std::is_same_v<T, IDList>, std::nullptr_t, T>>;
+
+    std::string_view name;
+    Fallback fallback{};
+    T (*normalise)(T) = nullptr;
+};
+
+namespace preferences {
+
+// Connection and sample college.
+/// The Canvas address as typed; empty means not connected.
+inline constexpr PreferenceKey<std::string> canvasBaseURL{"CanvasBaseURL", ""};
+/// Use the invented college instead of Canvas.
+inline constexpr PreferenceKey<bool> sampleData{"SampleData", false};
+/// In sample mode, whether widgets and notices are fed too.
+inline constexpr PreferenceKey<bool> sampleWidgets{"SampleWidgets", false};
+inline constexpr PreferenceKey<bool> sampleNotifications{"SampleNotifications", false};
+
+// Scoring; a course may override both under "Course.{id}.".
+/// Percent.
+inline constexpr PreferenceKey<double> defaultPassingScore{"DefaultPassingScore", 70.0};
+/// Whole days behind the class.
+inline constexpr PreferenceKey<std::int64_t> defaultInactivityDays{"DefaultInactivityDays", 7};
+
+// Appearance.
+/// "automatic", "light" or "dark".
+inline constexpr PreferenceKey<std::string> appearance{"Appearance", "automatic"};
+/// "system", "blue", "indigo", "purple", "teal", "pink" or "graphite".
+inline constexpr PreferenceKey<std::string> accentTheme{"AccentTheme", "system"};
+/// Factor on every text, 0.8 to 2.0.
+inline constexpr PreferenceKey<double> textScale{
+    "TextScale", 1.0, [](double scale) { return std::clamp(scale, 0.8, 2.0); }};
+/// One line per student in the roster.
+inline constexpr PreferenceKey<bool> rosterCompactRows{"RosterCompactRows", false};
+/// Terms in the sidebar, newest first; 0 stands for all of them.
+inline constexpr PreferenceKey<std::int64_t> sidebarTermLimit{
+    "SidebarTermLimit", 6, [](std::int64_t limit) { return std::max<std::int64_t>(limit, 0); }};
+/// Ids of the terms whose group is open in the sidebar; absent until the teacher opens or closes one.
+inline constexpr PreferenceKey<IDList> sidebarExpandedTerms{"SidebarExpandedTerms"};
+
+/// What reads as if it were saved when it is not: every key above that has a default.
+[[nodiscard]] PreferenceMap registeredDefaults();
+
+} // namespace preferences
+
+} // namespace ellwynd

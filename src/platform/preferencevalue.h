@@ -1,0 +1,46 @@
+// What a preference can hold.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace ellwynd {
+
+using IDList = std::vector<std::int64_t>;
+
+/// One preference as it is stored: its type is part of it, so a bool stays a bool and 5 is not 5.0.
+using PreferenceValue = std::variant<bool, std::int64_t, double, std::string, IDList>;
+
+using PreferenceMap = std::map<std::string, PreferenceValue, std::less<>>;
+
+/// The value as a type, by the rules of every read in the program: a real may be given as an
+/// integer, a boolean as 0 or 1, and nothing else converts. Absent when it does not fit.
+template<class T>
+[[nodiscard]] std::optional<T> valueAs(const PreferenceValue &value) {
+    if (const T *same = std::get_if<T>(&value))
+        return *same;
+    if (const auto *integer = std::get_if<std::int64_t>(&value)) {
+        if constexpr (std::is_same_v<T, double>)
+            return static_cast<double>(*integer);
+        if constexpr (std::is_same_v<T, bool>) {
+            if (*integer == 0 || *integer == 1)
+                return *integer == 1;
+        }
+    }
+    return std::nullopt;
+}
+
+/// Reads a word as launch arguments are read: "YES", "NO", "true", "false", an integer, a real, and
+/// otherwise the text itself.
+[[nodiscard]] PreferenceValue parsePreferenceValue(std::string_view word);
+
+/// The value as JSON; a real always shows that it is one ("5.0").
+[[nodiscard]] std::string toJSON(const PreferenceValue &value);
+
+} // namespace ellwynd

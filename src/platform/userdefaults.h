@@ -1,0 +1,78 @@
+// The preferences store.
+#pragma once
+
+#include "platform/preferencekeys.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace ellwynd {
+
+/// Preferences in three domains, asked in this order: the launch arguments of this run, what is
+/// saved in the user's file, and the program's registered defaults. Writing goes to the file alone,
+/// which is replaced as a whole after every change, and a value forced for one run stays in force.
+///
+/// The file is one JSON object. Values of a shape the program does not know are kept as they are
+/// and read as absent.
+///
+/// Observers are called on the thread that writes, after the change.
+class UserDefaults {
+  public:
+    using Observer = std::function<void(std::string_view key)>;
+
+    /// @param file where the saved domain lives; a missing file is an empty domain.
+    /// @param arguments the launch arguments' domain.
+    UserDefaults(std::filesystem::path file, PreferenceMap arguments);
+    ~UserDefaults();
+    UserDefaults(const UserDefaults &) = delete;
+    UserDefaults &operator=(const UserDefaults &) = delete;
+
+    /// The value in effect, whatever its type; absent when no domain has one.
+    [[nodiscard]] std::optional<PreferenceValue> object(std::string_view key) const;
+
+    /// The value in effect as the key's type; one of another type reads as the key's default.
+    template<class T>
+    [[nodiscard]] T value(const PreferenceKey<T> &key) const {
+        T result = fallback(key);
+        if (const auto stored = object(key.name))
+            result = valueAs<T>(*stored).value_or(std::move(result));
+        return key.normalise ? key.normalise(std::move(result)) : result;
+    }
+
+    /// Saves a value. A file that cannot be written is logged; the value holds for this run.
+    void set(std::string_view key, PreferenceValue value);
+    template<class T>
+    void set(const PreferenceKey<T> &key, T value) {
+        set(key.name, PreferenceValue{key.normalise ? key.normalise(std::move(value)) : value});
+    }
+
+    /// Forgets a saved value, so that the default is in effect again.
+    void remove(std::string_view key);
+
+    /// What is saved, without launch arguments and defaults.
+    [[nodiscard]] PreferenceMap persistentDomain() const;
+
+    /// The saved domain as its file holds it: one JSON object, values of unknown shape included.
+    [[nodiscard]] std::string persistentDomainJSON() const;
+
+    /// The values forced for this run.
+    [[nodiscard]] const PreferenceMap &argumentDomain() const;
+
+    /// Calls `observer` after every change of a saved value, for as long as the returned handle
+    /// lives.
+    [[nodiscard]] std::shared_ptr<void> observe(Observer observer);
+
+  private:
+    template<class T>
+    static T fallback(const PreferenceKey<T> &key) {
+        if constexpr (std::is_same_v<T, IDList>)
+            return {};
+        else
+            return T(key.fallback);
+    }
+
+    struct State;
+    std::unique_ptr<State> state;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,102 @@
+#include "risk/classfigures.h"
+
+#include "risk/missedwork.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace ellwynd {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The longest that a class may have been quiet for inactivity to count.
+constexpr auto quietLimit = 2'592'000s;
+
+/// The larger of two values, either of which may be absent.
+template<class T>
+std::optional<T> larger(const std::optional<T> &a, const std::optional<T> &b) {
+    return a && b ? std::max(a, b) : a ? a : b;
+}
+
+} // namespace
+
+std::vector<Enrollment> reduceToStudents(std::span<const Enrollment> enrollments) {
+    std::vector<Enrollment> roster;
+    roster.reserve(enrollments.size());
+    std::unordered_map<std::int64_t, std::size_t> placeOf;
+    placeOf.reserve(enrollments.size());
+    for (const Enrollment &enrollment : enrollments) {
+        const auto [place, isNew] = placeOf.try_emplace(enrollment.userID, roster.size());
+        if (isNew) {
+            roster.push_back(enrollment);
+            continue;
+        }
+        Enrollment &first = roster[place->second];
+        if (!first.user)
+            first.user = enrollment.user;
+        if (!first.grades)
+            first.grades = enrollment.grades;
+        first.lastActivityAt = larger(first.lastActivityAt, enrollment.lastActivityAt);
+        first.totalActivityTime = larger(first.totalActivityTime, enrollment.totalActivityTime);
+    }
+    return roster;
+}
+
+std::unordered_set<std::int64_t>
+excludedAssignments(std::span<const SubmissionSummary> submissions, std::size_t rosterSize) {
+    std::unordered_set<std::int64_t> excluded;
+    const std::vector<MissingPair> pairs = missingPairs(submissions);
+    for (auto first = pairs.begin(); first != pairs.end();) {
+        const auto next = std::find_if(first, pairs.end(), [&](const MissingPair &pair) {
+            return pair.assignmentID != first->assignmentID;
+        });
+        if (isClassWide(std::size_t(next - first), rosterSize))
+            excluded.insert(first->assignmentID);
+        first = next;
+    }
+    return excluded;
+}
+
+double medianActivityTime(std::span<const Enrollment> roster) {
+    std::vector<std::int64_t> times;
+    for (const Enrollment &student : roster) {
+        if (const std::int64_t time = student.totalActivityTime.value_or(0); time > 0)
+            times.push_back(time);
+    }
+    if (times.empty())
+        return 0;
+    std::ranges::sort(times);
+    const std::size_t middle = times.size() / 2;
+    return times.size() % 2 == 1 ? double(times[middle])
+                                 : (double(times[middle - 1]) + double(times[middle])) / 2;
+}
+
+std::optional<Date> medianLastActivity(std::span<const Enrollment> roster) {
+    std::vector<Date> dates;
+    for (const Enrollment &student : roster) {
+        if (student.lastActivityAt)
+            dates.push_back(*student.lastActivityAt);
+    }
+    if (dates.empty())
+        return std::nullopt;
+    const auto middle = dates.begin() + std::ptrdiff_t(dates.size() / 2);
+    std::ranges::nth_element(dates, middle);
+    return *middle;
+}
+
+std::int64_t classQuietDays(std::span<const Enrollment> roster, Date now) {
+    const auto classDate = medianLastActivity(roster);
+    return classDate ? std::max<std::int64_t>(0, wholeDaysBetween(*classDate, now)) : 0;
+}
+
+bool inactivityCounts(
+    std::span<const Enrollment> roster, std::optional<Date> termEndsAt, Date now) {
+    if (termEndsAt && *termEndsAt < now)
+        return false;
+    const auto classDate = medianLastActivity(roster);
+    return classDate && now - *classDate <= quietLimit;
+}
+
+} // namespace ellwynd

@@ -1,0 +1,58 @@
+#include "risk/coursethresholds.h"
+
+#include "risk/reasons.h"
+
+namespace ellwynd {
+
+namespace {
+
+/// A course's own value as a type; one of another type is as good as none.
+template<class T>
+std::optional<T> own(const UserDefaults &defaults, std::int64_t courseID, std::string_view suffix) {
+    const auto stored = defaults.object(courseSettings::key(courseID, suffix));
+    return stored ? valueAs<T>(*stored) : std::nullopt;
+}
+
+} // namespace
+
+std::string courseSettings::key(std::int64_t courseID, std::string_view suffix) {
+    return std::string(prefix) + std::to_string(courseID) + "." + std::string(suffix);
+}
+
+bool courseSettings::has(
+    const UserDefaults &defaults, std::int64_t courseID, std::string_view suffix) {
+    return defaults.object(key(courseID, suffix)).has_value();
+}
+
+void courseSettings::set(
+    UserDefaults &defaults, std::int64_t courseID, std::string_view suffix,
+    std::optional<PreferenceValue> value) {
+    if (value)
+        defaults.set(key(courseID, suffix), std::move(*value));
+    else
+        defaults.remove(key(courseID, suffix));
+}
+
+CourseThresholds courseThresholds(const UserDefaults &defaults, std::int64_t courseID) {
+    const auto passing = own<double>(defaults, courseID, courseSettings::passingScore);
+    const auto days = own<std::int64_t>(defaults, courseID, courseSettings::inactivityDays);
+    return {
+        .passingScore = passing.value_or(defaults.value(preferences::defaultPassingScore)),
+        .inactivityDays = days.value_or(defaults.value(preferences::defaultInactivityDays)),
+        .passingOverridden = passing.has_value(),
+        .inactivityOverridden = days.has_value()};
+}
+
+void useDefaults(UserDefaults &defaults, std::int64_t courseID) {
+    courseSettings::set(defaults, courseID, courseSettings::passingScore, std::nullopt);
+    courseSettings::set(defaults, courseID, courseSettings::inactivityDays, std::nullopt);
+}
+
+std::string thresholdsSummary(const CourseThresholds &thresholds) {
+    return "Scored at " + roundedText(thresholds.passingScore) + "% passing, " +
+        std::to_string(thresholds.inactivityDays) + " days behind the class. " +
+        (thresholds.anyOverridden() ? "This course overrides the defaults."
+                                    : "Following the defaults from Settings.");
+}
+
+} // namespace ellwynd

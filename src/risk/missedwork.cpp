@@ -1,0 +1,67 @@
+#include "risk/missedwork.h"
+
+#include <algorithm>
+
+namespace ellwynd {
+
+std::vector<MissingPair> missingPairs(std::span<const SubmissionSummary> submissions) {
+    std::vector<MissingPair> pairs;
+    for (const SubmissionSummary &submission : submissions) {
+        if (submission.missing.value_or(false))
+            pairs.push_back({submission.assignmentID, submission.userID});
+    }
+    std::ranges::sort(pairs);
+    const auto repeated = std::ranges::unique(pairs);
+    pairs.erase(repeated.begin(), repeated.end());
+    return pairs;
+}
+
+bool isClassWide(std::size_t missing, std::size_t rosterSize) {
+    // In a class of three, two students are a majority by accident.
+    constexpr std::size_t smallestClass = 5;
+    constexpr double most = 0.6;
+    return rosterSize >= smallestClass && double(missing) >= most * double(rosterSize);
+}
+
+std::vector<MissedAssignment> missedWork(
+    std::span<const SubmissionSummary> submissions, std::size_t rosterSize,
+    const AssignmentNames &names) {
+    std::vector<MissedAssignment> result;
+    for (const MissingPair &pair : missingPairs(submissions)) {
+        if (result.empty() || result.back().id != pair.assignmentID) {
+            result.push_back(
+                {.id = pair.assignmentID,
+                 .name = assignmentName(names, pair.assignmentID),
+                 .studentIDs = {},
+                 .rosterSize = std::int64_t(rosterSize),
+                 .isClassWide = false});
+        }
+        result.back().studentIDs.push_back(pair.studentID);
+    }
+    for (MissedAssignment &assignment : result)
+        assignment.isClassWide = isClassWide(assignment.studentIDs.size(), rosterSize);
+    std::ranges::stable_sort(result, [](const MissedAssignment &a, const MissedAssignment &b) {
+        if (a.studentIDs.size() != b.studentIDs.size())
+            return a.studentIDs.size() > b.studentIDs.size();
+        return a.name < b.name;
+    });
+    return result;
+}
+
+std::string missedWorkSummary(std::size_t assignments, std::int64_t rosterSize) {
+    std::string line = std::to_string(assignments) + (assignments == 1 ? " assignment" : " assignments") +
+        " with missing work, out of " + std::to_string(rosterSize) +
+        (rosterSize == 1 ? " student" : " students");
+    if (assignments == 0)
+        line += " — nobody is missing anything";
+    return line;
+}
+
+std::string missedWorkDescription(const MissedAssignment &assignment) {
+    const std::size_t count = assignment.studentIDs.size();
+    return assignment.name + ", missing for " + std::to_string(count) +
+        (count == 1 ? " student" : " students") +
+        (assignment.isClassWide ? ", excluded from risk scores" : "");
+}
+
+} // namespace ellwynd

@@ -1,0 +1,80 @@
+// One scored student.
+#pragma once
+
+#include "platform/date.h"
+#include "risk/risklevel.h"
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace ellwynd {
+
+struct AssignmentRef {
+    std::int64_t id = 0;
+    std::string name;
+
+    bool operator==(const AssignmentRef &) const = default;
+};
+
+/// The page of a student's grades in the course.
+struct GradesTarget {
+    bool operator==(const GradesTarget &) const = default;
+};
+
+/// Where a part of a reason leads.
+struct ReasonLink {
+    /// Half-open, in UTF-8 bytes of the reason's text.
+    struct Range {
+        std::size_t begin = 0;
+        std::size_t end = 0;
+
+        bool operator==(const Range &) const = default;
+    };
+
+    Range range;
+    std::variant<GradesTarget, AssignmentRef> target;
+
+    bool operator==(const ReasonLink &) const = default;
+};
+
+/// Which signal a reason tells of.
+enum class ReasonRole { missingWork, currentScore, inactivity, pastDue, timeInCourse };
+
+/// One sentence of the explanation of a row.
+struct ReasonLine {
+    std::string text;
+    std::vector<ReasonLink> links;
+    ReasonRole role = ReasonRole::missingWork;
+
+    bool operator==(const ReasonLine &) const = default;
+};
+
+struct RiskRow {
+    /// The student's Canvas user id.
+    std::int64_t id = 0;
+    /// The student's display name.
+    std::string name;
+    std::string courseName;
+    /// The combined score, from 0 upward.
+    double score = 0;
+    /// Absent for most students.
+    std::optional<RiskLevel> level;
+    /// Percent.
+    std::optional<double> currentScore;
+    std::optional<std::string> currentGrade;
+    std::int64_t missingCount = 0;
+    std::optional<Date> lastActivityAt;
+    /// Seconds.
+    std::optional<std::int64_t> totalActivityTime;
+    std::int64_t courseID = 0;
+    /// Why, in the order of the signals; a compact roster shows only the first.
+    std::vector<ReasonLine> reasonLines;
+
+    bool operator==(const RiskRow &) const = default;
+};
+
+/// The row's missing assignments, in the order of the student's submissions.
+[[nodiscard]] std::vector<AssignmentRef> missingAssignments(const RiskRow &row);
+
+} // namespace ellwynd

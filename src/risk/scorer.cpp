@@ -1,0 +1,204 @@
+#include "risk/scorer.h"
+
+#include "risk/reasons.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace ellwynd {
+
+namespace {
+
+// How much each signal can add to a score.
+constexpr double missingWeight = 0.3;
+constexpr double pastDueWeight = 0.1;
+constexpr double timeWeight = 0.2;
+constexpr double gradeWeight = 0.25;
+constexpr double inactivityWeight = 0.15;
+
+constexpr double atRiskFrom = 0.5;
+constexpr double concernFrom = 0.25;
+constexpr double watchFrom = 0.1;
+
+/// A score that fails in any course, whatever its passing score.
+constexpr double failingScore = 50;
+/// The share of the grade that, missing, says it all.
+constexpr double severeShare = 0.2;
+/// The count of assignments that, missing or past due, says it all.
+constexpr double severeCount = 5;
+/// Points above passing at which a strong grade damps the most.
+constexpr double strongMargin = 15;
+constexpr double strongDamping = 0.6;
+/// The part of the class median below which time in course counts.
+constexpr double lowTimeFrom = 0.5;
+
+/// A student's place in the course's submissions: work that most of the class is missing is gone.
+struct Work {
+    std::vector<std::int64_t> missing;
+    std::int64_t pastDue = 0;
+    std::int64_t setSoFar = 0;
+};
+
+bool hasHandedIn(const std::string &state) {
+    return state == "submitted" || state == "graded" || state == "pending_review";
+}
+
+/// Everything about a class that its students are scored against.
+struct ClassFigures {
+    std::vector<Enrollment> roster;
+    std::unordered_set<std::int64_t> excluded;
+    double medianTime;
+    std::int64_t quietDays;
+    bool inactivityCounts;
+
+    explicit ClassFigures(const ScoringInput &input) :
+        roster(reduceToStudents(input.enrollments)),
+        excluded(excludedAssignments(input.submissions, roster.size())),
+        medianTime(medianActivityTime(roster)), quietDays(classQuietDays(roster, input.now)),
+        inactivityCounts(ellwynd::inactivityCounts(roster, input.termEndsAt, input.now)) {}
+};
+
+std::vector<Work> sortOutWork(const ScoringInput &input, const ClassFigures &figures) {
+    std::vector<Work> work(figures.roster.size());
+    std::unordered_map<std::int64_t, std::size_t> placeOf;
+    placeOf.reserve(figures.roster.size());
+    for (std::size_t i = 0; i < figures.roster.size(); ++i)
+        placeOf.emplace(figures.roster[i].userID, i);
+
+    for (const SubmissionSummary &submission : input.submissions) {
+        const auto place = placeOf.find(submission.userID);
+        if (place == placeOf.end() || figures.excluded.contains(submission.assignmentID))
+            continue;
+        Work &student = work[place->second];
+        const bool missing = submission.missing.value_or(false);
+        const bool pastDue = submission.cachedDueDate && *submission.cachedDueDate < input.now;
+        if (missing)
+            student.missing.push_back(submission.assignmentID);
+        else if (pastDue && submission.workflowState == "unsubmitted")
+            ++student.pastDue;
+        if (missing || pastDue || submission.score || hasHandedIn(submission.workflowState))
+            ++student.setSoFar;
+    }
+    return work;
+}
+
+/// The student's missing work as a part of the final grade.
+double missingShare(const GradeWeighting &weighting, const std::vector<std::int64_t> &missing) {
+    double share = 0;
+    for (const std::int64_t assignment : missing) {
+        const auto found = weighting.sharesByAssignment.find(assignment);
+        share += found != weighting.sharesByAssignment.end() ? found->second : 0;
+    }
+    return share;
+}
+
+RiskRow scoreStudent(
+    const ScoringInput &input, const ClassFigures &figures, const Enrollment &student,
+    const Work &work) {
+    const double passing = input.passingScore;
+    const Grades grades = student.grades.value_or(Grades{});
+    const std::optional<double> current = grades.currentScore;
+    const bool belowPassing = current && *current < passing;
+    const double missingCount = double(work.missing.size());
+
+    double damping = 1;
+    if (current && *current > passing)
+        damping = 1 - strongDamping * std::min(1.0, (*current - passing) / strongMargin);
+
+    std::optional<double> share;
+    double missing = std::min(1.0, missingCount / severeCount);
+    if (input.weighting != nullptr && !work.missing.empty()) {
+        share = missingShare(*input.weighting, work.missing);
+        missing = std::min(1.0, *share / severeShare);
+    }
+
+    const double pastDue = std::min(1.0, double(work.pastDue) / severeCount);
+
+    double grade = 0;
+    if (belowPassing)
+        grade = std::min(1.0, (passing - *current) / std::max(1.0, passing - failingScore));
+
+    double lowTime = 0;
+    std::optional<double> timeOfMedian;
+    if (figures.medianTime > 0) {
+        timeOfMedian = double(student.totalActivityTime.value_or(0)) / figures.medianTime;
+        if (*timeOfMedian < lowTimeFrom)
+            lowTime = timeWeight * std::min(1.0, 2 * (lowTimeFrom - *timeOfMedian));
+    }
+
+    double inactive = 0;
+    std::optional<std::int64_t> daysAway;
+    if (student.lastActivityAt)
+        daysAway = wholeDaysBetween(*student.lastActivityAt, input.now);
+    if (figures.inactivityCounts) {
+        const auto window = input.inactivityDays;
+        const auto behind = std::max<std::int64_t>(0, daysAway.value_or(0) - figures.quietDays);
+        if (!daysAway)
+            inactive = 1;
+        else if (window > 0 && behind > window)
+            inactive = std::min(1.0, double(behind - window) / double(window));
+    }
+
+    double score = missingWeight * missing * damping + pastDueWeight * pastDue * damping +
+        lowTime * damping + gradeWeight * grade + inactivityWeight * inactive;
+    if (belowPassing)
+        score = std::max(score, watchFrom);
+    if (belowPassing && *current <= failingScore)
+        score = std::max(score, atRiskFrom);
+    // Missing most of what was set; one assignment is never most.
+    if (work.missing.size() >= 2 && missingCount / double(work.setSoFar) >= 0.5)
+        score = std::max(score, atRiskFrom);
+
+    ReasonFigures reasons{
+        .missing = work.missing,
+        .setSoFar = work.setSoFar,
+        .missingShare = share,
+        .currentScore = belowPassing ? current : std::nullopt,
+        .passingScore = passing,
+        .inactive = inactive > 0,
+        .daysAway = daysAway,
+        .pastDue = work.pastDue,
+        .timeOfMedian = timeOfMedian,
+        .time = student.totalActivityTime.value_or(0),
+        .medianTime = figures.medianTime,
+        .names = input.names};
+
+    return {
+        .id = student.userID,
+        .name = studentName(student),
+        .courseName = std::string(input.courseName),
+        .score = score,
+        .level = levelOf(score),
+        .currentScore = current,
+        .currentGrade = grades.currentGrade,
+        .missingCount = std::int64_t(work.missing.size()),
+        .lastActivityAt = student.lastActivityAt,
+        .totalActivityTime = student.totalActivityTime,
+        .courseID = input.courseID,
+        .reasonLines = explain(reasons)};
+}
+
+} // namespace
+
+std::optional<RiskLevel> levelOf(double score) {
+    if (score >= atRiskFrom)
+        return RiskLevel::atRisk;
+    if (score >= concernFrom)
+        return RiskLevel::concern;
+    if (score >= watchFrom)
+        return RiskLevel::watch;
+    return std::nullopt;
+}
+
+std::vector<RiskRow> scoreRoster(const ScoringInput &input) {
+    const ClassFigures figures(input);
+    const std::vector<Work> work = sortOutWork(input, figures);
+    std::vector<RiskRow> rows;
+    rows.reserve(figures.roster.size());
+    for (std::size_t i = 0; i < figures.roster.size(); ++i)
+        rows.push_back(scoreStudent(input, figures, figures.roster[i], work[i]));
+    std::ranges::stable_sort(rows, std::greater{}, &RiskRow::score);
+    return rows;
+}
+
+} // namespace ellwynd

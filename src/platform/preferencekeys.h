@@ -57,6 +57,11 @@ inline constexpr PreferenceKey<std::int64_t> sidebarTermLimit{
 /// Ids of the terms whose group is open in the sidebar; absent until the teacher opens or closes one.
 inline constexpr PreferenceKey<IDList> sidebarExpandedTerms{"SidebarExpandedTerms"};
 
+// The main window as it was left; base64 of the window system's own forms.
+inline constexpr PreferenceKey<std::string> mainWindowGeometry{"MainWindowGeometry", ""};
+inline constexpr PreferenceKey<std::string> mainWindowColumns{"MainWindowColumns", ""};
+inline constexpr PreferenceKey<bool> studentDetailsHidden{"StudentDetailsHidden", false};
+
 /// What reads as if it were saved when it is not: every key above that has a default.
 [[nodiscard]] PreferenceMap registeredDefaults();
 

@@ -48,7 +48,7 @@ PreferenceMap preferences::registeredDefaults() {
     addAll(
         canvasBaseURL, sampleData, sampleWidgets, sampleNotifications, defaultPassingScore,
         defaultInactivityDays, appearance, accentTheme, textScale, rosterCompactRows,
-        sidebarTermLimit);
+        sidebarTermLimit, studentDetailsHidden);
     return map;
 }
 

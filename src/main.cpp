@@ -1,0 +1,27 @@
+#include "app/mainwindowcontroller.h"
+#include "platform/files.h"
+#include "platform/launcharguments.h"
+#include "ui/mainwindow.h"
+#include "ui/support/appearance.h"
+
+#include <QApplication>
+#include <QTimer>
+
+int main(int argc, char **argv) {
+    using namespace ellwynd;
+    // Before the application takes its own options away.
+    const LaunchArguments arguments =
+        parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));
+
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Ellwynd"));
+    QApplication::setDesktopFileName(QStringLiteral("com.varnok.Ellwynd"));
+
+    UserDefaults defaults(directories::config() / "Preferences.json", arguments.domain);
+    Appearance appearance(defaults, desktopPrefersDark());
+    MainWindowController controller(defaults);
+    MainWindow window(controller, defaults, appearance);
+    window.show();
+    QTimer::singleShot(0, &controller, &MainWindowController::refresh);
+    return QApplication::exec();
+}

@@ -1,0 +1,172 @@
+#include "ui/details/studentdetails.h"
+
+#include "app/rostertexts.h"
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+#include "ui/support/labels.h"
+#include "ui/support/levelpill.h"
+
+#include <QGridLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+StudentDetails::StudentDetails(const Appearance &look, QWidget *parent) :
+    QScrollArea(parent), appearance(look) {
+    setObjectName(QStringLiteral("detailsPane"));
+    setAccessibleName(QStringLiteral("Student details"));
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    connect(&look, &Appearance::changed, this, &StudentDetails::rebuild);
+    rebuild();
+}
+
+void StudentDetails::show(std::vector<RiskRow> selected) {
+    if (selected == rows && widget() != nullptr)
+        return;
+    rows = std::move(selected);
+    rebuild();
+}
+
+void StudentDetails::rebuild() {
+    auto *content = new QWidget;
+    content->setObjectName(QStringLiteral("detailsPane"));
+    content->setAttribute(Qt::WA_StyledBackground);
+    auto *column = new QVBoxLayout(content);
+    const int margin = appearance.px(16);
+    column->setContentsMargins(margin, margin, margin, margin);
+    column->setSpacing(appearance.px(6));
+    if (rows.size() == 1) {
+        const RiskRow &row = rows.front();
+        addHeading(*column, row);
+        addFigures(*column, row);
+        addReasons(*column, row);
+        auto *grades = new QPushButton(QStringLiteral("Open Grades"), content);
+        grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
+        connect(grades, &QPushButton::clicked, this, [this, row] {
+            Q_EMIT gradesRequested(row);
+        });
+        column->addSpacing(appearance.px(10));
+        column->addWidget(grades, 0, Qt::AlignLeft);
+    } else {
+        auto *hint = plainLabel(content, true);
+        hint->setProperty("secondary", true);
+        hint->setAlignment(Qt::AlignCenter);
+        hint->setText(
+            rows.empty() ? QStringLiteral("Select a student to see why they are flagged.")
+                         : qstring(studentsText(rows.size())) + QStringLiteral(" selected"));
+        column->addStretch(1);
+        column->addWidget(hint);
+    }
+    column->addStretch(2);
+    setWidget(content);
+}
+
+void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
+    auto *name = plainLabel(nullptr, true);
+    name->setFont(appearance.font(1.22, QFont::Bold));
+    name->setText(qstring(row.name));
+    name->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    column.addWidget(name);
+    auto *pill = new LevelPill(appearance);
+    pill->setLevel(row.level);
+    pill->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    column.addWidget(pill, 0, Qt::AlignLeft);
+    auto *course = plainLabel(nullptr, true);
+    course->setProperty("secondary", true);
+    course->setText(qstring(row.courseName));
+    column.addWidget(course);
+}
+
+void StudentDetails::addFigures(QVBoxLayout &column, const RiskRow &row) {
+    struct Figure {
+        QString label;
+        QString value;
+    };
+    QString score = qstring(scoreText(row.currentScore));
+    if (row.currentGrade && !row.currentGrade->empty())
+        score += QStringLiteral(" ") + qstring(*row.currentGrade);
+    const std::vector<Figure> figures{
+        {QStringLiteral("Score"), score},
+        {QStringLiteral("Time in course"), qstring(timeInCourseText(row.totalActivityTime))},
+        {QStringLiteral("Last active"), qstring(lastActiveText(row.lastActivityAt, systemNow()))},
+        {QStringLiteral("Missing"), QString::number(row.missingCount)},
+    };
+    auto *grid = new QGridLayout;
+    grid->setHorizontalSpacing(appearance.px(14));
+    grid->setVerticalSpacing(appearance.px(8));
+    for (std::size_t i = 0; i < figures.size(); ++i) {
+        auto *cell = new QVBoxLayout;
+        cell->setSpacing(0);
+        auto *label = plainLabel(nullptr, true);
+        label->setProperty("secondary", true);
+        label->setFont(appearance.font(0.92));
+        label->setText(figures[i].label);
+        auto *value = plainLabel(nullptr, true);
+        value->setFont(appearance.font(1.12, QFont::DemiBold));
+        value->setText(figures[i].value);
+        value->setAccessibleName(figures[i].label + QStringLiteral(": ") + figures[i].value);
+        cell->addWidget(label);
+        cell->addWidget(value);
+        cell->addStretch(1);
+        grid->addLayout(cell, int(i / 2), int(i % 2));
+    }
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, 1);
+    column.addSpacing(appearance.px(6));
+    column.addLayout(grid);
+}
+
+void StudentDetails::addSection(QVBoxLayout &column, const QString &title) {
+    auto *line = new QFrame;
+    line->setObjectName(QStringLiteral("separator"));
+    line->setFixedHeight(1);
+    column.addSpacing(appearance.px(8));
+    column.addWidget(line);
+    column.addSpacing(appearance.px(4));
+    auto *label = plainLabel(nullptr);
+    label->setProperty("secondary", true);
+    label->setFont(appearance.font(0.86, QFont::DemiBold));
+    label->setText(title.toUpper());
+    label->setAccessibleName(title);
+    column.addWidget(label);
+}
+
+void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {
+    addSection(column, QStringLiteral("Why"));
+    if (row.reasonLines.empty()) {
+        auto *none = plainLabel(nullptr, true);
+        none->setText(QStringLiteral("Nothing worth a note."));
+        column.addWidget(none);
+    }
+    for (const ReasonLine &line : row.reasonLines) {
+        if (line.role == ReasonRole::currentScore) {
+            auto *link = new TextLink(qstring(line.text));
+            link->setToolTip(QStringLiteral("Open the grades in Canvas"));
+            connect(link, &TextLink::pressed, this, [this, row] { Q_EMIT gradesRequested(row); });
+            column.addWidget(link);
+            continue;
+        }
+        auto *sentence = plainLabel(nullptr, true);
+        sentence->setText(qstring(line.text));
+        column.addWidget(sentence);
+        for (const ReasonLink &reasonLink : line.links) {
+            const auto *assignment = std::get_if<AssignmentRef>(&reasonLink.target);
+            if (assignment == nullptr)
+                continue;
+            auto *link = new TextLink(qstring(assignment->name));
+            link->setContentsMargins(appearance.px(12), 0, 0, 0);
+            link->setToolTip(QStringLiteral("Open this assignment in Canvas"));
+            connect(link, &TextLink::pressed, this, [this, row, id = assignment->id] {
+                Q_EMIT assignmentRequested(row, id);
+            });
+            column.addWidget(link);
+        }
+    }
+}
+
+} // namespace ellwynd

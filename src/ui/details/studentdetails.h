@@ -1,0 +1,38 @@
+// The pane at the right: one student, and every reason.
+#pragma once
+
+#include "risk/riskrow.h"
+
+#include <QScrollArea>
+
+class QVBoxLayout;
+
+namespace ellwynd {
+
+class Appearance;
+
+class StudentDetails : public QScrollArea {
+    Q_OBJECT
+
+  public:
+    StudentDetails(const Appearance &appearance, QWidget *parent = nullptr);
+
+    /// Shows the one selected student, how many are selected, or what to do.
+    void show(std::vector<RiskRow> selected);
+
+  Q_SIGNALS:
+    void gradesRequested(const ellwynd::RiskRow &row);
+    void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);
+
+  private:
+    void rebuild();
+    void addHeading(QVBoxLayout &column, const RiskRow &row);
+    void addFigures(QVBoxLayout &column, const RiskRow &row);
+    void addReasons(QVBoxLayout &column, const RiskRow &row);
+    void addSection(QVBoxLayout &column, const QString &title);
+
+    const Appearance &appearance;
+    std::vector<RiskRow> rows;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,261 @@
+#include "ui/mainwindow.h"
+
+#include "app/mainwindowcontroller.h"
+#include "ui/details/studentdetails.h"
+#include "ui/roster/rosterpane.h"
+#include "ui/sheets/missingworksheet.h"
+#include "ui/sheets/thresholdssheet.h"
+#include "ui/sidebar/sidebar.h"
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+
+#include <QCloseEvent>
+#include <QDesktopServices>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+enum Pane { sidebarPane, middlePane, detailsPane };
+
+constexpr int noticeMilliseconds = 6000;
+
+/// Sidebar, roster and details at first: the outer two grow with the text, up to a share of the
+/// window.
+QList<int> paneWidths(int window, const Appearance &appearance) {
+    const int left = std::min(appearance.px(224), window * 24 / 100);
+    const int right = std::min(appearance.px(256), window / 4);
+    return {left, window - left - right, right};
+}
+
+} // namespace
+
+MainWindow::MainWindow(
+    MainWindowController &driver, UserDefaults &store, Appearance &look) :
+    controller(driver),
+    defaults(store), appearance(look), splitter(new QSplitter(this)),
+    sidebar(new Sidebar(driver, store, look, splitter)),
+    rosterPane(new RosterPane(driver, store, look, splitter)),
+    details(new StudentDetails(look, splitter)),
+    observing(store.observe([this](std::string_view key) {
+        if (key == preferences::rosterCompactRows.name)
+            compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
+    })) {
+    setWindowTitle(
+        defaults.value(preferences::sampleData) ? QStringLiteral("Ellwynd — Sample Data")
+                                                : QStringLiteral("Ellwynd"));
+    splitter->setChildrenCollapsible(false);
+    splitter->setHandleWidth(1);
+    splitter->setStretchFactor(middlePane, 1);
+    setCentralWidget(splitter);
+    statusBar()->setSizeGripEnabled(false);
+    statusBar()->hide();
+    makeMenus();
+    connectViews();
+    restoreGeometryState();
+    updateActions();
+}
+
+// ---- Menus -------------------------------------------------------------------------------------
+
+QAction *MainWindow::add(QMenu *menu, const QString &text, const QKeySequence &shortcut) {
+    QAction *action = menu->addAction(text);
+    action->setShortcut(shortcut);
+    return action;
+}
+
+void MainWindow::makeMenus() {
+    QMenu *file = menuBar()->addMenu(QStringLiteral("&File"));
+    QAction *refreshAll = add(file, QStringLiteral("&Refresh All Courses"), QKeySequence::Refresh);
+    refreshAll->setShortcuts({Qt::CTRL | Qt::Key_R, Qt::Key_F5});
+    refreshRoster = add(
+        file, QStringLiteral("Refresh &This Roster"), Qt::CTRL | Qt::SHIFT | Qt::Key_R);
+    file->addSeparator();
+    QAction *quit = add(file, QStringLiteral("&Quit"), QKeySequence::Quit);
+
+    QMenu *edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    findStudent = add(edit, QStringLiteral("&Find Student"), QKeySequence::Find);
+
+    QMenu *view = menuBar()->addMenu(QStringLiteral("&View"));
+    compactRows = add(view, QStringLiteral("&Compact Rows"), Qt::CTRL | Qt::SHIFT | Qt::Key_C);
+    compactRows->setCheckable(true);
+    compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
+    hideDetails = add(view, QStringLiteral("&Hide Student Details"), Qt::CTRL | Qt::Key_I);
+    view->addSeparator();
+    QAction *zoomIn = add(view, QStringLiteral("Zoom &In"), QKeySequence::ZoomIn);
+    zoomIn->setShortcuts({QKeySequence::ZoomIn, Qt::CTRL | Qt::Key_Equal});
+    QAction *zoomOut = add(view, QStringLiteral("Zoom &Out"), QKeySequence::ZoomOut);
+    QAction *actualSize = add(view, QStringLiteral("&Actual Size"), Qt::CTRL | Qt::Key_0);
+
+    QMenu *course = menuBar()->addMenu(QStringLiteral("&Course"));
+    missingWork = add(
+        course, QStringLiteral("&Missing Work by Assignment…"), Qt::CTRL | Qt::Key_M);
+    thresholds = add(course, QStringLiteral("Risk &Thresholds…"), Qt::CTRL | Qt::Key_T);
+    course->addSeparator();
+    openCourse = add(course, QStringLiteral("&Open Course in Canvas"), Qt::CTRL | Qt::Key_O);
+
+    QMenu *student = menuBar()->addMenu(QStringLiteral("&Student"));
+    openGrades = add(student, QStringLiteral("Open &Grades in Canvas"), Qt::CTRL | Qt::Key_G);
+
+    connect(refreshAll, &QAction::triggered, &controller, &MainWindowController::refresh);
+    connect(refreshRoster, &QAction::triggered, &controller, &MainWindowController::refreshRoster);
+    connect(quit, &QAction::triggered, this, &QWidget::close);
+    connect(findStudent, &QAction::triggered, rosterPane, &RosterPane::focusFilter);
+    connect(compactRows, &QAction::toggled, this, [this](bool on) {
+        defaults.set(preferences::rosterCompactRows, on);
+    });
+    connect(hideDetails, &QAction::triggered, this, [this] {
+        details->setVisible(!details->isVisible());
+        updateActions();
+    });
+    connect(zoomIn, &QAction::triggered, this, [this] { appearance.zoom(1); });
+    connect(zoomOut, &QAction::triggered, this, [this] { appearance.zoom(-1); });
+    connect(actualSize, &QAction::triggered, this, [this] { appearance.zoom(0); });
+    connect(missingWork, &QAction::triggered, this, &MainWindow::openMissingWork);
+    connect(thresholds, &QAction::triggered, this, &MainWindow::openThresholds);
+    connect(openCourse, &QAction::triggered, this, [this] {
+        if (const auto id = controller.roster().courseID)
+            controller.openCourse(*id);
+    });
+    connect(openGrades, &QAction::triggered, this, [this] {
+        for (const RiskRow &row : rosterPane->table()->selectedRows())
+            controller.openGrades(row.courseID, row.id);
+    });
+}
+
+void MainWindow::connectViews() {
+    RosterTable *table = rosterPane->table();
+    connect(rosterPane, &RosterPane::thresholdsRequested, this, &MainWindow::openThresholds);
+    connect(rosterPane, &RosterPane::missingWorkRequested, this, &MainWindow::openMissingWork);
+    connect(
+        rosterPane, &RosterPane::refreshRequested, &controller,
+        &MainWindowController::refreshRoster);
+    connect(rosterPane, &RosterPane::contextMenuRequested, this, &MainWindow::showContextMenu);
+    connect(table, &RosterTable::selectionDidChange, this, [this, table] {
+        details->show(table->selectedRows());
+        updateActions();
+    });
+    const auto grades = [this](const RiskRow &row) { controller.openGrades(row.courseID, row.id); };
+    const auto assignment = [this](const RiskRow &row, std::int64_t id) {
+        controller.openAssignment(row.courseID, id);
+    };
+    connect(table, &RosterTable::gradesRequested, this, grades);
+    connect(table, &RosterTable::assignmentRequested, this, assignment);
+    connect(details, &StudentDetails::gradesRequested, this, grades);
+    connect(details, &StudentDetails::assignmentRequested, this, assignment);
+
+    connect(&controller, &MainWindowController::rosterDidChange, this, &MainWindow::updateActions);
+    connect(&controller, &MainWindowController::errorDidOccur, this, &MainWindow::showError);
+    connect(&controller, &MainWindowController::urlShouldOpen, this, [](const QString &url) {
+        QDesktopServices::openUrl(QUrl(url));
+    });
+    connect(&controller, &MainWindowController::pageIsInvented, this, [this] {
+        statusBar()->show();
+        statusBar()->showMessage(
+            QStringLiteral("The sample college is invented, so it has no pages in Canvas."),
+            noticeMilliseconds);
+    });
+    connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString &message) {
+        statusBar()->setVisible(!message.isEmpty());
+    });
+}
+
+void MainWindow::updateActions() {
+    const RosterView &roster = controller.roster();
+    const bool shown = roster.state == RosterView::State::shown;
+    const bool course = shown && roster.courseID.has_value();
+    missingWork->setEnabled(course);
+    thresholds->setEnabled(course);
+    openCourse->setEnabled(course);
+    refreshRoster->setEnabled(controller.selection().has_value());
+    findStudent->setEnabled(shown && !roster.rows.empty());
+    openGrades->setEnabled(!rosterPane->table()->selectedRows().empty());
+    hideDetails->setText(
+        details->isHidden() ? QStringLiteral("&Show Student Details")
+                            : QStringLiteral("&Hide Student Details"));
+}
+
+void MainWindow::showContextMenu(const QPoint &position) {
+    if (rosterPane->table()->selectedRows().empty())
+        return;
+    QMenu menu(this);
+    menu.addAction(openGrades);
+    menu.addAction(openCourse);
+    menu.exec(position);
+}
+
+void MainWindow::showError(const QString &message, const QString &recovery) {
+    auto *box = new QMessageBox(
+        QMessageBox::Information, QStringLiteral("Ellwynd"), message, QMessageBox::NoButton, this);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(recovery);
+    box->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+// ---- Sheets ------------------------------------------------------------------------------------
+
+MissingWorkSheet *MainWindow::openMissingWork() {
+    const RosterView &roster = controller.roster();
+    if (!roster.courseID)
+        return nullptr;
+    auto *sheet = new MissingWorkSheet(
+        roster.missedWork, std::int64_t(roster.rows.size()), appearance, this);
+    sheet->setAttribute(Qt::WA_DeleteOnClose);
+    connect(
+        sheet, &MissingWorkSheet::studentsChosen, this,
+        [this, courseID = *roster.courseID](const std::vector<std::int64_t> &ids) {
+            std::set<StudentKey> students;
+            for (const std::int64_t id : ids)
+                students.insert({courseID, id});
+            rosterPane->clearFilter();
+            rosterPane->table()->selectStudents(students);
+            rosterPane->table()->setFocus();
+        });
+    sheet->show();
+    return sheet;
+}
+
+ThresholdsSheet *MainWindow::openThresholds() {
+    const RosterView &roster = controller.roster();
+    if (!roster.courseID)
+        return nullptr;
+    auto *sheet =
+        new ThresholdsSheet(*roster.courseID, roster.title, defaults, appearance, this);
+    sheet->setAttribute(Qt::WA_DeleteOnClose);
+    sheet->QDialog::show();
+    return sheet;
+}
+
+// ---- Geometry ----------------------------------------------------------------------------------
+
+void MainWindow::restoreGeometryState() {
+    const auto bytes = [this](const auto &key) {
+        return QByteArray::fromBase64(QByteArray::fromStdString(defaults.value(key)));
+    };
+    if (!restoreGeometry(bytes(preferences::mainWindowGeometry)))
+        resize(1280, 800);
+    if (!splitter->restoreState(bytes(preferences::mainWindowColumns)))
+        splitter->setSizes(paneWidths(width(), appearance));
+    sidebar->setMinimumWidth(140);
+    details->setMinimumWidth(200);
+    rosterPane->setMinimumWidth(360);
+    details->setVisible(!defaults.value(preferences::studentDetailsHidden));
+}
+
+void MainWindow::closeEvent(QCloseEvent *event) {
+    defaults.set(preferences::mainWindowGeometry, saveGeometry().toBase64().toStdString());
+    defaults.set(preferences::mainWindowColumns, splitter->saveState().toBase64().toStdString());
+    defaults.set(preferences::studentDetailsHidden, details->isHidden());
+    QMainWindow::closeEvent(event);
+}
+
+} // namespace ellwynd

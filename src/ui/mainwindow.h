@@ -1,0 +1,67 @@
+// The main window.
+#pragma once
+
+#include "platform/userdefaults.h"
+
+#include <QMainWindow>
+
+class QAction;
+class QSplitter;
+
+namespace ellwynd {
+
+class Appearance;
+class MainWindowController;
+class MissingWorkSheet;
+class RosterPane;
+class Sidebar;
+class StudentDetails;
+class ThresholdsSheet;
+
+/// Sidebar, roster and student details side by side, with the menus. It decides nothing: commands go
+/// to the controller, and what the controller announces is shown.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    MainWindow(MainWindowController &controller, UserDefaults &defaults, Appearance &appearance);
+
+    [[nodiscard]] RosterPane *roster() const { return rosterPane; }
+
+  public Q_SLOTS:
+    /// Opens "Missing Work by Assignment…"; null when no course is shown.
+    ellwynd::MissingWorkSheet *openMissingWork();
+    /// Opens the course's thresholds; null when no course is shown.
+    ellwynd::ThresholdsSheet *openThresholds();
+
+  protected:
+    void closeEvent(QCloseEvent *event) override;
+
+  private:
+    void makeMenus();
+    void connectViews();
+    void updateActions();
+    void restoreGeometryState();
+    void showContextMenu(const QPoint &position);
+    void showError(const QString &message, const QString &recovery);
+    QAction *add(QMenu *menu, const QString &text, const QKeySequence &shortcut);
+
+    MainWindowController &controller;
+    UserDefaults &defaults;
+    Appearance &appearance;
+    QSplitter *splitter;
+    Sidebar *sidebar;
+    RosterPane *rosterPane;
+    StudentDetails *details;
+    QAction *compactRows = nullptr;
+    QAction *hideDetails = nullptr;
+    QAction *findStudent = nullptr;
+    QAction *missingWork = nullptr;
+    QAction *thresholds = nullptr;
+    QAction *openCourse = nullptr;
+    QAction *openGrades = nullptr;
+    QAction *refreshRoster = nullptr;
+    std::shared_ptr<void> observing;
+};
+
+} // namespace ellwynd

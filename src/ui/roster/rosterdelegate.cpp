@@ -1,0 +1,167 @@
+#include "ui/roster/rosterdelegate.h"
+
+#include "app/rostertexts.h"
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+#include "ui/support/levelpill.h"
+
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QTableView>
+#include <QToolTip>
+
+namespace ellwynd {
+
+RosterDelegate::RosterDelegate(
+    const Appearance &look, const RosterFilter &rows, QTableView *table) :
+    QStyledItemDelegate(table), appearance(look), filter(rows), view(table) {}
+
+int RosterDelegate::horizontalPadding() const {
+    return appearance.px(10);
+}
+
+int RosterDelegate::verticalPadding() const {
+    return appearance.px(compact ? 5 : 9);
+}
+
+WhyLayout RosterDelegate::layoutOf(const QModelIndex &index, int cellWidth) const {
+    const RiskRow &row = filter.row(index);
+    const auto form = compact                ? WhyLayout::Form::compact
+        : expanded.contains(keyOf(row)) ? WhyLayout::Form::expanded
+                                        : WhyLayout::Form::normal;
+    return {row, cellWidth - 2 * horizontalPadding(), form, appearance};
+}
+
+QSize RosterDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const {
+    int height = pillSize(appearance, QStringLiteral("X")).height();
+    int width = 0;
+    if (index.column() == RosterModel::why) {
+        height = std::max(height, layoutOf(index, view->columnWidth(RosterModel::why)).height());
+    } else if (index.column() == RosterModel::level) {
+        width = pillSize(appearance, QStringLiteral("Concern")).width();
+    } else {
+        const QFont font = appearance.font(1, QFont::DemiBold);
+        width = QFontMetrics(font).horizontalAdvance(index.data().toString());
+    }
+    return {width + 2 * horizontalPadding(), height + 2 * verticalPadding() + 1};
+}
+
+void RosterDelegate::paint(
+    QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
+    const Theme &theme = appearance.theme();
+    const RiskRow &row = filter.row(index);
+    painter->save();
+    painter->setClipRect(option.rect);
+    if (option.state.testFlag(QStyle::State_Selected))
+        painter->fillRect(option.rect, theme.selection);
+    painter->fillRect(
+        QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1), theme.separator);
+    const bool focused = option.state.testFlag(QStyle::State_HasFocus);
+
+    const QRect cell = option.rect.adjusted(
+        horizontalPadding(), verticalPadding(), -horizontalPadding(), -verticalPadding() - 1);
+    const int lineHeight = pillSize(appearance, QStringLiteral("X")).height();
+    const QRect firstLine(cell.left(), cell.top(), cell.width(), lineHeight);
+    switch (index.column()) {
+    case RosterModel::level:
+        drawLevel(*painter, firstLine, row.level, appearance);
+        break;
+    case RosterModel::why: {
+        const auto hover = hoveredIndex == index ? hovered : std::nullopt;
+        const WhyLayout layout = layoutOf(index, option.rect.width());
+        // A single line sits on the level's line; more begin at the top.
+        const int lower = std::max(0, (lineHeight - QFontMetrics(appearance.font()).height()) / 2);
+        layout.draw(*painter, cell.topLeft() + QPoint(0, lower), hover);
+        break;
+    }
+    default: {
+        const bool name = index.column() == RosterModel::student;
+        painter->setFont(appearance.font(1, name ? QFont::DemiBold : QFont::Normal));
+        painter->setPen(
+            index.column() == RosterModel::course ? theme.secondaryText : theme.text);
+        const auto align =
+            Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()) & Qt::AlignHorizontal_Mask;
+        QString text = index.data().toString();
+        text.replace(u'\n', u' ');
+        painter->drawText(
+            firstLine, align | Qt::AlignVCenter,
+            painter->fontMetrics().elidedText(text, Qt::ElideRight, firstLine.width()));
+    }
+    }
+    if (focused && index.column() == RosterModel::student) {
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(QPen(theme.accent, 1.5));
+        painter->drawRoundedRect(QRectF(option.rect).adjusted(2, 2, -2, -3), 4, 4);
+    }
+    painter->restore();
+}
+
+std::optional<WhyTarget> RosterDelegate::targetAt(
+    QPoint position, const QStyleOptionViewItem &option, const QModelIndex &index) const {
+    if (index.column() != RosterModel::why)
+        return std::nullopt;
+    const QPoint origin = option.rect.topLeft() + QPoint(horizontalPadding(), verticalPadding());
+    return layoutOf(index, option.rect.width()).targetAt(position - origin);
+}
+
+bool RosterDelegate::editorEvent(
+    QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+    const QModelIndex &index) {
+    if (event->type() == QEvent::MouseMove) {
+        const auto target =
+            targetAt(static_cast<QMouseEvent *>(event)->position().toPoint(), option, index);
+        if (target != hovered || hoveredIndex != index) {
+            hovered = target;
+            hoveredIndex = index;
+            view->viewport()->setCursor(target ? Qt::PointingHandCursor : Qt::ArrowCursor);
+            view->viewport()->update();
+        }
+        return false;
+    }
+    if (event->type() != QEvent::MouseButtonRelease)
+        return QStyledItemDelegate::editorEvent(event, model, option, index);
+    const auto *mouse = static_cast<QMouseEvent *>(event);
+    const auto target = targetAt(mouse->position().toPoint(), option, index);
+    if (!target || mouse->button() != Qt::LeftButton || mouse->modifiers() != Qt::NoModifier)
+        return false;
+    const RiskRow row = filter.row(index);
+    if (const auto *assignment = std::get_if<AssignmentRef>(&*target)) {
+        Q_EMIT assignmentRequested(row, assignment->id);
+    } else if (std::holds_alternative<GradesTarget>(*target)) {
+        Q_EMIT gradesRequested(row);
+    } else {
+        expanded.insert(keyOf(row));
+        Q_EMIT rowExpanded(index);
+    }
+    return true;
+}
+
+bool RosterDelegate::helpEvent(
+    QHelpEvent *event, QAbstractItemView *where, const QStyleOptionViewItem &option,
+    const QModelIndex &index) {
+    QString tip = index.data().toString();
+    if (const auto target = targetAt(event->pos(), option, index)) {
+        if (const auto *assignment = std::get_if<AssignmentRef>(&*target))
+            tip = QStringLiteral("Open “%1” in Canvas").arg(qstring(assignment->name));
+        else if (std::holds_alternative<GradesTarget>(*target))
+            tip = QStringLiteral("Open the grades in Canvas");
+        else
+            tip = QStringLiteral("Show all missing work");
+    } else if (index.column() == RosterModel::level || tip.isEmpty()) {
+        QToolTip::hideText();
+        return true;
+    }
+    QToolTip::showText(
+        event->globalPos(), QStringLiteral("<span>%1</span>").arg(tip.toHtmlEscaped()), where);
+    return true;
+}
+
+void RosterDelegate::clearHover() {
+    hovered.reset();
+    hoveredIndex = QModelIndex();
+    view->viewport()->unsetCursor();
+    view->viewport()->update();
+}
+
+} // namespace ellwynd

@@ -1,0 +1,63 @@
+// How a row of the roster is drawn, and what its links do.
+#pragma once
+
+#include "ui/roster/rostermodel.h"
+#include "ui/roster/whylayout.h"
+
+#include <QStyledItemDelegate>
+
+#include <set>
+
+class QTableView;
+
+namespace ellwynd {
+
+class RosterDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+
+  public:
+    RosterDelegate(
+        const Appearance &appearance, const RosterFilter &filter, QTableView *view);
+
+    void setCompact(bool on) { compact = on; }
+    /// Folds every row again.
+    void collapseAll() { expanded.clear(); }
+
+    [[nodiscard]] QSize
+    sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void paint(
+        QPainter *painter, const QStyleOptionViewItem &option,
+        const QModelIndex &index) const override;
+    bool editorEvent(
+        QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+        const QModelIndex &index) override;
+    bool helpEvent(
+        QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+        const QModelIndex &index) override;
+
+    /// The pointer has left the rows.
+    void clearHover();
+
+  Q_SIGNALS:
+    void gradesRequested(const ellwynd::RiskRow &row);
+    void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);
+    /// The row's height has changed.
+    void rowExpanded(const QModelIndex &index);
+
+  private:
+    [[nodiscard]] WhyLayout layoutOf(const QModelIndex &index, int cellWidth) const;
+    [[nodiscard]] std::optional<WhyTarget>
+    targetAt(QPoint position, const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    [[nodiscard]] int horizontalPadding() const;
+    [[nodiscard]] int verticalPadding() const;
+
+    const Appearance &appearance;
+    const RosterFilter &filter;
+    QTableView *view;
+    bool compact = false;
+    std::set<StudentKey> expanded;
+    QPersistentModelIndex hoveredIndex;
+    std::optional<WhyTarget> hovered;
+};
+
+} // namespace ellwynd

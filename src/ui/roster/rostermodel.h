@@ -1,0 +1,74 @@
+// Scored students as a table.
+#pragma once
+
+#include "platform/date.h"
+#include "risk/riskrow.h"
+
+#include <QAbstractTableModel>
+#include <QSortFilterProxyModel>
+
+namespace ellwynd {
+
+/// Whoever spans courses tells students apart by course and student together.
+struct StudentKey {
+    std::int64_t courseID = 0;
+    std::int64_t studentID = 0;
+
+    auto operator<=>(const StudentKey &) const = default;
+};
+
+[[nodiscard]] inline StudentKey keyOf(const RiskRow &row) {
+    return {row.courseID, row.id};
+}
+
+/// The rows in the program's own order, worst first.
+class RosterModel : public QAbstractTableModel {
+    Q_OBJECT
+
+  public:
+    enum Column { level, student, course, why, score, missing, lastActive, columns };
+    /// What a column sorts by.
+    static constexpr int sortRole = Qt::UserRole;
+
+    explicit RosterModel(QObject *parent = nullptr) : QAbstractTableModel(parent) {}
+
+    /// @param at "now" for the days since the last activity.
+    void setRows(std::vector<RiskRow> rows, Date at);
+    [[nodiscard]] const RiskRow &row(int index) const { return rows[std::size_t(index)]; }
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+    [[nodiscard]] QVariant
+    headerData(int section, Qt::Orientation orientation, int role) const override;
+
+  private:
+    [[nodiscard]] QString display(const RiskRow &row, int column) const;
+    [[nodiscard]] QVariant sortValue(const RiskRow &row, int index, int column) const;
+
+    std::vector<RiskRow> rows;
+    Date now;
+};
+
+/// The rows that hold the typed words, in the order of the chosen column.
+class RosterFilter : public QSortFilterProxyModel {
+    Q_OBJECT
+
+  public:
+    explicit RosterFilter(QObject *parent = nullptr);
+
+    /// A row stays when every word stands somewhere in its name, course, level or reasons.
+    void setWords(const QString &typed);
+
+    [[nodiscard]] const RiskRow &row(const QModelIndex &proxyIndex) const;
+
+  protected:
+    [[nodiscard]] bool filterAcceptsRow(int row, const QModelIndex &parent) const override;
+    [[nodiscard]] bool
+    lessThan(const QModelIndex &left, const QModelIndex &right) const override;
+
+  private:
+    QStringList words;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,224 @@
+#include "ui/roster/rosterpane.h"
+
+#include "app/mainwindowcontroller.h"
+#include "app/rostertexts.h"
+#include "platform/calendar.h"
+#include "theme/courseicon.h"
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+#include "ui/support/labels.h"
+
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+QPushButton *button(const QString &text, const QString &tip, QWidget *parent) {
+    auto *result = new QPushButton(text, parent);
+    result->setToolTip(tip);
+    result->setAutoDefault(false);
+    return result;
+}
+
+/// What stands in the table's place.
+QString messageFor(const RosterView &roster) {
+    using State = RosterView::State;
+    switch (roster.state) {
+    case State::loading:
+        return QStringLiteral("Loading roster…");
+    case State::failed:
+        return QStringLiteral("Couldn’t load roster.");
+    case State::notConnected:
+        return QStringLiteral("Not connected");
+    case State::nothingSelected:
+        return QStringLiteral(
+            "Your courses appear here once they load — or pick one from the sidebar.");
+    case State::shown:
+        break;
+    }
+    if (!roster.rows.empty())
+        return {};
+    return roster.courseID ? QStringLiteral("No students found for this course.")
+                           : QStringLiteral("No students flagged in this term.");
+}
+
+} // namespace
+
+RosterPane::RosterPane(
+    MainWindowController &driver, UserDefaults &store, const Appearance &look, QWidget *parent) :
+    QWidget(parent),
+    controller(driver), defaults(store), appearance(look), tile(new QLabel(this)),
+    title(new ElidedLabel(this)), subtitle(new ElidedLabel(this)), stale(plainLabel(this, true)),
+    filter(new QLineEdit(this)),
+    thresholds(button(
+        QStringLiteral("Thresholds"),
+        QStringLiteral("What this course's students are scored with"), this)),
+    missingWork(button(
+        QStringLiteral("Missing Work…"), QStringLiteral("Missing work by assignment"), this)),
+    refresh(button(QStringLiteral("⟳"), QStringLiteral("Refresh this roster (Ctrl+Shift+R)"), this)),
+    stack(new QStackedWidget(this)), message(plainLabel(this, true)),
+    students(new RosterTable(look, this)), header(new QWidget(this)),
+    headerLayout(new QBoxLayout(QBoxLayout::LeftToRight, header)), controls(new QBoxLayout(QBoxLayout::LeftToRight)),
+    buttons(new QWidget(header)),
+    observing(store.observe([this](std::string_view key) {
+        if (key == preferences::rosterCompactRows.name)
+            students->setCompact(defaults.value(preferences::rosterCompactRows));
+    })) {
+    refresh->setAccessibleName(QStringLiteral("Refresh this roster"));
+    refresh->setProperty("quiet", true);
+    filter->setPlaceholderText(QStringLiteral("Filter students"));
+    filter->setAccessibleName(QStringLiteral("Filter students"));
+    filter->setClearButtonEnabled(true);
+    subtitle->setProperty("secondary", true);
+    stale->setProperty("attention", true);
+    message->setAlignment(Qt::AlignCenter);
+    message->setProperty("secondary", true);
+    students->setCompact(defaults.value(preferences::rosterCompactRows));
+    students->setContextMenuPolicy(Qt::CustomContextMenu);
+
+    auto *names = new QVBoxLayout;
+    names->setSpacing(1);
+    names->addWidget(title);
+    names->addWidget(subtitle);
+    auto *heading = new QHBoxLayout;
+    heading->addWidget(tile);
+    heading->addLayout(names, 1);
+    auto *row = new QHBoxLayout(buttons);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(thresholds);
+    row->addWidget(missingWork);
+    row->addStretch(1);
+    row->addWidget(refresh);
+    controls->addWidget(filter, 1);
+    controls->addWidget(buttons);
+    headerLayout->addLayout(heading, 1);
+    headerLayout->addLayout(controls);
+
+    stack->addWidget(students);
+    stack->addWidget(message);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(header);
+    column->addWidget(stale);
+    column->addWidget(stack, 1);
+
+    connect(filter, &QLineEdit::textChanged, this, [this](const QString &typed) {
+        students->setFilter(typed);
+        showCount();
+    });
+    connect(filter, &QLineEdit::returnPressed, students, qOverload<>(&QWidget::setFocus));
+    connect(thresholds, &QPushButton::clicked, this, &RosterPane::thresholdsRequested);
+    connect(missingWork, &QPushButton::clicked, this, &RosterPane::missingWorkRequested);
+    connect(refresh, &QPushButton::clicked, this, &RosterPane::refreshRequested);
+    connect(students, &QWidget::customContextMenuRequested, this, [this](const QPoint &position) {
+        Q_EMIT contextMenuRequested(students->viewport()->mapToGlobal(position));
+    });
+    connect(&controller, &MainWindowController::rosterDidChange, this, &RosterPane::show);
+    connect(&appearance, &Appearance::changed, this, &RosterPane::applyAppearance);
+    applyAppearance();
+    show();
+}
+
+void RosterPane::focusFilter() {
+    filter->setFocus(Qt::ShortcutFocusReason);
+    filter->selectAll();
+}
+
+void RosterPane::clearFilter() {
+    filter->clear();
+}
+
+void RosterPane::applyAppearance() {
+    title->setFont(appearance.font(1.24, QFont::Bold));
+    message->setFont(appearance.font(1.1));
+    message->setContentsMargins(
+        appearance.px(40), appearance.px(40), appearance.px(40), appearance.px(40));
+    stale->setContentsMargins(appearance.px(18), 0, appearance.px(18), appearance.px(8));
+    filter->setMinimumWidth(appearance.px(124));
+    headerLayout->setContentsMargins(
+        appearance.px(18), appearance.px(14), appearance.px(18), appearance.px(12));
+    headerLayout->setSpacing(appearance.px(10));
+    controls->setSpacing(appearance.px(8));
+    buttons->layout()->setSpacing(appearance.px(8));
+    showHeader();
+}
+
+void RosterPane::arrangeHeader() {
+    const int room = width() - 2 * appearance.px(18);
+    const int inRow =
+        filter->minimumWidth() + controls->spacing() + buttons->sizeHint().width();
+    const bool besideTitle = inRow + appearance.px(340) <= room;
+    headerLayout->setDirection(besideTitle ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    controls->setDirection(inRow <= room ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+}
+
+void RosterPane::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    arrangeHeader();
+}
+
+void RosterPane::show() {
+    const RosterView &roster = controller.roster();
+    if (roster.title != title->accessibleName().toStdString())
+        filter->clear();
+    showHeader();
+    stale->setVisible(!roster.staleReason.empty());
+    stale->setText(
+        qstring(roster.staleReason) + QStringLiteral(" Showing what was loaded before."));
+    const QString text = messageFor(roster);
+    message->setText(text);
+    students->setRows(
+        text.isEmpty() ? roster.rows : std::vector<RiskRow>{}, systemNow(), !roster.courseID);
+    stack->setCurrentWidget(text.isEmpty() ? static_cast<QWidget *>(students) : message);
+}
+
+void RosterPane::showHeader() {
+    const RosterView &roster = controller.roster();
+    const bool shown = roster.state == RosterView::State::shown;
+    const bool course = roster.courseID.has_value();
+    header->setVisible(!roster.title.empty());
+    title->setFullText(qstring(roster.title));
+    tile->setVisible(course);
+    if (course) {
+        tile->setPixmap(courseTile(
+            *roster.courseID, roster.title, appearance.px(36), devicePixelRatioF()));
+    }
+    thresholds->setVisible(course);
+    thresholds->setText(
+        roster.thresholds && roster.thresholds->anyOverridden()
+            ? QStringLiteral("Thresholds: Custom")
+            : QStringLiteral("Thresholds"));
+    missingWork->setVisible(course);
+    filter->setVisible(shown && !roster.rows.empty());
+    showCount();
+    arrangeHeader();
+}
+
+void RosterPane::showCount() {
+    const RosterView &roster = controller.roster();
+    if (roster.state != RosterView::State::shown) {
+        subtitle->setFullText({});
+        return;
+    }
+    QString text;
+    if (!filter->text().trimmed().isEmpty())
+        text = QStringLiteral("%1 of ").arg(students->shownCount());
+    text += roster.courseID
+        ? qstring(studentsText(roster.rows.size()))
+        : QStringLiteral("%1 flagged across %2 course%3")
+              .arg(roster.rows.size())
+              .arg(roster.courseCount)
+              .arg(roster.courseCount == 1 ? QString() : QStringLiteral("s"));
+    text += QStringLiteral(" · updated ") + qstring(calendar::shortTime(roster.fetchedAt));
+    subtitle->setFullText(text);
+}
+
+} // namespace ellwynd

@@ -1,0 +1,196 @@
+#include "ui/roster/rostertable.h"
+
+#include "ui/roster/rosterdelegate.h"
+#include "ui/support/appearance.h"
+
+#include <QHeaderView>
+#include <QScopedValueRollback>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+RosterTable::RosterTable(const Appearance &look, QWidget *parent) :
+    QTableView(parent), appearance(look), model(new RosterModel(this)),
+    filter(new RosterFilter(this)), delegate(new RosterDelegate(look, *filter, this)) {
+    filter->setSourceModel(model);
+    QTableView::setModel(filter);
+    setItemDelegate(delegate);
+    setAccessibleName(QStringLiteral("Students"));
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setShowGrid(false);
+    setMouseTracking(true);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    verticalHeader()->hide();
+    verticalHeader()->setMinimumSectionSize(1);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setStretchLastSection(false);
+    horizontalHeader()->setSectionsClickable(true);
+    horizontalHeader()->setFocusPolicy(Qt::NoFocus);
+    horizontalHeader()->setTextElideMode(Qt::ElideRight);
+    setColumnHidden(RosterModel::course, true);
+
+    // Row heights follow the width of one column, so they wait until the widths have settled.
+    rowSizing.setSingleShot(true);
+    rowSizing.setInterval(0);
+    connect(&rowSizing, &QTimer::timeout, this, &RosterTable::sizeRows);
+    connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &RosterTable::sortClicked);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
+        if (column == RosterModel::why)
+            rowSizing.start();
+    });
+    connect(filter, &QAbstractItemModel::layoutChanged, &rowSizing, qOverload<>(&QTimer::start));
+    connect(filter, &QAbstractItemModel::rowsInserted, &rowSizing, qOverload<>(&QTimer::start));
+    connect(delegate, &RosterDelegate::rowExpanded, this, [this](const QModelIndex &index) {
+        resizeRowToContents(index.row());
+    });
+    connect(delegate, &RosterDelegate::gradesRequested, this, &RosterTable::gradesRequested);
+    connect(
+        delegate, &RosterDelegate::assignmentRequested, this, &RosterTable::assignmentRequested);
+    connect(&look, &Appearance::changed, this, [this] {
+        sizeColumns();
+        rowSizing.start();
+    });
+}
+
+void RosterTable::setRows(std::vector<RiskRow> rows, Date now, bool wholeTerm) {
+    std::set<StudentKey> selected;
+    for (const RiskRow &row : selectedRows())
+        selected.insert(keyOf(row));
+    {
+        const QScopedValueRollback guard(changingRows, true);
+        setColumnHidden(RosterModel::course, !wholeTerm);
+        model->setRows(std::move(rows), now);
+        sizeColumns();
+        sizeRows();
+        selectStudents(selected);
+    }
+    Q_EMIT selectionDidChange();
+}
+
+void RosterTable::setFilter(const QString &typed) {
+    filter->setWords(typed);
+}
+
+void RosterTable::setCompact(bool on) {
+    delegate->setCompact(on);
+    delegate->collapseAll();
+    sizeRows();
+    viewport()->update();
+}
+
+std::vector<RiskRow> RosterTable::selectedRows() const {
+    QModelIndexList indexes = selectionModel()->selectedRows();
+    std::ranges::sort(indexes, {}, &QModelIndex::row);
+    std::vector<RiskRow> rows;
+    for (const QModelIndex &index : indexes)
+        rows.push_back(filter->row(index));
+    return rows;
+}
+
+void RosterTable::selectStudents(const std::set<StudentKey> &students) {
+    QItemSelection selection;
+    QModelIndex first;
+    for (int row = 0; row < filter->rowCount(); ++row) {
+        const QModelIndex index = filter->index(row, 0);
+        if (!students.contains(keyOf(filter->row(index))))
+            continue;
+        selection.select(index, filter->index(row, RosterModel::columns - 1));
+        if (!first.isValid())
+            first = filter->index(row, RosterModel::student);
+    }
+    if (first.isValid())
+        selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (first.isValid())
+        scrollTo(first);
+}
+
+void RosterTable::sortClicked(int column) {
+    QHeaderView *header = horizontalHeader();
+    const bool sorted = header->isSortIndicatorShown() && filter->sortColumn() == column;
+    if (sorted && filter->sortOrder() == Qt::DescendingOrder) {
+        header->setSortIndicatorShown(false);
+        filter->sort(-1);
+    } else {
+        const auto order = sorted ? Qt::DescendingOrder : Qt::AscendingOrder;
+        header->setSortIndicatorShown(true);
+        header->setSortIndicator(column, order);
+        filter->sort(column, order);
+    }
+}
+
+/// Every column takes what its texts need, within reason; "Why" takes the rest.
+void RosterTable::sizeColumns() {
+    struct Limit {
+        int column;
+        double widest;
+    };
+    constexpr Limit limits[] = {{RosterModel::level, 130},   {RosterModel::student, 150},
+                                {RosterModel::course, 130},  {RosterModel::score, 110},
+                                {RosterModel::missing, 100}, {RosterModel::lastActive, 120}};
+    const QFontMetrics bold(appearance.font(1, QFont::DemiBold));
+    const QFontMetrics regular(appearance.font());
+    int taken = 0;
+    for (const auto [column, widest] : limits) {
+        if (isColumnHidden(column))
+            continue;
+        const QFontMetrics &metrics = column == RosterModel::student ? bold : regular;
+        // Room for the sort arrow beside a heading.
+        int width = bold.horizontalAdvance(model->headerData(column, Qt::Horizontal, Qt::DisplayRole)
+                                               .toString()) +
+            appearance.px(32);
+        for (int row = 0; row < model->rowCount(); ++row) {
+            const QString text = model->index(row, column).data().toString();
+            const int padding = appearance.px(column == RosterModel::level ? 36 : 21);
+            width = std::max(width, metrics.horizontalAdvance(text) + padding);
+        }
+        width = std::min(width, appearance.px(widest));
+        setColumnWidth(column, width);
+        taken += width;
+    }
+    // Where the window is narrow, what does not fit is scrolled to.
+    const int narrowest = std::min(appearance.px(200), viewport()->width() / 2);
+    setColumnWidth(RosterModel::why, std::max(narrowest, viewport()->width() - taken));
+}
+
+void RosterTable::sizeRows() {
+    rowSizing.stop();
+    if (filter->rowCount() > 0)
+        resizeRowsToContents();
+}
+
+void RosterTable::resizeEvent(QResizeEvent *event) {
+    QTableView::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width())
+        sizeColumns();
+}
+
+void RosterTable::leaveEvent(QEvent *event) {
+    delegate->clearHover();
+    QTableView::leaveEvent(event);
+}
+
+void RosterTable::selectionChanged(
+    const QItemSelection &selected, const QItemSelection &deselected) {
+    QTableView::selectionChanged(selected, deselected);
+    if (!changingRows)
+        Q_EMIT selectionDidChange();
+}
+
+/// Rows are the unit: left and right have nowhere to go, Home and End are the first and last row.
+QModelIndex RosterTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    if (action == MoveLeft || action == MoveRight)
+        return currentIndex();
+    if (action == MoveHome || action == MoveEnd)
+        modifiers |= Qt::ControlModifier;
+    QModelIndex next = QTableView::moveCursor(action, modifiers);
+    return next.isValid() ? next.siblingAtColumn(RosterModel::student) : next;
+}
+
+} // namespace ellwynd

@@ -1,0 +1,149 @@
+#include "ui/sheets/thresholdssheet.h"
+
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+#include "ui/support/labels.h"
+
+#include <QCheckBox>
+#include <QDoubleSpinBox>
+#include <QFrame>
+#include <QGridLayout>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include <cmath>
+
+namespace ellwynd {
+
+QDoubleSpinBox *passingScoreEditor(const QString &accessibleName, QWidget *parent) {
+    using namespace thresholdBounds;
+    auto *editor = new QDoubleSpinBox(parent);
+    editor->setRange(minimumPassing, maximumPassing);
+    editor->setSingleStep(passingStep);
+    editor->setDecimals(1);
+    editor->setSuffix(QStringLiteral(" %"));
+    editor->setAccessibleName(accessibleName);
+    editor->setKeyboardTracking(false);
+    // Steps of a half, typed values included.
+    QObject::connect(editor, &QDoubleSpinBox::valueChanged, editor, [editor](double value) {
+        const double stepped = std::round(value / passingStep) * passingStep;
+        if (stepped != value)
+            editor->setValue(stepped);
+    });
+    return editor;
+}
+
+QSpinBox *inactivityEditor(const QString &accessibleName, QWidget *parent) {
+    using namespace thresholdBounds;
+    auto *editor = new QSpinBox(parent);
+    editor->setRange(int(minimumDays), int(maximumDays));
+    editor->setAccessibleName(accessibleName);
+    editor->setKeyboardTracking(false);
+    return editor;
+}
+
+ThresholdsSheet::ThresholdsSheet(
+    std::int64_t id, const std::string &courseName, UserDefaults &store,
+    const Appearance &appearance, QWidget *parent) :
+    QDialog(parent),
+    courseID(id), defaults(store), summary(plainLabel(this, true)),
+    ownPassing(new QCheckBox(QStringLiteral("Use a different passing score"), this)),
+    passing(passingScoreEditor(QStringLiteral("Passing score for this course, percent"), this)),
+    ownInactivity(new QCheckBox(QStringLiteral("Use a different inactivity window"), this)),
+    inactivity(inactivityEditor(
+        QStringLiteral("Inactivity window for this course, days behind the class"), this)),
+    followDefaults(new QPushButton(QStringLiteral("Use Defaults"), this)),
+    observing(store.observe([this](std::string_view) { show(); })) {
+    setWindowTitle(QStringLiteral("Risk Thresholds"));
+    setWindowModality(Qt::WindowModal);
+
+    auto *heading = plainLabel(this);
+    heading->setFont(appearance.font(1.22, QFont::Bold));
+    heading->setText(QStringLiteral("Risk Thresholds"));
+    auto *course = new ElidedLabel(this);
+    course->setProperty("secondary", true);
+    course->setFullText(qstring(courseName));
+
+    auto *groupTitle = plainLabel(this);
+    groupTitle->setProperty("secondary", true);
+    groupTitle->setText(QStringLiteral("Current thresholds for this course"));
+    auto *group = new QFrame(this);
+    group->setObjectName(QStringLiteral("card"));
+    group->setAccessibleName(groupTitle->text());
+    auto *grid = new QGridLayout(group);
+    const int inset = appearance.px(16);
+    grid->setContentsMargins(inset, inset, inset, inset);
+    grid->setVerticalSpacing(appearance.px(10));
+    grid->setHorizontalSpacing(appearance.px(12));
+    auto *unit = plainLabel(group);
+    unit->setText(QStringLiteral("days behind the class"));
+    grid->addWidget(ownPassing, 0, 0);
+    grid->addWidget(passing, 0, 1);
+    grid->addWidget(ownInactivity, 1, 0);
+    grid->addWidget(inactivity, 1, 1);
+    grid->addWidget(unit, 1, 2);
+    grid->setColumnStretch(2, 1);
+
+    auto *finished = new QPushButton(QStringLiteral("Done"), this);
+    finished->setDefault(true);
+    followDefaults->setAutoDefault(false);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(followDefaults);
+    buttons->addStretch(1);
+    buttons->addWidget(finished);
+
+    auto *column = new QVBoxLayout(this);
+    const int margin = appearance.px(20);
+    column->setContentsMargins(margin, margin, margin, margin);
+    column->setSpacing(appearance.px(8));
+    column->addWidget(heading);
+    column->addWidget(course);
+    column->addSpacing(appearance.px(4));
+    column->addWidget(groupTitle);
+    column->addWidget(group);
+    column->addWidget(summary);
+    column->addSpacing(appearance.px(8));
+    column->addLayout(buttons);
+    summary->setMinimumWidth(appearance.px(420));
+
+    connect(ownPassing, &QCheckBox::toggled, this, &ThresholdsSheet::writePassing);
+    connect(passing, &QDoubleSpinBox::valueChanged, this, &ThresholdsSheet::writePassing);
+    connect(ownInactivity, &QCheckBox::toggled, this, &ThresholdsSheet::writeInactivity);
+    connect(inactivity, &QSpinBox::valueChanged, this, &ThresholdsSheet::writeInactivity);
+    connect(followDefaults, &QPushButton::clicked, this, [this] { useDefaults(defaults, courseID); });
+    connect(finished, &QPushButton::clicked, this, &QDialog::accept);
+    show();
+}
+
+void ThresholdsSheet::show() {
+    const CourseThresholds thresholds = courseThresholds(defaults, courseID);
+    const QSignalBlocker quiet[] = {
+        QSignalBlocker(ownPassing), QSignalBlocker(passing), QSignalBlocker(ownInactivity),
+        QSignalBlocker(inactivity)};
+    ownPassing->setChecked(thresholds.passingOverridden);
+    passing->setEnabled(thresholds.passingOverridden);
+    passing->setValue(thresholds.passingScore);
+    ownInactivity->setChecked(thresholds.inactivityOverridden);
+    inactivity->setEnabled(thresholds.inactivityOverridden);
+    inactivity->setValue(int(std::clamp<std::int64_t>(
+        thresholds.inactivityDays, thresholdBounds::minimumDays, thresholdBounds::maximumDays)));
+    followDefaults->setEnabled(thresholds.anyOverridden());
+    summary->setText(qstring(thresholdsSummary(thresholds)));
+}
+
+void ThresholdsSheet::writePassing() {
+    courseSettings::set(
+        defaults, courseID, courseSettings::passingScore,
+        ownPassing->isChecked() ? std::optional<PreferenceValue>(passing->value()) : std::nullopt);
+}
+
+void ThresholdsSheet::writeInactivity() {
+    courseSettings::set(
+        defaults, courseID, courseSettings::inactivityDays,
+        ownInactivity->isChecked()
+            ? std::optional<PreferenceValue>(std::int64_t(inactivity->value()))
+            : std::nullopt);
+}
+
+} // namespace ellwynd

@@ -1,0 +1,49 @@
+// The thresholds of one course.
+#pragma once
+
+#include "risk/coursethresholds.h"
+
+#include <QDialog>
+
+class QCheckBox;
+class QDoubleSpinBox;
+class QLabel;
+class QPushButton;
+class QSpinBox;
+
+namespace ellwynd {
+
+class Appearance;
+
+/// Edits what one course is scored with. Every change is written at once, and the roster behind the
+/// sheet follows.
+class ThresholdsSheet : public QDialog {
+    Q_OBJECT
+
+  public:
+    ThresholdsSheet(
+        std::int64_t courseID, const std::string &courseName, UserDefaults &defaults,
+        const Appearance &appearance, QWidget *parent);
+
+  private:
+    /// Sets every control from the preferences.
+    void show();
+    void writePassing();
+    void writeInactivity();
+
+    std::int64_t courseID;
+    UserDefaults &defaults;
+    QLabel *summary;
+    QCheckBox *ownPassing;
+    QDoubleSpinBox *passing;
+    QCheckBox *ownInactivity;
+    QSpinBox *inactivity;
+    QPushButton *followDefaults;
+    std::shared_ptr<void> observing;
+};
+
+/// The editors of the two thresholds, with the bounds they share with the command line.
+[[nodiscard]] QDoubleSpinBox *passingScoreEditor(const QString &accessibleName, QWidget *parent);
+[[nodiscard]] QSpinBox *inactivityEditor(const QString &accessibleName, QWidget *parent);
+
+} // namespace ellwynd

@@ -1,0 +1,113 @@
+#include "ui/sidebar/sidebarmodel.h"
+
+#include "ui/support/convert.h"
+
+namespace ellwynd {
+
+namespace {
+
+// A term's rows carry this as internal id; a course's carry their term's row.
+constexpr quintptr termID = quintptr(-1);
+
+} // namespace
+
+SidebarModel::SidebarModel(FlaggedCount flagged, QObject *parent) :
+    QAbstractItemModel(parent), flaggedCount(std::move(flagged)) {}
+
+void SidebarModel::setTerms(std::vector<TermGroup> newTerms) {
+    if (newTerms == terms) {
+        for (int row = 0; row < rowCount(); ++row) {
+            const QModelIndex term = index(row, 0);
+            if (const int count = rowCount(term); count > 0)
+                Q_EMIT dataChanged(index(0, 0, term), index(count - 1, 0, term));
+        }
+        return;
+    }
+    beginResetModel();
+    terms = std::move(newTerms);
+    endResetModel();
+}
+
+const Course *SidebarModel::courseAt(const QModelIndex &index) const {
+    if (!index.isValid() || index.internalId() == termID)
+        return nullptr;
+    return &terms[index.internalId()].courses[std::size_t(index.row())];
+}
+
+Selection SidebarModel::selectionAt(const QModelIndex &index) const {
+    if (const Course *course = courseAt(index))
+        return CourseSelection{course->id};
+    return TermSelection{termAt(index.row())};
+}
+
+std::optional<std::int64_t> SidebarModel::termAt(int row) const {
+    return terms[std::size_t(row)].id();
+}
+
+QModelIndex SidebarModel::indexOf(const Selection &selection) const {
+    for (int row = 0; row < rowCount(); ++row) {
+        const QModelIndex term = index(row, 0);
+        if (selectionAt(term) == selection)
+            return term;
+        for (int child = 0; child < rowCount(term); ++child) {
+            const QModelIndex course = index(child, 0, term);
+            if (selectionAt(course) == selection)
+                return course;
+        }
+    }
+    return {};
+}
+
+QModelIndex SidebarModel::index(int row, int column, const QModelIndex &parent) const {
+    if (!hasIndex(row, column, parent))
+        return {};
+    return createIndex(row, column, parent.isValid() ? quintptr(parent.row()) : termID);
+}
+
+QModelIndex SidebarModel::parent(const QModelIndex &child) const {
+    if (!child.isValid() || child.internalId() == termID)
+        return {};
+    return createIndex(int(child.internalId()), 0, termID);
+}
+
+int SidebarModel::rowCount(const QModelIndex &parent) const {
+    if (!parent.isValid())
+        return int(terms.size());
+    if (parent.internalId() != termID || parent.column() != 0)
+        return 0;
+    return int(terms[std::size_t(parent.row())].courses.size());
+}
+
+int SidebarModel::columnCount(const QModelIndex &) const {
+    return 1;
+}
+
+QVariant SidebarModel::data(const QModelIndex &index, int role) const {
+    if (!index.isValid())
+        return {};
+    const Course *course = courseAt(index);
+    if (course == nullptr) {
+        if (role == Qt::DisplayRole || role == Qt::AccessibleTextRole)
+            return qstring(title(terms[std::size_t(index.row())]));
+        return {};
+    }
+    const auto flagged = flaggedCount(course->id);
+    switch (role) {
+    case Qt::DisplayRole:
+        return qstring(displayName(*course));
+    case Qt::ToolTipRole:
+        return QStringLiteral("<span>%1</span>").arg(qstring(displayName(*course)).toHtmlEscaped());
+    case Qt::AccessibleTextRole:
+        return flagged ? qstring(displayName(*course)) +
+                QStringLiteral(", %1 flagged").arg(QString::number(*flagged))
+                       : qstring(displayName(*course));
+    case flaggedRole:
+        return flagged ? QVariant(qlonglong(*flagged)) : QVariant();
+    case courseIDRole:
+        return qlonglong(course->id);
+    default:
+        return {};
+    }
+}
+
+} // namespace ellwynd

@@ -1,0 +1,66 @@
+#include "ui/support/labels.h"
+
+#include <QEvent>
+#include <QFontMetrics>
+
+namespace ellwynd {
+
+QLabel *plainLabel(QWidget *parent, bool wraps) {
+    auto *label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(wraps);
+    return label;
+}
+
+ElidedLabel::ElidedLabel(QWidget *parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void ElidedLabel::setFullText(const QString &text) {
+    full = text;
+    full.replace(u'\n', u' ');
+    setAccessibleName(full);
+    updateGeometry();
+    elide();
+}
+
+QSize ElidedLabel::sizeHint() const {
+    return {fontMetrics().horizontalAdvance(full) + 2, QLabel::sizeHint().height()};
+}
+
+QSize ElidedLabel::minimumSizeHint() const {
+    return {fontMetrics().averageCharWidth() * 6, QLabel::minimumSizeHint().height()};
+}
+
+void ElidedLabel::resizeEvent(QResizeEvent *event) {
+    QLabel::resizeEvent(event);
+    elide();
+}
+
+void ElidedLabel::changeEvent(QEvent *event) {
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        updateGeometry();
+        elide();
+    }
+}
+
+void ElidedLabel::elide() {
+    const QString shown = fontMetrics().elidedText(full, Qt::ElideRight, width());
+    setText(shown);
+    // A tooltip that looks like markup is shown as such unless it is escaped.
+    setToolTip(shown == full ? QString() : QStringLiteral("<span>%1</span>").arg(full.toHtmlEscaped()));
+}
+
+TextLink::TextLink(const QString &text, QWidget *parent) : QLabel(parent) {
+    setTextFormat(Qt::RichText);
+    setText(QStringLiteral("<a href=\"#\" style=\"text-decoration:none\">%1</a>")
+                .arg(text.toHtmlEscaped()));
+    setAccessibleName(text);
+    setWordWrap(true);
+    setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    connect(this, &QLabel::linkActivated, this, &TextLink::pressed);
+}
+
+} // namespace ellwynd

@@ -1,0 +1,42 @@
+// Labels that show texts from anywhere as they are.
+#pragma once
+
+#include <QLabel>
+
+namespace ellwynd {
+
+/// A label that never reads its text as markup and may wrap.
+[[nodiscard]] QLabel *plainLabel(QWidget *parent, bool wraps = false);
+
+/// One line that ends in "…" where there is no room, with the whole text as its tooltip.
+class ElidedLabel : public QLabel {
+    Q_OBJECT
+
+  public:
+    explicit ElidedLabel(QWidget *parent = nullptr);
+    void setFullText(const QString &text);
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] QSize sizeHint() const override;
+
+  protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+  private:
+    void elide();
+
+    QString full;
+};
+
+/// A text that is one link; wraps, and is reached and pressed by keyboard.
+class TextLink : public QLabel {
+    Q_OBJECT
+
+  public:
+    explicit TextLink(const QString &text, QWidget *parent = nullptr);
+
+  Q_SIGNALS:
+    void pressed();
+};
+
+} // namespace ellwynd

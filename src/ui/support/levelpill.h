@@ -1,0 +1,44 @@
+// A level as a coloured pill with its name in it.
+#pragma once
+
+#include "risk/risklevel.h"
+#include "theme/theme.h"
+
+#include <QWidget>
+
+class QPainter;
+
+namespace ellwynd {
+
+class Appearance;
+
+[[nodiscard]] const LevelColors &levelColors(const Theme &theme, RiskLevel level);
+
+/// The size of a pill around a text.
+[[nodiscard]] QSize pillSize(const Appearance &appearance, const QString &text);
+
+/// Draws a level at the left of `rect`, centred in height: a pill, or "OK" in quiet text. Returns
+/// the width used.
+int drawLevel(
+    QPainter &painter, const QRect &rect, std::optional<RiskLevel> level,
+    const Appearance &appearance);
+
+/// The same as a widget of its own.
+class LevelPill : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit LevelPill(const Appearance &appearance, QWidget *parent = nullptr);
+    void setLevel(std::optional<RiskLevel> level);
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+
+  private:
+    const Appearance &appearance;
+    std::optional<RiskLevel> level;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,22 @@
+// What Fusion draws too faintly or too small for this program.
+#pragma once
+
+#include <QProxyStyle>
+
+namespace ellwynd {
+
+/// Fusion with check boxes that show in dark colours and controls that grow with the text.
+class Style : public QProxyStyle {
+    Q_OBJECT
+
+  public:
+    Style();
+
+    void drawPrimitive(
+        PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+        const QWidget *widget) const override;
+    int pixelMetric(
+        PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,117 @@
+#include "ui/support/stylesheet.h"
+
+#include "ui/support/appearance.h"
+
+#include <QHash>
+#include <QRegularExpression>
+
+namespace ellwynd {
+
+namespace {
+
+// "@name" is a colour of the theme, "$n" a length that grows with the text.
+constexpr auto source = R"(
+QMainWindow, QDialog { background: @window; }
+QToolTip { background: @surface; color: @text; border: 1px solid @outline; padding: $4; }
+
+QMenuBar { background: @sidebar; border-bottom: 1px solid @separator; padding: 1px $4; }
+QMenuBar::item { padding: $4 $8; border-radius: 4px; background: transparent; }
+QMenuBar::item:selected { background: @controlPressed; }
+QMenu { background: @control; border: 1px solid @outline; padding: $4; }
+QMenu::item { padding: $5 $28 $5 $24; border-radius: 4px; }
+QMenu::item:selected { background: @accent; color: @accentText; }
+QMenu::item:disabled { color: @disabledText; }
+QMenu::separator { height: 1px; background: @separator; margin: $4 $6; }
+
+QPushButton {
+    background: @control; color: @text; border: 1px solid @outline; border-radius: 6px;
+    padding: $5 $12; min-height: $16;
+}
+QPushButton:hover { background: @controlHover; }
+QPushButton:pressed { background: @controlPressed; }
+QPushButton:disabled { color: @disabledText; border-color: @separator; }
+QPushButton:focus { border: 2px solid @accent; padding: $4 $11; }
+QPushButton:default { background: @accent; color: @accentText; border-color: @accent; }
+QPushButton:default:focus { border: 2px solid @text; }
+QPushButton[quiet="true"] { padding: $5 $8; }
+
+QLineEdit {
+    background: @control; color: @text; border: 1px solid @outline; border-radius: 6px;
+    padding: $4 $8; min-height: $18; selection-background-color: @accent;
+    selection-color: @accentText;
+}
+QLineEdit:focus { border: 2px solid @accent; padding: $3 $7; }
+
+QTableView, QTreeView { border: none; background: @window; outline: none; }
+QTableView { gridline-color: @separator; }
+QTreeView#sidebar { background: @sidebar; selection-background-color: transparent; }
+QHeaderView { background: @surface; }
+QHeaderView::section {
+    background: @surface; color: @secondaryText; border: none;
+    border-bottom: 1px solid @separator; padding: $5 $10; font-weight: 600;
+}
+QHeaderView::section:hover { color: @text; }
+QHeaderView::section:focus { color: @text; }
+
+QSplitter::handle { background: @separator; }
+QSplitter::handle:horizontal { width: 1px; }
+QScrollArea, QScrollArea > QWidget > QWidget#plain { background: transparent; border: none; }
+QScrollBar:vertical { background: transparent; width: 10px; margin: 1px; }
+QScrollBar:horizontal { background: transparent; height: 10px; margin: 1px; }
+QScrollBar::handle { background: @outline; border-radius: 4px; min-height: 28px; min-width: 28px; }
+QScrollBar::handle:hover { background: @secondaryText; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
+QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
+
+QFrame#card { border: 1px solid @separator; border-radius: 8px; background: @surface; }
+
+QStatusBar { background: @sidebar; color: @secondaryText; }
+QFrame#separator { background: @separator; max-height: 1px; border: none; }
+QLabel[secondary="true"] { color: @secondaryText; }
+QLabel[attention="true"] { color: @attention; }
+QWidget#sidebarPane, QWidget#sidebarFooter { background: @sidebar; }
+QWidget#detailsPane { background: @window; }
+)";
+
+QHash<QString, QColor> colors(const Theme &theme) {
+    return {
+        {QStringLiteral("window"), theme.window},
+        {QStringLiteral("sidebar"), theme.sidebar},
+        {QStringLiteral("surface"), theme.surface},
+        {QStringLiteral("control"), theme.control},
+        {QStringLiteral("controlHover"), theme.controlHover},
+        {QStringLiteral("controlPressed"), theme.controlPressed},
+        {QStringLiteral("separator"), theme.separator},
+        {QStringLiteral("outline"), theme.outline},
+        {QStringLiteral("text"), theme.text},
+        {QStringLiteral("secondaryText"), theme.secondaryText},
+        {QStringLiteral("disabledText"), theme.disabledText},
+        {QStringLiteral("accent"), theme.accent},
+        {QStringLiteral("accentText"), theme.accentText},
+        {QStringLiteral("attention"), theme.attention},
+    };
+}
+
+} // namespace
+
+QString styleSheet(const Appearance &appearance) {
+    const auto palette = colors(appearance.theme());
+    const QString text = QString::fromUtf8(source);
+    static const QRegularExpression token(QStringLiteral("@([a-zA-Z]+)|\\$([0-9]+)"));
+    QString result;
+    qsizetype copied = 0;
+    for (auto matches = token.globalMatch(text); matches.hasNext();) {
+        const auto match = matches.next();
+        result += QStringView(text).mid(copied, match.capturedStart() - copied);
+        if (match.hasCaptured(1))
+            result += palette.value(match.captured(1)).name();
+        else
+            result += QString::number(appearance.px(match.capturedView(2).toInt())) +
+                QStringLiteral("px");
+        copied = match.capturedEnd();
+    }
+    result += QStringView(text).mid(copied);
+    return result;
+}
+
+} // namespace ellwynd

@@ -1,0 +1,111 @@
+// Draws every window of the program on the sample college into PNG files, light and dark.
+#include "app/mainwindowcontroller.h"
+#include "platform/files.h"
+#include "ui/mainwindow.h"
+#include "ui/roster/rosterpane.h"
+#include "ui/sheets/missingworksheet.h"
+#include "ui/sheets/thresholdssheet.h"
+#include "ui/support/appearance.h"
+
+#include <fmt/format.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+namespace {
+
+using namespace ellwynd;
+
+/// The college's courses show their whole range; a roster of 26 with every kind of reason.
+constexpr std::int64_t introToProgramming = 900101;
+constexpr std::int64_t webInterfaceDesign = 900102;
+
+void settle() {
+    for (int i = 0; i < 8; ++i)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+class Studio {
+  public:
+    explicit Studio(QString folder) : target(std::move(folder)), font(QApplication::font()) {}
+
+    void draw(const char *appearanceName, double scale) {
+        const QTemporaryDir home;
+        // Each program begins with the desktop's font.
+        QApplication::setFont(font);
+        UserDefaults defaults(
+            std::filesystem::path(home.path().toStdString()) / "Preferences.json",
+            {{"SampleData", true}, {"Appearance", std::string(appearanceName)},
+             {"TextScale", scale}});
+        Appearance appearance(defaults, false);
+        MainWindowController controller(defaults);
+        MainWindow window(controller, defaults, appearance);
+        suffix = QString::fromUtf8(appearanceName) +
+            (scale == 1.0 ? QString() : QStringLiteral("-x%1").arg(scale));
+        window.resize(1280, 800);
+        window.show();
+        controller.refresh();
+        settle();
+        save(window, "term");
+
+        controller.select(CourseSelection{introToProgramming});
+        settle();
+        window.roster()->table()->selectStudents({{introToProgramming, 5001}});
+        settle();
+        save(window, "roster");
+        if (auto *sheet = window.openThresholds()) {
+            settle();
+            save(*sheet, "thresholds");
+            sheet->close();
+        }
+        defaults.set(preferences::rosterCompactRows, true);
+        settle();
+        save(window, "compact");
+        defaults.set(preferences::rosterCompactRows, false);
+
+        controller.select(CourseSelection{webInterfaceDesign});
+        settle();
+        if (auto *sheet = window.openMissingWork()) {
+            settle();
+            save(*sheet, "missing-work");
+            sheet->close();
+        }
+        settle();
+    }
+
+    [[nodiscard]] bool failed() const { return anyFailed; }
+
+  private:
+    void save(QWidget &widget, const char *name) {
+        const QString file =
+            target.filePath(QStringLiteral("%1-%2.png").arg(QString::fromUtf8(name), suffix));
+        const bool written = widget.grab().save(file);
+        anyFailed = anyFailed || !written;
+        fmt::print("{}{}\n", written ? "" : "not written: ", file.toStdString());
+    }
+
+    QDir target;
+    QFont font;
+    QString suffix;
+    bool anyFailed = false;
+};
+
+} // namespace
+
+int main(int argc, char **argv) {
+    QApplication application(argc, argv);
+    if (argc < 2) {
+        fmt::print(stderr, "Usage: ellwynd-screenshots FOLDER [TEXT-SCALE]\n");
+        return 2;
+    }
+    const QString folder = QString::fromLocal8Bit(argv[1]);
+    QDir().mkpath(folder);
+    const double scale = argc > 2 ? QByteArray(argv[2]).toDouble() : 1.0;
+    Studio studio(folder);
+    studio.draw("light", scale);
+    studio.draw("dark", scale);
+    return studio.failed() ? 1 : 0;
+}

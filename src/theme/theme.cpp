@@ -16,7 +16,7 @@ struct Accent {
 };
 
 constexpr std::array accents{
-    Accent{"blue", 0xff2563eb, 0xff7aa7ff},   Accent{"indigo", 0xff4f46e5, 0xff9d9bff},
+    Accent{"blue", 0xff1f5be0, 0xff82acff},   Accent{"indigo", 0xff4f46e5, 0xff9d9bff},
     Accent{"purple", 0xff7c3aed, 0xffbd94ff}, Accent{"teal", 0xff0f766e, 0xff4fd1c1},
     Accent{"pink", 0xffbe185d, 0xfff78fbe},   Accent{"graphite", 0xff4b5563, 0xffb4bcc8},
 };
@@ -55,13 +55,13 @@ Theme lightTheme(const Accent &accent) {
     theme.accent = QColor(accent.light);
     theme.accentText = QColor(0xffffff);
     theme.link = theme.accent;
-    theme.selection = mixed(theme.window, theme.accent, 0.13);
+    theme.selection = mixed(theme.window, theme.accent, 0.09);
     theme.hover = mixed(theme.window, theme.accent, 0.05);
     theme.atRisk = {QColor(0xb42318), QColor(0xfee4e2)};
     theme.concern = {QColor(0xa04100), QColor(0xfdebd6)};
     theme.watch = {QColor(0x6a5a00), QColor(0xfbf2bd)};
     theme.ok = {QColor(0x23713c), QColor(0xe2f5e7)};
-    theme.attention = QColor(0xb45309);
+    theme.attention = QColor(0xa34a05);
     return theme;
 }
 
@@ -77,12 +77,12 @@ Theme darkTheme(const Accent &accent) {
     theme.separator = QColor(0x363941);
     theme.outline = QColor(0x4a4e59);
     theme.text = QColor(0xf1f2f5);
-    theme.secondaryText = QColor(0xa9afbc);
+    theme.secondaryText = QColor(0xaeb4c0);
     theme.disabledText = QColor(0x6d7380);
     theme.accent = QColor(accent.dark);
     theme.accentText = QColor(0x11131a);
     theme.link = theme.accent;
-    theme.selection = mixed(theme.window, theme.accent, 0.24);
+    theme.selection = mixed(theme.window, theme.accent, 0.17);
     theme.hover = mixed(theme.window, theme.accent, 0.08);
     theme.atRisk = {QColor(0xff9b92), QColor(0x4b2124)};
     theme.concern = {QColor(0xf7b26a), QColor(0x472f18)};

@@ -209,7 +209,6 @@ MissingWorkSheet *MainWindow::openMissingWork() {
         return nullptr;
     auto *sheet = new MissingWorkSheet(
         roster.missedWork, std::int64_t(roster.rows.size()), appearance, this);
-    sheet->setAttribute(Qt::WA_DeleteOnClose);
     connect(
         sheet, &MissingWorkSheet::studentsChosen, this,
         [this, courseID = *roster.courseID](const std::vector<std::int64_t> &ids) {
@@ -230,8 +229,7 @@ ThresholdsSheet *MainWindow::openThresholds() {
         return nullptr;
     auto *sheet =
         new ThresholdsSheet(*roster.courseID, roster.title, defaults, appearance, this);
-    sheet->setAttribute(Qt::WA_DeleteOnClose);
-    sheet->QDialog::show();
+    sheet->show();
     return sheet;
 }
 

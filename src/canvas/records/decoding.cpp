@@ -266,9 +266,13 @@ void decodeRecord(const dom::element &value, Record &into) {
 
 // ---- Whole responses -------------------------------------------------------------------------
 
-/// Where a text stops being JSON. The fast parser does not say, so a failed text is read again by
-/// the one that does.
-std::string locate(const std::string &json) {
+std::string tooDeep() {
+    return "it nests deeper than " + std::to_string(maximumNesting) + " levels";
+}
+
+/// What is wrong with a text that is no JSON, and where. The fast parser does not say where, so a
+/// failed text is read again by the one that does.
+std::string diagnose(const std::string &json) {
     namespace od = simdjson::ondemand;
     struct Walk {
         static simdjson::error_code through(od::value value, std::size_t depth) {
@@ -331,13 +335,16 @@ std::string locate(const std::string &json) {
     const simdjson::padded_string padded(json);
     od::document document;
     od::value root;
-    if (parser.iterate(padded).get(document) || document.get_value().get(root) ||
-        Walk::through(root, 0) == simdjson::SUCCESS)
-        return "";
+    const std::string invalid = "it is not valid JSON";
+    if (parser.iterate(padded).get(document) || document.get_value().get(root))
+        return invalid;
+    const auto error = Walk::through(root, 0);
+    if (error == simdjson::DEPTH_ERROR)
+        return tooDeep();
     const char *place = nullptr;
-    if (document.current_location().get(place))
-        return " after byte " + std::to_string(json.size());
-    return " near byte " + std::to_string(place - padded.data());
+    if (error == simdjson::SUCCESS || document.current_location().get(place))
+        return invalid;
+    return invalid + " near byte " + std::to_string(place - padded.data());
 }
 
 std::string describe(simdjson::error_code error, const std::string &json) {
@@ -345,14 +352,14 @@ std::string describe(simdjson::error_code error, const std::string &json) {
     case simdjson::EMPTY:
         return "the text is empty";
     case simdjson::DEPTH_ERROR:
-        return "it nests deeper than " + std::to_string(maximumNesting) + " levels";
+        return tooDeep();
     case simdjson::UTF8_ERROR:
         return "it is not UTF-8 text";
     case simdjson::CAPACITY:
     case simdjson::MEMALLOC:
         return "it is too large";
     default:
-        return "it is not valid JSON" + locate(json);
+        return diagnose(json);
     }
 }
 
@@ -361,8 +368,7 @@ template<class Root>
 Root decode(const std::string &json, std::string_view what) {
     dom::parser parser;
     const std::string subject(what);
-    // simdjson counts the level it may not enter.
-    if (const auto error = parser.allocate(json.size(), maximumNesting + 1))
+    if (const auto error = parser.allocate(json.size(), maximumNesting))
         throw DecodingError(subject + ": " + describe(error, json));
     dom::element root;
     if (const auto error = parser.parse(json).get(root))

@@ -72,15 +72,11 @@ class MissingWorkDelegate : public QStyledItemDelegate {
 MissingWorkSheet::MissingWorkSheet(
     std::vector<MissedAssignment> work, std::int64_t rosterSize, const Appearance &appearance,
     QWidget *parent) :
-    QDialog(parent),
+    Sheet(
+        QStringLiteral("Assignments with missing work"),
+        QStringLiteral("Missing work by assignment"), appearance, parent),
     model(new MissingWorkModel(std::move(work), this)), table(new QTableView(this)),
     showStudents(new QPushButton(QStringLiteral("Show Students"), this)) {
-    setWindowTitle(QStringLiteral("Assignments with missing work"));
-    setWindowModality(Qt::WindowModal);
-
-    auto *heading = plainLabel(this);
-    heading->setFont(appearance.font(1.22, QFont::Bold));
-    heading->setText(QStringLiteral("Missing work by assignment"));
     auto *summary = plainLabel(this, true);
     summary->setProperty("secondary", true);
     summary->setText(qstring(missedWorkSummary(std::size_t(model->rowCount()), rosterSize)));
@@ -110,14 +106,9 @@ MissingWorkSheet::MissingWorkSheet(
     buttons->addWidget(finished);
     buttons->addWidget(showStudents);
 
-    auto *column = new QVBoxLayout(this);
-    const int margin = appearance.px(20);
-    column->setContentsMargins(margin, margin, margin, margin);
-    column->setSpacing(appearance.px(10));
-    column->addWidget(heading);
-    column->addWidget(summary);
-    column->addWidget(table, 1);
-    column->addLayout(buttons);
+    column().addWidget(summary);
+    column().addWidget(table, 1);
+    column().addLayout(buttons);
     resize(appearance.px(580), appearance.px(460));
 
     connect(finished, &QPushButton::clicked, this, &QDialog::reject);

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "risk/missedwork.h"
-
-#include <QDialog>
+#include "ui/support/sheet.h"
 
 class QPushButton;
 class QTableView;
@@ -15,7 +14,7 @@ class MissingWorkModel;
 
 /// Lists a course's missing work, most missed first. Choosing an assignment, by the button, a double
 /// click or Return, closes the sheet.
-class MissingWorkSheet : public QDialog {
+class MissingWorkSheet : public Sheet {
     Q_OBJECT
 
   public:

@@ -46,7 +46,8 @@ QSpinBox *inactivityEditor(const QString &accessibleName, QWidget *parent) {
 ThresholdsSheet::ThresholdsSheet(
     std::int64_t id, const std::string &courseName, UserDefaults &store,
     const Appearance &appearance, QWidget *parent) :
-    QDialog(parent),
+    Sheet(
+        QStringLiteral("Risk Thresholds"), QStringLiteral("Risk Thresholds"), appearance, parent),
     courseID(id), defaults(store), summary(plainLabel(this, true)),
     ownPassing(new QCheckBox(QStringLiteral("Use a different passing score"), this)),
     passing(passingScoreEditor(QStringLiteral("Passing score for this course, percent"), this)),
@@ -54,13 +55,7 @@ ThresholdsSheet::ThresholdsSheet(
     inactivity(inactivityEditor(
         QStringLiteral("Inactivity window for this course, days behind the class"), this)),
     followDefaults(new QPushButton(QStringLiteral("Use Defaults"), this)),
-    observing(store.observe([this](std::string_view) { show(); })) {
-    setWindowTitle(QStringLiteral("Risk Thresholds"));
-    setWindowModality(Qt::WindowModal);
-
-    auto *heading = plainLabel(this);
-    heading->setFont(appearance.font(1.22, QFont::Bold));
-    heading->setText(QStringLiteral("Risk Thresholds"));
+    observing(store.observe([this](std::string_view) { showThresholds(); })) {
     auto *course = new ElidedLabel(this);
     course->setProperty("secondary", true);
     course->setFullText(qstring(courseName));
@@ -93,18 +88,13 @@ ThresholdsSheet::ThresholdsSheet(
     buttons->addStretch(1);
     buttons->addWidget(finished);
 
-    auto *column = new QVBoxLayout(this);
-    const int margin = appearance.px(20);
-    column->setContentsMargins(margin, margin, margin, margin);
-    column->setSpacing(appearance.px(8));
-    column->addWidget(heading);
-    column->addWidget(course);
-    column->addSpacing(appearance.px(4));
-    column->addWidget(groupTitle);
-    column->addWidget(group);
-    column->addWidget(summary);
-    column->addSpacing(appearance.px(8));
-    column->addLayout(buttons);
+    column().addWidget(course);
+    column().addSpacing(appearance.px(4));
+    column().addWidget(groupTitle);
+    column().addWidget(group);
+    column().addWidget(summary);
+    column().addSpacing(appearance.px(8));
+    column().addLayout(buttons);
     summary->setMinimumWidth(appearance.px(420));
 
     connect(ownPassing, &QCheckBox::toggled, this, &ThresholdsSheet::writePassing);
@@ -113,10 +103,10 @@ ThresholdsSheet::ThresholdsSheet(
     connect(inactivity, &QSpinBox::valueChanged, this, &ThresholdsSheet::writeInactivity);
     connect(followDefaults, &QPushButton::clicked, this, [this] { useDefaults(defaults, courseID); });
     connect(finished, &QPushButton::clicked, this, &QDialog::accept);
-    show();
+    showThresholds();
 }
 
-void ThresholdsSheet::show() {
+void ThresholdsSheet::showThresholds() {
     const CourseThresholds thresholds = courseThresholds(defaults, courseID);
     const QSignalBlocker quiet[] = {
         QSignalBlocker(ownPassing), QSignalBlocker(passing), QSignalBlocker(ownInactivity),

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "risk/coursethresholds.h"
+#include "ui/support/sheet.h"
 
-#include <QDialog>
 
 class QCheckBox;
 class QDoubleSpinBox;
@@ -17,7 +17,7 @@ class Appearance;
 
 /// Edits what one course is scored with. Every change is written at once, and the roster behind the
 /// sheet follows.
-class ThresholdsSheet : public QDialog {
+class ThresholdsSheet : public Sheet {
     Q_OBJECT
 
   public:
@@ -27,7 +27,7 @@ class ThresholdsSheet : public QDialog {
 
   private:
     /// Sets every control from the preferences.
-    void show();
+    void showThresholds();
     void writePassing();
     void writeInactivity();
 

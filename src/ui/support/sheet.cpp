@@ -1,0 +1,33 @@
+#include "ui/support/sheet.h"
+
+#include "ui/support/appearance.h"
+#include "ui/support/labels.h"
+
+#include <QVBoxLayout>
+
+namespace ellwynd {
+
+Sheet::Sheet(
+    const QString &title, const QString &heading, const Appearance &appearance, QWidget *parent) :
+    QDialog(parent),
+    contents(new QVBoxLayout(this)) {
+    setWindowTitle(title);
+    setWindowModality(Qt::WindowModal);
+    setAttribute(Qt::WA_DeleteOnClose);
+    const int margin = appearance.px(20);
+    contents->setContentsMargins(margin, margin, margin, margin);
+    contents->setSpacing(appearance.px(9));
+    auto *label = plainLabel(this);
+    label->setFont(appearance.font(1.22, QFont::Bold));
+    label->setText(heading);
+    contents->addWidget(label);
+}
+
+void Sheet::resizeEvent(QResizeEvent *event) {
+    QDialog::resizeEvent(event);
+    // A layout asks for the height of wrapped texts as if they were one line.
+    if (contents->hasHeightForWidth())
+        setMinimumHeight(contents->minimumHeightForWidth(width()));
+}
+
+} // namespace ellwynd

@@ -1,0 +1,44 @@
+#include "canvas/records/canvaserror.h"
+
+#include <gtest/gtest.h>
+
+namespace ellwynd {
+namespace {
+
+TEST(CanvasError, CarriesItsValuesIntoItsMessage) {
+    struct Row {
+        CanvasError error;
+        const char *message;
+    };
+    using Case = CanvasError::Case;
+    for (const Row &row : {
+             Row{CanvasError::cannotReachHost("h.example"), "Couldn't reach h.example."},
+             Row{CanvasError::tlsFailed("h"), "A secure connection to h couldn't be established."},
+             Row{CanvasError::network("x"), "The connection to Canvas failed: x"},
+             Row{CanvasError::forbidden(std::nullopt), "Canvas refused the request."},
+             Row{CanvasError::forbidden("no"), "Canvas refused the request: no"},
+             Row{CanvasError::canvasUnavailable(502),
+                 "Canvas isn't responding normally (status 502)."},
+             Row{CanvasError::unexpectedStatus(418, std::nullopt),
+                 "Canvas returned an unexpected response (status 418)."},
+             Row{CanvasError::unexpectedStatus(418, "a b"),
+                 "Canvas returned an unexpected response (status 418): a b"},
+             Row{CanvasError::notCanvas("h"), "h answered, but not like a Canvas server."},
+             Row{CanvasError(Case::offline), "Your Mac appears to be offline."},
+         }) {
+        EXPECT_EQ(row.error.errorDescription(), row.message);
+        EXPECT_STREQ(row.error.what(), row.message);
+        EXPECT_FALSE(row.error.recoverySuggestion().empty());
+    }
+}
+
+TEST(CanvasError, EqualsByCaseAndValues) {
+    EXPECT_EQ(CanvasError::notCanvas("a"), CanvasError::notCanvas("a"));
+    EXPECT_NE(CanvasError::notCanvas("a"), CanvasError::notCanvas("b"));
+    EXPECT_NE(CanvasError::notCanvas("a"), CanvasError::tlsFailed("a"));
+    EXPECT_NE(CanvasError::canvasUnavailable(500), CanvasError::canvasUnavailable(503));
+    EXPECT_NE(CanvasError::forbidden(""), CanvasError::forbidden(std::nullopt));
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,188 @@
+#include "cli/run.h"
+#include "cli/table.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <sstream>
+
+namespace ellwynd::cli {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+struct CommandsTest : testing::Test {
+    test::TemporaryFolder folder;
+
+    Outcome call(std::vector<std::string> words) const {
+        std::ostringstream out;
+        std::ostringstream err;
+        const int status = run(words, out, err, folder.path() / "Preferences.json");
+        return {status, out.str(), err.str()};
+    }
+
+    json document(std::vector<std::string> words) const {
+        words.emplace_back("--json");
+        const Outcome outcome = call(std::move(words));
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        return json::parse(outcome.out);
+    }
+};
+
+TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
+    struct Row {
+        std::vector<std::string> words;
+        int status;
+        const char *err;
+    };
+    for (const Row &row : std::vector<Row>{
+             {{}, 2, "Usage:"},
+             {{"dance"}, 2, "There is no command dance"},
+             {{"courses"}, 3, "Not connected\n"},
+             {{"roster", "1"}, 3, "Not connected\n"},
+             {{"--sample", "roster"}, 2, "roster needs more arguments"},
+             {{"--sample", "roster", "x"}, 2, "x is no course id"},
+             {{"--sample", "roster", "1", "2"}, 2, "roster takes no argument 2"},
+             {{"--sample", "roster", "1", "--nonsense"}, 2, "nonsense"},
+             {{"--sample", "roster", "1"}, 1, "The course list holds no course 1.\n"},
+             {{"--sample", "term", "1"}, 1, "The course list holds no term 1.\n"},
+             {{"--sample", "thresholds", "1"}, 1, "The course list holds no course 1.\n"},
+             {{"--sample", "thresholds", "900101", "--passing", "101"}, 2, "--passing takes"},
+             {{"--sample", "thresholds", "900101", "--passing", "nan"}, 2, "--passing takes"},
+             {{"--sample", "thresholds", "900101", "--inactivity", "0"}, 2, "--inactivity takes"},
+             {{"--sample", "thresholds", "900101", "--use-defaults", "--passing", "50"}, 2, "goes with"},
+             {{"score", "/nowhere"}, 1, "There is no folder /nowhere\n"},
+             {{"score", "/", "--now", "yesterday"}, 2, "--now takes"},
+             {{"defaults", "read", "NoSuchKey"}, 1, "There is no value for NoSuchKey.\n"},
+             {{"defaults", "write", "TextScale", "big"}, 2, "TextScale takes a number\n"},
+             {{"defaults", "sing"}, 2, "defaults has no verb sing\n"},
+         }) {
+        const Outcome outcome = call(row.words);
+        EXPECT_EQ(outcome.status, row.status) << testing::PrintToString(row.words);
+        EXPECT_THAT(outcome.err, HasSubstr(row.err));
+        EXPECT_THAT(outcome.out, IsEmpty());
+    }
+}
+
+TEST_F(CommandsTest, AnswerHelp) {
+    EXPECT_THAT(call({"--help"}).out, HasSubstr("Commands:"));
+    EXPECT_THAT(call({"--version"}).out, HasSubstr("ellwynd-cli "));
+    for (const std::string name : {"score", "courses", "roster", "term", "thresholds", "defaults"}) {
+        const Outcome outcome = call({name, "--help"});
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_THAT(outcome.out, HasSubstr("Usage: ellwynd-cli " + name));
+    }
+}
+
+TEST_F(CommandsTest, PrintTheCourseList) {
+    const json list = document({"--sample", "courses"});
+    ASSERT_EQ(list.size(), 7U);
+    EXPECT_EQ(list[0]["id"], 900101);
+    EXPECT_EQ(list[0]["courseCode"], nullptr);
+    EXPECT_EQ(list[6]["term"]["name"], "Summer 2026");
+    EXPECT_THAT(list[6]["term"]["startAt"], testing::Matcher<std::string>(HasSubstr("Z")));
+    EXPECT_THAT(call({"--sample", "courses"}).out, HasSubstr("Data Structures"));
+}
+
+TEST_F(CommandsTest, PrintARosterDocument) {
+    const json roster = document({"-SampleData", "YES", "-DefaultPassingScore", "75", "roster", "900101"});
+    EXPECT_EQ(roster["course"]["name"], "CS 101  4021 - Intro to Programming");
+    EXPECT_EQ(roster["passingScore"], 75.0);
+    EXPECT_EQ(roster["rows"].size(), 26U);
+    const json &jordan = *std::ranges::find_if(
+        roster["rows"], [](const json &row) { return row["id"] == 5001; });
+    EXPECT_EQ(jordan["level"], "At Risk");
+    EXPECT_EQ(jordan["missingCount"], 5);
+    EXPECT_EQ(jordan["contactedAt"], nullptr);
+    EXPECT_EQ(jordan["awaitingFollowUp"], false);
+    EXPECT_EQ(
+        jordan["reasons"][0]["links"][0],
+        (json{{"target", "assignment"}, {"id", 1}, {"name", "Final Project"}}));
+    EXPECT_EQ(jordan["reasons"][1]["links"][0], (json{{"target", "grades"}}));
+    EXPECT_EQ(roster["movement"], (json{{"summary", nullptr}, {"changes", json::array()}}));
+    EXPECT_EQ(roster["missedWork"][0]["name"], "Homework 5");
+    EXPECT_EQ(roster["missedWork"][0]["rosterSize"], 26);
+    EXPECT_THAT(call({"--sample", "roster", "900102"}).out, HasSubstr("excluded from risk scores"));
+}
+
+/// Everything but instants.
+json withoutInstants(json value) {
+    if (value.is_object()) {
+        for (const char *key : {"fetchedAt", "lastActivityAt", "startAt", "endAt"})
+            value.erase(key);
+    }
+    for (json &inner : value) {
+        if (inner.is_structured())
+            inner = withoutInstants(inner);
+    }
+    return value;
+}
+
+TEST_F(CommandsTest, TwoRunsOfTheSampleDifferInInstantsAlone) {
+    for (const char *course : {"900101", "900102", "900103", "900104", "900105", "900106", "900201"}) {
+        const auto once = withoutInstants(document({"--sample", "roster", course}));
+        EXPECT_EQ(once, withoutInstants(document({"--sample", "roster", course})));
+    }
+}
+
+TEST_F(CommandsTest, PrintATerm) {
+    const json rows = document({"--sample", "term", "9001"});
+    double last = 1e9;
+    for (const json &row : rows) {
+        EXPECT_NE(row["level"], nullptr);
+        EXPECT_LE(row["score"].get<double>(), last);
+        last = row["score"].get<double>();
+    }
+    EXPECT_THAT(call({"--sample", "term", "9002"}).out, HasSubstr("flagged across 1 course\n"));
+}
+
+TEST_F(CommandsTest, ThresholdsAreSetAndReleased) {
+    const json set = document({"--sample", "thresholds", "900101", "--passing", "72.5"});
+    EXPECT_EQ(set["passingScore"], 72.5);
+    EXPECT_EQ(set["passingOverridden"], true);
+    EXPECT_EQ(set["inactivityOverridden"], false);
+    EXPECT_EQ(document({"--sample", "roster", "900101"})["passingScore"], 72.5);
+    EXPECT_EQ(document({"--sample", "roster", "900102"})["passingScore"], 70.0);
+    const Outcome released = call({"--sample", "thresholds", "900101", "--use-defaults"});
+    EXPECT_EQ(
+        released.out,
+        "Scored at 70% passing, 7 days behind the class. Following the defaults from Settings.\n");
+}
+
+TEST_F(CommandsTest, DefaultsAreWrittenReadAndDeleted) {
+    EXPECT_EQ(call({"defaults", "read", "DefaultPassingScore"}).out, "70\n");
+    EXPECT_EQ(call({"defaults", "write", "SidebarTermLimit", "-2"}).status, 0);
+    EXPECT_EQ(call({"defaults", "read", "SidebarTermLimit"}).out, "0\n");
+    EXPECT_EQ(call({"-SidebarTermLimit", "4", "defaults", "read", "SidebarTermLimit"}).out, "4\n");
+    EXPECT_EQ(document({"defaults", "list"}), (json{{"SidebarTermLimit", 0}}));
+    EXPECT_EQ(call({"defaults", "delete", "SidebarTermLimit"}).status, 0);
+    EXPECT_EQ(document({"defaults", "list"}), json::object());
+}
+
+TEST_F(CommandsTest, WriteTheirResultToAFile) {
+    const std::string file = folder.path() / "out.json";
+    const Outcome outcome = call({"--sample", "courses", "--json", "-o", file});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, IsEmpty());
+    EXPECT_EQ(json::parse(folder.read("out.json")).size(), 7U);
+    EXPECT_EQ(call({"--sample", "courses", "-o", "/proc/nowhere/file"}).status, 1);
+}
+
+TEST(Table, AlignsByWidthAndKeepsTheTerminalSafe) {
+    Table table({{"Name"}, {"N", true}, {"Why"}});
+    table.add({"山田", "1", "a"});
+    table.add({"José", "22", "b\x1b[2J\nc\xc2\x9b"});
+    EXPECT_EQ(table.text(), "Name   N  Why\n山田   1  a\nJosé  22  b [2J c\n");
+}
+
+} // namespace
+} // namespace ellwynd::cli

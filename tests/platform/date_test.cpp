@@ -1,0 +1,66 @@
+#include "platform/calendar.h"
+#include "platform/date.h"
+#include "support/instants.h"
+
+#include <gtest/gtest.h>
+
+namespace ellwynd {
+namespace {
+
+using test::at;
+using namespace std::chrono_literals;
+
+TEST(Date, ReadsInstantsOfEveryShape) {
+    struct Row {
+        const char *text;
+        const char *utc;
+    };
+    for (const Row &row : {
+             Row{"2026-09-03T14:05:09Z", "2026-09-03T14:05:09Z"},
+             Row{"2026-09-03T14:05:09-06:00", "2026-09-03T20:05:09Z"},
+             Row{"2026-09-03T14:05:09+0530", "2026-09-03T08:35:09Z"},
+             Row{"2026-09-03T00:05:09+02", "2026-09-02T22:05:09Z"},
+             Row{"2024-02-29T23:59:59.999999999Z", "2024-02-29T23:59:59Z"},
+             Row{"1969-12-31T23:59:59Z", "1969-12-31T23:59:59Z"},
+             Row{"0001-01-01T00:00:00Z", "0001-01-01T00:00:00Z"},
+         }) {
+        const auto date = parseInstant(row.text);
+        ASSERT_TRUE(date) << row.text;
+        EXPECT_EQ(formatInstant(*date), row.utc) << row.text;
+    }
+    EXPECT_EQ(at("2026-09-03T14:05:09.25Z") - at("2026-09-03T14:05:09Z"), 250ms);
+    EXPECT_EQ(at("2026-09-03T14:05:09.0000019Z") - at("2026-09-03T14:05:09Z"), 1us);
+}
+
+TEST(Date, RefusesWhatNamesNoInstant) {
+    for (const char *text :
+         {"", "2026-09-03", "2026-09-03T14:05:09", "2026-09-03 14:05:09Z", "2026-02-29T00:00:00Z",
+          "2026-13-01T00:00:00Z", "2026-00-01T00:00:00Z", "2026-09-03T24:00:00Z",
+          "2026-09-03T14:60:09Z", "2026-09-03T14:05:60Z", "2026-09-03T14:05:09.Z",
+          "2026-09-03T14:05:09Zx", "2026-09-03T14:05:09+", "2026-09-03T14:05:09+24:00",
+          "2026-09-03T14:05:09+05:", "26-09-03T14:05:09Z", "+002026-09-03T14:05:09Z",
+          "2026-09-03T14:05:0９Z"})
+        EXPECT_FALSE(parseInstant(text)) << text;
+}
+
+TEST(Date, WholeDaysAreTruncatedTowardZero) {
+    const Date now = test::noon;
+    EXPECT_EQ(wholeDaysBetween(now - 86'399s, now), 0);
+    EXPECT_EQ(wholeDaysBetween(now - 86'400s, now), 1);
+    EXPECT_EQ(wholeDaysBetween(now - 86'400s + 1us, now), 0);
+    EXPECT_EQ(wholeDaysBetween(now + 86'399s, now), 0);
+    EXPECT_EQ(wholeDaysBetween(now + 86'400s, now), -1);
+}
+
+// The tests run in Chicago, which put its clocks back on 2026-11-01 and forward on 2026-03-08.
+TEST(Calendar, DaysFollowTheZone) {
+    EXPECT_EQ(formatInstant(calendar::startOfDay(at("2026-09-24T04:59:59Z"))), "2026-09-23T05:00:00Z");
+    EXPECT_EQ(formatInstant(calendar::startOfDay(at("2026-09-24T05:00:00Z"))), "2026-09-24T05:00:00Z");
+    EXPECT_EQ(calendar::daysBetween(at("2026-10-31T18:00:00Z"), at("2026-11-02T06:30:00Z")), 2);
+    EXPECT_EQ(calendar::daysBetween(at("2026-03-07T18:00:00Z"), at("2026-03-09T05:30:00Z")), 2);
+    EXPECT_EQ(calendar::daysBetween(at("2026-09-24T05:00:00Z"), at("2026-09-24T04:59:59Z")), -1);
+    EXPECT_EQ(calendar::dayKey(at("2026-09-24T04:59:59Z")), "2026-09-23");
+}
+
+} // namespace
+} // namespace ellwynd

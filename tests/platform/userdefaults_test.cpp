@@ -1,0 +1,151 @@
+#include "platform/launcharguments.h"
+#include "platform/userdefaults.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using test::TemporaryFolder;
+using testing::ElementsAre;
+using namespace std::string_literals;
+
+struct Store {
+    TemporaryFolder folder;
+    PreferenceMap arguments;
+
+    [[nodiscard]] UserDefaults open() const {
+        return {folder.path() / "Preferences.json", arguments};
+    }
+};
+
+TEST(UserDefaults, AsksTheDomainsInOrder) {
+    Store store{.arguments = {{"DefaultPassingScore", std::int64_t{55}}}};
+    UserDefaults defaults = store.open();
+    EXPECT_EQ(defaults.value(preferences::sidebarTermLimit), 6);
+    defaults.set(preferences::sidebarTermLimit, std::int64_t{3});
+    EXPECT_EQ(defaults.value(preferences::sidebarTermLimit), 3);
+    defaults.set(preferences::defaultPassingScore, 80.0);
+    EXPECT_EQ(defaults.value(preferences::defaultPassingScore), 55);
+    EXPECT_EQ(defaults.persistentDomain().at("DefaultPassingScore"), PreferenceValue(80.0));
+    defaults.remove("SidebarTermLimit");
+    EXPECT_EQ(defaults.value(preferences::sidebarTermLimit), 6);
+    EXPECT_EQ(defaults.object("NoSuchKey"), std::nullopt);
+}
+
+TEST(UserDefaults, TypesSurviveTheFile) {
+    const Store store;
+    const PreferenceMap values{
+        {"Flag", true}, {"Five", std::int64_t{5}}, {"FivePointZero", 5.0},
+        {"Text", "\"quoted\" – ünï\n"s}, {"List", IDList{1, -2, 9000000000000000000}},
+        {"Course.42.PassingScore", 72.5}};
+    {
+        UserDefaults defaults = store.open();
+        for (const auto &[key, value] : values)
+            defaults.set(key, value);
+    }
+    EXPECT_EQ(store.open().persistentDomain(), values);
+}
+
+TEST(UserDefaults, ReadsStoredValuesWithinTheirLimits) {
+    struct Row {
+        PreferenceValue stored;
+        double scale;
+        std::int64_t terms;
+        bool compact;
+    };
+    for (const Row &row : {
+             Row{std::int64_t{-3}, 0.8, 0, false}, Row{2.5, 2.0, 6, false},
+             Row{0.5, 0.8, 6, false}, Row{std::int64_t{1}, 1.0, 1, true},
+             Row{true, 1.0, 6, true}, Row{"5"s, 1.0, 6, false}}) {
+        const Store store;
+        UserDefaults defaults = store.open();
+        for (const char *key : {"TextScale", "SidebarTermLimit", "RosterCompactRows"})
+            defaults.set(key, row.stored);
+        EXPECT_EQ(defaults.value(preferences::textScale), row.scale) << toJSON(row.stored);
+        EXPECT_EQ(defaults.value(preferences::sidebarTermLimit), row.terms) << toJSON(row.stored);
+        EXPECT_EQ(defaults.value(preferences::rosterCompactRows), row.compact) << toJSON(row.stored);
+    }
+}
+
+TEST(UserDefaults, KeepsValuesOfUnknownShape) {
+    const Store store;
+    store.folder.write("Preferences.json", R"({"Future": {"a": [null, 1.5]}, "TextScale": 1.2})");
+    UserDefaults defaults = store.open();
+    EXPECT_EQ(defaults.object("Future"), std::nullopt);
+    EXPECT_EQ(defaults.value(preferences::textScale), 1.2);
+    defaults.set(preferences::rosterCompactRows, true);
+    EXPECT_THAT(store.folder.read("Preferences.json"), testing::HasSubstr("\"Future\": {"));
+}
+
+TEST(UserDefaults, SetsAnUnreadableFileAside) {
+    for (const std::string broken : {"{\"TextScale\": 1.", "[1, 2]", "", "<html>", "\xff\xfe"}) {
+        const Store store;
+        store.folder.write("Preferences.json", broken);
+        UserDefaults defaults = store.open();
+        EXPECT_EQ(defaults.value(preferences::textScale), 1.0);
+        defaults.set(preferences::textScale, 1.5);
+        std::string kept;
+        for (const auto &entry : std::filesystem::directory_iterator(store.folder.path())) {
+            const std::string name = entry.path().filename();
+            if (name.starts_with("Preferences.unreadable-"))
+                kept = store.folder.read(name);
+        }
+        EXPECT_EQ(kept, broken);
+        EXPECT_EQ(store.open().value(preferences::textScale), 1.5);
+    }
+}
+
+TEST(UserDefaults, ObserversHearOfChangesOnly) {
+    const Store store;
+    std::vector<std::string> heard;
+    std::shared_ptr<void> observing;
+    {
+        UserDefaults defaults = store.open();
+        observing = defaults.observe([&](std::string_view key) { heard.emplace_back(key); });
+        defaults.set(preferences::textScale, 1.5);
+        defaults.set(preferences::textScale, 1.5);
+        defaults.set("TextScale", std::int64_t{1});
+        defaults.set("TextScale", 1.0);
+        defaults.remove("TextScale");
+        defaults.remove("TextScale");
+        EXPECT_THAT(heard, ElementsAre("TextScale", "TextScale", "TextScale", "TextScale"));
+        observing.reset();
+        defaults.set(preferences::textScale, 1.1);
+        EXPECT_EQ(heard.size(), 4U);
+        observing = defaults.observe([](std::string_view) {});
+    }
+    observing.reset(); // after its store
+}
+
+TEST(LaunchArguments, ReadPairsBeforeAnythingElse) {
+    struct Row {
+        std::vector<std::string> words;
+        PreferenceMap domain;
+        std::vector<std::string> rest;
+    };
+    for (const Row &row : std::vector<Row>{
+             {{}, {}, {}},
+             {{"-SampleData", "YES", "roster", "1"}, {{"SampleData", true}}, {"roster", "1"}},
+             {{"-A1", "NO", "-B2", "-5", "-C3", "2.50"},
+              {{"A1", false}, {"B2", std::int64_t{-5}}, {"C3", 2.5}},
+              {}},
+             {{"-Key", "a", "-Key", "b"}, {{"Key", "b"s}}, {}},
+             {{"-Lonely"}, {}, {"-Lonely"}},
+             {{"--sample", "-Key", "v"}, {}, {"--sample", "-Key", "v"}},
+             {{"-o", "file"}, {}, {"-o", "file"}},
+             {{"roster", "-Key", "v"}, {}, {"roster", "-Key", "v"}},
+             {{"-Big", "9223372036854775808"}, {{"Big", 9223372036854775808.0}}, {}},
+             {{"-Text", "nan", "-More", "inf", "-Hex", "0x10", "-Plus", "+5", "-Empty", ""},
+              {{"Text", "nan"s}, {"More", "inf"s}, {"Hex", "0x10"s}, {"Plus", "+5"s}, {"Empty", ""s}},
+              {}},
+         }) {
+        const LaunchArguments read = parseLaunchArguments(row.words);
+        EXPECT_EQ(read.domain, row.domain) << testing::PrintToString(row.words);
+        EXPECT_EQ(read.rest, row.rest) << testing::PrintToString(row.words);
+    }
+}
+
+} // namespace
+} // namespace ellwynd

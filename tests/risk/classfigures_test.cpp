@@ -1,0 +1,145 @@
+#include "risk/classfigures.h"
+#include "risk/gradeweighting.h"
+#include "risk/missedwork.h"
+#include "support/classroom.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using test::Classroom;
+using testing::ElementsAre;
+using testing::Pair;
+using testing::UnorderedElementsAre;
+
+TEST(ExcludedAssignments, NeedSixtyPercentOfAClass) {
+    struct Row {
+        std::size_t roster;
+        std::int64_t missing;
+        bool excluded;
+    };
+    for (const Row &row : {
+             Row{4, 4, false}, Row{5, 2, false}, Row{5, 3, true}, Row{7, 4, false}, Row{7, 5, true},
+             Row{20, 11, false}, Row{20, 12, true}, Row{0, 0, false}, Row{10, 6, true}}) {
+        Classroom room;
+        for (std::int64_t student = 1; student <= row.missing; ++student)
+            room.missing(student, {7, 7});
+        EXPECT_EQ(excludedAssignments(room.submissions, row.roster).contains(7), row.excluded)
+            << row.missing << " of " << row.roster;
+    }
+}
+
+TEST(ClassFigures, TakeMedians) {
+    struct Row {
+        std::vector<std::int64_t> times;
+        double median;
+    };
+    for (const Row &row : std::vector<Row>{
+             {{}, 0}, {{0, -5, 0}, 0}, {{8}, 8}, {{9, 1, 5}, 5}, {{9, 1, 5, 0, 7}, 6}, {{3, 4}, 3.5}}) {
+        Classroom room;
+        for (const std::int64_t time : row.times)
+            room.student(1, std::nullopt, std::nullopt, time);
+        EXPECT_EQ(medianActivityTime(room.enrollments), row.median);
+    }
+    Classroom two;
+    two.student(1, std::nullopt, 500).student(2, std::nullopt, 100).student(3);
+    EXPECT_EQ(medianLastActivity(two.enrollments), test::noon - std::chrono::seconds(100));
+    EXPECT_EQ(medianLastActivity({}), std::nullopt);
+}
+
+TEST(ClassFigures, QuietDaysAreWholeAndNeverNegative) {
+    struct Row {
+        std::int64_t seconds;
+        std::int64_t days;
+    };
+    for (const Row &row : {Row{86'399, 0}, Row{86'400, 1}, Row{3 * 86'400 - 1, 2}, Row{-90'000, 0}})
+        EXPECT_EQ(
+            classQuietDays(Classroom().student(1, std::nullopt, row.seconds).enrollments, test::noon),
+            row.days);
+    EXPECT_EQ(classQuietDays(Classroom().student(1).enrollments, test::noon), 0);
+}
+
+TEST(MissedWork, ListsTheMostMissedFirst) {
+    Classroom room;
+    room.missing(9, {2, 1}).missing(3, {2, 1, 4}).missing(9, {2}).missing(1, {5, 6, 7});
+    const auto work = missedWork(room.submissions, 3, {{1, "b"}, {2, "a"}, {4, "Z"}, {5, ""}});
+    std::vector<std::string> names;
+    for (const MissedAssignment &assignment : work)
+        names.push_back(assignment.name);
+    EXPECT_THAT(names, ElementsAre("a", "b", "", "Assignment 6", "Assignment 7", "Z"));
+    EXPECT_THAT(work[0].studentIDs, ElementsAre(3, 9));
+    EXPECT_EQ(work[0].rosterSize, 3);
+    EXPECT_FALSE(work[0].isClassWide);
+
+    Classroom wide;
+    wide.missing(1, {8}).missing(2, {8}).missing(3, {8});
+    EXPECT_TRUE(missedWork(wide.submissions, 5, {})[0].isClassWide);
+}
+
+TEST(MissedWork, IsToldInWords) {
+    EXPECT_EQ(missedWorkSummary(1, 1), "1 assignment with missing work, out of 1 student");
+    EXPECT_EQ(missedWorkSummary(2, 26), "2 assignments with missing work, out of 26 students");
+    EXPECT_EQ(
+        missedWorkSummary(0, 2),
+        "0 assignments with missing work, out of 2 students — nobody is missing anything");
+    MissedAssignment essay{.name = "Essay", .studentIDs = {1}};
+    EXPECT_EQ(missedWorkDescription(essay), "Essay, missing for 1 student");
+    essay.studentIDs = {1, 2};
+    essay.isClassWide = true;
+    EXPECT_EQ(
+        missedWorkDescription(essay), "Essay, missing for 2 students, excluded from risk scores");
+}
+
+Assignment worth(std::int64_t id, std::optional<double> points) {
+    return {.id = id, .pointsPossible = points};
+}
+
+AssignmentGroup group(std::optional<double> weight, std::vector<Assignment> assignments) {
+    return {.id = 1, .groupWeight = weight, .assignments = std::move(assignments)};
+}
+
+TEST(GradeWeighting, SharesOutTheGrade) {
+    Assignment hidden = worth(8, 100);
+    hidden.published = false;
+    Assignment omitted = worth(9, 100);
+    omitted.omitFromFinalGrade = true;
+    const std::vector weighted{
+        group(30, {worth(1, 10), worth(2, 30), hidden}), group(10, {worth(3, 0), worth(4, std::nullopt)}),
+        group(0, {worth(5, 10)}), group(std::nullopt, {worth(6, 10), omitted}), group(20, {})};
+    struct Row {
+        const char *what;
+        std::vector<AssignmentGroup> groups;
+        std::optional<bool> applies;
+        std::unordered_map<std::int64_t, double> shares;
+    };
+    const std::unordered_map<std::int64_t, double> byWeight{
+        {1, 0.5 * 0.25}, {2, 0.5 * 0.75}, {3, 1.0 / 6 / 2}, {4, 1.0 / 6 / 2}};
+    const std::unordered_map<std::int64_t, double> byPoints{
+        {1, 10.0 / 60}, {2, 0.5}, {3, 0}, {4, 0}, {5, 10.0 / 60}, {6, 10.0 / 60}};
+    for (const Row &row : std::vector<Row>{
+             {"weights", weighted, true, byWeight},
+             {"weights by themselves", weighted, std::nullopt, byWeight},
+             {"weights switched off", weighted, false, byPoints},
+             {"no weights", {group(0, {worth(1, 1), worth(2, 3)})}, true, {{1, 0.25}, {2, 0.75}}},
+             {"no points", {group(std::nullopt, {worth(1, 0)})}, true, {}},
+             {"no groups", {}, std::nullopt, {}},
+         }) {
+        const auto shares = gradeWeighting(row.groups, row.applies).sharesByAssignment;
+        ASSERT_EQ(shares.size(), row.shares.size()) << row.what;
+        for (const auto &[id, share] : row.shares)
+            EXPECT_NEAR(shares.at(id), share, 1e-12) << row.what << " " << id;
+    }
+}
+
+TEST(GradeWeighting, NamesEveryAssignmentThatHasAName) {
+    Assignment hidden{.id = 2, .name = "Hidden", .published = false};
+    const auto weighting =
+        gradeWeighting({group(std::nullopt, {{.id = 1, .name = "Essay"}, hidden, {.id = 3}})}, {});
+    EXPECT_THAT(
+        weighting.namesByAssignment, UnorderedElementsAre(Pair(1, "Essay"), Pair(2, "Hidden")));
+    EXPECT_EQ(assignmentName(weighting.namesByAssignment, 3), "Assignment 3");
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,60 @@
+#include "risk/coursethresholds.h"
+#include "support/temporaryfolder.h"
+
+#include <gtest/gtest.h>
+
+namespace ellwynd {
+namespace {
+
+struct CourseThresholdsTest : testing::Test {
+    test::TemporaryFolder folder;
+    UserDefaults defaults{folder.path() / "Preferences.json", {}};
+};
+
+TEST_F(CourseThresholdsTest, FollowTheDefaultsUntilOverridden) {
+    EXPECT_EQ(courseThresholds(defaults, 1), CourseThresholds{});
+    courseSettings::set(defaults, 1, courseSettings::passingScore, 60.0);
+    courseSettings::set(defaults, 3, courseSettings::inactivityDays, std::int64_t{10});
+    defaults.set(preferences::defaultPassingScore, 65.0);
+
+    EXPECT_EQ(courseThresholds(defaults, 1).passingScore, 60);
+    EXPECT_EQ(courseThresholds(defaults, 2), CourseThresholds{.passingScore = 65});
+    const CourseThresholds third{
+        .passingScore = 65, .inactivityDays = 10, .inactivityOverridden = true};
+    EXPECT_EQ(courseThresholds(defaults, 3), third);
+    EXPECT_TRUE(third.anyOverridden());
+    EXPECT_TRUE(courseSettings::has(defaults, 1, "PassingScore"));
+    EXPECT_FALSE(courseSettings::has(defaults, 11, "PassingScore"));
+
+    courseSettings::set(defaults, 1, courseSettings::inactivityDays, std::int64_t{3});
+    useDefaults(defaults, 1);
+    EXPECT_EQ(courseThresholds(defaults, 1), CourseThresholds{.passingScore = 65});
+    EXPECT_EQ(defaults.persistentDomain().count("Course.1.PassingScore"), 0U);
+}
+
+TEST_F(CourseThresholdsTest, ReadNumbersOfEitherForm) {
+    defaults.set("Course.1.PassingScore", std::int64_t{80});
+    defaults.set("Course.2.PassingScore", std::string("eighty"));
+    EXPECT_EQ(courseThresholds(defaults, 1).passingScore, 80);
+    EXPECT_EQ(courseThresholds(defaults, 2), CourseThresholds{});
+}
+
+TEST(ThresholdsSummary, RoundsAndSaysWhatIsFollowed) {
+    struct Row {
+        CourseThresholds thresholds;
+        const char *summary;
+    };
+    for (const Row &row : {
+             Row{{}, "Scored at 70% passing, 7 days behind the class. Following the defaults from "
+                     "Settings."},
+             Row{{.passingScore = 72.5, .inactivityDays = 1, .passingOverridden = true},
+                 "Scored at 73% passing, 1 days behind the class. This course overrides the "
+                 "defaults."},
+             Row{{.passingScore = 72.4, .inactivityOverridden = true},
+                 "Scored at 72% passing, 7 days behind the class. This course overrides the "
+                 "defaults."}})
+        EXPECT_EQ(thresholdsSummary(row.thresholds), row.summary);
+}
+
+} // namespace
+} // namespace ellwynd

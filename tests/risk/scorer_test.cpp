@@ -1,0 +1,258 @@
+#include "risk/scorer.h"
+#include "support/classroom.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <limits>
+
+namespace ellwynd {
+namespace {
+
+using test::Classroom;
+using test::sentences;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::int64_t day = 86'400;
+
+TEST(Scorer, OneStudentOfEveryKind) {
+    struct Row {
+        const char *what;
+        Classroom room;
+        double score;
+        std::optional<RiskLevel> level;
+        std::vector<std::string> why;
+    };
+    const auto one = [](std::optional<double> score) { return Classroom().student(1, score); };
+    Classroom lowPass = one(45);
+    lowPass.passing = 45;
+    Classroom fiftyPass = one(49.5);
+    fiftyPass.passing = 50;
+    Classroom oddPass = one(72.4);
+    oddPass.passing = 72.5;
+    const std::initializer_list<std::int64_t> ten{11, 12, 13, 14, 15, 16, 17, 18, 19, 20};
+    const std::vector<Row> rows{
+        {"nothing known", one(std::nullopt), 0, std::nullopt, {}},
+        {"damped by fifteen points", one(85).missing(1, {1, 2, 3, 4, 5}).handedIn(1, ten),
+         0.3 * 0.4, RiskLevel::watch, {"5 of 15 assignments missing"}},
+        {"damping ends at 15 points", one(100).missing(1, {1, 2, 3, 4, 5}).handedIn(1, ten),
+         0.3 * 0.4, RiskLevel::watch, {"5 of 15 assignments missing"}},
+        {"failing grade", one(49), 0.5, RiskLevel::atRisk, {"Current score 49% (below 70%)"}},
+        {"exactly fifty", one(50), 0.5, RiskLevel::atRisk, {"Current score 50% (below 70%)"}},
+        {"just above fifty", one(50.1), 0.25 * (19.9 / 20), RiskLevel::watch,
+         {"Current score 50% (below 70%)"}},
+        {"below passing", one(55), 0.1875, RiskLevel::watch, {"Current score 55% (below 70%)"}},
+        {"barely below passing", one(69.6), 0.1, RiskLevel::watch,
+         {"Current score 70% (below 70%)"}},
+        {"exactly passing", one(70).missing(1, {1}), 0.06, std::nullopt,
+         {"1 of 1 assignments missing"}},
+        {"at a low passing score", lowPass, 0, std::nullopt, {}},
+        {"below a passing score of fifty", fiftyPass, 0.5, RiskLevel::atRisk,
+         {"Current score 50% (below 50%)"}},
+        {"passing is truncated in the sentence", oddPass, 0.1, RiskLevel::watch,
+         {"Current score 72% (below 72%)"}},
+        {"half of four", one(90).missing(1, {1, 2}).handedIn(1, {3, 4}), 0.5, RiskLevel::atRisk,
+         {"2 of 4 assignments missing"}},
+        {"one of two", one(90).missing(1, {1}).handedIn(1, {2}), 0.06 * 0.4, std::nullopt,
+         {"1 of 2 assignments missing"}},
+        {"two of five", one(std::nullopt).missing(1, {1, 2}).handedIn(1, {3, 4, 5}), 0.12,
+         RiskLevel::watch, {"2 of 5 assignments missing"}},
+        {"past due", one(std::nullopt).overdue(1, {1, 2, 3, 4, 5, 6}), 0.1, RiskLevel::watch,
+         {"6 past-due unsubmitted"}},
+        {"due this second", one(std::nullopt).overdue(1, {1}, 0), 0, std::nullopt, {}},
+        {"a negative score", one(-3), 0.5, RiskLevel::atRisk, {"Current score -3% (below 70%)"}},
+        {"rounding to zero", one(-0.2), 0.5, RiskLevel::atRisk, {"Current score 0% (below 70%)"}},
+        {"a score beyond all bounds", one(1e300), 0, std::nullopt, {}},
+    };
+    for (const Row &row : rows) {
+        const RiskRow scored = row.room.row(1);
+        EXPECT_NEAR(scored.score, row.score, 1e-12) << row.what;
+        EXPECT_EQ(scored.level, row.level) << row.what;
+        EXPECT_EQ(sentences(scored), row.why) << row.what;
+    }
+}
+
+TEST(Scorer, BandsBeginExactlyAtTheirLimits) {
+    EXPECT_EQ(levelOf(0.5), RiskLevel::atRisk);
+    EXPECT_EQ(levelOf(std::nextafter(0.5, 0)), RiskLevel::concern);
+    EXPECT_EQ(levelOf(0.25), RiskLevel::concern);
+    EXPECT_EQ(levelOf(std::nextafter(0.25, 0)), RiskLevel::watch);
+    EXPECT_EQ(levelOf(0.1), RiskLevel::watch);
+    EXPECT_EQ(levelOf(std::nextafter(0.1, 0)), std::nullopt);
+    EXPECT_EQ(levelOf(std::numeric_limits<double>::quiet_NaN()), std::nullopt);
+
+    // Low grade 0.1 and inactivity 0.15 together; missing work 0.3 and no time in course 0.2.
+    Classroom room;
+    room.student(1, 62, 14 * day, 3600).student(2, 75, 0, 3600).student(3, 75, 0, 3600);
+    EXPECT_EQ(room.row(1).score, 0.25);
+    EXPECT_EQ(room.row(1).level, RiskLevel::concern);
+    Classroom idle;
+    idle.student(1, 70, 0).student(2, 70, 0, 3600);
+    idle.missing(1, {1, 2, 3, 4, 5}).handedIn(1, {6, 7, 8, 9, 10, 11});
+    EXPECT_EQ(idle.row(1).score, 0.5);
+    EXPECT_EQ(idle.row(1).level, RiskLevel::atRisk);
+}
+
+TEST(Scorer, WeighsMissingWorkByItsShare) {
+    struct Row {
+        double share;
+        double score;
+        const char *why;
+    };
+    for (const Row &row : {
+             Row{0.2, 0.3, "1 of 5 assignments missing — 20% of the grade"},
+             Row{0.1, 0.15, "1 of 5 assignments missing — 10% of the grade"},
+             Row{0.9, 0.3, "1 of 5 assignments missing — 90% of the grade"},
+             Row{0.0049, 0.3 * 0.0049 / 0.2, "1 of 5 assignments missing — under 1% of the grade"},
+             Row{0.005, 0.3 * 0.005 / 0.2, "1 of 5 assignments missing — 1% of the grade"},
+             Row{0.125, 0.1875, "1 of 5 assignments missing — 13% of the grade"}}) {
+        Classroom room;
+        room.student(1).missing(1, {1}).handedIn(1, {2, 3, 4, 5});
+        room.weighting = GradeWeighting{.sharesByAssignment = {{1, row.share}}};
+        EXPECT_NEAR(room.row(1).score, row.score, 1e-12);
+        EXPECT_THAT(sentences(room.row(1)), ElementsAre(row.why));
+    }
+    // A weighting without the assignment gives the signal nothing; no weighting counts it.
+    Classroom room;
+    room.student(1).missing(1, {1, 2}).handedIn(1, {3, 4, 5});
+    room.weighting = GradeWeighting{};
+    EXPECT_EQ(room.row(1).score, 0);
+    room.weighting.reset();
+    EXPECT_NEAR(room.row(1).score, 0.3 * 2 / 5, 1e-12);
+}
+
+TEST(Scorer, LinksWhatCanBeOpened) {
+    Classroom room;
+    room.student(1, 60).missing(1, {9, 8}).handedIn(1, {1, 2, 3});
+    room.names = {{9, "Essay — ünï"}};
+    const RiskRow row = room.row(1);
+    ASSERT_EQ(row.reasonLines.size(), 2U);
+    const ReasonLine &missing = row.reasonLines[0];
+    const ReasonLink::Range whole{0, missing.text.size()};
+    EXPECT_THAT(
+        missing.links,
+        ElementsAre(
+            ReasonLink{whole, AssignmentRef{9, "Essay — ünï"}},
+            ReasonLink{whole, AssignmentRef{8, "Assignment 8"}}));
+    const ReasonLine &grade = row.reasonLines[1];
+    EXPECT_THAT(
+        grade.links, ElementsAre(ReasonLink{{0, grade.text.size()}, GradesTarget{}}));
+    EXPECT_THAT(
+        missingAssignments(row),
+        ElementsAre(AssignmentRef{9, "Essay — ünï"}, AssignmentRef{8, "Assignment 8"}));
+}
+
+TEST(Scorer, InactivityIsMeasuredAgainstTheClass) {
+    struct Row {
+        const char *what;
+        std::optional<std::int64_t> away;
+        std::int64_t classAway;
+        double signal;
+        std::vector<std::string> why;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"seven days behind", 10 * day, 3 * day, 0, {}},
+             {"eight days behind", 11 * day, 3 * day, 1.0 / 7, {"No recent activity (11 days)"}},
+             {"a second less than eight", 11 * day - 1, 3 * day, 0, {}},
+             {"fourteen behind", 17 * day, 3 * day, 1, {"No recent activity (17 days)"}},
+             {"thirty behind", 33 * day, 3 * day, 1, {"No recent activity (33 days)"}},
+             {"a quiet class", 20 * day, 15 * day, 0, {}},
+             {"nothing recorded", std::nullopt, 3 * day, 1, {"No recorded activity"}},
+             {"class quiet for 30 days", std::nullopt, 30 * day, 1, {"No recorded activity"}},
+             {"class quiet for longer", std::nullopt, 30 * day + 1, 0, {}},
+         }) {
+        Classroom room;
+        room.student(1, std::nullopt, row.away);
+        for (int other = 2; other <= 6; ++other)
+            room.student(other, std::nullopt, row.classAway);
+        EXPECT_NEAR(room.row(1).score, 0.15 * row.signal, 1e-12) << row.what;
+        EXPECT_EQ(sentences(room.row(1)), row.why) << row.what;
+
+        room.termEndsAt = test::noon - std::chrono::microseconds(1);
+        EXPECT_EQ(room.row(1).score, 0) << row.what;
+        room.termEndsAt = test::noon;
+        EXPECT_NEAR(room.row(1).score, 0.15 * row.signal, 1e-12) << row.what;
+    }
+    Classroom off;
+    off.student(1, std::nullopt, 90 * day).student(2).student(3, std::nullopt, 0);
+    off.inactivityDays = 0;
+    off.student(4, std::nullopt, 0);
+    EXPECT_EQ(off.row(1).score, 0);
+    EXPECT_NEAR(off.row(2).score, 0.15, 1e-12);
+}
+
+TEST(Scorer, TimeInCourseCountsBelowHalfTheMedian) {
+    struct Row {
+        std::optional<std::int64_t> time;
+        double signal;
+        std::vector<std::string> why;
+    };
+    for (const Row &row : std::vector<Row>{
+             {36'000, 0, {}},
+             {18'000, 0, {}},
+             {16'200, 0.02, {}},
+             {14'400, 0.04, {}},
+             {14'399, 0.2 * 2 * (0.5 - 14'399 / 36'000.0), {"Low time in course (4h vs 10h median)"}},
+             {5'400, 0.14, {"Low time in course (2h vs 10h median)"}},
+             {0, 0.2, {"Low time in course (0h vs 10h median)"}},
+             {std::nullopt, 0.2, {"Low time in course (0h vs 10h median)"}},
+         }) {
+        Classroom room;
+        room.student(1, std::nullopt, std::nullopt, row.time);
+        for (int other = 2; other <= 4; ++other)
+            room.student(other, std::nullopt, std::nullopt, 36'000);
+        const RiskRow scored = room.row(1);
+        EXPECT_NEAR(scored.score, row.signal, 1e-12) << row.time.value_or(-1);
+        EXPECT_EQ(sentences(scored), row.why);
+    }
+    EXPECT_EQ(Classroom().student(1).student(2, std::nullopt, std::nullopt, 0).row(1).score, 0);
+}
+
+TEST(Scorer, WorkTheClassIsMissingCountsForNobody) {
+    Classroom room;
+    for (int id = 1; id <= 5; ++id)
+        room.student(id);
+    room.missing(1, {1, 2}).missing(2, {1}).missing(3, {1}).handedIn(1, {3, 4, 5});
+    room.overdue(4, {1});
+    EXPECT_EQ(room.row(1).missingCount, 1);
+    EXPECT_THAT(sentences(room.row(1)), ElementsAre("1 of 4 assignments missing"));
+    EXPECT_THAT(sentences(room.row(2)), IsEmpty());
+    EXPECT_EQ(room.row(4).score, 0);
+}
+
+TEST(Scorer, SectionsOfOneStudentAreOneRow) {
+    Classroom room;
+    room.student(1, 88, 3 * day, 7'200).student(1, 40, 1 * day, 18'000).student(1);
+    room.enrollments[0].user = EnrolledUser{.id = 1, .name = "Ana"};
+    const auto rows = room.score();
+    ASSERT_EQ(rows.size(), 1U);
+    EXPECT_EQ(rows[0].name, "Ana");
+    EXPECT_EQ(rows[0].currentScore, 88);
+    EXPECT_EQ(rows[0].lastActivityAt, test::noon - std::chrono::days(1));
+    EXPECT_EQ(rows[0].totalActivityTime, 18'000);
+}
+
+TEST(Scorer, EqualScoresKeepTheirOrder) {
+    Classroom room;
+    room.student(5, 90).student(3, 55).student(9, 90).student(2, 55).student(1, 20);
+    std::vector<std::int64_t> order;
+    for (const RiskRow &row : room.score())
+        order.push_back(row.id);
+    EXPECT_THAT(order, ElementsAre(1, 3, 2, 5, 9));
+}
+
+TEST(Scorer, NamesFallBack) {
+    Classroom room;
+    room.student(1).student(2).student(3);
+    room.enrollments[0].user = EnrolledUser{.id = 1, .name = "", .sortableName = "Ruiz, Ana"};
+    room.enrollments[1].user = EnrolledUser{.id = 2};
+    EXPECT_EQ(room.row(1).name, "Ruiz, Ana");
+    EXPECT_EQ(room.row(2).name, "Student 2");
+    EXPECT_EQ(room.row(3).name, "Student 3");
+    EXPECT_EQ(room.row(3).courseName, "Bio");
+    EXPECT_EQ(room.row(3).courseID, 4021);
+}
+
+} // namespace
+} // namespace ellwynd

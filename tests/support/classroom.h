@@ -1,0 +1,92 @@
+// Small courses for scoring tests.
+#pragma once
+
+#include "risk/scorer.h"
+#include "support/instants.h"
+
+namespace ellwynd::test {
+
+/// A roster that is written down student by student.
+struct Classroom {
+    std::vector<Enrollment> enrollments;
+    std::vector<SubmissionSummary> submissions;
+    std::optional<GradeWeighting> weighting;
+    AssignmentNames names;
+    double passing = 70;
+    std::int64_t inactivityDays = 7;
+    std::optional<Date> termEndsAt;
+
+    Classroom &student(
+        std::int64_t id, std::optional<double> score = std::nullopt,
+        std::optional<std::int64_t> secondsAway = std::nullopt,
+        std::optional<std::int64_t> time = std::nullopt) {
+        Enrollment enrollment{.userID = id, .totalActivityTime = time};
+        if (score)
+            enrollment.grades = Grades{.currentScore = score};
+        if (secondsAway)
+            enrollment.lastActivityAt = noon - std::chrono::seconds(*secondsAway);
+        enrollments.push_back(enrollment);
+        return *this;
+    }
+
+    Classroom &missing(std::int64_t student, std::initializer_list<std::int64_t> assignments) {
+        for (const std::int64_t id : assignments) {
+            submissions.push_back(
+                {.userID = student, .assignmentID = id, .workflowState = "unsubmitted",
+                 .missing = true});
+        }
+        return *this;
+    }
+
+    Classroom &handedIn(std::int64_t student, std::initializer_list<std::int64_t> assignments) {
+        for (const std::int64_t id : assignments) {
+            submissions.push_back(
+                {.userID = student, .assignmentID = id, .workflowState = "graded", .score = 1});
+        }
+        return *this;
+    }
+
+    /// Unsubmitted and due that many seconds ago.
+    Classroom &overdue(
+        std::int64_t student, std::initializer_list<std::int64_t> assignments,
+        std::int64_t secondsAgo = 86'400) {
+        for (const std::int64_t id : assignments) {
+            submissions.push_back(
+                {.userID = student, .assignmentID = id, .workflowState = "unsubmitted",
+                 .cachedDueDate = noon - std::chrono::seconds(secondsAgo)});
+        }
+        return *this;
+    }
+
+    [[nodiscard]] std::vector<RiskRow> score() const {
+        return scoreRoster(
+            {.courseID = 4021,
+             .courseName = "Bio",
+             .enrollments = enrollments,
+             .submissions = submissions,
+             .passingScore = passing,
+             .inactivityDays = inactivityDays,
+             .termEndsAt = termEndsAt,
+             .weighting = weighting ? &*weighting : nullptr,
+             .names = weighting ? weighting->namesByAssignment : names,
+             .now = noon});
+    }
+
+    /// The row of one student.
+    [[nodiscard]] RiskRow row(std::int64_t id) const {
+        for (RiskRow &row : score()) {
+            if (row.id == id)
+                return std::move(row);
+        }
+        throw std::invalid_argument("no such student");
+    }
+};
+
+inline std::vector<std::string> sentences(const RiskRow &row) {
+    std::vector<std::string> texts;
+    for (const ReasonLine &line : row.reasonLines)
+        texts.push_back(line.text);
+    return texts;
+}
+
+} // namespace ellwynd::test

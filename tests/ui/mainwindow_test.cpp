@@ -1,0 +1,236 @@
+#include "app/mainwindowcontroller.h"
+#include "support/temporaryfolder.h"
+#include "ui/details/studentdetails.h"
+#include "ui/mainwindow.h"
+#include "ui/roster/rosterpane.h"
+#include "ui/roster/whylayout.h"
+#include "ui/sheets/missingworksheet.h"
+#include "ui/sheets/thresholdssheet.h"
+#include "ui/sidebar/sidebar.h"
+#include "ui/support/appearance.h"
+#include "ui/support/labels.h"
+
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QCheckBox>
+#include <QDoubleSpinBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTest>
+
+namespace ellwynd {
+namespace {
+
+using testing::ElementsAre;
+
+struct MainWindowTest : testing::Test {
+    test::TemporaryFolder folder;
+    UserDefaults defaults{folder.path() / "Preferences.json", {{"SampleData", true}}};
+    Appearance appearance{defaults, false};
+    MainWindowController controller{defaults};
+    MainWindow window{controller, defaults, appearance};
+
+    void SetUp() override {
+        window.resize(1280, 800);
+        window.show();
+        controller.refresh();
+    }
+
+    void openCourse(std::int64_t id) {
+        controller.select(CourseSelection{id});
+        QApplication::processEvents();
+    }
+
+    [[nodiscard]] RosterTable &table() const { return *window.roster()->table(); }
+
+    [[nodiscard]] std::vector<std::int64_t> selected() const {
+        std::vector<std::int64_t> ids;
+        for (const RiskRow &row : table().selectedRows())
+            ids.push_back(row.id);
+        return ids;
+    }
+
+    [[nodiscard]] QPushButton *button(QWidget &where, const QString &text) const {
+        for (auto *candidate : where.findChildren<QPushButton *>()) {
+            if (candidate->text() == text)
+                return candidate;
+        }
+        return nullptr;
+    }
+
+    [[nodiscard]] QAction *action(const QString &text) const {
+        for (auto *candidate : window.findChildren<QAction *>()) {
+            if (QString(candidate->text()).remove(u'&') == text)
+                return candidate;
+        }
+        return nullptr;
+    }
+};
+
+TEST_F(MainWindowTest, CommandsAreEnabledWhereTheyCanWork) {
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Ellwynd — Sample Data"));
+    const QString missingWork = QStringLiteral("Missing Work by Assignment…");
+    EXPECT_FALSE(action(missingWork)->isEnabled()) << "a term is shown";
+    EXPECT_EQ(window.openMissingWork(), nullptr);
+    openCourse(900101);
+    EXPECT_TRUE(action(missingWork)->isEnabled());
+    EXPECT_FALSE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled());
+    table().selectStudents({{900101, 5002}});
+    EXPECT_TRUE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled());
+    action(QStringLiteral("Open Grades in Canvas"))->trigger();
+    EXPECT_THAT(
+        window.statusBar()->currentMessage().toStdString(), testing::HasSubstr("invented"));
+}
+
+TEST_F(MainWindowTest, AnAssignmentSelectsTheStudentsMissingIt) {
+    openCourse(900101);
+    window.roster()->findChild<QLineEdit *>()->setText(QStringLiteral("zoe"));
+    EXPECT_EQ(table().shownCount(), 1);
+    MissingWorkSheet *sheet = window.openMissingWork();
+    ASSERT_NE(sheet, nullptr);
+    auto *list = sheet->findChild<QTableView *>();
+    list->selectRow(1); // Discussion 3: Diego, Jordan, Omar
+    button(*sheet, QStringLiteral("Show Students"))->click();
+    EXPECT_FALSE(sheet->isVisible());
+    EXPECT_THAT(selected(), testing::UnorderedElementsAre(5001, 5009, 5016));
+}
+
+TEST_F(MainWindowTest, TheSheetSetsAndReleasesThresholds) {
+    openCourse(900101);
+    ThresholdsSheet *sheet = window.openThresholds();
+    ASSERT_NE(sheet, nullptr);
+    auto *own = sheet->findChildren<QCheckBox *>().first();
+    auto *passing = sheet->findChild<QDoubleSpinBox *>();
+    EXPECT_FALSE(passing->isEnabled());
+    own->click();
+    EXPECT_TRUE(passing->isEnabled());
+    EXPECT_EQ(defaults.object("Course.900101.PassingScore"), PreferenceValue(70.0));
+    passing->setValue(84.7);
+    EXPECT_EQ(defaults.object("Course.900101.PassingScore"), PreferenceValue(84.5));
+    EXPECT_EQ(controller.roster().thresholds->passingScore, 84.5);
+    EXPECT_NE(button(window, QStringLiteral("Thresholds: Custom")), nullptr);
+    button(*sheet, QStringLiteral("Use Defaults"))->click();
+    EXPECT_EQ(defaults.object("Course.900101.PassingScore"), std::nullopt);
+    EXPECT_FALSE(own->isChecked());
+    EXPECT_EQ(passing->value(), 70);
+    sheet->close();
+}
+
+TEST_F(MainWindowTest, TheKeyboardReachesEverything) {
+    openCourse(900101);
+    action(QStringLiteral("Find Student"))->trigger();
+    auto *filter = window.roster()->findChild<QLineEdit *>();
+    QTest::keyClicks(filter, QStringLiteral("iris"));
+    EXPECT_EQ(table().shownCount(), 1);
+    filter->clear();
+    table().selectStudents({{900101, 5002}});
+    QTest::keyClick(&table(), Qt::Key_Down);
+    EXPECT_THAT(selected(), ElementsAre(5001));
+    QTest::keyClick(&table(), Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(selected().size(), 2U);
+    QTest::keyClick(&table(), Qt::Key_Home);
+    EXPECT_THAT(selected(), ElementsAre(5002));
+    QTest::keyClick(&table(), Qt::Key_End);
+    EXPECT_THAT(selected(), ElementsAre(5026));
+
+    QTreeView *sidebar = window.findChild<Sidebar *>()->list();
+    QTest::keyClick(sidebar, Qt::Key_Down);
+    EXPECT_EQ(controller.roster().courseID, 900102);
+}
+
+TEST_F(MainWindowTest, SelectionSurvivesAFreshenAndAThirdClickRestoresTheOrder) {
+    openCourse(900101);
+    table().selectStudents({{900101, 5014}});
+    controller.refreshRoster();
+    EXPECT_THAT(selected(), ElementsAre(5014));
+    const auto first = [this] { return static_cast<QTableView &>(table()).model()->index(0, RosterModel::student).data().toString(); };
+    QHeaderView *header = table().horizontalHeader();
+    const QString worst = first();
+    Q_EMIT header->sectionClicked(RosterModel::student);
+    EXPECT_EQ(first(), QStringLiteral("Anya"));
+    Q_EMIT header->sectionClicked(RosterModel::student);
+    EXPECT_EQ(first(), QStringLiteral("Zoe"));
+    Q_EMIT header->sectionClicked(RosterModel::student);
+    EXPECT_EQ(first(), worst);
+}
+
+TEST_F(MainWindowTest, OpenTermsAreRemembered) {
+    QTreeView *sidebar = window.findChild<Sidebar *>()->list();
+    EXPECT_TRUE(sidebar->isExpanded(sidebar->model()->index(0, 0)));
+    sidebar->setExpanded(sidebar->model()->index(0, 0), false);
+    sidebar->setExpanded(sidebar->model()->index(4, 0), true);
+    EXPECT_THAT(
+        defaults.value(preferences::sidebarExpandedTerms), ElementsAre(9002, 9103));
+    openCourse(900102);
+    EXPECT_FALSE(sidebar->isExpanded(sidebar->model()->index(0, 0)));
+}
+
+TEST_F(MainWindowTest, EveryControlHasAName) {
+    openCourse(900101);
+    table().selectStudents({{900101, 5001}});
+    for (QWidget *control : window.findChildren<QWidget *>()) {
+        const bool interactive = qobject_cast<QAbstractButton *>(control) != nullptr ||
+            qobject_cast<QLineEdit *>(control) != nullptr ||
+            qobject_cast<TextLink *>(control) != nullptr;
+        if (!interactive || !control->isVisible() || control->focusPolicy() == Qt::NoFocus)
+            continue;
+        auto *interface = QAccessible::queryAccessibleInterface(control);
+        ASSERT_NE(interface, nullptr);
+        EXPECT_FALSE(interface->text(QAccessible::Name).isEmpty())
+            << control->metaObject()->className();
+    }
+}
+
+TEST_F(MainWindowTest, HostileNamesAreText) {
+    RiskRow row{.id = 1, .name = "<img src=x>\n<b>Bob</b> & \u202Eevil", .courseID = 1};
+    row.level = RiskLevel::atRisk;
+    row.reasonLines = {{.text = "1 missing assignment"}};
+    row.reasonLines[0].links = {{{0, 20}, AssignmentRef{7, "<a href='http://h.example'>x</a>"}}};
+    StudentDetails details(appearance);
+    details.show({row});
+    bool found = false;
+    for (auto *label : details.findChildren<QLabel *>()) {
+        if (label->text().contains(QStringLiteral("<b>Bob</b>"))) {
+            found = true;
+            EXPECT_EQ(label->textFormat(), Qt::PlainText);
+        }
+        if (qobject_cast<TextLink *>(label) != nullptr) {
+            EXPECT_THAT(label->text().toStdString(), testing::HasSubstr("&lt;a href="));
+            EXPECT_FALSE(label->openExternalLinks());
+        }
+    }
+    EXPECT_TRUE(found);
+}
+
+TEST_F(MainWindowTest, NamesThatDoNotFitFoldBehindALink) {
+    RiskRow row{.id = 1, .courseID = 1};
+    ReasonLine line{.text = "5 of 9 assignments missing"};
+    for (std::int64_t id = 1; id <= 5; ++id)
+        line.links.push_back({{0, line.text.size()}, AssignmentRef{id, "Assignment number"}});
+    row.reasonLines = {line};
+    const auto targets = [&](WhyLayout::Form form, int width) {
+        const WhyLayout layout(row, width, form, appearance);
+        std::vector<WhyTarget> seen;
+        for (int y = 1; y < layout.height(); y += 3) {
+            for (int x = 0; x < width; x += 2) {
+                const auto target = layout.targetAt({x, y});
+                if (target && std::ranges::count(seen, *target) == 0)
+                    seen.push_back(*target);
+            }
+        }
+        return seen;
+    };
+    const auto folded = targets(WhyLayout::Form::normal, 320);
+    EXPECT_LT(folded.size(), 5U);
+    EXPECT_EQ(folded.back(), WhyTarget(ShowMore{}));
+    EXPECT_EQ(folded.front(), WhyTarget(AssignmentRef{1, "Assignment number"}));
+    EXPECT_EQ(targets(WhyLayout::Form::expanded, 320).size(), 5U);
+    EXPECT_TRUE(targets(WhyLayout::Form::compact, 320).empty());
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,132 @@
+#include "support/instants.h"
+#include "ui/roster/rostermodel.h"
+#include "ui/sheets/missingworkmodel.h"
+#include "ui/sidebar/sidebarmodel.h"
+
+#include <gmock/gmock.h>
+
+#include <QAbstractItemModelTester>
+
+namespace ellwynd {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr auto strict = QAbstractItemModelTester::FailureReportingMode::Fatal;
+
+RiskRow student(std::int64_t id, const char *name, double score, std::optional<double> grade) {
+    return {.id = id, .name = name, .courseName = "Bio", .score = score, .level = std::nullopt,
+            .currentScore = grade, .courseID = 1};
+}
+
+std::vector<RiskRow> someRows() {
+    std::vector<RiskRow> rows{
+        student(1, "zoe", 0.6, 40), student(2, "Émile", 0.2, 66), student(3, "Ana", 0, 66),
+        student(4, "<b>Bob</b>", 0, std::nullopt)};
+    rows[0].level = RiskLevel::atRisk;
+    rows[0].missingCount = 3;
+    rows[0].lastActivityAt = test::noon;
+    rows[1].level = RiskLevel::watch;
+    rows[1].reasonLines = {{.text = "1 of 9 assignments missing"}};
+    rows[2].lastActivityAt = test::noon - std::chrono::days(9);
+    return rows;
+}
+
+std::vector<std::int64_t> order(const RosterFilter &filter) {
+    std::vector<std::int64_t> ids;
+    for (int row = 0; row < filter.rowCount(); ++row)
+        ids.push_back(filter.row(filter.index(row, 0)).id);
+    return ids;
+}
+
+TEST(RosterModel, SortsByEveryColumn) {
+    RosterModel model;
+    const QAbstractItemModelTester tester(&model, strict);
+    RosterFilter filter;
+    filter.setSourceModel(&model);
+    const QAbstractItemModelTester filterTester(&filter, strict);
+    model.setRows(someRows(), test::noon);
+    EXPECT_THAT(order(filter), ElementsAre(1, 2, 3, 4));
+    struct Row {
+        int column;
+        std::vector<std::int64_t> ascending;
+        std::vector<std::int64_t> descending;
+    };
+    for (const Row &row : std::vector<Row>{
+             {RosterModel::score, {1, 2, 3, 4}, {4, 2, 3, 1}},
+             {RosterModel::missing, {1, 2, 3, 4}, {2, 3, 4, 1}},
+             {RosterModel::lastActive, {2, 4, 3, 1}, {1, 3, 2, 4}},
+             {RosterModel::level, {1, 2, 3, 4}, {4, 3, 2, 1}}}) {
+        filter.sort(row.column, Qt::AscendingOrder);
+        EXPECT_EQ(order(filter), row.ascending) << row.column;
+        filter.sort(row.column, Qt::DescendingOrder);
+        EXPECT_EQ(order(filter), row.descending) << row.column;
+    }
+    filter.sort(-1);
+    EXPECT_THAT(order(filter), ElementsAre(1, 2, 3, 4));
+}
+
+TEST(RosterModel, FiltersByEveryWord) {
+    RosterModel model;
+    RosterFilter filter;
+    filter.setSourceModel(&model);
+    model.setRows(someRows(), test::noon);
+    struct Row {
+        const char *typed;
+        std::vector<std::int64_t> shown;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"", {1, 2, 3, 4}}, {"  ", {1, 2, 3, 4}}, {"ZO", {1}}, {"watch", {2}},
+             {"missing 9", {2}}, {"missing 8", {}}, {"<b>", {4}}, {"at risk", {1}}, {".*", {}}}) {
+        filter.setWords(QString::fromUtf8(row.typed));
+        EXPECT_EQ(order(filter), row.shown) << row.typed;
+    }
+}
+
+TEST(MissingWorkModel, DescribesItsRows) {
+    MissingWorkModel model(
+        {{.id = 1, .name = "Essay", .studentIDs = {1, 2, 3}, .rosterSize = 4, .isClassWide = true},
+         {.id = 2, .name = "Quiz", .studentIDs = {1}, .rosterSize = 4}});
+    const QAbstractItemModelTester tester(&model, strict);
+    const auto text = [&](int row, int column, int role) {
+        return model.index(row, column).data(role).toString().toStdString();
+    };
+    EXPECT_EQ(text(0, MissingWorkModel::share, Qt::DisplayRole), "75%");
+    EXPECT_EQ(text(1, MissingWorkModel::missing, Qt::DisplayRole), "1");
+    EXPECT_EQ(text(0, 0, Qt::ToolTipRole), classWideTooltip);
+    EXPECT_EQ(text(1, 0, Qt::ToolTipRole), "");
+    EXPECT_EQ(
+        text(0, 0, Qt::AccessibleTextRole),
+        "Essay, missing for 3 students, excluded from risk scores");
+}
+
+TEST(SidebarModel, FindsWhatIsSelected) {
+    SidebarModel model([](std::int64_t id) {
+        return id == 10 ? std::optional<std::int64_t>(3) : std::nullopt;
+    });
+    const QAbstractItemModelTester tester(&model, strict);
+    const std::vector<TermGroup> terms{
+        {.term = Term{.id = 1, .name = "Fall"},
+         .courses = {Course{.id = 10, .name = "Bio"}, Course{.id = 11}}},
+        {.term = std::nullopt, .courses = {Course{.id = 12}}}};
+    model.setTerms(terms);
+    for (const Selection &selection : std::initializer_list<Selection>{
+             CourseSelection{10}, CourseSelection{12}, TermSelection{1}, TermSelection{}}) {
+        const QModelIndex index = model.indexOf(selection);
+        ASSERT_TRUE(index.isValid());
+        EXPECT_EQ(model.selectionAt(index), selection);
+    }
+    EXPECT_FALSE(model.indexOf(CourseSelection{99}).isValid());
+    const QModelIndex bio = model.indexOf(CourseSelection{10});
+    EXPECT_EQ(bio.data(SidebarModel::flaggedRole).toInt(), 3);
+    EXPECT_EQ(bio.data(Qt::AccessibleTextRole).toString().toStdString(), "Bio, 3 flagged");
+    EXPECT_FALSE(model.indexOf(CourseSelection{11}).data(SidebarModel::flaggedRole).isValid());
+
+    // The same terms again only refresh the counts.
+    const QPersistentModelIndex kept = bio;
+    model.setTerms(terms);
+    EXPECT_TRUE(kept.isValid());
+}
+
+} // namespace
+} // namespace ellwynd

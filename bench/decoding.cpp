@@ -1,0 +1,67 @@
+// A course's submissions, from Canvas's JSON to records: 30,000 full-size ones, some 36 MB.
+#include "canvas/records/decoding.h"
+
+#include <benchmark/benchmark.h>
+#include <fmt/format.h>
+#include <simdjson.h>
+
+namespace {
+
+constexpr int records = 30'000;
+
+/// A list as Canvas sends it: some forty keys a record, of which seven matter.
+const std::string &submissions() {
+    static const std::string json = [] {
+        std::string text = "[";
+        text.reserve(40'000'000);
+        for (int i = 0; i < records; ++i) {
+            fmt::format_to(
+                std::back_inserter(text),
+                R"({}{{"id":{},"body":"{}","url":null,"grade":"8.5","score":8.5,)"
+                R"("submitted_at":"2026-09-{:02}T21:14:05Z","assignment_id":{},"user_id":{},)"
+                R"("submission_type":"online_upload","workflow_state":"graded",)"
+                R"("grade_matches_current_submission":true,"graded_at":"2026-09-20T08:00:00Z",)"
+                R"("grader_id":-42,"attempt":1,"cached_due_date":"2026-09-19T05:59:59Z",)"
+                R"("excused":false,"late_policy_status":null,"points_deducted":null,)"
+                R"("grading_period_id":null,"extra_attempts":null,)"
+                R"("posted_at":"2026-09-20T08:00:01Z","redo_request":false,)"
+                R"("custom_grade_status_id":null,"sticker":null,"late":false,"missing":false,)"
+                R"("seconds_late":0,"entered_grade":"8.5","entered_score":8.5,)"
+                R"("preview_url":"https://canvas.example.edu/courses/4021/assignments/{}/submissions/)"
+                R"({}?preview=1&version=1","attachments":[{{"id":{},"uuid":"aGVsbG8gd29ybGQ",)"
+                R"("folder_id":null,"display_name":"essay-final.docx","filename":"essay-final.docx",)"
+                R"("content-type":"application/octet-stream","size":18233,"locked":false}}],)"
+                R"("anonymous_id":"a1B2c"}})",
+                i > 0 ? "," : "", 70'000'000 + i, std::string(120, 'x'), i % 28 + 1, 500 + i % 60,
+                90'000 + i / 60, 500 + i % 60, 90'000 + i / 60, i);
+        }
+        text += "]";
+        text.reserve(text.size() + simdjson::SIMDJSON_PADDING);
+        return text;
+    }();
+    return json;
+}
+
+void parseAlone(benchmark::State &state) {
+    const std::string &json = submissions();
+    for (auto _ : state) {
+        simdjson::dom::parser parser;
+        benchmark::DoNotOptimize(parser.parse(json).error());
+    }
+    state.SetBytesProcessed(state.iterations() * std::int64_t(json.size()));
+}
+
+void decodeSubmissions(benchmark::State &state) {
+    const std::string &json = submissions();
+    for (auto _ : state) {
+        const auto decoded = ellwynd::decodeSubmissions(json);
+        if (decoded.size() != records)
+            state.SkipWithError("records were lost");
+    }
+    state.SetBytesProcessed(state.iterations() * std::int64_t(json.size()));
+}
+
+} // namespace
+
+BENCHMARK(parseAlone)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(decodeSubmissions)->Unit(benchmark::kMillisecond)->UseRealTime();

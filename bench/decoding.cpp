@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
+
 #include <simdjson.h>
 
 namespace {

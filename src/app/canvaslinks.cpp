@@ -6,8 +6,8 @@ namespace ellwynd {
 
 namespace {
 
-std::optional<std::string>
-below(const std::string &baseURL, const std::string &path, std::initializer_list<std::int64_t> ids) {
+std::optional<std::string> below(
+    const std::string &baseURL, const std::string &path, std::initializer_list<std::int64_t> ids) {
     // QUrl lowers the scheme, so "exactly https" is asked of the text itself.
     if (!baseURL.starts_with("https://"))
         return std::nullopt;

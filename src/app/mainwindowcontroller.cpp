@@ -5,9 +5,9 @@
 #include "canvas/sample/samplecanvasclient.h"
 #include "platform/log.h"
 
-#include <fmt/format.h>
-
 #include <QPointer>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -20,9 +20,10 @@ constexpr Log links{"links"};
 
 } // namespace
 
-MainWindowController::MainWindowController(UserDefaults &store, Clock clock) :
-    defaults(store), now(clock),
-    observing(store.observe([this](std::string_view key) { preferenceChanged(key); })) {}
+MainWindowController::MainWindowController(UserDefaults &store, Clock clock)
+    : defaults(store),
+      now(clock),
+      observing(store.observe([this](std::string_view key) { preferenceChanged(key); })) {}
 
 MainWindowController::~MainWindowController() = default;
 
@@ -209,7 +210,8 @@ QCoro::Task<> MainWindowController::fetchRoster(
     std::vector<const ScoredCourse *> shown;
     for (ScoredCourse &course : scored) {
         const std::int64_t id = course.course.id;
-        shown.push_back(&(rosterCache.entries.insert_or_assign(id, std::move(course)).first->second));
+        shown.push_back(
+            &(rosterCache.entries.insert_or_assign(id, std::move(course)).first->second));
     }
     showRoster(shown);
     Q_EMIT coursesDidChange();
@@ -217,8 +219,8 @@ QCoro::Task<> MainWindowController::fetchRoster(
 
 void MainWindowController::showFailure(const CanvasError &error, bool cachedShown) {
     if (cachedShown) {
-        logger.error(fmt::format(
-            "Roster freshen failed, keeping cache: {}", error.errorDescription()));
+        logger.error(
+            fmt::format("Roster freshen failed, keeping cache: {}", error.errorDescription()));
         rosterView.staleReason = error.errorDescription();
     } else {
         rosterView = {.state = RosterView::State::failed, .title = selectionTitle()};

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "app/connection.h"
-#include "canvas/records/canvaserror.h"
 #include "app/courseselection.h"
 #include "app/rostercache.h"
 #include "app/termgroups.h"
+#include "canvas/records/canvaserror.h"
 
 #include <QObject>
 

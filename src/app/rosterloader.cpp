@@ -37,8 +37,7 @@ void rescore(ScoredCourse &course, const CourseThresholds &thresholds, Date now)
         .names = course.weighting.namesByAssignment,
         .now = now,
     });
-    course.missedWork =
-        missedWork(submissions, roster.size(), course.weighting.namesByAssignment);
+    course.missedWork = missedWork(submissions, roster.size(), course.weighting.namesByAssignment);
 }
 
 ScoredCourse scoreCourse(

@@ -26,9 +26,9 @@ T checked(std::string_view key, const PreferenceValue &value, std::string_view t
 
 template<class T>
 T within(std::string_view key, const PreferenceValue &value, T lowest, T highest) {
-    const std::string takes =
-        fmt::format("{} from {} to {}", std::is_same_v<T, double> ? "a number" : "a whole number",
-            lowest, highest);
+    const std::string takes = fmt::format(
+        "{} from {} to {}", std::is_same_v<T, double> ? "a number" : "a whole number", lowest,
+        highest);
     const T number = checked<T>(key, value, takes);
     if (!(number >= lowest && number <= highest))
         throw InvalidSetting(fmt::format("{} takes {}", key, takes));
@@ -76,8 +76,8 @@ void writeSetting(UserDefaults &defaults, const std::string &key, PreferenceValu
     else if (key == appearance.name)
         value = oneOf(key, value, {"automatic", "light", "dark"});
     else if (key == accentTheme.name)
-        value = oneOf(
-            key, value, {"system", "blue", "indigo", "purple", "teal", "pink", "graphite"});
+        value =
+            oneOf(key, value, {"system", "blue", "indigo", "purple", "teal", "pink", "graphite"});
     else if (isFlag(key))
         value = checked<bool>(key, value, "YES or NO");
     defaults.set(key, std::move(value));

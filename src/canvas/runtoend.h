@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QCoro/QCoroTask>
-
 #include <QEventLoop>
 
 #include <exception>
@@ -10,8 +9,8 @@
 
 namespace ellwynd {
 
-/// Runs an event loop until the task is done and returns its value, or throws what it threw. For the
-/// command line and the tests: a window never waits.
+/// Runs an event loop until the task is done and returns its value, or throws what it threw. For
+/// the command line and the tests: a window never waits.
 template<class T>
 T runToEnd(QCoro::Task<T> task) {
     struct Outcome {

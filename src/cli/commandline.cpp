@@ -16,8 +16,8 @@ QString text(const char *utf8) {
 
 } // namespace
 
-CommandLine::CommandLine(Session &run, const char *command, const char *description) :
-    session(run), name(text(command)) {
+CommandLine::CommandLine(Session &run, const char *command, const char *description)
+    : session(run), name(text(command)) {
     parser.setApplicationDescription(text(description));
     parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, text("Show this help.")});
     flag("json", "Print one JSON document.");
@@ -29,7 +29,8 @@ CommandLine::CommandLine(Session &run, const char *command, const char *descript
 
 void CommandLine::argument(const char *argumentName, const char *description, bool repeats) {
     const QString shown = text(argumentName);
-    parser.addPositionalArgument(shown, text(description), repeats ? shown + QStringLiteral("...") : shown);
+    parser.addPositionalArgument(
+        shown, text(description), repeats ? shown + QStringLiteral("...") : shown);
     ++arguments;
     lastRepeats = repeats;
 }
@@ -115,8 +116,8 @@ std::optional<std::int64_t> inactivityOption(const CommandLine &line) {
         return std::nullopt;
     const auto days = valueAs<std::int64_t>(parsePreferenceValue(*word));
     if (!days || *days < minimumDays || *days > maximumDays) {
-        throw UsageError(fmt::format(
-            "--inactivity takes whole days from {} to {}", minimumDays, maximumDays));
+        throw UsageError(
+            fmt::format("--inactivity takes whole days from {} to {}", minimumDays, maximumDays));
     }
     return days;
 }

@@ -3,9 +3,9 @@
 
 #include "cli/session.h"
 
-#include <span>
-
 #include <QStringList>
+
+#include <span>
 
 namespace ellwynd::cli {
 

@@ -87,7 +87,8 @@ std::string rowsTable(std::span<const RiskRow> rows, bool withCourse, Date now) 
     std::vector<Table::Column> columns{{"Level"}, {"Student"}};
     if (withCourse)
         columns.push_back({"Course"});
-    for (Table::Column column : {Table::Column{"Score", true}, {"Missing", true}, {"Last active"}, {"Why"}})
+    for (Table::Column column :
+         {Table::Column{"Score", true}, {"Missing", true}, {"Last active"}, {"Why"}})
         columns.push_back(std::move(column));
     Table table(std::move(columns));
     for (const RiskRow &row : rows) {

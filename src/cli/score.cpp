@@ -11,8 +11,7 @@ namespace ellwynd::cli {
 int runScore(Session &session, const QStringList &words) {
     CommandLine line(session, "score", "Score Canvas JSON saved in a folder.");
     line.argument(
-        "DIR",
-        "Holds course.json, enrollments.json, assignment_groups.json and submissions.json.");
+        "DIR", "Holds course.json, enrollments.json, assignment_groups.json and submissions.json.");
     line.option("passing", "P", "Passing score, percent.");
     line.option("inactivity", "T", "Inactivity window, days behind the class.");
     line.option("now", "INSTANT", "Score as of this ISO 8601 instant.");

@@ -19,10 +19,11 @@ std::size_t displayWidth(std::string_view text) {
         i += length;
         const bool combining = (code >= 0x300 && code <= 0x36f) || code == 0x200b ||
             (code >= 0x200e && code <= 0x200f) || (code >= 0x202a && code <= 0x202e);
-        const bool wide = (code >= 0x1100 && code <= 0x115f) || (code >= 0x2e80 && code <= 0xa4cf) ||
-            (code >= 0xac00 && code <= 0xd7a3) || (code >= 0xf900 && code <= 0xfaff) ||
-            (code >= 0xfe30 && code <= 0xfe6f) || (code >= 0xff00 && code <= 0xff60) ||
-            (code >= 0x1f300 && code <= 0x1faff) || (code >= 0x20000 && code <= 0x3fffd);
+        const bool wide = (code >= 0x1100 && code <= 0x115f) ||
+            (code >= 0x2e80 && code <= 0xa4cf) || (code >= 0xac00 && code <= 0xd7a3) ||
+            (code >= 0xf900 && code <= 0xfaff) || (code >= 0xfe30 && code <= 0xfe6f) ||
+            (code >= 0xff00 && code <= 0xff60) || (code >= 0x1f300 && code <= 0x1faff) ||
+            (code >= 0x20000 && code <= 0x3fffd);
         width += combining ? 0 : wide ? 2 : 1;
     }
     return width;
@@ -35,8 +36,8 @@ std::string printable(std::string_view text) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         const auto byte = static_cast<unsigned char>(text[i]);
         // U+0080 to U+009F are control characters as well, two bytes each in UTF-8.
-        const bool c1 = byte == 0xc2 && i + 1 < text.size() &&
-            static_cast<unsigned char>(text[i + 1]) < 0xa0;
+        const bool c1 =
+            byte == 0xc2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xa0;
         if (c1)
             ++i;
         result += c1 || byte < 0x20 || byte == 0x7f ? ' ' : text[i];
@@ -64,8 +65,8 @@ std::string Table::text() const {
         for (std::size_t c = 0; c < columns.size(); ++c) {
             const std::string &cell = cellOf(c);
             const std::string padding(widths[c] - displayWidth(cell), ' ');
-            text += (c > 0 ? "  " : "") +
-                (columns[c].rightAligned ? padding + cell : cell + padding);
+            text +=
+                (c > 0 ? "  " : "") + (columns[c].rightAligned ? padding + cell : cell + padding);
         }
         text.erase(text.find_last_not_of(' ') + 1);
         result += text + "\n";

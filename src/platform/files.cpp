@@ -1,12 +1,12 @@
 #include "platform/files.h"
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -97,8 +97,7 @@ std::optional<std::string> files::read(const fs::path &file, std::size_t limit) 
     bytes.resize(std::size_t(info.st_size));
     std::size_t filled = 0;
     while (filled < bytes.size()) {
-        const ssize_t got =
-            ::read(descriptor.get(), bytes.data() + filled, bytes.size() - filled);
+        const ssize_t got = ::read(descriptor.get(), bytes.data() + filled, bytes.size() - filled);
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0)
@@ -134,7 +133,7 @@ void files::replace(const fs::path &file, std::string_view bytes) {
 fs::path files::setAside(const fs::path &file, long long secondsSince1970) {
     const fs::path aside = file.parent_path() /
         fmt::format("{}.unreadable-{}{}", file.stem().string(), secondsSince1970,
-            file.extension().string());
+                    file.extension().string());
     std::error_code error;
     fs::rename(file, aside, error);
     if (error)

@@ -1,9 +1,9 @@
 #include "platform/log.h"
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 
 #include <cstdio>
-#include <sys/stat.h>
 #include <syslog.h>
 
 #define SD_JOURNAL_SUPPRESS_LOCATION

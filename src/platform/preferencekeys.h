@@ -1,6 +1,8 @@
 // Every preference of the program, once: its key, its type and what it reads as when absent.
 #pragma once
 
+#include "platform/preferencevalue.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -8,15 +10,14 @@
 #include <string_view>
 #include <type_traits>
 
-#include "platform/preferencevalue.h"
-
 namespace ellwynd {
 
 /// A preference's key with its type. `normalise` maps a stored value onto the values in use, at
 /// every read and write.
 template<class T>
 struct PreferenceKey {
-    using Fallback = std::conditional_t<std::is_same_v<T, std::string>, std::string_view,
+    using Fallback = std::conditional_t<
+        std::is_same_v<T, std::string>, std::string_view,
         std::conditional_t<std::is_same_v<T, IDList>, std::nullptr_t, T>>;
 
     std::string_view name;
@@ -54,7 +55,8 @@ inline constexpr PreferenceKey<bool> rosterCompactRows{"RosterCompactRows", fals
 /// Terms in the sidebar, newest first; 0 stands for all of them.
 inline constexpr PreferenceKey<std::int64_t> sidebarTermLimit{
     "SidebarTermLimit", 6, [](std::int64_t limit) { return std::max<std::int64_t>(limit, 0); }};
-/// Ids of the terms whose group is open in the sidebar; absent until the teacher opens or closes one.
+/// Ids of the terms whose group is open in the sidebar; absent until the teacher opens or closes
+/// one.
 inline constexpr PreferenceKey<IDList> sidebarExpandedTerms{"SidebarExpandedTerms"};
 
 // The main window as it was left; base64 of the window system's own forms.

@@ -90,8 +90,7 @@ struct UserDefaults::State {
 
     void save() const {
         try {
-            files::replace(
-                file, saved.dump(2, ' ', false, json::error_handler_t::replace) + "\n");
+            files::replace(file, saved.dump(2, ' ', false, json::error_handler_t::replace) + "\n");
         } catch (const FileError &error) {
             logger.error(fmt::format("Couldn't save the preferences: {}", error.what()));
         }
@@ -105,8 +104,8 @@ struct UserDefaults::State {
     }
 };
 
-UserDefaults::UserDefaults(std::filesystem::path file, PreferenceMap arguments) :
-    state(std::make_unique<State>()) {
+UserDefaults::UserDefaults(std::filesystem::path file, PreferenceMap arguments)
+    : state(std::make_unique<State>()) {
     state->file = std::move(file);
     state->arguments = std::move(arguments);
     state->load();

@@ -49,9 +49,9 @@ std::vector<MissedAssignment> missedWork(
 }
 
 std::string missedWorkSummary(std::size_t assignments, std::int64_t rosterSize) {
-    std::string line = std::to_string(assignments) + (assignments == 1 ? " assignment" : " assignments") +
-        " with missing work, out of " + std::to_string(rosterSize) +
-        (rosterSize == 1 ? " student" : " students");
+    std::string line = std::to_string(assignments) +
+        (assignments == 1 ? " assignment" : " assignments") + " with missing work, out of " +
+        std::to_string(rosterSize) + (rosterSize == 1 ? " student" : " students");
     if (assignments == 0)
         line += " — nobody is missing anything";
     return line;

@@ -27,8 +27,7 @@ struct MissingPair {
 
     auto operator<=>(const MissingPair &) const = default;
 };
-[[nodiscard]] std::vector<MissingPair>
-missingPairs(std::span<const SubmissionSummary> submissions);
+[[nodiscard]] std::vector<MissingPair> missingPairs(std::span<const SubmissionSummary> submissions);
 
 /// Whether an assignment missed by so many of a roster is class-wide.
 [[nodiscard]] bool isClassWide(std::size_t missing, std::size_t rosterSize);

@@ -51,11 +51,12 @@ struct ClassFigures {
     std::int64_t quietDays;
     bool inactivityCounts;
 
-    explicit ClassFigures(const ScoringInput &input) :
-        roster(reduceToStudents(input.enrollments)),
-        excluded(excludedAssignments(input.submissions, roster.size())),
-        medianTime(medianActivityTime(roster)), quietDays(classQuietDays(roster, input.now)),
-        inactivityCounts(ellwynd::inactivityCounts(roster, input.termEndsAt, input.now)) {}
+    explicit ClassFigures(const ScoringInput &input)
+        : roster(reduceToStudents(input.enrollments)),
+          excluded(excludedAssignments(input.submissions, roster.size())),
+          medianTime(medianActivityTime(roster)),
+          quietDays(classQuietDays(roster, input.now)),
+          inactivityCounts(ellwynd::inactivityCounts(roster, input.termEndsAt, input.now)) {}
 };
 
 std::vector<Work> sortOutWork(const ScoringInput &input, const ClassFigures &figures) {

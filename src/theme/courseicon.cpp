@@ -9,9 +9,9 @@ namespace ellwynd {
 
 namespace {
 
-constexpr std::array<QRgb, 10> tileColors{
-    0xff2f6bdb, 0xffc2408a, 0xff7552cc, 0xff0f7f76, 0xffb45f06,
-    0xff2f7a46, 0xffb3403a, 0xff4a6785, 0xff8a5a2b, 0xff5b6abf};
+constexpr std::array<QRgb, 10> tileColors{0xff2f6bdb, 0xffc2408a, 0xff7552cc, 0xff0f7f76,
+                                          0xffb45f06, 0xff2f7a46, 0xffb3403a, 0xff4a6785,
+                                          0xff8a5a2b, 0xff5b6abf};
 
 } // namespace
 
@@ -36,8 +36,7 @@ QColor courseColor(std::int64_t courseID) {
     return tileColors[sum % tileColors.size()];
 }
 
-QPixmap
-courseTile(std::int64_t courseID, std::string_view courseName, int size, qreal pixelRatio) {
+QPixmap courseTile(std::int64_t courseID, std::string_view courseName, int size, qreal pixelRatio) {
     QPixmap pixmap(QSize(size, size) * pixelRatio);
     pixmap.setDevicePixelRatio(pixelRatio);
     pixmap.fill(Qt::transparent);

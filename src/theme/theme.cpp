@@ -27,7 +27,9 @@ const Accent &accentNamed(std::string_view name) {
 }
 
 QColor mixed(const QColor &a, const QColor &b, double share) {
-    const auto mix = [share](int x, int y) { return int(std::lround(x * (1 - share) + y * share)); };
+    const auto mix = [share](int x, int y) {
+        return int(std::lround(x * (1 - share) + y * share));
+    };
     return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 

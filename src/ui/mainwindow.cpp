@@ -37,17 +37,18 @@ QList<int> paneWidths(int window, const Appearance &appearance) {
 
 } // namespace
 
-MainWindow::MainWindow(
-    MainWindowController &driver, UserDefaults &store, Appearance &look) :
-    controller(driver),
-    defaults(store), appearance(look), splitter(new QSplitter(this)),
-    sidebar(new Sidebar(driver, store, look, splitter)),
-    rosterPane(new RosterPane(driver, store, look, splitter)),
-    details(new StudentDetails(look, splitter)),
-    observing(store.observe([this](std::string_view key) {
-        if (key == preferences::rosterCompactRows.name)
-            compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
-    })) {
+MainWindow::MainWindow(MainWindowController &driver, UserDefaults &store, Appearance &look)
+    : controller(driver),
+      defaults(store),
+      appearance(look),
+      splitter(new QSplitter(this)),
+      sidebar(new Sidebar(driver, store, look, splitter)),
+      rosterPane(new RosterPane(driver, store, look, splitter)),
+      details(new StudentDetails(look, splitter)),
+      observing(store.observe([this](std::string_view key) {
+          if (key == preferences::rosterCompactRows.name)
+              compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
+      })) {
     setWindowTitle(
         defaults.value(preferences::sampleData) ? QStringLiteral("Ellwynd — Sample Data")
                                                 : QStringLiteral("Ellwynd"));
@@ -75,8 +76,8 @@ void MainWindow::makeMenus() {
     QMenu *file = menuBar()->addMenu(QStringLiteral("&File"));
     QAction *refreshAll = add(file, QStringLiteral("&Refresh All Courses"), QKeySequence::Refresh);
     refreshAll->setShortcuts({Qt::CTRL | Qt::Key_R, Qt::Key_F5});
-    refreshRoster = add(
-        file, QStringLiteral("Refresh &This Roster"), Qt::CTRL | Qt::SHIFT | Qt::Key_R);
+    refreshRoster =
+        add(file, QStringLiteral("Refresh &This Roster"), Qt::CTRL | Qt::SHIFT | Qt::Key_R);
     file->addSeparator();
     QAction *quit = add(file, QStringLiteral("&Quit"), QKeySequence::Quit);
 
@@ -95,8 +96,7 @@ void MainWindow::makeMenus() {
     QAction *actualSize = add(view, QStringLiteral("&Actual Size"), Qt::CTRL | Qt::Key_0);
 
     QMenu *course = menuBar()->addMenu(QStringLiteral("&Course"));
-    missingWork = add(
-        course, QStringLiteral("&Missing Work by Assignment…"), Qt::CTRL | Qt::Key_M);
+    missingWork = add(course, QStringLiteral("&Missing Work by Assignment…"), Qt::CTRL | Qt::Key_M);
     thresholds = add(course, QStringLiteral("Risk &Thresholds…"), Qt::CTRL | Qt::Key_T);
     course->addSeparator();
     openCourse = add(course, QStringLiteral("&Open Course in Canvas"), Qt::CTRL | Qt::Key_O);
@@ -207,8 +207,8 @@ MissingWorkSheet *MainWindow::openMissingWork() {
     const RosterView &roster = controller.roster();
     if (!roster.courseID)
         return nullptr;
-    auto *sheet = new MissingWorkSheet(
-        roster.missedWork, std::int64_t(roster.rows.size()), appearance, this);
+    auto *sheet =
+        new MissingWorkSheet(roster.missedWork, std::int64_t(roster.rows.size()), appearance, this);
     connect(
         sheet, &MissingWorkSheet::studentsChosen, this,
         [this, courseID = *roster.courseID](const std::vector<std::int64_t> &ids) {
@@ -227,8 +227,7 @@ ThresholdsSheet *MainWindow::openThresholds() {
     const RosterView &roster = controller.roster();
     if (!roster.courseID)
         return nullptr;
-    auto *sheet =
-        new ThresholdsSheet(*roster.courseID, roster.title, defaults, appearance, this);
+    auto *sheet = new ThresholdsSheet(*roster.courseID, roster.title, defaults, appearance, this);
     sheet->show();
     return sheet;
 }

@@ -18,8 +18,8 @@ class Sidebar;
 class StudentDetails;
 class ThresholdsSheet;
 
-/// Sidebar, roster and student details side by side, with the menus. It decides nothing: commands go
-/// to the controller, and what the controller announces is shown.
+/// Sidebar, roster and student details side by side, with the menus. It decides nothing: commands
+/// go to the controller, and what the controller announces is shown.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 

@@ -78,7 +78,8 @@ TEST(SavedCourse, OneClearSentenceForEveryBadFile) {
              {"assignment_groups.json", " <!DOCTYPE html><html>",
               "assignment_groups.json holds a web page, not Canvas's JSON"},
              {"submissions.json", deep,
-              "submissions.json couldn't be read: SubmissionSummary: it nests deeper than 64 levels"},
+              "submissions.json couldn't be read: SubmissionSummary: it nests deeper than 64 "
+              "levels"},
          }) {
         const SavedCourse saved;
         (void)saved.folder.write(row.file, row.bytes);

@@ -69,8 +69,7 @@ TEST(TermRows, HoldFlaggedStudentsOfEveryCourse) {
     for (const RiskRow &row : termRows(courses))
         keys.emplace_back(row.courseID, row.id);
     EXPECT_THAT(
-        keys,
-        ElementsAre(std::pair(20, 1), std::pair(10, 1), std::pair(10, 2), std::pair(20, 2)));
+        keys, ElementsAre(std::pair(20, 1), std::pair(10, 1), std::pair(10, 2), std::pair(20, 2)));
 }
 
 TEST(CanvasLinks, AreBuiltBelowTheSavedAddress) {

@@ -70,7 +70,8 @@ std::string fault(const std::string &file, const std::string &line) {
         const bool header = file.ends_with(".h");
         if (qtHeader && (!room->qt || (room->folder == "src/platform" && header)))
             return "may not know Qt: " + name;
-        if (!room->widgets && (name.starts_with("QtWidgets/") || name == "QApplication" || name == "QWidget"))
+        if (!room->widgets &&
+            (name.starts_with("QtWidgets/") || name == "QApplication" || name == "QWidget"))
             return "may not know widgets: " + name;
         return {};
     }

@@ -16,7 +16,9 @@ TEST(Decoding, ReadsWholeRecords) {
         {"id": 5}])");
     ASSERT_EQ(courses.size(), 2U);
     const Course bio{
-        .id = 4021, .name = "Bio", .courseCode = "BIO",
+        .id = 4021,
+        .name = "Bio",
+        .courseCode = "BIO",
         .term = Term{.id = 7, .name = "Fall", .startAt = at("2026-09-01T12:00:00Z")},
         .appliesGroupWeights = true};
     EXPECT_EQ(courses[0], bio);
@@ -29,7 +31,10 @@ TEST(Decoding, ReadsWholeRecords) {
             {"id": 3, "assignments": null}])");
     EXPECT_EQ(groups[0].groupWeight, 40);
     const Assignment lab{
-        .id = 2, .name = "Lab é", .pointsPossible = 0.5, .omitFromFinalGrade = true,
+        .id = 2,
+        .name = "Lab é",
+        .pointsPossible = 0.5,
+        .omitFromFinalGrade = true,
         .published = false};
     EXPECT_EQ(groups[0].assignments.value(), std::vector{lab});
     EXPECT_FALSE(groups[1].assignments);
@@ -48,7 +53,11 @@ TEST(Decoding, ReadsWholeRecords) {
         R"([{"user_id": 1, "assignment_id": 2, "workflow_state": "new_state", "missing": null,
              "late": true, "score": 8, "cached_due_date": "2026-09-24T12:00:00Z"}])");
     const SubmissionSummary summary{
-        .userID = 1, .assignmentID = 2, .workflowState = "new_state", .late = true, .score = 8,
+        .userID = 1,
+        .assignmentID = 2,
+        .workflowState = "new_state",
+        .late = true,
+        .score = 8,
         .cachedDueDate = test::noon};
     EXPECT_EQ(submissions, std::vector{summary});
     EXPECT_TRUE(decodeSubmissions(" [ ] \n").empty());
@@ -88,7 +97,8 @@ TEST(Decoding, NamesTheRecordTheKeyAndThePlace) {
                  "SubmissionSummary [1].workflow_state is not a text"},
              Row{submission(ids + R"("missing": 1)"),
                  "SubmissionSummary [1].missing is not true or false"},
-             Row{submission(ids + R"("score": "8")"), "SubmissionSummary [1].score is not a number"},
+             Row{submission(ids + R"("score": "8")"),
+                 "SubmissionSummary [1].score is not a number"},
              Row{submission(ids + R"("cached_due_date": "2026-09-24")"),
                  "SubmissionSummary [1].cached_due_date is not an ISO 8601 date with a time and an "
                  "offset"},
@@ -113,7 +123,8 @@ TEST(Decoding, NamesTheRecordTheKeyAndThePlace) {
 }
 
 TEST(Decoding, RefusesTextThatIsNoWholeJSON) {
-    const std::string whole = submission(R"("user_id": 1, "assignment_id": 2, "workflow_state": "é")");
+    const std::string whole =
+        submission(R"("user_id": 1, "assignment_id": 2, "workflow_state": "é")");
     ASSERT_EQ(failure(whole), "decoded");
     for (std::size_t length = 0; length < whole.size(); ++length)
         EXPECT_NE(failure(whole.substr(0, length)), "decoded") << length;
@@ -131,8 +142,7 @@ TEST(Decoding, AllowsNestingUpToTheLimit) {
     };
     EXPECT_EQ(failure(nested(maximumNesting)), "decoded");
     EXPECT_EQ(
-        failure(nested(maximumNesting + 1)),
-        "SubmissionSummary: it nests deeper than 64 levels");
+        failure(nested(maximumNesting + 1)), "SubmissionSummary: it nests deeper than 64 levels");
     EXPECT_EQ(failure(nested(200'000)), "SubmissionSummary: it nests deeper than 64 levels");
 }
 

@@ -29,8 +29,7 @@ TEST(SampleCollege, ListsItsCoursesWithTheirTerms) {
     std::vector<std::int64_t> ids;
     for (const Course &course : courses)
         ids.push_back(course.id);
-    EXPECT_THAT(
-        ids, testing::ElementsAre(900101, 900102, 900103, 900104, 900105, 900106, 900201));
+    EXPECT_THAT(ids, testing::ElementsAre(900101, 900102, 900103, 900104, 900105, 900106, 900201));
     EXPECT_EQ(courses[0].name, "CS 101  4021 - Intro to Programming");
     EXPECT_EQ(courses[0].appliesGroupWeights, true);
     EXPECT_EQ(courses[1].appliesGroupWeights, false);
@@ -89,10 +88,10 @@ TEST(SampleCollege, GeneratedRostersFollowTheSequence) {
     const std::uint64_t offset = draw() % 24;
     const std::uint64_t stride = std::array{5, 7, 11, 13}[draw() % 4];
     const std::uint64_t band = draw() % 44;
-    const std::vector<std::string> pool{
-        "Maya", "Owen", "Aisha", "Leo", "Chloe", "Ravi", "Elena", "Jack", "Nina", "Theo", "Rosa",
-        "Finn", "Ivy", "Cole", "Dana", "Milo", "Sana", "Rhys", "Tessa", "Arjun", "Paige", "Hugo",
-        "Wren", "Idris"};
+    const std::vector<std::string> pool{"Maya",  "Owen",  "Aisha", "Leo",  "Chloe", "Ravi",
+                                        "Elena", "Jack",  "Nina",  "Theo", "Rosa",  "Finn",
+                                        "Ivy",   "Cole",  "Dana",  "Milo", "Sana",  "Rhys",
+                                        "Tessa", "Arjun", "Paige", "Hugo", "Wren",  "Idris"};
 
     const auto students = enrollments(900103);
     ASSERT_EQ(students.size(), size);

@@ -59,7 +59,9 @@ TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
              {{"--sample", "thresholds", "900101", "--passing", "101"}, 2, "--passing takes"},
              {{"--sample", "thresholds", "900101", "--passing", "nan"}, 2, "--passing takes"},
              {{"--sample", "thresholds", "900101", "--inactivity", "0"}, 2, "--inactivity takes"},
-             {{"--sample", "thresholds", "900101", "--use-defaults", "--passing", "50"}, 2, "goes with"},
+             {{"--sample", "thresholds", "900101", "--use-defaults", "--passing", "50"},
+              2,
+              "goes with"},
              {{"score", "/nowhere"}, 1, "There is no folder /nowhere\n"},
              {{"score", "/", "--now", "yesterday"}, 2, "--now takes"},
              {{"defaults", "read", "NoSuchKey"}, 1, "There is no value for NoSuchKey.\n"},
@@ -76,7 +78,8 @@ TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
 TEST_F(CommandsTest, AnswerHelp) {
     EXPECT_THAT(call({"--help"}).out, HasSubstr("Commands:"));
     EXPECT_THAT(call({"--version"}).out, HasSubstr("ellwynd-cli "));
-    for (const std::string name : {"score", "courses", "roster", "term", "thresholds", "defaults"}) {
+    for (const std::string name :
+         {"score", "courses", "roster", "term", "thresholds", "defaults"}) {
         const Outcome outcome = call({name, "--help"});
         EXPECT_EQ(outcome.status, 0);
         EXPECT_THAT(outcome.out, HasSubstr("Usage: ellwynd-cli " + name));
@@ -94,12 +97,13 @@ TEST_F(CommandsTest, PrintTheCourseList) {
 }
 
 TEST_F(CommandsTest, PrintARosterDocument) {
-    const json roster = document({"-SampleData", "YES", "-DefaultPassingScore", "75", "roster", "900101"});
+    const json roster =
+        document({"-SampleData", "YES", "-DefaultPassingScore", "75", "roster", "900101"});
     EXPECT_EQ(roster["course"]["name"], "CS 101  4021 - Intro to Programming");
     EXPECT_EQ(roster["passingScore"], 75.0);
     EXPECT_EQ(roster["rows"].size(), 26U);
-    const json &jordan = *std::ranges::find_if(
-        roster["rows"], [](const json &row) { return row["id"] == 5001; });
+    const json &jordan =
+        *std::ranges::find_if(roster["rows"], [](const json &row) { return row["id"] == 5001; });
     EXPECT_EQ(jordan["level"], "At Risk");
     EXPECT_EQ(jordan["missingCount"], 5);
     EXPECT_EQ(jordan["contactedAt"], nullptr);
@@ -128,7 +132,8 @@ json withoutInstants(json value) {
 }
 
 TEST_F(CommandsTest, TwoRunsOfTheSampleDifferInInstantsAlone) {
-    for (const char *course : {"900101", "900102", "900103", "900104", "900105", "900106", "900201"}) {
+    for (const char *course :
+         {"900101", "900102", "900103", "900104", "900105", "900106", "900201"}) {
         const auto once = withoutInstants(document({"--sample", "roster", course}));
         EXPECT_EQ(once, withoutInstants(document({"--sample", "roster", course})));
     }

@@ -54,8 +54,10 @@ TEST(Date, WholeDaysAreTruncatedTowardZero) {
 
 // The tests run in Chicago, which put its clocks back on 2026-11-01 and forward on 2026-03-08.
 TEST(Calendar, DaysFollowTheZone) {
-    EXPECT_EQ(formatInstant(calendar::startOfDay(at("2026-09-24T04:59:59Z"))), "2026-09-23T05:00:00Z");
-    EXPECT_EQ(formatInstant(calendar::startOfDay(at("2026-09-24T05:00:00Z"))), "2026-09-24T05:00:00Z");
+    EXPECT_EQ(
+        formatInstant(calendar::startOfDay(at("2026-09-24T04:59:59Z"))), "2026-09-23T05:00:00Z");
+    EXPECT_EQ(
+        formatInstant(calendar::startOfDay(at("2026-09-24T05:00:00Z"))), "2026-09-24T05:00:00Z");
     EXPECT_EQ(calendar::daysBetween(at("2026-10-31T18:00:00Z"), at("2026-11-02T06:30:00Z")), 2);
     EXPECT_EQ(calendar::daysBetween(at("2026-03-07T18:00:00Z"), at("2026-03-09T05:30:00Z")), 2);
     EXPECT_EQ(calendar::daysBetween(at("2026-09-24T05:00:00Z"), at("2026-09-24T04:59:59Z")), -1);

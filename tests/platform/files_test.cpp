@@ -2,7 +2,6 @@
 #include "support/temporaryfolder.h"
 
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
 
 namespace ellwynd {

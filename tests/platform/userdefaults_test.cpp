@@ -37,8 +37,11 @@ TEST(UserDefaults, AsksTheDomainsInOrder) {
 TEST(UserDefaults, TypesSurviveTheFile) {
     const Store store;
     const PreferenceMap values{
-        {"Flag", true}, {"Five", std::int64_t{5}}, {"FivePointZero", 5.0},
-        {"Text", "\"quoted\" – ünï\n"s}, {"List", IDList{1, -2, 9000000000000000000}},
+        {"Flag", true},
+        {"Five", std::int64_t{5}},
+        {"FivePointZero", 5.0},
+        {"Text", "\"quoted\" – ünï\n"s},
+        {"List", IDList{1, -2, 9000000000000000000}},
         {"Course.42.PassingScore", 72.5}};
     {
         UserDefaults defaults = store.open();
@@ -55,17 +58,17 @@ TEST(UserDefaults, ReadsStoredValuesWithinTheirLimits) {
         std::int64_t terms;
         bool compact;
     };
-    for (const Row &row : {
-             Row{std::int64_t{-3}, 0.8, 0, false}, Row{2.5, 2.0, 6, false},
-             Row{0.5, 0.8, 6, false}, Row{std::int64_t{1}, 1.0, 1, true},
-             Row{true, 1.0, 6, true}, Row{"5"s, 1.0, 6, false}}) {
+    for (const Row &row :
+         {Row{std::int64_t{-3}, 0.8, 0, false}, Row{2.5, 2.0, 6, false}, Row{0.5, 0.8, 6, false},
+          Row{std::int64_t{1}, 1.0, 1, true}, Row{true, 1.0, 6, true}, Row{"5"s, 1.0, 6, false}}) {
         const Store store;
         UserDefaults defaults = store.open();
         for (const char *key : {"TextScale", "SidebarTermLimit", "RosterCompactRows"})
             defaults.set(key, row.stored);
         EXPECT_EQ(defaults.value(preferences::textScale), row.scale) << toJSON(row.stored);
         EXPECT_EQ(defaults.value(preferences::sidebarTermLimit), row.terms) << toJSON(row.stored);
-        EXPECT_EQ(defaults.value(preferences::rosterCompactRows), row.compact) << toJSON(row.stored);
+        EXPECT_EQ(defaults.value(preferences::rosterCompactRows), row.compact)
+            << toJSON(row.stored);
     }
 }
 
@@ -138,7 +141,11 @@ TEST(LaunchArguments, ReadPairsBeforeAnythingElse) {
              {{"roster", "-Key", "v"}, {}, {"roster", "-Key", "v"}},
              {{"-Big", "9223372036854775808"}, {{"Big", 9223372036854775808.0}}, {}},
              {{"-Text", "nan", "-More", "inf", "-Hex", "0x10", "-Plus", "+5", "-Empty", ""},
-              {{"Text", "nan"s}, {"More", "inf"s}, {"Hex", "0x10"s}, {"Plus", "+5"s}, {"Empty", ""s}},
+              {{"Text", "nan"s},
+               {"More", "inf"s},
+               {"Hex", "0x10"s},
+               {"Plus", "+5"s},
+               {"Empty", ""s}},
               {}},
          }) {
         const LaunchArguments read = parseLaunchArguments(row.words);

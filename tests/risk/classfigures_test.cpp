@@ -19,9 +19,9 @@ TEST(ExcludedAssignments, NeedSixtyPercentOfAClass) {
         std::int64_t missing;
         bool excluded;
     };
-    for (const Row &row : {
-             Row{4, 4, false}, Row{5, 2, false}, Row{5, 3, true}, Row{7, 4, false}, Row{7, 5, true},
-             Row{20, 11, false}, Row{20, 12, true}, Row{0, 0, false}, Row{10, 6, true}}) {
+    for (const Row &row :
+         {Row{4, 4, false}, Row{5, 2, false}, Row{5, 3, true}, Row{7, 4, false}, Row{7, 5, true},
+          Row{20, 11, false}, Row{20, 12, true}, Row{0, 0, false}, Row{10, 6, true}}) {
         Classroom room;
         for (std::int64_t student = 1; student <= row.missing; ++student)
             room.missing(student, {7, 7});
@@ -36,7 +36,12 @@ TEST(ClassFigures, TakeMedians) {
         double median;
     };
     for (const Row &row : std::vector<Row>{
-             {{}, 0}, {{0, -5, 0}, 0}, {{8}, 8}, {{9, 1, 5}, 5}, {{9, 1, 5, 0, 7}, 6}, {{3, 4}, 3.5}}) {
+             {{}, 0},
+             {{0, -5, 0}, 0},
+             {{8}, 8},
+             {{9, 1, 5}, 5},
+             {{9, 1, 5, 0, 7}, 6},
+             {{3, 4}, 3.5}}) {
         Classroom room;
         for (const std::int64_t time : row.times)
             room.student(1, std::nullopt, std::nullopt, time);
@@ -55,7 +60,8 @@ TEST(ClassFigures, QuietDaysAreWholeAndNeverNegative) {
     };
     for (const Row &row : {Row{86'399, 0}, Row{86'400, 1}, Row{3 * 86'400 - 1, 2}, Row{-90'000, 0}})
         EXPECT_EQ(
-            classQuietDays(Classroom().student(1, std::nullopt, row.seconds).enrollments, test::noon),
+            classQuietDays(
+                Classroom().student(1, std::nullopt, row.seconds).enrollments, test::noon),
             row.days);
     EXPECT_EQ(classQuietDays(Classroom().student(1).enrollments, test::noon), 0);
 }
@@ -105,8 +111,9 @@ TEST(GradeWeighting, SharesOutTheGrade) {
     Assignment omitted = worth(9, 100);
     omitted.omitFromFinalGrade = true;
     const std::vector weighted{
-        group(30, {worth(1, 10), worth(2, 30), hidden}), group(10, {worth(3, 0), worth(4, std::nullopt)}),
-        group(0, {worth(5, 10)}), group(std::nullopt, {worth(6, 10), omitted}), group(20, {})};
+        group(30, {worth(1, 10), worth(2, 30), hidden}),
+        group(10, {worth(3, 0), worth(4, std::nullopt)}), group(0, {worth(5, 10)}),
+        group(std::nullopt, {worth(6, 10), omitted}), group(20, {})};
     struct Row {
         const char *what;
         std::vector<AssignmentGroup> groups;

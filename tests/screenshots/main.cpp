@@ -7,11 +7,11 @@
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/support/appearance.h"
 
-#include <fmt/format.h>
-
 #include <QApplication>
 #include <QDir>
 #include <QTemporaryDir>
+
+#include <fmt/format.h>
 
 #include <cstdio>
 
@@ -38,7 +38,8 @@ class Studio {
         QApplication::setFont(font);
         UserDefaults defaults(
             std::filesystem::path(home.path().toStdString()) / "Preferences.json",
-            {{"SampleData", true}, {"Appearance", std::string(appearanceName)},
+            {{"SampleData", true},
+             {"Appearance", std::string(appearanceName)},
              {"TextScale", scale}});
         Appearance appearance(defaults, false);
         MainWindowController controller(defaults);

@@ -32,7 +32,9 @@ struct Classroom {
     Classroom &missing(std::int64_t student, std::initializer_list<std::int64_t> assignments) {
         for (const std::int64_t id : assignments) {
             submissions.push_back(
-                {.userID = student, .assignmentID = id, .workflowState = "unsubmitted",
+                {.userID = student,
+                 .assignmentID = id,
+                 .workflowState = "unsubmitted",
                  .missing = true});
         }
         return *this;
@@ -52,7 +54,9 @@ struct Classroom {
         std::int64_t secondsAgo = 86'400) {
         for (const std::int64_t id : assignments) {
             submissions.push_back(
-                {.userID = student, .assignmentID = id, .workflowState = "unsubmitted",
+                {.userID = student,
+                 .assignmentID = id,
+                 .workflowState = "unsubmitted",
                  .cachedDueDate = noon - std::chrono::seconds(secondsAgo)});
         }
         return *this;

@@ -3,9 +3,9 @@
 #include "theme/theme.h"
 #include "ui/support/appearance.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
+
+#include <gtest/gtest.h>
 
 namespace ellwynd {
 namespace {
@@ -13,7 +13,8 @@ namespace {
 TEST(Theme, EveryTextCanBeRead) {
     constexpr double readable = 4.5;
     for (const bool dark : {false, true}) {
-        for (const char *accent : {"system", "blue", "indigo", "purple", "teal", "pink", "graphite"}) {
+        for (const char *accent :
+             {"system", "blue", "indigo", "purple", "teal", "pink", "graphite"}) {
             const Theme theme = makeTheme(dark, accent);
             const QColor backgrounds[] = {
                 theme.window, theme.surface, theme.selection, theme.control, theme.sidebar};

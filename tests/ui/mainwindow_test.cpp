@@ -10,8 +10,6 @@
 #include "ui/support/appearance.h"
 #include "ui/support/labels.h"
 
-#include <gmock/gmock.h>
-
 #include <QAccessible>
 #include <QCheckBox>
 #include <QDoubleSpinBox>
@@ -21,6 +19,8 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTest>
+
+#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
@@ -82,8 +82,7 @@ TEST_F(MainWindowTest, CommandsAreEnabledWhereTheyCanWork) {
     table().selectStudents({{900101, 5002}});
     EXPECT_TRUE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled());
     action(QStringLiteral("Open Grades in Canvas"))->trigger();
-    EXPECT_THAT(
-        window.statusBar()->currentMessage().toStdString(), testing::HasSubstr("invented"));
+    EXPECT_THAT(window.statusBar()->currentMessage().toStdString(), testing::HasSubstr("invented"));
 }
 
 TEST_F(MainWindowTest, AnAssignmentSelectsTheStudentsMissingIt) {
@@ -147,7 +146,13 @@ TEST_F(MainWindowTest, SelectionSurvivesAFreshenAndAThirdClickRestoresTheOrder) 
     table().selectStudents({{900101, 5014}});
     controller.refreshRoster();
     EXPECT_THAT(selected(), ElementsAre(5014));
-    const auto first = [this] { return static_cast<QTableView &>(table()).model()->index(0, RosterModel::student).data().toString(); };
+    const auto first = [this] {
+        return static_cast<QTableView &>(table())
+            .model()
+            ->index(0, RosterModel::student)
+            .data()
+            .toString();
+    };
     QHeaderView *header = table().horizontalHeader();
     const QString worst = first();
     Q_EMIT header->sectionClicked(RosterModel::student);
@@ -163,8 +168,7 @@ TEST_F(MainWindowTest, OpenTermsAreRemembered) {
     EXPECT_TRUE(sidebar->isExpanded(sidebar->model()->index(0, 0)));
     sidebar->setExpanded(sidebar->model()->index(0, 0), false);
     sidebar->setExpanded(sidebar->model()->index(4, 0), true);
-    EXPECT_THAT(
-        defaults.value(preferences::sidebarExpandedTerms), ElementsAre(9002, 9103));
+    EXPECT_THAT(defaults.value(preferences::sidebarExpandedTerms), ElementsAre(9002, 9103));
     openCourse(900102);
     EXPECT_FALSE(sidebar->isExpanded(sidebar->model()->index(0, 0)));
 }

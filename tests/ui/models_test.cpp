@@ -3,9 +3,9 @@
 #include "ui/sheets/missingworkmodel.h"
 #include "ui/sidebar/sidebarmodel.h"
 
-#include <gmock/gmock.h>
-
 #include <QAbstractItemModelTester>
+
+#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
@@ -15,8 +15,14 @@ using testing::ElementsAre;
 constexpr auto strict = QAbstractItemModelTester::FailureReportingMode::Fatal;
 
 RiskRow student(std::int64_t id, const char *name, double score, std::optional<double> grade) {
-    return {.id = id, .name = name, .courseName = "Bio", .score = score, .level = std::nullopt,
-            .currentScore = grade, .courseID = 1};
+    return {
+        .id = id,
+        .name = name,
+        .courseName = "Bio",
+        .score = score,
+        .level = std::nullopt,
+        .currentScore = grade,
+        .courseID = 1};
 }
 
 std::vector<RiskRow> someRows() {
@@ -76,8 +82,15 @@ TEST(RosterModel, FiltersByEveryWord) {
         std::vector<std::int64_t> shown;
     };
     for (const Row &row : std::vector<Row>{
-             {"", {1, 2, 3, 4}}, {"  ", {1, 2, 3, 4}}, {"ZO", {1}}, {"watch", {2}},
-             {"missing 9", {2}}, {"missing 8", {}}, {"<b>", {4}}, {"at risk", {1}}, {".*", {}}}) {
+             {"", {1, 2, 3, 4}},
+             {"  ", {1, 2, 3, 4}},
+             {"ZO", {1}},
+             {"watch", {2}},
+             {"missing 9", {2}},
+             {"missing 8", {}},
+             {"<b>", {4}},
+             {"at risk", {1}},
+             {".*", {}}}) {
         filter.setWords(QString::fromUtf8(row.typed));
         EXPECT_EQ(order(filter), row.shown) << row.typed;
     }
@@ -101,9 +114,8 @@ TEST(MissingWorkModel, DescribesItsRows) {
 }
 
 TEST(SidebarModel, FindsWhatIsSelected) {
-    SidebarModel model([](std::int64_t id) {
-        return id == 10 ? std::optional<std::int64_t>(3) : std::nullopt;
-    });
+    SidebarModel model(
+        [](std::int64_t id) { return id == 10 ? std::optional<std::int64_t>(3) : std::nullopt; });
     const QAbstractItemModelTester tester(&model, strict);
     const std::vector<TermGroup> terms{
         {.term = Term{.id = 1, .name = "Fall"},

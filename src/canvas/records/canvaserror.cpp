@@ -2,8 +2,8 @@
 
 namespace ellwynd {
 
-CanvasError::CanvasError(Case which, std::optional<std::string> carried, int code) :
-    kind(which), text(std::move(carried)), status(code), message(errorDescription()) {}
+CanvasError::CanvasError(Case which, std::optional<std::string> carried, int code)
+    : kind(which), text(std::move(carried)), status(code), message(errorDescription()) {}
 
 CanvasError::CanvasError(Case plain) : CanvasError(plain, std::nullopt, 0) {}
 

@@ -1,8 +1,7 @@
 #include "canvas/records/decoding.h"
 
-#include <simdjson.h>
-
 #include <cmath>
+#include <simdjson.h>
 #include <tuple>
 
 namespace ellwynd {
@@ -219,8 +218,7 @@ void decodeField(const Field<Record, Value> &field, const dom::element &value, R
         decodeValue(value, into.*field.member);
     } catch (Fault &fault) {
         const bool list = !fault.path.empty() && fault.path.front() == '[';
-        fault.path =
-            std::string(field.key) + (fault.path.empty() || list ? "" : ".") + fault.path;
+        fault.path = std::string(field.key) + (fault.path.empty() || list ? "" : ".") + fault.path;
         throw;
     }
 }

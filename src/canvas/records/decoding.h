@@ -21,9 +21,10 @@ class DecodingError : public std::runtime_error {
 inline constexpr std::size_t maximumNesting = 64;
 
 // Each takes the whole text of a response and returns every record in it, or throws a
-// DecodingError: for text that is no JSON or is cut short, nesting past `maximumNesting`, a required
-// key that is missing or null, any key of the wrong type, a date that is no ISO 8601 instant and a
-// number that is not finite. Unknown keys are ignored; of a key given twice the last counts.
+// DecodingError: for text that is no JSON or is cut short, nesting past `maximumNesting`, a
+// required key that is missing or null, any key of the wrong type, a date that is no ISO 8601
+// instant and a number that is not finite. Unknown keys are ignored; of a key given twice the last
+// counts.
 //
 // A string with 64 bytes of spare capacity spares a copy.
 [[nodiscard]] std::vector<Course> decodeCourses(const std::string &json);
@@ -34,8 +35,8 @@ inline constexpr std::size_t maximumNesting = 64;
 /// One course by itself rather than a list.
 [[nodiscard]] Course decodeCourse(const std::string &json);
 
-/// Whether a body is a web page rather than JSON: its first 256 bytes, without the white space around
-/// them, begin with "<".
+/// Whether a body is a web page rather than JSON: its first 256 bytes, without the white space
+/// around them, begin with "<".
 [[nodiscard]] bool looksLikeHTML(std::string_view body);
 
 } // namespace ellwynd

@@ -68,22 +68,14 @@ std::vector<Profile> webInterfaceDesign() {
 /// A term that has ended: inactivity says nothing any more.
 std::vector<Profile> dataStructuresLastTerm() {
     return {
-        {5201, "Lou", 44, "F", 33, 6, {42, 44}},
-        {5202, "Sofia", 90, "A−", 30, 25, {}},
-        {5203, "Jonah", 67, "D+", 31, 12, {43}},
-        {5204, "Amara", 85, "B", 30, 19, {}},
-        {5205, "Felix", 72, "C−", 29, 15, {41}},
-        {5206, "Isla", 93, "A", 29, 22, {}},
-        {5207, "Dev", 59, "F", 34, 10, {42}},
-        {5208, "Hana", 88, "B+", 30, 18, {}},
-        {5209, "Bram", 76, "C", 31, 13, {}},
-        {5210, "Suri", 81, "B−", 30, 17, {}},
-        {5211, "Kofi", 71, "C−", 32, 3, {}},
-        {5212, "Nell", 95, "A", 29, 24, {}},
-        {5213, "Ivo", 65, "D", 30, 11, {}},
-        {5214, "Eda", 48, "F", 40, 7, {44}},
-        {5215, "Zaid", 84, "B", 30, 16, {}},
-        {5216, "Wren", 79, "C+", 31, 14, {}},
+        {5201, "Lou", 44, "F", 33, 6, {42, 44}}, {5202, "Sofia", 90, "A−", 30, 25, {}},
+        {5203, "Jonah", 67, "D+", 31, 12, {43}}, {5204, "Amara", 85, "B", 30, 19, {}},
+        {5205, "Felix", 72, "C−", 29, 15, {41}}, {5206, "Isla", 93, "A", 29, 22, {}},
+        {5207, "Dev", 59, "F", 34, 10, {42}},    {5208, "Hana", 88, "B+", 30, 18, {}},
+        {5209, "Bram", 76, "C", 31, 13, {}},     {5210, "Suri", 81, "B−", 30, 17, {}},
+        {5211, "Kofi", 71, "C−", 32, 3, {}},     {5212, "Nell", 95, "A", 29, 24, {}},
+        {5213, "Ivo", 65, "D", 30, 11, {}},      {5214, "Eda", 48, "F", 40, 7, {44}},
+        {5215, "Zaid", 84, "B", 30, 16, {}},     {5216, "Wren", 79, "C+", 31, 14, {}},
     };
 }
 
@@ -111,17 +103,16 @@ std::string_view letter(std::size_t band) {
         std::size_t from;
         std::string_view letter;
     };
-    constexpr std::array grades{
-        Grade{38, "A"},  Grade{35, "A−"}, Grade{32, "B+"}, Grade{28, "B"},
-        Grade{25, "B−"}, Grade{22, "C+"}, Grade{18, "C"},  Grade{15, "C−"},
-        Grade{12, "D+"}, Grade{8, "D"},   Grade{5, "D−"},  Grade{0, "F"}};
+    constexpr std::array grades{Grade{38, "A"},  Grade{35, "A−"}, Grade{32, "B+"}, Grade{28, "B"},
+                                Grade{25, "B−"}, Grade{22, "C+"}, Grade{18, "C"},  Grade{15, "C−"},
+                                Grade{12, "D+"}, Grade{8, "D"},   Grade{5, "D−"},  Grade{0, "F"}};
     return std::ranges::find_if(grades, [&](const Grade &grade) { return band >= grade.from; })
         ->letter;
 }
 
 constexpr std::array<std::string_view, 24> generatedNames{
-    "Maya", "Owen", "Aisha", "Leo",  "Chloe", "Ravi", "Elena", "Jack",
-    "Nina", "Theo", "Rosa",  "Finn", "Ivy",   "Cole", "Dana",  "Milo",
+    "Maya", "Owen", "Aisha", "Leo",   "Chloe", "Ravi", "Elena", "Jack",
+    "Nina", "Theo", "Rosa",  "Finn",  "Ivy",   "Cole", "Dana",  "Milo",
     "Sana", "Rhys", "Tessa", "Arjun", "Paige", "Hugo", "Wren",  "Idris"};
 
 std::vector<Profile> generated(std::int64_t courseID) {

@@ -14,8 +14,8 @@
 
 namespace ellwynd {
 
-StudentDetails::StudentDetails(const Appearance &look, QWidget *parent) :
-    QScrollArea(parent), appearance(look) {
+StudentDetails::StudentDetails(const Appearance &look, QWidget *parent)
+    : QScrollArea(parent), appearance(look) {
     setObjectName(QStringLiteral("detailsPane"));
     setAccessibleName(QStringLiteral("Student details"));
     setWidgetResizable(true);
@@ -47,9 +47,7 @@ void StudentDetails::rebuild() {
         addReasons(*column, row);
         auto *grades = new QPushButton(QStringLiteral("Open Grades"), content);
         grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
-        connect(grades, &QPushButton::clicked, this, [this, row] {
-            Q_EMIT gradesRequested(row);
-        });
+        connect(grades, &QPushButton::clicked, this, [this, row] { Q_EMIT gradesRequested(row); });
         column->addSpacing(appearance.px(10));
         column->addWidget(grades, 0, Qt::AlignLeft);
     } else {

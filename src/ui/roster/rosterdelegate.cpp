@@ -13,9 +13,8 @@
 
 namespace ellwynd {
 
-RosterDelegate::RosterDelegate(
-    const Appearance &look, const RosterFilter &rows, QTableView *table) :
-    QStyledItemDelegate(table), appearance(look), filter(rows), view(table) {}
+RosterDelegate::RosterDelegate(const Appearance &look, const RosterFilter &rows, QTableView *table)
+    : QStyledItemDelegate(table), appearance(look), filter(rows), view(table) {}
 
 int RosterDelegate::horizontalPadding() const {
     return appearance.px(10);
@@ -27,7 +26,7 @@ int RosterDelegate::verticalPadding() const {
 
 WhyLayout RosterDelegate::layoutOf(const QModelIndex &index, int cellWidth) const {
     const RiskRow &row = filter.row(index);
-    const auto form = compact                ? WhyLayout::Form::compact
+    const auto form = compact           ? WhyLayout::Form::compact
         : expanded.contains(keyOf(row)) ? WhyLayout::Form::expanded
                                         : WhyLayout::Form::normal;
     return {row, cellWidth - 2 * horizontalPadding(), form, appearance};
@@ -78,8 +77,7 @@ void RosterDelegate::paint(
     default: {
         const bool name = index.column() == RosterModel::student;
         painter->setFont(appearance.font(1, name ? QFont::DemiBold : QFont::Normal));
-        painter->setPen(
-            index.column() == RosterModel::course ? theme.secondaryText : theme.text);
+        painter->setPen(index.column() == RosterModel::course ? theme.secondaryText : theme.text);
         const auto align =
             Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()) & Qt::AlignHorizontal_Mask;
         QString text = index.data().toString();

@@ -16,8 +16,7 @@ class RosterDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
   public:
-    RosterDelegate(
-        const Appearance &appearance, const RosterFilter &filter, QTableView *view);
+    RosterDelegate(const Appearance &appearance, const RosterFilter &filter, QTableView *view);
 
     void setCompact(bool on) { compact = on; }
     /// Folds every row again.
@@ -25,9 +24,8 @@ class RosterDelegate : public QStyledItemDelegate {
 
     [[nodiscard]] QSize
     sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
-    void paint(
-        QPainter *painter, const QStyleOptionViewItem &option,
-        const QModelIndex &index) const override;
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index)
+        const override;
     bool editorEvent(
         QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
         const QModelIndex &index) override;

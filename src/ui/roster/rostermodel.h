@@ -64,8 +64,7 @@ class RosterFilter : public QSortFilterProxyModel {
 
   protected:
     [[nodiscard]] bool filterAcceptsRow(int row, const QModelIndex &parent) const override;
-    [[nodiscard]] bool
-    lessThan(const QModelIndex &left, const QModelIndex &right) const override;
+    [[nodiscard]] bool lessThan(const QModelIndex &left, const QModelIndex &right) const override;
 
   private:
     QStringList words;

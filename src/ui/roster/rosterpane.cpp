@@ -52,25 +52,34 @@ QString messageFor(const RosterView &roster) {
 } // namespace
 
 RosterPane::RosterPane(
-    MainWindowController &driver, UserDefaults &store, const Appearance &look, QWidget *parent) :
-    QWidget(parent),
-    controller(driver), defaults(store), appearance(look), tile(new QLabel(this)),
-    title(new ElidedLabel(this)), subtitle(new ElidedLabel(this)), stale(plainLabel(this, true)),
-    filter(new QLineEdit(this)),
-    thresholds(button(
-        QStringLiteral("Thresholds"),
-        QStringLiteral("What this course's students are scored with"), this)),
-    missingWork(button(
-        QStringLiteral("Missing Work…"), QStringLiteral("Missing work by assignment"), this)),
-    refresh(button(QStringLiteral("⟳"), QStringLiteral("Refresh this roster (Ctrl+Shift+R)"), this)),
-    stack(new QStackedWidget(this)), message(plainLabel(this, true)),
-    students(new RosterTable(look, this)), header(new QWidget(this)),
-    headerLayout(new QBoxLayout(QBoxLayout::LeftToRight, header)), controls(new QBoxLayout(QBoxLayout::LeftToRight)),
-    buttons(new QWidget(header)),
-    observing(store.observe([this](std::string_view key) {
-        if (key == preferences::rosterCompactRows.name)
-            students->setCompact(defaults.value(preferences::rosterCompactRows));
-    })) {
+    MainWindowController &driver, UserDefaults &store, const Appearance &look, QWidget *parent)
+    : QWidget(parent),
+      controller(driver),
+      defaults(store),
+      appearance(look),
+      tile(new QLabel(this)),
+      title(new ElidedLabel(this)),
+      subtitle(new ElidedLabel(this)),
+      stale(plainLabel(this, true)),
+      filter(new QLineEdit(this)),
+      thresholds(button(
+          QStringLiteral("Thresholds"),
+          QStringLiteral("What this course's students are scored with"), this)),
+      missingWork(button(
+          QStringLiteral("Missing Work…"), QStringLiteral("Missing work by assignment"), this)),
+      refresh(
+          button(QStringLiteral("⟳"), QStringLiteral("Refresh this roster (Ctrl+Shift+R)"), this)),
+      stack(new QStackedWidget(this)),
+      message(plainLabel(this, true)),
+      students(new RosterTable(look, this)),
+      header(new QWidget(this)),
+      headerLayout(new QBoxLayout(QBoxLayout::LeftToRight, header)),
+      controls(new QBoxLayout(QBoxLayout::LeftToRight)),
+      buttons(new QWidget(header)),
+      observing(store.observe([this](std::string_view key) {
+          if (key == preferences::rosterCompactRows.name)
+              students->setCompact(defaults.value(preferences::rosterCompactRows));
+      })) {
     refresh->setAccessibleName(QStringLiteral("Refresh this roster"));
     refresh->setProperty("quiet", true);
     filter->setPlaceholderText(QStringLiteral("Filter students"));
@@ -153,8 +162,7 @@ void RosterPane::applyAppearance() {
 
 void RosterPane::arrangeHeader() {
     const int room = width() - 2 * appearance.px(18);
-    const int inRow =
-        filter->minimumWidth() + controls->spacing() + buttons->sizeHint().width();
+    const int inRow = filter->minimumWidth() + controls->spacing() + buttons->sizeHint().width();
     const bool besideTitle = inRow + appearance.px(340) <= room;
     headerLayout->setDirection(besideTitle ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
     controls->setDirection(inRow <= room ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
@@ -188,8 +196,8 @@ void RosterPane::showHeader() {
     title->setFullText(qstring(roster.title));
     tile->setVisible(course);
     if (course) {
-        tile->setPixmap(courseTile(
-            *roster.courseID, roster.title, appearance.px(36), devicePixelRatioF()));
+        tile->setPixmap(
+            courseTile(*roster.courseID, roster.title, appearance.px(36), devicePixelRatioF()));
     }
     thresholds->setVisible(course);
     thresholds->setText(
@@ -211,12 +219,11 @@ void RosterPane::showCount() {
     QString text;
     if (!filter->text().trimmed().isEmpty())
         text = QStringLiteral("%1 of ").arg(students->shownCount());
-    text += roster.courseID
-        ? qstring(studentsText(roster.rows.size()))
-        : QStringLiteral("%1 flagged across %2 course%3")
-              .arg(roster.rows.size())
-              .arg(roster.courseCount)
-              .arg(roster.courseCount == 1 ? QString() : QStringLiteral("s"));
+    text += roster.courseID ? qstring(studentsText(roster.rows.size()))
+                            : QStringLiteral("%1 flagged across %2 course%3")
+                                  .arg(roster.rows.size())
+                                  .arg(roster.courseCount)
+                                  .arg(roster.courseCount == 1 ? QString() : QStringLiteral("s"));
     text += QStringLiteral(" · updated ") + qstring(calendar::shortTime(roster.fetchedAt));
     subtitle->setFullText(text);
 }

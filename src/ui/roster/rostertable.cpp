@@ -10,9 +10,12 @@
 
 namespace ellwynd {
 
-RosterTable::RosterTable(const Appearance &look, QWidget *parent) :
-    QTableView(parent), appearance(look), model(new RosterModel(this)),
-    filter(new RosterFilter(this)), delegate(new RosterDelegate(look, *filter, this)) {
+RosterTable::RosterTable(const Appearance &look, QWidget *parent)
+    : QTableView(parent),
+      appearance(look),
+      model(new RosterModel(this)),
+      filter(new RosterFilter(this)),
+      delegate(new RosterDelegate(look, *filter, this)) {
     filter->setSourceModel(model);
     QTableView::setModel(filter);
     setItemDelegate(delegate);
@@ -142,8 +145,8 @@ void RosterTable::sizeColumns() {
             continue;
         const QFontMetrics &metrics = column == RosterModel::student ? bold : regular;
         // Room for the sort arrow beside a heading.
-        int width = bold.horizontalAdvance(model->headerData(column, Qt::Horizontal, Qt::DisplayRole)
-                                               .toString()) +
+        int width = bold.horizontalAdvance(
+                        model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString()) +
             appearance.px(32);
         for (int row = 0; row < model->rowCount(); ++row) {
             const QString text = model->index(row, column).data().toString();

@@ -13,8 +13,8 @@ namespace ellwynd {
 class Appearance;
 class RosterDelegate;
 
-/// Rows worst first until a heading is clicked; a third click on it brings that order back. Keeps the
-/// selected students through new rows of the same roster.
+/// Rows worst first until a heading is clicked; a third click on it brings that order back. Keeps
+/// the selected students through new rows of the same roster.
 class RosterTable : public QTableView {
     Q_OBJECT
 
@@ -40,8 +40,8 @@ class RosterTable : public QTableView {
   protected:
     void resizeEvent(QResizeEvent *event) override;
     void leaveEvent(QEvent *event) override;
-    void selectionChanged(
-        const QItemSelection &selected, const QItemSelection &deselected) override;
+    void
+    selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
   private:

@@ -28,8 +28,8 @@ QString inLine(const std::string &name) {
 
 } // namespace
 
-WhyLayout::WhyLayout(const RiskRow &row, int width, Form form, const Appearance &look) :
-    appearance(look) {
+WhyLayout::WhyLayout(const RiskRow &row, int width, Form form, const Appearance &look)
+    : appearance(look) {
     if (row.reasonLines.empty())
         return;
     if (form == Form::compact) {

@@ -20,12 +20,11 @@ namespace {
 /// Draws the share of the class as a bar with its percentage, excluded rows in orange.
 class MissingWorkDelegate : public QStyledItemDelegate {
   public:
-    MissingWorkDelegate(const Appearance &look, QObject *parent) :
-        QStyledItemDelegate(parent), appearance(look) {}
+    MissingWorkDelegate(const Appearance &look, QObject *parent)
+        : QStyledItemDelegate(parent), appearance(look) {}
 
-    void paint(
-        QPainter *painter, const QStyleOptionViewItem &option,
-        const QModelIndex &index) const override {
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index)
+        const override {
         const Theme &theme = appearance.theme();
         const bool classWide = index.data(MissingWorkModel::classWideRole).toBool();
         painter->save();
@@ -71,12 +70,13 @@ class MissingWorkDelegate : public QStyledItemDelegate {
 
 MissingWorkSheet::MissingWorkSheet(
     std::vector<MissedAssignment> work, std::int64_t rosterSize, const Appearance &appearance,
-    QWidget *parent) :
-    Sheet(
-        QStringLiteral("Assignments with missing work"),
-        QStringLiteral("Missing work by assignment"), appearance, parent),
-    model(new MissingWorkModel(std::move(work), this)), table(new QTableView(this)),
-    showStudents(new QPushButton(QStringLiteral("Show Students"), this)) {
+    QWidget *parent)
+    : Sheet(
+          QStringLiteral("Assignments with missing work"),
+          QStringLiteral("Missing work by assignment"), appearance, parent),
+      model(new MissingWorkModel(std::move(work), this)),
+      table(new QTableView(this)),
+      showStudents(new QPushButton(QStringLiteral("Show Students"), this)) {
     auto *summary = plainLabel(this, true);
     summary->setProperty("secondary", true);
     summary->setText(qstring(missedWorkSummary(std::size_t(model->rowCount()), rosterSize)));
@@ -114,9 +114,9 @@ MissingWorkSheet::MissingWorkSheet(
     connect(finished, &QPushButton::clicked, this, &QDialog::reject);
     connect(showStudents, &QPushButton::clicked, this, &MissingWorkSheet::choose);
     connect(table, &QTableView::doubleClicked, this, &MissingWorkSheet::choose);
-    connect(
-        table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-        [this] { showStudents->setEnabled(table->selectionModel()->hasSelection()); });
+    connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        showStudents->setEnabled(table->selectionModel()->hasSelection());
+    });
     if (model->rowCount() > 0)
         table->selectRow(0);
     table->setFocus();

@@ -12,8 +12,8 @@ namespace ellwynd {
 class Appearance;
 class MissingWorkModel;
 
-/// Lists a course's missing work, most missed first. Choosing an assignment, by the button, a double
-/// click or Return, closes the sheet.
+/// Lists a course's missing work, most missed first. Choosing an assignment, by the button, a
+/// double click or Return, closes the sheet.
 class MissingWorkSheet : public Sheet {
     Q_OBJECT
 

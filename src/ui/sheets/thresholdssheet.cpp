@@ -45,17 +45,19 @@ QSpinBox *inactivityEditor(const QString &accessibleName, QWidget *parent) {
 
 ThresholdsSheet::ThresholdsSheet(
     std::int64_t id, const std::string &courseName, UserDefaults &store,
-    const Appearance &appearance, QWidget *parent) :
-    Sheet(
-        QStringLiteral("Risk Thresholds"), QStringLiteral("Risk Thresholds"), appearance, parent),
-    courseID(id), defaults(store), summary(plainLabel(this, true)),
-    ownPassing(new QCheckBox(QStringLiteral("Use a different passing score"), this)),
-    passing(passingScoreEditor(QStringLiteral("Passing score for this course, percent"), this)),
-    ownInactivity(new QCheckBox(QStringLiteral("Use a different inactivity window"), this)),
-    inactivity(inactivityEditor(
-        QStringLiteral("Inactivity window for this course, days behind the class"), this)),
-    followDefaults(new QPushButton(QStringLiteral("Use Defaults"), this)),
-    observing(store.observe([this](std::string_view) { showThresholds(); })) {
+    const Appearance &appearance, QWidget *parent)
+    : Sheet(
+          QStringLiteral("Risk Thresholds"), QStringLiteral("Risk Thresholds"), appearance, parent),
+      courseID(id),
+      defaults(store),
+      summary(plainLabel(this, true)),
+      ownPassing(new QCheckBox(QStringLiteral("Use a different passing score"), this)),
+      passing(passingScoreEditor(QStringLiteral("Passing score for this course, percent"), this)),
+      ownInactivity(new QCheckBox(QStringLiteral("Use a different inactivity window"), this)),
+      inactivity(inactivityEditor(
+          QStringLiteral("Inactivity window for this course, days behind the class"), this)),
+      followDefaults(new QPushButton(QStringLiteral("Use Defaults"), this)),
+      observing(store.observe([this](std::string_view) { showThresholds(); })) {
     auto *course = new ElidedLabel(this);
     course->setProperty("secondary", true);
     course->setFullText(qstring(courseName));
@@ -101,7 +103,8 @@ ThresholdsSheet::ThresholdsSheet(
     connect(passing, &QDoubleSpinBox::valueChanged, this, &ThresholdsSheet::writePassing);
     connect(ownInactivity, &QCheckBox::toggled, this, &ThresholdsSheet::writeInactivity);
     connect(inactivity, &QSpinBox::valueChanged, this, &ThresholdsSheet::writeInactivity);
-    connect(followDefaults, &QPushButton::clicked, this, [this] { useDefaults(defaults, courseID); });
+    connect(
+        followDefaults, &QPushButton::clicked, this, [this] { useDefaults(defaults, courseID); });
     connect(finished, &QPushButton::clicked, this, &QDialog::accept);
     showThresholds();
 }

@@ -4,7 +4,6 @@
 #include "risk/coursethresholds.h"
 #include "ui/support/sheet.h"
 
-
 class QCheckBox;
 class QDoubleSpinBox;
 class QLabel;

@@ -24,17 +24,16 @@ constexpr int openAtFirst = 2;
 /// Draws a term as a small heading and a course as its tile, its name and its count.
 class SidebarDelegate : public QStyledItemDelegate {
   public:
-    SidebarDelegate(const Appearance &look, QObject *parent) :
-        QStyledItemDelegate(parent), appearance(look) {}
+    SidebarDelegate(const Appearance &look, QObject *parent)
+        : QStyledItemDelegate(parent), appearance(look) {}
 
     [[nodiscard]] QSize
     sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const override {
         return {appearance.px(120), appearance.px(index.parent().isValid() ? 29 : 32)};
     }
 
-    void paint(
-        QPainter *painter, const QStyleOptionViewItem &option,
-        const QModelIndex &index) const override {
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index)
+        const override {
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         if (index.parent().isValid())
@@ -68,9 +67,9 @@ class SidebarDelegate : public QStyledItemDelegate {
             flagged.toLongLong() > 0) {
             const QString count = flagged.toString();
             painter.setFont(appearance.font(0.86, QFont::Medium));
-            const int width =
-                std::max(appearance.px(20), painter.fontMetrics().horizontalAdvance(count) +
-                        appearance.px(11));
+            const int width = std::max(
+                appearance.px(20),
+                painter.fontMetrics().horizontalAdvance(count) + appearance.px(11));
             const int height = appearance.px(18);
             const QRect badge(
                 row.right() - width, row.center().y() - height / 2 + 1, width, height);
@@ -87,7 +86,8 @@ class SidebarDelegate : public QStyledItemDelegate {
             row.left(), row.center().y() - tile / 2 + 1,
             courseTile(
                 index.data(SidebarModel::courseIDRole).toLongLong(),
-                index.data().toString().toStdString(), tile, painter.device()->devicePixelRatioF()));
+                index.data().toString().toStdString(), tile,
+                painter.device()->devicePixelRatioF()));
         row.setLeft(row.left() + tile + appearance.px(8));
         painter.setFont(appearance.font());
         painter.setPen(theme.text);
@@ -105,9 +105,8 @@ class SidebarTree : public QTreeView {
     SidebarTree(const Appearance &look, QWidget *parent) : QTreeView(parent), appearance(look) {}
 
   protected:
-    void drawRow(
-        QPainter *painter, const QStyleOptionViewItem &options,
-        const QModelIndex &index) const override {
+    void drawRow(QPainter *painter, const QStyleOptionViewItem &options, const QModelIndex &index)
+        const override {
         if (selectionModel()->isSelected(index)) {
             const Theme &theme = appearance.theme();
             painter->save();
@@ -121,7 +120,8 @@ class SidebarTree : public QTreeView {
         QTreeView::drawRow(painter, options, index);
     }
 
-    void drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const override {
+    void
+    drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const override {
         if (index.parent().isValid())
             return;
         painter->save();
@@ -144,12 +144,14 @@ class SidebarTree : public QTreeView {
 
 Sidebar::Sidebar(
     MainWindowController &driver, UserDefaults &store, const Appearance &appearance,
-    QWidget *parent) :
-    QWidget(parent),
-    controller(driver), defaults(store),
-    model(new SidebarModel(
-        [&driver](std::int64_t courseID) { return driver.flaggedStudents(courseID); }, this)),
-    tree(new SidebarTree(appearance, this)), status(plainLabel(this, true)) {
+    QWidget *parent)
+    : QWidget(parent),
+      controller(driver),
+      defaults(store),
+      model(new SidebarModel(
+          [&driver](std::int64_t courseID) { return driver.flaggedStudents(courseID); }, this)),
+      tree(new SidebarTree(appearance, this)),
+      status(plainLabel(this, true)) {
     setObjectName(QStringLiteral("sidebarPane"));
     setAttribute(Qt::WA_StyledBackground);
     tree->setObjectName(QStringLiteral("sidebar"));

@@ -14,8 +14,8 @@ class Appearance;
 class MainWindowController;
 class SidebarModel;
 
-/// Shows the controller's terms and follows its selection; a click or a key selects. Which terms are
-/// open is remembered.
+/// Shows the controller's terms and follows its selection; a click or a key selects. Which terms
+/// are open is remembered.
 class Sidebar : public QWidget {
     Q_OBJECT
 

@@ -11,8 +11,8 @@ constexpr quintptr termID = quintptr(-1);
 
 } // namespace
 
-SidebarModel::SidebarModel(FlaggedCount flagged, QObject *parent) :
-    QAbstractItemModel(parent), flaggedCount(std::move(flagged)) {}
+SidebarModel::SidebarModel(FlaggedCount flagged, QObject *parent)
+    : QAbstractItemModel(parent), flaggedCount(std::move(flagged)) {}
 
 void SidebarModel::setTerms(std::vector<TermGroup> newTerms) {
     if (newTerms == terms) {

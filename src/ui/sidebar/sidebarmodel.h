@@ -10,7 +10,8 @@
 
 namespace ellwynd {
 
-/// Terms with their courses beneath. A course's flagged students stand beside it once it was scored.
+/// Terms with their courses beneath. A course's flagged students stand beside it once it was
+/// scored.
 class SidebarModel : public QAbstractItemModel {
     Q_OBJECT
 

@@ -34,13 +34,15 @@ bool desktopPrefersDark() {
         desktop.color(QPalette::WindowText).lightness();
 }
 
-Appearance::Appearance(UserDefaults &store, bool dark) :
-    defaults(store), desktopIsDark(dark), base(baseFont()),
-    observing(store.observe([this](std::string_view key) {
-        if (key == preferences::appearance.name || key == preferences::accentTheme.name ||
-            key == preferences::textScale.name)
-            apply();
-    })) {
+Appearance::Appearance(UserDefaults &store, bool dark)
+    : defaults(store),
+      desktopIsDark(dark),
+      base(baseFont()),
+      observing(store.observe([this](std::string_view key) {
+          if (key == preferences::appearance.name || key == preferences::accentTheme.name ||
+              key == preferences::textScale.name)
+              apply();
+      })) {
     QApplication::setStyle(new Style);
     apply();
 }

@@ -22,7 +22,8 @@ class Appearance : public QObject {
 
     /// The interface font at a factor of its normal size.
     [[nodiscard]] QFont font(double factor = 1, QFont::Weight weight = QFont::Normal) const;
-    /// A length that grows with the text, in device-independent pixels; `length` is for text scale 1.
+    /// A length that grows with the text, in device-independent pixels; `length` is for text
+    /// scale 1.
     [[nodiscard]] int px(double length) const;
 
     /// One step larger (1) or smaller (-1); 0 is the normal size.

@@ -50,7 +50,8 @@ void ElidedLabel::elide() {
     const QString shown = fontMetrics().elidedText(full, Qt::ElideRight, width());
     setText(shown);
     // A tooltip that looks like markup is shown as such unless it is escaped.
-    setToolTip(shown == full ? QString() : QStringLiteral("<span>%1</span>").arg(full.toHtmlEscaped()));
+    setToolTip(
+        shown == full ? QString() : QStringLiteral("<span>%1</span>").arg(full.toHtmlEscaped()));
 }
 
 TextLink::TextLink(const QString &text, QWidget *parent) : QLabel(parent) {

@@ -32,7 +32,8 @@ const LevelColors &levelColors(const Theme &theme, RiskLevel level) {
 
 QSize pillSize(const Appearance &appearance, const QString &text) {
     const QFontMetrics metrics(pillFont(appearance));
-    return {metrics.horizontalAdvance(text) + appearance.px(16), metrics.height() + appearance.px(3)};
+    return {
+        metrics.horizontalAdvance(text) + appearance.px(16), metrics.height() + appearance.px(3)};
 }
 
 int drawLevel(

@@ -8,9 +8,8 @@
 namespace ellwynd {
 
 Sheet::Sheet(
-    const QString &title, const QString &heading, const Appearance &appearance, QWidget *parent) :
-    QDialog(parent),
-    contents(new QVBoxLayout(this)) {
+    const QString &title, const QString &heading, const Appearance &appearance, QWidget *parent)
+    : QDialog(parent), contents(new QVBoxLayout(this)) {
     setWindowTitle(title);
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);

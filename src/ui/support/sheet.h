@@ -14,7 +14,9 @@ class Sheet : public QDialog {
     Q_OBJECT
 
   public:
-    Sheet(const QString &title, const QString &heading, const Appearance &appearance, QWidget *parent);
+    Sheet(
+        const QString &title, const QString &heading, const Appearance &appearance,
+        QWidget *parent);
 
   protected:
     /// Where a sheet puts its contents, below the heading.

@@ -7,19 +7,19 @@ namespace ellwynd {
 
 namespace {
 
-constexpr std::size_t fileLimit = 256 * 1024 * 1024;
+constexpr std::size_t fileLimit = 64 * 1024 * 1024;
 
 template<class Decode>
 auto readFrom(const std::filesystem::path &folder, const char *name, Decode decode) {
     const auto json = files::read(folder / name, fileLimit);
     if (!json)
-        throw FileError(std::string(name) + " is missing from " + folder.string());
+        throw FileError(std::string(name) + " is missing from " + folder.string() + ".");
     try {
         return decode(*json);
     } catch (const DecodingError &error) {
         if (looksLikeHTML(*json))
-            throw FileError(std::string(name) + " holds a web page, not Canvas's JSON");
-        throw FileError(std::string(name) + " couldn't be read: " + error.what());
+            throw FileError(std::string(name) + " holds a web page, not Canvas's JSON.");
+        throw FileError(std::string(name) + " couldn't be read: " + error.what() + ".");
     }
 }
 
@@ -27,8 +27,9 @@ auto readFrom(const std::filesystem::path &folder, const char *name, Decode deco
 
 ScoredCourse scoreSavedCourse(
     const std::filesystem::path &folder, const CourseThresholds &thresholds, Date now) {
-    if (!std::filesystem::is_directory(folder))
-        throw FileError("There is no folder " + folder.string());
+    std::error_code error;
+    if (!std::filesystem::is_directory(folder, error))
+        throw FileError("There is no folder " + folder.string() + ".");
     auto course = readFrom(folder, "course.json", decodeCourse);
     auto enrollments = readFrom(folder, "enrollments.json", decodeEnrollments);
     const auto groups = readFrom(folder, "assignment_groups.json", decodeAssignmentGroups);

@@ -14,6 +14,19 @@ QString text(const char *utf8) {
     return QString::fromUtf8(utf8);
 }
 
+/// The file that a result goes to: what a link leads to, never a device or a folder, and in a
+/// folder that is there.
+std::filesystem::path outputFile(const std::string &name) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::path file = fs::weakly_canonical(fs::absolute(name), error);
+    if (error || (fs::exists(file, error) && !fs::is_regular_file(file, error)))
+        throw Failure(name + " is not a file that can be written.");
+    if (!fs::is_directory(file.parent_path(), error))
+        throw Failure("There is no folder " + file.parent_path().string() + ".");
+    return file;
+}
+
 } // namespace
 
 CommandLine::CommandLine(Session &run, const char *command, const char *description)
@@ -87,7 +100,7 @@ std::string CommandLine::word(qsizetype index) const {
 void CommandLine::print(const std::string &result) const {
     if (const auto file = value("output")) {
         try {
-            files::replace(std::filesystem::absolute(*file), result);
+            files::replace(outputFile(*file), result);
         } catch (const FileError &error) {
             throw Failure(error.what());
         }

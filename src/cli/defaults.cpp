@@ -23,11 +23,11 @@ int listSaved(Session &session, const QStringList &words) {
     if (!line.parse(words))
         return done;
     if (line.wantsJSON()) {
-        line.print(session.defaults.persistentDomainJSON() + "\n");
+        line.print(session.defaults().persistentDomainJSON() + "\n");
         return done;
     }
     Table table({{"Key"}, {"Value"}});
-    for (const auto &[key, value] : session.defaults.persistentDomain())
+    for (const auto &[key, value] : session.defaults().persistentDomain())
         table.add({key, plain(value)});
     line.print(table.text());
     return done;
@@ -38,7 +38,7 @@ int readOne(Session &session, const QStringList &words) {
     line.argument("KEY", "The preference's key.");
     if (!line.parse(words))
         return done;
-    const auto value = session.defaults.object(line.word(0));
+    const auto value = session.defaults().object(line.word(0));
     if (!value)
         throw Failure(fmt::format("There is no value for {}.", line.word(0)));
     line.print((line.wantsJSON() ? toJSON(*value) : plain(*value)) + "\n");
@@ -54,7 +54,7 @@ int writeOne(Session &session, const QStringList &words) {
     if (!line.parse(asksForHelp ? words : QStringList{QStringLiteral("--")} + words))
         return done;
     try {
-        writeSetting(session.defaults, line.word(0), parsePreferenceValue(line.word(1)));
+        writeSetting(session.defaults(), line.word(0), parsePreferenceValue(line.word(1)));
     } catch (const InvalidSetting &error) {
         throw UsageError(error.what());
     }
@@ -66,7 +66,7 @@ int deleteOne(Session &session, const QStringList &words) {
     line.argument("KEY", "The preference's key.");
     if (!line.parse(words))
         return done;
-    session.defaults.remove(line.word(0));
+    session.defaults().remove(line.word(0));
     return done;
 }
 

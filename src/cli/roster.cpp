@@ -16,7 +16,7 @@ int runRoster(Session &session, const QStringList &words) {
     const auto source = session.connect();
     const Course course = findCourse(fetchCourses(*source), id);
     const ScoredCourse scored =
-        runToEnd(loadCourse(*source, course, session.defaults, session.now));
+        runToEnd(loadCourse(*source, course, session.defaults(), session.now));
     line.print(
         line.wantsJSON() ? printed(rosterDocument(scored)) : rosterText(scored, session.now()));
     return done;

@@ -2,6 +2,7 @@
 
 #include "canvas/records/canvaserror.h"
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "generated/version.h"
 #include "platform/launcharguments.h"
 
@@ -82,20 +83,23 @@ int run(
             out << "ellwynd-cli " << version << "\n";
             return done;
         }
-        UserDefaults defaults(preferences, arguments.domain);
-        Session session{.out = out, .err = err, .defaults = defaults};
-        return runCommand(session, name, std::span(arguments.rest).subspan(1));
+        Session session(out, err, preferences, arguments.domain);
+        const int status = runCommand(session, name, std::span(arguments.rest).subspan(1));
+        if (!out.flush())
+            throw Failure("The output couldn't be written.");
+        return status;
     } catch (const UsageError &error) {
-        err << error.what() << "\n";
+        err << printable(error.what()) << "\n";
         return wrongUsage;
     } catch (const NotConnected &error) {
-        err << error.what() << "\n";
+        err << printable(error.what()) << "\n";
         return notConnected;
     } catch (const CanvasError &error) {
-        err << error.errorDescription() << "\n" << error.recoverySuggestion() << "\n";
+        err << printable(error.errorDescription()) << "\n"
+            << printable(error.recoverySuggestion()) << "\n";
         return failed;
     } catch (const std::exception &error) {
-        err << error.what() << "\n";
+        err << printable(error.what()) << "\n";
         return failed;
     }
 }

@@ -19,12 +19,18 @@ int runScore(Session &session, const QStringList &words) {
         return done;
 
     // The launch arguments alone: scoring a folder touches no store.
-    const UserDefaults unsaved({}, session.defaults.argumentDomain());
+    const UserDefaults unsaved({}, session.launchArguments());
     CourseThresholds thresholds{
         .passingScore = unsaved.value(preferences::defaultPassingScore),
         .inactivityDays = unsaved.value(preferences::defaultInactivityDays)};
-    thresholds.passingScore = passingOption(line).value_or(thresholds.passingScore);
-    thresholds.inactivityDays = inactivityOption(line).value_or(thresholds.inactivityDays);
+    if (const auto passing = passingOption(line)) {
+        thresholds.passingScore = *passing;
+        thresholds.passingOverridden = true;
+    }
+    if (const auto inactivity = inactivityOption(line)) {
+        thresholds.inactivityDays = *inactivity;
+        thresholds.inactivityOverridden = true;
+    }
 
     Date now = session.now();
     if (const auto word = line.value("now")) {

@@ -9,8 +9,22 @@
 
 namespace ellwynd::cli {
 
-std::shared_ptr<CanvasReading> Session::connect() const {
-    auto source = openConnection(defaults);
+Session::Session(
+    std::ostream &results, std::ostream &messages, std::filesystem::path preferences,
+    PreferenceMap launchArguments)
+    : out(results),
+      err(messages),
+      file(std::move(preferences)),
+      arguments(std::move(launchArguments)) {}
+
+UserDefaults &Session::defaults() {
+    if (!opened)
+        opened = std::make_unique<UserDefaults>(file, arguments);
+    return *opened;
+}
+
+std::shared_ptr<CanvasReading> Session::connect() {
+    auto source = openConnection(defaults());
     if (!source)
         throw NotConnected();
     return source;

@@ -36,14 +36,27 @@ class NotConnected : public std::runtime_error {
 };
 
 /// Streams, preferences and clock of one run.
-struct Session {
+class Session {
+  public:
+    /// @param preferences the preferences' file, which is not read before a command asks for them.
+    Session(
+        std::ostream &out, std::ostream &err, std::filesystem::path preferences,
+        PreferenceMap launchArguments);
+
     std::ostream &out;
     std::ostream &err;
-    UserDefaults &defaults;
     Clock now = systemNow;
 
+    /// The values forced for this run.
+    [[nodiscard]] const PreferenceMap &launchArguments() const { return arguments; }
+    [[nodiscard]] UserDefaults &defaults();
     /// The data source. @throws NotConnected
-    [[nodiscard]] std::shared_ptr<CanvasReading> connect() const;
+    [[nodiscard]] std::shared_ptr<CanvasReading> connect();
+
+  private:
+    std::filesystem::path file;
+    PreferenceMap arguments;
+    std::unique_ptr<UserDefaults> opened;
 };
 
 /// The course list as fetched.

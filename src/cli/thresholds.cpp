@@ -22,7 +22,7 @@ int runThresholds(Session &session, const QStringList &words) {
 
     const auto source = session.connect();
     static_cast<void>(findCourse(fetchCourses(*source), id));
-    UserDefaults &defaults = session.defaults;
+    UserDefaults &defaults = session.defaults();
     if (line.has("use-defaults"))
         useDefaults(defaults, id);
     if (passing)

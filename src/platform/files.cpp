@@ -46,7 +46,7 @@ void makeFolders(const fs::path &folder) {
     makeFolders(folder.parent_path());
     if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
         throw FileError(fmt::format(
-            "The folder {} couldn't be made: {}", folder.string(), systemMessage(errno)));
+            "The folder {} couldn't be made: {}.", folder.string(), systemMessage(errno)));
     }
 }
 
@@ -76,7 +76,7 @@ fs::path baseDirectory(const char *variable, const char *fallback) {
 std::optional<std::string> files::read(const fs::path &file, std::size_t limit) {
     constexpr std::size_t spare = 64;
     const auto fail = [&](const std::string &why) {
-        throw FileError(fmt::format("{} couldn't be read: {}", file.filename().string(), why));
+        throw FileError(fmt::format("{} couldn't be read: {}.", file.filename().string(), why));
     };
     Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (descriptor.get() < 0) {
@@ -113,7 +113,7 @@ std::optional<std::string> files::read(const fs::path &file, std::size_t limit) 
 void files::replace(const fs::path &file, std::string_view bytes) {
     const auto fail = [&](int code) {
         throw FileError(fmt::format(
-            "{} couldn't be written: {}", file.filename().string(), systemMessage(code)));
+            "{} couldn't be written: {}.", file.filename().string(), systemMessage(code)));
     };
     makeFolders(file.parent_path());
 

@@ -67,6 +67,15 @@ TEST(Decoding, NumbersOfEitherFormAreIntegers) {
     EXPECT_EQ(decodeCourse(R"({"id": 5.0})").id, 5);
     EXPECT_EQ(decodeCourse(R"({"id": 5e3})").id, 5000);
     EXPECT_EQ(decodeCourse(R"({"id": 9223372036854775807})").id, INT64_MAX);
+    EXPECT_THROW((void)decodeCourse(R"({"id": 9007199254740993.0})"), DecodingError);
+    EXPECT_EQ(
+        decodeCourse(R"({"id": 1, "x\"\\": 18446744073709551616, "y": "18446744073709551616"})").id,
+        1);
+    EXPECT_EQ(
+        decodeEnrollments(
+            R"([{"user_id": 1, "grades": {"current_score": -100000000000000000000}}])")[0]
+            .grades->currentScore,
+        -1e20);
     EXPECT_EQ(decodeCourse(R"({"id": 1, "id": 2})").id, 2);
     EXPECT_EQ(decodeCourse(R"({"\u0069d": 3})").id, 3);
 }

@@ -62,7 +62,8 @@ TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
              {{"--sample", "thresholds", "900101", "--use-defaults", "--passing", "50"},
               2,
               "goes with"},
-             {{"score", "/nowhere"}, 1, "There is no folder /nowhere\n"},
+             {{"score", "/nowhere"}, 1, "There is no folder /nowhere.\n"},
+             {{"score", "/no\nwhere"}, 1, "There is no folder /no where.\n"},
              {{"score", "/", "--now", "yesterday"}, 2, "--now takes"},
              {{"defaults", "read", "NoSuchKey"}, 1, "There is no value for NoSuchKey.\n"},
              {{"defaults", "write", "TextScale", "big"}, 2, "TextScale takes a number\n"},
@@ -173,13 +174,39 @@ TEST_F(CommandsTest, DefaultsAreWrittenReadAndDeleted) {
     EXPECT_EQ(document({"defaults", "list"}), json::object());
 }
 
+TEST_F(CommandsTest, ScoringAFolderLeavesThePreferencesAlone) {
+    (void)folder.write("Preferences.json", "{broken");
+    (void)folder.write("course.json", R"({"id": 1})");
+    for (const char *list : {"enrollments.json", "assignment_groups.json", "submissions.json"})
+        (void)folder.write(list, "[]");
+    const json roster = document({"-DefaultPassingScore", "65", "score", folder.path()});
+    EXPECT_EQ(roster["passingScore"], 65.0);
+    EXPECT_EQ(roster["inactivityDays"], 7);
+    EXPECT_EQ(folder.read("Preferences.json"), "{broken");
+}
+
+TEST_F(CommandsTest, ALostResultIsAFailure) {
+    std::ostringstream out;
+    std::ostringstream err;
+    out.setstate(std::ios::badbit);
+    const std::vector<std::string> words{"--sample", "courses"};
+    EXPECT_EQ(run(words, out, err, folder.path() / "Preferences.json"), 1);
+    EXPECT_EQ(err.str(), "The output couldn't be written.\n");
+}
+
 TEST_F(CommandsTest, WriteTheirResultToAFile) {
     const std::string file = folder.path() / "out.json";
     const Outcome outcome = call({"--sample", "courses", "--json", "-o", file});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.out, IsEmpty());
     EXPECT_EQ(json::parse(folder.read("out.json")).size(), 7U);
-    EXPECT_EQ(call({"--sample", "courses", "-o", "/proc/nowhere/file"}).status, 1);
+    std::filesystem::create_symlink(file, folder.path() / "link");
+    EXPECT_EQ(call({"--sample", "courses", "-o", folder.path() / "link"}).status, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path() / "link"));
+    EXPECT_THAT(folder.read("out.json"), HasSubstr("Fall 2026"));
+    for (const std::string blocked : {"/dev/null", "/proc/nowhere/file", "/"})
+        EXPECT_EQ(call({"--sample", "courses", "-o", blocked}).status, 1) << blocked;
+    EXPECT_FALSE(std::filesystem::is_regular_file("/dev/null"));
 }
 
 TEST(Table, AlignsByWidthAndKeepsTheTerminalSafe) {

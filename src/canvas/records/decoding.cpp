@@ -153,7 +153,7 @@ void decodeValue(const dom::element &value, std::int64_t &into) {
     double real = 0;
     constexpr double exact = 9007199254740992.0; // 2^53
     if (!value.is<double>() || value.get(real) != simdjson::SUCCESS || real != std::trunc(real) ||
-        std::abs(real) > exact)
+        std::abs(real) >= exact)
         fail("", "is not a 64-bit integer");
     into = std::int64_t(real);
 }
@@ -361,6 +361,34 @@ std::string describe(simdjson::error_code error, const std::string &json) {
     }
 }
 
+/// Writes integers of 19 digits and more as reals: the parser has none beyond 64 bits, and fails
+/// the text for one even where nobody reads it.
+std::string withoutLargeIntegers(const std::string &json) {
+    constexpr std::size_t digitsOf64Bits = 19;
+    std::string result;
+    bool inString = false;
+    for (std::size_t i = 0; i < json.size();) {
+        const char c = json[i];
+        if (inString || c < '0' || c > '9') {
+            const bool escape = inString && c == '\\';
+            if (c == '"')
+                inString = !inString;
+            const std::size_t taken = escape ? 2 : 1;
+            result.append(json, i, taken);
+            i += taken;
+            continue;
+        }
+        // A whole number token, from its first digit on.
+        const std::size_t end = std::min(json.find_first_not_of("0123456789.eE+-", i), json.size());
+        const std::string_view number = std::string_view(json).substr(i, end - i);
+        result += number;
+        if (number.size() >= digitsOf64Bits && number.find_first_of(".eE") == std::string::npos)
+            result += ".0";
+        i = end;
+    }
+    return result;
+}
+
 /// Parses a text and decodes its root; names `what` in the error.
 template<class Root>
 Root decode(const std::string &json, std::string_view what) {
@@ -369,7 +397,10 @@ Root decode(const std::string &json, std::string_view what) {
     if (const auto error = parser.allocate(json.size(), maximumNesting))
         throw DecodingError(subject + ": " + describe(error, json));
     dom::element root;
-    if (const auto error = parser.parse(json).get(root))
+    auto error = parser.parse(json).get(root);
+    if (error == simdjson::NUMBER_ERROR)
+        error = parser.parse(withoutLargeIntegers(json)).get(root);
+    if (error)
         throw DecodingError(subject + ": " + describe(error, json));
     Root result;
     try {

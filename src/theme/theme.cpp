@@ -104,7 +104,7 @@ QPalette palette(const Theme &theme) {
     QPalette colors;
     colors.setColor(QPalette::Window, theme.window);
     colors.setColor(QPalette::WindowText, theme.text);
-    colors.setColor(QPalette::Base, theme.window);
+    colors.setColor(QPalette::Base, theme.control);
     colors.setColor(QPalette::AlternateBase, theme.surface);
     colors.setColor(QPalette::Text, theme.text);
     colors.setColor(QPalette::PlaceholderText, theme.secondaryText);

@@ -3,6 +3,7 @@
 #include "app/mainwindowcontroller.h"
 #include "ui/details/studentdetails.h"
 #include "ui/roster/rosterpane.h"
+#include "ui/settings/settingswindow.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/sidebar/sidebar.h"
@@ -79,6 +80,9 @@ void MainWindow::makeMenus() {
     refreshRoster =
         add(file, QStringLiteral("Refresh &This Roster"), Qt::CTRL | Qt::SHIFT | Qt::Key_R);
     file->addSeparator();
+    QAction *openSettings = add(file, QStringLiteral("&Settings"), QKeySequence::Preferences);
+    openSettings->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Comma)});
+    file->addSeparator();
     QAction *quit = add(file, QStringLiteral("&Quit"), QKeySequence::Quit);
 
     QMenu *edit = menuBar()->addMenu(QStringLiteral("&Edit"));
@@ -106,6 +110,9 @@ void MainWindow::makeMenus() {
 
     connect(refreshAll, &QAction::triggered, &controller, &MainWindowController::refresh);
     connect(refreshRoster, &QAction::triggered, &controller, &MainWindowController::refreshRoster);
+    connect(openSettings, &QAction::triggered, this, [this] {
+        settings().open(SettingsWindow::general);
+    });
     connect(quit, &QAction::triggered, this, &QWidget::close);
     connect(findStudent, &QAction::triggered, rosterPane, &RosterPane::focusFilter);
     connect(compactRows, &QAction::toggled, this, [this](bool on) {
@@ -230,6 +237,12 @@ ThresholdsSheet *MainWindow::openThresholds() {
     auto *sheet = new ThresholdsSheet(*roster.courseID, roster.title, defaults, appearance, this);
     sheet->show();
     return sheet;
+}
+
+SettingsWindow &MainWindow::settings() {
+    if (settingsWindow == nullptr)
+        settingsWindow = new SettingsWindow(defaults, appearance, this);
+    return *settingsWindow;
 }
 
 // ---- Geometry ----------------------------------------------------------------------------------

@@ -14,6 +14,7 @@ class Appearance;
 class MainWindowController;
 class MissingWorkSheet;
 class RosterPane;
+class SettingsWindow;
 class Sidebar;
 class StudentDetails;
 class ThresholdsSheet;
@@ -34,6 +35,9 @@ class MainWindow : public QMainWindow {
     /// Opens the course's thresholds; null when no course is shown.
     ellwynd::ThresholdsSheet *openThresholds();
 
+    /// The settings window, made on first use.
+    ellwynd::SettingsWindow &settings();
+
   protected:
     void closeEvent(QCloseEvent *event) override;
 
@@ -53,6 +57,7 @@ class MainWindow : public QMainWindow {
     Sidebar *sidebar;
     RosterPane *rosterPane;
     StudentDetails *details;
+    SettingsWindow *settingsWindow = nullptr;
     QAction *compactRows = nullptr;
     QAction *hideDetails = nullptr;
     QAction *findStudent = nullptr;

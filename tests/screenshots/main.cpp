@@ -3,6 +3,7 @@
 #include "platform/files.h"
 #include "ui/mainwindow.h"
 #include "ui/roster/rosterpane.h"
+#include "ui/settings/settingswindow.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/support/appearance.h"
@@ -75,6 +76,13 @@ class Studio {
             sheet->close();
         }
         settle();
+        SettingsWindow &settings = window.settings();
+        settings.open(SettingsWindow::general);
+        settle();
+        save(settings, "settings-general");
+        settings.open(SettingsWindow::riskThresholds);
+        settle();
+        save(settings, "settings-thresholds");
     }
 
     [[nodiscard]] bool failed() const { return anyFailed; }

@@ -4,6 +4,7 @@
 #include "ui/mainwindow.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/roster/whylayout.h"
+#include "ui/settings/settingswindow.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/sidebar/sidebar.h"
@@ -117,6 +118,23 @@ TEST_F(MainWindowTest, TheSheetSetsAndReleasesThresholds) {
     EXPECT_FALSE(own->isChecked());
     EXPECT_EQ(passing->value(), 70);
     sheet->close();
+}
+
+TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
+    openCourse(900101);
+    SettingsWindow &settings = window.settings();
+    settings.open(SettingsWindow::riskThresholds);
+    auto *passing = settings.findChild<QDoubleSpinBox *>();
+    passing->setValue(90);
+    EXPECT_EQ(controller.roster().thresholds->passingScore, 90);
+    // What is changed elsewhere shows here.
+    defaults.set(preferences::defaultPassingScore, 65.0);
+    EXPECT_EQ(passing->value(), 65);
+    defaults.set(preferences::sidebarTermLimit, std::int64_t{2});
+    EXPECT_EQ(window.findChild<Sidebar *>()->list()->model()->rowCount(), 2);
+    defaults.set(preferences::textScale, 2.0);
+    EXPECT_EQ(settings.findChild<QSpinBox *>()->value(), 200);
+    defaults.set(preferences::textScale, 1.0);
 }
 
 TEST_F(MainWindowTest, TheKeyboardReachesEverything) {

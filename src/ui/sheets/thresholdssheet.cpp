@@ -3,45 +3,16 @@
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 #include "ui/support/labels.h"
+#include "ui/support/thresholdeditors.h"
 
 #include <QCheckBox>
-#include <QDoubleSpinBox>
 #include <QFrame>
 #include <QGridLayout>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include <cmath>
-
 namespace ellwynd {
-
-QDoubleSpinBox *passingScoreEditor(const QString &accessibleName, QWidget *parent) {
-    using namespace thresholdBounds;
-    auto *editor = new QDoubleSpinBox(parent);
-    editor->setRange(minimumPassing, maximumPassing);
-    editor->setSingleStep(passingStep);
-    editor->setDecimals(1);
-    editor->setSuffix(QStringLiteral(" %"));
-    editor->setAccessibleName(accessibleName);
-    editor->setKeyboardTracking(false);
-    // Steps of a half, typed values included.
-    QObject::connect(editor, &QDoubleSpinBox::valueChanged, editor, [editor](double value) {
-        const double stepped = std::round(value / passingStep) * passingStep;
-        if (stepped != value)
-            editor->setValue(stepped);
-    });
-    return editor;
-}
-
-QSpinBox *inactivityEditor(const QString &accessibleName, QWidget *parent) {
-    using namespace thresholdBounds;
-    auto *editor = new QSpinBox(parent);
-    editor->setRange(int(minimumDays), int(maximumDays));
-    editor->setAccessibleName(accessibleName);
-    editor->setKeyboardTracking(false);
-    return editor;
-}
 
 ThresholdsSheet::ThresholdsSheet(
     std::int64_t id, const std::string &courseName, UserDefaults &store,

@@ -41,8 +41,4 @@ class ThresholdsSheet : public Sheet {
     std::shared_ptr<void> observing;
 };
 
-/// The editors of the two thresholds, with the bounds they share with the command line.
-[[nodiscard]] QDoubleSpinBox *passingScoreEditor(const QString &accessibleName, QWidget *parent);
-[[nodiscard]] QSpinBox *inactivityEditor(const QString &accessibleName, QWidget *parent);
-
 } // namespace ellwynd

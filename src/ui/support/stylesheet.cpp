@@ -63,6 +63,9 @@ QScrollBar::handle:hover { background: @secondaryText; }
 QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
 QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 
+QListWidget#settingsPages { background: @sidebar; border: none; border-right: 1px solid @separator; padding: $8; outline: none; }
+QListWidget#settingsPages::item { border-radius: 6px; padding-left: $8; color: @text; }
+QListWidget#settingsPages::item:selected { background: @selection; color: @text; }
 QFrame#card { border: 1px solid @separator; border-radius: 8px; background: @surface; }
 
 QStatusBar { background: @sidebar; color: @secondaryText; }
@@ -89,6 +92,7 @@ QHash<QString, QColor> colors(const Theme &theme) {
         {QStringLiteral("accent"), theme.accent},
         {QStringLiteral("accentText"), theme.accentText},
         {QStringLiteral("attention"), theme.attention},
+        {QStringLiteral("selection"), theme.selection},
     };
 }
 

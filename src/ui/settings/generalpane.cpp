@@ -1,0 +1,92 @@
+#include "ui/settings/generalpane.h"
+
+#include "ui/support/convert.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QSignalBlocker>
+#include <QSpinBox>
+
+#include <cmath>
+
+namespace ellwynd {
+
+namespace {
+
+/// A list of choices whose data are preference values.
+QComboBox *choices(std::initializer_list<std::pair<const char *, const char *>> items) {
+    auto *box = new QComboBox;
+    for (const auto &[value, text] : items)
+        box->addItem(QString::fromUtf8(text), QString::fromUtf8(value));
+    return box;
+}
+
+void choose(QComboBox &box, const std::string &value) {
+    const QSignalBlocker quiet(box);
+    box.setCurrentIndex(std::max(0, box.findData(qstring(value))));
+}
+
+constexpr double percent = 100;
+
+} // namespace
+
+GeneralPane::GeneralPane(UserDefaults &store, const Appearance &look)
+    : SettingsPane(QStringLiteral("General"), store, look),
+      appearanceChoice(choices({{"automatic", "Automatic"}, {"light", "Light"}, {"dark", "Dark"}})),
+      accent(choices(
+          {{"system", "System"},
+           {"blue", "Blue"},
+           {"indigo", "Indigo"},
+           {"purple", "Purple"},
+           {"teal", "Teal"},
+           {"pink", "Pink"},
+           {"graphite", "Graphite"}})),
+      textSize(new QSpinBox),
+      terms(new QSpinBox),
+      compactRows(new QCheckBox(QStringLiteral("One line per student in the roster"))) {
+    textSize->setRange(80, 200);
+    textSize->setSingleStep(10);
+    textSize->setSuffix(QStringLiteral(" %"));
+    textSize->setKeyboardTracking(false);
+    constexpr int manyTerms = 99;
+    terms->setRange(0, manyTerms);
+    terms->setSpecialValueText(QStringLiteral("All"));
+    terms->setAccessibleName(QStringLiteral("Terms in the sidebar, 0 for all"));
+    addRow(QStringLiteral("Appearance"), appearanceChoice);
+    addRow(QStringLiteral("Accent"), accent);
+    addRow(QStringLiteral("Text size"), textSize);
+    addRow(QStringLiteral("Terms in the sidebar"), terms);
+    addRow(QStringLiteral("Roster"), compactRows);
+    compactRows->setAccessibleName(compactRows->text());
+
+    connect(appearanceChoice, &QComboBox::currentIndexChanged, this, [this] {
+        defaults.set(
+            preferences::appearance, appearanceChoice->currentData().toString().toStdString());
+    });
+    connect(accent, &QComboBox::currentIndexChanged, this, [this] {
+        defaults.set(preferences::accentTheme, accent->currentData().toString().toStdString());
+    });
+    connect(textSize, &QSpinBox::valueChanged, this, [this](int value) {
+        defaults.set(preferences::textScale, value / percent);
+    });
+    connect(terms, &QSpinBox::valueChanged, this, [this](int value) {
+        defaults.set(preferences::sidebarTermLimit, std::int64_t{value});
+    });
+    connect(compactRows, &QCheckBox::toggled, this, [this](bool on) {
+        defaults.set(preferences::rosterCompactRows, on);
+    });
+    GeneralPane::showPreferences();
+}
+
+void GeneralPane::showPreferences() {
+    choose(*appearanceChoice, defaults.value(preferences::appearance));
+    choose(*accent, defaults.value(preferences::accentTheme));
+    const QSignalBlocker quiet[] = {
+        QSignalBlocker(textSize), QSignalBlocker(terms), QSignalBlocker(compactRows)};
+    textSize->setValue(int(std::lround(defaults.value(preferences::textScale) * percent)));
+    terms->setValue(int(
+        std::min<std::int64_t>(defaults.value(preferences::sidebarTermLimit), terms->maximum())));
+    compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
+}
+
+} // namespace ellwynd

@@ -1,0 +1,65 @@
+#include "ui/settings/settingspane.h"
+
+#include "ui/support/appearance.h"
+#include "ui/support/labels.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+SettingsPane::SettingsPane(const QString &title, UserDefaults &store, const Appearance &look)
+    : defaults(store),
+      appearance(look),
+      contents(new QVBoxLayout(this)),
+      observing(store.observe([this](std::string_view) { showPreferences(); })) {
+    auto *heading = plainLabel(this);
+    heading->setText(title);
+    contents->addWidget(heading);
+    contents->addStretch(1);
+    const auto size = [this, heading] {
+        const int margin = appearance.px(20);
+        contents->setContentsMargins(margin, margin, margin, margin);
+        contents->setSpacing(appearance.px(12));
+        heading->setFont(appearance.font(1.22, QFont::Bold));
+    };
+    connect(&appearance, &Appearance::changed, this, size);
+    size();
+}
+
+void SettingsPane::addRow(const QString &label, QWidget *control, const QString &unit) {
+    auto *name = plainLabel(this);
+    name->setText(label);
+    name->setBuddy(control);
+    if (control->accessibleName().isEmpty())
+        control->setAccessibleName(label);
+    labels.push_back(name);
+    // The controls of a pane begin on one line.
+    int widest = 0;
+    for (const QLabel *each : labels)
+        widest = std::max(widest, each->sizeHint().width());
+    for (QLabel *each : labels)
+        each->setMinimumWidth(widest);
+    auto *row = new QHBoxLayout;
+    row->addWidget(name);
+    row->addWidget(control);
+    if (!unit.isEmpty()) {
+        auto *after = plainLabel(this);
+        after->setText(unit);
+        row->addWidget(after);
+    }
+    row->addStretch(1);
+    contents->insertLayout(contents->count() - 1, row);
+}
+
+QLabel *SettingsPane::addNote(const QString &text) {
+    auto *note = plainLabel(this, true);
+    note->setProperty("secondary", true);
+    note->setText(text);
+    contents->insertWidget(contents->count() - 1, note);
+    return note;
+}
+
+} // namespace ellwynd

@@ -1,0 +1,66 @@
+#include "ui/settings/settingswindow.h"
+
+#include "ui/settings/generalpane.h"
+#include "ui/settings/thresholdspane.h"
+#include "ui/support/appearance.h"
+
+#include <QHBoxLayout>
+#include <QListWidget>
+#include <QScrollArea>
+#include <QStackedWidget>
+
+namespace ellwynd {
+
+SettingsWindow::SettingsWindow(UserDefaults &defaults, const Appearance &look, QWidget *parent)
+    : QDialog(parent),
+      appearance(look),
+      pages(new QListWidget(this)),
+      panes(new QStackedWidget(this)) {
+    setWindowTitle(QStringLiteral("Settings"));
+    pages->setObjectName(QStringLiteral("settingsPages"));
+    pages->setAccessibleName(QStringLiteral("Settings pages"));
+    pages->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    row->addWidget(pages);
+    row->addWidget(panes, 1);
+    connect(pages, &QListWidget::currentRowChanged, panes, &QStackedWidget::setCurrentIndex);
+
+    addPage(QStringLiteral("General"), new GeneralPane(defaults, look));
+    addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, look));
+    pages->setCurrentRow(general);
+    connect(&look, &Appearance::changed, this, &SettingsWindow::applyAppearance);
+    applyAppearance();
+    resize(appearance.px(640), appearance.px(420));
+}
+
+void SettingsWindow::addPage(const QString &title, QWidget *pane) {
+    auto *scroll = new QScrollArea;
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    pane->setObjectName(QStringLiteral("plain"));
+    scroll->setWidget(pane);
+    scroll->setAccessibleName(title);
+    pages->addItem(title);
+    panes->addWidget(scroll);
+}
+
+void SettingsWindow::applyAppearance() {
+    const QFontMetrics metrics(appearance.font());
+    int widest = 0;
+    for (int i = 0; i < pages->count(); ++i) {
+        widest = std::max(widest, metrics.horizontalAdvance(pages->item(i)->text()));
+        pages->item(i)->setSizeHint({0, appearance.px(32)});
+    }
+    pages->setFixedWidth(widest + appearance.px(44));
+}
+
+void SettingsWindow::open(Page page) {
+    pages->setCurrentRow(page);
+    show();
+    raise();
+    activateWindow();
+}
+
+} // namespace ellwynd

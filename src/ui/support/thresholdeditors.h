@@ -1,0 +1,14 @@
+// The editors of the two thresholds, with the bounds they share with the command line.
+#pragma once
+
+#include <QDoubleSpinBox>
+#include <QSpinBox>
+
+namespace ellwynd {
+
+/// Percent, in steps of a half; a typed value is rounded to one.
+[[nodiscard]] QDoubleSpinBox *passingScoreEditor(const QString &accessibleName, QWidget *parent);
+/// Whole days.
+[[nodiscard]] QSpinBox *inactivityEditor(const QString &accessibleName, QWidget *parent);
+
+} // namespace ellwynd

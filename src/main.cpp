@@ -1,4 +1,5 @@
 #include "app/mainwindowcontroller.h"
+#include "canvas/connectioncheck.h"
 #include "platform/files.h"
 #include "platform/launcharguments.h"
 #include "ui/mainwindow.h"
@@ -19,8 +20,12 @@ int main(int argc, char **argv) {
 
     UserDefaults defaults(directories::config() / "Preferences.json", arguments.domain);
     Appearance appearance(defaults, desktopPrefersDark());
-    MainWindowController controller(defaults);
-    MainWindow window(controller, defaults, appearance);
+    SecretService secrets;
+    CanvasSession session;
+    const Connector connector(defaults, secrets, session);
+    ConnectionCheck connection(defaults, secrets, session);
+    MainWindowController controller(defaults, connector);
+    MainWindow window(controller, defaults, connection, appearance);
     window.show();
     QTimer::singleShot(0, &controller, &MainWindowController::refresh);
     return QApplication::exec();

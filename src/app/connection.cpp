@@ -1,13 +1,21 @@
 #include "app/connection.h"
 
+#include "canvas/canvasclient.h"
 #include "canvas/sample/samplecanvasclient.h"
 
 namespace ellwynd {
 
-std::shared_ptr<CanvasReading> openConnection(const UserDefaults &defaults) {
+Connector::Connector(UserDefaults &store, SecretStore &secrets, CanvasSession &http)
+    : defaults(store), tokens(secrets), session(http) {}
+
+std::shared_ptr<CanvasReading> Connector::open() const {
     if (defaults.value(preferences::sampleData))
         return std::make_shared<SampleCanvasClient>();
-    return nullptr;
+    const std::string address = defaults.value(preferences::canvasBaseURL);
+    if (address.empty())
+        return nullptr;
+    const auto token = tokens.readToken(TokenStore::accountOf(address));
+    return token ? std::make_shared<CanvasClient>(address, *token, session) : nullptr;
 }
 
 } // namespace ellwynd

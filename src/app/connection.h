@@ -2,13 +2,28 @@
 #pragma once
 
 #include "canvas/canvasreading.h"
+#include "canvas/client/session.h"
+#include "canvas/tokenstore.h"
 #include "platform/userdefaults.h"
 
 #include <memory>
 
 namespace ellwynd {
 
-/// The invented college in sample mode; nothing when the program is not connected.
-[[nodiscard]] std::shared_ptr<CanvasReading> openConnection(const UserDefaults &defaults);
+/// Opens the source that rosters are read from: the invented college in sample mode, else the saved
+/// Canvas address with its token.
+class Connector {
+  public:
+    Connector(UserDefaults &defaults, SecretStore &secrets, CanvasSession &session);
+
+    /// Null when the program is not connected: no address, or no token for its host.
+    /// @throws KeychainError when the token cannot be read, which is no sign-out.
+    [[nodiscard]] std::shared_ptr<CanvasReading> open() const;
+
+  private:
+    UserDefaults &defaults;
+    TokenStore tokens;
+    CanvasSession &session;
+};
 
 } // namespace ellwynd

@@ -20,8 +20,10 @@ constexpr Log links{"links"};
 
 } // namespace
 
-MainWindowController::MainWindowController(UserDefaults &store, Clock clock)
+MainWindowController::MainWindowController(
+    UserDefaults &store, const Connector &source, Clock clock)
     : defaults(store),
+      connector(source),
       now(clock),
       observing(store.observe([this](std::string_view key) { preferenceChanged(key); })) {}
 
@@ -34,7 +36,13 @@ void MainWindowController::refresh() {
         refreshQueued = true;
         return;
     }
-    const auto source = openConnection(defaults);
+    std::shared_ptr<CanvasReading> source;
+    try {
+        source = connector.open();
+    } catch (const KeychainError &error) {
+        showKeychainUnavailable(error);
+        return;
+    }
     if (!source) {
         becomeNotConnected();
         return;
@@ -60,9 +68,7 @@ QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReadin
     if (failure) {
         const bool rejected = failure->which() == CanvasError::Case::unauthorized;
         setStatus(rejected ? "Canvas rejected the token" : "Couldn’t load");
-        Q_EMIT errorDidOccur(
-            QString::fromStdString(failure->errorDescription()),
-            QString::fromStdString(failure->recoverySuggestion()));
+        Q_EMIT errorDidOccur(*failure);
     } else {
         latestCourses = std::move(courses);
         const std::size_t count = latestCourses.size();
@@ -81,6 +87,12 @@ void MainWindowController::refreshEnded() {
     isRefreshing = false;
     if (std::exchange(refreshQueued, false))
         refresh();
+}
+
+/// What is on screen stays there: an unreadable Keychain is not a sign-out.
+void MainWindowController::showKeychainUnavailable(const KeychainError &error) {
+    logger.error(fmt::format("Keychain unreadable: {}", error.what()));
+    setStatus("Keychain unavailable");
 }
 
 void MainWindowController::becomeNotConnected() {
@@ -134,11 +146,15 @@ void MainWindowController::refreshRoster() {
 void MainWindowController::loadSelection() {
     ++selectionToken;
     const std::vector<Course> courses = selectedCourses();
-    const auto source = openConnection(defaults);
-    if (!source || courses.empty())
+    if (courses.empty())
         return;
     showCached(courses);
-    fetchRoster(source, courses);
+    try {
+        if (const auto source = connector.open())
+            fetchRoster(source, courses);
+    } catch (const KeychainError &error) {
+        showKeychainUnavailable(error);
+    }
 }
 
 std::vector<Course> MainWindowController::selectedCourses() const {
@@ -224,9 +240,7 @@ void MainWindowController::showFailure(const CanvasError &error, bool cachedShow
         rosterView.staleReason = error.errorDescription();
     } else {
         rosterView = {.state = RosterView::State::failed, .title = selectionTitle()};
-        Q_EMIT errorDidOccur(
-            QString::fromStdString(error.errorDescription()),
-            QString::fromStdString(error.recoverySuggestion()));
+        Q_EMIT errorDidOccur(error);
     }
     Q_EMIT rosterDidChange();
 }

@@ -37,7 +37,9 @@ class MainWindowController : public QObject {
     Q_OBJECT
 
   public:
-    explicit MainWindowController(UserDefaults &defaults, Clock clock = systemNow);
+    /// @param connector outlives the controller, and so do the preferences.
+    MainWindowController(
+        UserDefaults &defaults, const Connector &connector, Clock clock = systemNow);
     ~MainWindowController() override;
 
     /// Everything: the course list, then the roster on screen. Asked for while one is running, it
@@ -67,7 +69,7 @@ class MainWindowController : public QObject {
     void rosterDidChange();
     void statusDidChange();
     /// An error to show, as message and advice.
-    void errorDidOccur(const QString &message, const QString &recovery);
+    void errorDidOccur(const ellwynd::CanvasError &error);
     void urlShouldOpen(const QString &url);
     /// A page was asked for that the sample college has not.
     void pageIsInvented();
@@ -84,6 +86,7 @@ class MainWindowController : public QObject {
     void showFailure(const CanvasError &error, bool cachedShown);
     void showRoster(const std::vector<const ScoredCourse *> &courses);
     void becomeNotConnected();
+    void showKeychainUnavailable(const KeychainError &error);
     void preferenceChanged(std::string_view key);
     void rescoreAll();
     void setStatus(std::string text);
@@ -93,6 +96,7 @@ class MainWindowController : public QObject {
     [[nodiscard]] std::string selectionTitle() const;
 
     UserDefaults &defaults;
+    const Connector &connector;
     Clock now;
     bool isRefreshing = false;
     bool refreshQueued = false;

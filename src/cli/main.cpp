@@ -10,5 +10,5 @@ int main(int argc, char **argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
     const QCoreApplication application(argc, argv);
     return ellwynd::cli::run(
-        words, std::cout, std::cerr, ellwynd::directories::config() / "Preferences.json");
+        words, std::cin, std::cout, std::cerr, ellwynd::directories::config() / "Preferences.json");
 }

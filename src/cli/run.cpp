@@ -22,6 +22,9 @@ constexpr std::array allCommands{
     Command{"roster", "fetch and score one course", runRoster},
     Command{"term", "the flagged students of a whole term", runTerm},
     Command{"thresholds", "show, set or release a course's thresholds", runThresholds},
+    Command{"connect", "save a Canvas address with its token", runConnect},
+    Command{"status", "whether the program is connected", runStatus},
+    Command{"disconnect", "sign out of Canvas", runDisconnect},
     Command{"defaults", "show or change the preferences", runDefaults},
 };
 
@@ -66,7 +69,7 @@ std::span<const Command> commands() {
 }
 
 int run(
-    std::span<const std::string> words, std::ostream &out, std::ostream &err,
+    std::span<const std::string> words, std::istream &in, std::ostream &out, std::ostream &err,
     const std::filesystem::path &preferences) {
     try {
         const LaunchArguments arguments = takeLaunchArguments(words);
@@ -83,7 +86,7 @@ int run(
             out << "ellwynd-cli " << version << "\n";
             return done;
         }
-        Session session(out, err, preferences, arguments.domain);
+        Session session(in, out, err, preferences, arguments.domain);
         const int status = runCommand(session, name, std::span(arguments.rest).subspan(1));
         if (!out.flush())
             throw Failure("The output couldn't be written.");
@@ -94,6 +97,9 @@ int run(
     } catch (const NotConnected &error) {
         err << printable(error.what()) << "\n";
         return notConnected;
+    } catch (const KeychainError &error) {
+        err << printable(error.what()) << "\n";
+        return keychainUnavailable;
     } catch (const CanvasError &error) {
         err << printable(error.errorDescription()) << "\n"
             << printable(error.recoverySuggestion()) << "\n";

@@ -11,7 +11,7 @@ namespace ellwynd::cli {
 /// Runs one command line, without the program's own name: results to `out`, everything else to
 /// `err`. Needs a QCoreApplication. Returns the exit status.
 int run(
-    std::span<const std::string> words, std::ostream &out, std::ostream &err,
+    std::span<const std::string> words, std::istream &in, std::ostream &out, std::ostream &err,
     const std::filesystem::path &preferences);
 
 } // namespace ellwynd::cli

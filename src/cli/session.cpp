@@ -10,10 +10,11 @@
 namespace ellwynd::cli {
 
 Session::Session(
-    std::ostream &results, std::ostream &messages, std::filesystem::path preferences,
-    PreferenceMap launchArguments)
+    std::istream &input, std::ostream &results, std::ostream &messages,
+    std::filesystem::path preferences, PreferenceMap launchArguments)
     : out(results),
       err(messages),
+      in(input),
       file(std::move(preferences)),
       arguments(std::move(launchArguments)) {}
 
@@ -24,7 +25,7 @@ UserDefaults &Session::defaults() {
 }
 
 std::shared_ptr<CanvasReading> Session::connect() {
-    auto source = openConnection(defaults());
+    auto source = Connector(defaults(), secretStore, canvasSession).open();
     if (!source)
         throw NotConnected();
     return source;

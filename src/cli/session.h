@@ -2,6 +2,8 @@
 #pragma once
 
 #include "app/rosterloader.h"
+#include "canvas/client/session.h"
+#include "platform/secrets/secretstore.h"
 
 #include <iosfwd>
 #include <memory>
@@ -15,6 +17,7 @@ enum ExitStatus : int {
     failed = 1,
     wrongUsage = 2,
     notConnected = 3,
+    keychainUnavailable = 4,
 };
 
 /// The words of a command line make no sense; the message says which.
@@ -40,23 +43,29 @@ class Session {
   public:
     /// @param preferences the preferences' file, which is not read before a command asks for them.
     Session(
-        std::ostream &out, std::ostream &err, std::filesystem::path preferences,
+        std::istream &in, std::ostream &out, std::ostream &err, std::filesystem::path preferences,
         PreferenceMap launchArguments);
 
     std::ostream &out;
     std::ostream &err;
+    /// Where a token is read from.
+    std::istream &in;
     Clock now = systemNow;
 
     /// The values forced for this run.
     [[nodiscard]] const PreferenceMap &launchArguments() const { return arguments; }
     [[nodiscard]] UserDefaults &defaults();
-    /// The data source. @throws NotConnected
+    [[nodiscard]] SecretStore &secrets() { return secretStore; }
+    [[nodiscard]] CanvasSession &http() { return canvasSession; }
+    /// The data source. @throws NotConnected, KeychainError
     [[nodiscard]] std::shared_ptr<CanvasReading> connect();
 
   private:
     std::filesystem::path file;
     PreferenceMap arguments;
     std::unique_ptr<UserDefaults> opened;
+    SecretService secretStore;
+    CanvasSession canvasSession;
 };
 
 /// The course list as fetched.

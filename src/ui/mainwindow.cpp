@@ -14,6 +14,7 @@
 #include <QDesktopServices>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QUrl>
@@ -38,9 +39,11 @@ QList<int> paneWidths(int window, const Appearance &appearance) {
 
 } // namespace
 
-MainWindow::MainWindow(MainWindowController &driver, UserDefaults &store, Appearance &look)
+MainWindow::MainWindow(
+    MainWindowController &driver, UserDefaults &store, ConnectionCheck &check, Appearance &look)
     : controller(driver),
       defaults(store),
+      connection(check),
       appearance(look),
       splitter(new QSplitter(this)),
       sidebar(new Sidebar(driver, store, look, splitter)),
@@ -145,6 +148,9 @@ void MainWindow::connectViews() {
         rosterPane, &RosterPane::refreshRequested, &controller,
         &MainWindowController::refreshRoster);
     connect(rosterPane, &RosterPane::contextMenuRequested, this, &MainWindow::showContextMenu);
+    connect(rosterPane, &RosterPane::connectionRequested, this, [this] {
+        settings().open(SettingsWindow::connection);
+    });
     connect(table, &RosterTable::selectionDidChange, this, [this, table] {
         details->show(table->selectedRows());
         updateActions();
@@ -198,12 +204,22 @@ void MainWindow::showContextMenu(const QPoint &position) {
     menu.exec(position);
 }
 
-void MainWindow::showError(const QString &message, const QString &recovery) {
+void MainWindow::showError(const CanvasError &error) {
     auto *box = new QMessageBox(
-        QMessageBox::Information, QStringLiteral("Ellwynd"), message, QMessageBox::NoButton, this);
+        QMessageBox::Information, QStringLiteral("Ellwynd"), QStringLiteral("Ellwynd"),
+        QMessageBox::NoButton, this);
     box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(recovery);
-    box->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    box->setInformativeText(
+        qstring(error.errorDescription()) + QStringLiteral("\n\n") +
+        qstring(error.recoverySuggestion()));
+    if (error.which() == CanvasError::Case::unauthorized) {
+        auto *open =
+            box->addButton(QStringLiteral("Open Connection Settings…"), QMessageBox::ActionRole);
+        connect(open, &QPushButton::clicked, this, [this] {
+            settings().open(SettingsWindow::connection);
+        });
+    }
+    box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
 }
@@ -240,8 +256,12 @@ ThresholdsSheet *MainWindow::openThresholds() {
 }
 
 SettingsWindow &MainWindow::settings() {
-    if (settingsWindow == nullptr)
-        settingsWindow = new SettingsWindow(defaults, appearance, this);
+    if (settingsWindow == nullptr) {
+        settingsWindow = new SettingsWindow(defaults, connection, appearance, this);
+        connect(
+            settingsWindow, &SettingsWindow::connectionDidChange, &controller,
+            &MainWindowController::refresh);
+    }
     return *settingsWindow;
 }
 

@@ -11,6 +11,8 @@ class QSplitter;
 namespace ellwynd {
 
 class Appearance;
+class CanvasError;
+class ConnectionCheck;
 class MainWindowController;
 class MissingWorkSheet;
 class RosterPane;
@@ -25,7 +27,9 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
   public:
-    MainWindow(MainWindowController &controller, UserDefaults &defaults, Appearance &appearance);
+    MainWindow(
+        MainWindowController &controller, UserDefaults &defaults, ConnectionCheck &connection,
+        Appearance &appearance);
 
     [[nodiscard]] RosterPane *roster() const { return rosterPane; }
 
@@ -47,11 +51,12 @@ class MainWindow : public QMainWindow {
     void updateActions();
     void restoreGeometryState();
     void showContextMenu(const QPoint &position);
-    void showError(const QString &message, const QString &recovery);
+    void showError(const CanvasError &error);
     QAction *add(QMenu *menu, const QString &text, const QKeySequence &shortcut);
 
     MainWindowController &controller;
     UserDefaults &defaults;
+    ConnectionCheck &connection;
     Appearance &appearance;
     QSplitter *splitter;
     Sidebar *sidebar;

@@ -1,6 +1,10 @@
 #include "app/mainwindowcontroller.h"
+#include "support/core.h"
+#include "support/fakecanvas.h"
 #include "support/instants.h"
-#include "support/temporaryfolder.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 
 #include <gmock/gmock.h>
 
@@ -8,9 +12,9 @@ namespace ellwynd {
 namespace {
 
 struct ControllerTest : testing::Test {
-    test::TemporaryFolder folder;
-    UserDefaults defaults{folder.path() / "Preferences.json", {{"SampleData", true}}};
-    MainWindowController controller{defaults, test::noonClock};
+    test::Core core{{{"SampleData", true}}};
+    UserDefaults &defaults = core.defaults;
+    MainWindowController controller{defaults, core.connector, test::noonClock};
 
     [[nodiscard]] const RosterView &roster() const { return controller.roster(); }
 
@@ -89,8 +93,8 @@ TEST_F(ControllerTest, AThresholdScoresAgainWhatIsInMemory) {
 }
 
 TEST_F(ControllerTest, WithoutAConnectionEverythingIsEmpty) {
-    UserDefaults unconnected(folder.path() / "Other.json", {});
-    MainWindowController other(unconnected, test::noonClock);
+    test::Core unconnected;
+    MainWindowController other(unconnected.defaults, unconnected.connector, test::noonClock);
     other.refresh();
     EXPECT_EQ(other.roster().state, RosterView::State::notConnected);
     EXPECT_EQ(other.status(), "Not connected");
@@ -111,9 +115,8 @@ TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
     controller.openGrades(900101, 5001);
     EXPECT_EQ(invented, 1);
 
-    UserDefaults connected(
-        folder.path() / "Other.json", {{"CanvasBaseURL", std::string("https://h.example")}});
-    MainWindowController real(connected);
+    test::Core connected({{"CanvasBaseURL", std::string("https://h.example")}});
+    MainWindowController real(connected.defaults, connected.connector);
     listen(real);
     real.openCourse(7);
     real.openGrades(7, 9);
@@ -124,6 +127,142 @@ TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
         testing::ElementsAre(
             "https://h.example/courses/7", "https://h.example/courses/7/grades/9",
             "https://h.example/courses/7/assignments/8"));
+}
+
+/// A program connected to a Canvas with three courses of one student each.
+struct LiveControllerTest : testing::Test {
+    test::Core core;
+    test::FakeCanvas canvas;
+    MainWindowController controller{core.defaults, core.connector};
+    std::vector<CanvasError> errors;
+
+    LiveControllerTest() {
+        test::trustAuthority();
+        core.connectTo(canvas.address());
+        canvas.serve(
+            QStringLiteral("/api/v1/courses"),
+            {R"({"id":1,"name":"Art","term":{"id":9,"name":"Fall"}})",
+             R"({"id":2,"name":"Bio","term":{"id":9,"name":"Fall"}})",
+             R"({"id":3,"name":"Chem"})"});
+        for (const int course : {1, 2, 3}) {
+            canvas.serve(
+                path(course, "enrollments"),
+                {QStringLiteral(R"({"user_id":%1,"user":{"id":%1,"name":"Student"},)"
+                                R"("grades":{"current_score":40}})")
+                     .arg(course * 10)
+                     .toUtf8()});
+            canvas.serve(path(course, "assignment_groups"), {});
+            canvas.serve(path(course, "students/submissions"), {});
+        }
+        QObject::connect(
+            &controller, &MainWindowController::errorDidOccur, &controller,
+            [this](const CanvasError &error) { errors.push_back(error); });
+    }
+
+    static QString path(int course, const char *rest) {
+        return QStringLiteral("/api/v1/courses/%1/").arg(course) + QString::fromUtf8(rest);
+    }
+
+    /// Runs the event loop until a condition holds, for a bounded time.
+    template<class Condition>
+    static bool until(Condition condition) {
+        QDeadlineTimer bound(10'000);
+        while (!condition() && !bound.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        return condition();
+    }
+
+    bool untilShown(const std::string &title) {
+        return until([&] {
+            return controller.roster().state == RosterView::State::shown &&
+                controller.roster().title == title && !controller.isLoading();
+        });
+    }
+};
+
+TEST_F(LiveControllerTest, LoadsTheTermAndACourse) {
+    controller.refresh();
+    ASSERT_TRUE(untilShown("Fall"));
+    EXPECT_EQ(controller.status(), "3 courses");
+    EXPECT_EQ(controller.roster().rows.size(), 2U);
+    controller.select(CourseSelection{3});
+    EXPECT_EQ(controller.roster().state, RosterView::State::loading);
+    ASSERT_TRUE(untilShown("Chem"));
+    EXPECT_EQ(controller.roster().rows[0].id, 30);
+    EXPECT_TRUE(errors.empty());
+}
+
+TEST_F(LiveControllerTest, ASlowAnswerNeverOverwritesALaterChoice) {
+    controller.refresh();
+    ASSERT_TRUE(untilShown("Fall"));
+    canvas.plan(
+        path(1, "enrollments"), {{.body = R"([{"user_id":99}])", .delayMilliseconds = 150}});
+    std::vector<std::string> shown;
+    QObject::connect(&controller, &MainWindowController::rosterDidChange, &controller, [&] {
+        shown.push_back(controller.roster().title);
+    });
+    controller.select(CourseSelection{1});
+    controller.select(CourseSelection{2});
+    ASSERT_TRUE(untilShown("Bio"));
+    shown.clear();
+    // The slow answer arrives and is dropped.
+    QDeadlineTimer later(300);
+    until([&] { return later.hasExpired(); });
+    EXPECT_TRUE(shown.empty());
+    EXPECT_EQ(controller.roster().title, "Bio");
+}
+
+TEST_F(LiveControllerTest, TenRefreshesDuringOneAreOneMore) {
+    controller.refresh();
+    for (int i = 0; i < 10; ++i)
+        controller.refresh();
+    ASSERT_TRUE(untilShown("Fall"));
+    ASSERT_TRUE(until([&] { return !controller.isLoading(); }));
+    EXPECT_EQ(
+        std::ranges::count(
+            canvas.requests, QStringLiteral("/api/v1/courses"), &test::FakeRequest::path),
+        2);
+}
+
+TEST_F(LiveControllerTest, AFailedFreshenKeepsTheRows) {
+    controller.refresh();
+    ASSERT_TRUE(untilShown("Fall"));
+    controller.select(CourseSelection{1});
+    ASSERT_TRUE(untilShown("Art"));
+    const Date fetched = controller.roster().fetchedAt;
+    canvas.plan(path(1, "enrollments"), {{.status = 404}});
+    controller.refreshRoster();
+    ASSERT_TRUE(until([&] { return !controller.roster().staleReason.empty(); }));
+    EXPECT_EQ(controller.roster().rows.size(), 1U);
+    EXPECT_EQ(controller.roster().fetchedAt, fetched);
+    EXPECT_TRUE(errors.empty());
+
+    canvas.plan(path(3, "enrollments"), {{.status = 404}});
+    controller.select(CourseSelection{3});
+    ASSERT_TRUE(until([&] { return controller.roster().state == RosterView::State::failed; }));
+    EXPECT_EQ(errors.back(), CanvasError(CanvasError::Case::notFound));
+}
+
+TEST_F(LiveControllerTest, ARejectedTokenAndASignOut) {
+    canvas.token = "another";
+    controller.refresh();
+    ASSERT_TRUE(until([&] { return !errors.empty(); }));
+    EXPECT_EQ(controller.status(), "Canvas rejected the token");
+    canvas.token = "secret-token";
+    controller.refresh();
+    ASSERT_TRUE(untilShown("Fall"));
+
+    core.secrets.failure = KeychainError(KeychainError::locked, "locked");
+    controller.refresh();
+    EXPECT_EQ(controller.status(), "Keychain unavailable");
+    EXPECT_EQ(controller.roster().title, "Fall") << "what is on screen stays";
+    core.secrets.failure.reset();
+
+    core.check.signOut();
+    controller.refresh();
+    EXPECT_EQ(controller.status(), "Not connected");
+    EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
+    EXPECT_EQ(controller.flaggedStudents(1), std::nullopt);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "cli/run.h"
 #include "cli/table.h"
+#include "support/fakecanvas.h"
 #include "support/temporaryfolder.h"
 
 #include <gmock/gmock.h>
@@ -22,11 +23,13 @@ struct Outcome {
 
 struct CommandsTest : testing::Test {
     test::TemporaryFolder folder;
+    std::string typed;
 
     Outcome call(std::vector<std::string> words) const {
+        std::istringstream in(typed);
         std::ostringstream out;
         std::ostringstream err;
-        const int status = run(words, out, err, folder.path() / "Preferences.json");
+        const int status = run(words, in, out, err, folder.path() / "Preferences.json");
         return {status, out.str(), err.str()};
     }
 
@@ -62,6 +65,10 @@ TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
              {{"--sample", "thresholds", "900101", "--use-defaults", "--passing", "50"},
               2,
               "goes with"},
+             {{"--sample", "connect", "https://h.example"}, 2, "connect has no meaning"},
+             {{"--sample", "disconnect"}, 2, "disconnect has no meaning"},
+             {{"connect", "h.example"}, 1, "Enter your Canvas address first"},
+             {{"-CanvasBaseURL", "https://h.example", "courses"}, 4, "Keychain error (2): "},
              {{"score", "/nowhere"}, 1, "There is no folder /nowhere.\n"},
              {{"score", "/no\nwhere"}, 1, "There is no folder /no where.\n"},
              {{"score", "/", "--now", "yesterday"}, 2, "--now takes"},
@@ -85,6 +92,38 @@ TEST_F(CommandsTest, AnswerHelp) {
         EXPECT_EQ(outcome.status, 0);
         EXPECT_THAT(outcome.out, HasSubstr("Usage: ellwynd-cli " + name));
     }
+}
+
+TEST_F(CommandsTest, ConnectingTestsBeforeItSaves) {
+    test::trustAuthority();
+    test::FakeCanvas canvas;
+    canvas.answerWith([](const test::FakeRequest &) { return test::FakeReply{.status = 401}; });
+    typed = "secret-token\n";
+    const Outcome refused = call({"connect", canvas.address()});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err, HasSubstr("Canvas rejected the access token.\nGenerate a new token"));
+    canvas.answerWith([](const test::FakeRequest &request) {
+        EXPECT_EQ(request.headers.value("authorization"), "Bearer secret-token");
+        return test::FakeReply{.body = R"({"name":"Ana"})"};
+    });
+    // There is no secret service here: the token cannot be saved, and so no address is.
+    const Outcome unsaved = call({"connect", canvas.address()});
+    EXPECT_EQ(unsaved.status, 4);
+    EXPECT_THAT(unsaved.err, testing::Not(HasSubstr("secret-token")));
+    EXPECT_EQ(document({"defaults", "list"}), json::object());
+}
+
+TEST_F(CommandsTest, StatusIsAlwaysAnswered) {
+    EXPECT_EQ(
+        document({"status"}),
+        (json{{"state", "not connected"}, {"address", nullptr}, {"account", nullptr}}));
+    EXPECT_EQ(document({"--sample", "status"})["state"], "sample");
+    EXPECT_EQ(
+        document({"-CanvasBaseURL", "https://h.example/x", "status"}),
+        (json{
+            {"state", "keychain unavailable"},
+            {"address", "https://h.example/x"},
+            {"account", "h.example"}}));
 }
 
 TEST_F(CommandsTest, PrintTheCourseList) {
@@ -190,7 +229,8 @@ TEST_F(CommandsTest, ALostResultIsAFailure) {
     std::ostringstream err;
     out.setstate(std::ios::badbit);
     const std::vector<std::string> words{"--sample", "courses"};
-    EXPECT_EQ(run(words, out, err, folder.path() / "Preferences.json"), 1);
+    std::istringstream in;
+    EXPECT_EQ(run(words, in, out, err, folder.path() / "Preferences.json"), 1);
     EXPECT_EQ(err.str(), "The output couldn't be written.\n");
 }
 

@@ -1,6 +1,8 @@
 // Draws every window of the program on the sample college into PNG files, light and dark.
 #include "app/mainwindowcontroller.h"
+#include "canvas/connectioncheck.h"
 #include "platform/files.h"
+#include "support/memorysecrets.h"
 #include "ui/mainwindow.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
@@ -43,8 +45,12 @@ class Studio {
              {"Appearance", std::string(appearanceName)},
              {"TextScale", scale}});
         Appearance appearance(defaults, false);
-        MainWindowController controller(defaults);
-        MainWindow window(controller, defaults, appearance);
+        test::MemorySecrets secrets;
+        CanvasSession session;
+        const Connector connector(defaults, secrets, session);
+        ConnectionCheck check(defaults, secrets, session);
+        MainWindowController controller(defaults, connector);
+        MainWindow window(controller, defaults, check, appearance);
         suffix = QString::fromUtf8(appearanceName) +
             (scale == 1.0 ? QString() : QStringLiteral("-x%1").arg(scale));
         window.resize(1280, 800);
@@ -80,6 +86,9 @@ class Studio {
         settings.open(SettingsWindow::general);
         settle();
         save(settings, "settings-general");
+        settings.open(SettingsWindow::connection);
+        settle();
+        save(settings, "settings-connection");
         settings.open(SettingsWindow::riskThresholds);
         settle();
         save(settings, "settings-thresholds");

@@ -1,5 +1,5 @@
 #include "app/mainwindowcontroller.h"
-#include "support/temporaryfolder.h"
+#include "support/core.h"
 #include "ui/details/studentdetails.h"
 #include "ui/mainwindow.h"
 #include "ui/roster/rosterpane.h"
@@ -29,11 +29,11 @@ namespace {
 using testing::ElementsAre;
 
 struct MainWindowTest : testing::Test {
-    test::TemporaryFolder folder;
-    UserDefaults defaults{folder.path() / "Preferences.json", {{"SampleData", true}}};
+    test::Core core{{{"SampleData", true}}};
+    UserDefaults &defaults = core.defaults;
     Appearance appearance{defaults, false};
-    MainWindowController controller{defaults};
-    MainWindow window{controller, defaults, appearance};
+    MainWindowController controller{defaults, core.connector};
+    MainWindow window{controller, defaults, core.check, appearance};
 
     void SetUp() override {
         window.resize(1280, 800);
@@ -135,6 +135,42 @@ TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     defaults.set(preferences::textScale, 2.0);
     EXPECT_EQ(settings.findChild<QSpinBox *>()->value(), 200);
     defaults.set(preferences::textScale, 1.0);
+}
+
+TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndForgotten) {
+    SettingsWindow &settings = window.settings();
+    settings.open(SettingsWindow::connection);
+    const auto fields = settings.findChildren<QLineEdit *>();
+    QLineEdit *address = nullptr;
+    QLineEdit *token = nullptr;
+    for (QLineEdit *field : fields) {
+        if (field->accessibleName() == QStringLiteral("Canvas address"))
+            address = field;
+        if (field->accessibleName() == QStringLiteral("Access token"))
+            token = field;
+    }
+    ASSERT_TRUE(address != nullptr && token != nullptr);
+    EXPECT_EQ(token->echoMode(), QLineEdit::Password);
+    address->setText(QStringLiteral("https://h.example"));
+    token->setText(QStringLiteral("t"));
+    int changes = 0;
+    QObject::connect(
+        &settings, &SettingsWindow::connectionDidChange, &settings, [&] { ++changes; });
+    button(settings, QStringLiteral("Save"))->click();
+    EXPECT_EQ(changes, 1);
+    EXPECT_TRUE(token->text().isEmpty());
+    EXPECT_EQ(token->placeholderText(), QStringLiteral("Token saved — leave blank to keep it"));
+    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://h.example");
+    button(settings, QStringLiteral("Sign Out"))->click();
+    EXPECT_EQ(changes, 2);
+    EXPECT_TRUE(core.secrets.secrets.empty());
+    EXPECT_TRUE(address->text().isEmpty());
+
+    settings.close();
+    core.secrets.failure = KeychainError(KeychainError::locked, "locked");
+    defaults.set(preferences::canvasBaseURL, std::string("https://h.example"));
+    settings.open(SettingsWindow::connection);
+    EXPECT_FALSE(token->isEnabled());
 }
 
 TEST_F(MainWindowTest, TheKeyboardReachesEverything) {

@@ -136,6 +136,15 @@ struct Schema<SubmissionSummary> {
     };
 };
 
+template<>
+struct Schema<CanvasUser> {
+    static constexpr std::string_view name = "CanvasUser";
+    static constexpr std::tuple fields{
+        optional("name", &CanvasUser::name),
+        optional("short_name", &CanvasUser::shortName),
+    };
+};
+
 // ---- Values ----------------------------------------------------------------------------------
 
 template<class Record>
@@ -437,6 +446,35 @@ std::vector<SubmissionSummary> decodeSubmissions(const std::string &json) {
 
 Course decodeCourse(const std::string &json) {
     return decode<Course>(json, Schema<Course>::name);
+}
+
+CanvasUser decodeUser(const std::string &json) {
+    return decode<CanvasUser>(json, Schema<CanvasUser>::name);
+}
+
+std::vector<std::string> decodeErrorMessages(const std::string &json) {
+    dom::parser parser;
+    dom::object body;
+    if (parser.allocate(json.size(), maximumNesting) || parser.parse(json).get(body))
+        return {};
+    const auto messageOf = [](const dom::object &object) {
+        std::string_view text;
+        return object["message"].get(text) ? std::string_view() : text;
+    };
+    if (const auto message = messageOf(body); !message.empty())
+        return {std::string(message)};
+    dom::array errors;
+    std::vector<std::string> messages;
+    if (body["errors"].get(errors))
+        return {};
+    for (const dom::element error : errors) {
+        dom::object object;
+        if (error.get(object))
+            return {};
+        if (const auto message = messageOf(object); !message.empty())
+            messages.emplace_back(message);
+    }
+    return messages;
 }
 
 bool looksLikeHTML(std::string_view body) {

@@ -35,6 +35,12 @@ inline constexpr std::size_t maximumNesting = 64;
 /// One course by itself rather than a list.
 [[nodiscard]] Course decodeCourse(const std::string &json);
 
+[[nodiscard]] CanvasUser decodeUser(const std::string &json);
+
+/// What the body of a failure says: its non-empty "message", else the non-empty "message" of each
+/// object of its list of "errors", in order. Empty for a body of any other shape; never throws.
+[[nodiscard]] std::vector<std::string> decodeErrorMessages(const std::string &json);
+
 /// Whether a body is a web page rather than JSON: its first 256 bytes, without the white space
 /// around them, begin with "<".
 [[nodiscard]] bool looksLikeHTML(std::string_view body);

@@ -97,6 +97,14 @@ struct SubmissionSummary {
     bool operator==(const SubmissionSummary &) const = default;
 };
 
+/// Whom a token belongs to.
+struct CanvasUser {
+    std::optional<std::string> name;
+    std::optional<std::string> shortName;
+
+    bool operator==(const CanvasUser &) const = default;
+};
+
 /// The course's name; without one its code; without either "Course " and its id.
 [[nodiscard]] std::string displayName(const Course &course);
 

@@ -70,7 +70,11 @@ RosterPane::RosterPane(
       refresh(
           button(QStringLiteral("⟳"), QStringLiteral("Refresh this roster (Ctrl+Shift+R)"), this)),
       stack(new QStackedWidget(this)),
-      message(plainLabel(this, true)),
+      messagePage(new QWidget(this)),
+      message(plainLabel(messagePage, true)),
+      connectButton(button(
+          QStringLiteral("Open Connection Settings…"),
+          QStringLiteral("Enter your Canvas address and token"), messagePage)),
       students(new RosterTable(look, this)),
       header(new QWidget(this)),
       headerLayout(new QBoxLayout(QBoxLayout::LeftToRight, header)),
@@ -111,7 +115,12 @@ RosterPane::RosterPane(
     headerLayout->addLayout(controls);
 
     stack->addWidget(students);
-    stack->addWidget(message);
+    auto *page = new QVBoxLayout(messagePage);
+    page->addStretch(2);
+    page->addWidget(message);
+    page->addWidget(connectButton, 0, Qt::AlignHCenter);
+    page->addStretch(3);
+    stack->addWidget(messagePage);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -127,6 +136,7 @@ RosterPane::RosterPane(
     connect(thresholds, &QPushButton::clicked, this, &RosterPane::thresholdsRequested);
     connect(missingWork, &QPushButton::clicked, this, &RosterPane::missingWorkRequested);
     connect(refresh, &QPushButton::clicked, this, &RosterPane::refreshRequested);
+    connect(connectButton, &QPushButton::clicked, this, &RosterPane::connectionRequested);
     connect(students, &QWidget::customContextMenuRequested, this, [this](const QPoint &position) {
         Q_EMIT contextMenuRequested(students->viewport()->mapToGlobal(position));
     });
@@ -183,9 +193,10 @@ void RosterPane::show() {
         qstring(roster.staleReason) + QStringLiteral(" Showing what was loaded before."));
     const QString text = messageFor(roster);
     message->setText(text);
+    connectButton->setVisible(roster.state == RosterView::State::notConnected);
     students->setRows(
         text.isEmpty() ? roster.rows : std::vector<RiskRow>{}, systemNow(), !roster.courseID);
-    stack->setCurrentWidget(text.isEmpty() ? static_cast<QWidget *>(students) : message);
+    stack->setCurrentWidget(text.isEmpty() ? static_cast<QWidget *>(students) : messagePage);
 }
 
 void RosterPane::showHeader() {

@@ -34,6 +34,7 @@ class RosterPane : public QWidget {
     void thresholdsRequested();
     void missingWorkRequested();
     void refreshRequested();
+    void connectionRequested();
     void contextMenuRequested(const QPoint &globalPosition);
 
   protected:
@@ -59,7 +60,9 @@ class RosterPane : public QWidget {
     QPushButton *missingWork;
     QPushButton *refresh;
     QStackedWidget *stack;
+    QWidget *messagePage;
     QLabel *message;
+    QPushButton *connectButton;
     RosterTable *students;
     QWidget *header;
     QBoxLayout *headerLayout;

@@ -58,8 +58,12 @@ QLabel *SettingsPane::addNote(const QString &text) {
     auto *note = plainLabel(this, true);
     note->setProperty("secondary", true);
     note->setText(text);
-    contents->insertWidget(contents->count() - 1, note);
+    addWidget(note);
     return note;
+}
+
+void SettingsPane::addWidget(QWidget *widget) {
+    contents->insertWidget(contents->count() - 1, widget);
 }
 
 } // namespace ellwynd

@@ -1,5 +1,6 @@
 #include "ui/settings/settingswindow.h"
 
+#include "ui/settings/connectionpane.h"
 #include "ui/settings/generalpane.h"
 #include "ui/settings/thresholdspane.h"
 #include "ui/support/appearance.h"
@@ -11,11 +12,13 @@
 
 namespace ellwynd {
 
-SettingsWindow::SettingsWindow(UserDefaults &defaults, const Appearance &look, QWidget *parent)
+SettingsWindow::SettingsWindow(
+    UserDefaults &defaults, ConnectionCheck &check, const Appearance &look, QWidget *parent)
     : QDialog(parent),
       appearance(look),
       pages(new QListWidget(this)),
-      panes(new QStackedWidget(this)) {
+      panes(new QStackedWidget(this)),
+      connectionPane(new ConnectionPane(defaults, check, look)) {
     setWindowTitle(QStringLiteral("Settings"));
     pages->setObjectName(QStringLiteral("settingsPages"));
     pages->setAccessibleName(QStringLiteral("Settings pages"));
@@ -28,8 +31,12 @@ SettingsWindow::SettingsWindow(UserDefaults &defaults, const Appearance &look, Q
     connect(pages, &QListWidget::currentRowChanged, panes, &QStackedWidget::setCurrentIndex);
 
     addPage(QStringLiteral("General"), new GeneralPane(defaults, look));
+    addPage(QStringLiteral("Connection"), connectionPane);
     addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, look));
     pages->setCurrentRow(general);
+    connect(
+        connectionPane, &ConnectionPane::connectionDidChange, this,
+        &SettingsWindow::connectionDidChange);
     connect(&look, &Appearance::changed, this, &SettingsWindow::applyAppearance);
     applyAppearance();
     resize(appearance.px(640), appearance.px(420));
@@ -58,6 +65,8 @@ void SettingsWindow::applyAppearance() {
 
 void SettingsWindow::open(Page page) {
     pages->setCurrentRow(page);
+    if (!isVisible())
+        connectionPane->reload();
     show();
     raise();
     activateWindow();

@@ -11,17 +11,25 @@ class QStackedWidget;
 namespace ellwynd {
 
 class Appearance;
+class ConnectionCheck;
+class ConnectionPane;
 
 /// Panes by name at the left, the chosen one at the right. Every change takes effect at once.
 class SettingsWindow : public QDialog {
     Q_OBJECT
 
   public:
-    enum Page { general, riskThresholds };
+    enum Page { general, connection, riskThresholds };
 
-    SettingsWindow(UserDefaults &defaults, const Appearance &appearance, QWidget *parent = nullptr);
+    SettingsWindow(
+        UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance,
+        QWidget *parent = nullptr);
 
     void open(Page page);
+
+  Q_SIGNALS:
+    /// An address or a token was saved, or the teacher signed out.
+    void connectionDidChange();
 
   private:
     void addPage(const QString &title, QWidget *pane);
@@ -30,6 +38,7 @@ class SettingsWindow : public QDialog {
     const Appearance &appearance;
     QListWidget *pages;
     QStackedWidget *panes;
+    ConnectionPane *connectionPane;
 };
 
 } // namespace ellwynd

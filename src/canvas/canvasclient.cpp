@@ -1,0 +1,201 @@
+#include "canvas/canvasclient.h"
+
+#include "canvas/client/request.h"
+#include "canvas/records/decoding.h"
+#include "platform/log.h"
+
+#include <fmt/format.h>
+
+namespace ellwynd {
+
+namespace {
+
+using Connection = CanvasClient::Connection;
+using Case = CanvasError::Case;
+
+constexpr Log logger{"network"};
+
+/// A chain of pages that never ends is followed so far: 30,000 records of one read.
+constexpr int mostPages = 300;
+
+std::string hostOf(const QUrl &url, const Connection &connection) {
+    if (const QString host = url.host(); !host.isEmpty())
+        return host.toStdString();
+    const QString base = QUrl(QString::fromStdString(connection.baseURL)).host();
+    return base.isEmpty() ? "the Canvas server" : base.toStdString();
+}
+
+/// One request and its classification.
+QCoro::Task<HTTPAnswer> send(Connection connection, QUrl url) {
+    const std::string host = hostOf(url, connection);
+    HTTPAnswer answer;
+    try {
+        auto get = connection.session->get(url, connection.token, connection.stop);
+        answer = co_await get;
+    } catch (const TransportFailure &failure) {
+        const CanvasError error = classify(failure, host);
+        logger.error(
+            fmt::format("Transport failure: {} → {}", int(failure.code), error.errorDescription()));
+        throw error;
+    }
+    if (answer.tooLarge)
+        throw CanvasError(Case::decodingFailed);
+    if (answer.status == 0)
+        throw CanvasError(Case::nonHTTP);
+    if (answer.status >= 200 && answer.status <= 299)
+        co_return answer;
+    const CanvasError error = classifyStatus(answer.status, answer.body, host);
+    logger.error(fmt::format("HTTP {} → {}", answer.status, error.errorDescription()));
+    throw error;
+}
+
+QCoro::Task<HTTPAnswer> sendWithRetry(Connection connection, QUrl url) {
+    for (int attempt = 1;; ++attempt) {
+        std::optional<CanvasError> failure;
+        try {
+            auto sending = send(connection, url);
+            co_return co_await sending;
+        } catch (const CanvasError &error) {
+            failure = error;
+        }
+        const auto delay = retryDelay(*failure, attempt);
+        if (!delay)
+            throw *failure;
+        auto waiting = connection.session->wait(*delay, connection.stop);
+        co_await waiting;
+        logger.info(fmt::format(
+            "Retrying (attempt {}) after {}", attempt + 1, failure->errorDescription()));
+    }
+}
+
+/// Decodes a body, or throws what its failure means to the teacher.
+template<class Decode>
+auto decodeBody(const std::string &body, const std::string &host, const char *what, Decode decode) {
+    try {
+        return decode(body);
+    } catch (const DecodingError &error) {
+        if (looksLikeHTML(body))
+            throw CanvasError::notCanvas(host);
+        logger.error(fmt::format("Decoding {} failed: {}", what, error.what()));
+        throw CanvasError(Case::decodingFailed);
+    }
+}
+
+template<class Record>
+struct Endpoint {
+    std::string path;
+    QueryItems query;
+    /// The record list's type, for the log.
+    const char *what;
+    std::vector<Record> (*decode)(const std::string &);
+};
+
+/// Every page of an endpoint.
+template<class Record>
+QCoro::Task<std::vector<Record>> fetchAll(Connection connection, Endpoint<Record> endpoint) {
+    const auto first = endpointURL(connection.baseURL, endpoint.path, endpoint.query);
+    if (!first)
+        throw CanvasError(Case::badURL);
+    const auto origin = writtenOrigin(connection.baseURL);
+    std::vector<Record> result;
+    QUrl url = *first;
+    for (int page = 1;; ++page) {
+        auto sending = sendWithRetry(connection, url);
+        const HTTPAnswer answer = co_await sending;
+        const std::string host = url.host().isEmpty() ? "The server" : url.host().toStdString();
+        std::vector<Record> records = decodeBody(answer.body, host, endpoint.what, endpoint.decode);
+        result.insert(
+            result.end(), std::make_move_iterator(records.begin()),
+            std::make_move_iterator(records.end()));
+
+        const auto next = nextLink(answer.link);
+        if (!next)
+            co_return result;
+        // The token goes to one origin alone.
+        if (writtenOrigin(*next) != origin) {
+            logger.error(fmt::format("Refusing cross-host Link to {}", *next));
+            co_return result;
+        }
+        url = QUrl(QString::fromStdString(*next), QUrl::StrictMode);
+        if (!url.isValid())
+            co_return result;
+        if (page == mostPages) {
+            logger.error(fmt::format("Stopped after {} pages — Link chain never ended", mostPages));
+            co_return result;
+        }
+    }
+}
+
+std::string coursePath(std::int64_t courseID, const char *rest) {
+    return fmt::format("/api/v1/courses/{}{}", courseID, rest);
+}
+
+const std::pair<std::string, std::string> perPage{"per_page", "100"};
+
+QCoro::Task<std::string> fetchUserName(Connection connection) {
+    const auto url = endpointURL(connection.baseURL, "/api/v1/users/self", {});
+    if (!url)
+        throw CanvasError(Case::badURL);
+    auto sending = sendWithRetry(connection, *url);
+    const HTTPAnswer answer = co_await sending;
+    const CanvasUser user =
+        decodeBody(answer.body, url->host().toStdString(), "CanvasUser", decodeUser);
+    co_return user.name ? *user.name : user.shortName.value_or("your Canvas account");
+}
+
+} // namespace
+
+CanvasClient::CanvasClient(
+    std::string baseURL, std::string token, CanvasSession &session, std::stop_token stop)
+    : connection{std::move(baseURL), std::move(token), &session, std::move(stop)} {}
+
+QCoro::Task<std::vector<Course>> CanvasClient::fetchCourses() {
+    logger.info("Fetching courses");
+    return fetchAll<Course>(
+        connection,
+        {.path = "/api/v1/courses",
+         .query =
+             {{"enrollment_type", "teacher"},
+              {"enrollment_state", "active"},
+              {"include[]", "term"},
+              perPage},
+         .what = "Courses",
+         .decode = decodeCourses});
+}
+
+QCoro::Task<std::vector<Enrollment>> CanvasClient::fetchEnrollments(std::int64_t courseID) {
+    logger.info(fmt::format("Fetching enrollments for course {}", courseID));
+    return fetchAll<Enrollment>(
+        connection,
+        {.path = coursePath(courseID, "/enrollments"),
+         .query = {{"type[]", "StudentEnrollment"}, {"state[]", "active"}, perPage},
+         .what = "Enrollments",
+         .decode = decodeEnrollments});
+}
+
+QCoro::Task<std::vector<AssignmentGroup>>
+CanvasClient::fetchAssignmentGroups(std::int64_t courseID) {
+    logger.info(fmt::format("Fetching assignment groups for course {}", courseID));
+    return fetchAll<AssignmentGroup>(
+        connection,
+        {.path = coursePath(courseID, "/assignment_groups"),
+         .query = {{"include[]", "assignments"}, perPage},
+         .what = "AssignmentGroups",
+         .decode = decodeAssignmentGroups});
+}
+
+QCoro::Task<std::vector<SubmissionSummary>> CanvasClient::fetchSubmissions(std::int64_t courseID) {
+    logger.info(fmt::format("Fetching submissions for course {}", courseID));
+    return fetchAll<SubmissionSummary>(
+        connection,
+        {.path = coursePath(courseID, "/students/submissions"),
+         .query = {{"student_ids[]", "all"}, perPage},
+         .what = "SubmissionSummaries",
+         .decode = decodeSubmissions});
+}
+
+QCoro::Task<std::string> CanvasClient::fetchCurrentUser() {
+    return fetchUserName(connection);
+}
+
+} // namespace ellwynd

@@ -1,0 +1,41 @@
+// Live reads from a Canvas server.
+#pragma once
+
+#include "canvas/canvasreading.h"
+#include "canvas/client/session.h"
+
+namespace ellwynd {
+
+/// The only part of the program that talks to a Canvas server. It reads and never writes: five GET
+/// endpoints, each answered as JSON, page by page, with a short linear back-off where a retry
+/// helps. Every failure is one CanvasError.
+///
+/// The session outlives every read; the client itself may go while one runs.
+class CanvasClient final : public CanvasReading {
+  public:
+    /// @param baseURL the institution's address as saved.
+    /// @param stop ends running reads and their waits with Cancelled.
+    CanvasClient(
+        std::string baseURL, std::string token, CanvasSession &session, std::stop_token stop = {});
+
+    QCoro::Task<std::vector<Course>> fetchCourses() override;
+    QCoro::Task<std::vector<Enrollment>> fetchEnrollments(std::int64_t courseID) override;
+    QCoro::Task<std::vector<AssignmentGroup>> fetchAssignmentGroups(std::int64_t courseID) override;
+    QCoro::Task<std::vector<SubmissionSummary>> fetchSubmissions(std::int64_t courseID) override;
+
+    /// The name of whom the token belongs to, for the connection check.
+    QCoro::Task<std::string> fetchCurrentUser();
+
+    /// What the reads need; they hold a copy.
+    struct Connection {
+        std::string baseURL;
+        std::string token;
+        CanvasSession *session;
+        std::stop_token stop;
+    };
+
+  private:
+    Connection connection;
+};
+
+} // namespace ellwynd

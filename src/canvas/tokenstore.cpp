@@ -1,0 +1,37 @@
+#include "canvas/tokenstore.h"
+
+#include <QStringDecoder>
+#include <QUrl>
+
+namespace ellwynd {
+
+namespace {
+
+bool isUTF8(const std::string &bytes) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString decoded = decoder.decode(QByteArrayView(bytes.data(), qsizetype(bytes.size())));
+    static_cast<void>(decoded.size());
+    return !decoder.hasError();
+}
+
+} // namespace
+
+std::optional<std::string> TokenStore::readToken(const std::string &account) const {
+    auto token = secrets.read(service, account);
+    return token && isUTF8(*token) ? token : std::nullopt;
+}
+
+void TokenStore::saveToken(const std::string &token, const std::string &account) const {
+    secrets.save(token, service, account);
+}
+
+void TokenStore::deleteToken(const std::string &account) const {
+    secrets.remove(service, account);
+}
+
+std::string TokenStore::accountOf(const std::string &address) {
+    const QString host = QUrl(QString::fromStdString(address)).host();
+    return host.isEmpty() ? address : host.toStdString();
+}
+
+} // namespace ellwynd

@@ -1,0 +1,51 @@
+#include "canvas/connectioncheck.h"
+#include "canvas/runtoend.h"
+#include "cli/commandline.h"
+#include "cli/commands.h"
+
+#include <istream>
+
+namespace ellwynd::cli {
+
+namespace {
+
+void refuseSample(Session &session, const char *command) {
+    if (session.defaults().value(preferences::sampleData))
+        throw UsageError(std::string(command) + " has no meaning in the sample college");
+}
+
+} // namespace
+
+int runConnect(Session &session, const QStringList &words) {
+    CommandLine line(
+        session, "connect",
+        "Read an access token from standard input, test the connection and save it.");
+    line.argument("ADDRESS", "Your institution's Canvas address, including https://.");
+    if (!line.parse(words))
+        return done;
+    refuseSample(session, "connect");
+    std::string token;
+    std::getline(session.in, token);
+
+    ConnectionCheck check(session.defaults(), session.secrets(), session.http());
+    const std::string address = line.word(0);
+    const ConnectionOutcome tested = runToEnd(check.testOrThrow(address, token));
+    if (!tested.succeeded)
+        throw Failure(tested.status);
+    const ConnectionOutcome saved = check.saveOrThrow(address, token);
+    if (!saved.succeeded)
+        throw Failure(saved.status);
+    line.print(tested.status + "\n");
+    return done;
+}
+
+int runDisconnect(Session &session, const QStringList &words) {
+    CommandLine line(session, "disconnect", "Delete the token and forget the Canvas address.");
+    if (!line.parse(words))
+        return done;
+    refuseSample(session, "disconnect");
+    ConnectionCheck(session.defaults(), session.secrets(), session.http()).signOut();
+    return done;
+}
+
+} // namespace ellwynd::cli

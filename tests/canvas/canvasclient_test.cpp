@@ -1,0 +1,330 @@
+#include "canvas/canvasclient.h"
+#include "canvas/runtoend.h"
+#include "platform/log.h"
+#include "support/fakecanvas.h"
+
+#include <QTcpServer>
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using test::CertificateKind;
+using test::FakeCanvas;
+using test::FakeReply;
+using test::FakeRequest;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using Case = CanvasError::Case;
+using Manner = FakeReply::Manner;
+using namespace std::chrono_literals;
+
+std::vector<std::string> logged;
+
+const QString coursesPath = QStringLiteral("/api/v1/courses");
+
+/// Noted instead of waited for.
+std::vector<std::chrono::milliseconds> waits;
+
+QCoro::Task<> noteWait(std::chrono::milliseconds duration, std::stop_token stop) {
+    waits.push_back(duration);
+    if (stop.stop_requested())
+        throw Cancelled();
+    co_return;
+}
+
+struct CanvasClientTest : testing::Test {
+    FakeCanvas canvas;
+    CanvasSession session{{.silence = 60s, .whole = 60s, .wait = noteWait}};
+    std::string token = "secret-token";
+
+    CanvasClientTest() {
+        test::trustAuthority();
+        waits.clear();
+        logged.clear();
+        Log::setSink([](std::string_view category, Log::Level, std::string_view message) {
+            logged.push_back(std::string(category) + ": " + std::string(message));
+        });
+    }
+    ~CanvasClientTest() override { Log::setSink(nullptr); }
+
+    [[nodiscard]] CanvasClient client() { return client(canvas.address()); }
+    [[nodiscard]] CanvasClient client(const std::string &address) {
+        return {address, token, session};
+    }
+
+    /// How reading the course list ends.
+    std::optional<CanvasError> failure(const std::string &address) {
+        CanvasClient reading = client(address);
+        try {
+            (void)runToEnd(reading.fetchCourses());
+        } catch (const CanvasError &error) {
+            return error;
+        }
+        return std::nullopt;
+    }
+    std::optional<CanvasError> failure() { return failure(canvas.address()); }
+};
+
+TEST_F(CanvasClientTest, AsksAsItShould) {
+    canvas.serve(coursesPath, {R"({"id":1,"name":"Bio"})"});
+    const std::string base = "/api/v1/courses/4021";
+    for (const std::string path : {"/enrollments", "/assignment_groups", "/students/submissions"})
+        canvas.serve(QString::fromStdString(base + path), {});
+    canvas.plan(QStringLiteral("/api/v1/users/self"), {{.body = R"({"short_name":"Ana"})"}});
+    CanvasClient reading = client();
+    EXPECT_EQ(runToEnd(reading.fetchCourses()).at(0).name, "Bio");
+    (void)runToEnd(reading.fetchEnrollments(4021));
+    (void)runToEnd(reading.fetchAssignmentGroups(4021));
+    (void)runToEnd(reading.fetchSubmissions(4021));
+    EXPECT_EQ(runToEnd(reading.fetchCurrentUser()), "Ana");
+
+    std::vector<std::string> asked;
+    for (const FakeRequest &request : canvas.requests) {
+        asked.push_back(request.path.toStdString() + "?" + request.query.toStdString());
+        EXPECT_EQ(request.method, "GET");
+        EXPECT_EQ(request.headers["authorization"], "Bearer secret-token");
+        EXPECT_EQ(request.headers["accept"], "application/json");
+        EXPECT_THAT(request.headers["user-agent"].toStdString(), testing::StartsWith("Ellwynd/"));
+        EXPECT_FALSE(request.headers.contains("cookie"));
+    }
+    EXPECT_THAT(
+        asked,
+        ElementsAre(
+            "/api/v1/courses?enrollment_type=teacher&enrollment_state=active&include[]=term&per_"
+            "page=100",
+            "/api/v1/courses/4021/enrollments?type[]=StudentEnrollment&state[]=active&per_page=100",
+            "/api/v1/courses/4021/assignment_groups?include[]=assignments&per_page=100",
+            "/api/v1/courses/4021/students/submissions?student_ids[]=all&per_page=100",
+            "/api/v1/users/self?"));
+    EXPECT_EQ(canvas.connections, 1) << "the connection is used again";
+}
+
+TEST_F(CanvasClientTest, ReadsALargeCourseWhole) {
+    constexpr int students = 400;
+    constexpr int assignments = 60;
+    std::vector<QByteArray> submissions;
+    std::vector<SubmissionSummary> expected;
+    for (int student = 1; student <= students; ++student) {
+        for (int assignment = 1; assignment <= assignments; ++assignment) {
+            submissions.push_back(QStringLiteral(R"({"user_id":%1,"assignment_id":%2,)"
+                                                 R"("workflow_state":"graded","score":%2.5})")
+                                      .arg(student)
+                                      .arg(assignment)
+                                      .toUtf8());
+            expected.push_back(
+                {.userID = student,
+                 .assignmentID = assignment,
+                 .workflowState = "graded",
+                 .score = assignment + 0.5});
+        }
+    }
+    canvas.serve(QStringLiteral("/api/v1/courses/7/students/submissions"), submissions);
+    CanvasClient reading = client();
+    EXPECT_EQ(runToEnd(reading.fetchSubmissions(7)), expected);
+    EXPECT_EQ(canvas.requests.size(), 240U);
+}
+
+TEST_F(CanvasClientTest, NeverMoreThanSixRequestsAtATime) {
+    canvas.answerWith([](const FakeRequest &) { return FakeReply{.delayMilliseconds = 10}; });
+    std::vector<QCoro::Task<std::vector<Course>>> reads;
+    CanvasClient reading = client();
+    for (int i = 0; i < 20; ++i)
+        reads.push_back(reading.fetchCourses());
+    for (auto &read : reads)
+        (void)runToEnd(std::move(read));
+    EXPECT_EQ(canvas.mostInFlight, 6);
+    EXPECT_EQ(session.requestGate().inFlight(), 0);
+
+    // While the rate limit runs low, one at a time.
+    canvas.mostInFlight = 0;
+    canvas.answerWith([](const FakeRequest &) {
+        return FakeReply{.headers = {{"x-rate-limit-remaining", "199.5"}}, .delayMilliseconds = 5};
+    });
+    (void)runToEnd(reading.fetchCourses());
+    reads.clear();
+    for (int i = 0; i < 6; ++i)
+        reads.push_back(reading.fetchCourses());
+    for (auto &read : reads)
+        (void)runToEnd(std::move(read));
+    EXPECT_EQ(canvas.mostInFlight, 1);
+}
+
+TEST_F(CanvasClientTest, RetriesWhatMayPassAndWaitsInBetween) {
+    struct Row {
+        std::vector<FakeReply> replies;
+        std::optional<CanvasError> failure;
+        std::vector<std::chrono::milliseconds> waits;
+    };
+    const FakeReply unavailable{.status = 502, .body = "<html>"};
+    const FakeReply limited{.status = 403, .body = "403 Forbidden (Rate Limit Exceeded)"};
+    for (const Row &row : std::vector<Row>{
+             {{unavailable, unavailable}, std::nullopt, {500ms, 1000ms}},
+             {{unavailable, unavailable, unavailable},
+              CanvasError::canvasUnavailable(502),
+              {500ms, 1000ms}},
+             {{limited, unavailable}, std::nullopt, {1500ms, 1000ms}},
+             {{limited, limited, {.status = 429}},
+              CanvasError(Case::rateLimited),
+              {1500ms, 3000ms}},
+             {{{.status = 404}}, CanvasError(Case::notFound), {}},
+             {{{.status = 401}}, CanvasError(Case::unauthorized), {}}}) {
+        waits.clear();
+        canvas.serve(coursesPath, {});
+        canvas.plan(coursesPath, row.replies);
+        EXPECT_EQ(failure(), row.failure);
+        EXPECT_EQ(waits, row.waits);
+    }
+    EXPECT_THAT(
+        logged,
+        testing::Contains("network: Retrying (attempt 2) after Canvas isn't responding normally "
+                          "(status 502)."));
+}
+
+TEST_F(CanvasClientTest, RealFaultsHaveTheirOwnWords) {
+    struct Row {
+        const char *what;
+        FakeReply reply;
+        CanvasError error;
+    };
+    const QByteArray list = "[" + QByteArray(500, ' ') + "]";
+    for (const Row &row : std::vector<Row>{
+             {"closed at once",
+              {.manner = Manner::closed},
+              CanvasError::network("The connection was interrupted.")},
+             {"closed in mid-body",
+              {.body = list, .manner = Manner::cut},
+              CanvasError::network("The connection was interrupted.")},
+             {"silence", {.manner = Manner::silent}, CanvasError(Case::timedOut)},
+             {"trickle", {.manner = Manner::trickle}, CanvasError(Case::timedOut)},
+             {"HTML", {.body = "<!DOCTYPE html><html>"}, CanvasError::notCanvas("localhost")},
+             {"no list", {.body = "{}"}, CanvasError(Case::decodingFailed)},
+             {"no JSON", {.body = "[1,"}, CanvasError(Case::decodingFailed)},
+             {"too large",
+              {.body = "[" + QByteArray(3000, ' ') + "]"},
+              CanvasError(Case::decodingFailed)},
+             {"bad gzip",
+              {.body = "no gzip", .headers = {{"Content-Encoding", "gzip"}}},
+              CanvasError::network("")},
+         }) {
+        // A session of its own: no row sees the connection that another one broke.
+        CanvasSession impatient(
+            {.silence = 150ms, .whole = 400ms, .bodyBytes = 2000, .wait = noteWait});
+        canvas.answerWith([&row](const FakeRequest &) { return row.reply; });
+        CanvasClient reading(canvas.address(), token, impatient);
+        try {
+            (void)runToEnd(reading.fetchCourses());
+            ADD_FAILURE() << row.what << " went unnoticed";
+        } catch (const CanvasError &error) {
+            EXPECT_EQ(error.which(), row.error.which()) << row.what << ": " << error.what();
+            if (row.error != CanvasError::network("")) {
+                EXPECT_EQ(error, row.error) << row.what;
+            }
+        }
+    }
+}
+
+TEST_F(CanvasClientTest, NobodyThere) {
+    EXPECT_EQ(failure("https://nowhere.invalid"), CanvasError::cannotReachHost("nowhere.invalid"));
+    QTcpServer gone;
+    ASSERT_TRUE(gone.listen(QHostAddress::LocalHost));
+    const std::string address = "https://localhost:" + std::to_string(gone.serverPort());
+    gone.close();
+    EXPECT_EQ(failure(address), CanvasError::cannotReachHost("localhost"));
+    EXPECT_EQ(failure("http://localhost"), CanvasError(Case::badURL));
+    EXPECT_EQ(failure("nonsense"), CanvasError(Case::badURL));
+    EXPECT_TRUE(canvas.requests.empty());
+}
+
+TEST_F(CanvasClientTest, OnlyTrustedCertificatesSeeTheToken) {
+    for (const CertificateKind kind :
+         {CertificateKind::expired, CertificateKind::notYetValid, CertificateKind::otherHost,
+          CertificateKind::unknownAuthority}) {
+        FakeCanvas impostor(kind);
+        EXPECT_EQ(failure(impostor.address()), CanvasError::tlsFailed("localhost")) << int(kind);
+        EXPECT_TRUE(impostor.requests.empty()) << int(kind);
+    }
+}
+
+TEST_F(CanvasClientTest, TheTokenGoesToOneOriginOnly) {
+    FakeCanvas other;
+    other.serve(coursesPath, {R"({"id":2})"});
+    QTcpServer plain;
+    ASSERT_TRUE(plain.listen(QHostAddress::LocalHost));
+    const auto next = [](const std::string &address) {
+        return FakeReply{
+            .body = R"([{"id":1}])",
+            .headers = {
+                {"Link",
+                 QByteArray::fromStdString("<" + address + "/api/v1/courses>; rel=\"next\"")}}};
+    };
+    const std::string port = std::to_string(plain.serverPort());
+    for (const std::string &address :
+         {other.address(), "http://localhost:" + port,
+          "https://LOCALHOST:" + std::to_string(canvas.port()),
+          "https://localhost@127.0.0.1:" + port}) {
+        canvas.plan(coursesPath, {next(address)});
+        CanvasClient reading = client();
+        EXPECT_EQ(runToEnd(reading.fetchCourses()).size(), 1U) << address;
+        EXPECT_THAT(logged.back(), HasSubstr("Refusing cross-host Link to " + address));
+    }
+    for (const std::string &address : {other.address() + "/", "http://localhost:" + port + "/"}) {
+        for (const int status : {301, 302, 307, 308}) {
+            canvas.plan(
+                coursesPath,
+                {{.status = status,
+                  .body = "",
+                  .headers = {{"Location", QByteArray::fromStdString(address)}}}});
+            EXPECT_EQ(failure(), CanvasError::unexpectedStatus(status, std::nullopt));
+        }
+    }
+    EXPECT_TRUE(other.requests.empty());
+    EXPECT_FALSE(plain.hasPendingConnections());
+    for (const std::string &line : logged)
+        EXPECT_THAT(line, testing::Not(HasSubstr("secret-token")));
+}
+
+TEST_F(CanvasClientTest, AnEndlessChainIsLeftAfterThreeHundredPages) {
+    const QByteArray self = QByteArray::fromStdString(
+        "<" + canvas.address() + "/api/v1/courses?page=again>; rel=\"next\"");
+    canvas.answerWith([&](const FakeRequest &) {
+        return FakeReply{.body = R"([{"id":1}])", .headers = {{"Link", self}}};
+    });
+    CanvasClient reading = client();
+    EXPECT_EQ(runToEnd(reading.fetchCourses()).size(), 300U);
+    EXPECT_EQ(logged.back(), "network: Stopped after 300 pages — Link chain never ended");
+}
+
+TEST_F(CanvasClientTest, AStopEndsReadsAndWaits) {
+    std::stop_source stop;
+    canvas.answerWith([&](const FakeRequest &) {
+        stop.request_stop();
+        return FakeReply{.manner = Manner::silent};
+    });
+    CanvasClient reading(canvas.address(), token, session, stop.get_token());
+    EXPECT_THROW((void)runToEnd(reading.fetchCourses()), Cancelled);
+
+    std::stop_source later;
+    CanvasSession patient;
+    canvas.answerWith([&](const FakeRequest &) {
+        QMetaObject::invokeMethod(
+            &canvas, [&] { later.request_stop(); }, Qt::QueuedConnection);
+        return FakeReply{.status = 500};
+    });
+    CanvasClient waiting(canvas.address(), token, patient, later.get_token());
+    EXPECT_THROW((void)runToEnd(waiting.fetchCourses()), Cancelled);
+}
+
+TEST_F(CanvasClientTest, ACookieIsForgotten) {
+    canvas.answerWith([](const FakeRequest &) {
+        return FakeReply{.headers = {{"Set-Cookie", "session=1; Path=/"}}};
+    });
+    CanvasClient reading = client();
+    (void)runToEnd(reading.fetchCourses());
+    (void)runToEnd(reading.fetchCourses());
+    EXPECT_FALSE(canvas.requests.back().headers.contains("cookie"));
+}
+
+} // namespace
+} // namespace ellwynd

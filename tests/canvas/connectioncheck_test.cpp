@@ -1,0 +1,141 @@
+#include "canvas/connectioncheck.h"
+#include "canvas/runtoend.h"
+#include "support/core.h"
+#include "support/fakecanvas.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+const KeychainError locked(KeychainError::locked, "The keyring is locked.");
+
+TEST(KeychainError, SaysItsStatus) {
+    EXPECT_STREQ(locked.what(), "Keychain error (3): The keyring is locked.");
+    EXPECT_STREQ(KeychainError(-7, "").what(), "Keychain error (-7): unknown error");
+}
+
+TEST(ConnectionCheck, AcceptsExactlyHttpsWithAHost) {
+    struct Row {
+        const char *typed;
+        std::optional<std::string> address;
+        std::optional<std::string> tokenPage;
+    };
+    for (const Row &row : std::vector<Row>{
+             {" https://h.example \n", "https://h.example", "https://h.example/profile/settings"},
+             {"https://h.example/", "https://h.example/", "https://h.example/profile/settings"},
+             {"https://h.example/lms", "https://h.example/lms",
+              "https://h.example/lms/profile/settings"},
+             {"http://h.example", {}, {}},
+             {"HTTPS://h.example", {}, {}},
+             {"h.example", {}, {}},
+             {"https://", {}, {}},
+             {"https:///x", {}, {}},
+             {"https://h example", {}, {}},
+             {"", {}, {}}}) {
+        EXPECT_EQ(ConnectionCheck::validAddress(row.typed), row.address) << row.typed;
+        EXPECT_EQ(ConnectionCheck::tokenPage(row.typed), row.tokenPage) << row.typed;
+    }
+}
+
+TEST(ConnectionCheck, OpensWithWhatIsSaved) {
+    test::Core core;
+    EXPECT_EQ(core.check.state().placeholder, "Paste your Canvas access token");
+    EXPECT_EQ(core.check.state().status, "No token saved yet — paste one below to connect.");
+    core.connectTo("https://h.example/lms");
+    EXPECT_EQ(core.check.state().address, "https://h.example/lms");
+    EXPECT_EQ(core.check.state().placeholder, "Token saved — leave blank to keep it");
+    EXPECT_THAT(
+        core.check.state().status, StartsWith("A token is saved in your Keychain for h.example"));
+    core.secrets.failure = locked;
+    EXPECT_TRUE(core.check.state().keychainUnavailable);
+    EXPECT_EQ(
+        core.check.state().status,
+        "Your Keychain would not open, so Ellwynd cannot tell whether a token is saved for "
+        "h.example. Unlock it in Keychain Access and reopen Ellwynd before pasting a new one.");
+}
+
+TEST(ConnectionCheck, SavesClosedAndPerHost) {
+    test::Core core;
+    EXPECT_THAT(core.check.save("h.example", "t").status, StartsWith("Enter your institution's"));
+    EXPECT_EQ(
+        core.check.save("https://h.example", " ").status, "Please paste your Canvas access token.");
+    core.secrets.failure = locked;
+    EXPECT_EQ(core.check.save("https://h.example", "t").status, locked.what());
+    core.secrets.failure.reset();
+    EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");
+
+    EXPECT_TRUE(core.check.save(" https://h.example ", " t\n").succeeded);
+    EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "https://h.example");
+    EXPECT_EQ(core.secrets.secrets.begin()->second, "t");
+    EXPECT_TRUE(core.check.save("https://h.example/lms", "").succeeded) << "the token is kept";
+    EXPECT_FALSE(core.check.save("https://other.example", "").succeeded);
+    EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "https://h.example/lms");
+}
+
+TEST(ConnectionCheck, SigningOutForgetsTheAddressWhateverHappens) {
+    test::Core core;
+    core.connectTo("https://h.example");
+    core.check.signOut();
+    EXPECT_TRUE(core.secrets.secrets.empty());
+    EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");
+    core.connectTo("https://h.example");
+    core.secrets.failure = locked;
+    core.check.signOut();
+    EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");
+}
+
+TEST(ConnectionCheck, TestsWithoutSaving) {
+    test::trustAuthority();
+    test::Core core;
+    test::FakeCanvas canvas;
+    canvas.answerWith([&](const test::FakeRequest &request) {
+        if (request.headers.value("authorization") == "Bearer secret-token")
+            return test::FakeReply{.body = R"({"name":"Ana Ruiz"})"};
+        return test::FakeReply{.status = 401};
+    });
+    const auto test = [&](const std::string &address, const std::string &token) {
+        return runToEnd(core.check.test(address, token)).status;
+    };
+    EXPECT_EQ(test(canvas.address(), "secret-token "), "Connected as Ana Ruiz");
+    EXPECT_EQ(test(canvas.address(), "wrong"), "Canvas rejected the access token.");
+    EXPECT_EQ(test(canvas.address(), "bro\r\nken: 1"), "Canvas rejected the access token.");
+    EXPECT_FALSE(canvas.requests.back().headers.contains("ken"));
+    EXPECT_EQ(test(canvas.address(), ""), "Paste your Canvas access token first.");
+    EXPECT_THAT(test("localhost", "t"), StartsWith("Enter your Canvas address first"));
+    EXPECT_TRUE(core.secrets.secrets.empty());
+    core.connectTo(canvas.address());
+    EXPECT_EQ(test(canvas.address(), ""), "Connected as Ana Ruiz");
+    core.secrets.failure = locked;
+    EXPECT_EQ(test(canvas.address(), ""), locked.what());
+}
+
+TEST(TokenStore, ATokenThatIsNoTextIsNone) {
+    test::MemorySecrets secrets;
+    const TokenStore tokens(secrets);
+    tokens.saveToken("\xff\xfe", "h");
+    EXPECT_EQ(tokens.readToken("h"), std::nullopt);
+    tokens.saveToken("ü", "h");
+    EXPECT_EQ(tokens.readToken("h"), "ü");
+    tokens.deleteToken("h");
+    tokens.deleteToken("h");
+    EXPECT_EQ(TokenStore::accountOf("https://H.example:8443/x"), "h.example");
+    EXPECT_EQ(TokenStore::accountOf("nonsense"), "nonsense");
+}
+
+/// The tests run without a session bus, unless they bring their own.
+TEST(SecretService, WithoutABusIsUnavailable) {
+    SecretService service;
+    try {
+        (void)service.read("s", "a");
+        FAIL() << "read without a bus";
+    } catch (const KeychainError &error) {
+        EXPECT_EQ(error.status(), KeychainError::unavailable) << error.what();
+    }
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,29 @@
+// The parts of the program below its windows, with a folder of their own.
+#pragma once
+
+#include "app/connection.h"
+#include "canvas/connectioncheck.h"
+#include "support/memorysecrets.h"
+#include "support/temporaryfolder.h"
+
+namespace ellwynd::test {
+
+struct Core {
+    TemporaryFolder folder;
+    UserDefaults defaults;
+    MemorySecrets secrets;
+    CanvasSession session;
+    Connector connector{defaults, secrets, session};
+    ConnectionCheck check{defaults, secrets, session};
+
+    explicit Core(PreferenceMap arguments = {})
+        : defaults(folder.path() / "Preferences.json", std::move(arguments)) {}
+
+    /// Saves an address with a token for it.
+    void connectTo(const std::string &address, const std::string &token = "secret-token") {
+        secrets.secrets[{TokenStore::service, TokenStore::accountOf(address)}] = token;
+        defaults.set(preferences::canvasBaseURL, address);
+    }
+};
+
+} // namespace ellwynd::test

@@ -1,0 +1,157 @@
+#include "support/fakecanvas.h"
+
+#include <QSslSocket>
+#include <QTimer>
+#include <QUrlQuery>
+
+namespace ellwynd::test {
+
+FakeCanvas::FakeCanvas(CertificateKind certificate) {
+    server.setSslConfiguration(serverConfiguration(certificate));
+    if (!server.listen(QHostAddress::LocalHost))
+        throw std::runtime_error("the fake Canvas could not listen");
+    connect(&server, &QTcpServer::pendingConnectionAvailable, this, &FakeCanvas::accept);
+}
+
+FakeCanvas::~FakeCanvas() = default;
+
+std::string FakeCanvas::address() const {
+    return "https://localhost:" + std::to_string(server.serverPort());
+}
+
+void FakeCanvas::serve(const QString &path, std::vector<QByteArray> list) {
+    records[path] = std::move(list);
+}
+
+void FakeCanvas::plan(const QString &path, std::vector<FakeReply> replies) {
+    plans[path] = {replies.begin(), replies.end()};
+}
+
+void FakeCanvas::answerWith(std::function<FakeReply(const FakeRequest &)> answer) {
+    custom = std::move(answer);
+}
+
+void FakeCanvas::accept() {
+    while (auto *socket = qobject_cast<QSslSocket *>(server.nextPendingConnection())) {
+        const int number = ++connections;
+        connect(socket, &QAbstractSocket::disconnected, socket, &QObject::deleteLater);
+        auto buffer = std::make_shared<QByteArray>();
+        connect(socket, &QIODevice::readyRead, this, [this, socket, number, buffer] {
+            receive(socket, number, *buffer);
+        });
+        receive(socket, number, *buffer);
+    }
+}
+
+void FakeCanvas::receive(QSslSocket *socket, int connection, QByteArray &buffer) {
+    buffer += socket->readAll();
+    for (qsizetype end = buffer.indexOf("\r\n\r\n"); end >= 0; end = buffer.indexOf("\r\n\r\n")) {
+        const QList<QByteArray> lines = buffer.left(end).split('\n');
+        buffer.remove(0, end + 4);
+        const QList<QByteArray> first = lines.first().trimmed().split(' ');
+        const QUrl url = QUrl::fromEncoded("https://localhost" + first.value(1));
+        FakeRequest request{
+            .method = first.value(0),
+            .path = url.path(),
+            .query = url.query(QUrl::FullyDecoded),
+            .connection = connection};
+        for (const QByteArray &line : lines.mid(1)) {
+            const qsizetype colon = line.indexOf(':');
+            request.headers[line.left(colon).toLower()] = line.mid(colon + 1).trimmed();
+        }
+        requests.push_back(request);
+        mostInFlight = std::max(mostInFlight, ++inFlight);
+        reply(socket, answer(request));
+    }
+}
+
+FakeReply FakeCanvas::answer(const FakeRequest &request) {
+    if (custom)
+        return custom(request);
+    if (auto &planned = plans[request.path]; !planned.empty()) {
+        FakeReply next = planned.front();
+        planned.pop_front();
+        return next;
+    }
+    if (request.headers.value("authorization") != "Bearer " + token) {
+        return {.status = 401, .body = R"({"errors":[{"message":"Invalid access token."}]})"};
+    }
+    if (!records.contains(request.path)) {
+        return {
+            .status = 404,
+            .body = R"({"errors":[{"message":"The specified resource does not exist."}]})"};
+    }
+    return page(request);
+}
+
+FakeReply FakeCanvas::page(const FakeRequest &request) const {
+    const auto &list = records[request.path];
+    QUrlQuery query(request.query);
+    // A bookmark is opaque; this one holds the place in some disguise.
+    const QByteArray bookmark =
+        QByteArray::fromBase64(query.queryItemValue("page").mid(9).toLatin1());
+    const std::size_t begin = bookmark.isEmpty() ? 0 : bookmark.mid(1).toULongLong();
+    const std::size_t end = std::min(begin + std::size_t(pageSize), list.size());
+    FakeReply reply{.body = "[", .delayMilliseconds = delayMilliseconds};
+    for (std::size_t i = begin; i < end; ++i)
+        reply.body += (i > begin ? "," : "") + list[i];
+    reply.body += "]";
+    const auto link = [&](std::size_t place, const char *relation) {
+        QUrlQuery other = query;
+        other.removeAllQueryItems("page");
+        const QByteArray mark = ("k" + QByteArray::number(qulonglong(place))).toBase64();
+        other.addQueryItem("page", "bookmark:" + QString::fromLatin1(mark));
+        QUrl url(QString::fromStdString(address()));
+        url.setPath(request.path);
+        url.setQuery(other);
+        return "<" + url.toEncoded() + ">; rel=\"" + relation + "\"";
+    };
+    QByteArray links = link(begin, "current");
+    if (end < list.size())
+        links += "," + link(end, "next");
+    links += "," + link(0, "first");
+    reply.headers = {{"link", links}, {"X-Rate-Limit-Remaining", "650.0"}};
+    return reply;
+}
+
+void FakeCanvas::reply(QSslSocket *socket, const FakeReply &reply) {
+    if (reply.delayMilliseconds > 0)
+        QTimer::singleShot(
+            reply.delayMilliseconds, socket, [this, socket, reply] { write(socket, reply); });
+    else
+        write(socket, reply);
+}
+
+void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {
+    using Manner = FakeReply::Manner;
+    --inFlight;
+    if (reply.manner == Manner::silent)
+        return;
+    if (reply.manner == Manner::closed) {
+        socket->abort();
+        return;
+    }
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) + " Status\r\n";
+    head += "Content-Type: " + reply.contentType + "\r\n";
+    const qsizetype length = reply.manner == Manner::trickle ? 1'000'000 : reply.body.size();
+    head += "Content-Length: " + QByteArray::number(length) + "\r\n";
+    for (const auto &[name, value] : reply.headers)
+        head += name + ": " + value + "\r\n";
+    socket->write(head + "\r\n");
+    switch (reply.manner) {
+    case Manner::cut:
+        socket->write(reply.body.left(reply.body.size() / 2));
+        socket->disconnectFromHost();
+        break;
+    case Manner::trickle: {
+        auto *timer = new QTimer(socket);
+        connect(timer, &QTimer::timeout, socket, [socket] { socket->write(" "); });
+        timer->start(5);
+        break;
+    }
+    default:
+        socket->write(reply.body);
+    }
+}
+
+} // namespace ellwynd::test

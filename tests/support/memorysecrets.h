@@ -1,0 +1,41 @@
+// A secret store in memory, which can be told to fail.
+#pragma once
+
+#include "platform/secrets/secretstore.h"
+
+#include <map>
+
+namespace ellwynd::test {
+
+class MemorySecrets final : public SecretStore {
+  public:
+    std::map<std::pair<std::string, std::string>, std::string> secrets;
+    /// Thrown by every operation while it is set.
+    std::optional<KeychainError> failure;
+
+    std::optional<std::string>
+    read(const std::string &service, const std::string &account) override {
+        fail();
+        const auto found = secrets.find({service, account});
+        return found != secrets.end() ? std::optional{found->second} : std::nullopt;
+    }
+
+    void save(const std::string &secret, const std::string &service, const std::string &account)
+        override {
+        fail();
+        secrets[{service, account}] = secret;
+    }
+
+    void remove(const std::string &service, const std::string &account) override {
+        fail();
+        secrets.erase({service, account});
+    }
+
+  private:
+    void fail() const {
+        if (failure)
+            throw KeychainError(*failure);
+    }
+};
+
+} // namespace ellwynd::test

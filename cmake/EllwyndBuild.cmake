@@ -21,7 +21,7 @@ target_compile_options(ellwynd_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wconversion
   -Wno-sign-conversion
   # Members have defaults, so leaving some out is meant; GCC 12 sees absent optionals as uninitialised.
-  -Wno-missing-field-initializers -Wno-maybe-uninitialized
+  -Wno-missing-field-initializers $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>
   # Scores are compared with exact band limits, so no machine may fuse a multiplication and an
   # addition into one rounding.
   -ffp-contract=off)

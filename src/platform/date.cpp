@@ -118,7 +118,12 @@ std::optional<Date> parseInstant(std::string_view text) {
     const year_month_day date{year{*y}, month(unsigned(*m)), day(unsigned(*d))};
     if (!offset || !date.ok())
         return std::nullopt;
-    return Date{sys_days{date}} + hours{*hh} + minutes{*mm} + seconds{*ss} + fraction - *offset;
+    const Date result =
+        Date{sys_days{date}} + hours{*hh} + minutes{*mm} + seconds{*ss} + fraction - *offset;
+    // An offset can lead out of the years that four digits can write.
+    const Date first = sys_days{year{0} / 1 / 1};
+    const Date end = sys_days{year{10000} / 1 / 1};
+    return result >= first && result < end ? std::optional{result} : std::nullopt;
 }
 
 std::string formatInstant(Date date) {

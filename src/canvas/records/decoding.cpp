@@ -333,7 +333,10 @@ std::string diagnose(const std::string &json) {
                 return value.get(flag);
             }
             case od::json_type::null:
-                return value.is_null() ? simdjson::SUCCESS : simdjson::N_ATOM_ERROR;
+                bool isNull = false;
+                if (const auto error = value.is_null().get(isNull))
+                    return error;
+                return isNull ? simdjson::SUCCESS : simdjson::N_ATOM_ERROR;
             }
             return simdjson::TAPE_ERROR;
         }

@@ -1,0 +1,21 @@
+// The "Link" header and the addresses in it.
+#include "canvas/client/classify.h"
+#include "canvas/client/request.h"
+#include "fuzz/target.h"
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+    using namespace ellwynd;
+    const std::string_view header = fuzz::text(data, size);
+    if (const auto next = nextLink(header)) {
+        fuzz::require(header.find("rel=\"next\"") != std::string_view::npos);
+        // The origin that is compared is the one that would be asked.
+        const auto origin = writtenOrigin(*next);
+        const QUrl url(QString::fromStdString(*next), QUrl::StrictMode);
+        if (origin == "https://h.example" && url.isValid()) {
+            fuzz::require(url.scheme() == QLatin1String("https"));
+            fuzz::require(url.host() == QLatin1String("h.example"));
+            fuzz::require(url.port(443) == 443 && url.userInfo().isEmpty());
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,44 @@
+// The preferences' file.
+#include "fuzz/target.h"
+#include "platform/files.h"
+#include "platform/log.h"
+#include "platform/userdefaults.h"
+
+#include <cstdlib>
+
+namespace {
+
+std::filesystem::path makeFolder() {
+    ellwynd::Log::setSink([](std::string_view, ellwynd::Log::Level, std::string_view) {});
+    std::string pattern = std::filesystem::temp_directory_path() / "preferences.XXXXXX";
+    return mkdtemp(pattern.data());
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+    using namespace ellwynd;
+    static const std::filesystem::path folder = makeFolder();
+    const auto file = folder / "Preferences.json";
+    files::replace(file, fuzz::text(data, size));
+    PreferenceMap before;
+    {
+        UserDefaults defaults(file, {});
+        before = defaults.persistentDomain();
+        (void)defaults.value(preferences::textScale);
+        (void)defaults.value(preferences::sidebarTermLimit);
+        (void)defaults.value(preferences::sidebarExpandedTerms);
+        defaults.set("FuzzedFlag", true);
+    }
+    // A change loses nothing that was readable.
+    const UserDefaults again(file, {});
+    PreferenceMap after = again.persistentDomain();
+    fuzz::require(after.erase("FuzzedFlag") == 1);
+    before.erase("FuzzedFlag");
+    fuzz::require(after == before);
+    for (const auto &entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path() != file)
+            std::filesystem::remove(entry.path());
+    }
+    return 0;
+}

@@ -19,6 +19,7 @@ int main(int argc, char **argv) {
     QApplication::setDesktopFileName(QStringLiteral("com.varnok.Ellwynd"));
 
     UserDefaults defaults(directories::config() / "Preferences.json", arguments.domain);
+    defaults.watch();
     Appearance appearance(defaults, desktopPrefersDark());
     SecretService secrets;
     CanvasSession session;

@@ -55,7 +55,16 @@ std::string_view courseSuffix(std::string_view key) {
 bool isFlag(std::string_view key) {
     using namespace preferences;
     const auto flags = {
-        sampleData.name, sampleWidgets.name, sampleNotifications.name, rosterCompactRows.name};
+        sampleData.name,
+        sampleWidgets.name,
+        sampleNotifications.name,
+        rosterCompactRows.name,
+        rememberContacts.name,
+        rememberRosterHistory.name,
+        widgetsHideCourseNames.name,
+        movementNotifications.name,
+        notifyWhileActive.name,
+        syncSettings.name};
     return std::ranges::find(flags, key) != flags.end();
 }
 

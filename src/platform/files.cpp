@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include <fmt/format.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -139,6 +140,38 @@ fs::path files::setAside(const fs::path &file, long long secondsSince1970) {
     if (error)
         throw FileError(error.message());
     return aside;
+}
+
+files::Stamp files::stamp(const fs::path &file) {
+    struct stat info {};
+    if (::stat(file.c_str(), &info) != 0)
+        return {};
+    constexpr std::int64_t second = 1'000'000'000;
+    return {
+        .inode = info.st_ino,
+        .modifiedNanoseconds = info.st_mtim.tv_sec * second + info.st_mtim.tv_nsec,
+        .size = info.st_size};
+}
+
+files::Lock::Lock(const fs::path &file) : descriptor(-1) {
+    try {
+        makeFolders(file.parent_path());
+    } catch (const FileError &) {
+        return;
+    }
+    const fs::path beside = file.parent_path() / ("." + file.filename().string() + ".lock");
+    descriptor = ::open(beside.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    while (descriptor >= 0 && ::flock(descriptor, LOCK_EX) != 0 && errno == EINTR) {
+    }
+}
+
+files::Lock::~Lock() {
+    if (descriptor >= 0)
+        ::close(descriptor);
+}
+
+fs::path directories::state() {
+    return baseDirectory("XDG_STATE_HOME", ".local/state") / "Ellwynd";
 }
 
 fs::path directories::config() {

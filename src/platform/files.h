@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
@@ -33,6 +34,31 @@ void replace(const std::filesystem::path &file, std::string_view bytes);
 /// @throws FileError when it cannot be moved.
 std::filesystem::path setAside(const std::filesystem::path &file, long long secondsSince1970);
 
+/// What tells one state of a file from another without reading it. A file that is not there has a
+/// stamp as well, and every replacement has a new one.
+struct Stamp {
+    std::uint64_t inode = 0;
+    std::int64_t modifiedNanoseconds = 0;
+    std::int64_t size = -1;
+
+    bool operator==(const Stamp &) const = default;
+};
+[[nodiscard]] Stamp stamp(const std::filesystem::path &file);
+
+/// Held while a file is read, changed and replaced, so that several processes take turns. Made
+/// beside the file, in a name of its own. Where no lock can be had, as in a read-only folder, there
+/// is none, and the write that follows says why.
+class Lock {
+  public:
+    explicit Lock(const std::filesystem::path &file);
+    ~Lock();
+    Lock(const Lock &) = delete;
+    Lock &operator=(const Lock &) = delete;
+
+  private:
+    int descriptor;
+};
+
 } // namespace files
 
 /// The folders that belong to the program, by the freedesktop base directory rules. None is made
@@ -41,6 +67,9 @@ namespace directories {
 
 /// Preferences: "$XDG_CONFIG_HOME/Ellwynd".
 [[nodiscard]] std::filesystem::path config();
+
+/// What is true of this machine alone: "$XDG_STATE_HOME/Ellwynd".
+[[nodiscard]] std::filesystem::path state();
 
 /// The files the program remembers by: "$XDG_DATA_HOME/Ellwynd".
 [[nodiscard]] std::filesystem::path data();

@@ -59,6 +59,25 @@ inline constexpr PreferenceKey<std::int64_t> sidebarTermLimit{
 /// one.
 inline constexpr PreferenceKey<IDList> sidebarExpandedTerms{"SidebarExpandedTerms"};
 
+// What is remembered between visits; switching one off deletes its memory.
+inline constexpr PreferenceKey<bool> rememberContacts{"RememberContacts", true};
+inline constexpr PreferenceKey<bool> rememberRosterHistory{"RememberRosterHistory", true};
+
+// Dashboard, widgets and notices.
+/// The dashboard's term; 0 is Automatic.
+inline constexpr PreferenceKey<std::int64_t> dashboardTermID{"DashboardTermID", 0};
+/// Leave course names out of the widget snapshot.
+inline constexpr PreferenceKey<bool> widgetsHideCourseNames{"WidgetsHideCourseNames", false};
+inline constexpr PreferenceKey<bool> movementNotifications{"MovementNotifications", false};
+/// Post notices even while the program is in front.
+inline constexpr PreferenceKey<bool> notifyWhileActive{"NotifyWhileActive", false};
+
+// Sync.
+inline constexpr PreferenceKey<bool> syncSettings{"SyncSettingsViaICloud", false};
+/// The folder that the teacher's own sync service keeps in step; empty for none. Never synced
+/// itself.
+inline constexpr PreferenceKey<std::string> cloudStoreFolder{"CloudStoreFolder", ""};
+
 // The main window as it was left; base64 of the window system's own forms.
 inline constexpr PreferenceKey<std::string> mainWindowGeometry{"MainWindowGeometry", ""};
 inline constexpr PreferenceKey<std::string> mainWindowColumns{"MainWindowColumns", ""};

@@ -48,7 +48,9 @@ PreferenceMap preferences::registeredDefaults() {
     addAll(
         canvasBaseURL, sampleData, sampleWidgets, sampleNotifications, defaultPassingScore,
         defaultInactivityDays, appearance, accentTheme, textScale, rosterCompactRows,
-        sidebarTermLimit, studentDetailsHidden);
+        sidebarTermLimit, studentDetailsHidden, rememberContacts, rememberRosterHistory,
+        dashboardTermID, widgetsHideCourseNames, movementNotifications, notifyWhileActive,
+        syncSettings);
     return map;
 }
 

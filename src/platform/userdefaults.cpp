@@ -4,10 +4,13 @@
 #include "platform/files.h"
 #include "platform/log.h"
 
+#include <QFileSystemWatcher>
+
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <list>
+#include <vector>
 
 namespace ellwynd {
 
@@ -17,6 +20,19 @@ using nlohmann::json;
 
 constexpr Log logger{"settings"};
 constexpr std::size_t fileLimit = 16 * 1024 * 1024;
+
+/// Ends the parsing of what nests so deep that writing it again would exhaust the stack.
+bool refuseDepth(int depth, json::parse_event_t, json &) {
+    constexpr int deepest = 64;
+    if (depth > deepest)
+        throw FileError("it nests too deep.");
+    return true;
+}
+
+/// Equal, and of one type: 5 is not 5.0.
+bool same(const json &a, const json &b) {
+    return a == b && a.is_number_float() == b.is_number_float();
+}
 
 std::optional<PreferenceValue> fromJSON(const json &value) {
     switch (value.type()) {
@@ -59,17 +75,21 @@ struct UserDefaults::State {
     PreferenceMap arguments;
     PreferenceMap registered = preferences::registeredDefaults();
     json saved = json::object();
+    /// Of the file as `saved` has it.
+    files::Stamp seen;
     /// Shared with the handles, which may outlive the store.
     std::shared_ptr<std::list<Observer>> observers = std::make_shared<std::list<Observer>>();
+    std::unique_ptr<QFileSystemWatcher> watcher;
 
+    /// Takes over what the file holds. One that cannot be read is set aside, and what is in memory
+    /// stays.
     void load() {
+        seen = files::stamp(file);
         try {
             const auto bytes = files::read(file, fileLimit);
-            if (!bytes)
-                return;
-            json read = json::parse(*bytes);
+            json read = bytes ? json::parse(*bytes, refuseDepth) : json::object();
             if (!read.is_object())
-                throw FileError(file.filename().string() + " is not a JSON object");
+                throw FileError(file.filename().string() + " is not a JSON object.");
             saved = std::move(read);
         } catch (const std::exception &error) {
             logger.error(fmt::format("Couldn't read the preferences: {}", error.what()));
@@ -88,19 +108,59 @@ struct UserDefaults::State {
         }
     }
 
-    void save() const {
+    void save() {
         try {
             files::replace(file, saved.dump(2, ' ', false, json::error_handler_t::replace) + "\n");
+            seen = files::stamp(file);
         } catch (const FileError &error) {
             logger.error(fmt::format("Couldn't save the preferences: {}", error.what()));
         }
     }
 
-    void changed(std::string_view key) {
-        save();
+    void tell(std::string_view key) const {
         const std::list<Observer> current = *observers;
         for (const Observer &observer : current)
             observer(key);
+    }
+
+    /// The keys that another process has changed since the file was last seen, which are taken
+    /// over.
+    std::vector<std::string> takeOver() {
+        const files::Stamp now = files::stamp(file);
+        // A file that has vanished is no change: memory goes on, and the next save writes it whole.
+        if (now == seen || now.size < 0)
+            return {};
+        const json before = saved;
+        load();
+        std::vector<std::string> changed;
+        for (const auto &[key, value] : saved.items()) {
+            if (!before.contains(key) || !same(before[key], value))
+                changed.push_back(key);
+        }
+        for (const auto &[key, value] : before.items()) {
+            if (!saved.contains(key))
+                changed.push_back(key);
+        }
+        return changed;
+    }
+
+    /// Applies one change on top of what the file holds now. `change` answers whether it made one.
+    template<class Change>
+    void apply(std::string_view key, Change change) {
+        std::vector<std::string> others;
+        bool changed = false;
+        {
+            const files::Lock lock(file);
+            others = takeOver();
+            changed = change();
+            if (changed)
+                save();
+        }
+        std::erase(others, key);
+        for (const std::string &other : others)
+            tell(other);
+        if (changed)
+            tell(key);
     }
 };
 
@@ -126,17 +186,34 @@ std::optional<PreferenceValue> UserDefaults::object(std::string_view key) const 
 }
 
 void UserDefaults::set(std::string_view key, PreferenceValue value) {
-    json &slot = state->saved[std::string(key)];
-    json written = asJSON(value);
-    if (slot == written && slot.type() == written.type())
-        return;
-    slot = std::move(written);
-    state->changed(key);
+    state->apply(key, [&] {
+        const std::string name(key);
+        json written = asJSON(value);
+        if (state->saved.contains(name) && same(state->saved[name], written))
+            return false;
+        state->saved[name] = std::move(written);
+        return true;
+    });
 }
 
 void UserDefaults::remove(std::string_view key) {
-    if (state->saved.erase(std::string(key)) > 0)
-        state->changed(key);
+    state->apply(key, [&] { return state->saved.erase(std::string(key)) > 0; });
+}
+
+void UserDefaults::reloadIfChanged() {
+    for (const std::string &key : state->takeOver())
+        state->tell(key);
+}
+
+void UserDefaults::watch() {
+    const std::filesystem::path folder = state->file.parent_path();
+    { const files::Lock makesTheFolder(state->file); }
+    state->watcher = std::make_unique<QFileSystemWatcher>();
+    // The file is replaced rather than written to, which the folder notices.
+    state->watcher->addPath(QString::fromStdString(folder.string()));
+    QObject::connect(
+        state->watcher.get(), &QFileSystemWatcher::directoryChanged, state->watcher.get(),
+        [this] { reloadIfChanged(); });
 }
 
 PreferenceMap UserDefaults::persistentDomain() const {

@@ -12,10 +12,13 @@ namespace ellwynd {
 /// saved in the user's file, and the program's registered defaults. Writing goes to the file alone,
 /// which is replaced as a whole after every change, and a value forced for one run stays in force.
 ///
+/// Several processes may share the file: each reads it again, under a lock, before it applies a
+/// change, and one that watches hears of the others' changes.
+///
 /// The file is one JSON object. Values of a shape the program does not know are kept as they are
 /// and read as absent.
 ///
-/// Observers are called on the thread that writes, after the change.
+/// Observers are called on the thread that writes or watches, after the change.
 class UserDefaults {
   public:
     using Observer = std::function<void(std::string_view key)>;
@@ -61,6 +64,12 @@ class UserDefaults {
     /// Calls `observer` after every change of a saved value, for as long as the returned handle
     /// lives.
     [[nodiscard]] std::shared_ptr<void> observe(Observer observer);
+
+    /// From now on notices what other processes save. Needs an event loop.
+    void watch();
+    /// Reads the file again if another process has replaced it, and tells the observers what
+    /// changed.
+    void reloadIfChanged();
 
   private:
     template<class T>

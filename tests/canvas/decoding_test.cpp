@@ -138,7 +138,8 @@ TEST(Decoding, RefusesTextThatIsNoWholeJSON) {
     for (std::size_t length = 0; length < whole.size(); ++length)
         EXPECT_NE(failure(whole.substr(0, length)), "decoded") << length;
     for (const char *text :
-         {"[1e999]", "[NaN]", "[\"\\ud800\"]", "[{\"a\": 01}]", "[] []", "[,]", "[{}", "<html>", "[nupl]", "{\"a\": [nul"})
+         {"[1e999]", "[NaN]", "[\"\\ud800\"]", "[{\"a\": 01}]", "[] []", "[,]", "[{}", "<html>",
+          "[nupl]", "{\"a\": [nul"})
         EXPECT_NE(failure(text), "decoded") << text;
 }
 

@@ -2,6 +2,9 @@
 #include "platform/userdefaults.h"
 #include "support/temporaryfolder.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+
 #include <gmock/gmock.h>
 
 namespace ellwynd {
@@ -83,7 +86,11 @@ TEST(UserDefaults, KeepsValuesOfUnknownShape) {
 }
 
 TEST(UserDefaults, SetsAnUnreadableFileAside) {
-    for (const std::string broken : {"{\"TextScale\": 1.", "[1, 2]", "", "<html>", "\xff\xfe"}) {
+    const std::string deep =
+        R"({"a":)" + std::string(200'000, '[') + std::string(200'000, ']') + "}";
+    const std::vector<std::string> files{"{\"TextScale\": 1.", "[1, 2]", "", "<html>",
+                                         "\xff\xfe",           deep};
+    for (const std::string &broken : files) {
         const Store store;
         store.folder.write("Preferences.json", broken);
         UserDefaults defaults = store.open();
@@ -120,6 +127,59 @@ TEST(UserDefaults, ObserversHearOfChangesOnly) {
         observing = defaults.observe([](std::string_view) {});
     }
     observing.reset(); // after its store
+}
+
+TEST(UserDefaults, TwoProcessesLoseNothingOfEachOther) {
+    const Store store;
+    UserDefaults window = store.open();
+    UserDefaults commandLine = store.open();
+    std::vector<std::string> heard;
+    const auto observing = window.observe([&](std::string_view key) { heard.emplace_back(key); });
+    commandLine.set("One", std::int64_t{1});
+    window.set("Two", std::int64_t{2});
+    commandLine.set("Three", std::int64_t{3});
+    commandLine.remove("Two");
+    EXPECT_THAT(heard, ElementsAre("One", "Two"));
+    window.reloadIfChanged();
+    EXPECT_THAT(heard, ElementsAre("One", "Two", "Three", "Two"));
+    EXPECT_EQ(store.open().persistentDomain(), window.persistentDomain());
+    EXPECT_EQ(window.persistentDomain().size(), 2U);
+
+    // A file that has vanished takes nothing with it.
+    std::filesystem::remove(store.folder.path() / "Preferences.json");
+    window.reloadIfChanged();
+    window.set("Zero", std::int64_t{0});
+    EXPECT_EQ(store.open().persistentDomain().size(), 3U);
+
+    // A file that was damaged meanwhile is set aside, and what is in memory is saved whole.
+    store.folder.write("Preferences.json", "{broken");
+    window.set("Four", std::int64_t{4});
+    EXPECT_EQ(store.open().persistentDomain().size(), 4U);
+}
+
+TEST(UserDefaults, AWatchedFileIsReadAgain) {
+    const Store store;
+    UserDefaults window = store.open();
+    window.watch();
+    UserDefaults commandLine = store.open();
+    commandLine.set(preferences::textScale, 1.5);
+    QDeadlineTimer bound(10'000);
+    while (window.value(preferences::textScale) != 1.5 && !bound.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    EXPECT_EQ(window.value(preferences::textScale), 1.5);
+}
+
+TEST(UserDefaults, AFolderThatCannotBeWrittenLosesNothingInMemory) {
+    const Store store;
+    // A file stands where the folder should be.
+    (void)store.folder.write("blocked", "");
+    UserDefaults defaults(store.folder.path() / "blocked" / "Preferences.json", {});
+    defaults.set(preferences::textScale, 1.5);
+    EXPECT_EQ(defaults.value(preferences::textScale), 1.5);
+    std::filesystem::remove(store.folder.path() / "blocked");
+    defaults.set(preferences::rosterCompactRows, true);
+    const UserDefaults again(store.folder.path() / "blocked" / "Preferences.json", {});
+    EXPECT_EQ(again.value(preferences::textScale), 1.5) << "the next save writes it";
 }
 
 TEST(LaunchArguments, ReadPairsBeforeAnythingElse) {

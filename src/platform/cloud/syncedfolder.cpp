@@ -1,0 +1,272 @@
+#include "platform/cloud/syncedfolder.h"
+
+#include "platform/files.h"
+#include "platform/log.h"
+
+#include <QFileSystemWatcher>
+#include <QTimer>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <list>
+
+namespace ellwynd {
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+constexpr Log logger{"sync"};
+constexpr std::string_view extension = ".json";
+/// A service replaces files in several steps, so a change is looked at a moment after it began.
+constexpr auto settling = std::chrono::milliseconds(200);
+constexpr std::size_t seenLimit = 8 * 1024 * 1024;
+
+bool isPlain(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' ||
+        c == '_';
+}
+
+/// The texts of the folder's files by key.
+using Contents = std::map<std::string, std::string>;
+
+} // namespace
+
+std::string SyncedFolder::fileName(const std::string &key) {
+    std::string name;
+    for (const char c : key) {
+        if (isPlain(c))
+            name += c;
+        else
+            name += fmt::format("%{:02X}", static_cast<unsigned char>(c));
+    }
+    return name + std::string(extension);
+}
+
+std::optional<std::string> SyncedFolder::keyOf(const std::string &fileName) {
+    if (!fileName.ends_with(extension))
+        return std::nullopt;
+    const std::string stem = fileName.substr(0, fileName.size() - extension.size());
+    std::string key;
+    for (std::size_t i = 0; i < stem.size(); ++i) {
+        if (stem[i] == '%' && i + 2 < stem.size()) {
+            key += char(std::strtol(stem.substr(i + 1, 2).c_str(), nullptr, 16));
+            i += 2;
+        } else {
+            key += stem[i];
+        }
+    }
+    // A name that this program would not have given is a conflict copy or somebody else's.
+    const bool conflict = stem.find(".sync-conflict-") != std::string::npos;
+    return !key.empty() && !conflict && SyncedFolder::fileName(key) == fileName ? std::optional{key}
+                                                                                : std::nullopt;
+}
+
+struct SyncedFolder::State {
+    fs::path folder;
+    fs::path seenFile;
+    Contents seen;
+    bool firstMeeting = true;
+    std::shared_ptr<std::list<Observer>> observers = std::make_shared<std::list<Observer>>();
+    std::unique_ptr<QFileSystemWatcher> watcher;
+    QTimer settle;
+
+    [[nodiscard]] Contents read() const {
+        Contents contents;
+        std::error_code error;
+        for (const auto &entry : fs::directory_iterator(folder, error)) {
+            const auto key = keyOf(entry.path().filename());
+            if (!key || contents.size() >= mostKeys)
+                continue;
+            try {
+                if (auto bytes = files::read(entry.path(), mostBytes))
+                    contents.emplace(*key, std::move(*bytes));
+            } catch (const FileError &) {
+                // Not readable now; the next look may find it whole.
+            }
+        }
+        return contents;
+    }
+
+    [[nodiscard]] static std::optional<PreferenceValue> parse(const std::string &text) {
+        const json read = json::parse(text, nullptr, false);
+        if (!read.is_object() || !read.contains("value"))
+            return std::nullopt;
+        const json &value = read["value"];
+        if (value.is_boolean())
+            return value.get<bool>();
+        if (value.is_number_integer())
+            return value.get<std::int64_t>();
+        if (value.is_number_float())
+            return value.get<double>();
+        if (value.is_string())
+            return value.get<std::string>();
+        if (!value.is_array())
+            return std::nullopt;
+        IDList list;
+        for (const json &item : value) {
+            if (!item.is_number_integer())
+                return std::nullopt;
+            list.push_back(item.get<std::int64_t>());
+        }
+        return list;
+    }
+
+    void loadSeen() {
+        try {
+            const auto bytes = files::read(seenFile, seenLimit);
+            const json all = bytes ? json::parse(*bytes, nullptr, false) : json();
+            const auto found = all.is_object() ? all.find(folder.string()) : all.end();
+            if (!all.is_object() || found == all.end() || !found->is_object())
+                return;
+            for (const auto &[key, text] : found->items()) {
+                if (text.is_string())
+                    seen.emplace(key, text.get<std::string>());
+            }
+            firstMeeting = false;
+        } catch (const FileError &error) {
+            logger.error(
+                fmt::format("Couldn't read what was seen of the folder: {}", error.what()));
+        }
+    }
+
+    void saveSeen() const {
+        try {
+            const files::Lock lock(seenFile);
+            const auto bytes = files::read(seenFile, seenLimit);
+            json all = bytes ? json::parse(*bytes, nullptr, false) : json::object();
+            if (!all.is_object())
+                all = json::object();
+            all[folder.string()] = seen;
+            files::replace(seenFile, all.dump(1, ' ', false, json::error_handler_t::replace));
+        } catch (const FileError &error) {
+            logger.error(
+                fmt::format("Couldn't keep what was seen of the folder: {}", error.what()));
+        }
+    }
+
+    void tell(const CloudChange &change) const {
+        const std::list<Observer> current = *observers;
+        for (const Observer &observer : current)
+            observer(change);
+    }
+
+    void look() {
+        std::error_code error;
+        // A folder that is gone for a while, an unmounted disk, deletes nothing here.
+        if (!fs::is_directory(folder, error))
+            return;
+        const Contents now = read();
+        CloudChange change{
+            .reason = firstMeeting ? CloudChange::Reason::initialSync
+                                   : CloudChange::Reason::serverChange};
+        for (const auto &[key, text] : now) {
+            const auto before = seen.find(key);
+            if (before == seen.end() || before->second != text)
+                change.keys.push_back(key);
+        }
+        for (const auto &[key, text] : seen) {
+            if (!now.contains(key))
+                change.keys.push_back(key);
+        }
+        if (change.keys.empty() && !firstMeeting)
+            return;
+        firstMeeting = false;
+        seen = now;
+        saveSeen();
+        if (!change.keys.empty())
+            tell(change);
+    }
+
+    /// Whether the store would stay within its limits with this text under the key.
+    [[nodiscard]] bool fits(const std::string &key, const std::string &text) const {
+        const Contents now = read();
+        std::size_t bytes = text.size();
+        std::size_t keys = 1;
+        for (const auto &[other, content] : now) {
+            if (other != key) {
+                bytes += content.size();
+                ++keys;
+            }
+        }
+        return bytes <= mostBytes && keys <= mostKeys;
+    }
+};
+
+SyncedFolder::SyncedFolder(fs::path folder, fs::path seenFile) : state(std::make_unique<State>()) {
+    state->folder = std::move(folder);
+    state->seenFile = std::move(seenFile);
+    state->loadSeen();
+    state->settle.setSingleShot(true);
+    state->settle.setInterval(settling);
+    QObject::connect(&state->settle, &QTimer::timeout, [this] { synchronize(); });
+}
+
+SyncedFolder::~SyncedFolder() = default;
+
+void SyncedFolder::watch() {
+    std::error_code error;
+    fs::create_directories(state->folder, error);
+    state->watcher = std::make_unique<QFileSystemWatcher>();
+    state->watcher->addPath(QString::fromStdString(state->folder.string()));
+    QObject::connect(
+        state->watcher.get(), &QFileSystemWatcher::directoryChanged, &state->settle,
+        qOverload<>(&QTimer::start));
+}
+
+std::optional<PreferenceValue> SyncedFolder::object(const std::string &key) const {
+    try {
+        const auto bytes = files::read(state->folder / fileName(key), mostBytes);
+        return bytes ? State::parse(*bytes) : std::nullopt;
+    } catch (const FileError &) {
+        return std::nullopt;
+    }
+}
+
+void SyncedFolder::set(const std::string &key, const PreferenceValue &value) {
+    const std::string text = "{\"value\": " + toJSON(value) + "}\n";
+    bool written = state->fits(key, text);
+    try {
+        if (written)
+            files::replace(state->folder / fileName(key), text);
+    } catch (const FileError &error) {
+        logger.error(fmt::format("Couldn't write to the synced folder: {}", error.what()));
+        written = false;
+    }
+    if (!written) {
+        state->tell({.reason = CloudChange::Reason::quotaViolation, .keys = {key}});
+        return;
+    }
+    state->seen[key] = text;
+    state->saveSeen();
+}
+
+void SyncedFolder::remove(const std::string &key) {
+    std::error_code error;
+    fs::remove(state->folder / fileName(key), error);
+    state->seen.erase(key);
+    state->saveSeen();
+}
+
+PreferenceMap SyncedFolder::all() const {
+    PreferenceMap map;
+    for (const auto &[key, text] : state->read()) {
+        if (auto value = State::parse(text))
+            map.emplace(key, std::move(*value));
+    }
+    return map;
+}
+
+void SyncedFolder::synchronize() {
+    state->look();
+}
+
+std::shared_ptr<void> SyncedFolder::observe(Observer observer) {
+    auto observers = state->observers;
+    const auto place = observers->insert(observers->end(), std::move(observer));
+    return {observers.get(), [place, observers](void *) { observers->erase(place); }};
+}
+
+} // namespace ellwynd

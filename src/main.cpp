@@ -1,4 +1,5 @@
 #include "app/mainwindowcontroller.h"
+#include "app/syncservice.h"
 #include "canvas/connectioncheck.h"
 #include "platform/files.h"
 #include "platform/launcharguments.h"
@@ -26,7 +27,11 @@ int main(int argc, char **argv) {
     const Connector connector(defaults, secrets, session);
     ConnectionCheck connection(defaults, secrets, session);
     MainWindowController controller(defaults, connector);
-    MainWindow window(controller, defaults, connection, appearance);
+    SyncService sync(defaults, directories::state() / "CloudSeen.json");
+    MainWindow window(controller, defaults, connection, sync, appearance);
+    QObject::connect(
+        &sync, &SyncService::settingsDidSyncExternally, &controller,
+        &MainWindowController::refresh);
     window.show();
     QTimer::singleShot(0, &controller, &MainWindowController::refresh);
     return QApplication::exec();

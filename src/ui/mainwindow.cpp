@@ -40,10 +40,12 @@ QList<int> paneWidths(int window, const Appearance &appearance) {
 } // namespace
 
 MainWindow::MainWindow(
-    MainWindowController &driver, UserDefaults &store, ConnectionCheck &check, Appearance &look)
+    MainWindowController &driver, UserDefaults &store, ConnectionCheck &check, SyncService &service,
+    Appearance &look)
     : controller(driver),
       defaults(store),
       connection(check),
+      sync(service),
       appearance(look),
       splitter(new QSplitter(this)),
       sidebar(new Sidebar(driver, store, look, splitter)),
@@ -257,7 +259,7 @@ ThresholdsSheet *MainWindow::openThresholds() {
 
 SettingsWindow &MainWindow::settings() {
     if (settingsWindow == nullptr) {
-        settingsWindow = new SettingsWindow(defaults, connection, appearance, this);
+        settingsWindow = new SettingsWindow(defaults, connection, sync, appearance, this);
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,
             &MainWindowController::refresh);

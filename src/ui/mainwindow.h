@@ -19,6 +19,7 @@ class RosterPane;
 class SettingsWindow;
 class Sidebar;
 class StudentDetails;
+class SyncService;
 class ThresholdsSheet;
 
 /// Sidebar, roster and student details side by side, with the menus. It decides nothing: commands
@@ -29,7 +30,7 @@ class MainWindow : public QMainWindow {
   public:
     MainWindow(
         MainWindowController &controller, UserDefaults &defaults, ConnectionCheck &connection,
-        Appearance &appearance);
+        SyncService &sync, Appearance &appearance);
 
     [[nodiscard]] RosterPane *roster() const { return rosterPane; }
 
@@ -57,6 +58,7 @@ class MainWindow : public QMainWindow {
     MainWindowController &controller;
     UserDefaults &defaults;
     ConnectionCheck &connection;
+    SyncService &sync;
     Appearance &appearance;
     QSplitter *splitter;
     Sidebar *sidebar;

@@ -1,5 +1,6 @@
 // Draws every window of the program on the sample college into PNG files, light and dark.
 #include "app/mainwindowcontroller.h"
+#include "app/syncservice.h"
 #include "canvas/connectioncheck.h"
 #include "platform/files.h"
 #include "support/memorysecrets.h"
@@ -50,7 +51,8 @@ class Studio {
         const Connector connector(defaults, secrets, session);
         ConnectionCheck check(defaults, secrets, session);
         MainWindowController controller(defaults, connector);
-        MainWindow window(controller, defaults, check, appearance);
+        SyncService sync(defaults, std::filesystem::path(home.path().toStdString()) / "Seen.json");
+        MainWindow window(controller, defaults, check, sync, appearance);
         suffix = QString::fromUtf8(appearanceName) +
             (scale == 1.0 ? QString() : QStringLiteral("-x%1").arg(scale));
         window.resize(1280, 800);
@@ -92,6 +94,9 @@ class Studio {
         settings.open(SettingsWindow::riskThresholds);
         settle();
         save(settings, "settings-thresholds");
+        settings.open(SettingsWindow::sync);
+        settle();
+        save(settings, "settings-sync");
     }
 
     [[nodiscard]] bool failed() const { return anyFailed; }

@@ -1,4 +1,5 @@
 #include "app/mainwindowcontroller.h"
+#include "app/syncservice.h"
 #include "support/core.h"
 #include "ui/details/studentdetails.h"
 #include "ui/mainwindow.h"
@@ -33,7 +34,8 @@ struct MainWindowTest : testing::Test {
     UserDefaults &defaults = core.defaults;
     Appearance appearance{defaults, false};
     MainWindowController controller{defaults, core.connector};
-    MainWindow window{controller, defaults, core.check, appearance};
+    SyncService sync{defaults, core.folder.path() / "Seen.json"};
+    MainWindow window{controller, defaults, core.check, sync, appearance};
 
     void SetUp() override {
         window.resize(1280, 800);
@@ -171,6 +173,24 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndForgotten) {
     defaults.set(preferences::canvasBaseURL, std::string("https://h.example"));
     settings.open(SettingsWindow::connection);
     EXPECT_FALSE(token->isEnabled());
+}
+
+TEST_F(MainWindowTest, TheSyncPaneSaysHowItStands) {
+    SettingsWindow &settings = window.settings();
+    settings.open(SettingsWindow::sync);
+    const auto says = [&](const char *text) {
+        for (const QLabel *label : settings.findChildren<QLabel *>()) {
+            if (label->text().contains(QString::fromUtf8(text)))
+                return true;
+        }
+        return false;
+    };
+    // The sample college is forced for this run.
+    EXPECT_TRUE(says("not synced while the sample college"));
+    EXPECT_FALSE(button(settings, QStringLiteral("Remove Synced Settings"))->isEnabled());
+    defaults.set(preferences::cloudStoreFolder, (core.folder.path() / "cloud").string());
+    QApplication::processEvents();
+    EXPECT_TRUE(button(settings, QStringLiteral("Remove Synced Settings"))->isEnabled());
 }
 
 TEST_F(MainWindowTest, TheKeyboardReachesEverything) {

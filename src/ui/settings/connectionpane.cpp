@@ -24,6 +24,7 @@ ConnectionPane::ConnectionPane(
       token(new QLineEdit),
       progress(new QProgressBar),
       testButton(new QPushButton(QStringLiteral("Test Connection"))) {
+    status = addNote({});
     address->setPlaceholderText(QStringLiteral("https://canvas.example.edu"));
     address->setMinimumWidth(look.px(260));
     token->setEchoMode(QLineEdit::Password);
@@ -48,7 +49,6 @@ ConnectionPane::ConnectionPane(
     row->addStretch(1);
     row->addWidget(signOutButton);
     addWidget(buttons);
-    status = addNote({});
     progress->setRange(0, 0);
     progress->setTextVisible(false);
     progress->setAccessibleName(QStringLiteral("Checking the connection"));

@@ -13,17 +13,18 @@ namespace ellwynd {
 class Appearance;
 class ConnectionCheck;
 class ConnectionPane;
+class SyncService;
 
 /// Panes by name at the left, the chosen one at the right. Every change takes effect at once.
 class SettingsWindow : public QDialog {
     Q_OBJECT
 
   public:
-    enum Page { general, connection, riskThresholds };
+    enum Page { general, connection, riskThresholds, sync };
 
     SettingsWindow(
-        UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance,
-        QWidget *parent = nullptr);
+        UserDefaults &defaults, ConnectionCheck &check, SyncService &service,
+        const Appearance &appearance, QWidget *parent = nullptr);
 
     void open(Page page);
 

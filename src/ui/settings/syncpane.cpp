@@ -1,0 +1,73 @@
+#include "ui/settings/syncpane.h"
+
+#include "app/syncservice.h"
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+
+#include <QCheckBox>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+namespace ellwynd {
+
+SyncPane::SyncPane(UserDefaults &store, SyncService &sync, const Appearance &look)
+    : SettingsPane(QStringLiteral("Sync"), store, look),
+      service(sync),
+      enabled(new QCheckBox(QStringLiteral("Keep settings in step on all my computers"))),
+      folder(new QLineEdit),
+      remove(new QPushButton(QStringLiteral("Remove Synced Settings"))) {
+    addNote(QStringLiteral(
+        "Thresholds, appearance and the Canvas address follow you. Your token, students and grades "
+        "never do."));
+    addWidget(enabled);
+    folder->setReadOnly(true);
+    folder->setAccessibleName(QStringLiteral("Synced folder"));
+    folder->setPlaceholderText(QStringLiteral("No folder chosen"));
+    auto *choose = new QPushButton(QStringLiteral("Choose Folder…"));
+    auto *line = new QWidget;
+    auto *row = new QHBoxLayout(line);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(folder, 1);
+    row->addWidget(choose);
+    addWidget(line);
+    status = addNote({});
+    remove->setToolTip(
+        QStringLiteral("Take these settings out of the folder; this computer keeps them"));
+    remove->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    for (QPushButton *button : {choose, remove})
+        button->setAutoDefault(false);
+    addWidget(remove);
+
+    connect(enabled, &QCheckBox::toggled, this, [this](bool on) {
+        defaults.set(preferences::syncSettings, on);
+    });
+    connect(choose, &QPushButton::clicked, this, &SyncPane::chooseFolder);
+    connect(remove, &QPushButton::clicked, this, [this] {
+        service.removeSyncedSettings();
+        status->setText(QStringLiteral("Removed the synced settings from the folder."));
+    });
+    connect(&service, &SyncService::statusDidChange, this, &SyncPane::showPreferences);
+    SyncPane::showPreferences();
+}
+
+void SyncPane::chooseFolder() {
+    const QString chosen = QFileDialog::getExistingDirectory(
+        this, QStringLiteral("Choose a folder that your sync service keeps in step"));
+    if (!chosen.isEmpty())
+        defaults.set(
+            preferences::cloudStoreFolder, (chosen + QStringLiteral("/Ellwynd")).toStdString());
+}
+
+void SyncPane::showPreferences() {
+    const QSignalBlocker quiet(enabled);
+    enabled->setChecked(defaults.value(preferences::syncSettings));
+    folder->setText(qstring(defaults.value(preferences::cloudStoreFolder)));
+    remove->setEnabled(service.canRemove());
+    status->setText(qstring(service.status()));
+}
+
+} // namespace ellwynd

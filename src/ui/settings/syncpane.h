@@ -1,0 +1,34 @@
+// Settings ▸ Sync.
+#pragma once
+
+#include "ui/settings/settingspane.h"
+
+class QCheckBox;
+class QLineEdit;
+class QPushButton;
+
+namespace ellwynd {
+
+class SyncService;
+
+/// Whether settings follow the teacher, and through which folder.
+class SyncPane : public SettingsPane {
+    Q_OBJECT
+
+  public:
+    SyncPane(UserDefaults &defaults, SyncService &service, const Appearance &appearance);
+
+  protected:
+    void showPreferences() override;
+
+  private:
+    void chooseFolder();
+
+    SyncService &service;
+    QCheckBox *enabled;
+    QLineEdit *folder;
+    QPushButton *remove;
+    QLabel *status;
+};
+
+} // namespace ellwynd

@@ -190,7 +190,10 @@ void MainWindowController::showCached(const std::vector<Course> &courses) {
         showRoster(cached);
         return;
     }
-    rosterView = {.state = RosterView::State::loading, .title = selectionTitle()};
+    rosterView = {
+        .state = RosterView::State::loading,
+        .title = selectionTitle(),
+        .courseCount = courses.size()};
     Q_EMIT rosterDidChange();
 }
 
@@ -200,6 +203,7 @@ QCoro::Task<> MainWindowController::fetchRoster(
     const Token token = selectionToken;
     const bool cachedShown = rosterView.state == RosterView::State::shown;
     loadingRoster = true;
+    Q_EMIT loadingDidChange();
 
     std::vector<QCoro::Task<ScoredCourse>> loads;
     for (const Course &course : courses)
@@ -209,6 +213,10 @@ QCoro::Task<> MainWindowController::fetchRoster(
     for (auto &load : loads) {
         try {
             scored.push_back(co_await load);
+            if (self && token == selectionToken) {
+                rosterView.loadedCourses = scored.size();
+                Q_EMIT loadingDidChange();
+            }
         } catch (const CanvasError &error) {
             failure = error;
         } catch (const std::exception &error) {
@@ -219,6 +227,7 @@ QCoro::Task<> MainWindowController::fetchRoster(
     if (!self || token != selectionToken)
         co_return;
     loadingRoster = false;
+    Q_EMIT loadingDidChange();
     if (failure) {
         showFailure(*failure, cachedShown);
         co_return;

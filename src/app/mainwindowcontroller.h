@@ -25,6 +25,8 @@ struct RosterView {
     std::optional<CourseThresholds> thresholds;
     /// Courses behind the rows: 1 for a course.
     std::size_t courseCount = 1;
+    /// While loading, how many of them are in.
+    std::size_t loadedCourses = 0;
     /// When the records behind the rows were fetched; of a term, the oldest of them.
     Date fetchedAt;
     /// Why the rows on screen could not be freshened; empty when they are as Canvas has them.
@@ -67,6 +69,8 @@ class MainWindowController : public QObject {
   Q_SIGNALS:
     void coursesDidChange();
     void rosterDidChange();
+    /// A load began, came further or ended; `roster` tells how far it is.
+    void loadingDidChange();
     void statusDidChange();
     /// An error to show, as message and advice.
     void errorDidOccur(const ellwynd::CanvasError &error);

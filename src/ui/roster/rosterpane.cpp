@@ -10,6 +10,7 @@
 
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -72,6 +73,7 @@ RosterPane::RosterPane(
       stack(new QStackedWidget(this)),
       messagePage(new QWidget(this)),
       message(plainLabel(messagePage, true)),
+      progress(new QProgressBar(messagePage)),
       connectButton(button(
           QStringLiteral("Open Connection Settings…"),
           QStringLiteral("Enter your Canvas address and token"), messagePage)),
@@ -86,6 +88,8 @@ RosterPane::RosterPane(
       })) {
     refresh->setAccessibleName(QStringLiteral("Refresh this roster"));
     refresh->setProperty("quiet", true);
+    progress->setTextVisible(false);
+    progress->setAccessibleName(QStringLiteral("Loading"));
     filter->setPlaceholderText(QStringLiteral("Filter students"));
     filter->setAccessibleName(QStringLiteral("Filter students"));
     filter->setClearButtonEnabled(true);
@@ -118,6 +122,7 @@ RosterPane::RosterPane(
     auto *page = new QVBoxLayout(messagePage);
     page->addStretch(2);
     page->addWidget(message);
+    page->addWidget(progress, 0, Qt::AlignHCenter);
     page->addWidget(connectButton, 0, Qt::AlignHCenter);
     page->addStretch(3);
     stack->addWidget(messagePage);
@@ -141,6 +146,7 @@ RosterPane::RosterPane(
         Q_EMIT contextMenuRequested(students->viewport()->mapToGlobal(position));
     });
     connect(&controller, &MainWindowController::rosterDidChange, this, &RosterPane::show);
+    connect(&controller, &MainWindowController::loadingDidChange, this, &RosterPane::showProgress);
     connect(&appearance, &Appearance::changed, this, &RosterPane::applyAppearance);
     applyAppearance();
     show();
@@ -193,10 +199,20 @@ void RosterPane::show() {
         qstring(roster.staleReason) + QStringLiteral(" Showing what was loaded before."));
     const QString text = messageFor(roster);
     message->setText(text);
+    showProgress();
     connectButton->setVisible(roster.state == RosterView::State::notConnected);
     students->setRows(
         text.isEmpty() ? roster.rows : std::vector<RiskRow>{}, systemNow(), !roster.courseID);
     stack->setCurrentWidget(text.isEmpty() ? static_cast<QWidget *>(students) : messagePage);
+}
+
+/// How far a load is: courses of a term one by one, a single course without a measure.
+void RosterPane::showProgress() {
+    const RosterView &roster = controller.roster();
+    progress->setVisible(roster.state == RosterView::State::loading);
+    progress->setRange(0, roster.courseCount > 1 ? int(roster.courseCount) : 0);
+    progress->setValue(int(roster.loadedCourses));
+    showCount();
 }
 
 void RosterPane::showHeader() {
@@ -236,6 +252,8 @@ void RosterPane::showCount() {
                                   .arg(roster.courseCount)
                                   .arg(roster.courseCount == 1 ? QString() : QStringLiteral("s"));
     text += QStringLiteral(" · updated ") + qstring(calendar::shortTime(roster.fetchedAt));
+    if (controller.isLoading())
+        text += QStringLiteral(" · refreshing…");
     subtitle->setFullText(text);
 }
 

@@ -9,6 +9,7 @@
 class QBoxLayout;
 class QLabel;
 class QLineEdit;
+class QProgressBar;
 class QPushButton;
 class QStackedWidget;
 
@@ -44,6 +45,7 @@ class RosterPane : public QWidget {
     void show();
     void showHeader();
     void showCount();
+    void showProgress();
     void applyAppearance();
     /// Puts the header's controls beside the title, or in rows below it where there is no room.
     void arrangeHeader();
@@ -62,6 +64,7 @@ class RosterPane : public QWidget {
     QStackedWidget *stack;
     QWidget *messagePage;
     QLabel *message;
+    QProgressBar *progress;
     QPushButton *connectButton;
     RosterTable *students;
     QWidget *header;

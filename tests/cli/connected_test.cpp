@@ -1,0 +1,78 @@
+// The command line from connecting to signing out, with a real secret service and a Canvas on
+// loopback; see support/with-keyring.
+#include "cli/run.h"
+#include "platform/log.h"
+#include "support/fakecanvas.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <sstream>
+
+namespace ellwynd::cli {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::Not;
+
+std::string everythingSaid;
+
+TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
+    test::trustAuthority();
+    const test::TemporaryFolder folder;
+    test::FakeCanvas canvas;
+    canvas.plan(QStringLiteral("/api/v1/users/self"), {{.body = R"({"name":"Ana Ruiz"})"}});
+    canvas.serve(QStringLiteral("/api/v1/courses"), {R"({"id":4021,"name":"Bio"})"});
+    canvas.serve(
+        QStringLiteral("/api/v1/courses/4021/enrollments"),
+        {R"({"user_id":77001,"user":{"id":77001,"name":"Zoe Quill"},"grades":{"current_score":41}})"});
+    canvas.serve(QStringLiteral("/api/v1/courses/4021/assignment_groups"), {});
+    canvas.serve(QStringLiteral("/api/v1/courses/4021/students/submissions"), {});
+    Log::setSink([](std::string_view category, Log::Level, std::string_view message) {
+        everythingSaid += std::string(category) + ": " + std::string(message) + "\n";
+    });
+    const auto call = [&](const std::vector<std::string> &words, int status) {
+        std::istringstream in("secret-token\n");
+        std::ostringstream out;
+        std::ostringstream err;
+        EXPECT_EQ(run(words, in, out, err, folder.path() / "Preferences.json"), status)
+            << err.str();
+        everythingSaid += err.str();
+        return out.str();
+    };
+
+    EXPECT_EQ(call({"connect", canvas.address()}, 0), "Connected as Ana Ruiz\n");
+    EXPECT_EQ(json::parse(call({"status", "--json"}, 0))["state"], "connected");
+    EXPECT_EQ(json::parse(call({"courses", "--json"}, 0))[0]["name"], "Bio");
+    const json roster = json::parse(call({"roster", "4021", "--json"}, 0));
+    EXPECT_EQ(roster["rows"][0]["name"], "Zoe Quill");
+    EXPECT_EQ(roster["rows"][0]["level"], "At Risk");
+    EXPECT_THAT(call({"thresholds", "4021", "--passing", "40"}, 0), HasSubstr("40% passing"));
+    EXPECT_EQ(json::parse(call({"roster", "4021", "--json"}, 0))["rows"][0]["level"], nullptr);
+    canvas.token = "another";
+    call({"courses"}, 1);
+    call({"disconnect"}, 0);
+    EXPECT_EQ(json::parse(call({"status", "--json"}, 0))["state"], "not connected");
+    call({"courses"}, 3);
+    Log::setSink(nullptr);
+
+    EXPECT_THAT(everythingSaid, HasSubstr("Canvas rejected the access token."));
+    for (const char *secret : {"secret-token", "Zoe", "77001"})
+        EXPECT_THAT(everythingSaid, Not(HasSubstr(secret)));
+    std::size_t files = 0;
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(folder.path())) {
+        if (!entry.is_regular_file())
+            continue;
+        ++files;
+        const std::string bytes =
+            folder.read(std::filesystem::relative(entry.path(), folder.path()));
+        for (const char *secret : {"secret-token", "Zoe", "77001"})
+            EXPECT_THAT(bytes, Not(HasSubstr(secret))) << entry.path();
+    }
+    EXPECT_GT(files, 0U);
+}
+
+} // namespace
+} // namespace ellwynd::cli

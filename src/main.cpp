@@ -21,7 +21,8 @@ int main(int argc, char **argv) {
 
     UserDefaults defaults(directories::config() / "Preferences.json", arguments.domain);
     defaults.watch();
-    Appearance appearance(defaults, desktopPrefersDark());
+    Settings settings(defaults);
+    Appearance appearance(settings, desktopPrefersDark());
     SecretService secrets;
     CanvasSession session;
     const Connector connector(defaults, secrets, session);

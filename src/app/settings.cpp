@@ -92,4 +92,22 @@ void writeSetting(UserDefaults &defaults, const std::string &key, PreferenceValu
     defaults.set(key, std::move(value));
 }
 
+Settings::Settings(UserDefaults &defaults)
+    : store(defaults), observing(defaults.observe([this](std::string_view key) {
+          if (key == preferences::appearance.name)
+              Q_EMIT appearanceDidChange();
+          else if (key == preferences::accentTheme.name)
+              Q_EMIT accentThemeDidChange();
+          else if (key == preferences::textScale.name)
+              Q_EMIT textScaleDidChange();
+          else if (key == preferences::sidebarTermLimit.name)
+              Q_EMIT termLimitDidChange();
+      })) {}
+
+void Settings::setTextScale(double scale) {
+    scale = preferences::textScale.normalise(scale);
+    if (scale != store.value(preferences::textScale))
+        store.set(preferences::textScale, scale);
+}
+
 } // namespace ellwynd

@@ -3,6 +3,8 @@
 
 #include "platform/userdefaults.h"
 
+#include <QObject>
+
 #include <stdexcept>
 
 namespace ellwynd {
@@ -17,5 +19,29 @@ class InvalidSetting : public std::invalid_argument {
 /// Keys that no control has are saved as they are.
 /// @throws InvalidSetting
 void writeSetting(UserDefaults &defaults, const std::string &key, PreferenceValue value);
+
+/// Announces the settings that views follow, whoever changes them: this window, another process, or
+/// another machine.
+class Settings : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit Settings(UserDefaults &defaults);
+
+    [[nodiscard]] const UserDefaults &defaults() const { return store; }
+
+    /// Within 0.8 to 2.0. A value equal to the current one changes and announces nothing.
+    void setTextScale(double scale);
+
+  Q_SIGNALS:
+    void appearanceDidChange();
+    void accentThemeDidChange();
+    void textScaleDidChange();
+    void termLimitDidChange();
+
+  private:
+    UserDefaults &store;
+    std::shared_ptr<void> observing;
+};
 
 } // namespace ellwynd

@@ -78,6 +78,18 @@ inline constexpr PreferenceKey<bool> syncSettings{"SyncSettingsViaICloud", false
 /// itself.
 inline constexpr PreferenceKey<std::string> cloudStoreFolder{"CloudStoreFolder", ""};
 
+// Updates and first run.
+/// "yyyy-MM-dd", the last day whose first update check ended well.
+inline constexpr PreferenceKey<std::string> lastCountedCheckDay{"LastCountedCheckDay", ""};
+/// Build and version of an announced update; empty for none.
+inline constexpr PreferenceKey<std::string> pendingUpdateBuild{"PendingUpdateBuild", ""};
+inline constexpr PreferenceKey<std::string> pendingUpdateVersion{"PendingUpdateVersion", ""};
+/// How far the first-run steps are, from 0.
+inline constexpr PreferenceKey<std::int64_t> onboardingStep{"Onboarding.step", 0};
+/// "shown", "small" or "hidden".
+inline constexpr PreferenceKey<std::string> courseInsightPanelMode{
+    "CourseInsightPanelMode", "shown"};
+
 // The main window as it was left; base64 of the window system's own forms.
 inline constexpr PreferenceKey<std::string> mainWindowGeometry{"MainWindowGeometry", ""};
 inline constexpr PreferenceKey<std::string> mainWindowColumns{"MainWindowColumns", ""};

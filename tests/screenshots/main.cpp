@@ -45,7 +45,8 @@ class Studio {
             {{"SampleData", true},
              {"Appearance", std::string(appearanceName)},
              {"TextScale", scale}});
-        Appearance appearance(defaults, false);
+        Settings chosen(defaults);
+        Appearance appearance(chosen, false);
         test::MemorySecrets secrets;
         CanvasSession session;
         const Connector connector(defaults, secrets, session);

@@ -54,7 +54,8 @@ TEST(Appearance, FollowsItsPreferences) {
     UserDefaults defaults(folder.path() / "Preferences.json", {});
     const QFont desktop = QApplication::font();
     {
-        Appearance appearance(defaults, true);
+        Settings settings(defaults);
+        Appearance appearance(settings, true);
         EXPECT_TRUE(appearance.theme().dark);
         int changes = 0;
         QObject::connect(&appearance, &Appearance::changed, &appearance, [&] { ++changes; });
@@ -70,6 +71,8 @@ TEST(Appearance, FollowsItsPreferences) {
         appearance.zoom(0);
         EXPECT_EQ(appearance.px(100), int(std::lround(100 * normal / 9.75)));
         EXPECT_EQ(changes, 4);
+        settings.setTextScale(1.0);
+        EXPECT_EQ(changes, 4) << "nothing is new";
     }
     QApplication::setFont(desktop);
 }

@@ -32,7 +32,8 @@ using testing::ElementsAre;
 struct MainWindowTest : testing::Test {
     test::Core core{{{"SampleData", true}}};
     UserDefaults &defaults = core.defaults;
-    Appearance appearance{defaults, false};
+    Settings settings{defaults};
+    Appearance appearance{settings, false};
     MainWindowController controller{defaults, core.connector};
     SyncService sync{defaults, core.folder.path() / "Seen.json"};
     MainWindow window{controller, defaults, core.check, sync, appearance};
@@ -124,9 +125,9 @@ TEST_F(MainWindowTest, TheSheetSetsAndReleasesThresholds) {
 
 TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     openCourse(900101);
-    SettingsWindow &settings = window.settings();
-    settings.open(SettingsWindow::riskThresholds);
-    auto *passing = settings.findChild<QDoubleSpinBox *>();
+    SettingsWindow &panes = window.settings();
+    panes.open(SettingsWindow::riskThresholds);
+    auto *passing = panes.findChild<QDoubleSpinBox *>();
     passing->setValue(90);
     EXPECT_EQ(controller.roster().thresholds->passingScore, 90);
     // What is changed elsewhere shows here.
@@ -135,14 +136,14 @@ TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     defaults.set(preferences::sidebarTermLimit, std::int64_t{2});
     EXPECT_EQ(window.findChild<Sidebar *>()->list()->model()->rowCount(), 2);
     defaults.set(preferences::textScale, 2.0);
-    EXPECT_EQ(settings.findChild<QSpinBox *>()->value(), 200);
+    EXPECT_EQ(panes.findChild<QSpinBox *>()->value(), 200);
     defaults.set(preferences::textScale, 1.0);
 }
 
 TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndForgotten) {
-    SettingsWindow &settings = window.settings();
-    settings.open(SettingsWindow::connection);
-    const auto fields = settings.findChildren<QLineEdit *>();
+    SettingsWindow &panes = window.settings();
+    panes.open(SettingsWindow::connection);
+    const auto fields = panes.findChildren<QLineEdit *>();
     QLineEdit *address = nullptr;
     QLineEdit *token = nullptr;
     for (QLineEdit *field : fields) {
@@ -156,30 +157,29 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndForgotten) {
     address->setText(QStringLiteral("https://h.example"));
     token->setText(QStringLiteral("t"));
     int changes = 0;
-    QObject::connect(
-        &settings, &SettingsWindow::connectionDidChange, &settings, [&] { ++changes; });
-    button(settings, QStringLiteral("Save"))->click();
+    QObject::connect(&panes, &SettingsWindow::connectionDidChange, &panes, [&] { ++changes; });
+    button(panes, QStringLiteral("Save"))->click();
     EXPECT_EQ(changes, 1);
     EXPECT_TRUE(token->text().isEmpty());
     EXPECT_EQ(token->placeholderText(), QStringLiteral("Token saved — leave blank to keep it"));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://h.example");
-    button(settings, QStringLiteral("Sign Out"))->click();
+    button(panes, QStringLiteral("Sign Out"))->click();
     EXPECT_EQ(changes, 2);
     EXPECT_TRUE(core.secrets.secrets.empty());
     EXPECT_TRUE(address->text().isEmpty());
 
-    settings.close();
+    panes.close();
     core.secrets.failure = KeychainError(KeychainError::locked, "locked");
     defaults.set(preferences::canvasBaseURL, std::string("https://h.example"));
-    settings.open(SettingsWindow::connection);
+    panes.open(SettingsWindow::connection);
     EXPECT_FALSE(token->isEnabled());
 }
 
 TEST_F(MainWindowTest, TheSyncPaneSaysHowItStands) {
-    SettingsWindow &settings = window.settings();
-    settings.open(SettingsWindow::sync);
+    SettingsWindow &panes = window.settings();
+    panes.open(SettingsWindow::sync);
     const auto says = [&](const char *text) {
-        for (const QLabel *label : settings.findChildren<QLabel *>()) {
+        for (const QLabel *label : panes.findChildren<QLabel *>()) {
             if (label->text().contains(QString::fromUtf8(text)))
                 return true;
         }
@@ -187,10 +187,10 @@ TEST_F(MainWindowTest, TheSyncPaneSaysHowItStands) {
     };
     // The sample college is forced for this run.
     EXPECT_TRUE(says("not synced while the sample college"));
-    EXPECT_FALSE(button(settings, QStringLiteral("Remove Synced Settings"))->isEnabled());
+    EXPECT_FALSE(button(panes, QStringLiteral("Remove Synced Settings"))->isEnabled());
     defaults.set(preferences::cloudStoreFolder, (core.folder.path() / "cloud").string());
     QApplication::processEvents();
-    EXPECT_TRUE(button(settings, QStringLiteral("Remove Synced Settings"))->isEnabled());
+    EXPECT_TRUE(button(panes, QStringLiteral("Remove Synced Settings"))->isEnabled());
 }
 
 TEST_F(MainWindowTest, TheKeyboardReachesEverything) {

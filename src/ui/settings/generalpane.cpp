@@ -67,7 +67,8 @@ GeneralPane::GeneralPane(UserDefaults &store, const Appearance &look)
         defaults.set(preferences::accentTheme, accent->currentData().toString().toStdString());
     });
     connect(textSize, &QSpinBox::valueChanged, this, [this](int value) {
-        defaults.set(preferences::textScale, value / percent);
+        if (value / percent != defaults.value(preferences::textScale))
+            defaults.set(preferences::textScale, value / percent);
     });
     connect(terms, &QSpinBox::valueChanged, this, [this](int value) {
         defaults.set(preferences::sidebarTermLimit, std::int64_t{value});

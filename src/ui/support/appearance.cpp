@@ -34,24 +34,21 @@ bool desktopPrefersDark() {
         desktop.color(QPalette::WindowText).lightness();
 }
 
-Appearance::Appearance(UserDefaults &store, bool dark)
-    : defaults(store),
-      desktopIsDark(dark),
-      base(baseFont()),
-      observing(store.observe([this](std::string_view key) {
-          if (key == preferences::appearance.name || key == preferences::accentTheme.name ||
-              key == preferences::textScale.name)
-              apply();
-      })) {
+Appearance::Appearance(Settings &source, bool dark)
+    : settings(source), desktopIsDark(dark), base(baseFont()) {
     QApplication::setStyle(new Style);
+    for (const auto signal :
+         {&Settings::appearanceDidChange, &Settings::accentThemeDidChange,
+          &Settings::textScaleDidChange})
+        connect(&settings, signal, this, &Appearance::apply);
     apply();
 }
 
 void Appearance::apply() {
-    const std::string wanted = defaults.value(preferences::appearance);
+    const std::string wanted = settings.defaults().value(preferences::appearance);
     const bool dark = wanted == "dark" || (wanted != "light" && desktopIsDark);
-    current = makeTheme(dark, defaults.value(preferences::accentTheme));
-    scale = defaults.value(preferences::textScale);
+    current = makeTheme(dark, settings.defaults().value(preferences::accentTheme));
+    scale = settings.defaults().value(preferences::textScale);
     QApplication::setFont(font());
     QApplication::setPalette(palette(current));
     qApp->setStyleSheet(styleSheet(*this));
@@ -71,9 +68,7 @@ int Appearance::px(double length) const {
 
 void Appearance::zoom(int direction) {
     constexpr double step = 0.1;
-    defaults.set(
-        preferences::textScale,
-        direction == 0 ? 1.0 : std::round((scale + direction * step) * 10) / 10);
+    settings.setTextScale(direction == 0 ? 1.0 : std::round((scale + direction * step) * 10) / 10);
 }
 
 } // namespace ellwynd

@@ -1,7 +1,7 @@
 // Light or dark, the accent and the text size, as they are now.
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "app/settings.h"
 #include "theme/theme.h"
 
 #include <QFont>
@@ -16,7 +16,7 @@ class Appearance : public QObject {
 
   public:
     /// @param desktopIsDark what "automatic" stands for.
-    Appearance(UserDefaults &defaults, bool desktopIsDark);
+    Appearance(Settings &settings, bool desktopIsDark);
 
     [[nodiscard]] const Theme &theme() const { return current; }
 
@@ -35,12 +35,11 @@ class Appearance : public QObject {
   private:
     void apply();
 
-    UserDefaults &defaults;
+    Settings &settings;
     bool desktopIsDark;
     QFont base;
     Theme current;
     double scale = 1;
-    std::shared_ptr<void> observing;
 };
 
 /// Whether the desktop's own colours are dark, asked before the application is dressed.

@@ -76,11 +76,27 @@ QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReadin
             "{}{} course{}", defaults.value(preferences::sampleData) ? "Sample college · " : "",
             count, count == 1 ? "" : "s"));
         Q_EMIT coursesDidChange();
-        if (!currentSelection && !latestCourses.empty())
-            currentSelection = TermSelection{groupByTerm(latestCourses).front().id()};
+        reselect();
         loadSelection();
     }
     refreshEnded();
+}
+
+/// The course that was waited for, else what was selected if it is still there, else the newest
+/// term.
+void MainWindowController::reselect() {
+    const auto pending = std::exchange(pendingCourseID, std::nullopt);
+    if (pending && std::ranges::count(knownCourses(), *pending, &Course::id) > 0)
+        currentSelection = CourseSelection{*pending};
+    if (selectedCourses().empty() && !latestCourses.empty())
+        currentSelection = TermSelection{groupByTerm(latestCourses).front().id()};
+}
+
+void MainWindowController::showCourse(std::int64_t courseID) {
+    if (latestCourses.empty())
+        pendingCourseID = courseID;
+    else if (std::ranges::count(knownCourses(), courseID, &Course::id) > 0)
+        select(CourseSelection{courseID});
 }
 
 void MainWindowController::refreshEnded() {

@@ -50,6 +50,9 @@ class MainWindowController : public QObject {
     /// Only what is on screen.
     void refreshRoster();
     void select(const Selection &selection);
+    /// Opens a course by id: at once when the course list is in, otherwise as soon as it is. An id
+    /// that the list does not hold opens nothing.
+    void showCourse(std::int64_t courseID);
 
     [[nodiscard]] const std::optional<Selection> &selection() const { return currentSelection; }
     /// The sidebar's terms, newest first, as many as the teacher wants listed.
@@ -85,6 +88,7 @@ class MainWindowController : public QObject {
     QCoro::Task<> fetchCourseList(std::shared_ptr<CanvasReading> source);
     QCoro::Task<> fetchRoster(std::shared_ptr<CanvasReading> source, std::vector<Course> courses);
     void refreshEnded();
+    void reselect();
     void loadSelection();
     void showCached(const std::vector<Course> &courses);
     void showFailure(const CanvasError &error, bool cachedShown);
@@ -107,6 +111,8 @@ class MainWindowController : public QObject {
     bool loadingRoster = false;
     std::optional<Selection> currentSelection;
     std::vector<Course> latestCourses;
+    /// To be opened as soon as the course list is in.
+    std::optional<std::int64_t> pendingCourseID;
     Token selectionToken = 0;
     RosterCache rosterCache;
     RosterView rosterView;

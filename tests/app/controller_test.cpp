@@ -198,11 +198,43 @@ TEST_F(LiveControllerTest, LoadsTheTermAndACourse) {
     EXPECT_TRUE(errors.empty());
 }
 
+TEST_F(LiveControllerTest, ACourseAskedForByIdOpensWhenTheListIsIn) {
+    controller.showCourse(2);
+    EXPECT_FALSE(controller.selection());
+    controller.refresh();
+    ASSERT_TRUE(untilShown("Bio"));
+    controller.showCourse(99);
+    EXPECT_EQ(controller.roster().title, "Bio");
+    controller.showCourse(3);
+    ASSERT_TRUE(untilShown("Chem"));
+
+    // A course that has left the list gives way to the newest term.
+    canvas.serve(
+        QStringLiteral("/api/v1/courses"),
+        {R"({"id":1,"name":"Art","term":{"id":9,"name":"Fall"}})"});
+    controller.refresh();
+    ASSERT_TRUE(untilShown("Fall"));
+    EXPECT_EQ(controller.roster().courseCount, 1U);
+}
+
+TEST_F(LiveControllerTest, TheThreeReadsOfACourseRunSideBySide) {
+    controller.refresh();
+    ASSERT_TRUE(untilShown("Fall"));
+    canvas.mostInFlight = 0;
+    canvas.holdUntil(3);
+    controller.showCourse(2);
+    ASSERT_TRUE(untilShown("Bio")) << "none is answered before all three are asked";
+    EXPECT_EQ(canvas.mostInFlight, 3);
+    const int connections = canvas.connections;
+    controller.refreshRoster();
+    ASSERT_TRUE(until([&] { return !controller.isLoading(); }));
+    EXPECT_EQ(canvas.connections, connections) << "connections are used again";
+}
+
 TEST_F(LiveControllerTest, ASlowAnswerNeverOverwritesALaterChoice) {
     controller.refresh();
     ASSERT_TRUE(untilShown("Fall"));
-    canvas.plan(
-        path(1, "enrollments"), {{.body = R"([{"user_id":99}])", .delayMilliseconds = 150}});
+    canvas.hold(path(1, "enrollments"));
     std::vector<std::string> shown;
     QObject::connect(&controller, &MainWindowController::rosterDidChange, &controller, [&] {
         shown.push_back(controller.roster().title);
@@ -212,8 +244,9 @@ TEST_F(LiveControllerTest, ASlowAnswerNeverOverwritesALaterChoice) {
     ASSERT_TRUE(untilShown("Bio"));
     shown.clear();
     // The slow answer arrives and is dropped.
-    QDeadlineTimer later(300);
-    until([&] { return later.hasExpired(); });
+    canvas.release();
+    ASSERT_TRUE(until([&] { return core.session.requestGate().inFlight() == 0; }));
+    QCoreApplication::processEvents();
     EXPECT_TRUE(shown.empty());
     EXPECT_EQ(controller.roster().title, "Bio");
 }

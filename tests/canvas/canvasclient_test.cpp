@@ -127,7 +127,8 @@ TEST_F(CanvasClientTest, ReadsALargeCourseWhole) {
 }
 
 TEST_F(CanvasClientTest, NeverMoreThanSixRequestsAtATime) {
-    canvas.answerWith([](const FakeRequest &) { return FakeReply{.delayMilliseconds = 10}; });
+    canvas.serve(coursesPath, {});
+    canvas.holdUntil(6);
     std::vector<QCoro::Task<std::vector<Course>>> reads;
     CanvasClient reading = client();
     for (int i = 0; i < 20; ++i)

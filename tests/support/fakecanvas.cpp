@@ -1,5 +1,6 @@
 #include "support/fakecanvas.h"
 
+#include <QPointer>
 #include <QSslSocket>
 #include <QTimer>
 #include <QUrlQuery>
@@ -61,7 +62,7 @@ void FakeCanvas::receive(QSslSocket *socket, int connection, QByteArray &buffer)
         }
         requests.push_back(request);
         mostInFlight = std::max(mostInFlight, ++inFlight);
-        reply(socket, answer(request));
+        reply(socket, request.path, answer(request));
     }
 }
 
@@ -114,7 +115,36 @@ FakeReply FakeCanvas::page(const FakeRequest &request) const {
     return reply;
 }
 
-void FakeCanvas::reply(QSslSocket *socket, const FakeReply &reply) {
+void FakeCanvas::holdUntil(std::size_t waiting) {
+    holdingUntil = waiting;
+}
+
+void FakeCanvas::hold(const QString &path) {
+    heldPath = path;
+}
+
+void FakeCanvas::release() {
+    holdingUntil = 0;
+    heldPath.clear();
+    for (const auto &answerNow : std::exchange(held, {}))
+        answerNow();
+}
+
+void FakeCanvas::reply(QSslSocket *socket, const QString &path, const FakeReply &reply) {
+    if (holdingUntil == 0 && path != heldPath) {
+        send(socket, reply);
+        return;
+    }
+    const QPointer<QSslSocket> open(socket);
+    held.push_back([this, open, reply] {
+        if (open)
+            send(open, reply);
+    });
+    if (holdingUntil > 0 && held.size() >= holdingUntil)
+        release();
+}
+
+void FakeCanvas::send(QSslSocket *socket, const FakeReply &reply) {
     if (reply.delayMilliseconds > 0)
         QTimer::singleShot(
             reply.delayMilliseconds, socket, [this, socket, reply] { write(socket, reply); });

@@ -67,6 +67,11 @@ class FakeCanvas : public QObject {
     void serve(const QString &path, std::vector<QByteArray> records);
     /// The next requests for a path are answered so, one reply each; then as usual.
     void plan(const QString &path, std::vector<FakeReply> replies);
+    /// Answers nothing until so many requests wait at one time, then all of them.
+    void holdUntil(std::size_t waiting);
+    /// Answers nothing to this path until `release`.
+    void hold(const QString &path);
+    void release();
     /// Answers every request instead of the above.
     void answerWith(std::function<FakeReply(const FakeRequest &)> answer);
 
@@ -81,7 +86,8 @@ class FakeCanvas : public QObject {
   private:
     void accept();
     void receive(QSslSocket *socket, int connection, QByteArray &buffer);
-    void reply(QSslSocket *socket, const FakeReply &reply);
+    void reply(QSslSocket *socket, const QString &path, const FakeReply &reply);
+    void send(QSslSocket *socket, const FakeReply &reply);
     void write(QSslSocket *socket, const FakeReply &reply);
     [[nodiscard]] FakeReply answer(const FakeRequest &request);
     [[nodiscard]] FakeReply page(const FakeRequest &request) const;
@@ -91,6 +97,9 @@ class FakeCanvas : public QObject {
     QHash<QString, std::deque<FakeReply>> plans;
     std::function<FakeReply(const FakeRequest &)> custom;
     int inFlight = 0;
+    std::size_t holdingUntil = 0;
+    QString heldPath;
+    std::vector<std::function<void()>> held;
 };
 
 } // namespace ellwynd::test

@@ -101,6 +101,7 @@ void MainWindowController::showCourse(std::int64_t courseID) {
 
 void MainWindowController::refreshEnded() {
     isRefreshing = false;
+    Q_EMIT loadingDidChange();
     if (std::exchange(refreshQueued, false))
         refresh();
 }

@@ -77,6 +77,8 @@ struct MainWindowTest : testing::Test {
 
 TEST_F(MainWindowTest, CommandsAreEnabledWhereTheyCanWork) {
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Ellwynd — Sample Data"));
+    for (const QLabel *label : window.findChildren<QLabel *>())
+        EXPECT_FALSE(label->text().contains(QStringLiteral("refreshing"))) << "all is in";
     const QString missingWork = QStringLiteral("Missing Work by Assignment…");
     EXPECT_FALSE(action(missingWork)->isEnabled()) << "a term is shown";
     EXPECT_EQ(window.openMissingWork(), nullptr);

@@ -154,6 +154,8 @@ void RosterTable::sizeColumns() {
             width = std::max(width, metrics.horizontalAdvance(text) + padding);
         }
         width = std::min(width, appearance.px(widest));
+        if (column == RosterModel::course)
+            width = std::min(width, viewport()->width() / 6);
         setColumnWidth(column, width);
         taken += width;
     }

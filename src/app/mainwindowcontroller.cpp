@@ -21,9 +21,9 @@ constexpr Log links{"links"};
 } // namespace
 
 MainWindowController::MainWindowController(
-    UserDefaults &store, const Connector &source, Clock clock)
+    UserDefaults &store, const Connector &connections, Clock clock)
     : defaults(store),
-      connector(source),
+      connector(connections),
       now(clock),
       observing(store.observe([this](std::string_view key) { preferenceChanged(key); })) {}
 
@@ -36,7 +36,6 @@ void MainWindowController::refresh() {
         refreshQueued = true;
         return;
     }
-    std::shared_ptr<CanvasReading> source;
     try {
         source = connector.open();
     } catch (const KeychainError &error) {
@@ -52,12 +51,12 @@ void MainWindowController::refresh() {
     fetchCourseList(source);
 }
 
-QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReading> source) {
+QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReading> from) {
     const QPointer<MainWindowController> self(this);
     std::optional<CanvasError> failure;
     std::vector<Course> courses;
     try {
-        courses = co_await source->fetchCourses();
+        courses = co_await from->fetchCourses();
     } catch (const CanvasError &error) {
         failure = error;
     } catch (const std::exception &error) {
@@ -163,15 +162,10 @@ void MainWindowController::refreshRoster() {
 void MainWindowController::loadSelection() {
     ++selectionToken;
     const std::vector<Course> courses = selectedCourses();
-    if (courses.empty())
+    if (!source || courses.empty())
         return;
     showCached(courses);
-    try {
-        if (const auto source = connector.open())
-            fetchRoster(source, courses);
-    } catch (const KeychainError &error) {
-        showKeychainUnavailable(error);
-    }
+    fetchRoster(source, courses);
 }
 
 std::vector<Course> MainWindowController::selectedCourses() const {
@@ -215,7 +209,7 @@ void MainWindowController::showCached(const std::vector<Course> &courses) {
 }
 
 QCoro::Task<> MainWindowController::fetchRoster(
-    std::shared_ptr<CanvasReading> source, std::vector<Course> courses) {
+    std::shared_ptr<CanvasReading> from, std::vector<Course> courses) {
     const QPointer<MainWindowController> self(this);
     const Token token = selectionToken;
     const bool cachedShown = rosterView.state == RosterView::State::shown;
@@ -224,7 +218,7 @@ QCoro::Task<> MainWindowController::fetchRoster(
 
     std::vector<QCoro::Task<ScoredCourse>> loads;
     for (const Course &course : courses)
-        loads.push_back(loadCourse(*source, course, defaults, now));
+        loads.push_back(loadCourse(*from, course, defaults, now));
     std::vector<ScoredCourse> scored;
     std::optional<CanvasError> failure;
     for (auto &load : loads) {
@@ -314,9 +308,13 @@ void MainWindowController::rescoreAll() {
     if (!changed)
         return;
     if (rosterView.state == RosterView::State::shown) {
+        // The note about stale rows outlives the new scores.
         const std::string stale = rosterView.staleReason;
         showCached(selectedCourses());
-        rosterView.staleReason = stale;
+        if (!stale.empty()) {
+            rosterView.staleReason = stale;
+            Q_EMIT rosterDidChange();
+        }
     }
     Q_EMIT coursesDidChange();
 }

@@ -106,6 +106,8 @@ class MainWindowController : public QObject {
     UserDefaults &defaults;
     const Connector &connector;
     Clock now;
+    /// What the last refresh connected to; null while not connected.
+    std::shared_ptr<CanvasReading> source;
     bool isRefreshing = false;
     bool refreshQueued = false;
     bool loadingRoster = false;

@@ -212,6 +212,16 @@ TEST_F(MainWindowTest, TheKeyboardReachesEverything) {
     QTest::keyClick(&table(), Qt::Key_End);
     EXPECT_THAT(selected(), ElementsAre(5026));
 
+    // What is folded is told, and Return unfolds it.
+    table().selectStudents({{900101, 5001}});
+    const auto told = [&] {
+        const QModelIndex why = table().currentIndex().siblingAtColumn(RosterModel::why);
+        return why.data(Qt::AccessibleTextRole).toString().toStdString();
+    };
+    EXPECT_THAT(told(), testing::HasSubstr(" more missing, press to show"));
+    QTest::keyClick(&table(), Qt::Key_Return);
+    EXPECT_THAT(told(), testing::Not(testing::HasSubstr("press to show")));
+
     QTreeView *sidebar = window.findChild<Sidebar *>()->list();
     QTest::keyClick(sidebar, Qt::Key_Down);
     EXPECT_EQ(controller.roster().courseID, 900102);
@@ -306,7 +316,7 @@ TEST_F(MainWindowTest, NamesThatDoNotFitFoldBehindALink) {
     };
     const auto folded = targets(WhyLayout::Form::normal, 320);
     EXPECT_LT(folded.size(), 5U);
-    EXPECT_EQ(folded.back(), WhyTarget(ShowMore{}));
+    EXPECT_EQ(folded.back(), WhyTarget(ShowMore{6 - folded.size()}));
     EXPECT_EQ(folded.front(), WhyTarget(AssignmentRef{1, "Assignment number"}));
     EXPECT_EQ(targets(WhyLayout::Form::expanded, 320).size(), 5U);
     EXPECT_TRUE(targets(WhyLayout::Form::compact, 320).empty());

@@ -24,8 +24,7 @@ int RosterDelegate::verticalPadding() const {
     return appearance.px(compact ? 5 : 9);
 }
 
-WhyLayout RosterDelegate::layoutOf(const QModelIndex &index, int cellWidth) const {
-    const RiskRow &row = filter.row(index);
+WhyLayout RosterDelegate::layoutOf(const RiskRow &row, int cellWidth) const {
     const auto form = compact           ? WhyLayout::Form::compact
         : expanded.contains(keyOf(row)) ? WhyLayout::Form::expanded
                                         : WhyLayout::Form::normal;
@@ -36,7 +35,8 @@ QSize RosterDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &
     int height = pillSize(appearance, QStringLiteral("X")).height();
     int width = 0;
     if (index.column() == RosterModel::why) {
-        height = std::max(height, layoutOf(index, view->columnWidth(RosterModel::why)).height());
+        height = std::max(
+            height, layoutOf(filter.row(index), view->columnWidth(RosterModel::why)).height());
     } else if (index.column() == RosterModel::level) {
         width = pillSize(appearance, QStringLiteral("Concern")).width();
     } else {
@@ -68,7 +68,7 @@ void RosterDelegate::paint(
         break;
     case RosterModel::why: {
         const auto hover = hoveredIndex == index ? hovered : std::nullopt;
-        const WhyLayout layout = layoutOf(index, option.rect.width());
+        const WhyLayout layout = layoutOf(filter.row(index), option.rect.width());
         // A single line sits on the level's line; more begin at the top.
         const int lower = std::max(0, (lineHeight - QFontMetrics(appearance.font()).height()) / 2);
         layout.draw(*painter, cell.topLeft() + QPoint(0, lower), hover);
@@ -100,7 +100,7 @@ std::optional<WhyTarget> RosterDelegate::targetAt(
     if (index.column() != RosterModel::why)
         return std::nullopt;
     const QPoint origin = option.rect.topLeft() + QPoint(horizontalPadding(), verticalPadding());
-    return layoutOf(index, option.rect.width()).targetAt(position - origin);
+    return layoutOf(filter.row(index), option.rect.width()).targetAt(position - origin);
 }
 
 bool RosterDelegate::editorEvent(
@@ -129,8 +129,7 @@ bool RosterDelegate::editorEvent(
     } else if (std::holds_alternative<GradesTarget>(*target)) {
         Q_EMIT gradesRequested(row);
     } else {
-        expanded.insert(keyOf(row));
-        Q_EMIT rowExpanded(index);
+        expand(index);
     }
     return true;
 }
@@ -145,7 +144,7 @@ bool RosterDelegate::helpEvent(
         else if (std::holds_alternative<GradesTarget>(*target))
             tip = QStringLiteral("Open the grades in Canvas");
         else
-            tip = QStringLiteral("Show all missing work");
+            tip = qstring(moreAccessibleText(std::get<ShowMore>(*target).hidden));
     } else if (index.column() == RosterModel::level || tip.isEmpty()) {
         QToolTip::hideText();
         return true;
@@ -153,6 +152,15 @@ bool RosterDelegate::helpEvent(
     QToolTip::showText(
         event->globalPos(), QStringLiteral("<span>%1</span>").arg(tip.toHtmlEscaped()), where);
     return true;
+}
+
+void RosterDelegate::expand(const QModelIndex &index) {
+    expanded.insert(keyOf(filter.row(index)));
+    Q_EMIT rowExpanded(index);
+}
+
+std::size_t RosterDelegate::hiddenNames(const RiskRow &row) const {
+    return layoutOf(row, view->columnWidth(RosterModel::why)).hiddenNames();
 }
 
 void RosterDelegate::clearHover() {

@@ -21,6 +21,10 @@ class RosterDelegate : public QStyledItemDelegate {
     void setCompact(bool on) { compact = on; }
     /// Folds every row again.
     void collapseAll() { expanded.clear(); }
+    /// Shows all names of a row's missing work.
+    void expand(const QModelIndex &index);
+    /// The names that a row has no room for now.
+    [[nodiscard]] std::size_t hiddenNames(const RiskRow &row) const;
 
     [[nodiscard]] QSize
     sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
@@ -43,7 +47,7 @@ class RosterDelegate : public QStyledItemDelegate {
     void rowExpanded(const QModelIndex &index);
 
   private:
-    [[nodiscard]] WhyLayout layoutOf(const QModelIndex &index, int cellWidth) const;
+    [[nodiscard]] WhyLayout layoutOf(const RiskRow &row, int cellWidth) const;
     [[nodiscard]] std::optional<WhyTarget>
     targetAt(QPoint position, const QStyleOptionViewItem &option, const QModelIndex &index) const;
     [[nodiscard]] int horizontalPadding() const;

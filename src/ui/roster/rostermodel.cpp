@@ -79,6 +79,11 @@ QVariant RosterModel::data(const QModelIndex &index, int role) const {
             return QStringLiteral("%1 missing").arg(item.missingCount);
         if (index.column() == lastActive)
             return QStringLiteral("Last active ") + display(item, lastActive);
+        if (index.column() == why && hiddenNames) {
+            if (const std::size_t hidden = hiddenNames(item); hidden > 0)
+                return display(item, why) + QStringLiteral(", ") +
+                    qstring(moreAccessibleText(hidden));
+        }
         return display(item, index.column());
     default:
         return {};

@@ -7,6 +7,8 @@
 #include <QAbstractTableModel>
 #include <QSortFilterProxyModel>
 
+#include <functional>
+
 namespace ellwynd {
 
 /// Whoever spans courses tells students apart by course and student together.
@@ -34,6 +36,8 @@ class RosterModel : public QAbstractTableModel {
 
     /// @param at "now" for the days since the last activity.
     void setRows(std::vector<RiskRow> rows, Date at);
+    /// How many names of a row's missing work its view folds, for what is read aloud.
+    std::function<std::size_t(const RiskRow &)> hiddenNames;
     [[nodiscard]] const RiskRow &row(int index) const { return rows[std::size_t(index)]; }
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;

@@ -4,6 +4,7 @@
 #include "ui/support/appearance.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -19,6 +20,7 @@ RosterTable::RosterTable(const Appearance &look, QWidget *parent)
     filter->setSourceModel(model);
     QTableView::setModel(filter);
     setItemDelegate(delegate);
+    model->hiddenNames = [this](const RiskRow &row) { return delegate->hiddenNames(row); };
     setAccessibleName(QStringLiteral("Students"));
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -174,6 +176,14 @@ void RosterTable::resizeEvent(QResizeEvent *event) {
     QTableView::resizeEvent(event);
     if (event->size().width() != event->oldSize().width())
         sizeColumns();
+}
+
+void RosterTable::keyPressEvent(QKeyEvent *event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && currentIndex().isValid())
+        delegate->expand(currentIndex());
+    else
+        QTableView::keyPressEvent(event);
 }
 
 void RosterTable::leaveEvent(QEvent *event) {

@@ -40,6 +40,8 @@ class RosterTable : public QTableView {
   protected:
     void resizeEvent(QResizeEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    /// Return shows all missing work of the current row.
+    void keyPressEvent(QKeyEvent *event) override;
     void
     selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;

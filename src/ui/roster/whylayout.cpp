@@ -79,7 +79,7 @@ void WhyLayout::addLinks(const std::vector<AssignmentRef> &missing, int width, b
                 name = metrics.elidedText(name, Qt::ElideRight, room);
             } else if (metrics.horizontalAdvance(line + separator + name) > room) {
                 text += separator;
-                append(more, ShowMore{}, false);
+                append(more, ShowMore{hidden + 1}, false);
                 return;
             }
         }
@@ -113,6 +113,11 @@ void WhyLayout::lay(int width) {
         y += std::ceil(line.height() * 1.06);
     }
     layout->endLayout();
+}
+
+std::size_t WhyLayout::hiddenNames() const {
+    const auto *more = spans.empty() ? nullptr : std::get_if<ShowMore>(&spans.back().target);
+    return more != nullptr ? more->hidden : 0;
 }
 
 int WhyLayout::height() const {

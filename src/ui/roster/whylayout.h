@@ -17,6 +17,9 @@ class Appearance;
 
 /// The link that shows the names which a row has no room for.
 struct ShowMore {
+    /// The names that are not shown.
+    std::size_t hidden = 0;
+
     bool operator==(const ShowMore &) const = default;
 };
 
@@ -32,6 +35,8 @@ class WhyLayout {
     WhyLayout(const RiskRow &row, int width, Form form, const Appearance &appearance);
 
     [[nodiscard]] int height() const;
+    /// The names behind the link that shows more; 0 where there is none.
+    [[nodiscard]] std::size_t hiddenNames() const;
     void draw(QPainter &painter, QPoint topLeft, const std::optional<WhyTarget> &hovered) const;
     /// What lies under a point of the cell.
     [[nodiscard]] std::optional<WhyTarget> targetAt(QPoint point) const;

@@ -13,11 +13,22 @@ QDateTime local(Date date) {
     return QDateTime::fromMSecsSinceEpoch(ms, Qt::LocalTime);
 }
 
+Date instant(const QDateTime &moment) {
+    return Date{std::chrono::milliseconds{moment.toMSecsSinceEpoch()}};
+}
+
 } // namespace
 
 Date startOfDay(Date date) {
-    const QDateTime start = local(date).date().startOfDay(Qt::LocalTime);
-    return Date{std::chrono::milliseconds{start.toMSecsSinceEpoch()}};
+    return instant(local(date).date().startOfDay(Qt::LocalTime));
+}
+
+Date startOfNextDay(Date date) {
+    return instant(local(date).date().addDays(1).startOfDay(Qt::LocalTime));
+}
+
+Date daysBefore(Date date, std::int64_t days) {
+    return instant(local(date).addDays(-days));
 }
 
 std::int64_t daysBetween(Date from, Date to) {
@@ -26,6 +37,10 @@ std::int64_t daysBetween(Date from, Date to) {
 
 std::string dayKey(Date date) {
     return QLocale::c().toString(local(date).date(), QStringLiteral("yyyy-MM-dd")).toStdString();
+}
+
+std::string shortDay(Date date) {
+    return QLocale().toString(local(date).date(), QStringLiteral("MMM d")).toStdString();
 }
 
 std::string shortTime(Date date) {

@@ -11,12 +11,20 @@ namespace calendar {
 
 /// The first instant of the day that `date` falls on.
 [[nodiscard]] Date startOfDay(Date date);
+/// The first instant of the day after it.
+[[nodiscard]] Date startOfNextDay(Date date);
+
+/// The same time of day, so many calendar days earlier.
+[[nodiscard]] Date daysBefore(Date date, std::int64_t days);
 
 /// Calendar days from the day of `from` to the day of `to`; negative when `to` is earlier.
 [[nodiscard]] std::int64_t daysBetween(Date from, Date to);
 
 /// "2026-09-03": a day's key in files and exports, the same in every locale.
 [[nodiscard]] std::string dayKey(Date date);
+
+/// "Sep 3", with the month's name in the user's language.
+[[nodiscard]] std::string shortDay(Date date);
 
 /// The time of day in the short style of the user's locale, such as "9:41 AM".
 [[nodiscard]] std::string shortTime(Date date);

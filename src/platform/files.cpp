@@ -132,14 +132,24 @@ void files::replace(const fs::path &file, std::string_view bytes) {
 }
 
 fs::path files::setAside(const fs::path &file, long long secondsSince1970) {
-    const fs::path aside = file.parent_path() /
-        fmt::format("{}.unreadable-{}{}", file.stem().string(), secondsSince1970,
-                    file.extension().string());
-    std::error_code error;
-    fs::rename(file, aside, error);
-    if (error)
-        throw FileError(error.message());
-    return aside;
+    // A file set aside in the same second keeps its name: the next free second is taken.
+    for (long long second = secondsSince1970;; ++second) {
+        const fs::path aside = file.parent_path() /
+            fmt::format("{}.unreadable-{}{}", file.stem().string(), second,
+                        file.extension().string());
+        if (::renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, aside.c_str(), RENAME_NOREPLACE) == 0)
+            return aside;
+        if (errno == EINVAL && !fs::exists(aside)) {
+            // Some network file systems know no such rename.
+            std::error_code error;
+            fs::rename(file, aside, error);
+            if (error)
+                throw FileError(error.message());
+            return aside;
+        }
+        if (errno != EEXIST && errno != EINVAL)
+            throw FileError(systemMessage(errno));
+    }
 }
 
 files::Stamp files::stamp(const fs::path &file) {

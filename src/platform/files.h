@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace ellwynd {
 
@@ -30,7 +31,8 @@ namespace files {
 void replace(const std::filesystem::path &file, std::string_view bytes);
 
 /// Moves a file out of the way, in its own folder, to its base name, ".unreadable-", the whole
-/// seconds since 1970 and its extension; returns the new name.
+/// seconds since 1970 and its extension; returns the new name. A name that is taken is left alone,
+/// and the next free second is used.
 /// @throws FileError when it cannot be moved.
 std::filesystem::path setAside(const std::filesystem::path &file, long long secondsSince1970);
 
@@ -52,8 +54,8 @@ class Lock {
   public:
     explicit Lock(const std::filesystem::path &file);
     ~Lock();
-    Lock(const Lock &) = delete;
-    Lock &operator=(const Lock &) = delete;
+    Lock(Lock &&other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
+    Lock &operator=(Lock &&) = delete;
 
   private:
     int descriptor;

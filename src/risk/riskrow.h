@@ -74,6 +74,18 @@ struct RiskRow {
     bool operator==(const RiskRow &) const = default;
 };
 
+/// Whoever spans courses tells students apart by course and student together.
+struct StudentKey {
+    std::int64_t courseID = 0;
+    std::int64_t studentID = 0;
+
+    auto operator<=>(const StudentKey &) const = default;
+};
+
+[[nodiscard]] inline StudentKey keyOf(const RiskRow &row) {
+    return {row.courseID, row.id};
+}
+
 /// The row's missing assignments, in the order of the student's submissions.
 [[nodiscard]] std::vector<AssignmentRef> missingAssignments(const RiskRow &row);
 

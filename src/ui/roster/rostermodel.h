@@ -11,18 +11,6 @@
 
 namespace ellwynd {
 
-/// Whoever spans courses tells students apart by course and student together.
-struct StudentKey {
-    std::int64_t courseID = 0;
-    std::int64_t studentID = 0;
-
-    auto operator<=>(const StudentKey &) const = default;
-};
-
-[[nodiscard]] inline StudentKey keyOf(const RiskRow &row) {
-    return {row.courseID, row.id};
-}
-
 /// The rows in the program's own order, worst first.
 class RosterModel : public QAbstractTableModel {
     Q_OBJECT

@@ -1,0 +1,103 @@
+#include "memory/historyfile.h"
+
+#include "platform/files.h"
+
+#include <fmt/compile.h>
+#include <nlohmann/json.hpp>
+
+#include <simdjson.h>
+
+namespace ellwynd {
+
+namespace {
+
+namespace dom = simdjson::dom;
+
+[[noreturn]] void fail(std::size_t index, std::string_view key, std::string_view problem) {
+    throw FileError(fmt::format("Entry {}: {} {}.", index, key, problem));
+}
+
+template<class T>
+T member(dom::object entry, std::size_t index, std::string_view key) {
+    T value{};
+    const simdjson::error_code error = entry[key].get(value);
+    if (error == simdjson::NO_SUCH_FIELD)
+        fail(index, key, "is missing");
+    if (error != simdjson::SUCCESS)
+        fail(index, key, "has another type");
+    return value;
+}
+
+/// Only a level that the program does not know can hold what JSON must escape.
+std::string quoted(const RosterSnapshot &entry) {
+    using json = nlohmann::json;
+    return recordedLevel(entry)
+        ? "\"" + entry.level + "\""
+        : json(entry.level).dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+} // namespace
+
+std::vector<RosterSnapshot> decodeHistory(std::string_view text) {
+    constexpr std::size_t deepest = 64;
+    dom::parser parser;
+    dom::array array;
+    if (const auto error = parser.allocate(text.size(), deepest))
+        throw FileError(simdjson::error_message(error));
+    if (const auto error = parser.parse(text.data(), text.size()).get(array)) {
+        throw FileError(
+            error == simdjson::INCORRECT_TYPE ? "It is no list." : simdjson::error_message(error));
+    }
+    std::vector<RosterSnapshot> entries;
+    entries.reserve(array.size());
+    // The entries of one visit carry one instant: it is read once.
+    std::string_view lastText;
+    Date lastDate;
+    for (const dom::element element : array) {
+        const std::size_t index = entries.size();
+        dom::object entry;
+        if (element.get(entry) != simdjson::SUCCESS)
+            fail(index, "the entry", "has another type");
+        const auto instant = member<std::string_view>(entry, index, "recordedAt");
+        if (instant != lastText || index == 0) {
+            const auto date = parseInstant(instant);
+            if (!date)
+                fail(index, "recordedAt", "is no instant");
+            lastText = instant;
+            lastDate = *date;
+        }
+        entries.push_back(
+            {.courseID = member<std::int64_t>(entry, index, "courseID"),
+             .studentID = member<std::int64_t>(entry, index, "studentID"),
+             .recordedAt = lastDate,
+             .level = std::string(member<std::string_view>(entry, index, "level")),
+             .missingCount = member<std::int64_t>(entry, index, "missingCount")});
+    }
+    return entries;
+}
+
+std::string encodeHistory(const std::vector<RosterSnapshot> &entries) {
+    constexpr std::size_t usualEntry = 120;
+    std::string text;
+    text.reserve(2 + entries.size() * usualEntry);
+    text += '[';
+    std::string instant;
+    std::optional<Date> written;
+    for (const RosterSnapshot &entry : entries) {
+        if (entry.recordedAt != written) {
+            instant = formatInstant(entry.recordedAt);
+            written = entry.recordedAt;
+        }
+        if (text.size() > 1)
+            text += ',';
+        fmt::format_to(
+            std::back_inserter(text),
+            FMT_COMPILE("{{\"courseID\":{},\"studentID\":{},\"recordedAt\":\"{}\",\"level\":{},"
+                        "\"missingCount\":{}}}"),
+            entry.courseID, entry.studentID, instant, quoted(entry), entry.missingCount);
+    }
+    text += ']';
+    return text;
+}
+
+} // namespace ellwynd

@@ -1,0 +1,130 @@
+#include "memory/movement.h"
+
+#include "platform/calendar.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+bool wasFlagged(const RosterChange &change) {
+    return change.previousLevel && *change.previousLevel;
+}
+
+/// Above zero when the student does worse than before; a student without a past compares as equal.
+int difference(const RosterChange &change) {
+    return change.previousLevel ? severity(change.currentLevel) - severity(*change.previousLevel)
+                                : 0;
+}
+
+/// The student's latest entry from before `today`; the first in stored order among equals.
+const RosterSnapshot *latestBefore(
+    const RosterHistory &history, std::int64_t courseID, std::int64_t studentID, Date today) {
+    const RosterSnapshot *latest = nullptr;
+    for (const RosterSnapshot *entry : history.entries(courseID, studentID)) {
+        if (entry->recordedAt < today &&
+            (latest == nullptr || entry->recordedAt > latest->recordedAt))
+            latest = entry;
+    }
+    return latest;
+}
+
+} // namespace
+
+MovementKind movementKind(const RosterChange &change) {
+    if (!change.previousLevel)
+        return MovementKind::newcomer;
+    const int worse = difference(change);
+    return worse > 0 ? MovementKind::worse
+        : worse < 0  ? MovementKind::improved
+                     : MovementKind::unchanged;
+}
+
+bool hasSlipped(const RosterChange &change) {
+    return wasFlagged(change) && difference(change) > 0;
+}
+
+bool isNewlyFlagged(const RosterChange &change) {
+    return !wasFlagged(change) && change.currentLevel.has_value();
+}
+
+bool hasImproved(const RosterChange &change) {
+    return difference(change) < 0;
+}
+
+MovementCounts movementCounts(const std::vector<RosterChange> &changes) {
+    return {
+        .slipped = std::ranges::count_if(changes, hasSlipped),
+        .newlyFlagged = std::ranges::count_if(changes, isNewlyFlagged),
+        .improved = std::ranges::count_if(changes, hasImproved)};
+}
+
+bool hasEarlierVisit(const RosterHistory &history, std::int64_t courseID, Date date) {
+    const Date today = calendar::startOfDay(date);
+    return std::ranges::any_of(history.entries(), [&](const RosterSnapshot &entry) {
+        return entry.courseID == courseID && entry.recordedAt < today;
+    });
+}
+
+std::vector<RosterChange> changes(
+    const RosterHistory &history, const std::vector<RiskRow> &rows, std::int64_t courseID,
+    Date date) {
+    std::vector<RosterChange> moved;
+    if (!hasEarlierVisit(history, courseID, date))
+        return moved;
+    const Date today = calendar::startOfDay(date);
+    for (const RiskRow &row : rows) {
+        RosterChange change{
+            .studentID = row.id, .courseID = courseID, .name = row.name, .currentLevel = row.level};
+        const RosterSnapshot *earlier = latestBefore(history, courseID, row.id, today);
+        if (earlier != nullptr) {
+            change.previousLevel = recordedLevel(*earlier);
+            change.previousDate = earlier->recordedAt;
+        }
+        const bool isMovement =
+            change.previousLevel ? difference(change) != 0 : change.currentLevel.has_value();
+        if (isMovement)
+            moved.push_back(std::move(change));
+    }
+    std::ranges::stable_sort(moved, {}, [](const RosterChange &change) {
+        return std::pair{movementKind(change), -severity(change.currentLevel)};
+    });
+    return moved;
+}
+
+std::string changeText(const RosterChange &change) {
+    const std::string_view now = levelName(change.currentLevel);
+    std::string what;
+    if (isNewlyFlagged(change)) {
+        what = fmt::format("is newly {}", now);
+    } else if (hasSlipped(change)) {
+        what = fmt::format("slipped from {} to {}", levelName(*change.previousLevel), now);
+    } else if (hasImproved(change)) {
+        what = change.currentLevel
+            ? fmt::format("improved from {} to {}", levelName(*change.previousLevel), now)
+            : "is no longer flagged";
+    } else {
+        what = change.previousLevel ? "is unchanged" : "is new here";
+    }
+    return change.name + " " + what;
+}
+
+std::optional<std::string> summaryLine(const std::vector<RosterChange> &changes) {
+    const MovementCounts counts = movementCounts(changes);
+    std::vector<std::string> pieces;
+    if (counts.slipped > 0)
+        pieces.push_back(fmt::format("{} slipped", counts.slipped));
+    if (counts.newlyFlagged > 0)
+        pieces.push_back(fmt::format("{} newly flagged", counts.newlyFlagged));
+    if (counts.improved > 0)
+        pieces.push_back(fmt::format("{} improved", counts.improved));
+    if (pieces.empty())
+        return std::nullopt;
+    return fmt::format("Since last time: {}", fmt::join(pieces, " · "));
+}
+
+} // namespace ellwynd

@@ -1,0 +1,61 @@
+// Who moved since the teacher's last visit to a course.
+#pragma once
+
+#include "memory/rosterhistory.h"
+
+namespace ellwynd {
+
+/// One student's movement.
+struct RosterChange {
+    std::int64_t studentID = 0;
+    std::int64_t courseID = 0;
+    std::string name;
+    /// The level of the last earlier entry: absent without one, or where its text is unknown; an
+    /// absent level within for a student who carried none.
+    std::optional<std::optional<RiskLevel>> previousLevel;
+    std::optional<RiskLevel> currentLevel;
+    std::optional<Date> previousDate;
+
+    bool operator==(const RosterChange &) const = default;
+};
+
+/// In the order in which changes are listed.
+enum class MovementKind { worse, newcomer, improved, unchanged };
+[[nodiscard]] MovementKind movementKind(const RosterChange &change);
+
+/// Was flagged, and is flagged more severely.
+[[nodiscard]] bool hasSlipped(const RosterChange &change);
+/// Was not flagged, or not there, and is flagged.
+[[nodiscard]] bool isNewlyFlagged(const RosterChange &change);
+/// Carries a less severe level, or none any more.
+[[nodiscard]] bool hasImproved(const RosterChange &change);
+/// The students with an upward arrow: slipped or newly flagged.
+[[nodiscard]] inline bool isWorse(const RosterChange &change) {
+    return hasSlipped(change) || isNewlyFlagged(change);
+}
+
+struct MovementCounts {
+    std::int64_t slipped = 0;
+    std::int64_t newlyFlagged = 0;
+    std::int64_t improved = 0;
+
+    bool operator==(const MovementCounts &) const = default;
+};
+[[nodiscard]] MovementCounts movementCounts(const std::vector<RosterChange> &changes);
+
+/// Whether the history holds an entry of the course from a day before that of `date`.
+[[nodiscard]] bool hasEarlierVisit(const RosterHistory &history, std::int64_t courseID, Date date);
+
+/// The students of a scored roster who moved since their last entry from an earlier day, worse ones
+/// first; none on the first day a course is opened. Entries of the day itself are never compared.
+[[nodiscard]] std::vector<RosterChange> changes(
+    const RosterHistory &history, const std::vector<RiskRow> &rows, std::int64_t courseID,
+    Date date);
+
+/// "Kutran slipped from Watch to Concern"
+[[nodiscard]] std::string changeText(const RosterChange &change);
+
+/// "Since last time: 2 slipped · 1 improved"; absent when nobody moved.
+[[nodiscard]] std::optional<std::string> summaryLine(const std::vector<RosterChange> &changes);
+
+} // namespace ellwynd

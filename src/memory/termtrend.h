@@ -1,0 +1,33 @@
+// One student's term in levels, as the history saw it.
+#pragma once
+
+#include "memory/rosterhistory.h"
+
+namespace ellwynd {
+
+struct TermTrend {
+    struct Point {
+        /// The start of the recorded day.
+        Date date;
+        std::optional<RiskLevel> level;
+
+        bool operator==(const Point &) const = default;
+    };
+
+    /// At least two, by date.
+    std::vector<Point> points;
+
+    bool operator==(const TermTrend &) const = default;
+};
+
+/// Absent with fewer than two days of known level.
+[[nodiscard]] std::optional<TermTrend>
+termTrend(const RosterHistory &history, std::int64_t courseID, std::int64_t studentID);
+
+/// "Seen on 6 days between Sep 3 and Sep 18 — started Watch, now Concern, worst At Risk."
+[[nodiscard]] std::string termStory(const TermTrend &trend);
+
+/// Whether a chart joins two neighbouring points: not across more than 14 days of 86,400 seconds.
+[[nodiscard]] bool isJoined(const TermTrend::Point &earlier, const TermTrend::Point &later);
+
+} // namespace ellwynd

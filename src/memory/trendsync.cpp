@@ -1,0 +1,91 @@
+#include "memory/trendsync.h"
+
+#include "platform/calendar.h"
+#include "platform/log.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr Log logger{"trendsync"};
+constexpr std::string_view prefix = "Trend.";
+constexpr int daysKept = 14;
+
+std::string keyOf(std::int64_t courseID) {
+    return fmt::format("{}{}", prefix, courseID);
+}
+
+} // namespace
+
+TrendSync::TrendSync(UserDefaults &preferenceStore) : defaults(preferenceStore) {}
+TrendSync::~TrendSync() = default;
+
+void TrendSync::setStore(CloudKeyValueStore *other) {
+    observing.reset();
+    store = other;
+}
+
+bool TrendSync::isActive() const {
+    return store != nullptr && defaults.value(preferences::syncSettings) &&
+        !defaults.value(preferences::sampleData);
+}
+
+void TrendSync::start() {
+    if (!isActive() || observing)
+        return;
+    observing = store->observe([this](const CloudChange &change) {
+        const bool isTrend = std::ranges::any_of(
+            change.keys, [](const std::string &key) { return key.starts_with(prefix); });
+        if (isTrend && isActive())
+            Q_EMIT trendCountsDidSync();
+    });
+    store->synchronize();
+    logger.info("Trend sync started");
+}
+
+DailyCounts TrendSync::counts(std::int64_t courseID) const {
+    const auto stored = store->object(keyOf(courseID));
+    const auto *text = stored ? std::get_if<std::string>(&*stored) : nullptr;
+    if (text == nullptr)
+        return {};
+    const auto object = nlohmann::json::parse(*text, nullptr, false);
+    if (!object.is_object())
+        return {};
+    DailyCounts days;
+    for (const auto &[day, count] : object.items()) {
+        if (!count.is_number_integer())
+            return {};
+        days.emplace(day, count.get<std::int64_t>());
+    }
+    return days;
+}
+
+void TrendSync::publish(std::int64_t courseID, std::int64_t count, Date date) {
+    if (!isActive())
+        return;
+    DailyCounts days = counts(courseID);
+    days.insert_or_assign(calendar::dayKey(date), count);
+    const std::string oldest = calendar::dayKey(calendar::daysBefore(date, daysKept));
+    std::erase_if(days, [&](const auto &day) { return day.first < oldest; });
+    try {
+        store->set(keyOf(courseID), nlohmann::json(days).dump());
+    } catch (const nlohmann::json::exception &) {
+        // A day key from elsewhere that is no text.
+        logger.error(fmt::format("Couldn't encode trend counts for course {}", courseID));
+    }
+}
+
+DailyCounts TrendSync::remoteCounts(std::int64_t courseID, Date today) const {
+    if (!isActive())
+        return {};
+    DailyCounts days = counts(courseID);
+    days.erase(calendar::dayKey(today));
+    return days;
+}
+
+} // namespace ellwynd

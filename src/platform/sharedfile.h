@@ -1,0 +1,50 @@
+// A file that several processes read whole, change and replace whole.
+#pragma once
+
+#include "platform/files.h"
+
+namespace ellwynd {
+
+/// Knows in which state this process last saw a file, so that a store can take over what another
+/// process did to it before applying a change of its own.
+class SharedFile {
+  public:
+    /// @param limit the largest size to read, in bytes.
+    SharedFile(std::filesystem::path file, std::size_t limit);
+
+    /// What became of the file since this process last read, replaced or removed it.
+    enum class Since {
+        nothing,
+        /// Another process wrote it.
+        replaced,
+        /// Another process removed it, and left its folder alone.
+        removed,
+    };
+
+    /// Held from looking at the file until it is replaced.
+    struct Turn {
+        explicit Turn(const std::filesystem::path &file) : lock(file) {}
+
+        Since since = Since::nothing;
+        files::Lock lock;
+    };
+    [[nodiscard]] Turn take();
+
+    /// The bytes, or nothing when there is no file. @throws FileError
+    [[nodiscard]] std::optional<std::string> read();
+    /// @throws FileError
+    void replace(std::string_view bytes);
+    /// A failure is ignored.
+    void remove();
+    /// Moves an unreadable file out of the way; returns its new name. @throws FileError
+    std::filesystem::path setAside(long long secondsSince1970);
+
+    [[nodiscard]] bool exists() const;
+
+  private:
+    std::filesystem::path file;
+    std::size_t limit;
+    files::Stamp seen;
+};
+
+} // namespace ellwynd

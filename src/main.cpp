@@ -27,9 +27,11 @@ int main(int argc, char **argv) {
     CanvasSession session;
     const Connector connector(defaults, secrets, session);
     ConnectionCheck connection(defaults, secrets, session);
-    MainWindowController controller(defaults, connector);
-    SyncService sync(defaults, directories::state() / "CloudSeen.json");
-    MainWindow window(controller, defaults, connection, sync, appearance);
+    Stores stores(defaults, directories::data());
+    TrendSync trends(defaults);
+    SyncService sync(defaults, trends, directories::state() / "CloudSeen.json");
+    MainWindowController controller(defaults, connector, stores, trends);
+    MainWindow window(controller, defaults, stores, connection, sync, appearance);
     QObject::connect(
         &sync, &SyncService::settingsDidSyncExternally, &controller,
         &MainWindowController::refresh);

@@ -6,6 +6,7 @@
 #include "platform/log.h"
 
 #include <QPointer>
+#include <QScopedValueRollback>
 
 #include <fmt/format.h>
 
@@ -21,11 +22,21 @@ constexpr Log links{"links"};
 } // namespace
 
 MainWindowController::MainWindowController(
-    UserDefaults &store, const Connector &connections, Clock clock)
-    : defaults(store),
+    UserDefaults &preferenceStore, const Connector &connections, Stores &memory,
+    TrendSync &trendSync, Clock clock)
+    : defaults(preferenceStore),
       connector(connections),
+      stores(memory),
+      trends(trendSync),
       now(clock),
-      observing(store.observe([this](std::string_view key) { preferenceChanged(key); })) {}
+      observing(preferenceStore.observe([this](std::string_view key) { preferenceChanged(key); })) {
+    connect(
+        &stores.history, &RosterHistory::historyDidChange, this,
+        &MainWindowController::showWhatIsRemembered);
+    connect(
+        &stores.contacts, &ContactLog::contactsDidChange, this,
+        &MainWindowController::showWhatIsRemembered);
+}
 
 MainWindowController::~MainWindowController() = default;
 
@@ -198,7 +209,7 @@ void MainWindowController::showCached(const std::vector<Course> &courses) {
             cached.push_back(entry);
     }
     if (cached.size() == courses.size()) {
-        showRoster(cached);
+        showRoster(cached, movementOf(*cached.front(), stores));
         return;
     }
     rosterView = {
@@ -249,7 +260,12 @@ QCoro::Task<> MainWindowController::fetchRoster(
         shown.push_back(
             &(rosterCache.entries.insert_or_assign(id, std::move(course)).first->second));
     }
-    showRoster(shown);
+    std::vector<RosterChange> movement;
+    if (std::holds_alternative<CourseSelection>(*currentSelection)) {
+        const QScopedValueRollback guard(recordingVisit, true);
+        movement = recordVisit(*shown.front(), stores, trends);
+    }
+    showRoster(shown, std::move(movement));
     Q_EMIT coursesDidChange();
 }
 
@@ -265,7 +281,8 @@ void MainWindowController::showFailure(const CanvasError &error, bool cachedShow
     Q_EMIT rosterDidChange();
 }
 
-void MainWindowController::showRoster(const std::vector<const ScoredCourse *> &courses) {
+void MainWindowController::showRoster(
+    const std::vector<const ScoredCourse *> &courses, std::vector<RosterChange> movement) {
     RosterView view{
         .state = RosterView::State::shown,
         .title = selectionTitle(),
@@ -277,9 +294,12 @@ void MainWindowController::showRoster(const std::vector<const ScoredCourse *> &c
         view.rows = course.rows;
         view.missedWork = course.missedWork;
         view.thresholds = course.thresholds;
+        view.movement = std::move(movement);
+        view.insight = courseInsight(course, stores, now());
     } else {
         view.rows = termRows(courses);
     }
+    view.outreach = outreachOf(view.rows, stores, now());
     rosterView = std::move(view);
     Q_EMIT rosterDidChange();
 }
@@ -307,16 +327,40 @@ void MainWindowController::rescoreAll() {
     }
     if (!changed)
         return;
-    if (rosterView.state == RosterView::State::shown) {
-        // The note about stale rows outlives the new scores.
-        const std::string stale = rosterView.staleReason;
-        showCached(selectedCourses());
-        if (!stale.empty()) {
-            rosterView.staleReason = stale;
-            Q_EMIT rosterDidChange();
-        }
-    }
+    showAgain();
     Q_EMIT coursesDidChange();
+}
+
+/// Shows the roster on screen anew from the cache; the note about stale rows stays.
+void MainWindowController::showAgain() {
+    if (rosterView.state != RosterView::State::shown)
+        return;
+    const std::string stale = rosterView.staleReason;
+    showCached(selectedCourses());
+    if (!stale.empty()) {
+        rosterView.staleReason = stale;
+        Q_EMIT rosterDidChange();
+    }
+}
+
+// ---- What is remembered ------------------------------------------------------------------------
+
+StudentPast MainWindowController::past(const RiskRow &row) const {
+    return studentPast(row, rosterView.movement, stores, now());
+}
+
+void MainWindowController::markContacted(const std::vector<RiskRow> &students) {
+    std::map<std::int64_t, std::vector<std::int64_t>> byCourse;
+    for (const RiskRow &row : students)
+        byCourse[row.courseID].push_back(row.id);
+    const Date date = now();
+    for (const auto &[courseID, ids] : byCourse)
+        stores.contacts.noteContacts(courseID, ids, date);
+}
+
+void MainWindowController::showWhatIsRemembered() {
+    if (!recordingVisit)
+        showAgain();
 }
 
 void MainWindowController::setStatus(std::string text) {

@@ -4,34 +4,15 @@
 #include "app/connection.h"
 #include "app/courseselection.h"
 #include "app/rostercache.h"
+#include "app/rosterview.h"
+#include "app/studentpast.h"
 #include "app/termgroups.h"
+#include "app/visit.h"
 #include "canvas/records/canvaserror.h"
 
 #include <QObject>
 
 namespace ellwynd {
-
-/// What the roster pane shows.
-struct RosterView {
-    enum class State { nothingSelected, notConnected, loading, failed, shown };
-
-    State state = State::nothingSelected;
-    /// The course's or the term's name.
-    std::string title;
-    /// Present for a course, absent for a term.
-    std::optional<std::int64_t> courseID;
-    std::vector<RiskRow> rows;
-    std::vector<MissedAssignment> missedWork;
-    std::optional<CourseThresholds> thresholds;
-    /// Courses behind the rows: 1 for a course.
-    std::size_t courseCount = 1;
-    /// While loading, how many of them are in.
-    std::size_t loadedCourses = 0;
-    /// When the records behind the rows were fetched; of a term, the oldest of them.
-    Date fetchedAt;
-    /// Why the rows on screen could not be freshened; empty when they are as Canvas has them.
-    std::string staleReason;
-};
 
 /// Fetches the course list and rosters, keeps what was scored, and announces what the views show.
 /// All of it lives on the main thread. A result whose selection has passed is dropped.
@@ -39,9 +20,10 @@ class MainWindowController : public QObject {
     Q_OBJECT
 
   public:
-    /// @param connector outlives the controller, and so do the preferences.
+    /// What is handed over outlives the controller.
     MainWindowController(
-        UserDefaults &defaults, const Connector &connector, Clock clock = systemNow);
+        UserDefaults &defaults, const Connector &connector, Stores &stores, TrendSync &trends,
+        Clock clock = systemNow);
     ~MainWindowController() override;
 
     /// Everything: the course list, then the roster on screen. Asked for while one is running, it
@@ -63,6 +45,12 @@ class MainWindowController : public QObject {
     [[nodiscard]] bool isLoading() const { return isRefreshing || loadingRoster; }
     /// Flagged students of a course already scored.
     [[nodiscard]] std::optional<std::int64_t> flaggedStudents(std::int64_t courseID) const;
+
+    /// What is remembered of a student of the roster on screen.
+    [[nodiscard]] StudentPast past(const RiskRow &row) const;
+
+    /// Notes a contact with each of the students, all of them at one time.
+    void markContacted(const std::vector<RiskRow> &students);
 
     /// Open a page of Canvas in the browser.
     void openCourse(std::int64_t courseID);
@@ -91,8 +79,11 @@ class MainWindowController : public QObject {
     void reselect();
     void loadSelection();
     void showCached(const std::vector<Course> &courses);
+    void showAgain();
     void showFailure(const CanvasError &error, bool cachedShown);
-    void showRoster(const std::vector<const ScoredCourse *> &courses);
+    void showRoster(
+        const std::vector<const ScoredCourse *> &courses, std::vector<RosterChange> movement);
+    void showWhatIsRemembered();
     void becomeNotConnected();
     void showKeychainUnavailable(const KeychainError &error);
     void preferenceChanged(std::string_view key);
@@ -105,6 +96,8 @@ class MainWindowController : public QObject {
 
     UserDefaults &defaults;
     const Connector &connector;
+    Stores &stores;
+    TrendSync &trends;
     Clock now;
     /// What the last refresh connected to; null while not connected.
     std::shared_ptr<CanvasReading> source;
@@ -118,6 +111,8 @@ class MainWindowController : public QObject {
     Token selectionToken = 0;
     RosterCache rosterCache;
     RosterView rosterView;
+    /// Set while a visit is recorded, whose roster is shown right after.
+    bool recordingVisit = false;
     std::string statusText;
     std::shared_ptr<void> observing;
 };

@@ -41,6 +41,28 @@ std::string reasonsText(const RiskRow &row) {
     return text;
 }
 
+std::string_view arrowOf(const RosterChange &change) {
+    return isWorse(change) ? "↑" : hasImproved(change) ? "↓" : "";
+}
+
+std::string_view arrowText(const RosterChange &change) {
+    return isWorse(change)    ? "Slipped or newly flagged since your last visit."
+        : hasImproved(change) ? "Improved since your last visit."
+                              : "";
+}
+
+std::string_view followUpWord(const OutreachOutcome &outcome) {
+    return isAwaitingFollowUp(outcome) ? outcomeWord(outcome) : "";
+}
+
+std::string contactedText(const OutreachOutcome &outcome) {
+    std::string text = calendar::shortDay(outcome.contactedAt);
+    const std::string_view word = followUpWord(outcome);
+    if (!word.empty())
+        text.append(", ").append(word);
+    return text;
+}
+
 std::string studentsText(std::size_t count) {
     return std::to_string(count) + (count == 1 ? " student" : " students");
 }

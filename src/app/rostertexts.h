@@ -1,7 +1,8 @@
 // How a roster's figures are written, in the windows and on the command line alike.
 #pragma once
 
-#include "risk/riskrow.h"
+#include "memory/movement.h"
+#include "memory/outreach.h"
 
 #include <string>
 
@@ -21,6 +22,19 @@ namespace ellwynd {
 
 /// The row's reasons joined by " · ".
 [[nodiscard]] std::string reasonsText(const RiskRow &row);
+
+/// "↑" for a student doing worse, "↓" for one doing better; empty otherwise.
+[[nodiscard]] std::string_view arrowOf(const RosterChange &change);
+
+/// What the arrow means: "Slipped or newly flagged since your last visit."
+[[nodiscard]] std::string_view arrowText(const RosterChange &change);
+
+/// What became of a contact, for a roster's column: "no change" or "worse" for a student awaiting
+/// follow-up, otherwise empty.
+[[nodiscard]] std::string_view followUpWord(const OutreachOutcome &outcome);
+
+/// "Nov 12", and the word where there is one: "Nov 12, no change".
+[[nodiscard]] std::string contactedText(const OutreachOutcome &outcome);
 
 /// "26 students".
 [[nodiscard]] std::string studentsText(std::size_t count);

@@ -2,8 +2,10 @@
 
 namespace ellwynd {
 
-SyncService::SyncService(UserDefaults &preferenceStore, std::filesystem::path seen)
+SyncService::SyncService(
+    UserDefaults &preferenceStore, TrendSync &trendSync, std::filesystem::path seen)
     : defaults(preferenceStore),
+      trends(trendSync),
       seenFile(std::move(seen)),
       observing(preferenceStore.observe([this](std::string_view key) {
           // Queued: a folder is not closed from inside the change that it reported.
@@ -13,12 +15,15 @@ SyncService::SyncService(UserDefaults &preferenceStore, std::filesystem::path se
     restart();
 }
 
-SyncService::~SyncService() = default;
+SyncService::~SyncService() {
+    trends.setStore(nullptr);
+}
 
 void SyncService::restart() {
     if (sync)
         sync->stop();
     sync.reset();
+    trends.setStore(nullptr);
     store.reset();
     const std::string folder = defaults.value(preferences::cloudStoreFolder);
     if (!folder.empty()) {
@@ -30,6 +35,8 @@ void SyncService::restart() {
         if (defaults.value(preferences::syncSettings))
             store->watch();
         sync->start();
+        trends.setStore(store.get());
+        trends.start();
     }
     Q_EMIT statusDidChange();
 }

@@ -1,19 +1,20 @@
-// Settings sync as the preferences ask for it.
+// The sync of settings and trends as the preferences ask for it.
 #pragma once
 
 #include "app/settingssync.h"
+#include "memory/trendsync.h"
 #include "platform/cloud/syncedfolder.h"
 
 namespace ellwynd {
 
-/// Opens the synced folder that the preferences name and runs settings sync over it, while both the
-/// folder is named and sync is switched on; follows both preferences.
+/// Opens the synced folder that the preferences name and runs settings sync and trend sync over it,
+/// while both the folder is named and sync is switched on; follows both preferences.
 class SyncService : public QObject {
     Q_OBJECT
 
   public:
     /// @param seenFile where this machine keeps what it has seen of its folders.
-    SyncService(UserDefaults &defaults, std::filesystem::path seenFile);
+    SyncService(UserDefaults &defaults, TrendSync &trends, std::filesystem::path seenFile);
     ~SyncService() override;
 
     /// How it stands, in a sentence.
@@ -29,6 +30,7 @@ class SyncService : public QObject {
     void restart();
 
     UserDefaults &defaults;
+    TrendSync &trends;
     std::filesystem::path seenFile;
     std::unique_ptr<SyncedFolder> store;
     std::unique_ptr<SettingsSync> sync;

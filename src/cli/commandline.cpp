@@ -48,6 +48,12 @@ void CommandLine::argument(const char *argumentName, const char *description, bo
     lastRepeats = repeats;
 }
 
+void CommandLine::optionalArgument(const char *argumentName, const char *description) {
+    const QString shown = text(argumentName);
+    parser.addPositionalArgument(shown, text(description), QStringLiteral("[%1]").arg(shown));
+    ++optionalArguments;
+}
+
 void CommandLine::flag(const char *flagName, const char *description) {
     parser.addOption({text(flagName), text(description)});
 }
@@ -76,10 +82,10 @@ bool CommandLine::parse(const QStringList &words) {
     const qsizetype count = parser.positionalArguments().size();
     if (count < arguments)
         throw UsageError(fmt::format("{} needs more arguments", name.toStdString()));
-    if (count > arguments && !lastRepeats) {
+    if (count > arguments + optionalArguments && !lastRepeats) {
         throw UsageError(fmt::format(
             "{} takes no argument {}", name.toStdString(),
-            parser.positionalArguments().at(arguments).toStdString()));
+            parser.positionalArguments().at(arguments + optionalArguments).toStdString()));
     }
     return true;
 }
@@ -94,7 +100,11 @@ std::optional<std::string> CommandLine::value(const char *optionName) const {
 }
 
 std::string CommandLine::word(qsizetype index) const {
-    return parser.positionalArguments().at(index).toStdString();
+    return parser.positionalArguments().value(index).toStdString();
+}
+
+qsizetype CommandLine::wordCount() const {
+    return parser.positionalArguments().size();
 }
 
 void CommandLine::print(const std::string &result) const {

@@ -15,6 +15,8 @@ class CommandLine {
 
     /// Declares one argument; the help shows them in order. `repeats` takes one or more.
     void argument(const char *name, const char *description, bool repeats = false);
+    /// Declares one more that may be left out; its word is then empty.
+    void optionalArgument(const char *name, const char *description);
     void flag(const char *name, const char *description);
     void option(const char *name, const char *value, const char *description);
 
@@ -25,6 +27,7 @@ class CommandLine {
     [[nodiscard]] bool has(const char *flag) const;
     [[nodiscard]] std::optional<std::string> value(const char *option) const;
     [[nodiscard]] std::string word(qsizetype index) const;
+    [[nodiscard]] qsizetype wordCount() const;
     [[nodiscard]] bool wantsJSON() const { return has("json"); }
 
     /// Prints a result, or writes it to the file named with `-o`. @throws Failure
@@ -35,6 +38,7 @@ class CommandLine {
     QString name;
     QCommandLineParser parser;
     qsizetype arguments = 0;
+    qsizetype optionalArguments = 0;
     bool lastRepeats = false;
 };
 

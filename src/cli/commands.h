@@ -27,6 +27,9 @@ int runThresholds(Session &session, const QStringList &words);
 int runConnect(Session &session, const QStringList &words);
 int runStatus(Session &session, const QStringList &words);
 int runDisconnect(Session &session, const QStringList &words);
+int runStudent(Session &session, const QStringList &words);
+int runContacted(Session &session, const QStringList &words);
+int runPrivacy(Session &session, const QStringList &words);
 int runDefaults(Session &session, const QStringList &words);
 
 } // namespace ellwynd::cli

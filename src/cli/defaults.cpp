@@ -53,8 +53,12 @@ int writeOne(Session &session, const QStringList &words) {
     const bool asksForHelp = words.size() != 2;
     if (!line.parse(asksForHelp ? words : QStringList{QStringLiteral("--")} + words))
         return done;
+    // Switching a memory off forgets it, which is the store's own doing.
+    const std::string key = line.word(0);
+    if (key == preferences::rememberRosterHistory.name || key == preferences::rememberContacts.name)
+        static_cast<void>(session.stores());
     try {
-        writeSetting(session.defaults(), line.word(0), parsePreferenceValue(line.word(1)));
+        writeSetting(session.defaults(), key, parsePreferenceValue(line.word(1)));
     } catch (const InvalidSetting &error) {
         throw UsageError(error.what());
     }

@@ -26,9 +26,55 @@ JSON linkDocument(const ReasonLink &link) {
     return {{"target", "grades"}};
 }
 
+std::string_view kindName(const RosterChange &change) {
+    switch (movementKind(change)) {
+    case MovementKind::worse:
+        return "worse";
+    case MovementKind::newcomer:
+        return "new";
+    case MovementKind::improved:
+        return "improved";
+    case MovementKind::unchanged:
+        break;
+    }
+    return "unchanged";
+}
+
+JSON movementDocument(const std::vector<RosterChange> &movement) {
+    JSON changes = JSON::array();
+    for (const RosterChange &change : movement) {
+        const auto &previous = change.previousLevel;
+        const auto &current = change.currentLevel;
+        changes.push_back(
+            {{"studentID", change.studentID},
+             {"previousLevel", previous ? JSON(levelName(*previous)) : JSON(nullptr)},
+             {"currentLevel", current ? JSON(levelName(*current)) : JSON(nullptr)},
+             {"previousDate", instant(change.previousDate)},
+             {"kind", kindName(change)},
+             {"text", changeText(change)}});
+    }
+    const auto summary = summaryLine(movement);
+    return {{"summary", orNull(summary)}, {"changes", std::move(changes)}};
+}
+
+/// The level with its arrow.
+std::string levelCell(const RiskRow &row, const RosterMemory &memory) {
+    std::string cell(levelName(row.level));
+    for (const RosterChange &change : memory.movement) {
+        if (change.studentID == row.id && change.courseID == row.courseID)
+            cell += " " + std::string(arrowOf(change));
+    }
+    return cell;
+}
+
 } // namespace
 
-JSON rowDocument(const RiskRow &row) {
+std::optional<OutreachOutcome> RosterMemory::outcomeOf(const RiskRow &row) const {
+    const auto found = outreach.find(keyOf(row));
+    return found != outreach.end() ? std::optional{found->second} : std::nullopt;
+}
+
+JSON rowDocument(const RiskRow &row, const std::optional<OutreachOutcome> &outreach) {
     JSON reasons = JSON::array();
     for (const ReasonLine &line : row.reasonLines) {
         JSON links = JSON::array();
@@ -49,16 +95,16 @@ JSON rowDocument(const RiskRow &row) {
         {"lastActivityAt", instant(row.lastActivityAt)},
         {"totalActivityTime", orNull(row.totalActivityTime)},
         {"reasons", std::move(reasons)},
-        {"contactedAt", nullptr},
-        {"outreach", nullptr},
-        {"awaitingFollowUp", false},
+        {"contactedAt", outreach ? JSON(formatInstant(outreach->contactedAt)) : JSON(nullptr)},
+        {"outreach", outreach ? JSON(outreachText(*outreach)) : JSON(nullptr)},
+        {"awaitingFollowUp", outreach && isAwaitingFollowUp(*outreach)},
     };
 }
 
-JSON rosterDocument(const ScoredCourse &course) {
+JSON rosterDocument(const ScoredCourse &course, const RosterMemory &memory) {
     JSON rows = JSON::array();
     for (const RiskRow &row : course.rows)
-        rows.push_back(rowDocument(row));
+        rows.push_back(rowDocument(row, memory.outcomeOf(row)));
     JSON missed = JSON::array();
     for (const MissedAssignment &assignment : course.missedWork) {
         missed.push_back(
@@ -75,7 +121,7 @@ JSON rosterDocument(const ScoredCourse &course) {
         {"inactivityDays", course.thresholds.inactivityDays},
         {"rows", std::move(rows)},
         {"missedWork", std::move(missed)},
-        {"movement", {{"summary", nullptr}, {"changes", JSON::array()}}},
+        {"movement", movementDocument(memory.movement)},
     };
 }
 
@@ -83,35 +129,46 @@ std::string printed(const JSON &document) {
     return document.dump(2, ' ', false, JSON::error_handler_t::replace) + "\n";
 }
 
-std::string rowsTable(std::span<const RiskRow> rows, bool withCourse, Date now) {
+std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout) {
+    const bool contacted = !layout.memory.outreach.empty();
     std::vector<Table::Column> columns{{"Level"}, {"Student"}};
-    if (withCourse)
+    if (layout.withCourse)
         columns.push_back({"Course"});
-    for (Table::Column column :
-         {Table::Column{"Score", true}, {"Missing", true}, {"Last active"}, {"Why"}})
-        columns.push_back(std::move(column));
+    for (const Table::Column &column :
+         {Table::Column{"Score", true}, {"Missing", true}, {"Last active"}})
+        columns.push_back(column);
+    if (contacted)
+        columns.push_back({"Contacted"});
+    columns.push_back({"Why"});
     Table table(std::move(columns));
     for (const RiskRow &row : rows) {
-        std::vector<std::string> cells{std::string(levelName(row.level)), row.name};
-        if (withCourse)
+        std::vector<std::string> cells{levelCell(row, layout.memory), row.name};
+        if (layout.withCourse)
             cells.push_back(row.courseName);
         cells.push_back(scoreAndGradeText(row));
         cells.push_back(row.missingCount > 0 ? std::to_string(row.missingCount) : "");
-        cells.push_back(lastActiveText(row.lastActivityAt, now));
+        cells.push_back(lastActiveText(row.lastActivityAt, layout.now));
+        if (contacted) {
+            const auto outcome = layout.memory.outcomeOf(row);
+            cells.push_back(outcome ? contactedText(*outcome) : "");
+        }
         cells.push_back(reasonsText(row));
         table.add(std::move(cells));
     }
     return table.text();
 }
 
-std::string rosterText(const ScoredCourse &course, Date now) {
+std::string rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now) {
     std::string text = fmt::format(
-        "{}\n{} · updated {}\n{}\n\n", printable(displayName(course.course)),
+        "{}\n{} · updated {}\n{}\n", printable(displayName(course.course)),
         studentsText(course.rows.size()), calendar::shortTime(course.fetchedAt),
         thresholdsSummary(course.thresholds));
+    if (const auto summary = summaryLine(memory.movement))
+        text += *summary + "\n";
+    text += "\n";
     if (course.rows.empty())
         return text + "No students found for this course.\n";
-    text += rowsTable(course.rows, false, now);
+    text += rowsTable(course.rows, {.now = now, .memory = memory});
     if (!course.missedWork.empty()) {
         Table table({{"Missing work by assignment"}, {"Missing", true}, {""}});
         for (const MissedAssignment &assignment : course.missedWork) {

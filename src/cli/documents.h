@@ -1,7 +1,7 @@
 // The JSON documents that commands print, and the same for people.
 #pragma once
 
-#include "app/rosterloader.h"
+#include "app/rosterview.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -11,19 +11,36 @@ namespace ellwynd::cli {
 
 using JSON = nlohmann::ordered_json;
 
+/// What is remembered of a roster's students; empty where no store was asked.
+struct RosterMemory {
+    std::vector<RosterChange> movement;
+    std::map<StudentKey, OutreachOutcome> outreach;
+
+    [[nodiscard]] std::optional<OutreachOutcome> outcomeOf(const RiskRow &row) const;
+};
+
 /// One scored course as a roster document.
-[[nodiscard]] JSON rosterDocument(const ScoredCourse &course);
+[[nodiscard]] JSON rosterDocument(const ScoredCourse &course, const RosterMemory &memory);
 
 /// One row of a roster document.
-[[nodiscard]] JSON rowDocument(const RiskRow &row);
+[[nodiscard]] JSON rowDocument(const RiskRow &row, const std::optional<OutreachOutcome> &outreach);
 
 /// A document as text, ending with a line break.
 [[nodiscard]] std::string printed(const JSON &document);
 
-/// Rows as aligned columns, in their order; the course's column only for rows of several courses.
-[[nodiscard]] std::string rowsTable(std::span<const RiskRow> rows, bool withCourse, Date now);
+/// How rows are laid out for people.
+struct RowsLayout {
+    /// For rows of several courses.
+    bool withCourse = false;
+    Date now;
+    RosterMemory memory;
+};
+
+/// Rows as aligned columns, in their order; contacts only where there are any.
+[[nodiscard]] std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout);
 
 /// A course's heading, its rows and its most missed work, for people.
-[[nodiscard]] std::string rosterText(const ScoredCourse &course, Date now);
+[[nodiscard]] std::string
+rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now);
 
 } // namespace ellwynd::cli

@@ -1,4 +1,3 @@
-#include "canvas/runtoend.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
@@ -10,15 +9,18 @@ namespace ellwynd::cli {
 int runRoster(Session &session, const QStringList &words) {
     CommandLine line(session, "roster", "Fetch and score one course, worst first.");
     line.argument("COURSE", "The course's id.");
+    line.flag("visit", "Count as a visit: record today's levels, as opening the course does.");
     if (!line.parse(words))
         return done;
-    const std::int64_t id = parseID(line.word(0), "course");
-    const auto source = session.connect();
-    const Course course = findCourse(fetchCourses(*source), id);
-    const ScoredCourse scored =
-        runToEnd(loadCourse(*source, course, session.defaults(), session.now));
+    const ScoredCourse course = loadByID(session, parseID(line.word(0), "course"));
+    Stores &stores = session.stores();
+    RosterMemory memory;
+    memory.movement = line.has("visit") ? recordVisit(course, stores, session.trends())
+                                        : movementOf(course, stores);
+    memory.outreach = outreachOf(course.rows, stores, session.now());
     line.print(
-        line.wantsJSON() ? printed(rosterDocument(scored)) : rosterText(scored, session.now()));
+        line.wantsJSON() ? printed(rosterDocument(course, memory))
+                         : rosterText(course, memory, session.now()));
     return done;
 }
 

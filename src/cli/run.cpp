@@ -21,11 +21,14 @@ constexpr std::array allCommands{
     Command{"courses", "list your active courses", runCourses},
     Command{"roster", "fetch and score one course", runRoster},
     Command{"term", "the flagged students of a whole term", runTerm},
+    Command{"student", "one student: why, and what is remembered", runStudent},
+    Command{"contacted", "note that you wrote to students", runContacted},
     Command{"thresholds", "show, set or release a course's thresholds", runThresholds},
     Command{"connect", "save a Canvas address with its token", runConnect},
     Command{"status", "whether the program is connected", runStatus},
     Command{"disconnect", "sign out of Canvas", runDisconnect},
     Command{"defaults", "show or change the preferences", runDefaults},
+    Command{"privacy", "what is remembered of students; or forget it", runPrivacy},
 };
 
 std::string overview() {

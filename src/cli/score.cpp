@@ -41,7 +41,8 @@ int runScore(Session &session, const QStringList &words) {
     }
     try {
         const ScoredCourse course = scoreSavedCourse(line.word(0), thresholds, now);
-        line.print(line.wantsJSON() ? printed(rosterDocument(course)) : rosterText(course, now));
+        line.print(
+            line.wantsJSON() ? printed(rosterDocument(course, {})) : rosterText(course, {}, now));
     } catch (const FileError &error) {
         throw Failure(error.what());
     }

@@ -24,6 +24,23 @@ UserDefaults &Session::defaults() {
     return *opened;
 }
 
+Stores &Session::stores() {
+    if (!openedStores)
+        openedStores = std::make_unique<Stores>(defaults(), directories::data(), now);
+    return *openedStores;
+}
+
+TrendSync &Session::trends() {
+    if (!trendSync) {
+        trendSync = std::make_unique<TrendSync>(defaults());
+        const std::string folder = defaults().value(preferences::cloudStoreFolder);
+        if (!folder.empty() && defaults().value(preferences::syncSettings))
+            cloud = std::make_unique<SyncedFolder>(folder, directories::state() / "CloudSeen.json");
+        trendSync->setStore(cloud.get());
+    }
+    return *trendSync;
+}
+
 std::shared_ptr<CanvasReading> Session::connect() {
     auto source = Connector(defaults(), secretStore, canvasSession).open();
     if (!source)
@@ -39,6 +56,19 @@ Course findCourse(const std::vector<Course> &courses, std::int64_t id) {
     const auto found = std::ranges::find(courses, id, &Course::id);
     if (found == courses.end())
         throw Failure(fmt::format("The course list holds no course {}.", id));
+    return *found;
+}
+
+ScoredCourse loadByID(Session &session, std::int64_t courseID) {
+    const auto source = session.connect();
+    const Course course = findCourse(fetchCourses(*source), courseID);
+    return runToEnd(loadCourse(*source, course, session.defaults(), session.now));
+}
+
+const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID) {
+    const auto found = std::ranges::find(course.rows, studentID, &RiskRow::id);
+    if (found == course.rows.end())
+        throw Failure(fmt::format("The roster holds no student {}.", studentID));
     return *found;
 }
 

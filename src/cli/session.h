@@ -1,8 +1,9 @@
 // What a command runs in, and the ways in which one can end.
 #pragma once
 
-#include "app/rosterloader.h"
+#include "app/visit.h"
 #include "canvas/client/session.h"
+#include "platform/cloud/syncedfolder.h"
 #include "platform/secrets/secretstore.h"
 
 #include <iosfwd>
@@ -57,6 +58,10 @@ class Session {
     [[nodiscard]] UserDefaults &defaults();
     [[nodiscard]] SecretStore &secrets() { return secretStore; }
     [[nodiscard]] CanvasSession &http() { return canvasSession; }
+    /// What is remembered between visits.
+    [[nodiscard]] Stores &stores();
+    /// The counts shared with the teacher's other machines.
+    [[nodiscard]] TrendSync &trends();
     /// The data source. @throws NotConnected, KeychainError
     [[nodiscard]] std::shared_ptr<CanvasReading> connect();
 
@@ -64,6 +69,9 @@ class Session {
     std::filesystem::path file;
     PreferenceMap arguments;
     std::unique_ptr<UserDefaults> opened;
+    std::unique_ptr<Stores> openedStores;
+    std::unique_ptr<SyncedFolder> cloud;
+    std::unique_ptr<TrendSync> trendSync;
     SecretService secretStore;
     CanvasSession canvasSession;
 };
@@ -73,6 +81,13 @@ class Session {
 
 /// The course of that id. @throws Failure when the list holds none.
 [[nodiscard]] Course findCourse(const std::vector<Course> &courses, std::int64_t id);
+
+/// Fetches and scores the course of that id. @throws Failure, NotConnected, KeychainError,
+/// CanvasError
+[[nodiscard]] ScoredCourse loadByID(Session &session, std::int64_t courseID);
+
+/// The student's row. @throws Failure when the roster holds none.
+[[nodiscard]] const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID);
 
 /// Reads an id from a word. @throws UsageError
 [[nodiscard]] std::int64_t parseID(const std::string &word, const char *what);

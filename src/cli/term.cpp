@@ -37,17 +37,19 @@ int runTerm(Session &session, const QStringList &words) {
         courses.push_back(&course);
     const std::vector<RiskRow> rows = termRows(courses);
 
+    const RosterMemory memory{.outreach = outreachOf(rows, session.stores(), session.now())};
     if (line.wantsJSON()) {
         JSON list = JSON::array();
         for (const RiskRow &row : rows)
-            list.push_back(rowDocument(row));
+            list.push_back(rowDocument(row, memory.outcomeOf(row)));
         line.print(printed(list));
         return done;
     }
     std::string text = fmt::format(
         "{}\n{} flagged across {} course{}\n\n", printable(title(*term)), rows.size(),
         scored.size(), scored.size() == 1 ? "" : "s");
-    line.print(text + rowsTable(rows, true, session.now()));
+    line.print(
+        text + rowsTable(rows, {.withCourse = true, .now = session.now(), .memory = memory}));
     return done;
 }
 

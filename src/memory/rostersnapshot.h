@@ -28,9 +28,11 @@ recordedLevel(const RosterSnapshot &entry) {
     using Level = std::optional<RiskLevel>;
     for (const RiskLevel level : allRiskLevels) {
         if (entry.level == levelName(level))
-            return Level{level};
+            return level;
     }
-    return entry.level == levelName(Level{}) ? std::optional{Level{}} : std::nullopt;
+    if (entry.level == levelName(Level{}))
+        return Level{};
+    return std::nullopt;
 }
 
 } // namespace ellwynd

@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <system_error>
 #include <unistd.h>
+#include <vector>
 
 namespace ellwynd {
 
@@ -61,6 +62,11 @@ bool writeAll(int fd, std::string_view bytes) {
         bytes.remove_prefix(std::size_t(written));
     }
     return true;
+}
+
+/// What the names of a file's unfinished successors begin with.
+std::string besideName(const fs::path &file) {
+    return "." + file.filename().string() + ".new-";
 }
 
 fs::path baseDirectory(const char *variable, const char *fallback) {
@@ -118,7 +124,7 @@ void files::replace(const fs::path &file, std::string_view bytes) {
     };
     makeFolders(file.parent_path());
 
-    std::string beside = (file.parent_path() / ("." + file.filename().string() + ".XXXXXX"));
+    std::string beside = (file.parent_path() / (besideName(file) + "XXXXXX"));
     Descriptor descriptor(::mkostemp(beside.data(), O_CLOEXEC));
     if (descriptor.get() < 0)
         fail(errno);
@@ -128,6 +134,21 @@ void files::replace(const fs::path &file, std::string_view bytes) {
         const int code = errno;
         ::unlink(beside.c_str());
         fail(code);
+    }
+}
+
+void files::removeLeftovers(const fs::path &file) noexcept {
+    try {
+        const std::string prefix = besideName(file);
+        std::vector<fs::path> leftovers;
+        for (const fs::directory_entry &entry : fs::directory_iterator(file.parent_path())) {
+            if (entry.path().filename().string().starts_with(prefix))
+                leftovers.push_back(entry.path());
+        }
+        for (const fs::path &leftover : leftovers)
+            fs::remove(leftover);
+    } catch (const fs::filesystem_error &) {
+        // A folder that cannot be read keeps its litter.
     }
 }
 

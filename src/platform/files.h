@@ -30,6 +30,10 @@ namespace files {
 /// @throws FileError when it cannot; the old file is then as it was.
 void replace(const std::filesystem::path &file, std::string_view bytes);
 
+/// Removes what a writer that was killed in the middle of `replace` left beside the file. Only for
+/// whoever holds the file's lock.
+void removeLeftovers(const std::filesystem::path &file) noexcept;
+
 /// Moves a file out of the way, in its own folder, to its base name, ".unreadable-", the whole
 /// seconds since 1970 and its extension; returns the new name. A name that is taken is left alone,
 /// and the next free second is used.

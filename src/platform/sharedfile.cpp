@@ -10,6 +10,8 @@ SharedFile::Turn SharedFile::take() {
     // says nothing about what the program should remember.
     const bool folderStands = std::filesystem::is_directory(file.parent_path());
     Turn turn(file);
+    // No other process is writing now, so what a killed one left beside the file is litter.
+    files::removeLeftovers(file);
     const files::Stamp current = files::stamp(file);
     if (current != seen) {
         const bool gone = current == files::Stamp{};
@@ -32,6 +34,9 @@ void SharedFile::replace(std::string_view bytes) {
 }
 
 void SharedFile::remove() {
+    const bool folderStands = std::filesystem::is_directory(file.parent_path());
+    if (folderStands)
+        static_cast<void>(take());
     std::error_code ignored;
     std::filesystem::remove(file, ignored);
     seen = files::stamp(file);

@@ -10,6 +10,7 @@
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 
+#include <QActionGroup>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QMenuBar>
@@ -40,10 +41,11 @@ QList<int> paneWidths(int window, const Appearance &appearance) {
 } // namespace
 
 MainWindow::MainWindow(
-    MainWindowController &driver, UserDefaults &store, ConnectionCheck &check, SyncService &service,
-    Appearance &look)
+    MainWindowController &driver, UserDefaults &store, Stores &memory, ConnectionCheck &check,
+    SyncService &service, Appearance &look)
     : controller(driver),
       defaults(store),
+      stores(memory),
       connection(check),
       sync(service),
       appearance(look),
@@ -54,6 +56,8 @@ MainWindow::MainWindow(
       observing(store.observe([this](std::string_view key) {
           if (key == preferences::rosterCompactRows.name)
               compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
+          else if (key == preferences::courseInsightPanelMode.name)
+              showInsightMode();
       })) {
     setWindowTitle(
         defaults.value(preferences::sampleData) ? QStringLiteral("Ellwynd — Sample Data")
@@ -97,6 +101,7 @@ void MainWindow::makeMenus() {
     compactRows = add(view, QStringLiteral("&Compact Rows"), Qt::CTRL | Qt::SHIFT | Qt::Key_C);
     compactRows->setCheckable(true);
     compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
+    makeInsightMenu(view);
     hideDetails = add(view, QStringLiteral("&Hide Student Details"), Qt::CTRL | Qt::Key_I);
     view->addSeparator();
     QAction *zoomIn = add(view, QStringLiteral("Zoom &In"), QKeySequence::ZoomIn);
@@ -111,6 +116,9 @@ void MainWindow::makeMenus() {
     openCourse = add(course, QStringLiteral("&Open Course in Canvas"), Qt::CTRL | Qt::Key_O);
 
     QMenu *student = menuBar()->addMenu(QStringLiteral("&Student"));
+    markContacted =
+        add(student, QStringLiteral("&Mark as Contacted"), Qt::CTRL | Qt::SHIFT | Qt::Key_M);
+    student->addSeparator();
     openGrades = add(student, QStringLiteral("Open &Grades in Canvas"), Qt::CTRL | Qt::Key_G);
 
     connect(refreshAll, &QAction::triggered, &controller, &MainWindowController::refresh);
@@ -136,10 +144,36 @@ void MainWindow::makeMenus() {
         if (const auto id = controller.roster().courseID)
             controller.openCourse(*id);
     });
+    connect(markContacted, &QAction::triggered, this, [this] {
+        controller.markContacted(rosterPane->table()->selectedRows());
+    });
     connect(openGrades, &QAction::triggered, this, [this] {
         for (const RiskRow &row : rosterPane->table()->selectedRows())
             controller.openGrades(row.courseID, row.id);
     });
+}
+
+void MainWindow::makeInsightMenu(QMenu *view) {
+    QMenu *menu = view->addMenu(QStringLiteral("Course &Insight"));
+    insightModes = new QActionGroup(this);
+    const std::pair<const char *, const char *> modes[] = {
+        {"shown", "&Whole"}, {"small", "&One Line"}, {"hidden", "&Hidden"}};
+    for (const auto &[mode, text] : modes) {
+        QAction *action = menu->addAction(QString::fromUtf8(text));
+        action->setCheckable(true);
+        action->setData(QString::fromUtf8(mode));
+        insightModes->addAction(action);
+    }
+    connect(insightModes, &QActionGroup::triggered, this, [this](const QAction *chosen) {
+        defaults.set(preferences::courseInsightPanelMode, chosen->data().toString().toStdString());
+    });
+    showInsightMode();
+}
+
+void MainWindow::showInsightMode() {
+    const QString mode = qstring(defaults.value(preferences::courseInsightPanelMode));
+    for (QAction *action : insightModes->actions())
+        action->setChecked(action->data().toString() == mode);
 }
 
 void MainWindow::connectViews() {
@@ -154,7 +188,9 @@ void MainWindow::connectViews() {
         settings().open(SettingsWindow::connection);
     });
     connect(table, &RosterTable::selectionDidChange, this, [this, table] {
-        details->show(table->selectedRows());
+        const std::vector<RiskRow> selected = table->selectedRows();
+        details->show(
+            selected, selected.size() == 1 ? controller.past(selected.front()) : StudentPast{});
         updateActions();
     });
     const auto grades = [this](const RiskRow &row) { controller.openGrades(row.courseID, row.id); };
@@ -163,6 +199,9 @@ void MainWindow::connectViews() {
     };
     connect(table, &RosterTable::gradesRequested, this, grades);
     connect(table, &RosterTable::assignmentRequested, this, assignment);
+    connect(details, &StudentDetails::contactRequested, this, [this](const RiskRow &row) {
+        controller.markContacted({row});
+    });
     connect(details, &StudentDetails::gradesRequested, this, grades);
     connect(details, &StudentDetails::assignmentRequested, this, assignment);
 
@@ -191,7 +230,9 @@ void MainWindow::updateActions() {
     openCourse->setEnabled(course);
     refreshRoster->setEnabled(controller.selection().has_value());
     findStudent->setEnabled(shown && !roster.rows.empty());
-    openGrades->setEnabled(!rosterPane->table()->selectedRows().empty());
+    const bool anySelected = !rosterPane->table()->selectedRows().empty();
+    openGrades->setEnabled(anySelected);
+    markContacted->setEnabled(anySelected && stores.contacts.isEnabled());
     hideDetails->setText(
         details->isHidden() ? QStringLiteral("&Show Student Details")
                             : QStringLiteral("&Hide Student Details"));
@@ -201,6 +242,8 @@ void MainWindow::showContextMenu(const QPoint &position) {
     if (rosterPane->table()->selectedRows().empty())
         return;
     QMenu menu(this);
+    menu.addAction(markContacted);
+    menu.addSeparator();
     menu.addAction(openGrades);
     menu.addAction(openCourse);
     menu.exec(position);
@@ -259,7 +302,7 @@ ThresholdsSheet *MainWindow::openThresholds() {
 
 SettingsWindow &MainWindow::settings() {
     if (settingsWindow == nullptr) {
-        settingsWindow = new SettingsWindow(defaults, connection, sync, appearance, this);
+        settingsWindow = new SettingsWindow(defaults, stores, connection, sync, appearance, this);
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,
             &MainWindowController::refresh);

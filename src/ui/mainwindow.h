@@ -6,6 +6,7 @@
 #include <QMainWindow>
 
 class QAction;
+class QActionGroup;
 class QSplitter;
 
 namespace ellwynd {
@@ -21,6 +22,7 @@ class Sidebar;
 class StudentDetails;
 class SyncService;
 class ThresholdsSheet;
+struct Stores;
 
 /// Sidebar, roster and student details side by side, with the menus. It decides nothing: commands
 /// go to the controller, and what the controller announces is shown.
@@ -29,8 +31,8 @@ class MainWindow : public QMainWindow {
 
   public:
     MainWindow(
-        MainWindowController &controller, UserDefaults &defaults, ConnectionCheck &connection,
-        SyncService &sync, Appearance &appearance);
+        MainWindowController &controller, UserDefaults &defaults, Stores &stores,
+        ConnectionCheck &connection, SyncService &sync, Appearance &appearance);
 
     [[nodiscard]] RosterPane *roster() const { return rosterPane; }
 
@@ -48,6 +50,8 @@ class MainWindow : public QMainWindow {
 
   private:
     void makeMenus();
+    void makeInsightMenu(QMenu *view);
+    void showInsightMode();
     void connectViews();
     void updateActions();
     void restoreGeometryState();
@@ -57,6 +61,7 @@ class MainWindow : public QMainWindow {
 
     MainWindowController &controller;
     UserDefaults &defaults;
+    Stores &stores;
     ConnectionCheck &connection;
     SyncService &sync;
     Appearance &appearance;
@@ -66,6 +71,8 @@ class MainWindow : public QMainWindow {
     StudentDetails *details;
     SettingsWindow *settingsWindow = nullptr;
     QAction *compactRows = nullptr;
+    QActionGroup *insightModes = nullptr;
+    QAction *markContacted = nullptr;
     QAction *hideDetails = nullptr;
     QAction *findStudent = nullptr;
     QAction *missingWork = nullptr;

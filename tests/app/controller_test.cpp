@@ -14,7 +14,8 @@ namespace {
 struct ControllerTest : testing::Test {
     test::Core core{{{"SampleData", true}}};
     UserDefaults &defaults = core.defaults;
-    MainWindowController controller{defaults, core.connector, test::noonClock};
+    MainWindowController controller{
+        defaults, core.connector, core.stores, core.trends, test::noonClock};
 
     [[nodiscard]] const RosterView &roster() const { return controller.roster(); }
 
@@ -94,7 +95,9 @@ TEST_F(ControllerTest, AThresholdScoresAgainWhatIsInMemory) {
 
 TEST_F(ControllerTest, WithoutAConnectionEverythingIsEmpty) {
     test::Core unconnected;
-    MainWindowController other(unconnected.defaults, unconnected.connector, test::noonClock);
+    MainWindowController other{
+        unconnected.defaults, unconnected.connector, unconnected.stores, unconnected.trends,
+        test::noonClock};
     other.refresh();
     EXPECT_EQ(other.roster().state, RosterView::State::notConnected);
     EXPECT_EQ(other.status(), "Not connected");
@@ -116,7 +119,8 @@ TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
     EXPECT_EQ(invented, 1);
 
     test::Core connected({{"CanvasBaseURL", std::string("https://h.example")}});
-    MainWindowController real(connected.defaults, connected.connector);
+    MainWindowController real(
+        connected.defaults, connected.connector, connected.stores, connected.trends);
     listen(real);
     real.openCourse(7);
     real.openGrades(7, 9);
@@ -133,7 +137,7 @@ TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
 struct LiveControllerTest : testing::Test {
     test::Core core;
     test::FakeCanvas canvas;
-    MainWindowController controller{core.defaults, core.connector};
+    MainWindowController controller{core.defaults, core.connector, core.stores, core.trends};
     std::vector<CanvasError> errors;
 
     LiveControllerTest() {

@@ -146,13 +146,18 @@ TEST_F(CommandsTest, PrintARosterDocument) {
         *std::ranges::find_if(roster["rows"], [](const json &row) { return row["id"] == 5001; });
     EXPECT_EQ(jordan["level"], "At Risk");
     EXPECT_EQ(jordan["missingCount"], 5);
-    EXPECT_EQ(jordan["contactedAt"], nullptr);
-    EXPECT_EQ(jordan["awaitingFollowUp"], false);
+    EXPECT_EQ(jordan["outreach"], "Wrote 9 days ago — slipped to At Risk since");
+    EXPECT_EQ(jordan["awaitingFollowUp"], true);
     EXPECT_EQ(
         jordan["reasons"][0]["links"][0],
         (json{{"target", "assignment"}, {"id", 1}, {"name", "Final Project"}}));
     EXPECT_EQ(jordan["reasons"][1]["links"][0], (json{{"target", "grades"}}));
-    EXPECT_EQ(roster["movement"], (json{{"summary", nullptr}, {"changes", json::array()}}));
+    EXPECT_EQ(
+        roster["movement"]["summary"], "Since last time: 1 slipped · 3 newly flagged · 2 improved");
+    const json &first = roster["movement"]["changes"][0];
+    EXPECT_EQ(first["text"], "Jordan slipped from Concern to At Risk");
+    EXPECT_EQ(first["previousLevel"], "Concern");
+    EXPECT_EQ(first["kind"], "worse");
     EXPECT_EQ(roster["missedWork"][0]["name"], "Homework 5");
     EXPECT_EQ(roster["missedWork"][0]["rosterSize"], 26);
     EXPECT_THAT(call({"--sample", "roster", "900102"}).out, HasSubstr("excluded from risk scores"));

@@ -51,9 +51,12 @@ class Studio {
         CanvasSession session;
         const Connector connector(defaults, secrets, session);
         ConnectionCheck check(defaults, secrets, session);
-        MainWindowController controller(defaults, connector);
-        SyncService sync(defaults, std::filesystem::path(home.path().toStdString()) / "Seen.json");
-        MainWindow window(controller, defaults, check, sync, appearance);
+        Stores stores(defaults, std::filesystem::path(home.path().toStdString()));
+        TrendSync trends(defaults);
+        MainWindowController controller(defaults, connector, stores, trends);
+        SyncService sync(
+            defaults, trends, std::filesystem::path(home.path().toStdString()) / "Seen.json");
+        MainWindow window(controller, defaults, stores, check, sync, appearance);
         suffix = QString::fromUtf8(appearanceName) +
             (scale == 1.0 ? QString() : QStringLiteral("-x%1").arg(scale));
         window.resize(1280, 800);
@@ -95,6 +98,9 @@ class Studio {
         settings.open(SettingsWindow::riskThresholds);
         settle();
         save(settings, "settings-thresholds");
+        settings.open(SettingsWindow::privacy);
+        settle();
+        save(settings, "settings-privacy");
         settings.open(SettingsWindow::sync);
         settle();
         save(settings, "settings-sync");

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "app/connection.h"
+#include "app/stores.h"
 #include "canvas/connectioncheck.h"
+#include "memory/trendsync.h"
 #include "support/memorysecrets.h"
 #include "support/temporaryfolder.h"
 
@@ -15,9 +17,12 @@ struct Core {
     CanvasSession session;
     Connector connector{defaults, secrets, session};
     ConnectionCheck check{defaults, secrets, session};
+    Stores stores;
+    TrendSync trends{defaults};
 
-    explicit Core(PreferenceMap arguments = {})
-        : defaults(folder.path() / "Preferences.json", std::move(arguments)) {}
+    explicit Core(PreferenceMap arguments = {}, Clock clock = systemNow)
+        : defaults(folder.path() / "Preferences.json", std::move(arguments)),
+          stores(defaults, folder.path() / "data", clock) {}
 
     /// Saves an address with a token for it.
     void connectTo(const std::string &address, const std::string &token = "secret-token") {

@@ -34,9 +34,9 @@ struct MainWindowTest : testing::Test {
     UserDefaults &defaults = core.defaults;
     Settings settings{defaults};
     Appearance appearance{settings, false};
-    MainWindowController controller{defaults, core.connector};
-    SyncService sync{defaults, core.folder.path() / "Seen.json"};
-    MainWindow window{controller, defaults, core.check, sync, appearance};
+    MainWindowController controller{defaults, core.connector, core.stores, core.trends};
+    SyncService sync{defaults, core.trends, core.folder.path() / "Seen.json"};
+    MainWindow window{controller, defaults, core.stores, core.check, sync, appearance};
 
     void SetUp() override {
         window.resize(1280, 800);
@@ -281,7 +281,7 @@ TEST_F(MainWindowTest, HostileNamesAreText) {
     row.reasonLines = {{.text = "1 missing assignment"}};
     row.reasonLines[0].links = {{{0, 20}, AssignmentRef{7, "<a href='http://h.example'>x</a>"}}};
     StudentDetails details(appearance);
-    details.show({row});
+    details.show({row}, {});
     bool found = false;
     for (auto *label : details.findChildren<QLabel *>()) {
         if (label->text().contains(QStringLiteral("<b>Bob</b>"))) {

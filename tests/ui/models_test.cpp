@@ -51,7 +51,7 @@ TEST(RosterModel, SortsByEveryColumn) {
     RosterFilter filter;
     filter.setSourceModel(&model);
     const QAbstractItemModelTester filterTester(&filter, strict);
-    model.setRows(someRows(), test::noon);
+    model.setRoster({.rows = someRows()}, test::noon);
     EXPECT_THAT(order(filter), ElementsAre(1, 2, 3, 4));
     struct Row {
         int column;
@@ -76,7 +76,7 @@ TEST(RosterModel, FiltersByEveryWord) {
     RosterModel model;
     RosterFilter filter;
     filter.setSourceModel(&model);
-    model.setRows(someRows(), test::noon);
+    model.setRoster({.rows = someRows()}, test::noon);
     struct Row {
         const char *typed;
         std::vector<std::int64_t> shown;

@@ -1,6 +1,7 @@
 #include "ui/details/studentdetails.h"
 
 #include "app/rostertexts.h"
+#include "ui/details/termchart.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 #include "ui/support/labels.h"
@@ -25,10 +26,11 @@ StudentDetails::StudentDetails(const Appearance &look, QWidget *parent)
     rebuild();
 }
 
-void StudentDetails::show(std::vector<RiskRow> selected) {
-    if (selected == rows && widget() != nullptr)
+void StudentDetails::show(std::vector<RiskRow> selected, StudentPast remembered) {
+    if (selected == rows && remembered == past && widget() != nullptr)
         return;
     rows = std::move(selected);
+    past = std::move(remembered);
     rebuild();
 }
 
@@ -45,11 +47,9 @@ void StudentDetails::rebuild() {
         addHeading(*column, row);
         addFigures(*column, row);
         addReasons(*column, row);
-        auto *grades = new QPushButton(QStringLiteral("Open Grades"), content);
-        grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
-        connect(grades, &QPushButton::clicked, this, [this, row] { Q_EMIT gradesRequested(row); });
-        column->addSpacing(appearance.px(10));
-        column->addWidget(grades, 0, Qt::AlignLeft);
+        addTerm(*column);
+        addOutreach(*column);
+        addButtons(*column, row);
     } else {
         auto *hint = plainLabel(content, true);
         hint->setProperty("secondary", true);
@@ -74,6 +74,15 @@ void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
     pill->setLevel(row.level);
     pill->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     column.addWidget(pill, 0, Qt::AlignLeft);
+    if (past.change) {
+        auto *moved = plainLabel(nullptr, true);
+        moved->setText(
+            qstring(arrowOf(*past.change)) + QStringLiteral(" ") +
+            qstring(changeText(*past.change)));
+        moved->setAccessibleName(qstring(changeText(*past.change)));
+        moved->setToolTip(qstring(arrowText(*past.change)));
+        column.addWidget(moved);
+    }
     auto *course = plainLabel(nullptr, true);
     course->setProperty("secondary", true);
     course->setText(qstring(row.courseName));
@@ -132,6 +141,38 @@ void StudentDetails::addSection(QVBoxLayout &column, const QString &title) {
     label->setText(title.toUpper());
     label->setAccessibleName(title);
     column.addWidget(label);
+}
+
+void StudentDetails::addTerm(QVBoxLayout &column) {
+    if (!past.trend)
+        return;
+    addSection(column, QStringLiteral("This term"));
+    column.addWidget(new TermChart(*past.trend, appearance));
+    auto *story = plainLabel(nullptr, true);
+    story->setProperty("secondary", true);
+    story->setText(qstring(termStory(*past.trend)));
+    column.addWidget(story);
+}
+
+void StudentDetails::addOutreach(QVBoxLayout &column) {
+    if (!past.outreach)
+        return;
+    addSection(column, QStringLiteral("Outreach"));
+    auto *sentence = plainLabel(nullptr, true);
+    sentence->setText(qstring(outreachText(*past.outreach)));
+    column.addWidget(sentence);
+}
+
+void StudentDetails::addButtons(QVBoxLayout &column, const RiskRow &row) {
+    auto *contacted = new QPushButton(QStringLiteral("Mark as Contacted"));
+    contacted->setToolTip(QStringLiteral("Note that you wrote to this student just now"));
+    connect(contacted, &QPushButton::clicked, this, [this, row] { Q_EMIT contactRequested(row); });
+    auto *grades = new QPushButton(QStringLiteral("Open Grades"));
+    grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
+    connect(grades, &QPushButton::clicked, this, [this, row] { Q_EMIT gradesRequested(row); });
+    column.addSpacing(appearance.px(10));
+    column.addWidget(contacted, 0, Qt::AlignLeft);
+    column.addWidget(grades, 0, Qt::AlignLeft);
 }
 
 void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {

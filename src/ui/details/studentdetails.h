@@ -1,7 +1,7 @@
 // The pane at the right: one student, and every reason.
 #pragma once
 
-#include "risk/riskrow.h"
+#include "app/studentpast.h"
 
 #include <QScrollArea>
 
@@ -18,9 +18,11 @@ class StudentDetails : public QScrollArea {
     StudentDetails(const Appearance &appearance, QWidget *parent = nullptr);
 
     /// Shows the one selected student, how many are selected, or what to do.
-    void show(std::vector<RiskRow> selected);
+    /// @param past of the one student; ignored for any other number.
+    void show(std::vector<RiskRow> selected, StudentPast past);
 
   Q_SIGNALS:
+    void contactRequested(const ellwynd::RiskRow &row);
     void gradesRequested(const ellwynd::RiskRow &row);
     void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);
 
@@ -29,10 +31,14 @@ class StudentDetails : public QScrollArea {
     void addHeading(QVBoxLayout &column, const RiskRow &row);
     void addFigures(QVBoxLayout &column, const RiskRow &row);
     void addReasons(QVBoxLayout &column, const RiskRow &row);
+    void addTerm(QVBoxLayout &column);
+    void addOutreach(QVBoxLayout &column);
+    void addButtons(QVBoxLayout &column, const RiskRow &row);
     void addSection(QVBoxLayout &column, const QString &title);
 
     const Appearance &appearance;
     std::vector<RiskRow> rows;
+    StudentPast past;
 };
 
 } // namespace ellwynd

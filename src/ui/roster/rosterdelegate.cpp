@@ -1,6 +1,7 @@
 #include "ui/roster/rosterdelegate.h"
 
 #include "app/rostertexts.h"
+#include "platform/calendar.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 #include "ui/support/levelpill.h"
@@ -39,6 +40,11 @@ QSize RosterDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &
             height, layoutOf(filter.row(index), view->columnWidth(RosterModel::why)).height());
     } else if (index.column() == RosterModel::level) {
         width = pillSize(appearance, QStringLiteral("Concern")).width();
+    } else if (index.column() == RosterModel::contacted) {
+        const QFontMetrics metrics(appearance.font());
+        width = metrics.horizontalAdvance(index.data().toString());
+        if (showsFollowUpBelow(filter.row(index)))
+            height += metrics.height();
     } else {
         const QFont font = appearance.font(1, QFont::DemiBold);
         width = QFontMetrics(font).horizontalAdvance(index.data().toString());
@@ -63,8 +69,15 @@ void RosterDelegate::paint(
     const int lineHeight = pillSize(appearance, QStringLiteral("X")).height();
     const QRect firstLine(cell.left(), cell.top(), cell.width(), lineHeight);
     switch (index.column()) {
-    case RosterModel::level:
-        drawLevel(*painter, firstLine, row.level, appearance);
+    case RosterModel::level: {
+        const int used = drawLevel(*painter, firstLine, row.level, appearance);
+        if (const RosterChange *change = filter.roster().change(row))
+            drawArrow(*painter, firstLine.adjusted(used + appearance.px(5), 0, 0, 0), *change);
+        break;
+    }
+    case RosterModel::contacted:
+        if (const OutreachOutcome *outcome = filter.roster().outcome(row))
+            drawContact(*painter, cell, *outcome);
         break;
     case RosterModel::why: {
         const auto hover = hoveredIndex == index ? hovered : std::nullopt;
@@ -93,6 +106,41 @@ void RosterDelegate::paint(
         painter->drawRoundedRect(QRectF(option.rect).adjusted(2, 2, -2, -3), 4, 4);
     }
     painter->restore();
+}
+
+void RosterDelegate::drawArrow(
+    QPainter &painter, const QRect &line, const RosterChange &change) const {
+    const Theme &theme = appearance.theme();
+    painter.setFont(appearance.font(1, QFont::Bold));
+    painter.setPen(isWorse(change) ? theme.atRisk.text : theme.ok.text);
+    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, qstring(arrowOf(change)));
+}
+
+bool RosterDelegate::showsFollowUpBelow(const RiskRow &row) const {
+    const OutreachOutcome *outcome = filter.roster().outcome(row);
+    return !compact && outcome != nullptr && !followUpWord(*outcome).empty();
+}
+
+/// The date, and below it what came of it where the student waits for a follow-up.
+void RosterDelegate::drawContact(
+    QPainter &painter, const QRect &cell, const OutreachOutcome &outcome) const {
+    const Theme &theme = appearance.theme();
+    const int lineHeight = pillSize(appearance, QStringLiteral("X")).height();
+    const QRect line(cell.left(), cell.top(), cell.width(), lineHeight);
+    const QString word = qstring(followUpWord(outcome));
+    const bool below = !compact && !word.isEmpty();
+    painter.setFont(appearance.font());
+    painter.setPen(word.isEmpty() || below ? theme.text : theme.concern.text);
+    const QString text =
+        below ? qstring(calendar::shortDay(outcome.contactedAt)) : qstring(contactedText(outcome));
+    painter.drawText(
+        line, Qt::AlignLeft | Qt::AlignVCenter,
+        painter.fontMetrics().elidedText(text, Qt::ElideRight, line.width()));
+    if (below) {
+        painter.setPen(theme.concern.text);
+        const QRect second = line.translated(0, painter.fontMetrics().height());
+        painter.drawText(second, Qt::AlignLeft | Qt::AlignVCenter, word);
+    }
 }
 
 std::optional<WhyTarget> RosterDelegate::targetAt(
@@ -137,7 +185,7 @@ bool RosterDelegate::editorEvent(
 bool RosterDelegate::helpEvent(
     QHelpEvent *event, QAbstractItemView *where, const QStyleOptionViewItem &option,
     const QModelIndex &index) {
-    QString tip = index.data().toString();
+    QString tip = index.data(Qt::ToolTipRole).toString();
     if (const auto target = targetAt(event->pos(), option, index)) {
         if (const auto *assignment = std::get_if<AssignmentRef>(&*target))
             tip = QStringLiteral("Open “%1” in Canvas").arg(qstring(assignment->name));
@@ -145,7 +193,7 @@ bool RosterDelegate::helpEvent(
             tip = QStringLiteral("Open the grades in Canvas");
         else
             tip = qstring(moreAccessibleText(std::get<ShowMore>(*target).hidden));
-    } else if (index.column() == RosterModel::level || tip.isEmpty()) {
+    } else if (tip.isEmpty()) {
         QToolTip::hideText();
         return true;
     }

@@ -50,6 +50,9 @@ class RosterDelegate : public QStyledItemDelegate {
     [[nodiscard]] WhyLayout layoutOf(const RiskRow &row, int cellWidth) const;
     [[nodiscard]] std::optional<WhyTarget>
     targetAt(QPoint position, const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    void drawArrow(QPainter &painter, const QRect &line, const RosterChange &change) const;
+    void drawContact(QPainter &painter, const QRect &cell, const OutreachOutcome &outcome) const;
+    [[nodiscard]] bool showsFollowUpBelow(const RiskRow &row) const;
     [[nodiscard]] int horizontalPadding() const;
     [[nodiscard]] int verticalPadding() const;
 

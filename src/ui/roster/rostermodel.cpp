@@ -7,11 +7,25 @@
 
 namespace ellwynd {
 
-void RosterModel::setRows(std::vector<RiskRow> newRows, Date at) {
+void RosterModel::setRoster(const RosterView &roster, Date at) {
     beginResetModel();
-    rows = std::move(newRows);
+    rows = roster.rows;
+    movement.clear();
+    for (const RosterChange &moved : roster.movement)
+        movement.emplace(StudentKey{moved.courseID, moved.studentID}, moved);
+    outreach = roster.outreach;
     now = at;
     endResetModel();
+}
+
+const RosterChange *RosterModel::change(const RiskRow &row) const {
+    const auto found = movement.find(keyOf(row));
+    return found != movement.end() ? &found->second : nullptr;
+}
+
+const OutreachOutcome *RosterModel::outcome(const RiskRow &row) const {
+    const auto found = outreach.find(keyOf(row));
+    return found != outreach.end() ? &found->second : nullptr;
 }
 
 int RosterModel::rowCount(const QModelIndex &parent) const {
@@ -38,6 +52,10 @@ QString RosterModel::display(const RiskRow &row, int column) const {
         return row.missingCount > 0 ? QString::number(row.missingCount) : QString();
     case lastActive:
         return qstring(lastActiveText(row.lastActivityAt, now));
+    case contacted: {
+        const OutreachOutcome *since = outcome(row);
+        return since != nullptr ? qstring(contactedText(*since)) : QString();
+    }
     default:
         return {};
     }
@@ -56,9 +74,53 @@ QVariant RosterModel::sortValue(const RiskRow &row, int index, int column) const
     case lastActive:
         return row.lastActivityAt ? qlonglong(row.lastActivityAt->time_since_epoch().count())
                                   : std::numeric_limits<qlonglong>::min();
+    case contacted: {
+        // Who waits for a follow-up comes first, then the longest ago; never at the end.
+        const OutreachOutcome *since = outcome(row);
+        if (since == nullptr)
+            return std::numeric_limits<qlonglong>::max();
+        const auto date = qlonglong(since->contactedAt.time_since_epoch().count());
+        return isAwaitingFollowUp(*since) ? date - std::numeric_limits<qlonglong>::max() / 2 : date;
+    }
     default:
         return display(row, column);
     }
+}
+
+QString RosterModel::accessibleText(const RiskRow &row, int column) const {
+    const QString shown = display(row, column);
+    switch (column) {
+    case level: {
+        const RosterChange *moved = change(row);
+        return moved != nullptr ? shown + QStringLiteral(". ") + qstring(arrowText(*moved)) : shown;
+    }
+    case missing:
+        return QStringLiteral("%1 missing").arg(row.missingCount);
+    case lastActive:
+        return QStringLiteral("Last active ") + shown;
+    case contacted:
+        return shown.isEmpty() ? QStringLiteral("Not contacted") : toolTip(row, column);
+    case why:
+        if (const std::size_t hidden = hiddenNames ? hiddenNames(row) : 0; hidden > 0)
+            return shown + QStringLiteral(", ") + qstring(moreAccessibleText(hidden));
+        return shown;
+    default:
+        return shown;
+    }
+}
+
+QString RosterModel::toolTip(const RiskRow &row, int column) const {
+    if (column == level) {
+        const RosterChange *moved = change(row);
+        return moved != nullptr
+            ? qstring(changeText(*moved)) + QStringLiteral(". ") + qstring(arrowText(*moved))
+            : QString();
+    }
+    if (column == contacted) {
+        const OutreachOutcome *since = outcome(row);
+        return since != nullptr ? qstring(outreachText(*since)) : QString();
+    }
+    return display(row, column);
 }
 
 QVariant RosterModel::data(const QModelIndex &index, int role) const {
@@ -75,16 +137,9 @@ QVariant RosterModel::data(const QModelIndex &index, int role) const {
         return int((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignTop);
     }
     case Qt::AccessibleTextRole:
-        if (index.column() == missing)
-            return QStringLiteral("%1 missing").arg(item.missingCount);
-        if (index.column() == lastActive)
-            return QStringLiteral("Last active ") + display(item, lastActive);
-        if (index.column() == why && hiddenNames) {
-            if (const std::size_t hidden = hiddenNames(item); hidden > 0)
-                return display(item, why) + QStringLiteral(", ") +
-                    qstring(moreAccessibleText(hidden));
-        }
-        return display(item, index.column());
+        return accessibleText(item, index.column());
+    case Qt::ToolTipRole:
+        return toolTip(item, index.column());
     default:
         return {};
     }
@@ -114,6 +169,8 @@ QVariant RosterModel::headerData(int section, Qt::Orientation orientation, int r
         return QStringLiteral("Missing");
     case lastActive:
         return QStringLiteral("Last active");
+    case contacted:
+        return QStringLiteral("Contacted");
     default:
         return {};
     }
@@ -130,8 +187,12 @@ void RosterFilter::setWords(const QString &typed) {
     invalidateFilter();
 }
 
+const RosterModel &RosterFilter::roster() const {
+    return *static_cast<const RosterModel *>(sourceModel());
+}
+
 const RiskRow &RosterFilter::row(const QModelIndex &proxyIndex) const {
-    return static_cast<const RosterModel *>(sourceModel())->row(mapToSource(proxyIndex).row());
+    return roster().row(mapToSource(proxyIndex).row());
 }
 
 bool RosterFilter::filterAcceptsRow(int row, const QModelIndex &parent) const {

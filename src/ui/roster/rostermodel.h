@@ -1,8 +1,7 @@
 // Scored students as a table.
 #pragma once
 
-#include "platform/date.h"
-#include "risk/riskrow.h"
+#include "app/rosterview.h"
 
 #include <QAbstractTableModel>
 #include <QSortFilterProxyModel>
@@ -16,17 +15,21 @@ class RosterModel : public QAbstractTableModel {
     Q_OBJECT
 
   public:
-    enum Column { level, student, course, why, score, missing, lastActive, columns };
+    enum Column { level, student, course, why, score, missing, lastActive, contacted, columns };
     /// What a column sorts by.
     static constexpr int sortRole = Qt::UserRole;
 
     explicit RosterModel(QObject *parent = nullptr) : QAbstractTableModel(parent) {}
 
     /// @param at "now" for the days since the last activity.
-    void setRows(std::vector<RiskRow> rows, Date at);
+    void setRoster(const RosterView &roster, Date at);
     /// How many names of a row's missing work its view folds, for what is read aloud.
     std::function<std::size_t(const RiskRow &)> hiddenNames;
     [[nodiscard]] const RiskRow &row(int index) const { return rows[std::size_t(index)]; }
+    /// Null for a student who did not move.
+    [[nodiscard]] const RosterChange *change(const RiskRow &row) const;
+    /// Null for a student never written to.
+    [[nodiscard]] const OutreachOutcome *outcome(const RiskRow &row) const;
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
@@ -37,8 +40,12 @@ class RosterModel : public QAbstractTableModel {
   private:
     [[nodiscard]] QString display(const RiskRow &row, int column) const;
     [[nodiscard]] QVariant sortValue(const RiskRow &row, int index, int column) const;
+    [[nodiscard]] QString accessibleText(const RiskRow &row, int column) const;
+    [[nodiscard]] QString toolTip(const RiskRow &row, int column) const;
 
     std::vector<RiskRow> rows;
+    std::map<StudentKey, RosterChange> movement;
+    std::map<StudentKey, OutreachOutcome> outreach;
     Date now;
 };
 
@@ -52,6 +59,7 @@ class RosterFilter : public QSortFilterProxyModel {
     /// A row stays when every word stands somewhere in its name, course, level or reasons.
     void setWords(const QString &typed);
 
+    [[nodiscard]] const RosterModel &roster() const;
     [[nodiscard]] const RiskRow &row(const QModelIndex &proxyIndex) const;
 
   protected:

@@ -4,6 +4,7 @@
 #include "app/rostertexts.h"
 #include "platform/calendar.h"
 #include "theme/courseicon.h"
+#include "ui/roster/insightband.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 #include "ui/support/labels.h"
@@ -61,6 +62,7 @@ RosterPane::RosterPane(
       tile(new QLabel(this)),
       title(new ElidedLabel(this)),
       subtitle(new ElidedLabel(this)),
+      movement(new ElidedLabel(this)),
       stale(plainLabel(this, true)),
       filter(new QLineEdit(this)),
       thresholds(button(
@@ -77,6 +79,8 @@ RosterPane::RosterPane(
       connectButton(button(
           QStringLiteral("Open Connection Settings…"),
           QStringLiteral("Enter your Canvas address and token"), messagePage)),
+      insight(new InsightBand(look)),
+      insightFrame(new QWidget(this)),
       students(new RosterTable(look, this)),
       header(new QWidget(this)),
       headerLayout(new QBoxLayout(QBoxLayout::LeftToRight, header)),
@@ -85,6 +89,8 @@ RosterPane::RosterPane(
       observing(store.observe([this](std::string_view key) {
           if (key == preferences::rosterCompactRows.name)
               students->setCompact(defaults.value(preferences::rosterCompactRows));
+          else if (key == preferences::courseInsightPanelMode.name)
+              showInsight();
       })) {
     refresh->setAccessibleName(QStringLiteral("Refresh this roster"));
     refresh->setProperty("quiet", true);
@@ -130,7 +136,11 @@ RosterPane::RosterPane(
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(header);
+    column->addWidget(movement);
     column->addWidget(stale);
+    auto *around = new QVBoxLayout(insightFrame);
+    around->addWidget(insight);
+    column->addWidget(insightFrame);
     column->addWidget(stack, 1);
 
     connect(filter, &QLineEdit::textChanged, this, [this](const QString &typed) {
@@ -141,6 +151,10 @@ RosterPane::RosterPane(
     connect(thresholds, &QPushButton::clicked, this, &RosterPane::thresholdsRequested);
     connect(missingWork, &QPushButton::clicked, this, &RosterPane::missingWorkRequested);
     connect(refresh, &QPushButton::clicked, this, &RosterPane::refreshRequested);
+    connect(insight, &InsightBand::missingWorkRequested, this, &RosterPane::missingWorkRequested);
+    connect(insight, &InsightBand::shrinkRequested, this, [this](bool small) {
+        defaults.set(preferences::courseInsightPanelMode, std::string(small ? "small" : "shown"));
+    });
     connect(connectButton, &QPushButton::clicked, this, &RosterPane::connectionRequested);
     connect(students, &QWidget::customContextMenuRequested, this, [this](const QPoint &position) {
         Q_EMIT contextMenuRequested(students->viewport()->mapToGlobal(position));
@@ -163,6 +177,10 @@ void RosterPane::clearFilter() {
 
 void RosterPane::applyAppearance() {
     title->setFont(appearance.font(1.24, QFont::Bold));
+    movement->setFont(appearance.font(1, QFont::DemiBold));
+    movement->setContentsMargins(appearance.px(18), 0, appearance.px(18), appearance.px(10));
+    insightFrame->layout()->setContentsMargins(
+        appearance.px(18), 0, appearance.px(18), appearance.px(10));
     message->setFont(appearance.font(1.1));
     message->setContentsMargins(
         appearance.px(40), appearance.px(40), appearance.px(40), appearance.px(40));
@@ -201,9 +219,20 @@ void RosterPane::show() {
     message->setText(text);
     showProgress();
     connectButton->setVisible(roster.state == RosterView::State::notConnected);
-    students->setRows(
-        text.isEmpty() ? roster.rows : std::vector<RiskRow>{}, systemNow(), !roster.courseID);
+    students->setRoster(text.isEmpty() ? roster : RosterView{}, systemNow());
+    showInsight();
     stack->setCurrentWidget(text.isEmpty() ? static_cast<QWidget *>(students) : messagePage);
+}
+
+void RosterPane::showInsight() {
+    const RosterView &roster = controller.roster();
+    const std::string mode = defaults.value(preferences::courseInsightPanelMode);
+    const bool wanted = mode != "hidden" && roster.state == RosterView::State::shown &&
+        roster.insight && !roster.rows.empty();
+    insightFrame->setVisible(wanted);
+    if (wanted)
+        insight->setInsight(*roster.insight);
+    insight->setShrunk(mode == "small");
 }
 
 /// How far a load is: courses of a term one by one, a single course without a measure.
@@ -241,6 +270,7 @@ void RosterPane::showCount() {
     const RosterView &roster = controller.roster();
     if (roster.state != RosterView::State::shown) {
         subtitle->setFullText({});
+        movement->setVisible(false);
         return;
     }
     QString text;
@@ -255,6 +285,9 @@ void RosterPane::showCount() {
     if (controller.isLoading())
         text += QStringLiteral(" · refreshing…");
     subtitle->setFullText(text);
+    const QString remembered = qstring(rememberedLine(roster));
+    movement->setFullText(remembered);
+    movement->setVisible(!remembered.isEmpty());
 }
 
 } // namespace ellwynd

@@ -17,6 +17,7 @@ namespace ellwynd {
 
 class Appearance;
 class ElidedLabel;
+class InsightBand;
 class MainWindowController;
 
 class RosterPane : public QWidget {
@@ -46,6 +47,7 @@ class RosterPane : public QWidget {
     void showHeader();
     void showCount();
     void showProgress();
+    void showInsight();
     void applyAppearance();
     /// Puts the header's controls beside the title, or in rows below it where there is no room.
     void arrangeHeader();
@@ -56,6 +58,7 @@ class RosterPane : public QWidget {
     QLabel *tile;
     ElidedLabel *title;
     ElidedLabel *subtitle;
+    ElidedLabel *movement;
     QLabel *stale;
     QLineEdit *filter;
     QPushButton *thresholds;
@@ -66,6 +69,8 @@ class RosterPane : public QWidget {
     QLabel *message;
     QProgressBar *progress;
     QPushButton *connectButton;
+    InsightBand *insight;
+    QWidget *insightFrame;
     RosterTable *students;
     QWidget *header;
     QBoxLayout *headerLayout;

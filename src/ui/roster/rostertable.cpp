@@ -63,14 +63,14 @@ RosterTable::RosterTable(const Appearance &look, QWidget *parent)
     });
 }
 
-void RosterTable::setRows(std::vector<RiskRow> rows, Date now, bool wholeTerm) {
+void RosterTable::setRoster(const RosterView &roster, Date now) {
     std::set<StudentKey> selected;
     for (const RiskRow &row : selectedRows())
         selected.insert(keyOf(row));
     {
         const QScopedValueRollback guard(changingRows, true);
-        setColumnHidden(RosterModel::course, !wholeTerm);
-        model->setRows(std::move(rows), now);
+        setColumnHidden(RosterModel::course, roster.courseID.has_value());
+        model->setRoster(roster, now);
         sizeColumns();
         sizeRows();
         selectStudents(selected);
@@ -136,9 +136,10 @@ void RosterTable::sizeColumns() {
         int column;
         double widest;
     };
-    constexpr Limit limits[] = {{RosterModel::level, 130},   {RosterModel::student, 150},
-                                {RosterModel::course, 130},  {RosterModel::score, 110},
-                                {RosterModel::missing, 100}, {RosterModel::lastActive, 120}};
+    constexpr Limit limits[] = {{RosterModel::level, 130},    {RosterModel::student, 150},
+                                {RosterModel::course, 130},   {RosterModel::score, 110},
+                                {RosterModel::missing, 100},  {RosterModel::lastActive, 120},
+                                {RosterModel::contacted, 120}};
     const QFontMetrics bold(appearance.font(1, QFont::DemiBold));
     const QFontMetrics regular(appearance.font());
     int taken = 0;
@@ -152,7 +153,7 @@ void RosterTable::sizeColumns() {
             appearance.px(32);
         for (int row = 0; row < model->rowCount(); ++row) {
             const QString text = model->index(row, column).data().toString();
-            const int padding = appearance.px(column == RosterModel::level ? 36 : 21);
+            const int padding = appearance.px(column == RosterModel::level ? 52 : 21);
             width = std::max(width, metrics.horizontalAdvance(text) + padding);
         }
         width = std::min(width, appearance.px(widest));

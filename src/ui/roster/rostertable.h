@@ -21,8 +21,8 @@ class RosterTable : public QTableView {
   public:
     RosterTable(const Appearance &appearance, QWidget *parent = nullptr);
 
-    /// @param wholeTerm shows the course of each row.
-    void setRows(std::vector<RiskRow> rows, Date now, bool wholeTerm);
+    /// The course of each row shows in the roster of a term.
+    void setRoster(const RosterView &roster, Date now);
     void setFilter(const QString &typed);
     void setCompact(bool on);
 

@@ -2,6 +2,7 @@
 
 #include "ui/settings/connectionpane.h"
 #include "ui/settings/generalpane.h"
+#include "ui/settings/privacypane.h"
 #include "ui/settings/syncpane.h"
 #include "ui/settings/thresholdspane.h"
 #include "ui/support/appearance.h"
@@ -14,8 +15,8 @@
 namespace ellwynd {
 
 SettingsWindow::SettingsWindow(
-    UserDefaults &defaults, ConnectionCheck &check, SyncService &service, const Appearance &look,
-    QWidget *parent)
+    UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &service,
+    const Appearance &look, QWidget *parent)
     : QDialog(parent),
       appearance(look),
       pages(new QListWidget(this)),
@@ -35,6 +36,7 @@ SettingsWindow::SettingsWindow(
     addPage(QStringLiteral("General"), new GeneralPane(defaults, look));
     addPage(QStringLiteral("Connection"), connectionPane);
     addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, look));
+    addPage(QStringLiteral("Privacy"), new PrivacyPane(defaults, stores, look));
     addPage(QStringLiteral("Sync"), new SyncPane(defaults, service, look));
     pages->setCurrentRow(general);
     connect(

@@ -14,16 +14,17 @@ class Appearance;
 class ConnectionCheck;
 class ConnectionPane;
 class SyncService;
+struct Stores;
 
 /// Panes by name at the left, the chosen one at the right. Every change takes effect at once.
 class SettingsWindow : public QDialog {
     Q_OBJECT
 
   public:
-    enum Page { general, connection, riskThresholds, sync };
+    enum Page { general, connection, riskThresholds, privacy, sync };
 
     SettingsWindow(
-        UserDefaults &defaults, ConnectionCheck &check, SyncService &service,
+        UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &service,
         const Appearance &appearance, QWidget *parent = nullptr);
 
     void open(Page page);

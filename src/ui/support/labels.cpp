@@ -47,7 +47,7 @@ void ElidedLabel::changeEvent(QEvent *event) {
 }
 
 void ElidedLabel::elide() {
-    const QString shown = fontMetrics().elidedText(full, Qt::ElideRight, width());
+    const QString shown = fontMetrics().elidedText(full, Qt::ElideRight, contentsRect().width());
     setText(shown);
     // A tooltip that looks like markup is shown as such unless it is escaped.
     setToolTip(

@@ -1,0 +1,19 @@
+// The stores of one run of the program.
+#pragma once
+
+#include "memory/contactlog.h"
+#include "memory/rosterhistory.h"
+
+namespace ellwynd {
+
+/// What the program remembers between visits: on disk for a teacher's own courses; for the sample
+/// college in memory alone, filled with an invented past.
+struct Stores {
+    /// @param directory the data directory, which is not touched in sample mode.
+    Stores(UserDefaults &defaults, const std::filesystem::path &directory, Clock clock = systemNow);
+
+    RosterHistory history;
+    ContactLog contacts;
+};
+
+} // namespace ellwynd

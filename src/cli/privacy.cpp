@@ -1,0 +1,32 @@
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/documents.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace ellwynd::cli {
+
+int runPrivacy(Session &session, const QStringList &words) {
+    CommandLine line(session, "privacy", "What is remembered of students; or forget it.");
+    line.optionalArgument("VERB", "forget-history or forget-contacts.");
+    if (!line.parse(words))
+        return done;
+    Stores &stores = session.stores();
+    const std::string verb = line.word(0);
+    if (verb == "forget-history")
+        stores.history.deleteAll();
+    else if (verb == "forget-contacts")
+        stores.contacts.deleteAll();
+    else if (!verb.empty())
+        throw UsageError(fmt::format("privacy has no verb {}", verb));
+
+    const std::string history = historyStatus(stores.history);
+    const std::string contacts = contactsStatus(stores.contacts);
+    line.print(
+        line.wantsJSON() ? printed({{"history", history}, {"contacts", contacts}})
+                         : fmt::format("History: {}\nContacts: {}\n", history, contacts));
+    return done;
+}
+
+} // namespace ellwynd::cli

@@ -1,0 +1,62 @@
+#include "memory/dailylevels.h"
+
+#include "platform/calendar.h"
+
+#include <fmt/format.h>
+
+#include <map>
+
+namespace ellwynd {
+
+namespace {
+
+void add(DailyLevels &day, std::optional<RiskLevel> level) {
+    if (level)
+        ++day.counts[static_cast<std::size_t>(*level)];
+}
+
+} // namespace
+
+std::vector<DailyLevels>
+lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now) {
+    const Date today = calendar::startOfDay(now);
+    const Date first = calendar::startOfDay(calendar::daysBefore(now, trendDays));
+    std::map<Date, DailyLevels> days;
+    DailyLevels *day = nullptr;
+    Date lastInstant;
+    for (const RosterSnapshot &entry : history.entries()) {
+        if (entry.courseID != courseID || entry.recordedAt < first || entry.recordedAt >= today)
+            continue;
+        // The entries of one visit carry one instant.
+        if (day == nullptr || entry.recordedAt != lastInstant) {
+            lastInstant = entry.recordedAt;
+            const Date begins = calendar::startOfDay(entry.recordedAt);
+            day = &days.try_emplace(begins, DailyLevels{.day = begins}).first->second;
+        }
+        if (const auto level = recordedLevel(entry))
+            add(*day, *level);
+    }
+    std::vector<DailyLevels> result;
+    for (const auto &[begins, levels] : days)
+        result.push_back(levels);
+    return result;
+}
+
+DailyLevels levelsOf(const std::vector<RiskRow> &rows, Date now) {
+    DailyLevels today{.day = calendar::startOfDay(now)};
+    for (const RiskRow &row : rows)
+        add(today, row.level);
+    return today;
+}
+
+std::string
+bandText(RiskLevel level, const std::vector<DailyLevels> &earlier, const DailyLevels &today) {
+    const std::int64_t count = today.count(level);
+    const std::int64_t first = earlier.empty() ? count : earlier.front().count(level);
+    const std::string change = first == count ? "unchanged"
+        : first < count                       ? fmt::format("up from {} earlier", first)
+                                              : fmt::format("down from {} earlier", first);
+    return fmt::format("{}: {} now, {}.", levelName(level), count, change);
+}
+
+} // namespace ellwynd

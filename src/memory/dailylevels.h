@@ -1,0 +1,43 @@
+// A course's levels over the last two weeks, day by day.
+#pragma once
+
+#include "memory/rosterhistory.h"
+
+#include <array>
+
+namespace ellwynd {
+
+/// How many students carried each level on one recorded day.
+struct DailyLevels {
+    /// The start of the day.
+    Date day;
+    /// By level, in the order of `allRiskLevels`.
+    std::array<std::int64_t, allRiskLevels.size()> counts{};
+
+    [[nodiscard]] std::int64_t count(RiskLevel level) const {
+        return counts[static_cast<std::size_t>(level)];
+    }
+    [[nodiscard]] std::int64_t flagged() const { return counts[0] + counts[1] + counts[2]; }
+
+    bool operator==(const DailyLevels &) const = default;
+};
+
+/// How far a trend line reaches back from today.
+inline constexpr std::int64_t trendDays = 14;
+
+/// The recorded days of a course from 14 days back to yesterday, earliest first.
+[[nodiscard]] std::vector<DailyLevels>
+lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now);
+
+/// The levels of a roster as it stands.
+[[nodiscard]] DailyLevels levelsOf(const std::vector<RiskRow> &rows, Date now);
+
+/// "At Risk: 4 now, up from 2 earlier."
+[[nodiscard]] std::string
+bandText(RiskLevel level, const std::vector<DailyLevels> &earlier, const DailyLevels &today);
+
+/// How the lines of a course and of a dashboard's card are read aloud.
+inline constexpr std::string_view bandLabel = "Flagged students over the last two weeks, by level";
+inline constexpr std::string_view cardTrendLabel = "Flagged over the last two weeks";
+
+} // namespace ellwynd

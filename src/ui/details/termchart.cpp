@@ -1,0 +1,86 @@
+#include "ui/details/termchart.h"
+
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+#include "ui/support/levelpill.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr int rows = 4;
+/// From the top row down.
+constexpr std::array<std::optional<RiskLevel>, rows> levels{
+    RiskLevel::atRisk, RiskLevel::concern, RiskLevel::watch, std::nullopt};
+
+QColor dotColor(const Theme &theme, std::optional<RiskLevel> level) {
+    return level ? levelColors(theme, *level).text : theme.ok.text;
+}
+
+} // namespace
+
+TermChart::TermChart(TermTrend shown, const Appearance &look, QWidget *parent)
+    : QWidget(parent), trend(std::move(shown)), appearance(look) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setAccessibleName(QStringLiteral("Levels this term"));
+    setAccessibleDescription(qstring(termStory(trend)));
+}
+
+QSize TermChart::sizeHint() const {
+    return {appearance.px(220), appearance.px(108)};
+}
+
+QSize TermChart::minimumSizeHint() const {
+    return {appearance.px(130), appearance.px(108)};
+}
+
+QPointF TermChart::place(const TermTrend::Point &point, const QRectF &area) const {
+    using seconds = std::chrono::duration<double>;
+    const seconds since = point.date - trend.points.front().date;
+    // A term within one day still has a width.
+    const double span =
+        std::max(1.0, seconds(trend.points.back().date - trend.points.front().date).count());
+    const int row = rows - 1 - severity(point.level);
+    return {
+        area.left() + area.width() * since.count() / span,
+        area.top() + area.height() * row / (rows - 1)};
+}
+
+void TermChart::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const Theme &theme = appearance.theme();
+    const QFont font = appearance.font(0.82);
+    const QFontMetrics metrics(font);
+    const int labels = metrics.horizontalAdvance(QStringLiteral("Concern")) + appearance.px(12);
+    const double radius = appearance.px(9) / 2.0;
+    const QRectF area = QRectF(rect()).adjusted(
+        labels + radius, metrics.height() / 2.0 + 2, -radius - 1, -metrics.height() / 2.0 - 2);
+
+    painter.setFont(font);
+    for (int row = 0; row < rows; ++row) {
+        const double y = area.top() + area.height() * row / (rows - 1);
+        painter.setPen(theme.secondaryText);
+        painter.drawText(
+            QRectF(0, y - metrics.height() / 2.0, labels, metrics.height()),
+            Qt::AlignLeft | Qt::AlignVCenter, qstring(levelName(levels[std::size_t(row)])));
+        painter.setPen(QPen(theme.separator, 1));
+        painter.drawLine(QPointF(area.left() - radius, y), QPointF(area.right() + radius, y));
+    }
+    painter.setPen(QPen(theme.secondaryText, 1, Qt::DashLine));
+    for (std::size_t i = 1; i < trend.points.size(); ++i) {
+        if (isJoined(trend.points[i - 1], trend.points[i]))
+            painter.drawLine(place(trend.points[i - 1], area), place(trend.points[i], area));
+    }
+    for (const TermTrend::Point &point : trend.points) {
+        painter.setPen(QPen(theme.window, 1.5));
+        painter.setBrush(dotColor(theme, point.level));
+        painter.drawEllipse(place(point, area), radius, radius);
+    }
+}
+
+} // namespace ellwynd

@@ -1,0 +1,240 @@
+#include "memory/dailylevels.h"
+#include "memory/movement.h"
+#include "memory/termtrend.h"
+#include "support/instants.h"
+#include "support/rosters.h"
+#include "support/temporaryfolder.h"
+#include "support/zone.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using std::chrono::days;
+using std::chrono::hours;
+using test::at;
+using test::entry;
+using test::noon;
+using test::row;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct MovementTest : testing::Test {
+    test::TemporaryFolder folder;
+    UserDefaults defaults{folder.path() / "Preferences.json", {}};
+    RosterHistory history{defaults, std::nullopt, test::noonClock};
+
+    [[nodiscard]] std::vector<RosterChange>
+    moved(std::vector<RosterSnapshot> past, const std::vector<RiskRow> &rows) {
+        history.fill(std::move(past));
+        return changes(history, rows, 7, noon);
+    }
+};
+
+TEST_F(MovementTest, OneStudentAgainstTheLastEarlierDay) {
+    const Date yesterday = noon - days(1);
+    struct Row {
+        const char *what;
+        std::vector<RosterSnapshot> past;
+        const char *now;
+        std::string text;
+        std::string summary;
+    };
+    const std::vector<Row> rows{
+        {"slipped",
+         {entry(7, 1, yesterday, "Watch")},
+         "Concern",
+         "Student 1 slipped from Watch to Concern",
+         "Since last time: 1 slipped"},
+        {"newly flagged",
+         {entry(7, 1, yesterday, "OK")},
+         "Watch",
+         "Student 1 is newly Watch",
+         "Since last time: 1 newly flagged"},
+        {"joined flagged",
+         {entry(7, 9, yesterday, "OK")},
+         "Watch",
+         "Student 1 is newly Watch",
+         "Since last time: 1 newly flagged"},
+        {"an unknown level is no level",
+         {entry(7, 1, yesterday, "Purple")},
+         "Watch",
+         "Student 1 is newly Watch",
+         "Since last time: 1 newly flagged"},
+        {"improved",
+         {entry(7, 1, yesterday, "At Risk")},
+         "Concern",
+         "Student 1 improved from At Risk to Concern",
+         "Since last time: 1 improved"},
+        {"no longer flagged",
+         {entry(7, 1, yesterday, "At Risk")},
+         "OK",
+         "Student 1 is no longer flagged",
+         "Since last time: 1 improved"},
+        {"unchanged", {entry(7, 1, yesterday, "Watch")}, "Watch", "", ""},
+        {"joined without a flag", {entry(7, 9, yesterday, "OK")}, "OK", "", ""},
+        {"first visit", {entry(8, 1, yesterday, "OK")}, "At Risk", "", ""},
+        {"the same day is never compared", {entry(7, 1, noon - hours(6), "OK")}, "At Risk", "", ""},
+        {"the latest counts, however long ago",
+         {entry(7, 1, noon - days(60), "OK"), entry(7, 1, noon - days(30), "Concern"),
+          entry(7, 9, yesterday, "OK")},
+         "Watch",
+         "Student 1 improved from Concern to Watch",
+         "Since last time: 1 improved"},
+        {"the first of equal instants",
+         {entry(7, 1, yesterday, "Concern"), entry(7, 1, yesterday, "OK")},
+         "Watch",
+         "Student 1 improved from Concern to Watch",
+         "Since last time: 1 improved"}};
+    for (const Row &each : rows) {
+        const auto change = moved(each.past, {row(1, each.now)});
+        EXPECT_EQ(change.empty() ? "" : changeText(change.front()), each.text) << each.what;
+        EXPECT_EQ(summaryLine(change).value_or(""), each.summary) << each.what;
+    }
+}
+
+TEST_F(MovementTest, WorseFirstThenNewThenImproved) {
+    const Date yesterday = noon - days(1);
+    const auto change = moved(
+        {entry(7, 1, yesterday, "At Risk"), entry(7, 2, yesterday, "OK"),
+         entry(7, 3, yesterday, "Watch"), entry(7, 4, yesterday, "Watch"),
+         entry(7, 6, yesterday, "At Risk")},
+        {row(1, "Watch"), row(2, "Watch"), row(3, "At Risk"), row(4, "At Risk"), row(5, "Concern"),
+         row(6, "OK")});
+    std::vector<std::int64_t> order;
+    for (const RosterChange &each : change)
+        order.push_back(each.studentID);
+    EXPECT_THAT(order, ElementsAre(3, 4, 2, 5, 1, 6));
+    EXPECT_EQ(summaryLine(change), "Since last time: 2 slipped · 2 newly flagged · 2 improved");
+    EXPECT_EQ(
+        summaryLine({change[0], change[1], change[4]}), "Since last time: 2 slipped · 1 improved");
+    EXPECT_EQ(change[0].previousDate, yesterday);
+}
+
+TEST_F(MovementTest, ATermInASentence) {
+    struct Row {
+        std::vector<const char *> levels;
+        std::string story;
+    };
+    for (const Row &each : std::vector<Row>{
+             {{"Watch"}, ""},
+             {{"Watch", "Purple"}, ""},
+             {{"Watch", "Watch"}, "Seen on 2 days between Sep 3 and Sep 4 — Watch throughout."},
+             {{"At Risk", "Watch", "At Risk"},
+              "Seen on 3 days between Sep 3 and Sep 5 — At Risk now, as at the start."},
+             {{"OK", "Concern", "OK"},
+              "Seen on 3 days between Sep 3 and Sep 5 — OK now, as at the start, worst Concern."},
+             {{"Watch", "At Risk", "Concern"},
+              "Seen on 3 days between Sep 3 and Sep 5 — started Watch, now Concern, worst At "
+              "Risk."}}) {
+        std::vector<RosterSnapshot> past;
+        for (std::size_t i = 0; i < each.levels.size(); ++i)
+            past.push_back(entry(7, 1, at("2026-09-03T15:00:00Z") + days(i), each.levels[i]));
+        std::ranges::reverse(past);
+        history.fill(past);
+        const auto trend = termTrend(history, 7, 1);
+        EXPECT_EQ(trend ? termStory(*trend) : "", each.story);
+    }
+    const Date day = at("2026-09-03T05:00:00Z");
+    EXPECT_TRUE(isJoined({day, {}}, {day + days(14), {}}));
+    EXPECT_FALSE(isJoined({day, {}}, {day + days(14) + std::chrono::seconds(1), {}}));
+}
+
+TEST_F(MovementTest, TwoWeeksOfLevelsInWords) {
+    history.fill(
+        {entry(7, 1, noon - days(15), "At Risk"), entry(7, 1, noon - days(14), "Concern"),
+         entry(7, 2, noon - days(14), "Watch"), entry(8, 1, noon - days(3), "At Risk"),
+         entry(7, 1, noon - days(2), "Purple"), entry(7, 2, noon - days(2), "Concern"),
+         entry(7, 1, noon, "At Risk")});
+    const auto earlier = lastTwoWeeks(history, 7, noon);
+    ASSERT_EQ(earlier.size(), 2U);
+    EXPECT_EQ(earlier[0].flagged(), 2);
+    EXPECT_EQ(earlier[1].flagged(), 1);
+    const DailyLevels today =
+        levelsOf({row(1, "At Risk"), row(2, "Watch"), row(3, "Watch"), row(4, "OK")}, noon);
+    EXPECT_EQ(bandText(RiskLevel::atRisk, earlier, today), "At Risk: 1 now, up from 0 earlier.");
+    EXPECT_EQ(bandText(RiskLevel::concern, earlier, today), "Concern: 0 now, down from 1 earlier.");
+    EXPECT_EQ(bandText(RiskLevel::watch, {}, today), "Watch: 2 now, unchanged.");
+}
+
+/// Visits around midnight over the end of daylight saving time. What is expected is worked out from
+/// the zone's offset by hand, day by day.
+TEST_F(MovementTest, AMonthOfVisitsInTwoZones) {
+    struct Place {
+        const char *zone;
+        /// The instant at which clocks go back, and the offsets on both sides.
+        Date change;
+        hours before;
+        hours after;
+    };
+    for (const Place &place :
+         {Place{"America/Chicago", at("2026-11-01T07:00:00Z"), hours(-5), hours(-6)},
+          Place{"Europe/Berlin", at("2026-10-25T01:00:00Z"), hours(2), hours(1)}}) {
+        const test::Zone zone(place.zone);
+        const auto localDay = [&](Date date) {
+            const auto local = date + (date < place.change ? place.before : place.after);
+            return std::chrono::floor<days>(local.time_since_epoch()).count();
+        };
+        RosterHistory played(
+            defaults, folder.path() / place.zone, [] { return at("2026-11-20T00:00:00Z"); });
+        // What was last seen of each course on each day, by hand.
+        std::map<std::pair<std::int64_t, std::int64_t>, std::vector<RosterSnapshot>> seen;
+        std::vector<RosterSnapshot> expected;
+        const char *levels[] = {"OK", "Watch", "Concern", "At Risk"};
+        const Date begin = at("2026-10-18T00:00:00Z");
+        for (int visit = 0; visit < 31 * 5; ++visit) {
+            // Five visits a day, some of them seconds apart around both midnights.
+            const Date date = begin + days(visit / 5) +
+                std::array{
+                    hours(4), hours(5), hours(6), hours(22), hours(23)}[std::size_t(visit % 5)] -
+                std::chrono::seconds(visit % 2);
+            const std::int64_t course = 7 + visit % 3;
+            const std::int64_t day = localDay(date);
+            std::vector<RiskRow> rows;
+            for (std::int64_t student = 1; student <= 3; ++student)
+                rows.push_back(row(student, levels[(visit * 7 + student * visit) % 4], visit));
+
+            // The last day of the course before this one, by hand.
+            const std::vector<RosterSnapshot> *last = nullptr;
+            for (const auto &[key, entries] : seen) {
+                if (key.first == course && key.second < day)
+                    last = &entries;
+            }
+            std::int64_t worse = 0;
+            std::int64_t better = 0;
+            for (std::size_t i = 0; last != nullptr && i < rows.size(); ++i) {
+                const int step = severity(rows[i].level) - severity(*recordedLevel((*last)[i]));
+                worse += step > 0;
+                better += step < 0;
+            }
+            const auto change = changes(played, rows, course, date);
+            const MovementCounts counts = movementCounts(change);
+            EXPECT_EQ(counts.slipped + counts.newlyFlagged, worse) << place.zone << visit;
+            EXPECT_EQ(counts.improved, better) << place.zone << visit;
+
+            played.record(rows, course, date);
+            std::erase_if(expected, [&](const RosterSnapshot &old) {
+                return old.courseID == course && localDay(old.recordedAt) == day;
+            });
+            auto &today = seen[{course, day}];
+            today.clear();
+            for (const RiskRow &each : rows) {
+                today.push_back(
+                    entry(course, each.id, date, std::string(levelName(each.level)), visit));
+                expected.push_back(today.back());
+            }
+        }
+        EXPECT_EQ(played.entries(), expected);
+        std::set<std::int64_t> allDays;
+        for (const auto &[key, entries] : seen)
+            allDays.insert(key.second);
+        EXPECT_EQ(played.dayCount(), std::int64_t(allDays.size()));
+        const RosterHistory again(
+            defaults, folder.path() / place.zone, [] { return at("2026-11-20T00:00:00Z"); });
+        EXPECT_EQ(again.entries(), expected);
+    }
+}
+
+} // namespace
+} // namespace ellwynd

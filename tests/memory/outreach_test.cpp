@@ -1,0 +1,255 @@
+#include "memory/outreach.h"
+#include "memory/trendsync.h"
+#include "platform/cloud/syncedfolder.h"
+#include "support/instants.h"
+#include "support/logcapture.h"
+#include "support/rosters.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using std::chrono::days;
+using std::chrono::seconds;
+using test::at;
+using test::entry;
+using test::noon;
+using test::noonClock;
+using test::row;
+using testing::ElementsAre;
+using testing::Pair;
+
+struct ContactsTest : testing::Test {
+    test::TemporaryFolder folder;
+    test::LogCapture log;
+    UserDefaults defaults{folder.path() / "Preferences.json", {}};
+
+    [[nodiscard]] std::filesystem::path data() const { return folder.path() / "data"; }
+    [[nodiscard]] std::string saved() const { return folder.read("data/ContactLog.json"); }
+    void write(const std::string &bytes) const {
+        std::filesystem::create_directories(data());
+        folder.write("data/ContactLog.json", bytes);
+    }
+};
+
+TEST_F(ContactsTest, KeepsOneRecordPerStudentAndCourse) {
+    ContactLog contacts(defaults, data(), noonClock);
+    contacts.noteContact(7, 1, at("2026-09-01T12:00:00Z"));
+    contacts.noteContacts(7, {2, 3}, at("2026-09-02T12:00:00Z"));
+    contacts.noteContact(8, 1, at("2026-09-03T12:00:00Z"));
+    contacts.noteContact(7, 1, at("2026-09-04T12:00:00.25Z"));
+    EXPECT_EQ(
+        saved(),
+        R"([{"courseID":7,"studentID":1,"contactedAt":810216000.25},)"
+        R"({"courseID":7,"studentID":2,"contactedAt":810043200.0},)"
+        R"({"courseID":7,"studentID":3,"contactedAt":810043200.0},)"
+        R"({"courseID":8,"studentID":1,"contactedAt":810129600.0}])");
+    EXPECT_EQ(contactsStatus(contacts), "4 students recorded.");
+    EXPECT_EQ(
+        std::ranges::count(test::LogCapture::lines(), "contacts: Noted a contact in course 7"), 4);
+    const ContactLog again(defaults, data(), noonClock);
+    EXPECT_EQ(again.records(), contacts.records());
+    EXPECT_EQ(again.lastContact(7, 1)->contactedAt, at("2026-09-04T12:00:00.25Z"));
+    EXPECT_EQ(again.lastContact(9, 1), std::nullopt);
+}
+
+TEST_F(ContactsTest, OldContactsAndUnreadableFilesGo) {
+    const auto record = [](std::int64_t course, Date date) {
+        return R"({"courseID":)" + std::to_string(course) + R"(,"studentID":1,"contactedAt":)" +
+            std::to_string((date - at("2001-01-01T00:00:00Z")).count() / 1'000'000) + "}";
+    };
+    const Date cutoff = noon - seconds(31'536'000);
+    write(
+        "[" + record(1, cutoff) + "," + record(2, cutoff - seconds(1)) + "," +
+        record(900'000, noon) + "," + record(920'000, noon) + "]");
+    {
+        const ContactLog contacts(defaults, data(), noonClock);
+        ASSERT_EQ(contacts.records().size(), 2U);
+        EXPECT_EQ(contacts.records()[1].courseID, 920'000);
+    }
+    EXPECT_EQ(std::ranges::count(saved(), '{'), 2);
+
+    for (const char *bytes :
+         {"", "{}", "[1]", R"([{"courseID":1}])",
+          R"([{"courseID":1,"studentID":"x","contactedAt":1}])",
+          R"([{"courseID":1,"studentID":1.5,"contactedAt":1}])",
+          R"([{"courseID":1,"studentID":18446744073709551615,"contactedAt":1}])",
+          R"([{"courseID":1,"studentID":1,"contactedAt":1e300}])",
+          R"([{"courseID":1,"studentID":1,"contactedAt":"2026"}])"}) {
+        write(bytes);
+        test::LogCapture::lines().clear();
+        ContactLog contacts(defaults, data(), noonClock);
+        EXPECT_TRUE(contacts.records().empty()) << bytes;
+        EXPECT_THAT(
+            test::LogCapture::lines(),
+            ElementsAre(testing::StartsWith("contacts: Couldn't read the contact log: ")));
+        EXPECT_EQ(saved(), bytes) << "left where it is until the next save";
+    }
+    ContactLog contacts(defaults, data(), noonClock);
+    contacts.noteContact(7, 1, noon);
+    EXPECT_EQ(std::ranges::count(saved(), '{'), 1);
+}
+
+TEST_F(ContactsTest, TwoProcessesAndAFullDiskLoseNothing) {
+    ContactLog window(defaults, data(), noonClock);
+    ContactLog commandLine(defaults, data(), noonClock);
+    window.noteContact(7, 1, noon);
+    commandLine.noteContact(7, 2, noon);
+    window.noteContact(7, 3, noon);
+    EXPECT_EQ(window.records().size(), 3U);
+    const auto elsewhere = folder.path() / "elsewhere";
+    std::filesystem::rename(data(), elsewhere);
+    folder.write("data", "in the way");
+    window.noteContact(7, 4, noon);
+    EXPECT_EQ(window.records().size(), 4U);
+    std::filesystem::remove(data());
+    std::filesystem::rename(elsewhere, data());
+    commandLine.noteContact(7, 5, noon);
+    window.noteContact(7, 1, noon + days(1));
+    EXPECT_EQ(std::ranges::count(saved(), '{'), 5);
+    defaults.set(preferences::rememberContacts, false);
+    EXPECT_TRUE(window.records().empty());
+    EXPECT_FALSE(std::filesystem::exists(data() / "ContactLog.json"));
+    window.noteContact(7, 1, noon);
+    EXPECT_EQ(contactsStatus(window), "Nothing recorded.");
+}
+
+struct OutreachTest : ContactsTest {
+    RosterHistory history{defaults, std::nullopt, noonClock};
+    ContactLog contacts{defaults, std::nullopt, noonClock};
+};
+
+TEST_F(OutreachTest, TellsWhatBecameOfAContact) {
+    struct Row {
+        std::int64_t daysAgo;
+        /// Empty when the history knows nothing of the student.
+        std::string then;
+        std::string now;
+        std::string text;
+        bool awaiting;
+        std::string word;
+    };
+    for (const Row &each : std::vector<Row>{
+             {0, "Watch", "Watch", "Wrote today — still Watch", false, "no change"},
+             {1, "Watch", "Concern", "Wrote yesterday — slipped to Concern since", false, "worse"},
+             {6, "Concern", "Concern", "Wrote 6 days ago — still Concern", false, "no change"},
+             {7, "Concern", "Concern", "Wrote 7 days ago — still Concern", true, "no change"},
+             {9, "At Risk", "Watch", "Wrote 9 days ago — improved to Watch since", false,
+              "improved"},
+             {10, "Watch", "At Risk", "Wrote 10 days ago — slipped to At Risk since", true,
+              "worse"},
+             {10, "OK", "Watch", "Wrote 10 days ago — slipped to Watch since", true, "worse"},
+             {10, "At Risk", "OK", "Wrote 10 days ago — no longer flagged since", false,
+              "improved"},
+             {10, "OK", "OK", "Wrote 10 days ago — not flagged", false, "no change"},
+             {10, "", "Watch", "Wrote 10 days ago — still Watch", true, "no change"},
+             {10, "Purple", "Watch", "Wrote 10 days ago — still Watch", true, "no change"},
+             {10, "", "OK", "Wrote 10 days ago — not flagged", false, "no change"}}) {
+        const Date contactedAt = noon - days(each.daysAgo);
+        history.fill({});
+        if (!each.then.empty())
+            history.fill({entry(7, 1, contactedAt, each.then)});
+        const auto since = outcome({7, 1, contactedAt}, row(1, each.now), history, noon);
+        EXPECT_EQ(outreachText(since), each.text);
+        EXPECT_EQ(isAwaitingFollowUp(since), each.awaiting) << each.text;
+        EXPECT_EQ(outcomeWord(since), each.word) << each.text;
+    }
+    const auto ahead = outcome({7, 1, noon + days(2)}, row(1, "OK"), history, noon);
+    EXPECT_EQ(ahead.daysSince, 0) << "a clock that was set back";
+}
+
+TEST_F(OutreachTest, TheLevelThenIsTheLastBeforeOrTheFirstAfter) {
+    const Date written = noon - days(8);
+    const auto then = [&](std::vector<RosterSnapshot> past) {
+        history.fill(std::move(past));
+        return outcome({7, 1, written}, row(1, "Watch"), history, noon).levelThen;
+    };
+    using Level = std::optional<RiskLevel>;
+    EXPECT_EQ(
+        then(
+            {entry(7, 1, written - days(1), "Concern"), entry(7, 1, written - days(2), "OK"),
+             entry(7, 1, written + seconds(1), "At Risk")}),
+        Level(RiskLevel::concern));
+    EXPECT_EQ(
+        then({entry(7, 1, written + days(2), "OK"), entry(7, 1, written + days(1), "At Risk")}),
+        Level(RiskLevel::atRisk));
+    EXPECT_EQ(then({entry(7, 2, written, "OK"), entry(8, 1, written, "OK")}), std::nullopt);
+}
+
+TEST_F(OutreachTest, CountsTheFlaggedStudents) {
+    const std::vector<RiskRow> rows{
+        row(1, "At Risk"), row(2, "Watch"), row(3, "Watch"), row(4, "OK")};
+    contacts.fill({{7, 1, noon - days(8)}, {7, 2, noon - days(1)}, {7, 4, noon - days(9)}});
+    const OutreachCounts counts = outreachCounts(rows, contacts, history, noon);
+    EXPECT_EQ(counts, (OutreachCounts{.flagged = 3, .contacted = 2, .awaitingFollowUp = 1}));
+    EXPECT_EQ(outreachLine(counts, true), "2 contacted · 1 awaiting follow-up · 1 not yet reached");
+    EXPECT_EQ(outreachLine({}, true), "No students flagged — nothing to reach out about.");
+    EXPECT_EQ(outreachLine(counts, false), "Contact marks are turned off in Settings.");
+}
+
+struct TrendSyncTest : ContactsTest {
+    SyncedFolder here{folder.path() / "cloud", folder.path() / "seen-here.json"};
+    TrendSync trends{defaults};
+
+    TrendSyncTest() {
+        defaults.set(preferences::syncSettings, true);
+        trends.setStore(&here);
+    }
+};
+
+TEST_F(TrendSyncTest, SharesTwoWeeksOfCounts) {
+    for (const char *day : {"2024-09-05", "2024-09-06", "2024-09-19"})
+        trends.publish(4512, 3, at(std::string(day) + "T12:00:00Z"));
+    trends.publish(4512, 4, at("2024-09-20T12:00:00Z"));
+    trends.publish(4512, 5, at("2024-09-20T20:00:00Z"));
+    EXPECT_EQ(
+        here.object("Trend.4512"),
+        PreferenceValue(std::string(R"({"2024-09-06":3,"2024-09-19":3,"2024-09-20":5})")));
+    EXPECT_THAT(
+        trends.remoteCounts(4512, at("2024-09-20T12:00:00Z")),
+        ElementsAre(Pair("2024-09-06", 3), Pair("2024-09-19", 3)));
+    for (const char *broken : {"x", "[]", R"({"2024-09-20":"many"})"}) {
+        here.set("Trend.1", std::string(broken));
+        EXPECT_TRUE(trends.remoteCounts(1, noon).empty()) << broken;
+    }
+    trends.publish(1, 2, noon);
+    EXPECT_EQ(here.object("Trend.1"), PreferenceValue(std::string(R"({"2026-09-24":2})")));
+}
+
+TEST_F(TrendSyncTest, DoesNothingWhileSwitchedOffOrInTheSampleCollege) {
+    trends.publish(1, 2, noon);
+    for (const auto &[key, value] :
+         {std::pair{preferences::syncSettings, false}, std::pair{preferences::sampleData, true}}) {
+        defaults.set(key, value);
+        trends.publish(1, 3, noon + days(1));
+        EXPECT_TRUE(trends.remoteCounts(1, noon + days(3)).empty());
+        defaults.remove(key.name);
+        defaults.set(preferences::syncSettings, true);
+    }
+    EXPECT_THAT(trends.remoteCounts(1, noon + days(3)), ElementsAre(Pair("2026-09-24", 2)));
+}
+
+TEST_F(TrendSyncTest, AnnouncesWhatAnotherMachineCounted) {
+    here.synchronize();
+    int announced = 0;
+    QObject::connect(&trends, &TrendSync::trendCountsDidSync, &trends, [&] { ++announced; });
+    trends.start();
+    trends.start();
+    EXPECT_EQ(std::ranges::count(test::LogCapture::lines(), "trendsync: Trend sync started"), 1);
+    trends.publish(3, 1, noon);
+    here.synchronize();
+    EXPECT_EQ(announced, 0) << "its own counts";
+    SyncedFolder there{folder.path() / "cloud", folder.path() / "seen-there.json"};
+    there.set("TrendX.1", std::string("{}"));
+    here.synchronize();
+    EXPECT_EQ(announced, 0);
+    there.set("Trend.12", std::string("{}"));
+    there.set("Trend.13", std::string("{}"));
+    here.synchronize();
+    EXPECT_EQ(announced, 1);
+}
+
+} // namespace
+} // namespace ellwynd

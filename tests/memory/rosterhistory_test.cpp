@@ -1,0 +1,242 @@
+#include "memory/historyfile.h"
+#include "memory/rosterhistory.h"
+#include "support/instants.h"
+#include "support/logcapture.h"
+#include "support/rosters.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include <csignal>
+#include <unistd.h>
+
+namespace ellwynd {
+namespace {
+
+using std::chrono::seconds;
+using test::at;
+using test::entry;
+using test::noon;
+using test::noonClock;
+using test::row;
+using testing::ElementsAre;
+
+constexpr auto fileName = "RosterHistory.json";
+
+struct HistoryTest : testing::Test {
+    test::TemporaryFolder folder;
+    test::LogCapture log;
+    UserDefaults defaults{folder.path() / "Preferences.json", {}};
+
+    [[nodiscard]] std::filesystem::path data() const { return folder.path() / "data"; }
+    [[nodiscard]] std::string saved() const { return folder.read(std::string("data/") + fileName); }
+    void write(const std::string &bytes) const {
+        std::filesystem::create_directories(data());
+        folder.write(std::string("data/") + fileName, bytes);
+    }
+    [[nodiscard]] RosterHistory open() { return {defaults, data(), noonClock}; }
+    [[nodiscard]] std::size_t filesBeside() const {
+        return std::size_t(std::ranges::count_if(
+            std::filesystem::directory_iterator(data()), [](const auto &file) {
+                return file.path().filename().string().find("unreadable") != std::string::npos;
+            }));
+    }
+};
+
+TEST_F(HistoryTest, IsWrittenKeyByKeyAndReadBack) {
+    {
+        RosterHistory history(defaults, data(), noonClock);
+        history.record({row(2, "Concern", 3), row(1, "OK")}, 7, at("2026-09-24T12:00:00.75Z"));
+    }
+    EXPECT_EQ(
+        saved(),
+        R"([{"courseID":7,"studentID":2,"recordedAt":"2026-09-24T12:00:00Z","level":"Concern","missingCount":3},)"
+        R"({"courseID":7,"studentID":1,"recordedAt":"2026-09-24T12:00:00Z","level":"OK","missingCount":0}])");
+    const RosterHistory again(defaults, data(), noonClock);
+    EXPECT_THAT(
+        again.entries(), ElementsAre(entry(7, 2, noon, "Concern", 3), entry(7, 1, noon, "OK")));
+    EXPECT_EQ(historyStatus(again), "1 day recorded.");
+}
+
+TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
+    RosterHistory history(defaults, data(), noonClock);
+    const Date yesterday = at("2026-09-24T04:59:59Z"); // 23:59:59 in Chicago
+    const Date midnight = at("2026-09-24T05:00:00Z");
+    const Date evening = at("2026-09-25T04:59:59Z");
+    history.record({row(1, "Watch")}, 7, yesterday);
+    history.record({row(1, "Watch"), row(2, "OK")}, 7, midnight);
+    history.record({row(1, "OK")}, 8, midnight);
+    history.record({row(1, "At Risk", 2)}, 7, evening);
+    history.record({}, 7, evening);
+    EXPECT_THAT(
+        history.entries(),
+        ElementsAre(
+            entry(7, 1, yesterday, "Watch"), entry(8, 1, midnight, "OK"),
+            entry(7, 1, evening, "At Risk", 2)));
+    EXPECT_EQ(history.dayCount(), 2);
+    EXPECT_EQ(history.entries(7, 1).size(), 2U);
+    EXPECT_TRUE(history.entries(7, 2).empty()) << "has left the roster";
+}
+
+TEST_F(HistoryTest, OldEntriesAndTheSampleCollegeAreCleanedOut) {
+    const Date cutoff = noon - seconds(31'536'000);
+    std::vector<RosterSnapshot> entries{
+        entry(7, 1, cutoff, "OK"),        entry(7, 2, cutoff - seconds(1), "OK"),
+        entry(899'999, 3, noon, "OK"),    entry(900'000, 4, noon, "OK"),
+        entry(919'999, 5, noon, "Watch"), entry(920'000, 6, noon, "Purple")};
+    write(encodeHistory(entries));
+    const RosterHistory history(defaults, data(), noonClock);
+    std::vector<std::int64_t> kept;
+    for (const RosterSnapshot &each : history.entries())
+        kept.push_back(each.studentID);
+    EXPECT_THAT(kept, ElementsAre(1, 3, 6));
+    EXPECT_EQ(decodeHistory(saved()), history.entries()) << "an unknown level is kept";
+}
+
+TEST_F(HistoryTest, WhatCannotBeReadIsSetAsideWithItsBytes) {
+    const std::string good =
+        R"({"courseID":7,"studentID":1,"recordedAt":"2026-09-24T12:00:00Z","level":"OK","missingCount":0})";
+    const auto with = [&](std::string_view key, std::string_view value) {
+        std::string text = good;
+        const std::size_t begin = text.find(key);
+        const std::size_t end = text.find_first_of(",}", begin);
+        return "[" + text.replace(begin, end - begin, std::string(key) + std::string(value)) + "]";
+    };
+    struct Row {
+        std::string bytes;
+        std::string problem;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"", "Empty"},
+             {"{}", "It is no list."},
+             {"[" + good, ""},
+             {"[7]", "Entry 0: the entry has another type."},
+             {with("\"level\":", "1"), "Entry 0: level has another type."},
+             {with("\"level\":", "\"OK\",\"x\":"), ""},
+             {with("\"courseID\":", "7.0"), "Entry 0: courseID has another type."},
+             {with("\"missingCount\":", "null"), "Entry 0: missingCount has another type."},
+             {with("\"studentID\":", "9223372036854775808"), "studentID has another type."},
+             {with("\"recordedAt\":", "\"2026-09-24\""), "Entry 0: recordedAt is no instant."},
+             {"[{}]", "is missing"},
+             {std::string(200, '[') + std::string(200, ']'), ""},
+         }) {
+        std::filesystem::remove_all(data());
+        test::LogCapture::lines().clear();
+        write(row.bytes);
+        RosterHistory history(defaults, data(), noonClock);
+        EXPECT_TRUE(history.entries().empty());
+        ASSERT_EQ(test::LogCapture::lines().size(), 2U) << row.bytes;
+        EXPECT_THAT(
+            test::LogCapture::lines()[0],
+            testing::AllOf(
+                testing::StartsWith("history: Couldn't read roster history: "),
+                testing::HasSubstr(row.problem)));
+        EXPECT_EQ(
+            test::LogCapture::lines()[1],
+            "history: Set it aside at RosterHistory.unreadable-1790251200.json");
+        EXPECT_EQ(folder.read("data/RosterHistory.unreadable-1790251200.json"), row.bytes);
+        history.record({test::row(1, "OK")}, 7, noon);
+        EXPECT_EQ(decodeHistory(saved()).size(), 1U);
+    }
+    write("again");
+    static_cast<void>(open());
+    EXPECT_EQ(filesBeside(), 2U) << "one set aside in the same second is not overwritten";
+}
+
+TEST_F(HistoryTest, TwoProcessesKeepEachOthersEntries) {
+    RosterHistory window(defaults, data(), noonClock);
+    RosterHistory commandLine(defaults, data(), noonClock);
+    commandLine.record({row(1, "Watch")}, 7, noon);
+    window.record({row(2, "OK")}, 8, noon);
+    commandLine.record({row(3, "OK")}, 9, noon);
+    EXPECT_EQ(decodeHistory(saved()).size(), 3U);
+    commandLine.deleteAll();
+    window.record({row(4, "OK")}, 8, noon);
+    EXPECT_THAT(decodeHistory(saved()), ElementsAre(entry(8, 4, noon, "OK")))
+        << "what was forgotten elsewhere does not come back";
+    write("broken");
+    window.record({row(5, "OK")}, 9, noon);
+    EXPECT_EQ(decodeHistory(saved()).size(), 2U);
+    EXPECT_EQ(filesBeside(), 1U);
+}
+
+TEST_F(HistoryTest, WhatCouldNotBeSavedIsWrittenWithTheNextChange) {
+    RosterHistory window(defaults, data(), noonClock);
+    window.record({row(1, "Watch")}, 7, noon);
+    // The folder goes away, and a file stands where it was.
+    const auto elsewhere = folder.path() / "elsewhere";
+    std::filesystem::rename(data(), elsewhere);
+    folder.write("data", "in the way");
+    window.record({row(2, "OK")}, 8, noon);
+    EXPECT_THAT(
+        test::LogCapture::lines().back(),
+        testing::StartsWith("history: Couldn't save roster history: "));
+    EXPECT_EQ(window.entries().size(), 2U);
+    // It comes back, with what another process recorded meanwhile.
+    std::filesystem::remove(data());
+    std::filesystem::rename(elsewhere, data());
+    RosterHistory(defaults, data(), noonClock).record({row(9, "OK")}, 9, noon);
+    window.record({row(3, "OK")}, 10, noon);
+    EXPECT_EQ(decodeHistory(saved()).size(), 4U);
+    // A folder that vanishes as a whole says nothing of what to remember.
+    std::filesystem::remove_all(data());
+    window.record({row(4, "OK")}, 11, noon);
+    EXPECT_EQ(decodeHistory(saved()).size(), 5U);
+}
+
+TEST_F(HistoryTest, SwitchedOffItForgetsAndRecordsNothing) {
+    RosterHistory history(defaults, data(), noonClock);
+    int announced = 0;
+    QObject::connect(&history, &RosterHistory::historyDidChange, &history, [&] { ++announced; });
+    history.record({row(1, "Watch")}, 7, noon);
+    defaults.set(preferences::rememberRosterHistory, false);
+    EXPECT_TRUE(history.entries().empty());
+    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    EXPECT_EQ(test::LogCapture::lines().back(), "history: Roster history deleted");
+    history.record({row(1, "Watch")}, 7, noon);
+    EXPECT_EQ(announced, 2);
+    EXPECT_EQ(historyStatus(history), "Nothing recorded.");
+    defaults.set("RememberRosterHistory", std::string("neither"));
+    EXPECT_TRUE(history.isEnabled());
+
+    RosterHistory inMemory(defaults, std::nullopt, noonClock);
+    inMemory.record({row(1, "Watch")}, 900'101, noon);
+    EXPECT_EQ(inMemory.entries().size(), 1U);
+    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+}
+
+/// A thousand saves in a process that is killed at some moment of each round.
+TEST_F(HistoryTest, AKilledProcessLeavesAWholeFile) {
+    for (int round = 0; round < 20; ++round) {
+        int progress[2];
+        ASSERT_EQ(::pipe(progress), 0);
+        const pid_t writer = ::fork();
+        ASSERT_GE(writer, 0);
+        if (writer == 0) {
+            RosterHistory history(defaults, data(), noonClock);
+            std::vector<RiskRow> rows;
+            for (std::int64_t id = 0; id < 200; ++id)
+                rows.push_back(row(id, "Watch", id));
+            for (std::int64_t course = 1;; ++course) {
+                history.record(rows, 1 + course % 20, noon);
+                static_cast<void>(!::write(progress[1], "x", 1));
+            }
+        }
+        ::close(progress[1]);
+        // Wherever the writer is after this many saves.
+        char done = 0;
+        for (int saves = 0; saves < 40 + round; ++saves)
+            ASSERT_EQ(::read(progress[0], &done, 1), 1);
+        ::kill(writer, SIGKILL);
+        ASSERT_EQ(::waitpid(writer, nullptr, 0), writer);
+        ::close(progress[0]);
+        EXPECT_EQ(decodeHistory(saved()).size() % 200, 0U);
+    }
+    static_cast<void>(open());
+    const auto left = std::distance(std::filesystem::directory_iterator(data()), {});
+    EXPECT_EQ(left, 2) << "the file and its lock";
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,29 @@
+// The log lines of a test.
+#pragma once
+
+#include "platform/log.h"
+
+#include <vector>
+
+namespace ellwynd::test {
+
+/// Collects what is logged while it lives, as "category: message".
+class LogCapture {
+  public:
+    LogCapture() {
+        lines().clear();
+        Log::setSink([](std::string_view category, Log::Level, std::string_view message) {
+            lines().push_back(std::string(category) + ": " + std::string(message));
+        });
+    }
+    ~LogCapture() { Log::setSink(nullptr); }
+    LogCapture(const LogCapture &) = delete;
+    LogCapture &operator=(const LogCapture &) = delete;
+
+    static std::vector<std::string> &lines() {
+        static std::vector<std::string> collected;
+        return collected;
+    }
+};
+
+} // namespace ellwynd::test

@@ -1,0 +1,25 @@
+// Scored rows and histories in a line each.
+#pragma once
+
+#include "memory/rosterhistory.h"
+
+namespace ellwynd::test {
+
+/// A row of course 7 with a level by its name; "OK" and "" are none.
+inline RiskRow row(std::int64_t id, std::string_view level, std::int64_t missing = 0) {
+    RiskRow result{
+        .id = id, .name = "Student " + std::to_string(id), .missingCount = missing, .courseID = 7};
+    for (const RiskLevel candidate : allRiskLevels) {
+        if (levelName(candidate) == level)
+            result.level = candidate;
+    }
+    return result;
+}
+
+inline RosterSnapshot entry(
+    std::int64_t course, std::int64_t student, Date date, std::string level,
+    std::int64_t missing = 0) {
+    return {course, student, date, std::move(level), missing};
+}
+
+} // namespace ellwynd::test

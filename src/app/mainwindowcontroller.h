@@ -6,9 +6,9 @@
 #include "app/rostercache.h"
 #include "app/rosterview.h"
 #include "app/studentpast.h"
-#include "app/termgroups.h"
 #include "app/visit.h"
 #include "canvas/records/canvaserror.h"
+#include "canvas/records/termgroups.h"
 
 #include <QObject>
 

@@ -1,6 +1,6 @@
 #include "app/rostertexts.h"
-#include "app/termgroups.h"
 #include "app/termroster.h"
+#include "canvas/records/termgroups.h"
 #include "canvas/runtoend.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"

@@ -1,8 +1,8 @@
 #include "app/canvaslinks.h"
 #include "app/rostertexts.h"
 #include "app/settings.h"
-#include "app/termgroups.h"
 #include "app/termroster.h"
+#include "canvas/records/termgroups.h"
 #include "support/instants.h"
 #include "support/temporaryfolder.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/courseselection.h"
-#include "app/termgroups.h"
+#include "canvas/records/termgroups.h"
 
 #include <QAbstractItemModel>
 

@@ -1,4 +1,4 @@
-#include "app/termgroups.h"
+#include "canvas/records/termgroups.h"
 
 #include <algorithm>
 #include <tuple>

@@ -47,4 +47,12 @@ std::string shortTime(Date date) {
     return QLocale().toString(local(date).time(), QLocale::ShortFormat).toStdString();
 }
 
+std::string shortDay(Date date, Date now) {
+    const QDate day = local(date).date();
+    const bool thisYear = day.year() == local(now).date().year();
+    return QLocale::c()
+        .toString(day, thisYear ? QStringLiteral("ddd, MMM d") : QStringLiteral("ddd, MMM d, yyyy"))
+        .toStdString();
+}
+
 } // namespace ellwynd::calendar

@@ -29,6 +29,9 @@ namespace calendar {
 /// The time of day in the short style of the user's locale, such as "9:41 AM".
 [[nodiscard]] std::string shortTime(Date date);
 
+/// "Wed, Sep 23", with the year where that is not the year of `now`.
+[[nodiscard]] std::string shortDay(Date date, Date now);
+
 } // namespace calendar
 
 } // namespace ellwynd

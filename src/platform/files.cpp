@@ -52,6 +52,11 @@ void makeFolders(const fs::path &folder) {
     }
 }
 
+FileError unwritable(const fs::path &file, int code) {
+    return FileError(
+        fmt::format("{} couldn't be written: {}.", file.filename().string(), systemMessage(code)));
+}
+
 bool writeAll(int fd, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(fd, bytes.data(), bytes.size());
@@ -117,24 +122,39 @@ std::optional<std::string> files::read(const fs::path &file, std::size_t limit) 
     return bytes;
 }
 
-void files::replace(const fs::path &file, std::string_view bytes) {
-    const auto fail = [&](int code) {
-        throw FileError(fmt::format(
-            "{} couldn't be written: {}.", file.filename().string(), systemMessage(code)));
-    };
+files::Replacement::Replacement(fs::path replaced, std::string_view bytes)
+    : file(std::move(replaced)) {
     makeFolders(file.parent_path());
-
-    std::string beside = (file.parent_path() / (besideName(file) + "XXXXXX"));
+    std::error_code error;
+    if (fs::is_directory(file, error))
+        throw unwritable(file, EISDIR);
+    beside = file.parent_path() / (besideName(file) + "XXXXXX");
+    // mkostemp makes the file 0600.
     Descriptor descriptor(::mkostemp(beside.data(), O_CLOEXEC));
     if (descriptor.get() < 0)
-        fail(errno);
-    // mkostemp makes the file 0600. The bytes are on the disk before the name is.
+        throw unwritable(file, errno);
+    // The bytes are on the disk before the name is.
     if (!writeAll(descriptor.get(), bytes) || ::fsync(descriptor.get()) != 0 ||
-        descriptor.close() != 0 || ::rename(beside.c_str(), file.c_str()) != 0) {
+        descriptor.close() != 0) {
         const int code = errno;
         ::unlink(beside.c_str());
-        fail(code);
+        throw unwritable(file, code);
     }
+}
+
+files::Replacement::~Replacement() {
+    if (!beside.empty())
+        ::unlink(beside.c_str());
+}
+
+void files::Replacement::commit() {
+    if (::rename(beside.c_str(), file.c_str()) != 0)
+        throw unwritable(file, errno);
+    beside.clear();
+}
+
+void files::replace(const fs::path &file, std::string_view bytes) {
+    Replacement(file, bytes).commit();
 }
 
 void files::removeLeftovers(const fs::path &file) noexcept {
@@ -211,6 +231,10 @@ fs::path directories::config() {
 
 fs::path directories::data() {
     return baseDirectory("XDG_DATA_HOME", ".local/share") / "Ellwynd";
+}
+
+fs::path directories::widgetContainer() {
+    return baseDirectory("XDG_DATA_HOME", ".local/share") / "Q7ZK2M9TXB.com.varnok.Ellwynd";
 }
 
 } // namespace ellwynd

@@ -25,6 +25,27 @@ namespace files {
 /// @throws FileError for a folder, a file above the limit, or one that cannot be read.
 [[nodiscard]] std::optional<std::string> read(const std::filesystem::path &file, std::size_t limit);
 
+/// New bytes for a file, already on the disk beside it: what can fail has mostly failed before the
+/// file is touched, so that several files can change together or not at all.
+class Replacement {
+  public:
+    /// A new file is readable by its owner alone, and so is every folder made on the way.
+    /// @throws FileError when the bytes cannot be written, or could not take the file's place.
+    Replacement(std::filesystem::path file, std::string_view bytes);
+    /// Takes the bytes away again unless they are in place.
+    ~Replacement();
+    Replacement(const Replacement &) = delete;
+    Replacement &operator=(const Replacement &) = delete;
+
+    /// Puts the bytes in the file's place. Called at most once.
+    /// @throws FileError when it cannot; the old file is then as it was.
+    void commit();
+
+  private:
+    std::filesystem::path file;
+    std::string beside;
+};
+
 /// Replaces a file as a whole: a reader, or a crash at any instant, finds the old bytes or the new
 /// ones. A new file is readable by its owner alone, and so is every folder made on the way.
 /// @throws FileError when it cannot; the old file is then as it was.
@@ -79,6 +100,10 @@ namespace directories {
 
 /// The files the program remembers by: "$XDG_DATA_HOME/Ellwynd".
 [[nodiscard]] std::filesystem::path data();
+
+/// The container that the program shares with its widgets:
+/// "$XDG_DATA_HOME/Q7ZK2M9TXB.com.varnok.Ellwynd".
+[[nodiscard]] std::filesystem::path widgetContainer();
 
 } // namespace directories
 

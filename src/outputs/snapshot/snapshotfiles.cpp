@@ -1,0 +1,68 @@
+#include "outputs/snapshot/snapshotfiles.h"
+
+#include "platform/files.h"
+#include "platform/log.h"
+
+#include <fmt/format.h>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr Log logger{"widgets"};
+/// A term of forty courses takes some 8 KiB.
+constexpr std::size_t fileLimit = 4 * 1024 * 1024;
+
+void logFailure(const std::exception &error) {
+    logger.error(fmt::format("Widget snapshot failed: {}", error.what()));
+}
+
+} // namespace
+
+WidgetSnapshotWriter::WidgetSnapshotWriter(
+    std::filesystem::path folder, std::function<void()> reloadAll)
+    : container(std::move(folder)), reload(std::move(reloadAll)) {}
+
+void WidgetSnapshotWriter::write(const WidgetSnapshotFile &file) const {
+    const auto automatic = automaticSnapshot(file);
+    if (!automatic) {
+        logger.info("Widget snapshot skipped: automatic term incomplete");
+        return;
+    }
+    try {
+        // Both are on the disk before either takes its place.
+        files::Replacement two(container / widgetFiles::versionTwo, encode(file));
+        files::Replacement one(container / widgetFiles::versionOne, encode(*automatic));
+        two.commit();
+        one.commit();
+    } catch (const std::exception &error) {
+        logFailure(error);
+        return;
+    }
+    reload();
+    logger.info(fmt::format("Widget snapshot updated: {} term(s), counts only", file.terms.size()));
+}
+
+void WidgetSnapshotWriter::clear() const {
+    try {
+        for (const auto name : {widgetFiles::versionTwo, widgetFiles::versionOne})
+            std::filesystem::remove(container / name);
+    } catch (const std::filesystem::filesystem_error &error) {
+        logFailure(error);
+        return;
+    }
+    reload();
+    logger.info("Widget snapshot cleared");
+}
+
+std::optional<WidgetSnapshotFile> readWidgetSnapshot(const std::filesystem::path &container) {
+    try {
+        const auto text = files::read(container / widgetFiles::versionTwo, fileLimit);
+        return text ? decodeWidgetSnapshotFile(*text) : std::nullopt;
+    } catch (const FileError &error) {
+        logger.error(error.what());
+        return std::nullopt;
+    }
+}
+
+} // namespace ellwynd

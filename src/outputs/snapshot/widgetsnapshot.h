@@ -1,0 +1,70 @@
+// What the desktop widgets know: counts per course of the nearby terms, and nothing of any student.
+#pragma once
+
+#include "platform/date.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ellwynd {
+
+struct WidgetCourseSummary {
+    std::int64_t id = 0;
+    /// Absent when course names are hidden.
+    std::optional<std::string> name;
+    // Students at each level, and all students that were scored.
+    std::int64_t atRisk = 0;
+    std::int64_t concern = 0;
+    std::int64_t watch = 0;
+    std::int64_t total = 0;
+
+    bool operator==(const WidgetCourseSummary &) const = default;
+};
+
+struct WidgetTermSummary {
+    std::int64_t id = 0;
+    std::string title;
+    std::vector<WidgetCourseSummary> courses;
+
+    bool operator==(const WidgetTermSummary &) const = default;
+};
+
+/// Version 2: every nearby term that was scored completely.
+struct WidgetSnapshotFile {
+    /// When the numbers were computed.
+    Date updatedAt;
+    /// What a widget set to Automatic shows.
+    std::int64_t automaticTermID = 0;
+    std::vector<WidgetTermSummary> terms;
+
+    bool operator==(const WidgetSnapshotFile &) const = default;
+};
+
+/// Version 1: the automatic term alone, for widgets older than the term choice.
+struct WidgetSnapshot {
+    Date updatedAt;
+    std::string termTitle;
+    std::vector<WidgetCourseSummary> courses;
+
+    bool operator==(const WidgetSnapshot &) const = default;
+};
+
+/// The term of that id, or null.
+[[nodiscard]] const WidgetTermSummary *findTerm(const WidgetSnapshotFile &file, std::int64_t id);
+
+/// The version-1 snapshot of the automatic term; absent when the file lacks that term.
+[[nodiscard]] std::optional<WidgetSnapshot> automaticSnapshot(const WidgetSnapshotFile &file);
+
+/// JSON, pretty-printed with sorted keys; dates are ISO 8601 to the second.
+[[nodiscard]] std::string encode(const WidgetSnapshotFile &file);
+[[nodiscard]] std::string encode(const WidgetSnapshot &snapshot);
+
+/// Reads a version-2 file. Absent for whatever is not one as a whole: other JSON, a key that is
+/// missing or of another type, a count that is negative or above a thousand million, more than a
+/// thousand terms. Keys that it does not know are skipped.
+[[nodiscard]] std::optional<WidgetSnapshotFile> decodeWidgetSnapshotFile(std::string_view text);
+
+} // namespace ellwynd

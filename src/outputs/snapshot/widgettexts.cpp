@@ -1,0 +1,141 @@
+#include "outputs/snapshot/widgettexts.h"
+
+#include "platform/calendar.h"
+
+#include <algorithm>
+#include <numeric>
+#include <tuple>
+
+namespace ellwynd {
+
+namespace {
+
+using Courses = std::vector<WidgetCourseSummary>;
+
+std::int64_t flaggedOf(const WidgetCourseSummary &course) {
+    return course.atRisk + course.concern + course.watch;
+}
+
+std::string attentionText(std::int64_t count) {
+    return count == 1 ? "student needs attention" : "students need attention";
+}
+
+/// A name as one line: what stands in for a line break in a title would break the widget's layout.
+std::string oneLine(std::string text) {
+    for (char &c : text) {
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f)
+            c = ' ';
+    }
+    return text;
+}
+
+std::array<WidgetLevelCount, 3> levelCounts(const WidgetCourseSummary &course) {
+    return {
+        {{WidgetLevel::atRisk, course.atRisk},
+         {WidgetLevel::concern, course.concern},
+         {WidgetLevel::watch, course.watch}}};
+}
+
+WidgetRow rowOf(const WidgetCourseSummary &course, std::size_t position) {
+    WidgetRow row{
+        .courseID = course.id,
+        .label = course.name ? oneLine(*course.name) : "Course " + std::to_string(position),
+        .nameHidden = !course.name,
+        .link = "ellwynd://course/" + std::to_string(course.id)};
+    for (const WidgetLevelCount &count : levelCounts(course)) {
+        if (count.count > 0)
+            row.levels.push_back(count);
+    }
+    row.summary = row.levels.empty() ? "All OK" : std::to_string(flaggedOf(course)) + " flagged";
+    row.spoken = row.label + ", " + row.summary;
+    for (const WidgetLevelCount &count : row.levels)
+        row.spoken += ", " + levelCountText(count);
+    return row;
+}
+
+/// Places of the courses to show, in rising order.
+std::vector<std::size_t> placesWithin(const Courses &courses, std::size_t room) {
+    std::vector<std::size_t> places(courses.size());
+    std::iota(places.begin(), places.end(), 0);
+    if (places.size() <= room)
+        return places;
+    const auto severity = [&](std::size_t place) {
+        const WidgetCourseSummary &course = courses[place];
+        return std::tuple(course.atRisk, course.concern, course.watch);
+    };
+    std::ranges::stable_sort(places, std::greater{}, severity);
+    places.resize(room);
+    std::ranges::sort(places);
+    return places;
+}
+
+} // namespace
+
+std::vector<WidgetTermEntity> widgetTermQuery(const std::optional<WidgetSnapshotFile> &file) {
+    std::vector<WidgetTermEntity> entities{{.title = "Automatic"}};
+    if (file) {
+        for (const WidgetTermSummary &term : file->terms)
+            entities.push_back({.id = term.id, .title = oneLine(term.title)});
+    }
+    return entities;
+}
+
+const WidgetTermSummary *
+shownTerm(const WidgetSnapshotFile &file, const std::optional<std::int64_t> &chosen) {
+    const WidgetTermSummary *term = chosen ? findTerm(file, *chosen) : nullptr;
+    return term != nullptr ? term : findTerm(file, file.automaticTermID);
+}
+
+std::string_view widgetLevelName(WidgetLevel level) {
+    switch (level) {
+    case WidgetLevel::atRisk:
+        return "At Risk";
+    case WidgetLevel::concern:
+        return "Concern";
+    case WidgetLevel::watch:
+        break;
+    }
+    return "Watch";
+}
+
+std::string levelCountText(const WidgetLevelCount &count) {
+    return std::to_string(count.count) + " " + std::string(widgetLevelName(count.level));
+}
+
+std::string asOfText(Date updatedAt, Date now) {
+    const std::string time = calendar::shortTime(updatedAt);
+    if (calendar::daysBetween(updatedAt, now) == 0)
+        return "as of " + time;
+    return "as of " + calendar::shortDay(updatedAt, now) + ", " + time;
+}
+
+WidgetContent widgetContent(
+    const std::optional<WidgetSnapshotFile> &file, const std::optional<std::int64_t> &chosen,
+    std::size_t room, Date now) {
+    const WidgetTermSummary *term = file ? shownTerm(*file, chosen) : nullptr;
+    if (term == nullptr)
+        return {.message = "Open Ellwynd to load your courses"};
+
+    WidgetCourseSummary sum;
+    for (const WidgetCourseSummary &course : term->courses) {
+        sum.atRisk += course.atRisk;
+        sum.concern += course.concern;
+        sum.watch += course.watch;
+    }
+    WidgetContent content{
+        .title = oneLine(term->title),
+        .flagged = flaggedOf(sum),
+        .attention = attentionText(flaggedOf(sum)),
+        .levels = levelCounts(sum),
+        .asOf = asOfText(file->updatedAt, now)};
+    content.headline =
+        std::to_string(content.flagged) + " " + content.attention + " in " + content.title;
+    for (const std::size_t place : placesWithin(term->courses, room))
+        content.rows.push_back(rowOf(term->courses[place], place + 1));
+    const std::size_t hidden = term->courses.size() - content.rows.size();
+    if (hidden > 0)
+        content.more = std::to_string(hidden) + " more in Ellwynd";
+    return content;
+}
+
+} // namespace ellwynd

@@ -1,0 +1,111 @@
+#include "outputs/nearbyterms.h"
+#include "support/instants.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using test::noon;
+using testing::ElementsAre;
+
+constexpr std::int64_t day = 86'400;
+
+/// Seconds from noon; negative before it.
+using Offset = std::optional<std::int64_t>;
+
+std::optional<Date> instant(const Offset &offset) {
+    return offset ? std::optional{Date(noon + std::chrono::seconds(*offset))} : std::nullopt;
+}
+
+Term term(std::int64_t id, const Offset &start, const Offset &end) {
+    return {.id = id, .startAt = instant(start), .endAt = instant(end)};
+}
+
+/// One course a term; courses without a term are left aside.
+std::vector<Course> coursesOf(const std::vector<Term> &terms) {
+    std::vector<Course> courses{{.id = 1}};
+    for (const Term &each : terms)
+        courses.push_back({.id = 100 + each.id, .term = each});
+    return courses;
+}
+
+TEST(NearbyTerms, BoundsBelongToTheTerm) {
+    struct Row {
+        const char *name;
+        Offset start;
+        Offset end;
+        bool nearby;
+    };
+    const Row rows[] = {
+        {"no dates", {}, {}, false},
+        {"an end without a start", {}, day, false},
+        {"in session", -30 * day, 30 * day, true},
+        {"starts now", 0, 90 * day, true},
+        {"ends now", -90 * day, 0, true},
+        {"starts in a second", 1, 90 * day, true},
+        {"starts in 60 days", 60 * day, 150 * day, true},
+        {"starts in 60 days and a second", 60 * day + 1, 150 * day, false},
+        {"starts in 61 days", 61 * day, {}, false},
+        {"starts in 60 days without an end", 60 * day, {}, true},
+        {"ended 30 days ago", -120 * day, -30 * day, true},
+        {"ended 30 days and a second ago", -120 * day, -30 * day - 1, false},
+        {"ended 31 days ago", -120 * day, -31 * day, false},
+        {"began 119 days ago without an end", -119 * day, {}, true},
+        {"began 120 days ago without an end", -120 * day, {}, true},
+        {"began 120 days and a second ago without an end", -120 * day - 1, {}, false},
+        {"began 121 days ago without an end", -121 * day, {}, false},
+        {"began a year ago and still runs", -365 * day, day, true},
+    };
+    for (const Row &row : rows)
+        EXPECT_EQ(isNearby(term(7, row.start, row.end), noon), row.nearby) << row.name;
+}
+
+TEST(NearbyTerms, AreGroupedNewestStartFirst) {
+    const auto courses = coursesOf(
+        {term(1, -40 * day, 50 * day), term(2, -400 * day, -300 * day), term(3, 50 * day, {}),
+         term(4, -40 * day, 50 * day)});
+    std::vector<std::int64_t> ids;
+    for (const TermGroup &group : nearbyTerms(courses, noon)) {
+        ASSERT_EQ(group.courses.size(), 1U);
+        EXPECT_EQ(group.courses[0].id, 100 + group.term->id);
+        ids.push_back(group.term->id);
+    }
+    EXPECT_THAT(ids, ElementsAre(3, 4, 1));
+}
+
+TEST(AutomaticTerm, IsTheLatestInSessionElseTheLatestStarted) {
+    struct Row {
+        const char *name;
+        std::vector<Term> terms;
+        std::optional<std::int64_t> id;
+    };
+    const Row rows[] = {
+        {"no terms", {}, {}},
+        {"none has started", {term(1, 1, 90 * day), term(2, {}, {})}, {}},
+        {"one in session", {term(1, -day, day), term(2, -90 * day, -2 * day)}, 1},
+        {"overlapping terms", {term(1, -10 * day, day), term(2, -5 * day, 90 * day)}, 2},
+        {"a tie", {term(8, -day, day), term(9, -day, 2 * day), term(7, -day, day)}, 9},
+        {"in session before started later",
+         {term(1, -100 * day, day), term(2, -50 * day, -day)},
+         1},
+        {"starting now", {term(1, -90 * day, day), term(2, 0, 90 * day)}, 2},
+        {"ending now", {term(1, -90 * day, 0), term(2, -50 * day, -1)}, 1},
+        {"between terms", {term(1, -200 * day, -100 * day), term(2, -90 * day, -day)}, 2},
+        {"between terms, another is upcoming", {term(1, -90 * day, -day), term(2, day, {})}, 1},
+        {"long over, so not nearby", {term(1, -400 * day, -300 * day)}, 1},
+        {"no end, 120 days ago", {term(1, -120 * day, {}), term(2, -110 * day, -day)}, 1},
+        {"no end, 121 days ago", {term(1, -121 * day, {}), term(2, -150 * day, -day)}, 1},
+        {"no end, 121 days ago, another in session",
+         {term(1, -121 * day, {}), term(2, -150 * day, day)},
+         2},
+        {"a tie between terms", {term(3, -90 * day, -day), term(5, -90 * day, -2 * day)}, 5},
+    };
+    for (const Row &row : rows) {
+        const auto automatic = automaticTerm(coursesOf(row.terms), noon);
+        EXPECT_EQ(automatic ? std::optional{automatic->id} : std::nullopt, row.id) << row.name;
+    }
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,189 @@
+#include "outputs/snapshot/snapshotfiles.h"
+#include "platform/files.h"
+#include "platform/log.h"
+#include "support/snapshots.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+namespace ellwynd {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+std::vector<std::string> &logged() {
+    static std::vector<std::string> lines;
+    return lines;
+}
+
+struct WidgetSnapshotTest : testing::Test {
+    test::TemporaryFolder folder;
+    std::filesystem::path container = folder.path() / "container";
+    int reloads = 0;
+    WidgetSnapshotWriter writer{container, [this] { ++reloads; }};
+
+    WidgetSnapshotTest() {
+        logged().clear();
+        Log::setSink([](std::string_view category, Log::Level level, std::string_view message) {
+            logged().push_back(
+                (level == Log::Level::error ? "error " : "info ") + std::string(category) + ": " +
+                std::string(message));
+        });
+    }
+    ~WidgetSnapshotTest() override { Log::setSink(nullptr); }
+
+    [[nodiscard]] std::string text(std::string_view name) const {
+        return files::read(container / name, 100'000).value_or("no file");
+    }
+    [[nodiscard]] mode_t modeOf(std::string_view name) const {
+        struct stat info {};
+        EXPECT_EQ(::stat((container / name).c_str(), &info), 0);
+        return info.st_mode & 0777U;
+    }
+};
+
+TEST_F(WidgetSnapshotTest, WritesBothVersionsThenReloads) {
+    WidgetSnapshotFile file = test::twoTerms();
+    file.terms[1].courses[0].name.reset();
+    writer.write(file);
+    EXPECT_EQ(text("WidgetSnapshotV2.json"), R"({
+  "automaticTermID": 20,
+  "terms": [
+    {
+      "courses": [
+        {
+          "atRisk": 4,
+          "concern": 2,
+          "id": 4021,
+          "name": "Bio",
+          "total": 26,
+          "watch": 1
+        },
+        {
+          "atRisk": 0,
+          "concern": 0,
+          "id": 4022,
+          "name": "Chem",
+          "total": 24,
+          "watch": 0
+        }
+      ],
+      "id": 20,
+      "title": "Fall 2026"
+    },
+    {
+      "courses": [
+        {
+          "atRisk": 0,
+          "concern": 0,
+          "id": 3310,
+          "total": 12,
+          "watch": 1
+        }
+      ],
+      "id": 10,
+      "title": "Summer 2026"
+    }
+  ],
+  "updatedAt": "2026-09-24T12:00:00Z"
+}
+)");
+    EXPECT_THAT(text("WidgetSnapshot.json"), HasSubstr(R"(  "termTitle": "Fall 2026",
+  "updatedAt": "2026-09-24T12:00:00Z"
+})"));
+    EXPECT_THAT(text("WidgetSnapshot.json"), Not(HasSubstr("3310")));
+    EXPECT_EQ(readWidgetSnapshot(container), file);
+    EXPECT_EQ(reloads, 1);
+    EXPECT_THAT(
+        logged(), ElementsAre("info widgets: Widget snapshot updated: 2 term(s), counts only"));
+    EXPECT_EQ(modeOf("."), 0700U);
+    EXPECT_EQ(modeOf("WidgetSnapshot.json"), 0600U);
+    EXPECT_EQ(modeOf("WidgetSnapshotV2.json"), 0600U);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(container), {}), 2);
+}
+
+TEST_F(WidgetSnapshotTest, ClearingDeletesBothFiles) {
+    writer.write(test::twoTerms());
+    writer.clear();
+    EXPECT_TRUE(std::filesystem::is_empty(container));
+    EXPECT_EQ(readWidgetSnapshot(container), std::nullopt);
+    EXPECT_EQ(reloads, 2);
+    EXPECT_EQ(logged().back(), "info widgets: Widget snapshot cleared");
+    std::filesystem::remove(container);
+    writer.clear();
+    EXPECT_EQ(logged().back(), "info widgets: Widget snapshot cleared") << "nothing was there";
+}
+
+TEST_F(WidgetSnapshotTest, FailuresLeaveThePreviousFiles) {
+    writer.write(test::twoTerms());
+    const std::string before = text("WidgetSnapshotV2.json");
+    WidgetSnapshotFile next = test::twoTerms();
+    next.updatedAt += std::chrono::hours(1);
+
+    // A folder stands where version 1 would go, after version 2 was written.
+    std::filesystem::remove(container / "WidgetSnapshot.json");
+    std::filesystem::create_directory(container / "WidgetSnapshot.json");
+    writer.write(next);
+    EXPECT_EQ(text("WidgetSnapshotV2.json"), before);
+    EXPECT_THAT(
+        logged().back(), StartsWith("error widgets: Widget snapshot failed: WidgetSnapshot.json"));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(container), {}), 2);
+
+    next.automaticTermID = 77;
+    writer.write(next);
+    EXPECT_EQ(text("WidgetSnapshotV2.json"), before);
+    EXPECT_EQ(logged().back(), "info widgets: Widget snapshot skipped: automatic term incomplete");
+
+    const WidgetSnapshotWriter nowhere(folder.write("file", "") / "below", [this] { ++reloads; });
+    nowhere.write(test::twoTerms());
+    EXPECT_THAT(logged().back(), StartsWith("error widgets: Widget snapshot failed: "));
+    EXPECT_EQ(reloads, 1);
+}
+
+TEST_F(WidgetSnapshotTest, WhatIsNoSnapshotShowsNothing) {
+    const std::string whole = encode(test::twoTerms());
+    ASSERT_EQ(decodeWidgetSnapshotFile(whole), test::twoTerms());
+    const auto with = [&](const std::string &from, const std::string &to) {
+        std::string text = whole;
+        const auto place = text.find(from);
+        EXPECT_NE(place, std::string::npos) << from;
+        return text.replace(place, from.size(), to);
+    };
+    const std::pair<const char *, std::string> rows[] = {
+        {"nothing", ""},
+        {"cut short", whole.substr(0, whole.size() / 2)},
+        {"a list", "[]"},
+        {"an empty object", "{}"},
+        {"version 1", encode(*automaticSnapshot(test::twoTerms()))},
+        {"a count as text", with("\"atRisk\": 4", "\"atRisk\": \"4\"")},
+        {"a count as a real", with("\"atRisk\": 4", "\"atRisk\": 4.0")},
+        {"a negative count", with("\"atRisk\": 4", "\"atRisk\": -4")},
+        {"a count past all courses", with("\"atRisk\": 4", "\"atRisk\": 9000000000000000000")},
+        {"an id past 64 bits", with("4021", "18446744073709551615")},
+        {"a count missing", with("\"concern\": 2,", "")},
+        {"a name of null", with("\"Bio\"", "null")},
+        {"a title as a number", with("\"Fall 2026\"", "5")},
+        {"a course as text", with("{\n          \"atRisk\": 0", "\"x\", {\"atRisk\": 0")},
+        {"terms as an object",
+         R"({"automaticTermID":1,"updatedAt":"2026-09-24T12:00:00Z","terms":{}})"},
+        {"no instant", with("2026-09-24T12:00:00Z", "yesterday")},
+        {"bytes that are no UTF-8", with("Bio", "\xff\xfe")},
+        {"deep nesting", with("\"Bio\"", std::string(100'000, '['))},
+    };
+    for (const auto &[name, text] : rows)
+        EXPECT_EQ(decodeWidgetSnapshotFile(text), std::nullopt) << name;
+    // A newer version may say more.
+    EXPECT_EQ(
+        decodeWidgetSnapshotFile(with("\"total\": 26", "\"new\": [{}], \"total\": 26")),
+        test::twoTerms());
+
+    files::replace(container / widgetFiles::versionTwo, whole + std::string(5 * 1024 * 1024, ' '));
+    EXPECT_EQ(readWidgetSnapshot(container), std::nullopt);
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,122 @@
+#include "outputs/snapshot/widgettexts.h"
+#include "support/snapshots.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using test::at;
+using test::noon;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::size_t ample = 100;
+
+std::vector<std::string> labels(const WidgetContent &content) {
+    std::vector<std::string> texts;
+    for (const WidgetRow &row : content.rows)
+        texts.push_back(row.label);
+    return texts;
+}
+
+TEST(WidgetTexts, TellATermInCounts) {
+    const WidgetContent content = widgetContent(test::twoTerms(), {}, ample, noon);
+    EXPECT_EQ(content.message, "");
+    EXPECT_EQ(content.title, "Fall 2026");
+    EXPECT_EQ(content.flagged, 7);
+    EXPECT_EQ(content.attention, "students need attention");
+    EXPECT_EQ(content.headline, "7 students need attention in Fall 2026");
+    EXPECT_EQ(content.more, "");
+    ASSERT_EQ(content.rows.size(), 2U);
+    EXPECT_EQ(content.rows[0].summary, "7 flagged");
+    EXPECT_EQ(content.rows[0].spoken, "Bio, 7 flagged, 4 At Risk, 2 Concern, 1 Watch");
+    EXPECT_EQ(content.rows[0].link, "ellwynd://course/4021");
+    EXPECT_EQ(content.rows[1].summary, "All OK");
+    EXPECT_THAT(content.rows[1].levels, IsEmpty());
+
+    const WidgetContent summer = widgetContent(test::twoTerms(), 10, ample, noon);
+    EXPECT_EQ(summer.headline, "1 student needs attention in Summer 2026");
+    EXPECT_THAT(summer.rows[0].levels, ElementsAre(WidgetLevelCount{WidgetLevel::watch, 1}));
+}
+
+TEST(WidgetTexts, WithoutATermThereIsOneMessage) {
+    const WidgetContent nothing{.message = "Open Ellwynd to load your courses"};
+    EXPECT_EQ(widgetContent({}, {}, ample, noon), nothing);
+    WidgetSnapshotFile file = test::twoTerms();
+    file.automaticTermID = 99;
+    EXPECT_EQ(widgetContent(file, 98, ample, noon), nothing);
+    EXPECT_EQ(widgetContent(file, 10, ample, noon).title, "Summer 2026");
+}
+
+TEST(WidgetTexts, AChosenTermThatAgedOutShowsTheAutomaticOne) {
+    WidgetSnapshotFile file = test::twoTerms();
+    EXPECT_EQ(widgetContent(file, 10, ample, noon).title, "Summer 2026");
+    file.terms.pop_back();
+    EXPECT_EQ(widgetContent(file, 10, ample, noon).title, "Fall 2026");
+    EXPECT_THAT(
+        widgetTermQuery(file),
+        ElementsAre(WidgetTermEntity{{}, "Automatic"}, WidgetTermEntity{20, "Fall 2026"}));
+    EXPECT_THAT(widgetTermQuery({}), ElementsAre(WidgetTermEntity{{}, "Automatic"}));
+}
+
+TEST(WidgetTexts, AListCutShortKeepsWhoNeedsAttentionMost) {
+    WidgetSnapshotFile file = test::twoTerms();
+    file.terms[0].courses = {
+        {.id = 1, .name = "quiet"},
+        {.id = 2, .name = "watch", .watch = 9},
+        {.id = 3, .name = "risk", .atRisk = 1},
+        {.id = 4, .name = "concern", .concern = 3},
+        {.id = 5, .name = "also quiet"}};
+    const auto shown = [&](std::size_t room) { return widgetContent(file, {}, room, noon); };
+    EXPECT_THAT(labels(shown(5)), ElementsAre("quiet", "watch", "risk", "concern", "also quiet"));
+    EXPECT_EQ(shown(5).more, "");
+    EXPECT_THAT(labels(shown(4)), ElementsAre("quiet", "watch", "risk", "concern"));
+    EXPECT_EQ(shown(4).more, "1 more in Ellwynd");
+    EXPECT_THAT(labels(shown(2)), ElementsAre("risk", "concern"));
+    EXPECT_EQ(shown(2).more, "3 more in Ellwynd");
+    EXPECT_THAT(labels(shown(0)), IsEmpty());
+    EXPECT_EQ(shown(0).flagged, 13);
+
+    // A hidden name counts its place in the whole list.
+    for (WidgetCourseSummary &course : file.terms[0].courses)
+        course.name.reset();
+    EXPECT_THAT(labels(shown(2)), ElementsAre("Course 3", "Course 4"));
+    EXPECT_TRUE(shown(2).rows[0].nameHidden);
+}
+
+TEST(WidgetTexts, TheDayIsNamedOnceItIsNotToday) {
+    struct Row {
+        const char *name;
+        const char *updatedAt;
+        const char *now;
+        const char *text;
+    };
+    // Chicago is five hours behind in September and six in January.
+    const Row rows[] = {
+        {"today", "2026-09-24T12:00:00Z", "2026-09-25T04:59:59Z", "as of 07:00:00"},
+        {"past midnight", "2026-09-24T12:00:00Z", "2026-09-25T05:00:00Z",
+         "as of Thu, Sep 24, 07:00:00"},
+        {"a week ago", "2026-09-17T12:00:00Z", "2026-09-24T12:00:00Z",
+         "as of Thu, Sep 17, 07:00:00"},
+        {"last year", "2026-01-01T05:00:00Z", "2026-01-02T12:00:00Z",
+         "as of Wed, Dec 31, 2025, 23:00:00"},
+        {"a clock set back", "2026-09-25T12:00:00Z", "2026-09-24T12:00:00Z",
+         "as of Fri, Sep 25, 07:00:00"},
+    };
+    for (const Row &row : rows)
+        EXPECT_EQ(asOfText(at(row.updatedAt), at(row.now)), row.text) << row.name;
+}
+
+TEST(WidgetTexts, NamesAreOneLine) {
+    WidgetSnapshotFile file = test::twoTerms();
+    file.terms[0].title = "Fall\n2026";
+    file.terms[0].courses[0].name = "Bio\r\n\t101";
+    const WidgetContent content = widgetContent(file, {}, ample, noon);
+    EXPECT_EQ(content.title, "Fall 2026");
+    EXPECT_EQ(content.rows[0].label, "Bio   101");
+    EXPECT_EQ(widgetTermQuery(file)[1].title, "Fall 2026");
+}
+
+} // namespace
+} // namespace ellwynd

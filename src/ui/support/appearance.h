@@ -2,9 +2,8 @@
 #pragma once
 
 #include "app/settings.h"
-#include "theme/theme.h"
+#include "theme/look.h"
 
-#include <QFont>
 #include <QObject>
 
 namespace ellwynd {
@@ -18,13 +17,12 @@ class Appearance : public QObject {
     /// @param desktopIsDark what "automatic" stands for.
     Appearance(Settings &settings, bool desktopIsDark);
 
-    [[nodiscard]] const Theme &theme() const { return current; }
+    [[nodiscard]] const Theme &theme() const { return look.theme; }
 
-    /// The interface font at a factor of its normal size.
-    [[nodiscard]] QFont font(double factor = 1, QFont::Weight weight = QFont::Normal) const;
-    /// A length that grows with the text, in device-independent pixels; `length` is for text
-    /// scale 1.
-    [[nodiscard]] int px(double length) const;
+    [[nodiscard]] QFont font(double factor = 1, QFont::Weight weight = QFont::Normal) const {
+        return look.font(factor, weight);
+    }
+    [[nodiscard]] int px(double length) const { return look.px(length); }
 
     /// One step larger (1) or smaller (-1); 0 is the normal size.
     void zoom(int direction);
@@ -38,11 +36,7 @@ class Appearance : public QObject {
     Settings &settings;
     bool desktopIsDark;
     QFont base;
-    Theme current;
-    double scale = 1;
+    Look look;
 };
-
-/// Whether the desktop's own colours are dark, asked before the application is dressed.
-[[nodiscard]] bool desktopPrefersDark();
 
 } // namespace ellwynd

@@ -1,0 +1,55 @@
+#include "theme/look.h"
+
+#include "platform/userdefaults.h"
+
+#include <QFontDatabase>
+#include <QGuiApplication>
+
+#include <algorithm>
+#include <cmath>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr QLatin1StringView preferredFamily("Inter");
+constexpr double smallestPointSize = 9.75;
+
+} // namespace
+
+QFont Look::font(double factor, QFont::Weight weight) const {
+    QFont result = base;
+    result.setPointSizeF(base.pointSizeF() * scale * factor);
+    result.setWeight(weight);
+    return result;
+}
+
+int Look::px(double length) const {
+    return std::max(1, int(std::lround(length * scale * base.pointSizeF() / smallestPointSize)));
+}
+
+Look makeLook(const UserDefaults &defaults, bool desktopIsDark, const QFont &base) {
+    const std::string wanted = defaults.value(preferences::appearance);
+    const bool dark = wanted == "dark" || (wanted != "light" && desktopIsDark);
+    return {
+        .theme = makeTheme(dark, defaults.value(preferences::accentTheme)),
+        .base = base,
+        .scale = defaults.value(preferences::textScale)};
+}
+
+QFont interfaceFont() {
+    QFont font = QGuiApplication::font();
+    if (QFontDatabase::families().contains(preferredFamily))
+        font.setFamilies({preferredFamily, font.family()});
+    if (font.pointSizeF() < smallestPointSize)
+        font.setPointSizeF(smallestPointSize);
+    return font;
+}
+
+bool desktopPrefersDark() {
+    const QPalette desktop = QGuiApplication::palette();
+    return desktop.color(QPalette::Window).lightness() <
+        desktop.color(QPalette::WindowText).lightness();
+}
+
+} // namespace ellwynd

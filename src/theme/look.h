@@ -1,0 +1,37 @@
+// Light or dark, the accent and the text size, as the preferences have them.
+#pragma once
+
+#include "theme/theme.h"
+
+#include <QFont>
+
+namespace ellwynd {
+
+class UserDefaults;
+
+/// What windows and widgets dress in.
+struct Look {
+    Theme theme;
+    /// The interface font at text scale 1.
+    QFont base;
+    double scale = 1;
+
+    /// The interface font at a factor of its normal size.
+    [[nodiscard]] QFont font(double factor = 1, QFont::Weight weight = QFont::Normal) const;
+    /// A length that grows with the text, in device-independent pixels; `length` is for text
+    /// scale 1.
+    [[nodiscard]] int px(double length) const;
+};
+
+/// @param desktopIsDark what the appearance "automatic" stands for.
+/// @param base see `interfaceFont`.
+[[nodiscard]] Look makeLook(const UserDefaults &defaults, bool desktopIsDark, const QFont &base);
+
+/// The desktop's font, in the face that the layout was drawn with where it is installed. Asked
+/// before the application is dressed.
+[[nodiscard]] QFont interfaceFont();
+
+/// Whether the desktop's own colours are dark. Asked before the application is dressed.
+[[nodiscard]] bool desktopPrefersDark();
+
+} // namespace ellwynd

@@ -1,0 +1,38 @@
+// One course of a widget.
+#pragma once
+
+#include "outputs/snapshot/widgettexts.h"
+#include "theme/look.h"
+
+#include <QAbstractButton>
+
+namespace ellwynd {
+
+/// Its name with the labelled counts of its levels; pressing it opens the course.
+class CourseRow : public QAbstractButton {
+    Q_OBJECT
+
+  public:
+    explicit CourseRow(QWidget *parent = nullptr);
+
+    /// @param withSummary whether there is room for "8 flagged" beside the name.
+    void present(const WidgetRow &row, const Look &look, bool withSummary);
+    [[nodiscard]] const WidgetRow &row() const { return shown; }
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+  private:
+    [[nodiscard]] QRect textRect() const;
+    [[nodiscard]] QRect nameRect() const;
+    void drawCounts(QPainter &painter, const QRect &line) const;
+    void updateToolTip();
+
+    WidgetRow shown;
+    Look look;
+    bool withSummary = false;
+};
+
+} // namespace ellwynd

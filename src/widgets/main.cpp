@@ -1,0 +1,45 @@
+#include "platform/files.h"
+#include "platform/launcharguments.h"
+#include "widgets/widgetboard.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QLockFile>
+#include <QStyleFactory>
+#include <QUrl>
+
+#include <fmt/format.h>
+
+int main(int argc, char **argv) {
+    using namespace ellwynd;
+    // Before the application takes its own options away.
+    const LaunchArguments arguments =
+        parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));
+
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Ellwynd Widgets"));
+    QApplication::setDesktopFileName(QStringLiteral("com.varnok.Ellwynd.Widgets"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    const bool desktopIsDark = desktopPrefersDark();
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+
+    const std::filesystem::path stateFile = directories::state() / "Widgets.json";
+    { const files::Lock makesTheFolder(stateFile); }
+    // Two processes would draw every widget twice and forget each other's.
+    QLockFile running(QString::fromStdString((directories::state() / "Widgets.running").string()));
+    running.setStaleLockTime(0);
+    if (!running.tryLock(0) && running.error() == QLockFile::LockFailedError) {
+        fmt::print(stderr, "The widgets are already on the desktop.\n");
+        return 0;
+    }
+
+    UserDefaults defaults(directories::config() / "Preferences.json", arguments.domain);
+    defaults.watch();
+    SnapshotSource source(directories::widgetContainer());
+    WidgetBoard board(source, defaults, stateFile, desktopIsDark, [](const QString &link) {
+        QDesktopServices::openUrl(QUrl(link));
+    });
+    QObject::connect(&board, &WidgetBoard::finished, &application, &QApplication::quit);
+    board.show();
+    return QApplication::exec();
+}

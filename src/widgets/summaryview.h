@@ -1,0 +1,32 @@
+// How many students of a term need attention, by level.
+#pragma once
+
+#include "outputs/snapshot/widgettexts.h"
+#include "theme/look.h"
+
+#include <QWidget>
+
+namespace ellwynd {
+
+class SummaryView : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit SummaryView(QWidget *parent = nullptr);
+
+    /// @param wide whether the number and its words share a line.
+    void present(const WidgetContent &content, const Look &look, bool wide);
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+
+  private:
+    void drawNumber(QPainter &painter) const;
+    void drawLevels(QPainter &painter) const;
+
+    WidgetContent content;
+    Look look;
+    bool wide = false;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,31 @@
+// A widget's title: the term shown, and the way to another.
+#pragma once
+
+#include "theme/look.h"
+
+#include <QAbstractButton>
+
+namespace ellwynd {
+
+class TermButton : public QAbstractButton {
+    Q_OBJECT
+
+  public:
+    explicit TermButton(QWidget *parent = nullptr);
+    void present(const QString &term, const Look &look);
+    [[nodiscard]] QSize sizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+  private:
+    [[nodiscard]] QRect titleRect() const;
+
+    // Not the button's own text, in which "&" would mark a shortcut.
+    QString title;
+    Look look;
+};
+
+} // namespace ellwynd

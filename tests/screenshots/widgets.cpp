@@ -1,0 +1,108 @@
+// Draws the desktop widgets into PNG files, light and dark.
+#include "outputs/snapshot/snapshotfiles.h"
+#include "widgets/widgetboard.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPainter>
+#include <QTemporaryDir>
+
+#include <fmt/format.h>
+
+#include <cstdio>
+
+namespace {
+
+using namespace ellwynd;
+
+/// The sample college's fall term, as a scoring pass would count it.
+WidgetSnapshotFile sample() {
+    return {
+        .updatedAt = systemNow(),
+        .automaticTermID = 9001,
+        .terms = {
+            {.id = 9001,
+             .title = "Fall 2026",
+             .courses = {
+                 {900101, "CS 101  4021 - Introduction to Programming", 4, 2, 2, 26},
+                 {900102, "WEB 210  4788 - Web Interface Design", 1, 2, 2, 26},
+                 {900103, "CS 230  5140 - PHP with SQL", 1, 1, 1, 26},
+                 {900104, "CS 240  6612 - Database Design", 0, 1, 1, 26},
+                 {900105, "WEB 110  7708 - Web Fundamentals", 2, 1, 2, 26},
+                 {900106, "CS 260  8830 - Data Structures", 0, 0, 0, 24}}}}};
+}
+
+void settle() {
+    for (int i = 0; i < 8; ++i)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+/// The three sizes side by side on a desktop.
+bool draw(const QDir &target, SnapshotSource &source, const char *appearance, double scale) {
+    const QTemporaryDir home;
+    const std::filesystem::path folder(home.path().toStdString());
+    UserDefaults defaults(
+        folder / "Preferences.json",
+        {{"Appearance", std::string(appearance)}, {"TextScale", scale}});
+    savePlacedWidgets(
+        folder / "Widgets.json",
+        {{.size = WidgetSize::small}, {.size = WidgetSize::medium}, {.size = WidgetSize::large}});
+    WidgetBoard board(source, defaults, folder / "Widgets.json", false, [](const QString &) {});
+    board.show();
+    settle();
+
+    constexpr int gap = 24;
+    const auto &windows = board.windows();
+    const QRect small(QPoint(gap, gap), windows[0]->size());
+    const QRect medium(small.topRight() + QPoint(gap, 0), windows[1]->size());
+    const QRect large(medium.bottomLeft() + QPoint(0, gap), windows[2]->size());
+    QPixmap desktop(QSize(large.right() + gap, large.bottom() + gap));
+    desktop.fill(defaults.value(preferences::appearance) == "dark" ? 0xff33415c : 0xffc9d6ea);
+    QPainter painter(&desktop);
+    for (const auto &[window, frame] :
+         {std::pair(&windows[0], small), std::pair(&windows[1], medium),
+          std::pair(&windows[2], large)}) {
+        QPixmap card(frame.size());
+        card.fill(Qt::transparent);
+        (*window)->render(&card, {}, {}, QWidget::DrawChildren);
+        painter.drawPixmap(frame.topLeft(), card);
+    }
+    painter.end();
+    const QString file =
+        target.filePath(QStringLiteral("widgets-%1%2.png")
+                            .arg(
+                                QString::fromUtf8(appearance),
+                                scale == 1.0 ? QString() : QStringLiteral("-x%1").arg(scale)));
+    const bool written = desktop.save(file);
+    fmt::print("{}{}\n", written ? "" : "not written: ", file.toStdString());
+    return written;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    QApplication application(argc, argv);
+    if (argc < 2) {
+        fmt::print(stderr, "Usage: ellwynd-widget-screenshots FOLDER [TEXT-SCALE [CONTAINER]]\n");
+        return 2;
+    }
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    const QFont font = QApplication::font();
+    const QDir target(QString::fromLocal8Bit(argv[1]));
+    QDir().mkpath(target.path());
+    const double scale = argc > 2 ? QByteArray(argv[2]).toDouble() : 1.0;
+    const QTemporaryDir home;
+    std::filesystem::path container(home.path().toStdString());
+    if (argc > 3)
+        container = argv[3];
+    else
+        WidgetSnapshotWriter(container, [] {}).write(sample());
+    SnapshotSource source(container);
+    bool written = true;
+    for (const char *appearance : {"light", "dark"}) {
+        // Each program begins with the desktop's font.
+        QApplication::setFont(font);
+        written = draw(target, source, appearance, scale) && written;
+    }
+    return written ? 0 : 1;
+}

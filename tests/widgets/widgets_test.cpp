@@ -1,0 +1,303 @@
+#include "outputs/snapshot/snapshotfiles.h"
+#include "support/snapshots.h"
+#include "support/temporaryfolder.h"
+#include "widgets/courserow.h"
+#include "widgets/termbutton.h"
+#include "widgets/widgetboard.h"
+
+#include <QApplication>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+Date &currentTime() {
+    static Date time;
+    return time;
+}
+
+struct WidgetsTest : testing::Test {
+    QFont desktopFont = QApplication::font();
+    test::TemporaryFolder folder;
+    std::filesystem::path container = folder.path() / "data" / "container";
+    std::filesystem::path stateFile = folder.path() / "state" / "Widgets.json";
+    WidgetSnapshotWriter writer{container, [] {}};
+    UserDefaults defaults{folder.path() / "Preferences.json", {}};
+    SnapshotSource source{container};
+    std::vector<std::string> opened;
+    std::unique_ptr<WidgetBoard> board;
+
+    void SetUp() override {
+        currentTime() = test::noon;
+        writer.write(test::twoTerms());
+        source.check();
+        start({{}});
+    }
+    ~WidgetsTest() override {
+        board.reset();
+        QApplication::setFont(desktopFont);
+    }
+
+    /// Puts these widgets on an empty desktop.
+    void start(const std::vector<PlacedWidget> &widgets) {
+        board.reset();
+        savePlacedWidgets(stateFile, widgets);
+        restart();
+    }
+
+    /// As the program does on the next day.
+    void restart() {
+        board.reset();
+        board = std::make_unique<WidgetBoard>(
+            source, defaults, stateFile, false,
+            [this](const QString &link) { opened.push_back(link.toStdString()); },
+            [] { return currentTime(); });
+        board->show();
+    }
+
+    [[nodiscard]] WidgetWindow &window(std::size_t index = 0) const {
+        return *board->windows().at(index);
+    }
+
+    /// The texts of the labels that are shown, and of the rows.
+    [[nodiscard]] static std::vector<std::string> labels(const WidgetWindow &window) {
+        std::vector<std::string> texts;
+        for (const QLabel *label : window.findChildren<QLabel *>()) {
+            if (label->isVisible())
+                texts.push_back(label->text().toStdString());
+        }
+        return texts;
+    }
+    [[nodiscard]] static std::vector<std::string> courses(const WidgetWindow &window) {
+        std::vector<std::string> texts;
+        for (const CourseRow *row : window.rows())
+            texts.push_back(row->row().label);
+        return texts;
+    }
+    [[nodiscard]] static std::string title(const WidgetWindow &window) {
+        return window.termButton()->accessibleName().toStdString();
+    }
+
+    /// The entries of a menu; a check mark stands before the one that is checked.
+    [[nodiscard]] static std::vector<std::string> entries(const QMenu &menu) {
+        std::vector<std::string> texts;
+        for (const QAction *action : menu.actions()) {
+            if (!action->isSeparator())
+                texts.push_back((action->isChecked() ? "✓ " : "") + action->text().toStdString());
+        }
+        return texts;
+    }
+    [[nodiscard]] static std::vector<std::string> termEntries(WidgetWindow &window) {
+        const std::unique_ptr<QMenu> menu(window.makeTermMenu(nullptr));
+        return entries(*menu);
+    }
+
+    static void trigger(const QMenu &menu, const QString &text) {
+        for (QAction *action : menu.actions()) {
+            if (action->menu() != nullptr)
+                trigger(*action->menu(), text);
+            else if (action->text() == text)
+                action->trigger();
+        }
+    }
+    static void choose(WidgetWindow &window, const char *text) {
+        QMenu *menu = window.makeMenu();
+        trigger(*menu, QString::fromUtf8(text));
+        delete menu;
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+};
+
+TEST_F(WidgetsTest, RowsOpenTheirCourseByMouseAndKeyboard) {
+    EXPECT_EQ(title(window()), "Term: Fall 2026");
+    EXPECT_THAT(courses(window()), ElementsAre("Bio", "Chem"));
+    EXPECT_THAT(labels(window()), ElementsAre("as of 07:00:00"));
+    EXPECT_EQ(
+        window().rows()[0]->accessibleName(),
+        QStringLiteral("Bio, 7 flagged, 4 At Risk, 2 Concern, 1 Watch"));
+    QTest::mouseClick(window().rows()[0], Qt::LeftButton);
+    // The keyboard goes from the title to every row.
+    window().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    QTest::keyClick(&window(), Qt::Key_Tab);
+    EXPECT_TRUE(window().termButton()->hasFocus());
+    QTest::keyClick(window().focusWidget(), Qt::Key_Tab);
+    QTest::keyClick(window().focusWidget(), Qt::Key_Down);
+    QTest::keyClick(window().focusWidget(), Qt::Key_Return);
+    EXPECT_THAT(opened, ElementsAre("ellwynd://course/4021", "ellwynd://course/4022"));
+}
+
+TEST_F(WidgetsTest, TheFileIsFollowedWhereverItGoes) {
+    const auto shows = [this](const std::vector<std::string> &expected) {
+        return QTest::qWaitFor([&] { return courses(window()) == expected; });
+    };
+    WidgetSnapshotFile file = test::twoTerms();
+    file.terms[0].courses = {{.id = 1, .name = "Art", .watch = 1, .total = 3}};
+    writer.write(file);
+    EXPECT_TRUE(shows({"Art"})) << "replaced";
+
+    writer.clear();
+    EXPECT_TRUE(shows({})) << "deleted";
+    EXPECT_THAT(labels(window()), ElementsAre("Open Ellwynd to load your courses"));
+    EXPECT_FALSE(window().termButton()->isVisible());
+
+    writer.write(file);
+    EXPECT_TRUE(shows({"Art"})) << "written again";
+    std::filesystem::remove_all(container.parent_path());
+    EXPECT_TRUE(shows({})) << "the folder above has vanished";
+    writer.write(test::twoTerms());
+    EXPECT_TRUE(shows({"Bio", "Chem"})) << "both folders are back";
+
+    (void)std::filesystem::rename(container, folder.path() / "elsewhere");
+    EXPECT_TRUE(shows({})) << "the folder was moved away";
+    std::filesystem::rename(folder.path() / "elsewhere", container);
+    EXPECT_TRUE(shows({"Bio", "Chem"})) << "and back";
+
+    files::replace(container / widgetFiles::versionTwo, "{\"terms\":");
+    EXPECT_TRUE(shows({})) << "no snapshot";
+}
+
+TEST_F(WidgetsTest, AChosenTermIsRememberedWhileItIsAway) {
+    EXPECT_THAT(termEntries(window()), ElementsAre("✓ Automatic", "Fall 2026", "Summer 2026"));
+    choose(window(), "Summer 2026");
+    EXPECT_EQ(title(window()), "Term: Summer 2026");
+    EXPECT_EQ(window().windowTitle(), QStringLiteral("Summer 2026 — Ellwynd"));
+
+    WidgetSnapshotFile file = test::twoTerms();
+    file.terms.pop_back();
+    writer.write(file);
+    source.check();
+    EXPECT_EQ(title(window()), "Term: Fall 2026");
+    EXPECT_THAT(termEntries(window()), ElementsAre("✓ Automatic", "Fall 2026"));
+
+    restart();
+    writer.write(test::twoTerms());
+    source.check();
+    EXPECT_EQ(title(window()), "Term: Summer 2026");
+    EXPECT_THAT(termEntries(window()), ElementsAre("Automatic", "Fall 2026", "✓ Summer 2026"));
+    choose(window(), "Automatic");
+    EXPECT_EQ(title(window()), "Term: Fall 2026");
+}
+
+TEST_F(WidgetsTest, SeveralAreRememberedEachForItself) {
+    choose(window(), "Add Another Widget");
+    ASSERT_EQ(board->windows().size(), 2U);
+    EXPECT_FALSE(window(0).frameGeometry().intersects(window(1).frameGeometry()));
+    choose(window(1), "Large");
+    choose(window(1), "Summer 2026");
+    window(1).move(40, 50);
+    const std::vector<PlacedWidget> both{window(0).placed(), window(1).placed()};
+    restart();
+    ASSERT_EQ(board->windows().size(), 2U);
+    EXPECT_EQ(window(0).placed(), both[0]);
+    EXPECT_EQ(window(1).placed(), both[1]);
+    EXPECT_EQ(window(1).pos(), QPoint(40, 50));
+    EXPECT_EQ(window(1).placed().size, WidgetSize::large);
+
+    int finished = 0;
+    QObject::connect(board.get(), &WidgetBoard::finished, board.get(), [&] { ++finished; });
+    choose(window(0), "Remove Widget");
+    EXPECT_THAT(readPlacedWidgets(stateFile), ElementsAre(both[1]));
+    choose(window(0), "Quit");
+    EXPECT_EQ(finished, 1);
+    // Quitting closes the windows, which removes none.
+    window(0).close();
+    EXPECT_THAT(readPlacedWidgets(stateFile), ElementsAre(both[1]));
+    choose(window(0), "Remove Widget");
+    EXPECT_EQ(finished, 2);
+    restart();
+    EXPECT_EQ(board->windows().size(), 1U) << "a first one";
+}
+
+TEST_F(WidgetsTest, DraggingMovesTheCardAndOpensNothing) {
+    window().move(100, 100);
+    CourseRow &row = *window().rows()[0];
+    const QPoint grip = row.rect().center();
+    QTest::mousePress(&row, Qt::LeftButton, {}, grip);
+    QTest::mouseMove(&row, grip + QPoint(30, 0));
+    QTest::mouseMove(&row, grip + QPoint(60, 20));
+    QTest::mouseRelease(&row, Qt::LeftButton, {}, grip);
+    EXPECT_THAT(opened, IsEmpty());
+    EXPECT_NE(window().pos(), QPoint(100, 100));
+    EXPECT_EQ(window().placed().place, window().pos());
+    QTest::mouseClick(&row, Qt::LeftButton);
+    EXPECT_EQ(opened.size(), 1U) << "and a click is a click again";
+}
+
+TEST_F(WidgetsTest, TheDayIsNamedAfterMidnight) {
+    currentTime() = test::at("2026-09-25T05:00:00Z");
+    board->refresh();
+    EXPECT_THAT(labels(window()), ElementsAre("as of Thu, Sep 24, 07:00:00"));
+}
+
+TEST_F(WidgetsTest, AppearanceFollowsThePreferences) {
+    const auto background = [this] {
+        const QImage image = window().grab().toImage();
+        return image.pixelColor(image.width() / 2, 4);
+    };
+    const int width = window().width();
+    EXPECT_EQ(background(), makeTheme(false, "blue").window);
+    defaults.set(preferences::appearance, std::string("dark"));
+    EXPECT_EQ(background(), makeTheme(true, "blue").window);
+    defaults.set(preferences::textScale, 1.5);
+    EXPECT_NEAR(window().width(), width * 1.5, 1);
+}
+
+TEST_F(WidgetsTest, AListCutShortSaysSoInEverySize) {
+    WidgetSnapshotFile file = test::twoTerms();
+    const std::string name = std::string(300, 'x') + "<b>R&D</b>";
+    file.terms[0].courses.assign(40, {.id = 1, .name = name, .atRisk = 99, .total = 99});
+    file.terms[0].title = "A & B " + name;
+    writer.write(file);
+    source.check();
+    start({{WidgetSize::small}, {WidgetSize::medium}, {WidgetSize::large}});
+    EXPECT_THAT(labels(window(0)), ElementsAre("as of 07:00:00"));
+    EXPECT_THAT(labels(window(1)), ElementsAre("as of 07:00:00", "37 more in Ellwynd"));
+    EXPECT_THAT(labels(window(2)), ElementsAre("as of 07:00:00", "34 more in Ellwynd"));
+    for (const auto &each : board->windows()) {
+        // Nothing hangs over the card or another part of it, and all texts stay texts.
+        QRect taken;
+        for (const CourseRow *row : each->rows()) {
+            EXPECT_TRUE(each->rect().contains(row->geometry()));
+            EXPECT_FALSE(taken.intersects(row->geometry()));
+            taken |= row->geometry();
+            EXPECT_TRUE(row->toolTip().contains(QStringLiteral("&lt;b&gt;R&amp;D")));
+        }
+        for (const QLabel *label : each->findChildren<QLabel *>())
+            EXPECT_EQ(label->textFormat(), Qt::PlainText);
+        EXPECT_TRUE(each->rect().contains(each->termButton()->geometry()));
+        EXPECT_TRUE(each->termButton()->toolTip().contains(QStringLiteral("A &amp; B")));
+        EXPECT_TRUE(termEntries(*each)[1].starts_with("A && B xxx"));
+    }
+}
+
+TEST(PlacedWidgets, AreReadFromAnyFile) {
+    const test::TemporaryFolder folder;
+    const PlacedWidget small{.size = WidgetSize::small};
+    const PlacedWidget large{.size = WidgetSize::large, .termID = -5, .place = QPoint(-20, 30)};
+    const std::pair<std::string, std::vector<PlacedWidget>> rows[] = {
+        {"", {}},
+        {"{\"widgets\":[", {}},
+        {"[1]", {}},
+        {R"({"widgets":{"size":"small"}})", {}},
+        {R"({"widgets":[{"size":"huge"},{"size":3},5,{"size":"small"}]})", {small}},
+        {R"({"widgets":[{"size":"small","term":"1","x":1e300,"y":2}]})", {small}},
+        {R"({"widgets":[{"size":"small","x":99999999,"y":2}]})", {small}},
+        {R"({"widgets":[{"size":"large","term":-5,"x":-20,"y":30}]})", {large}},
+        {std::string(70'000, ' ') + R"({"widgets":[{"size":"small"}]})", {}},
+    };
+    for (const auto &[text, widgets] : rows)
+        EXPECT_EQ(readPlacedWidgets(folder.write("Widgets.json", text)), widgets) << text;
+    EXPECT_THAT(readPlacedWidgets(folder.path() / "none.json"), IsEmpty());
+
+    savePlacedWidgets(folder.path() / "Widgets.json", {40, large});
+    EXPECT_EQ(readPlacedWidgets(folder.path() / "Widgets.json").size(), 32U);
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,31 @@
+#include "help/about.h"
+
+#include <array>
+
+namespace ellwynd::about {
+
+std::span<const std::string_view> promises() {
+    using namespace std::string_view_literals;
+    static constexpr std::array texts{
+        "Nothing is ever sent, posted or filed in Canvas."sv,
+        "No student's name, grade or submission is written to the disk, unless you export a roster."sv,
+        "Your access token is in your desktop's keyring and nowhere else."sv,
+        "Nobody but your institution's Canvas is asked or told anything about your students."sv,
+    };
+    return texts;
+}
+
+std::span<const Work> works() {
+    static constexpr std::array list{
+        Work{"Qt", "windows, network, the desktop", "LGPL-3.0-only"},
+        Work{"QCoro", "coroutines", "MIT"},
+        Work{"simdjson", "Canvas's JSON", "Apache-2.0"},
+        Work{"nlohmann JSON", "small files", "MIT"},
+        Work{"fmt", "text", "MIT"},
+        Work{"libsecret", "the keyring", "LGPL-2.1-or-later"},
+        Work{"libsystemd", "the journal", "LGPL-2.1-or-later"},
+    };
+    return list;
+}
+
+} // namespace ellwynd::about

@@ -1,0 +1,29 @@
+// What the program says about itself.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace ellwynd::about {
+
+/// What the program is for, in one sentence.
+inline constexpr std::string_view purpose =
+    "Reads your Canvas courses and shows which students need attention, worst first, each one "
+    "explained in plain sentences.";
+
+/// What it never does, in sentences.
+[[nodiscard]] std::span<const std::string_view> promises();
+
+/// Somebody else's work that the program is built on.
+struct Work {
+    std::string_view name;
+    /// What it does here.
+    std::string_view use;
+    /// The licence it is used under, by its SPDX identifier.
+    std::string_view licence;
+};
+
+/// The libraries that are part of the running program.
+[[nodiscard]] std::span<const Work> works();
+
+} // namespace ellwynd::about

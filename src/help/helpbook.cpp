@@ -1,0 +1,162 @@
+#include "help/helpbook.h"
+
+#include "help/releasenotes.h"
+#include "platform/embeddedtext.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <tuple>
+
+namespace ellwynd {
+
+std::span<const EmbeddedText> helpTexts();
+
+namespace {
+
+constexpr std::string_view shortcutsMark = "{shortcuts}";
+constexpr std::string_view withoutShortcuts =
+    "Each command of the menus shows its keys beside its name.";
+
+std::string escapedCell(std::string_view text) {
+    std::string result;
+    for (const char c : text) {
+        if (c == '|' || c == '*' || c == '_' || c == '`' || c == '\\' || c == '<' || c == '[')
+            result += '\\';
+        result += c;
+    }
+    return result;
+}
+
+std::string shortcutTables(const std::vector<ShortcutGroup> &groups) {
+    std::string markdown;
+    for (const ShortcutGroup &group : groups) {
+        markdown += fmt::format(
+            "{}## {}\n\n| Command | Keys |\n| --- | --- |\n", markdown.empty() ? "" : "\n",
+            group.title);
+        for (const auto &row : group.rows)
+            markdown +=
+                fmt::format("| {} | {} |\n", escapedCell(row.command), escapedCell(row.keys));
+    }
+    return markdown.empty() ? std::string(withoutShortcuts) : markdown;
+}
+
+void fillIn(std::string &body, std::string_view mark, const std::string &text) {
+    if (const std::size_t at = body.find(mark); at != std::string::npos)
+        body.replace(at, mark.size(), text);
+}
+
+HelpTopic releaseNotesTopic() {
+    HelpTopic topic{
+        .id = std::string(HelpBook::releaseNotesID),
+        .title = "What's New in Ellwynd",
+        .keywords = {"release notes", "version", "changes", "update", "history of versions"}};
+    for (const Release &release : releases())
+        topic.body += fmt::format("## Version {}\n\n{}\n", release.version, release.notes);
+    return topic;
+}
+
+std::string joined(const std::vector<std::string> &texts) {
+    std::string result;
+    for (const std::string &text : texts)
+        result += text + "\n";
+    return result;
+}
+
+/// Takes one line off the front.
+std::string_view takeLine(std::string_view &text) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    const std::string_view line = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    return line;
+}
+
+/// What follows "name: ".
+std::string_view field(std::string_view line, std::string_view name, std::string_view id) {
+    if (!line.starts_with(name) || line.size() == name.size())
+        throw std::invalid_argument(fmt::format("The help topic {} has no {}", id, name));
+    return line.substr(name.size());
+}
+
+} // namespace
+
+HelpTopic parseTopic(std::string_view id, std::string_view file) {
+    HelpTopic topic{.id = std::string(id)};
+    const bool opened = takeLine(file) == "---";
+    topic.title = field(takeLine(file), "title: ", id);
+    std::string_view words = field(takeLine(file), "keywords: ", id);
+    const bool closed = takeLine(file) == "---";
+    if (!opened || !closed)
+        throw std::invalid_argument(fmt::format("The help topic {} has no heading", id));
+    while (!words.empty()) {
+        const std::size_t end = std::min(words.find(", "), words.size());
+        topic.keywords.emplace_back(words.substr(0, end));
+        words.remove_prefix(std::min(end + 2, words.size()));
+    }
+    file.remove_prefix(std::min(file.find_first_not_of('\n'), file.size()));
+    topic.body = file;
+    return topic;
+}
+
+HelpBook::HelpBook(const std::vector<ShortcutGroup> &shortcuts) {
+    for (const EmbeddedText &each : helpTexts()) {
+        pages.push_back(parseTopic(each.name, each.text));
+        fillIn(pages.back().body, shortcutsMark, shortcutTables(shortcuts));
+    }
+    pages.push_back(releaseNotesTopic());
+    for (const HelpTopic &topic : pages) {
+        Index index{wordsOf(topic.title), wordsOf(joined(topic.keywords)), plainText(topic.body)};
+        index.words = wordsOf(index.text);
+        indexes.push_back(std::move(index));
+    }
+}
+
+const HelpTopic *HelpBook::find(std::string_view id) const {
+    const auto found = std::ranges::find(pages, id, &HelpTopic::id);
+    return found != pages.end() ? &*found : nullptr;
+}
+
+std::vector<HelpHit> HelpBook::search(std::string_view query) const {
+    const std::vector<Word> wanted = wordsOf(query);
+    const bool blank = query.find_first_not_of(" \t\r\n") == std::string_view::npos;
+    /// Words in the title, words in the keywords, whether the phrase stands in the text.
+    using Rank = std::tuple<std::size_t, std::size_t, bool>;
+    std::vector<std::pair<Rank, HelpHit>> hits;
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        const Index &index = indexes[i];
+        if (blank)
+            hits.push_back({{}, {&pages[i], {}}});
+        if (wanted.empty())
+            continue;
+        std::size_t inTitle = 0;
+        std::size_t inKeywords = 0;
+        bool all = true;
+        std::size_t first = index.words.size();
+        for (const Word &word : wanted) {
+            const bool titled = occurrences(index.title, word.folded) > 0;
+            const bool named = occurrences(index.keywords, word.folded) > 0;
+            const auto place = std::ranges::find_if(index.words, [&](const Word &each) {
+                return each.folded.starts_with(word.folded);
+            });
+            inTitle += titled ? 1 : 0;
+            inKeywords += named ? 1 : 0;
+            all = all && (titled || named || place != index.words.end());
+            first = std::min(first, std::size_t(place - index.words.begin()));
+        }
+        if (!all)
+            continue;
+        const std::size_t phrase = phraseAt(index.words, wanted);
+        const bool together = phrase < index.words.size();
+        const std::size_t at = together ? phrase : first < index.words.size() ? first : 0;
+        hits.push_back(
+            {{inTitle, inKeywords, together}, {&pages[i], snippet(index.text, index.words, at)}});
+    }
+    std::ranges::stable_sort(hits, std::greater{}, &std::pair<Rank, HelpHit>::first);
+    std::vector<HelpHit> result;
+    for (auto &[rank, hit] : hits)
+        result.push_back(std::move(hit));
+    return result;
+}
+
+} // namespace ellwynd

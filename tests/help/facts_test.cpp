@@ -1,0 +1,207 @@
+// What the help says about the program is what the program does.
+#include "app/rosterloader.h"
+#include "canvas/connectioncheck.h"
+#include "canvas/records/canvaserror.h"
+#include "canvas/runtoend.h"
+#include "canvas/sample/samplecanvasclient.h"
+#include "help/helpbook.h"
+#include "platform/files.h"
+#include "risk/scorer.h"
+#include "support/core.h"
+#include "support/instants.h"
+
+#include <QByteArray>
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <map>
+#include <regex>
+#include <set>
+
+namespace ellwynd {
+namespace {
+
+using testing::HasSubstr;
+using Case = CanvasError::Case;
+
+const HelpBook &book() {
+    static const HelpBook value;
+    return value;
+}
+
+std::string body(std::string_view id) {
+    const HelpTopic *topic = book().find(id);
+    return topic != nullptr ? topic->body : std::string();
+}
+
+/// One error of every case, with the values that the help gives as examples.
+CanvasError example(Case which) {
+    constexpr int unavailable = 503;
+    constexpr int redirected = 302;
+    const std::string host = "canvas.example.edu";
+    switch (which) {
+    case Case::cannotReachHost:
+        return CanvasError::cannotReachHost(host);
+    case Case::tlsFailed:
+        return CanvasError::tlsFailed(host);
+    case Case::network:
+        return CanvasError::network("Connection closed");
+    case Case::forbidden:
+        return CanvasError::forbidden(std::nullopt);
+    case Case::canvasUnavailable:
+        return CanvasError::canvasUnavailable(unavailable);
+    case Case::unexpectedStatus:
+        return CanvasError::unexpectedStatus(redirected, std::nullopt);
+    case Case::notCanvas:
+        return CanvasError::notCanvas(host);
+    case Case::offline:
+    case Case::timedOut:
+    case Case::unauthorized:
+    case Case::rateLimited:
+    case Case::notFound:
+    case Case::decodingFailed:
+    case Case::nonHTTP:
+    case Case::badURL:
+        break;
+    }
+    return CanvasError(which);
+}
+
+std::set<std::string> headingsOf(const std::string &text) {
+    std::set<std::string> headings;
+    const std::regex heading("\n### ([^\n]+)");
+    for (std::sregex_iterator at(text.begin(), text.end(), heading), end; at != end; ++at)
+        headings.insert((*at)[1]);
+    return headings;
+}
+
+TEST(HelpFacts, EveryMessageOfTheProgramHasItsEntryAndNoOtherHas) {
+    const std::string text = body("troubleshooting");
+    std::set<std::string> headings = headingsOf(text);
+    for (int i = 0; i <= int(Case::badURL); ++i) {
+        const CanvasError error = example(Case(i));
+        EXPECT_EQ(headings.erase(error.errorDescription()), 1U) << error.errorDescription();
+        EXPECT_THAT(
+            text,
+            HasSubstr(fmt::format(
+                "### {}\n\n> {}\n", error.errorDescription(), error.recoverySuggestion())));
+    }
+    test::Core core;
+    const std::string address = "https://canvas.example.edu";
+    for (const std::string &message :
+         {runToEnd(core.check.test("", "")).status, runToEnd(core.check.test(address, "")).status,
+          core.check.save("", "").status, core.check.save(address, "").status,
+          std::string(tokenPageNeedsAddress)})
+        EXPECT_EQ(headings.erase(message), 1U) << message;
+    EXPECT_THAT(headings, testing::IsEmpty()) << "no such message is left in the program";
+}
+
+TEST(HelpFacts, EveryStatusOfTheKeyringIsExplained) {
+    const std::string text = body("keychain");
+    for (const auto status :
+         {KeychainError::failed, KeychainError::unavailable, KeychainError::locked,
+          KeychainError::dismissed}) {
+        const std::string message = KeychainError(status, "x").what();
+        EXPECT_THAT(text, HasSubstr("| " + message.substr(0, message.find(':')) + " |"));
+    }
+    EXPECT_THAT(
+        text, HasSubstr(KeychainError(KeychainError::locked, "The keyring is locked.").what()));
+    EXPECT_THAT(text, HasSubstr("\"unknown error\""));
+    EXPECT_THAT(KeychainError(1, "").what(), HasSubstr("unknown error"));
+
+    test::Core core;
+    core.connectTo("https://canvas.example.edu");
+    core.secrets.failure.emplace(KeychainError::locked, "");
+    const ConnectionState state = core.check.state();
+    EXPECT_THAT(text, HasSubstr("> " + state.status + "\n"));
+    EXPECT_THAT(text, HasSubstr("## " + state.placeholder + "\n"));
+}
+
+/// Numbers as "#", so that sentences are compared by their words.
+std::string withoutNumbers(const std::string &text) {
+    static const std::regex number("[0-9]+");
+    return std::regex_replace(text, number, "#");
+}
+
+TEST(HelpFacts, EveryReasonOfTheSampleCollegeIsExplained) {
+    std::set<std::string> explained;
+    const std::string text = body("reasons");
+    const std::regex sentence(R"(\n\| \*\*([^*]+)\*\*)");
+    for (std::sregex_iterator at(text.begin(), text.end(), sentence), end; at != end; ++at)
+        explained.insert(withoutNumbers((*at)[1]));
+    SampleCanvasClient college(test::noonClock);
+    const test::Core core;
+    std::set<std::string> used;
+    for (const Course &course : runToEnd(college.fetchCourses())) {
+        const auto scored = runToEnd(loadCourse(college, course, core.defaults, test::noonClock));
+        for (const RiskRow &row : scored.rows) {
+            for (const ReasonLine &line : row.reasonLines) {
+                EXPECT_TRUE(explained.contains(withoutNumbers(line.text))) << line.text;
+                used.insert(withoutNumbers(line.text));
+            }
+        }
+    }
+    EXPECT_GE(used.size(), 4U);
+}
+
+TEST(HelpFacts, LevelsBeginWhereTheTableSays) {
+    const std::string text = body("signals");
+    for (const RiskLevel level : allRiskLevels) {
+        const std::regex row(fmt::format(R"(\| \*\*{}\*\* \| ([0-9.]+) \|)", levelName(level)));
+        std::smatch match;
+        ASSERT_TRUE(std::regex_search(text, match, row)) << levelName(level);
+        const double from = std::stod(match[1]);
+        EXPECT_EQ(levelOf(from), level);
+        EXPECT_NE(levelOf(std::nextafter(from, 0)), level);
+    }
+}
+
+TEST(HelpFacts, NumbersAndNamesAreTheProgramsOwn) {
+    using namespace thresholdBounds;
+    constexpr double percent = 100;
+    struct Row {
+        const char *topic;
+        std::string fact;
+    };
+    for (const Row &row : {
+             Row{"thresholds",
+                 fmt::format(
+                     "from {} to {} in steps of {}. At first it is {}.", minimumPassing,
+                     maximumPassing, passingStep, preferences::defaultPassingScore.fallback)},
+             Row{"thresholds",
+                 fmt::format(
+                     "from {} to {}. At first it is {}.", minimumDays, maximumDays,
+                     preferences::defaultInactivityDays.fallback)},
+             Row{"appearance",
+                 fmt::format(
+                     "from {}% to {}%", preferences::textScale.normalise(0) * percent,
+                     preferences::textScale.normalise(percent) * percent)},
+             Row{"appearance",
+                 fmt::format("At first it is {};", preferences::sidebarTermLimit.fallback)},
+             Row{"privacy", fmt::format("`{}`", TokenStore::service)},
+             Row{"connecting",
+                 "`" + ConnectionCheck::tokenPage("https://h")->substr(sizeof "https://h" - 1) +
+                     "`"},
+         })
+        EXPECT_THAT(body(row.topic), HasSubstr(row.fact));
+}
+
+TEST(HelpFacts, FilesLieWhereThePrivacyTopicSays) {
+    std::map<const char *, QByteArray> kept;
+    for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
+        kept[variable] = qgetenv(variable);
+        qunsetenv(variable);
+    }
+    const std::filesystem::path home = qgetenv("HOME").toStdString();
+    for (const auto &folder : {directories::config(), directories::data(), directories::state()})
+        EXPECT_THAT(
+            body("privacy"),
+            HasSubstr("| `~/" + folder.lexically_relative(home).generic_string() + "/"));
+    for (const auto &[variable, value] : kept)
+        qputenv(variable, value);
+}
+
+} // namespace
+} // namespace ellwynd

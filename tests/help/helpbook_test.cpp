@@ -1,0 +1,179 @@
+#include "generated/version.h"
+#include "help/about.h"
+#include "help/helpbook.h"
+#include "help/releasenotes.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
+#include <stdexcept>
+
+namespace ellwynd {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+std::vector<std::string> ids(const std::vector<HelpHit> &hits) {
+    std::vector<std::string> result;
+    for (const HelpHit &hit : hits)
+        result.push_back(hit.topic->id);
+    return result;
+}
+
+TEST(HelpBook, EveryTopicIsWholeAndEveryLinkLeadsSomewhere) {
+    const HelpBook book;
+    std::set<std::string> seen;
+    const std::regex link(R"(\]\(([^)]*)\))");
+    for (const HelpTopic &topic : book.topics()) {
+        EXPECT_TRUE(seen.insert(topic.id).second) << topic.id;
+        EXPECT_FALSE(topic.title.empty()) << topic.id;
+        EXPECT_FALSE(topic.keywords.empty()) << topic.id;
+        EXPECT_GT(topic.body.size(), 200U) << topic.id;
+        // A blank mark would be shown as it stands.
+        EXPECT_THAT(topic.body, Not(HasSubstr("{shortcuts}")));
+        for (std::sregex_iterator at(topic.body.begin(), topic.body.end(), link), end; at != end;
+             ++at) {
+            const std::string target = (*at)[1];
+            if (target.starts_with("topic:"))
+                EXPECT_NE(book.find(target.substr(6)), nullptr) << topic.id << ": " << target;
+            else
+                EXPECT_TRUE(target.starts_with("https://")) << topic.id << ": " << target;
+        }
+    }
+    for (const auto &file :
+         std::filesystem::directory_iterator(ELLWYND_SOURCE_DIR "/src/help/topics"))
+        EXPECT_TRUE(seen.contains(file.path().stem())) << file.path() << " is not compiled in";
+    EXPECT_EQ(book.topics().back().id, HelpBook::releaseNotesID);
+    EXPECT_EQ(book.find("nowhere"), nullptr);
+}
+
+TEST(HelpBook, FindsWhatATeacherTypes) {
+    const HelpBook book;
+    struct Row {
+        const char *query;
+        const char *first;
+    };
+    for (const Row &row : {
+             Row{"privacy", "privacy"},
+             Row{"PRIVACY what is stored", "privacy"},
+             Row{"token", "connecting"},
+             Row{"first_name", "templates"},
+             Row{"{missing_lines}", "templates"},
+             Row{"widget", "widgets"},
+             Row{"keyb", "keyboard"},
+             Row{"thrésholds", "thresholds"},
+             Row{"couldn’t reach", "troubleshooting"},
+             Row{"couldnt reach canvas", "troubleshooting"},
+             Row{"captive portal", "troubleshooting"},
+             Row{"Keychain error 3", "keychain"},
+             Row{"low time in course", "reasons"},
+             Row{"release notes", "whats-new"},
+         }) {
+        const auto hits = book.search(row.query);
+        ASSERT_FALSE(hits.empty()) << row.query;
+        EXPECT_EQ(hits.front().topic->id, row.first) << row.query;
+    }
+    for (const char *none : {"zzyzx", "token zzyzx", "???", "{}", "ecksport"})
+        EXPECT_THAT(ids(book.search(none)), testing::IsEmpty()) << none;
+    for (const char *blank : {"", "  \n"}) {
+        const auto all = book.search(blank);
+        ASSERT_EQ(all.size(), book.topics().size());
+        EXPECT_EQ(all.front().topic->id, "getting-started");
+        EXPECT_EQ(all.front().snippet, "");
+    }
+}
+
+TEST(HelpBook, RanksTitlesOverKeywordsOverText) {
+    const HelpBook book;
+    const auto hits = ids(book.search("export"));
+    const auto at = [&](const char *id) { return std::ranges::find(hits, id) - hits.begin(); };
+    EXPECT_EQ(at("export"), 0) << "in the title";
+    EXPECT_LT(at("privacy"), std::ssize(hits)) << "in the text";
+    // "grades" is a keyword of one topic and stands in the text of many before it.
+    EXPECT_EQ(ids(book.search("grades")).front(), "privacy");
+}
+
+TEST(HelpBook, ShowsWhereItWasFound) {
+    const HelpBook book;
+    EXPECT_THAT(
+        book.search("captive portal").front().snippet,
+        testing::AllOf(HasSubstr("captive portal"), testing::StartsWith("…"), Not(HasSubstr(">"))));
+    // Only a keyword: the beginning of the topic stands for it.
+    EXPECT_THAT(book.search("boilerplate").front().snippet, testing::StartsWith("A template is"));
+}
+
+TEST(HelpBook, ShowsTheShortcutsItIsGiven) {
+    const HelpBook book({{"File", {{"Refresh | All", "Ctrl+R, F5"}, {"Settings", "Ctrl+,"}}}});
+    const std::string body = book.find("keyboard")->body;
+    EXPECT_THAT(body, HasSubstr("## File\n\n| Command | Keys |\n| --- | --- |\n"));
+    EXPECT_THAT(body, HasSubstr("| Refresh \\| All | Ctrl+R, F5 |\n| Settings | Ctrl+, |\n"));
+    EXPECT_EQ(book.search("refresh f5").front().topic->id, "keyboard");
+}
+
+TEST(HelpBook, RefusesATopicWithoutItsHeading) {
+    EXPECT_EQ(
+        parseTopic("a", "---\ntitle: T: u\nkeywords: x, y z\n---\n\nText\n"),
+        (HelpTopic{"a", "T: u", {"x", "y z"}, "Text\n"}));
+    for (const char *text :
+         {"", "Text", "---\ntitle: \nkeywords: x\n---\n", "---\ntitle: T\n---\nText\n",
+          "---\ntitle: T\nkeywords: x\nText\n"})
+        EXPECT_THROW(static_cast<void>(parseTopic("a", text)), std::invalid_argument) << text;
+}
+
+TEST(PlainText, IsWhatAReaderSees) {
+    struct Row {
+        const char *markdown;
+        const char *text;
+    };
+    for (const Row &row : {
+             Row{"## A **bold** `code`\n\n> quoted\n", "A bold code quoted"},
+             Row{"- one\n- two-fold\n", "one two-fold"},
+             Row{"| a | b\\|c |\n| --- | --: |\n| d | {first_name} |", "a b c d {first_name}"},
+             Row{"see [the page](topic:x), then", "see the page, then"},
+             Row{"[open (", "open ("},
+             Row{"", ""},
+         })
+        EXPECT_EQ(plainText(row.markdown), row.text);
+}
+
+TEST(ReleaseNotes, AreTheSectionsOfTheChangelog) {
+    using Releases = std::vector<Release>;
+    EXPECT_EQ(
+        parseChangelog("# Changelog\n\n## 1.1\n\n- b\n  c\n\n## 1.0\n- a\n### x\n"),
+        (Releases{{"1.1", "- b\n  c"}, {"1.0", "- a\n### x"}}));
+    EXPECT_EQ(parseChangelog("## 1"), (Releases{{"1", ""}}));
+    EXPECT_EQ(parseChangelog("# Changelog\n"), Releases{});
+    EXPECT_EQ(parseChangelog(""), Releases{});
+    EXPECT_EQ(releases().front().version, version) << "the newest section is this version's";
+    EXPECT_THAT(
+        HelpBook().find(HelpBook::releaseNotesID)->body, HasSubstr(releases().front().notes));
+}
+
+TEST(About, NamesEveryLibraryOfTheProgram) {
+    std::ifstream file(ELLWYND_SOURCE_DIR "/ARCHITECTURE.md");
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    const std::string table = text.substr(text.find("## Libraries"));
+    for (const about::Work &work : about::works())
+        EXPECT_THAT(table, HasSubstr("| " + std::string(work.name))) << "is not used any more";
+    const std::regex row("\n\\| ([^|(,]+?) (?=[|(])");
+    std::size_t rows = 0;
+    for (std::sregex_iterator at(table.begin(), table.end(), row), end; at != end; ++at) {
+        const std::string name = (*at)[1];
+        // Above the tools of the tests and the fonts, which are not part of the program.
+        if (name == "library" || name == "GoogleTest")
+            continue;
+        ++rows;
+        EXPECT_TRUE(std::ranges::any_of(about::works(), [&](const about::Work &work) {
+            return name.starts_with(work.name);
+        })) << name;
+    }
+    EXPECT_GE(rows, about::works().size());
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,5 +1,7 @@
 #include "help/about.h"
 
+#include <fmt/format.h>
+
 #include <array>
 
 namespace ellwynd::about {
@@ -26,6 +28,16 @@ std::span<const Work> works() {
         Work{"libsystemd", "the journal", "LGPL-2.1-or-later"},
     };
     return list;
+}
+
+std::string page() {
+    std::string text = fmt::format("{}\n\n## Promises\n\n", purpose);
+    for (const std::string_view promise : promises())
+        text += fmt::format("- {}\n", promise);
+    text += "\n## Built on\n\n| Library | For | Licence |\n| --- | --- | --- |\n";
+    for (const Work &work : works())
+        text += fmt::format("| {} | {} | {} |\n", work.name, work.use, work.licence);
+    return text;
 }
 
 } // namespace ellwynd::about

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace ellwynd::about {
@@ -25,5 +26,8 @@ struct Work {
 
 /// The libraries that are part of the running program.
 [[nodiscard]] std::span<const Work> works();
+
+/// All of it as one page of Markdown, below the program's name and version.
+[[nodiscard]] std::string page();
 
 } // namespace ellwynd::about

@@ -90,10 +90,11 @@ inline constexpr PreferenceKey<std::int64_t> onboardingStep{"Onboarding.step", 0
 inline constexpr PreferenceKey<std::string> courseInsightPanelMode{
     "CourseInsightPanelMode", "shown"};
 
-// The main window as it was left; base64 of the window system's own forms.
+// The windows as they were left; base64 of the window system's own forms.
 inline constexpr PreferenceKey<std::string> mainWindowGeometry{"MainWindowGeometry", ""};
 inline constexpr PreferenceKey<std::string> mainWindowColumns{"MainWindowColumns", ""};
 inline constexpr PreferenceKey<bool> studentDetailsHidden{"StudentDetailsHidden", false};
+inline constexpr PreferenceKey<std::string> helpWindowGeometry{"HelpWindowGeometry", ""};
 
 /// What reads as if it were saved when it is not: every key above that has a default.
 [[nodiscard]] PreferenceMap registeredDefaults();

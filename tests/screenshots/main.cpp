@@ -4,6 +4,8 @@
 #include "canvas/connectioncheck.h"
 #include "platform/files.h"
 #include "support/memorysecrets.h"
+#include "ui/about/aboutwindow.h"
+#include "ui/help/helpwindow.h"
 #include "ui/mainwindow.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
@@ -13,6 +15,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QTemporaryDir>
 
 #include <fmt/format.h>
@@ -104,6 +107,18 @@ class Studio {
         settings.open(SettingsWindow::sync);
         settle();
         save(settings, "settings-sync");
+
+        HelpWindow help(defaults, appearance, {});
+        help.showTopic("signals");
+        settle();
+        save(help, "help");
+        help.findChild<QLineEdit *>()->setText(QStringLiteral("missing work"));
+        settle();
+        save(help, "help-search");
+        AboutWindow about(appearance);
+        about.show();
+        settle();
+        save(about, "about");
     }
 
     [[nodiscard]] bool failed() const { return anyFailed; }

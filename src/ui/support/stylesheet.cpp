@@ -66,6 +66,9 @@ QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 QListWidget#settingsPages { background: @sidebar; border: none; border-right: 1px solid @separator; padding: $8; outline: none; }
 QListWidget#settingsPages::item { border-radius: 6px; padding-left: $8; color: @text; }
 QListWidget#settingsPages::item:selected { background: @selection; color: @text; }
+QWidget#helpSide { background: @sidebar; border-right: 1px solid @separator; }
+QListWidget#helpTopics { background: transparent; border: none; outline: none; }
+QTextBrowser#markdownPage { background: @window; color: @text; border: none; selection-background-color: @accent; selection-color: @accentText; }
 QFrame#card { border: 1px solid @separator; border-radius: 8px; background: @surface; }
 
 QStatusBar { background: @sidebar; color: @secondaryText; }

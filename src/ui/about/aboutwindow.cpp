@@ -1,0 +1,68 @@
+#include "ui/about/aboutwindow.h"
+
+#include "generated/version.h"
+#include "help/about.h"
+#include "theme/applicationicon.h"
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+#include "ui/support/labels.h"
+#include "ui/support/markdownpage.h"
+
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace ellwynd {
+
+AboutWindow::AboutWindow(const Appearance &look, QWidget *parent) : QDialog(parent) {
+    setWindowTitle(QStringLiteral("About Ellwynd"));
+    auto *picture = new QLabel;
+    picture->setAccessibleName(QStringLiteral("The icon of Ellwynd"));
+    auto *name = plainLabel(this);
+    name->setText(QStringLiteral("Ellwynd"));
+    auto *number = plainLabel(this);
+    number->setText(QStringLiteral("Version %1").arg(qstring(version)));
+    // For a report of a fault.
+    number->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    number->setProperty("secondary", true);
+    auto *page = new MarkdownPage(look);
+    page->setAccessibleName(QStringLiteral("About this program"));
+    page->showMarkdown(qstring(about::page()));
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+
+    auto *titles = new QVBoxLayout;
+    titles->addStretch(1);
+    titles->addWidget(name);
+    titles->addWidget(number);
+    titles->addStretch(1);
+    auto *heading = new QHBoxLayout;
+    heading->addWidget(picture);
+    heading->addLayout(titles, 1);
+    auto *column = new QVBoxLayout(this);
+    column->addLayout(heading);
+    column->addWidget(page, 1);
+    auto *foot = new QHBoxLayout;
+    foot->addWidget(buttons);
+    column->addLayout(foot);
+    // The page has a margin of its own.
+    column->setContentsMargins(0, 0, 0, 0);
+
+    const auto size = [&look, picture, name, heading, foot] {
+        const int margin = look.px(20);
+        heading->setContentsMargins(margin, margin, margin, 0);
+        foot->setContentsMargins(margin, 0, margin, margin);
+        heading->setSpacing(look.px(14));
+        const int side = look.px(64);
+        picture->setPixmap(
+            applicationIcon().pixmap(QSize(side, side), picture->devicePixelRatioF()));
+        name->setFont(look.font(1.7, QFont::Bold));
+    };
+    connect(&look, &Appearance::changed, this, size);
+    size();
+    buttons->button(QDialogButtonBox::Close)->setFocus();
+    resize(look.px(500), look.px(520));
+}
+
+} // namespace ellwynd

@@ -1,0 +1,18 @@
+// "About Ellwynd".
+#pragma once
+
+#include <QDialog>
+
+namespace ellwynd {
+
+class Appearance;
+
+/// Name, version and purpose of the program, what it never does, and what it is built on.
+class AboutWindow : public QDialog {
+    Q_OBJECT
+
+  public:
+    explicit AboutWindow(const Appearance &appearance, QWidget *parent = nullptr);
+};
+
+} // namespace ellwynd

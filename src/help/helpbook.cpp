@@ -154,6 +154,7 @@ std::vector<HelpHit> HelpBook::search(std::string_view query) const {
     }
     std::ranges::stable_sort(hits, std::greater{}, &std::pair<Rank, HelpHit>::first);
     std::vector<HelpHit> result;
+    result.reserve(hits.size());
     for (auto &[rank, hit] : hits)
         result.push_back(std::move(hit));
     return result;

@@ -164,7 +164,7 @@ TEST(About, NamesEveryLibraryOfTheProgram) {
     std::size_t rows = 0;
     for (std::sregex_iterator at(table.begin(), table.end(), row), end; at != end; ++at) {
         const std::string name = (*at)[1];
-        // Above the tools of the tests and the fonts, which are not part of the program.
+        // Not part of the running program. Rows of several tools have no single name.
         if (name == "library" || name == "GoogleTest")
             continue;
         ++rows;

@@ -150,6 +150,7 @@ TEST_F(HelpWindowTest, FollowsTheAppearanceAndKeepsItsPlace) {
     settings.setTextScale(2);
     EXPECT_NEAR(headingSize(), normal * 2, 0.01);
     EXPECT_THAT(text(), StartsWith("How Students Are Scored"));
+    EXPECT_EQ(page.findChildren<QTextDocument *>().size(), 1) << "earlier pages are gone";
 
     window.resize(777, 555);
     window.close();

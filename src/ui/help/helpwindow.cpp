@@ -110,10 +110,6 @@ void HelpWindow::search() {
         topics->setHits(hits);
         topics->selectTopic(searching && !hits.empty() ? hits.front().topic->id : current);
     }
-    topics->setAccessibleDescription(
-        !searching         ? QString()
-            : hits.empty() ? QStringLiteral("Nothing found")
-                           : QStringLiteral("%1 found").arg(hits.size()));
     if (searching && !hits.empty())
         read(hits.front().topic->id, true);
     else

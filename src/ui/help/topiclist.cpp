@@ -15,6 +15,10 @@ enum Role { idRole = Qt::UserRole, snippetRole };
 constexpr double snippetSize = 0.9;
 constexpr int snippetLines = 2;
 
+QString nothingFound() {
+    return QStringLiteral("Nothing found");
+}
+
 } // namespace
 
 /// A title, and below it up to two lines of what was found.
@@ -71,16 +75,18 @@ class TopicList::Delegate : public QStyledItemDelegate {
     const Appearance &appearance;
 };
 
-TopicList::TopicList(const Appearance &appearance, QWidget *parent) : QListWidget(parent) {
+TopicList::TopicList(const Appearance &look, QWidget *parent)
+    : QListWidget(parent), appearance(look) {
     setObjectName(QStringLiteral("helpTopics"));
     setAccessibleName(QStringLiteral("Help topics"));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setItemDelegate(new Delegate(appearance, this));
-    connect(&appearance, &Appearance::changed, this, &QListWidget::doItemsLayout);
+    setItemDelegate(new Delegate(look, this));
+    connect(&look, &Appearance::changed, this, &QListWidget::doItemsLayout);
 }
 
 void TopicList::setHits(const std::vector<HelpHit> &hits) {
     clear();
+    setAccessibleDescription(hits.empty() ? nothingFound() : QString());
     for (const HelpHit &hit : hits) {
         auto *item = new QListWidgetItem(qstring(hit.topic->title), this);
         item->setData(idRole, qstring(hit.topic->id));
@@ -101,6 +107,19 @@ void TopicList::selectTopic(const std::string &id) {
 
 std::string TopicList::selectedTopic() const {
     return currentItem() != nullptr ? currentItem()->data(idRole).toString().toStdString() : "";
+}
+
+void TopicList::paintEvent(QPaintEvent *event) {
+    QListWidget::paintEvent(event);
+    if (count() > 0)
+        return;
+    QPainter painter(viewport());
+    painter.setFont(appearance.font());
+    painter.setPen(appearance.theme().secondaryText);
+    const int margin = appearance.px(12);
+    painter.drawText(
+        viewport()->rect().adjusted(margin, margin, -margin, -margin),
+        Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, nothingFound());
 }
 
 } // namespace ellwynd

@@ -25,8 +25,14 @@ class TopicList : public QListWidget {
     /// Empty when none is selected.
     [[nodiscard]] std::string selectedTopic() const;
 
+  protected:
+    /// Says so where there is nothing to list.
+    void paintEvent(QPaintEvent *event) override;
+
   private:
     class Delegate;
+
+    const Appearance &appearance;
 };
 
 } // namespace ellwynd

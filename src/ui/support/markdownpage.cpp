@@ -4,6 +4,7 @@
 #include "ui/support/appearance.h"
 
 #include <QDesktopServices>
+#include <QPointer>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextTable>
@@ -62,6 +63,23 @@ void dressTable(QTextTable &table, const Appearance &appearance) {
     table.setFormat(format);
 }
 
+/// Places in a UTF-8 text, asked for in rising order, as the document counts them.
+class Positions {
+  public:
+    explicit Positions(std::string_view utf8) : text(utf8) {}
+
+    int of(std::size_t bytes) {
+        units += int(QString::fromUtf8(text.data() + done, qsizetype(bytes - done)).size());
+        done = bytes;
+        return units;
+    }
+
+  private:
+    std::string_view text;
+    std::size_t done = 0;
+    int units = 0;
+};
+
 } // namespace
 
 MarkdownPage::MarkdownPage(const Appearance &look, QWidget *parent)
@@ -80,15 +98,23 @@ void MarkdownPage::showMarkdown(const QString &markdown) {
 }
 
 void MarkdownPage::render() {
-    setMarkdown(source);
-    document()->setDocumentMargin(appearance.px(pageMargin));
-    document()->setIndentWidth(appearance.px(listIndent));
-    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next())
+    // A page is dressed before it is shown, or it is laid out again after each step.
+    auto *fresh = new QTextDocument(this);
+    fresh->setDefaultFont(font());
+    fresh->setMarkdown(source);
+    fresh->setDocumentMargin(appearance.px(pageMargin));
+    fresh->setIndentWidth(appearance.px(listIndent));
+    for (QTextBlock block = fresh->begin(); block.isValid(); block = block.next())
         dressBlock(block, appearance);
-    for (QTextFrame *frame : document()->rootFrame()->childFrames()) {
+    for (QTextFrame *frame : fresh->rootFrame()->childFrames()) {
         if (auto *table = qobject_cast<QTextTable *>(frame))
             dressTable(*table, appearance);
     }
+    // Marks hold places of the old page.
+    setExtraSelections({});
+    const QPointer<QTextDocument> old(document());
+    setDocument(fresh);
+    delete old;
     moveCursor(QTextCursor::Start);
     verticalScrollBar()->setValue(0);
     markWords(marked);
@@ -96,36 +122,35 @@ void MarkdownPage::render() {
 
 void MarkdownPage::markWords(const QString &query) {
     marked = query;
-    const std::vector<Word> wanted = wordsOf(query.toStdString());
-    const std::string text = document()->toPlainText().toStdString();
-    const std::vector<Word> words = wordsOf(text);
-    const std::size_t phrase = wanted.empty() ? words.size() : phraseAt(words, wanted);
+    std::vector<Word> wanted = wordsOf(query.toStdString());
+    // A single letter would mark half of the page.
+    std::erase_if(wanted, [](const Word &word) { return word.folded.size() < 2; });
     QList<ExtraSelection> selections;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        const Word &word = words[i];
-        const bool found = std::ranges::any_of(
-            wanted, [&word](const Word &each) { return word.folded.starts_with(each.folded); });
-        if (!found)
-            continue;
-        const auto position = [&text](std::size_t bytes) {
-            return int(QString::fromUtf8(text.data(), qsizetype(bytes)).size());
-        };
-        ExtraSelection selection;
-        selection.cursor = QTextCursor(document());
-        selection.cursor.setPosition(position(word.begin));
-        selection.cursor.setPosition(position(word.end), QTextCursor::KeepAnchor);
-        selection.format.setBackground(appearance.theme().watch.fill);
-        selection.format.setForeground(appearance.theme().watch.text);
-        const bool target = phrase < words.size() ? i == phrase : selections.isEmpty();
-        selections.push_back(selection);
-        if (target) {
-            QTextCursor at = selection.cursor;
-            at.clearSelection();
-            setTextCursor(at);
-            ensureCursorVisible();
+    if (!wanted.empty()) {
+        const std::string text = document()->toPlainText().toStdString();
+        const std::vector<Word> words = wordsOf(text);
+        const std::size_t phrase = phraseAt(words, wanted);
+        Positions positions(text);
+        for (std::size_t i = 0; i < words.size(); ++i) {
+            const bool found = std::ranges::any_of(wanted, [&word = words[i]](const Word &each) {
+                return word.folded.starts_with(each.folded);
+            });
+            if (!found)
+                continue;
+            ExtraSelection selection;
+            selection.cursor = QTextCursor(document());
+            selection.cursor.setPosition(positions.of(words[i].begin));
+            if (phrase < words.size() ? i == phrase : selections.isEmpty())
+                setTextCursor(selection.cursor);
+            selection.cursor.setPosition(positions.of(words[i].end), QTextCursor::KeepAnchor);
+            selection.format.setBackground(appearance.theme().watch.fill);
+            selection.format.setForeground(appearance.theme().watch.text);
+            selections.push_back(selection);
         }
     }
     setExtraSelections(selections);
+    if (!selections.isEmpty())
+        ensureCursorVisible();
 }
 
 void MarkdownPage::follow(const QUrl &link) {

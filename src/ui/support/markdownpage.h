@@ -19,7 +19,7 @@ class MarkdownPage : public QTextBrowser {
     void showMarkdown(const QString &markdown);
 
     /// Marks the words of the page that begin with one of the query's words, and scrolls to the
-    /// first of them, or to where they stand together. An empty query marks nothing.
+    /// first of them, or to where they stand together. Single letters mark nothing.
     void markWords(const QString &query);
 
   Q_SIGNALS:

@@ -1,0 +1,204 @@
+// What is installed beside the programs: valid by the tools of those who read it, and true.
+#include "canvas/tokenstore.h"
+#include "cli/commands.h"
+#include "cli/run.h"
+#include "platform/preferencekeys.h"
+#include "support/temporaryfolder.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QRegularExpression>
+
+#include <gmock/gmock.h>
+
+#include <set>
+#include <sstream>
+
+namespace ellwynd {
+namespace {
+
+using Words = std::set<std::string>;
+
+const QString folder = QStringLiteral(ELLWYND_SOURCE_DIR "/packaging/");
+
+QString text(const char *name) {
+    QFile file(folder + QString::fromUtf8(name));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+    return QString::fromUtf8(file.readAll());
+}
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+Outcome run(const QString &program, const QStringList &arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    EXPECT_TRUE(process.waitForFinished()) << program.toStdString() << " is not installed";
+    return {
+        process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+        process.readAllStandardOutput().toStdString(),
+        process.readAllStandardError().toStdString()};
+}
+
+TEST(Packaging, TheValidatorsFindNothing) {
+    const QStringList desktops = QDir(folder).entryList({QStringLiteral("*.desktop")}, QDir::Files);
+    const QStringList pages =
+        QDir(folder + QStringLiteral("man")).entryList({QStringLiteral("*.1")}, QDir::Files);
+    ASSERT_GE(desktops.size(), 2);
+    ASSERT_GE(pages.size(), 2);
+    for (const QString &name : desktops) {
+        const Outcome checked = run(QStringLiteral("desktop-file-validate"), {folder + name});
+        EXPECT_EQ(checked.status, 0) << name.toStdString();
+        EXPECT_EQ(checked.out + checked.err, "") << name.toStdString();
+    }
+    for (const QString &name : pages) {
+        const Outcome checked =
+            run(QStringLiteral("groff"),
+                {QStringLiteral("-man"), QStringLiteral("-ww"), QStringLiteral("-Tutf8"),
+                 QStringLiteral("-z"), folder + QStringLiteral("man/") + name});
+        EXPECT_EQ(checked.status, 0) << name.toStdString();
+        EXPECT_EQ(checked.err, "") << name.toStdString();
+    }
+    const Outcome metainfo =
+        run(QStringLiteral("appstreamcli"),
+            {QStringLiteral("validate"), QStringLiteral("--no-net"), QStringLiteral("--strict"),
+             folder + QStringLiteral("com.varnok.Ellwynd.metainfo.xml")});
+    EXPECT_EQ(metainfo.status, 0) << metainfo.out << metainfo.err;
+    EXPECT_EQ(
+        run(QStringLiteral("bash"),
+            {QStringLiteral("-n"), folder + QStringLiteral("completions/ellwynd-cli.bash")})
+            .err,
+        "");
+}
+
+TEST(Packaging, NamesAreOneAndTheSame) {
+    const QString id = QStringLiteral("com.varnok.Ellwynd");
+    const QString desktop = text("com.varnok.Ellwynd.desktop");
+    // The name on the bus is the desktop entry's, or the desktop cannot activate the program.
+    EXPECT_TRUE(desktop.contains(QStringLiteral("\nDBusActivatable=true\n")));
+    EXPECT_TRUE(
+        text("com.varnok.Ellwynd.service.in")
+            .contains(QStringLiteral("\nName=%1\nExec=@ELLWYND_BINDIR@/ellwynd\n").arg(id)));
+    EXPECT_TRUE(desktop.contains(QStringLiteral("\nMimeType=x-scheme-handler/ellwynd;\n")));
+    EXPECT_TRUE(
+        text("com.varnok.Ellwynd.metainfo.xml").contains(QStringLiteral("<id>%1</id>").arg(id)));
+    for (const char *name : {"com.varnok.Ellwynd.desktop", "com.varnok.Ellwynd.Widget.desktop"})
+        EXPECT_TRUE(text(name).contains(QStringLiteral("\nIcon=%1\n").arg(id))) << name;
+    for (const char *icon : {"icons/%1.svg", "icons/%1-symbolic.svg"})
+        EXPECT_TRUE(QFileInfo::exists(folder + QString::fromUtf8(icon).arg(id))) << icon;
+    EXPECT_TRUE(std::string_view(TokenStore::service).starts_with(id.toStdString()));
+}
+
+/// Every word that a pattern's one group finds.
+Words all(const QString &from, const char *pattern) {
+    Words words;
+    auto matches = QRegularExpression(QString::fromUtf8(pattern)).globalMatch(from);
+    while (matches.hasNext())
+        words.insert(matches.next().captured(1).toStdString());
+    return words;
+}
+
+/// The long options in a command's own help.
+Words optionsOf(const cli::Command &command) {
+    const test::TemporaryFolder home;
+    std::istringstream in;
+    std::ostringstream out;
+    std::ostringstream err;
+    const int status =
+        cli::run({{command.name, "--help"}}, in, out, err, home.path() / "Preferences.json");
+    EXPECT_EQ(status, 0) << err.str();
+    return all(QString::fromStdString(out.str()), "--([a-z][a-z-]+)");
+}
+
+/// What bash offers for a line that ends in a word under way.
+Words completed(const QString &line) {
+    const QString script =
+        QStringLiteral("source \"$1\"; shift; compopt() { :; }; COMP_WORDS=(ellwynd-cli \"$@\"); "
+                       "COMP_CWORD=$#; _ellwynd_cli; printf '%s\\n' \"${COMPREPLY[@]}\"");
+    QStringList arguments{
+        QStringLiteral("-c"), script, QStringLiteral("bash"),
+        folder + QStringLiteral("completions/ellwynd-cli.bash")};
+    arguments += line.split(u' ');
+    const Outcome outcome = run(QStringLiteral("bash"), arguments);
+    EXPECT_EQ(outcome.err, "");
+    return all(QString::fromStdString(outcome.out), "(?m)^(.+)$");
+}
+
+TEST(Packaging, EveryCommandAndOptionIsCompletedAndInTheManual) {
+    const QString manual = text("man/ellwynd-cli.1").remove(u'\\');
+    const QString zsh = text("completions/_ellwynd-cli");
+    const QString fish = text("completions/ellwynd-cli.fish");
+    const Words offered = completed(QString());
+    ASSERT_FALSE(cli::commands().empty());
+    for (const cli::Command &command : cli::commands()) {
+        const QString name = QString::fromUtf8(command.name);
+        EXPECT_TRUE(offered.contains(command.name)) << "bash: " << command.name;
+        EXPECT_TRUE(zsh.contains(QRegularExpression(QStringLiteral("['\"]%1:").arg(name))))
+            << "zsh: " << command.name;
+        EXPECT_TRUE(fish.contains(QStringLiteral("'%1/").arg(name))) << "fish: " << command.name;
+        EXPECT_TRUE(
+            manual.contains(QRegularExpression(QStringLiteral("\\n\\.BI? \"?%1\\b").arg(name))) ||
+            manual.contains(QStringLiteral("\n.BR %1 ").arg(name)))
+            << "man: " << command.name;
+        const Words options = completed(QStringLiteral("--sample -Key value %1 1 --").arg(name));
+        for (const std::string &option : optionsOf(command)) {
+            const QString word = QString::fromStdString(option);
+            EXPECT_TRUE(options.contains("--" + option)) << "bash: " << command.name << option;
+            EXPECT_TRUE(zsh.contains(QStringLiteral("--%1").arg(word))) << "zsh: " << option;
+            EXPECT_TRUE(fish.contains(QStringLiteral("-l %1 ").arg(word))) << "fish: " << option;
+            EXPECT_TRUE(manual.contains(QStringLiteral("--%1").arg(word))) << "man: " << option;
+        }
+    }
+}
+
+TEST(Packaging, CompletionWaitsForWhatIsMeant) {
+    struct Row {
+        const char *line;
+        Words offered;
+    };
+    for (const Row &row : {
+             Row{"--sample ros", {"roster"}},
+             Row{"-TextScale ", {}},
+             Row{"-TextScale 1.5 cour", {"courses"}},
+             Row{"defaults ", {"list", "read", "write", "delete"}},
+             Row{"defaults read ", {}},
+             Row{"privacy forget-h", {"forget-history"}},
+             Row{"thresholds 1 --passing ", {}},
+             Row{"roster 1 --csv --out", {"--output"}},
+         })
+        EXPECT_EQ(completed(QString::fromUtf8(row.line)), row.offered) << row.line;
+}
+
+/// A value without the fraction that only tells a real number from a whole one.
+std::string plainValue(const PreferenceValue &value) {
+    const std::string json = toJSON(value);
+    return json.ends_with(".0") ? json.substr(0, json.size() - 2) : json;
+}
+
+TEST(Packaging, TheManualNamesPreferencesAsTheyAre) {
+    const PreferenceMap registered = preferences::registeredDefaults();
+    auto rows = QRegularExpression(QStringLiteral("\\n\\.BR (\\w+) \" \\(([^)]*)\\)\""))
+                    .globalMatch(text("man/ellwynd-cli.1"));
+    std::size_t count = 0;
+    while (rows.hasNext()) {
+        const auto row = rows.next();
+        const std::string key = row.captured(1).toStdString();
+        const std::string value = row.captured(2).toStdString();
+        const auto found = registered.find(key);
+        if (key == preferences::canvasBaseURL.name || key == preferences::cloudStoreFolder.name)
+            EXPECT_EQ(value, "empty") << key;
+        else if (found == registered.end())
+            ADD_FAILURE() << "there is no preference " << key;
+        else
+            EXPECT_EQ(plainValue(found->second), plainValue(parsePreferenceValue(value))) << key;
+        ++count;
+    }
+    EXPECT_GT(count, 10U);
+}
+
+} // namespace
+} // namespace ellwynd

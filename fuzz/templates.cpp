@@ -1,0 +1,21 @@
+// The message templates' file, and the templates in it filled for a student.
+#include "fuzz/target.h"
+#include "outputs/templatefile.h"
+#include "platform/files.h"
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+    using namespace ellwynd;
+    std::vector<MessageTemplate> templates;
+    try {
+        templates = decodeTemplates(std::string(fuzz::text(data, size)));
+    } catch (const FileError &) {
+        return 0;
+    }
+    // What was read is written and read back as it was.
+    fuzz::require(decodeTemplates(encodeTemplates(templates)) == templates);
+    for (const MessageTemplate &each : templates) {
+        const std::string filled = fill(each, {.id = 1, .name = each.name}, each.name, 70);
+        fuzz::require(filled.empty() || filled.back() != '\n');
+    }
+    return 0;
+}

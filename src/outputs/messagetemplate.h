@@ -1,0 +1,84 @@
+// Messages with placeholders, and the texts they become for a student.
+#pragma once
+
+#include "platform/date.h"
+#include "risk/riskrow.h"
+
+#include <array>
+#include <functional>
+#include <span>
+
+namespace ellwynd {
+
+struct MessageTemplate {
+    enum class Placeholder {
+        firstName,
+        name,
+        course,
+        flag,
+        score,
+        passing,
+        missingCount,
+        missingList,
+        missingLines,
+    };
+
+    /// A UUID as 36 characters in upper case; never shown.
+    std::string id;
+    /// Shown in menus and settings.
+    std::string name;
+    /// Lines are separated by "\n".
+    std::string body;
+    Date createdAt;
+    Date updatedAt;
+
+    bool operator==(const MessageTemplate &) const = default;
+};
+
+/// How a placeholder is written, and what settings say of it.
+struct PlaceholderText {
+    MessageTemplate::Placeholder placeholder;
+    /// With its braces, as it stands in a body.
+    std::string_view token;
+    std::string_view meaning;
+};
+
+/// In the order in which a line is examined and filled.
+inline constexpr std::array<PlaceholderText, 9> placeholders{{
+    {MessageTemplate::Placeholder::firstName, "{first_name}", "the student's first name"},
+    {MessageTemplate::Placeholder::name, "{name}", "the student's full name"},
+    {MessageTemplate::Placeholder::course, "{course}", "the course's name"},
+    {MessageTemplate::Placeholder::flag, "{flag}", "At Risk, Concern or Watch"},
+    {MessageTemplate::Placeholder::score, "{score}", "the current score, such as 73%"},
+    {MessageTemplate::Placeholder::passing, "{passing}", "the course's passing score"},
+    {MessageTemplate::Placeholder::missingCount, "{missing_count}",
+     "how many assignments are missing"},
+    {MessageTemplate::Placeholder::missingList, "{missing_list}",
+     "the missing assignments in one line"},
+    {MessageTemplate::Placeholder::missingLines, "{missing_lines}",
+     "the missing assignments, one a line"},
+}};
+
+/// "Email", "Short Message" and "Referral Summary", each with a new id.
+[[nodiscard]] std::vector<MessageTemplate> defaultTemplates(Date now);
+
+/// A template with a new id, created now.
+[[nodiscard]] MessageTemplate newTemplate(std::string name, std::string body, Date now);
+
+/// The message for one student. A line that holds a placeholder without a value is left out; text
+/// in braces that is no placeholder stays. Values are inserted one placeholder after the other, so
+/// that a later one is also filled where an earlier value brought it in.
+/// @param courseName the row's own when absent.
+/// @param passingScore percent.
+[[nodiscard]] std::string fill(
+    const MessageTemplate &message, const RiskRow &row,
+    const std::optional<std::string> &courseName, double passingScore);
+
+/// The messages for several students in the order of their rows, a blank line between two.
+/// @param passingScoreOf the passing score of a course, by its id, since rows may span courses.
+[[nodiscard]] std::string fillAll(
+    const MessageTemplate &message, std::span<const RiskRow> rows,
+    const std::optional<std::string> &courseName,
+    const std::function<double(std::int64_t courseID)> &passingScoreOf);
+
+} // namespace ellwynd

@@ -1,0 +1,150 @@
+#include "outputs/rosterexport.h"
+
+#include "platform/calendar.h"
+#include "risk/reasons.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+/// The reasons in one line. A sentence that announces a list is followed by the missing work.
+std::string why(const RiskRow &row) {
+    std::vector<std::string> sentences;
+    for (const ReasonLine &line : row.reasonLines) {
+        std::string sentence = line.text;
+        if (sentence.ends_with(':')) {
+            std::vector<std::string> names;
+            for (AssignmentRef &assignment : missingAssignments(row))
+                names.push_back(std::move(assignment.name));
+            sentence += fmt::format(" {}", fmt::join(names, ", "));
+        }
+        sentences.push_back(std::move(sentence));
+    }
+    return fmt::format("{}", fmt::join(sentences, "; "));
+}
+
+std::string csvCell(const std::string &cell) {
+    // Readers of CSV take a carriage return for the end of a row as well.
+    if (cell.find_first_of(",\"\n\r") == std::string::npos)
+        return cell;
+    std::string quoted = "\"";
+    for (const char c : cell) {
+        if (c == '"')
+            quoted += '"';
+        quoted += c;
+    }
+    return quoted + '"';
+}
+
+/// Every line break becomes a space, whichever of the three forms it has.
+std::string oneLine(std::string_view text) {
+    std::string line;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')
+            continue;
+        line += text[i] == '\n' || text[i] == '\r' ? ' ' : text[i];
+    }
+    return line;
+}
+
+std::string markdownCell(const std::string &cell) {
+    std::string escaped;
+    for (const char c : oneLine(cell)) {
+        if (c == '|')
+            escaped += '\\';
+        escaped += c;
+    }
+    return escaped;
+}
+
+std::string joined(
+    std::vector<std::string> cells, std::string (*form)(const std::string &),
+    std::string_view separator) {
+    std::ranges::transform(cells, cells.begin(), form);
+    return fmt::format("{}", fmt::join(cells, separator));
+}
+
+std::string csvLine(std::vector<std::string> cells) {
+    return joined(std::move(cells), csvCell, ",") + "\n";
+}
+
+std::string markdownLine(std::vector<std::string> cells) {
+    return "| " + joined(std::move(cells), markdownCell, " | ") + " |\n";
+}
+
+} // namespace
+
+std::vector<std::string> exportHeaders(bool wholeTerm) {
+    std::vector<std::string> headers{"Risk", "Student"};
+    if (wholeTerm)
+        headers.emplace_back("Course");
+    for (const char *header :
+         {"Current score", "Grade", "Missing", "Last active", "Why", "Contacted", "Since contact"})
+        headers.emplace_back(header);
+    return headers;
+}
+
+std::vector<std::string> exportRow(const RiskRow &row, const ExportSource &source) {
+    const auto since = lastOutcome(row, source.contacts, source.history, source.now);
+    std::vector<std::string> cells{
+        row.level ? std::string(levelName(*row.level)) : std::string(), row.name};
+    if (source.wholeTerm)
+        cells.push_back(row.courseName);
+    cells.push_back(row.currentScore ? roundedText(*row.currentScore) + "%" : "");
+    cells.push_back(row.currentGrade.value_or(""));
+    cells.push_back(row.missingCount > 0 ? std::to_string(row.missingCount) : "");
+    cells.push_back(row.lastActivityAt ? calendar::dayKey(*row.lastActivityAt) : "never");
+    cells.push_back(why(row));
+    cells.push_back(since ? calendar::dayKey(since->contactedAt) : "");
+    cells.push_back(since ? outcomeLabel(*since) : "");
+    return cells;
+}
+
+std::string outcomeLabel(const OutreachOutcome &outcome) {
+    return std::string(outcomeWord(outcome)) +
+        (isAwaitingFollowUp(outcome) ? " — awaiting follow-up" : "");
+}
+
+std::string csv(std::span<const RiskRow> rows, const ExportSource &source) {
+    std::string text = csvLine(exportHeaders(source.wholeTerm));
+    for (const RiskRow &row : rows)
+        text += csvLine(exportRow(row, source));
+    return text;
+}
+
+std::string
+markdown(std::string_view title, std::span<const RiskRow> rows, const ExportSource &source) {
+    std::vector<std::string> headers = exportHeaders(source.wholeTerm);
+    // A heading is one line.
+    std::string text = fmt::format(
+        "# {}\n\nExported from Ellwynd on {}.\n\n", oneLine(title), calendar::dayKey(source.now));
+    std::string separator = "|";
+    for (std::size_t column = 0; column < headers.size(); ++column)
+        separator += " --- |";
+    text += markdownLine(std::move(headers)) + separator + "\n";
+    for (const RiskRow &row : rows)
+        text += markdownLine(exportRow(row, source));
+    return text;
+}
+
+std::string exportText(
+    ExportFormat format, std::string_view title, std::span<const RiskRow> rows,
+    const ExportSource &source) {
+    return format == ExportFormat::csv ? csv(rows, source) : markdown(title, rows, source);
+}
+
+std::string exportFileName(ExportFormat format, std::string_view title, Date now) {
+    std::string name(title);
+    std::ranges::replace_if(
+        name, [](char c) { return c == '/' || c == ':'; }, '-');
+    return fmt::format(
+        "Ellwynd — {} — {}.{}", name, calendar::dayKey(now),
+        format == ExportFormat::csv ? "csv" : "md");
+}
+
+} // namespace ellwynd

@@ -1,0 +1,188 @@
+#include "outputs/messagetemplate.h"
+#include "support/instants.h"
+
+#include <gtest/gtest.h>
+
+namespace ellwynd {
+namespace {
+
+MessageTemplate saying(std::string body) {
+    return newTemplate("Test", std::move(body), test::noon);
+}
+
+RiskRow student(
+    std::optional<RiskLevel> level, std::optional<double> score, std::vector<std::string> missing) {
+    RiskRow row{
+        .id = 7,
+        .name = "Ana María Ruiz",
+        .courseName = "Biology",
+        .level = level,
+        .currentScore = score,
+        .missingCount = std::int64_t(missing.size()),
+        .courseID = 4021};
+    if (!missing.empty()) {
+        ReasonLine line{.text = "missing work"};
+        std::int64_t id = 0;
+        for (std::string &name : missing)
+            line.links.push_back({{0, line.text.size()}, AssignmentRef{++id, std::move(name)}});
+        row.reasonLines.push_back(std::move(line));
+    }
+    if (score)
+        row.reasonLines.push_back({.text = "Current score", .links = {{{0, 13}, GradesTarget{}}}});
+    return row;
+}
+
+const RiskRow everything = student(RiskLevel::atRisk, 48.6, {"Essay 1", "Quiz 3"});
+const RiskRow nothing = student(std::nullopt, std::nullopt, {});
+
+TEST(MessageTemplate, TheShippedOnesLeaveOutWhatIsNotKnown) {
+    const auto shipped = defaultTemplates(test::noon);
+    ASSERT_EQ(shipped.size(), 3U);
+    const MessageTemplate &email = shipped[0];
+    const MessageTemplate &brief = shipped[1];
+    const MessageTemplate &referral = shipped[2];
+    const RiskRow noScore = student(RiskLevel::watch, std::nullopt, {"Essay 1"});
+    const RiskRow noMissing = student(RiskLevel::concern, 72.5, {});
+    const RiskRow noLevel = student(std::nullopt, 72.49, {"Essay 1"});
+    struct Row {
+        const char *name;
+        const MessageTemplate &message;
+        const RiskRow &student;
+        const char *text;
+    };
+    const Row rows[] = {
+        {"email, everything", email, everything,
+         R"(Subject: Checking in — Bio 101
+
+Hi Ana,
+
+I was going through how everyone is doing in Bio 101 and wanted to check in. Here is what I am seeing:
+
+• 2 assignment(s) showing as missing:
+    – Essay 1
+    – Quiz 3
+• Your current score is 49%, and passing is 70%.
+
+If something is getting in the way, reply and let me know — we can work out a plan to catch up.)"},
+        {"email, nothing", email, nothing,
+         R"(Subject: Checking in — Bio 101
+
+Hi Ana,
+
+I was going through how everyone is doing in Bio 101 and wanted to check in. Here is what I am seeing:
+
+
+If something is getting in the way, reply and let me know — we can work out a plan to catch up.)"},
+        {"email, no score", email, noScore,
+         R"(Subject: Checking in — Bio 101
+
+Hi Ana,
+
+I was going through how everyone is doing in Bio 101 and wanted to check in. Here is what I am seeing:
+
+• 1 assignment(s) showing as missing:
+    – Essay 1
+
+If something is getting in the way, reply and let me know — we can work out a plan to catch up.)"},
+        {"email, no missing work", email, noMissing,
+         R"(Subject: Checking in — Bio 101
+
+Hi Ana,
+
+I was going through how everyone is doing in Bio 101 and wanted to check in. Here is what I am seeing:
+
+• Your current score is 73%, and passing is 70%.
+
+If something is getting in the way, reply and let me know — we can work out a plan to catch up.)"},
+        {"short, everything", brief, everything,
+         R"(Hi Ana — quick check-in on Bio 101.
+
+Missing (2):
+    – Essay 1
+    – Quiz 3
+
+Current score: 49%, passing is 70%
+
+If something is getting in the way, let me know and we'll sort out a plan.)"},
+        {"short, nothing", brief, nothing,
+         "Hi Ana — quick check-in on Bio 101.\n\n\n\n"
+         "If something is getting in the way, let me know and we'll sort out a plan."},
+        {"short, no missing work", brief, noMissing,
+         "Hi Ana — quick check-in on Bio 101.\n\n\nCurrent score: 73%, passing is 70%\n\n"
+         "If something is getting in the way, let me know and we'll sort out a plan."},
+        {"referral, everything", referral, everything,
+         "Ana María Ruiz — Bio 101\nFlag: At Risk\nCurrent score: 49% (passing 70%)\n"
+         "Missing (2):\n    – Essay 1\n    – Quiz 3"},
+        {"referral, nothing", referral, nothing, "Ana María Ruiz — Bio 101"},
+        {"referral, no level", referral, noLevel,
+         "Ana María Ruiz — Bio 101\nCurrent score: 72% (passing 70%)\n"
+         "Missing (1):\n    – Essay 1"},
+        {"referral, no score", referral, noScore,
+         "Ana María Ruiz — Bio 101\nFlag: Watch\nMissing (1):\n    – Essay 1"},
+    };
+    for (const Row &row : rows)
+        EXPECT_EQ(fill(row.message, row.student, "Bio 101", 69.5), row.text) << row.name;
+}
+
+TEST(MessageTemplate, FillsLineByLineInTheOrderOfThePlaceholders) {
+    const auto named = [](std::string name) {
+        RiskRow row = everything;
+        row.name = std::move(name);
+        return row;
+    };
+    RiskRow braces = named("{flag} {first_name} O'Neil {missing_count");
+    RiskRow loop = named("{name}");
+    RiskRow unflagged = named("Bo {flag}");
+    unflagged.level.reset();
+    RiskRow list = student(RiskLevel::watch, 70, {"a {missing_lines}", "50% | \"b\"\r\nc, {name}"});
+    struct Row {
+        const char *body;
+        RiskRow student;
+        const char *text;
+    };
+    const Row rows[] = {
+        {"", everything, ""},
+        {"\n\n", everything, ""},
+        {" \u00A0\t\r\nHi\n\n ", everything, "Hi"},
+        {"{score} {score}{passing}", everything, "49% 49%70%"},
+        {"{Name} {unknown} {name", everything, "{Name} {unknown} {name"},
+        {"{{name}}", everything, "{Ana María Ruiz}"},
+        {"a\n{flag} and {nothing}\nb", nothing, "a\nb"},
+        {"a\n\n{score}\n\nb", nothing, "a\n\n\nb"},
+        {"{missing_list}", everything, "Essay 1, Quiz 3"},
+        {"{missing_list}\r\nb", nothing, "b"},
+        {"{first_name}", named("  Ana  María Ruiz"), "Ana"},
+        {"x{first_name}x", named("  "), "x  x"},
+        {"a\n{first_name}", named(""), "a"},
+        {"{first_name}", named("Ana\u00A0María Ruiz"), "Ana\u00A0María"},
+        {"{name}", named("\u202Eevil <b>"), "\u202Eevil <b>"},
+        // A value is text in the line like any other when a later placeholder's turn comes.
+        {"{name}", braces, "At Risk {first_name} O'Neil {missing_count"},
+        {"{first_name}", loop, "{name}"},
+        {"{name}", loop, "{name}"},
+        {"{first_name} {name}", loop, "{name} {name}"},
+        {"a\n{name}", unflagged, "a"},
+        {"{missing_list}", list,
+         "a     – a {missing_lines}\n    – 50% | \"b\"\r\nc, {name}, 50% | \"b\"\r\nc, {name}"},
+    };
+    for (const Row &row : rows)
+        EXPECT_EQ(fill(saying(row.body), row.student, std::nullopt, 70), row.text) << row.body;
+}
+
+TEST(MessageTemplate, SeveralRowsEachHaveTheirOwnCourse) {
+    RiskRow other = nothing;
+    other.name = "Bo";
+    other.courseName = "Chemistry";
+    other.courseID = 5;
+    const std::vector<RiskRow> rows{everything, other};
+    const auto passing = [](std::int64_t course) { return course == 5 ? 60.5 : 70; };
+    const MessageTemplate message = saying("{first_name}: {course} {passing}\n{score}");
+    EXPECT_EQ(
+        fillAll(message, rows, std::nullopt, passing),
+        "Ana: Biology 70%\n49%\n\nBo: Chemistry 61%");
+    EXPECT_EQ(fillAll(message, rows, "Lab", passing), "Ana: Lab 70%\n49%\n\nBo: Lab 61%");
+    EXPECT_EQ(fillAll(message, {}, "Lab", passing), "");
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,139 @@
+#include "outputs/rosterexport.h"
+#include "support/instants.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using std::chrono::days;
+using test::noon;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr std::int64_t course = 4021;
+
+struct RosterExport : testing::Test {
+    UserDefaults defaults{{}, {}};
+    ContactLog contacts{defaults, std::nullopt, test::noonClock};
+    RosterHistory history{defaults, std::nullopt, test::noonClock};
+    ExportSource source{contacts, history, noon};
+
+    /// Writes to student 1, whom the history then held at that level.
+    void wrote(int daysAgo, std::optional<RiskLevel> levelThen) {
+        const Date then = noon - days(daysAgo);
+        contacts.noteContact(course, 1, then);
+        history.record({{.id = 1, .level = levelThen, .courseID = course}}, course, then);
+    }
+
+    [[nodiscard]] std::string sinceContact(std::optional<RiskLevel> levelNow) const {
+        return exportRow({.id = 1, .level = levelNow, .courseID = course}, source).back();
+    }
+};
+
+TEST_F(RosterExport, AStudentWithNothingHasEmptyCells) {
+    EXPECT_THAT(
+        exportRow({.id = 2, .name = "Bo", .courseID = course}, source),
+        ElementsAre("", "Bo", "", "", "", "never", "", "", ""));
+    source.wholeTerm = true;
+    EXPECT_THAT(
+        exportRow({.id = 2, .name = "Bo", .courseID = course}, source),
+        ElementsAre("", "Bo", "", "", "", "", "never", "", "", ""));
+}
+
+TEST_F(RosterExport, EveryFigureHasItsCell) {
+    wrote(8, RiskLevel::concern);
+    RiskRow row{
+        .id = 1,
+        .name = "Ana",
+        .courseName = "Bio",
+        .level = RiskLevel::concern,
+        .currentScore = 72.5,
+        .currentGrade = "C−",
+        .missingCount = 2,
+        // Still the day before in Chicago.
+        .lastActivityAt = test::at("2026-09-20T04:59:59Z"),
+        .courseID = course};
+    ReasonLine missing{.text = "Missing these:"};
+    missing.links = {{{0, 14}, AssignmentRef{1, "Essay"}}, {{0, 14}, AssignmentRef{2, "Quiz"}}};
+    row.reasonLines = {missing, {.text = "1 past-due unsubmitted"}};
+    source.wholeTerm = true;
+    EXPECT_THAT(
+        exportRow(row, source),
+        ElementsAre(
+            "Concern", "Ana", "Bio", "73%", "C−", "2", "2026-09-19",
+            "Missing these: Essay, Quiz; 1 past-due unsubmitted", "2026-09-16",
+            "no change — awaiting follow-up"));
+    EXPECT_EQ(exportHeaders(true).size(), 10U);
+    EXPECT_EQ(exportHeaders(false).size(), 9U);
+}
+
+TEST_F(RosterExport, SaysWhatCameOfAContact) {
+    using enum RiskLevel;
+    struct Row {
+        int daysAgo;
+        std::optional<RiskLevel> then;
+        std::optional<RiskLevel> now;
+        const char *label;
+    };
+    for (const Row &row : std::initializer_list<Row>{
+             {6, concern, concern, "no change"},
+             {7, concern, concern, "no change — awaiting follow-up"},
+             {10, watch, atRisk, "worse — awaiting follow-up"},
+             {3, std::nullopt, watch, "worse"},
+             {8, atRisk, watch, "improved"},
+             {8, atRisk, std::nullopt, "improved"},
+             {8, std::nullopt, std::nullopt, "no change"}}) {
+        history.deleteAll();
+        wrote(row.daysAgo, row.then);
+        EXPECT_EQ(sinceContact(row.now), row.label) << row.daysAgo << row.label;
+    }
+    history.deleteAll();
+    EXPECT_EQ(sinceContact(watch), "no change — awaiting follow-up") << "nothing is known of then";
+}
+
+TEST_F(RosterExport, CSVQuotesWhatReadersWouldSplit) {
+    const std::vector<RiskRow> rows{
+        {.id = 1, .name = "Ruiz, Ana"},
+        {.id = 2, .name = "Bo \"Q\""},
+        {.id = 3, .name = "a\nb"},
+        {.id = 4, .name = "a\rb"},
+        {.id = 5, .name = " 'x'|;\t\u202E "}};
+    EXPECT_EQ(
+        csv(rows, source),
+        "Risk,Student,Current score,Grade,Missing,Last active,Why,Contacted,Since contact\n"
+        ",\"Ruiz, Ana\",,,,never,,,\n"
+        ",\"Bo \"\"Q\"\"\",,,,never,,,\n"
+        ",\"a\nb\",,,,never,,,\n"
+        ",\"a\rb\",,,,never,,,\n"
+        ", 'x'|;\t\u202E ,,,,never,,,\n");
+}
+
+TEST_F(RosterExport, MarkdownKeepsARowOnOneLine) {
+    source.wholeTerm = true;
+    const std::vector<RiskRow> rows{
+        {.id = 1, .name = "a|b\\|c\r\nd\ne\rf", .courseName = "# *x*", .level = RiskLevel::watch}};
+    EXPECT_EQ(
+        markdown("Fall | 2026\n# x", rows, source),
+        "# Fall | 2026 # x\n"
+        "\n"
+        "Exported from Ellwynd on 2026-09-24.\n"
+        "\n"
+        "| Risk | Student | Course | Current score | Grade | Missing | Last active | Why | "
+        "Contacted | Since contact |\n"
+        "| --- | --- | --- | --- | --- | --- | --- | --- | --- | --- |\n"
+        "| Watch | a\\|b\\\\|c d e f | # *x* |  |  |  | never |  |  |  |\n");
+    EXPECT_THAT(markdown("Empty", {}, source), testing::EndsWith(" --- |\n"));
+}
+
+TEST_F(RosterExport, TheFileNameHasNoSeparators) {
+    EXPECT_EQ(
+        exportFileName(ExportFormat::csv, "Bio 101: Lab/Field", noon),
+        "Ellwynd — Bio 101- Lab-Field — 2026-09-24.csv");
+    EXPECT_THAT(
+        exportFileName(ExportFormat::markdown, "x", test::at("2026-09-24T04:00:00Z")),
+        HasSubstr("2026-09-23.md"));
+}
+
+} // namespace
+} // namespace ellwynd

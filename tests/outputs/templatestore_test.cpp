@@ -1,0 +1,277 @@
+#include "outputs/templatefile.h"
+#include "outputs/templatestore.h"
+#include "platform/log.h"
+#include "support/instants.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+namespace ellwynd {
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+Date clockNow = test::noon;
+std::vector<std::string> logged;
+
+struct TemplateStoreTest : testing::Test {
+    test::TemporaryFolder folder;
+    const std::filesystem::path directory = folder.path() / "a" / "Ellwynd";
+    const std::filesystem::path file = directory / "MessageTemplates.json";
+
+    void SetUp() override {
+        clockNow = test::noon;
+        logged.clear();
+        Log::setSink([](std::string_view category, Log::Level level, std::string_view message) {
+            EXPECT_EQ(category, "templates");
+            EXPECT_EQ(level, Log::Level::error);
+            logged.emplace_back(message);
+        });
+    }
+    void TearDown() override { Log::setSink(nullptr); }
+
+    [[nodiscard]] TemplateStore open() const {
+        return TemplateStore(directory, [] { return clockNow; });
+    }
+
+    [[nodiscard]] std::string text() const {
+        return folder.read("a/Ellwynd/MessageTemplates.json");
+    }
+
+    void write(const std::string &bytes) const {
+        std::filesystem::create_directories(directory);
+        (void)folder.write("a/Ellwynd/MessageTemplates.json", bytes);
+    }
+
+    static std::vector<std::string> names(const std::vector<MessageTemplate> &templates) {
+        std::vector<std::string> result;
+        for (const MessageTemplate &each : templates)
+            result.push_back(each.name);
+        return result;
+    }
+
+    [[nodiscard]] std::vector<std::string> saved() const { return names(decodeTemplates(text())); }
+};
+
+TEST_F(TemplateStoreTest, BeginsWithTheShippedOnesAndWritesNothing) {
+    const TemplateStore store = open();
+    EXPECT_THAT(
+        names(store.templates()), ElementsAre("Email", "Short Message", "Referral Summary"));
+    EXPECT_NE(store.templates()[0].id, store.templates()[1].id);
+    EXPECT_FALSE(std::filesystem::exists(directory));
+    EXPECT_THAT(logged, IsEmpty());
+}
+
+TEST_F(TemplateStoreTest, EveryEditIsSavedWhole) {
+    TemplateStore store = open();
+    int changes = 0;
+    QObject::connect(&store, &TemplateStore::templatesDidChange, &store, [&] { ++changes; });
+    const std::string email = store.templates()[0].id;
+
+    clockNow += std::chrono::milliseconds(1500);
+    const std::string untitled = store.addUntitled();
+    EXPECT_EQ(store.find(untitled)->body, "Hi {first_name},\n\n");
+    EXPECT_THAT(saved(), ElementsAre("Email", "Short Message", "Referral Summary", "Untitled"));
+
+    store.update(email, "Letter", "Dear {name}");
+    EXPECT_EQ(store.find(email)->createdAt, test::noon);
+    EXPECT_EQ(store.find(email)->updatedAt, clockNow);
+    const std::string copy = store.duplicate(email);
+    const std::string copyOfCopy = store.duplicate(copy);
+    EXPECT_EQ(store.find(copy)->createdAt, clockNow);
+    EXPECT_EQ(store.find(copyOfCopy)->name, "Letter Copy Copy");
+    EXPECT_EQ(store.find(copyOfCopy)->body, "Dear {name}");
+    EXPECT_EQ(changes, 4);
+
+    store.update("unknown", "x", "y");
+    EXPECT_EQ(store.duplicate("unknown"), "");
+    EXPECT_THAT(store.remove("unknown").removed, IsEmpty());
+    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(open().templates(), store.templates()) << "dates and ids come back as they were";
+}
+
+TEST_F(TemplateStoreTest, WhatIsTakenAwayCanBePutBack) {
+    TemplateStore store = open();
+    const auto shipped = store.templates();
+    const auto removal = store.remove(shipped[1].id);
+    EXPECT_THAT(saved(), ElementsAre("Email", "Referral Summary"));
+    store.undo(removal);
+    EXPECT_EQ(store.templates(), shipped);
+
+    store.add(newTemplate("Email 2", "mine", clockNow));
+    store.add(newTemplate("Email", "mine as well", clockNow));
+    store.update(shipped[1].id, "short message", "edited and renamed");
+    const auto before = store.templates();
+    const auto restored = store.restoreDefaults();
+    EXPECT_THAT(
+        saved(),
+        ElementsAre("Email", "Short Message", "Referral Summary", "short message", "Email 2"));
+    EXPECT_EQ(store.templates()[0].body, shipped[0].body);
+    EXPECT_NE(store.templates()[0].id, shipped[0].id);
+    const std::string edited = store.templates()[1].id;
+    store.undo(restored);
+    EXPECT_EQ(store.templates(), before);
+
+    const auto again = store.restoreDefaults();
+    store.update(again.added[0].id, "Email", "written since");
+    store.undo(again);
+    EXPECT_NE(store.find(again.added[0].id), nullptr);
+    EXPECT_EQ(store.templates().size(), before.size() + 1);
+}
+
+TEST_F(TemplateStoreTest, TheFileIsIndentedWithSortedKeys) {
+    write(R"([{"updatedAt": 5, "name": "N", "id": "aaaaaaaa-0000-4000-8000-00000000000f",
+              "createdAt": -1.5, "body": "b\u00a0{x}\n", "later": [1]}])");
+    TemplateStore store = open();
+    ASSERT_EQ(store.templates().size(), 1U);
+    EXPECT_EQ(store.templates()[0].updatedAt, test::at("2001-01-01T00:00:05Z"));
+    store.add(
+        {.id = "BBBBBBBB-0000-4000-8000-000000000000",
+         .name = "Ü",
+         .body = "",
+         .createdAt = test::at("2001-01-01T00:01:00.25Z"),
+         .updatedAt = test::at("2001-01-01T00:01:00.25Z")});
+    EXPECT_EQ(
+        text(),
+        R"([
+  {
+    "body": "b)"
+        "\u00A0"
+        R"({x}\n",
+    "createdAt": -1.5,
+    "id": "AAAAAAAA-0000-4000-8000-00000000000F",
+    "name": "N",
+    "updatedAt": 5.0
+  },
+  {
+    "body": "",
+    "createdAt": 60.25,
+    "id": "BBBBBBBB-0000-4000-8000-000000000000",
+    "name": "Ü",
+    "updatedAt": 60.25
+  }
+]
+)");
+    write("[]");
+    EXPECT_THAT(open().templates(), IsEmpty()) << "an empty list stays empty";
+}
+
+TEST_F(TemplateStoreTest, AnUnreadableFileIsSetAside) {
+    const json good{
+        {"id", "AAAAAAAA-0000-4000-8000-000000000000"},
+        {"name", "N"},
+        {"body", "secret words"},
+        {"createdAt", 1},
+        {"updatedAt", 1}};
+    const auto with = [&good](const char *key, const json &value) {
+        json changed = good;
+        changed[key] = value;
+        return json{good, changed}.dump();
+    };
+    const auto without = [&good](const char *key) {
+        json changed = good;
+        changed.erase(key);
+        return json{changed}.dump();
+    };
+    std::string cut = json{good}.dump();
+    cut.resize(cut.find("words"));
+    const std::vector<std::string> hostile{
+        "",
+        "{}",
+        "null",
+        "[1]",
+        "[[]]",
+        cut,
+        "\xff\xfe",
+        "[\"\xc3\"]",
+        std::string(2'000'000, '['),
+        with("id", 5),
+        with("id", "x"),
+        with("id", "{AAAAAAAA-0000-4000-8000-000000000000}"),
+        with("id", "GAAAAAAA-0000-4000-8000-000000000000"),
+        with("name", nullptr),
+        with("body", json::array()),
+        with("createdAt", "2026-09-24T12:00:00Z"),
+        with("createdAt", true),
+        with("updatedAt", 1e300),
+        with("updatedAt", -1e300),
+        "[{\"createdAt\": 1e999}]",
+        without("updatedAt"),
+        without("body")};
+    for (const std::string &bytes : hostile) {
+        const std::string start = bytes.substr(0, 60);
+        write(bytes);
+        logged.clear();
+        TemplateStore store = open();
+        EXPECT_EQ(store.templates().size(), 3U) << start;
+        ASSERT_EQ(logged.size(), 2U) << start;
+        EXPECT_THAT(logged[0], HasSubstr("Couldn't read message templates: ")) << start;
+        EXPECT_THAT(logged[0], testing::Not(HasSubstr("secret"))) << start;
+        const std::string aside = "MessageTemplates.unreadable-1790251200.json";
+        EXPECT_EQ(logged[1], "Set the unreadable file aside at " + aside);
+        EXPECT_FALSE(std::filesystem::exists(file));
+        EXPECT_EQ(folder.read("a/Ellwynd/" + aside), bytes) << start;
+        std::filesystem::remove(directory / aside);
+    }
+}
+
+TEST_F(TemplateStoreTest, AFolderInItsPlaceIsSetAside) {
+    std::filesystem::create_directories(file / "full");
+    TemplateStore store = open();
+    EXPECT_THAT(
+        logged,
+        ElementsAre(
+            HasSubstr("Couldn't read message templates: "),
+            HasSubstr("Set the unreadable file aside at ")));
+    (void)store.addUntitled();
+    EXPECT_EQ(saved().size(), 4U);
+}
+
+TEST_F(TemplateStoreTest, AChangeThatCannotBeSavedIsSavedWithTheNext) {
+    std::filesystem::create_directories(directory.parent_path());
+    (void)folder.write("a/Ellwynd", "a file where the folder should be");
+    TemplateStore store = open();
+    const std::string mine = store.addUntitled();
+    EXPECT_THAT(logged, ElementsAre(HasSubstr("Couldn't save message templates: ")));
+    EXPECT_EQ(store.templates().size(), 4U);
+    std::filesystem::remove(directory);
+    {
+        // Another process begins from the shipped ones meanwhile.
+        TemplateStore other = open();
+        (void)other.remove(other.templates()[0].id);
+        other.add(newTemplate("Theirs", "", clockNow));
+    }
+    store.update(mine, "Mine", "words");
+    EXPECT_THAT(saved(), ElementsAre("Short Message", "Referral Summary", "Theirs", "Mine"));
+    EXPECT_EQ(names(store.templates()), saved());
+}
+
+TEST_F(TemplateStoreTest, TwoProcessesTakeOverEachOthersChanges) {
+    TemplateStore first = open();
+    const std::string a = first.addUntitled();
+    TemplateStore second = open();
+    (void)second.remove(second.templates()[0].id);
+    first.update(a, "A", "edited");
+    EXPECT_THAT(saved(), ElementsAre("Short Message", "Referral Summary", "A"));
+
+    // Words that are being written outlive a deletion elsewhere.
+    (void)second.remove(a);
+    EXPECT_THAT(saved(), ElementsAre("Short Message", "Referral Summary"));
+    first.update(a, "A", "edited again");
+    EXPECT_THAT(saved(), ElementsAre("Short Message", "Referral Summary", "A"));
+
+    // A file that another program broke or took away costs nothing that is in memory.
+    write("broken");
+    (void)first.duplicate(a);
+    EXPECT_THAT(saved(), ElementsAre("Short Message", "Referral Summary", "A", "A Copy"));
+    std::filesystem::remove(file);
+    (void)first.remove(a);
+    EXPECT_THAT(saved(), ElementsAre("Short Message", "Referral Summary", "A Copy"));
+}
+
+} // namespace
+} // namespace ellwynd

@@ -15,7 +15,8 @@ memoryDirectory(const UserDefaults &defaults, const std::filesystem::path &direc
 
 Stores::Stores(UserDefaults &defaults, const std::filesystem::path &directory, Clock clock)
     : history(defaults, memoryDirectory(defaults, directory), clock),
-      contacts(defaults, memoryDirectory(defaults, directory), clock) {
+      contacts(defaults, memoryDirectory(defaults, directory), clock),
+      templates(directory, clock) {
     if (!defaults.value(preferences::sampleData))
         return;
     if (history.isEnabled())

@@ -3,17 +3,20 @@
 
 #include "memory/contactlog.h"
 #include "memory/rosterhistory.h"
+#include "outputs/templatestore.h"
 
 namespace ellwynd {
 
 /// What the program remembers between visits: on disk for a teacher's own courses; for the sample
 /// college in memory alone, filled with an invented past.
 struct Stores {
-    /// @param directory the data directory, which is not touched in sample mode.
+    /// @param directory the data directory.
     Stores(UserDefaults &defaults, const std::filesystem::path &directory, Clock clock = systemNow);
 
     RosterHistory history;
     ContactLog contacts;
+    /// The teacher's own file, in sample mode too.
+    TemplateStore templates;
 };
 
 } // namespace ellwynd

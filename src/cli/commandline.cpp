@@ -99,6 +99,13 @@ std::optional<std::string> CommandLine::value(const char *optionName) const {
                            : std::nullopt;
 }
 
+std::vector<std::string> CommandLine::values(const char *optionName) const {
+    std::vector<std::string> all;
+    for (const QString &value : parser.values(text(optionName)))
+        all.push_back(value.toStdString());
+    return all;
+}
+
 std::string CommandLine::word(qsizetype index) const {
     return parser.positionalArguments().value(index).toStdString();
 }
@@ -143,6 +150,29 @@ std::optional<std::int64_t> inactivityOption(const CommandLine &line) {
             fmt::format("--inactivity takes whole days from {} to {}", minimumDays, maximumDays));
     }
     return days;
+}
+
+void addExportFlags(CommandLine &line) {
+    line.flag("csv", "Print the export as CSV.");
+    line.flag("markdown", "Print the export as Markdown.");
+}
+
+std::optional<ExportFormat> exportFormat(const CommandLine &line) {
+    const bool csv = line.has("csv");
+    const bool markdown = line.has("markdown");
+    if (int(csv) + int(markdown) + int(line.wantsJSON()) > 1)
+        throw UsageError("Only one of --json, --csv and --markdown can be printed");
+    return csv     ? std::optional{ExportFormat::csv}
+        : markdown ? std::optional{ExportFormat::markdown}
+                   : std::nullopt;
+}
+
+ExportSource exportSource(Session &session, bool wholeTerm) {
+    return {
+        .contacts = session.stores().contacts,
+        .history = session.stores().history,
+        .now = session.now(),
+        .wholeTerm = wholeTerm};
 }
 
 } // namespace ellwynd::cli

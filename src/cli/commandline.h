@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/session.h"
+#include "outputs/rosterexport.h"
 
 #include <QCommandLineParser>
 
@@ -26,6 +27,8 @@ class CommandLine {
 
     [[nodiscard]] bool has(const char *flag) const;
     [[nodiscard]] std::optional<std::string> value(const char *option) const;
+    /// Every value of an option that may be given more than once.
+    [[nodiscard]] std::vector<std::string> values(const char *option) const;
     [[nodiscard]] std::string word(qsizetype index) const;
     [[nodiscard]] qsizetype wordCount() const;
     [[nodiscard]] bool wantsJSON() const { return has("json"); }
@@ -45,5 +48,12 @@ class CommandLine {
 /// `--passing` and `--inactivity`, within the bounds of the program's editors. @throws UsageError
 [[nodiscard]] std::optional<double> passingOption(const CommandLine &line);
 [[nodiscard]] std::optional<std::int64_t> inactivityOption(const CommandLine &line);
+
+/// Declares `--csv` and `--markdown`.
+void addExportFlags(CommandLine &line);
+/// Which of the two was asked for, if any. @throws UsageError for more than one form of output.
+[[nodiscard]] std::optional<ExportFormat> exportFormat(const CommandLine &line);
+/// What a run's export is made from besides its rows.
+[[nodiscard]] ExportSource exportSource(Session &session, bool wholeTerm);
 
 } // namespace ellwynd::cli

@@ -24,6 +24,8 @@ int runCourses(Session &session, const QStringList &words);
 int runRoster(Session &session, const QStringList &words);
 int runTerm(Session &session, const QStringList &words);
 int runThresholds(Session &session, const QStringList &words);
+int runMessage(Session &session, const QStringList &words);
+int runTemplates(Session &session, const QStringList &words);
 int runConnect(Session &session, const QStringList &words);
 int runStatus(Session &session, const QStringList &words);
 int runDisconnect(Session &session, const QStringList &words);

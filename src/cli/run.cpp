@@ -24,6 +24,8 @@ constexpr std::array allCommands{
     Command{"student", "one student: why, and what is remembered", runStudent},
     Command{"contacted", "note that you wrote to students", runContacted},
     Command{"thresholds", "show, set or release a course's thresholds", runThresholds},
+    Command{"message", "the filled message of each student", runMessage},
+    Command{"templates", "list the message templates", runTemplates},
     Command{"connect", "save a Canvas address with its token", runConnect},
     Command{"status", "whether the program is connected", runStatus},
     Command{"disconnect", "sign out of Canvas", runDisconnect},

@@ -58,7 +58,7 @@ class Session {
     [[nodiscard]] UserDefaults &defaults();
     [[nodiscard]] SecretStore &secrets() { return secretStore; }
     [[nodiscard]] CanvasSession &http() { return canvasSession; }
-    /// What is remembered between visits.
+    /// What is remembered between visits, and the templates.
     [[nodiscard]] Stores &stores();
     /// The counts shared with the teacher's other machines.
     [[nodiscard]] TrendSync &trends();
@@ -66,6 +66,7 @@ class Session {
     [[nodiscard]] std::shared_ptr<CanvasReading> connect();
 
   private:
+
     std::filesystem::path file;
     PreferenceMap arguments;
     std::unique_ptr<UserDefaults> opened;

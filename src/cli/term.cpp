@@ -17,8 +17,10 @@ namespace ellwynd::cli {
 int runTerm(Session &session, const QStringList &words) {
     CommandLine line(session, "term", "Score every course of one term; flagged students only.");
     line.argument("TERM", "The term's id.");
+    addExportFlags(line);
     if (!line.parse(words))
         return done;
+    const auto format = exportFormat(line);
     const std::int64_t id = parseID(line.word(0), "term");
     const auto source = session.connect();
     const std::vector<TermGroup> terms = groupByTerm(fetchCourses(*source));
@@ -37,6 +39,10 @@ int runTerm(Session &session, const QStringList &words) {
         courses.push_back(&course);
     const std::vector<RiskRow> rows = termRows(courses);
 
+    if (format) {
+        line.print(exportText(*format, title(*term), rows, exportSource(session, true)));
+        return done;
+    }
     const RosterMemory memory{.outreach = outreachOf(rows, session.stores(), session.now())};
     if (line.wantsJSON()) {
         JSON list = JSON::array();

@@ -51,6 +51,18 @@ TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
     EXPECT_EQ(roster["rows"][0]["level"], "At Risk");
     EXPECT_THAT(call({"thresholds", "4021", "--passing", "40"}, 0), HasSubstr("40% passing"));
     EXPECT_EQ(json::parse(call({"roster", "4021", "--json"}, 0))["rows"][0]["level"], nullptr);
+
+    // A contact is noted by id, and only where that was asked for.
+    call({"message", "4021", "--template", "Referral Summary", "--student", "77001"}, 0);
+    EXPECT_THAT(call({"roster", "4021", "--csv"}, 0), testing::EndsWith(",never,,,\n"));
+    EXPECT_EQ(
+        call(
+            {"message", "4021", "--template", "Referral Summary", "--student", "77001", "--note"},
+            0),
+        "Zoe Quill — Bio\nCurrent score: 41% (passing 40%)\n");
+    EXPECT_THAT(
+        call({"roster", "4021", "--csv"}, 0),
+        testing::ContainsRegex(",never,,[0-9]{4}-[0-9]{2}-[0-9]{2},no change\n$"));
     canvas.token = "another";
     call({"courses"}, 1);
     call({"disconnect"}, 0);

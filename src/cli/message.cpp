@@ -1,0 +1,77 @@
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/documents.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <set>
+
+namespace ellwynd::cli {
+
+namespace {
+
+/// By name, as the teacher knows it. @throws UsageError
+const MessageTemplate &chosenTemplate(Session &session, const CommandLine &line) {
+    const auto name = line.value("template");
+    if (!name)
+        throw UsageError("message needs --template NAME");
+    const std::vector<MessageTemplate> &templates = session.stores().templates.templates();
+    const auto found = std::ranges::find(templates, *name, &MessageTemplate::name);
+    if (found == templates.end())
+        throw UsageError(fmt::format("There is no template {}", *name));
+    return *found;
+}
+
+/// The named students' rows in the order of the roster, or every flagged one's when none is named.
+/// @throws Failure for a student who is not on the roster.
+std::vector<RiskRow> chosenRows(const ScoredCourse &course, const std::set<std::int64_t> &named) {
+    for (const std::int64_t id : named) {
+        if (std::ranges::find(course.rows, id, &RiskRow::id) == course.rows.end())
+            throw Failure(fmt::format("The roster holds no student {}.", id));
+    }
+    std::vector<RiskRow> rows;
+    std::ranges::copy_if(course.rows, std::back_inserter(rows), [&named](const RiskRow &row) {
+        return named.empty() ? row.level.has_value() : named.contains(row.id);
+    });
+    return rows;
+}
+
+} // namespace
+
+int runMessage(Session &session, const QStringList &words) {
+    CommandLine line(
+        session, "message", "The filled message of each student, as a copy of it would read.");
+    line.argument("COURSE", "The course's id.");
+    line.option("template", "NAME", "The template to fill.");
+    line.option("student", "ID", "A student; may be repeated. Every flagged student without it.");
+    line.flag("note", "Note that these students were written to.");
+    if (!line.parse(words))
+        return done;
+    const std::int64_t id = parseID(line.word(0), "course");
+    std::set<std::int64_t> students;
+    for (const std::string &word : line.values("student"))
+        students.insert(parseID(word, "student"));
+    const MessageTemplate message = chosenTemplate(session, line);
+
+    const ScoredCourse scored = loadByID(session, id);
+    const std::vector<RiskRow> rows = chosenRows(scored, students);
+    const std::string text =
+        fillAll(message, rows, displayName(scored.course), [&scored](std::int64_t) {
+            return scored.thresholds.passingScore;
+        });
+    if (line.wantsJSON())
+        line.print(printed(JSON(text)));
+    else
+        line.print(rows.empty() ? "" : text + "\n");
+    if (line.has("note")) {
+        std::vector<std::int64_t> ids;
+        for (const RiskRow &row : rows)
+            ids.push_back(row.id);
+        session.stores().contacts.noteContacts(id, ids, session.now());
+    }
+    return done;
+}
+
+} // namespace ellwynd::cli

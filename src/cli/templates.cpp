@@ -1,0 +1,29 @@
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/documents.h"
+#include "cli/table.h"
+
+#include <nlohmann/json.hpp>
+
+namespace ellwynd::cli {
+
+int runTemplates(Session &session, const QStringList &words) {
+    CommandLine line(session, "templates", "List the message templates.");
+    if (!line.parse(words))
+        return done;
+    const std::vector<MessageTemplate> &templates = session.stores().templates.templates();
+    if (line.wantsJSON()) {
+        JSON list = JSON::array();
+        for (const MessageTemplate &each : templates)
+            list.push_back({{"id", each.id}, {"name", each.name}, {"body", each.body}});
+        line.print(printed(list));
+        return done;
+    }
+    Table table({{"Template"}, {"Begins with"}});
+    for (const MessageTemplate &each : templates)
+        table.add({each.name, each.body.substr(0, each.body.find('\n'))});
+    line.print(table.text());
+    return done;
+}
+
+} // namespace ellwynd::cli

@@ -42,6 +42,13 @@ QLineEdit {
 }
 QLineEdit:focus { border: 2px solid @accent; padding: $3 $7; }
 
+QPlainTextEdit {
+    background: @control; color: @text; border: 1px solid @outline; border-radius: 6px;
+    padding: $3 $4; selection-background-color: @accent; selection-color: @accentText;
+}
+QPlainTextEdit:focus { border: 2px solid @accent; padding: $2 $3; }
+QPlainTextEdit[readOnly="true"] { background: @surface; }
+
 QTableView, QTreeView { border: none; background: @window; outline: none; }
 QTableView { gridline-color: @separator; }
 QTreeView#sidebar { background: @sidebar; selection-background-color: transparent; }
@@ -69,6 +76,10 @@ QListWidget#settingsPages::item:selected { background: @selection; color: @text;
 QWidget#helpSide { background: @sidebar; border-right: 1px solid @separator; }
 QListWidget#helpTopics { background: transparent; border: none; outline: none; }
 QTextBrowser#markdownPage { background: @window; color: @text; border: none; selection-background-color: @accent; selection-color: @accentText; }
+QListWidget#templates { background: @control; border: 1px solid @outline; border-radius: 6px; padding: $3; outline: none; }
+QListWidget#templates:focus { border: 2px solid @accent; padding: $2; }
+QListWidget#templates::item { border-radius: 4px; padding: $3 $6; color: @text; }
+QListWidget#templates::item:selected { background: @selection; color: @text; }
 QFrame#card { border: 1px solid @separator; border-radius: 8px; background: @surface; }
 
 QStatusBar { background: @sidebar; color: @secondaryText; }

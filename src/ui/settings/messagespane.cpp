@@ -1,0 +1,248 @@
+#include "ui/settings/messagespane.h"
+
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+#include "ui/support/labels.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QListWidget>
+#include <QPushButton>
+#include <QShortcut>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr int idRole = Qt::UserRole;
+
+/// A template's line in the list.
+QString itemText(const std::string &name) {
+    const QString line = qstring(name).simplified();
+    return line.isEmpty() ? QStringLiteral("(no name)") : line;
+}
+
+} // namespace
+
+MessagesPane::MessagesPane(
+    UserDefaults &preferences, TemplateStore &templates, PreviewSource student,
+    const Appearance &look)
+    : SettingsPane(QStringLiteral("Messages"), preferences, look),
+      store(templates),
+      editor(new TemplateEditor(std::move(student), look)) {
+    addNote(QStringLiteral(
+        "What you copy for the students you choose in a roster. Nothing is sent from here."));
+    addWidget(makeList());
+    addWidget(makeUndoBar());
+    addWidget(editor);
+
+    constexpr int pauseInWriting = 400;
+    saveSoon.setSingleShot(true);
+    saveSoon.setInterval(pauseInWriting);
+    connect(&saveSoon, &QTimer::timeout, this, &MessagesPane::save);
+    connect(editor, &TemplateEditor::left, this, &MessagesPane::save);
+    connect(editor, &TemplateEditor::edited, this, [this] {
+        edited = true;
+        if (QListWidgetItem *item = list->currentItem())
+            item->setText(itemText(editor->name()));
+        saveSoon.start();
+    });
+    connect(list, &QListWidget::currentItemChanged, this, [this] {
+        save();
+        showChosen();
+    });
+    connect(&store, &TemplateStore::templatesDidChange, this, &MessagesPane::showTemplates);
+    // The fields have an undo of their own while the cursor is in them.
+    auto *undoKey = new QShortcut(QKeySequence::Undo, this);
+    undoKey->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(undoKey, &QShortcut::activated, this, &MessagesPane::undo);
+    auto *deleteKey = new QShortcut(QKeySequence::Delete, list);
+    deleteKey->setContext(Qt::WidgetShortcut);
+    connect(deleteKey, &QShortcut::activated, this, &MessagesPane::removeChosen);
+
+    showTemplates();
+    showUndoBar();
+}
+
+MessagesPane::~MessagesPane() {
+    disconnect(&store, nullptr, this, nullptr);
+    save();
+}
+
+QWidget *MessagesPane::makeList() {
+    list = new QListWidget;
+    list->setObjectName(QStringLiteral("templates"));
+    list->setAccessibleName(QStringLiteral("Message templates"));
+    list->setTextElideMode(Qt::ElideRight);
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list->setMinimumWidth(1);
+    newButton = new QPushButton(QStringLiteral("New Template"));
+    duplicateButton = new QPushButton(QStringLiteral("Duplicate"));
+    deleteButton = new QPushButton(QStringLiteral("Delete"));
+    auto *restoreButton = new QPushButton(QStringLiteral("Restore Defaults"));
+    restoreButton->setToolTip(
+        QStringLiteral("Bring the shipped templates back in place of those that have their names"));
+    auto *area = new QWidget;
+    auto *row = new QHBoxLayout(area);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(list, 1);
+    auto *buttons = new QVBoxLayout;
+    for (QPushButton *button : {newButton, duplicateButton, deleteButton, restoreButton}) {
+        button->setAutoDefault(false);
+        buttons->addWidget(button);
+    }
+    buttons->addStretch(1);
+    row->addLayout(buttons);
+    connect(newButton, &QPushButton::clicked, this, &MessagesPane::addNew);
+    connect(duplicateButton, &QPushButton::clicked, this, &MessagesPane::duplicate);
+    connect(deleteButton, &QPushButton::clicked, this, &MessagesPane::removeChosen);
+    connect(restoreButton, &QPushButton::clicked, this, &MessagesPane::restoreDefaults);
+    return area;
+}
+
+QWidget *MessagesPane::makeUndoBar() {
+    auto *bar = new QFrame;
+    bar->setObjectName(QStringLiteral("card"));
+    undoText = new ElidedLabel;
+    undoButton = new QPushButton(QStringLiteral("Undo"));
+    undoButton->setAutoDefault(false);
+    auto *row = new QHBoxLayout(bar);
+    row->addWidget(undoText, 1);
+    row->addWidget(undoButton);
+    connect(undoButton, &QPushButton::clicked, this, &MessagesPane::undo);
+    undoBar = bar;
+    return bar;
+}
+
+// ---- What is shown -----------------------------------------------------------------------------
+
+/// Brings the list in step with the store. Where the chosen template is gone, its neighbour is
+/// chosen.
+void MessagesPane::showTemplates() {
+    const std::vector<MessageTemplate> &templates = store.templates();
+    bool sameOnes = std::size_t(list->count()) == templates.size();
+    for (std::size_t i = 0; sameOnes && i < templates.size(); ++i)
+        sameOnes = idAt(int(i)) == templates[i].id;
+    const QSignalBlocker quiet(list);
+    if (!sameOnes) {
+        const std::string keep = chosen();
+        const int row = list->currentRow();
+        list->clear();
+        for (const MessageTemplate &each : templates)
+            (new QListWidgetItem(list))->setData(idRole, qstring(each.id));
+        list->setCurrentRow(std::min(std::max(row, 0), list->count() - 1));
+        choose(keep);
+    }
+    for (std::size_t i = 0; i < templates.size(); ++i)
+        list->item(int(i))->setText(itemText(templates[i].name));
+    showChosen();
+}
+
+void MessagesPane::showChosen() {
+    const MessageTemplate *message = store.find(chosen());
+    duplicateButton->setEnabled(message != nullptr);
+    deleteButton->setEnabled(message != nullptr);
+    const std::string id = message != nullptr ? message->id : std::string();
+    // Words on their way to the file stay.
+    if (edited && id == shown)
+        return;
+    shown = id;
+    edited = false;
+    editor->show(message);
+}
+
+void MessagesPane::choose(const std::string &id) {
+    for (int row = 0; row < list->count(); ++row) {
+        if (idAt(row) == id)
+            list->setCurrentRow(row);
+    }
+}
+
+std::string MessagesPane::idAt(int row) const {
+    return list->item(row)->data(idRole).toString().toStdString();
+}
+
+std::string MessagesPane::chosen() const {
+    return list->currentRow() >= 0 ? idAt(list->currentRow()) : std::string();
+}
+
+void MessagesPane::save() {
+    saveSoon.stop();
+    if (!edited)
+        return;
+    edited = false;
+    store.update(shown, editor->name(), editor->body());
+}
+
+void MessagesPane::showEvent(QShowEvent *event) {
+    SettingsPane::showEvent(event);
+    refreshPreview();
+}
+
+void MessagesPane::hideEvent(QHideEvent *event) {
+    save();
+    SettingsPane::hideEvent(event);
+}
+
+// ---- Commands ----------------------------------------------------------------------------------
+
+void MessagesPane::addNew() {
+    save();
+    choose(store.addUntitled());
+    editor->beginNaming();
+}
+
+void MessagesPane::duplicate() {
+    save();
+    choose(store.duplicate(chosen()));
+}
+
+void MessagesPane::removeChosen() {
+    save();
+    const MessageTemplate *message = store.find(chosen());
+    if (message == nullptr)
+        return;
+    const QString text = QStringLiteral("Deleted “%1”.").arg(itemText(message->name));
+    canUndo(text, store.remove(message->id));
+    if (list->count() > 0)
+        list->setFocus();
+    else
+        newButton->setFocus();
+}
+
+void MessagesPane::restoreDefaults() {
+    save();
+    canUndo(QStringLiteral("Restored the default templates."), store.restoreDefaults());
+}
+
+void MessagesPane::canUndo(const QString &text, TemplateStore::Removal removal) {
+    undoables.push_back({text, std::move(removal)});
+    showUndoBar();
+}
+
+void MessagesPane::undo() {
+    if (undoables.empty())
+        return;
+    save();
+    const TemplateStore::Removal removal = std::move(undoables.back().removal);
+    undoables.pop_back();
+    store.undo(removal);
+    if (!removal.removed.empty())
+        choose(removal.removed.front().message.id);
+    list->setFocus();
+    showUndoBar();
+}
+
+void MessagesPane::showUndoBar() {
+    undoBar->setVisible(!undoables.empty());
+    if (undoables.empty())
+        return;
+    undoText->setFullText(undoables.back().text);
+    undoButton->setAccessibleName(QStringLiteral("Undo: %1").arg(undoables.back().text));
+}
+
+} // namespace ellwynd

@@ -1,0 +1,180 @@
+#include "ui/settings/templateeditor.h"
+
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+#include "ui/support/labels.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace ellwynd {
+
+namespace {
+
+/// Stands in while no roster is on screen.
+PreviewStudent inventedStudent() {
+    constexpr double score = 64;
+    constexpr double passing = 70;
+    RiskRow row{
+        .name = "Robin Example",
+        .courseName = "Example Course",
+        .level = RiskLevel::watch,
+        .currentScore = score,
+        .missingCount = 2};
+    row.reasonLines = {
+        {.text = {},
+         .links = {{{}, AssignmentRef{1, "Essay 2"}}, {{}, AssignmentRef{2, "Quiz 4"}}}}};
+    return {.row = row, .courseName = row.courseName, .passingScore = passing};
+}
+
+QLabel *titleOf(QWidget *field, const QString &text, QWidget *parent) {
+    auto *label = plainLabel(parent);
+    label->setText(text);
+    label->setBuddy(field);
+    field->setAccessibleName(text);
+    return label;
+}
+
+} // namespace
+
+TemplateEditor::TemplateEditor(PreviewSource source, const Appearance &look)
+    : student(std::move(source)),
+      appearance(look),
+      nameField(new QLineEdit),
+      bodyField(new QPlainTextEdit),
+      preview(new QPlainTextEdit) {
+    bodyField->setTabChangesFocus(true);
+    preview->setTabChangesFocus(true);
+    preview->setReadOnly(true);
+    preview->setPlaceholderText(
+        QStringLiteral("Every line needs something that is not known of this student."));
+
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(titleOf(nameField, QStringLiteral("Name"), this));
+    column->addWidget(nameField);
+    column->addWidget(titleOf(bodyField, QStringLiteral("Message"), this));
+    column->addWidget(bodyField);
+    placeholderButtons = makePlaceholders();
+    column->addWidget(placeholderButtons);
+    previewTitle = titleOf(preview, QStringLiteral("Preview"), this);
+    previewTitle->setWordWrap(true);
+    column->addWidget(previewTitle);
+    column->addWidget(preview);
+
+    for (QWidget *field : std::initializer_list<QWidget *>{nameField, bodyField})
+        field->installEventFilter(this);
+    connect(nameField, &QLineEdit::textEdited, this, &TemplateEditor::edited);
+    connect(bodyField, &QPlainTextEdit::textChanged, this, [this] {
+        refreshPreview();
+        Q_EMIT edited();
+    });
+    connect(&appearance, &Appearance::changed, this, &TemplateEditor::applyAppearance);
+    applyAppearance();
+    show(nullptr);
+}
+
+QWidget *TemplateEditor::makePlaceholders() {
+    auto *area = new QWidget;
+    auto *grid = new QGridLayout(area);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setColumnStretch(1, 1);
+    auto *note = plainLabel(area, true);
+    note->setProperty("secondary", true);
+    note->setText(QStringLiteral(
+        "A placeholder is filled in for each student. A line whose placeholder has nothing to say "
+        "is left out."));
+    grid->addWidget(note, 0, 0, 1, 2);
+    for (const PlaceholderText &placeholder : placeholders) {
+        const QString token = qstring(placeholder.token);
+        auto *insert = new QPushButton(token);
+        insert->setAutoDefault(false);
+        insert->setAccessibleName(
+            QStringLiteral("Insert %1, %2").arg(token, qstring(placeholder.meaning)));
+        connect(insert, &QPushButton::clicked, this, [this, token] {
+            bodyField->insertPlainText(token);
+            bodyField->setFocus();
+        });
+        auto *meaning = plainLabel(area, true);
+        meaning->setText(qstring(placeholder.meaning));
+        const int row = grid->rowCount();
+        grid->addWidget(insert, row, 0);
+        grid->addWidget(meaning, row, 1);
+    }
+    return area;
+}
+
+void TemplateEditor::applyAppearance() {
+    constexpr int linesOfBody = 9;
+    constexpr int linesOfPreview = 10;
+    const QFontMetrics metrics(appearance.font());
+    const int around = appearance.px(20);
+    bodyField->setFixedHeight(linesOfBody * metrics.lineSpacing() + around);
+    preview->setFixedHeight(linesOfPreview * metrics.lineSpacing() + around);
+    layout()->setSpacing(appearance.px(6));
+    placeholderButtons->layout()->setSpacing(appearance.px(6));
+}
+
+void TemplateEditor::show(const MessageTemplate *message) {
+    for (QWidget *part : std::initializer_list<QWidget *>{
+             nameField, bodyField, placeholderButtons, preview, previewTitle})
+        part->setEnabled(message != nullptr);
+    if (message == nullptr) {
+        shown.reset();
+    } else {
+        const bool sameWords = shown && shown->id == message->id &&
+            ((shown->name == message->name && shown->body == message->body) ||
+             (name() == message->name && body() == message->body));
+        shown = *message;
+        if (sameWords)
+            return;
+    }
+    const QSignalBlocker quiet[] = {QSignalBlocker(nameField), QSignalBlocker(bodyField)};
+    nameField->setText(message != nullptr ? qstring(message->name) : QString());
+    bodyField->setPlainText(message != nullptr ? qstring(message->body) : QString());
+    refreshPreview();
+}
+
+void TemplateEditor::refreshPreview() {
+    auto real = student ? student() : std::nullopt;
+    const bool invented = !real;
+    const PreviewStudent who = invented ? inventedStudent() : std::move(*real);
+    const QString title = QStringLiteral("Preview for %1").arg(qstring(who.row.name)) +
+        (invented ? QStringLiteral(", an invented student") : QString());
+    previewTitle->setText(title);
+    preview->setAccessibleName(title);
+    preview->setPlainText(
+        shown ? qstring(fill({.body = body()}, who.row, who.courseName, who.passingScore))
+              : QString());
+}
+
+void TemplateEditor::beginNaming() {
+    nameField->setFocus();
+    nameField->selectAll();
+}
+
+std::string TemplateEditor::name() const {
+    return nameField->text().toStdString();
+}
+
+std::string TemplateEditor::body() const {
+    // The editor's own plain text turns no-break spaces into spaces; its raw text separates lines
+    // and paragraphs by characters of their own.
+    QString text = bodyField->document()->toRawText();
+    text.replace(QChar::ParagraphSeparator, u'\n');
+    text.replace(QChar::LineSeparator, u'\n');
+    return text.toStdString();
+}
+
+bool TemplateEditor::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::FocusOut)
+        Q_EMIT left();
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace ellwynd

@@ -1,0 +1,243 @@
+#include "support/temporaryfolder.h"
+#include "ui/settings/messagespane.h"
+#include "ui/support/appearance.h"
+#include "ui/support/labels.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+struct MessagesPaneTest : testing::Test {
+    test::TemporaryFolder folder;
+    UserDefaults defaults{folder.path() / "Preferences.json", {}};
+    Settings settings{defaults};
+    Appearance appearance{settings, false};
+    TemplateStore store{folder.path()};
+    std::optional<PreviewStudent> student;
+    /// As the settings window holds its panes.
+    std::unique_ptr<QScrollArea> window;
+
+    void SetUp() override {
+        open();
+        QTest::keyClick(focus(), Qt::Key_Tab);
+    }
+
+    void TearDown() override {
+        window.reset();
+        defaults.set(preferences::textScale, 1.0);
+    }
+
+    void open() {
+        window = std::make_unique<QScrollArea>();
+        auto *pane = new MessagesPane(
+            defaults, store, [this] { return student; }, appearance);
+        pane->setObjectName(QStringLiteral("plain"));
+        window->setWidget(pane);
+        window->setWidgetResizable(true);
+        window->resize(480, 620);
+        window->show();
+        window->activateWindow();
+        QApplication::processEvents();
+    }
+
+    [[nodiscard]] QWidget *focus() const {
+        QWidget *widget = window->focusWidget();
+        return widget != nullptr ? widget : window.get();
+    }
+
+    static std::string nameOf(QWidget *widget) {
+        auto *interface = QAccessible::queryAccessibleInterface(widget);
+        return interface != nullptr ? interface->text(QAccessible::Name).toStdString() : "";
+    }
+
+    /// Goes by Tab to the control of that name.
+    void tabTo(const std::string &name) const {
+        constexpr int manyControls = 40;
+        for (int i = 0; i < manyControls && nameOf(focus()) != name; ++i)
+            QTest::keyClick(focus(), Qt::Key_Tab);
+        ASSERT_EQ(nameOf(focus()), name);
+    }
+
+    void press(const std::string &name) const {
+        tabTo(name);
+        QTest::keyClick(focus(), Qt::Key_Space);
+    }
+
+    void type(const char *text) const { QTest::keyClicks(focus(), QString::fromUtf8(text)); }
+
+    [[nodiscard]] std::vector<std::string> saved() const {
+        const TemplateStore again(folder.path());
+        std::vector<std::string> names;
+        for (const MessageTemplate &each : again.templates())
+            names.push_back(each.name);
+        return names;
+    }
+
+    [[nodiscard]] QPlainTextEdit *body() const {
+        return window->findChildren<QPlainTextEdit *>().at(0);
+    }
+    [[nodiscard]] std::string preview() const {
+        return window->findChildren<QPlainTextEdit *>().at(1)->toPlainText().toStdString();
+    }
+    [[nodiscard]] std::string undoText() const {
+        const auto *label = window->findChild<ElidedLabel *>();
+        return label->isVisible() ? label->accessibleName().toStdString() : "";
+    }
+};
+
+TEST_F(MessagesPaneTest, ATemplateIsWrittenByKeyboardAlone) {
+    press("New Template");
+    EXPECT_EQ(nameOf(focus()), "Name") << "a new template is named first";
+    type("Praise");
+    tabTo("Message");
+    QTest::keyClick(focus(), Qt::Key_End, Qt::ControlModifier);
+    type("Well done in ");
+    press("Insert {course}, the course's name");
+    EXPECT_EQ(nameOf(focus()), "Message") << "writing goes on";
+    type("!");
+    EXPECT_EQ(preview(), "Hi Robin,\n\nWell done in Example Course!");
+    QTest::keyClick(focus(), Qt::Key_Backtab);
+    EXPECT_THAT(saved(), ElementsAre("Email", "Short Message", "Referral Summary", "Praise"));
+    EXPECT_EQ(
+        TemplateStore(folder.path()).templates()[3].body,
+        "Hi {first_name},\n\nWell done in {course}!");
+}
+
+TEST_F(MessagesPaneTest, WhatIsDeletedCanBePutBack) {
+    tabTo("Message templates");
+    QTest::keyClick(focus(), Qt::Key_Down);
+    QTest::keyClick(focus(), Qt::Key_Delete);
+    EXPECT_EQ(undoText(), "Deleted “Short Message”.");
+    press("Delete");
+    EXPECT_EQ(undoText(), "Deleted “Referral Summary”.");
+    EXPECT_THAT(saved(), ElementsAre("Email"));
+    press("Delete");
+    EXPECT_THAT(saved(), ElementsAre());
+    EXPECT_FALSE(body()->isEnabled());
+    EXPECT_EQ(nameOf(focus()), "New Template");
+
+    press("Undo: Deleted “Email”.");
+    EXPECT_EQ(nameOf(focus()), "Message templates");
+    QTest::keyClick(focus(), Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(focus(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_THAT(saved(), ElementsAre("Email", "Short Message", "Referral Summary"));
+    EXPECT_EQ(undoText(), "");
+
+    tabTo("Message templates");
+    QTest::keyClick(focus(), Qt::Key_Home);
+    tabTo("Message");
+    QTest::keyClick(focus(), Qt::Key_A, Qt::ControlModifier);
+    type("Gone?");
+    press("Restore Defaults");
+    EXPECT_EQ(undoText(), "Restored the default templates.");
+    EXPECT_THAT(body()->toPlainText().toStdString(), testing::Not(HasSubstr("Gone?")));
+    // In a field, the same keys undo what was written there.
+    tabTo("Message");
+    QTest::keyClick(focus(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_NE(undoText(), "");
+    press("Undo: Restored the default templates.");
+    EXPECT_EQ(body()->toPlainText(), QStringLiteral("Gone?"));
+}
+
+TEST_F(MessagesPaneTest, NothingWrittenIsLost) {
+    tabTo("Message templates");
+    press("Duplicate");
+    EXPECT_THAT(saved(), ElementsAre("Email", "Short Message", "Referral Summary", "Email Copy"));
+    tabTo("Name");
+    QTest::keyClick(focus(), Qt::Key_End);
+    type(" 2");
+    tabTo("Message templates");
+    EXPECT_EQ(saved().back(), "Email Copy 2");
+
+    // Words on their way to the file are saved when the window closes.
+    tabTo("Message");
+    const QString before = body()->toPlainText();
+    type("Last words. ");
+    window.reset();
+    const std::vector<MessageTemplate> templates = TemplateStore(folder.path()).templates();
+    EXPECT_EQ(templates.back().body, "Last words. " + before.toStdString());
+    EXPECT_EQ(templates[0].body, before.toStdString());
+}
+
+TEST_F(MessagesPaneTest, WordsAreKeptAsTheyAre) {
+    const std::string odd = "Bon\u00A0jour\u00A0!\r\n<b>{name}</b>\n\n";
+    store.add(newTemplate("<i>odd</i>\nname", odd, {}));
+    auto *list = window->findChild<QListWidget *>();
+    list->setCurrentRow(3);
+    EXPECT_EQ(list->item(3)->text(), QStringLiteral("<i>odd</i> name"));
+    tabTo("Message");
+    tabTo("Message templates");
+    EXPECT_EQ(store.templates()[3].body, odd) << "looking changes nothing";
+    tabTo("Message");
+    type("x");
+    tabTo("Message templates");
+    EXPECT_EQ(store.templates()[3].body, "xBon\u00A0jour\u00A0!\n<b>{name}</b>\n\n");
+
+    // The pane follows the store and keeps its place.
+    (void)store.remove(store.templates()[0].id);
+    EXPECT_EQ(list->currentRow(), 2);
+    store.update(store.templates()[2].id, "Renamed", "y");
+    EXPECT_EQ(list->currentItem()->text(), QStringLiteral("Renamed"));
+    EXPECT_EQ(body()->toPlainText(), QStringLiteral("y"));
+}
+
+TEST_F(MessagesPaneTest, ThePreviewIsAboutARealStudentWhereThereIsOne) {
+    const auto title = [this] { return nameOf(window->findChildren<QPlainTextEdit *>().at(1)); };
+    EXPECT_EQ(title(), "Preview for Robin Example, an invented student");
+    EXPECT_THAT(preview(), HasSubstr("• 2 assignment(s) showing as missing:\n    – Essay 2"));
+    student = PreviewStudent{.row = {.name = "<b>Zoë</b> | Q"}, .courseName = "Bio"};
+    window->hide();
+    window->show();
+    EXPECT_EQ(title(), "Preview for <b>Zoë</b> | Q");
+    EXPECT_THAT(preview(), HasSubstr("Hi <b>Zoë</b>,"));
+    EXPECT_THAT(preview(), testing::Not(HasSubstr("missing")));
+    for (const QLabel *label : window->findChildren<QLabel *>()) {
+        if (label->text().contains(QStringLiteral("Zoë"))) {
+            EXPECT_EQ(label->textFormat(), Qt::PlainText);
+        }
+    }
+}
+
+TEST_F(MessagesPaneTest, EveryControlHasItsTurnAndItsPlace) {
+    for (const double scale : {1.0, 2.0}) {
+        defaults.set(preferences::textScale, scale);
+        QApplication::processEvents();
+        tabTo("Message templates");
+        std::vector<std::string> names;
+        do {
+            QWidget *control = focus();
+            names.push_back(nameOf(control));
+            // Nothing is cut at the side.
+            const int left = control->mapTo(window.get(), QPoint()).x();
+            EXPECT_GE(left, 0) << names.back() << scale;
+            EXPECT_LE(left + control->width(), window->width()) << names.back() << scale;
+            if (qobject_cast<QPushButton *>(control) != nullptr) {
+                EXPECT_GE(control->width(), control->minimumSizeHint().width()) << names.back();
+            }
+            QTest::keyClick(control, Qt::Key_Tab);
+            if (focus() == window.get())
+                QTest::keyClick(focus(), Qt::Key_Tab);
+        } while (nameOf(focus()) != names.front() && names.size() < 40);
+        ASSERT_EQ(names.size(), 17U) << scale;
+        EXPECT_EQ(names[1], "New Template");
+        EXPECT_EQ(names[5], "Name");
+        EXPECT_EQ(names[6], "Message");
+        EXPECT_EQ(names[7], "Insert {first_name}, the student's first name");
+    }
+}
+
+} // namespace
+} // namespace ellwynd

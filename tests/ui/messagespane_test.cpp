@@ -47,7 +47,7 @@ struct MessagesPaneTest : testing::Test {
         pane->setObjectName(QStringLiteral("plain"));
         window->setWidget(pane);
         window->setWidgetResizable(true);
-        window->resize(480, 620);
+        window->resize(520, 620);
         window->show();
         window->activateWindow();
         QApplication::processEvents();

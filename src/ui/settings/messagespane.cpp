@@ -79,6 +79,8 @@ QWidget *MessagesPane::makeList() {
     list->setAccessibleName(QStringLiteral("Message templates"));
     list->setTextElideMode(Qt::ElideRight);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // As tall as the buttons beside it.
+    list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     list->setMinimumWidth(1);
     newButton = new QPushButton(QStringLiteral("New Template"));
     duplicateButton = new QPushButton(QStringLiteral("Duplicate"));

@@ -81,18 +81,17 @@ TemplateEditor::TemplateEditor(PreviewSource source, const Appearance &look)
 
 QWidget *TemplateEditor::makePlaceholders() {
     auto *area = new QWidget;
-    auto *grid = new QGridLayout(area);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setColumnStretch(1, 1);
+    placeholderGrid = new QGridLayout(area);
+    placeholderGrid->setContentsMargins(0, 0, 0, 0);
     auto *note = plainLabel(area, true);
     note->setProperty("secondary", true);
     note->setText(QStringLiteral(
         "A placeholder is filled in for each student. A line whose placeholder has nothing to say "
         "is left out."));
-    grid->addWidget(note, 0, 0, 1, 2);
+    placeholderGrid->addWidget(note, 0, 0, 1, 4);
     for (const PlaceholderText &placeholder : placeholders) {
         const QString token = qstring(placeholder.token);
-        auto *insert = new QPushButton(token);
+        auto *insert = new QPushButton(token, area);
         insert->setAutoDefault(false);
         insert->setAccessibleName(
             QStringLiteral("Insert %1, %2").arg(token, qstring(placeholder.meaning)));
@@ -102,11 +101,29 @@ QWidget *TemplateEditor::makePlaceholders() {
         });
         auto *meaning = plainLabel(area, true);
         meaning->setText(qstring(placeholder.meaning));
-        const int row = grid->rowCount();
-        grid->addWidget(insert, row, 0);
-        grid->addWidget(meaning, row, 1);
+        placeholderRows.emplace_back(insert, meaning);
     }
     return area;
+}
+
+/// One below the other, or in two columns where there is room.
+void TemplateEditor::arrangePlaceholders() {
+    constexpr int roomForTwo = 560;
+    const bool two = width() >= appearance.px(roomForTwo);
+    const int rows = int(placeholderRows.size()) / (two ? 2 : 1) + (two ? 1 : 0);
+    for (int i = 0; i < int(placeholderRows.size()); ++i) {
+        const auto [insert, meaning] = placeholderRows[std::size_t(i)];
+        const int column = 2 * (i / rows);
+        placeholderGrid->addWidget(insert, 1 + i % rows, column);
+        placeholderGrid->addWidget(meaning, 1 + i % rows, column + 1);
+    }
+    placeholderGrid->setColumnStretch(1, 1);
+    placeholderGrid->setColumnStretch(3, two ? 1 : 0);
+}
+
+void TemplateEditor::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    arrangePlaceholders();
 }
 
 void TemplateEditor::applyAppearance() {
@@ -117,7 +134,8 @@ void TemplateEditor::applyAppearance() {
     bodyField->setFixedHeight(linesOfBody * metrics.lineSpacing() + around);
     preview->setFixedHeight(linesOfPreview * metrics.lineSpacing() + around);
     layout()->setSpacing(appearance.px(6));
-    placeholderButtons->layout()->setSpacing(appearance.px(6));
+    placeholderGrid->setSpacing(appearance.px(6));
+    arrangePlaceholders();
 }
 
 void TemplateEditor::show(const MessageTemplate *message) {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
@@ -52,9 +53,11 @@ class TemplateEditor : public QWidget {
 
   protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
   private:
     QWidget *makePlaceholders();
+    void arrangePlaceholders();
     void applyAppearance();
 
     PreviewSource student;
@@ -65,6 +68,9 @@ class TemplateEditor : public QWidget {
     QLabel *previewTitle;
     QPlainTextEdit *preview;
     QWidget *placeholderButtons;
+    QGridLayout *placeholderGrid;
+    /// A button and what its placeholder stands for, in their order.
+    std::vector<std::pair<QWidget *, QWidget *>> placeholderRows;
 };
 
 } // namespace ellwynd

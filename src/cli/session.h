@@ -66,7 +66,6 @@ class Session {
     [[nodiscard]] std::shared_ptr<CanvasReading> connect();
 
   private:
-
     std::filesystem::path file;
     PreferenceMap arguments;
     std::unique_ptr<UserDefaults> opened;

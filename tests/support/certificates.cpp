@@ -25,11 +25,13 @@ class Authority {
         make("unknown", "stranger", "localhost", {});
     }
 
+    [[nodiscard]] QString file(const QString &name) const { return folder.filePath(name); }
+
     [[nodiscard]] QByteArray read(const QString &name) const {
-        QFile file(folder.filePath(name));
-        if (!file.open(QIODevice::ReadOnly))
+        QFile opened(file(name));
+        if (!opened.open(QIODevice::ReadOnly))
             throw std::runtime_error("no " + name.toStdString());
-        return file.readAll();
+        return opened.readAll();
     }
 
   private:
@@ -102,9 +104,18 @@ QSslConfiguration serverConfiguration(CertificateKind kind) {
     return configuration;
 }
 
+std::string authorityFile() {
+    return authority().file("ca.pem").toStdString();
+}
+
 void trustAuthority() {
+    trustAuthority(authorityFile());
+}
+
+void trustAuthority(const std::string &file) {
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    configuration.addCaCertificate(QSslCertificate(authority().read("ca.pem")));
+    if (!configuration.addCaCertificates(QString::fromStdString(file)))
+        throw std::runtime_error("no authority in " + file);
     QSslConfiguration::setDefaultConfiguration(configuration);
 }
 

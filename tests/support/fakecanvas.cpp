@@ -4,8 +4,41 @@
 #include <QSslSocket>
 #include <QTimer>
 #include <QUrlQuery>
+#include <QtEndian>
 
 namespace ellwynd::test {
+
+namespace {
+
+/// The checksum of RFC 1952.
+quint32 crc32(const QByteArray &bytes) {
+    quint32 crc = ~0U;
+    for (const char byte : bytes) {
+        crc ^= static_cast<unsigned char>(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc >> 1U ^ ((crc & 1U) != 0 ? 0xedb88320U : 0U);
+    }
+    return ~crc;
+}
+
+QByteArray littleEndian(quint32 number) {
+    QByteArray bytes(4, '\0');
+    qToLittleEndian(number, bytes.data());
+    return bytes;
+}
+
+} // namespace
+
+FakeReply gzipped(FakeReply reply) {
+    // Between a length, a zlib header and a zlib checksum lies what gzip wraps too.
+    const QByteArray packed = qCompress(reply.body);
+    const QByteArray header = QByteArray::fromHex("1f8b0800000000000003");
+    const QByteArray end =
+        littleEndian(crc32(reply.body)) + littleEndian(quint32(reply.body.size()));
+    reply.body = header + packed.mid(6, packed.size() - 10) + end;
+    reply.headers.emplace_back("Content-Encoding", "gzip");
+    return reply;
+}
 
 FakeCanvas::FakeCanvas(CertificateKind certificate) {
     server.setSslConfiguration(serverConfiguration(certificate));
@@ -92,8 +125,11 @@ FakeReply FakeCanvas::page(const FakeRequest &request) const {
     const QByteArray bookmark =
         QByteArray::fromBase64(query.queryItemValue("page").mid(9).toLatin1());
     const std::size_t begin = bookmark.isEmpty() ? 0 : bookmark.mid(1).toULongLong();
-    const std::size_t end = std::min(begin + std::size_t(pageSize), list.size());
-    FakeReply reply{.body = "[", .delayMilliseconds = delayMilliseconds};
+    // Canvas gives ten records unless it is asked for more, and never more than a hundred.
+    const int asked = query.queryItemValue("per_page").toInt();
+    const auto pageSize = std::size_t(asked > 0 ? std::min(asked, 100) : 10);
+    const std::size_t end = std::min(begin + pageSize, list.size());
+    FakeReply reply{.body = "["};
     for (std::size_t i = begin; i < end; ++i)
         reply.body += (i > begin ? "," : "") + list[i];
     reply.body += "]";
@@ -145,11 +181,13 @@ void FakeCanvas::reply(QSslSocket *socket, const QString &path, const FakeReply 
 }
 
 void FakeCanvas::send(QSslSocket *socket, const FakeReply &reply) {
-    if (reply.delayMilliseconds > 0)
+    const int delay = latencyMilliseconds + reply.delayMilliseconds;
+    if (delay > 0) {
         QTimer::singleShot(
-            reply.delayMilliseconds, socket, [this, socket, reply] { write(socket, reply); });
-    else
+            delay, Qt::PreciseTimer, socket, [this, socket, reply] { write(socket, reply); });
+    } else {
         write(socket, reply);
+    }
 }
 
 void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {

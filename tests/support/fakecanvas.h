@@ -48,8 +48,12 @@ struct FakeReply {
     QByteArray contentType = "application/json; charset=utf-8";
     std::vector<std::pair<QByteArray, QByteArray>> headers;
     Manner manner = Manner::whole;
+    /// On top of the server's own latency.
     int delayMilliseconds = 0;
 };
+
+/// The same answer, its body packed with gzip.
+[[nodiscard]] FakeReply gzipped(FakeReply reply);
 
 /// Serves records page by page behind opaque bookmarks, checks the token, and does to any path what
 /// it is told to.
@@ -76,8 +80,8 @@ class FakeCanvas : public QObject {
     void answerWith(std::function<FakeReply(const FakeRequest &)> answer);
 
     QByteArray token = "secret-token";
-    int pageSize = 100;
-    int delayMilliseconds = 0;
+    /// How long every answer takes. Answers wait side by side.
+    int latencyMilliseconds = 0;
     std::vector<FakeRequest> requests;
     /// The most requests that were waiting for an answer at one time.
     int mostInFlight = 0;

@@ -2,6 +2,8 @@
 #include "canvas/runtoend.h"
 #include "platform/log.h"
 #include "support/fakecanvas.h"
+#include "support/instants.h"
+#include "support/servedcourse.h"
 
 #include <QTcpServer>
 
@@ -101,29 +103,45 @@ TEST_F(CanvasClientTest, AsksAsItShould) {
     EXPECT_EQ(canvas.connections, 1) << "the connection is used again";
 }
 
+/// Where two lists begin to differ; their length when they are equal.
+template<class Record>
+std::size_t firstDifference(const std::vector<Record> &read, const std::vector<Record> &served) {
+    const auto differing = std::ranges::mismatch(read, served).in1 - read.begin();
+    return std::size_t(differing);
+}
+
 TEST_F(CanvasClientTest, ReadsALargeCourseWhole) {
-    constexpr int students = 400;
-    constexpr int assignments = 60;
-    std::vector<QByteArray> submissions;
-    std::vector<SubmissionSummary> expected;
-    for (int student = 1; student <= students; ++student) {
-        for (int assignment = 1; assignment <= assignments; ++assignment) {
-            submissions.push_back(QStringLiteral(R"({"user_id":%1,"assignment_id":%2,)"
-                                                 R"("workflow_state":"graded","score":%2.5})")
-                                      .arg(student)
-                                      .arg(assignment)
-                                      .toUtf8());
-            expected.push_back(
-                {.userID = student,
-                 .assignmentID = assignment,
-                 .workflowState = "graded",
-                 .score = assignment + 0.5});
-        }
-    }
-    canvas.serve(QStringLiteral("/api/v1/courses/7/students/submissions"), submissions);
+    const auto served = test::inventCourse(4021, {.students = 400, .assignments = 60}, test::noon);
+    test::serve(canvas, std::span(&served, 1));
     CanvasClient reading = client();
-    EXPECT_EQ(runToEnd(reading.fetchSubmissions(7)), expected);
-    EXPECT_EQ(canvas.requests.size(), 240U);
+    EXPECT_EQ(runToEnd(reading.fetchCourses()), std::vector{served.course});
+
+    const auto enrollments = runToEnd(reading.fetchEnrollments(4021));
+    ASSERT_EQ(enrollments.size(), 400U);
+    EXPECT_EQ(firstDifference(enrollments, served.enrollments), 400U);
+    const auto groups = runToEnd(reading.fetchAssignmentGroups(4021));
+    ASSERT_EQ(groups.size(), 6U);
+    EXPECT_EQ(firstDifference(groups, served.groups), 6U);
+    const auto submissions = runToEnd(reading.fetchSubmissions(4021));
+    ASSERT_EQ(submissions.size(), 24'000U);
+    EXPECT_EQ(firstDifference(submissions, served.submissions), 24'000U);
+
+    EXPECT_EQ(canvas.requests.size(), 1U + 4U + 1U + 240U) << "a hundred records a page";
+    EXPECT_EQ(canvas.connections, 1);
+}
+
+TEST_F(CanvasClientTest, ReadsPackedPages) {
+    canvas.answerWith([](const FakeRequest &request) {
+        EXPECT_THAT(request.headers["accept-encoding"].toStdString(), HasSubstr("gzip"));
+        const QByteArray name(5000, 'x');
+        return test::gzipped(
+            {.body = R"([{"id":1,"name":"Caf\u00e9"},{"id":2,"name":")" + name + "\"}]"});
+    });
+    CanvasClient reading = client();
+    EXPECT_EQ(
+        runToEnd(reading.fetchCourses()),
+        (std::vector<Course>{
+            {.id = 1, .name = "Café"}, {.id = 2, .name = std::string(5000, 'x')}}));
 }
 
 TEST_F(CanvasClientTest, NeverMoreThanSixRequestsAtATime) {
@@ -208,6 +226,8 @@ TEST_F(CanvasClientTest, RealFaultsHaveTheirOwnWords) {
              {"bad gzip",
               {.body = "no gzip", .headers = {{"Content-Encoding", "gzip"}}},
               CanvasError::network("")},
+             {"too large once unpacked", test::gzipped({.body = "[" + QByteArray(3000, ' ') + "]"}),
+              CanvasError(Case::decodingFailed)},
          }) {
         // A session of its own: no row sees the connection that another one broke.
         CanvasSession impatient(

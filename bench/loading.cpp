@@ -1,0 +1,53 @@
+// One large course over HTTPS, every answer 50 ms late, from the first request to scored rows: wall
+// time against the least that the pages allow, the client's own processor time and memory.
+#include "app/rosterloader.h"
+#include "canvas/canvasclient.h"
+#include "canvas/runtoend.h"
+#include "servedcanvas.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+using namespace ellwynd;
+
+void loadLargeCourse(benchmark::State &state) {
+    const bench::ServedShape shape{.students = 400, .assignments = 60};
+    const bench::ServedCanvas canvas(shape);
+    const QTemporaryDir folder;
+    const UserDefaults defaults(folder.path().toStdString() + "/Preferences.json", {});
+    CanvasSession session;
+    CanvasClient client(canvas.address(), canvas.token, session);
+    const std::vector<Course> courses = runToEnd(client.fetchCourses());
+
+    std::chrono::duration<double> spent{};
+    for (auto _ : state) {
+        const auto begin = std::chrono::steady_clock::now();
+        const ScoredCourse course =
+            runToEnd(loadCourse(client, courses.at(0), defaults, systemNow));
+        spent += std::chrono::steady_clock::now() - begin;
+        if (course.rows.size() != 400 || course.submissions.size() != 24'000)
+            state.SkipWithError("records were lost");
+    }
+    const std::chrono::duration<double> bound = shape.bound();
+    state.counters["bound_s"] = bound.count();
+    state.counters["ratio"] = spent / bound / double(state.iterations());
+    state.counters["peak_MB"] = bench::peakResidentMemory() / 1e6;
+}
+
+} // namespace
+
+BENCHMARK(loadLargeCourse)
+    ->Unit(benchmark::kSecond)
+    ->Iterations(1)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime();
+
+int main(int argc, char **argv) {
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,63 @@
+#include "servedcanvas.h"
+
+#include "support/certificates.h"
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace ellwynd::bench {
+
+namespace {
+
+constexpr std::int64_t pageSize = 100;
+constexpr std::int64_t requestsInFlight = 6;
+
+std::int64_t pagesOf(std::int64_t records) {
+    return std::max<std::int64_t>(1, (records + pageSize - 1) / pageSize);
+}
+
+} // namespace
+
+std::chrono::milliseconds ServedShape::bound() const {
+    const std::int64_t submissions = pagesOf(students * assignments);
+    // Its assignment groups are one page.
+    const std::int64_t all = courses * (submissions + pagesOf(students) + 1);
+    const std::int64_t sideBySide = (all + requestsInFlight - 1) / requestsInFlight;
+    return latency * std::max(submissions, sideBySide);
+}
+
+ServedCanvas::ServedCanvas(const ServedShape &shape) {
+    const auto option = [](const char *name, std::int64_t value) {
+        return QStringLiteral("--%1=%2").arg(QString::fromLatin1(name)).arg(value);
+    };
+    server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    server.start(
+        QStringLiteral(ELLWYND_FAKE_CANVAS),
+        {option("courses", shape.courses), option("students", shape.students),
+         option("assignments", shape.assignments), option("latency", shape.latency.count())});
+    const auto line = [this] {
+        while (!server.canReadLine()) {
+            if (!server.waitForReadyRead())
+                throw std::runtime_error("the fake Canvas did not start");
+        }
+        return server.readLine().trimmed().toStdString();
+    };
+    base = line();
+    test::trustAuthority(line());
+}
+
+ServedCanvas::~ServedCanvas() {
+    server.closeWriteChannel();
+    server.waitForFinished();
+}
+
+double peakResidentMemory() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    // Linux counts in KiB.
+    return 1024.0 * double(usage.ru_maxrss);
+}
+
+} // namespace ellwynd::bench

@@ -2,14 +2,16 @@
 #include "support/core.h"
 #include "support/fakecanvas.h"
 #include "support/instants.h"
+#include "support/until.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 
 #include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
+
+using test::until;
 
 struct ControllerTest : testing::Test {
     test::Core core{{{"SampleData", true}}};
@@ -165,15 +167,6 @@ struct LiveControllerTest : testing::Test {
 
     static QString path(int course, const char *rest) {
         return QStringLiteral("/api/v1/courses/%1/").arg(course) + QString::fromUtf8(rest);
-    }
-
-    /// Runs the event loop until a condition holds, for a bounded time.
-    template<class Condition>
-    static bool until(Condition condition) {
-        QDeadlineTimer bound(10'000);
-        while (!condition() && !bound.hasExpired())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-        return condition();
     }
 
     bool untilShown(const std::string &title) {

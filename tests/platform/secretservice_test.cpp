@@ -1,37 +1,13 @@
 // Runs in a session with a real secret service; see support/with-keyring.
 #include "platform/secrets/secretstore.h"
-
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDBusReply>
+#include "support/keyring.h"
 
 #include <gmock/gmock.h>
-
-#include <csignal>
 
 namespace ellwynd {
 namespace {
 
 constexpr const char *service = "com.varnok.Ellwynd.test";
-
-QDBusMessage
-call(const char *path, const char *interface, const char *method, const QVariantList &arguments) {
-    QDBusMessage message = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.secrets"), QString::fromUtf8(path),
-        QString::fromUtf8(interface), QString::fromUtf8(method));
-    message.setArguments(arguments);
-    return QDBusConnection::sessionBus().call(message);
-}
-
-void lock() {
-    const QList<QDBusObjectPath> objects{
-        QDBusObjectPath(QStringLiteral("/org/freedesktop/secrets/aliases/default"))};
-    const QDBusMessage answer = call(
-        "/org/freedesktop/secrets", "org.freedesktop.Secret.Service", "Lock",
-        {QVariant::fromValue(objects)});
-    ASSERT_EQ(answer.type(), QDBusMessage::ReplyMessage) << answer.errorMessage().toStdString();
-}
 
 /// What reading ends with: the status of its error, or 0.
 int statusOfReading(const std::string &account) {
@@ -68,20 +44,17 @@ TEST(SecretService, KeepsSecretsAndTellsItsTroublesApart) {
         "s\xc3\xa4"
         "cond");
 
-    lock();
+    test::lockKeyring();
     const int locked = statusOfReading("h.example");
     EXPECT_TRUE(locked == KeychainError::locked || locked == KeychainError::dismissed) << locked;
     EXPECT_THROW(secrets.remove(service, "h.example"), KeychainError) << "not deleted, not silent";
     EXPECT_THROW(secrets.save("third", service, "h.example"), KeychainError);
     EXPECT_EQ(statusOfReading("nobody.example"), 0) << "nothing is saved, locked or not";
 
-    const QDBusReply<uint> owner = QDBusConnection::sessionBus().call(
-        QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetConnectionUnixProcessID"))
-        << QStringLiteral("org.freedesktop.secrets"));
-    ASSERT_TRUE(owner.isValid());
-    ASSERT_EQ(::kill(pid_t(owner.value()), SIGKILL), 0);
+    test::unlockKeyring();
+    EXPECT_EQ(statusOfReading("h.example"), 0);
+
+    test::killKeyring();
     // Gone, or started anew by the bus and locked: never "no token".
     EXPECT_NE(statusOfReading("h.example"), 0);
 }

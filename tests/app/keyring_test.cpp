@@ -1,0 +1,86 @@
+// A running program over a real secret service, which fails it; see support/with-keyring.
+#include "app/mainwindowcontroller.h"
+#include "support/fakecanvas.h"
+#include "support/instants.h"
+#include "support/keyring.h"
+#include "support/servedcourse.h"
+#include "support/temporaryfolder.h"
+#include "support/until.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+// One test in order: a keyring that was killed stays so.
+TEST(Keyring, WhatIsOnScreenOutlivesALockedAndAKilledKeyring) {
+    test::trustAuthority();
+    test::FakeCanvas canvas;
+    const auto course = test::inventCourse(4021, {.students = 30, .assignments = 3}, test::noon);
+    test::serve(canvas, std::span(&course, 1));
+    const test::TemporaryFolder folder;
+    UserDefaults defaults(folder.path() / "Preferences.json", {});
+    SecretService secrets;
+    CanvasSession session;
+    const Connector connector(defaults, secrets, session);
+    TokenStore(secrets).saveToken("secret-token", TokenStore::accountOf(canvas.address()));
+    defaults.set(preferences::canvasBaseURL, canvas.address());
+
+    MainWindowController controller(defaults, connector, test::noonClock);
+    std::vector<std::string> statuses;
+    QObject::connect(&controller, &MainWindowController::statusDidChange, &controller, [&] {
+        statuses.push_back(controller.status());
+    });
+    int errors = 0;
+    QObject::connect(
+        &controller, &MainWindowController::errorDidOccur, &controller, [&] { ++errors; });
+    const auto refreshed = [&] {
+        controller.refresh();
+        return test::until(
+            [&] { return controller.status() == "1 course" && !controller.isLoading(); });
+    };
+    controller.showCourse(4021);
+    ASSERT_TRUE(refreshed());
+    ASSERT_EQ(controller.roster().state, RosterView::State::shown);
+    const std::vector<RiskRow> rows = controller.roster().rows;
+    ASSERT_EQ(rows.size(), 30U);
+
+    const auto refreshInVain = [&](const char *what) {
+        const std::size_t requests = canvas.requests.size();
+        controller.refresh();
+        EXPECT_EQ(controller.status(), "Keychain unavailable") << what;
+        EXPECT_FALSE(controller.isLoading()) << what;
+        EXPECT_EQ(controller.roster().state, RosterView::State::shown) << what;
+        EXPECT_EQ(controller.roster().courseID, 4021) << what;
+        EXPECT_EQ(controller.roster().rows, rows) << what;
+        EXPECT_EQ(controller.sidebarTerms().size(), 1U) << what;
+        EXPECT_EQ(canvas.requests.size(), requests) << what;
+    };
+    test::lockKeyring();
+    refreshInVain("locked");
+    refreshInVain("still locked");
+    test::unlockKeyring();
+    EXPECT_TRUE(refreshed()) << "unlocked";
+    test::killKeyring();
+    // Gone, or started anew by the bus and locked.
+    refreshInVain("killed");
+
+    // What is on screen can still be freshened with the token already read.
+    const std::size_t requests = canvas.requests.size();
+    controller.refreshRoster();
+    EXPECT_TRUE(test::until([&] { return !controller.isLoading(); }));
+    EXPECT_EQ(canvas.requests.size(), requests + 3);
+    EXPECT_EQ(controller.roster().rows, rows);
+    EXPECT_EQ(controller.roster().staleReason, "");
+
+    // The bus starts it again when it is asked for.
+    test::unlockKeyring();
+    EXPECT_TRUE(refreshed()) << "started anew and unlocked";
+
+    EXPECT_THAT(statuses, testing::Not(testing::Contains("Not connected")));
+    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), canvas.address());
+    EXPECT_EQ(errors, 0);
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,37 @@
+// A program on a desktop without any secret service; see support/with-bus.
+#include "app/mainwindowcontroller.h"
+#include "support/temporaryfolder.h"
+
+#include <QDBusConnection>
+
+#include <gtest/gtest.h>
+
+namespace ellwynd {
+namespace {
+
+TEST(NoKeyring, IsUnavailableAndNoSignOut) {
+    ASSERT_TRUE(QDBusConnection::sessionBus().isConnected()) << "a bus, but nothing on it";
+    const test::TemporaryFolder folder;
+    UserDefaults defaults(folder.path() / "Preferences.json", {});
+    SecretService secrets;
+    CanvasSession session;
+    const Connector connector(defaults, secrets, session);
+    MainWindowController controller(defaults, connector);
+
+    defaults.set(preferences::canvasBaseURL, std::string("https://canvas.example.edu"));
+    for (const char *refresh : {"first", "second"}) {
+        controller.refresh();
+        EXPECT_EQ(controller.status(), "Keychain unavailable") << refresh;
+        EXPECT_EQ(controller.roster().state, RosterView::State::nothingSelected) << refresh;
+        EXPECT_FALSE(controller.isLoading()) << refresh;
+    }
+    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://canvas.example.edu");
+
+    // The invented college needs no token.
+    defaults.set(preferences::sampleData, true);
+    controller.refresh();
+    EXPECT_EQ(controller.roster().state, RosterView::State::shown);
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,89 @@
+#include "support/keyring.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+
+#include <csignal>
+#include <stdexcept>
+
+namespace ellwynd::test {
+
+/// A secret on its way over the bus, as the Secret Service standard has it.
+struct WireSecret {
+    QDBusObjectPath session;
+    QByteArray parameters;
+    QByteArray value;
+    QString contentType = QStringLiteral("text/plain");
+};
+
+static QDBusArgument &operator<<(QDBusArgument &argument, const WireSecret &secret) {
+    argument.beginStructure();
+    argument << secret.session << secret.parameters << secret.value << secret.contentType;
+    argument.endStructure();
+    return argument;
+}
+
+static const QDBusArgument &operator>>(const QDBusArgument &argument, WireSecret &secret) {
+    argument.beginStructure();
+    argument >> secret.session >> secret.parameters >> secret.value >> secret.contentType;
+    argument.endStructure();
+    return argument;
+}
+
+namespace {
+
+QVariantList call(
+    const QString &service, const char *path, const char *interface, const char *method,
+    const QVariantList &arguments) {
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        service, QString::fromLatin1(path), QString::fromLatin1(interface),
+        QString::fromLatin1(method));
+    message.setArguments(arguments);
+    const QDBusMessage answer = QDBusConnection::sessionBus().call(message);
+    if (answer.type() != QDBusMessage::ReplyMessage)
+        throw std::runtime_error(method + (": " + answer.errorMessage().toStdString()));
+    return answer.arguments();
+}
+
+const QString secrets = QStringLiteral("org.freedesktop.secrets");
+constexpr const char *secretsPath = "/org/freedesktop/secrets";
+constexpr const char *serviceInterface = "org.freedesktop.Secret.Service";
+
+QDBusObjectPath defaultCollection() {
+    return QDBusObjectPath(QStringLiteral("/org/freedesktop/secrets/aliases/default"));
+}
+
+} // namespace
+
+void lockKeyring() {
+    call(
+        secrets, secretsPath, serviceInterface, "Lock",
+        {QVariant::fromValue(QList<QDBusObjectPath>{defaultCollection()})});
+}
+
+void unlockKeyring() {
+    qDBusRegisterMetaType<WireSecret>();
+    const QVariantList session = call(
+        secrets, secretsPath, serviceInterface, "OpenSession",
+        {QStringLiteral("plain"), QVariant::fromValue(QDBusVariant(QString()))});
+    const WireSecret password{.session = session.at(1).value<QDBusObjectPath>(), .value = "test"};
+    // The keyring's own way past its prompt, which nobody is there to answer.
+    call(
+        secrets, secretsPath, "org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface",
+        "UnlockWithMasterPassword",
+        {QVariant::fromValue(defaultCollection()), QVariant::fromValue(password)});
+}
+
+void killKeyring() {
+    const QVariantList owner = call(
+        QStringLiteral("org.freedesktop.DBus"), "/", "org.freedesktop.DBus",
+        "GetConnectionUnixProcessID", {secrets});
+    if (::kill(pid_t(owner.at(0).toUInt()), SIGKILL) != 0)
+        throw std::runtime_error("the keyring could not be killed");
+}
+
+} // namespace ellwynd::test

@@ -1,5 +1,4 @@
 #include "canvas/connectioncheck.h"
-#include "canvas/runtoend.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 
@@ -29,7 +28,8 @@ int runConnect(Session &session, const QStringList &words) {
 
     ConnectionCheck check(session.defaults(), session.secrets(), session.http());
     const std::string address = line.word(0);
-    const ConnectionOutcome tested = runToEnd(check.testOrThrow(address, token));
+    const ConnectionOutcome tested =
+        session.finish("Checking the connection…", check.testOrThrow(address, token));
     if (!tested.succeeded)
         throw Failure(tested.status);
     const ConnectionOutcome saved = check.saveOrThrow(address, token);

@@ -35,7 +35,7 @@ int runCourses(Session &session, const QStringList &words) {
     if (!line.parse(words))
         return done;
     const auto source = session.connect();
-    const std::vector<Course> courses = fetchCourses(*source);
+    const std::vector<Course> courses = fetchCourses(session, *source);
     if (line.wantsJSON()) {
         JSON list = JSON::array();
         for (const Course &course : courses)

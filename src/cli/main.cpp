@@ -4,11 +4,13 @@
 #include <QCoreApplication>
 
 #include <iostream>
+#include <unistd.h>
 #include <vector>
 
 int main(int argc, char **argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
     const QCoreApplication application(argc, argv);
     return ellwynd::cli::run(
-        words, std::cin, std::cout, std::cerr, ellwynd::directories::config() / "Preferences.json");
+        words, std::cin, std::cout, std::cerr, ellwynd::directories::config() / "Preferences.json",
+        {.present = ::isatty(STDERR_FILENO) != 0});
 }

@@ -75,7 +75,7 @@ std::span<const Command> commands() {
 
 int run(
     std::span<const std::string> words, std::istream &in, std::ostream &out, std::ostream &err,
-    const std::filesystem::path &preferences) {
+    const std::filesystem::path &preferences, Terminal terminal) {
     try {
         const LaunchArguments arguments = takeLaunchArguments(words);
         if (arguments.rest.empty()) {
@@ -91,7 +91,7 @@ int run(
             out << "ellwynd-cli " << version << "\n";
             return done;
         }
-        Session session(in, out, err, preferences, arguments.domain);
+        Session session(in, out, err, preferences, arguments.domain, std::move(terminal));
         const int status = runCommand(session, name, std::span(arguments.rest).subspan(1));
         if (!out.flush())
             throw Failure("The output couldn't be written.");

@@ -1,7 +1,6 @@
 #include "cli/session.h"
 
 #include "app/connection.h"
-#include "canvas/runtoend.h"
 
 #include <fmt/format.h>
 
@@ -11,12 +10,13 @@ namespace ellwynd::cli {
 
 Session::Session(
     std::istream &input, std::ostream &results, std::ostream &messages,
-    std::filesystem::path preferences, PreferenceMap launchArguments)
+    std::filesystem::path preferences, PreferenceMap launchArguments, Terminal terminal)
     : out(results),
       err(messages),
       in(input),
       file(std::move(preferences)),
-      arguments(std::move(launchArguments)) {}
+      arguments(std::move(launchArguments)),
+      progress(messages, std::move(terminal)) {}
 
 UserDefaults &Session::defaults() {
     if (!opened)
@@ -48,8 +48,8 @@ std::shared_ptr<CanvasReading> Session::connect() {
     return source;
 }
 
-std::vector<Course> fetchCourses(CanvasReading &source) {
-    return runToEnd(source.fetchCourses());
+std::vector<Course> fetchCourses(Session &session, CanvasReading &source) {
+    return session.finish("Reading the course list…", source.fetchCourses());
 }
 
 Course findCourse(const std::vector<Course> &courses, std::int64_t id) {
@@ -61,8 +61,9 @@ Course findCourse(const std::vector<Course> &courses, std::int64_t id) {
 
 ScoredCourse loadByID(Session &session, std::int64_t courseID) {
     const auto source = session.connect();
-    const Course course = findCourse(fetchCourses(*source), courseID);
-    return runToEnd(loadCourse(*source, course, session.defaults(), session.now));
+    const Course course = findCourse(fetchCourses(session, *source), courseID);
+    return session.finish(
+        "Reading the roster…", loadCourse(*source, course, session.defaults(), session.now));
 }
 
 const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID) {

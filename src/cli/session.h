@@ -3,6 +3,8 @@
 
 #include "app/visit.h"
 #include "canvas/client/session.h"
+#include "canvas/runtoend.h"
+#include "cli/progress.h"
 #include "platform/cloud/syncedfolder.h"
 #include "platform/secrets/secretstore.h"
 
@@ -45,7 +47,7 @@ class Session {
     /// @param preferences the preferences' file, which is not read before a command asks for them.
     Session(
         std::istream &in, std::ostream &out, std::ostream &err, std::filesystem::path preferences,
-        PreferenceMap launchArguments);
+        PreferenceMap launchArguments, Terminal terminal);
 
     std::ostream &out;
     std::ostream &err;
@@ -65,6 +67,19 @@ class Session {
     /// The data source. @throws NotConnected, KeychainError
     [[nodiscard]] std::shared_ptr<CanvasReading> connect();
 
+    /// Runs work to its end and returns its value, or throws what it threw. On a terminal, long
+    /// work is told in words such as "Reading the roster…".
+    template<class T>
+    T finish(std::string step, QCoro::Task<T> work) {
+        struct Step {
+            Progress &progress;
+            ~Step() { progress.end(); }
+        };
+        progress.begin(std::move(step));
+        const Step running{progress};
+        return runToEnd(std::move(work));
+    }
+
   private:
     std::filesystem::path file;
     PreferenceMap arguments;
@@ -74,10 +89,11 @@ class Session {
     std::unique_ptr<TrendSync> trendSync;
     SecretService secretStore;
     CanvasSession canvasSession;
+    Progress progress;
 };
 
 /// The course list as fetched.
-[[nodiscard]] std::vector<Course> fetchCourses(CanvasReading &source);
+[[nodiscard]] std::vector<Course> fetchCourses(Session &session, CanvasReading &source);
 
 /// The course of that id. @throws Failure when the list holds none.
 [[nodiscard]] Course findCourse(const std::vector<Course> &courses, std::int64_t id);

@@ -5,9 +5,6 @@
 
 namespace ellwynd::cli {
 
-namespace {
-
-/// Terminal columns of a UTF-8 text: East Asian wide characters take two, combining marks none.
 std::size_t displayWidth(std::string_view text) {
     std::size_t width = 0;
     for (std::size_t i = 0; i < text.size();) {
@@ -28,8 +25,6 @@ std::size_t displayWidth(std::string_view text) {
     }
     return width;
 }
-
-} // namespace
 
 std::string printable(std::string_view text) {
     std::string result;

@@ -10,6 +10,9 @@ namespace ellwynd::cli {
 /// Text for a terminal: control characters become blanks, so that no name can move the cursor.
 [[nodiscard]] std::string printable(std::string_view text);
 
+/// Terminal columns of a UTF-8 text: East Asian wide characters take two, combining marks none.
+[[nodiscard]] std::size_t displayWidth(std::string_view text);
+
 /// Rows of cells under headers. Columns are as wide as their widest cell; the last is not padded.
 class Table {
   public:

@@ -1,7 +1,6 @@
 #include "app/rostertexts.h"
 #include "app/termroster.h"
 #include "canvas/records/termgroups.h"
-#include "canvas/runtoend.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
@@ -23,7 +22,7 @@ int runTerm(Session &session, const QStringList &words) {
     const auto format = exportFormat(line);
     const std::int64_t id = parseID(line.word(0), "term");
     const auto source = session.connect();
-    const std::vector<TermGroup> terms = groupByTerm(fetchCourses(*source));
+    const std::vector<TermGroup> terms = groupByTerm(fetchCourses(session, *source));
     const auto term = std::ranges::find(terms, std::optional{id}, &TermGroup::id);
     if (term == terms.end())
         throw Failure(fmt::format("The course list holds no term {}.", id));
@@ -32,8 +31,11 @@ int runTerm(Session &session, const QStringList &words) {
     for (const Course &course : term->courses)
         loads.push_back(loadCourse(*source, course, session.defaults(), session.now));
     std::vector<ScoredCourse> scored;
-    for (auto &load : loads)
-        scored.push_back(runToEnd(std::move(load)));
+    for (auto &load : loads) {
+        scored.push_back(session.finish(
+            fmt::format("Reading {} of {} courses…", scored.size() + 1, loads.size()),
+            std::move(load)));
+    }
     std::vector<const ScoredCourse *> courses;
     for (const ScoredCourse &course : scored)
         courses.push_back(&course);

@@ -21,7 +21,7 @@ int runThresholds(Session &session, const QStringList &words) {
         throw UsageError("--use-defaults goes with neither --passing nor --inactivity");
 
     const auto source = session.connect();
-    static_cast<void>(findCourse(fetchCourses(*source), id));
+    static_cast<void>(findCourse(fetchCourses(session, *source), id));
     UserDefaults &defaults = session.defaults();
     if (line.has("use-defaults"))
         useDefaults(defaults, id);

@@ -26,7 +26,9 @@ TEST(Keyring, WhatIsOnScreenOutlivesALockedAndAKilledKeyring) {
     TokenStore(secrets).saveToken("secret-token", TokenStore::accountOf(canvas.address()));
     defaults.set(preferences::canvasBaseURL, canvas.address());
 
-    MainWindowController controller(defaults, connector, test::noonClock);
+    Stores stores(defaults, folder.path() / "data");
+    TrendSync trends(defaults);
+    MainWindowController controller(defaults, connector, stores, trends, test::noonClock);
     std::vector<std::string> statuses;
     QObject::connect(&controller, &MainWindowController::statusDidChange, &controller, [&] {
         statuses.push_back(controller.status());

@@ -16,7 +16,9 @@ TEST(NoKeyring, IsUnavailableAndNoSignOut) {
     SecretService secrets;
     CanvasSession session;
     const Connector connector(defaults, secrets, session);
-    MainWindowController controller(defaults, connector);
+    Stores stores(defaults, folder.path() / "data");
+    TrendSync trends(defaults);
+    MainWindowController controller(defaults, connector, stores, trends);
 
     defaults.set(preferences::canvasBaseURL, std::string("https://canvas.example.edu"));
     for (const char *refresh : {"first", "second"}) {

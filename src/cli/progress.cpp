@@ -1,0 +1,57 @@
+#include "cli/progress.h"
+
+#include "cli/table.h"
+
+#include <ostream>
+
+namespace ellwynd::cli {
+
+namespace {
+
+/// Work that is over sooner is not worth a word.
+constexpr std::chrono::seconds patience{1};
+
+} // namespace
+
+Progress::Progress(std::ostream &messages, Terminal reader)
+    : err(messages), terminal(std::move(reader)) {
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, &timer, [this] { update(); });
+}
+
+void Progress::begin(std::string next) {
+    if (!terminal.present)
+        return;
+    if (!since)
+        since = terminal.now();
+    step = std::move(next);
+    update();
+}
+
+void Progress::update() {
+    if (step.empty())
+        return;
+    const auto remaining = *since + patience - terminal.now();
+    if (remaining.count() > 0) {
+        timer.start(std::chrono::ceil<std::chrono::milliseconds>(remaining));
+        return;
+    }
+    wipe();
+    // The cursor waits at the line's begin: a log line that comes in between writes over this one.
+    err << step << '\r' << std::flush;
+    shown = displayWidth(step);
+}
+
+void Progress::end() {
+    timer.stop();
+    step.clear();
+    wipe();
+}
+
+void Progress::wipe() {
+    if (shown > 0)
+        err << std::string(shown, ' ') << '\r' << std::flush;
+    shown = 0;
+}
+
+} // namespace ellwynd::cli

@@ -1,0 +1,155 @@
+#include "cli/progress.h"
+#include "cli/run.h"
+#include "support/temporaryfolder.h"
+#include "support/until.h"
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+namespace ellwynd::cli {
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
+
+/// What a terminal shows of a text: a return goes back to the line's begin, and what is written
+/// there replaces what stood there. Blanks at the end show nothing.
+std::string screen(std::string text) {
+    // One column, although three bytes.
+    for (std::size_t at = 0; (at = text.find("…")) != std::string::npos;)
+        text.replace(at, 3, "_");
+    std::string shown;
+    std::size_t column = 0;
+    for (const char byte : text) {
+        if (byte == '\r' || byte == '\n') {
+            if (byte == '\n')
+                shown.erase(shown.find_last_not_of(' ') + 1).push_back('\n');
+            column = byte == '\n' ? shown.size() : shown.rfind('\n') + 1;
+            continue;
+        }
+        shown.resize(std::max(shown.size(), column + 1), ' ');
+        shown[column++] = byte;
+    }
+    return shown.erase(shown.find_last_not_of(' ') + 1);
+}
+
+TEST(Progress, AppearsAfterASecondAndLeavesNothing) {
+    struct Event {
+        std::chrono::milliseconds at;
+        /// What begins, or "tick", or "end".
+        std::string what;
+        /// On the screen afterwards.
+        std::string shown;
+    };
+    struct Row {
+        const char *name;
+        bool terminal;
+        std::vector<Event> events;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"quick work", true, {{0ms, "Reading", ""}, {999ms, "tick", ""}, {999ms, "end", ""}}},
+             {"long work", true, {{0ms, "Reading", ""}, {1s, "tick", "Reading"}, {9s, "end", ""}}},
+             {"steps count together",
+              true,
+              {{0ms, "Listing", ""},
+               {600ms, "end", ""},
+               {600ms, "Reading", ""},
+               {1s, "tick", "Reading"},
+               {2s, "end", ""},
+               {2s, "Counting", "Counting"},
+               {3s, "end", ""}}},
+             {"a shorter step leaves nothing of a longer one",
+              true,
+              {{0ms, "Reading 9 of 10", ""},
+               {2s, "tick", "Reading 9 of 10"},
+               {3s, "Done", "Done"}}},
+             {"a tick after the end",
+              true,
+              {{0ms, "Reading", ""}, {500ms, "end", ""}, {1s, "tick", ""}}},
+             {"no terminal",
+              false,
+              {{0ms, "Reading", ""}, {2s, "tick", ""}, {3s, "Counting", ""}, {4s, "end", ""}}},
+         }) {
+        std::ostringstream err;
+        steady_clock::time_point time;
+        Progress progress(err, {.present = row.terminal, .now = [&] { return time; }});
+        for (const Event &event : row.events) {
+            time = steady_clock::time_point(event.at);
+            if (event.what == "tick")
+                progress.update();
+            else if (event.what == "end")
+                progress.end();
+            else
+                progress.begin(event.what);
+            EXPECT_EQ(screen(err.str()), event.shown) << row.name << " at " << event.at.count();
+        }
+        if (!row.terminal) {
+            EXPECT_EQ(err.str(), "") << row.name;
+        }
+    }
+}
+
+TEST(Progress, ComesByItselfAndGivesWayToLogLines) {
+    std::ostringstream err;
+    // A second has all but passed by the time that the first step is looked at.
+    std::vector<std::chrono::microseconds> times{0s, 999'500us, 1s};
+    std::size_t asked = 0;
+    Progress progress(err, {.present = true, .now = [&] {
+                                return steady_clock::time_point(
+                                    times[std::min(asked++, times.size() - 1)]);
+                            }});
+    progress.begin("Reading…");
+    EXPECT_EQ(err.str(), "");
+    EXPECT_TRUE(test::until([&] { return !err.str().empty(); }));
+    err << "a line of the log\n";
+    EXPECT_EQ(screen(err.str()), "a line of the log\n");
+    progress.end();
+    EXPECT_EQ(screen(err.str()), "a line of the log\n");
+}
+
+TEST(Progress, IsToldByCommandsThatReadCanvas) {
+    struct Row {
+        std::vector<std::string> words;
+        std::vector<const char *> told;
+        const char *left;
+    };
+    const test::TemporaryFolder folder;
+    for (const Row &row : std::vector<Row>{
+             {{"--sample", "courses"}, {"Reading the course list…\r"}, ""},
+             {{"--sample", "roster", "900101"},
+              {"Reading the course list…\r", "Reading the roster…\r"},
+              ""},
+             {{"--sample", "term", "9001"},
+              {"Reading the course list…\r", "Reading 1 of 6 courses…\r",
+               "Reading 6 of 6 courses…\r"},
+              ""},
+             {{"--sample", "roster", "1"},
+              {"Reading the course list…\r"},
+              "The course list holds no course 1.\n"},
+             {{"--sample", "status"}, {}, ""}}) {
+        for (const bool terminal : {true, false}) {
+            std::istringstream in;
+            std::ostringstream out;
+            std::ostringstream err;
+            int seconds = 0;
+            const auto leaping = [&] {
+                return steady_clock::time_point(std::chrono::seconds(seconds++));
+            };
+            (void)run(
+                row.words, in, out, err, folder.path() / "Preferences.json",
+                {.present = terminal, .now = leaping});
+            EXPECT_THAT(out.str(), testing::Not(testing::HasSubstr("…")));
+            EXPECT_EQ(screen(err.str()), row.left);
+            if (!terminal) {
+                EXPECT_EQ(err.str(), row.left);
+                continue;
+            }
+            for (const char *step : row.told)
+                EXPECT_THAT(err.str(), testing::HasSubstr(step));
+        }
+    }
+}
+
+} // namespace
+} // namespace ellwynd::cli

@@ -110,6 +110,8 @@ FakeReply FakeCanvas::answer(const FakeRequest &request) {
     if (request.headers.value("authorization") != "Bearer " + token) {
         return {.status = 401, .body = R"({"errors":[{"message":"Invalid access token."}]})"};
     }
+    if (request.path == "/api/v1/users/self")
+        return {.body = R"({"id":7,"name":"Ana Ruiz","short_name":"Ana"})"};
     if (!records.contains(request.path)) {
         return {
             .status = 404,

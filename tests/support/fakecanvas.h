@@ -55,8 +55,8 @@ struct FakeReply {
 /// The same answer, its body packed with gzip.
 [[nodiscard]] FakeReply gzipped(FakeReply reply);
 
-/// Serves records page by page behind opaque bookmarks, checks the token, and does to any path what
-/// it is told to.
+/// Serves records page by page behind opaque bookmarks, knows its teacher, checks the token, and
+/// does to any path what it is told to.
 class FakeCanvas : public QObject {
     Q_OBJECT
 

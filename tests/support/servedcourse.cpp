@@ -39,11 +39,11 @@ Enrollment inventEnrollment(std::int64_t id, Date now) {
     if (id % 9 != 0)
         student.user->sortableName = fmt::format("{}, {}", id, names[id % 8]);
     if (id % 13 != 0) {
-        student.grades->currentScore = 0.25 * double(draw(id, 1, 401));
+        student.grades->currentScore = 100 - 0.25 * double(draw(id, 1, 200));
         student.grades->currentGrade = *student.grades->currentScore < 60 ? "F" : "B−";
     }
     if (id % 17 != 0)
-        student.lastActivityAt = now - hours(draw(id, 2, 500)) - std::chrono::seconds(id % 60);
+        student.lastActivityAt = now - hours(draw(id, 2, 300)) - std::chrono::seconds(id % 60);
     if (id % 19 != 0)
         student.totalActivityTime = draw(id, 3, 200'000);
     return student;
@@ -53,7 +53,7 @@ SubmissionSummary inventSubmission(std::int64_t student, std::int64_t assignment
     // One assignment a week, most of them behind us; some are never due.
     const std::int64_t place = assignment - firstAssignment;
     const Date due = now - hours(24 * 7 * (place - 8) / 4);
-    const bool handedIn = due < now && draw(student, assignment, 9) > 0;
+    const bool handedIn = due < now && draw(student, assignment, 25) > 0;
     const bool graded = handedIn && draw(student, assignment, 5) > 0;
     SubmissionSummary work{
         .userID = student,

@@ -5,12 +5,12 @@
 
 namespace ellwynd {
 
-Connector::Connector(UserDefaults &store, SecretStore &secrets, CanvasSession &http)
-    : defaults(store), tokens(secrets), session(http) {}
+Connector::Connector(UserDefaults &store, SecretStore &secrets, CanvasSession &http, Clock clock)
+    : defaults(store), tokens(secrets), session(http), now(clock) {}
 
 std::shared_ptr<CanvasReading> Connector::open() const {
     if (defaults.value(preferences::sampleData))
-        return std::make_shared<SampleCanvasClient>();
+        return std::make_shared<SampleCanvasClient>(now);
     const std::string address = defaults.value(preferences::canvasBaseURL);
     if (address.empty())
         return nullptr;

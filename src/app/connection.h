@@ -14,7 +14,10 @@ namespace ellwynd {
 /// Canvas address with its token.
 class Connector {
   public:
-    Connector(UserDefaults &defaults, SecretStore &secrets, CanvasSession &session);
+    /// @param clock of the invented college.
+    Connector(
+        UserDefaults &defaults, SecretStore &secrets, CanvasSession &session,
+        Clock clock = systemNow);
 
     /// Null when the program is not connected: no address, or no token for its host.
     /// @throws KeychainError when the token cannot be read, which is no sign-out.
@@ -24,6 +27,7 @@ class Connector {
     UserDefaults &defaults;
     TokenStore tokens;
     CanvasSession &session;
+    Clock now;
 };
 
 } // namespace ellwynd

@@ -3,6 +3,7 @@
 #include "app/canvaslinks.h"
 #include "app/termroster.h"
 #include "canvas/sample/samplecanvasclient.h"
+#include "platform/files.h"
 #include "platform/log.h"
 
 #include <QPointer>
@@ -18,6 +19,7 @@ namespace {
 
 constexpr Log logger{"network"};
 constexpr Log links{"links"};
+constexpr Log exports{"export"};
 
 } // namespace
 
@@ -356,6 +358,31 @@ void MainWindowController::markContacted(const std::vector<RiskRow> &students) {
     const Date date = now();
     for (const auto &[courseID, ids] : byCourse)
         stores.contacts.noteContacts(courseID, ids, date);
+}
+
+void MainWindowController::copyMessages(
+    const MessageTemplate &message, const std::vector<RiskRow> &students) {
+    if (students.empty())
+        return;
+    Q_EMIT textShouldBeCopied(
+        QString::fromStdString(messagesText(message, students, rosterView, defaults)));
+    markContacted(students);
+    exports.info(fmt::format("Copied messages for {} student(s)", students.size()));
+}
+
+RosterExport MainWindowController::exported(ExportFormat format) const {
+    return exportOf(rosterView, format, stores, now());
+}
+
+void MainWindowController::saveExport(
+    const RosterExport &roster, const std::filesystem::path &file) {
+    try {
+        files::replace(file, roster.text);
+        exports.info(fmt::format("Exported roster to {}", file.filename().string()));
+    } catch (const FileError &error) {
+        exports.error(fmt::format("Export failed: {}", error.what()));
+        Q_EMIT exportDidFail(QString::fromStdString(error.what()));
+    }
 }
 
 void MainWindowController::showWhatIsRemembered() {

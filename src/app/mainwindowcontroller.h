@@ -4,7 +4,7 @@
 #include "app/connection.h"
 #include "app/courseselection.h"
 #include "app/rostercache.h"
-#include "app/rosterview.h"
+#include "app/rosteroutputs.h"
 #include "app/studentpast.h"
 #include "app/visit.h"
 #include "canvas/records/canvaserror.h"
@@ -51,6 +51,13 @@ class MainWindowController : public QObject {
 
     /// Notes a contact with each of the students, all of them at one time.
     void markContacted(const std::vector<RiskRow> &students);
+    /// Fills a template for each of the students, hands the text to the clipboard and notes a
+    /// contact with them.
+    void copyMessages(const MessageTemplate &message, const std::vector<RiskRow> &students);
+
+    /// The roster on screen as a file to save.
+    [[nodiscard]] RosterExport exported(ExportFormat format) const;
+    void saveExport(const RosterExport &roster, const std::filesystem::path &file);
 
     /// Open a page of Canvas in the browser.
     void openCourse(std::int64_t courseID);
@@ -66,6 +73,8 @@ class MainWindowController : public QObject {
     /// An error to show, as message and advice.
     void errorDidOccur(const ellwynd::CanvasError &error);
     void urlShouldOpen(const QString &url);
+    void textShouldBeCopied(const QString &text);
+    void exportDidFail(const QString &why);
     /// A page was asked for that the sample college has not.
     void pageIsInvented();
 

@@ -1,6 +1,7 @@
 #include "ui/mainwindow.h"
 
 #include "app/mainwindowcontroller.h"
+#include "risk/coursethresholds.h"
 #include "ui/details/studentdetails.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
@@ -11,8 +12,11 @@
 #include "ui/support/convert.h"
 
 #include <QActionGroup>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDesktopServices>
+#include <QFileDialog>
+#include <QGuiApplication>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
@@ -89,6 +93,10 @@ void MainWindow::makeMenus() {
     refreshRoster =
         add(file, QStringLiteral("Refresh &This Roster"), Qt::CTRL | Qt::SHIFT | Qt::Key_R);
     file->addSeparator();
+    exportCSV = add(file, QStringLiteral("Export Roster as &CSV…"), Qt::CTRL | Qt::Key_E);
+    exportMarkdown =
+        add(file, QStringLiteral("Export Roster as &Markdown…"), Qt::CTRL | Qt::SHIFT | Qt::Key_E);
+    file->addSeparator();
     QAction *openSettings = add(file, QStringLiteral("&Settings"), QKeySequence::Preferences);
     openSettings->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Comma)});
     file->addSeparator();
@@ -116,6 +124,7 @@ void MainWindow::makeMenus() {
     openCourse = add(course, QStringLiteral("&Open Course in Canvas"), Qt::CTRL | Qt::Key_O);
 
     QMenu *student = menuBar()->addMenu(QStringLiteral("&Student"));
+    copyMessage = student->addMenu(QStringLiteral("&Copy Message About Student"));
     markContacted =
         add(student, QStringLiteral("&Mark as Contacted"), Qt::CTRL | Qt::SHIFT | Qt::Key_M);
     student->addSeparator();
@@ -143,6 +152,11 @@ void MainWindow::makeMenus() {
     connect(openCourse, &QAction::triggered, this, [this] {
         if (const auto id = controller.roster().courseID)
             controller.openCourse(*id);
+    });
+    connect(copyMessage, &QMenu::aboutToShow, this, [this] { fillCopyMenu(copyMessage); });
+    connect(exportCSV, &QAction::triggered, this, [this] { exportRoster(ExportFormat::csv); });
+    connect(exportMarkdown, &QAction::triggered, this, [this] {
+        exportRoster(ExportFormat::markdown);
     });
     connect(markContacted, &QAction::triggered, this, [this] {
         controller.markContacted(rosterPane->table()->selectedRows());
@@ -176,6 +190,51 @@ void MainWindow::showInsightMode() {
         action->setChecked(action->data().toString() == mode);
 }
 
+/// One entry a template, for the students selected when it is chosen.
+void MainWindow::fillCopyMenu(QMenu *menu) {
+    menu->clear();
+    for (const MessageTemplate &message : stores.templates.templates()) {
+        QString name = qstring(message.name);
+        QAction *action = menu->addAction(name.replace(u'&', QStringLiteral("&&")));
+        connect(action, &QAction::triggered, this, [this, message] {
+            controller.copyMessages(message, rosterPane->table()->selectedRows());
+        });
+    }
+    if (menu->isEmpty()) {
+        menu->addAction(QStringLiteral("No templates — add one in Settings"))->setEnabled(false);
+    }
+}
+
+void MainWindow::exportRoster(ExportFormat format) {
+    const bool csv = format == ExportFormat::csv;
+    const RosterExport roster = controller.exported(format);
+    auto *panel = new QFileDialog(
+        this,
+        csv ? QStringLiteral("Export Roster as CSV") : QStringLiteral("Export Roster as Markdown"));
+    panel->setAcceptMode(QFileDialog::AcceptSave);
+    panel->setMimeTypeFilters({csv ? QStringLiteral("text/csv") : QStringLiteral("text/markdown")});
+    panel->setDefaultSuffix(csv ? QStringLiteral("csv") : QStringLiteral("md"));
+    panel->selectFile(qstring(roster.fileName));
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    connect(panel, &QFileDialog::fileSelected, this, [this, roster](const QString &file) {
+        controller.saveExport(roster, std::filesystem::path(file.toStdString()));
+    });
+    panel->open();
+}
+
+/// The selected student, else the first of the roster.
+std::optional<PreviewStudent> MainWindow::previewStudent() const {
+    const std::vector<RiskRow> selected = rosterPane->table()->selectedRows();
+    const RosterView &roster = controller.roster();
+    if (selected.empty() && roster.rows.empty())
+        return std::nullopt;
+    const RiskRow &row = selected.empty() ? roster.rows.front() : selected.front();
+    return PreviewStudent{
+        .row = row,
+        .courseName = row.courseName,
+        .passingScore = courseThresholds(defaults, row.courseID).passingScore};
+}
+
 void MainWindow::connectViews() {
     RosterTable *table = rosterPane->table();
     connect(rosterPane, &RosterPane::thresholdsRequested, this, &MainWindow::openThresholds);
@@ -192,6 +251,8 @@ void MainWindow::connectViews() {
         details->show(
             selected, selected.size() == 1 ? controller.past(selected.front()) : StudentPast{});
         updateActions();
+        if (settingsWindow != nullptr)
+            settingsWindow->refreshPreview();
     });
     const auto grades = [this](const RiskRow &row) { controller.openGrades(row.courseID, row.id); };
     const auto assignment = [this](const RiskRow &row, std::int64_t id) {
@@ -199,6 +260,7 @@ void MainWindow::connectViews() {
     };
     connect(table, &RosterTable::gradesRequested, this, grades);
     connect(table, &RosterTable::assignmentRequested, this, assignment);
+    connect(details, &StudentDetails::messagesRequested, this, &MainWindow::fillCopyMenu);
     connect(details, &StudentDetails::contactRequested, this, [this](const RiskRow &row) {
         controller.markContacted({row});
     });
@@ -209,6 +271,12 @@ void MainWindow::connectViews() {
     connect(&controller, &MainWindowController::errorDidOccur, this, &MainWindow::showError);
     connect(&controller, &MainWindowController::urlShouldOpen, this, [](const QString &url) {
         QDesktopServices::openUrl(QUrl(url));
+    });
+    connect(&controller, &MainWindowController::textShouldBeCopied, this, [](const QString &text) {
+        QGuiApplication::clipboard()->setText(text);
+    });
+    connect(&controller, &MainWindowController::exportDidFail, this, [this](const QString &why) {
+        showAlert(QStringLiteral("The export couldn’t be written"), why);
     });
     connect(&controller, &MainWindowController::pageIsInvented, this, [this] {
         statusBar()->show();
@@ -232,6 +300,9 @@ void MainWindow::updateActions() {
     findStudent->setEnabled(shown && !roster.rows.empty());
     const bool anySelected = !rosterPane->table()->selectedRows().empty();
     openGrades->setEnabled(anySelected);
+    copyMessage->setEnabled(anySelected);
+    exportCSV->setEnabled(shown);
+    exportMarkdown->setEnabled(shown);
     markContacted->setEnabled(anySelected && stores.contacts.isEnabled());
     hideDetails->setText(
         details->isHidden() ? QStringLiteral("&Show Student Details")
@@ -242,11 +313,23 @@ void MainWindow::showContextMenu(const QPoint &position) {
     if (rosterPane->table()->selectedRows().empty())
         return;
     QMenu menu(this);
+    QMenu *messages = menu.addMenu(copyMessage->title());
+    fillCopyMenu(messages);
     menu.addAction(markContacted);
     menu.addSeparator();
     menu.addAction(openGrades);
     menu.addAction(openCourse);
     menu.exec(position);
+}
+
+void MainWindow::showAlert(const QString &title, const QString &text) {
+    auto *box = new QMessageBox(
+        QMessageBox::Warning, QStringLiteral("Ellwynd"), title, QMessageBox::NoButton, this);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(text);
+    box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
 }
 
 void MainWindow::showError(const CanvasError &error) {
@@ -302,7 +385,9 @@ ThresholdsSheet *MainWindow::openThresholds() {
 
 SettingsWindow &MainWindow::settings() {
     if (settingsWindow == nullptr) {
-        settingsWindow = new SettingsWindow(defaults, stores, connection, sync, appearance, this);
+        settingsWindow = new SettingsWindow(
+            defaults, stores, connection, sync, [this] { return previewStudent(); }, appearance,
+            this);
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,
             &MainWindowController::refresh);

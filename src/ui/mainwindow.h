@@ -1,7 +1,8 @@
 // The main window.
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "outputs/rosterexport.h"
+#include "ui/settings/templateeditor.h"
 
 #include <QMainWindow>
 
@@ -52,11 +53,15 @@ class MainWindow : public QMainWindow {
     void makeMenus();
     void makeInsightMenu(QMenu *view);
     void showInsightMode();
+    void fillCopyMenu(QMenu *menu);
+    void exportRoster(ExportFormat format);
+    [[nodiscard]] std::optional<PreviewStudent> previewStudent() const;
     void connectViews();
     void updateActions();
     void restoreGeometryState();
     void showContextMenu(const QPoint &position);
     void showError(const CanvasError &error);
+    void showAlert(const QString &title, const QString &text);
     QAction *add(QMenu *menu, const QString &text, const QKeySequence &shortcut);
 
     MainWindowController &controller;
@@ -73,6 +78,9 @@ class MainWindow : public QMainWindow {
     QAction *compactRows = nullptr;
     QActionGroup *insightModes = nullptr;
     QAction *markContacted = nullptr;
+    QMenu *copyMessage = nullptr;
+    QAction *exportCSV = nullptr;
+    QAction *exportMarkdown = nullptr;
     QAction *hideDetails = nullptr;
     QAction *findStudent = nullptr;
     QAction *missingWork = nullptr;

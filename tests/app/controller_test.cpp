@@ -14,7 +14,7 @@ namespace {
 using test::until;
 
 struct ControllerTest : testing::Test {
-    test::Core core{{{"SampleData", true}}};
+    test::Core core{{{"SampleData", true}}, test::noonClock};
     UserDefaults &defaults = core.defaults;
     MainWindowController controller{
         defaults, core.connector, core.stores, core.trends, test::noonClock};
@@ -93,6 +93,81 @@ TEST_F(ControllerTest, AThresholdScoresAgainWhatIsInMemory) {
     EXPECT_LT(flagged().size(), before);
     defaults.set("Course.7.Icon", std::string("flask"));
     EXPECT_EQ(announced, 3) << "what scores nothing announces nothing";
+}
+
+TEST_F(ControllerTest, AVisitIsComparedAndThenRecorded) {
+    controller.refresh();
+    const auto entriesToday = [this](std::int64_t courseID) {
+        return std::ranges::count_if(
+            core.stores.history.entries(), [&](const RosterSnapshot &entry) {
+                return entry.courseID == courseID && entry.recordedAt == test::noon;
+            });
+    };
+    EXPECT_EQ(entriesToday(900101), 0) << "a term is no visit";
+    controller.select(CourseSelection{900101});
+    EXPECT_EQ(
+        rememberedLine(roster()),
+        "Since last time: 1 slipped · 1 newly flagged · 2 improved · 1 awaiting follow-up");
+    EXPECT_EQ(entriesToday(900101), 26);
+    ASSERT_TRUE(roster().insight);
+    EXPECT_EQ(roster().insight->sentences[0], "At Risk: 3 now, up from 1 earlier.");
+    EXPECT_EQ(
+        roster().insight->outreachLine, "3 contacted · 1 awaiting follow-up · 7 not yet reached");
+    EXPECT_EQ(controller.past(roster().rows[1]).trend->points.size(), 8U);
+
+    // Opened again on the same day, it says the same; a re-score records nothing.
+    controller.refreshRoster();
+    EXPECT_EQ(roster().movement.size(), 4U);
+    defaults.set(preferences::defaultPassingScore, 99.0);
+    EXPECT_EQ(entriesToday(900101), 26);
+    EXPECT_GT(roster().movement.size(), 4U);
+    for (const RosterSnapshot &entry : core.stores.history.entries())
+        EXPECT_FALSE(entry.level == "Watch" && entry.studentID == 5010) << "not recorded";
+
+    controller.markContacted({roster().rows[0]});
+    EXPECT_TRUE(roster().outreach.contains(keyOf(roster().rows[0])));
+    defaults.set(preferences::rememberContacts, false);
+    EXPECT_TRUE(roster().outreach.empty());
+    EXPECT_EQ(roster().insight->outreachLine, "Contact marks are turned off in Settings.");
+}
+
+TEST_F(ControllerTest, CopiesMessagesAndNotesTheContacts) {
+    controller.refresh();
+    controller.select(CourseSelection{900101});
+    std::vector<std::string> copied;
+    QObject::connect(
+        &controller, &MainWindowController::textShouldBeCopied, &controller,
+        [&](const QString &text) { copied.push_back(text.toStdString()); });
+    const MessageTemplate &email = core.stores.templates.templates().front();
+    core.stores.contacts.deleteAll();
+    controller.copyMessages(email, roster().rows);
+    ASSERT_EQ(copied.size(), 1U);
+    EXPECT_EQ(copied[0], fillAll(email, roster().rows, roster().title, [](std::int64_t) {
+                  return 70.0;
+              }));
+    ASSERT_EQ(core.stores.contacts.records().size(), 26U);
+    for (const ContactRecord &record : core.stores.contacts.records())
+        EXPECT_EQ(record.contactedAt, test::noon);
+    controller.copyMessages(email, {});
+    EXPECT_EQ(copied.size(), 1U);
+}
+
+TEST_F(ControllerTest, ExportsWhatIsOnScreen) {
+    controller.refresh();
+    std::vector<std::string> failures;
+    QObject::connect(
+        &controller, &MainWindowController::exportDidFail, &controller,
+        [&](const QString &why) { failures.push_back(why.toStdString()); });
+    const RosterExport term = controller.exported(ExportFormat::csv);
+    EXPECT_EQ(term.fileName, "Ellwynd — Fall 2026 — 2026-09-24.csv");
+    EXPECT_THAT(term.text, testing::StartsWith("Risk,Student,Course,"));
+    controller.select(CourseSelection{900101});
+    const RosterExport course = controller.exported(ExportFormat::markdown);
+    EXPECT_THAT(course.text, testing::StartsWith("# CS 101  4021 - Intro to Programming\n"));
+    controller.saveExport(course, core.folder.path() / course.fileName);
+    EXPECT_EQ(core.folder.read(course.fileName), course.text);
+    controller.saveExport(course, core.folder.path() / course.fileName / "x.md");
+    EXPECT_EQ(failures.size(), 1U);
 }
 
 TEST_F(ControllerTest, WithoutAConnectionEverythingIsEmpty) {

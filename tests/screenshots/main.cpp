@@ -101,6 +101,9 @@ class Studio {
         settings.open(SettingsWindow::riskThresholds);
         settle();
         save(settings, "settings-thresholds");
+        settings.open(SettingsWindow::messages);
+        settle();
+        save(settings, "settings-messages");
         settings.open(SettingsWindow::privacy);
         settle();
         save(settings, "settings-privacy");

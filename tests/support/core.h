@@ -15,13 +15,14 @@ struct Core {
     UserDefaults defaults;
     MemorySecrets secrets;
     CanvasSession session;
-    Connector connector{defaults, secrets, session};
+    Connector connector;
     ConnectionCheck check{defaults, secrets, session};
     Stores stores;
     TrendSync trends{defaults};
 
     explicit Core(PreferenceMap arguments = {}, Clock clock = systemNow)
         : defaults(folder.path() / "Preferences.json", std::move(arguments)),
+          connector(defaults, secrets, session, clock),
           stores(defaults, folder.path() / "data", clock) {}
 
     /// Saves an address with a token for it.

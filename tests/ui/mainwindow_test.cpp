@@ -14,7 +14,9 @@
 
 #include <QAccessible>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QDoubleSpinBox>
+#include <QFileDialog>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -89,6 +91,44 @@ TEST_F(MainWindowTest, CommandsAreEnabledWhereTheyCanWork) {
     EXPECT_TRUE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled());
     action(QStringLiteral("Open Grades in Canvas"))->trigger();
     EXPECT_THAT(window.statusBar()->currentMessage().toStdString(), testing::HasSubstr("invented"));
+}
+
+TEST_F(MainWindowTest, StudentsAreWrittenToFromTheirMenu) {
+    openCourse(900101);
+    QMenu *copy = nullptr;
+    for (QMenu *menu : window.findChildren<QMenu *>()) {
+        if (menu->title() == QStringLiteral("&Copy Message About Student"))
+            copy = menu;
+    }
+    ASSERT_NE(copy, nullptr);
+    EXPECT_FALSE(copy->isEnabled());
+    table().selectStudents({{900101, 5002}, {900101, 5003}});
+    Q_EMIT copy->aboutToShow();
+    ASSERT_EQ(copy->actions().size(), 3);
+    copy->actions()[2]->trigger();
+    EXPECT_THAT(
+        QApplication::clipboard()->text().toStdString(),
+        testing::AllOf(
+            testing::StartsWith("Sam — CS 101"), testing::HasSubstr("\n\nPriya — CS 101")));
+    EXPECT_TRUE(controller.roster().outreach.contains({900101, 5002}));
+    EXPECT_THAT(selected(), testing::UnorderedElementsAre(5002, 5003)) << "stay selected";
+    while (!core.stores.templates.templates().empty())
+        static_cast<void>(
+            core.stores.templates.remove(core.stores.templates.templates().front().id));
+    Q_EMIT copy->aboutToShow();
+    ASSERT_EQ(copy->actions().size(), 1);
+    EXPECT_EQ(copy->actions()[0]->text(), QStringLiteral("No templates — add one in Settings"));
+}
+
+TEST_F(MainWindowTest, TheExportGoesWhereThePanelSays) {
+    openCourse(900101);
+    action(QStringLiteral("Export Roster as CSV…"))->trigger();
+    auto *panel = window.findChild<QFileDialog *>();
+    ASSERT_NE(panel, nullptr);
+    const auto file = core.folder.path() / "roster.csv";
+    Q_EMIT panel->fileSelected(QString::fromStdString(file.string()));
+    panel->close();
+    EXPECT_EQ(core.folder.read("roster.csv").substr(0, 13), "Risk,Student,");
 }
 
 TEST_F(MainWindowTest, AnAssignmentSelectsTheStudentsMissingIt) {

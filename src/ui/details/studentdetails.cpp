@@ -8,6 +8,7 @@
 #include "ui/support/levelpill.h"
 
 #include <QGridLayout>
+#include <QMenu>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -170,7 +171,15 @@ void StudentDetails::addButtons(QVBoxLayout &column, const RiskRow &row) {
     auto *grades = new QPushButton(QStringLiteral("Open Grades"));
     grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
     connect(grades, &QPushButton::clicked, this, [this, row] { Q_EMIT gradesRequested(row); });
+    auto *copy = new QPushButton(QStringLiteral("Copy Message"));
+    copy->setToolTip(QStringLiteral("Copy a message about this student to the clipboard"));
+    auto *messages = new QMenu(copy);
+    copy->setMenu(messages);
+    connect(messages, &QMenu::aboutToShow, this, [this, messages] {
+        Q_EMIT messagesRequested(messages);
+    });
     column.addSpacing(appearance.px(10));
+    column.addWidget(copy, 0, Qt::AlignLeft);
     column.addWidget(contacted, 0, Qt::AlignLeft);
     column.addWidget(grades, 0, Qt::AlignLeft);
 }

@@ -5,6 +5,7 @@
 
 #include <QScrollArea>
 
+class QMenu;
 class QVBoxLayout;
 
 namespace ellwynd {
@@ -22,6 +23,8 @@ class StudentDetails : public QScrollArea {
     void show(std::vector<RiskRow> selected, StudentPast past);
 
   Q_SIGNALS:
+    /// The menu of messages is about to open.
+    void messagesRequested(QMenu *menu);
     void contactRequested(const ellwynd::RiskRow &row);
     void gradesRequested(const ellwynd::RiskRow &row);
     void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);

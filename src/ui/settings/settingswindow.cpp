@@ -1,7 +1,9 @@
 #include "ui/settings/settingswindow.h"
 
+#include "app/stores.h"
 #include "ui/settings/connectionpane.h"
 #include "ui/settings/generalpane.h"
+#include "ui/settings/messagespane.h"
 #include "ui/settings/privacypane.h"
 #include "ui/settings/syncpane.h"
 #include "ui/settings/thresholdspane.h"
@@ -16,12 +18,13 @@ namespace ellwynd {
 
 SettingsWindow::SettingsWindow(
     UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &service,
-    const Appearance &look, QWidget *parent)
+    PreviewSource previewStudent, const Appearance &look, QWidget *parent)
     : QDialog(parent),
       appearance(look),
       pages(new QListWidget(this)),
       panes(new QStackedWidget(this)),
-      connectionPane(new ConnectionPane(defaults, check, look)) {
+      connectionPane(new ConnectionPane(defaults, check, look)),
+      messagesPane(new MessagesPane(defaults, stores.templates, std::move(previewStudent), look)) {
     setWindowTitle(QStringLiteral("Settings"));
     pages->setObjectName(QStringLiteral("settingsPages"));
     pages->setAccessibleName(QStringLiteral("Settings pages"));
@@ -36,6 +39,7 @@ SettingsWindow::SettingsWindow(
     addPage(QStringLiteral("General"), new GeneralPane(defaults, look));
     addPage(QStringLiteral("Connection"), connectionPane);
     addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, look));
+    addPage(QStringLiteral("Messages"), messagesPane);
     addPage(QStringLiteral("Privacy"), new PrivacyPane(defaults, stores, look));
     addPage(QStringLiteral("Sync"), new SyncPane(defaults, service, look));
     pages->setCurrentRow(general);
@@ -44,7 +48,11 @@ SettingsWindow::SettingsWindow(
         &SettingsWindow::connectionDidChange);
     connect(&look, &Appearance::changed, this, &SettingsWindow::applyAppearance);
     applyAppearance();
-    resize(appearance.px(640), appearance.px(420));
+    resize(appearance.px(800), appearance.px(640));
+}
+
+void SettingsWindow::refreshPreview() {
+    messagesPane->refreshPreview();
 }
 
 void SettingsWindow::addPage(const QString &title, QWidget *pane) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/userdefaults.h"
+#include "ui/settings/templateeditor.h"
 
 #include <QDialog>
 
@@ -13,6 +14,7 @@ namespace ellwynd {
 class Appearance;
 class ConnectionCheck;
 class ConnectionPane;
+class MessagesPane;
 class SyncService;
 struct Stores;
 
@@ -21,13 +23,15 @@ class SettingsWindow : public QDialog {
     Q_OBJECT
 
   public:
-    enum Page { general, connection, riskThresholds, privacy, sync };
+    enum Page { general, connection, riskThresholds, messages, privacy, sync };
 
     SettingsWindow(
         UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &service,
-        const Appearance &appearance, QWidget *parent = nullptr);
+        PreviewSource previewStudent, const Appearance &appearance, QWidget *parent = nullptr);
 
     void open(Page page);
+    /// The student of the preview may be another one now.
+    void refreshPreview();
 
   Q_SIGNALS:
     /// An address or a token was saved, or the teacher signed out.
@@ -41,6 +45,7 @@ class SettingsWindow : public QDialog {
     QListWidget *pages;
     QStackedWidget *panes;
     ConnectionPane *connectionPane;
+    MessagesPane *messagesPane;
 };
 
 } // namespace ellwynd

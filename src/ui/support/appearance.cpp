@@ -19,6 +19,10 @@ Appearance::Appearance(Settings &source, bool dark)
     apply();
 }
 
+Appearance::~Appearance() {
+    QApplication::setFont(base);
+}
+
 void Appearance::apply() {
     look = makeLook(settings.defaults(), desktopIsDark, base);
     QApplication::setFont(font());

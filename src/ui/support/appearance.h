@@ -16,6 +16,8 @@ class Appearance : public QObject {
   public:
     /// @param desktopIsDark what "automatic" stands for.
     Appearance(Settings &settings, bool desktopIsDark);
+    /// Gives the application its own font back, from which the next one begins.
+    ~Appearance() override;
 
     [[nodiscard]] const Theme &theme() const { return look.theme; }
 

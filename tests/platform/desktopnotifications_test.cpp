@@ -1,0 +1,271 @@
+// Runs in a session whose bus knows no service; see support/with-bus.
+#include "platform/notifications/usernotifications.h"
+#include "support/until.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusContext>
+#include <QDBusMessage>
+#include <QVariantMap>
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using Status = UserNotifications::AuthorizationStatus;
+
+const QString serverName = QStringLiteral("org.freedesktop.Notifications");
+const QString serverPath = QStringLiteral("/org/freedesktop/Notifications");
+const QString defaultAction = QStringLiteral("default");
+
+/// A connection of its own to the session bus, as another process has.
+QDBusConnection anotherConnection() {
+    static int made = 0;
+    return QDBusConnection::connectToBus(
+        QDBusConnection::SessionBus, QStringLiteral("connection %1").arg(++made));
+}
+
+/// A signal about a notice, from whoever sends it.
+void tell(QDBusConnection from, const QString &signal, uint id, const QString &text) {
+    QDBusMessage message = QDBusMessage::createSignal(serverPath, serverName, signal);
+    message.setArguments({id, text});
+    from.send(message);
+}
+
+/// A notification server, as good or bad as a test wants it.
+class FakeServer : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+    Q_PROPERTY(bool Inhibited MEMBER inhibited)
+
+  public:
+    enum Offer { plain, offersInhibited };
+
+    explicit FakeServer(Offer offer = plain) {
+        QDBusConnection::RegisterOptions exported = QDBusConnection::ExportAllSlots;
+        if (offer == offersInhibited)
+            exported |= QDBusConnection::ExportAllProperties;
+        EXPECT_TRUE(
+            connection.registerObject(serverPath, this, exported) &&
+            connection.registerService(serverName));
+    }
+    ~FakeServer() override {
+        connection.unregisterService(serverName);
+        QDBusConnection::disconnectFromBus(connection.name());
+    }
+
+    void click(uint id, const QString &action = defaultAction) const {
+        tell(
+            connection, QStringLiteral("ActivationToken"), id,
+            QStringLiteral("token of ") + action);
+        tell(connection, QStringLiteral("ActionInvoked"), id, action);
+    }
+
+    QStringList capabilities;
+    bool inhibited = false;
+    /// Takes calls and answers none.
+    bool hangs = false;
+    bool refuses = false;
+    uint lastID = 0;
+    /// The arguments of every "Notify".
+    std::vector<QVariantList> notices;
+
+  public Q_SLOTS:
+    QString GetServerInformation() {
+        setDelayedReply(hangs);
+        return QStringLiteral("Fake");
+    }
+    QStringList GetCapabilities() {
+        setDelayedReply(hangs);
+        return capabilities;
+    }
+    uint Notify(
+        const QString &application, uint replaces, const QString &icon, const QString &summary,
+        const QString &body, const QStringList &actions, const QVariantMap &hints, int expiry) {
+        notices.push_back({application, replaces, icon, summary, body, actions, hints, expiry});
+        if (refuses)
+            sendErrorReply(QDBusError::LimitsExceeded, QStringLiteral("Too many notices"));
+        return ++lastID;
+    }
+
+  private:
+    QDBusConnection connection = anotherConnection();
+};
+
+struct DesktopNotificationsTest : testing::Test {
+    DesktopNotifications notifications{300ms};
+    std::vector<std::string> failures;
+    std::vector<std::string> clicked;
+    std::shared_ptr<void> observing = notifications.observeClicks(
+        [this](const UserNotice &notice) { clicked.push_back(notice.identifier); });
+
+    [[nodiscard]] Status status() {
+        std::optional<Status> answer;
+        notifications.authorizationStatus([&](Status given) { answer = given; });
+        EXPECT_FALSE(answer) << "nobody waits for the server";
+        EXPECT_TRUE(test::until([&] { return answer.has_value(); }));
+        return answer.value_or(Status::denied);
+    }
+
+    void post(const char *identifier, std::optional<std::int64_t> courseID = 4021) {
+        notifications.post(
+            {.identifier = identifier, .title = "T", .body = "<b>&</b>", .courseID = courseID},
+            [this](const std::string &message) { failures.push_back(message); });
+    }
+
+    /// Until all that the server has said by now has arrived, for its answers come in order.
+    void settle() { EXPECT_EQ(status(), Status::authorized); }
+
+    void postTo(
+        const FakeServer &server, const char *identifier,
+        std::optional<std::int64_t> courseID = 4021) {
+        const std::size_t before = server.notices.size();
+        post(identifier, courseID);
+        ASSERT_TRUE(test::until([&] { return server.notices.size() > before; }));
+        settle();
+    }
+};
+
+TEST_F(DesktopNotificationsTest, AreAuthorisedByAServerThatIsThereAndNotQuiet) {
+    EXPECT_EQ(status(), Status::denied) << "no server";
+    {
+        FakeServer server;
+        EXPECT_EQ(status(), Status::authorized);
+        server.hangs = true;
+        EXPECT_EQ(status(), Status::denied) << "hangs";
+        server.hangs = false;
+        EXPECT_EQ(status(), Status::authorized) << "is back";
+    }
+    EXPECT_EQ(status(), Status::denied) << "gone";
+    FakeServer quiet(FakeServer::offersInhibited);
+    EXPECT_EQ(status(), Status::authorized);
+    quiet.inhibited = true;
+    EXPECT_EQ(status(), Status::denied) << "quiet";
+    EXPECT_EQ(quiet.lastID, 0U) << "asking shows nothing";
+}
+
+TEST_F(DesktopNotificationsTest, ANoticeIsWhatTheServerCanShow) {
+    FakeServer server;
+    struct Row {
+        QStringList capabilities;
+        std::optional<std::int64_t> courseID;
+        QString body;
+        QStringList actions;
+    };
+    const QString body = QStringLiteral("body");
+    const QString actions = QStringLiteral("actions");
+    const QString open = QStringLiteral("open");
+    const QString course = QStringLiteral("Open Course");
+    const QString program = QStringLiteral("Open Ellwynd");
+    for (const Row &row :
+         {Row{{body}, 4021, QStringLiteral("<b>&</b>"), {}},
+          Row{{body, actions},
+              4021,
+              QStringLiteral("<b>&</b>"),
+              {defaultAction, course, open, course}},
+          Row{{body, actions},
+              {},
+              QStringLiteral("<b>&</b>"),
+              {defaultAction, program, open, program}},
+          Row{{body, QStringLiteral("body-markup")},
+              4021,
+              QStringLiteral("&lt;b&gt;&amp;&lt;/b&gt;"),
+              {}}}) {
+        server.capabilities = row.capabilities;
+        postTo(server, "m", row.courseID);
+        const QVariantList sent = server.notices.back();
+        EXPECT_EQ(sent[0].toString(), QStringLiteral("Ellwynd"));
+        EXPECT_EQ(sent[1].toUInt(), 0U) << "replaces none";
+        EXPECT_EQ(sent[3].toString(), QStringLiteral("T"));
+        EXPECT_EQ(sent[4].toString(), row.body);
+        EXPECT_EQ(sent[5].toStringList(), row.actions);
+        const QVariantMap hints = sent[6].toMap();
+        EXPECT_EQ(hints.value(QStringLiteral("suppress-sound")), QVariant(true));
+        EXPECT_EQ(
+            hints.value(QStringLiteral("desktop-entry")),
+            QVariant(QStringLiteral("com.varnok.Ellwynd")));
+    }
+    EXPECT_THAT(failures, ElementsAre());
+}
+
+TEST_F(DesktopNotificationsTest, ClicksAreThoseOfOwnNotices) {
+    FakeServer server;
+    server.lastID = 6;
+    postTo(server, "first");
+    postTo(server, "second");
+    server.click(8);
+    server.click(7, QStringLiteral("open"));
+    server.click(7, QStringLiteral("settings"));
+    server.click(6);
+    settle();
+    EXPECT_THAT(clicked, ElementsAre("second", "first"));
+
+    // Others on the bus are not believed.
+    const QDBusConnection stranger = anotherConnection();
+    tell(stranger, QStringLiteral("ActionInvoked"), 7, defaultAction);
+    ASSERT_TRUE(stranger.interface()->isServiceRegistered(serverName)) << "the bus has the signal";
+    settle();
+    server.click(7);
+    settle();
+    EXPECT_EQ(clicked.size(), 3U);
+    EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "token of default") << "windows may come forward";
+
+    observing.reset();
+    server.click(7);
+    settle();
+    EXPECT_EQ(clicked.size(), 3U);
+}
+
+TEST_F(DesktopNotificationsTest, ANewServerKnowsNoOldNotices) {
+    {
+        const FakeServer server;
+        postTo(server, "old");
+    }
+    FakeServer server;
+    server.click(1);
+    settle();
+    EXPECT_THAT(clicked, ElementsAre());
+    postTo(server, "new");
+    server.click(1);
+    settle();
+    EXPECT_THAT(clicked, ElementsAre("new"));
+}
+
+TEST_F(DesktopNotificationsTest, FailuresAreToldWithTheSystemsMessage) {
+    const auto failed = [&] { return test::until([&] { return !failures.empty(); }); };
+    post("nobody there");
+    EXPECT_TRUE(failed());
+    FakeServer server;
+    failures.clear();
+    server.refuses = true;
+    post("refused");
+    EXPECT_TRUE(failed());
+    EXPECT_THAT(failures, ElementsAre("Too many notices"));
+    failures.clear();
+    server.hangs = true;
+    post("hangs");
+    EXPECT_THAT(failures, ElementsAre()) << "nobody waits for the server";
+    EXPECT_TRUE(failed());
+    EXPECT_EQ(server.notices.size(), 1U);
+}
+
+TEST_F(DesktopNotificationsTest, NothingIsAnsweredOnceTheyAreGone) {
+    FakeServer server;
+    server.hangs = true;
+    auto shortLived = std::make_unique<DesktopNotifications>(300ms);
+    bool answered = false;
+    shortLived->authorizationStatus([&](Status) { answered = true; });
+    shortLived->post({}, [&](const std::string &) { answered = true; });
+    shortLived.reset();
+    // Asked later with as much patience, so answered later.
+    EXPECT_EQ(status(), Status::denied);
+    EXPECT_FALSE(answered);
+}
+
+} // namespace
+} // namespace ellwynd
+
+#include "desktopnotifications_test.moc"

@@ -1,0 +1,130 @@
+#include "outputs/movementnotifier.h"
+
+#include "platform/log.h"
+
+#include <QPointer>
+#include <QUuid>
+
+#include <fmt/format.h>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr Log logger{"notify"};
+/// Canvas's limit on a course's name.
+constexpr qsizetype longestName = 255;
+
+/// Embeddings, overrides and isolates, which reach beyond the name that begins them. Plain marks do
+/// not, and belong to some names.
+bool reorders(QChar c) {
+    return (c >= QChar(0x202a) && c <= QChar(0x202e)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
+}
+
+std::string nameInNotice(const std::string &name) {
+    QString line;
+    for (const QChar c : QString::fromStdString(name)) {
+        const bool breaks = c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator;
+        if (!reorders(c))
+            line += breaks ? QChar(u' ') : c;
+    }
+    if (line.size() > longestName) {
+        // A character of two code units stays whole.
+        const bool cutsPair = line.at(longestName - 1).isHighSurrogate();
+        line = line.left(longestName - (cutsPair ? 1 : 0)) + QChar(u'…');
+    }
+    return line.toStdString();
+}
+
+std::size_t studentsOf(const std::vector<CourseMovement> &courses) {
+    std::size_t students = 0;
+    for (const CourseMovement &course : courses)
+        students += course.worseStudentIDs.size();
+    return students;
+}
+
+} // namespace
+
+std::string movementTitle(std::size_t students) {
+    return students == 1 ? "1 student newly needs attention"
+                         : fmt::format("{} students newly need attention", students);
+}
+
+std::string movementBody(const std::vector<CourseMovement> &courses) {
+    if (courses.size() == 1)
+        return nameInNotice(courses.front().courseName);
+    std::string body;
+    for (const CourseMovement &course : courses) {
+        body += fmt::format(
+            "{}{} ({})", body.empty() ? "" : " · ", nameInNotice(course.courseName),
+            course.worseStudentIDs.size());
+    }
+    return body;
+}
+
+MovementNotifier::MovementNotifier(
+    UserDefaults &store, UserNotifications &system, std::function<bool()> isActive)
+    : defaults(store),
+      notifications(system),
+      applicationIsActive(std::move(isActive)),
+      observingClicks(system.observeClicks([this](const UserNotice &notice) {
+          Q_EMIT shouldActivate();
+          if (notice.courseID)
+              Q_EMIT courseShouldOpen(*notice.courseID);
+      })) {}
+
+MovementNotifier::~MovementNotifier() = default;
+
+bool MovementNotifier::isEnabled() const {
+    return defaults.value(preferences::movementNotifications) &&
+        (!defaults.value(preferences::sampleData) ||
+         defaults.value(preferences::sampleNotifications));
+}
+
+void MovementNotifier::notify(const std::vector<CourseMovement> &courses) {
+    if (!isEnabled())
+        return;
+    std::vector<CourseMovement> fresh;
+    for (const CourseMovement &course : courses) {
+        CourseMovement kept{.courseID = course.courseID, .courseName = course.courseName};
+        for (const std::int64_t student : course.worseStudentIDs) {
+            if (alerted[course.courseID].insert(student).second)
+                kept.worseStudentIDs.push_back(student);
+        }
+        if (!kept.worseStudentIDs.empty())
+            fresh.push_back(std::move(kept));
+    }
+    if (fresh.empty())
+        return;
+    const UserNotice notice{
+        .identifier =
+            "movement-" + QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString(),
+        .title = movementTitle(studentsOf(fresh)),
+        .body = movementBody(fresh),
+        .courseID = fresh.size() == 1 ? std::optional(fresh.front().courseID) : std::nullopt};
+    notifications.authorizationStatus(
+        [self = QPointer(this), notice](UserNotifications::AuthorizationStatus status) {
+            if (!self)
+                return;
+            if (status == UserNotifications::AuthorizationStatus::authorized)
+                self->post(notice);
+            else
+                logger.info("Movement notification skipped: not authorized");
+        });
+}
+
+void MovementNotifier::post(const UserNotice &notice) {
+    // In front, the teacher is looking already.
+    if (applicationIsActive() && !defaults.value(preferences::notifyWhileActive))
+        return;
+    notifications.post(notice, [](const std::string &message) {
+        logger.error(fmt::format("Movement notification failed: {}", message));
+    });
+}
+
+void MovementNotifier::forget(std::int64_t courseID) {
+    alerted.erase(courseID);
+}
+
+} // namespace ellwynd

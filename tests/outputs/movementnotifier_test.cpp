@@ -1,0 +1,212 @@
+#include "outputs/movementnotifier.h"
+#include "support/logcapture.h"
+#include "support/memorynotifications.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using testing::ElementsAre;
+
+const CourseMovement bio{.courseID = 4021, .courseName = "Bio", .worseStudentIDs = {1, 2}};
+const CourseMovement chem{.courseID = 4022, .courseName = "Chem", .worseStudentIDs = {1}};
+
+struct MovementNotifierTest : testing::Test {
+    test::TemporaryFolder folder;
+    UserDefaults defaults{folder.path() / "Preferences.json", {{"MovementNotifications", true}}};
+    test::MemoryNotifications system;
+    bool active = false;
+    MovementNotifier notifier{defaults, system, [this] { return active; }};
+    test::LogCapture log;
+
+    [[nodiscard]] std::vector<std::string> titles() const {
+        std::vector<std::string> all;
+        for (const UserNotice &notice : system.posted)
+            all.push_back(notice.title);
+        return all;
+    }
+};
+
+TEST(MovementTexts, TitlesCountStudents) {
+    EXPECT_EQ(movementTitle(1), "1 student newly needs attention");
+    EXPECT_EQ(movementTitle(3), "3 students newly need attention");
+    EXPECT_EQ(movementTitle(1000), "1000 students newly need attention");
+}
+
+TEST(MovementTexts, BodiesNameCourses) {
+    const auto named = [](std::string name) {
+        return CourseMovement{.courseName = std::move(name), .worseStudentIDs = {7, 8}};
+    };
+    std::string cats;
+    for (int i = 0; i < 255; ++i)
+        cats += "🐈";
+    struct Row {
+        const char *what;
+        std::vector<CourseMovement> courses;
+        std::string body;
+    };
+    for (const Row &row : {
+             Row{"one course is its name alone", {bio}, "Bio"},
+             Row{"several have counts", {bio, chem}, "Bio (2) · Chem (1)"},
+             Row{"markup is text", {named("<b>R&amp;D</b>")}, "<b>R&amp;D</b>"},
+             Row{"no line breaks", {named("a\r\nb\tc\u2028d\u0085e\x7f")}, "a  b c d e "},
+             Row{"nothing is turned around", {named("\u202E\u2067x"), chem}, "x (2) · Chem (1)"},
+             Row{"other scripts and marks stay", {named("א\u200F 1")}, "א\u200F 1"},
+             Row{"no end of text", {named(std::string("a\0b", 3))}, "a b"},
+             Row{"Canvas's longest", {named(std::string(255, 'x'))}, std::string(255, 'x')},
+             Row{"endless", {named(std::string(10'000, 'x'))}, std::string(255, 'x') + "…"},
+             Row{"endless, in pairs", {named(cats)}, cats.substr(0, 127 * 4) + "…"},
+         })
+        EXPECT_EQ(movementBody(row.courses), row.body) << row.what;
+}
+
+TEST_F(MovementNotifierTest, ANoticeAboutOneCourseOpensIt) {
+    notifier.notify({bio, {.courseID = 4023, .courseName = "Calm"}});
+    notifier.notify({{.courseID = 4022, .courseName = "Chem", .worseStudentIDs = {1, 1}}});
+    ASSERT_THAT(
+        titles(),
+        ElementsAre("2 students newly need attention", "1 student newly needs attention"));
+    EXPECT_EQ(system.posted[0].body, "Bio");
+    EXPECT_EQ(system.posted[0].courseID, 4021);
+    EXPECT_NE(system.posted[0].identifier, system.posted[1].identifier);
+    for (const UserNotice &notice : system.posted)
+        EXPECT_THAT(notice.identifier, testing::StartsWith("movement-"));
+
+    std::vector<std::string> heard;
+    QObject::connect(&notifier, &MovementNotifier::shouldActivate, &notifier, [&] {
+        heard.emplace_back("forward");
+    });
+    QObject::connect(
+        &notifier, &MovementNotifier::courseShouldOpen, &notifier,
+        [&](std::int64_t id) { heard.push_back(std::to_string(id)); });
+    system.observer(system.posted[0]);
+    system.observer({.identifier = "movement-x"});
+    EXPECT_THAT(heard, ElementsAre("forward", "4021", "forward"));
+}
+
+TEST_F(MovementNotifierTest, ANoticeAboutSeveralCoursesOpensNone) {
+    notifier.notify({bio, chem});
+    ASSERT_THAT(titles(), ElementsAre("3 students newly need attention"));
+    EXPECT_EQ(system.posted[0].body, "Bio (2) · Chem (1)");
+    EXPECT_EQ(system.posted[0].courseID, std::nullopt);
+}
+
+TEST_F(MovementNotifierTest, StudentsAreMentionedOnceUntilTheirCourseIsOpened) {
+    notifier.notify({});
+    notifier.notify({bio});
+    notifier.notify({bio});
+    EXPECT_EQ(system.posted.size(), 1U);
+    // A student of one course is another student in the next one.
+    notifier.notify({{.courseID = 4021, .courseName = "Bio", .worseStudentIDs = {2, 3}}, chem});
+    EXPECT_EQ(system.posted.back().body, "Bio (1) · Chem (1)");
+    notifier.forget(4021);
+    notifier.forget(1);
+    notifier.notify({bio, chem});
+    EXPECT_EQ(system.posted.back().title, "2 students newly need attention");
+    EXPECT_EQ(system.posted.back().body, "Bio");
+    EXPECT_EQ(system.posted.size(), 3U);
+}
+
+TEST_F(MovementNotifierTest, SettingsDecideWhetherANoticeIsPosted) {
+    struct Row {
+        const char *what;
+        PreferenceMap settings;
+        bool active = false;
+        bool posts = false;
+        /// Whether the students count as mentioned.
+        bool mentions = false;
+    };
+    const PreferenceMap on{{"MovementNotifications", true}};
+    const auto with = [&](PreferenceMap more) {
+        more.insert(on.begin(), on.end());
+        return more;
+    };
+    for (const Row &row : {
+             Row{.what = "off unless asked for", .settings = {}},
+             Row{.what = "on", .settings = on, .posts = true, .mentions = true},
+             Row{.what = "in front", .settings = on, .active = true, .mentions = true},
+             Row{.what = "in front, wanted",
+             .settings = with({{"NotifyWhileActive", true}}),
+             .active = true,
+             .posts = true,
+             .mentions = true},
+             Row{.what = "behind, wanted in front too",
+             .settings = with({{"NotifyWhileActive", true}}),
+             .posts = true,
+             .mentions = true},
+             Row{.what = "sample college", .settings = with({{"SampleData", true}})},
+             Row{.what = "sample college, wanted",
+             .settings = with({{"SampleData", true}, {"SampleNotifications", true}}),
+             .posts = true,
+             .mentions = true},
+             Row{.what = "sample college, off",
+             .settings = {{"SampleData", true}, {"SampleNotifications", true}}},
+         }) {
+        UserDefaults chosen(folder.path() / "Row.json", row.settings);
+        test::MemoryNotifications notices;
+        bool inFront = row.active;
+        MovementNotifier one(chosen, notices, [&] { return inFront; });
+        one.notify({bio});
+        EXPECT_EQ(notices.posted.size(), row.posts ? 1U : 0U) << row.what;
+        inFront = false;
+        notices.posted.clear();
+        one.notify({bio});
+        EXPECT_TRUE(notices.posted.empty()) << row.what;
+        one.forget(4021);
+        one.notify({bio});
+        EXPECT_EQ(notices.posted.size(), row.mentions ? 1U : 0U) << row.what;
+    }
+}
+
+TEST_F(MovementNotifierTest, WhatTheSystemDoesNotShowIsLoggedAndNotTriedAgain) {
+    system.status = UserNotifications::AuthorizationStatus::denied;
+    notifier.notify({bio});
+    system.status = UserNotifications::AuthorizationStatus::authorized;
+    notifier.notify({bio});
+    system.failure = "The server is full";
+    notifier.notify({chem});
+    system.failure.clear();
+    notifier.notify({chem});
+    EXPECT_TRUE(system.posted.empty());
+    EXPECT_THAT(
+        test::LogCapture::lines(),
+        ElementsAre(
+            "notify: Movement notification skipped: not authorized",
+            "notify: Movement notification failed: The server is full"));
+}
+
+TEST_F(MovementNotifierTest, TheSystemMayAnswerLate) {
+    system.slow = true;
+    notifier.notify({bio});
+    notifier.notify({bio, chem});
+    EXPECT_TRUE(system.posted.empty());
+    // What is in front counts when the notice would be shown.
+    active = true;
+    system.answer();
+    EXPECT_TRUE(system.posted.empty());
+    active = false;
+    notifier.forget(4022);
+    notifier.notify({chem});
+    system.answer();
+    EXPECT_THAT(titles(), ElementsAre("1 student newly needs attention"));
+
+    auto shortLived = std::make_unique<MovementNotifier>(defaults, system, [] { return false; });
+    shortLived->notify({bio});
+    shortLived.reset();
+    system.answer();
+    EXPECT_EQ(system.posted.size(), 1U);
+}
+
+TEST_F(MovementNotifierTest, WithoutASessionBusNothingIsAuthorised) {
+    DesktopNotifications desktop;
+    MovementNotifier silent(defaults, desktop, [] { return false; });
+    silent.notify({bio});
+    EXPECT_THAT(
+        test::LogCapture::lines(),
+        ElementsAre("notify: Movement notification skipped: not authorized"));
+}
+
+} // namespace
+} // namespace ellwynd

@@ -3,6 +3,7 @@
 #include "canvas/connectioncheck.h"
 #include "platform/files.h"
 #include "platform/launcharguments.h"
+#include "platform/notifications/usernotifications.h"
 #include "ui/mainwindow.h"
 #include "ui/support/appearance.h"
 
@@ -30,8 +31,9 @@ int main(int argc, char **argv) {
     Stores stores(defaults, directories::data());
     TrendSync trends(defaults);
     SyncService sync(defaults, trends, directories::state() / "CloudSeen.json");
+    DesktopNotifications notifications;
     MainWindowController controller(defaults, connector, stores, trends);
-    MainWindow window(controller, defaults, stores, connection, sync, appearance);
+    MainWindow window(controller, defaults, stores, connection, sync, notifications, appearance);
     QObject::connect(
         &sync, &SyncService::settingsDidSyncExternally, &controller,
         &MainWindowController::refresh);

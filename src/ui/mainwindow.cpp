@@ -46,12 +46,13 @@ QList<int> paneWidths(int window, const Appearance &appearance) {
 
 MainWindow::MainWindow(
     MainWindowController &driver, UserDefaults &store, Stores &memory, ConnectionCheck &check,
-    SyncService &service, Appearance &look)
+    SyncService &service, UserNotifications &system, Appearance &look)
     : controller(driver),
       defaults(store),
       stores(memory),
       connection(check),
       sync(service),
+      notifications(system),
       appearance(look),
       splitter(new QSplitter(this)),
       sidebar(new Sidebar(driver, store, look, splitter)),
@@ -386,8 +387,8 @@ ThresholdsSheet *MainWindow::openThresholds() {
 SettingsWindow &MainWindow::settings() {
     if (settingsWindow == nullptr) {
         settingsWindow = new SettingsWindow(
-            defaults, stores, connection, sync, [this] { return previewStudent(); }, appearance,
-            this);
+            defaults, stores, connection, sync, notifications, [this] { return previewStudent(); },
+            appearance, this);
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,
             &MainWindowController::refresh);

@@ -23,6 +23,7 @@ class Sidebar;
 class StudentDetails;
 class SyncService;
 class ThresholdsSheet;
+class UserNotifications;
 struct Stores;
 
 /// Sidebar, roster and student details side by side, with the menus. It decides nothing: commands
@@ -33,7 +34,8 @@ class MainWindow : public QMainWindow {
   public:
     MainWindow(
         MainWindowController &controller, UserDefaults &defaults, Stores &stores,
-        ConnectionCheck &connection, SyncService &sync, Appearance &appearance);
+        ConnectionCheck &connection, SyncService &sync, UserNotifications &notifications,
+        Appearance &appearance);
 
     [[nodiscard]] RosterPane *roster() const { return rosterPane; }
 
@@ -69,6 +71,7 @@ class MainWindow : public QMainWindow {
     Stores &stores;
     ConnectionCheck &connection;
     SyncService &sync;
+    UserNotifications &notifications;
     Appearance &appearance;
     QSplitter *splitter;
     Sidebar *sidebar;

@@ -3,6 +3,7 @@
 #include "app/syncservice.h"
 #include "canvas/connectioncheck.h"
 #include "platform/files.h"
+#include "support/memorynotifications.h"
 #include "support/memorysecrets.h"
 #include "ui/about/aboutwindow.h"
 #include "ui/help/helpwindow.h"
@@ -59,7 +60,8 @@ class Studio {
         MainWindowController controller(defaults, connector, stores, trends);
         SyncService sync(
             defaults, trends, std::filesystem::path(home.path().toStdString()) / "Seen.json");
-        MainWindow window(controller, defaults, stores, check, sync, appearance);
+        test::MemoryNotifications notifications;
+        MainWindow window(controller, defaults, stores, check, sync, notifications, appearance);
         suffix = QString::fromUtf8(appearanceName) +
             (scale == 1.0 ? QString() : QStringLiteral("-x%1").arg(scale));
         window.resize(1280, 800);
@@ -104,6 +106,12 @@ class Studio {
         settings.open(SettingsWindow::messages);
         settle();
         save(settings, "settings-messages");
+        settings.open(SettingsWindow::notifications);
+        settle();
+        save(settings, "settings-notifications");
+        settings.open(SettingsWindow::widgets);
+        settle();
+        save(settings, "settings-widgets");
         settings.open(SettingsWindow::privacy);
         settle();
         save(settings, "settings-privacy");

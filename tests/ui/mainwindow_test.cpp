@@ -1,6 +1,7 @@
 #include "app/mainwindowcontroller.h"
 #include "app/syncservice.h"
 #include "support/core.h"
+#include "support/memorynotifications.h"
 #include "ui/details/studentdetails.h"
 #include "ui/mainwindow.h"
 #include "ui/roster/rosterpane.h"
@@ -38,7 +39,9 @@ struct MainWindowTest : testing::Test {
     Appearance appearance{settings, false};
     MainWindowController controller{defaults, core.connector, core.stores, core.trends};
     SyncService sync{defaults, core.trends, core.folder.path() / "Seen.json"};
-    MainWindow window{controller, defaults, core.stores, core.check, sync, appearance};
+    test::MemoryNotifications notifications;
+    MainWindow window{controller, defaults,      core.stores, core.check,
+                      sync,       notifications, appearance};
 
     void SetUp() override {
         window.resize(1280, 800);

@@ -4,9 +4,11 @@
 #include "ui/settings/connectionpane.h"
 #include "ui/settings/generalpane.h"
 #include "ui/settings/messagespane.h"
+#include "ui/settings/notificationspane.h"
 #include "ui/settings/privacypane.h"
 #include "ui/settings/syncpane.h"
 #include "ui/settings/thresholdspane.h"
+#include "ui/settings/widgetspane.h"
 #include "ui/support/appearance.h"
 
 #include <QHBoxLayout>
@@ -18,7 +20,8 @@ namespace ellwynd {
 
 SettingsWindow::SettingsWindow(
     UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &service,
-    PreviewSource previewStudent, const Appearance &look, QWidget *parent)
+    UserNotifications &system, PreviewSource previewStudent, const Appearance &look,
+    QWidget *parent)
     : QDialog(parent),
       appearance(look),
       pages(new QListWidget(this)),
@@ -40,6 +43,9 @@ SettingsWindow::SettingsWindow(
     addPage(QStringLiteral("Connection"), connectionPane);
     addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, look));
     addPage(QStringLiteral("Messages"), messagesPane);
+    addPage(QStringLiteral("Notifications"), new NotificationsPane(defaults, system, look));
+    addPage(
+        QStringLiteral("Widgets"), new WidgetsPane(defaults, look, &WidgetsPane::startDetached));
     addPage(QStringLiteral("Privacy"), new PrivacyPane(defaults, stores, look));
     addPage(QStringLiteral("Sync"), new SyncPane(defaults, service, look));
     pages->setCurrentRow(general);

@@ -16,6 +16,7 @@ class ConnectionCheck;
 class ConnectionPane;
 class MessagesPane;
 class SyncService;
+class UserNotifications;
 struct Stores;
 
 /// Panes by name at the left, the chosen one at the right. Every change takes effect at once.
@@ -23,11 +24,21 @@ class SettingsWindow : public QDialog {
     Q_OBJECT
 
   public:
-    enum Page { general, connection, riskThresholds, messages, privacy, sync };
+    enum Page {
+        general,
+        connection,
+        riskThresholds,
+        messages,
+        notifications,
+        widgets,
+        privacy,
+        sync,
+    };
 
     SettingsWindow(
         UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &service,
-        PreviewSource previewStudent, const Appearance &appearance, QWidget *parent = nullptr);
+        UserNotifications &notifications, PreviewSource previewStudent,
+        const Appearance &appearance, QWidget *parent = nullptr);
 
     void open(Page page);
     /// The student of the preview may be another one now.

@@ -1,0 +1,69 @@
+#include "ui/settings/notificationspane.h"
+
+#include "platform/notifications/usernotifications.h"
+#include "ui/support/appearance.h"
+#include "ui/support/labels.h"
+
+#include <QCheckBox>
+#include <QEvent>
+#include <QPointer>
+#include <QSignalBlocker>
+
+namespace ellwynd {
+
+NotificationsPane::NotificationsPane(
+    UserDefaults &store, UserNotifications &system, const Appearance &look)
+    : SettingsPane(QStringLiteral("Notifications"), store, look),
+      notifications(system),
+      enabled(new QCheckBox(QStringLiteral("Tell me when students newly need attention"))),
+      whileActive(new QCheckBox(QStringLiteral("Also while Ellwynd is in front"))),
+      turnedOff(plainLabel(nullptr, true)) {
+    addNote(QStringLiteral(
+        "A notice says how many students and which courses, never a student's name. Each student "
+        "is mentioned once, until you open their course. There is no sound."));
+    addWidget(enabled);
+    addWidget(whileActive);
+    turnedOff->setProperty("attention", true);
+    turnedOff->setText(
+        QStringLiteral("macOS has notifications turned off for Ellwynd. Enable them in System "
+                       "Settings ▸ Notifications."));
+    addWidget(turnedOff);
+    turnedOff->hide();
+
+    connect(enabled, &QCheckBox::toggled, this, [this](bool on) {
+        defaults.set(preferences::movementNotifications, on);
+    });
+    connect(whileActive, &QCheckBox::toggled, this, [this](bool on) {
+        defaults.set(preferences::notifyWhileActive, on);
+    });
+    NotificationsPane::showPreferences();
+}
+
+void NotificationsPane::showPreferences() {
+    const QSignalBlocker quiet[] = {QSignalBlocker(enabled), QSignalBlocker(whileActive)};
+    enabled->setChecked(defaults.value(preferences::movementNotifications));
+    whileActive->setChecked(defaults.value(preferences::notifyWhileActive));
+    whileActive->setEnabled(enabled->isChecked());
+}
+
+void NotificationsPane::askSystem() {
+    notifications.authorizationStatus([self = QPointer(this)](
+                                          UserNotifications::AuthorizationStatus status) {
+        if (self)
+            self->turnedOff->setVisible(status == UserNotifications::AuthorizationStatus::denied);
+    });
+}
+
+void NotificationsPane::showEvent(QShowEvent *event) {
+    SettingsPane::showEvent(event);
+    askSystem();
+}
+
+void NotificationsPane::changeEvent(QEvent *event) {
+    SettingsPane::changeEvent(event);
+    // The teacher may come back from the system's own settings.
+    if (event->type() == QEvent::ActivationChange && isVisible() && isActiveWindow())
+        askSystem();
+}
+
+} // namespace ellwynd

@@ -1,0 +1,126 @@
+#include "support/memorynotifications.h"
+#include "support/temporaryfolder.h"
+#include "ui/settings/notificationspane.h"
+#include "ui/settings/widgetspane.h"
+#include "ui/support/appearance.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using Status = UserNotifications::AuthorizationStatus;
+
+struct NoticesPanesTest : testing::Test {
+    test::TemporaryFolder folder;
+    UserDefaults defaults{folder.path() / "Preferences.json", {}};
+    Settings settings{defaults};
+    Appearance appearance{settings, false};
+    test::MemoryNotifications system;
+
+    /// Whether a pane shows a sentence that begins so.
+    static bool says(const QWidget &pane, const char *beginning) {
+        const auto labels = pane.findChildren<QLabel *>();
+        return std::ranges::any_of(labels, [&](const QLabel *label) {
+            return label->isVisible() && label->text().startsWith(QString::fromUtf8(beginning));
+        });
+    }
+};
+
+constexpr const char *turnedOff = "macOS has notifications turned off for Ellwynd. Enable them in "
+                                  "System Settings ▸ Notifications.";
+
+TEST_F(NoticesPanesTest, TheSwitchesAreTheSettings) {
+    NotificationsPane pane(defaults, system, appearance);
+    pane.show();
+    const auto boxes = pane.findChildren<QCheckBox *>();
+    ASSERT_EQ(boxes.size(), 2);
+    EXPECT_FALSE(boxes[0]->isChecked());
+    EXPECT_FALSE(boxes[1]->isEnabled()) << "nothing to refine";
+    boxes[0]->click();
+    EXPECT_TRUE(defaults.value(preferences::movementNotifications));
+    ASSERT_TRUE(boxes[1]->isEnabled());
+    boxes[1]->click();
+    EXPECT_TRUE(defaults.value(preferences::notifyWhileActive));
+    // What is changed elsewhere shows here, and a choice outlives being of no use.
+    defaults.set(preferences::movementNotifications, false);
+    EXPECT_FALSE(boxes[0]->isChecked());
+    EXPECT_FALSE(boxes[1]->isEnabled());
+    EXPECT_TRUE(boxes[1]->isChecked());
+}
+
+TEST_F(NoticesPanesTest, ASystemWithoutNoticesIsToldWheneverThePaneIsShown) {
+    NotificationsPane pane(defaults, system, appearance);
+    pane.show();
+    EXPECT_FALSE(says(pane, turnedOff));
+    system.status = Status::denied;
+    pane.hide();
+    pane.show();
+    EXPECT_TRUE(says(pane, turnedOff));
+    pane.hide();
+    system.slow = true;
+    pane.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&pane));
+    system.status = Status::authorized;
+    system.answer();
+    EXPECT_FALSE(says(pane, turnedOff));
+
+    // The teacher went to the system's own settings and came back.
+    system.status = Status::denied;
+    QWidget elsewhere;
+    elsewhere.show();
+    elsewhere.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&elsewhere));
+    system.answer();
+    EXPECT_FALSE(says(pane, turnedOff));
+    pane.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&pane));
+    system.answer();
+    EXPECT_TRUE(says(pane, turnedOff));
+}
+
+TEST_F(NoticesPanesTest, AnAnswerMayComeWhenThePaneIsGone) {
+    system.slow = true;
+    auto pane = std::make_unique<NotificationsPane>(defaults, system, appearance);
+    pane->show();
+    pane.reset();
+    ASSERT_FALSE(system.questions.empty());
+    system.answer();
+}
+
+TEST_F(NoticesPanesTest, WidgetsAreStartedFromBesideTheProgram) {
+    std::vector<QString> started;
+    bool starts = false;
+    WidgetsPane pane(defaults, appearance, [&](const QString &program) {
+        started.push_back(program);
+        return starts;
+    });
+    pane.show();
+    auto *hideNames = pane.findChild<QCheckBox *>();
+    hideNames->click();
+    EXPECT_TRUE(defaults.value(preferences::widgetsHideCourseNames));
+    defaults.remove(preferences::widgetsHideCourseNames.name);
+    EXPECT_FALSE(hideNames->isChecked());
+
+    auto *show = pane.findChild<QPushButton *>();
+    EXPECT_EQ(show->text(), QStringLiteral("Show Widgets"));
+    show->click();
+    EXPECT_TRUE(says(pane, "The widgets couldn’t be started."));
+    starts = true;
+    show->click();
+    EXPECT_FALSE(says(pane, "The widgets couldn’t be started."));
+    EXPECT_THAT(
+        started,
+        testing::Each(QApplication::applicationDirPath() + QStringLiteral("/ellwynd-widget")));
+    EXPECT_EQ(started.size(), 2U);
+    EXPECT_FALSE(WidgetsPane::startDetached(QStringLiteral("/nonexistent/ellwynd-widget")));
+}
+
+} // namespace
+} // namespace ellwynd

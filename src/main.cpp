@@ -4,6 +4,7 @@
 #include "platform/files.h"
 #include "platform/launcharguments.h"
 #include "platform/notifications/usernotifications.h"
+#include "platform/widgettimelines.h"
 #include "ui/mainwindow.h"
 #include "ui/support/appearance.h"
 
@@ -32,11 +33,26 @@ int main(int argc, char **argv) {
     TrendSync trends(defaults);
     SyncService sync(defaults, trends, directories::state() / "CloudSeen.json");
     DesktopNotifications notifications;
-    MainWindowController controller(defaults, connector, stores, trends);
+    MovementNotifier notices(defaults, notifications, [] {
+        return QGuiApplication::applicationState() == Qt::ApplicationActive;
+    });
+    WidgetSnapshotWriter widgets(directories::widgetContainer(), widgetTimelines::reloadAll);
+    MainWindowController controller(
+        defaults, connector, stores, trends, {.widgets = widgets, .notices = &notices});
     MainWindow window(controller, defaults, stores, connection, sync, notifications, appearance);
     QObject::connect(
         &sync, &SyncService::settingsDidSyncExternally, &controller,
         &MainWindowController::refresh);
+    QObject::connect(
+        &notices, &MovementNotifier::courseShouldOpen, &controller,
+        &MainWindowController::showCourse);
+    QObject::connect(
+        &application, &QGuiApplication::applicationStateChanged, &controller,
+        [&controller](Qt::ApplicationState state) {
+            if (state == Qt::ApplicationActive)
+                controller.cameBack();
+        });
+    controller.startTimer();
     window.show();
     QTimer::singleShot(0, &controller, &MainWindowController::refresh);
     return QApplication::exec();

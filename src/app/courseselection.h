@@ -7,6 +7,10 @@
 
 namespace ellwynd {
 
+struct DashboardSelection {
+    bool operator==(const DashboardSelection &) const = default;
+};
+
 struct CourseSelection {
     std::int64_t courseID = 0;
     bool operator==(const CourseSelection &) const = default;
@@ -18,6 +22,6 @@ struct TermSelection {
     bool operator==(const TermSelection &) const = default;
 };
 
-using Selection = std::variant<CourseSelection, TermSelection>;
+using Selection = std::variant<DashboardSelection, CourseSelection, TermSelection>;
 
 } // namespace ellwynd

@@ -3,6 +3,7 @@
 #include "app/canvaslinks.h"
 #include "app/termroster.h"
 #include "canvas/sample/samplecanvasclient.h"
+#include "outputs/nearbyterms.h"
 #include "platform/files.h"
 #include "platform/log.h"
 
@@ -20,17 +21,26 @@ namespace {
 constexpr Log logger{"network"};
 constexpr Log links{"links"};
 constexpr Log exports{"export"};
+constexpr Log widgetLog{"widgets"};
+
+/// A coarse timer keeps this within a twentieth, well inside the five minutes that it may be off.
+constexpr std::chrono::seconds passInterval{1800};
+/// Coming to the front again and again fetches nothing more often than this.
+constexpr std::chrono::minutes freshEnough{5};
 
 } // namespace
 
 MainWindowController::MainWindowController(
     UserDefaults &preferenceStore, const Connector &connections, Stores &memory,
-    TrendSync &trendSync, Clock clock)
+    TrendSync &trendSync, PassOutlets results, Clock clock)
     : defaults(preferenceStore),
       connector(connections),
       stores(memory),
       trends(trendSync),
       now(clock),
+      dashboardModel(preferenceStore),
+      outlets(results),
+      pass(preferenceStore, memory, trendSync, rosterCache, dashboardModel, results, clock),
       observing(preferenceStore.observe([this](std::string_view key) { preferenceChanged(key); })) {
     connect(
         &stores.history, &RosterHistory::historyDidChange, this,
@@ -38,6 +48,12 @@ MainWindowController::MainWindowController(
     connect(
         &stores.contacts, &ContactLog::contactsDidChange, this,
         &MainWindowController::showWhatIsRemembered);
+    connect(&trends, &TrendSync::trendCountsDidSync, this, &MainWindowController::rebuildDashboard);
+    connect(&pass, &ScoringPass::courseDidScore, this, &MainWindowController::coursesDidChange);
+    connect(&pass, &ScoringPass::passDidEnd, this, &MainWindowController::passDidEnd);
+    widgetRefreshTimer.setTimerType(Qt::CoarseTimer);
+    widgetRefreshTimer.setInterval(passInterval);
+    connect(&widgetRefreshTimer, &QTimer::timeout, this, &MainWindowController::timerFired);
 }
 
 MainWindowController::~MainWindowController() = default;
@@ -87,21 +103,65 @@ QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReadin
         setStatus(fmt::format(
             "{}{} course{}", defaults.value(preferences::sampleData) ? "Sample college · " : "",
             count, count == 1 ? "" : "s"));
+        const Date today = now();
+        dashboardModel.prepareTerms(
+            nearbyTerms(latestCourses, today), automaticTerm(latestCourses, today));
         Q_EMIT coursesDidChange();
         reselect();
-        loadSelection();
+        freshenThenPass(std::move(from));
     }
     refreshEnded();
 }
 
-/// The course that was waited for, else what was selected if it is still there, else the newest
-/// term.
+/// What is on screen first, so that its requests are not behind those of every other course.
+QCoro::Task<> MainWindowController::freshenThenPass(std::shared_ptr<CanvasReading> from) {
+    const QPointer<MainWindowController> self(this);
+    const std::vector<Course> courses = selectedCourses();
+    ++selectionToken;
+    if (courses.empty()) {
+        showDashboard();
+    } else {
+        showCached(courses);
+        co_await fetchRoster(from, courses);
+    }
+    if (self && source == from)
+        pass.start(std::move(from));
+}
+
+void MainWindowController::startTimer() {
+    widgetRefreshTimer.start();
+}
+
+void MainWindowController::timerFired() {
+    if (latestCourses.empty())
+        return;
+    try {
+        if (auto connection = connector.open()) {
+            source = std::move(connection);
+            const Date today = now();
+            dashboardModel.prepareTerms(
+                nearbyTerms(latestCourses, today), automaticTerm(latestCourses, today));
+            pass.start(source);
+        }
+    } catch (const KeychainError &error) {
+        widgetLog.error(
+            fmt::format("Skipping widget refresh, Keychain unreadable: {}", error.what()));
+    }
+}
+
+void MainWindowController::cameBack() {
+    const bool passIsFresh = pass.lastPassAt() && now() - *pass.lastPassAt() < freshEnough;
+    if (source && !latestCourses.empty() && !isRefreshing && !passIsFresh)
+        freshenThenPass(source);
+}
+
+/// The course that was waited for, else what was selected if it is still there, else the dashboard.
 void MainWindowController::reselect() {
     const auto pending = std::exchange(pendingCourseID, std::nullopt);
     if (pending && std::ranges::count(knownCourses(), *pending, &Course::id) > 0)
         currentSelection = CourseSelection{*pending};
-    if (selectedCourses().empty() && !latestCourses.empty())
-        currentSelection = TermSelection{groupByTerm(latestCourses).front().id()};
+    if (selectedCourses().empty())
+        currentSelection = DashboardSelection{};
 }
 
 void MainWindowController::showCourse(std::int64_t courseID) {
@@ -128,6 +188,9 @@ void MainWindowController::becomeNotConnected() {
     currentSelection.reset();
     latestCourses.clear();
     rosterCache.entries.clear();
+    pass.abandon();
+    dashboardModel.clear();
+    outlets.widgets.clear();
     ++selectionToken;
     loadingRoster = false;
     rosterView = {.state = RosterView::State::notConnected};
@@ -175,15 +238,19 @@ void MainWindowController::refreshRoster() {
 void MainWindowController::loadSelection() {
     ++selectionToken;
     const std::vector<Course> courses = selectedCourses();
-    if (!source || courses.empty())
+    if (!source)
         return;
+    if (courses.empty()) {
+        showDashboard();
+        return;
+    }
     showCached(courses);
     fetchRoster(source, courses);
 }
 
 std::vector<Course> MainWindowController::selectedCourses() const {
     std::vector<Course> courses = knownCourses();
-    if (!currentSelection)
+    if (!currentSelection || std::holds_alternative<DashboardSelection>(*currentSelection))
         return {};
     std::erase_if(courses, [this](const Course &course) {
         if (const auto *one = std::get_if<CourseSelection>(&*currentSelection))
@@ -201,6 +268,14 @@ std::string MainWindowController::selectionTitle() const {
     return std::holds_alternative<CourseSelection>(*currentSelection)
         ? displayName(courses.front())
         : title(groupByTerm(courses).front());
+}
+
+/// The dashboard stands in the roster's place; a load that is under way is dropped.
+void MainWindowController::showDashboard() {
+    loadingRoster = false;
+    rosterView = {};
+    Q_EMIT rosterDidChange();
+    Q_EMIT loadingDidChange();
 }
 
 /// Shows what earlier fetches left of the selection, or that it is loading.
@@ -266,6 +341,8 @@ QCoro::Task<> MainWindowController::fetchRoster(
     if (std::holds_alternative<CourseSelection>(*currentSelection)) {
         const QScopedValueRollback guard(recordingVisit, true);
         movement = recordVisit(*shown.front(), stores, trends);
+        if (outlets.notices != nullptr)
+            outlets.notices->forget(shown.front()->course.id);
     }
     showRoster(shown, std::move(movement));
     Q_EMIT coursesDidChange();
@@ -330,7 +407,22 @@ void MainWindowController::rescoreAll() {
     if (!changed)
         return;
     showAgain();
+    rebuildDashboard();
     Q_EMIT coursesDidChange();
+}
+
+/// Makes the cards that stand there anew from what is in memory.
+void MainWindowController::rebuildDashboard() {
+    const DashboardModel before = dashboardModel.model();
+    for (const DashboardTerm &term : before.terms) {
+        DashboardTerm rebuilt = term;
+        for (DashboardCourseCard &card : rebuilt.cards) {
+            if (const ScoredCourse *course = rosterCache.find(card.courseID))
+                card = dashboardCard(*course, stores, trends, now());
+        }
+        if (rebuilt != term)
+            dashboardModel.termScored(std::move(rebuilt), before.updatedAt);
+    }
 }
 
 /// Shows the roster on screen anew from the cache; the note about stale rows stays.
@@ -388,6 +480,7 @@ void MainWindowController::saveExport(
 void MainWindowController::showWhatIsRemembered() {
     if (!recordingVisit)
         showAgain();
+    rebuildDashboard();
 }
 
 void MainWindowController::setStatus(std::string text) {

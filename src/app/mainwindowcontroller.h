@@ -3,14 +3,17 @@
 
 #include "app/connection.h"
 #include "app/courseselection.h"
+#include "app/dashboardmodel.h"
 #include "app/rostercache.h"
 #include "app/rosteroutputs.h"
+#include "app/scoringpass.h"
 #include "app/studentpast.h"
 #include "app/visit.h"
 #include "canvas/records/canvaserror.h"
 #include "canvas/records/termgroups.h"
 
 #include <QObject>
+#include <QTimer>
 
 namespace ellwynd {
 
@@ -23,12 +26,17 @@ class MainWindowController : public QObject {
     /// What is handed over outlives the controller.
     MainWindowController(
         UserDefaults &defaults, const Connector &connector, Stores &stores, TrendSync &trends,
-        Clock clock = systemNow);
+        PassOutlets outlets, Clock clock = systemNow);
     ~MainWindowController() override;
 
-    /// Everything: the course list, then the roster on screen. Asked for while one is running, it
-    /// runs once more after that.
+    /// Everything: the course list, the roster on screen, then a scoring pass. Asked for while one
+    /// is running, it runs once more after that.
     void refresh();
+    /// The program came to the front, or the computer woke up: freshens what is on screen, then
+    /// scores the other courses, unless that was done within the last minutes.
+    void cameBack();
+    /// Schedules the half-hour scoring pass.
+    void startTimer();
     /// Only what is on screen.
     void refreshRoster();
     void select(const Selection &selection);
@@ -42,6 +50,7 @@ class MainWindowController : public QObject {
     /// The line below the sidebar.
     [[nodiscard]] const std::string &status() const { return statusText; }
     [[nodiscard]] const RosterView &roster() const { return rosterView; }
+    [[nodiscard]] Dashboard &dashboard() { return dashboardModel; }
     [[nodiscard]] bool isLoading() const { return isRefreshing || loadingRoster; }
     /// Flagged students of a course already scored.
     [[nodiscard]] std::optional<std::int64_t> flaggedStudents(std::int64_t courseID) const;
@@ -69,6 +78,8 @@ class MainWindowController : public QObject {
     void rosterDidChange();
     /// A load began, came further or ended; `roster` tells how far it is.
     void loadingDidChange();
+    /// The scoring pass of a refresh or of the timer came to its end.
+    void passDidEnd(bool complete);
     void statusDidChange();
     /// An error to show, as message and advice.
     void errorDidOccur(const ellwynd::CanvasError &error);
@@ -83,10 +94,14 @@ class MainWindowController : public QObject {
     using Token = std::uint64_t;
 
     QCoro::Task<> fetchCourseList(std::shared_ptr<CanvasReading> source);
+    QCoro::Task<> freshenThenPass(std::shared_ptr<CanvasReading> source);
+    void timerFired();
     QCoro::Task<> fetchRoster(std::shared_ptr<CanvasReading> source, std::vector<Course> courses);
     void refreshEnded();
     void reselect();
     void loadSelection();
+    void showDashboard();
+    void rebuildDashboard();
     void showCached(const std::vector<Course> &courses);
     void showAgain();
     void showFailure(const CanvasError &error, bool cachedShown);
@@ -119,6 +134,10 @@ class MainWindowController : public QObject {
     std::optional<std::int64_t> pendingCourseID;
     Token selectionToken = 0;
     RosterCache rosterCache;
+    Dashboard dashboardModel;
+    PassOutlets outlets;
+    ScoringPass pass;
+    QTimer widgetRefreshTimer;
     RosterView rosterView;
     /// Set while a visit is recorded, whose roster is shown right after.
     bool recordingVisit = false;

@@ -29,6 +29,7 @@ int runTemplates(Session &session, const QStringList &words);
 int runConnect(Session &session, const QStringList &words);
 int runStatus(Session &session, const QStringList &words);
 int runDisconnect(Session &session, const QStringList &words);
+int runDashboard(Session &session, const QStringList &words);
 int runStudent(Session &session, const QStringList &words);
 int runContacted(Session &session, const QStringList &words);
 int runPrivacy(Session &session, const QStringList &words);

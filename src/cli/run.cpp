@@ -21,6 +21,7 @@ constexpr std::array allCommands{
     Command{"courses", "list your active courses", runCourses},
     Command{"roster", "fetch and score one course", runRoster},
     Command{"term", "the flagged students of a whole term", runTerm},
+    Command{"dashboard", "score every course of the nearby terms", runDashboard},
     Command{"student", "one student: why, and what is remembered", runStudent},
     Command{"contacted", "note that you wrote to students", runContacted},
     Command{"thresholds", "show, set or release a course's thresholds", runThresholds},

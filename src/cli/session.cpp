@@ -16,7 +16,7 @@ Session::Session(
       in(input),
       file(std::move(preferences)),
       arguments(std::move(launchArguments)),
-      progress(messages, std::move(terminal)) {}
+      progressLine(messages, std::move(terminal)) {}
 
 UserDefaults &Session::defaults() {
     if (!opened)

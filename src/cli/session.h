@@ -67,6 +67,9 @@ class Session {
     /// The data source. @throws NotConnected, KeychainError
     [[nodiscard]] std::shared_ptr<CanvasReading> connect();
 
+    /// What long work says of itself on a terminal.
+    [[nodiscard]] Progress &progress() { return progressLine; }
+
     /// Runs work to its end and returns its value, or throws what it threw. On a terminal, long
     /// work is told in words such as "Reading the roster…".
     template<class T>
@@ -75,8 +78,8 @@ class Session {
             Progress &progress;
             ~Step() { progress.end(); }
         };
-        progress.begin(std::move(step));
-        const Step running{progress};
+        progressLine.begin(std::move(step));
+        const Step running{progressLine};
         return runToEnd(std::move(work));
     }
 
@@ -89,7 +92,7 @@ class Session {
     std::unique_ptr<TrendSync> trendSync;
     SecretService secretStore;
     CanvasSession canvasSession;
-    Progress progress;
+    Progress progressLine;
 };
 
 /// The course list as fetched.

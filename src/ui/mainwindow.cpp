@@ -2,6 +2,7 @@
 
 #include "app/mainwindowcontroller.h"
 #include "risk/coursethresholds.h"
+#include "ui/dashboard/dashboardpane.h"
 #include "ui/details/studentdetails.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
@@ -21,6 +22,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QUrl>
 
@@ -56,7 +58,9 @@ MainWindow::MainWindow(
       appearance(look),
       splitter(new QSplitter(this)),
       sidebar(new Sidebar(driver, store, look, splitter)),
-      rosterPane(new RosterPane(driver, store, look, splitter)),
+      middle(new QStackedWidget(splitter)),
+      dashboardPane(new DashboardPane(driver.dashboard(), look)),
+      rosterPane(new RosterPane(driver, store, look)),
       details(new StudentDetails(look, splitter)),
       observing(store.observe([this](std::string_view key) {
           if (key == preferences::rosterCompactRows.name)
@@ -67,6 +71,8 @@ MainWindow::MainWindow(
     setWindowTitle(
         defaults.value(preferences::sampleData) ? QStringLiteral("Ellwynd — Sample Data")
                                                 : QStringLiteral("Ellwynd"));
+    middle->addWidget(dashboardPane);
+    middle->addWidget(rosterPane);
     splitter->setChildrenCollapsible(false);
     splitter->setHandleWidth(1);
     splitter->setStretchFactor(middlePane, 1);
@@ -107,6 +113,8 @@ void MainWindow::makeMenus() {
     findStudent = add(edit, QStringLiteral("&Find Student"), QKeySequence::Find);
 
     QMenu *view = menuBar()->addMenu(QStringLiteral("&View"));
+    showDashboard = add(view, QStringLiteral("Show &Dashboard"), Qt::CTRL | Qt::Key_D);
+    view->addSeparator();
     compactRows = add(view, QStringLiteral("&Compact Rows"), Qt::CTRL | Qt::SHIFT | Qt::Key_C);
     compactRows->setCheckable(true);
     compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
@@ -142,8 +150,13 @@ void MainWindow::makeMenus() {
         defaults.set(preferences::rosterCompactRows, on);
     });
     connect(hideDetails, &QAction::triggered, this, [this] {
-        details->setVisible(!details->isVisible());
+        detailsWanted = !detailsWanted;
+        showPane();
         updateActions();
+    });
+    connect(showDashboard, &QAction::triggered, this, [this] {
+        controller.select(DashboardSelection{});
+        dashboardPane->focusCards();
     });
     connect(zoomIn, &QAction::triggered, this, [this] { appearance.zoom(1); });
     connect(zoomOut, &QAction::triggered, this, [this] { appearance.zoom(-1); });
@@ -195,8 +208,7 @@ void MainWindow::showInsightMode() {
 void MainWindow::fillCopyMenu(QMenu *menu) {
     menu->clear();
     for (const MessageTemplate &message : stores.templates.templates()) {
-        QString name = qstring(message.name);
-        QAction *action = menu->addAction(name.replace(u'&', QStringLiteral("&&")));
+        QAction *action = menu->addAction(menuText(message.name));
         connect(action, &QAction::triggered, this, [this, message] {
             controller.copyMessages(message, rosterPane->table()->selectedRows());
         });
@@ -268,7 +280,17 @@ void MainWindow::connectViews() {
     connect(details, &StudentDetails::gradesRequested, this, grades);
     connect(details, &StudentDetails::assignmentRequested, this, assignment);
 
-    connect(&controller, &MainWindowController::rosterDidChange, this, &MainWindow::updateActions);
+    connect(dashboardPane, &DashboardPane::courseRequested, this, [this](std::int64_t id) {
+        controller.select(CourseSelection{id});
+        rosterPane->table()->setFocus();
+    });
+    connect(
+        dashboardPane, &DashboardPane::refreshRequested, &controller,
+        &MainWindowController::refresh);
+    connect(&controller, &MainWindowController::rosterDidChange, this, [this] {
+        showPane();
+        updateActions();
+    });
     connect(&controller, &MainWindowController::errorDidOccur, this, &MainWindow::showError);
     connect(&controller, &MainWindowController::urlShouldOpen, this, [](const QString &url) {
         QDesktopServices::openUrl(QUrl(url));
@@ -297,7 +319,11 @@ void MainWindow::updateActions() {
     missingWork->setEnabled(course);
     thresholds->setEnabled(course);
     openCourse->setEnabled(course);
-    refreshRoster->setEnabled(controller.selection().has_value());
+    refreshRoster->setEnabled(
+        roster.state != RosterView::State::nothingSelected &&
+        roster.state != RosterView::State::notConnected);
+    showDashboard->setEnabled(controller.selection() != Selection{DashboardSelection{}});
+    hideDetails->setEnabled(middle->currentWidget() == rosterPane);
     findStudent->setEnabled(shown && !roster.rows.empty());
     const bool anySelected = !rosterPane->table()->selectedRows().empty();
     openGrades->setEnabled(anySelected);
@@ -306,8 +332,15 @@ void MainWindow::updateActions() {
     exportMarkdown->setEnabled(shown);
     markContacted->setEnabled(anySelected && stores.contacts.isEnabled());
     hideDetails->setText(
-        details->isHidden() ? QStringLiteral("&Show Student Details")
-                            : QStringLiteral("&Hide Student Details"));
+        detailsWanted ? QStringLiteral("&Hide Student Details")
+                      : QStringLiteral("&Show Student Details"));
+}
+
+/// The dashboard, or a roster with its details; what was chosen for the details waits meanwhile.
+void MainWindow::showPane() {
+    const bool dashboard = controller.roster().state == RosterView::State::nothingSelected;
+    middle->setCurrentWidget(dashboard ? static_cast<QWidget *>(dashboardPane) : rosterPane);
+    details->setVisible(!dashboard && detailsWanted);
 }
 
 void MainWindow::showContextMenu(const QPoint &position) {
@@ -408,14 +441,15 @@ void MainWindow::restoreGeometryState() {
         splitter->setSizes(paneWidths(width(), appearance));
     sidebar->setMinimumWidth(140);
     details->setMinimumWidth(200);
-    rosterPane->setMinimumWidth(360);
-    details->setVisible(!defaults.value(preferences::studentDetailsHidden));
+    middle->setMinimumWidth(360);
+    detailsWanted = !defaults.value(preferences::studentDetailsHidden);
+    showPane();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event) {
     defaults.set(preferences::mainWindowGeometry, saveGeometry().toBase64().toStdString());
     defaults.set(preferences::mainWindowColumns, splitter->saveState().toBase64().toStdString());
-    defaults.set(preferences::studentDetailsHidden, details->isHidden());
+    defaults.set(preferences::studentDetailsHidden, !detailsWanted);
     QMainWindow::closeEvent(event);
 }
 

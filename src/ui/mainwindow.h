@@ -9,11 +9,13 @@
 class QAction;
 class QActionGroup;
 class QSplitter;
+class QStackedWidget;
 
 namespace ellwynd {
 
 class Appearance;
 class CanvasError;
+class DashboardPane;
 class ConnectionCheck;
 class MainWindowController;
 class MissingWorkSheet;
@@ -60,6 +62,7 @@ class MainWindow : public QMainWindow {
     [[nodiscard]] std::optional<PreviewStudent> previewStudent() const;
     void connectViews();
     void updateActions();
+    void showPane();
     void restoreGeometryState();
     void showContextMenu(const QPoint &position);
     void showError(const CanvasError &error);
@@ -75,10 +78,14 @@ class MainWindow : public QMainWindow {
     Appearance &appearance;
     QSplitter *splitter;
     Sidebar *sidebar;
+    QStackedWidget *middle;
+    DashboardPane *dashboardPane;
     RosterPane *rosterPane;
     StudentDetails *details;
     SettingsWindow *settingsWindow = nullptr;
+    QAction *showDashboard = nullptr;
     QAction *compactRows = nullptr;
+    bool detailsWanted = true;
     QActionGroup *insightModes = nullptr;
     QAction *markContacted = nullptr;
     QMenu *copyMessage = nullptr;

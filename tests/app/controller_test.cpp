@@ -16,8 +16,8 @@ using test::until;
 struct ControllerTest : testing::Test {
     test::Core core{{{"SampleData", true}}, test::noonClock};
     UserDefaults &defaults = core.defaults;
-    MainWindowController controller{
-        defaults, core.connector, core.stores, core.trends, test::noonClock};
+    MainWindowController controller{defaults,    core.connector, core.stores,
+                                    core.trends, core.outlets,   test::noonClock};
 
     [[nodiscard]] const RosterView &roster() const { return controller.roster(); }
 
@@ -31,8 +31,12 @@ struct ControllerTest : testing::Test {
     }
 };
 
-TEST_F(ControllerTest, BeginsWithTheNewestTermWorstFirst) {
+TEST_F(ControllerTest, BeginsWithTheDashboardAndShowsATermWorstFirst) {
     controller.refresh();
+    EXPECT_EQ(controller.selection(), Selection{DashboardSelection{}});
+    EXPECT_EQ(roster().state, RosterView::State::nothingSelected);
+    ASSERT_NE(controller.dashboard().shownTerm(), nullptr);
+    controller.select(TermSelection{9001});
     ASSERT_EQ(roster().state, RosterView::State::shown);
     EXPECT_EQ(roster().title, "Fall 2026");
     EXPECT_EQ(roster().courseCount, 6U);
@@ -50,7 +54,7 @@ TEST_F(ControllerTest, ShowsOneCourseWithItsMissingWork) {
     EXPECT_TRUE(roster().missedWork.front().isClassWide);
     EXPECT_EQ(roster().fetchedAt, test::noon);
     EXPECT_EQ(controller.flaggedStudents(900102), std::int64_t(flagged().size()));
-    EXPECT_EQ(controller.flaggedStudents(900201), std::nullopt) << "not fetched yet";
+    EXPECT_EQ(controller.flaggedStudents(900201), 7) << "scored by the pass";
 }
 
 TEST_F(ControllerTest, SidebarListsAsManyTermsAsWanted) {
@@ -158,6 +162,7 @@ TEST_F(ControllerTest, ExportsWhatIsOnScreen) {
     QObject::connect(
         &controller, &MainWindowController::exportDidFail, &controller,
         [&](const QString &why) { failures.push_back(why.toStdString()); });
+    controller.select(TermSelection{9001});
     const RosterExport term = controller.exported(ExportFormat::csv);
     EXPECT_EQ(term.fileName, "Ellwynd — Fall 2026 — 2026-09-24.csv");
     EXPECT_THAT(term.text, testing::StartsWith("Risk,Student,Course,"));
@@ -172,9 +177,8 @@ TEST_F(ControllerTest, ExportsWhatIsOnScreen) {
 
 TEST_F(ControllerTest, WithoutAConnectionEverythingIsEmpty) {
     test::Core unconnected;
-    MainWindowController other{
-        unconnected.defaults, unconnected.connector, unconnected.stores, unconnected.trends,
-        test::noonClock};
+    MainWindowController other{unconnected.defaults, unconnected.connector, unconnected.stores,
+                               unconnected.trends,   unconnected.outlets,   test::noonClock};
     other.refresh();
     EXPECT_EQ(other.roster().state, RosterView::State::notConnected);
     EXPECT_EQ(other.status(), "Not connected");
@@ -197,7 +201,8 @@ TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
 
     test::Core connected({{"CanvasBaseURL", std::string("https://h.example")}});
     MainWindowController real(
-        connected.defaults, connected.connector, connected.stores, connected.trends);
+        connected.defaults, connected.connector, connected.stores, connected.trends,
+        connected.outlets);
     listen(real);
     real.openCourse(7);
     real.openGrades(7, 9);
@@ -214,7 +219,8 @@ TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
 struct LiveControllerTest : testing::Test {
     test::Core core;
     test::FakeCanvas canvas;
-    MainWindowController controller{core.defaults, core.connector, core.stores, core.trends};
+    MainWindowController controller{
+        core.defaults, core.connector, core.stores, core.trends, core.outlets};
     std::vector<CanvasError> errors;
 
     LiveControllerTest() {
@@ -238,6 +244,8 @@ struct LiveControllerTest : testing::Test {
         QObject::connect(
             &controller, &MainWindowController::errorDidOccur, &controller,
             [this](const CanvasError &error) { errors.push_back(error); });
+        // Kept until the list is in.
+        controller.select(TermSelection{9});
     }
 
     static QString path(int course, const char *rest) {
@@ -274,7 +282,6 @@ TEST_F(LiveControllerTest, LoadsTheTermAndACourse) {
 
 TEST_F(LiveControllerTest, ACourseAskedForByIdOpensWhenTheListIsIn) {
     controller.showCourse(2);
-    EXPECT_FALSE(controller.selection());
     controller.refresh();
     ASSERT_TRUE(untilShown("Bio"));
     controller.showCourse(99);
@@ -282,13 +289,13 @@ TEST_F(LiveControllerTest, ACourseAskedForByIdOpensWhenTheListIsIn) {
     controller.showCourse(3);
     ASSERT_TRUE(untilShown("Chem"));
 
-    // A course that has left the list gives way to the newest term.
+    // A course that has left the list gives way to the dashboard.
     canvas.serve(
         QStringLiteral("/api/v1/courses"),
         {R"({"id":1,"name":"Art","term":{"id":9,"name":"Fall"}})"});
     controller.refresh();
-    ASSERT_TRUE(untilShown("Fall"));
-    EXPECT_EQ(controller.roster().courseCount, 1U);
+    ASSERT_TRUE(until([&] { return controller.selection() == Selection{DashboardSelection{}}; }));
+    EXPECT_EQ(controller.roster().state, RosterView::State::nothingSelected);
 }
 
 TEST_F(LiveControllerTest, TheThreeReadsOfACourseRunSideBySide) {

@@ -28,7 +28,9 @@ TEST(Keyring, WhatIsOnScreenOutlivesALockedAndAKilledKeyring) {
 
     Stores stores(defaults, folder.path() / "data");
     TrendSync trends(defaults);
-    MainWindowController controller(defaults, connector, stores, trends, test::noonClock);
+    WidgetSnapshotWriter widgets(folder.path() / "widgets", [] {});
+    MainWindowController controller(
+        defaults, connector, stores, trends, {.widgets = widgets}, test::noonClock);
     std::vector<std::string> statuses;
     QObject::connect(&controller, &MainWindowController::statusDidChange, &controller, [&] {
         statuses.push_back(controller.status());

@@ -55,9 +55,11 @@ class Studio {
         CanvasSession session;
         const Connector connector(defaults, secrets, session);
         ConnectionCheck check(defaults, secrets, session);
-        Stores stores(defaults, std::filesystem::path(home.path().toStdString()));
+        const std::filesystem::path stdHome(home.path().toStdString());
+        Stores stores(defaults, stdHome);
         TrendSync trends(defaults);
-        MainWindowController controller(defaults, connector, stores, trends);
+        WidgetSnapshotWriter widgets(stdHome / "widgets", [] {});
+        MainWindowController controller(defaults, connector, stores, trends, {.widgets = widgets});
         SyncService sync(
             defaults, trends, std::filesystem::path(home.path().toStdString()) / "Seen.json");
         test::MemoryNotifications notifications;
@@ -67,6 +69,9 @@ class Studio {
         window.resize(1280, 800);
         window.show();
         controller.refresh();
+        settle();
+        save(window, "dashboard");
+        controller.select(TermSelection{9001});
         settle();
         save(window, "term");
 

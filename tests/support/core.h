@@ -2,9 +2,11 @@
 #pragma once
 
 #include "app/connection.h"
+#include "app/scoringpass.h"
 #include "app/stores.h"
 #include "canvas/connectioncheck.h"
 #include "memory/trendsync.h"
+#include "support/memorynotifications.h"
 #include "support/memorysecrets.h"
 #include "support/temporaryfolder.h"
 
@@ -19,6 +21,12 @@ struct Core {
     ConnectionCheck check{defaults, secrets, session};
     Stores stores;
     TrendSync trends{defaults};
+    MemoryNotifications notifications;
+    MovementNotifier notices{defaults, notifications, [] { return false; }};
+    /// How often the widgets were asked to draw again.
+    int widgetReloads = 0;
+    WidgetSnapshotWriter widgets{folder.path() / "widgets", [this] { ++widgetReloads; }};
+    PassOutlets outlets{.widgets = widgets, .notices = &notices};
 
     explicit Core(PreferenceMap arguments = {}, Clock clock = systemNow)
         : defaults(folder.path() / "Preferences.json", std::move(arguments)),

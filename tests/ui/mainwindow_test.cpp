@@ -37,7 +37,8 @@ struct MainWindowTest : testing::Test {
     UserDefaults &defaults = core.defaults;
     Settings settings{defaults};
     Appearance appearance{settings, false};
-    MainWindowController controller{defaults, core.connector, core.stores, core.trends};
+    MainWindowController controller{
+        defaults, core.connector, core.stores, core.trends, core.outlets};
     SyncService sync{defaults, core.trends, core.folder.path() / "Seen.json"};
     test::MemoryNotifications notifications;
     MainWindow window{controller, defaults,      core.stores, core.check,
@@ -179,7 +180,7 @@ TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     defaults.set(preferences::defaultPassingScore, 65.0);
     EXPECT_EQ(passing->value(), 65);
     defaults.set(preferences::sidebarTermLimit, std::int64_t{2});
-    EXPECT_EQ(window.findChild<Sidebar *>()->list()->model()->rowCount(), 2);
+    EXPECT_EQ(window.findChild<Sidebar *>()->list()->model()->rowCount(), 3);
     defaults.set(preferences::textScale, 2.0);
     EXPECT_EQ(panes.findChild<QSpinBox *>()->value(), 200);
     defaults.set(preferences::textScale, 1.0);
@@ -294,12 +295,12 @@ TEST_F(MainWindowTest, SelectionSurvivesAFreshenAndAThirdClickRestoresTheOrder) 
 
 TEST_F(MainWindowTest, OpenTermsAreRemembered) {
     QTreeView *sidebar = window.findChild<Sidebar *>()->list();
-    EXPECT_TRUE(sidebar->isExpanded(sidebar->model()->index(0, 0)));
-    sidebar->setExpanded(sidebar->model()->index(0, 0), false);
-    sidebar->setExpanded(sidebar->model()->index(4, 0), true);
+    EXPECT_TRUE(sidebar->isExpanded(sidebar->model()->index(1, 0)));
+    sidebar->setExpanded(sidebar->model()->index(1, 0), false);
+    sidebar->setExpanded(sidebar->model()->index(5, 0), true);
     EXPECT_THAT(defaults.value(preferences::sidebarExpandedTerms), ElementsAre(9002, 9103));
     openCourse(900102);
-    EXPECT_FALSE(sidebar->isExpanded(sidebar->model()->index(0, 0)));
+    EXPECT_FALSE(sidebar->isExpanded(sidebar->model()->index(1, 0)));
 }
 
 TEST_F(MainWindowTest, EveryControlHasAName) {

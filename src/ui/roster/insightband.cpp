@@ -175,12 +175,12 @@ QWidget *InsightBand::makeTrend() {
         auto *line = new Sparkline(
             appearance, [level](const Theme &theme) { return levelColors(theme, level).text; },
             content);
-        std::vector<Sparkline::Point> points;
+        SparklineData trend{.days = trendDays, .highest = highest};
         for (const DailyLevels &day : insight.days) {
             const std::int64_t before = calendar::daysBetween(day.day, insight.days.back().day);
-            points.push_back({trendDays - before, day.count(level)});
+            trend.points.push_back({trendDays - before, day.count(level)});
         }
-        line->setPoints(std::move(points), trendDays, highest);
+        line->setLine(std::move(trend));
         grid->addWidget(line, int(i), 0);
         grid->addWidget(
             label(qstring(insight.sentences[i]), appearance.font(), content), int(i), 1);

@@ -38,12 +38,39 @@ class SidebarDelegate : public QStyledItemDelegate {
         painter->setRenderHint(QPainter::Antialiasing);
         if (index.parent().isValid())
             paintCourse(*painter, option, index);
+        else if (SidebarModel::isDashboard(index))
+            paintDashboard(*painter, option, index);
         else
             paintTerm(*painter, option, index);
         painter->restore();
     }
 
   private:
+    void paintDashboard(
+        QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
+        const Theme &theme = appearance.theme();
+        const int side = appearance.px(20);
+        QRect tile(option.rect.left() - appearance.px(4), 0, side, side);
+        tile.moveTop(option.rect.center().y() - side / 2 + 1);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(theme.secondaryText);
+        painter.drawRoundedRect(tile, side * 0.25, side * 0.25);
+        // Four cards.
+        painter.setBrush(theme.sidebar);
+        const double cell = side * 0.24;
+        for (const double x : {0.22, 0.54}) {
+            for (const double y : {0.22, 0.54}) {
+                painter.drawRoundedRect(
+                    QRectF(tile.left() + side * x, tile.top() + side * y, cell, cell), 1, 1);
+            }
+        }
+        painter.setFont(appearance.font(1, QFont::Medium));
+        painter.setPen(theme.text);
+        painter.drawText(
+            option.rect.adjusted(side + appearance.px(4), 0, 0, 0),
+            Qt::AlignLeft | Qt::AlignVCenter, index.data().toString());
+    }
+
     void paintTerm(
         QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
         const bool selected = option.state.testFlag(QStyle::State_Selected);
@@ -122,7 +149,7 @@ class SidebarTree : public QTreeView {
 
     void
     drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const override {
-        if (index.parent().isValid())
+        if (index.parent().isValid() || SidebarModel::isDashboard(index))
             return;
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
@@ -223,10 +250,11 @@ void Sidebar::reload() {
 void Sidebar::restoreExpansion() {
     const bool saved = defaults.object(preferences::sidebarExpandedTerms.name).has_value();
     const IDList open = defaults.value(preferences::sidebarExpandedTerms);
-    for (int row = 0; row < model->rowCount(); ++row) {
+    constexpr int first = SidebarModel::firstTerm;
+    for (int row = first; row < model->rowCount(); ++row) {
         const auto term = model->termAt(row);
         const bool listed = std::ranges::count(open, term.value_or(0)) > 0;
-        tree->setExpanded(model->index(row, 0), saved ? listed : row < openAtFirst);
+        tree->setExpanded(model->index(row, 0), saved ? listed : row < first + openAtFirst);
     }
 }
 
@@ -235,7 +263,7 @@ void Sidebar::rememberExpansion() {
         return;
     // Terms that are not listed now keep their state.
     IDList open = defaults.value(preferences::sidebarExpandedTerms);
-    for (int row = 0; row < model->rowCount(); ++row) {
+    for (int row = SidebarModel::firstTerm; row < model->rowCount(); ++row) {
         // The courses without a term are kept as term 0, which Canvas gives to none.
         const std::int64_t id = model->termAt(row).value_or(0);
         std::erase(open, id);

@@ -16,7 +16,7 @@ SidebarModel::SidebarModel(FlaggedCount flagged, QObject *parent)
 
 void SidebarModel::setTerms(std::vector<TermGroup> newTerms) {
     if (newTerms == terms) {
-        for (int row = 0; row < rowCount(); ++row) {
+        for (int row = firstTerm; row < rowCount(); ++row) {
             const QModelIndex term = index(row, 0);
             if (const int count = rowCount(term); count > 0)
                 Q_EMIT dataChanged(index(0, 0, term), index(count - 1, 0, term));
@@ -31,17 +31,23 @@ void SidebarModel::setTerms(std::vector<TermGroup> newTerms) {
 const Course *SidebarModel::courseAt(const QModelIndex &index) const {
     if (!index.isValid() || index.internalId() == termID)
         return nullptr;
-    return &terms[index.internalId()].courses[std::size_t(index.row())];
+    return &terms[index.internalId() - firstTerm].courses[std::size_t(index.row())];
 }
 
 Selection SidebarModel::selectionAt(const QModelIndex &index) const {
     if (const Course *course = courseAt(index))
         return CourseSelection{course->id};
+    if (isDashboard(index))
+        return DashboardSelection{};
     return TermSelection{termAt(index.row())};
 }
 
 std::optional<std::int64_t> SidebarModel::termAt(int row) const {
-    return terms[std::size_t(row)].id();
+    return terms[std::size_t(row - firstTerm)].id();
+}
+
+bool SidebarModel::isDashboard(const QModelIndex &index) {
+    return index.isValid() && index.internalId() == termID && index.row() < firstTerm;
 }
 
 QModelIndex SidebarModel::indexOf(const Selection &selection) const {
@@ -72,10 +78,10 @@ QModelIndex SidebarModel::parent(const QModelIndex &child) const {
 
 int SidebarModel::rowCount(const QModelIndex &parent) const {
     if (!parent.isValid())
-        return int(terms.size());
-    if (parent.internalId() != termID || parent.column() != 0)
+        return firstTerm + int(terms.size());
+    if (parent.internalId() != termID || parent.column() != 0 || isDashboard(parent))
         return 0;
-    return int(terms[std::size_t(parent.row())].courses.size());
+    return int(terms[std::size_t(parent.row() - firstTerm)].courses.size());
 }
 
 int SidebarModel::columnCount(const QModelIndex &) const {
@@ -87,9 +93,10 @@ QVariant SidebarModel::data(const QModelIndex &index, int role) const {
         return {};
     const Course *course = courseAt(index);
     if (course == nullptr) {
-        if (role == Qt::DisplayRole || role == Qt::AccessibleTextRole)
-            return qstring(title(terms[std::size_t(index.row())]));
-        return {};
+        if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole)
+            return {};
+        return isDashboard(index) ? QStringLiteral("Dashboard")
+                                  : qstring(title(terms[std::size_t(index.row() - firstTerm)]));
     }
     const auto flagged = flaggedCount(course->id);
     switch (role) {

@@ -10,8 +10,8 @@
 
 namespace ellwynd {
 
-/// Terms with their courses beneath. A course's flagged students stand beside it once it was
-/// scored.
+/// The dashboard, then terms with their courses beneath. A course's flagged students stand beside
+/// it once it was scored.
 class SidebarModel : public QAbstractItemModel {
     Q_OBJECT
 
@@ -26,8 +26,11 @@ class SidebarModel : public QAbstractItemModel {
 
     [[nodiscard]] Selection selectionAt(const QModelIndex &index) const;
     [[nodiscard]] QModelIndex indexOf(const Selection &selection) const;
-    /// The term of a top-level row, or nothing for the courses without one.
+    /// The rows of terms: from here to the last.
+    static constexpr int firstTerm = 1;
+    /// The term of such a row, or nothing for the courses without one.
     [[nodiscard]] std::optional<std::int64_t> termAt(int row) const;
+    [[nodiscard]] static bool isDashboard(const QModelIndex &index);
 
     [[nodiscard]] QModelIndex
     index(int row, int column, const QModelIndex &parent = {}) const override;

@@ -12,4 +12,9 @@ namespace ellwynd {
     return QString::fromUtf8(text.data(), qsizetype(text.size()));
 }
 
+/// A text for a menu or a button, where "&" would mark a key.
+[[nodiscard]] inline QString menuText(std::string_view text) {
+    return qstring(text).replace(u'&', QStringLiteral("&&"));
+}
+
 } // namespace ellwynd

@@ -36,6 +36,18 @@ QSize pillSize(const Appearance &appearance, const QString &text) {
         metrics.horizontalAdvance(text) + appearance.px(16), metrics.height() + appearance.px(3)};
 }
 
+void drawPill(
+    QPainter &painter, const QRect &pill, const QString &text, RiskLevel level,
+    const Appearance &appearance) {
+    const LevelColors &colors = levelColors(appearance.theme(), level);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colors.fill);
+    painter.drawRoundedRect(pill, appearance.px(6), appearance.px(6));
+    painter.setPen(colors.text);
+    painter.setFont(pillFont(appearance));
+    painter.drawText(pill, Qt::AlignCenter, text);
+}
+
 int drawLevel(
     QPainter &painter, const QRect &rect, std::optional<RiskLevel> level,
     const Appearance &appearance) {
@@ -44,14 +56,8 @@ int drawLevel(
     painter.setRenderHint(QPainter::Antialiasing);
     QSize size = pillSize(appearance, text);
     if (level) {
-        const LevelColors &colors = levelColors(appearance.theme(), *level);
-        QRect pill(QPoint(rect.left(), rect.center().y() - size.height() / 2), size);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(colors.fill);
-        painter.drawRoundedRect(pill, appearance.px(6), appearance.px(6));
-        painter.setPen(colors.text);
-        painter.setFont(pillFont(appearance));
-        painter.drawText(pill, Qt::AlignCenter, text);
+        const QRect pill(QPoint(rect.left(), rect.center().y() - size.height() / 2), size);
+        drawPill(painter, pill, text, *level, appearance);
     } else {
         painter.setPen(appearance.theme().secondaryText);
         painter.setFont(appearance.font());

@@ -8,6 +8,32 @@
 
 namespace ellwynd {
 
+void drawSparkline(
+    QPainter &painter, const QRectF &area, const SparklineData &line, const QColor &color,
+    const Appearance &appearance) {
+    if (line.points.empty())
+        return;
+    const double radius = appearance.px(6) / 2.0;
+    const QRectF inner = area.adjusted(radius, radius + 1, -radius, -radius - 1);
+    const auto days = double(std::max<std::int64_t>(1, line.days));
+    const auto highest = double(std::max<std::int64_t>(1, line.highest));
+    QPolygonF path;
+    for (const SparklinePoint &point : line.points) {
+        path << QPointF(
+            inner.left() + inner.width() * double(point.day) / days,
+            inner.bottom() - inner.height() * double(point.count) / highest);
+    }
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(
+        QPen(color, appearance.px(20) / 12.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(path);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawEllipse(path.last(), radius, radius);
+    painter.restore();
+}
+
 Sparkline::Sparkline(const Appearance &look, Color lineColor, QWidget *parent)
     : QWidget(parent), appearance(look), color(std::move(lineColor)) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -17,11 +43,8 @@ Sparkline::Sparkline(const Appearance &look, Color lineColor, QWidget *parent)
     });
 }
 
-void Sparkline::setPoints(
-    std::vector<Point> newPoints, std::int64_t dayCount, std::int64_t highestCount) {
-    points = std::move(newPoints);
-    days = std::max<std::int64_t>(1, dayCount);
-    highest = std::max<std::int64_t>(1, highestCount);
+void Sparkline::setLine(SparklineData newLine) {
+    line = std::move(newLine);
     update();
 }
 
@@ -30,25 +53,8 @@ QSize Sparkline::sizeHint() const {
 }
 
 void Sparkline::paintEvent(QPaintEvent *) {
-    if (points.empty())
-        return;
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const double radius = appearance.px(6) / 2.0;
-    const QRectF area = QRectF(rect()).adjusted(radius, radius + 1, -radius, -radius - 1);
-    QPolygonF line;
-    for (const Point &point : points) {
-        line << QPointF(
-            area.left() + area.width() * double(point.day) / double(days),
-            area.bottom() - area.height() * double(point.count) / double(highest));
-    }
-    const QColor stroke = color(appearance.theme());
-    painter.setPen(
-        QPen(stroke, appearance.px(20) / 12.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPolyline(line);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(stroke);
-    painter.drawEllipse(line.last(), radius, radius);
+    drawSparkline(painter, rect(), line, color(appearance.theme()), appearance);
 }
 
 } // namespace ellwynd

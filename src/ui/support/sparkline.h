@@ -6,10 +6,34 @@
 #include <QWidget>
 
 #include <functional>
+#include <vector>
+
+class QPainter;
 
 namespace ellwynd {
 
 class Appearance;
+
+/// One day's count; `day` counts from the left end of the line.
+struct SparklinePoint {
+    std::int64_t day = 0;
+    std::int64_t count = 0;
+};
+
+/// A line of counts.
+struct SparklineData {
+    /// By day; the last is drawn as a dot.
+    std::vector<SparklinePoint> points;
+    /// The length of the line, from 0 on.
+    std::int64_t days = 1;
+    /// The count at the upper edge; lines that are compared share it.
+    std::int64_t highest = 1;
+};
+
+/// Draws the line into `area`.
+void drawSparkline(
+    QPainter &painter, const QRectF &area, const SparklineData &line, const QColor &color,
+    const Appearance &appearance);
 
 class Sparkline : public QWidget {
     Q_OBJECT
@@ -17,18 +41,9 @@ class Sparkline : public QWidget {
   public:
     using Color = std::function<QColor(const Theme &)>;
 
-    /// One day's count; `day` counts from the left end of the line.
-    struct Point {
-        std::int64_t day = 0;
-        std::int64_t count = 0;
-    };
-
     Sparkline(const Appearance &appearance, Color color, QWidget *parent = nullptr);
 
-    /// @param points by day; the last is drawn as a dot.
-    /// @param days the length of the line, from 0 on.
-    /// @param highest the count at the upper edge; lines that are compared share it.
-    void setPoints(std::vector<Point> points, std::int64_t days, std::int64_t highest);
+    void setLine(SparklineData line);
 
     [[nodiscard]] QSize sizeHint() const override;
 
@@ -38,9 +53,7 @@ class Sparkline : public QWidget {
   private:
     const Appearance &appearance;
     Color color;
-    std::vector<Point> points;
-    std::int64_t days = 1;
-    std::int64_t highest = 1;
+    SparklineData line;
 };
 
 } // namespace ellwynd

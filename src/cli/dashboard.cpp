@@ -1,0 +1,162 @@
+#include "app/dashboardtexts.h"
+#include "app/mainwindowcontroller.h"
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/documents.h"
+#include "cli/table.h"
+#include "platform/widgettimelines.h"
+
+#include <QEventLoop>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace ellwynd::cli {
+
+namespace {
+
+JSON cardDocument(const DashboardCourseCard &card) {
+    return {
+        {"courseID", card.courseID},
+        {"name", card.name},
+        {"atRisk", card.atRisk},
+        {"concern", card.concern},
+        {"watch", card.watch},
+        {"total", card.total},
+        {"slipped", card.slipped},
+        {"newlyFlagged", card.newlyFlagged},
+        {"improved", card.improved},
+        {"awaitingFollowUp", card.awaitingFollowUp},
+        {"trend", card.trend},
+        {"mostMissed",
+         card.mostMissed
+             ? JSON{{"title", card.mostMissed->title}, {"count", card.mostMissed->count}}
+             : JSON(nullptr)}};
+}
+
+template<class T>
+JSON orNull(const std::optional<T> &value) {
+    return value ? JSON(*value) : JSON(nullptr);
+}
+
+JSON dashboardDocument(const Dashboard &dashboard) {
+    JSON menu = JSON::array();
+    for (const TermMenuItem &item : termMenu(dashboard))
+        menu.push_back({{"title", item.title}, {"tag", item.tag}, {"selected", item.selected}});
+    JSON terms = JSON::array();
+    for (const DashboardTerm &term : dashboard.model().terms) {
+        JSON cards = JSON::array();
+        for (const DashboardCourseCard &card : term.cards)
+            cards.push_back(cardDocument(card));
+        terms.push_back({{"id", term.id}, {"title", term.title}, {"cards", std::move(cards)}});
+    }
+    const DashboardTerm *shown = dashboard.shownTerm();
+    return {
+        {"updatedAt", formatInstant(dashboard.model().updatedAt)},
+        {"automaticTermID", orNull(dashboard.model().automaticTermID)},
+        {"termMenu", std::move(menu)},
+        {"shownTermID", orNull(dashboard.shownTermID())},
+        {"headline", shown != nullptr ? JSON(headline(*shown)) : JSON(nullptr)},
+        {"movementLine", shown != nullptr ? JSON(movementLine(*shown)) : JSON(nullptr)},
+        {"waitLine", orNull(waitLine(dashboard))},
+        {"stamp", shown != nullptr ? JSON(stamp(dashboard)) : JSON(nullptr)},
+        {"terms", std::move(terms)}};
+}
+
+std::string dashboardText(const Dashboard &dashboard) {
+    const DashboardTerm *shown = dashboard.shownTerm();
+    if (shown == nullptr)
+        return *waitLine(dashboard) + "\n";
+    std::string text = fmt::format(
+        "{}\n{}\n{} — {}\n\n", printable(shown->title), headline(*shown), movementLine(*shown),
+        stamp(dashboard));
+    Table table(
+        {{"Course"},
+         {"Flagged", true},
+         {"Levels"},
+         {"Moved"},
+         {"Follow-up", true},
+         {"Most missed"}});
+    for (const DashboardCourseCard &card : shown->cards) {
+        std::string levels;
+        for (const auto &[count, level] :
+             {std::pair{card.atRisk, RiskLevel::atRisk},
+              std::pair{card.concern, RiskLevel::concern},
+              std::pair{card.watch, RiskLevel::watch}}) {
+            if (count > 0)
+                levels += (levels.empty() ? "" : ", ") + levelCount(count, level);
+        }
+        table.add(
+            {card.name, fmt::format("{} of {}", card.flagged(), card.total),
+             levels.empty() ? "All OK" : levels, movementMarks(card),
+             card.awaitingFollowUp > 0 ? std::to_string(card.awaitingFollowUp) : "",
+             card.mostMissed
+                 ? fmt::format("{} ({})", card.mostMissed->title, card.mostMissed->count)
+                 : ""});
+    }
+    return text + table.text();
+}
+
+} // namespace
+
+/// The notice is on its way once the system has answered: calls are answered in their order, and
+/// the notice itself asks once before it is posted.
+void waitForNotices(UserNotifications &notifications) {
+    for (int answers = 0; answers < 2; ++answers) {
+        QEventLoop loop;
+        notifications.authorizationStatus([&loop](auto) {
+            QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+        });
+        loop.exec();
+    }
+}
+
+int runDashboard(Session &session, const QStringList &words) {
+    CommandLine line(session, "dashboard", "Score every course of the nearby terms.");
+    line.flag("notify", "Post the notice of students who newly do worse.");
+    if (!line.parse(words))
+        return done;
+    // Throws what a refresh would only show.
+    static_cast<void>(session.connect());
+    DesktopNotifications notifications;
+    MovementNotifier notices(session.defaults(), notifications, [] { return false; });
+    WidgetSnapshotWriter widgets(directories::widgetContainer(), widgetTimelines::reloadAll);
+    const Connector connector(session.defaults(), session.secrets(), session.http(), session.now);
+    MainWindowController controller(
+        session.defaults(), connector, session.stores(), session.trends(),
+        {.widgets = widgets, .notices = line.has("notify") ? &notices : nullptr}, session.now);
+
+    std::optional<CanvasError> failure;
+    bool complete = false;
+    QEventLoop loop;
+    QObject::connect(
+        &controller, &MainWindowController::errorDidOccur, &loop, [&](const CanvasError &error) {
+            failure = error;
+            loop.quit();
+        });
+    QObject::connect(&controller, &MainWindowController::passDidEnd, &loop, [&](bool whole) {
+        complete = whole;
+        loop.quit();
+    });
+    session.progress().begin("Reading the course list…");
+    QObject::connect(&controller.dashboard(), &Dashboard::dashboardModelDidChange, &loop, [&] {
+        const PassProgress &pass = controller.dashboard().progress();
+        if (pass.running) {
+            session.progress().begin(
+                fmt::format("Scored {} of {} courses…", pass.done, pass.total));
+        }
+    });
+    QMetaObject::invokeMethod(&controller, &MainWindowController::refresh, Qt::QueuedConnection);
+    loop.exec();
+    session.progress().end();
+    if (line.has("notify"))
+        waitForNotices(notifications);
+    if (failure)
+        throw *failure;
+    line.print(
+        line.wantsJSON() ? printed(dashboardDocument(controller.dashboard()))
+                         : dashboardText(controller.dashboard()));
+    return complete ? done : failed;
+}
+
+} // namespace ellwynd::cli

@@ -1,0 +1,47 @@
+// One course on the dashboard.
+#pragma once
+
+#include "app/dashboardmodel.h"
+
+#include <QAbstractButton>
+
+namespace ellwynd {
+
+class Appearance;
+
+/// A card that opens its course: how many are flagged, at which levels, who moved, two weeks as a
+/// line, and the work most of the class is missing. It draws itself, so that a page of many cards
+/// changes in place without a flicker.
+class CourseCard : public QAbstractButton {
+    Q_OBJECT
+
+  public:
+    explicit CourseCard(const Appearance &appearance, QWidget *parent = nullptr);
+
+    void setCard(const DashboardCourseCard &card);
+    [[nodiscard]] std::int64_t courseID() const { return card.courseID; }
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool event(QEvent *event) override;
+
+  private:
+    [[nodiscard]] QRect content() const;
+    [[nodiscard]] QRect trendArea() const;
+    [[nodiscard]] QRect mostMissedArea() const;
+    void drawHeading(QPainter &painter) const;
+    void drawCount(QPainter &painter) const;
+    void drawLevels(QPainter &painter) const;
+    void drawMostMissed(QPainter &painter) const;
+
+    const Appearance &appearance;
+    DashboardCourseCard card;
+    bool hovered = false;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,208 @@
+#include "ui/dashboard/dashboardpane.h"
+
+#include "app/dashboardtexts.h"
+#include "ui/dashboard/coursecard.h"
+#include "ui/dashboard/legend.h"
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+#include "ui/support/labels.h"
+
+#include <QGridLayout>
+#include <QMenu>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStackedWidget>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+DashboardPane::DashboardPane(Dashboard &board, const Appearance &look, QWidget *parent)
+    : QWidget(parent),
+      dashboard(board),
+      appearance(look),
+      headline(new ElidedLabel(this)),
+      subtitle(new ElidedLabel(this)),
+      terms(new QPushButton(this)),
+      refresh(new QPushButton(QStringLiteral("⟳"), this)),
+      stack(new QStackedWidget(this)),
+      scroll(new QScrollArea(this)),
+      page(new QWidget),
+      grid(new QGridLayout),
+      wait(plainLabel(nullptr, true)),
+      progress(new QProgressBar),
+      header(new QWidget(this)),
+      footer(new QWidget(this)) {
+    subtitle->setProperty("secondary", true);
+    terms->setMenu(new QMenu(terms));
+    terms->setToolTip(QStringLiteral("The term whose courses are shown"));
+    refresh->setProperty("quiet", true);
+    refresh->setToolTip(QStringLiteral("Refresh all courses (Ctrl+R)"));
+    refresh->setAccessibleName(QStringLiteral("Refresh all courses"));
+    wait->setAlignment(Qt::AlignCenter);
+    wait->setProperty("secondary", true);
+    progress->setTextVisible(false);
+    progress->setAccessibleName(QStringLiteral("Scoring"));
+
+    auto *names = new QVBoxLayout;
+    names->setSpacing(1);
+    names->addWidget(headline);
+    names->addWidget(subtitle);
+    auto *heading = new QHBoxLayout(header);
+    heading->addLayout(names, 1);
+    heading->addWidget(terms);
+    heading->addWidget(refresh);
+
+    page->setObjectName(QStringLiteral("plain"));
+    auto *pageColumn = new QVBoxLayout(page);
+    pageColumn->setContentsMargins(0, 0, 0, 0);
+    pageColumn->addLayout(grid);
+    pageColumn->addStretch(1);
+    scroll->setWidget(page);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    stack->addWidget(scroll);
+    auto *waitPage = new QWidget;
+    auto *waitColumn = new QVBoxLayout(waitPage);
+    waitColumn->addStretch(2);
+    waitColumn->addWidget(wait);
+    waitColumn->addWidget(progress, 0, Qt::AlignHCenter);
+    waitColumn->addStretch(3);
+    stack->addWidget(waitPage);
+
+    auto *line = new QFrame(footer);
+    line->setObjectName(QStringLiteral("separator"));
+    line->setFixedHeight(1);
+    auto *footerColumn = new QVBoxLayout(footer);
+    footerColumn->addWidget(line);
+    footerColumn->addWidget(new Legend(look, footer));
+
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(header);
+    column->addWidget(stack, 1);
+    column->addWidget(footer);
+
+    connect(terms->menu(), &QMenu::triggered, this, [this](const QAction *chosen) {
+        dashboard.selectTerm(chosen->data().toLongLong());
+    });
+    connect(refresh, &QPushButton::clicked, this, &DashboardPane::refreshRequested);
+    connect(&dashboard, &Dashboard::dashboardModelDidChange, this, &DashboardPane::show);
+    connect(&look, &Appearance::changed, this, &DashboardPane::applyAppearance);
+    applyAppearance();
+    show();
+}
+
+void DashboardPane::focusCards() {
+    if (!cards.empty() && cards.front()->isVisible())
+        cards.front()->setFocus(Qt::OtherFocusReason);
+    else
+        terms->setFocus(Qt::OtherFocusReason);
+}
+
+void DashboardPane::applyAppearance() {
+    headline->setFont(appearance.font(1.24, QFont::Bold));
+    wait->setFont(appearance.font(1.1));
+    const int side = appearance.px(18);
+    wait->setContentsMargins(side, side, side, side);
+    header->layout()->setContentsMargins(side, appearance.px(14), side, appearance.px(12));
+    header->layout()->setSpacing(appearance.px(10));
+    grid->setContentsMargins(side, appearance.px(4), side, side);
+    grid->setSpacing(appearance.px(14));
+    footer->layout()->setContentsMargins(side, 0, side, appearance.px(10));
+    footer->layout()->setSpacing(appearance.px(8));
+    arrangeCards();
+}
+
+void DashboardPane::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    arrangeCards();
+}
+
+void DashboardPane::show() {
+    showTermMenu();
+    const DashboardTerm *term = dashboard.shownTerm();
+    const PassProgress &pass = dashboard.progress();
+    if (term != nullptr) {
+        headline->setFullText(qstring(ellwynd::headline(*term)));
+        subtitle->setFullText(
+            qstring(movementLine(*term)) + QStringLiteral(" — ") + qstring(stamp(dashboard)));
+        showCards(term->cards);
+    } else {
+        headline->setFullText(QStringLiteral("Dashboard"));
+        subtitle->setFullText({});
+        wait->setText(qstring(waitLine(dashboard).value_or("")));
+        progress->setVisible(pass.running);
+        progress->setRange(0, int(pass.total));
+        progress->setValue(int(pass.done));
+    }
+    stack->setCurrentIndex(term != nullptr ? 0 : 1);
+    footer->setVisible(term != nullptr);
+}
+
+/// The menu is filled anew only when its items have changed, so that an open one stays open.
+void DashboardPane::showTermMenu() {
+    const std::vector<TermMenuItem> items = termMenu(dashboard);
+    QMenu *menu = terms->menu();
+    const auto same = [](const QAction *action, const TermMenuItem &item) {
+        return action->data().toLongLong() == item.tag && action->text() == menuText(item.title);
+    };
+    const QList<QAction *> actions = menu->actions();
+    if (!std::ranges::equal(actions, items, same)) {
+        menu->clear();
+        for (const TermMenuItem &item : items) {
+            QAction *action = menu->addAction(menuText(item.title));
+            action->setData(qlonglong(item.tag));
+            action->setCheckable(true);
+        }
+    }
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        menu->actions().at(qsizetype(i))->setChecked(items[i].selected);
+        if (items[i].selected) {
+            terms->setText(menuText(items[i].title));
+            terms->setAccessibleName(QStringLiteral("Term: ") + qstring(items[i].title));
+        }
+    }
+    terms->setVisible(!dashboard.preparedTerms().empty());
+}
+
+void DashboardPane::showCards(const std::vector<DashboardCourseCard> &wanted) {
+    while (cards.size() < wanted.size()) {
+        auto *card = new CourseCard(appearance, page);
+        connect(card, &CourseCard::clicked, this, [this, card] {
+            Q_EMIT courseRequested(card->courseID());
+        });
+        cards.push_back(card);
+        columns = 0;
+    }
+    for (std::size_t i = 0; i < cards.size(); ++i) {
+        if (i < wanted.size())
+            cards[i]->setCard(wanted[i]);
+        cards[i]->setVisible(i < wanted.size());
+    }
+    arrangeCards();
+}
+
+/// As many columns as there is room for.
+void DashboardPane::arrangeCards() {
+    if (cards.empty())
+        return;
+    const int room =
+        width() - 2 * appearance.px(18) - scroll->verticalScrollBar()->sizeHint().width();
+    const int spacing = grid->spacing();
+    const int fitting = std::max(1, (room + spacing) / (appearance.px(290) + spacing));
+    if (fitting == columns)
+        return;
+    for (int column = 0; column < std::max(columns, fitting); ++column)
+        grid->setColumnStretch(column, column < fitting ? 1 : 0);
+    columns = fitting;
+    for (std::size_t i = 0; i < cards.size(); ++i)
+        grid->addWidget(cards[i], int(i) / columns, int(i) % columns);
+}
+
+} // namespace ellwynd

@@ -1,0 +1,63 @@
+// The dashboard: one card per course of one term.
+#pragma once
+
+#include "app/dashboardmodel.h"
+
+#include <QWidget>
+
+class QGridLayout;
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QScrollArea;
+class QStackedWidget;
+
+namespace ellwynd {
+
+class Appearance;
+class CourseCard;
+class ElidedLabel;
+
+/// Shows the dashboard's model and changes in place as terms arrive.
+class DashboardPane : public QWidget {
+    Q_OBJECT
+
+  public:
+    DashboardPane(Dashboard &dashboard, const Appearance &appearance, QWidget *parent = nullptr);
+
+    /// The keyboard goes to the first card.
+    void focusCards();
+
+  Q_SIGNALS:
+    void courseRequested(std::int64_t courseID);
+    void refreshRequested();
+
+  protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+  private:
+    void show();
+    void showTermMenu();
+    void showCards(const std::vector<DashboardCourseCard> &cards);
+    void arrangeCards();
+    void applyAppearance();
+
+    Dashboard &dashboard;
+    const Appearance &appearance;
+    ElidedLabel *headline;
+    ElidedLabel *subtitle;
+    QPushButton *terms;
+    QPushButton *refresh;
+    QStackedWidget *stack;
+    QScrollArea *scroll;
+    QWidget *page;
+    QGridLayout *grid;
+    QLabel *wait;
+    QProgressBar *progress;
+    QWidget *header;
+    QWidget *footer;
+    std::vector<CourseCard *> cards;
+    int columns = 0;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,92 @@
+#include "ui/dashboard/legend.h"
+
+#include "app/dashboardtexts.h"
+#include "ui/support/appearance.h"
+#include "ui/support/convert.h"
+#include "ui/support/levelpill.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+Legend::Legend(const Appearance &look, QWidget *parent) : QWidget(parent), appearance(look) {
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+    setAccessibleName(QStringLiteral("Legend"));
+    QStringList entries;
+    for (const LegendEntry &entry : levelLegend)
+        entries << qstring(entry.term) + QStringLiteral(": ") + qstring(entry.meaning);
+    for (const LegendEntry &entry : markLegend)
+        entries << qstring(entry.term) + QStringLiteral(": ") + qstring(entry.meaning);
+    setAccessibleDescription(entries.join(u' '));
+    connect(&look, &Appearance::changed, this, [this] {
+        updateGeometry();
+        update();
+    });
+}
+
+QSize Legend::sizeHint() const {
+    return {appearance.px(600), heightForWidth(appearance.px(600))};
+}
+
+int Legend::heightForWidth(int width) const {
+    return layOut(width, nullptr);
+}
+
+void Legend::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    layOut(width(), &painter);
+}
+
+int Legend::layOut(int width, QPainter *painter) const {
+    const Theme &theme = appearance.theme();
+    const QFont font = appearance.font(0.9);
+    const QFontMetrics metrics(font);
+    const int lineHeight = pillSize(appearance, QStringLiteral("X")).height() + appearance.px(4);
+    QPoint at(0, 0);
+    const auto place = [&](const QString &term, std::optional<RiskLevel> level, const QColor &color,
+                           const QString &meaning) {
+        const int gap = appearance.px(6);
+        const int termWidth = level
+            ? pillSize(appearance, term).width()
+            : QFontMetrics(appearance.font(0.9, QFont::DemiBold)).horizontalAdvance(term);
+        const int room = termWidth + gap + metrics.horizontalAdvance(meaning);
+        if (at.x() > 0 && at.x() + room > width)
+            at = QPoint(0, at.y() + lineHeight);
+        if (painter != nullptr) {
+            const QRect line(at, QSize(width - at.x(), lineHeight));
+            if (level) {
+                QRect pill(at, pillSize(appearance, term));
+                pill.moveTop(at.y() + (lineHeight - pill.height()) / 2);
+                drawPill(*painter, pill, term, *level, appearance);
+            } else {
+                painter->setFont(appearance.font(0.9, QFont::DemiBold));
+                painter->setPen(color);
+                painter->drawText(line, Qt::AlignLeft | Qt::AlignVCenter, term);
+            }
+            painter->setFont(font);
+            painter->setPen(theme.secondaryText);
+            const QRect rest = line.adjusted(termWidth + gap, 0, 0, 0);
+            painter->drawText(
+                rest, Qt::AlignLeft | Qt::AlignVCenter,
+                metrics.elidedText(meaning, Qt::ElideRight, rest.width()));
+        }
+        at.rx() += room + appearance.px(20);
+    };
+    for (std::size_t i = 0; i < std::size(levelLegend); ++i) {
+        place(qstring(levelLegend[i].term), allRiskLevels[i], {}, qstring(levelLegend[i].meaning));
+    }
+    for (const LegendEntry &entry : markLegend) {
+        const QColor color = entry.term == "↑" ? theme.atRisk.text
+            : entry.term == "↓"                ? theme.ok.text
+                                               : theme.text;
+        place(qstring(entry.term), std::nullopt, color, qstring(entry.meaning));
+    }
+    return at.y() + lineHeight;
+}
+
+} // namespace ellwynd

@@ -1,0 +1,31 @@
+// What the words and marks of the dashboard mean.
+#pragma once
+
+#include <QWidget>
+
+namespace ellwynd {
+
+class Appearance;
+
+/// Entries side by side, in as many lines as they need.
+class Legend : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit Legend(const Appearance &appearance, QWidget *parent = nullptr);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+    [[nodiscard]] int heightForWidth(int width) const override;
+
+  protected:
+    void paintEvent(QPaintEvent *event) override;
+
+  private:
+    /// Lays the entries out, draws them where there is a painter, and returns the height.
+    int layOut(int width, QPainter *painter) const;
+
+    const Appearance &appearance;
+};
+
+} // namespace ellwynd

@@ -4,6 +4,7 @@
 #include "platform/files.h"
 #include "platform/launcharguments.h"
 #include "platform/notifications/usernotifications.h"
+#include "platform/wake.h"
 #include "platform/widgettimelines.h"
 #include "ui/mainwindow.h"
 #include "ui/support/appearance.h"
@@ -52,6 +53,7 @@ int main(int argc, char **argv) {
             if (state == Qt::ApplicationActive)
                 controller.cameBack();
         });
+    const auto waking = observeWake([&controller] { controller.cameBack(); });
     controller.startTimer();
     window.show();
     QTimer::singleShot(0, &controller, &MainWindowController::refresh);

@@ -1,6 +1,9 @@
 #include "canvas/connectioncheck.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
+#include "outputs/snapshot/snapshotfiles.h"
+#include "platform/files.h"
+#include "platform/widgettimelines.h"
 
 #include <istream>
 
@@ -45,6 +48,7 @@ int runDisconnect(Session &session, const QStringList &words) {
         return done;
     refuseSample(session, "disconnect");
     ConnectionCheck(session.defaults(), session.secrets(), session.http()).signOut();
+    WidgetSnapshotWriter(directories::widgetContainer(), widgetTimelines::reloadAll).clear();
     return done;
 }
 

@@ -38,10 +38,15 @@ TEST(Keyring, WhatIsOnScreenOutlivesALockedAndAKilledKeyring) {
     int errors = 0;
     QObject::connect(
         &controller, &MainWindowController::errorDidOccur, &controller, [&] { ++errors; });
+    int passes = 0;
+    QObject::connect(
+        &controller, &MainWindowController::passDidEnd, &controller, [&] { ++passes; });
     const auto refreshed = [&] {
+        const int before = passes;
         controller.refresh();
-        return test::until(
-            [&] { return controller.status() == "1 course" && !controller.isLoading(); });
+        return test::until([&] {
+            return controller.status() == "1 course" && !controller.isLoading() && passes > before;
+        });
     };
     controller.showCourse(4021);
     ASSERT_TRUE(refreshed());

@@ -1,0 +1,41 @@
+#include "platform/wake.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+
+namespace ellwynd {
+
+namespace {
+
+class WakeObserver : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit WakeObserver(std::function<void()> call) : woke(std::move(call)) {
+        QDBusConnection::systemBus().connect(
+            QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+            QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"),
+            this, SLOT(prepareForSleep(bool)));
+    }
+
+  private Q_SLOTS:
+    /// Told twice: before the computer sleeps, and after it woke.
+    void prepareForSleep(bool begins) {
+        if (!begins)
+            woke();
+    }
+
+  private:
+    std::function<void()> woke;
+};
+
+} // namespace
+
+std::shared_ptr<void> observeWake(std::function<void()> woke) {
+    return std::make_shared<WakeObserver>(std::move(woke));
+}
+
+} // namespace ellwynd
+
+#include "platform/wake.moc"

@@ -6,7 +6,8 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <initializer_list>
+#include <array>
+#include <span>
 
 namespace ellwynd {
 
@@ -36,20 +37,12 @@ T within(std::string_view key, const PreferenceValue &value, T lowest, T highest
 }
 
 std::string oneOf(
-    std::string_view key, const PreferenceValue &value,
-    std::initializer_list<std::string_view> choices) {
+    std::string_view key, const PreferenceValue &value, std::span<const std::string_view> choices) {
     const std::string takes = fmt::format("one of {}", fmt::join(choices, ", "));
     auto choice = checked<std::string>(key, value, takes);
     if (std::ranges::find(choices, choice) == choices.end())
         throw InvalidSetting(fmt::format("{} takes {}", key, takes));
     return choice;
-}
-
-/// The suffix of a key of the form "Course.{id}.{suffix}", or nothing.
-std::string_view courseSuffix(std::string_view key) {
-    if (!key.starts_with(courseSettings::prefix))
-        return {};
-    return key.substr(key.rfind('.') + 1);
 }
 
 bool isFlag(std::string_view key) {
@@ -73,7 +66,10 @@ bool isFlag(std::string_view key) {
 void writeSetting(UserDefaults &defaults, const std::string &key, PreferenceValue value) {
     using namespace preferences;
     using namespace thresholdBounds;
-    const std::string_view suffix = courseSuffix(key);
+    static constexpr std::array<std::string_view, 3> appearances{"automatic", "light", "dark"};
+    static constexpr std::array<std::string_view, 7> accents{"system", "blue", "indigo",  "purple",
+                                                             "teal",   "pink", "graphite"};
+    const std::string_view suffix = courseSettings::suffixOf(key);
     if (key == defaultPassingScore.name || suffix == courseSettings::passingScore)
         value = within<double>(key, value, minimumPassing, maximumPassing);
     else if (key == defaultInactivityDays.name || suffix == courseSettings::inactivityDays)
@@ -83,10 +79,13 @@ void writeSetting(UserDefaults &defaults, const std::string &key, PreferenceValu
     else if (key == sidebarTermLimit.name)
         value = sidebarTermLimit.normalise(checked<std::int64_t>(key, value, "a whole number"));
     else if (key == appearance.name)
-        value = oneOf(key, value, {"automatic", "light", "dark"});
+        value = oneOf(key, value, appearances);
     else if (key == accentTheme.name)
-        value =
-            oneOf(key, value, {"system", "blue", "indigo", "purple", "teal", "pink", "graphite"});
+        value = oneOf(key, value, accents);
+    else if (suffix == courseSettings::icon)
+        value = oneOf(key, value, courseSettings::iconWords);
+    else if (suffix == courseSettings::iconColor)
+        value = oneOf(key, value, courseSettings::colorWords);
     else if (isFlag(key))
         value = checked<bool>(key, value, "YES or NO");
     defaults.set(key, std::move(value));

@@ -19,6 +19,9 @@ using PreferenceValue = std::variant<bool, std::int64_t, double, std::string, ID
 
 using PreferenceMap = std::map<std::string, PreferenceValue, std::less<>>;
 
+/// Values to save, and keys to forget, which have none.
+using PreferenceChanges = std::map<std::string, std::optional<PreferenceValue>, std::less<>>;
+
 /// The value as a type, by the rules of every read in the program: a real may be given as an
 /// integer, a boolean as 0 or 1, and nothing else converts. Absent when it does not fit.
 template<class T>

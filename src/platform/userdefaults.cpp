@@ -144,23 +144,34 @@ struct UserDefaults::State {
         return changed;
     }
 
-    /// Applies one change on top of what the file holds now. `change` answers whether it made one.
-    template<class Change>
-    void apply(std::string_view key, Change change) {
-        std::vector<std::string> others;
-        bool changed = false;
+    /// Applies changes on top of what the file holds now, and returns what they replaced.
+    PreferenceChanges apply(const PreferenceChanges &changes) {
+        std::vector<std::string> changed;
+        PreferenceChanges replaced;
         {
             const files::Lock lock(file);
-            others = takeOver();
-            changed = change();
-            if (changed)
+            changed = takeOver();
+            for (const auto &[key, value] : changes) {
+                const auto found = saved.find(key);
+                const bool isSaved = found != saved.end();
+                if (value ? isSaved && same(*found, asJSON(*value)) : !isSaved)
+                    continue;
+                replaced.emplace(key, isSaved ? fromJSON(*found) : std::nullopt);
+                if (value)
+                    saved[key] = asJSON(*value);
+                else
+                    saved.erase(key);
+            }
+            if (!replaced.empty())
                 save();
         }
-        std::erase(others, key);
-        for (const std::string &other : others)
-            tell(other);
-        if (changed)
+        for (const auto &[key, value] : replaced) {
+            std::erase(changed, key);
+            changed.push_back(key);
+        }
+        for (const std::string &key : changed)
             tell(key);
+        return replaced;
     }
 };
 
@@ -186,18 +197,15 @@ std::optional<PreferenceValue> UserDefaults::object(std::string_view key) const 
 }
 
 void UserDefaults::set(std::string_view key, PreferenceValue value) {
-    state->apply(key, [&] {
-        const std::string name(key);
-        json written = asJSON(value);
-        if (state->saved.contains(name) && same(state->saved[name], written))
-            return false;
-        state->saved[name] = std::move(written);
-        return true;
-    });
+    state->apply({{std::string(key), std::move(value)}});
 }
 
 void UserDefaults::remove(std::string_view key) {
-    state->apply(key, [&] { return state->saved.erase(std::string(key)) > 0; });
+    state->apply({{std::string(key), std::nullopt}});
+}
+
+PreferenceChanges UserDefaults::update(const PreferenceChanges &changes) {
+    return state->apply(changes);
 }
 
 void UserDefaults::reloadIfChanged() {

@@ -52,6 +52,11 @@ class UserDefaults {
     /// Forgets a saved value, so that the default is in effect again.
     void remove(std::string_view key);
 
+    /// Saves several values, or forgets those that are absent, in one write of the file. Observers
+    /// hear of them when all are in effect.
+    /// @return what the values that changed were before; applying it takes the change back.
+    PreferenceChanges update(const PreferenceChanges &changes);
+
     /// What is saved, without launch arguments and defaults.
     [[nodiscard]] PreferenceMap persistentDomain() const;
 

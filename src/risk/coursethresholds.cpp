@@ -15,24 +15,6 @@ std::optional<T> own(const UserDefaults &defaults, std::int64_t courseID, std::s
 
 } // namespace
 
-std::string courseSettings::key(std::int64_t courseID, std::string_view suffix) {
-    return std::string(prefix) + std::to_string(courseID) + "." + std::string(suffix);
-}
-
-bool courseSettings::has(
-    const UserDefaults &defaults, std::int64_t courseID, std::string_view suffix) {
-    return defaults.object(key(courseID, suffix)).has_value();
-}
-
-void courseSettings::set(
-    UserDefaults &defaults, std::int64_t courseID, std::string_view suffix,
-    std::optional<PreferenceValue> value) {
-    if (value)
-        defaults.set(key(courseID, suffix), std::move(*value));
-    else
-        defaults.remove(key(courseID, suffix));
-}
-
 CourseThresholds courseThresholds(const UserDefaults &defaults, std::int64_t courseID) {
     const auto passing = own<double>(defaults, courseID, courseSettings::passingScore);
     const auto days = own<std::int64_t>(defaults, courseID, courseSettings::inactivityDays);

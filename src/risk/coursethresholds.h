@@ -1,7 +1,7 @@
 // The two numbers that steer the scorer: a default for every course, an override for any one.
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "platform/coursesettings.h"
 
 #include <string>
 
@@ -19,25 +19,6 @@ struct CourseThresholds {
     bool operator==(const CourseThresholds &) const = default;
     [[nodiscard]] bool anyOverridden() const { return passingOverridden || inactivityOverridden; }
 };
-
-namespace courseSettings {
-
-inline constexpr std::string_view prefix = "Course.";
-inline constexpr std::string_view passingScore = "PassingScore";
-inline constexpr std::string_view inactivityDays = "InactivityDays";
-
-/// "Course.4021.PassingScore".
-[[nodiscard]] std::string key(std::int64_t courseID, std::string_view suffix);
-
-/// Whether the course holds a value of its own.
-[[nodiscard]] bool has(const UserDefaults &, std::int64_t courseID, std::string_view suffix);
-
-/// Writes a course's own value; an absent one is removed, and the course follows the default.
-void set(
-    UserDefaults &, std::int64_t courseID, std::string_view suffix,
-    std::optional<PreferenceValue> value);
-
-} // namespace courseSettings
 
 /// The thresholds of a course now: nothing of the defaults is copied to a course, so one without an
 /// override moves with them.

@@ -119,6 +119,12 @@ TEST(WriteSetting, ChecksAsTheControlsDo) {
              {"AccentTheme", "teal", "\"teal\""},
              {"RosterCompactRows", "YES", "true"},
              {"RosterCompactRows", "maybe", std::nullopt},
+             {"Course.7.Icon", "flask", "\"flask\""},
+             {"Course.7.Icon", "Flask", std::nullopt},
+             {"Course.7.Icon", "5", std::nullopt},
+             {"Course.7.IconColor", "teal", "\"teal\""},
+             {"Course.7.IconColor", "flask", std::nullopt},
+             {"Icon", "anything", "\"anything\""},
              {"Unknown", "word", "\"word\""}}) {
         defaults.remove(row.key);
         std::optional<std::string> saved;

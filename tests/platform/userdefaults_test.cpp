@@ -75,6 +75,36 @@ TEST(UserDefaults, ReadsStoredValuesWithinTheirLimits) {
     }
 }
 
+TEST(UserDefaults, SeveralValuesAreOneChangeThatCanBeTakenBack) {
+    const Store store;
+    UserDefaults defaults = store.open();
+    const PreferenceMap before{{"A", std::int64_t{1}}, {"B", "b"s}, {"Same", 5.0}};
+    for (const auto &[key, value] : before)
+        defaults.set(key, value);
+    std::vector<std::string> heard;
+    auto observing = defaults.observe([&](std::string_view key) {
+        heard.emplace_back(key);
+        EXPECT_EQ(defaults.object("C"), PreferenceValue(true)) << "all are in effect by now";
+        EXPECT_EQ(store.open().persistentDomain(), defaults.persistentDomain());
+    });
+    const PreferenceChanges replaced = defaults.update(
+        {{"A", PreferenceValue(std::int64_t{2})},
+         {"B", std::nullopt},
+         {"C", PreferenceValue(true)},
+         {"Never", std::nullopt},
+         {"Same", PreferenceValue(5.0)}});
+    EXPECT_THAT(heard, testing::ElementsAre("A", "B", "C"));
+    const PreferenceChanges expected{
+        {"A", PreferenceValue(std::int64_t{1})}, {"B", PreferenceValue("b"s)}, {"C", std::nullopt}};
+    EXPECT_EQ(replaced, expected);
+    EXPECT_EQ(
+        defaults.persistentDomain(),
+        (PreferenceMap{{"A", std::int64_t{2}}, {"C", true}, {"Same", 5.0}}));
+    observing.reset();
+    defaults.update(replaced);
+    EXPECT_EQ(store.open().persistentDomain(), before);
+}
+
 TEST(UserDefaults, KeepsValuesOfUnknownShape) {
     const Store store;
     store.folder.write("Preferences.json", R"({"Future": {"a": [null, 1.5]}, "TextScale": 1.2})");

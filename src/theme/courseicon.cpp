@@ -1,17 +1,27 @@
 #include "theme/courseicon.h"
 
+#include "theme/courseglyphs.h"
+
 #include <QGuiApplication>
 #include <QPainter>
 
+#include <algorithm>
 #include <array>
 
 namespace ellwynd {
 
 namespace {
 
-constexpr std::array<QRgb, 10> tileColors{0xff2f6bdb, 0xffc2408a, 0xff7552cc, 0xff0f7f76,
-                                          0xffb45f06, 0xff2f7a46, 0xffb3403a, 0xff4a6785,
-                                          0xff8a5a2b, 0xff5b6abf};
+/// In the order of their words.
+constexpr std::array<QRgb, courseSettings::colorWords.size()> tileColors{
+    0xff2f6bdb, 0xffc2408a, 0xff7552cc, 0xff0f7f76, 0xffb45f06,
+    0xff2f7a46, 0xffb3403a, 0xff4a6785, 0xff8a5a2b, 0xff5b6abf};
+
+/// The middle of a tile, in whole pixels: a small tile has no room for a wide margin.
+QRectF glyphBox(int tile) {
+    const int margin = tile * (tile < 24 ? 15 : 19) / 100;
+    return QRectF(0, 0, tile, tile).adjusted(margin, margin, -margin, -margin);
+}
 
 } // namespace
 
@@ -28,7 +38,10 @@ QString courseInitials(std::string_view courseName) {
     return letters;
 }
 
-QColor courseColor(std::int64_t courseID) {
+QColor courseColor(std::int64_t courseID, std::string_view chosen) {
+    const auto &words = courseSettings::colorWords;
+    if (const auto *word = std::ranges::find(words, chosen); word != words.end())
+        return tileColors[std::size_t(word - words.begin())];
     // The digit sum: consecutive ids, as a term's courses often have, get different colours.
     std::size_t sum = 0;
     for (std::uint64_t rest = std::uint64_t(courseID); rest > 0; rest /= 10)
@@ -36,15 +49,19 @@ QColor courseColor(std::int64_t courseID) {
     return tileColors[sum % tileColors.size()];
 }
 
-QPixmap courseTile(std::int64_t courseID, std::string_view courseName, int size, qreal pixelRatio) {
+QPixmap courseTile(
+    std::int64_t courseID, std::string_view courseName, int size, qreal pixelRatio,
+    const CourseIcon &chosen) {
     QPixmap pixmap(QSize(size, size) * pixelRatio);
     pixmap.setDevicePixelRatio(pixelRatio);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(courseColor(courseID));
+    painter.setBrush(courseColor(courseID, chosen.color));
     painter.drawRoundedRect(QRectF(0, 0, size, size), size * 0.26, size * 0.26);
+    if (drawCourseGlyph(painter, chosen.icon, glyphBox(size), Qt::white))
+        return pixmap;
     QFont font = QGuiApplication::font();
     const QString letters = courseInitials(courseName);
     font.setPixelSize(std::max(6, int(size * (letters.size() > 2 ? 0.34 : 0.44))));

@@ -1,6 +1,8 @@
 // The coloured tile that stands for a course.
 #pragma once
 
+#include "platform/coursesettings.h"
+
 #include <QPixmap>
 
 #include <cstdint>
@@ -12,11 +14,15 @@ namespace ellwynd {
 /// "CS 101  4021 - Intro". Empty for a name without a letter.
 [[nodiscard]] QString courseInitials(std::string_view courseName);
 
-/// The tile's colour: the same for the same course id, with white text readable on it.
-[[nodiscard]] QColor courseColor(std::int64_t courseID);
+/// The tile's colour: the one that was chosen, or else the same for the same course id. White is
+/// readable on each.
+/// @param chosen a word of `courseSettings::colorWords`; any other counts as none.
+[[nodiscard]] QColor courseColor(std::int64_t courseID, std::string_view chosen = {});
 
 /// A rounded tile, `size` device-independent pixels wide, drawn for a screen of that pixel ratio.
-[[nodiscard]] QPixmap
-courseTile(std::int64_t courseID, std::string_view courseName, int size, qreal pixelRatio);
+/// It shows the glyph that was chosen, or else the course's letters.
+[[nodiscard]] QPixmap courseTile(
+    std::int64_t courseID, std::string_view courseName, int size, qreal pixelRatio,
+    const CourseIcon &chosen = {});
 
 } // namespace ellwynd

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace ellwynd {
 namespace {
 
@@ -47,6 +49,41 @@ TEST(CourseIcon, NamesTheSubject) {
         EXPECT_GE(contrast(courseColor(id), Qt::white), 4.5) << id;
     EXPECT_NE(courseColor(900101), courseColor(900102));
     EXPECT_TRUE(courseColor(-1).isValid());
+}
+
+TEST(CourseIcon, EveryWordHasAPictureOfItsOwn) {
+    const auto tile = [](std::string_view icon, std::string_view color) {
+        const CourseIcon chosen{.icon = std::string(icon), .color = std::string(color)};
+        return courseTile(7, "CS 101", 20, 1, chosen).toImage();
+    };
+    std::vector<QImage> seen{tile("", "")};
+    for (const std::string_view word : courseSettings::iconWords) {
+        const QImage image = tile(word, "");
+        EXPECT_EQ(std::ranges::find(seen, image), seen.end()) << word;
+        seen.push_back(image);
+    }
+    std::vector<QColor> colors;
+    for (const std::string_view word : courseSettings::colorWords) {
+        const QColor color = courseColor(7, word);
+        EXPECT_GE(contrast(color, Qt::white), 4.5) << word;
+        EXPECT_EQ(std::ranges::find(colors, color), colors.end()) << word;
+        colors.push_back(color);
+        EXPECT_EQ(tile("heart", word).pixelColor(10, 1), color) << word;
+    }
+    EXPECT_EQ(tile("zebra", "plaid"), seen.front());
+}
+
+TEST(CourseIcon, ReadsTheWordsItKnows) {
+    const test::TemporaryFolder folder;
+    UserDefaults defaults(folder.path() / "Preferences.json", {});
+    defaults.set("Course.1.Icon", std::string("flask"));
+    defaults.set("Course.1.IconColor", std::string("Teal"));
+    defaults.set("Course.2.Icon", std::int64_t{5});
+    EXPECT_EQ(courseIcon(defaults, 1), (CourseIcon{.icon = "flask", .color = ""}));
+    EXPECT_EQ(courseIcon(defaults, 2), CourseIcon{});
+    EXPECT_TRUE(courseSettings::isIconKey("Course.1.IconColor"));
+    EXPECT_FALSE(courseSettings::isIconKey("Course.1.PassingScore"));
+    EXPECT_FALSE(courseSettings::isIconKey("Icon"));
 }
 
 TEST(Appearance, FollowsItsPreferences) {

@@ -169,6 +169,27 @@ TEST_F(MainWindowTest, TheSheetSetsAndReleasesThresholds) {
     sheet->close();
 }
 
+TEST_F(MainWindowTest, TilesFollowTheChosenIconAtOnce) {
+    openCourse(900101);
+    const auto header = [this] { return window.roster()->grab().toImage(); };
+    const auto list = [this] {
+        QApplication::processEvents();
+        return window.findChild<Sidebar *>()->list()->viewport()->grab().toImage();
+    };
+    const QImage headerBefore = header();
+    const QImage listBefore = list();
+    defaults.set("Course.900102.IconColor", std::string("slate"));
+    EXPECT_EQ(header(), headerBefore) << "another course's";
+    EXPECT_NE(list(), listBefore);
+    defaults.remove("Course.900102.IconColor");
+    defaults.set("Course.900101.Icon", std::string("atom"));
+    EXPECT_NE(header(), headerBefore);
+    EXPECT_NE(list(), listBefore);
+    defaults.remove("Course.900101.Icon");
+    EXPECT_EQ(header(), headerBefore);
+    EXPECT_EQ(list(), listBefore);
+}
+
 TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     openCourse(900101);
     SettingsWindow &panes = window.settings();

@@ -91,6 +91,8 @@ RosterPane::RosterPane(
               students->setCompact(defaults.value(preferences::rosterCompactRows));
           else if (key == preferences::courseInsightPanelMode.name)
               showInsight();
+          else if (courseSettings::isIconKey(key))
+              showHeader();
       })) {
     refresh->setAccessibleName(QStringLiteral("Refresh this roster"));
     refresh->setProperty("quiet", true);
@@ -252,8 +254,9 @@ void RosterPane::showHeader() {
     title->setFullText(qstring(roster.title));
     tile->setVisible(course);
     if (course) {
-        tile->setPixmap(
-            courseTile(*roster.courseID, roster.title, appearance.px(36), devicePixelRatioF()));
+        tile->setPixmap(courseTile(
+            *roster.courseID, roster.title, appearance.px(36), devicePixelRatioF(),
+            courseIcon(defaults, *roster.courseID)));
     }
     thresholds->setVisible(course);
     thresholds->setText(

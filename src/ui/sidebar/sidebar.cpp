@@ -24,8 +24,8 @@ constexpr int openAtFirst = 2;
 /// Draws a term as a small heading and a course as its tile, its name and its count.
 class SidebarDelegate : public QStyledItemDelegate {
   public:
-    SidebarDelegate(const Appearance &look, QObject *parent)
-        : QStyledItemDelegate(parent), appearance(look) {}
+    SidebarDelegate(const UserDefaults &store, const Appearance &look, QObject *parent)
+        : QStyledItemDelegate(parent), defaults(store), appearance(look) {}
 
     [[nodiscard]] QSize
     sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const override {
@@ -109,12 +109,12 @@ class SidebarDelegate : public QStyledItemDelegate {
         }
 
         const int tile = appearance.px(20);
+        const std::int64_t courseID = index.data(SidebarModel::courseIDRole).toLongLong();
         painter.drawPixmap(
             row.left(), row.center().y() - tile / 2 + 1,
             courseTile(
-                index.data(SidebarModel::courseIDRole).toLongLong(),
-                index.data().toString().toStdString(), tile,
-                painter.device()->devicePixelRatioF()));
+                courseID, index.data().toString().toStdString(), tile,
+                painter.device()->devicePixelRatioF(), courseIcon(defaults, courseID)));
         row.setLeft(row.left() + tile + appearance.px(8));
         painter.setFont(appearance.font());
         painter.setPen(theme.text);
@@ -123,6 +123,7 @@ class SidebarDelegate : public QStyledItemDelegate {
             painter.fontMetrics().elidedText(index.data().toString(), Qt::ElideRight, row.width()));
     }
 
+    const UserDefaults &defaults;
     const Appearance &appearance;
 };
 
@@ -178,13 +179,17 @@ Sidebar::Sidebar(
       model(new SidebarModel(
           [&driver](std::int64_t courseID) { return driver.flaggedStudents(courseID); }, this)),
       tree(new SidebarTree(appearance, this)),
-      status(plainLabel(this, true)) {
+      status(plainLabel(this, true)),
+      observing(store.observe([this](std::string_view key) {
+          if (courseSettings::isIconKey(key))
+              tree->viewport()->update();
+      })) {
     setObjectName(QStringLiteral("sidebarPane"));
     setAttribute(Qt::WA_StyledBackground);
     tree->setObjectName(QStringLiteral("sidebar"));
     tree->setAccessibleName(QStringLiteral("Terms and courses"));
     tree->setModel(model);
-    tree->setItemDelegate(new SidebarDelegate(appearance, tree));
+    tree->setItemDelegate(new SidebarDelegate(store, appearance, tree));
     tree->setHeaderHidden(true);
     tree->setUniformRowHeights(false);
     tree->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -39,6 +39,7 @@ class Sidebar : public QWidget {
     QLabel *status;
     /// Set while this view itself moves the tree's state.
     bool settingState = false;
+    std::shared_ptr<void> observing;
 };
 
 } // namespace ellwynd

@@ -1,0 +1,18 @@
+// The small drawings that a course's tile can carry.
+#pragma once
+
+#include <QColor>
+#include <QRectF>
+
+#include <string_view>
+
+class QPainter;
+
+namespace ellwynd {
+
+/// Draws the glyph of a word of `courseSettings::iconWords`, filling a square.
+/// @return false, with nothing drawn, for any other word.
+bool drawCourseGlyph(
+    QPainter &painter, std::string_view word, const QRectF &box, const QColor &color);
+
+} // namespace ellwynd

@@ -10,13 +10,17 @@
 #include "ui/mainwindow.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
+#include "ui/sheets/copysetupsheet.h"
+#include "ui/sheets/iconsheet.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/support/appearance.h"
+#include "ui/welcome/welcomewindow.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTemporaryDir>
 
 #include <fmt/format.h>
@@ -85,6 +89,7 @@ class Studio {
             save(*sheet, "thresholds");
             sheet->close();
         }
+        drawCourseSheets(defaults, controller, appearance, window);
         defaults.set(preferences::rosterCompactRows, true);
         settle();
         save(window, "compact");
@@ -135,11 +140,62 @@ class Studio {
         about.show();
         settle();
         save(about, "about");
+        drawWelcome(defaults, check, appearance);
     }
 
     [[nodiscard]] bool failed() const { return anyFailed; }
 
   private:
+    void drawCourseSheets(
+        UserDefaults &defaults, const MainWindowController &controller,
+        const Appearance &appearance, MainWindow &window) {
+        writeSetting(defaults, "Course.900101.Icon", std::string("code"));
+        writeSetting(defaults, "Course.900102.Icon", std::string("palette"));
+        writeSetting(defaults, "Course.900102.IconColor", std::string("purple"));
+        auto *icon = new IconSheet(
+            introToProgramming, controller.roster().title, defaults, appearance, &window);
+        icon->show();
+        settle();
+        save(*icon, "icon");
+        icon->accept();
+
+        std::vector<Course> courses;
+        for (const TermGroup &group : controller.sidebarTerms())
+            courses.insert(courses.end(), group.courses.begin(), group.courses.end());
+        for (const Course &course : courses) {
+            if (course.term && course.term->id != courses.front().term->id)
+                writeSetting(
+                    defaults, courseSettings::key(course.id, courseSettings::passingScore), 65.0);
+        }
+        auto *copy = new CopySetupSheet(introToProgramming, courses, defaults, appearance, &window);
+        copy->show();
+        settle();
+        save(*copy, "copy-setup");
+        copy->reject();
+        settle();
+        save(window, "icons");
+    }
+
+    void drawWelcome(UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance) {
+        auto *welcome = new WelcomeWindow(defaults, check, appearance);
+        welcome->show();
+        settle();
+        save(*welcome, "welcome-1");
+        const auto press = [welcome](const QString &text) {
+            for (auto *button : welcome->findChildren<QPushButton *>()) {
+                if (button->text() == text)
+                    button->click();
+            }
+            settle();
+        };
+        press(QStringLiteral("Continue"));
+        welcome->findChild<QLineEdit *>()->setText(QStringLiteral("canvas.example.edu"));
+        press(QStringLiteral("Connect"));
+        save(*welcome, "welcome-2");
+        welcome->close();
+        settle();
+    }
+
     void save(QWidget &widget, const char *name) {
         const QString file =
             target.filePath(QStringLiteral("%1-%2.png").arg(QString::fromUtf8(name), suffix));

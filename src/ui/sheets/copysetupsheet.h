@@ -1,0 +1,47 @@
+// "Copy Course Setup…".
+#pragma once
+
+#include "app/coursesetup.h"
+#include "ui/support/sheet.h"
+
+class QLabel;
+class QListWidget;
+class QPushButton;
+
+namespace ellwynd {
+
+class Appearance;
+
+/// Lists the courses of earlier terms and gives a course what one of them has set. Where one looks
+/// like the course's earlier edition it is chosen already.
+class CopySetupSheet : public Sheet {
+    Q_OBJECT
+
+  public:
+    /// @param courses every course of the teacher's, the one to be set up among them.
+    CopySetupSheet(
+        std::int64_t courseID, const std::vector<Course> &courses, UserDefaults &defaults,
+        const Appearance &appearance, QWidget *parent);
+
+  Q_SIGNALS:
+    /// The setup was copied.
+    /// @param note what was done, in a sentence.
+    /// @param replaced takes it back when it is handed to `UserDefaults::update`.
+    void setupCopied(const QString &note, const ellwynd::PreferenceChanges &replaced);
+
+  private:
+    void fillList(const SetupCandidates &candidates);
+    void showSummary();
+    void copy();
+    [[nodiscard]] std::optional<std::int64_t> chosen() const;
+
+    std::int64_t courseID;
+    UserDefaults &defaults;
+    const Appearance &appearance;
+    QListWidget *list;
+    QLabel *summary;
+    QPushButton *copyButton;
+    std::shared_ptr<void> observing;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,52 @@
+// The glyph and the colour of one course's tile.
+#pragma once
+
+#include "platform/coursesettings.h"
+#include "ui/support/sheet.h"
+
+class QButtonGroup;
+class QGridLayout;
+class QLabel;
+class QPushButton;
+
+namespace ellwynd {
+
+class Appearance;
+
+/// Chooses what a course's tile shows. Every choice is written at once, and the windows behind the
+/// sheet follow; leaving it by Cancel puts back what was there before.
+class IconSheet : public Sheet {
+    Q_OBJECT
+
+  public:
+    IconSheet(
+        std::int64_t courseID, const std::string &courseName, UserDefaults &defaults,
+        const Appearance &appearance, QWidget *parent);
+
+    void reject() override;
+
+  private:
+    /// Sets every control from the preferences.
+    void showChoice();
+    void write(std::string_view suffix, const std::string &word);
+    void useDefault();
+    void apply(const PreferenceChanges &changes);
+    QGridLayout *makeGrid(QButtonGroup &group, std::string_view suffix);
+
+    std::int64_t courseID;
+    std::string courseName;
+    UserDefaults &defaults;
+    const Appearance &appearance;
+    QLabel *preview;
+    QLabel *description;
+    QButtonGroup *icons;
+    QButtonGroup *colors;
+    QPushButton *followDefault;
+    /// Set while this sheet itself moves the choice.
+    bool showing = false;
+    /// Of every key that this sheet has changed, what was saved when it was opened.
+    PreferenceChanges before;
+    std::shared_ptr<void> observing;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,183 @@
+// The sheets of one course, driven by keyboard.
+#include "app/coursesetup.h"
+#include "support/core.h"
+#include "support/instants.h"
+#include "theme/courseicon.h"
+#include "ui/sheets/copysetupsheet.h"
+#include "ui/sheets/iconsheet.h"
+#include "ui/support/appearance.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QLabel>
+#include <QListWidget>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using testing::HasSubstr;
+
+struct CourseSheetsTest : testing::Test {
+    test::Core core;
+    UserDefaults &defaults = core.defaults;
+    Settings settings{defaults};
+    Appearance appearance{settings, false};
+
+    /// Shows a sheet as the window in front, which the focus needs.
+    template<class SheetType>
+    static SheetType *shown(SheetType *sheet) {
+        sheet->show();
+        sheet->activateWindow();
+        QApplication::processEvents();
+        return sheet;
+    }
+
+    IconSheet *openIcon(const std::string &name = "CS 101") {
+        return shown(new IconSheet(7, name, defaults, appearance, nullptr));
+    }
+
+    static void press(Qt::Key key, int times = 1) {
+        for (int i = 0; i < times; ++i)
+            QTest::keyClick(QApplication::focusWidget(), key);
+    }
+
+    static std::string focusedName() {
+        return QApplication::focusWidget()->accessibleName().toStdString();
+    }
+
+    [[nodiscard]] CourseIcon icon() const { return courseIcon(defaults, 7); }
+};
+
+TEST_F(CourseSheetsTest, ArrowsChooseAnIconAtOnce) {
+    const QPointer<IconSheet> sheet = openIcon();
+    ASSERT_EQ(focusedName(), "Subject letters");
+    press(Qt::Key_Right);
+    EXPECT_EQ(icon().icon, "code");
+    press(Qt::Key_Down);
+    EXPECT_EQ(icon().icon, "leaf") << "nine to a row";
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focusedName(), "Automatic colour");
+    press(Qt::Key_Right, 4);
+    EXPECT_EQ(icon(), (CourseIcon{.icon = "leaf", .color = "teal"}));
+    // The preview is the tile that the other views draw.
+    const auto labels = sheet->findChildren<QLabel *>();
+    const auto preview = std::ranges::find_if(labels, [](const QLabel *label) {
+        return label->accessibleName() == QStringLiteral("Leaf on teal");
+    });
+    ASSERT_NE(preview, labels.end());
+    EXPECT_EQ(
+        (*preview)->pixmap().toImage(),
+        courseTile(7, "CS 101", appearance.px(64), 1, icon()).toImage());
+    QAccessibleInterface *cell = QAccessible::queryAccessibleInterface(QApplication::focusWidget());
+    EXPECT_EQ(cell->role(), QAccessible::RadioButton);
+    EXPECT_TRUE(cell->state().checked);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(!sheet || !sheet->isVisible());
+    EXPECT_EQ(icon(), (CourseIcon{.icon = "leaf", .color = "teal"}));
+}
+
+TEST_F(CourseSheetsTest, CancelPutsBackWhatWasThere) {
+    defaults.set("Course.7.Icon", std::string("from-a-newer-version"));
+    openIcon();
+    EXPECT_EQ(
+        defaults.object("Course.7.Icon"), PreferenceValue(std::string("from-a-newer-version")))
+        << "opening the sheet writes nothing";
+    press(Qt::Key_Right, 3);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Right);
+    EXPECT_EQ(icon(), (CourseIcon{.icon = "chip", .color = "blue"}));
+    press(Qt::Key_Escape);
+    EXPECT_EQ(
+        defaults.persistentDomain(),
+        (PreferenceMap{{"Course.7.Icon", std::string("from-a-newer-version")}}));
+}
+
+TEST_F(CourseSheetsTest, UseDefaultForgetsBothAndCanBeCancelled) {
+    defaults.set("Course.7.Icon", std::string("gear"));
+    defaults.set("Course.7.IconColor", std::string("red"));
+    for (const bool cancelled : {true, false}) {
+        openIcon("<b>bold</b>");
+        ASSERT_EQ(focusedName(), "Gear");
+        press(Qt::Key_Tab, 2);
+        auto *button = qobject_cast<QPushButton *>(QApplication::focusWidget());
+        ASSERT_NE(button, nullptr);
+        ASSERT_EQ(button->text(), QStringLiteral("Use Default"));
+        press(Qt::Key_Space);
+        EXPECT_TRUE(defaults.persistentDomain().empty());
+        EXPECT_FALSE(button->isEnabled());
+        QTest::keyClick(button->window(), cancelled ? Qt::Key_Escape : Qt::Key_Return);
+        EXPECT_EQ(icon().color, cancelled ? "red" : "");
+    }
+}
+
+const Term fall{.id = 2, .name = "Fall", .startAt = test::at("2026-08-20T00:00:00Z")};
+const Term spring{.id = 1, .name = "<i>Spring</i>", .startAt = test::at("2026-01-10T00:00:00Z")};
+
+const std::vector<Course> someCourses{
+    {.id = 7, .name = "CS 101 1 - Intro", .term = fall},
+    {.id = 5, .name = "<b>ART</b>\n\"1\"", .term = spring},
+    {.id = 6, .name = "CS 101 9 - Intro", .term = spring},
+    {.id = 4}};
+
+TEST_F(CourseSheetsTest, TheEarlierEditionIsChosenAndCopied) {
+    defaults.set("Course.6.PassingScore", 65.0);
+    defaults.set("Course.6.Icon", std::string("code"));
+    const PreferenceMap before = defaults.persistentDomain();
+    auto *sheet = shown(new CopySetupSheet(7, someCourses, defaults, appearance, nullptr));
+    QString note;
+    PreferenceChanges replaced;
+    QObject::connect(
+        sheet, &CopySetupSheet::setupCopied, sheet,
+        [&](const QString &text, const PreferenceChanges &changes) {
+            note = text;
+            replaced = changes;
+        });
+    auto *list = sheet->findChild<QListWidget *>();
+    EXPECT_EQ(QApplication::focusWidget(), list);
+    std::vector<std::string> lines;
+    for (int row = 0; row < list->count(); ++row)
+        lines.push_back(list->item(row)->text().toStdString());
+    EXPECT_THAT(
+        lines,
+        testing::ElementsAre(
+            "<i>Spring</i>", "<b>ART</b> \"1\"", "CS 101 9 - Intro — earlier edition",
+            "Other courses", "Course 4"));
+    const auto says = [sheet](const char *text) {
+        return std::ranges::any_of(sheet->findChildren<QLabel *>(), [text](const QLabel *label) {
+            return label->text().contains(QString::fromUtf8(text));
+        });
+    };
+    auto *copy = sheet->findChildren<QPushButton *>().front();
+    ASSERT_EQ(copy->text(), QStringLiteral("Copy Setup"));
+    EXPECT_TRUE(says("Passing score 65%, icon."));
+    press(Qt::Key_Down);
+    EXPECT_EQ(list->currentItem()->text(), QStringLiteral("Course 4"))
+        << "headings are passed over";
+    EXPECT_TRUE(says("follows the defaults"));
+    EXPECT_FALSE(copy->isEnabled());
+    press(Qt::Key_Up);
+    EXPECT_TRUE(copy->isEnabled());
+    press(Qt::Key_Return);
+    EXPECT_EQ(note, QStringLiteral("Copied the setup of CS 101 9 - Intro."));
+    EXPECT_EQ(courseSetup(defaults, 7), courseSetup(defaults, 6));
+    defaults.update(replaced);
+    EXPECT_EQ(defaults.persistentDomain(), before);
+}
+
+TEST_F(CourseSheetsTest, WithoutAnEarlierCourseThereIsNothingToCopy) {
+    auto *sheet =
+        shown(new CopySetupSheet(7, {{.id = 7, .name = "CS 101"}}, defaults, appearance, nullptr));
+    EXPECT_FALSE(sheet->findChild<QListWidget *>()->isVisible());
+    EXPECT_FALSE(sheet->findChildren<QPushButton *>().front()->isEnabled());
+    press(Qt::Key_Return);
+    EXPECT_TRUE(defaults.persistentDomain().empty());
+}
+
+} // namespace
+} // namespace ellwynd

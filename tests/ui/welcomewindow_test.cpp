@@ -1,0 +1,228 @@
+#include "support/core.h"
+#include "support/fakecanvas.h"
+#include "support/until.h"
+#include "ui/support/appearance.h"
+#include "ui/support/labels.h"
+#include "ui/welcome/stepdots.h"
+#include "ui/welcome/welcomewindow.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QLineEdit>
+#include <QPointer>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using test::until;
+
+struct WelcomeWindowTest : testing::Test {
+    test::Core core;
+    UserDefaults &defaults = core.defaults;
+    Settings settings{defaults};
+    Appearance appearance{settings, false};
+    test::FakeCanvas canvas;
+    QPointer<WelcomeWindow> window;
+    std::vector<std::string> announced;
+    int connections = 0;
+    int samples = 0;
+
+    void SetUp() override {
+        test::trustAuthority();
+        canvas.answerWith([](const test::FakeRequest &request) {
+            if (request.headers.value("authorization") == "Bearer secret-token")
+                return test::FakeReply{.body = R"({"name":"Ana <b>Ruiz</b>"})"};
+            return test::FakeReply{.status = 401};
+        });
+    }
+
+    void TearDown() override { delete window; }
+
+    void open() {
+        window = new WelcomeWindow(defaults, core.check, appearance);
+        QObject::connect(window, &WelcomeWindow::announced, window, [this](const QString &text) {
+            announced.push_back(text.toStdString());
+        });
+        QObject::connect(
+            window, &WelcomeWindow::connectionDidChange, window, [this] { ++connections; });
+        QObject::connect(window, &WelcomeWindow::sampleRequested, window, [this] { ++samples; });
+        window->show();
+        window->activateWindow();
+        QApplication::processEvents();
+    }
+
+    static void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+
+    static void type(const std::string &text) {
+        QTest::keyClicks(QApplication::focusWidget(), QString::fromStdString(text));
+    }
+
+    [[nodiscard]] bool says(const std::string &text) const {
+        return std::ranges::any_of(window->findChildren<QLabel *>(), [&](const QLabel *label) {
+            return label->isVisible() && label->text().toStdString() == text;
+        });
+    }
+
+    [[nodiscard]] QLineEdit *field(int index) const {
+        return window->findChildren<QLineEdit *>().at(index);
+    }
+
+    [[nodiscard]] QPushButton *button(const char *text) const {
+        for (auto *candidate : window->findChildren<QPushButton *>()) {
+            if (candidate->text() == QString::fromUtf8(text))
+                return candidate;
+        }
+        return nullptr;
+    }
+
+    [[nodiscard]] std::int64_t saved() const { return defaults.value(preferences::onboardingStep); }
+};
+
+TEST_F(WelcomeWindowTest, IsDueUntilFinishedOrConnected) {
+    struct Row {
+        PreferenceValue step;
+        bool connected;
+        bool due;
+    };
+    for (const Row &row : std::vector<Row>{
+             {std::int64_t{0}, false, true},
+             {std::int64_t{2}, false, true},
+             {std::int64_t{2}, true, false},
+             {std::int64_t{3}, false, false},
+             {std::int64_t{99}, false, false},
+             {std::int64_t{-1}, false, true},
+             {std::string("two"), false, true}}) {
+        defaults.set("Onboarding.step", row.step);
+        EXPECT_EQ(WelcomeWindow::isDue(defaults, row.connected), row.due) << toJSON(row.step);
+    }
+    defaults.set(preferences::sampleData, true);
+    EXPECT_FALSE(WelcomeWindow::isDue(defaults, false));
+}
+
+TEST_F(WelcomeWindowTest, ConnectsByKeyboardAlone) {
+    open();
+    EXPECT_EQ(saved(), WelcomeWindow::introduction);
+    press(Qt::Key_Return);
+    EXPECT_EQ(window->step(), WelcomeWindow::choice);
+    ASSERT_EQ(QApplication::focusWidget(), field(0));
+
+    // Every failure in its own words, and the fields keep their text.
+    type("localhost");
+    press(Qt::Key_Return);
+    EXPECT_TRUE(until([&] { return announced.size() == 1; }));
+    EXPECT_THAT(announced.back(), testing::HasSubstr("Enter your Canvas address first"));
+    EXPECT_EQ(field(0)->text(), QStringLiteral("localhost"));
+    field(0)->clear();
+    type(canvas.address());
+    press(Qt::Key_Return);
+    EXPECT_TRUE(until([&] { return announced.size() == 2; }));
+    EXPECT_TRUE(says("Paste your Canvas access token first."));
+    press(Qt::Key_Tab);
+    ASSERT_EQ(QApplication::focusWidget(), field(1));
+    EXPECT_EQ(field(1)->echoMode(), QLineEdit::Password);
+    type("wrong");
+    press(Qt::Key_Return);
+    EXPECT_TRUE(window->findChild<QProgressBar *>()->isVisible());
+    EXPECT_FALSE(button("Connect")->isEnabled());
+    EXPECT_TRUE(says("Checking " + canvas.address() + "…"));
+    EXPECT_TRUE(until([&] { return announced.size() == 3; }));
+    EXPECT_TRUE(says("Canvas rejected the access token."));
+    EXPECT_EQ(announced.back(), "Connection test failed. Canvas rejected the access token.");
+    EXPECT_EQ(field(1)->text(), QStringLiteral("wrong"));
+    EXPECT_EQ(QApplication::focusWidget(), field(1));
+    EXPECT_TRUE(core.secrets.secrets.empty());
+    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "");
+    EXPECT_EQ(connections, 0);
+
+    field(1)->clear();
+    type("secret-token");
+    press(Qt::Key_Return);
+    EXPECT_TRUE(until([&] { return announced.size() == 4; }));
+    EXPECT_EQ(connections, 1);
+    EXPECT_EQ(window->step(), WelcomeWindow::finished);
+    EXPECT_TRUE(says("Connected as Ana <b>Ruiz</b>"));
+    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), canvas.address());
+    EXPECT_EQ(core.secrets.secrets.begin()->second, "secret-token");
+    EXPECT_EQ(saved(), WelcomeWindow::finished);
+    press(Qt::Key_Return);
+    EXPECT_FALSE(window && window->isVisible());
+    EXPECT_FALSE(WelcomeWindow::isDue(defaults, false));
+
+    // Looked at once more, it begins anew and stays finished.
+    delete window;
+    open();
+    EXPECT_EQ(window->step(), WelcomeWindow::introduction);
+    EXPECT_EQ(saved(), WelcomeWindow::finished);
+}
+
+TEST_F(WelcomeWindowTest, ATokenThatCannotBeKeptIsNoConnection) {
+    defaults.set(preferences::onboardingStep, std::int64_t{WelcomeWindow::choice});
+    open();
+    type(canvas.address());
+    field(1)->setText(QStringLiteral("secret-token"));
+    core.secrets.failure.emplace(KeychainError::locked, "The keyring is locked.");
+    press(Qt::Key_Return);
+    EXPECT_TRUE(until([&] { return !announced.empty(); }));
+    EXPECT_TRUE(says("Keychain error (3): The keyring is locked."));
+    EXPECT_EQ(window->step(), WelcomeWindow::choice);
+    EXPECT_EQ(field(1)->text(), QStringLiteral("secret-token"));
+    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "");
+    EXPECT_EQ(connections, 0);
+}
+
+TEST_F(WelcomeWindowTest, ClosedWhileCheckingItSavesNothing) {
+    defaults.set(preferences::onboardingStep, std::int64_t{WelcomeWindow::choice});
+    for (const bool destroyed : {false, true}) {
+        canvas.requests.clear();
+        open();
+        type(canvas.address());
+        field(1)->setText(QStringLiteral("secret-token"));
+        press(Qt::Key_Return);
+        if (destroyed)
+            delete window;
+        else
+            QTest::keyClick(window, Qt::Key_Escape);
+        EXPECT_TRUE(until([&] { return !canvas.requests.empty(); }));
+        for (int i = 0; i < 20; ++i)
+            QApplication::processEvents(QEventLoop::AllEvents, 10);
+        EXPECT_TRUE(core.secrets.secrets.empty());
+        EXPECT_EQ(saved(), WelcomeWindow::choice) << "it opens there again";
+    }
+}
+
+TEST_F(WelcomeWindowTest, OffersTheSampleCollegeAndTheWayBack) {
+    open();
+    press(Qt::Key_Return);
+    auto *dots = window->findChild<StepDots *>();
+    EXPECT_EQ(dots->accessibleName(), QStringLiteral("Step 2 of 3"));
+    button("Explore the Sample College")->setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(samples, 1);
+    EXPECT_EQ(connections, 0);
+    EXPECT_TRUE(announced.empty()) << "nothing was checked";
+    button("Back")->setFocus();
+    press(Qt::Key_Space);
+    EXPECT_EQ(window->step(), WelcomeWindow::introduction);
+    EXPECT_EQ(dots->accessibleName(), QStringLiteral("Step 1 of 3"));
+    press(Qt::Key_Escape);
+    EXPECT_EQ(saved(), WelcomeWindow::introduction);
+    EXPECT_TRUE(WelcomeWindow::isDue(defaults, false));
+}
+
+TEST_F(WelcomeWindowTest, AsksForNoTokenWhileTheKeychainIsShut) {
+    defaults.set(preferences::canvasBaseURL, canvas.address());
+    defaults.set(preferences::onboardingStep, std::int64_t{WelcomeWindow::choice});
+    core.secrets.failure.emplace(KeychainError::locked, "The keyring is locked.");
+    open();
+    EXPECT_FALSE(field(1)->isEnabled());
+    EXPECT_EQ(field(0)->text().toStdString(), canvas.address());
+    EXPECT_TRUE(says(core.check.state().status));
+}
+
+} // namespace
+} // namespace ellwynd

@@ -169,8 +169,27 @@ TEST_F(MainWindowTest, TheSheetSetsAndReleasesThresholds) {
     sheet->close();
 }
 
+/// Counts how often a view paints itself.
+struct PaintCount : QObject {
+    int paints = 0;
+    bool eventFilter(QObject *, QEvent *event) override {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
 TEST_F(MainWindowTest, TilesFollowTheChosenIconAtOnce) {
     openCourse(900101);
+    PaintCount counter;
+    window.findChild<Sidebar *>()->list()->viewport()->installEventFilter(&counter);
+    QApplication::processEvents();
+    counter.paints = 0;
+    defaults.set("Course.900102.Future", true);
+    QApplication::processEvents();
+    EXPECT_EQ(counter.paints, 0);
+    defaults.set("Course.900102.Icon", std::string("leaf"));
+    QApplication::processEvents();
+    EXPECT_EQ(counter.paints, 1);
     const auto header = [this] { return window.roster()->grab().toImage(); };
     const auto list = [this] {
         QApplication::processEvents();

@@ -245,15 +245,18 @@ QWidget *WelcomeWindow::makeEnd() {
     return makePage(
         QStringLiteral("You are connected"),
         {connectedAs,
-         makeText(QStringLiteral(
-             "Ellwynd is reading your courses. Open one at the left: the students who need "
-             "attention stand on top, and each reason is a sentence.")),
-         makeText(QStringLiteral(
-             "A course is scored against a passing score and an inactivity window. Set them for "
-             "every course in Settings, or for one course in its header.")),
-         makeText(QStringLiteral(
-             "From the second day on, Ellwynd can tell you who slipped and who improved since your "
-             "last visit. Settings says what it remembers, and forgets it when you ask."))});
+         makeCard(
+             QStringLiteral("What comes next"),
+             {makeList(
+                 {QStringLiteral("Ellwynd is reading your courses. Open one at the left: the "
+                                 "students who need attention stand on top, and each reason is a "
+                                 "sentence."),
+                  QStringLiteral("Students are scored against a passing score and an inactivity "
+                                 "window. Set them for every course in Settings, or for one course "
+                                 "in its header."),
+                  QStringLiteral("From the second day on, Ellwynd can tell you who slipped and who "
+                                 "improved since your last visit. Settings says what it remembers, "
+                                 "and forgets it when you ask.")})})});
 }
 
 // ---- Steps -------------------------------------------------------------------------------------

@@ -1,27 +1,70 @@
+#include "app/appdelegate.h"
+#include "app/applicationservice.h"
+#include "app/deeplink.h"
 #include "app/mainwindowcontroller.h"
+#include "app/startupcleanup.h"
 #include "app/syncservice.h"
+#include "app/updater.h"
 #include "canvas/connectioncheck.h"
+#include "generated/version.h"
 #include "platform/files.h"
 #include "platform/launcharguments.h"
 #include "platform/notifications/usernotifications.h"
 #include "platform/wake.h"
 #include "platform/widgettimelines.h"
+#include "theme/applicationicon.h"
 #include "ui/mainwindow.h"
+#include "ui/shellalerts.h"
 #include "ui/support/appearance.h"
+#include "ui/support/convert.h"
 
 #include <QApplication>
-#include <QTimer>
+
+#include <fmt/format.h>
+
+#include <algorithm>
 
 int main(int argc, char **argv) {
     using namespace ellwynd;
-    // Before the application takes its own options away.
-    const LaunchArguments arguments =
+    // Before the application takes its own options away, and the token for its first window.
+    LaunchArguments arguments =
         parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));
+    const QString activationToken = activationTokenOfStart();
 
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Ellwynd"));
     QApplication::setDesktopFileName(QStringLiteral("com.varnok.Ellwynd"));
+    QApplication::setWindowIcon(applicationIcon());
+    // Now, since the file may be replaced while the program runs.
+    const QString program = QApplication::applicationFilePath();
 
+    LaunchArguments remaining =
+        parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));
+    arguments.domain.merge(remaining.domain);
+    const auto stray = std::ranges::find_if_not(remaining.rest, looksLikeLink);
+    if (stray != remaining.rest.end()) {
+        fmt::print(
+            stderr,
+            "ellwynd: \"{}\" is no link and no \"-Key value\" pair.\nTry \"man ellwynd\".\n",
+            *stray);
+        return 2;
+    }
+    QStringList links;
+    for (const std::string &word : remaining.rest)
+        links << qstring(word);
+
+    ApplicationService service;
+    switch (service.start(links, activationToken)) {
+    case ApplicationService::Outcome::first:
+        break;
+    case ApplicationService::Outcome::handedOver:
+        return 0;
+    case ApplicationService::Outcome::unanswered:
+        fmt::print(stderr, "ellwynd: Ellwynd is running already, but does not answer.\n");
+        return 1;
+    }
+
+    removeResidualCacheFiles(directories::caches());
     UserDefaults defaults(directories::config() / "Preferences.json", arguments.domain);
     defaults.watch();
     Settings settings(defaults);
@@ -40,10 +83,26 @@ int main(int argc, char **argv) {
     WidgetSnapshotWriter widgets(directories::widgetContainer(), widgetTimelines::reloadAll);
     MainWindowController controller(
         defaults, connector, stores, trends, {.widgets = widgets, .notices = &notices});
+    AppcastFeed feed(defaults, feedURL);
+    Updater updater(defaults, feed, buildNumber);
+    AppDelegate shell(
+        defaults, controller, service, updater, [&] { return startDetached(program); });
     MainWindow window(controller, defaults, stores, connection, sync, notifications, appearance);
+    const ShellAlerts alerts(shell, updater, &window);
+
     QObject::connect(
         &sync, &SyncService::settingsDidSyncExternally, &controller,
         &MainWindowController::refresh);
+    QObject::connect(&shell, &AppDelegate::shouldActivate, &window, &MainWindow::activate);
+    QObject::connect(
+        &shell, &AppDelegate::shouldTerminate, &application, &QApplication::quit,
+        Qt::QueuedConnection);
+    QObject::connect(&updater, &Updater::updateFound, &window, &MainWindow::showUpdate);
+    QObject::connect(
+        &updater, &Updater::updateWithdrawn, &window, [&window] { window.showUpdate({}); });
+    QObject::connect(&notices, &MovementNotifier::shouldActivate, &window, [&window] {
+        window.activate();
+    });
     QObject::connect(
         &notices, &MovementNotifier::courseShouldOpen, &controller,
         &MainWindowController::showCourse);
@@ -56,6 +115,7 @@ int main(int argc, char **argv) {
     const auto waking = observeWake([&controller] { controller.cameBack(); });
     controller.startTimer();
     window.show();
-    QTimer::singleShot(0, &controller, &MainWindowController::refresh);
+    QMetaObject::invokeMethod(
+        &shell, [&] { shell.launch(links); }, Qt::QueuedConnection);
     return QApplication::exec();
 }

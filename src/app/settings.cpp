@@ -57,6 +57,7 @@ bool isFlag(std::string_view key) {
         widgetsHideCourseNames.name,
         movementNotifications.name,
         notifyWhileActive.name,
+        automaticUpdateChecks.name,
         syncSettings.name};
     return std::ranges::find(flags, key) != flags.end();
 }

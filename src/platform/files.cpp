@@ -229,6 +229,10 @@ fs::path directories::config() {
     return baseDirectory("XDG_CONFIG_HOME", ".config") / "Ellwynd";
 }
 
+fs::path directories::caches() {
+    return baseDirectory("XDG_CACHE_HOME", ".cache") / "Ellwynd";
+}
+
 fs::path directories::data() {
     return baseDirectory("XDG_DATA_HOME", ".local/share") / "Ellwynd";
 }

@@ -98,6 +98,9 @@ namespace directories {
 /// What is true of this machine alone: "$XDG_STATE_HOME/Ellwynd".
 [[nodiscard]] std::filesystem::path state();
 
+/// What anybody may throw away: "$XDG_CACHE_HOME/Ellwynd".
+[[nodiscard]] std::filesystem::path caches();
+
 /// The files the program remembers by: "$XDG_DATA_HOME/Ellwynd".
 [[nodiscard]] std::filesystem::path data();
 

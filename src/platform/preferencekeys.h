@@ -79,6 +79,11 @@ inline constexpr PreferenceKey<bool> syncSettings{"SyncSettingsViaICloud", false
 inline constexpr PreferenceKey<std::string> cloudStoreFolder{"CloudStoreFolder", ""};
 
 // Updates and first run.
+/// Look for updates once a day without being asked; where the program was built without a feed
+/// there is none to look at.
+inline constexpr PreferenceKey<bool> automaticUpdateChecks{"AutomaticUpdateChecks", true};
+/// The instant at which an update check last began; empty before the first.
+inline constexpr PreferenceKey<std::string> lastUpdateCheck{"LastUpdateCheck", ""};
 /// "yyyy-MM-dd", the last day whose first update check ended well.
 inline constexpr PreferenceKey<std::string> lastCountedCheckDay{"LastCountedCheckDay", ""};
 /// Build and version of an announced update; empty for none.

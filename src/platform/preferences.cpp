@@ -50,7 +50,7 @@ PreferenceMap preferences::registeredDefaults() {
         defaultInactivityDays, appearance, accentTheme, textScale, rosterCompactRows,
         sidebarTermLimit, studentDetailsHidden, rememberContacts, rememberRosterHistory,
         dashboardTermID, widgetsHideCourseNames, movementNotifications, notifyWhileActive,
-        syncSettings, onboardingStep, courseInsightPanelMode);
+        syncSettings, automaticUpdateChecks, onboardingStep, courseInsightPanelMode);
     return map;
 }
 

@@ -9,6 +9,7 @@
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/sidebar/sidebar.h"
+#include "ui/support/alert.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 
@@ -367,13 +368,10 @@ void MainWindow::showAlert(const QString &title, const QString &text) {
 }
 
 void MainWindow::showError(const CanvasError &error) {
-    auto *box = new QMessageBox(
-        QMessageBox::Information, QStringLiteral("Ellwynd"), QStringLiteral("Ellwynd"),
-        QMessageBox::NoButton, this);
-    box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(
+    QMessageBox *box = plainAlert(
+        this, QStringLiteral("Ellwynd"),
         qstring(error.errorDescription()) + QStringLiteral("\n\n") +
-        qstring(error.recoverySuggestion()));
+            qstring(error.recoverySuggestion()));
     if (error.which() == CanvasError::Case::unauthorized) {
         auto *open =
             box->addButton(QStringLiteral("Open Connection Settings…"), QMessageBox::ActionRole);
@@ -382,8 +380,22 @@ void MainWindow::showError(const CanvasError &error) {
         });
     }
     box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
-    box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
+}
+
+void MainWindow::activate(const QString &activationToken) {
+    // Where a token is needed to come to the front, the window system's plugin takes it from there.
+    if (!activationToken.isEmpty() &&
+        QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void MainWindow::showUpdate(const QString &version) {
+    sidebar->showUpdate(version);
 }
 
 // ---- Sheets ------------------------------------------------------------------------------------

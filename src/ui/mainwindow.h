@@ -50,6 +50,12 @@ class MainWindow : public QMainWindow {
     /// The settings window, made on first use.
     ellwynd::SettingsWindow &settings();
 
+    /// Comes to the front.
+    /// @param activationToken the desktop's leave to do so; may be empty.
+    void activate(const QString &activationToken);
+    /// Names an update that is there to be installed.
+    void showUpdate(const QString &version);
+
   protected:
     void closeEvent(QCloseEvent *event) override;
 

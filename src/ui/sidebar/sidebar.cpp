@@ -179,6 +179,7 @@ Sidebar::Sidebar(
       model(new SidebarModel(
           [&driver](std::int64_t courseID) { return driver.flaggedStudents(courseID); }, this)),
       tree(new SidebarTree(appearance, this)),
+      updateBanner(plainLabel(this, true)),
       status(plainLabel(this, true)),
       observing(store.observe([this](std::string_view key) {
           if (courseSettings::isIconKey(key))
@@ -196,15 +197,22 @@ Sidebar::Sidebar(
     tree->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
     tree->setExpandsOnDoubleClick(false);
+    updateBanner->setObjectName(QStringLiteral("updateBanner"));
+    updateBanner->hide();
     status->setProperty("secondary", true);
 
     auto *column = new QVBoxLayout(this);
     column->setSpacing(0);
     column->addWidget(tree, 1);
+    auto *bannerRow = new QVBoxLayout;
+    bannerRow->addWidget(updateBanner);
+    column->addLayout(bannerRow);
     column->addWidget(status);
     const auto size = [=, &appearance, this] {
         const int margin = appearance.px(8);
         column->setContentsMargins(0, margin, 0, margin);
+        bannerRow->setContentsMargins(margin, 0, margin, 0);
+        updateBanner->setFont(appearance.font(0.92));
         status->setContentsMargins(appearance.px(16), margin, margin, 0);
         status->setFont(appearance.font(0.92));
         tree->setIndentation(appearance.px(18));
@@ -234,6 +242,12 @@ Sidebar::Sidebar(
 
 void Sidebar::showStatus() {
     status->setText(qstring(controller.status()));
+}
+
+void Sidebar::showUpdate(const QString &version) {
+    updateBanner->setText(
+        QStringLiteral("Ellwynd %1 is available. Your package manager installs it.").arg(version));
+    updateBanner->setVisible(!version.isEmpty());
 }
 
 void Sidebar::reload() {

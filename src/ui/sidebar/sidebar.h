@@ -26,6 +26,9 @@ class Sidebar : public QWidget {
 
     [[nodiscard]] QTreeView *list() const { return tree; }
 
+    /// Shows the banner of an update; an empty version takes it away.
+    void showUpdate(const QString &version);
+
   private:
     void reload();
     void restoreExpansion();
@@ -36,6 +39,7 @@ class Sidebar : public QWidget {
     UserDefaults &defaults;
     SidebarModel *model;
     QTreeView *tree;
+    QLabel *updateBanner;
     QLabel *status;
     /// Set while this view itself moves the tree's state.
     bool settingState = false;

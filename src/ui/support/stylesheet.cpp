@@ -88,6 +88,7 @@ QFrame#separator { background: @separator; max-height: 1px; border: none; }
 QLabel[secondary="true"] { color: @secondaryText; }
 QLabel[attention="true"] { color: @attention; }
 QWidget#sidebarPane, QWidget#sidebarFooter { background: @sidebar; }
+QLabel#updateBanner { background: @selection; color: @text; border-radius: 6px; padding: $8; }
 QWidget#detailsPane { background: @window; }
 )";
 

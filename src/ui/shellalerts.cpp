@@ -1,0 +1,53 @@
+#include "ui/shellalerts.h"
+
+#include "app/appdelegate.h"
+#include "app/samplemode.h"
+#include "app/updater.h"
+#include "generated/version.h"
+#include "ui/support/alert.h"
+#include "ui/support/convert.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace ellwynd {
+
+ShellAlerts::ShellAlerts(AppDelegate &delegate, Updater &updater, QWidget *over)
+    : QObject(over), shell(delegate), window(over) {
+    connect(&shell, &AppDelegate::relaunchDidFail, this, [this](const QString &message) {
+        tell(QStringLiteral("Ellwynd couldn’t be restarted."), message);
+    });
+    connect(&updater, &Updater::upToDate, this, [this] {
+        tell(
+            QStringLiteral("You’re up to date."),
+            QStringLiteral("Ellwynd %1 is the newest version.").arg(qstring(version)));
+    });
+    connect(&updater, &Updater::checkFailed, this, [this](const QString &message) {
+        tell(QStringLiteral("Couldn’t check for updates."), message);
+    });
+}
+
+void ShellAlerts::switchSampleMode() {
+    if (shell.isSampleMode()) {
+        shell.switchSampleMode();
+        return;
+    }
+    QMessageBox *box =
+        plainAlert(window, qstring(samplemode::question), qstring(samplemode::explanation));
+    auto *restart = box->addButton(qstring(samplemode::confirm), QMessageBox::AcceptRole);
+    box->addButton(qstring(samplemode::cancel), QMessageBox::RejectRole);
+    box->setDefaultButton(restart);
+    // Queued: what is confirmed ends the program, and the alert should have closed by then.
+    connect(
+        restart, &QPushButton::clicked, &shell, &AppDelegate::switchSampleMode,
+        Qt::QueuedConnection);
+    box->open();
+}
+
+void ShellAlerts::tell(const QString &message, const QString &detail) {
+    QMessageBox *box = plainAlert(window, message, detail);
+    box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
+    box->open();
+}
+
+} // namespace ellwynd

@@ -1,0 +1,112 @@
+#include "app/appdelegate.h"
+#include "app/applicationservice.h"
+#include "app/mainwindowcontroller.h"
+#include "app/syncservice.h"
+#include "app/updater.h"
+#include "support/core.h"
+#include "ui/mainwindow.h"
+#include "ui/shellalerts.h"
+#include "ui/support/appearance.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+struct ShellTest : testing::Test {
+    test::Core core;
+    UserDefaults &defaults = core.defaults;
+    Settings settings{defaults};
+    Appearance appearance{settings, false};
+    MainWindowController controller{defaults, core.connector, core.stores, core.trends};
+    SyncService sync{defaults, core.trends, core.folder.path() / "Seen.json"};
+    AppcastFeed feed{defaults, ""};
+    Updater updater{defaults, feed, "1"};
+    ApplicationService service{QDBusConnection(QStringLiteral("none"))};
+    int started = 0;
+    std::optional<std::string> failure;
+    AppDelegate delegate{defaults, controller, service, updater, [this] {
+                             ++started;
+                             return failure;
+                         }};
+    MainWindow window{controller, defaults, core.stores, core.check, sync, appearance};
+    ShellAlerts alerts{delegate, updater, &window};
+
+    ShellTest() { window.show(); }
+
+    [[nodiscard]] QMessageBox *alert() const { return window.findChild<QMessageBox *>(); }
+
+    /// Presses a button of the alert and lets it go away.
+    void press(const char *text) const {
+        for (QAbstractButton *button : alert()->buttons()) {
+            if (button->text() == QString::fromUtf8(text))
+                button->click();
+        }
+        EXPECT_TRUE(QTest::qWaitFor([this] { return alert() == nullptr; })) << text;
+    }
+};
+
+TEST_F(ShellTest, EnteringTheSampleCollegeAsksFirst) {
+    alerts.switchSampleMode();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->text(), QStringLiteral("Explore with sample data?"));
+    EXPECT_TRUE(alert()->informativeText().endsWith(
+        QStringLiteral("left alone.\n\nLeave it the same way, from this menu.")));
+    press("Cancel");
+    EXPECT_EQ(started, 0);
+    alerts.switchSampleMode();
+    press("Restart in Sample Data");
+    EXPECT_EQ(started, 1);
+    EXPECT_TRUE(delegate.isSampleMode());
+
+    alerts.switchSampleMode();
+    EXPECT_EQ(alert(), nullptr) << "leaving asks nothing";
+    EXPECT_EQ(started, 2);
+    EXPECT_FALSE(delegate.isSampleMode());
+}
+
+TEST_F(ShellTest, AlertsShowTextsAsTheyAre) {
+    failure = "<b>bold</b> <img src='https://elsewhere.example/'>";
+    delegate.switchSampleMode();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->informativeText().toStdString(), *failure);
+    for (const QLabel *label : alert()->findChildren<QLabel *>())
+        EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
+    press("OK");
+
+    Q_EMIT controller.errorDidOccur(CanvasError::network("<i>words of a server</i>"));
+    ASSERT_NE(alert(), nullptr);
+    for (const QLabel *label : alert()->findChildren<QLabel *>())
+        EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
+    press("OK");
+}
+
+TEST_F(ShellTest, TheBannerNamesTheUpdate) {
+    const auto *banner = window.findChild<QLabel *>(QStringLiteral("updateBanner"));
+    ASSERT_NE(banner, nullptr);
+    EXPECT_FALSE(banner->isVisible());
+    window.showUpdate(QStringLiteral("<b>2.0</b>"));
+    EXPECT_TRUE(banner->isVisible());
+    EXPECT_TRUE(banner->text().startsWith(QStringLiteral("Ellwynd <b>2.0</b> is available.")));
+    EXPECT_EQ(banner->textFormat(), Qt::PlainText);
+    window.showUpdate({});
+    EXPECT_FALSE(banner->isVisible());
+}
+
+TEST_F(ShellTest, AMinimisedWindowComesBack) {
+    window.showMinimized();
+    ASSERT_TRUE(window.isMinimized());
+    window.activate(QStringLiteral("token"));
+    EXPECT_FALSE(window.isMinimized());
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"))
+        << "only a window system that takes it away again is given one";
+}
+
+} // namespace
+} // namespace ellwynd

@@ -88,7 +88,7 @@ int main(int argc, char **argv) {
     AppDelegate shell(
         defaults, controller, service, updater, [&] { return startDetached(program); });
     MainWindow window(controller, defaults, stores, connection, sync, notifications, appearance);
-    const ShellAlerts alerts(shell, updater, &window);
+    ShellAlerts alerts(shell, updater, &window);
 
     QObject::connect(
         &sync, &SyncService::settingsDidSyncExternally, &controller,
@@ -100,9 +100,8 @@ int main(int argc, char **argv) {
     QObject::connect(&updater, &Updater::updateFound, &window, &MainWindow::showUpdate);
     QObject::connect(
         &updater, &Updater::updateWithdrawn, &window, [&window] { window.showUpdate({}); });
-    QObject::connect(&notices, &MovementNotifier::shouldActivate, &window, [&window] {
-        window.activate();
-    });
+    QObject::connect(
+        &notices, &MovementNotifier::shouldActivate, &window, [&window] { window.activate({}); });
     QObject::connect(
         &notices, &MovementNotifier::courseShouldOpen, &controller,
         &MainWindowController::showCourse);
@@ -114,8 +113,18 @@ int main(int argc, char **argv) {
         });
     const auto waking = observeWake([&controller] { controller.cameBack(); });
     controller.startTimer();
+    window.offerUpdates(updater.mayCheck());
+    QObject::connect(
+        &window, &MainWindow::sampleSwitchRequested, &alerts, &ShellAlerts::switchSampleMode);
+    QObject::connect(
+        &window, &MainWindow::updateCheckRequested, &updater, &Updater::checkForUpdates);
     window.show();
     QMetaObject::invokeMethod(
-        &shell, [&] { shell.launch(links); }, Qt::QueuedConnection);
+        &shell,
+        [&] {
+            shell.launch(links);
+            window.showWelcomeIfDue();
+        },
+        Qt::QueuedConnection);
     return QApplication::exec();
 }

@@ -45,6 +45,8 @@ class MainWindowController : public QObject {
     void showCourse(std::int64_t courseID);
 
     [[nodiscard]] const std::optional<Selection> &selection() const { return currentSelection; }
+    /// The course list; in the sample college with the courses of its older terms.
+    [[nodiscard]] std::vector<Course> knownCourses() const;
     /// The sidebar's terms, newest first, as many as the teacher wants listed.
     [[nodiscard]] std::vector<TermGroup> sidebarTerms() const;
     /// The line below the sidebar.
@@ -114,7 +116,6 @@ class MainWindowController : public QObject {
     void rescoreAll();
     void setStatus(std::string text);
     void open(const std::optional<std::string> &url, std::string_view what, std::int64_t courseID);
-    [[nodiscard]] std::vector<Course> knownCourses() const;
     [[nodiscard]] std::vector<Course> selectedCourses() const;
     [[nodiscard]] std::string selectionTitle() const;
 

@@ -1,17 +1,25 @@
 #include "ui/mainwindow.h"
 
 #include "app/mainwindowcontroller.h"
+#include "app/samplemode.h"
+#include "generated/version.h"
 #include "risk/coursethresholds.h"
+#include "ui/about/aboutwindow.h"
 #include "ui/dashboard/dashboardpane.h"
 #include "ui/details/studentdetails.h"
+#include "ui/help/helpwindow.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
+#include "ui/sheets/copysetupsheet.h"
+#include "ui/sheets/iconsheet.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/sidebar/sidebar.h"
 #include "ui/support/alert.h"
+#include "ui/support/announce.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
+#include "ui/welcome/welcomewindow.h"
 
 #include <QActionGroup>
 #include <QClipboard>
@@ -95,6 +103,16 @@ QAction *MainWindow::add(QMenu *menu, const QString &text, const QKeySequence &s
 }
 
 void MainWindow::makeMenus() {
+    makeFileMenu();
+    QMenu *edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    findStudent = add(edit, QStringLiteral("&Find Student"), QKeySequence::Find);
+    connect(findStudent, &QAction::triggered, rosterPane, &RosterPane::focusFilter);
+    makeViewMenu();
+    makeCourseMenus();
+    makeHelpMenu();
+}
+
+void MainWindow::makeFileMenu() {
     QMenu *file = menuBar()->addMenu(QStringLiteral("&File"));
     QAction *refreshAll = add(file, QStringLiteral("&Refresh All Courses"), QKeySequence::Refresh);
     refreshAll->setShortcuts({Qt::CTRL | Qt::Key_R, Qt::Key_F5});
@@ -105,14 +123,27 @@ void MainWindow::makeMenus() {
     exportMarkdown =
         add(file, QStringLiteral("Export Roster as &Markdown…"), Qt::CTRL | Qt::SHIFT | Qt::Key_E);
     file->addSeparator();
+    QAction *sample =
+        add(file, menuText(samplemode::menuTitle(defaults.value(preferences::sampleData))), {});
     QAction *openSettings = add(file, QStringLiteral("&Settings"), QKeySequence::Preferences);
     openSettings->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Comma)});
     file->addSeparator();
     QAction *quit = add(file, QStringLiteral("&Quit"), QKeySequence::Quit);
 
-    QMenu *edit = menuBar()->addMenu(QStringLiteral("&Edit"));
-    findStudent = add(edit, QStringLiteral("&Find Student"), QKeySequence::Find);
+    connect(refreshAll, &QAction::triggered, &controller, &MainWindowController::refresh);
+    connect(refreshRoster, &QAction::triggered, &controller, &MainWindowController::refreshRoster);
+    connect(exportCSV, &QAction::triggered, this, [this] { exportRoster(ExportFormat::csv); });
+    connect(exportMarkdown, &QAction::triggered, this, [this] {
+        exportRoster(ExportFormat::markdown);
+    });
+    connect(sample, &QAction::triggered, this, &MainWindow::sampleSwitchRequested);
+    connect(openSettings, &QAction::triggered, this, [this] {
+        settings().open(SettingsWindow::general);
+    });
+    connect(quit, &QAction::triggered, this, &QWidget::close);
+}
 
+void MainWindow::makeViewMenu() {
     QMenu *view = menuBar()->addMenu(QStringLiteral("&View"));
     showDashboard = add(view, QStringLiteral("Show &Dashboard"), Qt::CTRL | Qt::Key_D);
     view->addSeparator();
@@ -127,26 +158,6 @@ void MainWindow::makeMenus() {
     QAction *zoomOut = add(view, QStringLiteral("Zoom &Out"), QKeySequence::ZoomOut);
     QAction *actualSize = add(view, QStringLiteral("&Actual Size"), Qt::CTRL | Qt::Key_0);
 
-    QMenu *course = menuBar()->addMenu(QStringLiteral("&Course"));
-    missingWork = add(course, QStringLiteral("&Missing Work by Assignment…"), Qt::CTRL | Qt::Key_M);
-    thresholds = add(course, QStringLiteral("Risk &Thresholds…"), Qt::CTRL | Qt::Key_T);
-    course->addSeparator();
-    openCourse = add(course, QStringLiteral("&Open Course in Canvas"), Qt::CTRL | Qt::Key_O);
-
-    QMenu *student = menuBar()->addMenu(QStringLiteral("&Student"));
-    copyMessage = student->addMenu(QStringLiteral("&Copy Message About Student"));
-    markContacted =
-        add(student, QStringLiteral("&Mark as Contacted"), Qt::CTRL | Qt::SHIFT | Qt::Key_M);
-    student->addSeparator();
-    openGrades = add(student, QStringLiteral("Open &Grades in Canvas"), Qt::CTRL | Qt::Key_G);
-
-    connect(refreshAll, &QAction::triggered, &controller, &MainWindowController::refresh);
-    connect(refreshRoster, &QAction::triggered, &controller, &MainWindowController::refreshRoster);
-    connect(openSettings, &QAction::triggered, this, [this] {
-        settings().open(SettingsWindow::general);
-    });
-    connect(quit, &QAction::triggered, this, &QWidget::close);
-    connect(findStudent, &QAction::triggered, rosterPane, &RosterPane::focusFilter);
     connect(compactRows, &QAction::toggled, this, [this](bool on) {
         defaults.set(preferences::rosterCompactRows, on);
     });
@@ -162,23 +173,63 @@ void MainWindow::makeMenus() {
     connect(zoomIn, &QAction::triggered, this, [this] { appearance.zoom(1); });
     connect(zoomOut, &QAction::triggered, this, [this] { appearance.zoom(-1); });
     connect(actualSize, &QAction::triggered, this, [this] { appearance.zoom(0); });
+}
+
+void MainWindow::makeCourseMenus() {
+    QMenu *course = menuBar()->addMenu(QStringLiteral("&Course"));
+    missingWork = add(course, QStringLiteral("&Missing Work by Assignment…"), Qt::CTRL | Qt::Key_M);
+    thresholds = add(course, QStringLiteral("Risk &Thresholds…"), Qt::CTRL | Qt::Key_T);
+    courseIcon = add(course, QStringLiteral("&Icon…"), {});
+    copySetup = add(course, QStringLiteral("Copy Course &Setup…"), {});
+    course->addSeparator();
+    openCourse = add(course, QStringLiteral("&Open Course in Canvas"), Qt::CTRL | Qt::Key_O);
+
+    QMenu *student = menuBar()->addMenu(QStringLiteral("&Student"));
+    copyMessage = student->addMenu(QStringLiteral("&Copy Message About Student"));
+    markContacted =
+        add(student, QStringLiteral("&Mark as Contacted"), Qt::CTRL | Qt::SHIFT | Qt::Key_M);
+    student->addSeparator();
+    openGrades = add(student, QStringLiteral("Open &Grades in Canvas"), Qt::CTRL | Qt::Key_G);
+
     connect(missingWork, &QAction::triggered, this, &MainWindow::openMissingWork);
     connect(thresholds, &QAction::triggered, this, &MainWindow::openThresholds);
+    connect(courseIcon, &QAction::triggered, this, &MainWindow::openIconSheet);
+    connect(copySetup, &QAction::triggered, this, &MainWindow::openCopySetup);
     connect(openCourse, &QAction::triggered, this, [this] {
         if (const auto id = controller.roster().courseID)
             controller.openCourse(*id);
     });
     connect(copyMessage, &QMenu::aboutToShow, this, [this] { fillCopyMenu(copyMessage); });
-    connect(exportCSV, &QAction::triggered, this, [this] { exportRoster(ExportFormat::csv); });
-    connect(exportMarkdown, &QAction::triggered, this, [this] {
-        exportRoster(ExportFormat::markdown);
-    });
     connect(markContacted, &QAction::triggered, this, [this] {
         controller.markContacted(rosterPane->table()->selectedRows());
     });
     connect(openGrades, &QAction::triggered, this, [this] {
         for (const RiskRow &row : rosterPane->table()->selectedRows())
             controller.openGrades(row.courseID, row.id);
+    });
+}
+
+void MainWindow::makeHelpMenu() {
+    QMenu *menu = menuBar()->addMenu(QStringLiteral("&Help"));
+    QAction *topics = add(menu, QStringLiteral("Ellwynd &Help"), QKeySequence::HelpContents);
+    QAction *shortcuts = add(menu, QStringLiteral("&Keyboard Shortcuts"), {});
+    QAction *news = add(menu, QStringLiteral("&What's New in Ellwynd"), {});
+    menu->addSeparator();
+    QAction *feedback = add(menu, QStringLiteral("Send &Feedback…"), {});
+    feedback->setVisible(!std::string_view(feedbackAddress).empty());
+    checkForUpdates = add(menu, QStringLiteral("Check for &Updates…"), {});
+    checkForUpdates->setVisible(false);
+    QAction *about = add(menu, QStringLiteral("&About Ellwynd"), {});
+
+    connect(topics, &QAction::triggered, this, [this] { showHelp("getting-started"); });
+    connect(shortcuts, &QAction::triggered, this, [this] { showHelp("keyboard"); });
+    connect(news, &QAction::triggered, this, [this] { help().showReleaseNotes(); });
+    connect(feedback, &QAction::triggered, this, &MainWindow::sendFeedback);
+    connect(checkForUpdates, &QAction::triggered, this, &MainWindow::updateCheckRequested);
+    connect(about, &QAction::triggered, this, [this] {
+        auto *box = new AboutWindow(appearance, this);
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->show();
     });
 }
 
@@ -300,7 +351,9 @@ void MainWindow::connectViews() {
         QGuiApplication::clipboard()->setText(text);
     });
     connect(&controller, &MainWindowController::exportDidFail, this, [this](const QString &why) {
-        showAlert(QStringLiteral("The export couldn’t be written"), why);
+        QMessageBox *box = plainAlert(this, QStringLiteral("The export couldn’t be written"), why);
+        box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
+        box->open();
     });
     connect(&controller, &MainWindowController::pageIsInvented, this, [this] {
         statusBar()->show();
@@ -310,6 +363,8 @@ void MainWindow::connectViews() {
     });
     connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString &message) {
         statusBar()->setVisible(!message.isEmpty());
+        if (message.isEmpty())
+            delete std::exchange(undoSetup, nullptr);
     });
 }
 
@@ -319,6 +374,8 @@ void MainWindow::updateActions() {
     const bool course = shown && roster.courseID.has_value();
     missingWork->setEnabled(course);
     thresholds->setEnabled(course);
+    courseIcon->setEnabled(course);
+    copySetup->setEnabled(course);
     openCourse->setEnabled(course);
     refreshRoster->setEnabled(
         roster.state != RosterView::State::nothingSelected &&
@@ -357,16 +414,6 @@ void MainWindow::showContextMenu(const QPoint &position) {
     menu.exec(position);
 }
 
-void MainWindow::showAlert(const QString &title, const QString &text) {
-    auto *box = new QMessageBox(
-        QMessageBox::Warning, QStringLiteral("Ellwynd"), title, QMessageBox::NoButton, this);
-    box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(text);
-    box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
-}
-
 void MainWindow::showError(const CanvasError &error) {
     QMessageBox *box = plainAlert(
         this, QStringLiteral("Ellwynd"),
@@ -394,8 +441,8 @@ void MainWindow::activate(const QString &activationToken) {
     activateWindow();
 }
 
-void MainWindow::showUpdate(const QString &version) {
-    sidebar->showUpdate(version);
+void MainWindow::showUpdate(const QString &newVersion) {
+    sidebar->showUpdate(newVersion);
 }
 
 // ---- Sheets ------------------------------------------------------------------------------------
@@ -420,6 +467,37 @@ MissingWorkSheet *MainWindow::openMissingWork() {
     return sheet;
 }
 
+void MainWindow::openIconSheet() {
+    const RosterView &roster = controller.roster();
+    if (roster.courseID) {
+        (new IconSheet(*roster.courseID, roster.title, defaults, appearance, this))->show();
+    }
+}
+
+/// What was copied can be taken back from the note that says so.
+void MainWindow::openCopySetup() {
+    const auto courseID = controller.roster().courseID;
+    if (!courseID)
+        return;
+    auto *sheet =
+        new CopySetupSheet(*courseID, controller.knownCourses(), defaults, appearance, this);
+    connect(
+        sheet, &CopySetupSheet::setupCopied, this,
+        [this](const QString &note, const PreferenceChanges &replaced) {
+            delete undoSetup;
+            undoSetup = new QPushButton(QStringLiteral("Undo"), this);
+            undoSetup->setAccessibleName(QStringLiteral("Undo: ") + note);
+            connect(undoSetup, &QPushButton::clicked, this, [this, replaced] {
+                defaults.update(replaced);
+                statusBar()->clearMessage();
+            });
+            statusBar()->addPermanentWidget(undoSetup);
+            statusBar()->show();
+            statusBar()->showMessage(note, 2 * noticeMilliseconds);
+        });
+    sheet->show();
+}
+
 ThresholdsSheet *MainWindow::openThresholds() {
     const RosterView &roster = controller.roster();
     if (!roster.courseID)
@@ -427,6 +505,62 @@ ThresholdsSheet *MainWindow::openThresholds() {
     auto *sheet = new ThresholdsSheet(*roster.courseID, roster.title, defaults, appearance, this);
     sheet->show();
     return sheet;
+}
+
+// ---- Other windows -----------------------------------------------------------------------------
+
+void MainWindow::showWelcomeIfDue() {
+    const bool connected = controller.roster().state != RosterView::State::notConnected;
+    if (!WelcomeWindow::isDue(defaults, connected))
+        return;
+    auto *welcome = new WelcomeWindow(defaults, connection, appearance, this);
+    connect(welcome, &WelcomeWindow::sampleRequested, this, &MainWindow::sampleSwitchRequested);
+    connect(
+        welcome, &WelcomeWindow::connectionDidChange, &controller, &MainWindowController::refresh);
+    connect(welcome, &WelcomeWindow::announced, welcome, [welcome](const QString &text) {
+        announce(*welcome, text);
+    });
+    welcome->show();
+}
+
+void MainWindow::offerUpdates(bool offered) {
+    checkForUpdates->setVisible(offered);
+}
+
+/// The keys in the help are those of the menus.
+HelpWindow &MainWindow::help() {
+    if (helpWindow == nullptr) {
+        std::vector<ShortcutGroup> groups;
+        for (const QAction *menu : menuBar()->actions()) {
+            ShortcutGroup group{.title = QString(menu->text()).remove(u'&').toStdString()};
+            for (const QAction *action : menu->menu()->actions()) {
+                if (action->shortcut().isEmpty())
+                    continue;
+                group.rows.push_back(
+                    {QString(action->text()).remove(u'&').toStdString(),
+                     action->shortcut().toString(QKeySequence::NativeText).toStdString()});
+            }
+            if (!group.rows.empty())
+                groups.push_back(std::move(group));
+        }
+        helpWindow = new HelpWindow(defaults, appearance, groups, this);
+    }
+    return *helpWindow;
+}
+
+void MainWindow::showHelp(const std::string &topic) {
+    help().showTopic(topic);
+}
+
+void MainWindow::sendFeedback() {
+    const QUrl mail(QStringLiteral("mailto:") + qstring(feedbackAddress));
+    if (QDesktopServices::openUrl(mail))
+        return;
+    QMessageBox *box = plainAlert(
+        this, QStringLiteral("Couldn’t open your email app"),
+        QStringLiteral("Write to ") + qstring(feedbackAddress) + QStringLiteral("."));
+    box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
+    box->open();
 }
 
 SettingsWindow &MainWindow::settings() {

@@ -8,6 +8,7 @@
 
 class QAction;
 class QActionGroup;
+class QPushButton;
 class QSplitter;
 class QStackedWidget;
 
@@ -16,6 +17,7 @@ namespace ellwynd {
 class Appearance;
 class CanvasError;
 class DashboardPane;
+class HelpWindow;
 class ConnectionCheck;
 class MainWindowController;
 class MissingWorkSheet;
@@ -47,6 +49,11 @@ class MainWindow : public QMainWindow {
     /// Opens the course's thresholds; null when no course is shown.
     ellwynd::ThresholdsSheet *openThresholds();
 
+    /// Shows the first-run steps where they are due.
+    void showWelcomeIfDue();
+    /// Whether "Check for Updates…" stands in the menu.
+    void offerUpdates(bool offered);
+
     /// The settings window, made on first use.
     ellwynd::SettingsWindow &settings();
 
@@ -56,12 +63,26 @@ class MainWindow : public QMainWindow {
     /// Names an update that is there to be installed.
     void showUpdate(const QString &version);
 
+  Q_SIGNALS:
+    /// The teacher wants to enter or to leave the sample college.
+    void sampleSwitchRequested();
+    void updateCheckRequested();
+
   protected:
     void closeEvent(QCloseEvent *event) override;
 
   private:
     void makeMenus();
+    void makeFileMenu();
+    void makeViewMenu();
+    void makeCourseMenus();
+    void makeHelpMenu();
     void makeInsightMenu(QMenu *view);
+    void openIconSheet();
+    void openCopySetup();
+    void showHelp(const std::string &topic);
+    void sendFeedback();
+    [[nodiscard]] HelpWindow &help();
     void showInsightMode();
     void fillCopyMenu(QMenu *menu);
     void exportRoster(ExportFormat format);
@@ -72,7 +93,6 @@ class MainWindow : public QMainWindow {
     void restoreGeometryState();
     void showContextMenu(const QPoint &position);
     void showError(const CanvasError &error);
-    void showAlert(const QString &title, const QString &text);
     QAction *add(QMenu *menu, const QString &text, const QKeySequence &shortcut);
 
     MainWindowController &controller;
@@ -89,7 +109,12 @@ class MainWindow : public QMainWindow {
     RosterPane *rosterPane;
     StudentDetails *details;
     SettingsWindow *settingsWindow = nullptr;
+    HelpWindow *helpWindow = nullptr;
+    QPushButton *undoSetup = nullptr;
     QAction *showDashboard = nullptr;
+    QAction *courseIcon = nullptr;
+    QAction *copySetup = nullptr;
+    QAction *checkForUpdates = nullptr;
     QAction *compactRows = nullptr;
     bool detailsWanted = true;
     QActionGroup *insightModes = nullptr;

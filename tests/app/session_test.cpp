@@ -68,8 +68,8 @@ class Program {
 /// A program of the session inside this process, on the sample college.
 struct Shell {
     test::Core core{{{"SampleData", true}}};
-    MainWindowController controller{
-        core.defaults, core.connector, core.stores, core.trends, test::noonClock};
+    MainWindowController controller{core.defaults, core.connector, core.stores,
+                                    core.trends,   core.outlets,   test::noonClock};
     AppcastFeed feed{core.defaults, ""};
     Updater updater{core.defaults, feed, "1"};
     ApplicationService service;

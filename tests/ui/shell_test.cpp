@@ -23,7 +23,8 @@ struct ShellTest : testing::Test {
     UserDefaults &defaults = core.defaults;
     Settings settings{defaults};
     Appearance appearance{settings, false};
-    MainWindowController controller{defaults, core.connector, core.stores, core.trends};
+    MainWindowController controller{
+        defaults, core.connector, core.stores, core.trends, core.outlets};
     SyncService sync{defaults, core.trends, core.folder.path() / "Seen.json"};
     AppcastFeed feed{defaults, ""};
     Updater updater{defaults, feed, "1"};
@@ -34,7 +35,8 @@ struct ShellTest : testing::Test {
                              ++started;
                              return failure;
                          }};
-    MainWindow window{controller, defaults, core.stores, core.check, sync, appearance};
+    MainWindow window{controller, defaults,           core.stores, core.check,
+                      sync,       core.notifications, appearance};
     ShellAlerts alerts{delegate, updater, &window};
 
     ShellTest() { window.show(); }

@@ -9,6 +9,7 @@
 #include "ui/settings/syncpane.h"
 #include "ui/settings/thresholdspane.h"
 #include "ui/settings/widgetspane.h"
+#include "ui/support/announce.h"
 #include "ui/support/appearance.h"
 
 #include <QHBoxLayout>
@@ -52,6 +53,9 @@ SettingsWindow::SettingsWindow(
     connect(
         connectionPane, &ConnectionPane::connectionDidChange, this,
         &SettingsWindow::connectionDidChange);
+    connect(connectionPane, &ConnectionPane::announced, this, [this](const QString &text) {
+        announce(*this, text);
+    });
     connect(&look, &Appearance::changed, this, &SettingsWindow::applyAppearance);
     applyAppearance();
     resize(appearance.px(800), appearance.px(640));

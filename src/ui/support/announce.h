@@ -1,0 +1,13 @@
+// What a screen reader is told besides what has the keyboard.
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace ellwynd {
+
+/// Has a text read out for a window: its description, announced as an alert.
+void announce(QWidget &window, const QString &text);
+
+} // namespace ellwynd

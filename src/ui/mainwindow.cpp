@@ -68,7 +68,7 @@ MainWindow::MainWindow(
       splitter(new QSplitter(this)),
       sidebar(new Sidebar(driver, store, look, splitter)),
       middle(new QStackedWidget(splitter)),
-      dashboardPane(new DashboardPane(driver.dashboard(), look)),
+      dashboardPane(new DashboardPane(driver.dashboard(), store, look)),
       rosterPane(new RosterPane(driver, store, look)),
       details(new StudentDetails(look, splitter)),
       observing(store.observe([this](std::string_view key) {
@@ -380,7 +380,7 @@ void MainWindow::updateActions() {
     refreshRoster->setEnabled(
         roster.state != RosterView::State::nothingSelected &&
         roster.state != RosterView::State::notConnected);
-    showDashboard->setEnabled(controller.selection() != Selection{DashboardSelection{}});
+    showDashboard->setEnabled(refreshRoster->isEnabled());
     hideDetails->setEnabled(middle->currentWidget() == rosterPane);
     findStudent->setEnabled(shown && !roster.rows.empty());
     const bool anySelected = !rosterPane->table()->selectedRows().empty();

@@ -2,6 +2,7 @@
 #include "app/syncservice.h"
 #include "support/core.h"
 #include "support/memorynotifications.h"
+#include "ui/dashboard/coursecard.h"
 #include "ui/details/studentdetails.h"
 #include "ui/mainwindow.h"
 #include "ui/roster/rosterpane.h"
@@ -95,6 +96,93 @@ TEST_F(MainWindowTest, CommandsAreEnabledWhereTheyCanWork) {
     EXPECT_TRUE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled());
     action(QStringLiteral("Open Grades in Canvas"))->trigger();
     EXPECT_THAT(window.statusBar()->currentMessage().toStdString(), testing::HasSubstr("invented"));
+}
+
+TEST_F(MainWindowTest, CardsAreReachedAndOpenedByKeyboard) {
+    QApplication::processEvents();
+    const auto cards = window.findChildren<CourseCard *>();
+    ASSERT_EQ(cards.size(), 6);
+    EXPECT_THAT(
+        cards[0]->accessibleName().toStdString(),
+        testing::StartsWith("CS 101  4021 - Intro to Programming. 10 students flagged: 3 at risk"));
+    cards[0]->setFocus();
+    QTest::keyClick(cards[0], Qt::Key_Right);
+    auto *second = qobject_cast<CourseCard *>(QApplication::focusWidget());
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(second->courseID(), 900102);
+    QTest::keyClick(second, Qt::Key_Return);
+    EXPECT_EQ(controller.roster().courseID, 900102);
+    EXPECT_FALSE(second->isVisible());
+    action(QStringLiteral("Show Dashboard"))->trigger();
+    EXPECT_TRUE(second->isVisible());
+}
+
+TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
+    // Signed out, dashboard, term, course, a student selected.
+    struct Row {
+        const char *command;
+        const char *enabledIn;
+    };
+    const std::vector<Row> rows{
+        {"Refresh All Courses", "OXTCS"},
+        {"Refresh This Roster", "--TCS"},
+        {"Export Roster as CSV…", "--TCS"},
+        {"Export Roster as Markdown…", "--TCS"},
+        {"Leave Sample Data…", "OXTCS"},
+        {"Settings", "OXTCS"},
+        {"Find Student", "--TCS"},
+        {"Show Dashboard", "--TCS"},
+        {"Compact Rows", "OXTCS"},
+        {"Hide Student Details", "O-TCS"},
+        {"Zoom In", "OXTCS"},
+        {"Zoom Out", "OXTCS"},
+        {"Missing Work by Assignment…", "---CS"},
+        {"Risk Thresholds…", "---CS"},
+        {"Icon…", "---CS"},
+        {"Copy Course Setup…", "---CS"},
+        {"Open Course in Canvas", "---CS"},
+        {"Mark as Contacted", "----S"},
+        {"Open Grades in Canvas", "----S"},
+        {"Ellwynd Help", "OXTCS"},
+        {"What's New in Ellwynd", "OXTCS"},
+        {"About Ellwynd", "OXTCS"}};
+    std::map<std::string, std::string> seen;
+    const auto look = [&](char state) {
+        QApplication::processEvents();
+        for (const Row &row : rows) {
+            const QAction *command = action(QString::fromUtf8(row.command));
+            ASSERT_NE(command, nullptr) << row.command;
+            seen[row.command] += command->isEnabled() ? state : '-';
+        }
+    };
+    // The sample college is always connected, so the signed-out state is another program's.
+    test::Core unconnected;
+    MainWindowController other{
+        unconnected.defaults, unconnected.connector, unconnected.stores, unconnected.trends,
+        unconnected.outlets};
+    other.refresh();
+    MainWindow signedOut{other, unconnected.defaults, unconnected.stores, unconnected.check,
+                         sync,  notifications,        appearance};
+    for (const Row &row : rows) {
+        const std::string shown = std::string(row.command) == "Leave Sample Data…"
+            ? "Explore with Sample Data…"
+            : row.command;
+        for (const auto *command : signedOut.findChildren<QAction *>()) {
+            if (QString(command->text()).remove(u'&').toStdString() == shown)
+                seen[row.command] = command->isEnabled() ? "O" : "-";
+        }
+    }
+    look('X');
+    controller.select(TermSelection{9001});
+    look('T');
+    openCourse(900101);
+    look('C');
+    table().selectStudents({{900101, 5002}});
+    look('S');
+    for (const Row &row : rows)
+        EXPECT_EQ(seen[row.command], row.enabledIn) << row.command;
+    EXPECT_FALSE(action(QStringLiteral("Check for Updates…"))->isVisible());
+    EXPECT_FALSE(action(QStringLiteral("Send Feedback…"))->isVisible());
 }
 
 TEST_F(MainWindowTest, StudentsAreWrittenToFromTheirMenu) {

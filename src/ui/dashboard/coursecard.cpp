@@ -3,6 +3,7 @@
 #include "app/dashboardtexts.h"
 #include "memory/dailylevels.h"
 #include "memory/outreach.h"
+#include "platform/coursesettings.h"
 #include "theme/courseicon.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
@@ -39,8 +40,8 @@ QRect drawRun(QPainter &painter, QRect rect, const QString &text, const QFont &f
 
 } // namespace
 
-CourseCard::CourseCard(const Appearance &look, QWidget *parent)
-    : QAbstractButton(parent), appearance(look) {
+CourseCard::CourseCard(const UserDefaults &store, const Appearance &look, QWidget *parent)
+    : QAbstractButton(parent), defaults(store), appearance(look) {
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -113,7 +114,10 @@ void CourseCard::drawHeading(QPainter &painter) const {
     const int tile = appearance.px(26);
     const QRect area = content();
     painter.drawPixmap(
-        area.topLeft(), courseTile(card.courseID, card.name, tile, devicePixelRatioF()));
+        area.topLeft(),
+        courseTile(
+            card.courseID, card.name, tile, devicePixelRatioF(),
+            courseIcon(defaults, card.courseID)));
     QString name = qstring(card.name);
     name.replace(u'\n', u' ');
     drawRun(

@@ -16,7 +16,9 @@ class CourseCard : public QAbstractButton {
     Q_OBJECT
 
   public:
-    explicit CourseCard(const Appearance &appearance, QWidget *parent = nullptr);
+    /// @param defaults where a course's icon is chosen.
+    CourseCard(
+        const UserDefaults &defaults, const Appearance &appearance, QWidget *parent = nullptr);
 
     void setCard(const DashboardCourseCard &card);
     [[nodiscard]] std::int64_t courseID() const { return card.courseID; }
@@ -39,6 +41,7 @@ class CourseCard : public QAbstractButton {
     void drawLevels(QPainter &painter) const;
     void drawMostMissed(QPainter &painter) const;
 
+    const UserDefaults &defaults;
     const Appearance &appearance;
     DashboardCourseCard card;
     bool hovered = false;

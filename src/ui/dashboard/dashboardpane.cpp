@@ -1,6 +1,7 @@
 #include "ui/dashboard/dashboardpane.h"
 
 #include "app/dashboardtexts.h"
+#include "platform/coursesettings.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/dashboard/legend.h"
 #include "ui/support/appearance.h"
@@ -19,9 +20,11 @@
 
 namespace ellwynd {
 
-DashboardPane::DashboardPane(Dashboard &board, const Appearance &look, QWidget *parent)
+DashboardPane::DashboardPane(
+    Dashboard &board, UserDefaults &store, const Appearance &look, QWidget *parent)
     : QWidget(parent),
       dashboard(board),
+      defaults(store),
       appearance(look),
       headline(new ElidedLabel(this)),
       subtitle(new ElidedLabel(this)),
@@ -34,7 +37,11 @@ DashboardPane::DashboardPane(Dashboard &board, const Appearance &look, QWidget *
       wait(plainLabel(nullptr, true)),
       progress(new QProgressBar),
       header(new QWidget(this)),
-      footer(new QWidget(this)) {
+      footer(new QWidget(page)),
+      observing(store.observe([this](std::string_view key) {
+          if (courseSettings::isIconKey(key))
+              page->update();
+      })) {
     subtitle->setProperty("secondary", true);
     terms->setMenu(new QMenu(terms));
     terms->setToolTip(QStringLiteral("The term whose courses are shown"));
@@ -60,6 +67,8 @@ DashboardPane::DashboardPane(Dashboard &board, const Appearance &look, QWidget *
     pageColumn->setContentsMargins(0, 0, 0, 0);
     pageColumn->addLayout(grid);
     pageColumn->addStretch(1);
+    // At the page's end rather than the window's, so that large text leaves room for the cards.
+    pageColumn->addWidget(footer);
     scroll->setWidget(page);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
@@ -86,7 +95,6 @@ DashboardPane::DashboardPane(Dashboard &board, const Appearance &look, QWidget *
     column->setSpacing(0);
     column->addWidget(header);
     column->addWidget(stack, 1);
-    column->addWidget(footer);
 
     connect(terms->menu(), &QMenu::triggered, this, [this](const QAction *chosen) {
         dashboard.selectTerm(chosen->data().toLongLong());
@@ -142,7 +150,6 @@ void DashboardPane::show() {
         progress->setValue(int(pass.done));
     }
     stack->setCurrentIndex(term != nullptr ? 0 : 1);
-    footer->setVisible(term != nullptr);
 }
 
 /// The menu is filled anew only when its items have changed, so that an open one stays open.
@@ -164,7 +171,7 @@ void DashboardPane::showTermMenu() {
     for (std::size_t i = 0; i < items.size(); ++i) {
         menu->actions().at(qsizetype(i))->setChecked(items[i].selected);
         if (items[i].selected) {
-            terms->setText(menuText(items[i].title));
+            terms->setText(menuText(items[i].title) + QStringLiteral(" ▾"));
             terms->setAccessibleName(QStringLiteral("Term: ") + qstring(items[i].title));
         }
     }
@@ -173,7 +180,7 @@ void DashboardPane::showTermMenu() {
 
 void DashboardPane::showCards(const std::vector<DashboardCourseCard> &wanted) {
     while (cards.size() < wanted.size()) {
-        auto *card = new CourseCard(appearance, page);
+        auto *card = new CourseCard(defaults, appearance, page);
         connect(card, &CourseCard::clicked, this, [this, card] {
             Q_EMIT courseRequested(card->courseID());
         });

@@ -23,7 +23,9 @@ class DashboardPane : public QWidget {
     Q_OBJECT
 
   public:
-    DashboardPane(Dashboard &dashboard, const Appearance &appearance, QWidget *parent = nullptr);
+    DashboardPane(
+        Dashboard &dashboard, UserDefaults &defaults, const Appearance &appearance,
+        QWidget *parent = nullptr);
 
     /// The keyboard goes to the first card.
     void focusCards();
@@ -43,6 +45,7 @@ class DashboardPane : public QWidget {
     void applyAppearance();
 
     Dashboard &dashboard;
+    UserDefaults &defaults;
     const Appearance &appearance;
     ElidedLabel *headline;
     ElidedLabel *subtitle;
@@ -58,6 +61,7 @@ class DashboardPane : public QWidget {
     QWidget *footer;
     std::vector<CourseCard *> cards;
     int columns = 0;
+    std::shared_ptr<void> observing;
 };
 
 } // namespace ellwynd

@@ -171,7 +171,8 @@ void StudentDetails::addButtons(QVBoxLayout &column, const RiskRow &row) {
     auto *grades = new QPushButton(QStringLiteral("Open Grades"));
     grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
     connect(grades, &QPushButton::clicked, this, [this, row] { Q_EMIT gradesRequested(row); });
-    auto *copy = new QPushButton(QStringLiteral("Copy Message"));
+    auto *copy = new QPushButton(QStringLiteral("Copy Message ▾"));
+    copy->setAccessibleName(QStringLiteral("Copy Message"));
     copy->setToolTip(QStringLiteral("Copy a message about this student to the clipboard"));
     auto *messages = new QMenu(copy);
     copy->setMenu(messages);

@@ -33,6 +33,7 @@ QPushButton:disabled { color: @disabledText; border-color: @separator; }
 QPushButton:focus { border: 2px solid @accent; padding: $4 $11; }
 QPushButton:default { background: @accent; color: @accentText; border-color: @accent; }
 QPushButton:default:focus { border: 2px solid @text; }
+QPushButton::menu-indicator { image: none; width: 0; }
 QPushButton[quiet="true"] { padding: $5 $8; }
 
 QLineEdit {

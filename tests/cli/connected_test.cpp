@@ -1,6 +1,7 @@
 // The command line from connecting to signing out, with a real secret service and a Canvas on
 // loopback; see support/with-keyring.
 #include "cli/run.h"
+#include "platform/date.h"
 #include "platform/log.h"
 #include "support/fakecanvas.h"
 #include "support/temporaryfolder.h"
@@ -8,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <fstream>
 #include <sstream>
 
 namespace ellwynd::cli {
@@ -24,7 +26,11 @@ TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
     const test::TemporaryFolder folder;
     test::FakeCanvas canvas;
     canvas.plan(QStringLiteral("/api/v1/users/self"), {{.body = R"({"name":"Ana Ruiz"})"}});
-    canvas.serve(QStringLiteral("/api/v1/courses"), {R"({"id":4021,"name":"Bio"})"});
+    canvas.serve(
+        QStringLiteral("/api/v1/courses"),
+        {R"({"id":4021,"name":"Bio","term":{"id":9,"name":"Now","start_at":")" +
+         QByteArray::fromStdString(formatInstant(systemNow() - std::chrono::hours(240))) +
+         R"("}})"});
     canvas.serve(
         QStringLiteral("/api/v1/courses/4021/enrollments"),
         {R"({"user_id":77001,"user":{"id":77001,"name":"Zoe Quill"},"grades":{"current_score":41}})"});
@@ -63,6 +69,37 @@ TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
     EXPECT_THAT(
         call({"roster", "4021", "--csv"}, 0),
         testing::ContainsRegex(",never,,[0-9]{4}-[0-9]{2}-[0-9]{2},no change\n$"));
+    // A visit, and all that is made of it.
+    EXPECT_EQ(json::parse(call({"privacy", "--json"}, 0))["history"], "Nothing recorded.");
+    call({"roster", "4021", "--visit"}, 0);
+    call({"contacted", "4021", "77001"}, 0);
+    const json student = json::parse(call({"student", "4021", "77001", "--json"}, 0));
+    EXPECT_EQ(student["outreach"], "Wrote today — not flagged");
+    EXPECT_EQ(student["story"], nullptr);
+    EXPECT_EQ(json::parse(call({"privacy", "--json"}, 0))["history"], "1 day recorded.");
+    const json dashboard = json::parse(call({"dashboard", "--json"}, 0));
+    EXPECT_EQ(dashboard["headline"], "0 flagged across 1 course");
+    call({"student", "4021", "1"}, 1);
+    const std::filesystem::path home = qgetenv("HOME").toStdString();
+    std::vector<std::string> written;
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(home)) {
+        if (!entry.is_regular_file() || entry.file_size() == 0)
+            continue;
+        std::ifstream file(entry.path(), std::ios::binary);
+        const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+        for (const char *secret : {"secret-token", "Zoe", "Quill", "41.", ":41", "\"41"})
+            EXPECT_THAT(bytes, Not(HasSubstr(secret))) << entry.path();
+        written.push_back(entry.path().filename());
+    }
+    EXPECT_THAT(
+        written,
+        testing::UnorderedElementsAre(
+            "RosterHistory.json", "ContactLog.json", "WidgetSnapshot.json",
+            "WidgetSnapshotV2.json"));
+    call({"defaults", "write", "RememberRosterHistory", "NO"}, 0);
+    call({"privacy", "forget-contacts"}, 0);
+    EXPECT_FALSE(std::filesystem::exists(home / "Ellwynd" / "RosterHistory.json"));
+    EXPECT_FALSE(std::filesystem::exists(home / "Ellwynd" / "ContactLog.json"));
     canvas.token = "another";
     call({"courses"}, 1);
     call({"disconnect"}, 0);

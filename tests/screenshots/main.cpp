@@ -6,6 +6,8 @@
 #include "support/memorynotifications.h"
 #include "support/memorysecrets.h"
 #include "ui/about/aboutwindow.h"
+#include "ui/dashboard/dashboardpane.h"
+#include "ui/details/termchart.h"
 #include "ui/help/helpwindow.h"
 #include "ui/mainwindow.h"
 #include "ui/roster/rosterpane.h"
@@ -103,6 +105,9 @@ class Studio {
             sheet->close();
         }
         settle();
+        drawTermWithGaps(appearance);
+        for (const int courses : {1, 12, 40})
+            drawCards(defaults, appearance, courses);
         SettingsWindow &settings = window.settings();
         settings.open(SettingsWindow::general);
         settle();
@@ -141,6 +146,53 @@ class Studio {
         settle();
         save(about, "about");
         drawWelcome(defaults, check, appearance);
+    }
+
+    /// A dashboard of so many courses, some of them with very long names.
+    void drawCards(UserDefaults &defaults, const Appearance &appearance, int courses) {
+        Dashboard dashboard(defaults);
+        DashboardTerm term{.id = 1, .title = "Fall"};
+        for (int i = 0; i < courses; ++i) {
+            const bool isLong = i % 3 == 1;
+            term.cards.push_back(
+                {.courseID = i + 1,
+                 .name = isLong ? "An Introduction to the Comparative History of Long and "
+                                  "Winding Course Names, Section 4021 of Many"
+                                : "CS " + std::to_string(100 + i),
+                 .atRisk = i % 4 == 0 ? 0 : i * 7 % 120,
+                 .concern = i % 4 == 0 ? 0 : i * 5 % 90,
+                 .watch = i % 4 == 0 ? 0 : i * 3 % 60,
+                 .total = 300,
+                 .slipped = i % 5,
+                 .improved = i % 3,
+                 .awaitingFollowUp = i % 2,
+                 .trend = {3, 3, i % 7, 9, i % 5},
+                 .mostMissed =
+                     MostMissed{isLong ? term.title + std::string(90, 'x') : "Lab 1", i}});
+        }
+        dashboard.prepareTerms({{.term = Term{.id = 1, .name = "Fall"}, .courses = {}}}, {});
+        dashboard.termScored(std::move(term), *parseInstant("2026-09-03T05:00:00Z"));
+        DashboardPane pane(dashboard, defaults, appearance);
+        pane.resize(1050, 760);
+        pane.show();
+        settle();
+        save(pane, QByteArray("cards-" + QByteArray::number(courses)).constData());
+    }
+
+    /// A term with a gap of fourteen days, which is joined, and one of fifteen, which is not.
+    void drawTermWithGaps(const Appearance &appearance) {
+        using std::chrono::days;
+        const Date first = *parseInstant("2026-09-03T05:00:00Z");
+        TermChart chart(
+            {.points =
+                 {{first, RiskLevel::watch},
+                  {first + days(14), RiskLevel::concern},
+                  {first + days(29), RiskLevel::concern},
+                  {first + days(31), RiskLevel::atRisk},
+                  {first + days(36), std::nullopt}}},
+            appearance);
+        chart.resize(chart.sizeHint() * 2);
+        save(chart, "term-with-gaps");
     }
 
     [[nodiscard]] bool failed() const { return anyFailed; }

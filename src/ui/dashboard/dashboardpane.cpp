@@ -100,10 +100,10 @@ DashboardPane::DashboardPane(
         dashboard.selectTerm(chosen->data().toLongLong());
     });
     connect(refresh, &QPushButton::clicked, this, &DashboardPane::refreshRequested);
-    connect(&dashboard, &Dashboard::dashboardModelDidChange, this, &DashboardPane::show);
+    connect(&dashboard, &Dashboard::dashboardModelDidChange, this, &DashboardPane::showModel);
     connect(&look, &Appearance::changed, this, &DashboardPane::applyAppearance);
     applyAppearance();
-    show();
+    showModel();
 }
 
 void DashboardPane::focusCards() {
@@ -132,7 +132,7 @@ void DashboardPane::resizeEvent(QResizeEvent *event) {
     arrangeCards();
 }
 
-void DashboardPane::show() {
+void DashboardPane::showModel() {
     showTermMenu();
     const DashboardTerm *term = dashboard.shownTerm();
     const PassProgress &pass = dashboard.progress();

@@ -38,7 +38,7 @@ class DashboardPane : public QWidget {
     void resizeEvent(QResizeEvent *event) override;
 
   private:
-    void show();
+    void showModel();
     void showTermMenu();
     void showCards(const std::vector<DashboardCourseCard> &cards);
     void arrangeCards();

@@ -1,10 +1,8 @@
 #include "app/mainwindowcontroller.h"
 
-#include "app/canvaslinks.h"
 #include "app/termroster.h"
 #include "canvas/sample/samplecanvasclient.h"
 #include "outputs/nearbyterms.h"
-#include "platform/files.h"
 #include "platform/log.h"
 
 #include <QPointer>
@@ -19,8 +17,6 @@ namespace ellwynd {
 namespace {
 
 constexpr Log logger{"network"};
-constexpr Log links{"links"};
-constexpr Log exports{"export"};
 constexpr Log widgetLog{"widgets"};
 
 /// A coarse timer keeps this within a twentieth, well inside the five minutes that it may be off.
@@ -41,6 +37,7 @@ MainWindowController::MainWindowController(
       dashboardModel(preferenceStore),
       outlets(results),
       pass(preferenceStore, memory, trendSync, rosterCache, dashboardModel, results, clock),
+      rosterActions(rosterView, preferenceStore, memory, clock),
       observing(preferenceStore.observe([this](std::string_view key) { preferenceChanged(key); })) {
     connect(
         &stores.history, &RosterHistory::historyDidChange, this,
@@ -443,40 +440,6 @@ StudentPast MainWindowController::past(const RiskRow &row) const {
     return studentPast(row, rosterView.movement, stores, now());
 }
 
-void MainWindowController::markContacted(const std::vector<RiskRow> &students) {
-    std::map<std::int64_t, std::vector<std::int64_t>> byCourse;
-    for (const RiskRow &row : students)
-        byCourse[row.courseID].push_back(row.id);
-    const Date date = now();
-    for (const auto &[courseID, ids] : byCourse)
-        stores.contacts.noteContacts(courseID, ids, date);
-}
-
-void MainWindowController::copyMessages(
-    const MessageTemplate &message, const std::vector<RiskRow> &students) {
-    if (students.empty())
-        return;
-    Q_EMIT textShouldBeCopied(
-        QString::fromStdString(messagesText(message, students, rosterView, defaults)));
-    markContacted(students);
-    exports.info(fmt::format("Copied messages for {} student(s)", students.size()));
-}
-
-RosterExport MainWindowController::exported(ExportFormat format) const {
-    return exportOf(rosterView, format, stores, now());
-}
-
-void MainWindowController::saveExport(
-    const RosterExport &roster, const std::filesystem::path &file) {
-    try {
-        files::replace(file, roster.text);
-        exports.info(fmt::format("Exported roster to {}", file.filename().string()));
-    } catch (const FileError &error) {
-        exports.error(fmt::format("Export failed: {}", error.what()));
-        Q_EMIT exportDidFail(QString::fromStdString(error.what()));
-    }
-}
-
 void MainWindowController::showWhatIsRemembered() {
     if (!recordingVisit)
         showAgain();
@@ -486,42 +449,6 @@ void MainWindowController::showWhatIsRemembered() {
 void MainWindowController::setStatus(std::string text) {
     statusText = std::move(text);
     Q_EMIT statusDidChange();
-}
-
-// ---- Pages of Canvas ---------------------------------------------------------------------------
-
-void MainWindowController::openCourse(std::int64_t courseID) {
-    const std::string base = defaults.value(preferences::canvasBaseURL);
-    open(canvasLinks::course(base, courseID), fmt::format("course {}", courseID), courseID);
-}
-
-void MainWindowController::openGrades(std::int64_t courseID, std::int64_t studentID) {
-    const std::string base = defaults.value(preferences::canvasBaseURL);
-    open(canvasLinks::grades(base, courseID, studentID), "a student", 0);
-}
-
-void MainWindowController::openAssignment(std::int64_t courseID, std::int64_t assignmentID) {
-    const std::string base = defaults.value(preferences::canvasBaseURL);
-    open(
-        canvasLinks::assignment(base, courseID, assignmentID), fmt::format("course {}", courseID),
-        courseID);
-}
-
-/// @param courseID what the log names; 0 for a student's page, which names nobody.
-void MainWindowController::open(
-    const std::optional<std::string> &url, std::string_view what, std::int64_t courseID) {
-    if (defaults.value(preferences::sampleData)) {
-        Q_EMIT pageIsInvented();
-        return;
-    }
-    if (!url) {
-        links.error(fmt::format("Couldn't build a Canvas URL for {}", what));
-        return;
-    }
-    links.info(
-        courseID != 0 ? fmt::format("Opening course {} in Canvas", courseID)
-                      : "Opening a student's grades in Canvas");
-    Q_EMIT urlShouldOpen(QString::fromStdString(*url));
 }
 
 } // namespace ellwynd

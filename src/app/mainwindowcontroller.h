@@ -4,8 +4,8 @@
 #include "app/connection.h"
 #include "app/courseselection.h"
 #include "app/dashboardmodel.h"
+#include "app/rosteractions.h"
 #include "app/rostercache.h"
-#include "app/rosteroutputs.h"
 #include "app/scoringpass.h"
 #include "app/studentpast.h"
 #include "app/visit.h"
@@ -60,20 +60,8 @@ class MainWindowController : public QObject {
     /// What is remembered of a student of the roster on screen.
     [[nodiscard]] StudentPast past(const RiskRow &row) const;
 
-    /// Notes a contact with each of the students, all of them at one time.
-    void markContacted(const std::vector<RiskRow> &students);
-    /// Fills a template for each of the students, hands the text to the clipboard and notes a
-    /// contact with them.
-    void copyMessages(const MessageTemplate &message, const std::vector<RiskRow> &students);
-
-    /// The roster on screen as a file to save.
-    [[nodiscard]] RosterExport exported(ExportFormat format) const;
-    void saveExport(const RosterExport &roster, const std::filesystem::path &file);
-
-    /// Open a page of Canvas in the browser.
-    void openCourse(std::int64_t courseID);
-    void openGrades(std::int64_t courseID, std::int64_t studentID);
-    void openAssignment(std::int64_t courseID, std::int64_t assignmentID);
+    /// What can be done with the roster on screen.
+    [[nodiscard]] RosterActions &actions() { return rosterActions; }
 
   Q_SIGNALS:
     void coursesDidChange();
@@ -85,11 +73,6 @@ class MainWindowController : public QObject {
     void statusDidChange();
     /// An error to show, as message and advice.
     void errorDidOccur(const ellwynd::CanvasError &error);
-    void urlShouldOpen(const QString &url);
-    void textShouldBeCopied(const QString &text);
-    void exportDidFail(const QString &why);
-    /// A page was asked for that the sample college has not.
-    void pageIsInvented();
 
   private:
     /// Identity of a roster request; a newer request has a larger one.
@@ -115,7 +98,6 @@ class MainWindowController : public QObject {
     void preferenceChanged(std::string_view key);
     void rescoreAll();
     void setStatus(std::string text);
-    void open(const std::optional<std::string> &url, std::string_view what, std::int64_t courseID);
     [[nodiscard]] std::vector<Course> selectedCourses() const;
     [[nodiscard]] std::string selectionTitle() const;
 
@@ -140,6 +122,7 @@ class MainWindowController : public QObject {
     ScoringPass pass;
     QTimer widgetRefreshTimer;
     RosterView rosterView;
+    RosterActions rosterActions;
     /// Set while a visit is recorded, whose roster is shown right after.
     bool recordingVisit = false;
     std::string statusText;

@@ -1,13 +1,13 @@
 #include "ui/mainwindow.h"
 
 #include "app/mainwindowcontroller.h"
-#include "app/samplemode.h"
 #include "generated/version.h"
 #include "risk/coursethresholds.h"
 #include "ui/about/aboutwindow.h"
 #include "ui/dashboard/dashboardpane.h"
 #include "ui/details/studentdetails.h"
 #include "ui/help/helpwindow.h"
+#include "ui/mainmenus.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/copysetupsheet.h"
@@ -21,12 +21,13 @@
 #include "ui/support/convert.h"
 #include "ui/welcome/welcomewindow.h"
 
-#include <QActionGroup>
+#include <QAction>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QGuiApplication>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
@@ -71,12 +72,7 @@ MainWindow::MainWindow(
       dashboardPane(new DashboardPane(driver.dashboard(), store, look)),
       rosterPane(new RosterPane(driver, store, look)),
       details(new StudentDetails(look, splitter)),
-      observing(store.observe([this](std::string_view key) {
-          if (key == preferences::rosterCompactRows.name)
-              compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
-          else if (key == preferences::courseInsightPanelMode.name)
-              showInsightMode();
-      })) {
+      menus(new MainMenus(*menuBar(), store)) {
     setWindowTitle(
         defaults.value(preferences::sampleData) ? QStringLiteral("Ellwynd — Sample Data")
                                                 : QStringLiteral("Ellwynd"));
@@ -88,172 +84,68 @@ MainWindow::MainWindow(
     setCentralWidget(splitter);
     statusBar()->setSizeGripEnabled(false);
     statusBar()->hide();
-    makeMenus();
+    connectCommands();
     connectViews();
     restoreGeometryState();
     updateActions();
 }
 
-// ---- Menus -------------------------------------------------------------------------------------
+// ---- Commands ----------------------------------------------------------------------------------
 
-QAction *MainWindow::add(QMenu *menu, const QString &text, const QKeySequence &shortcut) {
-    QAction *action = menu->addAction(text);
-    action->setShortcut(shortcut);
-    return action;
-}
+void MainWindow::connectCommands() {
+    const auto on = [this](const QAction *action, auto &&command) {
+        connect(action, &QAction::triggered, this, std::forward<decltype(command)>(command));
+    };
+    on(menus->refreshAll, [this] { controller.refresh(); });
+    on(menus->refreshRoster, [this] { controller.refreshRoster(); });
+    on(menus->exportCSV, [this] { exportRoster(ExportFormat::csv); });
+    on(menus->exportMarkdown, [this] { exportRoster(ExportFormat::markdown); });
+    on(menus->sampleMode, &MainWindow::sampleSwitchRequested);
+    on(menus->settings, [this] { settings().open(SettingsWindow::general); });
+    on(menus->quit, &QWidget::close);
+    on(menus->findStudent, [this] { rosterPane->focusFilter(); });
 
-void MainWindow::makeMenus() {
-    makeFileMenu();
-    QMenu *edit = menuBar()->addMenu(QStringLiteral("&Edit"));
-    findStudent = add(edit, QStringLiteral("&Find Student"), QKeySequence::Find);
-    connect(findStudent, &QAction::triggered, rosterPane, &RosterPane::focusFilter);
-    makeViewMenu();
-    makeCourseMenus();
-    makeHelpMenu();
-}
-
-void MainWindow::makeFileMenu() {
-    QMenu *file = menuBar()->addMenu(QStringLiteral("&File"));
-    QAction *refreshAll = add(file, QStringLiteral("&Refresh All Courses"), QKeySequence::Refresh);
-    refreshAll->setShortcuts({Qt::CTRL | Qt::Key_R, Qt::Key_F5});
-    refreshRoster =
-        add(file, QStringLiteral("Refresh &This Roster"), Qt::CTRL | Qt::SHIFT | Qt::Key_R);
-    file->addSeparator();
-    exportCSV = add(file, QStringLiteral("Export Roster as &CSV…"), Qt::CTRL | Qt::Key_E);
-    exportMarkdown =
-        add(file, QStringLiteral("Export Roster as &Markdown…"), Qt::CTRL | Qt::SHIFT | Qt::Key_E);
-    file->addSeparator();
-    QAction *sample =
-        add(file, menuText(samplemode::menuTitle(defaults.value(preferences::sampleData))), {});
-    QAction *openSettings = add(file, QStringLiteral("&Settings"), QKeySequence::Preferences);
-    openSettings->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Comma)});
-    file->addSeparator();
-    QAction *quit = add(file, QStringLiteral("&Quit"), QKeySequence::Quit);
-
-    connect(refreshAll, &QAction::triggered, &controller, &MainWindowController::refresh);
-    connect(refreshRoster, &QAction::triggered, &controller, &MainWindowController::refreshRoster);
-    connect(exportCSV, &QAction::triggered, this, [this] { exportRoster(ExportFormat::csv); });
-    connect(exportMarkdown, &QAction::triggered, this, [this] {
-        exportRoster(ExportFormat::markdown);
+    on(menus->showDashboard, [this] {
+        controller.select(DashboardSelection{});
+        dashboardPane->focusCards();
     });
-    connect(sample, &QAction::triggered, this, &MainWindow::sampleSwitchRequested);
-    connect(openSettings, &QAction::triggered, this, [this] {
-        settings().open(SettingsWindow::general);
-    });
-    connect(quit, &QAction::triggered, this, &QWidget::close);
-}
-
-void MainWindow::makeViewMenu() {
-    QMenu *view = menuBar()->addMenu(QStringLiteral("&View"));
-    showDashboard = add(view, QStringLiteral("Show &Dashboard"), Qt::CTRL | Qt::Key_D);
-    view->addSeparator();
-    compactRows = add(view, QStringLiteral("&Compact Rows"), Qt::CTRL | Qt::SHIFT | Qt::Key_C);
-    compactRows->setCheckable(true);
-    compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
-    makeInsightMenu(view);
-    hideDetails = add(view, QStringLiteral("&Hide Student Details"), Qt::CTRL | Qt::Key_I);
-    view->addSeparator();
-    QAction *zoomIn = add(view, QStringLiteral("Zoom &In"), QKeySequence::ZoomIn);
-    zoomIn->setShortcuts({QKeySequence::ZoomIn, Qt::CTRL | Qt::Key_Equal});
-    QAction *zoomOut = add(view, QStringLiteral("Zoom &Out"), QKeySequence::ZoomOut);
-    QAction *actualSize = add(view, QStringLiteral("&Actual Size"), Qt::CTRL | Qt::Key_0);
-
-    connect(compactRows, &QAction::toggled, this, [this](bool on) {
-        defaults.set(preferences::rosterCompactRows, on);
-    });
-    connect(hideDetails, &QAction::triggered, this, [this] {
+    on(menus->hideDetails, [this] {
         detailsWanted = !detailsWanted;
         showPane();
         updateActions();
     });
-    connect(showDashboard, &QAction::triggered, this, [this] {
-        controller.select(DashboardSelection{});
-        dashboardPane->focusCards();
-    });
-    connect(zoomIn, &QAction::triggered, this, [this] { appearance.zoom(1); });
-    connect(zoomOut, &QAction::triggered, this, [this] { appearance.zoom(-1); });
-    connect(actualSize, &QAction::triggered, this, [this] { appearance.zoom(0); });
-}
+    on(menus->zoomIn, [this] { appearance.zoom(1); });
+    on(menus->zoomOut, [this] { appearance.zoom(-1); });
+    on(menus->actualSize, [this] { appearance.zoom(0); });
 
-void MainWindow::makeCourseMenus() {
-    QMenu *course = menuBar()->addMenu(QStringLiteral("&Course"));
-    missingWork = add(course, QStringLiteral("&Missing Work by Assignment…"), Qt::CTRL | Qt::Key_M);
-    thresholds = add(course, QStringLiteral("Risk &Thresholds…"), Qt::CTRL | Qt::Key_T);
-    courseIcon = add(course, QStringLiteral("&Icon…"), {});
-    copySetup = add(course, QStringLiteral("Copy Course &Setup…"), {});
-    course->addSeparator();
-    openCourse = add(course, QStringLiteral("&Open Course in Canvas"), Qt::CTRL | Qt::Key_O);
-
-    QMenu *student = menuBar()->addMenu(QStringLiteral("&Student"));
-    copyMessage = student->addMenu(QStringLiteral("&Copy Message About Student"));
-    markContacted =
-        add(student, QStringLiteral("&Mark as Contacted"), Qt::CTRL | Qt::SHIFT | Qt::Key_M);
-    student->addSeparator();
-    openGrades = add(student, QStringLiteral("Open &Grades in Canvas"), Qt::CTRL | Qt::Key_G);
-
-    connect(missingWork, &QAction::triggered, this, &MainWindow::openMissingWork);
-    connect(thresholds, &QAction::triggered, this, &MainWindow::openThresholds);
-    connect(courseIcon, &QAction::triggered, this, &MainWindow::openIconSheet);
-    connect(copySetup, &QAction::triggered, this, &MainWindow::openCopySetup);
-    connect(openCourse, &QAction::triggered, this, [this] {
+    on(menus->missingWork, &MainWindow::openMissingWork);
+    on(menus->thresholds, &MainWindow::openThresholds);
+    on(menus->courseIcon, &MainWindow::openIconSheet);
+    on(menus->copySetup, &MainWindow::openCopySetup);
+    on(menus->openCourse, [this] {
         if (const auto id = controller.roster().courseID)
-            controller.openCourse(*id);
+            controller.actions().openCourse(*id);
     });
-    connect(copyMessage, &QMenu::aboutToShow, this, [this] { fillCopyMenu(copyMessage); });
-    connect(markContacted, &QAction::triggered, this, [this] {
-        controller.markContacted(rosterPane->table()->selectedRows());
+    connect(menus->copyMessage, &QMenu::aboutToShow, this, [this] {
+        fillCopyMenu(menus->copyMessage);
     });
-    connect(openGrades, &QAction::triggered, this, [this] {
+    on(menus->markContacted,
+       [this] { controller.actions().markContacted(rosterPane->table()->selectedRows()); });
+    on(menus->openGrades, [this] {
         for (const RiskRow &row : rosterPane->table()->selectedRows())
-            controller.openGrades(row.courseID, row.id);
+            controller.actions().openGrades(row.courseID, row.id);
     });
-}
 
-void MainWindow::makeHelpMenu() {
-    QMenu *menu = menuBar()->addMenu(QStringLiteral("&Help"));
-    QAction *topics = add(menu, QStringLiteral("Ellwynd &Help"), QKeySequence::HelpContents);
-    QAction *shortcuts = add(menu, QStringLiteral("&Keyboard Shortcuts"), {});
-    QAction *news = add(menu, QStringLiteral("&What's New in Ellwynd"), {});
-    menu->addSeparator();
-    QAction *feedback = add(menu, QStringLiteral("Send &Feedback…"), {});
-    feedback->setVisible(!std::string_view(feedbackAddress).empty());
-    checkForUpdates = add(menu, QStringLiteral("Check for &Updates…"), {});
-    checkForUpdates->setVisible(false);
-    QAction *about = add(menu, QStringLiteral("&About Ellwynd"), {});
-
-    connect(topics, &QAction::triggered, this, [this] { showHelp("getting-started"); });
-    connect(shortcuts, &QAction::triggered, this, [this] { showHelp("keyboard"); });
-    connect(news, &QAction::triggered, this, [this] { help().showReleaseNotes(); });
-    connect(feedback, &QAction::triggered, this, &MainWindow::sendFeedback);
-    connect(checkForUpdates, &QAction::triggered, this, &MainWindow::updateCheckRequested);
-    connect(about, &QAction::triggered, this, [this] {
+    on(menus->help, [this] { help().showTopic("getting-started"); });
+    on(menus->keyboardShortcuts, [this] { help().showTopic("keyboard"); });
+    on(menus->whatsNew, [this] { help().showReleaseNotes(); });
+    on(menus->sendFeedback, &MainWindow::sendFeedback);
+    on(menus->checkForUpdates, &MainWindow::updateCheckRequested);
+    on(menus->about, [this] {
         auto *box = new AboutWindow(appearance, this);
         box->setAttribute(Qt::WA_DeleteOnClose);
         box->show();
     });
-}
-
-void MainWindow::makeInsightMenu(QMenu *view) {
-    QMenu *menu = view->addMenu(QStringLiteral("Course &Insight"));
-    insightModes = new QActionGroup(this);
-    const std::pair<const char *, const char *> modes[] = {
-        {"shown", "&Whole"}, {"small", "&One Line"}, {"hidden", "&Hidden"}};
-    for (const auto &[mode, text] : modes) {
-        QAction *action = menu->addAction(QString::fromUtf8(text));
-        action->setCheckable(true);
-        action->setData(QString::fromUtf8(mode));
-        insightModes->addAction(action);
-    }
-    connect(insightModes, &QActionGroup::triggered, this, [this](const QAction *chosen) {
-        defaults.set(preferences::courseInsightPanelMode, chosen->data().toString().toStdString());
-    });
-    showInsightMode();
-}
-
-void MainWindow::showInsightMode() {
-    const QString mode = qstring(defaults.value(preferences::courseInsightPanelMode));
-    for (QAction *action : insightModes->actions())
-        action->setChecked(action->data().toString() == mode);
 }
 
 /// One entry a template, for the students selected when it is chosen.
@@ -262,7 +154,7 @@ void MainWindow::fillCopyMenu(QMenu *menu) {
     for (const MessageTemplate &message : stores.templates.templates()) {
         QAction *action = menu->addAction(menuText(message.name));
         connect(action, &QAction::triggered, this, [this, message] {
-            controller.copyMessages(message, rosterPane->table()->selectedRows());
+            controller.actions().copyMessages(message, rosterPane->table()->selectedRows());
         });
     }
     if (menu->isEmpty()) {
@@ -272,7 +164,7 @@ void MainWindow::fillCopyMenu(QMenu *menu) {
 
 void MainWindow::exportRoster(ExportFormat format) {
     const bool csv = format == ExportFormat::csv;
-    const RosterExport roster = controller.exported(format);
+    const RosterExport roster = controller.actions().exported(format);
     auto *panel = new QFileDialog(
         this,
         csv ? QStringLiteral("Export Roster as CSV") : QStringLiteral("Export Roster as Markdown"));
@@ -282,7 +174,7 @@ void MainWindow::exportRoster(ExportFormat format) {
     panel->selectFile(qstring(roster.fileName));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     connect(panel, &QFileDialog::fileSelected, this, [this, roster](const QString &file) {
-        controller.saveExport(roster, std::filesystem::path(file.toStdString()));
+        controller.actions().saveExport(roster, std::filesystem::path(file.toStdString()));
     });
     panel->open();
 }
@@ -319,15 +211,17 @@ void MainWindow::connectViews() {
         if (settingsWindow != nullptr)
             settingsWindow->refreshPreview();
     });
-    const auto grades = [this](const RiskRow &row) { controller.openGrades(row.courseID, row.id); };
+    const auto grades = [this](const RiskRow &row) {
+        controller.actions().openGrades(row.courseID, row.id);
+    };
     const auto assignment = [this](const RiskRow &row, std::int64_t id) {
-        controller.openAssignment(row.courseID, id);
+        controller.actions().openAssignment(row.courseID, id);
     };
     connect(table, &RosterTable::gradesRequested, this, grades);
     connect(table, &RosterTable::assignmentRequested, this, assignment);
     connect(details, &StudentDetails::messagesRequested, this, &MainWindow::fillCopyMenu);
     connect(details, &StudentDetails::contactRequested, this, [this](const RiskRow &row) {
-        controller.markContacted({row});
+        controller.actions().markContacted({row});
     });
     connect(details, &StudentDetails::gradesRequested, this, grades);
     connect(details, &StudentDetails::assignmentRequested, this, assignment);
@@ -344,18 +238,18 @@ void MainWindow::connectViews() {
         updateActions();
     });
     connect(&controller, &MainWindowController::errorDidOccur, this, &MainWindow::showError);
-    connect(&controller, &MainWindowController::urlShouldOpen, this, [](const QString &url) {
+    connect(&controller.actions(), &RosterActions::urlShouldOpen, this, [](const QString &url) {
         QDesktopServices::openUrl(QUrl(url));
     });
-    connect(&controller, &MainWindowController::textShouldBeCopied, this, [](const QString &text) {
-        QGuiApplication::clipboard()->setText(text);
-    });
-    connect(&controller, &MainWindowController::exportDidFail, this, [this](const QString &why) {
+    connect(
+        &controller.actions(), &RosterActions::textShouldBeCopied, this,
+        [](const QString &text) { QGuiApplication::clipboard()->setText(text); });
+    connect(&controller.actions(), &RosterActions::exportDidFail, this, [this](const QString &why) {
         QMessageBox *box = plainAlert(this, QStringLiteral("The export couldn’t be written"), why);
         box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
         box->open();
     });
-    connect(&controller, &MainWindowController::pageIsInvented, this, [this] {
+    connect(&controller.actions(), &RosterActions::pageIsInvented, this, [this] {
         statusBar()->show();
         statusBar()->showMessage(
             QStringLiteral("The sample college is invented, so it has no pages in Canvas."),
@@ -371,27 +265,16 @@ void MainWindow::connectViews() {
 void MainWindow::updateActions() {
     const RosterView &roster = controller.roster();
     const bool shown = roster.state == RosterView::State::shown;
-    const bool course = shown && roster.courseID.has_value();
-    missingWork->setEnabled(course);
-    thresholds->setEnabled(course);
-    courseIcon->setEnabled(course);
-    copySetup->setEnabled(course);
-    openCourse->setEnabled(course);
-    refreshRoster->setEnabled(
-        roster.state != RosterView::State::nothingSelected &&
-        roster.state != RosterView::State::notConnected);
-    showDashboard->setEnabled(refreshRoster->isEnabled());
-    hideDetails->setEnabled(middle->currentWidget() == rosterPane);
-    findStudent->setEnabled(shown && !roster.rows.empty());
-    const bool anySelected = !rosterPane->table()->selectedRows().empty();
-    openGrades->setEnabled(anySelected);
-    copyMessage->setEnabled(anySelected);
-    exportCSV->setEnabled(shown);
-    exportMarkdown->setEnabled(shown);
-    markContacted->setEnabled(anySelected && stores.contacts.isEnabled());
-    hideDetails->setText(
-        detailsWanted ? QStringLiteral("&Hide Student Details")
-                      : QStringLiteral("&Show Student Details"));
+    menus->update({
+        .connected = roster.state != RosterView::State::notConnected,
+        .rosterPane = middle->currentWidget() == rosterPane,
+        .rosterShown = shown,
+        .oneCourse = roster.courseID.has_value(),
+        .anyStudents = shown && !roster.rows.empty(),
+        .anySelected = !rosterPane->table()->selectedRows().empty(),
+        .remembersContacts = stores.contacts.isEnabled(),
+        .detailsWanted = detailsWanted,
+    });
 }
 
 /// The dashboard, or a roster with its details; what was chosen for the details waits meanwhile.
@@ -405,12 +288,12 @@ void MainWindow::showContextMenu(const QPoint &position) {
     if (rosterPane->table()->selectedRows().empty())
         return;
     QMenu menu(this);
-    QMenu *messages = menu.addMenu(copyMessage->title());
+    QMenu *messages = menu.addMenu(menus->copyMessage->title());
     fillCopyMenu(messages);
-    menu.addAction(markContacted);
+    menu.addAction(menus->markContacted);
     menu.addSeparator();
-    menu.addAction(openGrades);
-    menu.addAction(openCourse);
+    menu.addAction(menus->openGrades);
+    menu.addAction(menus->openCourse);
     menu.exec(position);
 }
 
@@ -524,32 +407,15 @@ void MainWindow::showWelcomeIfDue() {
 }
 
 void MainWindow::offerUpdates(bool offered) {
-    checkForUpdates->setVisible(offered);
+    menus->checkForUpdates->setVisible(offered);
+    updatesOffered = offered;
 }
 
 /// The keys in the help are those of the menus.
 HelpWindow &MainWindow::help() {
-    if (helpWindow == nullptr) {
-        std::vector<ShortcutGroup> groups;
-        for (const QAction *menu : menuBar()->actions()) {
-            ShortcutGroup group{.title = QString(menu->text()).remove(u'&').toStdString()};
-            for (const QAction *action : menu->menu()->actions()) {
-                if (action->shortcut().isEmpty())
-                    continue;
-                group.rows.push_back(
-                    {QString(action->text()).remove(u'&').toStdString(),
-                     action->shortcut().toString(QKeySequence::NativeText).toStdString()});
-            }
-            if (!group.rows.empty())
-                groups.push_back(std::move(group));
-        }
-        helpWindow = new HelpWindow(defaults, appearance, groups, this);
-    }
+    if (helpWindow == nullptr)
+        helpWindow = new HelpWindow(defaults, appearance, menus->shortcuts(), this);
     return *helpWindow;
-}
-
-void MainWindow::showHelp(const std::string &topic) {
-    help().showTopic(topic);
 }
 
 void MainWindow::sendFeedback() {
@@ -568,6 +434,7 @@ SettingsWindow &MainWindow::settings() {
         settingsWindow = new SettingsWindow(
             defaults, stores, connection, sync, notifications, [this] { return previewStudent(); },
             appearance, this);
+        settingsWindow->offerUpdates(updatesOffered);
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,
             &MainWindowController::refresh);

@@ -6,8 +6,7 @@
 
 #include <QMainWindow>
 
-class QAction;
-class QActionGroup;
+class QMenu;
 class QPushButton;
 class QSplitter;
 class QStackedWidget;
@@ -19,6 +18,7 @@ class CanvasError;
 class DashboardPane;
 class HelpWindow;
 class ConnectionCheck;
+class MainMenus;
 class MainWindowController;
 class MissingWorkSheet;
 class RosterPane;
@@ -51,7 +51,7 @@ class MainWindow : public QMainWindow {
 
     /// Shows the first-run steps where they are due.
     void showWelcomeIfDue();
-    /// Whether "Check for Updates…" stands in the menu.
+    /// Whether the program can look for updates, so that its commands and settings stand there.
     void offerUpdates(bool offered);
 
     /// The settings window, made on first use.
@@ -72,18 +72,11 @@ class MainWindow : public QMainWindow {
     void closeEvent(QCloseEvent *event) override;
 
   private:
-    void makeMenus();
-    void makeFileMenu();
-    void makeViewMenu();
-    void makeCourseMenus();
-    void makeHelpMenu();
-    void makeInsightMenu(QMenu *view);
+    void connectCommands();
     void openIconSheet();
     void openCopySetup();
-    void showHelp(const std::string &topic);
     void sendFeedback();
     [[nodiscard]] HelpWindow &help();
-    void showInsightMode();
     void fillCopyMenu(QMenu *menu);
     void exportRoster(ExportFormat format);
     [[nodiscard]] std::optional<PreviewStudent> previewStudent() const;
@@ -93,7 +86,6 @@ class MainWindow : public QMainWindow {
     void restoreGeometryState();
     void showContextMenu(const QPoint &position);
     void showError(const CanvasError &error);
-    QAction *add(QMenu *menu, const QString &text, const QKeySequence &shortcut);
 
     MainWindowController &controller;
     UserDefaults &defaults;
@@ -108,28 +100,12 @@ class MainWindow : public QMainWindow {
     DashboardPane *dashboardPane;
     RosterPane *rosterPane;
     StudentDetails *details;
+    MainMenus *menus;
     SettingsWindow *settingsWindow = nullptr;
     HelpWindow *helpWindow = nullptr;
     QPushButton *undoSetup = nullptr;
-    QAction *showDashboard = nullptr;
-    QAction *courseIcon = nullptr;
-    QAction *copySetup = nullptr;
-    QAction *checkForUpdates = nullptr;
-    QAction *compactRows = nullptr;
     bool detailsWanted = true;
-    QActionGroup *insightModes = nullptr;
-    QAction *markContacted = nullptr;
-    QMenu *copyMessage = nullptr;
-    QAction *exportCSV = nullptr;
-    QAction *exportMarkdown = nullptr;
-    QAction *hideDetails = nullptr;
-    QAction *findStudent = nullptr;
-    QAction *missingWork = nullptr;
-    QAction *thresholds = nullptr;
-    QAction *openCourse = nullptr;
-    QAction *openGrades = nullptr;
-    QAction *refreshRoster = nullptr;
-    std::shared_ptr<void> observing;
+    bool updatesOffered = false;
 };
 
 } // namespace ellwynd

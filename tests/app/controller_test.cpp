@@ -128,7 +128,7 @@ TEST_F(ControllerTest, AVisitIsComparedAndThenRecorded) {
     for (const RosterSnapshot &entry : core.stores.history.entries())
         EXPECT_FALSE(entry.level == "Watch" && entry.studentID == 5010) << "not recorded";
 
-    controller.markContacted({roster().rows[0]});
+    controller.actions().markContacted({roster().rows[0]});
     EXPECT_TRUE(roster().outreach.contains(keyOf(roster().rows[0])));
     defaults.set(preferences::rememberContacts, false);
     EXPECT_TRUE(roster().outreach.empty());
@@ -140,11 +140,11 @@ TEST_F(ControllerTest, CopiesMessagesAndNotesTheContacts) {
     controller.select(CourseSelection{900101});
     std::vector<std::string> copied;
     QObject::connect(
-        &controller, &MainWindowController::textShouldBeCopied, &controller,
+        &controller.actions(), &RosterActions::textShouldBeCopied, &controller,
         [&](const QString &text) { copied.push_back(text.toStdString()); });
     const MessageTemplate &email = core.stores.templates.templates().front();
     core.stores.contacts.deleteAll();
-    controller.copyMessages(email, roster().rows);
+    controller.actions().copyMessages(email, roster().rows);
     ASSERT_EQ(copied.size(), 1U);
     EXPECT_EQ(copied[0], fillAll(email, roster().rows, roster().title, [](std::int64_t) {
                   return 70.0;
@@ -152,7 +152,7 @@ TEST_F(ControllerTest, CopiesMessagesAndNotesTheContacts) {
     ASSERT_EQ(core.stores.contacts.records().size(), 26U);
     for (const ContactRecord &record : core.stores.contacts.records())
         EXPECT_EQ(record.contactedAt, test::noon);
-    controller.copyMessages(email, {});
+    controller.actions().copyMessages(email, {});
     EXPECT_EQ(copied.size(), 1U);
 }
 
@@ -160,18 +160,18 @@ TEST_F(ControllerTest, ExportsWhatIsOnScreen) {
     controller.refresh();
     std::vector<std::string> failures;
     QObject::connect(
-        &controller, &MainWindowController::exportDidFail, &controller,
+        &controller.actions(), &RosterActions::exportDidFail, &controller,
         [&](const QString &why) { failures.push_back(why.toStdString()); });
     controller.select(TermSelection{9001});
-    const RosterExport term = controller.exported(ExportFormat::csv);
+    const RosterExport term = controller.actions().exported(ExportFormat::csv);
     EXPECT_EQ(term.fileName, "Ellwynd — Fall 2026 — 2026-09-24.csv");
     EXPECT_THAT(term.text, testing::StartsWith("Risk,Student,Course,"));
     controller.select(CourseSelection{900101});
-    const RosterExport course = controller.exported(ExportFormat::markdown);
+    const RosterExport course = controller.actions().exported(ExportFormat::markdown);
     EXPECT_THAT(course.text, testing::StartsWith("# CS 101  4021 - Intro to Programming\n"));
-    controller.saveExport(course, core.folder.path() / course.fileName);
+    controller.actions().saveExport(course, core.folder.path() / course.fileName);
     EXPECT_EQ(core.folder.read(course.fileName), course.text);
-    controller.saveExport(course, core.folder.path() / course.fileName / "x.md");
+    controller.actions().saveExport(course, core.folder.path() / course.fileName / "x.md");
     EXPECT_EQ(failures.size(), 1U);
 }
 
@@ -190,13 +190,13 @@ TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
     int invented = 0;
     const auto listen = [&](MainWindowController &driver) {
         QObject::connect(
-            &driver, &MainWindowController::urlShouldOpen, &driver,
+            &driver.actions(), &RosterActions::urlShouldOpen, &driver,
             [&](const QString &url) { opened.push_back(url.toStdString()); });
         QObject::connect(
-            &driver, &MainWindowController::pageIsInvented, &driver, [&] { ++invented; });
+            &driver.actions(), &RosterActions::pageIsInvented, &driver, [&] { ++invented; });
     };
     listen(controller);
-    controller.openGrades(900101, 5001);
+    controller.actions().openGrades(900101, 5001);
     EXPECT_EQ(invented, 1);
 
     test::Core connected({{"CanvasBaseURL", std::string("https://h.example")}});
@@ -204,10 +204,10 @@ TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
         connected.defaults, connected.connector, connected.stores, connected.trends,
         connected.outlets);
     listen(real);
-    real.openCourse(7);
-    real.openGrades(7, 9);
-    real.openAssignment(7, 8);
-    real.openCourse(0);
+    real.actions().openCourse(7);
+    real.actions().openGrades(7, 9);
+    real.actions().openAssignment(7, 8);
+    real.actions().openCourse(0);
     EXPECT_THAT(
         opened,
         testing::ElementsAre(

@@ -1,0 +1,168 @@
+#include "ui/mainmenus.h"
+
+#include "app/samplemode.h"
+#include "generated/version.h"
+#include "ui/support/convert.h"
+
+#include <QActionGroup>
+#include <QMenuBar>
+
+namespace ellwynd {
+
+namespace {
+
+QAction *add(QMenu &menu, const QString &text, const QList<QKeySequence> &keys = {}) {
+    QAction *action = menu.addAction(text);
+    action->setShortcuts(keys);
+    return action;
+}
+
+/// A menu's or a command's text without the marks of its letters.
+std::string plainText(const QAction &action) {
+    return action.text().remove(u'&').toStdString();
+}
+
+} // namespace
+
+MainMenus::MainMenus(QMenuBar &menuBar, UserDefaults &store)
+    : QObject(&menuBar),
+      bar(menuBar),
+      defaults(store),
+      observing(store.observe([this](std::string_view key) { showPreference(key); })) {
+    makeFileMenu();
+    QMenu *edit = bar.addMenu(QStringLiteral("&Edit"));
+    findStudent = add(*edit, QStringLiteral("&Find Student"), {QKeySequence::Find});
+    makeViewMenu();
+    makeCourseMenus();
+    makeHelpMenu();
+    showPreference(preferences::rosterCompactRows.name);
+    showPreference(preferences::courseInsightPanelMode.name);
+}
+
+void MainMenus::makeFileMenu() {
+    QMenu &file = *bar.addMenu(QStringLiteral("&File"));
+    refreshAll =
+        add(file, QStringLiteral("&Refresh All Courses"), {Qt::CTRL | Qt::Key_R, Qt::Key_F5});
+    refreshRoster =
+        add(file, QStringLiteral("Refresh &This Roster"), {Qt::CTRL | Qt::SHIFT | Qt::Key_R});
+    file.addSeparator();
+    exportCSV = add(file, QStringLiteral("Export Roster as &CSV…"), {Qt::CTRL | Qt::Key_E});
+    exportMarkdown = add(
+        file, QStringLiteral("Export Roster as &Markdown…"), {Qt::CTRL | Qt::SHIFT | Qt::Key_E});
+    file.addSeparator();
+    sampleMode =
+        add(file, menuText(samplemode::menuTitle(defaults.value(preferences::sampleData))));
+    settings = add(file, QStringLiteral("&Settings"), {Qt::CTRL | Qt::Key_Comma});
+    file.addSeparator();
+    quit = add(file, QStringLiteral("&Quit"), {QKeySequence::Quit});
+}
+
+void MainMenus::makeViewMenu() {
+    QMenu &view = *bar.addMenu(QStringLiteral("&View"));
+    showDashboard = add(view, QStringLiteral("Show &Dashboard"), {Qt::CTRL | Qt::Key_D});
+    view.addSeparator();
+    compactRows = add(view, QStringLiteral("&Compact Rows"), {Qt::CTRL | Qt::SHIFT | Qt::Key_C});
+    compactRows->setCheckable(true);
+    connect(compactRows, &QAction::triggered, this, [this](bool on) {
+        defaults.set(preferences::rosterCompactRows, on);
+    });
+    makeInsightMenu(view);
+    hideDetails = add(view, QStringLiteral("&Hide Student Details"), {Qt::CTRL | Qt::Key_I});
+    view.addSeparator();
+    zoomIn =
+        add(view, QStringLiteral("Zoom &In"), {QKeySequence::ZoomIn, Qt::CTRL | Qt::Key_Equal});
+    zoomOut = add(view, QStringLiteral("Zoom &Out"), {QKeySequence::ZoomOut});
+    actualSize = add(view, QStringLiteral("&Actual Size"), {Qt::CTRL | Qt::Key_0});
+}
+
+void MainMenus::makeInsightMenu(QMenu &view) {
+    QMenu *menu = view.addMenu(QStringLiteral("Course &Insight"));
+    insightModes = new QActionGroup(this);
+    const std::pair<const char *, const char *> modes[] = {
+        {"shown", "&Whole"}, {"small", "&One Line"}, {"hidden", "&Hidden"}};
+    for (const auto &[mode, text] : modes) {
+        QAction *action = menu->addAction(QString::fromUtf8(text));
+        action->setCheckable(true);
+        action->setData(QString::fromUtf8(mode));
+        insightModes->addAction(action);
+    }
+    connect(insightModes, &QActionGroup::triggered, this, [this](const QAction *chosen) {
+        defaults.set(preferences::courseInsightPanelMode, chosen->data().toString().toStdString());
+    });
+}
+
+void MainMenus::makeCourseMenus() {
+    QMenu &course = *bar.addMenu(QStringLiteral("&Course"));
+    missingWork =
+        add(course, QStringLiteral("&Missing Work by Assignment…"), {Qt::CTRL | Qt::Key_M});
+    thresholds = add(course, QStringLiteral("Risk &Thresholds…"), {Qt::CTRL | Qt::Key_T});
+    courseIcon = add(course, QStringLiteral("&Icon…"));
+    copySetup = add(course, QStringLiteral("Copy Course &Setup…"));
+    course.addSeparator();
+    openCourse = add(course, QStringLiteral("&Open Course in Canvas"), {Qt::CTRL | Qt::Key_O});
+
+    QMenu &student = *bar.addMenu(QStringLiteral("&Student"));
+    copyMessage = student.addMenu(QStringLiteral("&Copy Message About Student"));
+    markContacted =
+        add(student, QStringLiteral("&Mark as Contacted"), {Qt::CTRL | Qt::SHIFT | Qt::Key_M});
+    student.addSeparator();
+    openGrades = add(student, QStringLiteral("Open &Grades in Canvas"), {Qt::CTRL | Qt::Key_G});
+}
+
+void MainMenus::makeHelpMenu() {
+    QMenu &menu = *bar.addMenu(QStringLiteral("&Help"));
+    help = add(menu, QStringLiteral("Ellwynd &Help"), {QKeySequence::HelpContents});
+    keyboardShortcuts = add(menu, QStringLiteral("&Keyboard Shortcuts"));
+    whatsNew = add(menu, QStringLiteral("&What's New in Ellwynd"));
+    menu.addSeparator();
+    sendFeedback = add(menu, QStringLiteral("Send &Feedback…"));
+    sendFeedback->setVisible(!std::string_view(feedbackAddress).empty());
+    checkForUpdates = add(menu, QStringLiteral("Check for &Updates…"));
+    checkForUpdates->setVisible(false);
+    about = add(menu, QStringLiteral("&About Ellwynd"));
+}
+
+void MainMenus::showPreference(std::string_view key) {
+    if (key == preferences::rosterCompactRows.name) {
+        compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
+    } else if (key == preferences::courseInsightPanelMode.name) {
+        const QString mode = qstring(defaults.value(preferences::courseInsightPanelMode));
+        for (QAction *action : insightModes->actions())
+            action->setChecked(action->data().toString() == mode);
+    }
+}
+
+void MainMenus::update(const CommandState &state) {
+    refreshRoster->setEnabled(state.rosterPane && state.connected);
+    showDashboard->setEnabled(state.rosterPane && state.connected);
+    hideDetails->setEnabled(state.rosterPane);
+    hideDetails->setText(
+        state.detailsWanted ? QStringLiteral("&Hide Student Details")
+                            : QStringLiteral("&Show Student Details"));
+    for (QAction *command : {exportCSV, exportMarkdown})
+        command->setEnabled(state.rosterShown);
+    for (QAction *command : {missingWork, thresholds, courseIcon, copySetup, openCourse})
+        command->setEnabled(state.rosterShown && state.oneCourse);
+    findStudent->setEnabled(state.anyStudents);
+    copyMessage->setEnabled(state.anySelected);
+    openGrades->setEnabled(state.anySelected);
+    markContacted->setEnabled(state.anySelected && state.remembersContacts);
+}
+
+std::vector<ShortcutGroup> MainMenus::shortcuts() const {
+    std::vector<ShortcutGroup> groups;
+    for (const QAction *menu : bar.actions()) {
+        ShortcutGroup group{.title = plainText(*menu)};
+        for (const QAction *action : menu->menu()->actions()) {
+            const QKeySequence key = action->shortcut();
+            if (!key.isEmpty())
+                group.rows.push_back(
+                    {plainText(*action), key.toString(QKeySequence::NativeText).toStdString()});
+        }
+        if (!group.rows.empty())
+            groups.push_back(std::move(group));
+    }
+    return groups;
+}
+
+} // namespace ellwynd

@@ -1,0 +1,99 @@
+// The main window's menus.
+#pragma once
+
+#include "help/helpbook.h"
+#include "platform/userdefaults.h"
+
+#include <QKeySequence>
+#include <QObject>
+
+class QAction;
+class QActionGroup;
+class QMenu;
+class QMenuBar;
+
+namespace ellwynd {
+
+/// What decides which commands can work.
+struct CommandState {
+    /// The list of courses was asked for: there is a connection, or the sample college.
+    bool connected = false;
+    /// A roster stands in the middle, or is being loaded there.
+    bool rosterPane = false;
+    /// Its rows are there, and whether they are one course's.
+    bool rosterShown = false;
+    bool oneCourse = false;
+    bool anyStudents = false;
+    bool anySelected = false;
+    bool remembersContacts = false;
+    /// Whether the teacher wants the details beside a roster.
+    bool detailsWanted = true;
+};
+
+/// Every command of the program, where people look for it and with its key. Whoever owns the menus
+/// connects the commands; those that only turn a preference over do so themselves.
+class MainMenus : public QObject {
+    Q_OBJECT
+
+  public:
+    MainMenus(QMenuBar &bar, UserDefaults &defaults);
+
+    /// Enables each command exactly when it can work.
+    void update(const CommandState &state);
+
+    /// Menu by menu, the commands that have a key.
+    [[nodiscard]] std::vector<ShortcutGroup> shortcuts() const;
+
+    // File
+    QAction *refreshAll = nullptr;
+    QAction *refreshRoster = nullptr;
+    QAction *exportCSV = nullptr;
+    QAction *exportMarkdown = nullptr;
+    QAction *sampleMode = nullptr;
+    QAction *settings = nullptr;
+    QAction *quit = nullptr;
+    // Edit
+    QAction *findStudent = nullptr;
+    // View
+    QAction *showDashboard = nullptr;
+    QAction *hideDetails = nullptr;
+    QAction *zoomIn = nullptr;
+    QAction *zoomOut = nullptr;
+    QAction *actualSize = nullptr;
+    // Course
+    QAction *missingWork = nullptr;
+    QAction *thresholds = nullptr;
+    QAction *courseIcon = nullptr;
+    QAction *copySetup = nullptr;
+    QAction *openCourse = nullptr;
+    // Student
+    /// To be filled when it is about to show.
+    QMenu *copyMessage = nullptr;
+    QAction *markContacted = nullptr;
+    QAction *openGrades = nullptr;
+    // Help
+    QAction *help = nullptr;
+    QAction *keyboardShortcuts = nullptr;
+    QAction *whatsNew = nullptr;
+    /// Not there in a copy of the program without an address for it.
+    QAction *sendFeedback = nullptr;
+    /// Not there until somebody says that updates can be looked for.
+    QAction *checkForUpdates = nullptr;
+    QAction *about = nullptr;
+
+  private:
+    void makeFileMenu();
+    void makeViewMenu();
+    void makeInsightMenu(QMenu &view);
+    void makeCourseMenus();
+    void makeHelpMenu();
+    void showPreference(std::string_view key);
+
+    QMenuBar &bar;
+    UserDefaults &defaults;
+    QAction *compactRows = nullptr;
+    QActionGroup *insightModes = nullptr;
+    std::shared_ptr<void> observing;
+};
+
+} // namespace ellwynd

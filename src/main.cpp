@@ -101,10 +101,8 @@ int main(int argc, char **argv) {
     QObject::connect(
         &updater, &Updater::updateWithdrawn, &window, [&window] { window.showUpdate({}); });
     QObject::connect(
-        &notices, &MovementNotifier::shouldActivate, &window, [&window] { window.activate({}); });
-    QObject::connect(
-        &notices, &MovementNotifier::courseShouldOpen, &controller,
-        &MainWindowController::showCourse);
+        &notices, &MovementNotifier::noticeClicked, &shell,
+        [&shell](std::optional<std::int64_t> courseID) { shell.openNotice(courseID); });
     QObject::connect(
         &application, &QGuiApplication::applicationStateChanged, &controller,
         [&controller](Qt::ApplicationState state) {

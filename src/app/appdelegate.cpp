@@ -29,6 +29,7 @@ AppDelegate::AppDelegate(
       newInstance(std::move(start)) {
     connect(&service, &ApplicationService::activated, this, &AppDelegate::shouldActivate);
     connect(&service, &ApplicationService::linksOpened, this, &AppDelegate::openLinks);
+    connect(&service, &ApplicationService::courseRequested, this, &AppDelegate::openNotice);
     logger.info("Ellwynd launching");
 }
 

@@ -23,6 +23,8 @@ constexpr QLatin1StringView interface("org.freedesktop.Application");
 constexpr QLatin1StringView activationToken("activation-token");
 constexpr QLatin1StringView startupID("desktop-startup-id");
 
+constexpr QLatin1StringView openCourseAction("open-course");
+
 constexpr qsizetype mostLinks = 100;
 constexpr qsizetype longestToken = 1024;
 
@@ -116,9 +118,14 @@ void ApplicationService::Open(const QStringList &uris, const QVariantMap &platfo
     Q_EMIT linksOpened(uris.first(std::min(uris.size(), mostLinks)), tokenOf(platformData));
 }
 
-/// The program's menu entry offers no actions, so nobody has one to ask for.
+/// For desktops that keep a notice when its process has ended: the bus starts the program then.
 void ApplicationService::ActivateAction(
-    const QString &, const QVariantList &, const QVariantMap &) {}
+    const QString &action, const QVariantList &parameter, const QVariantMap &platformData) {
+    const bool oneCourse =
+        parameter.size() == 1 && parameter.front().typeId() == QMetaType::LongLong;
+    if (action == openCourseAction && oneCourse)
+        Q_EMIT courseRequested(parameter.front().toLongLong(), tokenOf(platformData));
+}
 
 QString activationTokenOfStart() {
     const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");

@@ -53,6 +53,8 @@ class ApplicationService : public QObject {
 
   Q_SIGNALS:
     void activated(const QString &activationToken);
+    /// The action "open-course", whose parameter is the course's id.
+    void courseRequested(std::int64_t courseID, const QString &activationToken);
     /// At most a hundred links.
     void linksOpened(const QStringList &links, const QString &activationToken);
 

@@ -68,11 +68,8 @@ MovementNotifier::MovementNotifier(
     : defaults(store),
       notifications(system),
       applicationIsActive(std::move(isActive)),
-      observingClicks(system.observeClicks([this](const UserNotice &notice) {
-          Q_EMIT shouldActivate();
-          if (notice.courseID)
-              Q_EMIT courseShouldOpen(*notice.courseID);
-      })) {}
+      observingClicks(system.observeClicks(
+          [this](const UserNotice &notice) { Q_EMIT noticeClicked(notice.courseID); })) {}
 
 MovementNotifier::~MovementNotifier() = default;
 

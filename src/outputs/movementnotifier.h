@@ -50,10 +50,8 @@ class MovementNotifier : public QObject {
     void forget(std::int64_t courseID);
 
   Q_SIGNALS:
-    /// A notice was clicked: the program comes forward.
-    void shouldActivate();
-    /// The clicked notice was about one course; follows `shouldActivate`.
-    void courseShouldOpen(std::int64_t courseID);
+    /// @param courseID what the notice was about, if that was one course.
+    void noticeClicked(std::optional<std::int64_t> courseID);
 
   private:
     [[nodiscard]] bool isEnabled() const;

@@ -235,16 +235,23 @@ TEST(Session, CallsOpenACourseOrDoNothing) {
         EXPECT_EQ(peer.call(QStringLiteral("Open"), arguments), unknownMethod);
     for (const char *method : {"giveUp", "resume", "deleteLater", "activated", "linksOpened"})
         EXPECT_EQ(peer.call(QString::fromUtf8(method), {}), unknownMethod) << method;
-    EXPECT_EQ(
-        peer.call(
-            QStringLiteral("ActivateAction"),
-            {QStringLiteral("quit"), QVariantList{900101, QStringLiteral("x")}, nothing}),
-        "");
+    const qlonglong course = 900101;
+    const auto action = [&](const char *which, const QVariantList &parameter) {
+        return peer.call(
+            QStringLiteral("ActivateAction"), {QString::fromUtf8(which), parameter, nothing});
+    };
+    for (const QVariantList &parameter : std::initializer_list<QVariantList>{
+             {}, {course, course}, {QStringLiteral("900101")}, {900101.0}})
+        EXPECT_EQ(action("open-course", parameter), "");
+    EXPECT_EQ(action("quit", {course}), "");
     EXPECT_EQ(shell.courseShown(), asBefore);
     EXPECT_THAT(shell.activations, ElementsAre());
+    EXPECT_EQ(action("open-course", {course}), "");
+    EXPECT_EQ(shell.courseShown(), course);
+    EXPECT_THAT(shell.activations, ElementsAre(""));
 
     EXPECT_EQ(peer.call(QStringLiteral("Activate"), {nothing}), "");
-    EXPECT_THAT(shell.activations, ElementsAre(""));
+    EXPECT_THAT(shell.activations, ElementsAre("", ""));
 }
 
 TEST(Session, NoticesComeToTheFrontAndOpenTheirCourse) {

@@ -74,16 +74,13 @@ TEST_F(MovementNotifierTest, ANoticeAboutOneCourseOpensIt) {
     for (const UserNotice &notice : system.posted)
         EXPECT_THAT(notice.identifier, testing::StartsWith("movement-"));
 
-    std::vector<std::string> heard;
-    QObject::connect(&notifier, &MovementNotifier::shouldActivate, &notifier, [&] {
-        heard.emplace_back("forward");
-    });
+    std::vector<std::optional<std::int64_t>> heard;
     QObject::connect(
-        &notifier, &MovementNotifier::courseShouldOpen, &notifier,
-        [&](std::int64_t id) { heard.push_back(std::to_string(id)); });
+        &notifier, &MovementNotifier::noticeClicked, &notifier,
+        [&](std::optional<std::int64_t> courseID) { heard.push_back(courseID); });
     system.observer(system.posted[0]);
     system.observer({.identifier = "movement-x"});
-    EXPECT_THAT(heard, ElementsAre("forward", "4021", "forward"));
+    EXPECT_THAT(heard, ElementsAre(4021, std::nullopt));
 }
 
 TEST_F(MovementNotifierTest, ANoticeAboutSeveralCoursesOpensNone) {

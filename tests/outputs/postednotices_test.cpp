@@ -60,8 +60,8 @@ struct PostedNotices : testing::Test {
     void SetUp() override {
         qDBusRegisterMetaType<QList<QVariantMap>>();
         QObject::connect(
-            &notifier, &MovementNotifier::courseShouldOpen, &notifier,
-            [this](std::int64_t id) { opened.push_back(id); });
+            &notifier, &MovementNotifier::noticeClicked, &notifier,
+            [this](std::optional<std::int64_t> id) { opened.push_back(id.value_or(0)); });
         // The first question starts the server.
         bool authorised = false;
         bool asking = false;

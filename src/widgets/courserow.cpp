@@ -36,8 +36,10 @@ CourseRow::CourseRow(QWidget *parent) : QAbstractButton(parent) {
     setCursor(Qt::PointingHandCursor);
 }
 
-void CourseRow::present(const WidgetRow &row, const Look &newLook, bool summary) {
+void CourseRow::present(
+    const WidgetRow &row, const CourseIcon &chosen, const Look &newLook, bool summary) {
     shown = row;
+    icon = chosen;
     look = newLook;
     withSummary = summary && !row.levels.empty();
     setAccessibleName(QString::fromStdString(row.spoken));
@@ -83,7 +85,8 @@ void CourseRow::paintEvent(QPaintEvent *) {
     const int tile = look.px(tileSize);
     painter.drawPixmap(
         look.px(inset), (height() - tile) / 2,
-        courseTile(shown.courseID, shown.nameHidden ? "" : shown.label, tile, devicePixelRatioF()));
+        courseTile(
+            shown.courseID, shown.nameHidden ? "" : shown.label, tile, devicePixelRatioF(), icon));
 
     const QRect text = textRect();
     const QRect name = nameRect();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "outputs/snapshot/widgettexts.h"
+#include "platform/coursesettings.h"
 #include "theme/look.h"
 
 #include <QAbstractButton>
@@ -16,7 +17,7 @@ class CourseRow : public QAbstractButton {
     explicit CourseRow(QWidget *parent = nullptr);
 
     /// @param withSummary whether there is room for "8 flagged" beside the name.
-    void present(const WidgetRow &row, const Look &look, bool withSummary);
+    void present(const WidgetRow &row, const CourseIcon &icon, const Look &look, bool withSummary);
     [[nodiscard]] const WidgetRow &row() const { return shown; }
 
   protected:
@@ -31,6 +32,7 @@ class CourseRow : public QAbstractButton {
     void updateToolTip();
 
     WidgetRow shown;
+    CourseIcon icon;
     Look look;
     bool withSummary = false;
 };

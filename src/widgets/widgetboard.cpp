@@ -18,7 +18,8 @@ bool isOnAScreen(const QRect &frame) {
 
 bool isAppearance(std::string_view key) {
     using namespace preferences;
-    return key == appearance.name || key == accentTheme.name || key == textScale.name;
+    return key == appearance.name || key == accentTheme.name || key == textScale.name ||
+        courseSettings::isIconKey(key);
 }
 
 /// Beside a widget: to its right, else below it, else a step away.
@@ -82,7 +83,8 @@ void WidgetBoard::show() {
 }
 
 void WidgetBoard::place(const PlacedWidget &widget) {
-    auto *window = placed.emplace_back(std::make_unique<WidgetWindow>(widget, look)).get();
+    auto *window =
+        placed.emplace_back(std::make_unique<WidgetWindow>(widget, look, defaults)).get();
     window->present(source.snapshot(), look, now());
     if (widget.place && isOnAScreen(QRect(*widget.place, window->size())))
         window->move(*widget.place);

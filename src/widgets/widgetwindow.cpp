@@ -65,10 +65,12 @@ QString menuText(const std::string &name, const QFontMetrics &metrics) {
 
 } // namespace
 
-WidgetWindow::WidgetWindow(const PlacedWidget &placed, const Look &newLook)
+WidgetWindow::WidgetWindow(
+    const PlacedWidget &placed, const Look &newLook, const UserDefaults &preferences)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint),
       state(placed),
       look(newLook),
+      defaults(preferences),
       title(new TermButton(this)),
       asOf(plainLabel(this)),
       message(plainLabel(this)),
@@ -129,9 +131,17 @@ void WidgetWindow::fill(const WidgetContent &content) {
     for (std::size_t i = 0; i < rowPool.size(); ++i) {
         const bool used = i < content.rows.size();
         if (used)
-            rowPool[i]->present(content.rows[i], look, large);
+            rowPool[i]->present(content.rows[i], tileIcon(content.rows[i]), look, large);
         rowPool[i]->setVisible(used);
     }
+}
+
+/// Where names are hidden a drawing would tell the subject.
+CourseIcon WidgetWindow::tileIcon(const WidgetRow &row) const {
+    CourseIcon icon = courseIcon(defaults, row.courseID);
+    if (row.nameHidden)
+        icon.icon.clear();
+    return icon;
 }
 
 std::vector<CourseRow *> WidgetWindow::rows() const {

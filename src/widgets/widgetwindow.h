@@ -2,6 +2,7 @@
 #pragma once
 
 #include "outputs/snapshot/widgettexts.h"
+#include "platform/coursesettings.h"
 #include "theme/look.h"
 #include "widgets/placedwidget.h"
 
@@ -20,7 +21,8 @@ class WidgetWindow : public QWidget {
     Q_OBJECT
 
   public:
-    WidgetWindow(const PlacedWidget &placed, const Look &look);
+    /// @param defaults hold the icons that the teacher chose for courses.
+    WidgetWindow(const PlacedWidget &placed, const Look &look, const UserDefaults &defaults);
 
     [[nodiscard]] const PlacedWidget &placed() const { return state; }
 
@@ -58,6 +60,7 @@ class WidgetWindow : public QWidget {
     [[nodiscard]] QRect rowsRect() const;
     [[nodiscard]] std::size_t room() const;
     void fill(const WidgetContent &content);
+    [[nodiscard]] CourseIcon tileIcon(const WidgetRow &row) const;
     void arrange();
     void setTerm(const std::optional<std::int64_t> &termID);
     void setSize(WidgetSize size);
@@ -67,6 +70,7 @@ class WidgetWindow : public QWidget {
 
     PlacedWidget state;
     Look look;
+    const UserDefaults &defaults;
     std::vector<WidgetTermEntity> terms;
     WidgetContent shown;
 

@@ -1,4 +1,5 @@
 #include "outputs/snapshot/snapshotfiles.h"
+#include "support/accessibility.h"
 #include "support/snapshots.h"
 #include "support/temporaryfolder.h"
 #include "widgets/courserow.h"
@@ -130,6 +131,8 @@ TEST_F(WidgetsTest, RowsOpenTheirCourseByMouseAndKeyboard) {
     QTest::keyClick(window().focusWidget(), Qt::Key_Down);
     QTest::keyClick(window().focusWidget(), Qt::Key_Return);
     EXPECT_THAT(opened, ElementsAre("ellwynd://course/4021", "ellwynd://course/4022"));
+    EXPECT_THAT(test::unnamedElements(window()), IsEmpty());
+    EXPECT_THAT(test::unreachableControls(window()), IsEmpty());
 }
 
 TEST_F(WidgetsTest, TheFileIsFollowedWhereverItGoes) {
@@ -246,6 +249,25 @@ TEST_F(WidgetsTest, AppearanceFollowsThePreferences) {
     EXPECT_EQ(background(), makeTheme(true, "blue").window);
     defaults.set(preferences::textScale, 1.5);
     EXPECT_NEAR(window().width(), width * 1.5, 1);
+}
+
+TEST_F(WidgetsTest, TilesCarryTheChosenIconUnlessTheNameIsHidden) {
+    const auto tile = [this] { return window().rows()[0]->grab().toImage(); };
+    const QImage letters = tile();
+    defaults.set("Course.4021.Icon", std::string("leaf"));
+    const QImage leaf = tile();
+    EXPECT_NE(leaf, letters);
+    defaults.set("Course.4022.Icon", std::string("atom"));
+    EXPECT_EQ(tile(), leaf) << "another course's";
+    WidgetSnapshotFile file = test::twoTerms();
+    file.terms[0].courses[0].name.reset();
+    writer.write(file);
+    source.check();
+    const QImage hidden = tile();
+    defaults.remove("Course.4021.Icon");
+    EXPECT_EQ(tile(), hidden);
+    defaults.set("Course.4021.IconColor", std::string("pink"));
+    EXPECT_NE(tile(), hidden);
 }
 
 TEST_F(WidgetsTest, AListCutShortSaysSoInEverySize) {

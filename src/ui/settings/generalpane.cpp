@@ -4,6 +4,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QSignalBlocker>
 #include <QSpinBox>
 
@@ -43,7 +44,8 @@ GeneralPane::GeneralPane(UserDefaults &store, const Appearance &look)
            {"graphite", "Graphite"}})),
       textSize(new QSpinBox),
       terms(new QSpinBox),
-      compactRows(new QCheckBox(QStringLiteral("One line per student in the roster"))) {
+      compactRows(new QCheckBox(QStringLiteral("One line per student in the roster"))),
+      updates(new QCheckBox(QStringLiteral("Look for updates once a day"))) {
     textSize->setRange(80, 200);
     textSize->setSingleStep(10);
     textSize->setSuffix(QStringLiteral(" %"));
@@ -57,7 +59,9 @@ GeneralPane::GeneralPane(UserDefaults &store, const Appearance &look)
     addRow(QStringLiteral("Text size"), textSize);
     addRow(QStringLiteral("Terms in the sidebar"), terms);
     addRow(QStringLiteral("Roster"), compactRows);
+    updatesLabel = addRow(QStringLiteral("Updates"), updates);
     compactRows->setAccessibleName(compactRows->text());
+    updates->setAccessibleName(updates->text());
 
     connect(appearanceChoice, &QComboBox::currentIndexChanged, this, [this] {
         defaults.set(
@@ -76,18 +80,29 @@ GeneralPane::GeneralPane(UserDefaults &store, const Appearance &look)
     connect(compactRows, &QCheckBox::toggled, this, [this](bool on) {
         defaults.set(preferences::rosterCompactRows, on);
     });
+    connect(updates, &QCheckBox::toggled, this, [this](bool on) {
+        defaults.set(preferences::automaticUpdateChecks, on);
+    });
+    offerUpdates(false);
     GeneralPane::showPreferences();
+}
+
+void GeneralPane::offerUpdates(bool offered) {
+    updates->setVisible(offered);
+    updatesLabel->setVisible(offered);
 }
 
 void GeneralPane::showPreferences() {
     choose(*appearanceChoice, defaults.value(preferences::appearance));
     choose(*accent, defaults.value(preferences::accentTheme));
     const QSignalBlocker quiet[] = {
-        QSignalBlocker(textSize), QSignalBlocker(terms), QSignalBlocker(compactRows)};
+        QSignalBlocker(textSize), QSignalBlocker(terms), QSignalBlocker(compactRows),
+        QSignalBlocker(updates)};
     textSize->setValue(int(std::lround(defaults.value(preferences::textScale) * percent)));
     terms->setValue(int(
         std::min<std::int64_t>(defaults.value(preferences::sidebarTermLimit), terms->maximum())));
     compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
+    updates->setChecked(defaults.value(preferences::automaticUpdateChecks));
 }
 
 } // namespace ellwynd

@@ -9,12 +9,16 @@ class QSpinBox;
 
 namespace ellwynd {
 
-/// Appearance, accent, text size, the sidebar's terms and the roster's rows.
+/// Appearance, accent, text size, the sidebar's terms, the roster's rows and
+/// updates.
 class GeneralPane : public SettingsPane {
     Q_OBJECT
 
   public:
     GeneralPane(UserDefaults &defaults, const Appearance &appearance);
+
+    /// Whether the program can look for updates, so that there is something to choose about them.
+    void offerUpdates(bool offered);
 
   protected:
     void showPreferences() override;
@@ -25,6 +29,8 @@ class GeneralPane : public SettingsPane {
     QSpinBox *textSize;
     QSpinBox *terms;
     QCheckBox *compactRows;
+    QCheckBox *updates;
+    QLabel *updatesLabel = nullptr;
 };
 
 } // namespace ellwynd

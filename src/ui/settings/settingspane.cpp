@@ -29,7 +29,7 @@ SettingsPane::SettingsPane(const QString &title, UserDefaults &store, const Appe
     size();
 }
 
-void SettingsPane::addRow(const QString &label, QWidget *control, const QString &unit) {
+QLabel *SettingsPane::addRow(const QString &label, QWidget *control, const QString &unit) {
     auto *name = plainLabel(this);
     name->setText(label);
     name->setBuddy(control);
@@ -52,6 +52,7 @@ void SettingsPane::addRow(const QString &label, QWidget *control, const QString 
     }
     row->addStretch(1);
     contents->insertLayout(contents->count() - 1, row);
+    return name;
 }
 
 QLabel *SettingsPane::addNote(const QString &text) {

@@ -26,7 +26,7 @@ class SettingsPane : public QWidget {
     virtual void showPreferences() = 0;
 
     /// A label with its control; the label also names the control where it has no name of its own.
-    void addRow(const QString &label, QWidget *control, const QString &unit = {});
+    QLabel *addRow(const QString &label, QWidget *control, const QString &unit = {});
     QLabel *addNote(const QString &text);
     void addWidget(QWidget *widget);
     [[nodiscard]] QVBoxLayout &column() const { return *contents; }

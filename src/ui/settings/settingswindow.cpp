@@ -27,6 +27,7 @@ SettingsWindow::SettingsWindow(
       appearance(look),
       pages(new QListWidget(this)),
       panes(new QStackedWidget(this)),
+      generalPane(new GeneralPane(defaults, look)),
       connectionPane(new ConnectionPane(defaults, check, look)),
       messagesPane(new MessagesPane(defaults, stores.templates, std::move(previewStudent), look)) {
     setWindowTitle(QStringLiteral("Settings"));
@@ -40,7 +41,7 @@ SettingsWindow::SettingsWindow(
     row->addWidget(panes, 1);
     connect(pages, &QListWidget::currentRowChanged, panes, &QStackedWidget::setCurrentIndex);
 
-    addPage(QStringLiteral("General"), new GeneralPane(defaults, look));
+    addPage(QStringLiteral("General"), generalPane);
     addPage(QStringLiteral("Connection"), connectionPane);
     addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, look));
     addPage(QStringLiteral("Messages"), messagesPane);
@@ -59,6 +60,10 @@ SettingsWindow::SettingsWindow(
     connect(&look, &Appearance::changed, this, &SettingsWindow::applyAppearance);
     applyAppearance();
     resize(appearance.px(800), appearance.px(640));
+}
+
+void SettingsWindow::offerUpdates(bool offered) {
+    generalPane->offerUpdates(offered);
 }
 
 void SettingsWindow::refreshPreview() {

@@ -14,6 +14,7 @@ namespace ellwynd {
 class Appearance;
 class ConnectionCheck;
 class ConnectionPane;
+class GeneralPane;
 class MessagesPane;
 class SyncService;
 class UserNotifications;
@@ -41,6 +42,8 @@ class SettingsWindow : public QDialog {
         const Appearance &appearance, QWidget *parent = nullptr);
 
     void open(Page page);
+    /// Whether there is something to choose about updates.
+    void offerUpdates(bool offered);
     /// The student of the preview may be another one now.
     void refreshPreview();
 
@@ -55,6 +58,7 @@ class SettingsWindow : public QDialog {
     const Appearance &appearance;
     QListWidget *pages;
     QStackedWidget *panes;
+    GeneralPane *generalPane;
     ConnectionPane *connectionPane;
     MessagesPane *messagesPane;
 };

@@ -1,12 +1,9 @@
 #include "app/appdelegate.h"
 #include "app/applicationservice.h"
-#include "app/mainwindowcontroller.h"
-#include "app/syncservice.h"
 #include "app/updater.h"
-#include "support/core.h"
-#include "ui/mainwindow.h"
+#include "support/accessibility.h"
+#include "support/mainwindow.h"
 #include "ui/shellalerts.h"
-#include "ui/support/appearance.h"
 
 #include <QLabel>
 #include <QMessageBox>
@@ -18,14 +15,7 @@
 namespace ellwynd {
 namespace {
 
-struct ShellTest : testing::Test {
-    test::Core core;
-    UserDefaults &defaults = core.defaults;
-    Settings settings{defaults};
-    Appearance appearance{settings, false};
-    MainWindowController controller{
-        defaults, core.connector, core.stores, core.trends, core.outlets};
-    SyncService sync{defaults, core.trends, core.folder.path() / "Seen.json"};
+struct ShellTest : test::MainWindowTest {
     AppcastFeed feed{defaults, ""};
     Updater updater{defaults, feed, "1"};
     ApplicationService service{QDBusConnection(QStringLiteral("none"))};
@@ -35,11 +25,10 @@ struct ShellTest : testing::Test {
                              ++started;
                              return failure;
                          }};
-    MainWindow window{controller, defaults,           core.stores, core.check,
-                      sync,       core.notifications, appearance};
     ShellAlerts alerts{delegate, updater, &window};
 
-    ShellTest() { window.show(); }
+    ShellTest() : MainWindowTest({}) {}
+    void SetUp() override {}
 
     [[nodiscard]] QMessageBox *alert() const { return window.findChild<QMessageBox *>(); }
 
@@ -57,6 +46,8 @@ TEST_F(ShellTest, EnteringTheSampleCollegeAsksFirst) {
     alerts.switchSampleMode();
     ASSERT_NE(alert(), nullptr);
     EXPECT_EQ(alert()->text(), QStringLiteral("Explore with sample data?"));
+    EXPECT_THAT(test::unnamedElements(*alert()), testing::IsEmpty());
+    EXPECT_THAT(test::unreachableControls(*alert()), testing::IsEmpty());
     EXPECT_TRUE(alert()->informativeText().endsWith(
         QStringLiteral("left alone.\n\nLeave it the same way, from this menu.")));
     press("Cancel");

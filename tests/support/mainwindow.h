@@ -1,0 +1,69 @@
+// The main window on the sample college.
+#pragma once
+
+#include "app/mainwindowcontroller.h"
+#include "app/syncservice.h"
+#include "support/core.h"
+#include "ui/mainwindow.h"
+#include "ui/roster/rosterpane.h"
+#include "ui/support/appearance.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+namespace ellwynd::test {
+
+struct MainWindowTest : testing::Test {
+    Core core;
+    UserDefaults &defaults = core.defaults;
+    Settings settings{defaults};
+    Appearance appearance{settings, false};
+    MainWindowController controller{
+        defaults, core.connector, core.stores, core.trends, core.outlets};
+    SyncService sync{defaults, core.trends, core.folder.path() / "Seen.json"};
+    MainWindow window{controller, defaults,           core.stores, core.check,
+                      sync,       core.notifications, appearance};
+
+    explicit MainWindowTest(PreferenceMap arguments = {{"SampleData", true}})
+        : core(std::move(arguments)) {
+        window.resize(1280, 800);
+        window.show();
+    }
+
+    void SetUp() override { controller.refresh(); }
+
+    void openCourse(std::int64_t id) {
+        controller.select(CourseSelection{id});
+        QApplication::processEvents();
+    }
+
+    [[nodiscard]] RosterTable &table() const { return *window.roster()->table(); }
+
+    [[nodiscard]] std::vector<std::int64_t> selected() const {
+        std::vector<std::int64_t> ids;
+        for (const RiskRow &row : table().selectedRows())
+            ids.push_back(row.id);
+        return ids;
+    }
+
+    [[nodiscard]] QPushButton *button(QWidget &where, const QString &text) const {
+        for (auto *candidate : where.findChildren<QPushButton *>()) {
+            if (candidate->text() == text)
+                return candidate;
+        }
+        return nullptr;
+    }
+
+    [[nodiscard]] QAction *action(const QString &text) const {
+        for (auto *candidate : window.findChildren<QAction *>()) {
+            if (QString(candidate->text()).remove(u'&') == text)
+                return candidate;
+        }
+        return nullptr;
+    }
+};
+
+} // namespace ellwynd::test

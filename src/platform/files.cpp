@@ -229,6 +229,10 @@ fs::path directories::config() {
     return baseDirectory("XDG_CONFIG_HOME", ".config") / "Ellwynd";
 }
 
+fs::path directories::autostart() {
+    return baseDirectory("XDG_CONFIG_HOME", ".config") / "autostart";
+}
+
 fs::path directories::caches() {
     return baseDirectory("XDG_CACHE_HOME", ".cache") / "Ellwynd";
 }

@@ -95,6 +95,9 @@ namespace directories {
 /// Preferences: "$XDG_CONFIG_HOME/Ellwynd".
 [[nodiscard]] std::filesystem::path config();
 
+/// What the desktop starts with the session: "$XDG_CONFIG_HOME/autostart".
+[[nodiscard]] std::filesystem::path autostart();
+
 /// What is true of this machine alone: "$XDG_STATE_HOME/Ellwynd".
 [[nodiscard]] std::filesystem::path state();
 

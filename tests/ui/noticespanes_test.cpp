@@ -1,3 +1,4 @@
+#include "platform/files.h"
 #include "support/memorynotifications.h"
 #include "support/temporaryfolder.h"
 #include "ui/settings/notificationspane.h"
@@ -119,6 +120,26 @@ TEST_F(NoticesPanesTest, WidgetsAreStartedFromBesideTheProgram) {
         started,
         testing::Each(QApplication::applicationDirPath() + QStringLiteral("/ellwynd-widget")));
     EXPECT_EQ(started.size(), 2U);
+
+    // Each start-up is the desktop's to make, from the entry in the teacher's folder.
+    QCheckBox *withSession = pane.findChildren<QCheckBox *>().at(1);
+    const auto entry = directories::autostart() / "com.varnok.Ellwynd.Widget.desktop";
+    EXPECT_FALSE(withSession->isChecked());
+    withSession->click();
+    EXPECT_TRUE(std::filesystem::exists(entry));
+    pane.hide();
+    files::replace(entry, "[Desktop Entry]\nHidden=true\n");
+    pane.show();
+    EXPECT_FALSE(withSession->isChecked()) << "switched off in the desktop's settings";
+    withSession->click();
+    EXPECT_TRUE(withSession->isChecked());
+    withSession->click();
+    EXPECT_FALSE(std::filesystem::exists(entry));
+    std::filesystem::create_directories(entry / "in the way");
+    withSession->click();
+    EXPECT_TRUE(says(pane, "com.varnok.Ellwynd.Widget.desktop couldn't be"));
+    EXPECT_FALSE(withSession->isChecked());
+    std::filesystem::remove_all(entry);
     EXPECT_FALSE(WidgetsPane::startDetached(QStringLiteral("/nonexistent/ellwynd-widget")));
 }
 

@@ -1,6 +1,9 @@
 #include "ui/settings/widgetspane.h"
 
+#include "platform/autostart.h"
+#include "platform/files.h"
 #include "ui/support/appearance.h"
+#include "ui/support/convert.h"
 #include "ui/support/labels.h"
 
 #include <QCheckBox>
@@ -11,28 +14,45 @@
 
 namespace ellwynd {
 
+namespace {
+
+QString widgetProgram() {
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/ellwynd-widget");
+}
+
+autostart::Entry widgetEntry() {
+    return {
+        .fileName = "com.varnok.Ellwynd.Widget.desktop",
+        .name = "Ellwynd Widget",
+        .program = widgetProgram().toStdString()};
+}
+
+} // namespace
+
 WidgetsPane::WidgetsPane(UserDefaults &store, const Appearance &look, Start starter)
     : SettingsPane(QStringLiteral("Widgets"), store, look),
       start(std::move(starter)),
       hideNames(new QCheckBox(QStringLiteral("Hide course names"))),
+      withSession(new QCheckBox(QStringLiteral("Show the widgets when I log in"))),
       failure(plainLabel(nullptr, true)) {
     addNote(QStringLiteral(
         "Desktop widgets show how many students of each course need attention: counts and course "
         "names, never a student. With the names hidden they say “Course 1”, “Course 2” and so on, "
         "from the next scoring pass on."));
     addWidget(hideNames);
+    addWidget(withSession);
     auto *show = new QPushButton(QStringLiteral("Show Widgets"));
     show->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     show->setAutoDefault(false);
     addWidget(show);
     failure->setProperty("attention", true);
-    failure->setText(QStringLiteral("The widgets couldn’t be started."));
     addWidget(failure);
     failure->hide();
 
     connect(hideNames, &QCheckBox::toggled, this, [this](bool on) {
         defaults.set(preferences::widgetsHideCourseNames, on);
     });
+    connect(withSession, &QCheckBox::toggled, this, &WidgetsPane::setAutostart);
     connect(show, &QPushButton::clicked, this, &WidgetsPane::showWidgets);
     WidgetsPane::showPreferences();
 }
@@ -44,8 +64,31 @@ void WidgetsPane::showPreferences() {
 
 void WidgetsPane::showWidgets() {
     // Widgets that are there already stay the only ones.
-    failure->setHidden(
-        start(QCoreApplication::applicationDirPath() + QStringLiteral("/ellwynd-widget")));
+    const bool started = start(widgetProgram());
+    say(started ? QString() : QStringLiteral("The widgets couldn’t be started."));
+}
+
+void WidgetsPane::showEvent(QShowEvent *event) {
+    SettingsPane::showEvent(event);
+    const QSignalBlocker quiet(withSession);
+    withSession->setChecked(autostart::isOn(directories::autostart(), widgetEntry()));
+}
+
+void WidgetsPane::setAutostart(bool on) {
+    try {
+        autostart::set(directories::autostart(), widgetEntry(), on);
+        say({});
+    } catch (const FileError &error) {
+        say(qstring(error.what()));
+        const QSignalBlocker quiet(withSession);
+        withSession->setChecked(!on);
+    }
+}
+
+/// Shows what went wrong, or nothing.
+void WidgetsPane::say(const QString &what) {
+    failure->setText(what);
+    failure->setHidden(what.isEmpty());
 }
 
 bool WidgetsPane::startDetached(const QString &program) {

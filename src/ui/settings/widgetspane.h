@@ -23,12 +23,17 @@ class WidgetsPane : public SettingsPane {
 
   protected:
     void showPreferences() override;
+    /// What starts with the session is also set in the desktop's own settings.
+    void showEvent(QShowEvent *event) override;
 
   private:
     void showWidgets();
+    void setAutostart(bool on);
+    void say(const QString &what);
 
     Start start;
     QCheckBox *hideNames;
+    QCheckBox *withSession;
     QLabel *failure;
 };
 

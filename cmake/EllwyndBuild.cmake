@@ -24,8 +24,9 @@ target_compile_options(ellwynd_options INTERFACE
   -Wno-sign-conversion
   # Members have defaults, so leaving some out is meant.
   -Wno-missing-field-initializers
-  # GCC 12 sees absent optionals as uninitialised, and joined strings as overlapping.
-  $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-restrict>
+  # GCC 12 sees absent optionals as uninitialised, and joined strings written past their end.
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-restrict;-Wno-array-bounds>
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow;-Wno-stringop-overread>
   # Scores are compared with exact band limits, so no machine may fuse a multiplication and an
   # addition into one rounding.
   -ffp-contract=off)

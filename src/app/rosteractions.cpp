@@ -48,7 +48,9 @@ RosterExport RosterActions::exported(ExportFormat format) const {
 void RosterActions::saveExport(const RosterExport &file, const std::filesystem::path &path) {
     try {
         files::replace(path, file.text);
-        exports.info(fmt::format("Exported roster to {}", path.filename().string()));
+        const std::string name = path.filename().string();
+        exports.info(fmt::format("Exported roster to {}", name));
+        Q_EMIT exportDidEnd(QString::fromStdString(name));
     } catch (const FileError &error) {
         exports.error(fmt::format("Export failed: {}", error.what()));
         Q_EMIT exportDidFail(QString::fromStdString(error.what()));

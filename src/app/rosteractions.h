@@ -37,6 +37,7 @@ class RosterActions : public QObject {
 
   Q_SIGNALS:
     void textShouldBeCopied(const QString &text);
+    void exportDidEnd(const QString &fileName);
     void exportDidFail(const QString &why);
     void urlShouldOpen(const QString &url);
     /// A page was asked for that the sample college has not.

@@ -133,9 +133,8 @@ void MainMenus::showPreference(std::string_view key) {
 }
 
 void MainMenus::update(const CommandState &state) {
-    refreshRoster->setEnabled(state.rosterPane && state.connected);
-    showDashboard->setEnabled(state.rosterPane && state.connected);
-    hideDetails->setEnabled(state.rosterPane);
+    for (QAction *command : {refreshRoster, showDashboard, hideDetails})
+        command->setEnabled(state.rosterPane);
     hideDetails->setText(
         state.detailsWanted ? QStringLiteral("&Hide Student Details")
                             : QStringLiteral("&Show Student Details"));

@@ -16,9 +16,7 @@ namespace ellwynd {
 
 /// What decides which commands can work.
 struct CommandState {
-    /// The list of courses was asked for: there is a connection, or the sample college.
-    bool connected = false;
-    /// A roster stands in the middle, or is being loaded there.
+    /// A roster stands in the middle, is being loaded there, or could not be.
     bool rosterPane = false;
     /// Its rows are there, and whether they are one course's.
     bool rosterShown = false;

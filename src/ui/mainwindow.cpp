@@ -9,6 +9,7 @@
 #include "ui/help/helpwindow.h"
 #include "ui/mainmenus.h"
 #include "ui/roster/rosterpane.h"
+#include "ui/rosteroutlets.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/copysetupsheet.h"
 #include "ui/sheets/iconsheet.h"
@@ -22,10 +23,8 @@
 #include "ui/welcome/welcomewindow.h"
 
 #include <QAction>
-#include <QClipboard>
 #include <QCloseEvent>
 #include <QDesktopServices>
-#include <QFileDialog>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
@@ -43,8 +42,6 @@ namespace ellwynd {
 namespace {
 
 enum Pane { sidebarPane, middlePane, detailsPane };
-
-constexpr int noticeMilliseconds = 6000;
 
 /// Sidebar, roster and details at first: the outer two grow with the text, up to a share of the
 /// window.
@@ -72,7 +69,14 @@ MainWindow::MainWindow(
       dashboardPane(new DashboardPane(driver.dashboard(), store, look)),
       rosterPane(new RosterPane(driver, store, look)),
       details(new StudentDetails(look, splitter)),
-      menus(new MainMenus(*menuBar(), store)) {
+      outlets(new RosterOutlets(
+          driver.actions(), memory.templates,
+          [this] { return rosterPane->table()->selectedRows(); }, *this)),
+      menus(new MainMenus(*menuBar(), store)),
+      observing(store.observe([this](std::string_view key) {
+          if (key == preferences::rememberContacts.name)
+              updateActions();
+      })) {
     setWindowTitle(
         defaults.value(preferences::sampleData) ? QStringLiteral("Ellwynd — Sample Data")
                                                 : QStringLiteral("Ellwynd"));
@@ -98,8 +102,8 @@ void MainWindow::connectCommands() {
     };
     on(menus->refreshAll, [this] { controller.refresh(); });
     on(menus->refreshRoster, [this] { controller.refreshRoster(); });
-    on(menus->exportCSV, [this] { exportRoster(ExportFormat::csv); });
-    on(menus->exportMarkdown, [this] { exportRoster(ExportFormat::markdown); });
+    on(menus->exportCSV, [this] { outlets->exportRoster(ExportFormat::csv); });
+    on(menus->exportMarkdown, [this] { outlets->exportRoster(ExportFormat::markdown); });
     on(menus->sampleMode, &MainWindow::sampleSwitchRequested);
     on(menus->settings, [this] { settings().open(SettingsWindow::general); });
     on(menus->quit, &QWidget::close);
@@ -127,7 +131,7 @@ void MainWindow::connectCommands() {
             controller.actions().openCourse(*id);
     });
     connect(menus->copyMessage, &QMenu::aboutToShow, this, [this] {
-        fillCopyMenu(menus->copyMessage);
+        outlets->fillCopyMenu(menus->copyMessage);
     });
     on(menus->markContacted,
        [this] { controller.actions().markContacted(rosterPane->table()->selectedRows()); });
@@ -146,37 +150,6 @@ void MainWindow::connectCommands() {
         box->setAttribute(Qt::WA_DeleteOnClose);
         box->show();
     });
-}
-
-/// One entry a template, for the students selected when it is chosen.
-void MainWindow::fillCopyMenu(QMenu *menu) {
-    menu->clear();
-    for (const MessageTemplate &message : stores.templates.templates()) {
-        QAction *action = menu->addAction(menuText(message.name));
-        connect(action, &QAction::triggered, this, [this, message] {
-            controller.actions().copyMessages(message, rosterPane->table()->selectedRows());
-        });
-    }
-    if (menu->isEmpty()) {
-        menu->addAction(QStringLiteral("No templates — add one in Settings"))->setEnabled(false);
-    }
-}
-
-void MainWindow::exportRoster(ExportFormat format) {
-    const bool csv = format == ExportFormat::csv;
-    const RosterExport roster = controller.actions().exported(format);
-    auto *panel = new QFileDialog(
-        this,
-        csv ? QStringLiteral("Export Roster as CSV") : QStringLiteral("Export Roster as Markdown"));
-    panel->setAcceptMode(QFileDialog::AcceptSave);
-    panel->setMimeTypeFilters({csv ? QStringLiteral("text/csv") : QStringLiteral("text/markdown")});
-    panel->setDefaultSuffix(csv ? QStringLiteral("csv") : QStringLiteral("md"));
-    panel->selectFile(qstring(roster.fileName));
-    panel->setAttribute(Qt::WA_DeleteOnClose);
-    connect(panel, &QFileDialog::fileSelected, this, [this, roster](const QString &file) {
-        controller.actions().saveExport(roster, std::filesystem::path(file.toStdString()));
-    });
-    panel->open();
 }
 
 /// The selected student, else the first of the roster.
@@ -219,10 +192,11 @@ void MainWindow::connectViews() {
     };
     connect(table, &RosterTable::gradesRequested, this, grades);
     connect(table, &RosterTable::assignmentRequested, this, assignment);
-    connect(details, &StudentDetails::messagesRequested, this, &MainWindow::fillCopyMenu);
-    connect(details, &StudentDetails::contactRequested, this, [this](const RiskRow &row) {
-        controller.actions().markContacted({row});
-    });
+    connect(details, &StudentDetails::messagesRequested, outlets, &RosterOutlets::fillCopyMenu);
+    connect(outlets, &RosterOutlets::noted, this, [this](const QString &note) { tell(note); });
+    connect(
+        details, &StudentDetails::contactsRequested, &controller.actions(),
+        &RosterActions::markContacted);
     connect(details, &StudentDetails::gradesRequested, this, grades);
     connect(details, &StudentDetails::assignmentRequested, this, assignment);
 
@@ -238,23 +212,6 @@ void MainWindow::connectViews() {
         updateActions();
     });
     connect(&controller, &MainWindowController::errorDidOccur, this, &MainWindow::showError);
-    connect(&controller.actions(), &RosterActions::urlShouldOpen, this, [](const QString &url) {
-        QDesktopServices::openUrl(QUrl(url));
-    });
-    connect(
-        &controller.actions(), &RosterActions::textShouldBeCopied, this,
-        [](const QString &text) { QGuiApplication::clipboard()->setText(text); });
-    connect(&controller.actions(), &RosterActions::exportDidFail, this, [this](const QString &why) {
-        QMessageBox *box = plainAlert(this, QStringLiteral("The export couldn’t be written"), why);
-        box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
-        box->open();
-    });
-    connect(&controller.actions(), &RosterActions::pageIsInvented, this, [this] {
-        statusBar()->show();
-        statusBar()->showMessage(
-            QStringLiteral("The sample college is invented, so it has no pages in Canvas."),
-            noticeMilliseconds);
-    });
     connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString &message) {
         statusBar()->setVisible(!message.isEmpty());
         if (message.isEmpty())
@@ -265,9 +222,10 @@ void MainWindow::connectViews() {
 void MainWindow::updateActions() {
     const RosterView &roster = controller.roster();
     const bool shown = roster.state == RosterView::State::shown;
+    details->offerContacts(stores.contacts.isEnabled());
     menus->update({
-        .connected = roster.state != RosterView::State::notConnected,
-        .rosterPane = middle->currentWidget() == rosterPane,
+        .rosterPane = roster.state != RosterView::State::nothingSelected &&
+            roster.state != RosterView::State::notConnected,
         .rosterShown = shown,
         .oneCourse = roster.courseID.has_value(),
         .anyStudents = shown && !roster.rows.empty(),
@@ -279,9 +237,10 @@ void MainWindow::updateActions() {
 
 /// The dashboard, or a roster with its details; what was chosen for the details waits meanwhile.
 void MainWindow::showPane() {
-    const bool dashboard = controller.roster().state == RosterView::State::nothingSelected;
+    const RosterView::State state = controller.roster().state;
+    const bool dashboard = state == RosterView::State::nothingSelected;
     middle->setCurrentWidget(dashboard ? static_cast<QWidget *>(dashboardPane) : rosterPane);
-    details->setVisible(!dashboard && detailsWanted);
+    details->setVisible(!dashboard && state != RosterView::State::notConnected && detailsWanted);
 }
 
 void MainWindow::showContextMenu(const QPoint &position) {
@@ -289,12 +248,19 @@ void MainWindow::showContextMenu(const QPoint &position) {
         return;
     QMenu menu(this);
     QMenu *messages = menu.addMenu(menus->copyMessage->title());
-    fillCopyMenu(messages);
+    outlets->fillCopyMenu(messages);
     menu.addAction(menus->markContacted);
     menu.addSeparator();
     menu.addAction(menus->openGrades);
     menu.addAction(menus->openCourse);
     menu.exec(position);
+}
+
+/// Says something in passing, to screen readers too.
+void MainWindow::tell(const QString &note, int milliseconds) {
+    statusBar()->show();
+    statusBar()->showMessage(note, milliseconds);
+    announce(*this, note);
 }
 
 void MainWindow::showError(const CanvasError &error) {
@@ -375,8 +341,7 @@ void MainWindow::openCopySetup() {
                 statusBar()->clearMessage();
             });
             statusBar()->addPermanentWidget(undoSetup);
-            statusBar()->show();
-            statusBar()->showMessage(note, 2 * noticeMilliseconds);
+            tell(note, 2 * noteMilliseconds);
         });
     sheet->show();
 }

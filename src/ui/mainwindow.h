@@ -1,12 +1,10 @@
 // The main window.
 #pragma once
 
-#include "outputs/rosterexport.h"
 #include "ui/settings/templateeditor.h"
 
 #include <QMainWindow>
 
-class QMenu;
 class QPushButton;
 class QSplitter;
 class QStackedWidget;
@@ -21,12 +19,14 @@ class ConnectionCheck;
 class MainMenus;
 class MainWindowController;
 class MissingWorkSheet;
+class RosterOutlets;
 class RosterPane;
 class SettingsWindow;
 class Sidebar;
 class StudentDetails;
 class SyncService;
 class ThresholdsSheet;
+class UserDefaults;
 class UserNotifications;
 struct Stores;
 
@@ -77,14 +77,14 @@ class MainWindow : public QMainWindow {
     void openCopySetup();
     void sendFeedback();
     [[nodiscard]] HelpWindow &help();
-    void fillCopyMenu(QMenu *menu);
-    void exportRoster(ExportFormat format);
     [[nodiscard]] std::optional<PreviewStudent> previewStudent() const;
     void connectViews();
     void updateActions();
     void showPane();
     void restoreGeometryState();
     void showContextMenu(const QPoint &position);
+    static constexpr int noteMilliseconds = 6000;
+    void tell(const QString &note, int milliseconds = noteMilliseconds);
     void showError(const CanvasError &error);
 
     MainWindowController &controller;
@@ -100,12 +100,14 @@ class MainWindow : public QMainWindow {
     DashboardPane *dashboardPane;
     RosterPane *rosterPane;
     StudentDetails *details;
+    RosterOutlets *outlets;
     MainMenus *menus;
     SettingsWindow *settingsWindow = nullptr;
     HelpWindow *helpWindow = nullptr;
     QPushButton *undoSetup = nullptr;
     bool detailsWanted = true;
     bool updatesOffered = false;
+    std::shared_ptr<void> observing;
 };
 
 } // namespace ellwynd

@@ -6,6 +6,7 @@
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/sidebar/sidebar.h"
+#include "ui/support/convert.h"
 #include "ui/support/labels.h"
 
 #include <QCheckBox>
@@ -74,7 +75,7 @@ TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
         {"Find Student", "---TCS"},
         {"Show Dashboard", "--LTCS"},
         {"Compact Rows", "ODLTCS"},
-        {"Hide Student Details", "O-LTCS"},
+        {"Hide Student Details", "--LTCS"},
         {"Zoom In", "ODLTCS"},
         {"Zoom Out", "ODLTCS"},
         {"Missing Work by Assignment…", "----CS"},
@@ -148,6 +149,17 @@ TEST_F(MainWindowTest, StudentsAreWrittenToFromTheirMenu) {
             testing::StartsWith("Sam — CS 101"), testing::HasSubstr("\n\nPriya — CS 101")));
     EXPECT_TRUE(controller.roster().outreach.contains({900101, 5002}));
     EXPECT_THAT(selected(), testing::UnorderedElementsAre(5002, 5003)) << "stay selected";
+    // The pane beside the roster writes to all of them as well.
+    auto *details = window.findChild<StudentDetails *>();
+    table().selectStudents({{900101, 5004}, {900101, 5005}});
+    button(*details, QStringLiteral("Mark as Contacted"))->click();
+    EXPECT_TRUE(controller.roster().outreach.contains({900101, 5004}));
+    EXPECT_TRUE(controller.roster().outreach.contains({900101, 5005}));
+    defaults.set(preferences::rememberContacts, false);
+    table().selectStudents({{900101, 5001}, {900101, 5003}});
+    EXPECT_FALSE(button(*details, QStringLiteral("Mark as Contacted"))->isEnabled());
+    defaults.remove(preferences::rememberContacts.name);
+    EXPECT_TRUE(button(*details, QStringLiteral("Mark as Contacted"))->isEnabled());
     while (!core.stores.templates.templates().empty())
         static_cast<void>(
             core.stores.templates.remove(core.stores.templates.templates().front().id));
@@ -165,6 +177,17 @@ TEST_F(MainWindowTest, TheExportGoesWhereThePanelSays) {
     Q_EMIT panel->fileSelected(QString::fromStdString(file.string()));
     panel->close();
     EXPECT_EQ(core.folder.read("roster.csv").substr(0, 13), "Risk,Student,");
+    EXPECT_EQ(window.statusBar()->currentMessage(), QStringLiteral("Saved roster.csv."));
+    // The next one is offered beside it, under its whole name.
+    action(QStringLiteral("Export Roster as Markdown…"))->trigger();
+    panel = window.findChildren<QFileDialog *>().last();
+    EXPECT_EQ(panel->directory().path().toStdString(), core.folder.path().string());
+    panel->selectFile(panelFileName("Course \"1\" & \"2\".md"));
+    ASSERT_EQ(panel->selectedFiles().size(), 1);
+    EXPECT_EQ(
+        QFileInfo(panel->selectedFiles().first()).fileName(),
+        QStringLiteral("Course '1' & '2'.md"));
+    panel->close();
 }
 
 TEST_F(MainWindowTest, AnAssignmentSelectsTheStudentsMissingIt) {

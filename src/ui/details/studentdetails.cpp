@@ -35,6 +35,11 @@ void StudentDetails::show(std::vector<RiskRow> selected, StudentPast remembered)
     rebuild();
 }
 
+void StudentDetails::offerContacts(bool offered) {
+    if (std::exchange(contactsOffered, offered) != offered)
+        rebuild();
+}
+
 void StudentDetails::rebuild() {
     auto *content = new QWidget;
     content->setObjectName(QStringLiteral("detailsPane"));
@@ -50,14 +55,15 @@ void StudentDetails::rebuild() {
         addReasons(*column, row);
         addTerm(*column);
         addOutreach(*column);
-        addButtons(*column, row);
+        addButtons(*column);
+    } else if (!rows.empty()) {
+        addSelection(*column);
+        addButtons(*column);
     } else {
         auto *hint = plainLabel(content, true);
         hint->setProperty("secondary", true);
         hint->setAlignment(Qt::AlignCenter);
-        hint->setText(
-            rows.empty() ? QStringLiteral("Select a student to see why they are flagged.")
-                         : qstring(studentsText(rows.size())) + QStringLiteral(" selected"));
+        hint->setText(QStringLiteral("Select a student to see why they are flagged."));
         column->addStretch(1);
         column->addWidget(hint);
     }
@@ -164,16 +170,39 @@ void StudentDetails::addOutreach(QVBoxLayout &column) {
     column.addWidget(sentence);
 }
 
-void StudentDetails::addButtons(QVBoxLayout &column, const RiskRow &row) {
+/// Who is selected, the first of them by name.
+void StudentDetails::addSelection(QVBoxLayout &column) {
+    auto *heading = plainLabel(nullptr, true);
+    heading->setFont(appearance.font(1.22, QFont::Bold));
+    heading->setText(qstring(studentsText(rows.size())) + QStringLiteral(" selected"));
+    column.addWidget(heading);
+    constexpr std::size_t listed = 12;
+    for (std::size_t i = 0; i < std::min(rows.size(), listed); ++i) {
+        auto *name = new ElidedLabel;
+        name->setFullText(qstring(rows[i].name));
+        column.addWidget(name);
+    }
+    if (rows.size() > listed) {
+        auto *more = plainLabel(nullptr);
+        more->setProperty("secondary", true);
+        more->setText(QStringLiteral("and %1 more").arg(rows.size() - listed));
+        column.addWidget(more);
+    }
+}
+
+void StudentDetails::addButtons(QVBoxLayout &column) {
+    const bool one = rows.size() == 1;
     auto *contacted = new QPushButton(QStringLiteral("Mark as Contacted"));
-    contacted->setToolTip(QStringLiteral("Note that you wrote to this student just now"));
-    connect(contacted, &QPushButton::clicked, this, [this, row] { Q_EMIT contactRequested(row); });
-    auto *grades = new QPushButton(QStringLiteral("Open Grades"));
-    grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
-    connect(grades, &QPushButton::clicked, this, [this, row] { Q_EMIT gradesRequested(row); });
+    contacted->setToolTip(
+        one ? QStringLiteral("Note that you wrote to this student just now")
+            : QStringLiteral("Note that you wrote to these students just now"));
+    contacted->setEnabled(contactsOffered);
+    connect(contacted, &QPushButton::clicked, this, [this] { Q_EMIT contactsRequested(rows); });
     auto *copy = new QPushButton(QStringLiteral("Copy Message ▾"));
     copy->setAccessibleName(QStringLiteral("Copy Message"));
-    copy->setToolTip(QStringLiteral("Copy a message about this student to the clipboard"));
+    copy->setToolTip(
+        one ? QStringLiteral("Copy a message about this student to the clipboard")
+            : QStringLiteral("Copy a message about each of them to the clipboard"));
     auto *messages = new QMenu(copy);
     copy->setMenu(messages);
     connect(messages, &QMenu::aboutToShow, this, [this, messages] {
@@ -182,6 +211,11 @@ void StudentDetails::addButtons(QVBoxLayout &column, const RiskRow &row) {
     column.addSpacing(appearance.px(10));
     column.addWidget(copy, 0, Qt::AlignLeft);
     column.addWidget(contacted, 0, Qt::AlignLeft);
+    if (!one)
+        return;
+    auto *grades = new QPushButton(QStringLiteral("Open Grades"));
+    grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
+    connect(grades, &QPushButton::clicked, this, [this] { Q_EMIT gradesRequested(rows.front()); });
     column.addWidget(grades, 0, Qt::AlignLeft);
 }
 

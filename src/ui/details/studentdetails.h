@@ -1,4 +1,4 @@
-// The pane at the right: one student, and every reason.
+// The pane at the right: one student and every reason, or several and what to do with them.
 #pragma once
 
 #include "app/studentpast.h"
@@ -18,14 +18,16 @@ class StudentDetails : public QScrollArea {
   public:
     StudentDetails(const Appearance &appearance, QWidget *parent = nullptr);
 
-    /// Shows the one selected student, how many are selected, or what to do.
+    /// Shows the one selected student, who is selected, or what to do.
     /// @param past of the one student; ignored for any other number.
     void show(std::vector<RiskRow> selected, StudentPast past);
+    /// Whether contacts are remembered, so that one can be noted.
+    void offerContacts(bool offered);
 
   Q_SIGNALS:
     /// The menu of messages is about to open.
     void messagesRequested(QMenu *menu);
-    void contactRequested(const ellwynd::RiskRow &row);
+    void contactsRequested(const std::vector<ellwynd::RiskRow> &students);
     void gradesRequested(const ellwynd::RiskRow &row);
     void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);
 
@@ -36,12 +38,14 @@ class StudentDetails : public QScrollArea {
     void addReasons(QVBoxLayout &column, const RiskRow &row);
     void addTerm(QVBoxLayout &column);
     void addOutreach(QVBoxLayout &column);
-    void addButtons(QVBoxLayout &column, const RiskRow &row);
+    void addSelection(QVBoxLayout &column);
+    void addButtons(QVBoxLayout &column);
     void addSection(QVBoxLayout &column, const QString &title);
 
     const Appearance &appearance;
     std::vector<RiskRow> rows;
     StudentPast past;
+    bool contactsOffered = true;
 };
 
 } // namespace ellwynd

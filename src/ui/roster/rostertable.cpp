@@ -128,6 +128,8 @@ void RosterTable::sortClicked(int column) {
         header->setSortIndicator(column, order);
         filter->sort(column, order);
     }
+    // There is an arrow beside the heading now, or none.
+    sizeColumns();
 }
 
 /// Every column takes what its texts need, within reason; "Why" takes the rest.
@@ -147,10 +149,11 @@ void RosterTable::sizeColumns() {
         if (isColumnHidden(column))
             continue;
         const QFontMetrics &metrics = column == RosterModel::student ? bold : regular;
-        // Room for the sort arrow beside a heading.
+        const bool sorted =
+            horizontalHeader()->isSortIndicatorShown() && filter->sortColumn() == column;
         int width = bold.horizontalAdvance(
                         model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString()) +
-            appearance.px(32);
+            appearance.px(sorted ? 32 : 20);
         for (int row = 0; row < model->rowCount(); ++row) {
             const QString text = model->index(row, column).data().toString();
             const int padding = appearance.px(column == RosterModel::level ? 52 : 21);
@@ -162,9 +165,13 @@ void RosterTable::sizeColumns() {
         setColumnWidth(column, width);
         taken += width;
     }
-    // Where the window is narrow, what does not fit is scrolled to.
+    // Where the window is narrow, names are cut first; then, what does not fit is scrolled to.
     const int narrowest = std::min(appearance.px(200), viewport()->width() / 2);
-    setColumnWidth(RosterModel::why, std::max(narrowest, viewport()->width() - taken));
+    const int names = columnWidth(RosterModel::student);
+    const int cut = std::clamp(
+        narrowest + taken - viewport()->width(), 0, std::max(0, names - appearance.px(90)));
+    setColumnWidth(RosterModel::student, names - cut);
+    setColumnWidth(RosterModel::why, std::max(narrowest, viewport()->width() - taken + cut));
 }
 
 void RosterTable::sizeRows() {

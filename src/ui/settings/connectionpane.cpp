@@ -62,8 +62,8 @@ ConnectionPane::ConnectionPane(
     connect(page, &TextLink::pressed, this, &ConnectionPane::openTokenPage);
 }
 
-void ConnectionPane::say(const std::string &text) {
-    status->setText(qstring(text));
+void ConnectionPane::say(const std::string &text, bool failed) {
+    showStatus(*status, qstring(text), failed);
 }
 
 void ConnectionPane::reload() {
@@ -87,7 +87,7 @@ QCoro::Task<> ConnectionPane::test() {
         co_return;
     testButton->setEnabled(true);
     progress->hide();
-    say(outcome.status);
+    say(outcome.status, !outcome.succeeded);
     Q_EMIT announced(
         (outcome.succeeded ? QStringLiteral("Connection test succeeded. ")
                            : QStringLiteral("Connection test failed. ")) +
@@ -101,7 +101,7 @@ void ConnectionPane::save() {
         reload();
         Q_EMIT connectionDidChange();
     }
-    say(outcome.status);
+    say(outcome.status, !outcome.succeeded);
 }
 
 void ConnectionPane::signOut() {
@@ -114,7 +114,7 @@ void ConnectionPane::openTokenPage() {
     if (const auto page = ConnectionCheck::tokenPage(address->text().toStdString()))
         QDesktopServices::openUrl(QUrl(qstring(*page)));
     else
-        say(std::string(tokenPageNeedsAddress));
+        say(std::string(tokenPageNeedsAddress), true);
 }
 
 } // namespace ellwynd

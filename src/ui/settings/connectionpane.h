@@ -36,7 +36,7 @@ class ConnectionPane : public SettingsPane {
     void save();
     void signOut();
     void openTokenPage();
-    void say(const std::string &text);
+    void say(const std::string &text, bool failed = false);
 
     ConnectionCheck &check;
     QLineEdit *address;

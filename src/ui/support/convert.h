@@ -17,4 +17,10 @@ namespace ellwynd {
     return qstring(text).replace(u'&', QStringLiteral("&&"));
 }
 
+/// A file's name as a save panel takes it: Qt's own panel reads '"' as the end of one name of
+/// several.
+[[nodiscard]] inline QString panelFileName(std::string_view name) {
+    return qstring(name).replace(u'"', u'\'');
+}
+
 } // namespace ellwynd

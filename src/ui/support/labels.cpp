@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QFontMetrics>
+#include <QStyle>
 
 namespace ellwynd {
 
@@ -10,6 +11,15 @@ QLabel *plainLabel(QWidget *parent, bool wraps) {
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(wraps);
     return label;
+}
+
+void showStatus(QLabel &label, const QString &text, bool failed) {
+    label.setProperty("secondary", !failed);
+    label.setProperty("attention", failed);
+    // Style sheets look at properties when a widget is polished.
+    label.style()->unpolish(&label);
+    label.style()->polish(&label);
+    label.setText(text);
 }
 
 ElidedLabel::ElidedLabel(QWidget *parent) : QLabel(parent) {

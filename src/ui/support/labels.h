@@ -8,6 +8,9 @@ namespace ellwynd {
 /// A label that never reads its text as markup and may wrap.
 [[nodiscard]] QLabel *plainLabel(QWidget *parent, bool wraps = false);
 
+/// How something stands, or why it failed, which is drawn to be noticed.
+void showStatus(QLabel &label, const QString &text, bool failed);
+
 /// One line that ends in "…" where there is no room, with the whole text as its tooltip.
 class ElidedLabel : public QLabel {
     Q_OBJECT

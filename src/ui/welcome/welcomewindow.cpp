@@ -210,7 +210,6 @@ QWidget *WelcomeWindow::makeChoice() {
     token->setAccessibleName(QStringLiteral("Access token"));
     // Nobody can tell whether a token is saved, so none is asked for.
     token->setEnabled(!state.keychainUnavailable);
-    status->setProperty("secondary", true);
     say(state.status);
     progress->setRange(0, 0);
     progress->setTextVisible(false);
@@ -280,8 +279,8 @@ void WelcomeWindow::showStep(Step step) {
         token->setFocus();
 }
 
-void WelcomeWindow::say(const std::string &text) {
-    status->setText(qstring(text));
+void WelcomeWindow::say(const std::string &text, bool failed) {
+    showStatus(*status, qstring(text), failed);
 }
 
 void WelcomeWindow::showChecking(bool isChecking) {
@@ -310,7 +309,7 @@ QCoro::Task<> WelcomeWindow::connectToCanvas() {
     const ConnectionOutcome outcome =
         tested.succeeded ? check.save(typedAddress, typedToken) : tested;
     if (!outcome.succeeded) {
-        say(outcome.status);
+        say(outcome.status, true);
         if (focused)
             focused->setFocus();
         Q_EMIT announced(QStringLiteral("Connection test failed. ") + qstring(outcome.status));
@@ -327,7 +326,7 @@ void WelcomeWindow::openTokenPage() {
     if (const auto page = ConnectionCheck::tokenPage(address->text().toStdString()))
         QDesktopServices::openUrl(QUrl(qstring(*page)));
     else
-        say(std::string(tokenPageNeedsAddress));
+        say(std::string(tokenPageNeedsAddress), true);
 }
 
 } // namespace ellwynd

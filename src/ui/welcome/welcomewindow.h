@@ -58,7 +58,7 @@ class WelcomeWindow : public QDialog {
     void showChecking(bool isChecking);
     QCoro::Task<> connectToCanvas();
     void openTokenPage();
-    void say(const std::string &text);
+    void say(const std::string &text, bool failed = false);
 
     UserDefaults &defaults;
     ConnectionCheck &check;

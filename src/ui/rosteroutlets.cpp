@@ -1,0 +1,81 @@
+#include "ui/rosteroutlets.h"
+
+#include "app/rosteractions.h"
+#include "outputs/templatestore.h"
+#include "ui/support/alert.h"
+#include "ui/support/convert.h"
+
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QMessageBox>
+#include <QStandardPaths>
+#include <QUrl>
+
+namespace ellwynd {
+
+RosterOutlets::RosterOutlets(
+    RosterActions &does, const TemplateStore &store, Selected students, QWidget &over)
+    : QObject(&over),
+      actions(does),
+      templates(store),
+      selected(std::move(students)),
+      window(over),
+      exportFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
+    connect(&actions, &RosterActions::textShouldBeCopied, this, [this](const QString &text) {
+        QGuiApplication::clipboard()->setText(text);
+        Q_EMIT noted(QStringLiteral("Copied. Paste it into the message that you write."));
+    });
+    connect(&actions, &RosterActions::exportDidEnd, this, [this](const QString &fileName) {
+        Q_EMIT noted(QStringLiteral("Saved %1.").arg(fileName));
+    });
+    connect(&actions, &RosterActions::exportDidFail, this, [this](const QString &why) {
+        QMessageBox *box =
+            plainAlert(&window, QStringLiteral("The export couldn’t be written"), why);
+        box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
+        box->open();
+    });
+    connect(&actions, &RosterActions::urlShouldOpen, this, [](const QString &url) {
+        QDesktopServices::openUrl(QUrl(url));
+    });
+    connect(&actions, &RosterActions::pageIsInvented, this, [this] {
+        Q_EMIT noted(
+            QStringLiteral("The sample college is invented, so it has no pages in Canvas."));
+    });
+}
+
+void RosterOutlets::exportRoster(ExportFormat format) {
+    const bool csv = format == ExportFormat::csv;
+    const RosterExport roster = actions.exported(format);
+    auto *panel = new QFileDialog(
+        &window,
+        csv ? QStringLiteral("Export Roster as CSV") : QStringLiteral("Export Roster as Markdown"));
+    panel->setAcceptMode(QFileDialog::AcceptSave);
+    panel->setMimeTypeFilters({csv ? QStringLiteral("text/csv") : QStringLiteral("text/markdown")});
+    panel->setDefaultSuffix(csv ? QStringLiteral("csv") : QStringLiteral("md"));
+    panel->setDirectory(exportFolder);
+    panel->selectFile(panelFileName(roster.fileName));
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    connect(panel, &QFileDialog::fileSelected, this, [this, roster](const QString &file) {
+        exportFolder = QFileInfo(file).path();
+        actions.saveExport(roster, std::filesystem::path(file.toStdString()));
+    });
+    panel->open();
+}
+
+void RosterOutlets::fillCopyMenu(QMenu *menu) {
+    menu->clear();
+    for (const MessageTemplate &message : templates.templates()) {
+        QAction *action = menu->addAction(menuText(message.name));
+        connect(action, &QAction::triggered, this, [this, message] {
+            actions.copyMessages(message, selected());
+        });
+    }
+    if (menu->isEmpty())
+        menu->addAction(QStringLiteral("No templates — add one in Settings"))->setEnabled(false);
+}
+
+} // namespace ellwynd

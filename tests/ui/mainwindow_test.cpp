@@ -340,6 +340,9 @@ TEST_F(MainWindowTest, TheKeyboardReachesEverything) {
     auto *filter = window.roster()->findChild<QLineEdit *>();
     QTest::keyClicks(filter, QStringLiteral("iris"));
     EXPECT_EQ(table().shownCount(), 1);
+    QTest::keyClick(filter, Qt::Key_Down);
+    EXPECT_TRUE(table().hasFocus());
+    EXPECT_EQ(selected().size(), 1U);
     filter->clear();
     table().selectStudents({{900101, 5002}});
     QTest::keyClick(&table(), Qt::Key_Down);

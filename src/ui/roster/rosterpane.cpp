@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -149,7 +150,10 @@ RosterPane::RosterPane(
         students->setFilter(typed);
         showCount();
     });
-    connect(filter, &QLineEdit::returnPressed, students, qOverload<>(&QWidget::setFocus));
+    connect(filter, &QLineEdit::returnPressed, this, &RosterPane::focusStudents);
+    auto *down = new QShortcut(Qt::Key_Down, filter);
+    down->setContext(Qt::WidgetShortcut);
+    connect(down, &QShortcut::activated, this, &RosterPane::focusStudents);
     connect(thresholds, &QPushButton::clicked, this, &RosterPane::thresholdsRequested);
     connect(missingWork, &QPushButton::clicked, this, &RosterPane::missingWorkRequested);
     connect(refresh, &QPushButton::clicked, this, &RosterPane::refreshRequested);
@@ -161,16 +165,23 @@ RosterPane::RosterPane(
     connect(students, &QWidget::customContextMenuRequested, this, [this](const QPoint &position) {
         Q_EMIT contextMenuRequested(students->viewport()->mapToGlobal(position));
     });
-    connect(&controller, &MainWindowController::rosterDidChange, this, &RosterPane::show);
+    connect(&controller, &MainWindowController::rosterDidChange, this, &RosterPane::showRoster);
     connect(&controller, &MainWindowController::loadingDidChange, this, &RosterPane::showProgress);
     connect(&appearance, &Appearance::changed, this, &RosterPane::applyAppearance);
     applyAppearance();
-    show();
+    showRoster();
 }
 
 void RosterPane::focusFilter() {
     filter->setFocus(Qt::ShortcutFocusReason);
     filter->selectAll();
+}
+
+/// From the filter on to who was found.
+void RosterPane::focusStudents() {
+    students->setFocus();
+    if (students->selectedRows().empty())
+        students->selectRow(0);
 }
 
 void RosterPane::clearFilter() {
@@ -209,7 +220,7 @@ void RosterPane::resizeEvent(QResizeEvent *event) {
     arrangeHeader();
 }
 
-void RosterPane::show() {
+void RosterPane::showRoster() {
     const RosterView &roster = controller.roster();
     if (roster.title != title->accessibleName().toStdString())
         filter->clear();

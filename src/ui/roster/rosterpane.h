@@ -43,7 +43,8 @@ class RosterPane : public QWidget {
     void resizeEvent(QResizeEvent *event) override;
 
   private:
-    void show();
+    void showRoster();
+    void focusStudents();
     void showHeader();
     void showCount();
     void showProgress();

@@ -210,7 +210,7 @@ void RosterPane::applyAppearance() {
 void RosterPane::arrangeHeader() {
     const int room = width() - 2 * appearance.px(18);
     const int inRow = filter->minimumWidth() + controls->spacing() + buttons->sizeHint().width();
-    const bool besideTitle = inRow + appearance.px(340) <= room;
+    const bool besideTitle = inRow + appearance.px(290) <= room;
     headerLayout->setDirection(besideTitle ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
     controls->setDirection(inRow <= room ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }

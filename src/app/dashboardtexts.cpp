@@ -1,5 +1,6 @@
 #include "app/dashboardtexts.h"
 
+#include "memory/movement.h"
 #include "memory/outreach.h"
 #include "platform/calendar.h"
 
@@ -75,18 +76,12 @@ std::string headline(const DashboardTerm &term) {
 }
 
 std::string movementLine(const DashboardTerm &term) {
-    std::vector<std::string> pieces;
-    const auto add = [&](std::int64_t count, std::string_view what) {
-        if (count > 0)
-            pieces.push_back(fmt::format("{} {}", count, what));
-    };
-    add(sum(term, &DashboardCourseCard::slipped), "slipped");
-    add(sum(term, &DashboardCourseCard::newlyFlagged), "newly flagged");
-    add(sum(term, &DashboardCourseCard::improved), "improved");
-    add(sum(term, &DashboardCourseCard::awaitingFollowUp), "awaiting follow-up");
-    if (pieces.empty())
-        return "No movement since last time.";
-    return fmt::format("Since last time: {}", fmt::join(pieces, " · "));
+    return sinceLastTime(
+               {{sum(term, &DashboardCourseCard::slipped), "slipped"},
+                {sum(term, &DashboardCourseCard::newlyFlagged), "newly flagged"},
+                {sum(term, &DashboardCourseCard::improved), "improved"},
+                {sum(term, &DashboardCourseCard::awaitingFollowUp), "awaiting follow-up"}})
+        .value_or("No movement since last time.");
 }
 
 std::string stamp(const Dashboard &dashboard) {

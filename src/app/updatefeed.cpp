@@ -1,6 +1,6 @@
 #include "app/updatefeed.h"
 
-#include "generated/version.h"
+#include "canvas/client/request.h"
 
 #include <QCoro/QCoroSignal>
 #include <QNetworkReply>
@@ -11,23 +11,6 @@
 namespace ellwynd {
 
 namespace {
-
-/// Nothing goes out but what the address says and the program's name and version.
-QNetworkRequest feedRequest(const QUrl &url, std::chrono::milliseconds silence) {
-    QNetworkRequest request(url);
-    request.setRawHeader("Accept", "application/rss+xml, application/xml");
-    request.setRawHeader("User-Agent", QByteArray("Ellwynd/") + version);
-    request.setAttribute(
-        QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    request.setAttribute(
-        QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-    request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    request.setTransferTimeout(int(silence.count()));
-    return request;
-}
 
 UpdateError notLoaded(const std::string &reason) {
     return UpdateError(fmt::format("The list of updates couldn’t be loaded: {}.", reason));
@@ -70,7 +53,8 @@ QCoro::Task<std::optional<Update>> AppcastFeed::newest(bool counted) {
     }
     if (!manager)
         manager = std::make_unique<QNetworkAccessManager>();
-    const QNetworkRequest request = feedRequest(url, limits.silence);
+    const QNetworkRequest request =
+        statelessRequest(url, "application/rss+xml, application/xml", limits.silence);
     const std::unique_ptr<QNetworkReply, DeleteLater> reply(manager->get(request));
 
     std::string feed;

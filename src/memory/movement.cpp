@@ -3,7 +3,6 @@
 #include "platform/calendar.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
 
@@ -115,16 +114,20 @@ std::string changeText(const RosterChange &change) {
 
 std::optional<std::string> summaryLine(const std::vector<RosterChange> &changes) {
     const MovementCounts counts = movementCounts(changes);
-    std::vector<std::string> pieces;
-    if (counts.slipped > 0)
-        pieces.push_back(fmt::format("{} slipped", counts.slipped));
-    if (counts.newlyFlagged > 0)
-        pieces.push_back(fmt::format("{} newly flagged", counts.newlyFlagged));
-    if (counts.improved > 0)
-        pieces.push_back(fmt::format("{} improved", counts.improved));
-    if (pieces.empty())
-        return std::nullopt;
-    return fmt::format("Since last time: {}", fmt::join(pieces, " · "));
+    return sinceLastTime(
+        {{counts.slipped, "slipped"},
+         {counts.newlyFlagged, "newly flagged"},
+         {counts.improved, "improved"}});
+}
+
+std::optional<std::string>
+sinceLastTime(const std::vector<std::pair<std::int64_t, std::string_view>> &counts) {
+    std::string line;
+    for (const auto &[count, what] : counts) {
+        if (count > 0)
+            line += fmt::format("{}{} {}", line.empty() ? "Since last time: " : " · ", count, what);
+    }
+    return line.empty() ? std::nullopt : std::optional(line);
 }
 
 } // namespace ellwynd

@@ -55,7 +55,11 @@ struct MovementCounts {
 /// "Kutran slipped from Watch to Concern"
 [[nodiscard]] std::string changeText(const RosterChange &change);
 
-/// "Since last time: 2 slipped · 1 improved"; absent when nobody moved.
+/// "Since last time: 2 slipped · 1 improved" of counts with their words; absent when all are zero.
+[[nodiscard]] std::optional<std::string>
+sinceLastTime(const std::vector<std::pair<std::int64_t, std::string_view>> &counts);
+
+/// That line of all changes; absent when nobody moved.
 [[nodiscard]] std::optional<std::string> summaryLine(const std::vector<RosterChange> &changes);
 
 } // namespace ellwynd

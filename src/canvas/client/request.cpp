@@ -28,13 +28,9 @@ endpointURL(const std::string &baseURL, const std::string &path, const QueryItem
 }
 
 QNetworkRequest
-canvasRequest(const QUrl &url, const std::string &token, std::chrono::milliseconds silence) {
+statelessRequest(const QUrl &url, const char *accept, std::chrono::milliseconds silence) {
     QNetworkRequest request(url);
-    QByteArray authorization = QByteArray::fromStdString("Bearer " + token);
-    // A line break in a pasted token must not begin a header of its own.
-    authorization.removeIf([](char c) { return static_cast<unsigned char>(c) < 0x20; });
-    request.setRawHeader("Authorization", authorization);
-    request.setRawHeader("Accept", "application/json");
+    request.setRawHeader("Accept", accept);
     // Hosted Canvas refuses requests without one.
     request.setRawHeader("User-Agent", QByteArray("Ellwynd/") + version);
     request.setAttribute(
@@ -46,6 +42,16 @@ canvasRequest(const QUrl &url, const std::string &token, std::chrono::millisecon
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     request.setTransferTimeout(int(silence.count()));
+    return request;
+}
+
+QNetworkRequest
+canvasRequest(const QUrl &url, const std::string &token, std::chrono::milliseconds silence) {
+    QNetworkRequest request = statelessRequest(url, "application/json", silence);
+    QByteArray authorization = QByteArray::fromStdString("Bearer " + token);
+    // A line break in a pasted token must not begin a header of its own.
+    authorization.removeIf([](char c) { return static_cast<unsigned char>(c) < 0x20; });
+    request.setRawHeader("Authorization", authorization);
     return request;
 }
 

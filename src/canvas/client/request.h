@@ -19,8 +19,13 @@ using QueryItems = std::vector<std::pair<std::string, std::string>>;
 [[nodiscard]] std::optional<QUrl>
 endpointURL(const std::string &baseURL, const std::string &path, const QueryItems &query);
 
-/// A GET that carries the token and takes part in nothing that stores or forwards it: no cache, no
-/// cookies, no saved credentials, no redirects. Silence on the wire ends it after `silence`.
+/// A GET that takes part in nothing that stores or forwards what it carries: no cache, no cookies,
+/// no saved credentials, no redirects. Silence on the wire ends it after `silence`.
+/// @param accept the content types that are understood.
+[[nodiscard]] QNetworkRequest
+statelessRequest(const QUrl &url, const char *accept, std::chrono::milliseconds silence);
+
+/// Such a request for JSON, with the token.
 [[nodiscard]] QNetworkRequest
 canvasRequest(const QUrl &url, const std::string &token, std::chrono::milliseconds silence);
 

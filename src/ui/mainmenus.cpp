@@ -136,8 +136,8 @@ void MainMenus::update(const CommandState &state) {
     for (QAction *command : {refreshRoster, showDashboard, hideDetails})
         command->setEnabled(state.rosterPane);
     hideDetails->setText(
-        state.detailsWanted ? QStringLiteral("&Hide Student Details")
-                            : QStringLiteral("&Show Student Details"));
+        state.detailsHidden ? QStringLiteral("&Show Student Details")
+                            : QStringLiteral("&Hide Student Details"));
     for (QAction *command : {exportCSV, exportMarkdown})
         command->setEnabled(state.rosterShown);
     for (QAction *command : {missingWork, thresholds, courseIcon, copySetup, openCourse})

@@ -24,8 +24,8 @@ struct CommandState {
     bool anyStudents = false;
     bool anySelected = false;
     bool remembersContacts = false;
-    /// Whether the teacher wants the details beside a roster.
-    bool detailsWanted = true;
+    /// Whether the teacher wants no details beside a roster.
+    bool detailsHidden = false;
 };
 
 /// Every command of the program, where people look for it and with its key. Whoever owns the menus

@@ -20,10 +20,10 @@
 #include "ui/support/announce.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
+#include "ui/support/windowmemory.h"
 #include "ui/welcome/welcomewindow.h"
 
 #include <QAction>
-#include <QCloseEvent>
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QMenu>
@@ -74,7 +74,10 @@ MainWindow::MainWindow(
           [this] { return rosterPane->table()->selectedRows(); }, *this)),
       menus(new MainMenus(*menuBar(), store)),
       observing(store.observe([this](std::string_view key) {
-          if (key == preferences::rememberContacts.name)
+          if (key == preferences::studentDetailsHidden.name)
+              showPane();
+          if (key == preferences::studentDetailsHidden.name ||
+              key == preferences::rememberContacts.name)
               updateActions();
       })) {
     setWindowTitle(
@@ -90,7 +93,7 @@ MainWindow::MainWindow(
     statusBar()->hide();
     connectCommands();
     connectViews();
-    restoreGeometryState();
+    restorePlace();
     updateActions();
 }
 
@@ -114,9 +117,8 @@ void MainWindow::connectCommands() {
         dashboardPane->focusCards();
     });
     on(menus->hideDetails, [this] {
-        detailsWanted = !detailsWanted;
-        showPane();
-        updateActions();
+        const bool hidden = defaults.value(preferences::studentDetailsHidden);
+        defaults.set(preferences::studentDetailsHidden, !hidden);
     });
     on(menus->zoomIn, [this] { appearance.zoom(1); });
     on(menus->zoomOut, [this] { appearance.zoom(-1); });
@@ -231,7 +233,7 @@ void MainWindow::updateActions() {
         .anyStudents = shown && !roster.rows.empty(),
         .anySelected = !rosterPane->table()->selectedRows().empty(),
         .remembersContacts = stores.contacts.isEnabled(),
-        .detailsWanted = detailsWanted,
+        .detailsHidden = defaults.value(preferences::studentDetailsHidden),
     });
 }
 
@@ -240,7 +242,9 @@ void MainWindow::showPane() {
     const RosterView::State state = controller.roster().state;
     const bool dashboard = state == RosterView::State::nothingSelected;
     middle->setCurrentWidget(dashboard ? static_cast<QWidget *>(dashboardPane) : rosterPane);
-    details->setVisible(!dashboard && state != RosterView::State::notConnected && detailsWanted);
+    details->setVisible(
+        !dashboard && state != RosterView::State::notConnected &&
+        !defaults.value(preferences::studentDetailsHidden));
 }
 
 void MainWindow::showContextMenu(const QPoint &position) {
@@ -409,26 +413,16 @@ SettingsWindow &MainWindow::settings() {
 
 // ---- Geometry ----------------------------------------------------------------------------------
 
-void MainWindow::restoreGeometryState() {
-    const auto bytes = [this](const auto &key) {
-        return QByteArray::fromBase64(QByteArray::fromStdString(defaults.value(key)));
-    };
-    if (!restoreGeometry(bytes(preferences::mainWindowGeometry)))
+void MainWindow::restorePlace() {
+    auto *memory = new WindowMemory(*this, defaults, preferences::mainWindowGeometry);
+    if (!memory->restoreGeometry())
         resize(1280, 800);
-    if (!splitter->restoreState(bytes(preferences::mainWindowColumns)))
+    if (!memory->restoreColumns(*splitter, preferences::mainWindowColumns))
         splitter->setSizes(paneWidths(width(), appearance));
     sidebar->setMinimumWidth(140);
     details->setMinimumWidth(200);
     middle->setMinimumWidth(360);
-    detailsWanted = !defaults.value(preferences::studentDetailsHidden);
     showPane();
-}
-
-void MainWindow::closeEvent(QCloseEvent *event) {
-    defaults.set(preferences::mainWindowGeometry, saveGeometry().toBase64().toStdString());
-    defaults.set(preferences::mainWindowColumns, splitter->saveState().toBase64().toStdString());
-    defaults.set(preferences::studentDetailsHidden, !detailsWanted);
-    QMainWindow::closeEvent(event);
 }
 
 } // namespace ellwynd

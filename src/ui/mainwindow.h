@@ -68,9 +68,6 @@ class MainWindow : public QMainWindow {
     void sampleSwitchRequested();
     void updateCheckRequested();
 
-  protected:
-    void closeEvent(QCloseEvent *event) override;
-
   private:
     void connectCommands();
     void openIconSheet();
@@ -81,7 +78,7 @@ class MainWindow : public QMainWindow {
     void connectViews();
     void updateActions();
     void showPane();
-    void restoreGeometryState();
+    void restorePlace();
     void showContextMenu(const QPoint &position);
     static constexpr int noteMilliseconds = 6000;
     void tell(const QString &note, int milliseconds = noteMilliseconds);
@@ -105,7 +102,6 @@ class MainWindow : public QMainWindow {
     SettingsWindow *settingsWindow = nullptr;
     HelpWindow *helpWindow = nullptr;
     QPushButton *undoSetup = nullptr;
-    bool detailsWanted = true;
     bool updatesOffered = false;
     std::shared_ptr<void> observing;
 };

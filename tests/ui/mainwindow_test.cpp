@@ -1,4 +1,5 @@
 #include "support/mainwindow.h"
+#include "support/until.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/details/studentdetails.h"
 #include "ui/roster/whylayout.h"
@@ -399,6 +400,24 @@ TEST_F(MainWindowTest, OpenTermsAreRemembered) {
     EXPECT_THAT(defaults.value(preferences::sidebarExpandedTerms), ElementsAre(9002, 9103));
     openCourse(900102);
     EXPECT_FALSE(sidebar->isExpanded(sidebar->model()->index(1, 0)));
+}
+
+TEST_F(MainWindowTest, TheWindowStandsWhereItStood) {
+    openCourse(900101);
+    auto *details = window.findChild<StudentDetails *>();
+    action(QStringLiteral("Hide Student Details"))->trigger();
+    EXPECT_FALSE(details->isVisible());
+    EXPECT_EQ(defaults.object(preferences::studentDetailsHidden.name), PreferenceValue(true))
+        << "at once, whenever the program ends";
+    window.setGeometry(30, 40, 1100, 650);
+    EXPECT_TRUE(test::until(
+        [&] { return defaults.object(preferences::mainWindowGeometry.name).has_value(); }));
+    window.setGeometry(50, 60, 1150, 660);
+    window.hide();
+    const MainWindow next{controller, defaults,           core.stores, core.check,
+                          sync,       core.notifications, appearance};
+    EXPECT_EQ(next.geometry(), QRect(50, 60, 1150, 660));
+    EXPECT_TRUE(next.findChild<StudentDetails *>()->isHidden());
 }
 
 TEST_F(MainWindowTest, HostileNamesAreText) {

@@ -4,10 +4,10 @@
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 #include "ui/support/markdownpage.h"
+#include "ui/support/windowmemory.h"
 
 #include <QCoreApplication>
 #include <QHBoxLayout>
-#include <QHideEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
@@ -32,7 +32,6 @@ HelpWindow::HelpWindow(
     UserDefaults &store, const Appearance &look, const std::vector<ShortcutGroup> &shortcuts,
     QWidget *parent)
     : QDialog(parent, Qt::Window),
-      defaults(store),
       book(shortcuts),
       query(new QLineEdit),
       topics(new TopicList(look)),
@@ -76,16 +75,13 @@ HelpWindow::HelpWindow(
         new QShortcut(Qt::ALT | Qt::Key_Left, this), &QShortcut::activated, this,
         &HelpWindow::goBack);
 
-    if (!restoreGeometry(QByteArray::fromBase64(
-            QByteArray::fromStdString(defaults.value(preferences::helpWindowGeometry)))))
+    auto *memory = new WindowMemory(*this, store, preferences::helpWindowGeometry);
+    if (!memory->restoreGeometry())
         resize(look.px(920), look.px(620));
     search();
 }
 
-HelpWindow::~HelpWindow() {
-    if (isVisible())
-        rememberGeometry();
-}
+HelpWindow::~HelpWindow() = default;
 
 // ---- Topics ------------------------------------------------------------------------------------
 
@@ -154,7 +150,7 @@ void HelpWindow::render() {
     page->markWords(query->text());
 }
 
-// ---- Keys and geometry -------------------------------------------------------------------------
+// ---- Keys --------------------------------------------------------------------------------------
 
 bool HelpWindow::eventFilter(QObject *watched, QEvent *event) {
     if (watched == query && event->type() == QEvent::KeyPress) {
@@ -182,17 +178,6 @@ void HelpWindow::keyPressEvent(QKeyEvent *event) {
         query->clear();
     else
         QDialog::keyPressEvent(event);
-}
-
-void HelpWindow::hideEvent(QHideEvent *event) {
-    // One that is only minimised has its place still.
-    if (!event->spontaneous())
-        rememberGeometry();
-    QDialog::hideEvent(event);
-}
-
-void HelpWindow::rememberGeometry() {
-    defaults.set(preferences::helpWindowGeometry, saveGeometry().toBase64().toStdString());
 }
 
 } // namespace ellwynd

@@ -35,7 +35,6 @@ class HelpWindow : public QDialog {
   protected:
     /// Escape clears the search, and closes the window when there is nothing to clear.
     void keyPressEvent(QKeyEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
@@ -45,9 +44,7 @@ class HelpWindow : public QDialog {
     void goBack();
     void render();
     void follow(const QUrl &link);
-    void rememberGeometry();
 
-    UserDefaults &defaults;
     HelpBook book;
     QLineEdit *query;
     TopicList *topics;

@@ -40,14 +40,19 @@ if(LLD)
 endif()
 
 if(ELLWYND_SANITIZE)
+  # Without precompiled headers a file that does not name what it uses fails.
+  set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
   target_compile_options(ellwynd_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(ellwynd_options INTERFACE -fsanitize=address,undefined)
 endif()
 
 # Half the time of compiling a file goes into the headers of Qt and the standard library that nearly
-# every file needs. They are compiled once for the rooms below the windows and once for the windows.
-# The sanitized build goes without, so that a file that does not name what it uses fails there.
+# every file needs. They are compiled once for the rooms below the windows, once for the windows and
+# once for the tests.
+set(ELLWYND_STANDARD_HEADERS
+  <algorithm> <chrono> <filesystem> <functional> <map> <memory> <optional> <set> <string> <variant>
+  <vector>)
 file(GENERATE OUTPUT "${PROJECT_BINARY_DIR}/generated/precompiled.cpp" CONTENT "")
 function(ellwynd_precompile name)
   cmake_parse_arguments(ARG "" "" "HEADERS;LINK" ${ARGN})
@@ -57,9 +62,9 @@ function(ellwynd_precompile name)
 endfunction()
 
 # ellwynd_library(NAME [MOC] [PRECOMPILED target] SOURCES... [LINK targets...]
-# [PRIVATE_LINK targets...]): one room of the program. Includes are written from src/ on ("risk/scorer.h"), so that a line says which room it
-# reaches into. What only the sources need is linked privately, so that no room sees it through
-# another.
+# [PRIVATE_LINK targets...]): one room of the program. Includes are written from src/ on
+# ("risk/scorer.h"), so that a line says which room it reaches into. What only the sources need is
+# linked privately, so that no room sees it through another.
 function(ellwynd_library name)
   cmake_parse_arguments(ARG "MOC" "PRECOMPILED" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})

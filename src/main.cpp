@@ -58,6 +58,11 @@ int main(int argc, char **argv) {
     case ApplicationService::Outcome::first:
         break;
     case ApplicationService::Outcome::handedOver:
+        if (!arguments.domain.empty())
+            fmt::print(
+                stderr,
+                "ellwynd: Ellwynd is running already; \"-Key value\" pairs hold for a new "
+                "start only.\n");
         return 0;
     case ApplicationService::Outcome::unanswered:
         fmt::print(stderr, "ellwynd: Ellwynd is running already, but does not answer.\n");
@@ -65,7 +70,12 @@ int main(int argc, char **argv) {
     }
 
     removeResidualCacheFiles(directories::caches());
-    UserDefaults defaults(directories::config() / "Preferences.json", arguments.domain);
+    const std::filesystem::path preferencesFile = directories::config() / "Preferences.json";
+    // The mode of this run: memories and data source are made for it, and only a relaunch switches.
+    arguments.domain.try_emplace(
+        std::string(preferences::sampleData.name),
+        UserDefaults(preferencesFile, {}).value(preferences::sampleData));
+    UserDefaults defaults(preferencesFile, arguments.domain);
     defaults.watch();
     Settings settings(defaults);
     Appearance appearance(settings, desktopPrefersDark());
@@ -90,9 +100,14 @@ int main(int argc, char **argv) {
     MainWindow window(controller, defaults, stores, connection, sync, notifications, appearance);
     ShellAlerts alerts(shell, updater, &window);
 
+    // Of what another computer has set, only another Canvas is a reason to read everything again.
     QObject::connect(
         &sync, &SyncService::settingsDidSyncExternally, &controller,
-        &MainWindowController::refresh);
+        [&, address = defaults.value(preferences::canvasBaseURL)]() mutable {
+            const std::string now = defaults.value(preferences::canvasBaseURL);
+            if (std::exchange(address, now) != now)
+                controller.refresh();
+        });
     QObject::connect(&shell, &AppDelegate::shouldActivate, &window, &MainWindow::activate);
     QObject::connect(
         &shell, &AppDelegate::shouldTerminate, &application, &QApplication::quit,

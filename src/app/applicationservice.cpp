@@ -118,7 +118,7 @@ void ApplicationService::Open(const QStringList &uris, const QVariantMap &platfo
     Q_EMIT linksOpened(uris.first(std::min(uris.size(), mostLinks)), tokenOf(platformData));
 }
 
-/// For desktops that keep a notice when its process has ended: the bus starts the program then.
+/// Whoever has a course's id but no link, as a notice that was kept, can start the program with it.
 void ApplicationService::ActivateAction(
     const QString &action, const QVariantList &parameter, const QVariantMap &platformData) {
     const bool oneCourse =

@@ -2,6 +2,7 @@
 
 #include "risk/coursethresholds.h"
 
+#include <QRegularExpression>
 #include <QString>
 
 #include <fmt/format.h>
@@ -51,6 +52,14 @@ Reading readSubjectAndNumber(const QString &code, qsizetype start) {
         .found = code.mid(start, letters - start).toUpper() + u' ' +
             code.mid(number, end - number).toUpper(),
         .lettersEnd = letters};
+}
+
+/// Whether a reading is a term's, "FALL 2025" or "SP 26", which begins many codes.
+bool isTerm(const QString &found) {
+    static const QRegularExpression term(QStringLiteral(
+        "^(FALL|AUTUMN|WINTER|SPRING|SUMMER|TERM|SEM|SEMESTER|QUARTER|YEAR|F|FA|AU|W|WI|SP|SU|AY) "
+        "(\\d|\\d\\d|20\\d\\d)$"));
+    return term.match(found).hasMatch();
 }
 
 bool isEarlier(const std::optional<Term> &term, const std::optional<Term> &own) {
@@ -134,7 +143,7 @@ std::string editionOf(std::string_view courseCode) {
     const QString code = text(courseCode).simplified();
     for (qsizetype at = 0; at < code.size();) {
         const auto [found, lettersEnd] = readSubjectAndNumber(code, at);
-        if (!found.isEmpty())
+        if (!found.isEmpty() && !isTerm(found))
             return found.toStdString();
         at = std::max(lettersEnd, at + 1);
     }

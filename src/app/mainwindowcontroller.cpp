@@ -164,6 +164,8 @@ void MainWindowController::reselect() {
 void MainWindowController::showCourse(std::int64_t courseID) {
     if (latestCourses.empty())
         pendingCourseID = courseID;
+    else if (currentSelection == Selection(CourseSelection{courseID}))
+        refreshRoster();
     else if (std::ranges::count(knownCourses(), courseID, &Course::id) > 0)
         select(CourseSelection{courseID});
 }

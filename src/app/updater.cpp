@@ -29,12 +29,14 @@ Updater::Updater(
 }
 
 void Updater::start() {
-    if (const auto pending = pendingUpdate())
-        Q_EMIT updateFound(QString::fromStdString(pending->version));
-    else
+    const auto pending = pendingUpdate();
+    if (!pending)
         forgetPending();
+    // What another copy of the program found could not be withdrawn without a feed.
     if (!feed.mayCheck())
         return;
+    if (pending)
+        Q_EMIT updateFound(QString::fromStdString(pending->version));
     checkIfDue();
     timer.start();
 }
@@ -102,6 +104,8 @@ QCoro::Task<> Updater::check() {
     defaults.set(preferences::lastCountedCheckDay, today);
     if (newest && isNewerBuild(newest->build, runningBuild)) {
         announce(*newest);
+        if (asked)
+            Q_EMIT checkFoundUpdate(QString::fromStdString(newest->version));
         co_return;
     }
     if (pendingUpdate()) {

@@ -45,6 +45,8 @@ class Updater : public QObject {
   Q_SIGNALS:
     /// By any check, or by an earlier run of the program.
     void updateFound(const QString &version);
+    /// Only after the teacher's own check; follows `updateFound`.
+    void checkFoundUpdate(const QString &version);
     /// What was announced is offered no more.
     void updateWithdrawn();
     /// Only after the teacher's own check.

@@ -40,22 +40,24 @@ std::string execArgument(std::string_view program) {
     return text + "\"";
 }
 
-bool hasLine(std::string_view text, std::string_view line) {
-    for (std::size_t at = text.find(line); at != text.npos; at = text.find(line, at + 1)) {
-        const std::size_t end = at + line.size();
-        if ((at == 0 || text[at - 1] == '\n') && (end == text.size() || text[end] == '\n'))
-            return true;
-    }
-    return false;
+std::string entryText(const autostart::Entry &entry) {
+    const std::string program = entry.program.string();
+    return fmt::format(
+        "[Desktop Entry]\nType=Application\nName={}\nExec={}\nTryExec={}\n",
+        stringValue(entry.name), stringValue(execArgument(program)), stringValue(program));
 }
 
 } // namespace
 
+// Settings of desktops switch an entry off by a line of their own, or by removing it.
 bool autostart::isOn(const std::filesystem::path &folder, const Entry &entry) {
     try {
         const auto text = files::read(folder / entry.fileName, longestEntry);
-        return text && !hasLine(*text, "Hidden=true") &&
-            !hasLine(*text, "X-GNOME-Autostart-enabled=false");
+        const std::string own = entryText(entry);
+        if (!text || !text->starts_with(own))
+            return false;
+        const std::string_view added = std::string_view(*text).substr(own.size());
+        return added.find("Hidden") == added.npos && added.find("=false") == added.npos;
     } catch (const FileError &) {
         return false;
     }
@@ -64,12 +66,7 @@ bool autostart::isOn(const std::filesystem::path &folder, const Entry &entry) {
 void autostart::set(const std::filesystem::path &folder, const Entry &entry, bool on) {
     const std::filesystem::path file = folder / entry.fileName;
     if (on) {
-        const std::string program = entry.program.string();
-        files::replace(
-            file,
-            fmt::format(
-                "[Desktop Entry]\nType=Application\nName={}\nExec={}\nTryExec={}\n",
-                stringValue(entry.name), stringValue(execArgument(program)), stringValue(program)));
+        files::replace(file, entryText(entry));
         return;
     }
     std::error_code error;

@@ -1,5 +1,4 @@
-// Programs that the desktop starts with the session, as the freedesktop Autostart specification has
-// it.
+// Programs that the desktop starts with the session, by the freedesktop autostart standard.
 #pragma once
 
 #include <filesystem>
@@ -17,7 +16,7 @@ struct Entry {
     std::filesystem::path program;
 };
 
-/// Whether the folder has the entry, and nobody has switched it off there.
+/// Whether the folder has the entry for this very program, and nobody has switched it off there.
 [[nodiscard]] bool isOn(const std::filesystem::path &folder, const Entry &entry);
 
 /// Writes or removes the entry.

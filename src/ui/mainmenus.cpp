@@ -37,6 +37,7 @@ MainMenus::MainMenus(QMenuBar &menuBar, UserDefaults &store)
     makeHelpMenu();
     showPreference(preferences::rosterCompactRows.name);
     showPreference(preferences::courseInsightPanelMode.name);
+    showTextScale();
 }
 
 void MainMenus::makeFileMenu() {
@@ -54,7 +55,7 @@ void MainMenus::makeFileMenu() {
         add(file, menuText(samplemode::menuTitle(defaults.value(preferences::sampleData))));
     settings = add(file, QStringLiteral("&Settings"), {Qt::CTRL | Qt::Key_Comma});
     file.addSeparator();
-    quit = add(file, QStringLiteral("&Quit"), {QKeySequence::Quit});
+    quit = add(file, QStringLiteral("&Quit"), {Qt::CTRL | Qt::Key_Q});
 }
 
 void MainMenus::makeViewMenu() {
@@ -129,7 +130,17 @@ void MainMenus::showPreference(std::string_view key) {
         const QString mode = qstring(defaults.value(preferences::courseInsightPanelMode));
         for (QAction *action : insightModes->actions())
             action->setChecked(action->data().toString() == mode);
+    } else if (key == preferences::textScale.name) {
+        showTextScale();
     }
+}
+
+void MainMenus::showTextScale() {
+    const double scale = defaults.value(preferences::textScale);
+    const auto bounded = preferences::textScale.normalise;
+    zoomIn->setEnabled(bounded(2 * scale) > scale);
+    zoomOut->setEnabled(bounded(scale / 2) < scale);
+    actualSize->setEnabled(scale != 1);
 }
 
 void MainMenus::update(const CommandState &state) {
@@ -144,7 +155,8 @@ void MainMenus::update(const CommandState &state) {
         command->setEnabled(state.rosterShown && state.oneCourse);
     findStudent->setEnabled(state.anyStudents);
     copyMessage->setEnabled(state.anySelected);
-    openGrades->setEnabled(state.anySelected);
+    // Each would be a page of its own in the browser.
+    openGrades->setEnabled(state.oneSelected);
     markContacted->setEnabled(state.anySelected && state.remembersContacts);
 }
 

@@ -4,7 +4,6 @@
 #include "help/helpbook.h"
 #include "platform/userdefaults.h"
 
-#include <QKeySequence>
 #include <QObject>
 
 class QAction;
@@ -23,6 +22,7 @@ struct CommandState {
     bool oneCourse = false;
     bool anyStudents = false;
     bool anySelected = false;
+    bool oneSelected = false;
     bool remembersContacts = false;
     /// Whether the teacher wants no details beside a roster.
     bool detailsHidden = false;
@@ -86,6 +86,7 @@ class MainMenus : public QObject {
     void makeCourseMenus();
     void makeHelpMenu();
     void showPreference(std::string_view key);
+    void showTextScale();
 
     QMenuBar &bar;
     UserDefaults &defaults;

@@ -25,6 +25,7 @@
 
 #include <QAction>
 #include <QDesktopServices>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
@@ -49,6 +50,12 @@ QList<int> paneWidths(int window, const Appearance &appearance) {
     const int left = std::min(appearance.px(224), window * 24 / 100);
     const int right = std::min(appearance.px(256), window / 4);
     return {left, window - left - right, right};
+}
+
+/// Whether a roster is there, comes, or failed to: neither the dashboard nor signed out.
+bool showsRoster(const RosterView &roster) {
+    return roster.state != RosterView::State::nothingSelected &&
+        roster.state != RosterView::State::notConnected;
 }
 
 } // namespace
@@ -138,8 +145,8 @@ void MainWindow::connectCommands() {
     on(menus->markContacted,
        [this] { controller.actions().markContacted(rosterPane->table()->selectedRows()); });
     on(menus->openGrades, [this] {
-        for (const RiskRow &row : rosterPane->table()->selectedRows())
-            controller.actions().openGrades(row.courseID, row.id);
+        const RiskRow row = rosterPane->table()->selectedRows().front();
+        controller.actions().openGrades(row.courseID, row.id);
     });
 
     on(menus->help, [this] { help().showTopic("getting-started"); });
@@ -216,22 +223,25 @@ void MainWindow::connectViews() {
     connect(&controller, &MainWindowController::errorDidOccur, this, &MainWindow::showError);
     connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString &message) {
         statusBar()->setVisible(!message.isEmpty());
-        if (message.isEmpty())
-            delete std::exchange(undoSetup, nullptr);
+        if (!message.isEmpty())
+            return;
+        delete std::exchange(undoSetup, nullptr);
+        setAccessibleDescription({});
     });
 }
 
 void MainWindow::updateActions() {
     const RosterView &roster = controller.roster();
     const bool shown = roster.state == RosterView::State::shown;
+    const std::size_t selected = rosterPane->table()->selectedRows().size();
     details->offerContacts(stores.contacts.isEnabled());
     menus->update({
-        .rosterPane = roster.state != RosterView::State::nothingSelected &&
-            roster.state != RosterView::State::notConnected,
+        .rosterPane = showsRoster(roster),
         .rosterShown = shown,
         .oneCourse = roster.courseID.has_value(),
         .anyStudents = shown && !roster.rows.empty(),
-        .anySelected = !rosterPane->table()->selectedRows().empty(),
+        .anySelected = selected > 0,
+        .oneSelected = selected == 1,
         .remembersContacts = stores.contacts.isEnabled(),
         .detailsHidden = defaults.value(preferences::studentDetailsHidden),
     });
@@ -239,12 +249,10 @@ void MainWindow::updateActions() {
 
 /// The dashboard, or a roster with its details; what was chosen for the details waits meanwhile.
 void MainWindow::showPane() {
-    const RosterView::State state = controller.roster().state;
-    const bool dashboard = state == RosterView::State::nothingSelected;
+    const RosterView &roster = controller.roster();
+    const bool dashboard = roster.state == RosterView::State::nothingSelected;
     middle->setCurrentWidget(dashboard ? static_cast<QWidget *>(dashboardPane) : rosterPane);
-    details->setVisible(
-        !dashboard && state != RosterView::State::notConnected &&
-        !defaults.value(preferences::studentDetailsHidden));
+    details->setVisible(showsRoster(roster) && !defaults.value(preferences::studentDetailsHidden));
 }
 
 void MainWindow::showContextMenu(const QPoint &position) {
@@ -260,8 +268,14 @@ void MainWindow::showContextMenu(const QPoint &position) {
     menu.exec(position);
 }
 
+/// No command has a status tip, and an empty one would wipe a note.
+bool MainWindow::event(QEvent *event) {
+    return event->type() == QEvent::StatusTip || QMainWindow::event(event);
+}
+
 /// Says something in passing, to screen readers too.
 void MainWindow::tell(const QString &note, int milliseconds) {
+    delete std::exchange(undoSetup, nullptr);
     statusBar()->show();
     statusBar()->showMessage(note, milliseconds);
     announce(*this, note);
@@ -296,6 +310,8 @@ void MainWindow::activate(const QString &activationToken) {
 
 void MainWindow::showUpdate(const QString &newVersion) {
     sidebar->showUpdate(newVersion);
+    if (!newVersion.isEmpty())
+        announce(*this, QStringLiteral("Ellwynd %1 is available.").arg(newVersion));
 }
 
 // ---- Sheets ------------------------------------------------------------------------------------
@@ -337,7 +353,7 @@ void MainWindow::openCopySetup() {
     connect(
         sheet, &CopySetupSheet::setupCopied, this,
         [this](const QString &note, const PreferenceChanges &replaced) {
-            delete undoSetup;
+            tell(note, 2 * noteMilliseconds);
             undoSetup = new QPushButton(QStringLiteral("Undo"), this);
             undoSetup->setAccessibleName(QStringLiteral("Undo: ") + note);
             connect(undoSetup, &QPushButton::clicked, this, [this, replaced] {
@@ -345,7 +361,6 @@ void MainWindow::openCopySetup() {
                 statusBar()->clearMessage();
             });
             statusBar()->addPermanentWidget(undoSetup);
-            tell(note, 2 * noteMilliseconds);
         });
     sheet->show();
 }
@@ -378,6 +393,8 @@ void MainWindow::showWelcomeIfDue() {
 void MainWindow::offerUpdates(bool offered) {
     menus->checkForUpdates->setVisible(offered);
     updatesOffered = offered;
+    if (settingsWindow != nullptr)
+        settingsWindow->offerUpdates(offered);
 }
 
 /// The keys in the help are those of the menus.

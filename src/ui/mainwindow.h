@@ -68,6 +68,9 @@ class MainWindow : public QMainWindow {
     void sampleSwitchRequested();
     void updateCheckRequested();
 
+  protected:
+    bool event(QEvent *event) override;
+
   private:
     void connectCommands();
     void openIconSheet();

@@ -22,6 +22,11 @@ ShellAlerts::ShellAlerts(AppDelegate &delegate, Updater &updater, QWidget *over)
             QStringLiteral("You’re up to date."),
             QStringLiteral("Ellwynd %1 is the newest version.").arg(qstring(version)));
     });
+    connect(&updater, &Updater::checkFoundUpdate, this, [this](const QString &found) {
+        tell(
+            QStringLiteral("Ellwynd %1 is available.").arg(found),
+            QStringLiteral("Install it as you installed this one."));
+    });
     connect(&updater, &Updater::checkFailed, this, [this](const QString &message) {
         tell(QStringLiteral("Couldn’t check for updates."), message);
     });

@@ -1,5 +1,6 @@
 #include "platform/files.h"
 #include "platform/launcharguments.h"
+#include "theme/applicationicon.h"
 #include "widgets/widgetboard.h"
 
 #include <QApplication>
@@ -18,7 +19,8 @@ int main(int argc, char **argv) {
 
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Ellwynd Widgets"));
-    QApplication::setDesktopFileName(QStringLiteral("com.varnok.Ellwynd.Widgets"));
+    QApplication::setDesktopFileName(QStringLiteral("com.varnok.Ellwynd.Widget"));
+    QApplication::setWindowIcon(applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
     const bool desktopIsDark = desktopPrefersDark();
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));

@@ -18,8 +18,7 @@ bool isOnAScreen(const QRect &frame) {
 
 bool isAppearance(std::string_view key) {
     using namespace preferences;
-    return key == appearance.name || key == accentTheme.name || key == textScale.name ||
-        courseSettings::isIconKey(key);
+    return key == appearance.name || key == accentTheme.name || key == textScale.name;
 }
 
 /// Beside a widget: to its right, else below it, else a step away.
@@ -49,10 +48,10 @@ WidgetBoard::WidgetBoard(
       base(interfaceFont()) {
     connect(&source, &SnapshotSource::changed, this, &WidgetBoard::presentAll);
     observing = defaults.observe([this](std::string_view key) {
-        if (isAppearance(key)) {
+        if (isAppearance(key))
             dress();
+        if (isAppearance(key) || courseSettings::isIconKey(key))
             presentAll();
-        }
     });
     // The day may change, or the clock be set, at any time.
     connect(&minute, &QTimer::timeout, this, &WidgetBoard::refresh);

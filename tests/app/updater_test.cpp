@@ -233,26 +233,25 @@ TEST_F(UpdaterTest, NewerBuildsAreAnnouncedAndRemembered) {
 TEST_F(UpdaterTest, APendingUpdateEndsOnceItRuns) {
     struct Row {
         const char *running;
-        std::vector<std::string> told;
+        bool pending;
     };
-    for (const Row &row : {
-             Row{"2", {"found 0.3"}},
-             Row{"3", {}},
-             Row{"4", {}},
-             Row{"unknown", {}},
-         }) {
-        defaults.set(preferences::pendingUpdateBuild, std::string("3"));
-        defaults.set(preferences::pendingUpdateVersion, std::string("0.3"));
-        AppcastFeed none(defaults, "");
-        Updater of(defaults, none, row.running);
-        listen(of);
-        told.clear();
-        of.start();
-        EXPECT_EQ(told, row.told) << row.running;
-        EXPECT_EQ(
-            defaults.object(preferences::pendingUpdateBuild.name).has_value(), !row.told.empty())
-            << row.running;
-        EXPECT_EQ(of.pendingUpdate().has_value(), !row.told.empty()) << row.running;
+    defaults.set(preferences::automaticUpdateChecks, false);
+    for (const Row &row :
+         {Row{"2", true}, Row{"3", false}, Row{"4", false}, Row{"unknown", false}}) {
+        for (const bool hasFeed : {true, false}) {
+            defaults.set(preferences::pendingUpdateBuild, std::string("3"));
+            defaults.set(preferences::pendingUpdateVersion, std::string("0.3"));
+            AppcastFeed none(defaults, "");
+            Updater of(defaults, hasFeed ? source : none, row.running);
+            listen(of);
+            told.clear();
+            of.start();
+            EXPECT_EQ(!told.empty(), row.pending && hasFeed) << row.running;
+            EXPECT_EQ(
+                defaults.object(preferences::pendingUpdateBuild.name).has_value(), row.pending)
+                << row.running;
+            EXPECT_EQ(of.pendingUpdate().has_value(), row.pending) << row.running;
+        }
     }
 }
 

@@ -3,11 +3,12 @@
 #include "ui/dashboard/coursecard.h"
 #include "ui/details/studentdetails.h"
 #include "ui/roster/whylayout.h"
+#include "ui/rosteroutlets.h"
 #include "ui/settings/settingswindow.h"
+#include "ui/sheets/copysetupsheet.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/sidebar/sidebar.h"
-#include "ui/support/convert.h"
 #include "ui/support/labels.h"
 
 #include <QCheckBox>
@@ -19,6 +20,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QStatusTipEvent>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -159,6 +161,7 @@ TEST_F(MainWindowTest, StudentsAreWrittenToFromTheirMenu) {
     defaults.set(preferences::rememberContacts, false);
     table().selectStudents({{900101, 5001}, {900101, 5003}});
     EXPECT_FALSE(button(*details, QStringLiteral("Mark as Contacted"))->isEnabled());
+    EXPECT_FALSE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled()) << "one by one";
     defaults.remove(preferences::rememberContacts.name);
     EXPECT_TRUE(button(*details, QStringLiteral("Mark as Contacted"))->isEnabled());
     while (!core.stores.templates.templates().empty())
@@ -167,6 +170,23 @@ TEST_F(MainWindowTest, StudentsAreWrittenToFromTheirMenu) {
     Q_EMIT copy->aboutToShow();
     ASSERT_EQ(copy->actions().size(), 1);
     EXPECT_EQ(copy->actions()[0]->text(), QStringLiteral("No templates — add one in Settings"));
+}
+
+TEST_F(MainWindowTest, TheDetailsAreMadeAnewUnderTheirOwnMenu) {
+    openCourse(900101);
+    table().selectStudents({{900101, 5006}});
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const QString copyMessage = QStringLiteral("Copy Message ▾");
+    QPushButton *copy = button(window, copyMessage);
+    copy->setFocus();
+    QMenu *menu = copy->menu();
+    menu->popup({});
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Return);
+    EXPECT_TRUE(controller.roster().outreach.contains({900101, 5006}));
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(QApplication::focusWidget(), button(window, copyMessage));
 }
 
 TEST_F(MainWindowTest, TheExportGoesWhereThePanelSays) {
@@ -179,16 +199,45 @@ TEST_F(MainWindowTest, TheExportGoesWhereThePanelSays) {
     panel->close();
     EXPECT_EQ(core.folder.read("roster.csv").substr(0, 13), "Risk,Student,");
     EXPECT_EQ(window.statusBar()->currentMessage(), QStringLiteral("Saved roster.csv."));
-    // The next one is offered beside it, under its whole name.
     action(QStringLiteral("Export Roster as Markdown…"))->trigger();
     panel = window.findChildren<QFileDialog *>().last();
     EXPECT_EQ(panel->directory().path().toStdString(), core.folder.path().string());
-    panel->selectFile(panelFileName("Course \"1\" & \"2\".md"));
-    ASSERT_EQ(panel->selectedFiles().size(), 1);
-    EXPECT_EQ(
-        QFileInfo(panel->selectedFiles().first()).fileName(),
-        QStringLiteral("Course '1' & '2'.md"));
     panel->close();
+}
+
+TEST_F(MainWindowTest, AQuotedCourseIsExportedUnderItsWholeName) {
+    const RosterView roster{.state = RosterView::State::shown, .title = "Course \"1\" & \"2\""};
+    RosterActions actions(roster, defaults, core.stores, systemNow);
+    QWidget over;
+    RosterOutlets outlets(
+        actions, core.stores.templates, [] { return std::vector<RiskRow>{}; }, over);
+    outlets.exportRoster(ExportFormat::csv);
+    const auto *panel = over.findChild<QFileDialog *>();
+    ASSERT_EQ(panel->selectedFiles().size(), 1);
+    EXPECT_THAT(
+        panel->selectedFiles().first().toStdString(),
+        testing::HasSubstr("/Ellwynd — Course '1' & '2' — "));
+}
+
+TEST_F(MainWindowTest, UndoStandsBesideItsOwnNoteAlone) {
+    openCourse(900101);
+    action(QStringLiteral("Copy Course Setup…"))->trigger();
+    auto *sheet = window.findChild<CopySetupSheet *>();
+    ASSERT_NE(sheet, nullptr);
+    Q_EMIT sheet->setupCopied(
+        QStringLiteral("Copied"), {{"Course.900101.PassingScore", PreferenceValue(61.0)}});
+    // The pointer passes over a menu, which has nothing to say.
+    QStatusTipEvent passing{QString()};
+    QApplication::sendEvent(&window, &passing);
+    QPushButton *undo = button(window, QStringLiteral("Undo"));
+    ASSERT_NE(undo, nullptr);
+    table().selectStudents({{900101, 5002}});
+    controller.actions().openGrades(900101, 5002);
+    EXPECT_EQ(button(window, QStringLiteral("Undo")), nullptr);
+    Q_EMIT sheet->setupCopied(
+        QStringLiteral("Copied"), {{"Course.900101.PassingScore", PreferenceValue(61.0)}});
+    button(window, QStringLiteral("Undo"))->click();
+    EXPECT_EQ(defaults.object("Course.900101.PassingScore"), PreferenceValue(61.0));
 }
 
 TEST_F(MainWindowTest, AnAssignmentSelectsTheStudentsMissingIt) {

@@ -128,7 +128,7 @@ TEST_F(NoticesPanesTest, WidgetsAreStartedFromBesideTheProgram) {
     withSession->click();
     EXPECT_TRUE(std::filesystem::exists(entry));
     pane.hide();
-    files::replace(entry, "[Desktop Entry]\nHidden=true\n");
+    files::replace(entry, *files::read(entry, 10'000) + "Hidden=true\n");
     pane.show();
     EXPECT_FALSE(withSession->isChecked()) << "switched off in the desktop's settings";
     withSession->click();

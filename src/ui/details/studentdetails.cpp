@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace ellwynd {
 
@@ -68,7 +69,20 @@ void StudentDetails::rebuild() {
         column->addWidget(hint);
     }
     column->addStretch(2);
+    // What is in use may have led here: a menu of the old contents, or the button that has the
+    // keyboard, whose successor takes it.
+    const QWidget *focused = focusWidget();
+    const bool hadFocus = focused != nullptr && focused->hasFocus();
+    const QString name = hadFocus ? focused->accessibleName() : QString();
+    if (QWidget *old = takeWidget()) {
+        old->hide();
+        old->deleteLater();
+    }
     setWidget(content);
+    for (auto *button : content->findChildren<QPushButton *>()) {
+        if (hadFocus && button->accessibleName() == name)
+            button->setFocus();
+    }
 }
 
 void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
@@ -193,6 +207,7 @@ void StudentDetails::addSelection(QVBoxLayout &column) {
 void StudentDetails::addButtons(QVBoxLayout &column) {
     const bool one = rows.size() == 1;
     auto *contacted = new QPushButton(QStringLiteral("Mark as Contacted"));
+    contacted->setAccessibleName(contacted->text());
     contacted->setToolTip(
         one ? QStringLiteral("Note that you wrote to this student just now")
             : QStringLiteral("Note that you wrote to these students just now"));

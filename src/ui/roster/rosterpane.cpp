@@ -179,6 +179,8 @@ void RosterPane::focusFilter() {
 
 /// From the filter on to who was found.
 void RosterPane::focusStudents() {
+    if (students->shownCount() == 0)
+        return;
     students->setFocus();
     if (students->selectedRows().empty())
         students->selectRow(0);

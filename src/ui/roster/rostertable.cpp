@@ -128,8 +128,12 @@ void RosterTable::sortClicked(int column) {
         header->setSortIndicator(column, order);
         filter->sort(column, order);
     }
-    // There is an arrow beside the heading now, or none.
-    sizeColumns();
+    // The arrow beside the heading takes its room from the reasons.
+    const int missing = horizontalHeader()->sectionSizeHint(column) - columnWidth(column);
+    if (missing > 0 && column != RosterModel::why) {
+        setColumnWidth(column, columnWidth(column) + missing);
+        setColumnWidth(RosterModel::why, columnWidth(RosterModel::why) - missing);
+    }
 }
 
 /// Every column takes what its texts need, within reason; "Why" takes the rest.

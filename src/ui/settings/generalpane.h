@@ -9,8 +9,7 @@ class QSpinBox;
 
 namespace ellwynd {
 
-/// Appearance, accent, text size, the sidebar's terms, the roster's rows and
-/// updates.
+/// Appearance, accent, text size, the sidebar's terms, the roster's rows, and updates.
 class GeneralPane : public SettingsPane {
     Q_OBJECT
 

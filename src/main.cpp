@@ -7,6 +7,7 @@
 #include "app/updater.h"
 #include "canvas/connectioncheck.h"
 #include "generated/version.h"
+#include "platform/colorscheme.h"
 #include "platform/files.h"
 #include "platform/launcharguments.h"
 #include "platform/notifications/usernotifications.h"
@@ -78,7 +79,9 @@ int main(int argc, char **argv) {
     UserDefaults defaults(preferencesFile, arguments.domain);
     defaults.watch();
     Settings settings(defaults);
-    Appearance appearance(settings, desktopPrefersDark());
+    Appearance appearance(settings, colorScheme::isDark().value_or(desktopPrefersDark()));
+    const auto followingDesktop =
+        colorScheme::observe([&appearance](bool dark) { appearance.setDesktopIsDark(dark); });
     SecretService secrets;
     CanvasSession session;
     const Connector connector(defaults, secrets, session);

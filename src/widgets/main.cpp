@@ -1,3 +1,4 @@
+#include "platform/colorscheme.h"
 #include "platform/files.h"
 #include "platform/launcharguments.h"
 #include "theme/applicationicon.h"
@@ -22,7 +23,7 @@ int main(int argc, char **argv) {
     QApplication::setDesktopFileName(QStringLiteral("com.varnok.Ellwynd.Widget"));
     QApplication::setWindowIcon(applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
-    const bool desktopIsDark = desktopPrefersDark();
+    const bool desktopIsDark = colorScheme::isDark().value_or(desktopPrefersDark());
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
 
     const std::filesystem::path stateFile = directories::state() / "Widgets.json";
@@ -41,6 +42,8 @@ int main(int argc, char **argv) {
     WidgetBoard board(source, defaults, stateFile, desktopIsDark, [](const QString &link) {
         QDesktopServices::openUrl(QUrl(link));
     });
+    const auto followingDesktop =
+        colorScheme::observe([&board](bool dark) { board.setDesktopIsDark(dark); });
     QObject::connect(&board, &WidgetBoard::finished, &application, &QApplication::quit);
     board.show();
     return QApplication::exec();

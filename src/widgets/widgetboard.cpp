@@ -73,6 +73,12 @@ void WidgetBoard::dress() {
     QApplication::setPalette(palette(look.theme));
 }
 
+void WidgetBoard::setDesktopIsDark(bool dark) {
+    desktopIsDark = dark;
+    dress();
+    presentAll();
+}
+
 void WidgetBoard::show() {
     std::vector<PlacedWidget> widgets = readPlacedWidgets(stateFile);
     if (widgets.empty())

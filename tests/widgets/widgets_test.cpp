@@ -245,6 +245,9 @@ TEST_F(WidgetsTest, AppearanceFollowsThePreferences) {
     };
     const int width = window().width();
     EXPECT_EQ(background(), makeTheme(false, "blue").window);
+    board->setDesktopIsDark(true);
+    EXPECT_EQ(background(), makeTheme(true, "blue").window);
+    board->setDesktopIsDark(false);
     defaults.set(preferences::appearance, std::string("dark"));
     EXPECT_EQ(background(), makeTheme(true, "blue").window);
     defaults.set(preferences::textScale, 1.5);

@@ -6,6 +6,7 @@
 #include <QApplication>
 
 #include <cmath>
+#include <utility>
 
 namespace ellwynd {
 
@@ -29,6 +30,11 @@ void Appearance::apply() {
     QApplication::setPalette(palette(look.theme));
     qApp->setStyleSheet(styleSheet(*this));
     Q_EMIT changed();
+}
+
+void Appearance::setDesktopIsDark(bool dark) {
+    if (std::exchange(desktopIsDark, dark) != dark)
+        apply();
 }
 
 void Appearance::zoom(int direction) {

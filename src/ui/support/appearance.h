@@ -26,6 +26,8 @@ class Appearance : public QObject {
     }
     [[nodiscard]] int px(double length) const { return look.px(length); }
 
+    /// What "automatic" stands for from now on.
+    void setDesktopIsDark(bool dark);
     /// One step larger (1) or smaller (-1); 0 is the normal size.
     void zoom(int direction);
 

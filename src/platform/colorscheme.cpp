@@ -1,0 +1,78 @@
+#include "platform/colorscheme.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QObject>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr QLatin1StringView service("org.freedesktop.portal.Desktop");
+constexpr QLatin1StringView path("/org/freedesktop/portal/desktop");
+constexpr QLatin1StringView interface("org.freedesktop.portal.Settings");
+constexpr QLatin1StringView group("org.freedesktop.appearance");
+constexpr QLatin1StringView key("color-scheme");
+
+/// A window waits for the answer.
+constexpr int patienceMilliseconds = 150;
+/// The portal's numbers; 0 is no preference, 2 is light.
+constexpr uint none = 0;
+constexpr uint dark = 1;
+
+/// The value within variants, of which the portal wraps two around it.
+QVariant unwrapped(QVariant value) {
+    while (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
+
+class ColorSchemeObserver : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit ColorSchemeObserver(std::function<void(bool)> call) : changed(std::move(call)) {
+        // The slot's type is looked up by its name.
+        qRegisterMetaType<QDBusVariant>();
+        QDBusConnection::sessionBus().connect(
+            service, path, interface, QStringLiteral("SettingChanged"), this,
+            SLOT(settingChanged(QString, QString, QDBusVariant)));
+    }
+
+  private Q_SLOTS:
+    void settingChanged(
+        const QString &changedGroup, const QString &changedKey, const QDBusVariant &value) {
+        if (changedGroup == group && changedKey == key)
+            changed(unwrapped(value.variant()).toUInt() == dark);
+    }
+
+  private:
+    std::function<void(bool)> changed;
+};
+
+} // namespace
+
+std::optional<bool> colorScheme::isDark() {
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return std::nullopt;
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
+    call << QString(group) << QString(key);
+    call.setAutoStartService(false);
+    const QDBusMessage reply = bus.call(call, QDBus::Block, patienceMilliseconds);
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return std::nullopt;
+    bool isNumber = false;
+    const uint value = unwrapped(reply.arguments().front()).toUInt(&isNumber);
+    return isNumber && value != none ? std::optional(value == dark) : std::nullopt;
+}
+
+std::shared_ptr<void> colorScheme::observe(std::function<void(bool dark)> changed) {
+    return std::make_shared<ColorSchemeObserver>(std::move(changed));
+}
+
+} // namespace ellwynd
+
+#include "platform/colorscheme.moc"

@@ -1,8 +1,7 @@
-#include "platform/autostart.h"
 #include "platform/files.h"
 #include "support/temporaryfolder.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 namespace ellwynd {
@@ -57,26 +56,6 @@ TEST(Files, SettingAsideKeepsTheBytes) {
     EXPECT_EQ(files::setAside(file, 1758700000).filename(), "Memory.unreadable-1758700000.json");
     EXPECT_EQ(folder.read("Memory.unreadable-1758700000.json"), "broken");
     EXPECT_THROW(files::setAside(file, 1758700000), FileError);
-}
-
-TEST(Autostart, AnyPathIsStartedAsItIs) {
-    const test::TemporaryFolder folder;
-    struct Row {
-        const char *program;
-        const char *exec;
-    };
-    for (const Row &row : {
-             Row{"/usr/bin/ellwynd-widget", R"("/usr/bin/ellwynd-widget")"},
-             Row{"/home/a b/100%", R"("/home/a b/100%%")"},
-             Row{"/x/\"$HOME`\\\n", R"("/x/\\"\\$HOME\\`\\\\\n")"},
-         }) {
-        const autostart::Entry entry{"a.desktop", "A", row.program};
-        autostart::set(folder.path() / "autostart", entry, true);
-        EXPECT_TRUE(autostart::isOn(folder.path() / "autostart", entry));
-        EXPECT_THAT(
-            folder.read("autostart/a.desktop"),
-            testing::HasSubstr(std::string("\nExec=") + row.exec + "\n"));
-    }
 }
 
 } // namespace

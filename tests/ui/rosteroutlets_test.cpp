@@ -1,0 +1,105 @@
+#include "support/mainwindow.h"
+#include "ui/details/studentdetails.h"
+#include "ui/rosteroutlets.h"
+
+#include <QClipboard>
+#include <QFileDialog>
+#include <QMenu>
+#include <QStatusBar>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+struct RosterOutletsTest : test::MainWindowTest {};
+
+TEST_F(RosterOutletsTest, StudentsAreWrittenToFromTheirMenu) {
+    openCourse(900101);
+    QMenu *copy = nullptr;
+    for (QMenu *menu : window.findChildren<QMenu *>()) {
+        if (menu->title() == QStringLiteral("&Copy Message About Student"))
+            copy = menu;
+    }
+    ASSERT_NE(copy, nullptr);
+    EXPECT_FALSE(copy->isEnabled());
+    table().selectStudents({{900101, 5002}, {900101, 5003}});
+    Q_EMIT copy->aboutToShow();
+    ASSERT_EQ(copy->actions().size(), 3);
+    copy->actions()[2]->trigger();
+    EXPECT_THAT(
+        QApplication::clipboard()->text().toStdString(),
+        testing::AllOf(
+            testing::StartsWith("Sam — CS 101"), testing::HasSubstr("\n\nPriya — CS 101")));
+    EXPECT_TRUE(controller.roster().outreach.contains({900101, 5002}));
+    EXPECT_THAT(selected(), testing::UnorderedElementsAre(5002, 5003)) << "stay selected";
+    // The pane beside the roster writes to all of them as well.
+    auto *details = window.findChild<StudentDetails *>();
+    table().selectStudents({{900101, 5004}, {900101, 5005}});
+    button(*details, QStringLiteral("Mark as Contacted"))->click();
+    EXPECT_TRUE(controller.roster().outreach.contains({900101, 5004}));
+    EXPECT_TRUE(controller.roster().outreach.contains({900101, 5005}));
+    defaults.set(preferences::rememberContacts, false);
+    table().selectStudents({{900101, 5001}, {900101, 5003}});
+    EXPECT_FALSE(button(*details, QStringLiteral("Mark as Contacted"))->isEnabled());
+    EXPECT_FALSE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled()) << "one by one";
+    defaults.remove(preferences::rememberContacts.name);
+    EXPECT_TRUE(button(*details, QStringLiteral("Mark as Contacted"))->isEnabled());
+    while (!core.stores.templates.templates().empty())
+        static_cast<void>(
+            core.stores.templates.remove(core.stores.templates.templates().front().id));
+    Q_EMIT copy->aboutToShow();
+    ASSERT_EQ(copy->actions().size(), 1);
+    EXPECT_EQ(copy->actions()[0]->text(), QStringLiteral("No templates — add one in Settings"));
+}
+
+TEST_F(RosterOutletsTest, TheDetailsAreMadeAnewUnderTheirOwnMenu) {
+    openCourse(900101);
+    table().selectStudents({{900101, 5006}});
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const QString copyMessage = QStringLiteral("Copy Message ▾");
+    QPushButton *copy = button(window, copyMessage);
+    copy->setFocus();
+    QMenu *menu = copy->menu();
+    menu->popup({});
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Return);
+    EXPECT_TRUE(controller.roster().outreach.contains({900101, 5006}));
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(QApplication::focusWidget(), button(window, copyMessage));
+}
+
+TEST_F(RosterOutletsTest, TheExportGoesWhereThePanelSays) {
+    openCourse(900101);
+    action(QStringLiteral("Export Roster as CSV…"))->trigger();
+    auto *panel = window.findChild<QFileDialog *>();
+    ASSERT_NE(panel, nullptr);
+    const auto file = core.folder.path() / "roster.csv";
+    Q_EMIT panel->fileSelected(QString::fromStdString(file.string()));
+    panel->close();
+    EXPECT_EQ(core.folder.read("roster.csv").substr(0, 13), "Risk,Student,");
+    EXPECT_EQ(window.statusBar()->currentMessage(), QStringLiteral("Saved roster.csv."));
+    action(QStringLiteral("Export Roster as Markdown…"))->trigger();
+    panel = window.findChildren<QFileDialog *>().last();
+    EXPECT_EQ(panel->directory().path().toStdString(), core.folder.path().string());
+    panel->close();
+}
+
+TEST_F(RosterOutletsTest, AQuotedCourseIsExportedUnderItsWholeName) {
+    const RosterView roster{.state = RosterView::State::shown, .title = "Course \"1\" & \"2\""};
+    RosterActions actions(roster, defaults, core.stores, systemNow);
+    QWidget over;
+    RosterOutlets outlets(
+        actions, core.stores.templates, [] { return std::vector<RiskRow>{}; }, over);
+    outlets.exportRoster(ExportFormat::csv);
+    const auto *panel = over.findChild<QFileDialog *>();
+    ASSERT_EQ(panel->selectedFiles().size(), 1);
+    EXPECT_THAT(
+        panel->selectedFiles().first().toStdString(),
+        testing::HasSubstr("/Ellwynd — Course '1' & '2' — "));
+}
+
+} // namespace
+} // namespace ellwynd

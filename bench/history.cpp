@@ -1,7 +1,7 @@
 // A year of history: 200 students on 365 days, in one course and in five.
+#include "base/log.h"
 #include "memory/historyfile.h"
 #include "memory/movement.h"
-#include "platform/log.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

@@ -2,8 +2,8 @@
 // assignments. Wall time against the least that the pages allow, the client's own processor time
 // and memory, and the longest time for which the main thread did not come back to its event loop.
 #include "app/mainwindowcontroller.h"
+#include "base/log.h"
 #include "canvas/tokenstore.h"
-#include "platform/log.h"
 #include "servedcanvas.h"
 #include "support/memorysecrets.h"
 

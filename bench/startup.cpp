@@ -2,8 +2,8 @@
 // program starts itself ten times, wired as the window program is, on the offscreen platform.
 #include "app/mainwindowcontroller.h"
 #include "app/syncservice.h"
+#include "base/log.h"
 #include "canvas/connectioncheck.h"
-#include "platform/log.h"
 #include "platform/notifications/usernotifications.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/mainwindow.h"

@@ -1,6 +1,6 @@
 // ISO 8601 instants.
+#include "base/date.h"
 #include "fuzz/target.h"
-#include "platform/date.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     using namespace ellwynd;

@@ -1,7 +1,7 @@
 // The preferences' file.
+#include "base/files.h"
+#include "base/log.h"
 #include "fuzz/target.h"
-#include "platform/files.h"
-#include "platform/log.h"
 #include "platform/userdefaults.h"
 
 #include <cstdlib>

@@ -4,7 +4,7 @@
 #include "app/deeplink.h"
 #include "app/mainwindowcontroller.h"
 #include "app/updater.h"
-#include "platform/log.h"
+#include "base/log.h"
 
 #include <QProcess>
 

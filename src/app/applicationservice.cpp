@@ -1,6 +1,6 @@
 #include "app/applicationservice.h"
 
-#include "platform/log.h"
+#include "base/log.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>

@@ -1,9 +1,9 @@
 #include "app/dashboardmodel.h"
 
+#include "base/calendar.h"
 #include "memory/dailylevels.h"
 #include "memory/movement.h"
 #include "memory/outreach.h"
-#include "platform/calendar.h"
 
 #include <algorithm>
 

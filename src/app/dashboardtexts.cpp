@@ -1,8 +1,8 @@
 #include "app/dashboardtexts.h"
 
+#include "base/calendar.h"
 #include "memory/movement.h"
 #include "memory/outreach.h"
-#include "platform/calendar.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

@@ -1,9 +1,9 @@
 #include "app/mainwindowcontroller.h"
 
 #include "app/termroster.h"
+#include "base/log.h"
 #include "canvas/sample/samplecanvasclient.h"
 #include "outputs/nearbyterms.h"
-#include "platform/log.h"
 
 #include <QPointer>
 #include <QScopedValueRollback>

@@ -2,8 +2,8 @@
 
 #include "app/canvaslinks.h"
 #include "app/stores.h"
-#include "platform/files.h"
-#include "platform/log.h"
+#include "base/files.h"
+#include "base/log.h"
 
 #include <fmt/format.h>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/rosteroutputs.h"
-#include "platform/referencedate.h"
+#include "base/referencedate.h"
 
 #include <QObject>
 

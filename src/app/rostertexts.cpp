@@ -1,6 +1,6 @@
 #include "app/rostertexts.h"
 
-#include "platform/calendar.h"
+#include "base/calendar.h"
 #include "risk/reasons.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "app/samplepast.h"
 
-#include "platform/calendar.h"
+#include "base/calendar.h"
 
 #include <array>
 #include <string_view>

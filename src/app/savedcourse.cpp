@@ -1,7 +1,7 @@
 #include "app/savedcourse.h"
 
+#include "base/files.h"
 #include "canvas/records/decoding.h"
-#include "platform/files.h"
 
 namespace ellwynd {
 

@@ -1,8 +1,8 @@
 #include "app/scoringpass.h"
 
+#include "base/log.h"
 #include "canvas/records/canvaserror.h"
 #include "memory/movement.h"
-#include "platform/log.h"
 
 #include <QPointer>
 

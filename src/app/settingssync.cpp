@@ -1,6 +1,6 @@
 #include "app/settingssync.h"
 
-#include "platform/log.h"
+#include "base/log.h"
 #include "risk/coursethresholds.h"
 
 #include <QScopedValueRollback>

@@ -1,6 +1,6 @@
 #include "app/startupcleanup.h"
 
-#include "platform/log.h"
+#include "base/log.h"
 
 #include <fmt/format.h>
 

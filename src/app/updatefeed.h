@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/appcast.h"
-#include "platform/date.h"
+#include "base/date.h"
 #include "platform/userdefaults.h"
 
 #include <QCoro/QCoroTask>

@@ -1,7 +1,7 @@
 #include "app/updater.h"
 
-#include "platform/calendar.h"
-#include "platform/log.h"
+#include "base/calendar.h"
+#include "base/log.h"
 
 #include <QPointer>
 

@@ -1,8 +1,8 @@
 #include "canvas/canvasclient.h"
 
+#include "base/log.h"
 #include "canvas/client/request.h"
 #include "canvas/records/decoding.h"
-#include "platform/log.h"
 
 #include <fmt/format.h>
 

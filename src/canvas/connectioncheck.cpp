@@ -1,8 +1,8 @@
 #include "canvas/connectioncheck.h"
 
+#include "base/log.h"
 #include "canvas/canvasclient.h"
 #include "canvas/client/request.h"
-#include "platform/log.h"
 
 #include <QUrl>
 

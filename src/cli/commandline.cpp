@@ -1,6 +1,6 @@
 #include "cli/commandline.h"
 
-#include "platform/files.h"
+#include "base/files.h"
 
 #include <fmt/format.h>
 

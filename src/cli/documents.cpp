@@ -1,8 +1,8 @@
 #include "cli/documents.h"
 
 #include "app/rostertexts.h"
+#include "base/calendar.h"
 #include "cli/table.h"
-#include "platform/calendar.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -1,8 +1,8 @@
 #include "app/savedcourse.h"
+#include "base/files.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
-#include "platform/files.h"
 
 #include <nlohmann/json.hpp>
 

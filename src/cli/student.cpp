@@ -1,9 +1,9 @@
 #include "app/studentpast.h"
+#include "base/calendar.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
 #include "cli/table.h"
-#include "platform/calendar.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -1,7 +1,7 @@
 #include "help/helpbook.h"
 
+#include "base/embeddedtext.h"
 #include "help/releasenotes.h"
-#include "platform/embeddedtext.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "help/releasenotes.h"
 
-#include "platform/embeddedtext.h"
+#include "base/embeddedtext.h"
 
 #include <algorithm>
 

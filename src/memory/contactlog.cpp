@@ -1,8 +1,8 @@
 #include "memory/contactlog.h"
 
+#include "base/log.h"
+#include "base/referencedate.h"
 #include "memory/retention.h"
-#include "platform/log.h"
-#include "platform/referencedate.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -1,8 +1,8 @@
 // Whom the teacher wrote to, and when.
 #pragma once
 
-#include "platform/date.h"
-#include "platform/sharedfile.h"
+#include "base/date.h"
+#include "base/sharedfile.h"
 #include "platform/userdefaults.h"
 
 #include <QObject>

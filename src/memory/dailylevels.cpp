@@ -1,6 +1,6 @@
 #include "memory/dailylevels.h"
 
-#include "platform/calendar.h"
+#include "base/calendar.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "memory/historyfile.h"
 
-#include "platform/files.h"
+#include "base/files.h"
 
 #include <fmt/compile.h>
 #include <nlohmann/json.hpp>

@@ -1,6 +1,6 @@
 #include "memory/outreach.h"
 
-#include "platform/calendar.h"
+#include "base/calendar.h"
 
 #include <fmt/format.h>
 

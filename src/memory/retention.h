@@ -1,7 +1,7 @@
 // How long anything about a student is remembered, and which courses are never remembered on disk.
 #pragma once
 
-#include "platform/date.h"
+#include "base/date.h"
 
 namespace ellwynd::retention {
 

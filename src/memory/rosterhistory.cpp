@@ -1,9 +1,9 @@
 #include "memory/rosterhistory.h"
 
+#include "base/calendar.h"
+#include "base/log.h"
 #include "memory/historyfile.h"
 #include "memory/retention.h"
-#include "platform/calendar.h"
-#include "platform/log.h"
 
 #include <fmt/format.h>
 

@@ -1,8 +1,8 @@
 // The program's memory of its own verdicts.
 #pragma once
 
+#include "base/sharedfile.h"
 #include "memory/rostersnapshot.h"
-#include "platform/sharedfile.h"
 #include "platform/userdefaults.h"
 #include "risk/riskrow.h"
 

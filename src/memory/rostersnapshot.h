@@ -1,7 +1,7 @@
 // One entry of the history: what the program said of one student on one day.
 #pragma once
 
-#include "platform/date.h"
+#include "base/date.h"
 #include "risk/risklevel.h"
 
 #include <string>

@@ -1,7 +1,7 @@
 #include "memory/trendsync.h"
 
-#include "platform/calendar.h"
-#include "platform/log.h"
+#include "base/calendar.h"
+#include "base/log.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

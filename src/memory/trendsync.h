@@ -1,8 +1,8 @@
 // Each course's flagged students per day, shared by all of the teacher's machines.
 #pragma once
 
+#include "base/date.h"
 #include "platform/cloud/cloudkeyvaluestore.h"
-#include "platform/date.h"
 #include "platform/userdefaults.h"
 
 #include <QObject>

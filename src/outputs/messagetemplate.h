@@ -1,7 +1,7 @@
 // Messages with placeholders, and the texts they become for a student.
 #pragma once
 
-#include "platform/date.h"
+#include "base/date.h"
 #include "risk/riskrow.h"
 
 #include <array>

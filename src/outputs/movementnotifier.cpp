@@ -1,6 +1,6 @@
 #include "outputs/movementnotifier.h"
 
-#include "platform/log.h"
+#include "base/log.h"
 
 #include <QPointer>
 #include <QUuid>

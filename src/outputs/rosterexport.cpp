@@ -1,6 +1,6 @@
 #include "outputs/rosterexport.h"
 
-#include "platform/calendar.h"
+#include "base/calendar.h"
 #include "risk/reasons.h"
 
 #include <fmt/format.h>

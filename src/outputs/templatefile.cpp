@@ -1,7 +1,7 @@
 #include "outputs/templatefile.h"
 
-#include "platform/files.h"
-#include "platform/referencedate.h"
+#include "base/files.h"
+#include "base/referencedate.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

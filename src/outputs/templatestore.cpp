@@ -1,7 +1,7 @@
 #include "outputs/templatestore.h"
 
+#include "base/log.h"
 #include "outputs/templatefile.h"
-#include "platform/log.h"
 
 #include <fmt/format.h>
 

@@ -1,8 +1,8 @@
 // The teacher's message templates.
 #pragma once
 
+#include "base/sharedfile.h"
 #include "outputs/messagetemplate.h"
-#include "platform/sharedfile.h"
 
 #include <QObject>
 

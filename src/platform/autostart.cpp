@@ -1,6 +1,6 @@
 #include "platform/autostart.h"
 
-#include "platform/files.h"
+#include "base/files.h"
 
 #include <fmt/format.h>
 

@@ -1,8 +1,8 @@
 #include "platform/userdefaults.h"
 
-#include "platform/date.h"
-#include "platform/files.h"
-#include "platform/log.h"
+#include "base/date.h"
+#include "base/files.h"
+#include "base/log.h"
 
 #include <QFileSystemWatcher>
 

@@ -1,7 +1,7 @@
 // One scored student.
 #pragma once
 
-#include "platform/date.h"
+#include "base/date.h"
 #include "risk/risklevel.h"
 
 #include <string>

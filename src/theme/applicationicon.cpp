@@ -1,6 +1,6 @@
 #include "theme/applicationicon.h"
 
-#include "platform/embeddedtext.h"
+#include "base/embeddedtext.h"
 
 #include <QByteArray>
 #include <QPainter>

@@ -1,8 +1,8 @@
 // The widget file as it is now.
 #pragma once
 
+#include "base/files.h"
 #include "outputs/snapshot/widgetsnapshot.h"
-#include "platform/files.h"
 
 #include <QFileSystemWatcher>
 #include <QObject>

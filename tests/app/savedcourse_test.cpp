@@ -1,5 +1,5 @@
 #include "app/savedcourse.h"
-#include "platform/files.h"
+#include "base/files.h"
 #include "support/instants.h"
 #include "support/temporaryfolder.h"
 

@@ -1,6 +1,6 @@
 #include "app/settingssync.h"
+#include "base/log.h"
 #include "platform/cloud/syncedfolder.h"
-#include "platform/log.h"
 #include "support/temporaryfolder.h"
 
 #include <QCoreApplication>

@@ -25,7 +25,8 @@ struct Room {
 const std::vector<Room> rooms{
     {"src/canvas/records", {"src/platform"}, false},
     {"src/outputs/snapshot", {"src/platform"}},
-    {"src/platform", {}},
+    {"src/base", {}},
+    {"src/platform", {"src/base"}},
     {"src/canvas", {"src/canvas/records", "src/platform"}},
     {"src/risk", {"src/canvas/records", "src/platform"}, false},
     {"src/memory", {"src/risk", "src/platform"}},
@@ -68,7 +69,9 @@ std::string fault(const std::string &file, const std::string &line) {
         const bool qtHeader = name.starts_with("Q") || name.starts_with("QCoro");
         // The platform room itself speaks Qt in its sources alone.
         const bool header = file.ends_with(".h");
-        if (qtHeader && (!room->qt || (room->folder == "src/platform" && header)))
+        if (qtHeader &&
+            (!room->qt ||
+             ((room->folder == "src/base" || room->folder == "src/platform") && header)))
             return "may not know Qt: " + name;
         if (!room->widgets &&
             (name.starts_with("QtWidgets/") || name == "QApplication" || name == "QWidget"))

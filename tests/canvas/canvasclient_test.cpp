@@ -1,6 +1,6 @@
+#include "base/log.h"
 #include "canvas/canvasclient.h"
 #include "canvas/runtoend.h"
-#include "platform/log.h"
 #include "support/fakecanvas.h"
 #include "support/instants.h"
 #include "support/servedcourse.h"

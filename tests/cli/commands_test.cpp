@@ -1,6 +1,6 @@
+#include "base/date.h"
 #include "cli/run.h"
 #include "cli/table.h"
-#include "platform/date.h"
 #include "support/fakecanvas.h"
 #include "support/temporaryfolder.h"
 

@@ -1,8 +1,8 @@
 // The command line from connecting to signing out, with a real secret service and a Canvas on
 // loopback; see support/with-keyring.
+#include "base/date.h"
+#include "base/log.h"
 #include "cli/run.h"
-#include "platform/date.h"
-#include "platform/log.h"
 #include "support/fakecanvas.h"
 #include "support/temporaryfolder.h"
 

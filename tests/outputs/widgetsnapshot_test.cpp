@@ -1,6 +1,6 @@
+#include "base/files.h"
+#include "base/log.h"
 #include "outputs/snapshot/snapshotfiles.h"
-#include "platform/files.h"
-#include "platform/log.h"
 #include "support/snapshots.h"
 #include "support/temporaryfolder.h"
 

@@ -1,8 +1,8 @@
 // Draws every window of the program on the sample college into PNG files, light and dark.
 #include "app/mainwindowcontroller.h"
 #include "app/syncservice.h"
+#include "base/files.h"
 #include "canvas/connectioncheck.h"
-#include "platform/files.h"
 #include "support/memorynotifications.h"
 #include "support/memorysecrets.h"
 #include "ui/about/aboutwindow.h"

@@ -1,7 +1,7 @@
 // Instants in tests.
 #pragma once
 
-#include "platform/date.h"
+#include "base/date.h"
 
 #include <stdexcept>
 

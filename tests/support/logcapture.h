@@ -1,7 +1,7 @@
 // The log lines of a test.
 #pragma once
 
-#include "platform/log.h"
+#include "base/log.h"
 
 #include <vector>
 

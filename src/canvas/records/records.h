@@ -1,7 +1,7 @@
 // The records read from Canvas: plain values, compared by value, never written back.
 #pragma once
 
-#include "platform/date.h"
+#include "base/date.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "outputs/snapshot/snapshotfiles.h"
 
-#include "platform/files.h"
-#include "platform/log.h"
+#include "base/files.h"
+#include "base/log.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 // What the desktop widgets know: counts per course of the nearby terms, and nothing of any student.
 #pragma once
 
-#include "platform/date.h"
+#include "base/date.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "outputs/snapshot/widgettexts.h"
 
-#include "platform/calendar.h"
+#include "base/calendar.h"
 
 #include <algorithm>
 #include <numeric>

@@ -1,7 +1,7 @@
 #include "platform/cloud/syncedfolder.h"
 
-#include "platform/files.h"
-#include "platform/log.h"
+#include "base/files.h"
+#include "base/log.h"
 
 #include <QFileSystemWatcher>
 #include <QTimer>

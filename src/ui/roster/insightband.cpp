@@ -1,6 +1,6 @@
 #include "ui/roster/insightband.h"
 
-#include "platform/calendar.h"
+#include "base/calendar.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 #include "ui/support/labels.h"

@@ -1,7 +1,7 @@
 #include "ui/roster/rosterdelegate.h"
 
 #include "app/rostertexts.h"
-#include "platform/calendar.h"
+#include "base/calendar.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 #include "ui/support/levelpill.h"

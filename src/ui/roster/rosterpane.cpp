@@ -2,7 +2,7 @@
 
 #include "app/mainwindowcontroller.h"
 #include "app/rostertexts.h"
-#include "platform/calendar.h"
+#include "base/calendar.h"
 #include "theme/courseicon.h"
 #include "ui/roster/insightband.h"
 #include "ui/support/appearance.h"

@@ -1,4 +1,4 @@
-#include "platform/log.h"
+#include "base/log.h"
 
 #include <fmt/format.h>
 #include <sys/stat.h>

@@ -1,5 +1,5 @@
-#include "platform/calendar.h"
-#include "platform/date.h"
+#include "base/calendar.h"
+#include "base/date.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // The user's calendar: where days begin, and how a day or a time is written.
 #pragma once
 
-#include "platform/date.h"
+#include "base/date.h"
 
 namespace ellwynd {
 

@@ -1,4 +1,4 @@
-#include "platform/date.h"
+#include "base/date.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 // Dates as numbers, counted from 2001.
 #pragma once
 
-#include "platform/date.h"
+#include "base/date.h"
 
 #include <cmath>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "platform/sharedfile.h"
+#include "base/sharedfile.h"
 
 namespace ellwynd {
 

@@ -1,4 +1,4 @@
-#include "platform/calendar.h"
+#include "base/calendar.h"
 
 #include <QDateTime>
 #include <QLocale>

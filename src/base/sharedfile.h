@@ -1,7 +1,7 @@
 // A file that several processes read whole, change and replace whole.
 #pragma once
 
-#include "platform/files.h"
+#include "base/files.h"
 
 namespace ellwynd {
 

@@ -1,5 +1,5 @@
 // Launch arguments, one a line.
-#include "platform/launcharguments.h"
+#include "preferences/launcharguments.h"
 
 #include "fuzz/target.h"
 

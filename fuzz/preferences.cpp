@@ -2,7 +2,7 @@
 #include "base/files.h"
 #include "base/log.h"
 #include "fuzz/target.h"
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <cstdlib>
 

@@ -2,7 +2,7 @@
 // teacher enters or leaves the sample college.
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QObject>
 #include <QStringList>

@@ -4,7 +4,7 @@
 #include "canvas/canvasreading.h"
 #include "canvas/client/session.h"
 #include "canvas/tokenstore.h"
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <memory>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "canvas/records/termgroups.h"
-#include "platform/coursesettings.h"
+#include "preferences/coursesettings.h"
 
 namespace ellwynd {
 

@@ -1,7 +1,7 @@
 // Writing preferences as the settings window does.
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QObject>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/cloud/cloudkeyvaluestore.h"
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QObject>
 #include <QTimer>

@@ -3,7 +3,7 @@
 
 #include "app/appcast.h"
 #include "base/date.h"
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QCoro/QCoroTask>
 #include <QNetworkAccessManager>

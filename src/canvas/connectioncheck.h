@@ -3,7 +3,7 @@
 
 #include "canvas/client/session.h"
 #include "canvas/tokenstore.h"
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 namespace ellwynd {
 

@@ -4,7 +4,7 @@
 #include "cli/commands.h"
 #include "cli/table.h"
 #include "generated/version.h"
-#include "platform/launcharguments.h"
+#include "preferences/launcharguments.h"
 
 #include <fmt/format.h>
 

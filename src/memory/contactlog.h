@@ -3,7 +3,7 @@
 
 #include "base/date.h"
 #include "base/sharedfile.h"
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QObject>
 

@@ -3,7 +3,7 @@
 
 #include "base/sharedfile.h"
 #include "memory/rostersnapshot.h"
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 #include "risk/riskrow.h"
 
 #include <QObject>

@@ -3,7 +3,7 @@
 
 #include "base/date.h"
 #include "platform/cloud/cloudkeyvaluestore.h"
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QObject>
 

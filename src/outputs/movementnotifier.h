@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/notifications/usernotifications.h"
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QObject>
 

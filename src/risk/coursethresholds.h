@@ -1,7 +1,7 @@
 // The two numbers that steer the scorer: a default for every course, an override for any one.
 #pragma once
 
-#include "platform/coursesettings.h"
+#include "preferences/coursesettings.h"
 
 #include <string>
 

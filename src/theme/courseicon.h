@@ -1,7 +1,7 @@
 // The coloured tile that stands for a course.
 #pragma once
 
-#include "platform/coursesettings.h"
+#include "preferences/coursesettings.h"
 
 #include <QPixmap>
 

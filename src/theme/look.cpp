@@ -1,6 +1,6 @@
 #include "theme/look.h"
 
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QFontDatabase>
 #include <QGuiApplication>

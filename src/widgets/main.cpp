@@ -1,6 +1,6 @@
 #include "base/files.h"
 #include "platform/colorscheme.h"
-#include "platform/launcharguments.h"
+#include "preferences/launcharguments.h"
 #include "theme/applicationicon.h"
 #include "widgets/widgetboard.h"
 

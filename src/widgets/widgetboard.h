@@ -1,7 +1,7 @@
 // All widgets of the desktop.
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 #include "widgets/snapshotsource.h"
 #include "widgets/widgetwindow.h"
 

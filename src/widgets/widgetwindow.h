@@ -2,7 +2,7 @@
 #pragma once
 
 #include "outputs/snapshot/widgettexts.h"
-#include "platform/coursesettings.h"
+#include "preferences/coursesettings.h"
 #include "theme/look.h"
 #include "widgets/placedwidget.h"
 

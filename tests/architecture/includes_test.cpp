@@ -26,7 +26,8 @@ const std::vector<Room> rooms{
     {"src/canvas/records", {"src/platform"}, false},
     {"src/outputs/snapshot", {"src/platform"}},
     {"src/base", {}},
-    {"src/platform", {"src/base"}},
+    {"src/preferences", {"src/base"}},
+    {"src/platform", {"src/preferences"}},
     {"src/canvas", {"src/canvas/records", "src/platform"}},
     {"src/risk", {"src/canvas/records", "src/platform"}, false},
     {"src/memory", {"src/risk", "src/platform"}},
@@ -71,7 +72,9 @@ std::string fault(const std::string &file, const std::string &line) {
         const bool header = file.ends_with(".h");
         if (qtHeader &&
             (!room->qt ||
-             ((room->folder == "src/base" || room->folder == "src/platform") && header)))
+             (header &&
+              (room->folder == "src/base" || room->folder == "src/preferences" ||
+               room->folder == "src/platform"))))
             return "may not know Qt: " + name;
         if (!room->widgets &&
             (name.starts_with("QtWidgets/") || name == "QApplication" || name == "QWidget"))

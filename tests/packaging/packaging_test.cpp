@@ -2,7 +2,7 @@
 #include "canvas/tokenstore.h"
 #include "cli/commands.h"
 #include "cli/run.h"
-#include "platform/preferencekeys.h"
+#include "preferences/preferencekeys.h"
 #include "support/temporaryfolder.h"
 
 #include <QDir>

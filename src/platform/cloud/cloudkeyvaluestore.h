@@ -1,7 +1,7 @@
 // A small key-value store that follows a teacher from machine to machine.
 #pragma once
 
-#include "platform/preferencevalue.h"
+#include "preferences/preferencevalue.h"
 
 #include <memory>
 

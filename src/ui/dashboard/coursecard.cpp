@@ -3,7 +3,7 @@
 #include "app/dashboardtexts.h"
 #include "memory/dailylevels.h"
 #include "memory/outreach.h"
-#include "platform/coursesettings.h"
+#include "preferences/coursesettings.h"
 #include "theme/courseicon.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"

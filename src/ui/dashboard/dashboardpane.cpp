@@ -1,7 +1,7 @@
 #include "ui/dashboard/dashboardpane.h"
 
 #include "app/dashboardtexts.h"
-#include "platform/coursesettings.h"
+#include "preferences/coursesettings.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/dashboard/legend.h"
 #include "ui/support/appearance.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "help/helpbook.h"
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QDialog>
 

@@ -1,7 +1,7 @@
 // The middle of the window: a course's or a term's heading and its students.
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 #include "ui/roster/rostertable.h"
 
 #include <QWidget>

@@ -1,7 +1,7 @@
 // What every pane of the settings window is made of.
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QWidget>
 

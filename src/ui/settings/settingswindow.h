@@ -1,7 +1,7 @@
 // The settings window.
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 #include "ui/settings/templateeditor.h"
 
 #include <QDialog>

@@ -1,7 +1,7 @@
 // The glyph and the colour of one course's tile.
 #pragma once
 
-#include "platform/coursesettings.h"
+#include "preferences/coursesettings.h"
 #include "ui/support/sheet.h"
 
 class QButtonGroup;

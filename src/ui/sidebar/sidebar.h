@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/courseselection.h"
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QTreeView>
 

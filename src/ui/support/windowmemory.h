@@ -1,7 +1,7 @@
 // Where a window stood, and how wide its columns were.
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QTimer>
 

@@ -1,7 +1,7 @@
 // The first-run steps.
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <QCoro/QCoroTask>
 #include <QDialog>

@@ -1,4 +1,4 @@
-#include "platform/preferencekeys.h"
+#include "preferences/preferencekeys.h"
 
 #include <fmt/format.h>
 

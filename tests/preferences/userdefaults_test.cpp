@@ -1,5 +1,5 @@
-#include "platform/launcharguments.h"
-#include "platform/userdefaults.h"
+#include "preferences/launcharguments.h"
+#include "preferences/userdefaults.h"
 #include "support/temporaryfolder.h"
 
 #include <QCoreApplication>

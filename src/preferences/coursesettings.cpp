@@ -1,4 +1,4 @@
-#include "platform/coursesettings.h"
+#include "preferences/coursesettings.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // What a course has set of its own, under "Course.{id}.".
 #pragma once
 
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include <array>
 

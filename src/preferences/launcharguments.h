@@ -1,7 +1,7 @@
 // The launch arguments: preferences forced for one run.
 #pragma once
 
-#include "platform/preferencevalue.h"
+#include "preferences/preferencevalue.h"
 
 #include <span>
 

@@ -1,4 +1,4 @@
-#include "platform/launcharguments.h"
+#include "preferences/launcharguments.h"
 
 namespace ellwynd {
 

@@ -1,7 +1,7 @@
 // Every preference of the program, once: its key, its type and what it reads as when absent.
 #pragma once
 
-#include "platform/preferencevalue.h"
+#include "preferences/preferencevalue.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // The preferences store.
 #pragma once
 
-#include "platform/preferencekeys.h"
+#include "preferences/preferencekeys.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "platform/userdefaults.h"
+#include "preferences/userdefaults.h"
 
 #include "base/date.h"
 #include "base/files.h"

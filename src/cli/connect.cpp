@@ -3,7 +3,7 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "outputs/snapshot/snapshotfiles.h"
-#include "platform/widgettimelines.h"
+#include "platform/session/widgettimelines.h"
 
 #include <istream>
 

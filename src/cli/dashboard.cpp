@@ -4,7 +4,7 @@
 #include "cli/commands.h"
 #include "cli/documents.h"
 #include "cli/table.h"
-#include "platform/widgettimelines.h"
+#include "platform/session/widgettimelines.h"
 
 #include <QEventLoop>
 

@@ -1,5 +1,5 @@
 #include "base/files.h"
-#include "platform/colorscheme.h"
+#include "platform/appearance/colorscheme.h"
 #include "preferences/launcharguments.h"
 #include "theme/applicationicon.h"
 #include "widgets/widgetboard.h"

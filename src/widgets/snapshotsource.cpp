@@ -1,7 +1,7 @@
 #include "widgets/snapshotsource.h"
 
 #include "outputs/snapshot/snapshotfiles.h"
-#include "platform/widgettimelines.h"
+#include "platform/session/widgettimelines.h"
 
 namespace ellwynd {
 

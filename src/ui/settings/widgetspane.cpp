@@ -1,7 +1,7 @@
 #include "ui/settings/widgetspane.h"
 
 #include "base/files.h"
-#include "platform/autostart.h"
+#include "platform/session/autostart.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 #include "ui/support/labels.h"

@@ -1,4 +1,4 @@
-#include "platform/autostart.h"
+#include "platform/session/autostart.h"
 #include "support/temporaryfolder.h"
 
 #include <gmock/gmock.h>

@@ -211,4 +211,4 @@ std::shared_ptr<void> DesktopNotifications::observeClicks(ClickObserver observer
 
 } // namespace ellwynd
 
-#include "platform/notifications/desktopnotifications.moc"
+#include "platform/linux/desktopnotifications.moc"

@@ -1,5 +1,5 @@
 // Runs in a session with a bus of its own.
-#include "platform/colorscheme.h"
+#include "platform/appearance/colorscheme.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,4 +1,4 @@
-#include "platform/widgettimelines.h"
+#include "platform/session/widgettimelines.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

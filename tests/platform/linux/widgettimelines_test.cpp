@@ -1,5 +1,5 @@
 // Runs in a session with a bus of its own.
-#include "platform/widgettimelines.h"
+#include "platform/session/widgettimelines.h"
 
 #include <QDBusConnection>
 #include <QTest>

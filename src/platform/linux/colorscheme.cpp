@@ -1,4 +1,4 @@
-#include "platform/colorscheme.h"
+#include "platform/appearance/colorscheme.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -75,4 +75,4 @@ std::shared_ptr<void> colorScheme::observe(std::function<void(bool dark)> change
 
 } // namespace ellwynd
 
-#include "platform/colorscheme.moc"
+#include "platform/linux/colorscheme.moc"

@@ -1,4 +1,4 @@
-#include "platform/wake.h"
+#include "platform/session/wake.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -38,4 +38,4 @@ std::shared_ptr<void> observeWake(std::function<void()> woke) {
 
 } // namespace ellwynd
 
-#include "platform/wake.moc"
+#include "platform/linux/wake.moc"

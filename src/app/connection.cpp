@@ -1,6 +1,6 @@
 #include "app/connection.h"
 
-#include "canvas/canvasclient.h"
+#include "canvas/client/canvasclient.h"
 #include "canvas/sample/samplecanvasclient.h"
 
 namespace ellwynd {

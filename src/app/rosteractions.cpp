@@ -1,9 +1,9 @@
 #include "app/rosteractions.h"
 
-#include "app/canvaslinks.h"
 #include "app/stores.h"
 #include "base/files.h"
 #include "base/log.h"
+#include "canvas/canvaslinks.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "canvas/connectioncheck.h"
 
 #include "base/log.h"
-#include "canvas/canvasclient.h"
+#include "canvas/client/canvasclient.h"
 #include "canvas/client/request.h"
 
 #include <QUrl>

@@ -3,8 +3,8 @@
 
 #include "app/visit.h"
 #include "canvas/client/session.h"
-#include "canvas/runtoend.h"
 #include "cli/progress.h"
+#include "net/runtoend.h"
 #include "platform/cloud/syncedfolder.h"
 #include "platform/secrets/secretstore.h"
 

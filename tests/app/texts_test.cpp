@@ -1,7 +1,7 @@
-#include "app/canvaslinks.h"
 #include "app/rostertexts.h"
 #include "app/settings.h"
 #include "app/termroster.h"
+#include "canvas/canvaslinks.h"
 #include "canvas/records/termgroups.h"
 #include "support/instants.h"
 #include "support/temporaryfolder.h"

@@ -23,13 +23,14 @@ struct Room {
 
 /// Longest folder first, so that a file belongs to its innermost room.
 const std::vector<Room> rooms{
-    {"src/canvas/records", {"src/platform"}, false},
+    {"src/canvas/records", {"src/base"}, false},
     {"src/outputs/snapshot", {"src/platform"}},
     {"src/base", {}},
     {"src/preferences", {"src/base"}},
     {"src/platform", {"src/preferences"}},
-    {"src/canvas", {"src/canvas/records", "src/platform"}},
-    {"src/risk", {"src/canvas/records", "src/platform"}, false},
+    {"src/net", {"src/base"}},
+    {"src/canvas", {"src/canvas/records", "src/net", "src/platform"}},
+    {"src/risk", {"src/canvas/records", "src/preferences"}, false},
     {"src/memory", {"src/risk", "src/platform"}},
     {"src/outputs", {"src/memory", "src/outputs/snapshot"}},
     {"src/app", {"src/outputs", "src/canvas", "src/risk"}},

@@ -1,5 +1,5 @@
 #include "canvas/connectioncheck.h"
-#include "canvas/runtoend.h"
+#include "net/runtoend.h"
 #include "support/core.h"
 #include "support/fakecanvas.h"
 

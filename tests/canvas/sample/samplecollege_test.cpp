@@ -1,5 +1,5 @@
-#include "canvas/runtoend.h"
 #include "canvas/sample/samplecanvasclient.h"
+#include "net/runtoend.h"
 #include "support/instants.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "app/canvaslinks.h"
+#include "canvas/canvaslinks.h"
 
 #include <QUrl>
 

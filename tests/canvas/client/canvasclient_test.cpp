@@ -1,6 +1,6 @@
 #include "base/log.h"
-#include "canvas/canvasclient.h"
-#include "canvas/runtoend.h"
+#include "canvas/client/canvasclient.h"
+#include "net/runtoend.h"
 #include "support/fakecanvas.h"
 #include "support/instants.h"
 #include "support/servedcourse.h"

@@ -1,4 +1,4 @@
-#include "canvas/canvasclient.h"
+#include "canvas/client/canvasclient.h"
 
 #include "base/log.h"
 #include "canvas/client/request.h"

@@ -1,7 +1,7 @@
 // The message templates' file, and the templates in it filled for a student.
 #include "base/files.h"
 #include "fuzz/target.h"
-#include "outputs/templatefile.h"
+#include "outputs/messages/templatefile.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     using namespace ellwynd;

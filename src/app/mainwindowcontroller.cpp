@@ -1,9 +1,9 @@
 #include "app/mainwindowcontroller.h"
 
+#include "app/courses/nearbyterms.h"
 #include "app/termroster.h"
 #include "base/log.h"
 #include "canvas/sample/samplecanvasclient.h"
-#include "outputs/nearbyterms.h"
 
 #include <QPointer>
 #include <QScopedValueRollback>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/rosterview.h"
-#include "outputs/messagetemplate.h"
-#include "outputs/rosterexport.h"
+#include "outputs/export/rosterexport.h"
+#include "outputs/messages/messagetemplate.h"
 
 namespace ellwynd {
 

@@ -4,7 +4,7 @@
 #include "app/dashboardmodel.h"
 #include "app/rostercache.h"
 #include "canvas/canvasreading.h"
-#include "outputs/movementnotifier.h"
+#include "outputs/notices/movementnotifier.h"
 #include "outputs/snapshot/snapshotfiles.h"
 
 namespace ellwynd {

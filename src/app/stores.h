@@ -3,7 +3,7 @@
 
 #include "memory/contactlog.h"
 #include "memory/rosterhistory.h"
-#include "outputs/templatestore.h"
+#include "outputs/messages/templatestore.h"
 
 namespace ellwynd {
 

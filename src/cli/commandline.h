@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/session.h"
-#include "outputs/rosterexport.h"
+#include "outputs/export/rosterexport.h"
 
 #include <QCommandLineParser>
 

@@ -1,7 +1,7 @@
 #include "ui/rosteroutlets.h"
 
 #include "app/rosteractions.h"
-#include "outputs/templatestore.h"
+#include "outputs/messages/templatestore.h"
 #include "ui/support/alert.h"
 #include "ui/support/convert.h"
 

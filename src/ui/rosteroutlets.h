@@ -1,7 +1,7 @@
 // Where what leaves a roster goes on a desktop.
 #pragma once
 
-#include "outputs/rosterexport.h"
+#include "outputs/export/rosterexport.h"
 
 #include <QObject>
 

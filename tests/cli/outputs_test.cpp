@@ -1,7 +1,7 @@
 // What leaves a roster on the command line, on the sample college.
 #include "base/files.h"
 #include "cli/run.h"
-#include "outputs/templatefile.h"
+#include "outputs/messages/templatefile.h"
 #include "support/instants.h"
 #include "support/temporaryfolder.h"
 

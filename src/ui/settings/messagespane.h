@@ -1,7 +1,7 @@
 // Settings ▸ Messages.
 #pragma once
 
-#include "outputs/templatestore.h"
+#include "outputs/messages/templatestore.h"
 #include "ui/settings/settingspane.h"
 #include "ui/settings/templateeditor.h"
 

@@ -1,7 +1,7 @@
 // The words of one message template, and what they become.
 #pragma once
 
-#include "outputs/messagetemplate.h"
+#include "outputs/messages/messagetemplate.h"
 
 #include <QWidget>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/sharedfile.h"
-#include "outputs/messagetemplate.h"
+#include "outputs/messages/messagetemplate.h"
 
 #include <QObject>
 

@@ -1,7 +1,7 @@
 // The text of the templates' file.
 #pragma once
 
-#include "outputs/messagetemplate.h"
+#include "outputs/messages/messagetemplate.h"
 
 namespace ellwynd {
 

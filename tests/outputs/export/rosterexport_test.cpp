@@ -1,4 +1,4 @@
-#include "outputs/rosterexport.h"
+#include "outputs/export/rosterexport.h"
 #include "support/instants.h"
 
 #include <gmock/gmock.h>

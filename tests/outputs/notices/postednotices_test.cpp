@@ -1,5 +1,5 @@
 // Notices on a real server; see support/with-notifications.
-#include "outputs/movementnotifier.h"
+#include "outputs/notices/movementnotifier.h"
 #include "support/temporaryfolder.h"
 #include "support/until.h"
 

@@ -1,4 +1,4 @@
-#include "outputs/messagetemplate.h"
+#include "outputs/messages/messagetemplate.h"
 
 #include "risk/reasons.h"
 

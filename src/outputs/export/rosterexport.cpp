@@ -1,4 +1,4 @@
-#include "outputs/rosterexport.h"
+#include "outputs/export/rosterexport.h"
 
 #include "base/calendar.h"
 #include "risk/reasons.h"

@@ -1,7 +1,7 @@
-#include "outputs/templatestore.h"
+#include "outputs/messages/templatestore.h"
 
 #include "base/log.h"
-#include "outputs/templatefile.h"
+#include "outputs/messages/templatefile.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "outputs/movementnotifier.h"
+#include "outputs/notices/movementnotifier.h"
 
 #include "base/log.h"
 

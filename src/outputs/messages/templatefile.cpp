@@ -1,4 +1,4 @@
-#include "outputs/templatefile.h"
+#include "outputs/messages/templatefile.h"
 
 #include "base/files.h"
 #include "base/referencedate.h"

@@ -1,4 +1,4 @@
-#include "outputs/movementnotifier.h"
+#include "outputs/notices/movementnotifier.h"
 #include "support/logcapture.h"
 #include "support/memorynotifications.h"
 #include "support/temporaryfolder.h"

@@ -1,4 +1,4 @@
-#include "outputs/nearbyterms.h"
+#include "app/courses/nearbyterms.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "base/log.h"
-#include "outputs/templatefile.h"
-#include "outputs/templatestore.h"
+#include "outputs/messages/templatefile.h"
+#include "outputs/messages/templatestore.h"
 #include "support/instants.h"
 #include "support/temporaryfolder.h"
 

@@ -1,6 +1,6 @@
 // One large course over HTTPS, every answer 50 ms late, from the first request to scored rows: wall
 // time against the least that the pages allow, the client's own processor time and memory.
-#include "app/rosterloader.h"
+#include "app/roster/rosterloader.h"
 #include "canvas/client/canvasclient.h"
 #include "net/runtoend.h"
 #include "servedcanvas.h"

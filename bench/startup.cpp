@@ -1,7 +1,7 @@
 // From the start of a process to the first painted card of the sample college's dashboard: this
 // program starts itself ten times, wired as the window program is, on the offscreen platform.
 #include "app/mainwindowcontroller.h"
-#include "app/syncservice.h"
+#include "app/sync/syncservice.h"
 #include "base/log.h"
 #include "canvas/connectioncheck.h"
 #include "platform/notifications/usernotifications.h"

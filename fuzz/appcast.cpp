@@ -1,5 +1,5 @@
 // The feed of updates, and the builds it is read for.
-#include "app/appcast.h"
+#include "app/updates/appcast.h"
 
 #include "fuzz/target.h"
 

@@ -1,5 +1,5 @@
 // Links, and the words of a command line that may be one.
-#include "app/deeplink.h"
+#include "app/shell/deeplink.h"
 
 #include "fuzz/target.h"
 

@@ -1,7 +1,7 @@
 #include "app/mainwindowcontroller.h"
 
 #include "app/courses/nearbyterms.h"
-#include "app/termroster.h"
+#include "app/roster/termroster.h"
 #include "base/log.h"
 #include "canvas/sample/samplecanvasclient.h"
 

@@ -1,14 +1,14 @@
 // The driver of the program: what is fetched, when, and what is done with it.
 #pragma once
 
-#include "app/connection.h"
-#include "app/courseselection.h"
-#include "app/dashboardmodel.h"
-#include "app/rosteractions.h"
-#include "app/rostercache.h"
-#include "app/scoringpass.h"
-#include "app/studentpast.h"
-#include "app/visit.h"
+#include "app/courses/connector.h"
+#include "app/courses/courseselection.h"
+#include "app/dashboard/dashboardmodel.h"
+#include "app/dashboard/scoringpass.h"
+#include "app/roster/rosteractions.h"
+#include "app/roster/rostercache.h"
+#include "app/roster/studenthistory.h"
+#include "app/roster/visit.h"
 #include "canvas/records/canvaserror.h"
 #include "canvas/records/termgroups.h"
 

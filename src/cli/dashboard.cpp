@@ -1,4 +1,4 @@
-#include "app/dashboardtexts.h"
+#include "app/dashboard/dashboardtexts.h"
 #include "app/mainwindowcontroller.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"

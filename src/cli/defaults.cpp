@@ -1,4 +1,4 @@
-#include "app/settings.h"
+#include "app/shell/settings.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/table.h"

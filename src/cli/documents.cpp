@@ -1,6 +1,6 @@
 #include "cli/documents.h"
 
-#include "app/rostertexts.h"
+#include "app/roster/rostertexts.h"
 #include "base/calendar.h"
 #include "cli/table.h"
 

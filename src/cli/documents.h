@@ -1,7 +1,7 @@
 // The JSON documents that commands print, and the same for people.
 #pragma once
 
-#include "app/rosterview.h"
+#include "app/roster/rosterview.h"
 
 #include <nlohmann/json_fwd.hpp>
 

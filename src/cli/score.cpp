@@ -1,4 +1,4 @@
-#include "app/savedcourse.h"
+#include "app/roster/savedcourse.h"
 #include "base/files.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"

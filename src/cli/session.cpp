@@ -1,6 +1,6 @@
 #include "cli/session.h"
 
-#include "app/connection.h"
+#include "app/courses/connector.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 // What a command runs in, and the ways in which one can end.
 #pragma once
 
-#include "app/visit.h"
+#include "app/roster/visit.h"
 #include "canvas/client/session.h"
 #include "cli/progress.h"
 #include "net/runtoend.h"

@@ -1,4 +1,4 @@
-#include "app/studentpast.h"
+#include "app/roster/studenthistory.h"
 #include "base/calendar.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"

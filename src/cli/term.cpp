@@ -1,5 +1,5 @@
-#include "app/rostertexts.h"
-#include "app/termroster.h"
+#include "app/roster/rostertexts.h"
+#include "app/roster/termroster.h"
 #include "canvas/records/termgroups.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"

@@ -1,6 +1,6 @@
 #include "ui/mainmenus.h"
 
-#include "app/samplemode.h"
+#include "app/shell/samplemode.h"
 #include "generated/version.h"
 #include "ui/support/convert.h"
 

@@ -1,6 +1,6 @@
 #include "ui/rosteroutlets.h"
 
-#include "app/rosteractions.h"
+#include "app/roster/rosteractions.h"
 #include "outputs/messages/templatestore.h"
 #include "ui/support/alert.h"
 #include "ui/support/convert.h"

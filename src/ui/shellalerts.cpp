@@ -1,8 +1,8 @@
 #include "ui/shellalerts.h"
 
-#include "app/appdelegate.h"
-#include "app/samplemode.h"
-#include "app/updater.h"
+#include "app/shell/appdelegate.h"
+#include "app/shell/samplemode.h"
+#include "app/updates/updater.h"
 #include "generated/version.h"
 #include "ui/support/alert.h"
 #include "ui/support/convert.h"

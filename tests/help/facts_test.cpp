@@ -1,5 +1,5 @@
 // What the help says about the program is what the program does.
-#include "app/rosterloader.h"
+#include "app/roster/rosterloader.h"
 #include "base/files.h"
 #include "canvas/connectioncheck.h"
 #include "canvas/records/canvaserror.h"

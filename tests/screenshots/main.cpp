@@ -1,6 +1,6 @@
 // Draws every window of the program on the sample college into PNG files, light and dark.
 #include "app/mainwindowcontroller.h"
-#include "app/syncservice.h"
+#include "app/sync/syncservice.h"
 #include "base/files.h"
 #include "canvas/connectioncheck.h"
 #include "support/memorynotifications.h"

@@ -1,9 +1,9 @@
 // The parts of the program below its windows, with a folder of their own.
 #pragma once
 
-#include "app/connection.h"
-#include "app/scoringpass.h"
-#include "app/stores.h"
+#include "app/courses/connector.h"
+#include "app/dashboard/scoringpass.h"
+#include "app/shell/stores.h"
 #include "canvas/connectioncheck.h"
 #include "memory/trendsync.h"
 #include "support/memorynotifications.h"

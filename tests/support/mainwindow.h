@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/mainwindowcontroller.h"
-#include "app/syncservice.h"
+#include "app/sync/syncservice.h"
 #include "support/core.h"
 #include "ui/mainwindow.h"
 #include "ui/roster/rosterpane.h"

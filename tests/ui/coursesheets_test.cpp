@@ -1,5 +1,5 @@
 // The sheets of one course, driven by keyboard.
-#include "app/coursesetup.h"
+#include "app/courses/coursesetup.h"
 #include "support/core.h"
 #include "support/instants.h"
 #include "theme/courseicon.h"

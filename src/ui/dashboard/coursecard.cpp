@@ -1,6 +1,6 @@
 #include "ui/dashboard/coursecard.h"
 
-#include "app/dashboardtexts.h"
+#include "app/dashboard/dashboardtexts.h"
 #include "memory/dailylevels.h"
 #include "memory/outreach.h"
 #include "preferences/coursesettings.h"

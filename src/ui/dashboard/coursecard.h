@@ -1,7 +1,7 @@
 // One course on the dashboard.
 #pragma once
 
-#include "app/dashboardmodel.h"
+#include "app/dashboard/dashboardmodel.h"
 
 #include <QAbstractButton>
 

@@ -1,6 +1,6 @@
 #include "ui/dashboard/dashboardpane.h"
 
-#include "app/dashboardtexts.h"
+#include "app/dashboard/dashboardtexts.h"
 #include "preferences/coursesettings.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/dashboard/legend.h"

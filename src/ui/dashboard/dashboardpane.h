@@ -1,7 +1,7 @@
 // The dashboard: one card per course of one term.
 #pragma once
 
-#include "app/dashboardmodel.h"
+#include "app/dashboard/dashboardmodel.h"
 
 #include <QWidget>
 

@@ -1,6 +1,6 @@
 #include "ui/dashboard/legend.h"
 
-#include "app/dashboardtexts.h"
+#include "app/dashboard/dashboardtexts.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 #include "ui/support/levelpill.h"

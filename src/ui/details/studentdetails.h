@@ -1,7 +1,7 @@
 // The pane at the right: one student and every reason, or several and what to do with them.
 #pragma once
 
-#include "app/studentpast.h"
+#include "app/roster/studenthistory.h"
 
 #include <QScrollArea>
 

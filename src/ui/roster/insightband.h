@@ -1,7 +1,7 @@
 // The band above a course's roster.
 #pragma once
 
-#include "app/courseinsight.h"
+#include "app/roster/courseinsight.h"
 
 #include <QFrame>
 

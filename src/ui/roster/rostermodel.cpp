@@ -1,6 +1,6 @@
 #include "ui/roster/rostermodel.h"
 
-#include "app/rostertexts.h"
+#include "app/roster/rostertexts.h"
 #include "ui/support/convert.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Scored students as a table.
 #pragma once
 
-#include "app/rosterview.h"
+#include "app/roster/rosterview.h"
 
 #include <QAbstractTableModel>
 #include <QSortFilterProxyModel>

@@ -1,7 +1,7 @@
 #include "ui/roster/rosterpane.h"
 
 #include "app/mainwindowcontroller.h"
-#include "app/rostertexts.h"
+#include "app/roster/rostertexts.h"
 #include "base/calendar.h"
 #include "theme/courseicon.h"
 #include "ui/roster/insightband.h"

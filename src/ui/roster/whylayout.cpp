@@ -1,6 +1,6 @@
 #include "ui/roster/whylayout.h"
 
-#include "app/rostertexts.h"
+#include "app/roster/rostertexts.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 

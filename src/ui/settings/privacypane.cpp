@@ -1,6 +1,6 @@
 #include "ui/settings/privacypane.h"
 
-#include "app/stores.h"
+#include "app/shell/stores.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 #include "ui/support/labels.h"

@@ -1,6 +1,6 @@
 #include "ui/settings/settingswindow.h"
 
-#include "app/stores.h"
+#include "app/shell/stores.h"
 #include "ui/settings/connectionpane.h"
 #include "ui/settings/generalpane.h"
 #include "ui/settings/messagespane.h"

@@ -1,6 +1,6 @@
 #include "ui/settings/syncpane.h"
 
-#include "app/syncservice.h"
+#include "app/sync/syncservice.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"
 

@@ -1,7 +1,7 @@
 // "Copy Course Setup…".
 #pragma once
 
-#include "app/coursesetup.h"
+#include "app/courses/coursesetup.h"
 #include "ui/support/sheet.h"
 
 class QLabel;

@@ -1,7 +1,7 @@
 // The list of terms and courses at the left of the window.
 #pragma once
 
-#include "app/courseselection.h"
+#include "app/courses/courseselection.h"
 #include "preferences/userdefaults.h"
 
 #include <QTreeView>

@@ -1,7 +1,7 @@
 // The course list by term, as a tree.
 #pragma once
 
-#include "app/courseselection.h"
+#include "app/courses/courseselection.h"
 #include "canvas/records/termgroups.h"
 
 #include <QAbstractItemModel>

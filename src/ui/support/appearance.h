@@ -1,7 +1,7 @@
 // Light or dark, the accent and the text size, as they are now.
 #pragma once
 
-#include "app/settings.h"
+#include "app/shell/settings.h"
 #include "theme/look.h"
 
 #include <QObject>

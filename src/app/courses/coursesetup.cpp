@@ -1,0 +1,184 @@
+#include "app/courses/coursesetup.h"
+
+#include "risk/coursethresholds.h"
+
+#include <QRegularExpression>
+#include <QString>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <cctype>
+
+namespace ellwynd {
+
+namespace {
+
+QString text(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), qsizetype(utf8.size()));
+}
+
+bool isSeparator(QChar c) {
+    return c.isSpace() || c == u'-' || c == u'_' || c == u'.' || c == u'/' || c == u':';
+}
+
+/// A subject's letters and a number's digits with the letters right behind them, from one place of
+/// a text.
+struct Reading {
+    /// "CS 101L"; empty where no number follows the letters.
+    QString found;
+    /// Behind the letters.
+    qsizetype lettersEnd = 0;
+};
+
+Reading readSubjectAndNumber(const QString &code, qsizetype start) {
+    const auto skip = [&code](qsizetype at, auto matches) {
+        while (at < code.size() && matches(code[at]))
+            ++at;
+        return at;
+    };
+    const auto isLetter = [](QChar c) { return c.isLetter() || c.isMark(); };
+    const auto isDigit = [](QChar c) { return c.isDigit(); };
+    const qsizetype letters = skip(start, isLetter);
+    if (letters == start)
+        return {.found = {}, .lettersEnd = start};
+    const qsizetype number = skip(letters, isSeparator);
+    const qsizetype digits = skip(number, isDigit);
+    if (digits == number)
+        return {.found = {}, .lettersEnd = letters};
+    const qsizetype end = skip(digits, isLetter);
+    return {
+        .found = code.mid(start, letters - start).toUpper() + u' ' +
+            code.mid(number, end - number).toUpper(),
+        .lettersEnd = letters};
+}
+
+/// Whether a reading is a term's, "FALL 2025" or "SP 26", which begins many codes.
+bool isTerm(const QString &found) {
+    static const QRegularExpression term(QStringLiteral(
+        "^(FALL|AUTUMN|WINTER|SPRING|SUMMER|TERM|SEM|SEMESTER|QUARTER|YEAR|F|FA|AU|W|WI|SP|SU|AY) "
+        "(\\d|\\d\\d|20\\d\\d)$"));
+    return term.match(found).hasMatch();
+}
+
+bool isEarlier(const std::optional<Term> &term, const std::optional<Term> &own) {
+    if (!term || !own)
+        return true;
+    if (term->id == own->id)
+        return false;
+    if (term->startAt && own->startAt)
+        return *term->startAt < *own->startAt;
+    return term->startAt || own->startAt || term->id < own->id;
+}
+
+/// The first course of the groups whose edition is the wanted one.
+template<class Edition>
+std::optional<std::int64_t>
+newest(const std::vector<TermGroup> &terms, const std::string &wanted, Edition edition) {
+    if (wanted.empty())
+        return std::nullopt;
+    for (const TermGroup &group : terms) {
+        for (const Course &course : group.courses) {
+            if (edition(course) == wanted)
+                return course.id;
+        }
+    }
+    return std::nullopt;
+}
+
+/// What a setup sets, as preferences of a course.
+PreferenceChanges asChanges(const CourseSetup &setup, std::int64_t courseID) {
+    using namespace courseSettings;
+    PreferenceChanges changes;
+    if (setup.passingScore)
+        changes.emplace(key(courseID, passingScore), *setup.passingScore);
+    if (setup.inactivityDays)
+        changes.emplace(key(courseID, inactivityDays), *setup.inactivityDays);
+    if (!setup.icon.icon.empty())
+        changes.emplace(key(courseID, icon), setup.icon.icon);
+    if (!setup.icon.color.empty())
+        changes.emplace(key(courseID, iconColor), setup.icon.color);
+    return changes;
+}
+
+} // namespace
+
+CourseSetup courseSetup(const UserDefaults &defaults, std::int64_t courseID) {
+    const CourseThresholds thresholds = courseThresholds(defaults, courseID);
+    CourseSetup setup{.icon = courseIcon(defaults, courseID)};
+    if (thresholds.passingOverridden)
+        setup.passingScore = thresholds.passingScore;
+    if (thresholds.inactivityOverridden)
+        setup.inactivityDays = thresholds.inactivityDays;
+    return setup;
+}
+
+std::string setupText(const CourseSetup &setup) {
+    std::vector<std::string> parts;
+    if (setup.passingScore)
+        parts.push_back(fmt::format("passing score {}%", *setup.passingScore));
+    if (setup.inactivityDays)
+        parts.push_back(fmt::format(
+            "{} inactivity day{}", *setup.inactivityDays, *setup.inactivityDays == 1 ? "" : "s"));
+    if (!setup.icon.icon.empty())
+        parts.emplace_back("icon");
+    if (!setup.icon.color.empty())
+        parts.emplace_back("colour");
+    std::string list = fmt::format("{}", fmt::join(parts, ", "));
+    // A sentence begins with it; a number has no capital.
+    if (!list.empty())
+        list.front() = char(std::toupper(static_cast<unsigned char>(list.front())));
+    return list;
+}
+
+std::string setupSummary(const CourseSetup &setup) {
+    const std::string parts = setupText(setup);
+    if (parts.empty())
+        return "This course follows the defaults, so there is nothing to copy.";
+    return parts + ". Everything else stays as it is.";
+}
+
+std::string editionOf(std::string_view courseCode) {
+    const QString code = text(courseCode).simplified();
+    for (qsizetype at = 0; at < code.size();) {
+        const auto [found, lettersEnd] = readSubjectAndNumber(code, at);
+        if (!found.isEmpty() && !isTerm(found))
+            return found.toStdString();
+        at = std::max(lettersEnd, at + 1);
+    }
+    return code.toUpper().toStdString();
+}
+
+std::string subjectAndNumber(std::string_view courseName) {
+    return readSubjectAndNumber(text(courseName).trimmed(), 0).found.toStdString();
+}
+
+SetupCandidates setupCandidates(const std::vector<Course> &courses, std::int64_t courseID) {
+    const auto own = std::ranges::find(courses, courseID, &Course::id);
+    if (own == courses.end())
+        return {};
+    std::vector<Course> others;
+    for (const Course &course : courses) {
+        if (course.id != courseID && isEarlier(course.term, own->term))
+            others.push_back(course);
+    }
+    SetupCandidates candidates{.terms = groupByTerm(others), .suggested = std::nullopt};
+    const auto byCode = [](const Course &course) {
+        return editionOf(course.courseCode.value_or(""));
+    };
+    const auto byName = [](const Course &course) {
+        return subjectAndNumber(course.name.value_or(""));
+    };
+    candidates.suggested = newest(candidates.terms, byCode(*own), byCode);
+    if (!candidates.suggested)
+        candidates.suggested = newest(candidates.terms, byName(*own), byName);
+    return candidates;
+}
+
+PreferenceChanges
+copyCourseSetup(UserDefaults &defaults, std::int64_t fromCourseID, std::int64_t toCourseID) {
+    return defaults.update(asChanges(courseSetup(defaults, fromCourseID), toCourseID));
+}
+
+} // namespace ellwynd

@@ -1,0 +1,157 @@
+#include "app/dashboard/dashboardmodel.h"
+
+#include "base/calendar.h"
+#include "memory/dailylevels.h"
+#include "memory/movement.h"
+#include "memory/outreach.h"
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+std::vector<std::int64_t>
+flaggedTrend(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date now) {
+    DailyCounts counts = trends.remoteCounts(course.course.id, now);
+    const std::string oldest = calendar::dayKey(calendar::daysBefore(now, trendDays));
+    const std::string today = calendar::dayKey(now);
+    std::erase_if(
+        counts, [&](const auto &day) { return day.first < oldest || day.first >= today; });
+    for (const DailyLevels &day : lastTwoWeeks(stores.history, course.course.id, now))
+        counts.insert_or_assign(calendar::dayKey(day.day), day.flagged());
+    std::vector<std::int64_t> trend;
+    for (const auto &[day, count] : counts)
+        trend.push_back(count);
+    trend.push_back(flaggedCount(course.rows));
+    return trend;
+}
+
+} // namespace
+
+DashboardCourseCard
+dashboardCard(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date now) {
+    const DailyLevels levels = levelsOf(course.rows, now);
+    const MovementCounts movement =
+        movementCounts(changes(stores.history, course.rows, course.course.id, now));
+    DashboardCourseCard card{
+        .courseID = course.course.id,
+        .name = displayName(course.course),
+        .atRisk = levels.count(RiskLevel::atRisk),
+        .concern = levels.count(RiskLevel::concern),
+        .watch = levels.count(RiskLevel::watch),
+        .total = std::int64_t(course.rows.size()),
+        .slipped = movement.slipped,
+        .newlyFlagged = movement.newlyFlagged,
+        .improved = movement.improved,
+        .awaitingFollowUp =
+            outreachCounts(course.rows, stores.contacts, stores.history, now).awaitingFollowUp,
+        .trend = flaggedTrend(course, stores, trends, now)};
+    if (!course.missedWork.empty()) {
+        const MissedAssignment &first = course.missedWork.front();
+        card.mostMissed = MostMissed{first.name, std::int64_t(first.studentIDs.size())};
+    }
+    return card;
+}
+
+Dashboard::Dashboard(UserDefaults &store)
+    : defaults(store), observing(store.observe([this](std::string_view key) {
+          if (key == preferences::dashboardTermID.name)
+              Q_EMIT dashboardModelDidChange();
+      })) {}
+
+void Dashboard::prepareTerms(std::vector<TermGroup> nearby, const std::optional<Term> &automatic) {
+    prepared = std::move(nearby);
+    current.automaticTermID = automatic ? std::optional{automatic->id} : std::nullopt;
+    Q_EMIT dashboardModelDidChange();
+}
+
+void Dashboard::beginPass() {
+    failed = false;
+    pass = {.running = true};
+    for (const TermGroup &term : prepared) {
+        pass.remaining[*term.id()] = std::int64_t(term.courses.size());
+        pass.total += std::int64_t(term.courses.size());
+    }
+    Q_EMIT dashboardModelDidChange();
+}
+
+void Dashboard::courseScored(std::int64_t termID) {
+    ++pass.done;
+    --pass.remaining[termID];
+    Q_EMIT dashboardModelDidChange();
+}
+
+void Dashboard::termScored(DashboardTerm term, Date fetchedAt) {
+    if (current.terms.empty())
+        current.updatedAt = fetchedAt;
+    const auto known = std::ranges::find(current.terms, term.id, &DashboardTerm::id);
+    if (known != current.terms.end())
+        *known = std::move(term);
+    else
+        current.terms.push_back(std::move(term));
+    // In the order of the prepared terms; one that is not among them any more stands last.
+    std::ranges::stable_sort(current.terms, {}, [this](const DashboardTerm &each) {
+        return std::ranges::find(prepared, std::optional{each.id}, &TermGroup::id) -
+            prepared.begin();
+    });
+    Q_EMIT dashboardModelDidChange();
+}
+
+void Dashboard::passCompleted(Date fetchedAt) {
+    pass = {};
+    current.updatedAt = fetchedAt;
+    std::erase_if(
+        current.terms, [this](const DashboardTerm &term) { return !isPrepared(term.id); });
+    Q_EMIT dashboardModelDidChange();
+}
+
+void Dashboard::passFailed() {
+    pass = {};
+    failed = true;
+    Q_EMIT dashboardModelDidChange();
+}
+
+void Dashboard::passAbandoned() {
+    pass = {};
+    Q_EMIT dashboardModelDidChange();
+}
+
+void Dashboard::clear() {
+    current = {};
+    prepared.clear();
+    pass = {};
+    failed = false;
+    Q_EMIT dashboardModelDidChange();
+}
+
+void Dashboard::selectTerm(std::int64_t termID) {
+    defaults.set(preferences::dashboardTermID, termID);
+}
+
+bool Dashboard::isPrepared(std::int64_t termID) const {
+    return std::ranges::any_of(
+        prepared, [termID](const TermGroup &term) { return term.id() == termID; });
+}
+
+std::int64_t Dashboard::chosenTermID() const {
+    const std::int64_t stored = defaults.value(preferences::dashboardTermID);
+    return isPrepared(stored) ? stored : 0;
+}
+
+std::optional<std::int64_t> Dashboard::shownTermID() const {
+    if (const std::int64_t chosen = chosenTermID(); chosen != 0)
+        return chosen;
+    if (current.automaticTermID && isPrepared(*current.automaticTermID))
+        return current.automaticTermID;
+    return prepared.empty() ? std::nullopt : prepared.front().id();
+}
+
+const DashboardTerm *Dashboard::shownTerm() const {
+    const auto shown = shownTermID();
+    const auto found = std::ranges::find_if(
+        current.terms, [&](const DashboardTerm &term) { return shown && term.id == *shown; });
+    return found != current.terms.end() ? &*found : nullptr;
+}
+
+} // namespace ellwynd

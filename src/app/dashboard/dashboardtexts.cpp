@@ -1,0 +1,139 @@
+#include "app/dashboard/dashboardtexts.h"
+
+#include "base/calendar.h"
+#include "memory/movement.h"
+#include "memory/outreach.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr std::string_view nothingYet =
+    "Your courses appear here once they load — or pick one from the sidebar.";
+
+std::string_view plural(std::int64_t count) {
+    return count == 1 ? "" : "s";
+}
+
+std::int64_t sum(const DashboardTerm &term, std::int64_t DashboardCourseCard::*figure) {
+    std::int64_t total = 0;
+    for (const DashboardCourseCard &card : term.cards)
+        total += card.*figure;
+    return total;
+}
+
+const TermGroup *find(const Dashboard &dashboard, std::optional<std::int64_t> id) {
+    const auto found = std::ranges::find_if(
+        dashboard.preparedTerms(), [&](const TermGroup &term) { return id && term.id() == *id; });
+    return found != dashboard.preparedTerms().end() ? &*found : nullptr;
+}
+
+} // namespace
+
+std::vector<TermMenuItem> termMenu(const Dashboard &dashboard) {
+    const std::int64_t chosen = dashboard.chosenTermID();
+    const TermGroup *automatic = find(dashboard, dashboard.model().automaticTermID);
+    std::vector<TermMenuItem> items{
+        {automatic != nullptr ? fmt::format("Automatic ({})", title(*automatic)) : "Automatic", 0,
+         chosen == 0}};
+    for (const TermGroup &term : dashboard.preparedTerms())
+        items.push_back({title(term), *term.id(), *term.id() == chosen});
+    return items;
+}
+
+std::optional<std::string> waitLine(const Dashboard &dashboard) {
+    if (dashboard.shownTerm() != nullptr)
+        return std::nullopt;
+    const PassProgress &pass = dashboard.progress();
+    const TermGroup *term = find(dashboard, dashboard.shownTermID());
+    if (term == nullptr)
+        return std::string(nothingYet);
+    if (pass.running) {
+        const auto remaining = pass.remaining.find(*term->id());
+        const std::int64_t left = remaining != pass.remaining.end() ? remaining->second : 0;
+        std::string line = left > 0
+            ? fmt::format("Scoring {} — {} course{} to go…", title(*term), left, plural(left))
+            : fmt::format("Scoring your courses — {} of {}…", pass.done, pass.total);
+        if (!dashboard.model().terms.empty())
+            line += "  Other terms are ready in the menu.";
+        return line;
+    }
+    return dashboard.lastPassFailed() ? "Couldn’t finish scoring — Refresh (⌘R) tries again."
+                                      : std::string(nothingYet);
+}
+
+std::string headline(const DashboardTerm &term) {
+    std::int64_t flagged = 0;
+    for (const DashboardCourseCard &card : term.cards)
+        flagged += card.flagged();
+    const auto courses = std::int64_t(term.cards.size());
+    return fmt::format("{} flagged across {} course{}", flagged, courses, plural(courses));
+}
+
+std::string movementLine(const DashboardTerm &term) {
+    return sinceLastTime(
+               {{sum(term, &DashboardCourseCard::slipped), "slipped"},
+                {sum(term, &DashboardCourseCard::newlyFlagged), "newly flagged"},
+                {sum(term, &DashboardCourseCard::improved), "improved"},
+                {sum(term, &DashboardCourseCard::awaitingFollowUp), "awaiting follow-up"}})
+        .value_or("No movement since last time.");
+}
+
+std::string stamp(const Dashboard &dashboard) {
+    std::string text = "updated " + calendar::shortTime(dashboard.model().updatedAt);
+    const PassProgress &pass = dashboard.progress();
+    if (pass.running)
+        text += fmt::format(" · still scoring — {} of {}…", pass.done, pass.total);
+    return text;
+}
+
+std::string levelCount(std::int64_t count, RiskLevel level) {
+    return fmt::format("{} {}", count, levelName(level));
+}
+
+std::string movementMarks(const DashboardCourseCard &card) {
+    const std::int64_t worse = card.slipped + card.newlyFlagged;
+    std::string marks;
+    if (worse > 0)
+        marks = fmt::format("↑ {}", worse);
+    if (card.improved > 0)
+        marks += fmt::format("{}↓ {}", marks.empty() ? "" : "   ", card.improved);
+    return marks;
+}
+
+std::string spokenCard(const DashboardCourseCard &card) {
+    std::string text = card.name + ". ";
+    if (card.flagged() == 0) {
+        text += fmt::format("All {} students OK.", card.total);
+    } else {
+        std::vector<std::string> levels;
+        if (card.atRisk > 0)
+            levels.push_back(fmt::format("{} at risk", card.atRisk));
+        if (card.concern > 0)
+            levels.push_back(fmt::format("{} concern", card.concern));
+        if (card.watch > 0)
+            levels.push_back(fmt::format("{} watch", card.watch));
+        text += fmt::format("{} students flagged: {}.", card.flagged(), fmt::join(levels, ", "));
+    }
+    if (const std::int64_t worse = card.slipped + card.newlyFlagged; worse > 0)
+        text += fmt::format(" {} worse since last time.", worse);
+    if (card.improved > 0)
+        text += fmt::format(" {} improved.", card.improved);
+    if (card.awaitingFollowUp > 0)
+        text += " " + awaitingText(card.awaitingFollowUp) + ".";
+    if (card.mostMissed)
+        text += fmt::format(" Most missed: {}.", card.mostMissed->title);
+    return text + " Opens the course.";
+}
+
+std::string mostMissedHelp(const MostMissed &missed) {
+    return fmt::format("{} students are missing this same assignment. ", missed.count) +
+        "Open the course for the full list.";
+}
+
+} // namespace ellwynd

@@ -1,0 +1,28 @@
+#include "app/roster/courseinsight.h"
+
+#include <algorithm>
+
+namespace ellwynd {
+
+CourseInsight courseInsight(const ScoredCourse &course, const Stores &stores, Date now) {
+    CourseInsight insight;
+    insight.days = lastTwoWeeks(stores.history, course.course.id, now);
+    const DailyLevels today = levelsOf(course.rows, now);
+    for (const RiskLevel level : allRiskLevels)
+        insight.sentences.push_back(bandText(level, insight.days, today));
+    insight.days.push_back(today);
+
+    const OutreachCounts counts = outreachCounts(course.rows, stores.contacts, stores.history, now);
+    const bool remembered = stores.contacts.isEnabled();
+    insight.outreachLine = outreachLine(counts, remembered);
+    if (remembered && counts.flagged > 0)
+        insight.outreach = counts;
+
+    constexpr std::size_t shown = 3;
+    const auto end =
+        course.missedWork.begin() + std::ptrdiff_t(std::min(shown, course.missedWork.size()));
+    insight.mostMissed.assign(course.missedWork.begin(), end);
+    return insight;
+}
+
+} // namespace ellwynd

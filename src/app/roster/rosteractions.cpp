@@ -1,0 +1,97 @@
+#include "app/roster/rosteractions.h"
+
+#include "app/shell/stores.h"
+#include "base/files.h"
+#include "base/log.h"
+#include "canvas/canvaslinks.h"
+
+#include <fmt/format.h>
+
+#include <map>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr Log links{"links"};
+constexpr Log exports{"export"};
+
+} // namespace
+
+RosterActions::RosterActions(
+    const RosterView &view, const UserDefaults &preferenceStore, Stores &memory, Clock clock)
+    : roster(view), defaults(preferenceStore), stores(memory), now(clock) {}
+
+void RosterActions::markContacted(const std::vector<RiskRow> &students) {
+    std::map<std::int64_t, std::vector<std::int64_t>> byCourse;
+    for (const RiskRow &row : students)
+        byCourse[row.courseID].push_back(row.id);
+    const Date date = now();
+    for (const auto &[courseID, ids] : byCourse)
+        stores.contacts.noteContacts(courseID, ids, date);
+}
+
+void RosterActions::copyMessages(
+    const MessageTemplate &message, const std::vector<RiskRow> &students) {
+    if (students.empty())
+        return;
+    Q_EMIT textShouldBeCopied(
+        QString::fromStdString(messagesText(message, students, roster, defaults)));
+    markContacted(students);
+    exports.info(fmt::format("Copied messages for {} student(s)", students.size()));
+}
+
+RosterExport RosterActions::exported(ExportFormat format) const {
+    return exportOf(roster, format, stores, now());
+}
+
+void RosterActions::saveExport(const RosterExport &file, const std::filesystem::path &path) {
+    try {
+        files::replace(path, file.text);
+        const std::string name = path.filename().string();
+        exports.info(fmt::format("Exported roster to {}", name));
+        Q_EMIT exportDidEnd(QString::fromStdString(name));
+    } catch (const FileError &error) {
+        exports.error(fmt::format("Export failed: {}", error.what()));
+        Q_EMIT exportDidFail(QString::fromStdString(error.what()));
+    }
+}
+
+void RosterActions::openCourse(std::int64_t courseID) {
+    open(
+        canvasLinks::course(canvasAddress(), courseID), fmt::format("course {}", courseID),
+        courseID);
+}
+
+void RosterActions::openGrades(std::int64_t courseID, std::int64_t studentID) {
+    open(canvasLinks::grades(canvasAddress(), courseID, studentID), "a student", 0);
+}
+
+void RosterActions::openAssignment(std::int64_t courseID, std::int64_t assignmentID) {
+    open(
+        canvasLinks::assignment(canvasAddress(), courseID, assignmentID),
+        fmt::format("course {}", courseID), courseID);
+}
+
+/// @param courseID what the log names; 0 for a student's page, which names nobody.
+void RosterActions::open(
+    const std::optional<std::string> &url, std::string_view what, std::int64_t courseID) {
+    if (defaults.value(preferences::sampleData)) {
+        Q_EMIT pageIsInvented();
+        return;
+    }
+    if (!url) {
+        links.error(fmt::format("Couldn't build a Canvas URL for {}", what));
+        return;
+    }
+    links.info(
+        courseID != 0 ? fmt::format("Opening course {} in Canvas", courseID)
+                      : "Opening a student's grades in Canvas");
+    Q_EMIT urlShouldOpen(QString::fromStdString(*url));
+}
+
+std::string RosterActions::canvasAddress() const {
+    return defaults.value(preferences::canvasBaseURL);
+}
+
+} // namespace ellwynd

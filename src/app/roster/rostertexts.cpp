@@ -1,0 +1,78 @@
+#include "app/roster/rostertexts.h"
+
+#include "base/calendar.h"
+#include "risk/reasons.h"
+
+#include <algorithm>
+
+namespace ellwynd {
+
+std::string lastActiveText(const std::optional<Date> &lastActivityAt, Date now) {
+    if (!lastActivityAt)
+        return "never";
+    const std::int64_t days =
+        std::max<std::int64_t>(0, calendar::daysBetween(*lastActivityAt, now));
+    if (days == 0)
+        return "today";
+    return days == 1 ? "yesterday" : std::to_string(days) + " days ago";
+}
+
+std::string scoreText(const std::optional<double> &score) {
+    return score ? roundedText(*score) + "%" : "–";
+}
+
+std::string scoreAndGradeText(const RiskRow &row) {
+    std::string text = row.currentScore ? scoreText(row.currentScore) : "";
+    const std::string grade = row.currentGrade.value_or("");
+    if (!text.empty() && !grade.empty())
+        text += " · ";
+    return text + grade;
+}
+
+std::string timeInCourseText(const std::optional<std::int64_t> &seconds) {
+    constexpr double hour = 3600;
+    return seconds && *seconds > 0 ? roundedText(double(*seconds) / hour) + "h" : "–";
+}
+
+std::string reasonsText(const RiskRow &row) {
+    std::string text;
+    for (const ReasonLine &line : row.reasonLines)
+        text += (text.empty() ? "" : " · ") + line.text;
+    return text;
+}
+
+std::string_view arrowOf(const RosterChange &change) {
+    return isWorse(change) ? "↑" : hasImproved(change) ? "↓" : "";
+}
+
+std::string_view arrowText(const RosterChange &change) {
+    return isWorse(change)    ? "Slipped or newly flagged since your last visit."
+        : hasImproved(change) ? "Improved since your last visit."
+                              : "";
+}
+
+std::string_view followUpWord(const OutreachOutcome &outcome) {
+    return isAwaitingFollowUp(outcome) ? outcomeWord(outcome) : "";
+}
+
+std::string contactedText(const OutreachOutcome &outcome) {
+    std::string text = calendar::shortDay(outcome.contactedAt);
+    const std::string_view word = followUpWord(outcome);
+    if (!word.empty())
+        text.append(", ").append(word);
+    return text;
+}
+
+std::string studentsText(std::size_t count) {
+    return std::to_string(count) + (count == 1 ? " student" : " students");
+}
+
+std::string moreText(std::size_t hidden) {
+    return std::to_string(hidden) + " more";
+}
+
+std::string moreAccessibleText(std::size_t hidden) {
+    return moreText(hidden) + " missing, press to show";
+}
+
+} // namespace ellwynd

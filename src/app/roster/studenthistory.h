@@ -1,0 +1,26 @@
+// What is remembered of one student in one course.
+#pragma once
+
+#include "app/shell/stores.h"
+#include "memory/movement.h"
+#include "memory/outreach.h"
+#include "memory/termtrend.h"
+
+namespace ellwynd {
+
+struct StudentPast {
+    /// Absent for a student who did not move since the last visit.
+    std::optional<RosterChange> change;
+    /// Absent with fewer than two recorded days.
+    std::optional<TermTrend> trend;
+    /// Absent for a student never written to.
+    std::optional<OutreachOutcome> outreach;
+
+    bool operator==(const StudentPast &) const = default;
+};
+
+/// @param movement of the student's course.
+[[nodiscard]] StudentPast studentPast(
+    const RiskRow &row, const std::vector<RosterChange> &movement, const Stores &stores, Date now);
+
+} // namespace ellwynd

@@ -1,0 +1,99 @@
+#include "app/shell/appdelegate.h"
+
+#include "app/mainwindowcontroller.h"
+#include "app/shell/applicationservice.h"
+#include "app/shell/deeplink.h"
+#include "app/updates/updater.h"
+#include "base/log.h"
+
+#include <QProcess>
+
+#include <fmt/format.h>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr Log logger{"settings"};
+constexpr Log clicks{"links"};
+
+} // namespace
+
+AppDelegate::AppDelegate(
+    UserDefaults &store, MainWindowController &driver, ApplicationService &application,
+    Updater &updates, NewInstance start)
+    : defaults(store),
+      controller(driver),
+      service(application),
+      updater(updates),
+      newInstance(std::move(start)) {
+    connect(&service, &ApplicationService::activated, this, &AppDelegate::shouldActivate);
+    connect(&service, &ApplicationService::linksOpened, this, &AppDelegate::openLinks);
+    connect(&service, &ApplicationService::courseRequested, this, &AppDelegate::openNotice);
+    logger.info("Ellwynd launching");
+}
+
+void AppDelegate::launch(const QStringList &links) {
+    openLinks(links);
+    controller.refresh();
+    updater.start();
+}
+
+bool AppDelegate::isSampleMode() const {
+    return defaults.value(preferences::sampleData);
+}
+
+void AppDelegate::openLinks(const QStringList &links, const QString &activationToken) {
+    std::optional<std::int64_t> courseID;
+    for (const QString &link : links) {
+        if (const auto named = courseOfLink(link.toStdString()))
+            courseID = named;
+    }
+    if (!courseID)
+        return;
+    clicks.info(fmt::format("A link asks for course {}", *courseID));
+    Q_EMIT shouldActivate(activationToken);
+    controller.showCourse(*courseID);
+}
+
+void AppDelegate::openNotice(std::optional<std::int64_t> courseID, const QString &activationToken) {
+    Q_EMIT shouldActivate(activationToken);
+    if (!courseID)
+        return;
+    clicks.info(fmt::format("A notice asks for course {}", *courseID));
+    controller.showCourse(*courseID);
+}
+
+void AppDelegate::switchSampleMode() {
+    const PreferenceMap saved = defaults.persistentDomain();
+    const auto before = saved.find(preferences::sampleData.name);
+    // The opposite of what is shown: a launch argument that forces it ends with this run.
+    const bool on = !isSampleMode();
+    defaults.set(preferences::sampleData, on);
+    logger.info(fmt::format("Sample data {}; relaunching", on ? "on" : "off"));
+    // The new instance would otherwise hand over to this one and end.
+    service.giveUp();
+    const auto failure = newInstance();
+    if (!failure) {
+        Q_EMIT shouldTerminate();
+        return;
+    }
+    logger.error(fmt::format("Relaunch failed: {}", *failure));
+    // This run goes on, and must not write what belongs to the other mode.
+    if (before != saved.end())
+        defaults.set(preferences::sampleData.name, before->second);
+    else
+        defaults.remove(preferences::sampleData.name);
+    service.resume();
+    Q_EMIT relaunchDidFail(QString::fromStdString(*failure));
+}
+
+std::optional<std::string> startDetached(const QString &program) {
+    QProcess process;
+    process.setProgram(program);
+    if (process.startDetached())
+        return std::nullopt;
+    return process.errorString().toStdString();
+}
+
+} // namespace ellwynd

@@ -1,0 +1,135 @@
+#include "app/shell/applicationservice.h"
+
+#include "base/log.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr Log logger{"settings"};
+
+constexpr QLatin1StringView name("com.varnok.Ellwynd");
+constexpr QLatin1StringView path("/com/varnok/Ellwynd");
+constexpr QLatin1StringView interface("org.freedesktop.Application");
+/// The keys of platform_data that carry the right to come to the front, the newer one first.
+constexpr QLatin1StringView activationToken("activation-token");
+constexpr QLatin1StringView startupID("desktop-startup-id");
+
+constexpr QLatin1StringView openCourseAction("open-course");
+
+constexpr qsizetype mostLinks = 100;
+constexpr qsizetype longestToken = 1024;
+
+QString tokenOf(const QVariantMap &platformData) {
+    for (const QLatin1StringView key : {activationToken, startupID}) {
+        const QVariant value = platformData.value(key);
+        const QString token = value.typeId() == QMetaType::QString ? value.toString() : QString();
+        const bool plain =
+            std::ranges::all_of(token, [](QChar c) { return c >= u' ' && c <= u'~'; });
+        if (!token.isEmpty() && token.size() <= longestToken && plain)
+            return token;
+    }
+    return {};
+}
+
+} // namespace
+
+ApplicationService::ApplicationService(QDBusConnection connection, std::chrono::milliseconds wait)
+    : bus(std::move(connection)), patience(wait) {}
+
+ApplicationService::~ApplicationService() {
+    giveUp();
+}
+
+ApplicationService::Outcome
+ApplicationService::start(const QStringList &links, const QString &token) {
+    if (!bus.isConnected())
+        return Outcome::first;
+    // Whoever has the name may be about to give it up; then it is there to be taken.
+    constexpr int attempts = 3;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (takeName())
+            return Outcome::first;
+        if (handOver(links, token))
+            return Outcome::handedOver;
+        if (bus.interface()->isServiceRegistered(name))
+            return Outcome::unanswered;
+    }
+    return Outcome::unanswered;
+}
+
+bool ApplicationService::takeName() {
+    // The object first: a call that waits for the name may be delivered with it.
+    bus.registerObject(path, this, QDBusConnection::ExportScriptableSlots);
+    const auto reply = bus.interface()->registerService(name);
+    if (reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered)
+        return true;
+    if (!reply.isValid()) {
+        // A bus that refuses the name leaves the program alone as well.
+        logger.error(
+            fmt::format("Couldn't own the bus name: {}", reply.error().message().toStdString()));
+        return true;
+    }
+    bus.unregisterObject(path);
+    return false;
+}
+
+bool ApplicationService::handOver(const QStringList &links, const QString &token) const {
+    auto call = QDBusMessage::createMethodCall(
+        name, path, interface,
+        links.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
+    QVariantMap platformData;
+    if (!token.isEmpty())
+        platformData = {{activationToken, token}, {startupID, token}};
+    if (!links.isEmpty())
+        call << links;
+    call << platformData;
+    // Not to be started by the bus: if the process has gone, this one takes its place.
+    call.setAutoStartService(false);
+    const QDBusMessage answer = bus.call(call, QDBus::Block, int(patience.count()));
+    return answer.type() == QDBusMessage::ReplyMessage;
+}
+
+void ApplicationService::giveUp() {
+    if (!bus.isConnected() || bus.objectRegisteredAt(path) != this)
+        return;
+    bus.interface()->unregisterService(name);
+    bus.unregisterObject(path);
+}
+
+void ApplicationService::resume() {
+    if (bus.isConnected() && !takeName())
+        logger.error("Couldn't own the bus name: another process has it");
+}
+
+void ApplicationService::Activate(const QVariantMap &platformData) {
+    Q_EMIT activated(tokenOf(platformData));
+}
+
+void ApplicationService::Open(const QStringList &uris, const QVariantMap &platformData) {
+    Q_EMIT linksOpened(uris.first(std::min(uris.size(), mostLinks)), tokenOf(platformData));
+}
+
+/// Whoever has a course's id but no link, as a notice that was kept, can start the program with it.
+void ApplicationService::ActivateAction(
+    const QString &action, const QVariantList &parameter, const QVariantMap &platformData) {
+    const bool oneCourse =
+        parameter.size() == 1 && parameter.front().typeId() == QMetaType::LongLong;
+    if (action == openCourseAction && oneCourse)
+        Q_EMIT courseRequested(parameter.front().toLongLong(), tokenOf(platformData));
+}
+
+QString activationTokenOfStart() {
+    const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+    return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
+}
+
+} // namespace ellwynd

@@ -1,0 +1,43 @@
+#include "app/shell/stores.h"
+
+#include "app/shell/samplehistory.h"
+
+namespace ellwynd {
+
+namespace {
+
+std::optional<std::filesystem::path>
+memoryDirectory(const UserDefaults &defaults, const std::filesystem::path &directory) {
+    return defaults.value(preferences::sampleData) ? std::nullopt : std::optional{directory};
+}
+
+/// Whether a memory is switched off for good, not by a launch argument.
+bool isOff(const UserDefaults &defaults, const PreferenceKey<bool> &key) {
+    const PreferenceMap saved = defaults.persistentDomain();
+    const auto value = saved.find(key.name);
+    return value != saved.end() && value->second == PreferenceValue(false);
+}
+
+} // namespace
+
+Stores::Stores(UserDefaults &defaults, const std::filesystem::path &directory, Clock clock)
+    : history(defaults, memoryDirectory(defaults, directory), clock),
+      contacts(defaults, memoryDirectory(defaults, directory), clock),
+      templates(directory, clock) {
+    if (!defaults.value(preferences::sampleData)) {
+        // Switched off where it was not in use, as in the sample college.
+        if (isOff(defaults, preferences::rememberRosterHistory) &&
+            std::filesystem::exists(directory / "RosterHistory.json"))
+            history.deleteAll();
+        if (isOff(defaults, preferences::rememberContacts) &&
+            std::filesystem::exists(directory / "ContactLog.json"))
+            contacts.deleteAll();
+        return;
+    }
+    if (history.isEnabled())
+        history.fill(samplePast(clock()));
+    if (contacts.isEnabled())
+        contacts.fill(sampleContacts(clock()));
+}
+
+} // namespace ellwynd

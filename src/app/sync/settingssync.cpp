@@ -1,0 +1,149 @@
+#include "app/sync/settingssync.h"
+
+#include "base/log.h"
+#include "risk/coursethresholds.h"
+
+#include <QScopedValueRollback>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr Log logger{"sync"};
+
+constexpr std::array syncedKeys{
+    preferences::canvasBaseURL.name,
+    preferences::defaultPassingScore.name,
+    preferences::defaultInactivityDays.name,
+    preferences::appearance.name,
+    preferences::textScale.name,
+    preferences::sidebarExpandedTerms.name,
+    preferences::sidebarTermLimit.name,
+    preferences::rosterCompactRows.name};
+
+bool isBlank(const std::optional<PreferenceValue> &value) {
+    const auto *text = value ? std::get_if<std::string>(&*value) : nullptr;
+    return !value || (text != nullptr && text->empty());
+}
+
+} // namespace
+
+SettingsSync::SettingsSync(
+    UserDefaults &preferenceStore, CloudKeyValueStore &cloud, std::chrono::milliseconds pushDelay)
+    : defaults(preferenceStore), store(cloud) {
+    pushTimer.setSingleShot(true);
+    pushTimer.setInterval(pushDelay);
+    pushTimer.setTimerType(Qt::CoarseTimer);
+    connect(&pushTimer, &QTimer::timeout, this, &SettingsSync::push);
+}
+
+SettingsSync::~SettingsSync() = default;
+
+bool SettingsSync::isSynced(std::string_view key) {
+    return std::ranges::find(syncedKeys, key) != syncedKeys.end() ||
+        key.starts_with(courseSettings::prefix);
+}
+
+PreferenceMap SettingsSync::savedSettings() const {
+    PreferenceMap saved = defaults.persistentDomain();
+    std::erase_if(saved, [](const auto &entry) { return !isSynced(entry.first); });
+    return saved;
+}
+
+void SettingsSync::start() {
+    if (isRunning() || !defaults.value(preferences::syncSettings) ||
+        defaults.value(preferences::sampleData))
+        return;
+    const auto forced = std::ranges::count_if(
+        defaults.argumentDomain(), [](const auto &entry) { return isSynced(entry.first); });
+    if (forced > 0) {
+        logger.error(
+            fmt::format("Not syncing: launch arguments override {} synced setting(s)", forced));
+        return;
+    }
+    for (const auto &[key, value] : savedSettings())
+        held.insert(key);
+    observingStore =
+        store.observe([this](const CloudChange &change) { applyExternalChange(change); });
+    observingDefaults = defaults.observe([this](std::string_view key) { localChange(key); });
+    logger.info("Settings sync started");
+    store.synchronize();
+}
+
+void SettingsSync::stop() {
+    if (!isRunning())
+        return;
+    observingStore.reset();
+    observingDefaults.reset();
+    pushTimer.stop();
+    held.clear();
+    logger.info("Settings sync stopped");
+}
+
+void SettingsSync::localChange(std::string_view key) {
+    if (!applyingRemote && isSynced(key))
+        pushTimer.start();
+}
+
+void SettingsSync::push() {
+    const PreferenceMap saved = savedSettings();
+    const PreferenceMap stored = store.all();
+    for (const auto &[key, value] : saved) {
+        const auto there = stored.find(key);
+        if (there == stored.end() || there->second != value)
+            store.set(key, value);
+    }
+    // What was removed here is removed everywhere; what was never here is another machine's.
+    for (const std::string &key : held) {
+        if (!saved.contains(key) && stored.contains(key))
+            store.remove(key);
+    }
+    held.clear();
+    for (const auto &[key, value] : saved)
+        held.insert(key);
+}
+
+void SettingsSync::applyExternalChange(const CloudChange &change) {
+    if (change.reason == CloudChange::Reason::quotaViolation) {
+        logger.error("iCloud key-value quota violated; settings sync is stalled");
+        return;
+    }
+    int applied = 0;
+    const QScopedValueRollback guard(applyingRemote, true);
+    for (const std::string &key : change.keys) {
+        if (!isSynced(key))
+            continue;
+        const auto value = store.object(key);
+        // A blank address of another machine never disconnects this one.
+        const bool address = key == preferences::canvasBaseURL.name;
+        if (address && isBlank(value) && !defaults.value(preferences::canvasBaseURL).empty())
+            continue;
+        if (value) {
+            defaults.set(key, *value);
+            held.insert(key);
+        } else {
+            defaults.remove(key);
+            held.erase(key);
+        }
+        ++applied;
+    }
+    if (applied == 0)
+        return;
+    logger.info(fmt::format("Applied {} synced settings from iCloud", applied));
+    Q_EMIT settingsDidSyncExternally();
+}
+
+void SettingsSync::removeSyncedSettings() {
+    for (const auto &[key, value] : store.all()) {
+        if (isSynced(key))
+            store.remove(key);
+    }
+    logger.info("Removed synced settings from iCloud");
+}
+
+} // namespace ellwynd

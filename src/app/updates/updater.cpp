@@ -1,0 +1,133 @@
+#include "app/updates/updater.h"
+
+#include "base/calendar.h"
+#include "base/log.h"
+
+#include <QPointer>
+
+#include <fmt/format.h>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr Log logger{"settings"};
+
+} // namespace
+
+Updater::Updater(
+    UserDefaults &store, UpdateFeed &source, std::string build, Clock clock,
+    std::chrono::milliseconds lookEvery)
+    : defaults(store), feed(source), runningBuild(std::move(build)), now(clock) {
+    timer.setTimerType(Qt::VeryCoarseTimer);
+    timer.setInterval(lookEvery);
+    connect(&timer, &QTimer::timeout, this, [this] {
+        // By the clock on the wall, which goes on while the machine sleeps.
+        if (!lookedRecently())
+            checkIfDue();
+    });
+}
+
+void Updater::start() {
+    const auto pending = pendingUpdate();
+    if (!pending)
+        forgetPending();
+    // What another copy of the program found could not be withdrawn without a feed.
+    if (!feed.mayCheck())
+        return;
+    if (pending)
+        Q_EMIT updateFound(QString::fromStdString(pending->version));
+    checkIfDue();
+    timer.start();
+}
+
+std::optional<Update> Updater::pendingUpdate() const {
+    const Update update{
+        .build = defaults.value(preferences::pendingUpdateBuild),
+        .version = defaults.value(preferences::pendingUpdateVersion)};
+    return isNewerBuild(update.build, runningBuild) ? std::optional{update} : std::nullopt;
+}
+
+bool Updater::lookedRecently() const {
+    const auto last = feed.lastCheck();
+    // A check in the future was made by a clock that was wrong then.
+    return last && *last <= now() && now() - *last < minimumInterval;
+}
+
+void Updater::checkIfDue() {
+    if (checking || !feed.mayCheck() || !feed.checksAutomatically())
+        return;
+    if (lookedRecently()) {
+        logger.info("Skipping the update check; Sparkle looked recently");
+        return;
+    }
+    beginCheck();
+}
+
+void Updater::checkForUpdates() {
+    if (!feed.mayCheck())
+        return;
+    askedFor = true;
+    if (!checking)
+        beginCheck();
+}
+
+void Updater::beginCheck() {
+    logger.info("Checking for updates");
+    checking = true;
+    check();
+}
+
+QCoro::Task<> Updater::check() {
+    const QPointer<Updater> self(this);
+    // The day that the request is counted for, should midnight pass meanwhile.
+    const std::string today = calendar::dayKey(now());
+    const bool firstOfDay = defaults.value(preferences::lastCountedCheckDay) != today;
+    std::optional<Update> newest;
+    std::optional<std::string> failure;
+    try {
+        auto task = feed.newest(firstOfDay);
+        newest = co_await task;
+    } catch (const std::exception &error) {
+        failure = error.what();
+    }
+    if (!self)
+        co_return;
+    checking = false;
+    const bool asked = std::exchange(askedFor, false);
+    if (failure) {
+        logger.error(fmt::format("The update check failed: {}", *failure));
+        if (asked)
+            Q_EMIT checkFailed(QString::fromStdString(*failure));
+        co_return;
+    }
+    defaults.set(preferences::lastCountedCheckDay, today);
+    if (newest && isNewerBuild(newest->build, runningBuild)) {
+        announce(*newest);
+        if (asked)
+            Q_EMIT checkFoundUpdate(QString::fromStdString(newest->version));
+        co_return;
+    }
+    if (pendingUpdate()) {
+        forgetPending();
+        Q_EMIT updateWithdrawn();
+    }
+    if (asked)
+        Q_EMIT upToDate();
+}
+
+void Updater::announce(const Update &update) {
+    logger.info(fmt::format("Update {} found; showing the sidebar banner", update.version));
+    defaults.set(preferences::pendingUpdateBuild, update.build);
+    defaults.set(preferences::pendingUpdateVersion, update.version);
+    Q_EMIT updateFound(QString::fromStdString(update.version));
+}
+
+void Updater::forgetPending() {
+    for (const auto &key : {preferences::pendingUpdateBuild, preferences::pendingUpdateVersion}) {
+        if (defaults.object(key.name))
+            defaults.remove(key.name);
+    }
+}
+
+} // namespace ellwynd

@@ -1,0 +1,174 @@
+#include "app/courses/coursesetup.h"
+#include "risk/coursethresholds.h"
+#include "support/instants.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(CourseSetup, AnEditionIsACodeWithoutItsSection) {
+    struct Row {
+        const char *code;
+        const char *edition;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"CS 101 4021", "CS 101"},
+             {"cs101-01", "CS 101"},
+             {"CS-101", "CS 101"},
+             {"CS 101L-02", "CS 101L"},
+             {"2026FA-BIO-110.003", "BIO 110"},
+             {"Fall 2025 BIO 101", "BIO 101"},
+             {"FA25-BIO101", "BIO 101"},
+             {"SP 26", "SP 26"},
+             {"SP 2610", "SP 2610"},
+             {"F 101", "F 101"},
+             {"ÉCO 12", "ÉCO 12"},
+             {"  Home   room ", "HOME ROOM"},
+             {"Homeroom -", "HOMEROOM -"},
+             {"101", "101"},
+             {"", ""},
+             {" \n", ""},
+             {"<b>x</b>", "<B>X</B>"},
+             {"\xff\xfe 1", "\xEF\xBF\xBD\xEF\xBF\xBD 1"}})
+        EXPECT_EQ(editionOf(row.code), row.edition) << row.code;
+    // Texts from anywhere may be of any length.
+    EXPECT_EQ(editionOf(std::string(200'000, '-')).size(), 200'000U);
+    EXPECT_EQ(editionOf(std::string(200'000, 'a')).size(), 200'000U);
+    EXPECT_EQ(subjectAndNumber("CS 101  4021 - Intro to Programming"), "CS 101");
+    EXPECT_EQ(subjectAndNumber("Introduction to Chemistry 2"), "");
+    EXPECT_EQ(subjectAndNumber("101 Dalmatians"), "");
+}
+
+const Term fall{.id = 30, .name = "Fall", .startAt = test::at("2026-08-20T00:00:00Z")};
+const Term summer{.id = 20, .name = "Summer", .startAt = test::at("2026-06-01T00:00:00Z")};
+const Term spring{.id = 25, .name = "Spring", .startAt = test::at("2026-01-10T00:00:00Z")};
+const Term undated{.id = 1, .name = "Default"};
+const Term laterUndated{.id = 2, .name = "Default 2"};
+
+Course course(
+    std::int64_t id, std::optional<Term> term, std::optional<std::string> code,
+    std::optional<std::string> name = std::nullopt) {
+    return {.id = id, .name = std::move(name), .courseCode = std::move(code), .term = term};
+}
+
+TEST(CourseSetup, OffersTheCoursesOfEarlierTermsAndSuggestsTheEarlierEdition) {
+    const Course other = course(90, spring, "ART 1", "ART 1");
+    struct Row {
+        const char *what;
+        Course own;
+        std::vector<Course> others;
+        std::vector<std::int64_t> offered;
+        std::optional<std::int64_t> suggested;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"the newest edition by code",
+              course(1, fall, "CS 101 4021"),
+              {course(2, spring, "CS 101 1"), course(3, summer, "cs-101"), other},
+              {3, 2, 90},
+              3},
+             {"the code goes before the name",
+              course(1, fall, "CS 101", "BIO 7"),
+              {course(2, summer, "X", "BIO 7"), course(3, spring, "CS101", "Y")},
+              {2, 3},
+              3},
+             {"no code, the name",
+              course(1, fall, std::nullopt, "CS 101  4021 - Intro"),
+              {course(2, spring, "", "cs 101 - Intro"), course(3, summer, std::nullopt)},
+              {3, 2},
+              2},
+             {"nothing alike", course(1, fall, "CS 101"), {other}, {90}, std::nullopt},
+             {"neither code nor name",
+              course(1, fall, std::nullopt),
+              {course(2, summer, std::nullopt)},
+              {2},
+              std::nullopt},
+             {"the same term and later ones are left out",
+              course(1, summer, "CS 101"),
+              {course(2, summer, "CS 101"), course(3, fall, "CS 101"), other},
+              {90},
+              std::nullopt},
+             {"courses without a term are offered last",
+              course(1, fall, "CS 101"),
+              {course(2, std::nullopt, "CS 101"), other},
+              {90, 2},
+              2},
+             {"to a course without a term all are offered",
+              course(1, std::nullopt, "CS 101"),
+              {course(2, fall, "CS 101"), course(3, std::nullopt, "ART 1")},
+              {2, 3},
+              2},
+             {"without dates, the smaller term id is the earlier one",
+              course(1, undated, "CS 101"),
+              {course(2, laterUndated, "CS 101"), course(3, fall, "CS 101"), other},
+              {3, 90},
+              3},
+             {"nothing to offer", course(1, fall, "CS 101"), {}, {}, std::nullopt},
+             {"hostile names are names",
+              course(1, fall, std::nullopt, "<b>\"CS\" 1</b>\n|"),
+              {course(
+                  2, spring,
+                  "\xe2\x80\xae"
+                  "CS",
+                  "<b>")},
+              {2},
+              std::nullopt}}) {
+        std::vector<Course> all = row.others;
+        all.insert(all.begin(), row.own);
+        const SetupCandidates candidates = setupCandidates(all, row.own.id);
+        std::vector<std::int64_t> offered;
+        for (const TermGroup &group : candidates.terms) {
+            for (const Course &each : group.courses)
+                offered.push_back(each.id);
+        }
+        EXPECT_EQ(offered, row.offered) << row.what;
+        EXPECT_EQ(candidates.suggested, row.suggested) << row.what;
+    }
+    EXPECT_EQ(setupCandidates({other}, 1), SetupCandidates{}) << "the course is not in the list";
+}
+
+TEST(CourseSetup, SaysWhatIsCopied) {
+    struct Row {
+        CourseSetup setup;
+        const char *text;
+    };
+    for (const Row &row : std::vector<Row>{
+             {{.passingScore = 65, .inactivityDays = 10, .icon = {"flask", "teal"}},
+              "Passing score 65%, 10 inactivity days, icon, colour"},
+             {{.passingScore = 72.5}, "Passing score 72.5%"},
+             {{.inactivityDays = 1}, "1 inactivity day"},
+             {{.icon = {.icon = "", .color = "teal"}}, "Colour"},
+             {{}, ""}})
+        EXPECT_EQ(setupText(row.setup), row.text);
+    EXPECT_THAT(setupSummary({}), testing::HasSubstr("follows the defaults"));
+    EXPECT_THAT(setupSummary({.passingScore = 65}), testing::StartsWith("Passing score 65%. "));
+}
+
+TEST(CourseSetup, IsCopiedAndTakenBack) {
+    const test::TemporaryFolder folder;
+    UserDefaults defaults(folder.path() / "Preferences.json", {});
+    defaults.set("Course.1.PassingScore", 65.0);
+    defaults.set("Course.1.Icon", std::string("flask"));
+    defaults.set("Course.1.IconColor", std::string("plaid"));
+    defaults.set("Course.1.InactivityDays", std::string("many"));
+    defaults.set("Course.2.PassingScore", 80.0);
+    defaults.set("Course.2.InactivityDays", std::int64_t{3});
+    const PreferenceMap before = defaults.persistentDomain();
+
+    const PreferenceChanges replaced = copyCourseSetup(defaults, 1, 2);
+    const CourseSetup copied{
+        .passingScore = 65, .inactivityDays = 3, .icon = {.icon = "flask", .color = ""}};
+    EXPECT_EQ(courseSetup(defaults, 2), copied) << "what the source has not set stays";
+    EXPECT_FALSE(courseSettings::has(defaults, 2, courseSettings::iconColor));
+    defaults.update(replaced);
+    EXPECT_EQ(defaults.persistentDomain(), before);
+
+    EXPECT_TRUE(copyCourseSetup(defaults, 3, 2).empty());
+    EXPECT_EQ(courseSetup(defaults, 3), CourseSetup{});
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,312 @@
+#include "app/dashboard/dashboardtexts.h"
+#include "app/mainwindowcontroller.h"
+#include "platform/cloud/syncedfolder.h"
+#include "support/core.h"
+#include "support/fakecanvas.h"
+#include "support/instants.h"
+#include "support/rosters.h"
+#include "support/until.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using std::chrono::days;
+using test::noon;
+using testing::ElementsAre;
+
+std::vector<TermGroup> twoTerms() {
+    return {
+        {.term = Term{.id = 2, .name = "Spring"}, .courses = {Course{.id = 21}, Course{.id = 22}}},
+        {.term = Term{.id = 1, .name = "Fall"}, .courses = {Course{.id = 11}}}};
+}
+
+struct DashboardTest : testing::Test {
+    test::Core core{{}, test::noonClock};
+    Dashboard dashboard{core.defaults};
+
+    [[nodiscard]] std::string wait() const { return waitLine(dashboard).value_or("cards"); }
+};
+
+TEST_F(DashboardTest, SaysWhatItWaitsFor) {
+    constexpr auto nothing =
+        "Your courses appear here once they load — or pick one from the sidebar.";
+    EXPECT_EQ(wait(), nothing);
+    dashboard.prepareTerms(twoTerms(), Term{.id = 2, .name = "Spring"});
+    EXPECT_EQ(wait(), nothing);
+    dashboard.beginPass();
+    EXPECT_EQ(wait(), "Scoring Spring — 2 courses to go…");
+    dashboard.courseScored(2);
+    EXPECT_EQ(wait(), "Scoring Spring — 1 course to go…");
+    dashboard.courseScored(2);
+    EXPECT_EQ(wait(), "Scoring your courses — 2 of 3…");
+    dashboard.termScored({.id = 2, .title = "Spring"}, noon);
+    EXPECT_EQ(wait(), "cards");
+    EXPECT_EQ(stamp(dashboard), "updated 07:00:00 · still scoring — 2 of 3…");
+    dashboard.selectTerm(1);
+    EXPECT_EQ(wait(), "Scoring Fall — 1 course to go…  Other terms are ready in the menu.");
+    dashboard.passFailed();
+    EXPECT_EQ(wait(), "Couldn’t finish scoring — Refresh (⌘R) tries again.");
+    dashboard.beginPass();
+    EXPECT_FALSE(dashboard.lastPassFailed());
+    EXPECT_EQ(dashboard.model().terms.size(), 1U) << "the last pass's terms stay";
+    dashboard.termScored({.id = 1, .title = "Fall"}, noon + days(1));
+    dashboard.passCompleted(noon + days(1));
+    EXPECT_EQ(dashboard.model().updatedAt, noon + days(1));
+    EXPECT_EQ(dashboard.model().terms[0].id, 2) << "in the order of the menu";
+    dashboard.clear();
+    EXPECT_EQ(wait(), nothing);
+}
+
+TEST_F(DashboardTest, TheMenuBeginsWithAutomatic) {
+    const auto menu = [this] { return termMenu(dashboard); };
+    EXPECT_THAT(menu(), ElementsAre(TermMenuItem{"Automatic", 0, true}));
+    dashboard.prepareTerms(twoTerms(), Term{.id = 1, .name = "Fall"});
+    EXPECT_THAT(
+        menu(),
+        ElementsAre(
+            TermMenuItem{"Automatic (Fall)", 0, true}, TermMenuItem{"Spring", 2, false},
+            TermMenuItem{"Fall", 1, false}));
+    EXPECT_EQ(dashboard.shownTermID(), 1);
+    dashboard.selectTerm(2);
+    EXPECT_TRUE(menu()[1].selected);
+    EXPECT_EQ(dashboard.shownTermID(), 2);
+    dashboard.selectTerm(77);
+    EXPECT_TRUE(menu()[0].selected) << "a term that has aged out";
+    dashboard.prepareTerms(twoTerms(), Term{.id = 9, .name = "Long ago"});
+    EXPECT_EQ(menu()[0].title, "Automatic") << "not nearby";
+    EXPECT_EQ(dashboard.shownTermID(), 2) << "the newest";
+    // A completed pass forgets what is no longer nearby.
+    dashboard.termScored({.id = 9}, noon);
+    dashboard.termScored({.id = 1}, noon);
+    dashboard.passCompleted(noon);
+    EXPECT_EQ(dashboard.model().terms.size(), 1U);
+}
+
+TEST_F(DashboardTest, ATermAndACardInWords) {
+    const DashboardCourseCard quiet{.name = "Art", .total = 20};
+    DashboardCourseCard busy{
+        .name = "Bio",
+        .atRisk = 1,
+        .watch = 2,
+        .total = 9,
+        .slipped = 1,
+        .newlyFlagged = 1,
+        .improved = 1,
+        .awaitingFollowUp = 1,
+        .mostMissed = MostMissed{"Lab 1", 4}};
+    EXPECT_EQ(headline({.cards = {quiet}}), "0 flagged across 1 course");
+    EXPECT_EQ(movementLine({.cards = {quiet}}), "No movement since last time.");
+    EXPECT_EQ(headline({.cards = {quiet, busy}}), "3 flagged across 2 courses");
+    EXPECT_EQ(
+        movementLine({.cards = {quiet, busy, busy}}),
+        "Since last time: 2 slipped · 2 newly flagged · 2 improved · 2 awaiting follow-up");
+    EXPECT_EQ(spokenCard(quiet), "Art. All 20 students OK. Opens the course.");
+    EXPECT_EQ(
+        spokenCard(busy),
+        "Bio. 3 students flagged: 1 at risk, 2 watch. 2 worse since last time. 1 improved. 1 "
+        "awaiting follow-up. Most missed: Lab 1. Opens the course.");
+    EXPECT_EQ(movementMarks(busy), "↑ 2   ↓ 1");
+    EXPECT_EQ(
+        mostMissedHelp(*busy.mostMissed),
+        "4 students are missing this same assignment. Open the course for the full list.");
+}
+
+TEST_F(DashboardTest, TheTrendFillsDaysFromOtherMachines) {
+    SyncedFolder cloud(core.folder.path() / "cloud", core.folder.path() / "seen.json");
+    core.defaults.set(preferences::syncSettings, true);
+    core.trends.setStore(&cloud);
+    for (const auto &[ago, count] : {std::pair{15, 50}, std::pair{3, 7}, std::pair{2, 8}})
+        core.trends.publish(7, count, noon - days(ago));
+    core.trends.publish(7, 99, noon);
+    core.stores.history.fill(
+        {test::entry(7, 1, noon - days(2), "Watch"), test::entry(7, 2, noon - days(2), "Concern"),
+         test::entry(7, 1, noon - days(1), "OK")});
+    const ScoredCourse course{
+        .course = {.id = 7, .name = "Bio"}, .rows = {test::row(1, "At Risk"), test::row(2, "OK")}};
+    const DashboardCourseCard card = dashboardCard(course, core.stores, core.trends, noon);
+    EXPECT_THAT(card.trend, ElementsAre(7, 2, 0, 1));
+    EXPECT_EQ(card.newlyFlagged, 1);
+    EXPECT_EQ(card.improved, 1);
+    EXPECT_EQ(card.mostMissed, std::nullopt);
+}
+
+/// A Canvas with a course in the running term, one in the next and one that is long over.
+struct PassTest : testing::Test {
+    test::Core core{{{"MovementNotifications", true}}, test::noonClock};
+    test::FakeCanvas canvas;
+    MainWindowController controller{core.defaults, core.connector, core.stores,
+                                    core.trends,   core.outlets,   test::noonClock};
+    std::vector<bool> passes;
+
+    PassTest() {
+        test::trustAuthority();
+        core.connectTo(canvas.address());
+        canvas.serve(
+            QStringLiteral("/api/v1/courses"),
+            {R"({"id":1,"name":"Art","term":{"id":9,"name":"Fall","start_at":"2026-09-01T00:00:00Z",
+                 "end_at":"2026-12-20T00:00:00Z"}})",
+             R"({"id":2,"name":"Bio","term":{"id":10,"name":"Winter","start_at":"2026-11-01T00:00:00Z"}})",
+             R"({"id":3,"name":"Old","term":{"id":8,"name":"Spring","start_at":"2026-01-01T00:00:00Z",
+                 "end_at":"2026-05-20T00:00:00Z"}})"});
+        for (const int course : {1, 2, 3})
+            serveScore(course, 90);
+        QObject::connect(
+            &controller, &MainWindowController::passDidEnd, &controller,
+            [this](bool complete) { passes.push_back(complete); });
+    }
+
+    static QString path(int course, const char *rest) {
+        return QStringLiteral("/api/v1/courses/%1/").arg(course) + QString::fromUtf8(rest);
+    }
+
+    /// Both students of a course stand at that score.
+    void serveScore(int course, int score) {
+        std::vector<QByteArray> students;
+        for (const int id : {1, 2}) {
+            students.push_back(QStringLiteral(R"({"user_id":%1,"user":{"id":%1,"name":"Student"},)"
+                                              R"("grades":{"current_score":%2}})")
+                                   .arg(course * 10 + id)
+                                   .arg(score)
+                                   .toUtf8());
+        }
+        canvas.serve(path(course, "enrollments"), students);
+        canvas.serve(path(course, "assignment_groups"), {});
+        canvas.serve(path(course, "students/submissions"), {});
+    }
+
+    void pass() {
+        const std::size_t before = passes.size();
+        controller.refresh();
+        ASSERT_TRUE(test::until([&] { return passes.size() > before; }));
+    }
+
+    [[nodiscard]] std::string widgets() const {
+        return core.folder.read("widgets/WidgetSnapshotV2.json");
+    }
+};
+
+TEST_F(PassTest, ScoresTheNearbyTermsAndWritesTheirCounts) {
+    pass();
+    EXPECT_THAT(passes, ElementsAre(true));
+    ASSERT_EQ(controller.dashboard().model().terms.size(), 2U);
+    EXPECT_EQ(controller.dashboard().shownTerm()->title, "Fall");
+    EXPECT_EQ(controller.dashboard().model().updatedAt, noon);
+    EXPECT_EQ(controller.flaggedStudents(2), 0);
+    EXPECT_EQ(controller.flaggedStudents(3), std::nullopt) << "not nearby";
+    EXPECT_EQ(core.widgetReloads, 1);
+    const auto file = decodeWidgetSnapshotFile(widgets());
+    ASSERT_TRUE(file);
+    EXPECT_EQ(file->automaticTermID, 9);
+    ASSERT_EQ(file->terms.size(), 2U);
+    EXPECT_EQ(file->terms[0].title, "Winter");
+    EXPECT_EQ(file->terms[1].courses[0].name, "Art");
+    EXPECT_EQ(widgets().find("Student"), std::string::npos);
+    // A click on a scored course shows it at once.
+    controller.select(CourseSelection{1});
+    EXPECT_EQ(controller.roster().state, RosterView::State::shown);
+
+    core.defaults.set(preferences::widgetsHideCourseNames, true);
+    pass();
+    EXPECT_EQ(widgets().find("name"), std::string::npos);
+    EXPECT_EQ(core.folder.read("widgets/WidgetSnapshot.json").find("name"), std::string::npos);
+}
+
+TEST_F(PassTest, TheChosenTermComesFirst) {
+    core.defaults.set(preferences::dashboardTermID, std::int64_t{10});
+    std::vector<std::size_t> order;
+    QObject::connect(
+        &controller.dashboard(), &Dashboard::dashboardModelDidChange, &controller, [&] {
+            const auto &terms = controller.dashboard().model().terms;
+            if (order.size() < terms.size())
+                order.push_back(std::size_t(terms.size() == 1 ? terms[0].id : 0));
+        });
+    pass();
+    EXPECT_THAT(order, ElementsAre(10, 0));
+}
+
+TEST_F(PassTest, ATermWithAFailedCourseIsLeftOut) {
+    pass();
+    const std::string before = widgets();
+    // Another term than the automatic one: the widgets do without it.
+    canvas.plan(path(2, "enrollments"), {{.status = 404}});
+    pass();
+    EXPECT_FALSE(passes.back());
+    EXPECT_EQ(controller.dashboard().model().terms.size(), 2U) << "the earlier cards stay";
+    EXPECT_EQ(decodeWidgetSnapshotFile(widgets())->terms.size(), 1U);
+    // The automatic one: nothing is written.
+    const std::string kept = widgets();
+    const int reloads = core.widgetReloads;
+    canvas.plan(path(1, "enrollments"), {{.status = 404}});
+    pass();
+    EXPECT_EQ(widgets(), kept);
+    EXPECT_EQ(core.widgetReloads, reloads);
+}
+
+TEST_F(PassTest, ASignOutOrALaterPassOvertakesIt) {
+    pass();
+    canvas.hold(path(1, "enrollments"));
+    controller.refresh();
+    ASSERT_TRUE(test::until([&] { return controller.dashboard().progress().running; }));
+    core.check.signOut();
+    controller.refresh();
+    EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
+    EXPECT_TRUE(widgets().empty());
+    canvas.release();
+    ASSERT_TRUE(test::until([&] { return core.session.requestGate().inFlight() == 0; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(passes.size(), 1U);
+    EXPECT_TRUE(widgets().empty());
+    EXPECT_TRUE(controller.dashboard().model().terms.empty());
+
+    // A second pass while the first waits: its numbers alone are shown.
+    core.connectTo(canvas.address());
+    canvas.hold(path(1, "enrollments"));
+    controller.refresh();
+    ASSERT_TRUE(test::until([&] { return controller.dashboard().progress().running; }));
+    const auto lists = [this] {
+        return std::ranges::count(
+            canvas.requests, QStringLiteral("/api/v1/courses"), &test::FakeRequest::path);
+    };
+    const auto before = lists();
+    serveScore(1, 20);
+    controller.refresh();
+    ASSERT_TRUE(test::until([&] { return lists() > before && !controller.isLoading(); }));
+    canvas.release();
+    ASSERT_TRUE(test::until([&] { return core.session.requestGate().inFlight() == 0; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(passes.size(), 2U) << "the first pass came to no end of its own";
+    EXPECT_EQ(controller.dashboard().shownTerm()->cards[0].flagged(), 2);
+    EXPECT_FALSE(controller.dashboard().progress().running);
+}
+
+TEST_F(PassTest, AStudentIsMentionedOnceUntilTheCourseIsOpened) {
+    core.stores.history.fill(
+        {test::entry(1, 11, noon - days(1), "OK"), test::entry(1, 12, noon - days(1), "OK")});
+    serveScore(1, 20);
+    pass();
+    ASSERT_EQ(core.notifications.posted.size(), 1U);
+    EXPECT_EQ(core.notifications.posted[0].title, "2 students newly need attention");
+    EXPECT_EQ(core.notifications.posted[0].body, "Art");
+    EXPECT_EQ(core.notifications.posted[0].courseID, 1);
+    pass();
+    EXPECT_EQ(core.notifications.posted.size(), 1U);
+    controller.select(CourseSelection{1});
+    ASSERT_TRUE(test::until([&] { return !controller.isLoading(); }));
+    controller.select(DashboardSelection{});
+    pass();
+    EXPECT_EQ(core.notifications.posted.size(), 2U);
+}
+
+TEST_F(PassTest, TheSampleCollegeFeedsWidgetsOnlyWhenAsked) {
+    core.defaults.set(preferences::sampleData, true);
+    pass();
+    EXPECT_TRUE(widgets().empty());
+    core.defaults.set(preferences::sampleWidgets, true);
+    pass();
+    EXPECT_EQ(decodeWidgetSnapshotFile(widgets())->terms.size(), 2U);
+}
+
+} // namespace
+} // namespace ellwynd

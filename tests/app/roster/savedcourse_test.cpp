@@ -1,0 +1,96 @@
+#include "app/roster/savedcourse.h"
+#include "base/files.h"
+#include "support/instants.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using test::TemporaryFolder;
+
+/// A course of two students, one assignment each hands in or not.
+struct SavedCourse {
+    TemporaryFolder folder;
+
+    SavedCourse() {
+        (void)folder.write("course.json", R"({"id": 4021, "name": "Bio"})");
+        (void)folder.write("enrollments.json", R"([{"user_id": 1}, {"user_id": 2}])");
+        (void)folder.write(
+            "assignment_groups.json",
+            R"([{"id": 1, "assignments": [{"id": 5, "name": "Essay", "points_possible": 10}]}])");
+        (void)folder.write(
+            "submissions.json",
+            R"([{"user_id": 2, "assignment_id": 5, "workflow_state": "unsubmitted", "missing": true},
+                {"user_id": 77, "assignment_id": 5, "workflow_state": "unsubmitted", "missing": true}])");
+    }
+
+    [[nodiscard]] ScoredCourse score() const {
+        return scoreSavedCourse(folder.path(), CourseThresholds{}, test::noon);
+    }
+
+    [[nodiscard]] std::string failure() const {
+        try {
+            (void)score();
+        } catch (const FileError &error) {
+            return error.what();
+        }
+        return "scored";
+    }
+};
+
+TEST(SavedCourse, IsScoredWithoutThePeopleOffTheRoster) {
+    const ScoredCourse course = SavedCourse().score();
+    ASSERT_EQ(course.rows.size(), 2U);
+    EXPECT_EQ(course.rows[0].id, 2);
+    EXPECT_EQ(course.rows[0].reasonLines[0].text, "1 of 1 assignments missing — 100% of the grade");
+    ASSERT_EQ(course.missedWork.size(), 1U);
+    EXPECT_THAT(course.missedWork[0].studentIDs, testing::ElementsAre(2));
+    EXPECT_EQ(course.submissions.size(), 2U) << "the records stay as fetched";
+    EXPECT_EQ(flaggedCount(course.rows), 1);
+}
+
+TEST(SavedCourse, WithoutSharesMissingWorkIsCountedAndNamed) {
+    const SavedCourse saved;
+    (void)saved.folder.write(
+        "assignment_groups.json", R"([{"id": 1, "assignments": [{"id": 5, "name": "Essay"}]}])");
+    const RiskRow row = saved.score().rows[0];
+    EXPECT_NEAR(row.score, 0.06, 1e-12);
+    EXPECT_EQ(row.reasonLines[0].text, "1 of 1 assignments missing");
+    EXPECT_EQ(missingAssignments(row)[0].name, "Essay");
+}
+
+TEST(SavedCourse, OneClearSentenceForEveryBadFile) {
+    const std::string deep(200'000, '[');
+    struct Row {
+        const char *file;
+        std::string bytes;
+        const char *sentence;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"course.json", "", "course.json couldn't be read: Course: the text is empty"},
+             {"course.json", "[]", "course.json couldn't be read: Course is not an object"},
+             {"enrollments.json", R"([{"user_id": 1}, {"user_id": 2)",
+              "enrollments.json couldn't be read: Enrollment: it is not valid JSON"},
+             {"enrollments.json", R"([{"id": 1}])",
+              "enrollments.json couldn't be read: Enrollment [0].user_id is missing"},
+             {"assignment_groups.json", " <!DOCTYPE html><html>",
+              "assignment_groups.json holds a web page, not Canvas's JSON."},
+             {"submissions.json", deep,
+              "submissions.json couldn't be read: SubmissionSummary: it nests deeper than 64 "
+              "levels"},
+         }) {
+        const SavedCourse saved;
+        (void)saved.folder.write(row.file, row.bytes);
+        EXPECT_THAT(saved.failure(), testing::StartsWith(row.sentence));
+        EXPECT_THAT(saved.failure(), testing::Not(testing::HasSubstr("\n")));
+    }
+    const SavedCourse saved;
+    std::filesystem::remove(saved.folder.path() / "submissions.json");
+    EXPECT_THAT(saved.failure(), testing::StartsWith("submissions.json is missing from "));
+    EXPECT_THROW((void)scoreSavedCourse("/nowhere", {}, test::noon), FileError);
+}
+
+} // namespace
+} // namespace ellwynd

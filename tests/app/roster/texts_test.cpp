@@ -1,0 +1,142 @@
+#include "app/roster/rostertexts.h"
+#include "app/roster/termroster.h"
+#include "app/shell/settings.h"
+#include "canvas/canvaslinks.h"
+#include "canvas/records/termgroups.h"
+#include "support/instants.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using test::at;
+using testing::ElementsAre;
+
+TEST(RosterTexts, TellFiguresInWords) {
+    const Date now = at("2026-09-24T12:00:00Z"); // seven in the morning in Chicago
+    EXPECT_EQ(lastActiveText(std::nullopt, now), "never");
+    EXPECT_EQ(lastActiveText(at("2026-09-24T05:00:00Z"), now), "today");
+    EXPECT_EQ(lastActiveText(at("2026-09-24T04:59:59Z"), now), "yesterday");
+    EXPECT_EQ(lastActiveText(at("2026-09-14T12:00:00Z"), now), "10 days ago");
+    EXPECT_EQ(lastActiveText(at("2026-09-30T12:00:00Z"), now), "today");
+
+    RiskRow row;
+    EXPECT_EQ(scoreAndGradeText(row), "");
+    row.currentGrade = "D−";
+    EXPECT_EQ(scoreAndGradeText(row), "D−");
+    row.currentScore = 72.5;
+    EXPECT_EQ(scoreAndGradeText(row), "73% · D−");
+    EXPECT_EQ(timeInCourseText(5400), "2h");
+    EXPECT_EQ(timeInCourseText(0), "–");
+    EXPECT_EQ(moreText(3), "3 more");
+    EXPECT_EQ(moreAccessibleText(3), "3 more missing, press to show");
+}
+
+TEST(TermGroups, StandNewestFirst) {
+    const auto course = [](std::int64_t id, std::optional<Term> term) {
+        return Course{.id = id, .term = std::move(term)};
+    };
+    const Term spring{.id = 1, .name = "Spring", .startAt = at("2026-01-05T00:00:00Z")};
+    const Term fall{.id = 2, .name = "Fall", .startAt = at("2026-09-01T00:00:00Z")};
+    const Term twin{.id = 3, .startAt = at("2026-09-01T00:00:00Z")};
+    const Term undated{.id = 9, .name = "Default"};
+    const auto groups = groupByTerm(
+        {course(10, std::nullopt), course(11, spring), course(12, undated), course(13, fall),
+         course(14, spring), course(15, twin)});
+    std::vector<std::string> titles;
+    for (const TermGroup &group : groups)
+        titles.push_back(title(group));
+    EXPECT_THAT(titles, ElementsAre("Term 3", "Fall", "Spring", "Default", "Other courses"));
+    EXPECT_EQ(groups[2].courses[0].id, 11);
+    EXPECT_EQ(groups[2].courses[1].id, 14);
+    EXPECT_EQ(groups[4].id(), std::nullopt);
+}
+
+TEST(TermRows, HoldFlaggedStudentsOfEveryCourse) {
+    ScoredCourse first;
+    ScoredCourse second;
+    first.rows = {
+        {.id = 1, .score = 0.6, .level = RiskLevel::atRisk, .courseID = 10},
+        {.id = 2, .score = 0.2, .level = RiskLevel::watch, .courseID = 10},
+        {.id = 3, .score = 0, .courseID = 10}};
+    second.rows = {
+        {.id = 1, .score = 0.7, .level = RiskLevel::atRisk, .courseID = 20},
+        {.id = 2, .score = 0.2, .level = RiskLevel::watch, .courseID = 20}};
+    const std::vector<const ScoredCourse *> courses{&first, &second};
+    std::vector<std::pair<std::int64_t, std::int64_t>> keys;
+    for (const RiskRow &row : termRows(courses))
+        keys.emplace_back(row.courseID, row.id);
+    EXPECT_THAT(
+        keys, ElementsAre(std::pair(20, 1), std::pair(10, 1), std::pair(10, 2), std::pair(20, 2)));
+}
+
+TEST(CanvasLinks, AreBuiltBelowTheSavedAddress) {
+    struct Row {
+        const char *base;
+        std::optional<std::string> course;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"https://canvas.example.edu", "https://canvas.example.edu/courses/7"},
+             {"https://canvas.example.edu/", "https://canvas.example.edu/courses/7"},
+             {"https://h.example/lms?x=1#y", "https://h.example/lms/courses/7"},
+             {"http://canvas.example.edu", std::nullopt},
+             {"HTTPS://canvas.example.edu", std::nullopt},
+             {"canvas.example.edu", std::nullopt},
+             {"https://", std::nullopt},
+             {"https:///x", std::nullopt},
+             {"", std::nullopt}})
+        EXPECT_EQ(canvasLinks::course(row.base, 7), row.course) << row.base;
+    const std::string base = "https://h.example";
+    EXPECT_EQ(canvasLinks::grades(base, 7, 9), "https://h.example/courses/7/grades/9");
+    EXPECT_EQ(canvasLinks::assignment(base, 7, 8), "https://h.example/courses/7/assignments/8");
+    EXPECT_EQ(canvasLinks::course(base, 0), std::nullopt);
+    EXPECT_EQ(canvasLinks::grades(base, 7, -1), std::nullopt);
+    EXPECT_EQ(canvasLinks::assignment(base, 0, 8), std::nullopt);
+}
+
+TEST(WriteSetting, ChecksAsTheControlsDo) {
+    const test::TemporaryFolder folder;
+    UserDefaults defaults(folder.path() / "Preferences.json", {});
+    struct Row {
+        const char *key;
+        const char *word;
+        std::optional<std::string> saved;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"TextScale", "5", "2.0"},
+             {"TextScale", "big", std::nullopt},
+             {"SidebarTermLimit", "-3", "0"},
+             {"SidebarTermLimit", "2.5", std::nullopt},
+             {"DefaultPassingScore", "65", "65.0"},
+             {"DefaultPassingScore", "101", std::nullopt},
+             {"DefaultInactivityDays", "0", std::nullopt},
+             {"Course.7.PassingScore", "-1", std::nullopt},
+             {"Course.7.InactivityDays", "60", "60"},
+             {"Appearance", "dark", "\"dark\""},
+             {"Appearance", "gloomy", std::nullopt},
+             {"AccentTheme", "teal", "\"teal\""},
+             {"RosterCompactRows", "YES", "true"},
+             {"RosterCompactRows", "maybe", std::nullopt},
+             {"Course.7.Icon", "flask", "\"flask\""},
+             {"Course.7.Icon", "Flask", std::nullopt},
+             {"Course.7.Icon", "5", std::nullopt},
+             {"Course.7.IconColor", "teal", "\"teal\""},
+             {"Course.7.IconColor", "flask", std::nullopt},
+             {"Icon", "anything", "\"anything\""},
+             {"Unknown", "word", "\"word\""}}) {
+        defaults.remove(row.key);
+        std::optional<std::string> saved;
+        try {
+            writeSetting(defaults, row.key, parsePreferenceValue(row.word));
+            saved = toJSON(defaults.persistentDomain().at(row.key));
+        } catch (const InvalidSetting &error) {
+            EXPECT_THAT(error.what(), testing::HasSubstr(row.key));
+        }
+        EXPECT_EQ(saved, row.saved) << row.key << " " << row.word;
+    }
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,337 @@
+// One program for a session, on a bus of its own; see support/with-bus.
+#include "app/mainwindowcontroller.h"
+#include "app/shell/appdelegate.h"
+#include "app/shell/applicationservice.h"
+#include "app/updates/updater.h"
+#include "support/core.h"
+#include "support/instants.h"
+#include "support/logcapture.h"
+#include "support/until.h"
+
+#include <QDBusConnectionInterface>
+#include <QProcess>
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const QString name = QStringLiteral("com.varnok.Ellwynd");
+
+bool nameIsOwned() {
+    return QDBusConnection::sessionBus().interface()->isServiceRegistered(name);
+}
+
+/// The program itself, in a home of its own, on this bus and without a display.
+class Program {
+  public:
+    explicit Program(const QStringList &arguments) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *folder :
+             {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"})
+            environment.insert(
+                QString::fromUtf8(folder), QString::fromStdString(home.path().string()));
+        environment.insert(QStringLiteral("DESKTOP_STARTUP_ID"), QStringLiteral("token-of-start"));
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(ELLWYND_PROGRAM), arguments);
+    }
+    ~Program() {
+        process.kill();
+        process.waitForFinished();
+    }
+    Program(const Program &) = delete;
+    Program &operator=(const Program &) = delete;
+
+    /// Its status once it has ended; meanwhile this process goes on answering.
+    [[nodiscard]] int status() {
+        if (!test::until([this] { return process.state() == QProcess::NotRunning; }))
+            return -1;
+        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    }
+
+    [[nodiscard]] std::string errors() {
+        collected += process.readAllStandardError().toStdString();
+        return collected;
+    }
+
+    test::TemporaryFolder home;
+    QProcess process;
+
+  private:
+    std::string collected;
+};
+
+/// A program of the session inside this process, on the sample college.
+struct Shell {
+    test::Core core{{{"SampleData", true}}};
+    MainWindowController controller{core.defaults, core.connector, core.stores,
+                                    core.trends,   core.outlets,   test::noonClock};
+    AppcastFeed feed{core.defaults, ""};
+    Updater updater{core.defaults, feed, "1"};
+    ApplicationService service;
+    AppDelegate delegate{
+        core.defaults, controller, service, updater,
+        []() -> std::optional<std::string> { return "not in this test"; }};
+    std::vector<std::string> activations;
+
+    Shell() {
+        QObject::connect(
+            &delegate, &AppDelegate::shouldActivate, &delegate,
+            [this](const QString &token) { activations.push_back(token.toStdString()); });
+    }
+
+    [[nodiscard]] std::optional<std::int64_t> courseShown() const {
+        return controller.roster().courseID;
+    }
+};
+
+/// Another peer of the bus, which calls as anybody may.
+struct Peer {
+    QDBusConnection bus =
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("peer"));
+
+    ~Peer() { QDBusConnection::disconnectFromBus(QStringLiteral("peer")); }
+
+    /// The name of the error that a call is answered with; empty for success.
+    std::string call(const QString &method, const QVariantList &arguments) {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            name, QStringLiteral("/com/varnok/Ellwynd"),
+            QStringLiteral("org.freedesktop.Application"), method);
+        message.setArguments(arguments);
+        const QDBusPendingCall pending = bus.asyncCall(message);
+        EXPECT_TRUE(test::until([&] { return pending.isFinished(); }));
+        return pending.isError() ? pending.error().name().toStdString() : "";
+    }
+};
+
+const QStringList linkTo900102{QStringLiteral("ellwynd://course/900102")};
+
+TEST(Session, ASecondStartHandsItsLinkOver) {
+    Shell first;
+    ASSERT_EQ(first.service.start({}, {}), ApplicationService::Outcome::first);
+    first.delegate.launch({});
+    ASSERT_EQ(first.courseShown(), std::nullopt);
+
+    Program second(linkTo900102);
+    EXPECT_EQ(second.status(), 0) << second.errors();
+    EXPECT_EQ(first.courseShown(), 900102);
+    EXPECT_THAT(first.activations, ElementsAre("token-of-start"));
+    EXPECT_FALSE(std::filesystem::exists(second.home.path() / "Ellwynd"))
+        << "the second start has nothing to do with the files";
+
+    Program third({QStringLiteral("-SampleData"), QStringLiteral("YES")});
+    EXPECT_EQ(third.status(), 0) << third.errors();
+    EXPECT_EQ(first.courseShown(), 900102);
+    EXPECT_EQ(first.activations.size(), 2U) << "without a link the window comes to the front";
+}
+
+TEST(Session, TwoProgramsAreOne) {
+    // The window system's own options may stand anywhere.
+    Program first(
+        {QStringLiteral("--platform"), QStringLiteral("offscreen"), QStringLiteral("-SampleData"),
+         QStringLiteral("YES")});
+    EXPECT_TRUE(test::until(nameIsOwned)) << first.errors();
+    Program second(linkTo900102);
+    EXPECT_EQ(second.status(), 0) << second.errors();
+    EXPECT_TRUE(test::until([&] {
+        return first.errors().find("A link asks for course 900102") != std::string::npos;
+    })) << first.errors();
+    EXPECT_EQ(first.process.state(), QProcess::Running);
+    EXPECT_THAT(first.errors(), HasSubstr("Ellwynd launching"));
+    EXPECT_THAT(second.errors(), testing::Not(HasSubstr("Ellwynd launching")));
+}
+
+TEST(Session, NonsenseIsRefused) {
+    for (const char *word : {"--nonsense", "course", "-SampleData", "/etc/passwd"}) {
+        Program program({QString::fromUtf8(word)});
+        EXPECT_EQ(program.status(), 2) << word;
+        EXPECT_THAT(program.errors(), HasSubstr(word));
+    }
+    EXPECT_FALSE(nameIsOwned());
+}
+
+TEST(Session, ANameWithoutAnAnswerHoldsNobodyUp) {
+    ApplicationService silent;
+    ASSERT_EQ(silent.start({}, {}), ApplicationService::Outcome::first);
+    Program second(linkTo900102);
+    // Nobody runs the event loop that would answer.
+    EXPECT_TRUE(second.process.waitForFinished(9000)) << "it waits for ever";
+    EXPECT_EQ(second.status(), 1);
+    EXPECT_THAT(second.errors(), HasSubstr("does not answer"));
+}
+
+TEST(Session, ANameWithoutTheObjectHoldsNobodyUp) {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    ASSERT_TRUE(bus.registerService(name));
+    Program second({});
+    EXPECT_EQ(second.status(), 1) << second.errors();
+    bus.unregisterService(name);
+}
+
+TEST(Session, WithoutABusTheProgramIsAlone) {
+    ApplicationService alone(QDBusConnection(QStringLiteral("no such connection")));
+    EXPECT_EQ(alone.start(linkTo900102, {}), ApplicationService::Outcome::first);
+    alone.giveUp();
+    alone.resume();
+}
+
+TEST(Session, ALinkWaitsForTheCourseList) {
+    Shell shell;
+    shell.delegate.launch(linkTo900102);
+    EXPECT_EQ(shell.courseShown(), 900102);
+    EXPECT_THAT(shell.activations, ElementsAre(""));
+}
+
+TEST(Session, CallsOpenACourseOrDoNothing) {
+    Shell shell;
+    ASSERT_EQ(shell.service.start({}, {}), ApplicationService::Outcome::first);
+    shell.delegate.launch({});
+    Peer peer;
+    const QVariantMap nothing;
+    const auto open = [&](const QStringList &links, const QVariantMap &data) {
+        shell.activations.clear();
+        return peer.call(QStringLiteral("Open"), {links, data});
+    };
+    const auto link = [](int id) { return QStringLiteral("ellwynd://course/%1").arg(id); };
+    const QString token = QStringLiteral("activation-token");
+    const QString startup = QStringLiteral("desktop-startup-id");
+
+    EXPECT_EQ(open({link(900101)}, {{token, QStringLiteral("new")}, {startup, 5}}), "");
+    EXPECT_EQ(shell.courseShown(), 900101);
+    EXPECT_THAT(shell.activations, ElementsAre("new"));
+
+    // As if they were clicked one after the other.
+    EXPECT_EQ(
+        open(
+            {link(900101), link(900102), QStringLiteral("https://canvas.example.edu/courses/1")},
+            {{token, QStringLiteral("two\nlines")}, {startup, QStringLiteral("old")}}),
+        "");
+    EXPECT_EQ(shell.courseShown(), 900102);
+    EXPECT_THAT(shell.activations, ElementsAre("old"));
+
+    const std::optional<std::int64_t> asBefore = 900102;
+    EXPECT_EQ(open({link(4021)}, nothing), "");
+    EXPECT_EQ(shell.courseShown(), asBefore) << "a course that the list does not have";
+    EXPECT_EQ(open({QStringLiteral("ellwynd://courses/900101"), QString()}, nothing), "");
+    EXPECT_THAT(shell.activations, ElementsAre()) << "no link";
+    QStringList many(100'000, QString(64, u'x'));
+    many << link(900101);
+    EXPECT_EQ(open(many, {{token, QString(100'000, u'x')}}), "");
+    EXPECT_EQ(shell.courseShown(), asBefore) << "behind too many";
+    EXPECT_THAT(shell.activations, ElementsAre());
+
+    const std::string unknownMethod = "org.freedesktop.DBus.Error.UnknownMethod";
+    for (const QVariantList &arguments : std::initializer_list<QVariantList>{
+             {},
+             {link(900101)},
+             {link(900101), nothing},
+             {QStringList(link(900101))},
+             {QStringList(link(900101)), nothing, 1},
+             {QVariantList{1, 2}, nothing}})
+        EXPECT_EQ(peer.call(QStringLiteral("Open"), arguments), unknownMethod);
+    for (const char *method : {"giveUp", "resume", "deleteLater", "activated", "linksOpened"})
+        EXPECT_EQ(peer.call(QString::fromUtf8(method), {}), unknownMethod) << method;
+    const qlonglong course = 900101;
+    const auto action = [&](const char *which, const QVariantList &parameter) {
+        return peer.call(
+            QStringLiteral("ActivateAction"), {QString::fromUtf8(which), parameter, nothing});
+    };
+    for (const QVariantList &parameter : std::initializer_list<QVariantList>{
+             {}, {course, course}, {QStringLiteral("900101")}, {900101.0}})
+        EXPECT_EQ(action("open-course", parameter), "");
+    EXPECT_EQ(action("quit", {course}), "");
+    EXPECT_EQ(shell.courseShown(), asBefore);
+    EXPECT_THAT(shell.activations, ElementsAre());
+    EXPECT_EQ(action("open-course", {course}), "");
+    EXPECT_EQ(shell.courseShown(), course);
+    EXPECT_THAT(shell.activations, ElementsAre(""));
+
+    EXPECT_EQ(peer.call(QStringLiteral("Activate"), {nothing}), "");
+    EXPECT_THAT(shell.activations, ElementsAre("", ""));
+}
+
+TEST(Session, NoticesComeToTheFrontAndOpenTheirCourse) {
+    Shell shell;
+    shell.delegate.launch({});
+    shell.delegate.openNotice(900201, QStringLiteral("token"));
+    EXPECT_EQ(shell.courseShown(), 900201);
+    shell.delegate.openNotice(std::nullopt);
+    EXPECT_EQ(shell.courseShown(), 900201);
+    EXPECT_THAT(shell.activations, ElementsAre("token", ""));
+}
+
+TEST(Session, SwitchingSampleModeFreesTheNameAndStartsAnew) {
+    struct Row {
+        const char *what;
+        PreferenceMap arguments;
+        std::optional<bool> saved;
+        bool after;
+        const char *line;
+    };
+    for (const Row &row : {
+             Row{"entering", {}, std::nullopt, true, "settings: Sample data on; relaunching"},
+             Row{"leaving", {}, true, false, "settings: Sample data off; relaunching"},
+             Row{"leaving what was forced",
+                 {{"SampleData", true}},
+                 std::nullopt,
+                 false,
+                 "settings: Sample data off; relaunching"},
+             Row{"entering although it is saved",
+                 {{"SampleData", false}},
+                 true,
+                 true,
+                 "settings: Sample data on; relaunching"},
+         }) {
+        for (const bool fails : {false, true}) {
+            const test::LogCapture log;
+            Shell shell;
+            UserDefaults defaults(shell.core.folder.path() / "Other.json", row.arguments);
+            if (row.saved)
+                defaults.set(preferences::sampleData, *row.saved);
+            const PreferenceMap before = defaults.persistentDomain();
+            bool wasFree = false;
+            AppDelegate delegate(
+                defaults, shell.controller, shell.service, shell.updater,
+                [&]() -> std::optional<std::string> {
+                    wasFree = !nameIsOwned();
+                    return fails ? std::optional<std::string>("no such file") : std::nullopt;
+                });
+            ASSERT_EQ(shell.service.start({}, {}), ApplicationService::Outcome::first);
+            int ended = 0;
+            std::vector<std::string> failures;
+            QObject::connect(&delegate, &AppDelegate::shouldTerminate, [&] { ++ended; });
+            QObject::connect(&delegate, &AppDelegate::relaunchDidFail, [&](const QString &message) {
+                failures.push_back(message.toStdString());
+            });
+
+            delegate.switchSampleMode();
+            EXPECT_TRUE(wasFree) << row.what;
+            EXPECT_THAT(log.lines(), Contains(row.line)) << row.what;
+            EXPECT_EQ(ended, fails ? 0 : 1) << row.what;
+            EXPECT_EQ(nameIsOwned(), fails) << row.what;
+            if (fails) {
+                EXPECT_THAT(failures, ElementsAre("no such file")) << row.what;
+                EXPECT_EQ(log.lines().back(), "settings: Relaunch failed: no such file");
+                EXPECT_EQ(defaults.persistentDomain(), before) << row.what;
+            } else {
+                // What a new instance reads, which has no launch arguments.
+                const UserDefaults next(shell.core.folder.path() / "Other.json", {});
+                EXPECT_EQ(next.value(preferences::sampleData), row.after) << row.what;
+            }
+        }
+    }
+}
+
+TEST(Session, AProgramThatIsNotThereCannotBeStarted) {
+    const auto failure = startDetached(QStringLiteral("/nonexistent/ellwynd"));
+    ASSERT_TRUE(failure);
+    EXPECT_NE(*failure, "");
+    EXPECT_EQ(startDetached(QStringLiteral("/bin/true")), std::nullopt);
+}
+
+} // namespace
+} // namespace ellwynd

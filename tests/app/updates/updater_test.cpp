@@ -1,0 +1,384 @@
+#include "app/updates/updater.h"
+#include "support/fakecanvas.h"
+#include "support/instants.h"
+#include "support/logcapture.h"
+#include "support/temporaryfolder.h"
+#include "support/until.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using namespace std::chrono_literals;
+using test::FakeReply;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+std::string feed(const std::string &items) {
+    return R"(<?xml version="1.0" encoding="utf-8"?>
+<rss version="2.0" xmlns:sparkle="http://www.andymatuschak.org/xml-namespaces/sparkle">
+<channel><title>Ellwynd</title>)" +
+        items + "</channel></rss>";
+}
+
+std::string item(const std::string &build, const std::string &version) {
+    return "<item><title>New</title><sparkle:version>" + build +
+        "</sparkle:version><sparkle:shortVersionString>" + version +
+        "</sparkle:shortVersionString></item>";
+}
+
+TEST(Appcast, BuildsAreComparedAsNumbers) {
+    struct Row {
+        const char *build;
+        const char *than;
+        bool newer;
+    };
+    for (const Row &row : {
+             Row{"2", "1", true},
+             Row{"10", "9", true},
+             Row{"1.10", "1.9", true},
+             Row{"1.0.1", "1.0", true},
+             Row{"2", "1.99.99", true},
+             Row{"100000000000000000000000", "99999999999999999999999", true},
+             Row{"1.0.0", "1", false},
+             Row{"01.2", "1.2", false},
+             Row{"1", "1.0.0", false},
+             Row{"1.9", "1.10", false},
+             Row{"2b1", "1", false},
+             Row{"2.", "1", false},
+             Row{".2", "1", false},
+             Row{"2..1", "1", false},
+             Row{"-2", "1", false},
+             Row{"", "", false},
+             Row{"2", "", false},
+         })
+        EXPECT_EQ(isNewerBuild(row.build, row.than), row.newer) << row.build << " / " << row.than;
+}
+
+TEST(Appcast, TheNewestItemIsOffered) {
+    using Offer = std::optional<Update>;
+    const std::string namespaced =
+        R"(<rss xmlns:s="http://www.andymatuschak.org/xml-namespaces/sparkle"><channel><item>)"
+        R"(<enclosure url="https://a.example/x" s:version="7" s:shortVersionString="0.7"/>)"
+        R"(</item></channel></rss>)";
+    const std::string foreign = R"(<rss xmlns:sparkle="https://elsewhere.example/"><channel>)" +
+        item("9", "9") + "</channel></rss>";
+    struct Row {
+        const char *what;
+        std::string text;
+        Offer offer;
+    };
+    for (
+        const Row &row : {
+            Row{"the highest, wherever it stands",
+                feed(item("9", "0.9") + item("10", "1.0") + item("8", "0.8")), Update{"10", "1.0"}},
+            Row{"attributes, under any prefix", namespaced, Update{"7", "0.7"}},
+            Row{"elements before attributes",
+                feed(
+                    R"(<item><enclosure sparkle:version="3"/><sparkle:version>4</sparkle:version>)"
+                    R"(<sparkle:deltas><enclosure sparkle:version="99"/></sparkle:deltas></item>)"),
+                Update{"4", "4"}},
+            Row{"another namespace", foreign, std::nullopt},
+            Row{"no items", feed(""), std::nullopt},
+            Row{"an item of a channel",
+                feed("<item><sparkle:version>5</sparkle:version>"
+                     "<sparkle:channel>beta</sparkle:channel></item>"),
+                std::nullopt},
+            Row{"a build that is no number", feed(item("5b", "5")), std::nullopt},
+            Row{"a build without end", feed(item(std::string(5000, '9'), "5")), std::nullopt},
+            Row{"a version without end", feed(item("5", std::string(5000, 'x'))), Update{"5", "5"}},
+            Row{"a version that turns the line around", feed(item("5", "1\u202e2")),
+                Update{"5", "5"}},
+            Row{"markup is text", feed(item("5", "&lt;b&gt;&#x31;")), Update{"5", "<b>1"}},
+        })
+        EXPECT_EQ(newestUpdate(row.text), row.offer) << row.what;
+}
+
+TEST(Appcast, WhatIsNoFeedIsAnError) {
+    const std::string bomb =
+        R"(<!DOCTYPE rss [<!ENTITY a "1234567890"><!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;">)"
+        R"(<!ENTITY c "&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;">]>)";
+    const std::string body = feed(item("&c;", "1"));
+    for (const std::string &text : std::initializer_list<std::string>{
+             "",
+             "<!DOCTYPE html><html><body>Sign in</body></html>",
+             "<html></html>",
+             "{\"rss\":{}}",
+             feed(item("2", "2")).substr(0, 200),
+             feed(item("2", "2")) + "<more/>",
+             feed("<item><sparkle:version>1<b/></sparkle:version></item>"),
+             feed(item("&unknown;", "1")),
+             R"(<!DOCTYPE rss [<!ENTITY x SYSTEM "file:///etc/passwd">]>)" + feed(item("1", "&x;")),
+             bomb + body.substr(body.find("<rss")),
+             R"(<!DOCTYPE rss>)" + feed(item("2", "2")).substr(body.find("<rss")),
+         })
+        EXPECT_THROW(static_cast<void>(newestUpdate(text)), UpdateError) << text.substr(0, 80);
+}
+
+Date currentTime = test::noon;
+
+struct UpdaterTest : testing::Test {
+    test::TemporaryFolder folder;
+    UserDefaults defaults{folder.path() / "Preferences.json", {}};
+    test::FakeCanvas server;
+    test::LogCapture log;
+    AppcastFeed source{defaults, server.address() + "/appcast.xml", [] { return currentTime; }};
+    Updater updater{defaults, source, "2", [] { return currentTime; }};
+    std::vector<std::string> told;
+
+    UpdaterTest() {
+        test::trustAuthority();
+        currentTime = test::noon;
+        serve(feed(item("2", "0.2")));
+        listen(updater);
+    }
+
+    void listen(const Updater &to) {
+        QObject::connect(&to, &Updater::updateFound, &to, [this](const QString &version) {
+            told.push_back("found " + version.toStdString());
+        });
+        QObject::connect(
+            &to, &Updater::updateWithdrawn, &to, [this] { told.emplace_back("withdrawn"); });
+        QObject::connect(&to, &Updater::upToDate, &to, [this] { told.emplace_back("up to date"); });
+        QObject::connect(&to, &Updater::checkFailed, &to, [this](const QString &message) {
+            told.push_back("failed: " + message.toStdString());
+        });
+    }
+
+    void serve(const std::string &text) { answer({.body = QByteArray::fromStdString(text)}); }
+    void answer(const FakeReply &reply) {
+        server.answerWith([reply](const test::FakeRequest &) { return reply; });
+    }
+
+    /// The teacher's own check, to its end.
+    std::vector<std::string> check(Updater &of) {
+        told.clear();
+        of.checkForUpdates();
+        EXPECT_TRUE(test::until([this] { return !told.empty(); }));
+        return told;
+    }
+    std::vector<std::string> check() { return check(updater); }
+
+    /// The queries of the requests so far.
+    [[nodiscard]] std::vector<std::string> queries() const {
+        std::vector<std::string> list;
+        for (const test::FakeRequest &request : server.requests)
+            list.push_back(request.query.toStdString());
+        return list;
+    }
+
+    [[nodiscard]] std::string countedDay() const {
+        return defaults.value(preferences::lastCountedCheckDay);
+    }
+};
+
+TEST_F(UpdaterTest, TheFirstCheckOfADayIsCountedOnce) {
+    EXPECT_THAT(check(), ElementsAre("up to date"));
+    EXPECT_EQ(countedDay(), "2026-09-24");
+    check();
+    currentTime += 24h;
+    check();
+    EXPECT_THAT(queries(), ElementsAre("fd=1", "", "fd=1"));
+    EXPECT_EQ(countedDay(), "2026-09-25");
+    // Nothing but the marker and the program's name tells one computer from another.
+    const auto &headers = server.requests.front().headers;
+    EXPECT_EQ(headers.value("user-agent").left(8), "Ellwynd/");
+    EXPECT_FALSE(headers.contains("cookie"));
+    EXPECT_FALSE(headers.contains("authorization"));
+}
+
+TEST_F(UpdaterTest, ACheckThatFailedIsCountedAgain) {
+    answer({.status = 500});
+    EXPECT_THAT(check(), ElementsAre(HasSubstr("status 500")));
+    EXPECT_EQ(countedDay(), "");
+    serve("<rss>");
+    check();
+    serve(feed(item("3", "0.3")));
+    EXPECT_THAT(check(), ElementsAre("found 0.3"));
+    check();
+    EXPECT_THAT(queries(), ElementsAre("fd=1", "fd=1", "fd=1", ""));
+}
+
+TEST_F(UpdaterTest, TheMarkerJoinsAQueryOfTheAddress) {
+    AppcastFeed other(defaults, server.address() + "/feed?os=linux", test::noonClock);
+    Updater of(defaults, other, "2", test::noonClock);
+    listen(of);
+    check(of);
+    EXPECT_THAT(queries(), ElementsAre("os=linux&fd=1"));
+}
+
+TEST_F(UpdaterTest, NewerBuildsAreAnnouncedAndRemembered) {
+    EXPECT_EQ(updater.pendingUpdate(), std::nullopt);
+    for (const char *build : {"1", "1.9", "2", "2.0"}) {
+        serve(feed(item(build, "old")));
+        EXPECT_THAT(check(), ElementsAre("up to date")) << build;
+    }
+    serve(feed(item("2.1", "0.2.1")));
+    EXPECT_THAT(check(), ElementsAre("found 0.2.1"));
+    EXPECT_THAT(log.lines(), Contains("settings: Update 0.2.1 found; showing the sidebar banner"));
+    EXPECT_EQ(defaults.value(preferences::pendingUpdateBuild), "2.1");
+    EXPECT_EQ(defaults.value(preferences::pendingUpdateVersion), "0.2.1");
+
+    // A failed check changes nothing; a feed without the update takes it back.
+    answer({.status = 404});
+    check();
+    EXPECT_EQ(updater.pendingUpdate(), (Update{"2.1", "0.2.1"}));
+    serve(feed(""));
+    EXPECT_THAT(check(), ElementsAre("withdrawn", "up to date"));
+    EXPECT_FALSE(defaults.object(preferences::pendingUpdateBuild.name));
+}
+
+TEST_F(UpdaterTest, APendingUpdateEndsOnceItRuns) {
+    struct Row {
+        const char *running;
+        bool pending;
+    };
+    defaults.set(preferences::automaticUpdateChecks, false);
+    for (const Row &row :
+         {Row{"2", true}, Row{"3", false}, Row{"4", false}, Row{"unknown", false}}) {
+        for (const bool hasFeed : {true, false}) {
+            defaults.set(preferences::pendingUpdateBuild, std::string("3"));
+            defaults.set(preferences::pendingUpdateVersion, std::string("0.3"));
+            AppcastFeed none(defaults, "");
+            Updater of(defaults, hasFeed ? source : none, row.running);
+            listen(of);
+            told.clear();
+            of.start();
+            EXPECT_EQ(!told.empty(), row.pending && hasFeed) << row.running;
+            EXPECT_EQ(
+                defaults.object(preferences::pendingUpdateBuild.name).has_value(), row.pending)
+                << row.running;
+            EXPECT_EQ(of.pendingUpdate().has_value(), row.pending) << row.running;
+        }
+    }
+}
+
+TEST_F(UpdaterTest, WhatNobodyAskedForIsSkippedAndSilent) {
+    const auto requestsAfter = [this](Date time) {
+        currentTime = time;
+        log.lines().clear();
+        updater.checkIfDue();
+        const bool began =
+            log.lines() == std::vector<std::string>{"settings: Checking for updates"};
+        EXPECT_TRUE(
+            began ||
+            log.lines() ==
+                std::vector<std::string>{
+                    "settings: Skipping the update check; Sparkle looked recently"});
+        EXPECT_TRUE(!began || test::until([&] { return !countedDay().empty(); }));
+        defaults.remove(preferences::lastCountedCheckDay.name);
+        return server.requests.size();
+    };
+    const Date begin = test::noon;
+    EXPECT_EQ(requestsAfter(begin), 1U);
+    EXPECT_EQ(requestsAfter(begin), 1U);
+    EXPECT_EQ(requestsAfter(begin + 24h - 1s), 1U);
+    EXPECT_EQ(requestsAfter(begin + 24h), 2U);
+    EXPECT_EQ(requestsAfter(begin - 24h), 3U) << "a last check in the future is none";
+    EXPECT_THAT(told, ElementsAre());
+
+    log.lines().clear();
+    currentTime += 48h;
+    defaults.set(preferences::automaticUpdateChecks, false);
+    updater.checkIfDue();
+    EXPECT_THAT(log.lines(), ElementsAre());
+    EXPECT_THAT(check(), ElementsAre("up to date")) << "the teacher may still ask";
+}
+
+TEST_F(UpdaterTest, AFailedCheckIsNotTriedAgainBeforeItsTime) {
+    answer({.status = 503});
+    updater.checkIfDue();
+    EXPECT_TRUE(test::until([&] { return log.lines().size() == 2; }));
+    EXPECT_THAT(log.lines().back(), HasSubstr("status 503"));
+    updater.checkIfDue();
+    EXPECT_EQ(log.lines().back(), "settings: Skipping the update check; Sparkle looked recently");
+    EXPECT_THAT(told, ElementsAre());
+}
+
+TEST_F(UpdaterTest, TheScheduleFollowsTheClock) {
+    Updater of(
+        defaults, source, "2", [] { return currentTime; }, 1ms);
+    of.start();
+    EXPECT_TRUE(test::until([&] { return countedDay() == "2026-09-24"; }));
+    currentTime += 24h;
+    EXPECT_TRUE(test::until([&] { return countedDay() == "2026-09-25"; }));
+    EXPECT_EQ(server.requests.size(), 2U);
+    EXPECT_THAT(log.lines(), testing::Not(Contains(HasSubstr("Skipping"))));
+}
+
+TEST_F(UpdaterTest, TheTeacherJoinsACheckUnderWay) {
+    updater.checkIfDue();
+    EXPECT_THAT(check(), ElementsAre("up to date"));
+    EXPECT_EQ(server.requests.size(), 1U);
+}
+
+TEST_F(UpdaterTest, HostileAnswersEndTheCheckWithAMessage) {
+    const QByteArray space(2 * 1024 * 1024, ' ');
+    struct Row {
+        const char *what;
+        FakeReply reply;
+        const char *message;
+    };
+    for (const Row &row : {
+             Row{"huge", {.body = space}, "it is too long"},
+             Row{"huge when unpacked", test::gzipped({.body = space}), "it is too long"},
+             Row{"elsewhere",
+                 {.status = 302, .headers = {{"Location", "https://elsewhere.example/"}}},
+                 "status 302"},
+             Row{"cut short",
+                 {.body = QByteArray(1000, ' '), .manner = FakeReply::Manner::cut},
+                 "couldn’t be"},
+             Row{"hung up", {.manner = FakeReply::Manner::closed}, "couldn’t be loaded"},
+             Row{"a document type",
+                 {.body = QByteArray::fromStdString("<!DOCTYPE rss><rss/>")},
+                 "declares a document type"},
+         }) {
+        answer(row.reply);
+        EXPECT_THAT(check(), ElementsAre(HasSubstr(row.message))) << row.what;
+    }
+    EXPECT_EQ(countedDay(), "");
+}
+
+TEST_F(UpdaterTest, AnAnswerThatNeverComesIsGivenUp) {
+    for (const auto manner : {FakeReply::Manner::silent, FakeReply::Manner::trickle}) {
+        AppcastFeed impatient(
+            defaults, server.address(), test::noonClock, {.silence = 60s, .whole = 50ms});
+        Updater of(defaults, impatient, "2", test::noonClock);
+        listen(of);
+        answer({.manner = manner});
+        EXPECT_THAT(check(of), ElementsAre(HasSubstr("took too long")));
+    }
+}
+
+TEST_F(UpdaterTest, OnlyACertificateThatTheSystemTrustsWillDo) {
+    using Kind = test::CertificateKind;
+    for (const Kind kind : {Kind::expired, Kind::otherHost, Kind::unknownAuthority}) {
+        const test::FakeCanvas liar(kind);
+        AppcastFeed other(defaults, liar.address(), test::noonClock);
+        Updater of(defaults, other, "2", test::noonClock);
+        listen(of);
+        EXPECT_THAT(check(of), ElementsAre(HasSubstr("couldn’t be loaded"))) << int(kind);
+        EXPECT_TRUE(liar.requests.empty()) << int(kind);
+    }
+}
+
+TEST_F(UpdaterTest, WithoutAFeedNothingHappens) {
+    for (const char *address :
+         {"", "http://localhost/appcast.xml", "HTTPS://localhost/appcast.xml", "https://",
+          "https:", "https:///appcast.xml", "file:///appcast.xml"}) {
+        AppcastFeed none(defaults, address);
+        Updater of(defaults, none, "2");
+        EXPECT_FALSE(of.mayCheck()) << address;
+        listen(of);
+        of.start();
+        of.checkForUpdates();
+    }
+    EXPECT_THAT(log.lines(), ElementsAre());
+    EXPECT_THAT(told, ElementsAre());
+    EXPECT_FALSE(defaults.object(preferences::lastUpdateCheck.name));
+}
+
+} // namespace
+} // namespace ellwynd

@@ -125,9 +125,9 @@ int main(int argc, char **argv) {
         &application, &QGuiApplication::applicationStateChanged, &controller,
         [&controller](Qt::ApplicationState state) {
             if (state == Qt::ApplicationActive)
-                controller.cameBack();
+                controller.refreshIfStale();
         });
-    const auto waking = observeWake([&controller] { controller.cameBack(); });
+    const auto waking = observeWake([&controller] { controller.refreshIfStale(); });
     controller.startTimer();
     window.offerUpdates(updater.mayCheck());
     QObject::connect(

@@ -1,61 +1,57 @@
 #include "app/mainwindowcontroller.h"
 
-#include "app/courses/nearbyterms.h"
-#include "app/roster/termroster.h"
 #include "base/log.h"
-#include "canvas/sample/samplecanvasclient.h"
+#include "net/task.h"
 
 #include <QPointer>
-#include <QScopedValueRollback>
 
 #include <fmt/format.h>
-
-#include <algorithm>
 
 namespace ellwynd {
 
 namespace {
 
 constexpr Log logger{"network"};
-constexpr Log widgetLog{"widgets"};
 
-/// A coarse timer keeps this within a twentieth, well inside the five minutes that it may be off.
-constexpr std::chrono::seconds passInterval{1800};
 /// Coming to the front again and again fetches nothing more often than this.
 constexpr std::chrono::minutes freshEnough{5};
+
+bool isThreshold(std::string_view key) {
+    return key == preferences::defaultPassingScore.name ||
+        key == preferences::defaultInactivityDays.name || key.starts_with(courseSettings::prefix);
+}
 
 } // namespace
 
 MainWindowController::MainWindowController(
-    UserDefaults &preferenceStore, const Connector &connections, Stores &memory,
-    TrendSync &trendSync, PassOutlets results, Clock clock)
-    : defaults(preferenceStore),
-      connector(connections),
-      stores(memory),
-      trends(trendSync),
-      now(clock),
-      dashboardModel(preferenceStore),
-      outlets(results),
-      pass(preferenceStore, memory, trendSync, rosterCache, dashboardModel, results, clock),
-      rosterActions(rosterView, preferenceStore, memory, clock),
-      observing(preferenceStore.observe([this](std::string_view key) { preferenceChanged(key); })) {
-    connect(
-        &stores.history, &RosterHistory::historyDidChange, this,
-        &MainWindowController::showWhatIsRemembered);
-    connect(
-        &stores.contacts, &ContactLog::contactsDidChange, this,
-        &MainWindowController::showWhatIsRemembered);
-    connect(&trends, &TrendSync::trendCountsDidSync, this, &MainWindowController::rebuildDashboard);
-    connect(&pass, &ScoringPass::courseDidScore, this, &MainWindowController::coursesDidChange);
-    connect(&pass, &ScoringPass::passDidEnd, this, &MainWindowController::passDidEnd);
-    widgetRefreshTimer.setTimerType(Qt::CoarseTimer);
-    widgetRefreshTimer.setInterval(passInterval);
-    connect(&widgetRefreshTimer, &QTimer::timeout, this, &MainWindowController::timerFired);
+    UserDefaults &defaults, const Connector &connector, Stores &stores, TrendSync &trends,
+    PassSinks sinks, Clock now)
+    : defaults(defaults),
+      connector(connector),
+      now(now),
+      widgets(sinks.widgets),
+      courseList(defaults, now),
+      rosterController(defaults, courseList, stores, trends, rosterCache, sinks.notices, now),
+      passScheduler(defaults, connector, courseList, stores, trends, rosterCache, sinks, now),
+      rosterActions(rosterController.view(), defaults, stores, now),
+      observing(defaults.observe([this](std::string_view key) {
+          if (isThreshold(key))
+              rescoreAll();
+      })) {
+    using Self = MainWindowController;
+    connect(&courseList, &CourseList::coursesDidChange, this, &Self::coursesDidChange);
+    connect(&rosterController, &RosterController::rosterDidChange, this, &Self::rosterDidChange);
+    connect(&rosterController, &RosterController::loadingDidChange, this, &Self::loadingDidChange);
+    connect(&rosterController, &RosterController::cacheDidChange, this, &Self::coursesDidChange);
+    connect(&rosterController, &RosterController::errorDidOccur, this, &Self::errorDidOccur);
+    connect(&passScheduler, &PassScheduler::courseDidScore, this, &Self::coursesDidChange);
+    connect(&passScheduler, &PassScheduler::passDidEnd, this, &Self::passDidEnd);
+    connect(&passScheduler, &PassScheduler::connectionDidOpen, this, [this](auto opened) {
+        source = std::move(opened);
+    });
 }
 
 MainWindowController::~MainWindowController() = default;
-
-// ---- The course list ---------------------------------------------------------------------------
 
 void MainWindowController::refresh() {
     if (isRefreshing) {
@@ -69,20 +65,20 @@ void MainWindowController::refresh() {
         return;
     }
     if (!source) {
-        becomeNotConnected();
+        resetToDisconnected();
         return;
     }
     isRefreshing = true;
     setStatus("Loading courses…");
-    fetchCourseList(source);
+    detach(fetchCourseList(source), "Reading the course list");
 }
 
 QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReading> from) {
     const QPointer<MainWindowController> self(this);
     std::optional<CanvasError> failure;
-    std::vector<Course> courses;
+    std::vector<Course> fetched;
     try {
-        courses = co_await from->fetchCourses();
+        fetched = co_await from->fetchCourses();
     } catch (const CanvasError &error) {
         failure = error;
     } catch (const std::exception &error) {
@@ -95,82 +91,66 @@ QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReadin
         setStatus(rejected ? "Canvas rejected the token" : "Couldn’t load");
         Q_EMIT errorDidOccur(*failure);
     } else {
-        latestCourses = std::move(courses);
-        const std::size_t count = latestCourses.size();
-        setStatus(fmt::format(
-            "{}{} course{}", defaults.value(preferences::sampleData) ? "Sample college · " : "",
-            count, count == 1 ? "" : "s"));
-        const Date today = now();
-        dashboardModel.prepareTerms(
-            nearbyTerms(latestCourses, today), automaticTerm(latestCourses, today));
-        Q_EMIT coursesDidChange();
+        courseList.set(std::move(fetched));
+        setStatus(courseList.statusText());
+        passScheduler.prepareTerms();
         reselect();
-        freshenThenPass(std::move(from));
+        detach(refreshSelectionThenScoreAll(std::move(from)), "Scoring the courses");
     }
-    refreshEnded();
+    refreshDidEnd();
 }
 
 /// What is on screen first, so that its requests are not behind those of every other course.
-QCoro::Task<> MainWindowController::freshenThenPass(std::shared_ptr<CanvasReading> from) {
+QCoro::Task<>
+MainWindowController::refreshSelectionThenScoreAll(std::shared_ptr<CanvasReading> from) {
     const QPointer<MainWindowController> self(this);
-    const std::vector<Course> courses = selectedCourses();
-    ++selectionToken;
-    if (courses.empty()) {
-        showDashboard();
-    } else {
-        showCached(courses);
-        co_await fetchRoster(from, courses);
-    }
+    auto loading = rosterController.load(from);
+    co_await loading;
     if (self && source == from)
-        pass.start(std::move(from));
+        passScheduler.start(std::move(from));
 }
 
 void MainWindowController::startTimer() {
-    widgetRefreshTimer.start();
+    passScheduler.startTimer();
 }
 
-void MainWindowController::timerFired() {
-    if (latestCourses.empty())
-        return;
-    try {
-        if (auto connection = connector.open()) {
-            source = std::move(connection);
-            const Date today = now();
-            dashboardModel.prepareTerms(
-                nearbyTerms(latestCourses, today), automaticTerm(latestCourses, today));
-            pass.start(source);
-        }
-    } catch (const KeychainError &error) {
-        widgetLog.error(
-            fmt::format("Skipping widget refresh, Keychain unreadable: {}", error.what()));
-    }
-}
-
-void MainWindowController::cameBack() {
-    const bool passIsFresh = pass.lastPassAt() && now() - *pass.lastPassAt() < freshEnough;
-    if (source && !latestCourses.empty() && !isRefreshing && !passIsFresh)
-        freshenThenPass(source);
+void MainWindowController::refreshIfStale() {
+    const auto lastPassAt = passScheduler.lastPassAt();
+    const bool passIsFresh = lastPassAt && now() - *lastPassAt < freshEnough;
+    if (source && !courseList.isEmpty() && !isRefreshing && !passIsFresh)
+        detach(refreshSelectionThenScoreAll(source), "Scoring the courses");
 }
 
 /// The course that was waited for, else what was selected if it is still there, else the dashboard.
 void MainWindowController::reselect() {
     const auto pending = std::exchange(pendingCourseID, std::nullopt);
-    if (pending && std::ranges::count(knownCourses(), *pending, &Course::id) > 0)
-        currentSelection = CourseSelection{*pending};
-    if (selectedCourses().empty())
-        currentSelection = DashboardSelection{};
+    if (pending && courseList.contains(*pending))
+        rosterController.setSelection(CourseSelection{*pending});
+    if (rosterController.selectedCourses().empty())
+        rosterController.setSelection(DashboardSelection{});
 }
 
 void MainWindowController::showCourse(std::int64_t courseID) {
-    if (latestCourses.empty())
+    if (courseList.isEmpty())
         pendingCourseID = courseID;
-    else if (currentSelection == Selection(CourseSelection{courseID}))
+    else if (selection() == Selection(CourseSelection{courseID}))
         refreshRoster();
-    else if (std::ranges::count(knownCourses(), courseID, &Course::id) > 0)
+    else if (courseList.contains(courseID))
         select(CourseSelection{courseID});
 }
 
-void MainWindowController::refreshEnded() {
+void MainWindowController::select(const Selection &selection) {
+    if (rosterController.selection() == selection)
+        return;
+    rosterController.setSelection(selection);
+    refreshRoster();
+}
+
+void MainWindowController::refreshRoster() {
+    detach(rosterController.load(source), "Loading the roster");
+}
+
+void MainWindowController::refreshDidEnd() {
     isRefreshing = false;
     Q_EMIT loadingDidChange();
     if (std::exchange(refreshQueued, false))
@@ -183,214 +163,18 @@ void MainWindowController::showKeychainUnavailable(const KeychainError &error) {
     setStatus("Keychain unavailable");
 }
 
-void MainWindowController::becomeNotConnected() {
-    currentSelection.reset();
-    latestCourses.clear();
+void MainWindowController::resetToDisconnected() {
     rosterCache.entries.clear();
-    pass.abandon();
-    dashboardModel.clear();
-    outlets.widgets.clear();
-    ++selectionToken;
-    loadingRoster = false;
-    rosterView = {.state = RosterView::State::notConnected};
+    passScheduler.resetToDisconnected();
+    widgets.clear();
+    rosterController.resetToDisconnected();
     setStatus("Not connected");
-    Q_EMIT coursesDidChange();
-    Q_EMIT rosterDidChange();
-}
-
-std::vector<Course> MainWindowController::knownCourses() const {
-    std::vector<Course> courses = latestCourses;
-    if (defaults.value(preferences::sampleData) && !courses.empty())
-        std::ranges::copy(SampleCanvasClient::olderCourses(now()), std::back_inserter(courses));
-    return courses;
-}
-
-std::vector<TermGroup> MainWindowController::sidebarTerms() const {
-    std::vector<TermGroup> terms = groupByTerm(knownCourses());
-    const auto limit = std::size_t(defaults.value(preferences::sidebarTermLimit));
-    if (limit > 0 && terms.size() > limit) {
-        // The courses without a term are no term, and are always listed.
-        const bool others = !terms.back().term;
-        terms.erase(terms.begin() + std::ptrdiff_t(limit), terms.end() - (others ? 1 : 0));
-    }
-    return terms;
+    courseList.set({});
 }
 
 std::optional<std::int64_t> MainWindowController::flaggedStudents(std::int64_t courseID) const {
     const ScoredCourse *course = rosterCache.find(courseID);
     return course != nullptr ? std::optional{flaggedCount(course->rows)} : std::nullopt;
-}
-
-// ---- Rosters -----------------------------------------------------------------------------------
-
-void MainWindowController::select(const Selection &selection) {
-    if (currentSelection == selection)
-        return;
-    currentSelection = selection;
-    loadSelection();
-}
-
-void MainWindowController::refreshRoster() {
-    loadSelection();
-}
-
-void MainWindowController::loadSelection() {
-    ++selectionToken;
-    const std::vector<Course> courses = selectedCourses();
-    if (!source)
-        return;
-    if (courses.empty()) {
-        showDashboard();
-        return;
-    }
-    showCached(courses);
-    fetchRoster(source, courses);
-}
-
-std::vector<Course> MainWindowController::selectedCourses() const {
-    std::vector<Course> courses = knownCourses();
-    if (!currentSelection || std::holds_alternative<DashboardSelection>(*currentSelection))
-        return {};
-    std::erase_if(courses, [this](const Course &course) {
-        if (const auto *one = std::get_if<CourseSelection>(&*currentSelection))
-            return course.id != one->courseID;
-        const auto term = course.term ? std::optional{course.term->id} : std::nullopt;
-        return term != std::get<TermSelection>(*currentSelection).termID;
-    });
-    return courses;
-}
-
-std::string MainWindowController::selectionTitle() const {
-    const std::vector<Course> courses = selectedCourses();
-    if (courses.empty())
-        return {};
-    return std::holds_alternative<CourseSelection>(*currentSelection)
-        ? displayName(courses.front())
-        : title(groupByTerm(courses).front());
-}
-
-/// The dashboard stands in the roster's place; a load that is under way is dropped.
-void MainWindowController::showDashboard() {
-    loadingRoster = false;
-    rosterView = {};
-    Q_EMIT rosterDidChange();
-    Q_EMIT loadingDidChange();
-}
-
-/// Shows what earlier fetches left of the selection, or that it is loading.
-void MainWindowController::showCached(const std::vector<Course> &courses) {
-    std::vector<const ScoredCourse *> cached;
-    for (const Course &course : courses) {
-        if (const ScoredCourse *entry = rosterCache.find(course.id))
-            cached.push_back(entry);
-    }
-    if (cached.size() == courses.size()) {
-        showRoster(cached, movementOf(*cached.front(), stores));
-        return;
-    }
-    rosterView = {
-        .state = RosterView::State::loading,
-        .title = selectionTitle(),
-        .courseCount = courses.size()};
-    Q_EMIT rosterDidChange();
-}
-
-QCoro::Task<> MainWindowController::fetchRoster(
-    std::shared_ptr<CanvasReading> from, std::vector<Course> courses) {
-    const QPointer<MainWindowController> self(this);
-    const Token token = selectionToken;
-    const bool cachedShown = rosterView.state == RosterView::State::shown;
-    loadingRoster = true;
-    Q_EMIT loadingDidChange();
-
-    std::vector<QCoro::Task<ScoredCourse>> loads;
-    for (const Course &course : courses)
-        loads.push_back(loadCourse(*from, course, defaults, now));
-    std::vector<ScoredCourse> scored;
-    std::optional<CanvasError> failure;
-    for (auto &load : loads) {
-        try {
-            scored.push_back(co_await load);
-            if (self && token == selectionToken) {
-                rosterView.loadedCourses = scored.size();
-                Q_EMIT loadingDidChange();
-            }
-        } catch (const CanvasError &error) {
-            failure = error;
-        } catch (const std::exception &error) {
-            failure = CanvasError::network(error.what());
-        }
-    }
-    // The teacher has moved on: a slow load never overwrites what was chosen after it.
-    if (!self || token != selectionToken)
-        co_return;
-    loadingRoster = false;
-    Q_EMIT loadingDidChange();
-    if (failure) {
-        showFailure(*failure, cachedShown);
-        co_return;
-    }
-    std::vector<const ScoredCourse *> shown;
-    for (ScoredCourse &course : scored) {
-        const std::int64_t id = course.course.id;
-        shown.push_back(
-            &(rosterCache.entries.insert_or_assign(id, std::move(course)).first->second));
-    }
-    std::vector<RosterChange> movement;
-    if (std::holds_alternative<CourseSelection>(*currentSelection)) {
-        const QScopedValueRollback guard(recordingVisit, true);
-        movement = recordVisit(*shown.front(), stores, trends);
-        if (outlets.notices != nullptr)
-            outlets.notices->forget(shown.front()->course.id);
-    }
-    showRoster(shown, std::move(movement));
-    Q_EMIT coursesDidChange();
-}
-
-void MainWindowController::showFailure(const CanvasError &error, bool cachedShown) {
-    if (cachedShown) {
-        logger.error(
-            fmt::format("Roster freshen failed, keeping cache: {}", error.errorDescription()));
-        rosterView.staleReason = error.errorDescription();
-    } else {
-        rosterView = {.state = RosterView::State::failed, .title = selectionTitle()};
-        Q_EMIT errorDidOccur(error);
-    }
-    Q_EMIT rosterDidChange();
-}
-
-void MainWindowController::showRoster(
-    const std::vector<const ScoredCourse *> &courses, std::vector<RosterChange> movement) {
-    RosterView view{
-        .state = RosterView::State::shown,
-        .title = selectionTitle(),
-        .courseCount = courses.size(),
-        .fetchedAt = (*std::ranges::min_element(courses, {}, &ScoredCourse::fetchedAt))->fetchedAt};
-    if (std::holds_alternative<CourseSelection>(*currentSelection)) {
-        const ScoredCourse &course = *courses.front();
-        view.courseID = course.course.id;
-        view.rows = course.rows;
-        view.missedWork = course.missedWork;
-        view.thresholds = course.thresholds;
-        view.movement = std::move(movement);
-        view.insight = courseInsight(course, stores, now());
-    } else {
-        view.rows = termRows(courses);
-    }
-    view.outreach = outreachOf(view.rows, stores, now());
-    rosterView = std::move(view);
-    Q_EMIT rosterDidChange();
-}
-
-// ---- Preferences -------------------------------------------------------------------------------
-
-void MainWindowController::preferenceChanged(std::string_view key) {
-    if (key == preferences::sidebarTermLimit.name)
-        Q_EMIT coursesDidChange();
-    const bool threshold = key == preferences::defaultPassingScore.name ||
-        key == preferences::defaultInactivityDays.name || key.starts_with(courseSettings::prefix);
-    if (threshold)
-        rescoreAll();
 }
 
 /// Scores what is in memory again. Nothing is fetched, so live figures do not change.
@@ -405,47 +189,9 @@ void MainWindowController::rescoreAll() {
     }
     if (!changed)
         return;
-    showAgain();
-    rebuildDashboard();
+    rosterController.redisplayFromCache();
+    passScheduler.rebuildDashboard();
     Q_EMIT coursesDidChange();
-}
-
-/// Makes the cards that stand there anew from what is in memory.
-void MainWindowController::rebuildDashboard() {
-    const DashboardModel before = dashboardModel.model();
-    for (const DashboardTerm &term : before.terms) {
-        DashboardTerm rebuilt = term;
-        for (DashboardCourseCard &card : rebuilt.cards) {
-            if (const ScoredCourse *course = rosterCache.find(card.courseID))
-                card = dashboardCard(*course, stores, trends, now());
-        }
-        if (rebuilt != term)
-            dashboardModel.termScored(std::move(rebuilt), before.updatedAt);
-    }
-}
-
-/// Shows the roster on screen anew from the cache; the note about stale rows stays.
-void MainWindowController::showAgain() {
-    if (rosterView.state != RosterView::State::shown)
-        return;
-    const std::string stale = rosterView.staleReason;
-    showCached(selectedCourses());
-    if (!stale.empty()) {
-        rosterView.staleReason = stale;
-        Q_EMIT rosterDidChange();
-    }
-}
-
-// ---- What is remembered ------------------------------------------------------------------------
-
-StudentPast MainWindowController::past(const RiskRow &row) const {
-    return studentPast(row, rosterView.movement, stores, now());
-}
-
-void MainWindowController::showWhatIsRemembered() {
-    if (!recordingVisit)
-        showAgain();
-    rebuildDashboard();
 }
 
 void MainWindowController::setStatus(std::string text) {

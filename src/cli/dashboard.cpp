@@ -1,5 +1,5 @@
 #include "app/dashboard/dashboardtexts.h"
-#include "app/mainwindowcontroller.h"
+#include "app/dashboard/passscheduler.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
@@ -116,46 +116,41 @@ int runDashboard(Session &session, const QStringList &words) {
     line.flag("notify", "Post the notice of students who newly do worse.");
     if (!line.parse(words))
         return done;
-    // Throws what a refresh would only show.
-    static_cast<void>(session.connect());
+    const auto source = session.connect();
     DesktopNotifications notifications;
     MovementNotifier notices(session.defaults(), notifications, [] { return false; });
     WidgetSnapshotWriter widgets(directories::widgetContainer(), widgetTimelines::reloadAll);
     const Connector connector(session.defaults(), session.secrets(), session.http(), session.now);
-    MainWindowController controller(
-        session.defaults(), connector, session.stores(), session.trends(),
+    CourseList courses(session.defaults(), session.now);
+    RosterCache cache;
+    PassScheduler passes(
+        session.defaults(), connector, courses, session.stores(), session.trends(), cache,
         {.widgets = widgets, .notices = line.has("notify") ? &notices : nullptr}, session.now);
+    const Dashboard &dashboard = passes.dashboard();
+    courses.set(fetchCourses(session, *source));
+    passes.prepareTerms();
 
-    std::optional<CanvasError> failure;
     bool complete = false;
     QEventLoop loop;
-    QObject::connect(
-        &controller, &MainWindowController::errorDidOccur, &loop, [&](const CanvasError &error) {
-            failure = error;
-            loop.quit();
-        });
-    QObject::connect(&controller, &MainWindowController::passDidEnd, &loop, [&](bool whole) {
+    QObject::connect(&passes, &PassScheduler::passDidEnd, &loop, [&](bool whole) {
         complete = whole;
         loop.quit();
     });
-    session.progress().begin("Reading the course list…");
-    QObject::connect(&controller.dashboard(), &Dashboard::dashboardModelDidChange, &loop, [&] {
-        const PassProgress &pass = controller.dashboard().progress();
+    QObject::connect(&dashboard, &Dashboard::dashboardModelDidChange, &loop, [&] {
+        const PassProgress &pass = dashboard.progress();
         if (pass.running) {
             session.progress().begin(
                 fmt::format("Scored {} of {} courses…", pass.done, pass.total));
         }
     });
-    QMetaObject::invokeMethod(&controller, &MainWindowController::refresh, Qt::QueuedConnection);
+    // Queued, since a pass over the sample college ends before this returns.
+    QMetaObject::invokeMethod(
+        &passes, [&] { passes.start(source); }, Qt::QueuedConnection);
     loop.exec();
     session.progress().end();
     if (line.has("notify"))
         waitForNotices(notifications);
-    if (failure)
-        throw *failure;
-    line.print(
-        line.wantsJSON() ? printed(dashboardDocument(controller.dashboard()))
-                         : dashboardText(controller.dashboard()));
+    line.print(line.wantsJSON() ? printed(dashboardDocument(dashboard)) : dashboardText(dashboard));
     return complete ? done : failed;
 }
 

@@ -349,7 +349,7 @@ void MainWindow::openCopySetup() {
     if (!courseID)
         return;
     auto *sheet =
-        new CopySetupSheet(*courseID, controller.knownCourses(), defaults, appearance, this);
+        new CopySetupSheet(*courseID, controller.courses().known(), defaults, appearance, this);
     connect(
         sheet, &CopySetupSheet::setupCopied, this,
         [this](const QString &note, const PreferenceChanges &replaced) {

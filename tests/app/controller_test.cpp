@@ -17,7 +17,7 @@ struct ControllerTest : testing::Test {
     test::Core core{{{"SampleData", true}}, test::noonClock};
     UserDefaults &defaults = core.defaults;
     MainWindowController controller{defaults,    core.connector, core.stores,
-                                    core.trends, core.outlets,   test::noonClock};
+                                    core.trends, core.sinks,     test::noonClock};
 
     [[nodiscard]] const RosterView &roster() const { return controller.roster(); }
 
@@ -58,17 +58,17 @@ TEST_F(ControllerTest, ShowsOneCourseWithItsMissingWork) {
 }
 
 TEST_F(ControllerTest, SidebarListsAsManyTermsAsWanted) {
-    EXPECT_TRUE(controller.sidebarTerms().empty());
+    EXPECT_TRUE(controller.courses().sidebarTerms().empty());
     controller.refresh();
-    EXPECT_EQ(controller.sidebarTerms().size(), 6U);
+    EXPECT_EQ(controller.courses().sidebarTerms().size(), 6U);
     defaults.set(preferences::sidebarTermLimit, std::int64_t{0});
-    const auto all = controller.sidebarTerms();
+    const auto all = controller.courses().sidebarTerms();
     EXPECT_EQ(all.size(), 11U);
     EXPECT_EQ(title(all.front()), "Fall 2026");
     EXPECT_EQ(title(all[2]), "Spring 2026");
     EXPECT_EQ(title(all.back()), "Winter 2024");
     defaults.set(preferences::sidebarTermLimit, std::int64_t{1});
-    EXPECT_EQ(controller.sidebarTerms().size(), 1U);
+    EXPECT_EQ(controller.courses().sidebarTerms().size(), 1U);
     // A course of an older term opens as any other does.
     controller.select(CourseSelection{900301});
     EXPECT_EQ(roster().state, RosterView::State::shown);
@@ -178,11 +178,11 @@ TEST_F(ControllerTest, ExportsWhatIsOnScreen) {
 TEST_F(ControllerTest, WithoutAConnectionEverythingIsEmpty) {
     test::Core unconnected;
     MainWindowController other{unconnected.defaults, unconnected.connector, unconnected.stores,
-                               unconnected.trends,   unconnected.outlets,   test::noonClock};
+                               unconnected.trends,   unconnected.sinks,     test::noonClock};
     other.refresh();
     EXPECT_EQ(other.roster().state, RosterView::State::notConnected);
     EXPECT_EQ(other.status(), "Not connected");
-    EXPECT_TRUE(other.sidebarTerms().empty());
+    EXPECT_TRUE(other.courses().sidebarTerms().empty());
 }
 
 TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
@@ -202,7 +202,7 @@ TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
     test::Core connected({{"CanvasBaseURL", std::string("https://h.example")}});
     MainWindowController real(
         connected.defaults, connected.connector, connected.stores, connected.trends,
-        connected.outlets);
+        connected.sinks);
     listen(real);
     real.actions().openCourse(7);
     real.actions().openGrades(7, 9);
@@ -220,7 +220,7 @@ struct LiveControllerTest : testing::Test {
     test::Core core;
     test::FakeCanvas canvas;
     MainWindowController controller{
-        core.defaults, core.connector, core.stores, core.trends, core.outlets};
+        core.defaults, core.connector, core.stores, core.trends, core.sinks};
     std::vector<CanvasError> errors;
 
     LiveControllerTest() {

@@ -62,7 +62,7 @@ TEST(Keyring, WhatIsOnScreenOutlivesALockedAndAKilledKeyring) {
         EXPECT_EQ(controller.roster().state, RosterView::State::shown) << what;
         EXPECT_EQ(controller.roster().courseID, 4021) << what;
         EXPECT_EQ(controller.roster().rows, rows) << what;
-        EXPECT_EQ(controller.sidebarTerms().size(), 1U) << what;
+        EXPECT_EQ(controller.courses().sidebarTerms().size(), 1U) << what;
         EXPECT_EQ(canvas.requests.size(), requests) << what;
     };
     test::lockKeyring();

@@ -212,7 +212,7 @@ class Studio {
         icon->accept();
 
         std::vector<Course> courses;
-        for (const TermGroup &group : controller.sidebarTerms())
+        for (const TermGroup &group : controller.courses().sidebarTerms())
             courses.insert(courses.end(), group.courses.begin(), group.courses.end());
         for (const Course &course : courses) {
             if (course.term && course.term->id != courses.front().term->id)

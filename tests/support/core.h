@@ -26,7 +26,7 @@ struct Core {
     /// How often the widgets were asked to draw again.
     int widgetReloads = 0;
     WidgetSnapshotWriter widgets{folder.path() / "widgets", [this] { ++widgetReloads; }};
-    PassOutlets outlets{.widgets = widgets, .notices = &notices};
+    PassSinks sinks{.widgets = widgets, .notices = &notices};
 
     explicit Core(PreferenceMap arguments = {}, Clock clock = systemNow)
         : defaults(folder.path() / "Preferences.json", std::move(arguments)),

@@ -21,8 +21,7 @@ struct MainWindowTest : testing::Test {
     UserDefaults &defaults = core.defaults;
     Settings settings{defaults};
     Appearance appearance{settings, false};
-    MainWindowController controller{
-        defaults, core.connector, core.stores, core.trends, core.outlets};
+    MainWindowController controller{defaults, core.connector, core.stores, core.trends, core.sinks};
     SyncService sync{defaults, core.trends, core.folder.path() / "Seen.json"};
     MainWindow window{controller, defaults,           core.stores, core.check,
                       sync,       core.notifications, appearance};

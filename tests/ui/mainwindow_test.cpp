@@ -106,7 +106,7 @@ TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
     test::Core unconnected;
     MainWindowController other{
         unconnected.defaults, unconnected.connector, unconnected.stores, unconnected.trends,
-        unconnected.outlets};
+        unconnected.sinks};
     const MainWindow signedOut{other, unconnected.defaults, unconnected.stores, unconnected.check,
                                sync,  core.notifications,   appearance};
     other.refresh();

@@ -3,6 +3,7 @@
 #include "base/log.h"
 #include "canvas/records/canvaserror.h"
 #include "memory/movement.h"
+#include "net/task.h"
 
 #include <QPointer>
 
@@ -27,15 +28,15 @@ struct ScoringPass::Results {
 };
 
 ScoringPass::ScoringPass(
-    UserDefaults &preferenceStore, Stores &memory, TrendSync &trendSync, RosterCache &rosters,
-    Dashboard &board, PassOutlets results, Clock clock)
-    : defaults(preferenceStore),
-      stores(memory),
-      trends(trendSync),
-      cache(rosters),
-      dashboard(board),
-      outlets(results),
-      now(clock) {}
+    UserDefaults &defaults, Stores &stores, TrendSync &trends, RosterCache &rosterCache,
+    Dashboard &dashboard, PassSinks sinks, Clock now)
+    : defaults(defaults),
+      stores(stores),
+      trends(trends),
+      rosterCache(rosterCache),
+      dashboard(dashboard),
+      sinks(sinks),
+      now(now) {}
 
 ScoringPass::~ScoringPass() = default;
 
@@ -47,7 +48,7 @@ void ScoringPass::start(std::shared_ptr<CanvasReading> source) {
         return term.id() == shown;
     });
     dashboard.beginPass();
-    run(std::move(source), std::move(terms));
+    detach(run(std::move(source), std::move(terms)), "The scoring pass");
 }
 
 void ScoringPass::abandon() {
@@ -58,6 +59,24 @@ void ScoringPass::abandon() {
 
 QCoro::Task<>
 ScoringPass::run(std::shared_ptr<CanvasReading> source, std::vector<TermGroup> terms) {
+    const QPointer<ScoringPass> self(this);
+    const std::int64_t generation = widgetGeneration;
+    std::string failure;
+    try {
+        auto scoring = scoreTerms(std::move(source), std::move(terms));
+        co_await scoring;
+    } catch (const std::exception &error) {
+        failure = error.what();
+    }
+    if (!self || failure.empty() || generation != widgetGeneration)
+        co_return;
+    logger.error(fmt::format("The scoring pass ended early: {}", failure));
+    dashboard.passFailed();
+    Q_EMIT passDidEnd(false);
+}
+
+QCoro::Task<>
+ScoringPass::scoreTerms(std::shared_ptr<CanvasReading> source, std::vector<TermGroup> terms) {
     const QPointer<ScoringPass> self(this);
     Results results{.generation = widgetGeneration};
     for (const TermGroup &term : terms) {
@@ -91,7 +110,7 @@ QCoro::Task<bool> ScoringPass::scoreOne(
         ScoredCourse scored = co_await loadCourse(*source, std::move(course), defaults, now);
         if (!self || generation != widgetGeneration)
             co_return false;
-        cache.entries.insert_or_assign(id, std::move(scored));
+        rosterCache.entries.insert_or_assign(id, std::move(scored));
     } catch (const CanvasError &error) {
         if (self && generation == widgetGeneration) {
             logger.error(fmt::format("Couldn't score course {}: {}", id, error.errorDescription()));
@@ -111,7 +130,7 @@ void ScoringPass::publishTerm(const TermGroup &term, Results &results) {
     DashboardTerm cards{.id = *term.id(), .title = title(term)};
     WidgetTermSummary summary{.id = cards.id, .title = cards.title};
     for (const Course &course : term.courses) {
-        const ScoredCourse &scored = *cache.find(course.id);
+        const ScoredCourse &scored = *rosterCache.find(course.id);
         DashboardCourseCard card = dashboardCard(scored, stores, trends, now());
         summary.courses.push_back(
             {.id = card.courseID,
@@ -154,8 +173,8 @@ void ScoringPass::finish(Results &results) {
     if (isNearby && !isComplete) {
         logger.error("Widget snapshot skipped: automatic term incomplete");
     } else {
-        if (outlets.notices != nullptr)
-            outlets.notices->notify(results.movements);
+        if (sinks.notices != nullptr)
+            sinks.notices->notify(results.movements);
         if (isComplete && feedsWidgets()) {
             // The terms in one order, whichever was scored first.
             std::ranges::sort(results.terms, {}, [this](const WidgetTermSummary &term) {
@@ -169,7 +188,7 @@ void ScoringPass::finish(Results &results) {
                         course.name.reset();
                 }
             }
-            outlets.widgets.write(
+            sinks.widgets.write(
                 {.updatedAt = fetchedAt,
                  .automaticTermID = *automatic,
                  .terms = std::move(results.terms)});

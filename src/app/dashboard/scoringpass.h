@@ -9,8 +9,8 @@
 
 namespace ellwynd {
 
-/// Where a pass hands its results, besides the dashboard.
-struct PassOutlets {
+/// Where the results of a pass go, besides the dashboard.
+struct PassSinks {
     WidgetSnapshotWriter &widgets;
     /// Null for a pass that posts no notice.
     MovementNotifier *notices = nullptr;
@@ -23,10 +23,10 @@ class ScoringPass : public QObject {
     Q_OBJECT
 
   public:
-    /// What is handed over outlives the pass, also as the tasks it has started.
+    /// The arguments must outlive the pass, also the tasks that it has started.
     ScoringPass(
-        UserDefaults &defaults, Stores &stores, TrendSync &trends, RosterCache &cache,
-        Dashboard &dashboard, PassOutlets outlets, Clock clock);
+        UserDefaults &defaults, Stores &stores, TrendSync &trends, RosterCache &rosterCache,
+        Dashboard &dashboard, PassSinks sinks, Clock now);
     ~ScoringPass() override;
 
     /// Begins a pass over the dashboard's prepared terms.
@@ -47,6 +47,7 @@ class ScoringPass : public QObject {
     struct Results;
 
     QCoro::Task<> run(std::shared_ptr<CanvasReading> source, std::vector<TermGroup> terms);
+    QCoro::Task<> scoreTerms(std::shared_ptr<CanvasReading> source, std::vector<TermGroup> terms);
     QCoro::Task<bool> scoreOne(
         std::shared_ptr<CanvasReading> source, Course course, std::int64_t termID,
         std::int64_t generation);
@@ -57,9 +58,9 @@ class ScoringPass : public QObject {
     UserDefaults &defaults;
     Stores &stores;
     TrendSync &trends;
-    RosterCache &cache;
+    RosterCache &rosterCache;
     Dashboard &dashboard;
-    PassOutlets outlets;
+    PassSinks sinks;
     Clock now;
     /// Identity of the current pass.
     std::int64_t widgetGeneration = 0;

@@ -252,7 +252,7 @@ void Sidebar::showUpdate(const QString &version) {
 
 void Sidebar::reload() {
     const QScopedValueRollback guard(settingState, true);
-    model->setTerms(controller.sidebarTerms());
+    model->setTerms(controller.courses().sidebarTerms());
     restoreExpansion();
     if (const auto &selection = controller.selection()) {
         const QModelIndex index = model->indexOf(*selection);

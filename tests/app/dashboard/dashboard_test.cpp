@@ -137,7 +137,7 @@ struct PassTest : testing::Test {
     test::Core core{{{"MovementNotifications", true}}, test::noonClock};
     test::FakeCanvas canvas;
     MainWindowController controller{core.defaults, core.connector, core.stores,
-                                    core.trends,   core.outlets,   test::noonClock};
+                                    core.trends,   core.sinks,     test::noonClock};
     std::vector<bool> passes;
 
     PassTest() {

@@ -69,7 +69,7 @@ class Program {
 struct Shell {
     test::Core core{{{"SampleData", true}}};
     MainWindowController controller{core.defaults, core.connector, core.stores,
-                                    core.trends,   core.outlets,   test::noonClock};
+                                    core.trends,   core.sinks,     test::noonClock};
     AppcastFeed feed{core.defaults, ""};
     Updater updater{core.defaults, feed, "1"};
     ApplicationService service;

@@ -1,0 +1,52 @@
+#include "app/courses/courselist.h"
+
+#include "canvas/sample/samplecanvasclient.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+CourseList::CourseList(UserDefaults &defaults, Clock now)
+    : defaults(defaults), now(now), observing(defaults.observe([this](std::string_view key) {
+          if (key == preferences::sidebarTermLimit.name)
+              Q_EMIT coursesDidChange();
+      })) {}
+
+void CourseList::set(std::vector<Course> courses) {
+    latestCourses = std::move(courses);
+    Q_EMIT coursesDidChange();
+}
+
+std::vector<Course> CourseList::known() const {
+    std::vector<Course> courses = latestCourses;
+    if (defaults.value(preferences::sampleData) && !courses.empty())
+        std::ranges::copy(SampleCanvasClient::olderCourses(now()), std::back_inserter(courses));
+    return courses;
+}
+
+bool CourseList::contains(std::int64_t courseID) const {
+    const std::vector<Course> courses = known();
+    return std::ranges::find(courses, courseID, &Course::id) != courses.end();
+}
+
+std::vector<TermGroup> CourseList::sidebarTerms() const {
+    std::vector<TermGroup> terms = groupByTerm(known());
+    const auto limit = std::size_t(defaults.value(preferences::sidebarTermLimit));
+    if (limit > 0 && terms.size() > limit) {
+        // The courses without a term are not a term, and are always listed.
+        const bool others = !terms.back().term;
+        terms.erase(terms.begin() + std::ptrdiff_t(limit), terms.end() - (others ? 1 : 0));
+    }
+    return terms;
+}
+
+std::string CourseList::statusText() const {
+    const std::size_t count = latestCourses.size();
+    return fmt::format(
+        "{}{} course{}", defaults.value(preferences::sampleData) ? "Sample college · " : "", count,
+        count == 1 ? "" : "s");
+}
+
+} // namespace ellwynd

@@ -1,13 +1,11 @@
 // From the start of a process to the first painted card of the sample college's dashboard: this
-// program starts itself ten times, wired as the window program is, on the offscreen platform.
-#include "app/mainwindowcontroller.h"
-#include "app/sync/syncservice.h"
-#include "base/log.h"
-#include "canvas/connectioncheck.h"
+// program starts itself ten times, the window program in all but its links, on the offscreen
+// platform.
+#include "app/shell/applicationservice.h"
+#include "application.h"
 #include "platform/notifications/usernotifications.h"
+#include "platform/secrets/secretstore.h"
 #include "ui/dashboard/coursecard.h"
-#include "ui/mainwindow.h"
-#include "ui/support/appearance.h"
 
 #include <QApplication>
 #include <QProcess>
@@ -39,23 +37,18 @@ int showDashboard(int argc, char **argv) {
     FirstCard firstCard;
     application.installEventFilter(&firstCard);
     const std::filesystem::path home = QString::fromLocal8Bit(argv[1]).toStdString();
-    UserDefaults defaults(home / "Preferences.json", {{"SampleData", true}});
-    defaults.watch();
-    Settings settings(defaults);
-    Appearance appearance(settings, false);
-    SecretService secrets;
-    CanvasSession session;
-    const Connector connector(defaults, secrets, session);
-    ConnectionCheck check(defaults, secrets, session);
-    Stores stores(defaults, home / "data");
-    TrendSync trends(defaults);
-    SyncService sync(defaults, trends, home / "Seen.json");
-    DesktopNotifications notifications;
-    WidgetSnapshotWriter widgets(home / "widgets", [] {});
-    MainWindowController controller(defaults, connector, stores, trends, {.widgets = widgets});
-    MainWindow window(controller, defaults, stores, check, sync, notifications, appearance);
-    window.show();
-    QMetaObject::invokeMethod(&controller, &MainWindowController::refresh, Qt::QueuedConnection);
+    ApplicationService service;
+    Application program(
+        {.launchArguments = {{"SampleData", true}},
+         .preferencesFile = home / "Preferences.json",
+         .data = home / "data",
+         .state = home / "state",
+         .widgetContainer = home / "widgets",
+         .secrets = std::make_unique<SecretService>(),
+         .notifications = std::make_unique<DesktopNotifications>()},
+        service);
+    program.followDesktop();
+    program.launch({});
     return QApplication::exec();
 }
 

@@ -1,6 +1,7 @@
 // Draws every window of the program on the sample college into PNG files, light and dark.
 #include "app/mainwindowcontroller.h"
-#include "app/sync/syncservice.h"
+#include "app/shell/applicationservice.h"
+#include "application.h"
 #include "base/files.h"
 #include "canvas/connectioncheck.h"
 #include "support/memorynotifications.h"
@@ -50,26 +51,24 @@ class Studio {
         const QTemporaryDir home;
         // Each program begins with the desktop's font.
         QApplication::setFont(font);
-        UserDefaults defaults(
-            std::filesystem::path(home.path().toStdString()) / "Preferences.json",
-            {{"SampleData", true},
-             {"Appearance", std::string(appearanceName)},
-             {"TextScale", scale}});
-        Settings chosen(defaults);
-        Appearance appearance(chosen, false);
-        test::MemorySecrets secrets;
-        CanvasSession session;
-        const Connector connector(defaults, secrets, session);
-        ConnectionCheck check(defaults, secrets, session);
-        const std::filesystem::path stdHome(home.path().toStdString());
-        Stores stores(defaults, stdHome);
-        TrendSync trends(defaults);
-        WidgetSnapshotWriter widgets(stdHome / "widgets", [] {});
-        MainWindowController controller(defaults, connector, stores, trends, {.widgets = widgets});
-        SyncService sync(
-            defaults, trends, std::filesystem::path(home.path().toStdString()) / "Seen.json");
-        test::MemoryNotifications notifications;
-        MainWindow window(controller, defaults, stores, check, sync, notifications, appearance);
+        const std::filesystem::path folder(home.path().toStdString());
+        ApplicationEnvironment environment{
+            .launchArguments =
+                {{"SampleData", true},
+                 {"Appearance", std::string(appearanceName)},
+                 {"TextScale", scale}},
+            .preferencesFile = folder / "Preferences.json",
+            .data = folder,
+            .state = folder,
+            .widgetContainer = folder / "widgets",
+            .secrets = std::make_unique<test::MemorySecrets>(),
+            .notifications = std::make_unique<test::MemoryNotifications>()};
+        ApplicationService service;
+        Application program(std::move(environment), service);
+        UserDefaults &defaults = program.defaults();
+        Appearance &appearance = program.appearance();
+        MainWindowController &controller = program.controller();
+        MainWindow &window = program.window();
         suffix = QString::fromUtf8(appearanceName) +
             (scale == 1.0 ? QString() : QStringLiteral("-x%1").arg(scale));
         window.resize(1280, 800);
@@ -145,7 +144,7 @@ class Studio {
         about.show();
         settle();
         save(about, "about");
-        drawWelcome(defaults, check, appearance);
+        drawWelcome(defaults, appearance);
     }
 
     /// A dashboard of so many courses, some of them with very long names.
@@ -228,7 +227,10 @@ class Studio {
         save(window, "icons");
     }
 
-    void drawWelcome(UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance) {
+    void drawWelcome(UserDefaults &defaults, const Appearance &appearance) {
+        test::MemorySecrets secrets;
+        CanvasSession session;
+        ConnectionCheck check(defaults, secrets, session);
         auto *welcome = new WelcomeWindow(defaults, check, appearance);
         welcome->show();
         settle();

@@ -1,0 +1,145 @@
+#include "application.h"
+
+#include "app/mainwindowcontroller.h"
+#include "app/shell/appdelegate.h"
+#include "app/shell/applicationservice.h"
+#include "app/sync/syncservice.h"
+#include "app/updates/updater.h"
+#include "canvas/connectioncheck.h"
+#include "generated/version.h"
+#include "platform/appearance/colorscheme.h"
+#include "platform/notifications/usernotifications.h"
+#include "platform/session/wake.h"
+#include "ui/mainwindow.h"
+#include "ui/shellalerts.h"
+#include "ui/support/appearance.h"
+
+#include <QApplication>
+
+namespace ellwynd {
+
+namespace {
+
+bool isActive() {
+    return QGuiApplication::applicationState() == Qt::ApplicationActive;
+}
+
+} // namespace
+
+struct Application::Objects {
+    Objects(ApplicationEnvironment from, ApplicationService &service)
+        : environment(std::move(from)),
+          defaults(environment.preferencesFile, environment.launchArguments),
+          appearance(settings, environment.desktopIsDark),
+          connector(defaults, *environment.secrets, session),
+          connection(defaults, *environment.secrets, session),
+          stores(defaults, environment.data),
+          sync(defaults, trends, environment.state / "CloudSeen.json"),
+          notices(defaults, *environment.notifications, isActive),
+          widgets(environment.widgetContainer, environment.reloadWidgets),
+          controller(
+              defaults, connector, stores, trends, {.widgets = widgets, .notices = &notices}),
+          shell(defaults, controller, service, updater, environment.newInstance),
+          window(
+              controller, defaults, stores, connection, sync, *environment.notifications,
+              appearance) {}
+
+    ApplicationEnvironment environment;
+    UserDefaults defaults;
+    Settings settings{defaults};
+    Appearance appearance;
+    CanvasSession session;
+    Connector connector;
+    ConnectionCheck connection;
+    Stores stores;
+    TrendSync trends{defaults};
+    SyncService sync;
+    MovementNotifier notices;
+    WidgetSnapshotWriter widgets;
+    MainWindowController controller;
+    AppcastFeed feed{defaults, feedURL};
+    Updater updater{defaults, feed, buildNumber};
+    AppDelegate shell;
+    MainWindow window;
+    ShellAlerts alerts{shell, updater, &window};
+    /// As the controller last connected to it.
+    std::string address = defaults.value(preferences::canvasBaseURL);
+    std::shared_ptr<void> observingColors;
+    std::shared_ptr<void> observingWake;
+};
+
+Application::Application(ApplicationEnvironment environment, ApplicationService &service)
+    : objects(std::make_unique<Objects>(std::move(environment), service)) {
+    Objects &o = *objects;
+    // Of what another computer has set, only another Canvas is a reason to read everything again.
+    QObject::connect(&o.sync, &SyncService::settingsDidSyncExternally, &o.controller, [&o] {
+        std::string address = o.defaults.value(preferences::canvasBaseURL);
+        if (std::exchange(o.address, address) != address)
+            o.controller.refresh();
+    });
+    QObject::connect(&o.shell, &AppDelegate::shouldActivate, &o.window, &MainWindow::activate);
+    QObject::connect(
+        &o.shell, &AppDelegate::shouldTerminate, qApp, &QCoreApplication::quit,
+        Qt::QueuedConnection);
+    QObject::connect(&o.updater, &Updater::updateFound, &o.window, &MainWindow::showUpdate);
+    QObject::connect(
+        &o.updater, &Updater::updateWithdrawn, &o.window, [&o] { o.window.showUpdate({}); });
+    QObject::connect(
+        &o.notices, &MovementNotifier::noticeClicked, &o.shell,
+        [&o](std::optional<std::int64_t> courseID) { o.shell.openNotice(courseID); });
+    QObject::connect(
+        &o.window, &MainWindow::sampleSwitchRequested, &o.alerts, &ShellAlerts::switchSampleMode);
+    QObject::connect(
+        &o.window, &MainWindow::updateCheckRequested, &o.updater, &Updater::checkForUpdates);
+    o.window.offerUpdates(o.updater.mayCheck());
+}
+
+Application::~Application() = default;
+
+void Application::launch(const QStringList &links) {
+    objects->window.show();
+    QMetaObject::invokeMethod(
+        &objects->shell,
+        [this, links] {
+            objects->shell.launch(links);
+            objects->window.showWelcomeIfDue();
+        },
+        Qt::QueuedConnection);
+}
+
+void Application::followDesktop() {
+    Objects &o = *objects;
+    o.defaults.watch();
+    o.observingColors =
+        colorScheme::observe([&o](bool dark) { o.appearance.setDesktopIsDark(dark); });
+    o.observingWake = observeWake([&o] { o.controller.refreshIfStale(); });
+    QObject::connect(
+        qGuiApp, &QGuiApplication::applicationStateChanged, &o.controller,
+        [&o](Qt::ApplicationState state) {
+            if (state == Qt::ApplicationActive)
+                o.controller.refreshIfStale();
+        });
+    o.controller.startTimer();
+}
+
+UserDefaults &Application::defaults() {
+    return objects->defaults;
+}
+
+Stores &Application::stores() {
+    return objects->stores;
+}
+
+Appearance &Application::appearance() {
+    return objects->appearance;
+}
+
+MainWindowController &Application::controller() {
+    return objects->controller;
+}
+
+MainWindow &Application::window() {
+    return objects->window;
+}
+
+} // namespace ellwynd

@@ -1,6 +1,6 @@
 #include "app/shell/appdelegate.h"
-#include "app/shell/applicationservice.h"
 #include "app/updates/updater.h"
+#include "platform/linux/sessionbusservice.h"
 #include "support/accessibility.h"
 #include "support/mainwindow.h"
 #include "ui/shellalerts.h"

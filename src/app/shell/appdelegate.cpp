@@ -1,10 +1,10 @@
 #include "app/shell/appdelegate.h"
 
 #include "app/mainwindowcontroller.h"
-#include "app/shell/applicationservice.h"
 #include "app/shell/deeplink.h"
 #include "app/updates/updater.h"
 #include "base/log.h"
+#include "platform/linux/sessionbusservice.h"
 
 #include <QProcess>
 

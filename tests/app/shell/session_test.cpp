@@ -1,8 +1,8 @@
 // One program for a session, on a bus of its own; see support/with-bus.
 #include "app/mainwindowcontroller.h"
 #include "app/shell/appdelegate.h"
-#include "app/shell/applicationservice.h"
 #include "app/updates/updater.h"
+#include "platform/linux/sessionbusservice.h"
 #include "support/core.h"
 #include "support/instants.h"
 #include "support/logcapture.h"

@@ -1,4 +1,4 @@
-#include "app/shell/applicationservice.h"
+#include "platform/linux/sessionbusservice.h"
 
 #include "base/log.h"
 

@@ -4,6 +4,9 @@
 
 #include <fmt/format.h>
 
+#include <glib.h>
+#include <memory>
+#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -11,24 +14,14 @@ namespace ellwynd {
 
 namespace {
 
-constexpr std::size_t longestEntry = 64 * 1024;
+constexpr std::size_t maxEntrySize = 64 * 1024;
+constexpr const char *group = G_KEY_FILE_DESKTOP_GROUP;
 
-/// A value of a desktop entry's key, with what would end or change it marked.
-std::string stringValue(std::string_view text) {
-    std::string value;
-    for (const char c : text) {
-        if (c == '\n')
-            value += "\\n";
-        else if (c == '\\')
-            value += "\\\\";
-        else
-            value += c;
-    }
-    return value;
-}
+using KeyFile = std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)>;
+using Text = std::unique_ptr<char, decltype(&g_free)>;
 
 /// A program as the one argument of "Exec": quoted, with what means something else there marked.
-std::string execArgument(std::string_view program) {
+std::string execArgument(const std::string &program) {
     std::string text = "\"";
     for (const char c : program) {
         if (c == '"' || c == '`' || c == '$' || c == '\\')
@@ -42,22 +35,61 @@ std::string execArgument(std::string_view program) {
 
 std::string entryText(const autostart::Entry &entry) {
     const std::string program = entry.program.string();
-    return fmt::format(
-        "[Desktop Entry]\nType=Application\nName={}\nExec={}\nTryExec={}\n",
-        stringValue(entry.name), stringValue(execArgument(program)), stringValue(program));
+    const KeyFile file(g_key_file_new(), g_key_file_unref);
+    const auto set = [&](const char *key, const std::string &value) {
+        g_key_file_set_string(file.get(), group, key, value.c_str());
+    };
+    set(G_KEY_FILE_DESKTOP_KEY_TYPE, G_KEY_FILE_DESKTOP_TYPE_APPLICATION);
+    set(G_KEY_FILE_DESKTOP_KEY_NAME, entry.name);
+    set(G_KEY_FILE_DESKTOP_KEY_EXEC, execArgument(program));
+    set(G_KEY_FILE_DESKTOP_KEY_TRY_EXEC, program);
+    return Text(g_key_file_to_data(file.get(), nullptr, nullptr), g_free).get();
+}
+
+/// The entry's value of a key; absent when it has none that can be read.
+std::optional<std::string> valueOf(const KeyFile &file, const char *key) {
+    const Text value(g_key_file_get_string(file.get(), group, key, nullptr), g_free);
+    return value ? std::optional<std::string>(value.get()) : std::nullopt;
+}
+
+/// The entry's value of a key that is true or false; absent when it has none of these.
+std::optional<bool> flagOf(const KeyFile &file, const char *key) {
+    GError *error = nullptr;
+    const bool value = g_key_file_get_boolean(file.get(), group, key, &error) != FALSE;
+    if (error == nullptr)
+        return value;
+    g_error_free(error);
+    return std::nullopt;
+}
+
+/// Settings of desktops switch an entry off by a key of their own, or by removing its file.
+bool isSwitchedOff(const KeyFile &file) {
+    if (flagOf(file, G_KEY_FILE_DESKTOP_KEY_HIDDEN) == true)
+        return true;
+    const std::unique_ptr<char *, decltype(&g_strfreev)> keys(
+        g_key_file_get_keys(file.get(), group, nullptr, nullptr), g_strfreev);
+    for (char **key = keys.get(); key != nullptr && *key != nullptr; ++key) {
+        // "X-GNOME-Autostart-enabled" and the like.
+        if (std::string_view(*key).ends_with("-Autostart-enabled") && flagOf(file, *key) == false)
+            return true;
+    }
+    return false;
 }
 
 } // namespace
 
-// Settings of desktops switch an entry off by a line of their own, or by removing it.
 bool autostart::isOn(const std::filesystem::path &folder, const Entry &entry) {
     try {
-        const auto text = files::read(folder / entry.fileName, longestEntry);
-        const std::string own = entryText(entry);
-        if (!text || !text->starts_with(own))
+        const auto text = files::read(folder / entry.fileName, maxEntrySize);
+        const KeyFile file(g_key_file_new(), g_key_file_unref);
+        if (!text ||
+            g_key_file_load_from_data(
+                file.get(), text->data(), text->size(), G_KEY_FILE_NONE, nullptr) == FALSE)
             return false;
-        const std::string_view added = std::string_view(*text).substr(own.size());
-        return added.find("Hidden") == added.npos && added.find("=false") == added.npos;
+        const std::string program = entry.program.string();
+        return valueOf(file, G_KEY_FILE_DESKTOP_KEY_EXEC) == execArgument(program) &&
+            valueOf(file, G_KEY_FILE_DESKTOP_KEY_TRY_EXEC).value_or(program) == program &&
+            !isSwitchedOff(file);
     } catch (const FileError &) {
         return false;
     }

@@ -1,4 +1,4 @@
-// Programs that the desktop starts with the session, by the freedesktop autostart standard.
+// Programs that the desktop starts with the session.
 #pragma once
 
 #include <filesystem>

@@ -26,5 +26,45 @@ TEST(Autostart, AnyPathIsStartedAsItIs) {
     }
 }
 
+TEST(Autostart, EntriesAreReadAsTheDesktopReadsThem) {
+    const test::TemporaryFolder folder;
+    const autostart::Entry entry{"a.desktop", "A", "/opt/a b/100%"};
+    const std::string group = "[Desktop Entry]\n";
+    const std::string exec = "Exec=\"/opt/a b/100%%\"\n";
+    struct Row {
+        const char *what;
+        std::string text;
+        bool on;
+    };
+    for (const Row &row : {
+             Row{"as short as can be", group + exec, true},
+             Row{"in another order", group + exec + "Name=B\nType=Application\n", true},
+             Row{"blanks and comments", "# A\n\n" + group + "Exec  =  \"/opt/a b/100%%\"\n", true},
+             Row{"lines that end as on Windows", "[Desktop Entry]\r\nExec=\"/opt/a b/100%%\"\r\n",
+                 true},
+             Row{"another name, translated", group + "Name=B\nName[de]=C\n" + exec, true},
+             Row{"not hidden", group + exec + "Hidden=false\n", true},
+             Row{"hidden", group + exec + "Hidden=true\n", false},
+             Row{"hidden, before", group + "Hidden = true \n" + exec, false},
+             Row{"hidden, in words only", group + exec + "Comment=Hidden=true\n", true},
+             Row{"hidden in another group", group + exec + "[X]\nHidden=true\n", true},
+             Row{"enabled", group + exec + "X-GNOME-Autostart-enabled=true\n", true},
+             Row{"disabled", group + exec + "X-GNOME-Autostart-enabled = false\n", false},
+             Row{"disabled elsewhere", group + "X-MATE-Autostart-enabled=false\n" + exec, false},
+             Row{"false, of something else", group + exec + "Terminal=false\n", true},
+             Row{"its program", group + exec + "TryExec=/opt/a b/100%\n", true},
+             Row{"only if another is there", group + exec + "TryExec=/opt/b\n", false},
+             Row{"another program", group + "Exec=\"/opt/b\"\n", false},
+             Row{"with an argument", group + "Exec=\"/opt/a b/100%%\" -x\n", false},
+             Row{"no program", group + "Name=A\n", false},
+             Row{"in another group", "[Desktop Action]\n" + exec, false},
+             Row{"not an entry", "<html>", false},
+             Row{"empty", "", false},
+         }) {
+        folder.write(entry.fileName, row.text);
+        EXPECT_EQ(autostart::isOn(folder.path(), entry), row.on) << row.what;
+    }
+}
+
 } // namespace
 } // namespace ellwynd

@@ -68,7 +68,7 @@ struct SyncedFolder::State {
     fs::path folder;
     fs::path seenFile;
     Contents seen;
-    bool firstMeeting = true;
+    bool isInitialSync = true;
     std::shared_ptr<std::list<Observer>> observers = std::make_shared<std::list<Observer>>();
     std::unique_ptr<QFileSystemWatcher> watcher;
     QTimer settle;
@@ -84,7 +84,7 @@ struct SyncedFolder::State {
                 if (auto bytes = files::read(entry.path(), mostBytes))
                     contents.emplace(*key, std::move(*bytes));
             } catch (const FileError &) {
-                // Not readable now; the next look may find it whole.
+                // Not readable now; the next scan may find it whole.
             }
         }
         return contents;
@@ -125,7 +125,7 @@ struct SyncedFolder::State {
                 if (text.is_string())
                     seen.emplace(key, text.get<std::string>());
             }
-            firstMeeting = false;
+            isInitialSync = false;
         } catch (const FileError &error) {
             logger.error(
                 fmt::format("Couldn't read what was seen of the folder: {}", error.what()));
@@ -153,15 +153,15 @@ struct SyncedFolder::State {
             observer(change);
     }
 
-    void look() {
+    void scan() {
         std::error_code error;
         // A folder that is gone for a while, an unmounted disk, deletes nothing here.
         if (!fs::is_directory(folder, error))
             return;
         const Contents now = read();
         CloudChange change{
-            .reason = firstMeeting ? CloudChange::Reason::initialSync
-                                   : CloudChange::Reason::serverChange};
+            .reason = isInitialSync ? CloudChange::Reason::initialSync
+                                    : CloudChange::Reason::serverChange};
         for (const auto &[key, text] : now) {
             const auto before = seen.find(key);
             if (before == seen.end() || before->second != text)
@@ -171,9 +171,9 @@ struct SyncedFolder::State {
             if (!now.contains(key))
                 change.keys.push_back(key);
         }
-        if (change.keys.empty() && !firstMeeting)
+        if (change.keys.empty() && !isInitialSync)
             return;
-        firstMeeting = false;
+        isInitialSync = false;
         seen = now;
         saveSeen();
         if (!change.keys.empty())
@@ -260,7 +260,7 @@ PreferenceMap SyncedFolder::all() const {
 }
 
 void SyncedFolder::synchronize() {
-    state->look();
+    state->scan();
 }
 
 std::shared_ptr<void> SyncedFolder::observe(Observer observer) {

@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <system_error>
@@ -72,15 +71,6 @@ bool writeAll(int fd, std::string_view bytes) {
 /// What the names of a file's unfinished successors begin with.
 std::string besideName(const fs::path &file) {
     return "." + file.filename().string() + ".new-";
-}
-
-fs::path baseDirectory(const char *variable, const char *fallback) {
-    const char *value = std::getenv(variable);
-    // A relative path in these variables is invalid and is to be ignored.
-    if (value != nullptr && value[0] == '/')
-        return value;
-    const char *home = std::getenv("HOME");
-    return fs::path(home != nullptr ? home : "/") / fallback;
 }
 
 } // namespace
@@ -219,30 +209,6 @@ files::Lock::Lock(const fs::path &file) : descriptor(-1) {
 files::Lock::~Lock() {
     if (descriptor >= 0)
         ::close(descriptor);
-}
-
-fs::path directories::state() {
-    return baseDirectory("XDG_STATE_HOME", ".local/state") / "Ellwynd";
-}
-
-fs::path directories::config() {
-    return baseDirectory("XDG_CONFIG_HOME", ".config") / "Ellwynd";
-}
-
-fs::path directories::autostart() {
-    return baseDirectory("XDG_CONFIG_HOME", ".config") / "autostart";
-}
-
-fs::path directories::caches() {
-    return baseDirectory("XDG_CACHE_HOME", ".cache") / "Ellwynd";
-}
-
-fs::path directories::data() {
-    return baseDirectory("XDG_DATA_HOME", ".local/share") / "Ellwynd";
-}
-
-fs::path directories::widgetContainer() {
-    return baseDirectory("XDG_DATA_HOME", ".local/share") / "Q7ZK2M9TXB.com.varnok.Ellwynd";
 }
 
 } // namespace ellwynd

@@ -88,29 +88,4 @@ class Lock {
 
 } // namespace files
 
-/// The folders that belong to the program, by the freedesktop base directory rules. None is made
-/// by asking for it.
-namespace directories {
-
-/// Preferences: "$XDG_CONFIG_HOME/Ellwynd".
-[[nodiscard]] std::filesystem::path config();
-
-/// What the desktop starts with the session: "$XDG_CONFIG_HOME/autostart".
-[[nodiscard]] std::filesystem::path autostart();
-
-/// What is true of this machine alone: "$XDG_STATE_HOME/Ellwynd".
-[[nodiscard]] std::filesystem::path state();
-
-/// What anybody may throw away: "$XDG_CACHE_HOME/Ellwynd".
-[[nodiscard]] std::filesystem::path caches();
-
-/// The files the program remembers by: "$XDG_DATA_HOME/Ellwynd".
-[[nodiscard]] std::filesystem::path data();
-
-/// The container that the program shares with its widgets:
-/// "$XDG_DATA_HOME/Q7ZK2M9TXB.com.varnok.Ellwynd".
-[[nodiscard]] std::filesystem::path widgetContainer();
-
-} // namespace directories
-
 } // namespace ellwynd

@@ -4,6 +4,7 @@
 #include "cli/commands.h"
 #include "cli/documents.h"
 #include "cli/table.h"
+#include "platform/folders/directories.h"
 #include "platform/session/widgettimelines.h"
 
 #include <QEventLoop>

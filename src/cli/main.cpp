@@ -1,5 +1,5 @@
-#include "base/files.h"
 #include "cli/run.h"
+#include "platform/folders/directories.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,7 @@
 #include "cli/session.h"
 
 #include "app/courses/connector.h"
+#include "platform/folders/directories.h"
 
 #include <fmt/format.h>
 

@@ -1,5 +1,6 @@
 #include "base/files.h"
 #include "platform/appearance/colorscheme.h"
+#include "platform/folders/directories.h"
 #include "preferences/launcharguments.h"
 #include "theme/applicationicon.h"
 #include "widgets/widgetboard.h"

@@ -2,6 +2,7 @@
 #include "base/files.h"
 #include "cli/run.h"
 #include "outputs/messages/templatefile.h"
+#include "platform/folders/directories.h"
 #include "support/instants.h"
 #include "support/temporaryfolder.h"
 

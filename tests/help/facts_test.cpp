@@ -1,11 +1,11 @@
 // What the help says about the program is what the program does.
 #include "app/roster/rosterloader.h"
-#include "base/files.h"
 #include "canvas/connectioncheck.h"
 #include "canvas/records/canvaserror.h"
 #include "canvas/sample/samplecanvasclient.h"
 #include "help/helpbook.h"
 #include "net/runtoend.h"
+#include "platform/folders/directories.h"
 #include "risk/scorer.h"
 #include "support/core.h"
 #include "support/instants.h"

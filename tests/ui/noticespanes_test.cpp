@@ -1,4 +1,5 @@
 #include "base/files.h"
+#include "platform/folders/directories.h"
 #include "support/memorynotifications.h"
 #include "support/temporaryfolder.h"
 #include "ui/settings/notificationspane.h"

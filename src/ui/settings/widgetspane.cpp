@@ -1,6 +1,7 @@
 #include "ui/settings/widgetspane.h"
 
 #include "base/files.h"
+#include "platform/folders/directories.h"
 #include "platform/session/autostart.h"
 #include "ui/support/appearance.h"
 #include "ui/support/convert.h"

@@ -5,6 +5,7 @@
 #include "platform/appearance/colorscheme.h"
 #include "platform/linux/sessionbusservice.h"
 #include "platform/folders/directories.h"
+#include "platform/log/systemlog.h"
 #include "platform/notifications/usernotifications.h"
 #include "platform/secrets/secretstore.h"
 #include "platform/session/widgettimelines.h"
@@ -70,6 +71,7 @@ ApplicationEnvironment environment(PreferenceMap launchArguments) {
 } // namespace
 
 int main(int argc, char **argv) {
+    installSystemLog();
     // Before the application takes its own options away, and the token for its first window.
     LaunchArguments arguments =
         parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));

@@ -6,10 +6,13 @@
 
 namespace ellwynd {
 
-/// A handle on one category of the program's log. Lines go to the systemd journal with fields
-/// (SUBSYSTEM, CATEGORY, PRIORITY) where there is a journal, otherwise to standard error.
+class LogFilter;
+
+/// A handle on one category of the program's log. Lines go to the sink that the program installs,
+/// otherwise to standard error.
 ///
-/// Whoever logs keeps to values that identify no student: course ids, counts, and messages.
+/// Whoever logs keeps to values that identify no student: course ids, counts, and messages. A
+/// library's own error text that may quote a file is not logged.
 class Log {
   public:
     static constexpr std::string_view subsystem = "com.varnok.Ellwynd";
@@ -26,9 +29,18 @@ class Log {
 
     [[nodiscard]] std::string_view category() const { return name; }
 
-    /// Where lines go instead, for tests that read them. A null pointer restores the default.
+    /// Receives each line, without control characters. May be called on any thread.
     using Sink = void (*)(std::string_view category, Level level, std::string_view message);
+    /// Sends the lines elsewhere. A null pointer stands for standard error.
     static void setSink(Sink sink);
+
+    /// Chooses which lines are written; all of them before the first call. Only while no other
+    /// thread logs.
+    static void setFilter(LogFilter filter);
+
+    /// One line on standard error.
+    static void
+    writeToStandardError(std::string_view category, Level level, std::string_view message);
 
   private:
     void write(Level level, std::string_view message) const;

@@ -1,5 +1,6 @@
 #include "cli/run.h"
 #include "platform/folders/directories.h"
+#include "platform/log/systemlog.h"
 
 #include <QCoreApplication>
 
@@ -8,6 +9,7 @@
 #include <vector>
 
 int main(int argc, char **argv) {
+    ellwynd::installSystemLog();
     const std::vector<std::string> words(argv + 1, argv + argc);
     const QCoreApplication application(argc, argv);
     return ellwynd::cli::run(

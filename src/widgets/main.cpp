@@ -1,6 +1,7 @@
 #include "base/files.h"
 #include "platform/appearance/colorscheme.h"
 #include "platform/folders/directories.h"
+#include "platform/log/systemlog.h"
 #include "preferences/launcharguments.h"
 #include "theme/applicationicon.h"
 #include "widgets/widgetboard.h"
@@ -15,6 +16,7 @@
 
 int main(int argc, char **argv) {
     using namespace ellwynd;
+    installSystemLog();
     // Before the application takes its own options away.
     const LaunchArguments arguments =
         parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));

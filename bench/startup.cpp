@@ -1,10 +1,10 @@
 // From the start of a process to the first painted card of the sample college's dashboard: this
 // program starts itself ten times, the window program in all but its links, on the offscreen
 // platform.
-#include "app/shell/applicationservice.h"
 #include "application.h"
 #include "platform/notifications/usernotifications.h"
 #include "platform/secrets/secretstore.h"
+#include "platform/session/applicationservice.h"
 #include "ui/dashboard/coursecard.h"
 
 #include <QApplication>
@@ -37,16 +37,16 @@ int showDashboard(int argc, char **argv) {
     FirstCard firstCard;
     application.installEventFilter(&firstCard);
     const std::filesystem::path home = QString::fromLocal8Bit(argv[1]).toStdString();
-    ApplicationService service;
+    const auto service = makeApplicationService();
     Application program(
         {.launchArguments = {{"SampleData", true}},
          .preferencesFile = home / "Preferences.json",
          .data = home / "data",
          .state = home / "state",
          .widgetContainer = home / "widgets",
-         .secrets = std::make_unique<SecretService>(),
-         .notifications = std::make_unique<DesktopNotifications>()},
-        service);
+         .secrets = makeSecretStore(),
+         .notifications = makeUserNotifications()},
+        *service);
     program.followDesktop();
     program.launch({});
     return QApplication::exec();

@@ -3,11 +3,12 @@
 #include "app/shell/startupcleanup.h"
 #include "application.h"
 #include "platform/appearance/colorscheme.h"
-#include "platform/linux/sessionbusservice.h"
 #include "platform/folders/directories.h"
 #include "platform/log/systemlog.h"
 #include "platform/notifications/usernotifications.h"
 #include "platform/secrets/secretstore.h"
+#include "platform/session/activation.h"
+#include "platform/session/applicationservice.h"
 #include "platform/session/widgettimelines.h"
 #include "preferences/launcharguments.h"
 #include "preferences/userdefaults.h"
@@ -58,8 +59,8 @@ ApplicationEnvironment environment(PreferenceMap launchArguments) {
         .data = directories::data(),
         .state = directories::state(),
         .widgetContainer = directories::widgetContainer(),
-        .secrets = std::make_unique<SecretService>(),
-        .notifications = std::make_unique<DesktopNotifications>(),
+        .secrets = makeSecretStore(),
+        .notifications = makeUserNotifications(),
         .reloadWidgets = widgetTimelines::reloadAll,
         .desktopIsDark = colorScheme::isDark().value_or(desktopPrefersDark()),
         // Asked now, since the file may be replaced while the program runs.
@@ -85,8 +86,8 @@ int main(int argc, char **argv) {
     if (!links)
         return 2;
 
-    ApplicationService service;
-    switch (service.start(*links, activationToken)) {
+    const auto service = makeApplicationService();
+    switch (service->start(*links, activationToken)) {
     case ApplicationService::Outcome::first:
         break;
     case ApplicationService::Outcome::handedOver:
@@ -102,7 +103,7 @@ int main(int argc, char **argv) {
     }
 
     removeResidualCacheFiles(directories::caches());
-    Application program(environment(std::move(arguments.domain)), service);
+    Application program(environment(std::move(arguments.domain)), *service);
     program.followDesktop();
     program.launch(*links);
     return QApplication::exec();

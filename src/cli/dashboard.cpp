@@ -5,6 +5,7 @@
 #include "cli/documents.h"
 #include "cli/table.h"
 #include "platform/folders/directories.h"
+#include "platform/notifications/usernotifications.h"
 #include "platform/session/widgettimelines.h"
 
 #include <QEventLoop>
@@ -118,8 +119,8 @@ int runDashboard(Session &session, const QStringList &words) {
     if (!line.parse(words))
         return done;
     const auto source = session.connect();
-    DesktopNotifications notifications;
-    MovementNotifier notices(session.defaults(), notifications, [] { return false; });
+    const auto notifications = makeUserNotifications();
+    MovementNotifier notices(session.defaults(), *notifications, [] { return false; });
     WidgetSnapshotWriter widgets(directories::widgetContainer(), widgetTimelines::reloadAll);
     const Connector connector(session.defaults(), session.secrets(), session.http(), session.now);
     CourseList courses(session.defaults(), session.now);
@@ -150,7 +151,7 @@ int runDashboard(Session &session, const QStringList &words) {
     loop.exec();
     session.progress().end();
     if (line.has("notify"))
-        waitForNotices(notifications);
+        waitForNotices(*notifications);
     line.print(line.wantsJSON() ? printed(dashboardDocument(dashboard)) : dashboardText(dashboard));
     return complete ? done : failed;
 }

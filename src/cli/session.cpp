@@ -43,7 +43,7 @@ TrendSync &Session::trends() {
 }
 
 std::shared_ptr<CanvasReading> Session::connect() {
-    auto source = Connector(defaults(), secretStore, canvasSession).open();
+    auto source = Connector(defaults(), *secretStore, canvasSession).open();
     if (!source)
         throw NotConnected();
     return source;

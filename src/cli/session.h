@@ -58,7 +58,7 @@ class Session {
     /// The values forced for this run.
     [[nodiscard]] const PreferenceMap &launchArguments() const { return arguments; }
     [[nodiscard]] UserDefaults &defaults();
-    [[nodiscard]] SecretStore &secrets() { return secretStore; }
+    [[nodiscard]] SecretStore &secrets() { return *secretStore; }
     [[nodiscard]] CanvasSession &http() { return canvasSession; }
     /// What is remembered between visits, and the templates.
     [[nodiscard]] Stores &stores();
@@ -90,7 +90,7 @@ class Session {
     std::unique_ptr<Stores> openedStores;
     std::unique_ptr<SyncedFolder> cloud;
     std::unique_ptr<TrendSync> trendSync;
-    SecretService secretStore;
+    std::unique_ptr<SecretStore> secretStore = makeSecretStore();
     CanvasSession canvasSession;
     Progress progressLine;
 };

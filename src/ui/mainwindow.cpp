@@ -2,6 +2,7 @@
 
 #include "app/mainwindowcontroller.h"
 #include "generated/version.h"
+#include "platform/session/activation.h"
 #include "risk/coursethresholds.h"
 #include "ui/about/aboutwindow.h"
 #include "ui/dashboard/dashboardpane.h"
@@ -301,7 +302,7 @@ void MainWindow::activate(const QString &activationToken) {
     // Where a token is needed to come to the front, the window system's plugin takes it from there.
     if (!activationToken.isEmpty() &&
         QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
-        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+        setActivationToken(activationToken);
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();

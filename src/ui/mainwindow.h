@@ -58,7 +58,7 @@ class MainWindow : public QMainWindow {
     ellwynd::SettingsWindow &settings();
 
     /// Comes to the front.
-    /// @param activationToken the desktop's leave to do so; may be empty.
+    /// @param activationToken the desktop's activation token; may be empty.
     void activate(const QString &activationToken);
     /// Names an update that is there to be installed.
     void showUpdate(const QString &version);

@@ -20,10 +20,10 @@ TEST(Keyring, WhatIsOnScreenOutlivesALockedAndAKilledKeyring) {
     test::serve(canvas, std::span(&course, 1));
     const test::TemporaryFolder folder;
     UserDefaults defaults(folder.path() / "Preferences.json", {});
-    SecretService secrets;
+    const auto secrets = makeSecretStore();
     CanvasSession session;
-    const Connector connector(defaults, secrets, session);
-    TokenStore(secrets).saveToken("secret-token", TokenStore::accountOf(canvas.address()));
+    const Connector connector(defaults, *secrets, session);
+    TokenStore(*secrets).saveToken("secret-token", TokenStore::accountOf(canvas.address()));
     defaults.set(preferences::canvasBaseURL, canvas.address());
 
     Stores stores(defaults, folder.path() / "data");

@@ -13,9 +13,9 @@ TEST(NoKeyring, IsUnavailableAndNoSignOut) {
     ASSERT_TRUE(QDBusConnection::sessionBus().isConnected()) << "a bus, but nothing on it";
     const test::TemporaryFolder folder;
     UserDefaults defaults(folder.path() / "Preferences.json", {});
-    SecretService secrets;
+    const auto secrets = makeSecretStore();
     CanvasSession session;
-    const Connector connector(defaults, secrets, session);
+    const Connector connector(defaults, *secrets, session);
     Stores stores(defaults, folder.path() / "data");
     TrendSync trends(defaults);
     WidgetSnapshotWriter widgets(folder.path() / "widgets", [] {});

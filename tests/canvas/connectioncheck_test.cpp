@@ -126,16 +126,5 @@ TEST(TokenStore, ATokenThatIsNoTextIsNone) {
     EXPECT_EQ(TokenStore::accountOf("nonsense"), "nonsense");
 }
 
-/// The tests run without a session bus, unless they bring their own.
-TEST(SecretService, WithoutABusIsUnavailable) {
-    SecretService service;
-    try {
-        (void)service.read("s", "a");
-        FAIL() << "read without a bus";
-    } catch (const KeychainError &error) {
-        EXPECT_EQ(error.status(), KeychainError::unavailable) << error.what();
-    }
-}
-
 } // namespace
 } // namespace ellwynd

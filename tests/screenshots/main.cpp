@@ -1,9 +1,9 @@
 // Draws every window of the program on the sample college into PNG files, light and dark.
 #include "app/mainwindowcontroller.h"
-#include "app/shell/applicationservice.h"
 #include "application.h"
 #include "base/files.h"
 #include "canvas/connectioncheck.h"
+#include "support/loneservice.h"
 #include "support/memorynotifications.h"
 #include "support/memorysecrets.h"
 #include "ui/about/aboutwindow.h"
@@ -63,7 +63,7 @@ class Studio {
             .widgetContainer = folder / "widgets",
             .secrets = std::make_unique<test::MemorySecrets>(),
             .notifications = std::make_unique<test::MemoryNotifications>()};
-        ApplicationService service;
+        test::LoneService service;
         Application program(std::move(environment), service);
         UserDefaults &defaults = program.defaults();
         Appearance &appearance = program.appearance();

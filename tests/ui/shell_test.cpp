@@ -1,7 +1,7 @@
 #include "app/shell/appdelegate.h"
 #include "app/updates/updater.h"
-#include "platform/linux/sessionbusservice.h"
 #include "support/accessibility.h"
+#include "support/loneservice.h"
 #include "support/mainwindow.h"
 #include "ui/shellalerts.h"
 
@@ -18,7 +18,7 @@ namespace {
 struct ShellTest : test::MainWindowTest {
     AppcastFeed feed{defaults, ""};
     Updater updater{defaults, feed, "1"};
-    ApplicationService service{QDBusConnection(QStringLiteral("none"))};
+    test::LoneService service;
     int started = 0;
     std::optional<std::string> failure;
     AppDelegate delegate{defaults, controller, service, updater, [this] {

@@ -4,7 +4,7 @@
 #include "app/shell/deeplink.h"
 #include "app/updates/updater.h"
 #include "base/log.h"
-#include "platform/linux/sessionbusservice.h"
+#include "platform/session/applicationservice.h"
 
 #include <QProcess>
 
@@ -20,13 +20,13 @@ constexpr Log clicks{"links"};
 } // namespace
 
 AppDelegate::AppDelegate(
-    UserDefaults &store, MainWindowController &driver, ApplicationService &application,
-    Updater &updates, NewInstance start)
-    : defaults(store),
-      controller(driver),
-      service(application),
-      updater(updates),
-      newInstance(std::move(start)) {
+    UserDefaults &defaults, MainWindowController &controller, ApplicationService &service,
+    Updater &updater, NewInstance newInstance)
+    : defaults(defaults),
+      controller(controller),
+      service(service),
+      updater(updater),
+      newInstance(std::move(newInstance)) {
     connect(&service, &ApplicationService::activated, this, &AppDelegate::shouldActivate);
     connect(&service, &ApplicationService::linksOpened, this, &AppDelegate::openLinks);
     connect(&service, &ApplicationService::courseRequested, this, &AppDelegate::openNotice);
@@ -72,7 +72,7 @@ void AppDelegate::switchSampleMode() {
     defaults.set(preferences::sampleData, on);
     logger.info(fmt::format("Sample data {}; relaunching", on ? "on" : "off"));
     // The new instance would otherwise hand over to this one and end.
-    service.giveUp();
+    service.releaseName();
     const auto failure = newInstance();
     if (!failure) {
         Q_EMIT shouldTerminate();

@@ -24,7 +24,7 @@ class AppDelegate : public QObject {
     /// wrong, or nothing.
     using NewInstance = std::function<std::optional<std::string>()>;
 
-    /// What is handed over outlives the delegate.
+    /// The arguments must outlive this object.
     AppDelegate(
         UserDefaults &defaults, MainWindowController &controller, ApplicationService &service,
         Updater &updater, NewInstance newInstance);
@@ -47,7 +47,7 @@ class AppDelegate : public QObject {
     void switchSampleMode();
 
   Q_SIGNALS:
-    /// The window is to come to the front. The token is the desktop's leave to do so; may be empty.
+    /// The window is to come to the front. The desktop's activation token may be empty.
     void shouldActivate(const QString &activationToken);
     void relaunchDidFail(const QString &message);
     void shouldTerminate();

@@ -1,4 +1,4 @@
-// Whether the desktop wants dark windows, as the freedesktop settings portal tells it.
+// Whether the desktop prefers dark windows.
 #pragma once
 
 #include <functional>
@@ -7,8 +7,8 @@
 
 namespace ellwynd::colorScheme {
 
-/// What the portal says now; absent where none runs, or where it knows no preference. Takes a
-/// moment at most, and starts nothing.
+/// The desktop's preference now; absent where it has none or cannot be asked. Blocks for a fraction
+/// of a second at most.
 [[nodiscard]] std::optional<bool> isDark();
 
 /// Calls `changed` whenever the preference changes, until the returned handle is released.

@@ -15,8 +15,8 @@ constexpr QLatin1StringView interface("org.freedesktop.portal.Settings");
 constexpr QLatin1StringView group("org.freedesktop.appearance");
 constexpr QLatin1StringView key("color-scheme");
 
-/// A window waits for the answer.
-constexpr int patienceMilliseconds = 150;
+/// The first window is shown after the answer.
+constexpr int callTimeoutMilliseconds = 150;
 /// The portal's numbers; 0 is no preference, 2 is light.
 constexpr uint none = 0;
 constexpr uint dark = 1;
@@ -61,7 +61,7 @@ std::optional<bool> colorScheme::isDark() {
         QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
     call << QString(group) << QString(key);
     call.setAutoStartService(false);
-    const QDBusMessage reply = bus.call(call, QDBus::Block, patienceMilliseconds);
+    const QDBusMessage reply = bus.call(call, QDBus::Block, callTimeoutMilliseconds);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
         return std::nullopt;
     bool isNumber = false;

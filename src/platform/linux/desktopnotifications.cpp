@@ -1,4 +1,6 @@
-#include "platform/notifications/usernotifications.h"
+#include "platform/linux/desktopnotifications.h"
+
+#include "platform/session/activation.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -70,12 +72,12 @@ class DesktopNotifications::State : public QObject {
     Q_OBJECT
 
   public:
-    explicit State(std::chrono::milliseconds limit) : patience(limit) {}
+    explicit State(std::chrono::milliseconds callTimeout) : callTimeout(callTimeout) {}
 
     using Reply = std::function<void(const QDBusMessage &)>;
 
-    /// Calls the server and hands its answer on: a reply or an error, or an error once patience has
-    /// run out.
+    /// Calls the server and hands its answer on: a reply or an error, or an error once the time
+    /// limit has passed.
     void
     ask(QLatin1StringView interface, const char *method, const QVariantList &parameters,
         Reply answered) {
@@ -89,7 +91,7 @@ class DesktopNotifications::State : public QObject {
             QDBusMessage::createMethodCall(server, path, interface, QLatin1StringView(method));
         call.setArguments(parameters);
         auto *pending =
-            new QDBusPendingCallWatcher(bus.asyncCall(call, int(patience.count())), this);
+            new QDBusPendingCallWatcher(bus.asyncCall(call, int(callTimeout.count())), this);
         connect(
             pending, &QDBusPendingCallWatcher::finished, this,
             [pending, answered = std::move(answered)] {
@@ -126,9 +128,8 @@ class DesktopNotifications::State : public QObject {
 
   private Q_SLOTS:
     void activationTokenGiven(uint id, const QString &token) {
-        // The window system's leave to come forward, taken up by the next window that asks.
         if (posted.contains(id))
-            qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+            setActivationToken(token);
     }
 
     void actionInvoked(uint id, const QString &action) {
@@ -183,15 +184,15 @@ class DesktopNotifications::State : public QObject {
     }
 
     QDBusConnection bus = QDBusConnection::sessionBus();
-    std::chrono::milliseconds patience;
+    std::chrono::milliseconds callTimeout;
     std::unique_ptr<QDBusServiceWatcher> watcher;
     /// By the server's id, which it gives once in its life. Kept also when a notice is closed:
     /// servers show closed ones again from their history.
     std::map<uint, UserNotice> posted;
 };
 
-DesktopNotifications::DesktopNotifications(std::chrono::milliseconds patience)
-    : state(std::make_unique<State>(patience)) {}
+DesktopNotifications::DesktopNotifications(std::chrono::milliseconds callTimeout)
+    : state(std::make_unique<State>(callTimeout)) {}
 
 DesktopNotifications::~DesktopNotifications() = default;
 
@@ -207,6 +208,10 @@ std::shared_ptr<void> DesktopNotifications::observeClicks(ClickObserver observer
     auto observers = state->observers;
     const auto place = observers->insert(observers->end(), std::move(observer));
     return {observers.get(), [place, observers](void *) { observers->erase(place); }};
+}
+
+std::unique_ptr<UserNotifications> makeUserNotifications() {
+    return std::make_unique<DesktopNotifications>();
 }
 
 } // namespace ellwynd

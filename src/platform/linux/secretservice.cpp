@@ -1,4 +1,4 @@
-#include "platform/secrets/secretstore.h"
+#include "platform/linux/secretservice.h"
 
 #include <libsecret/secret.h>
 
@@ -120,12 +120,6 @@ Items find(::SecretService *service, const Attributes &attributes) {
 
 } // namespace
 
-KeychainError::KeychainError(std::int32_t status, const std::string &message)
-    : std::runtime_error(
-          "Keychain error (" + std::to_string(status) +
-          "): " + (message.empty() ? "unknown error" : message)),
-      code(status) {}
-
 std::optional<std::string>
 SecretService::read(const std::string &service, const std::string &account) {
     const auto connection = connect();
@@ -167,6 +161,10 @@ void SecretService::remove(const std::string &service, const std::string &accoun
         secret_item_delete_sync(static_cast<SecretItem *>(each->data), nullptr, errors.out());
         errors.check();
     }
+}
+
+std::unique_ptr<SecretStore> makeSecretStore() {
+    return std::make_unique<SecretService>();
 }
 
 } // namespace ellwynd

@@ -19,22 +19,22 @@ constexpr Log logger{"settings"};
 constexpr QLatin1StringView name("com.varnok.Ellwynd");
 constexpr QLatin1StringView path("/com/varnok/Ellwynd");
 constexpr QLatin1StringView interface("org.freedesktop.Application");
-/// The keys of platform_data that carry the right to come to the front, the newer one first.
-constexpr QLatin1StringView activationToken("activation-token");
-constexpr QLatin1StringView startupID("desktop-startup-id");
+/// The keys of platform_data that carry an XDG activation token, the newer one first.
+constexpr QLatin1StringView tokenKey("activation-token");
+constexpr QLatin1StringView startupKey("desktop-startup-id");
 
 constexpr QLatin1StringView openCourseAction("open-course");
 
-constexpr qsizetype mostLinks = 100;
-constexpr qsizetype longestToken = 1024;
+constexpr qsizetype maxLinks = 100;
+constexpr qsizetype maxTokenLength = 1024;
 
 QString tokenOf(const QVariantMap &platformData) {
-    for (const QLatin1StringView key : {activationToken, startupID}) {
+    for (const QLatin1StringView key : {tokenKey, startupKey}) {
         const QVariant value = platformData.value(key);
         const QString token = value.typeId() == QMetaType::QString ? value.toString() : QString();
         const bool plain =
             std::ranges::all_of(token, [](QChar c) { return c >= u' ' && c <= u'~'; });
-        if (!token.isEmpty() && token.size() <= longestToken && plain)
+        if (!token.isEmpty() && token.size() <= maxTokenLength && plain)
             return token;
     }
     return {};
@@ -42,23 +42,23 @@ QString tokenOf(const QVariantMap &platformData) {
 
 } // namespace
 
-ApplicationService::ApplicationService(QDBusConnection connection, std::chrono::milliseconds wait)
-    : bus(std::move(connection)), patience(wait) {}
+SessionBusService::SessionBusService(QDBusConnection bus, std::chrono::milliseconds callTimeout)
+    : bus(std::move(bus)), callTimeout(callTimeout) {}
 
-ApplicationService::~ApplicationService() {
-    giveUp();
+SessionBusService::~SessionBusService() {
+    SessionBusService::releaseName();
 }
 
 ApplicationService::Outcome
-ApplicationService::start(const QStringList &links, const QString &token) {
+SessionBusService::start(const QStringList &links, const QString &activationToken) {
     if (!bus.isConnected())
         return Outcome::first;
-    // Whoever has the name may be about to give it up; then it is there to be taken.
+    // The owner of the name may be about to release it, which makes it free.
     constexpr int attempts = 3;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         if (takeName())
             return Outcome::first;
-        if (handOver(links, token))
+        if (handOver(links, activationToken))
             return Outcome::handedOver;
         if (bus.interface()->isServiceRegistered(name))
             return Outcome::unanswered;
@@ -66,7 +66,7 @@ ApplicationService::start(const QStringList &links, const QString &token) {
     return Outcome::unanswered;
 }
 
-bool ApplicationService::takeName() {
+bool SessionBusService::takeName() {
     // The object first: a call that waits for the name may be delivered with it.
     bus.registerObject(path, this, QDBusConnection::ExportScriptableSlots);
     const auto reply = bus.interface()->registerService(name);
@@ -82,44 +82,44 @@ bool ApplicationService::takeName() {
     return false;
 }
 
-bool ApplicationService::handOver(const QStringList &links, const QString &token) const {
+bool SessionBusService::handOver(const QStringList &links, const QString &activationToken) const {
     auto call = QDBusMessage::createMethodCall(
         name, path, interface,
         links.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
     QVariantMap platformData;
-    if (!token.isEmpty())
-        platformData = {{activationToken, token}, {startupID, token}};
+    if (!activationToken.isEmpty())
+        platformData = {{tokenKey, activationToken}, {startupKey, activationToken}};
     if (!links.isEmpty())
         call << links;
     call << platformData;
     // Not to be started by the bus: if the process has gone, this one takes its place.
     call.setAutoStartService(false);
-    const QDBusMessage answer = bus.call(call, QDBus::Block, int(patience.count()));
+    const QDBusMessage answer = bus.call(call, QDBus::Block, int(callTimeout.count()));
     return answer.type() == QDBusMessage::ReplyMessage;
 }
 
-void ApplicationService::giveUp() {
+void SessionBusService::releaseName() {
     if (!bus.isConnected() || bus.objectRegisteredAt(path) != this)
         return;
     bus.interface()->unregisterService(name);
     bus.unregisterObject(path);
 }
 
-void ApplicationService::resume() {
+void SessionBusService::resume() {
     if (bus.isConnected() && !takeName())
         logger.error("Couldn't own the bus name: another process has it");
 }
 
-void ApplicationService::Activate(const QVariantMap &platformData) {
+void SessionBusService::Activate(const QVariantMap &platformData) {
     Q_EMIT activated(tokenOf(platformData));
 }
 
-void ApplicationService::Open(const QStringList &uris, const QVariantMap &platformData) {
-    Q_EMIT linksOpened(uris.first(std::min(uris.size(), mostLinks)), tokenOf(platformData));
+void SessionBusService::Open(const QStringList &uris, const QVariantMap &platformData) {
+    Q_EMIT linksOpened(uris.first(std::min(uris.size(), maxLinks)), tokenOf(platformData));
 }
 
 /// Whoever has a course's id but no link, as a notice that was kept, can start the program with it.
-void ApplicationService::ActivateAction(
+void SessionBusService::ActivateAction(
     const QString &action, const QVariantList &parameter, const QVariantMap &platformData) {
     const bool oneCourse =
         parameter.size() == 1 && parameter.front().typeId() == QMetaType::LongLong;
@@ -127,9 +127,8 @@ void ApplicationService::ActivateAction(
         Q_EMIT courseRequested(parameter.front().toLongLong(), tokenOf(platformData));
 }
 
-QString activationTokenOfStart() {
-    const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
-    return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
+std::unique_ptr<ApplicationService> makeApplicationService() {
+    return std::make_unique<SessionBusService>();
 }
 
 } // namespace ellwynd

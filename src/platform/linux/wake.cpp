@@ -8,6 +8,7 @@ namespace ellwynd {
 
 namespace {
 
+/// Listens to logind on the system bus.
 class WakeObserver : public QObject {
     Q_OBJECT
 
@@ -20,7 +21,7 @@ class WakeObserver : public QObject {
     }
 
   private Q_SLOTS:
-    /// Told twice: before the computer sleeps, and after it woke.
+    /// Sent twice: before the computer sleeps, and after it woke.
     void prepareForSleep(bool begins) {
         if (!begins)
             woke();

@@ -1,7 +1,6 @@
 // Notices that the system shows outside the program's windows.
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -51,24 +50,7 @@ class UserNotifications {
     [[nodiscard]] virtual std::shared_ptr<void> observeClicks(ClickObserver observer) = 0;
 };
 
-/// The notification server of a freedesktop desktop (Desktop Notifications Specification 1.2). A
-/// server that is not running is started where the session knows how. Without a session bus, or
-/// while the server keeps notices quiet, nothing is authorised.
-class DesktopNotifications final : public UserNotifications {
-  public:
-    static constexpr auto usualPatience = std::chrono::seconds(5);
-
-    /// @param patience how long a server may take to answer one call.
-    explicit DesktopNotifications(std::chrono::milliseconds patience = usualPatience);
-    ~DesktopNotifications() override;
-
-    void authorizationStatus(StatusAnswer answer) override;
-    void post(const UserNotice &notice, Failure failed) override;
-    std::shared_ptr<void> observeClicks(ClickObserver observer) override;
-
-  private:
-    class State;
-    std::unique_ptr<State> state;
-};
+/// The desktop's notices.
+[[nodiscard]] std::unique_ptr<UserNotifications> makeUserNotifications();
 
 } // namespace ellwynd

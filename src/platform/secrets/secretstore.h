@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -15,7 +16,7 @@ class KeychainError : public std::runtime_error {
     enum Status : std::int32_t {
         /// The service failed in a way of its own.
         failed = 1,
-        /// There is no session bus or no secret service on it.
+        /// The desktop session offers no secret store.
         unavailable = 2,
         /// The keyring is locked and stayed so.
         locked = 3,
@@ -51,14 +52,7 @@ class SecretStore {
     virtual void remove(const std::string &service, const std::string &account) = 0;
 };
 
-/// The freedesktop Secret Service, as a desktop's keyring or password manager provides it.
-class SecretService final : public SecretStore {
-  public:
-    std::optional<std::string>
-    read(const std::string &service, const std::string &account) override;
-    void save(
-        const std::string &secret, const std::string &service, const std::string &account) override;
-    void remove(const std::string &service, const std::string &account) override;
-};
+/// The desktop's secret store. It is first asked when it is used.
+[[nodiscard]] std::unique_ptr<SecretStore> makeSecretStore();
 
 } // namespace ellwynd

@@ -6,9 +6,8 @@
 
 namespace ellwynd {
 
-/// Calls `woke` on this thread's event loop each time the computer wakes, as logind tells it
-/// (org.freedesktop.login1, PrepareForSleep), for as long as the returned handle lives. Without a
-/// system bus nothing is told.
+/// Calls `woke` on this thread's event loop each time the computer wakes, for as long as the
+/// returned handle lives. Never called where the system does not report it.
 [[nodiscard]] std::shared_ptr<void> observeWake(std::function<void()> woke);
 
 } // namespace ellwynd

@@ -1,11 +1,11 @@
-// The word from the program to its widgets, in another process, that there is something new.
+// Tells the widgets, which are another process, that their file has changed.
 #pragma once
 
 #include <functional>
 #include <memory>
 
-/// A signal on the session bus. It carries nothing: what is new lies in the widget container, and
-/// whoever hears it looks there. Without a session bus it is neither sent nor heard.
+/// A broadcast in the desktop session. It carries nothing: whoever receives it reads the widget
+/// container. Where the session has no such broadcast, it is neither sent nor received.
 namespace ellwynd::widgetTimelines {
 
 /// Asks all widgets of this user to draw themselves again.

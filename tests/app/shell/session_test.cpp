@@ -13,6 +13,11 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace ellwynd {
 namespace {
 
@@ -26,7 +31,8 @@ bool nameIsOwned() {
     return QDBusConnection::sessionBus().interface()->isServiceRegistered(name);
 }
 
-/// The program itself, in a home of its own, on this bus and without a display.
+/// The program itself, in a home of its own, on this bus and without a display. Its standard error
+/// is a terminal, since the log goes there whether the system keeps a log or not.
 class Program {
   public:
     explicit Program(const QStringList &arguments) {
@@ -37,11 +43,17 @@ class Program {
                 QString::fromUtf8(folder), QString::fromStdString(home.path().string()));
         environment.insert(QStringLiteral("DESKTOP_STARTUP_ID"), QStringLiteral("token-of-start"));
         process.setProcessEnvironment(environment);
+        std::array<char, 64> terminalName{};
+        if (::grantpt(terminal) != 0 || ::unlockpt(terminal) != 0 ||
+            ::ptsname_r(terminal, terminalName.data(), terminalName.size()) != 0)
+            throw std::runtime_error("there is no terminal");
+        process.setStandardErrorFile(QString::fromUtf8(terminalName.data()));
         process.start(QStringLiteral(ELLWYND_PROGRAM), arguments);
     }
     ~Program() {
         process.kill();
         process.waitForFinished();
+        ::close(terminal);
     }
     Program(const Program &) = delete;
     Program &operator=(const Program &) = delete;
@@ -54,7 +66,9 @@ class Program {
     }
 
     [[nodiscard]] std::string errors() {
-        collected += process.readAllStandardError().toStdString();
+        std::array<char, 4096> bytes{};
+        for (ssize_t size = 0; (size = ::read(terminal, bytes.data(), bytes.size())) > 0;)
+            collected.append(bytes.data(), std::size_t(size));
         return collected;
     }
 
@@ -62,6 +76,7 @@ class Program {
     QProcess process;
 
   private:
+    int terminal = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     std::string collected;
 };
 
@@ -72,7 +87,7 @@ struct Shell {
                                     core.trends,   core.sinks,     test::noonClock};
     AppcastFeed feed{core.defaults, ""};
     Updater updater{core.defaults, feed, "1"};
-    ApplicationService service;
+    SessionBusService service;
     AppDelegate delegate{
         core.defaults, controller, service, updater,
         []() -> std::optional<std::string> { return "not in this test"; }};
@@ -155,7 +170,7 @@ TEST(Session, NonsenseIsRefused) {
 }
 
 TEST(Session, ANameWithoutAnAnswerHoldsNobodyUp) {
-    ApplicationService silent;
+    SessionBusService silent;
     ASSERT_EQ(silent.start({}, {}), ApplicationService::Outcome::first);
     Program second(linkTo900102);
     // Nobody runs the event loop that would answer.
@@ -173,9 +188,9 @@ TEST(Session, ANameWithoutTheObjectHoldsNobodyUp) {
 }
 
 TEST(Session, WithoutABusTheProgramIsAlone) {
-    ApplicationService alone(QDBusConnection(QStringLiteral("no such connection")));
+    SessionBusService alone(QDBusConnection(QStringLiteral("no such connection")));
     EXPECT_EQ(alone.start(linkTo900102, {}), ApplicationService::Outcome::first);
-    alone.giveUp();
+    alone.releaseName();
     alone.resume();
 }
 
@@ -233,7 +248,7 @@ TEST(Session, CallsOpenACourseOrDoNothing) {
              {QStringList(link(900101)), nothing, 1},
              {QVariantList{1, 2}, nothing}})
         EXPECT_EQ(peer.call(QStringLiteral("Open"), arguments), unknownMethod);
-    for (const char *method : {"giveUp", "resume", "deleteLater", "activated", "linksOpened"})
+    for (const char *method : {"releaseName", "resume", "deleteLater", "activated", "linksOpened"})
         EXPECT_EQ(peer.call(QString::fromUtf8(method), {}), unknownMethod) << method;
     const qlonglong course = 900101;
     const auto action = [&](const char *which, const QVariantList &parameter) {

@@ -197,8 +197,8 @@ TEST_F(MovementNotifierTest, TheSystemMayAnswerLate) {
 }
 
 TEST_F(MovementNotifierTest, WithoutASessionBusNothingIsAuthorised) {
-    DesktopNotifications desktop;
-    MovementNotifier silent(defaults, desktop, [] { return false; });
+    const auto desktop = makeUserNotifications();
+    MovementNotifier silent(defaults, *desktop, [] { return false; });
     silent.notify({bio});
     EXPECT_THAT(
         test::LogCapture::lines(),

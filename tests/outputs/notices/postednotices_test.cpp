@@ -1,5 +1,6 @@
 // Notices on a real server; see support/with-notifications.
 #include "outputs/notices/movementnotifier.h"
+#include "platform/linux/desktopnotifications.h"
 #include "support/temporaryfolder.h"
 #include "support/until.h"
 

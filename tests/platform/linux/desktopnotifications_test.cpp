@@ -1,5 +1,5 @@
 // Runs in a session whose bus knows no service; see support/with-bus.
-#include "platform/notifications/usernotifications.h"
+#include "platform/linux/desktopnotifications.h"
 #include "support/until.h"
 
 #include <QDBusConnection>

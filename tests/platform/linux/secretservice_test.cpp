@@ -1,5 +1,5 @@
 // Runs in a session with a real secret service; see support/with-keyring.
-#include "platform/secrets/secretstore.h"
+#include "platform/linux/secretservice.h"
 #include "support/keyring.h"
 
 #include <gmock/gmock.h>

@@ -24,6 +24,7 @@ std::span<const Work> works() {
         Work{"simdjson", "Canvas's JSON", "Apache-2.0"},
         Work{"nlohmann JSON", "small files", "MIT"},
         Work{"fmt", "text", "MIT"},
+        Work{"GLib", "desktop entries", "LGPL-2.1-or-later"},
         Work{"libsecret", "the keyring", "LGPL-2.1-or-later"},
         Work{"libsystemd", "the journal", "LGPL-2.1-or-later"},
     };

@@ -6,6 +6,7 @@
 #include "support/temporaryfolder.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
@@ -198,6 +199,23 @@ TEST(Packaging, TheManualNamesPreferencesAsTheyAre) {
         ++count;
     }
     EXPECT_GT(count, 10U);
+}
+
+TEST(Packaging, TheManualsNameEveryLogCategory) {
+    Words categories;
+    QDirIterator sources(
+        QStringLiteral(ELLWYND_SOURCE_DIR "/src"), {QStringLiteral("*.cpp")}, QDir::Files,
+        QDirIterator::Subdirectories);
+    while (sources.hasNext()) {
+        QFile source(sources.next());
+        ASSERT_TRUE(source.open(QIODevice::ReadOnly));
+        categories.merge(
+            all(QString::fromUtf8(source.readAll()), R"re(\bLog\b[\w ]*[{(]"([a-z]+)"[)}])re"));
+    }
+    EXPECT_GE(categories.size(), 12U);
+    for (const char *manual : {"man/ellwynd.1", "man/ellwynd-cli.1", "../ARCHITECTURE.md"})
+        EXPECT_THAT(all(text(manual), R"(\b([a-z]+)\b)"), testing::IsSupersetOf(categories))
+            << manual;
 }
 
 } // namespace

@@ -29,7 +29,7 @@ QDBusConnection anotherConnection() {
 }
 
 /// A signal about a notice, from whoever sends it.
-void tell(QDBusConnection from, const QString &signal, uint id, const QString &text) {
+void sendSignal(QDBusConnection from, const QString &signal, uint id, const QString &text) {
     QDBusMessage message = QDBusMessage::createSignal(serverPath, serverName, signal);
     message.setArguments({id, text});
     from.send(message);
@@ -58,10 +58,10 @@ class FakeServer : public QObject, protected QDBusContext {
     }
 
     void click(uint id, const QString &action = defaultAction) const {
-        tell(
+        sendSignal(
             connection, QStringLiteral("ActivationToken"), id,
             QStringLiteral("token of ") + action);
-        tell(connection, QStringLiteral("ActionInvoked"), id, action);
+        sendSignal(connection, QStringLiteral("ActionInvoked"), id, action);
     }
 
     QStringList capabilities;
@@ -205,7 +205,7 @@ TEST_F(DesktopNotificationsTest, ClicksAreThoseOfOwnNotices) {
 
     // Others on the bus are not believed.
     const QDBusConnection stranger = anotherConnection();
-    tell(stranger, QStringLiteral("ActionInvoked"), 7, defaultAction);
+    sendSignal(stranger, QStringLiteral("ActionInvoked"), 7, defaultAction);
     ASSERT_TRUE(stranger.interface()->isServiceRegistered(serverName)) << "the bus has the signal";
     settle();
     server.click(7);

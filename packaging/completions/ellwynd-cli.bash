@@ -1,12 +1,11 @@
-# Completion of ellwynd-cli for bash.
+# Completion of ellwynd-cli for bash. Commands and options are read from the program's own help.
 
 _ellwynd_cli() {
+  local program=${COMP_WORDS[0]}
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-  local commands='score courses roster term student dashboard message contacted templates
-    thresholds connect status disconnect defaults privacy'
   COMPREPLY=()
 
-  # The command stands behind --sample and any number of "-Key value".
+  # The command comes after --sample and any number of "-Key value".
   local i=1 command='' at=0
   while ((i < COMP_CWORD)); do
     case ${COMP_WORDS[i]} in
@@ -21,30 +20,23 @@ _ellwynd_cli() {
   if [[ -z $command ]]; then
     # The value of a "-Key" is the teacher's own.
     ((i == COMP_CWORD)) || return
+    local commands
+    commands=$("$program" --help 2>/dev/null | sed -n 's/^  \([a-z][a-z-]*\) .*/\1/p')
     mapfile -t COMPREPLY < <(compgen -W "$commands --sample --help --version" -- "$current")
     return
   fi
 
-  case $previous in
-    -o | --output)
-      compopt -o filenames
-      mapfile -t COMPREPLY < <(compgen -f -- "$current")
-      return
-      ;;
-    --passing | --inactivity | --now | --template | --student) return ;;
-  esac
-
-  local options='--json --output --help'
-  case $command in
-    score) options+=' --passing --inactivity --now' ;;
-    roster) options+=' --visit --csv --markdown' ;;
-    term) options+=' --csv --markdown' ;;
-    dashboard) options+=' --notify' ;;
-    message) options+=' --template --student --note' ;;
-    thresholds) options+=' --passing --inactivity --use-defaults' ;;
-  esac
-  if [[ $current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "$options -o -h" -- "$current")
+  local help
+  help=$("$program" "$command" --help 2>/dev/null)
+  if [[ $previous == -o || $previous == --output ]]; then
+    compopt -o filenames
+    mapfile -t COMPREPLY < <(compgen -f -- "$current")
+  elif [[ $previous == --* ]] && grep -q "^  $previous <" <<<"$help"; then
+    return
+  elif [[ $current == -* ]]; then
+    local options
+    options=$(sed -nE 's/^  (-[a-z]), (--[a-z-]+).*/\1 \2/p; s/^  (--[a-z-]+).*/\1/p' <<<"$help")
+    mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
   elif [[ $command == score ]]; then
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -d -- "$current")

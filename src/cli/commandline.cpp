@@ -126,6 +126,11 @@ void CommandLine::print(const std::string &result) const {
     }
 }
 
+void refuseSample(Session &session, const char *command) {
+    if (session.defaults().value(preferences::sampleData))
+        throw UsageError(std::string(command) + " has no meaning in the sample college");
+}
+
 std::optional<double> passingOption(const CommandLine &line) {
     using namespace thresholdBounds;
     const auto word = line.value("passing");

@@ -45,6 +45,9 @@ class CommandLine {
     bool lastRepeats = false;
 };
 
+/// For commands about the real Canvas. @throws UsageError in the sample college
+void refuseSample(Session &session, const char *command);
+
 /// `--passing` and `--inactivity`, within the bounds of the program's editors. @throws UsageError
 [[nodiscard]] std::optional<double> passingOption(const CommandLine &line);
 [[nodiscard]] std::optional<std::int64_t> inactivityOption(const CommandLine &line);

@@ -17,22 +17,8 @@ struct Command {
     int (*run)(Session &session, const QStringList &words);
 };
 
+/// All of them, in the order of the overview. A command NAME is the function
+/// `Command NAMECommand()` of NAME.cpp, and is listed in this folder's CMakeLists.txt.
 [[nodiscard]] std::span<const Command> commands();
-
-int runScore(Session &session, const QStringList &words);
-int runCourses(Session &session, const QStringList &words);
-int runRoster(Session &session, const QStringList &words);
-int runTerm(Session &session, const QStringList &words);
-int runThresholds(Session &session, const QStringList &words);
-int runMessage(Session &session, const QStringList &words);
-int runTemplates(Session &session, const QStringList &words);
-int runConnect(Session &session, const QStringList &words);
-int runStatus(Session &session, const QStringList &words);
-int runDisconnect(Session &session, const QStringList &words);
-int runDashboard(Session &session, const QStringList &words);
-int runStudent(Session &session, const QStringList &words);
-int runContacted(Session &session, const QStringList &words);
-int runPrivacy(Session &session, const QStringList &words);
-int runDefaults(Session &session, const QStringList &words);
 
 } // namespace ellwynd::cli

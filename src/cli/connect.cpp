@@ -1,24 +1,12 @@
 #include "canvas/connectioncheck.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
-#include "outputs/snapshot/snapshotfiles.h"
-#include "platform/folders/directories.h"
-#include "platform/session/widgettimelines.h"
 
 #include <istream>
 
 namespace ellwynd::cli {
 
-namespace {
-
-void refuseSample(Session &session, const char *command) {
-    if (session.defaults().value(preferences::sampleData))
-        throw UsageError(std::string(command) + " has no meaning in the sample college");
-}
-
-} // namespace
-
-int runConnect(Session &session, const QStringList &words) {
+static int runConnect(Session &session, const QStringList &words) {
     CommandLine line(
         session, "connect",
         "Read an access token from standard input, test the connection and save it.");
@@ -42,14 +30,8 @@ int runConnect(Session &session, const QStringList &words) {
     return done;
 }
 
-int runDisconnect(Session &session, const QStringList &words) {
-    CommandLine line(session, "disconnect", "Delete the token and forget the Canvas address.");
-    if (!line.parse(words))
-        return done;
-    refuseSample(session, "disconnect");
-    ConnectionCheck(session.defaults(), session.secrets(), session.http()).signOut();
-    WidgetSnapshotWriter(directories::widgetContainer(), widgetTimelines::reloadAll).clear();
-    return done;
+Command connectCommand() {
+    return {"connect", "save a Canvas address with its token", runConnect};
 }
 
 } // namespace ellwynd::cli

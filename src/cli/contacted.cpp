@@ -9,7 +9,7 @@
 
 namespace ellwynd::cli {
 
-int runContacted(Session &session, const QStringList &words) {
+static int runContacted(Session &session, const QStringList &words) {
     CommandLine line(session, "contacted", "Note that you wrote to these students just now.");
     line.argument("COURSE", "The course's id.");
     line.argument("STUDENT", "A student's id.", true);
@@ -38,6 +38,10 @@ int runContacted(Session &session, const QStringList &words) {
     }
     line.print(line.wantsJSON() ? printed(list) : text);
     return done;
+}
+
+Command contactedCommand() {
+    return {"contacted", "note that you wrote to students", runContacted};
 }
 
 } // namespace ellwynd::cli

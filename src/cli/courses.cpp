@@ -30,7 +30,7 @@ JSON courseDocument(const Course &course) {
 
 } // namespace
 
-int runCourses(Session &session, const QStringList &words) {
+static int runCourses(Session &session, const QStringList &words) {
     CommandLine line(session, "courses", "List your active courses.");
     if (!line.parse(words))
         return done;
@@ -51,6 +51,10 @@ int runCourses(Session &session, const QStringList &words) {
     }
     line.print(table.text());
     return done;
+}
+
+Command coursesCommand() {
+    return {"courses", "list your active courses", runCourses};
 }
 
 } // namespace ellwynd::cli

@@ -113,7 +113,7 @@ void waitForNotices(UserNotifications &notifications) {
     }
 }
 
-int runDashboard(Session &session, const QStringList &words) {
+static int runDashboard(Session &session, const QStringList &words) {
     CommandLine line(session, "dashboard", "Score every course of the nearby terms.");
     line.flag("notify", "Post the notice of students who newly do worse.");
     if (!line.parse(words))
@@ -154,6 +154,10 @@ int runDashboard(Session &session, const QStringList &words) {
         waitForNotices(*notifications);
     line.print(line.wantsJSON() ? printed(dashboardDocument(dashboard)) : dashboardText(dashboard));
     return complete ? done : failed;
+}
+
+Command dashboardCommand() {
+    return {"dashboard", "score every course of the nearby terms", runDashboard};
 }
 
 } // namespace ellwynd::cli

@@ -76,7 +76,7 @@ int deleteOne(Session &session, const QStringList &words) {
 
 } // namespace
 
-int runDefaults(Session &session, const QStringList &words) {
+static int runDefaults(Session &session, const QStringList &words) {
     const QString verb = words.value(0);
     const QStringList rest = words.mid(1);
     if (verb == u"list")
@@ -92,6 +92,10 @@ int runDefaults(Session &session, const QStringList &words) {
     if (!line.parse(words))
         return done;
     throw UsageError(fmt::format("defaults has no verb {}", verb.toStdString()));
+}
+
+Command defaultsCommand() {
+    return {"defaults", "show or change the preferences", runDefaults};
 }
 
 } // namespace ellwynd::cli

@@ -40,7 +40,7 @@ std::vector<RiskRow> chosenRows(const ScoredCourse &course, const std::set<std::
 
 } // namespace
 
-int runMessage(Session &session, const QStringList &words) {
+static int runMessage(Session &session, const QStringList &words) {
     CommandLine line(
         session, "message", "The filled message of each student, as a copy of it would read.");
     line.argument("COURSE", "The course's id.");
@@ -72,6 +72,10 @@ int runMessage(Session &session, const QStringList &words) {
         session.stores().contacts.noteContacts(id, ids, session.now());
     }
     return done;
+}
+
+Command messageCommand() {
+    return {"message", "the filled message of each student", runMessage};
 }
 
 } // namespace ellwynd::cli

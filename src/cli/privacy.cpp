@@ -7,7 +7,7 @@
 
 namespace ellwynd::cli {
 
-int runPrivacy(Session &session, const QStringList &words) {
+static int runPrivacy(Session &session, const QStringList &words) {
     CommandLine line(session, "privacy", "What is remembered of students; or forget it.");
     line.optionalArgument("VERB", "forget-history or forget-contacts.");
     if (!line.parse(words))
@@ -27,6 +27,10 @@ int runPrivacy(Session &session, const QStringList &words) {
         line.wantsJSON() ? printed({{"history", history}, {"contacts", contacts}})
                          : fmt::format("History: {}\nContacts: {}\n", history, contacts));
     return done;
+}
+
+Command privacyCommand() {
+    return {"privacy", "what is remembered of students; or forget it", runPrivacy};
 }
 
 } // namespace ellwynd::cli

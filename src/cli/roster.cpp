@@ -6,7 +6,7 @@
 
 namespace ellwynd::cli {
 
-int runRoster(Session &session, const QStringList &words) {
+static int runRoster(Session &session, const QStringList &words) {
     CommandLine line(session, "roster", "Fetch and score one course, worst first.");
     line.argument("COURSE", "The course's id.");
     line.flag("visit", "Count as a visit: record today's levels, as opening the course does.");
@@ -29,6 +29,10 @@ int runRoster(Session &session, const QStringList &words) {
         line.wantsJSON() ? printed(rosterDocument(course, memory))
                          : rosterText(course, memory, session.now()));
     return done;
+}
+
+Command rosterCommand() {
+    return {"roster", "fetch and score one course", runRoster};
 }
 
 } // namespace ellwynd::cli

@@ -9,30 +9,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <ostream>
 
 namespace ellwynd::cli {
 
 namespace {
-
-constexpr std::array allCommands{
-    Command{"score", "score Canvas JSON saved in a folder", runScore},
-    Command{"courses", "list your active courses", runCourses},
-    Command{"roster", "fetch and score one course", runRoster},
-    Command{"term", "the flagged students of a whole term", runTerm},
-    Command{"dashboard", "score every course of the nearby terms", runDashboard},
-    Command{"student", "one student: why, and what is remembered", runStudent},
-    Command{"contacted", "note that you wrote to students", runContacted},
-    Command{"thresholds", "show, set or release a course's thresholds", runThresholds},
-    Command{"message", "the filled message of each student", runMessage},
-    Command{"templates", "list the message templates", runTemplates},
-    Command{"connect", "save a Canvas address with its token", runConnect},
-    Command{"status", "whether the program is connected", runStatus},
-    Command{"disconnect", "sign out of Canvas", runDisconnect},
-    Command{"defaults", "show or change the preferences", runDefaults},
-    Command{"privacy", "what is remembered of students; or forget it", runPrivacy},
-};
 
 std::string overview() {
     std::string text =
@@ -59,8 +40,8 @@ LaunchArguments takeLaunchArguments(std::span<const std::string> words) {
 }
 
 int runCommand(Session &session, const std::string &name, std::span<const std::string> words) {
-    const auto found = std::ranges::find(allCommands, name, &Command::name);
-    if (found == allCommands.end())
+    const auto found = std::ranges::find(commands(), name, &Command::name);
+    if (found == commands().end())
         throw UsageError(fmt::format("There is no command {}", name));
     QStringList rest;
     for (const std::string &word : words)
@@ -69,10 +50,6 @@ int runCommand(Session &session, const std::string &name, std::span<const std::s
 }
 
 } // namespace
-
-std::span<const Command> commands() {
-    return allCommands;
-}
 
 int run(
     std::span<const std::string> words, std::istream &in, std::ostream &out, std::ostream &err,

@@ -8,7 +8,7 @@
 
 namespace ellwynd::cli {
 
-int runScore(Session &session, const QStringList &words) {
+static int runScore(Session &session, const QStringList &words) {
     CommandLine line(session, "score", "Score Canvas JSON saved in a folder.");
     line.argument(
         "DIR", "Holds course.json, enrollments.json, assignment_groups.json and submissions.json.");
@@ -47,6 +47,10 @@ int runScore(Session &session, const QStringList &words) {
         throw Failure(error.what());
     }
     return done;
+}
+
+Command scoreCommand() {
+    return {"score", "score Canvas JSON saved in a folder", runScore};
 }
 
 } // namespace ellwynd::cli

@@ -26,7 +26,7 @@ std::string stateOf(Session &session, const std::string &address) {
 
 } // namespace
 
-int runStatus(Session &session, const QStringList &words) {
+static int runStatus(Session &session, const QStringList &words) {
     CommandLine line(session, "status", "Show whether the program is connected.");
     if (!line.parse(words))
         return done;
@@ -43,6 +43,10 @@ int runStatus(Session &session, const QStringList &words) {
         line.print(printable(state + (address.empty() ? "" : "  " + address)) + "\n");
     }
     return done;
+}
+
+Command statusCommand() {
+    return {"status", "whether the program is connected", runStatus};
 }
 
 } // namespace ellwynd::cli

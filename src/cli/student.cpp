@@ -50,7 +50,7 @@ std::string studentText(const RiskRow &row, const StudentPast &past, Date now) {
 
 } // namespace
 
-int runStudent(Session &session, const QStringList &words) {
+static int runStudent(Session &session, const QStringList &words) {
     CommandLine line(session, "student", "One student: why, and what is remembered.");
     line.argument("COURSE", "The course's id.");
     line.argument("STUDENT", "The student's id.");
@@ -66,6 +66,10 @@ int runStudent(Session &session, const QStringList &words) {
         line.wantsJSON() ? printed(studentDocument(row, past))
                          : studentText(row, past, session.now()));
     return done;
+}
+
+Command studentCommand() {
+    return {"student", "one student: why, and what is remembered", runStudent};
 }
 
 } // namespace ellwynd::cli

@@ -7,7 +7,7 @@
 
 namespace ellwynd::cli {
 
-int runTemplates(Session &session, const QStringList &words) {
+static int runTemplates(Session &session, const QStringList &words) {
     CommandLine line(session, "templates", "List the message templates.");
     if (!line.parse(words))
         return done;
@@ -24,6 +24,10 @@ int runTemplates(Session &session, const QStringList &words) {
         table.add({each.name, each.body.substr(0, each.body.find('\n'))});
     line.print(table.text());
     return done;
+}
+
+Command templatesCommand() {
+    return {"templates", "list the message templates", runTemplates};
 }
 
 } // namespace ellwynd::cli

@@ -13,7 +13,7 @@
 
 namespace ellwynd::cli {
 
-int runTerm(Session &session, const QStringList &words) {
+static int runTerm(Session &session, const QStringList &words) {
     CommandLine line(session, "term", "Score every course of one term; flagged students only.");
     line.argument("TERM", "The term's id.");
     addExportFlags(line);
@@ -59,6 +59,10 @@ int runTerm(Session &session, const QStringList &words) {
     line.print(
         text + rowsTable(rows, {.withCourse = true, .now = session.now(), .memory = memory}));
     return done;
+}
+
+Command termCommand() {
+    return {"term", "the flagged students of a whole term", runTerm};
 }
 
 } // namespace ellwynd::cli

@@ -6,7 +6,7 @@
 
 namespace ellwynd::cli {
 
-int runThresholds(Session &session, const QStringList &words) {
+static int runThresholds(Session &session, const QStringList &words) {
     CommandLine line(session, "thresholds", "Show, set or release one course's thresholds.");
     line.argument("COURSE", "The course's id.");
     line.option("passing", "P", "Passing score for this course, percent.");
@@ -43,6 +43,10 @@ int runThresholds(Session &session, const QStringList &words) {
         line.print(summary + "\n");
     }
     return done;
+}
+
+Command thresholdsCommand() {
+    return {"thresholds", "show, set or release a course's thresholds", runThresholds};
 }
 
 } // namespace ellwynd::cli

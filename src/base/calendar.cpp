@@ -2,15 +2,16 @@
 
 #include <QDateTime>
 #include <QLocale>
-#include <QTimeZone>
 
 namespace ellwynd::calendar {
 
 namespace {
 
+// Without a zone Qt takes the local one; naming it is spelled differently from Qt 6.5 on.
+
 QDateTime local(Date date) {
     const auto ms = std::chrono::floor<std::chrono::milliseconds>(date.time_since_epoch()).count();
-    return QDateTime::fromMSecsSinceEpoch(ms, Qt::LocalTime);
+    return QDateTime::fromMSecsSinceEpoch(ms);
 }
 
 Date instant(const QDateTime &moment) {
@@ -20,11 +21,11 @@ Date instant(const QDateTime &moment) {
 } // namespace
 
 Date startOfDay(Date date) {
-    return instant(local(date).date().startOfDay(Qt::LocalTime));
+    return instant(local(date).date().startOfDay());
 }
 
 Date startOfNextDay(Date date) {
-    return instant(local(date).date().addDays(1).startOfDay(Qt::LocalTime));
+    return instant(local(date).date().addDays(1).startOfDay());
 }
 
 Date daysBefore(Date date, std::int64_t days) {

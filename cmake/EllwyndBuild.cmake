@@ -57,6 +57,14 @@ if(ELLWYND_SANITIZE)
   target_link_options(ellwynd_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# ellwynd_allow_warning(FLAG FILES...): switches a warning of GCC off in the current folder's files,
+# where it is a false alarm.
+function(ellwynd_allow_warning flag)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS "${flag}")
+  endif()
+endfunction()
+
 # Half the time of compiling a file goes into the headers of Qt and the standard library that nearly
 # every file needs. They are compiled once for the rooms below the windows, once for the windows and
 # once for the tests.

@@ -17,7 +17,6 @@ if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
 endif()
 
 option(ELLWYND_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
-option(ELLWYND_COVERAGE "Count which lines run, for scripts/coverage" OFF)
 # For those who change the program. A package built with a newer compiler must not fail over a
 # warning that nobody could have seen.
 option(ELLWYND_WERROR "Treat the compiler's warnings as errors" OFF)
@@ -42,11 +41,6 @@ target_compile_definitions(ellwynd_options INTERFACE
 find_program(LLD ld.lld)
 if(LLD)
   target_link_options(ellwynd_options INTERFACE -fuse-ld=lld)
-endif()
-
-if(ELLWYND_COVERAGE)
-  target_compile_options(ellwynd_options INTERFACE --coverage -fprofile-update=atomic)
-  target_link_options(ellwynd_options INTERFACE --coverage)
 endif()
 
 if(ELLWYND_SANITIZE)

@@ -19,7 +19,7 @@ namespace {
 using nlohmann::json;
 
 constexpr Log logger{"settings"};
-constexpr std::size_t fileLimit = 16 * 1024 * 1024;
+constexpr std::size_t fileLimit = 16UL * 1024 * 1024;
 
 /// Ends the parsing of what nests so deep that writing it again would exhaust the stack.
 bool refuseDepth(int depth, json::parse_event_t, json &) {

@@ -16,7 +16,7 @@ namespace {
 using nlohmann::json;
 
 constexpr Log logger{"widgets"};
-constexpr std::size_t fileLimit = 64 * 1024;
+constexpr std::size_t fileLimit = 64UL * 1024;
 constexpr std::size_t mostWidgets = 32;
 /// Beyond any desktop, and within the window system's own numbers.
 constexpr std::int64_t farthest = 32'000;

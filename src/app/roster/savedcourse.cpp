@@ -7,7 +7,7 @@ namespace ellwynd {
 
 namespace {
 
-constexpr std::size_t fileLimit = 64 * 1024 * 1024;
+constexpr std::size_t fileLimit = 64UL * 1024 * 1024;
 
 template<class Decode>
 auto readFrom(const std::filesystem::path &folder, const char *name, Decode decode) {

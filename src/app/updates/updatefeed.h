@@ -40,7 +40,7 @@ class AppcastFeed final : public UpdateFeed {
         std::chrono::milliseconds silence = std::chrono::seconds(30);
         /// A request in all.
         std::chrono::milliseconds whole = std::chrono::minutes(2);
-        std::size_t bytes = 1024 * 1024;
+        std::size_t bytes = 1024UL * 1024;
     };
 
     /// @param address of the feed; empty, or any that does not begin with "https://", is none.

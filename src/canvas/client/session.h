@@ -89,7 +89,7 @@ class CanvasSession {
         std::chrono::milliseconds silence = std::chrono::seconds(60);
         /// A request in all, however much of it trickles in.
         std::chrono::milliseconds whole = std::chrono::minutes(10);
-        std::size_t bodyBytes = 64 * 1024 * 1024;
+        std::size_t bodyBytes = 64UL * 1024 * 1024;
         /// How retries wait; tests that look at the waits need not sit them out.
         Wait wait;
     };

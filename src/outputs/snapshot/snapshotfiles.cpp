@@ -11,7 +11,7 @@ namespace {
 
 constexpr Log logger{"widgets"};
 /// A term of forty courses takes some 8 KiB.
-constexpr std::size_t fileLimit = 4 * 1024 * 1024;
+constexpr std::size_t fileLimit = 4UL * 1024 * 1024;
 
 void logFailure(const std::exception &error) {
     logger.error(fmt::format("Widget snapshot failed: {}", error.what()));

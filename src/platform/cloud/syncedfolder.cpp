@@ -22,7 +22,7 @@ constexpr Log logger{"sync"};
 constexpr std::string_view extension = ".json";
 /// A service replaces files in several steps, so a change is looked at a moment after it began.
 constexpr auto settling = std::chrono::milliseconds(200);
-constexpr std::size_t seenLimit = 8 * 1024 * 1024;
+constexpr std::size_t seenLimit = 8UL * 1024 * 1024;
 
 bool isPlain(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' ||

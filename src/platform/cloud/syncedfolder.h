@@ -14,7 +14,7 @@ namespace ellwynd {
 class SyncedFolder final : public CloudKeyValueStore {
   public:
     /// The platform's limits, in bytes of all values together and in keys.
-    static constexpr std::size_t mostBytes = 1024 * 1024;
+    static constexpr std::size_t mostBytes = 1024UL * 1024;
     static constexpr std::size_t mostKeys = 1024;
 
     /// @param folder made when it is not there.

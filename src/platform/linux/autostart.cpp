@@ -14,7 +14,7 @@ namespace ellwynd {
 
 namespace {
 
-constexpr std::size_t maxEntrySize = 64 * 1024;
+constexpr std::size_t maxEntrySize = 64UL * 1024;
 constexpr const char *group = G_KEY_FILE_DESKTOP_GROUP;
 
 using KeyFile = std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)>;

@@ -3,13 +3,13 @@
 #include "base/date.h"
 #include "base/files.h"
 #include "base/log.h"
+#include "base/observerlist.h"
 
 #include <QFileSystemWatcher>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include <list>
 #include <vector>
 
 namespace ellwynd {
@@ -77,8 +77,7 @@ struct UserDefaults::State {
     json saved = json::object();
     /// Of the file as `saved` has it.
     files::Stamp seen;
-    /// Shared with the handles, which may outlive the store.
-    std::shared_ptr<std::list<Observer>> observers = std::make_shared<std::list<Observer>>();
+    ObserverList<std::string_view> observers;
     std::unique_ptr<QFileSystemWatcher> watcher;
 
     /// Takes over what the file holds. One that cannot be read is set aside, and what is in memory
@@ -115,12 +114,6 @@ struct UserDefaults::State {
         } catch (const FileError &error) {
             logger.error(fmt::format("Couldn't save the preferences: {}", error.what()));
         }
-    }
-
-    void tell(std::string_view key) const {
-        const std::list<Observer> current = *observers;
-        for (const Observer &observer : current)
-            observer(key);
     }
 
     /// The keys that another process has changed since the file was last seen, which are taken
@@ -170,7 +163,7 @@ struct UserDefaults::State {
             changed.push_back(key);
         }
         for (const std::string &key : changed)
-            tell(key);
+            observers.notify(key);
         return replaced;
     }
 };
@@ -210,7 +203,7 @@ PreferenceChanges UserDefaults::update(const PreferenceChanges &changes) {
 
 void UserDefaults::reloadIfChanged() {
     for (const std::string &key : state->takeOver())
-        state->tell(key);
+        state->observers.notify(key);
 }
 
 void UserDefaults::watch() {
@@ -242,9 +235,7 @@ const PreferenceMap &UserDefaults::argumentDomain() const {
 }
 
 std::shared_ptr<void> UserDefaults::observe(Observer observer) {
-    auto observers = state->observers;
-    const auto place = observers->insert(observers->end(), std::move(observer));
-    return {observers.get(), [place, observers](void *) { observers->erase(place); }};
+    return state->observers.add(std::move(observer));
 }
 
 } // namespace ellwynd

@@ -2,14 +2,13 @@
 
 #include "base/files.h"
 #include "base/log.h"
+#include "base/observerlist.h"
 
 #include <QFileSystemWatcher>
 #include <QTimer>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
-
-#include <list>
 
 namespace ellwynd {
 
@@ -69,7 +68,7 @@ struct SyncedFolder::State {
     fs::path seenFile;
     Contents seen;
     bool isInitialSync = true;
-    std::shared_ptr<std::list<Observer>> observers = std::make_shared<std::list<Observer>>();
+    ObserverList<const CloudChange &> observers;
     std::unique_ptr<QFileSystemWatcher> watcher;
     QTimer settle;
 
@@ -147,12 +146,6 @@ struct SyncedFolder::State {
         }
     }
 
-    void tell(const CloudChange &change) const {
-        const std::list<Observer> current = *observers;
-        for (const Observer &observer : current)
-            observer(change);
-    }
-
     void scan() {
         std::error_code error;
         // A folder that is gone for a while, an unmounted disk, deletes nothing here.
@@ -177,7 +170,7 @@ struct SyncedFolder::State {
         seen = now;
         saveSeen();
         if (!change.keys.empty())
-            tell(change);
+            observers.notify(change);
     }
 
     /// Whether the store would stay within its limits with this text under the key.
@@ -236,7 +229,7 @@ void SyncedFolder::set(const std::string &key, const PreferenceValue &value) {
         written = false;
     }
     if (!written) {
-        state->tell({.reason = CloudChange::Reason::quotaViolation, .keys = {key}});
+        state->observers.notify({.reason = CloudChange::Reason::quotaViolation, .keys = {key}});
         return;
     }
     state->seen[key] = text;
@@ -264,9 +257,7 @@ void SyncedFolder::synchronize() {
 }
 
 std::shared_ptr<void> SyncedFolder::observe(Observer observer) {
-    auto observers = state->observers;
-    const auto place = observers->insert(observers->end(), std::move(observer));
-    return {observers.get(), [place, observers](void *) { observers->erase(place); }};
+    return state->observers.add(std::move(observer));
 }
 
 } // namespace ellwynd

@@ -1,5 +1,6 @@
 #include "platform/linux/desktopnotifications.h"
 
+#include "base/observerlist.h"
 #include "platform/session/activation.h"
 
 #include <QDBusConnection>
@@ -10,7 +11,6 @@
 #include <QDBusVariant>
 #include <QVariantMap>
 
-#include <list>
 #include <map>
 
 namespace ellwynd {
@@ -123,8 +123,7 @@ class DesktopNotifications::State : public QObject {
             });
     }
 
-    std::shared_ptr<std::list<ClickObserver>> observers =
-        std::make_shared<std::list<ClickObserver>>();
+    ObserverList<const UserNotice &> clickObservers;
 
   private Q_SLOTS:
     void activationTokenGiven(uint id, const QString &token) {
@@ -137,9 +136,7 @@ class DesktopNotifications::State : public QObject {
         if (found == posted.end() || (action != defaultAction && action != openAction))
             return;
         const UserNotice notice = found->second;
-        const std::list<ClickObserver> current = *observers;
-        for (const ClickObserver &observer : current)
-            observer(notice);
+        clickObservers.notify(notice);
     }
 
   private:
@@ -205,9 +202,7 @@ void DesktopNotifications::post(const UserNotice &notice, Failure failed) {
 }
 
 std::shared_ptr<void> DesktopNotifications::observeClicks(ClickObserver observer) {
-    auto observers = state->observers;
-    const auto place = observers->insert(observers->end(), std::move(observer));
-    return {observers.get(), [place, observers](void *) { observers->erase(place); }};
+    return state->clickObservers.add(std::move(observer));
 }
 
 std::unique_ptr<UserNotifications> makeUserNotifications() {

@@ -132,27 +132,27 @@ void refuseSample(Session &session, const char *command) {
 }
 
 std::optional<double> passingOption(const CommandLine &line) {
-    using namespace thresholdBounds;
     const auto word = line.value("passing");
     if (!word)
         return std::nullopt;
+    const NumberRange &range = preferences::passingScores;
     const auto number = valueAs<double>(parsePreferenceValue(*word));
-    if (!number || !(*number >= minimumPassing && *number <= maximumPassing)) {
+    if (!number || !range.contains(*number)) {
         throw UsageError(fmt::format(
-            "--passing takes a percentage from {} to {}", minimumPassing, maximumPassing));
+            "--passing takes a percentage from {} to {}", range.minimum, range.maximum));
     }
     return number;
 }
 
 std::optional<std::int64_t> inactivityOption(const CommandLine &line) {
-    using namespace thresholdBounds;
     const auto word = line.value("inactivity");
     if (!word)
         return std::nullopt;
+    const NumberRange &range = preferences::inactivityWindows;
     const auto days = valueAs<std::int64_t>(parsePreferenceValue(*word));
-    if (!days || *days < minimumDays || *days > maximumDays) {
-        throw UsageError(
-            fmt::format("--inactivity takes whole days from {} to {}", minimumDays, maximumDays));
+    if (!days || !range.contains(double(*days))) {
+        throw UsageError(fmt::format(
+            "--inactivity takes whole days from {} to {}", range.minimum, range.maximum));
     }
     return days;
 }

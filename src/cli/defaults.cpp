@@ -59,7 +59,7 @@ int writeOne(Session &session, const QStringList &words) {
         static_cast<void>(session.stores());
     try {
         writeSetting(session.defaults(), key, parsePreferenceValue(line.word(1)));
-    } catch (const InvalidSetting &error) {
+    } catch (const InvalidPreference &error) {
         throw UsageError(error.what());
     }
     return done;

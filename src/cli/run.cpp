@@ -31,7 +31,7 @@ LaunchArguments takeLaunchArguments(std::span<const std::string> words) {
     LaunchArguments all = parseLaunchArguments(words);
     while (!all.rest.empty() && all.rest.front() == "--sample") {
         LaunchArguments more = parseLaunchArguments(std::span(all.rest).subspan(1));
-        all.domain.insert_or_assign("SampleData", true);
+        all.domain.insert_or_assign(std::string(preferences::sampleData.name), true);
         for (auto &[key, value] : more.domain)
             all.domain.insert_or_assign(key, value);
         all.rest = std::move(more.rest);

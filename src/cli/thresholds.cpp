@@ -1,3 +1,4 @@
+#include "app/shell/settings.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
@@ -26,9 +27,10 @@ static int runThresholds(Session &session, const QStringList &words) {
     if (line.has("use-defaults"))
         useDefaults(defaults, id);
     if (passing)
-        courseSettings::set(defaults, id, courseSettings::passingScore, *passing);
+        writeSetting(defaults, courseSettings::key(id, courseSettings::passingScore), *passing);
     if (inactivity)
-        courseSettings::set(defaults, id, courseSettings::inactivityDays, *inactivity);
+        writeSetting(
+            defaults, courseSettings::key(id, courseSettings::inactivityDays), *inactivity);
 
     const CourseThresholds thresholds = courseThresholds(defaults, id);
     const std::string summary = thresholdsSummary(thresholds);

@@ -1,87 +1,73 @@
 #include "preferences/preferencekeys.h"
 
-#include <fmt/format.h>
-
-#include <charconv>
-
 namespace ellwynd {
 
 namespace {
 
-template<class T>
-void add(PreferenceMap &map, const PreferenceKey<T> &key) {
-    if constexpr (std::is_same_v<T, std::string>) {
-        if (!key.fallback.empty())
-            map.emplace(key.name, std::string(key.fallback));
-    } else {
-        map.emplace(key.name, key.fallback);
-    }
+/// A row's default is of its type and one of the values that the row takes.
+constexpr bool isSound(const Preference &row) {
+    using Type = Preference::Type;
+    const auto fits = [&]<class T>(Type type, T) {
+        return row.type == type && std::holds_alternative<T>(row.fallback);
+    };
+    const bool isCourses = row.key.starts_with(preferences::coursePrefix);
+    const bool hasType = fits(Type::boolean, false) || fits(Type::integer, std::int64_t{}) ||
+        fits(Type::real, 0.0) || fits(Type::text, std::string_view()) ||
+        (std::holds_alternative<std::monostate>(row.fallback) &&
+         (row.type == Type::idList || isCourses));
+    const auto *text = std::get_if<std::string_view>(&row.fallback);
+    const auto *integer = std::get_if<std::int64_t>(&row.fallback);
+    const auto *real = std::get_if<double>(&row.fallback);
+    const bool isNumber = row.type == Type::integer || row.type == Type::real;
+    return hasType && !row.meaning.empty() && !row.control.empty() &&
+        (isNumber ? row.range.minimum > -NumberRange::unlimited : row.range == NumberRange()) &&
+        (integer == nullptr || row.range.contains(double(*integer))) &&
+        (real == nullptr || row.range.contains(*real)) &&
+        (row.choices.empty() || row.type == Type::text) &&
+        (row.choices.empty() || text == nullptr ||
+         std::ranges::find(row.choices, *text) != row.choices.end()) &&
+        std::ranges::count(preferences::table, row.key, &Preference::key) == 1;
 }
 
-template<class Number>
-std::optional<Number> parseWhole(std::string_view word) {
-    Number number{};
-    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-    if (error != std::errc{} || end != word.data() + word.size())
-        return std::nullopt;
-    return number;
-}
-
-std::string quoted(std::string_view text) {
-    std::string result = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\')
-            result += '\\', result += c;
-        else if (static_cast<unsigned char>(c) < 0x20)
-            result += fmt::format("\\u{:04x}", int(c));
-        else
-            result += c;
+static_assert([] {
+    for (const Preference &row : preferences::table) {
+        if (!isSound(row))
+            return false;
     }
-    return result + '"';
-}
+    return true;
+}());
+
+struct AsValue {
+    std::optional<PreferenceValue> operator()(std::monostate) const { return std::nullopt; }
+    std::optional<PreferenceValue> operator()(std::string_view text) const {
+        return text.empty() ? std::nullopt : std::optional<PreferenceValue>(std::string(text));
+    }
+    template<class T>
+    std::optional<PreferenceValue> operator()(T value) const {
+        return PreferenceValue(value);
+    }
+};
 
 } // namespace
 
+const Preference *preferences::find(std::string_view key) {
+    const auto found =
+        std::ranges::find_if(table, [&](const Preference &row) { return row.matches(key); });
+    return found != table.end() ? &*found : nullptr;
+}
+
+bool preferences::isSynced(std::string_view key) {
+    const Preference *row = find(key);
+    return row != nullptr ? row->synced : key.starts_with(coursePrefix);
+}
+
 PreferenceMap preferences::registeredDefaults() {
     PreferenceMap map;
-    const auto addAll = [&map](const auto &...keys) { (add(map, keys), ...); };
-    addAll(
-        canvasBaseURL, sampleData, sampleWidgets, sampleNotifications, defaultPassingScore,
-        defaultInactivityDays, appearance, accentTheme, textScale, rosterCompactRows,
-        sidebarTermLimit, studentDetailsHidden, rememberContacts, rememberRosterHistory,
-        dashboardTermID, widgetsHideCourseNames, movementNotifications, notifyWhileActive,
-        syncSettings, automaticUpdateChecks, onboardingStep, courseInsightPanelMode);
+    for (const Preference &row : table) {
+        if (auto value = std::visit(AsValue(), row.fallback))
+            map.emplace(row.key, *std::move(value));
+    }
     return map;
-}
-
-PreferenceValue parsePreferenceValue(std::string_view word) {
-    if (word == "YES" || word == "true")
-        return true;
-    if (word == "NO" || word == "false")
-        return false;
-    if (const auto integer = parseWhole<std::int64_t>(word))
-        return *integer;
-    if (const auto real = parseWhole<double>(word); real && std::isfinite(*real))
-        return *real;
-    return std::string(word);
-}
-
-std::string toJSON(const PreferenceValue &value) {
-    struct Writer {
-        std::string operator()(bool v) const { return v ? "true" : "false"; }
-        std::string operator()(std::int64_t v) const { return fmt::to_string(v); }
-        std::string operator()(double v) const {
-            std::string text = fmt::format("{}", v);
-            if (text.find_first_of(".e") == std::string::npos)
-                text += ".0";
-            return text;
-        }
-        std::string operator()(const std::string &v) const { return quoted(v); }
-        std::string operator()(const IDList &v) const {
-            return fmt::format("[{}]", fmt::join(v, ","));
-        }
-    };
-    return std::visit(Writer{}, value);
 }
 
 } // namespace ellwynd

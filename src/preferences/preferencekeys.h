@@ -1,107 +1,323 @@
-// Every preference of the program, once: its key, its type and what it reads as when absent.
+// The one table of the program's preferences, and a typed constant for the key of each.
+//
+// The default, the checks of what is entered, the allow-list of the sync, the signals of a change,
+// the limits and choices of the controls and the manual all follow from a row.
 #pragma once
 
-#include "preferences/preferencevalue.h"
+#include "preferences/courseicon.h"
+#include "preferences/preference.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <string>
-#include <string_view>
-#include <type_traits>
+#include <array>
 
 namespace ellwynd {
 
-/// A preference's key with its type. `normalise` maps a stored value onto the values in use, at
-/// every read and write.
+/// A preference's key with its type.
 template<class T>
 struct PreferenceKey {
     using Fallback = std::conditional_t<
         std::is_same_v<T, std::string>, std::string_view,
-        std::conditional_t<std::is_same_v<T, IDList>, std::nullptr_t, T>>;
+        std::conditional_t<std::is_same_v<T, IDList>, std::monostate, T>>;
+
+    /// @param row must describe a preference of this type.
+    explicit consteval PreferenceKey(const Preference &row)
+        : name(row.key), fallback(std::get<Fallback>(row.fallback)), row(&row) {}
+
+    /// What an absent one reads as.
+    [[nodiscard]] T absent() const {
+        if constexpr (std::is_same_v<T, IDList>)
+            return {};
+        else
+            return T(fallback);
+    }
+
+    /// The value in use for a stored one.
+    [[nodiscard]] T normalise(T value) const {
+        if constexpr (std::is_same_v<T, std::int64_t> || std::is_same_v<T, double>)
+            return row->range.clamped(value);
+        else
+            return value;
+    }
 
     std::string_view name;
-    Fallback fallback{};
-    T (*normalise)(T) = nullptr;
+    Fallback fallback;
+    const Preference *row;
 };
 
 namespace preferences {
 
-// Connection and sample college.
-/// The Canvas address as typed; empty means not connected.
-inline constexpr PreferenceKey<std::string> canvasBaseURL{"CanvasBaseURL", ""};
-/// Use the invented college instead of Canvas.
-inline constexpr PreferenceKey<bool> sampleData{"SampleData", false};
-/// In sample mode, whether widgets and notices are fed too.
-inline constexpr PreferenceKey<bool> sampleWidgets{"SampleWidgets", false};
-inline constexpr PreferenceKey<bool> sampleNotifications{"SampleNotifications", false};
+/// The key of every preference that courses have of their own begins with it.
+inline constexpr std::string_view coursePrefix = "Course.";
 
-// Scoring; a course may override both under "Course.{id}.".
-/// Percent.
-inline constexpr PreferenceKey<double> defaultPassingScore{"DefaultPassingScore", 70.0};
-/// Whole days behind the class.
-inline constexpr PreferenceKey<std::int64_t> defaultInactivityDays{"DefaultInactivityDays", 7};
+inline constexpr std::array<std::string_view, 3> appearances{"automatic", "light", "dark"};
+inline constexpr std::array<std::string_view, 7> accents{"system", "blue", "indigo",  "purple",
+                                                         "teal",   "pink", "graphite"};
+inline constexpr std::array<std::string_view, 3> panelModes{"shown", "small", "hidden"};
 
-// Appearance.
-/// "automatic", "light" or "dark".
-inline constexpr PreferenceKey<std::string> appearance{"Appearance", "automatic"};
-/// "system", "blue", "indigo", "purple", "teal", "pink" or "graphite".
-inline constexpr PreferenceKey<std::string> accentTheme{"AccentTheme", "system"};
-/// Factor on every text, 0.8 to 2.0.
-inline constexpr PreferenceKey<double> textScale{
-    "TextScale", 1.0, [](double scale) { return std::clamp(scale, 0.8, 2.0); }};
-/// One line per student in the roster.
-inline constexpr PreferenceKey<bool> rosterCompactRows{"RosterCompactRows", false};
-/// Terms in the sidebar, newest first; 0 stands for all of them.
-inline constexpr PreferenceKey<std::int64_t> sidebarTermLimit{
-    "SidebarTermLimit", 6, [](std::int64_t limit) { return std::max<std::int64_t>(limit, 0); }};
-/// Ids of the terms whose group is open in the sidebar; absent until the teacher opens or closes
-/// one.
-inline constexpr PreferenceKey<IDList> sidebarExpandedTerms{"SidebarExpandedTerms"};
+inline constexpr NumberRange passingScores{
+    .minimum = 0, .maximum = 100, .step = 0.5, .rounded = true};
+inline constexpr NumberRange inactivityWindows{
+    .minimum = 1, .maximum = 60, .step = 1, .rounded = true};
 
-// What is remembered between visits; switching one off deletes its memory.
-inline constexpr PreferenceKey<bool> rememberContacts{"RememberContacts", true};
-inline constexpr PreferenceKey<bool> rememberRosterHistory{"RememberRosterHistory", true};
+using Type = Preference::Type;
+using Signal = Preference::ChangeSignal;
 
-// Dashboard, widgets and notices.
-/// The dashboard's term; 0 is Automatic.
-inline constexpr PreferenceKey<std::int64_t> dashboardTermID{"DashboardTermID", 0};
-/// Leave course names out of the widget snapshot.
-inline constexpr PreferenceKey<bool> widgetsHideCourseNames{"WidgetsHideCourseNames", false};
-inline constexpr PreferenceKey<bool> movementNotifications{"MovementNotifications", false};
-/// Post notices even while the program is in front.
-inline constexpr PreferenceKey<bool> notifyWhileActive{"NotifyWhileActive", false};
+inline constexpr auto table = std::to_array<Preference>({
+    // Connection and sample college.
+    {.key = "CanvasBaseURL",
+     .type = Type::text,
+     .fallback = "",
+     .synced = true,
+     .control = "Settings ▸ Connection",
+     .meaning = "The Canvas address as typed; empty means not connected."},
+    {.key = "SampleData",
+     .type = Type::boolean,
+     .fallback = false,
+     .control = "File ▸ Explore with Sample Data…",
+     .meaning = "Work on the invented college instead of Canvas."},
+    {.key = "SampleWidgets",
+     .type = Type::boolean,
+     .fallback = false,
+     .control = "the command line",
+     .meaning = "In the sample college, feed the widgets too."},
+    {.key = "SampleNotifications",
+     .type = Type::boolean,
+     .fallback = false,
+     .control = "the command line",
+     .meaning = "In the sample college, post notices too."},
 
-// Sync.
-inline constexpr PreferenceKey<bool> syncSettings{"SyncSettingsViaICloud", false};
-/// The folder that the teacher's own sync service keeps in step; empty for none. Never synced
-/// itself.
-inline constexpr PreferenceKey<std::string> cloudStoreFolder{"CloudStoreFolder", ""};
+    // Scoring; a course may override both.
+    {.key = "DefaultPassingScore",
+     .type = Type::real,
+     .fallback = 70.0,
+     .range = passingScores,
+     .synced = true,
+     .control = "Settings ▸ Risk Thresholds",
+     .meaning = "The passing score in percent."},
+    {.key = "DefaultInactivityDays",
+     .type = Type::integer,
+     .fallback = std::int64_t{7},
+     .range = inactivityWindows,
+     .synced = true,
+     .control = "Settings ▸ Risk Thresholds",
+     .meaning = "The inactivity window in days behind the class."},
 
-// Updates and first run.
-/// Look for updates once a day without being asked; where the program was built without a feed
-/// there is none to look at.
-inline constexpr PreferenceKey<bool> automaticUpdateChecks{"AutomaticUpdateChecks", true};
-/// The instant at which an update check last began; empty before the first.
-inline constexpr PreferenceKey<std::string> lastUpdateCheck{"LastUpdateCheck", ""};
-/// "yyyy-MM-dd", the last day whose first update check ended well.
-inline constexpr PreferenceKey<std::string> lastCountedCheckDay{"LastCountedCheckDay", ""};
-/// Build and version of an announced update; empty for none.
-inline constexpr PreferenceKey<std::string> pendingUpdateBuild{"PendingUpdateBuild", ""};
-inline constexpr PreferenceKey<std::string> pendingUpdateVersion{"PendingUpdateVersion", ""};
-/// How far the first-run steps are, from 0.
-inline constexpr PreferenceKey<std::int64_t> onboardingStep{"Onboarding.step", 0};
-/// "shown", "small" or "hidden".
-inline constexpr PreferenceKey<std::string> courseInsightPanelMode{
-    "CourseInsightPanelMode", "shown"};
+    // Appearance.
+    {.key = "Appearance",
+     .type = Type::text,
+     .fallback = "automatic",
+     .choices = appearances,
+     .synced = true,
+     .changeSignal = Signal::appearance,
+     .control = "Settings ▸ General",
+     .meaning = "Light, dark, or as the desktop is."},
+    {.key = "AccentTheme",
+     .type = Type::text,
+     .fallback = "system",
+     .choices = accents,
+     .changeSignal = Signal::accentTheme,
+     .control = "Settings ▸ General",
+     .meaning = "The colour of selections and links."},
+    {.key = "TextScale",
+     .type = Type::real,
+     .fallback = 1.0,
+     .range = {.minimum = 0.8, .maximum = 2, .step = 0.1, .outside = NumberRange::Outside::clamped},
+     .synced = true,
+     .changeSignal = Signal::textScale,
+     .control = "Settings ▸ General",
+     .meaning = "The factor on the size of every text, from 0.8 to 2."},
+    {.key = "SidebarExpandedTerms",
+     .type = Type::idList,
+     .synced = true,
+     .meaning = "The terms whose group is open in the sidebar; absent until the teacher opens or "
+                "closes one."},
+    {.key = "SidebarTermLimit",
+     .type = Type::integer,
+     .fallback = std::int64_t{6},
+     .range = {.minimum = 0, .outside = NumberRange::Outside::clamped},
+     .synced = true,
+     .changeSignal = Signal::termLimit,
+     .control = "Settings ▸ General",
+     .meaning = "The terms in the sidebar, newest first; 0 stands for all of them."},
+    {.key = "RosterCompactRows",
+     .type = Type::boolean,
+     .fallback = false,
+     .synced = true,
+     .control = "Settings ▸ General",
+     .meaning = "One line for each student."},
 
-// The windows as they were left; base64 of the window system's own forms.
-inline constexpr PreferenceKey<std::string> mainWindowGeometry{"MainWindowGeometry", ""};
-inline constexpr PreferenceKey<std::string> mainWindowColumns{"MainWindowColumns", ""};
-inline constexpr PreferenceKey<bool> studentDetailsHidden{"StudentDetailsHidden", false};
-inline constexpr PreferenceKey<std::string> helpWindowGeometry{"HelpWindowGeometry", ""};
+    // What is remembered between visits; switching one off deletes its memory.
+    {.key = "RememberRosterHistory",
+     .type = Type::boolean,
+     .fallback = true,
+     .control = "Settings ▸ Privacy",
+     .meaning = "Remember levels from day to day."},
+    {.key = "RememberContacts",
+     .type = Type::boolean,
+     .fallback = true,
+     .control = "Settings ▸ Privacy",
+     .meaning = "Remember who was written to."},
 
-/// What reads as if it were saved when it is not: every key above that has a default.
+    // Dashboard, widgets and notices.
+    {.key = "DashboardTermID",
+     .type = Type::integer,
+     .fallback = std::int64_t{0},
+     .range = {.minimum = 0},
+     .control = "Dashboard ▸ Term",
+     .meaning = "The id of the dashboard's term; 0 is automatic."},
+    {.key = "WidgetsHideCourseNames",
+     .type = Type::boolean,
+     .fallback = false,
+     .control = "Settings ▸ Widgets",
+     .meaning = "Leave course names out of the widget files."},
+    {.key = "MovementNotifications",
+     .type = Type::boolean,
+     .fallback = false,
+     .control = "Settings ▸ Notifications",
+     .meaning = "Post a notice when students do worse."},
+    {.key = "NotifyWhileActive",
+     .type = Type::boolean,
+     .fallback = false,
+     .control = "Settings ▸ Notifications",
+     .meaning = "Post it even while the program is in front."},
+
+    // Sync.
+    {.key = "SyncSettingsViaICloud",
+     .type = Type::boolean,
+     .fallback = false,
+     .control = "Settings ▸ Sync",
+     .meaning = "Keep settings in step through the synced folder."},
+    {.key = "CloudStoreFolder",
+     .type = Type::text,
+     .fallback = "",
+     .control = "Settings ▸ Sync",
+     .meaning = "The folder that the teacher's own sync service keeps in step; empty for none."},
+
+    // Updates and first run.
+    {.key = "AutomaticUpdateChecks",
+     .type = Type::boolean,
+     .fallback = true,
+     .control = "Settings ▸ General",
+     .meaning = "Look for updates once a day, where the program was built to."},
+    {.key = "LastUpdateCheck",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "The instant at which an update check last began; empty before the first."},
+    {.key = "LastCountedCheckDay",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "\"yyyy-MM-dd\", the last day whose first update check ended well."},
+    {.key = "PendingUpdateBuild",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "The build of an announced update; empty for none."},
+    {.key = "PendingUpdateVersion",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "The version of an announced update; empty for none."},
+    {.key = "Onboarding.step",
+     .type = Type::integer,
+     .fallback = std::int64_t{0},
+     .range = {.minimum = 0, .maximum = 3},
+     .meaning = "How far the first-run steps are; the last one is the end."},
+
+    // The windows as they were left.
+    {.key = "CourseInsightPanelMode",
+     .type = Type::text,
+     .fallback = "shown",
+     .choices = panelModes,
+     .control = "View ▸ Course Insight",
+     .meaning = "The panel above the roster: whole, on one line, or not at all."},
+    {.key = "StudentDetailsHidden",
+     .type = Type::boolean,
+     .fallback = false,
+     .control = "View ▸ Hide Student Details",
+     .meaning = "Show the roster without the pane of the selected student."},
+    {.key = "MainWindowGeometry",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "Base64 of the window system's own form."},
+    {.key = "MainWindowColumns",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "Base64 of the window system's own form."},
+    {.key = "HelpWindowGeometry",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "Base64 of the window system's own form."},
+
+    // What a course has of its own. A threshold without one follows the default.
+    {.key = "Course.{id}.PassingScore",
+     .type = Type::real,
+     .range = passingScores,
+     .synced = true,
+     .control = "Course ▸ Risk Thresholds…",
+     .meaning = "The passing score of one course in percent."},
+    {.key = "Course.{id}.InactivityDays",
+     .type = Type::integer,
+     .range = inactivityWindows,
+     .synced = true,
+     .control = "Course ▸ Risk Thresholds…",
+     .meaning = "The inactivity window of one course in days behind the class."},
+    {.key = "Course.{id}.Icon",
+     .type = Type::text,
+     .choices = courseSettings::iconWords,
+     .synced = true,
+     .control = "Course ▸ Icon…",
+     .meaning = "The picture on the tile of one course."},
+    {.key = "Course.{id}.IconColor",
+     .type = Type::text,
+     .choices = courseSettings::colorWords,
+     .synced = true,
+     .control = "Course ▸ Icon…",
+     .meaning = "The colour of the tile of one course."},
+});
+
+/// The row of a key as it stands in the table; any other does not compile.
+consteval const Preference &row(std::string_view key) {
+    return *std::ranges::find(table, key, &Preference::key);
+}
+
+inline constexpr PreferenceKey<std::string> canvasBaseURL{row("CanvasBaseURL")};
+inline constexpr PreferenceKey<bool> sampleData{row("SampleData")};
+inline constexpr PreferenceKey<bool> sampleWidgets{row("SampleWidgets")};
+inline constexpr PreferenceKey<bool> sampleNotifications{row("SampleNotifications")};
+inline constexpr PreferenceKey<double> defaultPassingScore{row("DefaultPassingScore")};
+inline constexpr PreferenceKey<std::int64_t> defaultInactivityDays{row("DefaultInactivityDays")};
+inline constexpr PreferenceKey<std::string> appearance{row("Appearance")};
+inline constexpr PreferenceKey<std::string> accentTheme{row("AccentTheme")};
+inline constexpr PreferenceKey<double> textScale{row("TextScale")};
+inline constexpr PreferenceKey<IDList> sidebarExpandedTerms{row("SidebarExpandedTerms")};
+inline constexpr PreferenceKey<std::int64_t> sidebarTermLimit{row("SidebarTermLimit")};
+inline constexpr PreferenceKey<bool> rosterCompactRows{row("RosterCompactRows")};
+inline constexpr PreferenceKey<bool> rememberRosterHistory{row("RememberRosterHistory")};
+inline constexpr PreferenceKey<bool> rememberContacts{row("RememberContacts")};
+inline constexpr PreferenceKey<std::int64_t> dashboardTermID{row("DashboardTermID")};
+inline constexpr PreferenceKey<bool> widgetsHideCourseNames{row("WidgetsHideCourseNames")};
+inline constexpr PreferenceKey<bool> movementNotifications{row("MovementNotifications")};
+inline constexpr PreferenceKey<bool> notifyWhileActive{row("NotifyWhileActive")};
+inline constexpr PreferenceKey<bool> syncSettings{row("SyncSettingsViaICloud")};
+inline constexpr PreferenceKey<std::string> cloudStoreFolder{row("CloudStoreFolder")};
+inline constexpr PreferenceKey<bool> automaticUpdateChecks{row("AutomaticUpdateChecks")};
+inline constexpr PreferenceKey<std::string> lastUpdateCheck{row("LastUpdateCheck")};
+inline constexpr PreferenceKey<std::string> lastCountedCheckDay{row("LastCountedCheckDay")};
+inline constexpr PreferenceKey<std::string> pendingUpdateBuild{row("PendingUpdateBuild")};
+inline constexpr PreferenceKey<std::string> pendingUpdateVersion{row("PendingUpdateVersion")};
+inline constexpr PreferenceKey<std::int64_t> onboardingStep{row("Onboarding.step")};
+inline constexpr PreferenceKey<std::string> courseInsightPanelMode{row("CourseInsightPanelMode")};
+inline constexpr PreferenceKey<bool> studentDetailsHidden{row("StudentDetailsHidden")};
+inline constexpr PreferenceKey<std::string> mainWindowGeometry{row("MainWindowGeometry")};
+inline constexpr PreferenceKey<std::string> mainWindowColumns{row("MainWindowColumns")};
+inline constexpr PreferenceKey<std::string> helpWindowGeometry{row("HelpWindowGeometry")};
+
+/// The row that describes a key; null when none does.
+[[nodiscard]] const Preference *find(std::string_view key);
+
+/// Whether a key follows the teacher to other computers. What a course has of its own always does,
+/// also when only a newer version of the program knows it.
+[[nodiscard]] bool isSynced(std::string_view key);
+
+/// What reads as if it were saved when it is not.
 [[nodiscard]] PreferenceMap registeredDefaults();
 
 } // namespace preferences

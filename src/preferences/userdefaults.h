@@ -15,8 +15,7 @@ namespace ellwynd {
 /// Several processes may share the file: each reads it again, under a lock, before it applies a
 /// change, and one that watches hears of the others' changes.
 ///
-/// The file is one JSON object. Values of a shape the program does not know are kept as they are
-/// and read as absent.
+/// Values in the file of a shape that the program does not know are kept and read as absent.
 ///
 /// Observers are called on the thread that writes or watches, after the change.
 class UserDefaults {
@@ -36,17 +35,17 @@ class UserDefaults {
     /// The value in effect as the key's type; one of another type reads as the key's default.
     template<class T>
     [[nodiscard]] T value(const PreferenceKey<T> &key) const {
-        T result = fallback(key);
+        T result = key.absent();
         if (const auto stored = object(key.name))
             result = valueAs<T>(*stored).value_or(std::move(result));
-        return key.normalise ? key.normalise(std::move(result)) : result;
+        return key.normalise(std::move(result));
     }
 
     /// Saves a value. A file that cannot be written is logged; the value holds for this run.
     void set(std::string_view key, PreferenceValue value);
     template<class T>
     void set(const PreferenceKey<T> &key, T value) {
-        set(key.name, PreferenceValue{key.normalise ? key.normalise(std::move(value)) : value});
+        set(key.name, PreferenceValue{key.normalise(std::move(value))});
     }
 
     /// Forgets a saved value, so that the default is in effect again.
@@ -77,14 +76,6 @@ class UserDefaults {
     void reloadIfChanged();
 
   private:
-    template<class T>
-    static T fallback(const PreferenceKey<T> &key) {
-        if constexpr (std::is_same_v<T, IDList>)
-            return {};
-        else
-            return T(key.fallback);
-    }
-
     struct State;
     std::unique_ptr<State> state;
 };

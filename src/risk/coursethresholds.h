@@ -30,13 +30,4 @@ void useDefaults(UserDefaults &, std::int64_t courseID);
 /// "Scored at 70% passing, 7 days behind the class. Following the defaults from Settings."
 [[nodiscard]] std::string thresholdsSummary(const CourseThresholds &);
 
-/// What the editors accept. The scorer itself takes any value.
-namespace thresholdBounds {
-inline constexpr double minimumPassing = 0;
-inline constexpr double maximumPassing = 100;
-inline constexpr double passingStep = 0.5;
-inline constexpr std::int64_t minimumDays = 1;
-inline constexpr std::int64_t maximumDays = 60;
-} // namespace thresholdBounds
-
 } // namespace ellwynd

@@ -137,9 +137,8 @@ void MainMenus::showPreference(std::string_view key) {
 
 void MainMenus::showTextScale() {
     const double scale = defaults.value(preferences::textScale);
-    const auto bounded = preferences::textScale.normalise;
-    zoomIn->setEnabled(bounded(2 * scale) > scale);
-    zoomOut->setEnabled(bounded(scale / 2) < scale);
+    zoomIn->setEnabled(scale < preferences::textScale.row->range.maximum);
+    zoomOut->setEnabled(scale > preferences::textScale.row->range.minimum);
     actualSize->setEnabled(scale != 1);
 }
 

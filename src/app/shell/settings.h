@@ -5,19 +5,11 @@
 
 #include <QObject>
 
-#include <stdexcept>
-
 namespace ellwynd {
 
-/// A value that the setting's own control could not have produced. The message says what it takes.
-class InvalidSetting : public std::invalid_argument {
-  public:
-    using std::invalid_argument::invalid_argument;
-};
-
-/// Saves a preference after the checks and with the limits of its control in the settings window.
-/// Keys that no control has are saved as they are.
-/// @throws InvalidSetting
+/// Saves a preference that somebody enters, as its type and within the limits of its control. A key
+/// that the table of preferences does not describe is saved as it is.
+/// @throws InvalidPreference
 void writeSetting(UserDefaults &defaults, const std::string &key, PreferenceValue value);
 
 /// Announces the settings that views follow, whoever changes them: this window, another process, or
@@ -40,6 +32,8 @@ class Settings : public QObject {
     void termLimitDidChange();
 
   private:
+    void announce(Preference::ChangeSignal change);
+
     UserDefaults &store;
     std::shared_ptr<void> observing;
 };

@@ -1,30 +1,18 @@
 #include "app/sync/settingssync.h"
 
 #include "base/log.h"
-#include "risk/coursethresholds.h"
 
 #include <QScopedValueRollback>
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 
 namespace ellwynd {
 
 namespace {
 
 constexpr Log logger{"sync"};
-
-constexpr std::array syncedKeys{
-    preferences::canvasBaseURL.name,
-    preferences::defaultPassingScore.name,
-    preferences::defaultInactivityDays.name,
-    preferences::appearance.name,
-    preferences::textScale.name,
-    preferences::sidebarExpandedTerms.name,
-    preferences::sidebarTermLimit.name,
-    preferences::rosterCompactRows.name};
 
 bool isBlank(const std::optional<PreferenceValue> &value) {
     const auto *text = value ? std::get_if<std::string>(&*value) : nullptr;
@@ -34,8 +22,8 @@ bool isBlank(const std::optional<PreferenceValue> &value) {
 } // namespace
 
 SettingsSync::SettingsSync(
-    UserDefaults &preferenceStore, CloudKeyValueStore &cloud, std::chrono::milliseconds pushDelay)
-    : defaults(preferenceStore), store(cloud) {
+    UserDefaults &defaults, CloudKeyValueStore &store, std::chrono::milliseconds pushDelay)
+    : defaults(defaults), store(store) {
     pushTimer.setSingleShot(true);
     pushTimer.setInterval(pushDelay);
     pushTimer.setTimerType(Qt::CoarseTimer);
@@ -44,14 +32,9 @@ SettingsSync::SettingsSync(
 
 SettingsSync::~SettingsSync() = default;
 
-bool SettingsSync::isSynced(std::string_view key) {
-    return std::ranges::find(syncedKeys, key) != syncedKeys.end() ||
-        key.starts_with(courseSettings::prefix);
-}
-
 PreferenceMap SettingsSync::savedSettings() const {
     PreferenceMap saved = defaults.persistentDomain();
-    std::erase_if(saved, [](const auto &entry) { return !isSynced(entry.first); });
+    std::erase_if(saved, [](const auto &entry) { return !preferences::isSynced(entry.first); });
     return saved;
 }
 
@@ -59,8 +42,9 @@ void SettingsSync::start() {
     if (isRunning() || !defaults.value(preferences::syncSettings) ||
         defaults.value(preferences::sampleData))
         return;
-    const auto forced = std::ranges::count_if(
-        defaults.argumentDomain(), [](const auto &entry) { return isSynced(entry.first); });
+    const auto forced = std::ranges::count_if(defaults.argumentDomain(), [](const auto &entry) {
+        return preferences::isSynced(entry.first);
+    });
     if (forced > 0) {
         logger.error(
             fmt::format("Not syncing: launch arguments override {} synced setting(s)", forced));
@@ -86,7 +70,7 @@ void SettingsSync::stop() {
 }
 
 void SettingsSync::localChange(std::string_view key) {
-    if (!applyingRemote && isSynced(key))
+    if (!applyingRemote && preferences::isSynced(key))
         pushTimer.start();
 }
 
@@ -116,7 +100,7 @@ void SettingsSync::applyExternalChange(const CloudChange &change) {
     int applied = 0;
     const QScopedValueRollback guard(applyingRemote, true);
     for (const std::string &key : change.keys) {
-        if (!isSynced(key))
+        if (!preferences::isSynced(key))
             continue;
         const auto value = store.object(key);
         // A blank address of another machine never disconnects this one.
@@ -140,7 +124,7 @@ void SettingsSync::applyExternalChange(const CloudChange &change) {
 
 void SettingsSync::removeSyncedSettings() {
     for (const auto &[key, value] : store.all()) {
-        if (isSynced(key))
+        if (preferences::isSynced(key))
             store.remove(key);
     }
     logger.info("Removed synced settings from iCloud");

@@ -11,8 +11,8 @@
 
 namespace ellwynd {
 
-/// Keeps the settings of a short list, and every course's own, in step with the cloud store. Never
-/// the token, the privacy switches or the sample's settings.
+/// Keeps the preferences that the table marks as synced, and every course's own, in step with the
+/// cloud store.
 class SettingsSync : public QObject {
     Q_OBJECT
 
@@ -33,8 +33,6 @@ class SettingsSync : public QObject {
     void push();
     /// Takes every synced setting out of the store; this machine keeps its own.
     void removeSyncedSettings();
-
-    [[nodiscard]] static bool isSynced(std::string_view key);
 
   Q_SIGNALS:
     /// After settings of another machine were applied here.

@@ -93,24 +93,7 @@ struct SyncedFolder::State {
         const json read = json::parse(text, nullptr, false);
         if (!read.is_object() || !read.contains("value"))
             return std::nullopt;
-        const json &value = read["value"];
-        if (value.is_boolean())
-            return value.get<bool>();
-        if (value.is_number_integer())
-            return value.get<std::int64_t>();
-        if (value.is_number_float())
-            return value.get<double>();
-        if (value.is_string())
-            return value.get<std::string>();
-        if (!value.is_array())
-            return std::nullopt;
-        IDList list;
-        for (const json &item : value) {
-            if (!item.is_number_integer())
-                return std::nullopt;
-            list.push_back(item.get<std::int64_t>());
-        }
-        return list;
+        return fromJSON(read["value"]);
     }
 
     void loadSeen() {

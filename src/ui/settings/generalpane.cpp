@@ -14,11 +14,13 @@ namespace ellwynd {
 
 namespace {
 
-/// A list of choices whose data are preference values.
-QComboBox *choices(std::initializer_list<std::pair<const char *, const char *>> items) {
+/// The words that a preference takes, each shown with a capital letter.
+QComboBox *choices(const PreferenceKey<std::string> &key) {
     auto *box = new QComboBox;
-    for (const auto &[value, text] : items)
-        box->addItem(QString::fromUtf8(text), QString::fromUtf8(value));
+    for (const std::string_view choice : key.row->choices) {
+        const QString word = qstring(choice);
+        box->addItem(word.left(1).toUpper() + word.mid(1), word);
+    }
     return box;
 }
 
@@ -29,29 +31,28 @@ void choose(QComboBox &box, const std::string &value) {
 
 constexpr double percent = 100;
 
+int toPercent(double factor) {
+    return int(std::lround(factor * percent));
+}
+
 } // namespace
 
 GeneralPane::GeneralPane(UserDefaults &store, const Appearance &look)
     : SettingsPane(QStringLiteral("General"), store, look),
-      appearanceChoice(choices({{"automatic", "Automatic"}, {"light", "Light"}, {"dark", "Dark"}})),
-      accent(choices(
-          {{"system", "System"},
-           {"blue", "Blue"},
-           {"indigo", "Indigo"},
-           {"purple", "Purple"},
-           {"teal", "Teal"},
-           {"pink", "Pink"},
-           {"graphite", "Graphite"}})),
+      appearanceChoice(choices(preferences::appearance)),
+      accent(choices(preferences::accentTheme)),
       textSize(new QSpinBox),
       terms(new QSpinBox),
       compactRows(new QCheckBox(QStringLiteral("One line per student in the roster"))),
       updates(new QCheckBox(QStringLiteral("Look for updates once a day"))) {
-    textSize->setRange(80, 200);
-    textSize->setSingleStep(10);
+    const NumberRange &scale = preferences::textScale.row->range;
+    textSize->setRange(toPercent(scale.minimum), toPercent(scale.maximum));
+    textSize->setSingleStep(toPercent(scale.step));
     textSize->setSuffix(QStringLiteral(" %"));
     textSize->setKeyboardTracking(false);
+    // More than anybody has; the preference itself has no upper limit.
     constexpr int manyTerms = 99;
-    terms->setRange(0, manyTerms);
+    terms->setRange(int(preferences::sidebarTermLimit.row->range.minimum), manyTerms);
     terms->setSpecialValueText(QStringLiteral("All"));
     terms->setAccessibleName(QStringLiteral("Terms in the sidebar, 0 for all"));
     addRow(QStringLiteral("Appearance"), appearanceChoice);
@@ -98,7 +99,7 @@ void GeneralPane::showPreferences() {
     const QSignalBlocker quiet[] = {
         QSignalBlocker(textSize), QSignalBlocker(terms), QSignalBlocker(compactRows),
         QSignalBlocker(updates)};
-    textSize->setValue(int(std::lround(defaults.value(preferences::textScale) * percent)));
+    textSize->setValue(toPercent(defaults.value(preferences::textScale)));
     terms->setValue(int(
         std::min<std::int64_t>(defaults.value(preferences::sidebarTermLimit), terms->maximum())));
     compactRows->setChecked(defaults.value(preferences::rosterCompactRows));

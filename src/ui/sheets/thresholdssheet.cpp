@@ -91,7 +91,7 @@ void ThresholdsSheet::showThresholds() {
     ownInactivity->setChecked(thresholds.inactivityOverridden);
     inactivity->setEnabled(thresholds.inactivityOverridden);
     inactivity->setValue(int(std::clamp<std::int64_t>(
-        thresholds.inactivityDays, thresholdBounds::minimumDays, thresholdBounds::maximumDays)));
+        thresholds.inactivityDays, inactivity->minimum(), inactivity->maximum())));
     followDefaults->setEnabled(thresholds.anyOverridden());
     summary->setText(qstring(thresholdsSummary(thresholds)));
 }

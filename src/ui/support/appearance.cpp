@@ -38,9 +38,9 @@ void Appearance::setDesktopIsDark(bool dark) {
 }
 
 void Appearance::zoom(int direction) {
-    constexpr double step = 0.1;
+    const double stepsPerUnit = std::round(1 / preferences::textScale.row->range.step);
     settings.setTextScale(
-        direction == 0 ? 1.0 : std::round((look.scale + direction * step) * 10) / 10);
+        direction == 0 ? 1.0 : std::round(look.scale * stepsPerUnit + direction) / stepsPerUnit);
 }
 
 } // namespace ellwynd

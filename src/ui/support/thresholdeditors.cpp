@@ -1,23 +1,21 @@
 #include "ui/support/thresholdeditors.h"
 
-#include "risk/coursethresholds.h"
-
-#include <cmath>
+#include "preferences/preferencekeys.h"
 
 namespace ellwynd {
 
 QDoubleSpinBox *passingScoreEditor(const QString &accessibleName, QWidget *parent) {
-    using namespace thresholdBounds;
+    static constexpr NumberRange range = preferences::passingScores;
     auto *editor = new QDoubleSpinBox(parent);
-    editor->setRange(minimumPassing, maximumPassing);
-    editor->setSingleStep(passingStep);
+    editor->setRange(range.minimum, range.maximum);
+    editor->setSingleStep(range.step);
     editor->setDecimals(1);
     editor->setSuffix(QStringLiteral(" %"));
     editor->setAccessibleName(accessibleName);
     editor->setKeyboardTracking(false);
-    // Steps of a half, typed values included.
+    // Typed values are rounded as well.
     QObject::connect(editor, &QDoubleSpinBox::valueChanged, editor, [editor](double value) {
-        const double stepped = std::round(value / passingStep) * passingStep;
+        const double stepped = range.roundedToStep(value);
         if (stepped != value)
             editor->setValue(stepped);
     });
@@ -25,9 +23,10 @@ QDoubleSpinBox *passingScoreEditor(const QString &accessibleName, QWidget *paren
 }
 
 QSpinBox *inactivityEditor(const QString &accessibleName, QWidget *parent) {
-    using namespace thresholdBounds;
+    constexpr NumberRange range = preferences::inactivityWindows;
     auto *editor = new QSpinBox(parent);
-    editor->setRange(int(minimumDays), int(maximumDays));
+    editor->setRange(int(range.minimum), int(range.maximum));
+    editor->setSingleStep(int(range.step));
     editor->setAccessibleName(accessibleName);
     editor->setKeyboardTracking(false);
     return editor;

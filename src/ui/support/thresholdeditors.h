@@ -6,7 +6,7 @@
 
 namespace ellwynd {
 
-/// Percent, in steps of a half; a typed value is rounded to one.
+/// Percent; a typed value is rounded to a step.
 [[nodiscard]] QDoubleSpinBox *passingScoreEditor(const QString &accessibleName, QWidget *parent);
 /// Whole days.
 [[nodiscard]] QSpinBox *inactivityEditor(const QString &accessibleName, QWidget *parent);

@@ -261,6 +261,7 @@ QWidget *WelcomeWindow::makeEnd() {
 // ---- Steps -------------------------------------------------------------------------------------
 
 void WelcomeWindow::showStep(Step step) {
+    static_assert(std::int64_t(finished) == preferences::onboardingStep.row->range.maximum);
     current = step;
     // Whoever looks at it again after the end is not asked again at the next start.
     if (defaults.value(preferences::onboardingStep) < finished)

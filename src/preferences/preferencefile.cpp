@@ -1,0 +1,133 @@
+#include "preferences/preferencefile.h"
+
+#include "base/date.h"
+#include "base/log.h"
+
+#include <fmt/format.h>
+
+namespace ellwynd {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr Log logger{"settings"};
+constexpr std::size_t sizeLimit = 16 * 1024 * 1024;
+
+/// Ends the parsing of what nests so deep that writing it again would exhaust the stack.
+bool refuseDepth(int depth, json::parse_event_t, json &) {
+    constexpr int maxDepth = 64;
+    if (depth > maxDepth)
+        throw FileError("it nests too deep.");
+    return true;
+}
+
+/// Equal, and of one type: 5 is not 5.0.
+bool same(const json &a, const json &b) {
+    return a == b && a.is_number_float() == b.is_number_float();
+}
+
+} // namespace
+
+PreferenceFile::PreferenceFile(std::filesystem::path path) : path(std::move(path)) {
+    load();
+}
+
+std::optional<PreferenceValue> PreferenceFile::value(std::string_view key) const {
+    const auto found = saved.find(std::string(key));
+    return found != saved.end() ? fromJSON(*found) : std::nullopt;
+}
+
+PreferenceMap PreferenceFile::values() const {
+    PreferenceMap map;
+    for (const auto &[key, json] : saved.items()) {
+        if (auto known = fromJSON(json))
+            map.emplace(key, std::move(*known));
+    }
+    return map;
+}
+
+std::string PreferenceFile::text() const {
+    return saved.dump(2, ' ', false, json::error_handler_t::replace);
+}
+
+PreferenceFile::Outcome PreferenceFile::update(const PreferenceChanges &changes) {
+    Outcome outcome;
+    const files::Lock lock(path);
+    outcome.changedKeys = reloadIfChanged();
+    for (const auto &[key, value] : changes) {
+        const auto found = saved.find(key);
+        const bool isSaved = found != saved.end();
+        if (value ? isSaved && same(*found, asJSON(*value)) : !isSaved)
+            continue;
+        outcome.replaced.emplace(key, isSaved ? fromJSON(*found) : std::nullopt);
+        if (value)
+            saved[key] = asJSON(*value);
+        else
+            saved.erase(key);
+    }
+    if (!outcome.replaced.empty())
+        save();
+    for (const auto &[key, value] : outcome.replaced) {
+        std::erase(outcome.changedKeys, key);
+        outcome.changedKeys.push_back(key);
+    }
+    return outcome;
+}
+
+std::vector<std::string> PreferenceFile::reloadIfChanged() {
+    const files::Stamp now = files::stamp(path);
+    // A file that has vanished is not a change: the in-memory state is kept, and the next save
+    // writes it whole.
+    if (now == seen || now.size < 0)
+        return {};
+    const json before = saved;
+    load();
+    std::vector<std::string> changed;
+    for (const auto &[key, value] : saved.items()) {
+        if (!before.contains(key) || !same(before[key], value))
+            changed.push_back(key);
+    }
+    for (const auto &[key, value] : before.items()) {
+        if (!saved.contains(key))
+            changed.push_back(key);
+    }
+    return changed;
+}
+
+/// Replaces what is in memory by what the file holds.
+void PreferenceFile::load() {
+    seen = files::stamp(path);
+    try {
+        const auto bytes = files::read(path, sizeLimit);
+        json read = bytes ? json::parse(*bytes, refuseDepth) : json::object();
+        if (!read.is_object())
+            throw FileError(path.filename().string() + " is not a JSON object.");
+        saved = std::move(read);
+    } catch (const std::exception &error) {
+        logger.error(fmt::format("Couldn't read the preferences: {}", error.what()));
+        setAside();
+    }
+}
+
+/// Keeps what could not be read: the next save would otherwise replace it.
+void PreferenceFile::setAside() const {
+    try {
+        const auto now = std::chrono::floor<std::chrono::seconds>(systemNow());
+        const auto aside = files::setAside(path, now.time_since_epoch().count());
+        logger.error(fmt::format("Set it aside at {}", aside.filename().string()));
+    } catch (const FileError &error) {
+        logger.error(fmt::format("Couldn't set it aside: {}", error.what()));
+    }
+}
+
+void PreferenceFile::save() {
+    try {
+        files::replace(path, text() + "\n");
+        seen = files::stamp(path);
+    } catch (const FileError &error) {
+        logger.error(fmt::format("Couldn't save the preferences: {}", error.what()));
+    }
+}
+
+} // namespace ellwynd

@@ -159,7 +159,9 @@ TEST(HelpFacts, LevelsBeginWhereTheTableSays) {
 }
 
 TEST(HelpFacts, NumbersAndNamesAreTheProgramsOwn) {
-    using namespace thresholdBounds;
+    const NumberRange &passing = preferences::passingScores;
+    const NumberRange &inactivity = preferences::inactivityWindows;
+    const NumberRange &scale = preferences::textScale.row->range;
     constexpr double percent = 100;
     struct Row {
         const char *topic;
@@ -168,16 +170,14 @@ TEST(HelpFacts, NumbersAndNamesAreTheProgramsOwn) {
     for (const Row &row : {
              Row{"thresholds",
                  fmt::format(
-                     "from {} to {} in steps of {}. At first it is {}.", minimumPassing,
-                     maximumPassing, passingStep, preferences::defaultPassingScore.fallback)},
+                     "from {} to {} in steps of {}. At first it is {}.", passing.minimum,
+                     passing.maximum, passing.step, preferences::defaultPassingScore.fallback)},
              Row{"thresholds",
                  fmt::format(
-                     "from {} to {}. At first it is {}.", minimumDays, maximumDays,
+                     "from {} to {}. At first it is {}.", inactivity.minimum, inactivity.maximum,
                      preferences::defaultInactivityDays.fallback)},
              Row{"appearance",
-                 fmt::format(
-                     "from {}% to {}%", preferences::textScale.normalise(0) * percent,
-                     preferences::textScale.normalise(percent) * percent)},
+                 fmt::format("from {}% to {}%", scale.minimum * percent, scale.maximum * percent)},
              Row{"appearance",
                  fmt::format("At first it is {};", preferences::sidebarTermLimit.fallback)},
              Row{"privacy", fmt::format("`{}`", TokenStore::service)},
@@ -186,6 +186,14 @@ TEST(HelpFacts, NumbersAndNamesAreTheProgramsOwn) {
                      "`"},
          })
         EXPECT_THAT(body(row.topic), HasSubstr(row.fact));
+}
+
+TEST(HelpFacts, EveryPreferenceOfTeachersIsNamedWithItsControl) {
+    for (const Preference &row : preferences::table) {
+        const std::string line = fmt::format("\n| `{}` | {} |", row.key, row.control);
+        EXPECT_EQ(body("command-line").find(line) != std::string::npos, row.isForTeachers())
+            << line;
+    }
 }
 
 TEST(HelpFacts, FilesLieWhereThePrivacyTopicSays) {

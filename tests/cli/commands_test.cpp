@@ -75,6 +75,20 @@ TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
              {{"score", "/", "--now", "yesterday"}, 2, "--now takes"},
              {{"defaults", "read", "NoSuchKey"}, 1, "There is no value for NoSuchKey.\n"},
              {{"defaults", "write", "TextScale", "big"}, 2, "TextScale takes a number\n"},
+             {{"defaults", "write", "StudentDetailsHidden", "maybe"},
+              2,
+              "StudentDetailsHidden takes YES or NO\n"},
+             {{"defaults", "write", "CourseInsightPanelMode", "huge"},
+              2,
+              "CourseInsightPanelMode takes one of shown, small, hidden\n"},
+             {{"defaults", "write", "DashboardTermID", "x"},
+              2,
+              "DashboardTermID takes a whole number, 0 or more\n"},
+             {{"defaults", "write", "Onboarding.step", "-7"},
+              2,
+              "Onboarding.step takes a whole number from 0 to 3\n"},
+             {{"defaults", "write", "CanvasBaseURL", "5"}, 2, "CanvasBaseURL takes a text\n"},
+             {{"defaults", "write", "CloudStoreFolder", "7"}, 2, "CloudStoreFolder takes a text\n"},
              {{"defaults", "sing"}, 2, "defaults has no verb sing\n"},
          }) {
         const Outcome outcome = call(row.words);
@@ -212,8 +226,10 @@ TEST_F(CommandsTest, DefaultsAreWrittenReadAndDeleted) {
     EXPECT_EQ(call({"defaults", "write", "SidebarTermLimit", "-2"}).status, 0);
     EXPECT_EQ(call({"defaults", "read", "SidebarTermLimit"}).out, "0\n");
     EXPECT_EQ(call({"-SidebarTermLimit", "4", "defaults", "read", "SidebarTermLimit"}).out, "4\n");
-    EXPECT_EQ(document({"defaults", "list"}), (json{{"SidebarTermLimit", 0}}));
-    EXPECT_EQ(call({"defaults", "delete", "SidebarTermLimit"}).status, 0);
+    EXPECT_EQ(call({"defaults", "write", "Unknown", "word"}).status, 0);
+    EXPECT_EQ(document({"defaults", "list"}), (json{{"SidebarTermLimit", 0}, {"Unknown", "word"}}));
+    for (const char *key : {"SidebarTermLimit", "Unknown"})
+        EXPECT_EQ(call({"defaults", "delete", key}).status, 0);
     EXPECT_EQ(document({"defaults", "list"}), json::object());
 }
 

@@ -63,7 +63,9 @@ TEST(UserDefaults, ReadsStoredValuesWithinTheirLimits) {
     };
     for (const Row &row :
          {Row{std::int64_t{-3}, 0.8, 0, false}, Row{2.5, 2.0, 6, false}, Row{0.5, 0.8, 6, false},
-          Row{std::int64_t{1}, 1.0, 1, true}, Row{true, 1.0, 6, true}, Row{"5"s, 1.0, 6, false}}) {
+          Row{std::int64_t{1}, 1.0, 1, true}, Row{1.0, 1.0, 1, true}, Row{2.0, 2.0, 2, false},
+          Row{-3.0, 0.8, 0, false}, Row{1e300, 2.0, 6, false}, Row{true, 1.0, 6, true},
+          Row{"5"s, 1.0, 6, false}}) {
         const Store store;
         UserDefaults defaults = store.open();
         for (const char *key : {"TextScale", "SidebarTermLimit", "RosterCompactRows"})

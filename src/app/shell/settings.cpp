@@ -8,8 +8,8 @@ void writeSetting(UserDefaults &defaults, const std::string &key, PreferenceValu
     defaults.set(key, std::move(value));
 }
 
-Settings::Settings(UserDefaults &defaults)
-    : store(defaults), observing(defaults.observe([this](std::string_view key) {
+Settings::Settings(UserDefaults &store)
+    : store(store), observing(store.observe([this](std::string_view key) {
           if (const Preference *row = preferences::find(key))
               announce(row->changeSignal);
       })) {}

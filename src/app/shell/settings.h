@@ -18,7 +18,8 @@ class Settings : public QObject {
     Q_OBJECT
 
   public:
-    explicit Settings(UserDefaults &defaults);
+    /// @param store must outlive this object.
+    explicit Settings(UserDefaults &store);
 
     [[nodiscard]] const UserDefaults &defaults() const { return store; }
 

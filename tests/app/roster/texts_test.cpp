@@ -1,6 +1,5 @@
 #include "app/roster/rostertexts.h"
 #include "app/roster/termroster.h"
-#include "app/shell/settings.h"
 #include "canvas/canvaslinks.h"
 #include "canvas/records/termgroups.h"
 #include "support/instants.h"
@@ -94,48 +93,6 @@ TEST(CanvasLinks, AreBuiltBelowTheSavedAddress) {
     EXPECT_EQ(canvasLinks::course(base, 0), std::nullopt);
     EXPECT_EQ(canvasLinks::grades(base, 7, -1), std::nullopt);
     EXPECT_EQ(canvasLinks::assignment(base, 0, 8), std::nullopt);
-}
-
-TEST(WriteSetting, ChecksAsTheControlsDo) {
-    const test::TemporaryFolder folder;
-    UserDefaults defaults(folder.path() / "Preferences.json", {});
-    struct Row {
-        const char *key;
-        const char *word;
-        std::optional<std::string> saved;
-    };
-    for (const Row &row : std::vector<Row>{
-             {"TextScale", "5", "2.0"},
-             {"TextScale", "big", std::nullopt},
-             {"SidebarTermLimit", "-3", "0"},
-             {"SidebarTermLimit", "2.5", std::nullopt},
-             {"DefaultPassingScore", "65", "65.0"},
-             {"DefaultPassingScore", "101", std::nullopt},
-             {"DefaultInactivityDays", "0", std::nullopt},
-             {"Course.7.PassingScore", "-1", std::nullopt},
-             {"Course.7.InactivityDays", "60", "60"},
-             {"Appearance", "dark", "\"dark\""},
-             {"Appearance", "gloomy", std::nullopt},
-             {"AccentTheme", "teal", "\"teal\""},
-             {"RosterCompactRows", "YES", "true"},
-             {"RosterCompactRows", "maybe", std::nullopt},
-             {"Course.7.Icon", "flask", "\"flask\""},
-             {"Course.7.Icon", "Flask", std::nullopt},
-             {"Course.7.Icon", "5", std::nullopt},
-             {"Course.7.IconColor", "teal", "\"teal\""},
-             {"Course.7.IconColor", "flask", std::nullopt},
-             {"Icon", "anything", "\"anything\""},
-             {"Unknown", "word", "\"word\""}}) {
-        defaults.remove(row.key);
-        std::optional<std::string> saved;
-        try {
-            writeSetting(defaults, row.key, parsePreferenceValue(row.word));
-            saved = toJSON(defaults.persistentDomain().at(row.key));
-        } catch (const InvalidSetting &error) {
-            EXPECT_THAT(error.what(), testing::HasSubstr(row.key));
-        }
-        EXPECT_EQ(saved, row.saved) << row.key << " " << row.word;
-    }
 }
 
 } // namespace

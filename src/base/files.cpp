@@ -42,9 +42,11 @@ class Descriptor {
 
 /// Like create_directories, but a folder that is made belongs to its owner alone.
 void makeFolders(const fs::path &folder) {
-    if (folder.empty() || fs::is_directory(folder))
+    std::error_code error;
+    if (folder.empty() || fs::is_directory(folder, error))
         return;
-    makeFolders(folder.parent_path());
+    if (folder != folder.root_path())
+        makeFolders(folder.parent_path());
     if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
         throw FileError(fmt::format(
             "The folder {} couldn't be made: {}.", folder.string(), systemMessage(errno)));
@@ -66,6 +68,15 @@ bool writeAll(int fd, std::string_view bytes) {
         bytes.remove_prefix(std::size_t(written));
     }
     return true;
+}
+
+/// Makes a change of the folder's names survive a crash of the machine. A file system that cannot
+/// do it is left to itself: the change is made all the same.
+void syncFolder(const fs::path &folder) {
+    const Descriptor descriptor(
+        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor.get() >= 0)
+        ::fsync(descriptor.get());
 }
 
 /// What the names of a file's unfinished successors begin with.
@@ -141,25 +152,33 @@ void files::Replacement::commit() {
     if (::rename(beside.c_str(), file.c_str()) != 0)
         throw unwritable(file, errno);
     beside.clear();
+    syncFolder(file.parent_path());
 }
 
 void files::replace(const fs::path &file, std::string_view bytes) {
     Replacement(file, bytes).commit();
 }
 
-void files::removeLeftovers(const fs::path &file) noexcept {
+void files::createParentFolder(const fs::path &file) {
     try {
-        const std::string prefix = besideName(file);
-        std::vector<fs::path> leftovers;
-        for (const fs::directory_entry &entry : fs::directory_iterator(file.parent_path())) {
-            if (entry.path().filename().string().starts_with(prefix))
-                leftovers.push_back(entry.path());
-        }
-        for (const fs::path &leftover : leftovers)
-            fs::remove(leftover);
-    } catch (const fs::filesystem_error &) {
-        // A folder that cannot be read keeps its litter.
+        makeFolders(file.parent_path());
+    } catch (const FileError &) {
+        // The write that follows says why.
     }
+}
+
+void files::removeLeftovers(const fs::path &file) {
+    const std::string prefix = besideName(file);
+    std::vector<fs::path> leftovers;
+    // A folder that cannot be read keeps its leftovers.
+    std::error_code error;
+    for (fs::directory_iterator entry(file.parent_path(), error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (entry->path().filename().string().starts_with(prefix))
+            leftovers.push_back(entry->path());
+    }
+    for (const fs::path &leftover : leftovers)
+        fs::remove(leftover, error);
 }
 
 fs::path files::setAside(const fs::path &file, long long secondsSince1970) {
@@ -170,23 +189,26 @@ fs::path files::setAside(const fs::path &file, long long secondsSince1970) {
                         file.extension().string());
         if (::renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, aside.c_str(), RENAME_NOREPLACE) == 0)
             return aside;
-        if (errno == EINVAL && !fs::exists(aside)) {
+        const int code = errno;
+        std::error_code error;
+        if (code == EINVAL && !fs::exists(aside, error)) {
             // Some network file systems know no such rename.
-            std::error_code error;
             fs::rename(file, aside, error);
             if (error)
                 throw FileError(error.message());
             return aside;
         }
-        if (errno != EEXIST && errno != EINVAL)
-            throw FileError(systemMessage(errno));
+        if (code != EEXIST && code != EINVAL)
+            throw FileError(systemMessage(code));
     }
 }
 
 files::Stamp files::stamp(const fs::path &file) {
     struct stat info {};
-    if (::stat(file.c_str(), &info) != 0)
-        return {};
+    if (::stat(file.c_str(), &info) != 0) {
+        const bool absent = errno == ENOENT || errno == ENOTDIR;
+        return {.size = absent ? Stamp::absent : Stamp::unknown};
+    }
     constexpr std::int64_t second = 1'000'000'000;
     return {
         .inode = info.st_ino,
@@ -195,11 +217,7 @@ files::Stamp files::stamp(const fs::path &file) {
 }
 
 files::Lock::Lock(const fs::path &file) : descriptor(-1) {
-    try {
-        makeFolders(file.parent_path());
-    } catch (const FileError &) {
-        return;
-    }
+    createParentFolder(file);
     const fs::path beside = file.parent_path() / ("." + file.filename().string() + ".lock");
     descriptor = ::open(beside.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     while (descriptor >= 0 && ::flock(descriptor, LOCK_EX) != 0 && errno == EINTR) {

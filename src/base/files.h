@@ -47,13 +47,17 @@ class Replacement {
 };
 
 /// Replaces a file as a whole: a reader, or a crash at any instant, finds the old bytes or the new
-/// ones. A new file is readable by its owner alone, and so is every folder made on the way.
+/// ones, and the new ones once this has returned. A new file is readable by its owner alone, and so is every folder made on the way.
 /// @throws FileError when it cannot; the old file is then as it was.
 void replace(const std::filesystem::path &file, std::string_view bytes);
 
+/// Makes the folder that a file is to be written to, readable by its owner alone, and those on the
+/// way to it. A failure is left to be reported by the write.
+void createParentFolder(const std::filesystem::path &file);
+
 /// Removes what a writer that was killed in the middle of `replace` left beside the file. Only for
 /// whoever holds the file's lock.
-void removeLeftovers(const std::filesystem::path &file) noexcept;
+void removeLeftovers(const std::filesystem::path &file);
 
 /// Moves a file out of the way, in its own folder, to its base name, ".unreadable-", the whole
 /// seconds since 1970 and its extension; returns the new name. A name that is taken is left alone,
@@ -64,9 +68,15 @@ std::filesystem::path setAside(const std::filesystem::path &file, long long seco
 /// What tells one state of a file from another without reading it. A file that is not there has a
 /// stamp as well, and every replacement has a new one.
 struct Stamp {
+    /// The size of a file that is not there.
+    static constexpr std::int64_t absent = -1;
+    /// The size of one that may be there: its folder cannot be entered, or its disk cannot be read.
+    static constexpr std::int64_t unknown = -2;
+
     std::uint64_t inode = 0;
     std::int64_t modifiedNanoseconds = 0;
-    std::int64_t size = -1;
+    /// In bytes.
+    std::int64_t size = absent;
 
     bool operator==(const Stamp &) const = default;
 };

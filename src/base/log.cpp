@@ -1,6 +1,7 @@
 #include "base/log.h"
 
 #include "base/logfilter.h"
+#include "base/text.h"
 
 #include <fmt/format.h>
 
@@ -13,16 +14,6 @@ namespace {
 
 std::atomic<Log::Sink> currentSink = &Log::writeToStandardError;
 LogFilter currentFilter;
-
-/// A message is one line: what a server or a file put into it must not forge another.
-std::string oneLine(std::string_view message) {
-    std::string line(message);
-    for (char &c : line) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f)
-            c = ' ';
-    }
-    return line;
-}
 
 } // namespace
 

@@ -1,17 +1,8 @@
 #include "base/logfilter.h"
 
+#include "base/text.h"
+
 namespace ellwynd {
-
-namespace {
-
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(' ');
-    if (first == text.npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-} // namespace
 
 std::optional<LogFilter::Rule> LogFilter::ruleOf(std::string_view word) {
     if (word == "info")
@@ -25,7 +16,7 @@ std::optional<LogFilter::Rule> LogFilter::ruleOf(std::string_view word) {
 
 std::optional<LogFilter> LogFilter::parse(std::string_view text) {
     LogFilter filter;
-    if (trimmed(text).empty())
+    if (trim(text).empty())
         return filter;
     filter.others = Rule::off;
     for (std::string_view rest = text; !rest.empty();) {
@@ -33,8 +24,8 @@ std::optional<LogFilter> LogFilter::parse(std::string_view text) {
         const std::string_view item = rest.substr(0, comma);
         rest = comma != rest.npos ? rest.substr(comma + 1) : std::string_view();
         const auto colon = item.find(':');
-        const std::string_view category = trimmed(item.substr(0, colon));
-        const auto rule = colon != item.npos ? ruleOf(trimmed(item.substr(colon + 1))) : Rule::info;
+        const std::string_view category = trim(item.substr(0, colon));
+        const auto rule = colon != item.npos ? ruleOf(trim(item.substr(colon + 1))) : Rule::info;
         if (category.empty() || !rule)
             return std::nullopt;
         if (category == "*")

@@ -2,25 +2,27 @@
 
 namespace ellwynd {
 
-SharedFile::SharedFile(std::filesystem::path path, std::size_t largest)
-    : file(std::move(path)), limit(largest), seen(files::stamp(file)) {}
+SharedFile::SharedFile(std::filesystem::path file, std::size_t limit)
+    : file(std::move(file)), limit(limit), seen(files::stamp(this->file)) {}
 
-SharedFile::Turn SharedFile::take() {
+SharedFile::Transaction SharedFile::begin() {
     // Asked before the lock is taken, which makes the folder. A folder that went away as a whole
     // says nothing about what the program should remember.
-    const bool folderStands = std::filesystem::is_directory(file.parent_path());
-    Turn turn(file);
-    // No other process is writing now, so what a killed one left beside the file is litter.
+    const bool hadFolder = folderExists();
+    Transaction transaction(file);
+    // No other process is writing now, so a killed one left what is found beside the file.
     files::removeLeftovers(file);
     const files::Stamp current = files::stamp(file);
-    if (current != seen) {
-        const bool gone = current == files::Stamp{};
-        turn.since = !gone ? Since::replaced : folderStands ? Since::removed : Since::nothing;
-        // Not known before it is read; known to be gone otherwise.
-        if (gone)
-            seen = current;
+    if (current == seen || current.size == files::Stamp::unknown)
+        return transaction;
+    if (current.size != files::Stamp::absent) {
+        // `seen` follows when it is read.
+        transaction.externalChange = ExternalChange::replaced;
+        return transaction;
     }
-    return turn;
+    transaction.externalChange = hadFolder ? ExternalChange::removed : ExternalChange::none;
+    seen = current;
+    return transaction;
 }
 
 std::optional<std::string> SharedFile::read() {
@@ -34,9 +36,10 @@ void SharedFile::replace(std::string_view bytes) {
 }
 
 void SharedFile::remove() {
-    const bool folderStands = std::filesystem::is_directory(file.parent_path());
-    if (folderStands)
-        static_cast<void>(take());
+    std::optional<Transaction> transaction;
+    // The lock would make the folder.
+    if (folderExists())
+        transaction.emplace(begin());
     std::error_code ignored;
     std::filesystem::remove(file, ignored);
     seen = files::stamp(file);
@@ -49,7 +52,12 @@ std::filesystem::path SharedFile::setAside(long long secondsSince1970) {
 }
 
 bool SharedFile::exists() const {
-    return files::stamp(file) != files::Stamp{};
+    return files::stamp(file).size >= 0;
+}
+
+bool SharedFile::folderExists() const {
+    std::error_code error;
+    return std::filesystem::is_directory(file.parent_path(), error);
 }
 
 } // namespace ellwynd

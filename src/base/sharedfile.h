@@ -5,6 +5,14 @@
 
 namespace ellwynd {
 
+/// What another process did to a shared file since this one last read, replaced or removed it.
+enum class ExternalChange {
+    none,
+    replaced,
+    /// Removed, with its folder left alone.
+    removed,
+};
+
 /// Knows in which state this process last saw a file, so that a store can take over what another
 /// process did to it before applying a change of its own.
 class SharedFile {
@@ -12,23 +20,14 @@ class SharedFile {
     /// @param limit the largest size to read, in bytes.
     SharedFile(std::filesystem::path file, std::size_t limit);
 
-    /// What became of the file since this process last read, replaced or removed it.
-    enum class Since {
-        nothing,
-        /// Another process wrote it.
-        replaced,
-        /// Another process removed it, and left its folder alone.
-        removed,
-    };
+    /// Held from looking at the file until it is replaced: no other process changes it meanwhile.
+    struct Transaction {
+        explicit Transaction(const std::filesystem::path &file) : lock(file) {}
 
-    /// Held from looking at the file until it is replaced.
-    struct Turn {
-        explicit Turn(const std::filesystem::path &file) : lock(file) {}
-
-        Since since = Since::nothing;
+        ExternalChange externalChange = ExternalChange::none;
         files::Lock lock;
     };
-    [[nodiscard]] Turn take();
+    [[nodiscard]] Transaction begin();
 
     /// The bytes, or nothing when there is no file. @throws FileError
     [[nodiscard]] std::optional<std::string> read();
@@ -42,6 +41,8 @@ class SharedFile {
     [[nodiscard]] bool exists() const;
 
   private:
+    [[nodiscard]] bool folderExists() const;
+
     std::filesystem::path file;
     std::size_t limit;
     files::Stamp seen;

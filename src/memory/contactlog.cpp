@@ -1,7 +1,8 @@
 #include "memory/contactlog.h"
 
-#include "base/log.h"
+#include "base/json.h"
 #include "base/referencedate.h"
+#include "base/text.h"
 #include "memory/retention.h"
 
 #include <fmt/format.h>
@@ -13,40 +14,42 @@ namespace ellwynd {
 
 namespace {
 
-using JSON = nlohmann::ordered_json;
+using Records = std::vector<ContactRecord>;
 
 constexpr Log logger{"contacts"};
-constexpr std::size_t largestFile = 64UL * 1024 * 1024;
 
-ContactRecord decodeRecord(const JSON &item) {
-    const auto id = [&item](const char *key) {
-        const JSON &value = item.at(key);
-        if (!value.is_number_integer() ||
-            (value.is_number_unsigned() && value.get<std::uint64_t>() > INT64_MAX))
-            throw FileError(fmt::format("{} is no id.", key));
-        return value.get<std::int64_t>();
-    };
-    const JSON &seconds = item.at("contactedAt");
-    const auto date =
-        seconds.is_number() ? dateSinceReference(seconds.get<double>()) : std::nullopt;
-    if (!date)
-        throw FileError("contactedAt is no date.");
-    return {.courseID = id("courseID"), .studentID = id("studentID"), .contactedAt = *date};
+std::int64_t idOf(const nlohmann::json &item, const char *key) {
+    const auto id = integerOf(memberOf(item, key));
+    if (!id)
+        throw FileError(fmt::format("{} is not an id.", key));
+    return *id;
 }
 
-/// @throws FileError, or the JSON library's exception
-std::vector<ContactRecord> decode(const std::string &text) {
-    const JSON list = JSON::parse(text);
+ContactRecord decodeRecord(const nlohmann::json &item) {
+    const auto seconds = numberOf(memberOf(item, "contactedAt"));
+    const auto date = seconds ? dateSinceReference(*seconds) : std::nullopt;
+    if (!date)
+        throw FileError("contactedAt is not a date.");
+    return {
+        .courseID = idOf(item, "courseID"),
+        .studentID = idOf(item, "studentID"),
+        .contactedAt = *date};
+}
+
+/// @throws FileError
+Records decode(std::string_view text) {
+    const nlohmann::json list = parseJSON(text);
     if (!list.is_array())
-        throw FileError("It is no list.");
-    std::vector<ContactRecord> records;
-    for (const JSON &item : list)
+        throw FileError("Expected an array.");
+    Records records;
+    for (const nlohmann::json &item : list)
         records.push_back(decodeRecord(item));
     return records;
 }
 
-std::string encode(const std::vector<ContactRecord> &records) {
-    JSON list = JSON::array();
+std::string encode(const Records &records) {
+    // Keeps the order of its keys.
+    auto list = nlohmann::ordered_json::array();
     for (const ContactRecord &record : records) {
         list.push_back(
             {{"courseID", record.courseID},
@@ -56,80 +59,56 @@ std::string encode(const std::vector<ContactRecord> &records) {
     return list.dump();
 }
 
+StoreFileOptions fileOptions() {
+    return {
+        .fileName = "ContactLog.json",
+        .maxSize = 64UL * 1024 * 1024,
+        .log = logger,
+        .contents = "the contact log"};
+}
+
+SharedStore<Records>::Codec codec(Clock clock) {
+    return {.decode = decode, .encode = encode, .prune = [clock](Records &records) {
+                const Date cutoff = retention::cutoff(clock());
+                return std::erase_if(records, [cutoff](const ContactRecord &record) {
+                           return record.contactedAt < cutoff ||
+                               retention::isSampleCourse(record.courseID);
+                       }) > 0;
+            }};
+}
+
+auto find(const Records &records, std::int64_t courseID, std::int64_t studentID) {
+    return std::ranges::find_if(records, [&](const ContactRecord &record) {
+        return record.courseID == courseID && record.studentID == studentID;
+    });
+}
+
+void note(Records &records, const ContactRecord &contact) {
+    const auto known = find(records, contact.courseID, contact.studentID);
+    if (known != records.end())
+        records[std::size_t(known - records.begin())].contactedAt = contact.contactedAt;
+    else
+        records.push_back(contact);
+}
+
 } // namespace
 
 ContactLog::ContactLog(
-    UserDefaults &store, std::optional<std::filesystem::path> directory, Clock clock)
-    : defaults(store), now(clock), observing(store.observe([this](std::string_view key) {
+    UserDefaults &defaults, std::optional<std::filesystem::path> directory, Clock clock)
+    : defaults(defaults),
+      store(fileOptions(), codec(clock), directory, clock),
+      observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::rememberContacts.name && !isEnabled())
               deleteAll();
       })) {
-    if (directory)
-        file.emplace(*directory / "ContactLog.json", largestFile);
-    if (file && isEnabled() && file->exists()) {
-        const SharedFile::Turn turn = file->take();
-        load();
-    }
+    if (isEnabled())
+        store.open();
 }
 
 ContactLog::~ContactLog() = default;
 
 bool ContactLog::isEnabled() const {
     return defaults.value(preferences::rememberContacts);
-}
-
-/// Replaces what is in memory by what the file holds; keeps it when that cannot be read.
-void ContactLog::load() {
-    std::vector<ContactRecord> read;
-    try {
-        if (const auto text = file->read())
-            read = decode(*text);
-    } catch (const std::exception &error) {
-        logger.error(fmt::format("Couldn't read the contact log: {}", error.what()));
-        return;
-    }
-    const std::size_t decoded = read.size();
-    std::erase_if(read, [cutoff = retention::cutoff(now())](const ContactRecord &record) {
-        return record.contactedAt < cutoff || retention::isSampleCourse(record.courseID);
-    });
-    all = std::move(read);
-    if (all.size() < decoded)
-        save();
-}
-
-/// Another process may have noted or forgotten since this one looked: its records stand, and what
-/// could not be saved here is applied to them again.
-void ContactLog::takeOver(SharedFile::Since since) {
-    if (since == SharedFile::Since::nothing)
-        return;
-    if (since == SharedFile::Since::removed)
-        all.clear();
-    else
-        load();
-    for (const ContactRecord &contact : unsaved)
-        apply(contact);
-}
-
-bool ContactLog::save() {
-    if (!file)
-        return true;
-    try {
-        file->replace(encode(all));
-    } catch (const FileError &error) {
-        logger.error(fmt::format("Couldn't save the contact log: {}", error.what()));
-        return false;
-    }
-    return true;
-}
-
-void ContactLog::apply(const ContactRecord &contact) {
-    const auto known = std::ranges::find_if(all, [&](const ContactRecord &record) {
-        return record.courseID == contact.courseID && record.studentID == contact.studentID;
-    });
-    if (known != all.end())
-        known->contactedAt = contact.contactedAt;
-    else
-        all.push_back(contact);
 }
 
 void ContactLog::noteContact(std::int64_t courseID, std::int64_t studentID, Date date) {
@@ -140,49 +119,35 @@ void ContactLog::noteContacts(
     std::int64_t courseID, const std::vector<std::int64_t> &studentIDs, Date date) {
     if (!isEnabled() || studentIDs.empty())
         return;
-    std::optional<SharedFile::Turn> turn;
-    if (file) {
-        turn.emplace(file->take());
-        takeOver(turn->since);
-    }
-    for (const std::int64_t student : studentIDs) {
-        unsaved.push_back({.courseID = courseID, .studentID = student, .contactedAt = date});
-        apply(unsaved.back());
-    }
-    if (save())
-        unsaved.clear();
+    store.change([courseID, studentIDs, date](Records &records) {
+        for (const std::int64_t student : studentIDs)
+            note(records, {.courseID = courseID, .studentID = student, .contactedAt = date});
+    });
     for (std::size_t noted = 0; noted < studentIDs.size(); ++noted)
         logger.info(fmt::format("Noted a contact in course {}", courseID));
     Q_EMIT contactsDidChange();
 }
 
 void ContactLog::fill(std::vector<ContactRecord> records) {
-    all = std::move(records);
+    store.fill(std::move(records));
     Q_EMIT contactsDidChange();
 }
 
 void ContactLog::deleteAll() {
-    all.clear();
-    unsaved.clear();
-    if (file)
-        file->remove();
+    store.clear();
     logger.info("Deleted the contact log");
     Q_EMIT contactsDidChange();
 }
 
 std::optional<ContactRecord>
 ContactLog::lastContact(std::int64_t courseID, std::int64_t studentID) const {
-    const auto found = std::ranges::find_if(all, [&](const ContactRecord &record) {
-        return record.courseID == courseID && record.studentID == studentID;
-    });
-    return found != all.end() ? std::optional{*found} : std::nullopt;
+    const auto found = find(records(), courseID, studentID);
+    return found != records().end() ? std::optional{*found} : std::nullopt;
 }
 
 std::string contactsStatus(const ContactLog &log) {
-    const std::size_t students = log.records().size();
-    return students == 0
-        ? "Nothing recorded."
-        : fmt::format("{} student{} recorded.", students, students == 1 ? "" : "s");
+    const auto students = std::int64_t(log.records().size());
+    return students == 0 ? "Nothing recorded." : plural(students, "student") + " recorded.";
 }
 
 } // namespace ellwynd

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/date.h"
-#include "base/sharedfile.h"
+#include "base/sharedstore.h"
 #include "preferences/userdefaults.h"
 
 #include <QObject>
@@ -40,7 +40,7 @@ class ContactLog : public QObject {
     ~ContactLog() override;
 
     /// At most one per student and course, in the order of the first contact.
-    [[nodiscard]] const std::vector<ContactRecord> &records() const { return all; }
+    [[nodiscard]] const std::vector<ContactRecord> &records() const { return store.contents(); }
     [[nodiscard]] std::optional<ContactRecord>
     lastContact(std::int64_t courseID, std::int64_t studentID) const;
 
@@ -58,17 +58,8 @@ class ContactLog : public QObject {
     void contactsDidChange();
 
   private:
-    void load();
-    void takeOver(SharedFile::Since since);
-    void apply(const ContactRecord &contact);
-    bool save();
-
     UserDefaults &defaults;
-    std::optional<SharedFile> file;
-    Clock now;
-    std::vector<ContactRecord> all;
-    /// What no file holds yet, since saving failed.
-    std::vector<ContactRecord> unsaved;
+    SharedStore<std::vector<ContactRecord>> store;
     std::shared_ptr<void> observing;
 };
 

@@ -1,6 +1,7 @@
 #include "memory/historyfile.h"
 
 #include "base/files.h"
+#include "base/json.h"
 
 #include <fmt/compile.h>
 #include <nlohmann/json.hpp>
@@ -12,6 +13,23 @@ namespace ellwynd {
 namespace {
 
 namespace dom = simdjson::dom;
+
+/// What is wrong with a text that the parser refuses, in the program's own words.
+std::string problem(simdjson::error_code error) {
+    switch (error) {
+    case simdjson::EMPTY:
+        return "The file is empty.";
+    case simdjson::INCORRECT_TYPE:
+        return "Expected an array.";
+    case simdjson::DEPTH_ERROR:
+        return "It is nested too deeply.";
+    case simdjson::CAPACITY:
+    case simdjson::MEMALLOC:
+        return "It is too large.";
+    default:
+        return "It is not valid JSON.";
+    }
+}
 
 [[noreturn]] void fail(std::size_t index, std::string_view key, std::string_view problem) {
     throw FileError(fmt::format("Entry {}: {} {}.", index, key, problem));
@@ -39,15 +57,12 @@ std::string quoted(const RosterSnapshot &entry) {
 } // namespace
 
 std::vector<RosterSnapshot> decodeHistory(std::string_view text) {
-    constexpr std::size_t deepest = 64;
     dom::parser parser;
     dom::array array;
-    if (const auto error = parser.allocate(text.size(), deepest))
-        throw FileError(simdjson::error_message(error));
-    if (const auto error = parser.parse(text.data(), text.size()).get(array)) {
-        throw FileError(
-            error == simdjson::INCORRECT_TYPE ? "It is no list." : simdjson::error_message(error));
-    }
+    if (const auto error = parser.allocate(text.size(), maxJSONDepth))
+        throw FileError(problem(error));
+    if (const auto error = parser.parse(text.data(), text.size()).get(array))
+        throw FileError(problem(error));
     std::vector<RosterSnapshot> entries;
     entries.reserve(array.size());
     // The entries of one visit carry one instant: it is read once.
@@ -62,7 +77,7 @@ std::vector<RosterSnapshot> decodeHistory(std::string_view text) {
         if (instant != lastText || index == 0) {
             const auto date = parseInstant(instant);
             if (!date)
-                fail(index, "recordedAt", "is no instant");
+                fail(index, "recordedAt", "is not an instant");
             lastText = instant;
             lastDate = *date;
         }

@@ -1,7 +1,7 @@
 // The program's memory of its own verdicts.
 #pragma once
 
-#include "base/sharedfile.h"
+#include "base/sharedstore.h"
 #include "memory/rostersnapshot.h"
 #include "preferences/userdefaults.h"
 #include "risk/riskrow.h"
@@ -31,8 +31,8 @@ class RosterHistory : public QObject {
     ~RosterHistory() override;
 
     /// In the order in which they were recorded.
-    [[nodiscard]] const std::vector<RosterSnapshot> &entries() const { return all; }
-    /// The student's entries in that course, in that order; empty for a stranger.
+    [[nodiscard]] const std::vector<RosterSnapshot> &entries() const { return store.contents(); }
+    /// The student's entries in that course, in that order; empty for a student that it does not know.
     [[nodiscard]] std::vector<const RosterSnapshot *>
     entries(std::int64_t courseID, std::int64_t studentID) const;
 
@@ -51,34 +51,15 @@ class RosterHistory : public QObject {
     void historyDidChange();
 
   private:
-    /// One recording: what it replaces and what it adds.
-    struct Visit {
-        std::int64_t courseID;
-        Date dayBegins;
-        Date dayEnds;
-        std::vector<RosterSnapshot> entries;
-    };
     struct StudentKeyHash {
         std::size_t operator()(const StudentKey &key) const;
     };
 
-    void load();
-    void setAside();
-    void takeOver(SharedFile::Since since);
-    void apply(const Visit &visit);
-    bool save();
-
     UserDefaults &defaults;
-    std::optional<SharedFile> file;
-    Clock now;
-    std::vector<RosterSnapshot> all;
-    /// What no file holds yet, since saving failed.
-    std::vector<Visit> unsaved;
-    /// Set while an unreadable file stands in the way of the next save.
-    bool unreadableFileStands = false;
-    /// Places in `all` by student; made when it is first asked for after a change.
-    mutable std::unordered_map<StudentKey, std::vector<std::uint32_t>, StudentKeyHash> places;
-    mutable bool placesAreCurrent = false;
+    SharedStore<std::vector<RosterSnapshot>> store;
+    /// Positions in the entries by student; made when it is first asked for after a change.
+    mutable std::unordered_map<StudentKey, std::vector<std::uint32_t>, StudentKeyHash> positions;
+    mutable std::optional<std::uint64_t> positionsRevision;
     std::shared_ptr<void> observing;
 };
 

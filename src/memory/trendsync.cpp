@@ -1,6 +1,8 @@
 #include "memory/trendsync.h"
 
 #include "base/calendar.h"
+#include "base/files.h"
+#include "base/json.h"
 #include "base/log.h"
 
 #include <fmt/format.h>
@@ -22,7 +24,7 @@ std::string keyOf(std::int64_t courseID) {
 
 } // namespace
 
-TrendSync::TrendSync(UserDefaults &preferenceStore) : defaults(preferenceStore) {}
+TrendSync::TrendSync(UserDefaults &defaults) : defaults(defaults) {}
 TrendSync::~TrendSync() = default;
 
 void TrendSync::setStore(CloudKeyValueStore *other) {
@@ -53,16 +55,22 @@ DailyCounts TrendSync::counts(std::int64_t courseID) const {
     const auto *text = stored ? std::get_if<std::string>(&*stored) : nullptr;
     if (text == nullptr)
         return {};
-    const auto object = nlohmann::json::parse(*text, nullptr, false);
-    if (!object.is_object())
-        return {};
-    DailyCounts days;
-    for (const auto &[day, count] : object.items()) {
-        if (!count.is_number_integer())
+    try {
+        const nlohmann::json object = parseJSON(*text);
+        if (!object.is_object())
             return {};
-        days.emplace(day, count.get<std::int64_t>());
+        DailyCounts days;
+        for (const auto &[day, value] : object.items()) {
+            const auto count = integerOf(value);
+            if (!count)
+                return {};
+            days.emplace(day, *count);
+        }
+        return days;
+    } catch (const FileError &) {
+        // Not written by this program.
+        return {};
     }
-    return days;
 }
 
 void TrendSync::publish(std::int64_t courseID, std::int64_t count, Date date) {
@@ -75,7 +83,7 @@ void TrendSync::publish(std::int64_t courseID, std::int64_t count, Date date) {
     try {
         store->set(keyOf(courseID), nlohmann::json(days).dump());
     } catch (const nlohmann::json::exception &) {
-        // A day key from elsewhere that is no text.
+        // A day key from elsewhere that is not UTF-8.
         logger.error(fmt::format("Couldn't encode trend counts for course {}", courseID));
     }
 }

@@ -1,6 +1,7 @@
 #include "preferences/preferencefile.h"
 
 #include "base/date.h"
+#include "base/json.h"
 #include "base/log.h"
 
 #include <fmt/format.h>
@@ -12,15 +13,7 @@ namespace {
 using nlohmann::json;
 
 constexpr Log logger{"settings"};
-constexpr std::size_t sizeLimit = 16 * 1024 * 1024;
-
-/// Ends the parsing of what nests so deep that writing it again would exhaust the stack.
-bool refuseDepth(int depth, json::parse_event_t, json &) {
-    constexpr int maxDepth = 64;
-    if (depth > maxDepth)
-        throw FileError("it nests too deep.");
-    return true;
-}
+constexpr std::size_t sizeLimit = 16UL * 1024 * 1024;
 
 /// Equal, and of one type: 5 is not 5.0.
 bool same(const json &a, const json &b) {
@@ -100,11 +93,11 @@ void PreferenceFile::load() {
     seen = files::stamp(path);
     try {
         const auto bytes = files::read(path, sizeLimit);
-        json read = bytes ? json::parse(*bytes, refuseDepth) : json::object();
+        json read = bytes ? parseJSON(*bytes) : json::object();
         if (!read.is_object())
             throw FileError(path.filename().string() + " is not a JSON object.");
         saved = std::move(read);
-    } catch (const std::exception &error) {
+    } catch (const FileError &error) {
         logger.error(fmt::format("Couldn't read the preferences: {}", error.what()));
         setAside();
     }

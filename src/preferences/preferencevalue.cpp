@@ -1,5 +1,7 @@
 #include "preferences/preferencevalue.h"
 
+#include "base/json.h"
+
 #include <nlohmann/json.hpp>
 
 #include <charconv>
@@ -50,11 +52,8 @@ std::optional<PreferenceValue> fromJSON(const json &json) {
     case json::value_t::boolean:
         return json.get<bool>();
     case json::value_t::number_integer:
-        return json.get<std::int64_t>();
     case json::value_t::number_unsigned:
-        if (json.get<std::uint64_t>() <= std::uint64_t(INT64_MAX))
-            return json.get<std::int64_t>();
-        return std::nullopt;
+        return integerOf(json);
     case json::value_t::number_float:
         return json.get<double>();
     case json::value_t::string:

@@ -30,7 +30,7 @@ int main(int argc, char **argv) {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
 
     const std::filesystem::path stateFile = directories::state() / "Widgets.json";
-    { const files::Lock makesTheFolder(stateFile); }
+    files::createParentFolder(stateFile);
     // Two processes would draw every widget twice and forget each other's.
     QLockFile running(QString::fromStdString((directories::state() / "Widgets.running").string()));
     running.setStaleLockTime(0);

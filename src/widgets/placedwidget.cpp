@@ -1,6 +1,7 @@
 #include "widgets/placedwidget.h"
 
 #include "base/files.h"
+#include "base/json.h"
 #include "base/log.h"
 
 #include <fmt/format.h>
@@ -17,34 +18,24 @@ using nlohmann::json;
 
 constexpr Log logger{"widgets"};
 constexpr std::size_t fileLimit = 64UL * 1024;
-constexpr std::size_t mostWidgets = 32;
+constexpr std::size_t maxWidgets = 32;
 /// Beyond any desktop, and within the window system's own numbers.
-constexpr std::int64_t farthest = 32'000;
+constexpr std::int64_t maxDistance = 32'000;
 
 /// In the order of WidgetSize.
 constexpr std::array<std::string_view, 3> sizeNames{"small", "medium", "large"};
 
-std::optional<std::int64_t> integer(const json &object, const char *key) {
-    const auto found = object.find(key);
-    if (found == object.end() || !found->is_number_integer())
-        return std::nullopt;
-    return found->get<std::int64_t>();
-}
-
 std::optional<PlacedWidget> widgetFrom(const json &object) {
-    if (!object.is_object())
-        return std::nullopt;
-    const auto name = object.find("size");
-    if (name == object.end() || !name->is_string())
-        return std::nullopt;
-    const auto *size = std::ranges::find(sizeNames, name->get_ref<const std::string &>());
+    const auto name = stringOf(memberOf(object, "size"));
+    const auto *size = std::ranges::find(sizeNames, name.value_or(""));
     if (size == sizeNames.end())
         return std::nullopt;
     PlacedWidget widget{
-        .size = WidgetSize(size - sizeNames.begin()), .termID = integer(object, "term")};
-    const auto x = integer(object, "x");
-    const auto y = integer(object, "y");
-    if (x && y && std::max(*x, *y) < farthest && std::min(*x, *y) > -farthest)
+        .size = WidgetSize(size - sizeNames.begin()),
+        .termID = integerOf(memberOf(object, "term"))};
+    const auto x = integerOf(memberOf(object, "x"));
+    const auto y = integerOf(memberOf(object, "y"));
+    if (x && y && std::max(*x, *y) < maxDistance && std::min(*x, *y) > -maxDistance)
         widget.place = QPoint(int(*x), int(*y));
     return widget;
 }
@@ -68,13 +59,16 @@ std::vector<PlacedWidget> readPlacedWidgets(const std::filesystem::path &file) {
         const auto text = files::read(file, fileLimit);
         if (!text)
             return widgets;
-        const json object = json::parse(*text);
-        for (const json &entry : object.at("widgets").get_ref<const json::array_t &>()) {
+        const json object = parseJSON(*text);
+        const json &list = memberOf(object, "widgets");
+        if (!list.is_array())
+            throw FileError("Expected an array of widgets.");
+        for (const json &entry : list) {
             const auto widget = widgetFrom(entry);
-            if (widget && widgets.size() < mostWidgets)
+            if (widget && widgets.size() < maxWidgets)
                 widgets.push_back(*widget);
         }
-    } catch (const std::exception &error) {
+    } catch (const FileError &error) {
         logger.error(fmt::format("Couldn't read the placed widgets: {}", error.what()));
     }
     return widgets;
@@ -86,7 +80,7 @@ void savePlacedWidgets(
     for (const PlacedWidget &widget : widgets)
         list.push_back(asJSON(widget));
     try {
-        files::replace(file, json{{"widgets", std::move(list)}}.dump(2) + "\n");
+        files::replace(file, prettyJSON({{"widgets", std::move(list)}}));
     } catch (const std::exception &error) {
         logger.error(fmt::format("Couldn't save the placed widgets: {}", error.what()));
     }

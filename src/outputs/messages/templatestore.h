@@ -1,7 +1,7 @@
 // The teacher's message templates.
 #pragma once
 
-#include "base/sharedfile.h"
+#include "base/sharedstore.h"
 #include "outputs/messages/messagetemplate.h"
 
 #include <QObject>
@@ -36,7 +36,7 @@ class TemplateStore : public QObject {
     explicit TemplateStore(const std::filesystem::path &directory, Clock clock = systemNow);
     ~TemplateStore() override;
 
-    [[nodiscard]] const std::vector<MessageTemplate> &templates() const { return all; }
+    [[nodiscard]] const std::vector<MessageTemplate> &templates() const { return store.contents(); }
     /// Null for an id that is not known. Valid until the next change.
     [[nodiscard]] const MessageTemplate *find(const std::string &id) const;
 
@@ -60,19 +60,12 @@ class TemplateStore : public QObject {
     void templatesDidChange();
 
   private:
-    using Edit = std::function<void(std::vector<MessageTemplate> &)>;
+    using Store = SharedStore<std::vector<MessageTemplate>>;
 
-    bool load();
-    void setAside();
-    [[nodiscard]] SharedFile::Turn takeTurn();
-    void commit(SharedFile::Turn turn, Edit edit);
-    bool save();
+    void commit(Store::Transaction transaction, Store::Change change);
 
-    SharedFile file;
+    Store store;
     Clock now;
-    std::vector<MessageTemplate> all;
-    /// What no file holds yet, since saving failed.
-    std::vector<Edit> unsaved;
 };
 
 } // namespace ellwynd

@@ -44,12 +44,13 @@ void WidgetSnapshotWriter::write(const WidgetSnapshotFile &file) const {
 }
 
 void WidgetSnapshotWriter::clear() const {
-    try {
-        for (const auto name : {widgetFiles::versionTwo, widgetFiles::versionOne})
-            std::filesystem::remove(container / name);
-    } catch (const std::filesystem::filesystem_error &error) {
-        logFailure(error);
-        return;
+    for (const auto name : {widgetFiles::versionTwo, widgetFiles::versionOne}) {
+        std::error_code error;
+        std::filesystem::remove(container / name, error);
+        if (error) {
+            logFailure(std::system_error(error));
+            return;
+        }
     }
     reload();
     logger.info("Widget snapshot cleared");

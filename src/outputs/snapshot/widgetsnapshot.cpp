@@ -1,5 +1,8 @@
 #include "outputs/snapshot/widgetsnapshot.h"
 
+#include "base/files.h"
+#include "base/json.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -12,7 +15,7 @@ namespace {
 using nlohmann::json;
 
 /// Far beyond what any institution has at a time, and still a menu.
-constexpr std::size_t mostTerms = 1000;
+constexpr std::size_t maxTerms = 1000;
 
 json asJSON(const WidgetCourseSummary &course) {
     json object{
@@ -33,55 +36,52 @@ json asJSON(const std::vector<WidgetCourseSummary> &courses) {
     return array;
 }
 
-std::string prettyPrinted(const json &object) {
-    return object.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
-}
-
-/// What ends the reading of a file that is no snapshot.
+/// What ends the reading of a text that is not a snapshot.
 class Malformed : public std::runtime_error {
   public:
-    Malformed() : std::runtime_error("no widget snapshot") {}
+    Malformed() : std::runtime_error("not a widget snapshot") {}
 };
 
-bool refuseDepth(int depth, json::parse_event_t, json &) {
-    constexpr int deepest = 64;
-    if (depth > deepest)
+template<class T>
+T required(std::optional<T> value) {
+    if (!value)
         throw Malformed();
-    return true;
+    return std::move(*value);
 }
 
-std::int64_t integer(const json &value) {
-    if (!value.is_number_integer() ||
-        (value.is_number_unsigned() && value.get<std::uint64_t>() > std::uint64_t(INT64_MAX)))
+const json &arrayOf(const json &object, const char *key) {
+    const json &list = memberOf(object, key);
+    if (!list.is_array())
         throw Malformed();
-    return value.get<std::int64_t>();
+    return list;
 }
 
 /// Bounded, so that the counts of a whole file can be added up.
-std::int64_t count(const json &value) {
-    constexpr std::int64_t most = 1'000'000'000;
-    const std::int64_t number = integer(value);
-    if (number < 0 || number > most)
+std::int64_t countOf(const json &object, const char *key) {
+    constexpr std::int64_t maxCount = 1'000'000'000;
+    const std::int64_t count = required(integerOf(memberOf(object, key)));
+    if (count < 0 || count > maxCount)
         throw Malformed();
-    return number;
+    return count;
 }
 
 WidgetCourseSummary courseSummary(const json &object) {
     WidgetCourseSummary course{
-        .id = integer(object.at("id")),
-        .atRisk = count(object.at("atRisk")),
-        .concern = count(object.at("concern")),
-        .watch = count(object.at("watch")),
-        .total = count(object.at("total"))};
-    if (const auto name = object.find("name"); name != object.end())
-        course.name = name->get<std::string>();
+        .id = required(integerOf(memberOf(object, "id"))),
+        .atRisk = countOf(object, "atRisk"),
+        .concern = countOf(object, "concern"),
+        .watch = countOf(object, "watch"),
+        .total = countOf(object, "total")};
+    if (object.contains("name"))
+        course.name = required(stringOf(memberOf(object, "name")));
     return course;
 }
 
 WidgetTermSummary termSummary(const json &object) {
     WidgetTermSummary term{
-        .id = integer(object.at("id")), .title = object.at("title").get<std::string>()};
-    for (const json &course : object.at("courses").get_ref<const json::array_t &>())
+        .id = required(integerOf(memberOf(object, "id"))),
+        .title = required(stringOf(memberOf(object, "title")))};
+    for (const json &course : arrayOf(object, "courses"))
         term.courses.push_back(courseSummary(course));
     return term;
 }
@@ -107,14 +107,14 @@ std::string encode(const WidgetSnapshotFile &file) {
         terms.push_back(
             {{"id", term.id}, {"title", term.title}, {"courses", asJSON(term.courses)}});
     }
-    return prettyPrinted(
+    return prettyJSON(
         {{"updatedAt", formatInstant(file.updatedAt)},
          {"automaticTermID", file.automaticTermID},
          {"terms", std::move(terms)}});
 }
 
 std::string encode(const WidgetSnapshot &snapshot) {
-    return prettyPrinted(
+    return prettyJSON(
         {{"updatedAt", formatInstant(snapshot.updatedAt)},
          {"termTitle", snapshot.termTitle},
          {"courses", asJSON(snapshot.courses)}});
@@ -122,19 +122,18 @@ std::string encode(const WidgetSnapshot &snapshot) {
 
 std::optional<WidgetSnapshotFile> decodeWidgetSnapshotFile(std::string_view text) {
     try {
-        const json object = json::parse(text, refuseDepth);
-        const auto updatedAt = parseInstant(object.at("updatedAt").get_ref<const std::string &>());
-        if (!updatedAt)
-            return std::nullopt;
+        const json object = parseJSON(text);
         WidgetSnapshotFile file{
-            .updatedAt = *updatedAt, .automaticTermID = integer(object.at("automaticTermID"))};
-        const auto &terms = object.at("terms").get_ref<const json::array_t &>();
-        if (terms.size() > mostTerms)
+            .updatedAt =
+                required(parseInstant(required(stringOf(memberOf(object, "updatedAt"))))),
+            .automaticTermID = required(integerOf(memberOf(object, "automaticTermID")))};
+        const json &terms = arrayOf(object, "terms");
+        if (terms.size() > maxTerms)
             return std::nullopt;
         for (const json &term : terms)
             file.terms.push_back(termSummary(term));
         return file;
-    } catch (const json::exception &) {
+    } catch (const FileError &) {
         return std::nullopt;
     } catch (const Malformed &) {
         return std::nullopt;

@@ -1,6 +1,7 @@
 #include "platform/cloud/syncedfolder.h"
 
 #include "base/files.h"
+#include "base/json.h"
 #include "base/log.h"
 #include "base/observerlist.h"
 
@@ -75,12 +76,13 @@ struct SyncedFolder::State {
     [[nodiscard]] Contents read() const {
         Contents contents;
         std::error_code error;
-        for (const auto &entry : fs::directory_iterator(folder, error)) {
-            const auto key = keyOf(entry.path().filename());
-            if (!key || contents.size() >= mostKeys)
+        for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+             entry.increment(error)) {
+            const auto key = keyOf(entry->path().filename());
+            if (!key || contents.size() >= maxKeys)
                 continue;
             try {
-                if (auto bytes = files::read(entry.path(), mostBytes))
+                if (auto bytes = files::read(entry->path(), maxBytes))
                     contents.emplace(*key, std::move(*bytes));
             } catch (const FileError &) {
                 // Not readable now; the next scan may find it whole.
@@ -90,20 +92,21 @@ struct SyncedFolder::State {
     }
 
     [[nodiscard]] static std::optional<PreferenceValue> parse(const std::string &text) {
-        const json read = json::parse(text, nullptr, false);
-        if (!read.is_object() || !read.contains("value"))
+        try {
+            const json read = parseJSON(text);
+            return fromJSON(memberOf(read, "value"));
+        } catch (const FileError &) {
             return std::nullopt;
-        return fromJSON(read["value"]);
+        }
     }
 
     void loadSeen() {
         try {
-            const auto bytes = files::read(seenFile, seenLimit);
-            const json all = bytes ? json::parse(*bytes, nullptr, false) : json();
-            const auto found = all.is_object() ? all.find(folder.string()) : all.end();
-            if (!all.is_object() || found == all.end() || !found->is_object())
+            const json all = seenFolders();
+            const json &own = memberOf(all, folder.string());
+            if (!own.is_object())
                 return;
-            for (const auto &[key, text] : found->items()) {
+            for (const auto &[key, text] : own.items()) {
                 if (text.is_string())
                     seen.emplace(key, text.get<std::string>());
             }
@@ -117,15 +120,25 @@ struct SyncedFolder::State {
     void saveSeen() const {
         try {
             const files::Lock lock(seenFile);
-            const auto bytes = files::read(seenFile, seenLimit);
-            json all = bytes ? json::parse(*bytes, nullptr, false) : json::object();
-            if (!all.is_object())
-                all = json::object();
+            json all = seenFolders();
             all[folder.string()] = seen;
             files::replace(seenFile, all.dump(1, ' ', false, json::error_handler_t::replace));
         } catch (const FileError &error) {
             logger.error(
                 fmt::format("Couldn't keep what was seen of the folder: {}", error.what()));
+        }
+    }
+
+    /// What this machine has seen of each folder; an empty object where that is not known.
+    /// @throws FileError when the file cannot be read.
+    [[nodiscard]] json seenFolders() const {
+        const auto bytes = files::read(seenFile, seenLimit);
+        try {
+            json all = bytes ? parseJSON(*bytes) : json::object();
+            return all.is_object() ? all : json::object();
+        } catch (const FileError &) {
+            // It is written anew with the next change.
+            return json::object();
         }
     }
 
@@ -167,7 +180,7 @@ struct SyncedFolder::State {
                 ++keys;
             }
         }
-        return bytes <= mostBytes && keys <= mostKeys;
+        return bytes <= maxBytes && keys <= maxKeys;
     }
 };
 
@@ -194,7 +207,7 @@ void SyncedFolder::watch() {
 
 std::optional<PreferenceValue> SyncedFolder::object(const std::string &key) const {
     try {
-        const auto bytes = files::read(state->folder / fileName(key), mostBytes);
+        const auto bytes = files::read(state->folder / fileName(key), maxBytes);
         return bytes ? State::parse(*bytes) : std::nullopt;
     } catch (const FileError &) {
         return std::nullopt;

@@ -14,8 +14,8 @@ namespace ellwynd {
 class SyncedFolder final : public CloudKeyValueStore {
   public:
     /// The platform's limits, in bytes of all values together and in keys.
-    static constexpr std::size_t mostBytes = 1024UL * 1024;
-    static constexpr std::size_t mostKeys = 1024;
+    static constexpr std::size_t maxBytes = 1024UL * 1024;
+    static constexpr std::size_t maxKeys = 1024;
 
     /// @param folder made when it is not there.
     /// @param seenFile where this machine keeps what it has seen of its folders.

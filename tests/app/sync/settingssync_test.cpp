@@ -78,7 +78,7 @@ TEST(SyncedFolder, ReportsWhatOthersDidOnce) {
 TEST(SyncedFolder, KeepsItsLimitsAndSurvivesJunk) {
     const test::TemporaryFolder shared;
     Machine machine(shared);
-    machine.store.set("Large", std::string(SyncedFolder::mostBytes, 'x'));
+    machine.store.set("Large", std::string(SyncedFolder::maxBytes, 'x'));
     EXPECT_EQ(machine.store.object("Large"), std::nullopt);
     EXPECT_THAT(machine.changes, ElementsAre(CloudChange{Reason::quotaViolation, {"Large"}}));
     machine.store.set("Small", true);

@@ -1,0 +1,99 @@
+#include "base/json.h"
+
+#include "base/files.h"
+
+#include <nlohmann/json.hpp>
+
+#include <charconv>
+
+namespace ellwynd {
+
+namespace {
+
+using nlohmann::json;
+
+json parseWithin(std::string_view text, int maxDepth) {
+    return json::parse(text, [maxDepth](int depth, json::parse_event_t, const json &) {
+        if (depth > maxDepth)
+            throw FileError("It is nested too deeply.");
+        return true;
+    });
+}
+
+bool overflows(std::string_view number) {
+    double value = 0;
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
+    // The other end of the range is a zero, which is a number.
+    return error == std::errc::result_out_of_range && number.find("e-") == std::string_view::npos &&
+        number.find("E-") == std::string_view::npos;
+}
+
+/// The end of the string that begins at `begin`, behind its closing quote.
+std::size_t endOfString(std::string_view text, std::size_t begin) {
+    for (std::size_t i = begin + 1; i < text.size(); ++i) {
+        if (text[i] == '\\')
+            ++i;
+        else if (text[i] == '"')
+            return i + 1;
+    }
+    return text.size();
+}
+
+/// The text with null in place of every number that is too large for a double.
+std::string withoutOverflows(std::string_view text) {
+    std::string result;
+    for (std::size_t begin = 0; begin < text.size();) {
+        std::size_t end = begin + 1;
+        if (text[begin] == '"')
+            end = endOfString(text, begin);
+        else if (text[begin] == '-' || (text[begin] >= '0' && text[begin] <= '9'))
+            end = std::min(text.find_first_not_of("0123456789+-.eE", begin), text.size());
+        const std::string_view token = text.substr(begin, end - begin);
+        result += token.size() > 1 && token.front() != '"' && overflows(token) ? "null" : token;
+        begin = end;
+    }
+    return result;
+}
+
+} // namespace
+
+json parseJSON(std::string_view text, int maxDepth) {
+    try {
+        try {
+            return parseWithin(text, maxDepth);
+        } catch (const json::out_of_range &) {
+            return parseWithin(withoutOverflows(text), maxDepth);
+        }
+    } catch (const json::exception &) {
+        // The library's message would quote the text.
+        throw FileError("It is not valid JSON.");
+    }
+}
+
+const json &memberOf(const json &object, std::string_view key) {
+    static const json null;
+    if (!object.is_object())
+        return null;
+    const auto found = object.find(key);
+    return found != object.end() ? *found : null;
+}
+
+std::optional<std::int64_t> integerOf(const json &value) {
+    const bool fits = value.is_number_unsigned() ? value.get<std::uint64_t>() <= INT64_MAX
+                                                 : value.is_number_integer();
+    return fits ? std::optional{value.get<std::int64_t>()} : std::nullopt;
+}
+
+std::optional<double> numberOf(const json &value) {
+    return value.is_number() ? std::optional{value.get<double>()} : std::nullopt;
+}
+
+std::optional<std::string> stringOf(const json &value) {
+    return value.is_string() ? std::optional{value.get<std::string>()} : std::nullopt;
+}
+
+std::string prettyJSON(const json &value) {
+    return value.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
+}
+
+} // namespace ellwynd

@@ -174,7 +174,7 @@ void MainWindowController::resetToDisconnected() {
 
 std::optional<std::int64_t> MainWindowController::flaggedStudents(std::int64_t courseID) const {
     const ScoredCourse *course = rosterCache.find(courseID);
-    return course != nullptr ? std::optional{flaggedCount(course->rows)} : std::nullopt;
+    return course != nullptr ? std::optional{levelCounts(course->rows).flagged()} : std::nullopt;
 }
 
 /// Scores what is in memory again. Nothing is fetched, so live figures do not change.

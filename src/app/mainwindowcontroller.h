@@ -52,7 +52,9 @@ class MainWindowController : public QObject {
     /// Flagged students of a course already scored.
     [[nodiscard]] std::optional<std::int64_t> flaggedStudents(std::int64_t courseID) const;
     /// What is remembered of a student of the roster on screen.
-    [[nodiscard]] StudentPast past(const RiskRow &row) const { return rosterController.past(row); }
+    [[nodiscard]] StudentHistory studentHistory(const RiskRow &row) const {
+        return rosterController.studentHistory(row);
+    }
 
   Q_SIGNALS:
     /// The course list, or the number of flagged students of one of its courses.

@@ -47,7 +47,8 @@ class Replacement {
 };
 
 /// Replaces a file as a whole: a reader, or a crash at any instant, finds the old bytes or the new
-/// ones, and the new ones once this has returned. A new file is readable by its owner alone, and so is every folder made on the way.
+/// ones, and the new ones once this has returned. A new file is readable by its owner alone, and so
+/// is every folder made on the way.
 /// @throws FileError when it cannot; the old file is then as it was.
 void replace(const std::filesystem::path &file, std::string_view bytes);
 

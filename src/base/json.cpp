@@ -13,8 +13,10 @@ namespace {
 using nlohmann::json;
 
 json parseWithin(std::string_view text, int maxDepth) {
-    return json::parse(text, [maxDepth](int depth, json::parse_event_t, const json &) {
-        if (depth > maxDepth)
+    return json::parse(text, [maxDepth](int depth, json::parse_event_t event, const json &) {
+        using Event = json::parse_event_t;
+        const bool opens = event == Event::object_start || event == Event::array_start;
+        if (opens && depth >= maxDepth)
             throw FileError("It is nested too deeply.");
         return true;
     });

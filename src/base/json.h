@@ -14,8 +14,8 @@ namespace ellwynd {
 /// written again.
 inline constexpr int maxJSONDepth = 64;
 
-/// Reads a whole text. A number that is too large for a double, such as 1e999, becomes null, so that
-/// it costs its key and not the file.
+/// Reads a whole text. A number that is too large for a double, such as 1e999, becomes null, so
+/// that it costs its key and not the file.
 /// @throws FileError, in a sentence that quotes nothing of the text, for text that is not JSON and
 ///         for nesting beyond `maxDepth`.
 [[nodiscard]] nlohmann::json parseJSON(std::string_view text, int maxDepth = maxJSONDepth);
@@ -24,8 +24,8 @@ inline constexpr int maxJSONDepth = 64;
 /// as long as `object`.
 [[nodiscard]] const nlohmann::json &memberOf(const nlohmann::json &object, std::string_view key);
 
-/// An integer of 64 bits with sign. Absent for every other value: a real such as 5.0, and an integer
-/// beyond that range.
+/// An integer of 64 bits with sign. Absent for every other value: a real such as 5.0, and an
+/// integer beyond that range.
 [[nodiscard]] std::optional<std::int64_t> integerOf(const nlohmann::json &value);
 
 /// Any number. Absent for a value of another type.

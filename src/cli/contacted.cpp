@@ -1,3 +1,4 @@
+#include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
@@ -34,7 +35,7 @@ static int runContacted(Session &session, const QStringList &words) {
         const RiskRow &row = findStudent(course, id);
         const auto outreach = lastOutcome(row, stores.contacts, stores.history, now);
         list.push_back(rowDocument(row, outreach));
-        text += fmt::format("{}: {}.\n", printable(row.name), outreachText(*outreach));
+        text += fmt::format("{}: {}.\n", oneLine(row.name), outreachText(*outreach));
     }
     line.print(line.wantsJSON() ? printed(list) : text);
     return done;

@@ -1,5 +1,6 @@
 #include "app/dashboard/dashboardtexts.h"
 #include "app/dashboard/passscheduler.h"
+#include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
@@ -21,9 +22,9 @@ JSON cardDocument(const DashboardCourseCard &card) {
     return {
         {"courseID", card.courseID},
         {"name", card.name},
-        {"atRisk", card.atRisk},
-        {"concern", card.concern},
-        {"watch", card.watch},
+        {"atRisk", card.levels.atRisk},
+        {"concern", card.levels.concern},
+        {"watch", card.levels.watch},
         {"total", card.total},
         {"slipped", card.slipped},
         {"newlyFlagged", card.newlyFlagged},
@@ -70,7 +71,7 @@ std::string dashboardText(const Dashboard &dashboard) {
     if (shown == nullptr)
         return *waitLine(dashboard) + "\n";
     std::string text = fmt::format(
-        "{}\n{}\n{} — {}\n\n", printable(shown->title), headline(*shown), movementLine(*shown),
+        "{}\n{}\n{} — {}\n\n", oneLine(shown->title), headline(*shown), movementLine(*shown),
         stamp(dashboard));
     Table table(
         {{"Course"},
@@ -80,17 +81,14 @@ std::string dashboardText(const Dashboard &dashboard) {
          {"Follow-up", true},
          {"Most missed"}});
     for (const DashboardCourseCard &card : shown->cards) {
-        std::string levels;
-        for (const auto &[count, level] :
-             {std::pair{card.atRisk, RiskLevel::atRisk},
-              std::pair{card.concern, RiskLevel::concern},
-              std::pair{card.watch, RiskLevel::watch}}) {
-            if (count > 0)
-                levels += (levels.empty() ? "" : ", ") + levelCount(count, level);
+        std::vector<std::string> levels;
+        for (const RiskLevel level : allRiskLevels) {
+            if (const std::int64_t count = card.levels[level]; count > 0)
+                levels.push_back(levelCount(count, level));
         }
         table.add(
             {card.name, fmt::format("{} of {}", card.flagged(), card.total),
-             levels.empty() ? "All OK" : levels, movementMarks(card),
+             levels.empty() ? "All OK" : join(levels, ", "), movementMarks(card),
              card.awaitingFollowUp > 0 ? std::to_string(card.awaitingFollowUp) : "",
              card.mostMissed
                  ? fmt::format("{} ({})", card.mostMissed->title, card.mostMissed->count)

@@ -1,4 +1,5 @@
 #include "app/shell/settings.h"
+#include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/table.h"
@@ -12,7 +13,7 @@ namespace {
 /// A value for people: text without quotes, a whole number without a fraction.
 std::string plain(const PreferenceValue &value) {
     if (const auto *text = std::get_if<std::string>(&value))
-        return printable(*text);
+        return oneLine(*text);
     if (const auto *real = std::get_if<double>(&value))
         return fmt::format("{}", *real);
     return toJSON(value);

@@ -2,6 +2,7 @@
 
 #include "app/roster/rostertexts.h"
 #include "base/calendar.h"
+#include "base/text.h"
 #include "cli/table.h"
 
 #include <fmt/format.h>
@@ -47,7 +48,8 @@ JSON movementDocument(const std::vector<RosterChange> &movement) {
         const auto &current = change.currentLevel;
         changes.push_back(
             {{"studentID", change.studentID},
-             {"previousLevel", previous ? JSON(levelName(*previous)) : JSON(nullptr)},
+             {"previousLevel",
+              previous.isKnown() ? JSON(levelName(previous.level())) : JSON(nullptr)},
              {"currentLevel", current ? JSON(levelName(*current)) : JSON(nullptr)},
              {"previousDate", instant(change.previousDate)},
              {"kind", kindName(change)},
@@ -160,7 +162,7 @@ std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout) {
 
 std::string rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now) {
     std::string text = fmt::format(
-        "{}\n{} · updated {}\n{}\n", printable(displayName(course.course)),
+        "{}\n{} · updated {}\n{}\n", oneLine(displayName(course.course)),
         studentsText(course.rows.size()), calendar::shortTime(course.fetchedAt),
         thresholdsSummary(course.thresholds));
     if (const auto summary = summaryLine(memory.movement))

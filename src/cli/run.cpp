@@ -1,5 +1,6 @@
 #include "cli/run.h"
 
+#include "base/text.h"
 #include "canvas/records/canvaserror.h"
 #include "cli/commands.h"
 #include "cli/table.h"
@@ -75,20 +76,20 @@ int run(
             throw Failure("The output couldn't be written.");
         return status;
     } catch (const UsageError &error) {
-        err << printable(error.what()) << "\n";
+        err << oneLine(error.what()) << "\n";
         return wrongUsage;
     } catch (const NotConnected &error) {
-        err << printable(error.what()) << "\n";
+        err << oneLine(error.what()) << "\n";
         return notConnected;
     } catch (const KeychainError &error) {
-        err << printable(error.what()) << "\n";
+        err << oneLine(error.what()) << "\n";
         return keychainUnavailable;
     } catch (const CanvasError &error) {
-        err << printable(error.errorDescription()) << "\n"
-            << printable(error.recoverySuggestion()) << "\n";
+        err << oneLine(error.errorDescription()) << "\n"
+            << oneLine(error.recoverySuggestion()) << "\n";
         return failed;
     } catch (const std::exception &error) {
-        err << printable(error.what()) << "\n";
+        err << oneLine(error.what()) << "\n";
         return failed;
     }
 }

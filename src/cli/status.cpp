@@ -1,3 +1,4 @@
+#include "base/text.h"
 #include "canvas/tokenstore.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
@@ -19,7 +20,7 @@ std::string stateOf(Session &session, const std::string &address) {
         const TokenStore tokens(session.secrets());
         return tokens.readToken(TokenStore::accountOf(address)) ? "connected" : "not connected";
     } catch (const KeychainError &error) {
-        session.err << printable(error.what()) << "\n";
+        session.err << oneLine(error.what()) << "\n";
         return "keychain unavailable";
     }
 }
@@ -40,7 +41,7 @@ static int runStatus(Session &session, const QStringList &words) {
         line.print(printed(
             {{"state", state}, {"address", orNull(address)}, {"account", orNull(account)}}));
     } else {
-        line.print(printable(state + (address.empty() ? "" : "  " + address)) + "\n");
+        line.print(oneLine(state + (address.empty() ? "" : "  " + address)) + "\n");
     }
     return done;
 }

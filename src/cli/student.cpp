@@ -1,5 +1,6 @@
 #include "app/roster/studenthistory.h"
 #include "base/calendar.h"
+#include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
@@ -24,27 +25,27 @@ JSON trendDocument(const std::optional<TermTrend> &trend) {
     return points;
 }
 
-JSON studentDocument(const RiskRow &row, const StudentPast &past) {
+JSON studentDocument(const RiskRow &row, const StudentHistory &history) {
     return {
-        {"row", rowDocument(row, past.outreach)},
-        {"movement", past.change ? JSON(changeText(*past.change)) : JSON(nullptr)},
-        {"story", past.trend ? JSON(termStory(*past.trend)) : JSON(nullptr)},
-        {"trend", trendDocument(past.trend)},
-        {"outreach", past.outreach ? JSON(outreachText(*past.outreach)) : JSON(nullptr)},
+        {"row", rowDocument(row, history.outreach)},
+        {"movement", history.change ? JSON(changeText(*history.change)) : JSON(nullptr)},
+        {"story", history.trend ? JSON(termStory(*history.trend)) : JSON(nullptr)},
+        {"trend", trendDocument(history.trend)},
+        {"outreach", history.outreach ? JSON(outreachText(*history.outreach)) : JSON(nullptr)},
     };
 }
 
-std::string studentText(const RiskRow &row, const StudentPast &past, Date now) {
+std::string studentText(const RiskRow &row, const StudentHistory &history, Date now) {
     std::string text = rowsTable(std::span(&row, 1), {.now = now});
     const auto paragraph = [&text](const std::string &sentence) {
-        text += "\n" + printable(sentence) + "\n";
+        text += "\n" + oneLine(sentence) + "\n";
     };
-    if (past.change)
-        paragraph(changeText(*past.change) + ".");
-    if (past.trend)
-        paragraph(termStory(*past.trend));
-    if (past.outreach)
-        paragraph(outreachText(*past.outreach) + ".");
+    if (history.change)
+        paragraph(changeText(*history.change) + ".");
+    if (history.trend)
+        paragraph(termStory(*history.trend));
+    if (history.outreach)
+        paragraph(outreachText(*history.outreach) + ".");
     return text;
 }
 
@@ -60,11 +61,11 @@ static int runStudent(Session &session, const QStringList &words) {
     const std::int64_t studentID = parseID(line.word(1), "student");
     const ScoredCourse course = loadByID(session, courseID);
     const RiskRow &row = findStudent(course, studentID);
-    const StudentPast past =
-        studentPast(row, movementOf(course, session.stores()), session.stores(), session.now());
+    const StudentHistory history =
+        studentHistory(row, movementOf(course, session.stores()), session.stores(), session.now());
     line.print(
-        line.wantsJSON() ? printed(studentDocument(row, past))
-                         : studentText(row, past, session.now()));
+        line.wantsJSON() ? printed(studentDocument(row, history))
+                         : studentText(row, history, session.now()));
     return done;
 }
 

@@ -1,5 +1,6 @@
 #include "app/roster/rostertexts.h"
 #include "app/roster/termroster.h"
+#include "base/text.h"
 #include "canvas/records/termgroups.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
@@ -54,8 +55,7 @@ static int runTerm(Session &session, const QStringList &words) {
         return done;
     }
     std::string text = fmt::format(
-        "{}\n{} flagged across {} course{}\n\n", printable(title(*term)), rows.size(),
-        scored.size(), scored.size() == 1 ? "" : "s");
+        "{}\n{}\n\n", oneLine(title(*term)), flaggedAcrossText(rows.size(), scored.size()));
     line.print(
         text + rowsTable(rows, {.withCourse = true, .now = session.now(), .memory = memory}));
     return done;

@@ -1,6 +1,7 @@
 #include "help/helpbook.h"
 
 #include "base/embeddedtext.h"
+#include "base/text.h"
 #include "help/releasenotes.h"
 
 #include <fmt/format.h>
@@ -57,13 +58,6 @@ HelpTopic releaseNotesTopic() {
     return topic;
 }
 
-std::string joined(const std::vector<std::string> &texts) {
-    std::string result;
-    for (const std::string &text : texts)
-        result += text + "\n";
-    return result;
-}
-
 /// Takes one line off the front.
 std::string_view takeLine(std::string_view &text) {
     const std::size_t end = std::min(text.find('\n'), text.size());
@@ -106,7 +100,8 @@ HelpBook::HelpBook(const std::vector<ShortcutGroup> &shortcuts) {
     }
     pages.push_back(releaseNotesTopic());
     for (const HelpTopic &topic : pages) {
-        Index index{wordsOf(topic.title), wordsOf(joined(topic.keywords)), plainText(topic.body)};
+        Index index{
+            wordsOf(topic.title), wordsOf(join(topic.keywords, "\n")), plainText(topic.body)};
         index.words = wordsOf(index.text);
         indexes.push_back(std::move(index));
     }

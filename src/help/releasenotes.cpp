@@ -1,6 +1,7 @@
 #include "help/releasenotes.h"
 
 #include "base/embeddedtext.h"
+#include "base/text.h"
 
 #include <algorithm>
 
@@ -11,12 +12,6 @@ std::span<const EmbeddedText> changelogText();
 namespace {
 
 constexpr std::string_view heading = "## ";
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t begin = std::min(text.find_first_not_of(" \r\n"), text.size());
-    const std::size_t end = text.find_last_not_of(" \r\n") + 1;
-    return begin < end ? text.substr(begin, end - begin) : std::string_view();
-}
 
 /// Where the next section begins, at or after `from`.
 std::size_t nextHeading(std::string_view text, std::size_t from) {
@@ -34,9 +29,8 @@ std::vector<Release> parseChangelog(std::string_view changelog) {
         const std::size_t line = std::min(changelog.find('\n', at), changelog.size());
         const std::size_t next = nextHeading(changelog, line);
         result.push_back(
-            {std::string(
-                 trimmed(changelog.substr(at + heading.size(), line - at - heading.size()))),
-             std::string(trimmed(changelog.substr(line, next - line)))});
+            {std::string(trim(changelog.substr(at + heading.size(), line - at - heading.size()))),
+             std::string(trim(changelog.substr(line, next - line)))});
         at = next;
     }
     return result;

@@ -8,15 +8,6 @@
 
 namespace ellwynd {
 
-namespace {
-
-void add(DailyLevels &day, std::optional<RiskLevel> level) {
-    if (level)
-        ++day.counts[static_cast<std::size_t>(*level)];
-}
-
-} // namespace
-
 std::vector<DailyLevels>
 lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now) {
     const Date today = calendar::startOfDay(now);
@@ -33,8 +24,7 @@ lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now) {
             const Date begins = calendar::startOfDay(entry.recordedAt);
             day = &days.try_emplace(begins, DailyLevels{.day = begins}).first->second;
         }
-        if (const auto level = recordedLevel(entry))
-            add(*day, *level);
+        day->counts.add(recordedLevel(entry).level());
     }
     std::vector<DailyLevels> result;
     for (const auto &[begins, levels] : days)
@@ -43,16 +33,13 @@ lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now) {
 }
 
 DailyLevels levelsOf(const std::vector<RiskRow> &rows, Date now) {
-    DailyLevels today{.day = calendar::startOfDay(now)};
-    for (const RiskRow &row : rows)
-        add(today, row.level);
-    return today;
+    return {.day = calendar::startOfDay(now), .counts = levelCounts(rows)};
 }
 
 std::string
 bandText(RiskLevel level, const std::vector<DailyLevels> &earlier, const DailyLevels &today) {
-    const std::int64_t count = today.count(level);
-    const std::int64_t first = earlier.empty() ? count : earlier.front().count(level);
+    const std::int64_t count = today.counts[level];
+    const std::int64_t first = earlier.empty() ? count : earlier.front().counts[level];
     const std::string change = first == count ? "unchanged"
         : first < count                       ? fmt::format("up from {} earlier", first)
                                               : fmt::format("down from {} earlier", first);

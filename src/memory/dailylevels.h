@@ -2,8 +2,7 @@
 #pragma once
 
 #include "memory/rosterhistory.h"
-
-#include <array>
+#include "risk/levelcounts.h"
 
 namespace ellwynd {
 
@@ -11,13 +10,7 @@ namespace ellwynd {
 struct DailyLevels {
     /// The start of the day.
     Date day;
-    /// By level, in the order of `allRiskLevels`.
-    std::array<std::int64_t, allRiskLevels.size()> counts{};
-
-    [[nodiscard]] std::int64_t count(RiskLevel level) const {
-        return counts[static_cast<std::size_t>(level)];
-    }
-    [[nodiscard]] std::int64_t flagged() const { return counts[0] + counts[1] + counts[2]; }
+    LevelCounts counts;
 
     bool operator==(const DailyLevels &) const = default;
 };
@@ -29,7 +22,7 @@ inline constexpr std::int64_t trendDays = 14;
 [[nodiscard]] std::vector<DailyLevels>
 lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now);
 
-/// The levels of a roster as it stands.
+/// The levels of a roster today.
 [[nodiscard]] DailyLevels levelsOf(const std::vector<RiskRow> &rows, Date now);
 
 /// "At Risk: 4 now, up from 2 earlier."

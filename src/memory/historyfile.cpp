@@ -49,7 +49,7 @@ T member(dom::object entry, std::size_t index, std::string_view key) {
 /// Only a level that the program does not know can hold what JSON must escape.
 std::string quoted(const RosterSnapshot &entry) {
     using json = nlohmann::json;
-    return recordedLevel(entry)
+    return recordedLevel(entry).isKnown()
         ? "\"" + entry.level + "\""
         : json(entry.level).dump(-1, ' ', false, json::error_handler_t::replace);
 }

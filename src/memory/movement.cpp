@@ -1,6 +1,7 @@
 #include "memory/movement.h"
 
 #include "base/calendar.h"
+#include "base/text.h"
 
 #include <fmt/format.h>
 
@@ -10,14 +11,9 @@ namespace ellwynd {
 
 namespace {
 
-bool wasFlagged(const RosterChange &change) {
-    return change.previousLevel && *change.previousLevel;
-}
-
-/// Above zero when the student does worse than before; a student without a past compares as equal.
+/// Above zero when the student does worse than before; a student without history compares as equal.
 int difference(const RosterChange &change) {
-    return change.previousLevel ? severity(change.currentLevel) - severity(*change.previousLevel)
-                                : 0;
+    return change.previousLevel.worseningTo(change.currentLevel);
 }
 
 /// The student's latest entry from before `today`; the first in stored order among equals.
@@ -35,7 +31,7 @@ const RosterSnapshot *latestBefore(
 } // namespace
 
 MovementKind movementKind(const RosterChange &change) {
-    if (!change.previousLevel)
+    if (!change.previousLevel.isKnown())
         return MovementKind::newcomer;
     const int worse = difference(change);
     return worse > 0 ? MovementKind::worse
@@ -44,11 +40,11 @@ MovementKind movementKind(const RosterChange &change) {
 }
 
 bool hasSlipped(const RosterChange &change) {
-    return wasFlagged(change) && difference(change) > 0;
+    return change.previousLevel.level() && difference(change) > 0;
 }
 
 bool isNewlyFlagged(const RosterChange &change) {
-    return !wasFlagged(change) && change.currentLevel.has_value();
+    return !change.previousLevel.level() && change.currentLevel;
 }
 
 bool hasImproved(const RosterChange &change) {
@@ -84,8 +80,8 @@ std::vector<RosterChange> changes(
             change.previousLevel = recordedLevel(*earlier);
             change.previousDate = earlier->recordedAt;
         }
-        const bool isMovement =
-            change.previousLevel ? difference(change) != 0 : change.currentLevel.has_value();
+        const bool isMovement = change.previousLevel.isKnown() ? difference(change) != 0
+                                                               : change.currentLevel.has_value();
         if (isMovement)
             moved.push_back(std::move(change));
     }
@@ -101,13 +97,13 @@ std::string changeText(const RosterChange &change) {
     if (isNewlyFlagged(change)) {
         what = fmt::format("is newly {}", now);
     } else if (hasSlipped(change)) {
-        what = fmt::format("slipped from {} to {}", levelName(*change.previousLevel), now);
+        what = fmt::format("slipped from {} to {}", levelName(change.previousLevel.level()), now);
     } else if (hasImproved(change)) {
         what = change.currentLevel
-            ? fmt::format("improved from {} to {}", levelName(*change.previousLevel), now)
+            ? fmt::format("improved from {} to {}", levelName(change.previousLevel.level()), now)
             : "is no longer flagged";
     } else {
-        what = change.previousLevel ? "is unchanged" : "is new here";
+        what = change.previousLevel.isKnown() ? "is unchanged" : "is new here";
     }
     return change.name + " " + what;
 }
@@ -122,12 +118,12 @@ std::optional<std::string> summaryLine(const std::vector<RosterChange> &changes)
 
 std::optional<std::string>
 sinceLastTime(const std::vector<std::pair<std::int64_t, std::string_view>> &counts) {
-    std::string line;
+    std::vector<std::string> parts;
     for (const auto &[count, what] : counts) {
         if (count > 0)
-            line += fmt::format("{}{} {}", line.empty() ? "Since last time: " : " · ", count, what);
+            parts.push_back(fmt::format("{} {}", count, what));
     }
-    return line.empty() ? std::nullopt : std::optional(line);
+    return parts.empty() ? std::nullopt : std::optional("Since last time: " + join(parts, " · "));
 }
 
 } // namespace ellwynd

@@ -10,9 +10,8 @@ struct RosterChange {
     std::int64_t studentID = 0;
     std::int64_t courseID = 0;
     std::string name;
-    /// The level of the last earlier entry: absent without one, or where its text is unknown; an
-    /// absent level within for a student who carried none.
-    std::optional<std::optional<RiskLevel>> previousLevel;
+    /// The level of the last earlier entry; unknown without one.
+    RecordedLevel previousLevel;
     std::optional<RiskLevel> currentLevel;
     std::optional<Date> previousDate;
 

@@ -11,8 +11,7 @@ namespace ellwynd {
 namespace {
 
 /// The level the history held when the message was copied, else the first it recorded after.
-std::optional<std::optional<RiskLevel>>
-levelAt(const std::vector<const RosterSnapshot *> &entries, Date contactedAt) {
+RecordedLevel levelAt(const std::vector<const RosterSnapshot *> &entries, Date contactedAt) {
     const RosterSnapshot *before = nullptr;
     const RosterSnapshot *after = nullptr;
     for (const RosterSnapshot *entry : entries) {
@@ -24,20 +23,18 @@ levelAt(const std::vector<const RosterSnapshot *> &entries, Date contactedAt) {
         }
     }
     const RosterSnapshot *then = before != nullptr ? before : after;
-    return then != nullptr ? recordedLevel(*then) : std::nullopt;
+    return then != nullptr ? recordedLevel(*then) : RecordedLevel();
 }
 
 /// Above zero when the student does worse than at the contact; zero where that is not known.
 int difference(const OutreachOutcome &outcome) {
-    return outcome.levelThen ? severity(outcome.levelNow) - severity(*outcome.levelThen) : 0;
+    return outcome.levelThen.worseningTo(outcome.levelNow);
 }
 
 std::string clause(const OutreachOutcome &outcome) {
     const std::string_view now = levelName(outcome.levelNow);
-    if (!outcome.levelNow) {
-        const bool wasFlagged = outcome.levelThen && *outcome.levelThen;
-        return wasFlagged ? "no longer flagged since" : "not flagged";
-    }
+    if (!outcome.levelNow)
+        return outcome.levelThen.level() ? "no longer flagged since" : "not flagged";
     const int worse = difference(outcome);
     return worse > 0 ? fmt::format("slipped to {} since", now)
         : worse < 0  ? fmt::format("improved to {} since", now)

@@ -9,9 +9,8 @@ namespace ellwynd {
 /// What happened after a contact; worked out when it is asked for, never stored.
 struct OutreachOutcome {
     Date contactedAt;
-    /// The level at the time of the contact: absent when the history does not know, an absent level
-    /// within for a student who carried none.
-    std::optional<std::optional<RiskLevel>> levelThen;
+    /// The level at the time of the contact.
+    RecordedLevel levelThen;
     std::optional<RiskLevel> levelNow;
     /// Calendar days from the contact's day to today; never negative.
     std::int64_t daysSince = 0;
@@ -51,7 +50,7 @@ struct OutreachCounts {
 /// "3 awaiting follow-up"
 [[nodiscard]] std::string awaitingText(std::int64_t count);
 
-/// The counts in a line, or the sentence that stands there instead: no student is flagged, or
+/// The counts in a line, or the sentence in their place: no student is flagged, or
 /// contacts are not remembered.
 [[nodiscard]] std::string outreachLine(const OutreachCounts &counts, bool contactsAreRemembered);
 

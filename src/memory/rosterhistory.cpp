@@ -135,8 +135,7 @@ std::int64_t RosterHistory::dayCount() const {
 
 std::string historyStatus(const RosterHistory &history) {
     const std::int64_t days = history.dayCount();
-    return days == 0 ? "Nothing recorded."
-                     : plural(days, "day") + " recorded.";
+    return days == 0 ? "Nothing recorded." : plural(days, "day") + " recorded.";
 }
 
 } // namespace ellwynd

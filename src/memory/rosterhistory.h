@@ -32,7 +32,8 @@ class RosterHistory : public QObject {
 
     /// In the order in which they were recorded.
     [[nodiscard]] const std::vector<RosterSnapshot> &entries() const { return store.contents(); }
-    /// The student's entries in that course, in that order; empty for a student that it does not know.
+    /// The student's entries in that course, in that order; empty for a student that it does not
+    /// know.
     [[nodiscard]] std::vector<const RosterSnapshot *>
     entries(std::int64_t courseID, std::int64_t studentID) const;
 

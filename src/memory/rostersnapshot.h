@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/date.h"
-#include "risk/risklevel.h"
+#include "memory/recordedlevel.h"
 
 #include <string>
 
@@ -22,17 +22,14 @@ struct RosterSnapshot {
     bool operator==(const RosterSnapshot &) const = default;
 };
 
-/// The level of an entry: absent for an unknown text, an absent level within for "OK".
-[[nodiscard]] inline std::optional<std::optional<RiskLevel>>
-recordedLevel(const RosterSnapshot &entry) {
-    using Level = std::optional<RiskLevel>;
+/// The level of an entry; unknown for an unknown text.
+[[nodiscard]] inline RecordedLevel recordedLevel(const RosterSnapshot &entry) {
     for (const RiskLevel level : allRiskLevels) {
         if (entry.level == levelName(level))
-            return level;
+            return RecordedLevel(level);
     }
-    if (entry.level == levelName(Level{}))
-        return Level{};
-    return std::nullopt;
+    constexpr std::optional<RiskLevel> none;
+    return entry.level == levelName(none) ? RecordedLevel(none) : RecordedLevel();
 }
 
 } // namespace ellwynd

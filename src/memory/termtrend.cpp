@@ -12,8 +12,8 @@ std::optional<TermTrend>
 termTrend(const RosterHistory &history, std::int64_t courseID, std::int64_t studentID) {
     TermTrend trend;
     for (const RosterSnapshot *entry : history.entries(courseID, studentID)) {
-        if (const auto level = recordedLevel(*entry))
-            trend.points.push_back({calendar::startOfDay(entry->recordedAt), *level});
+        if (const RecordedLevel level = recordedLevel(*entry); level.isKnown())
+            trend.points.push_back({calendar::startOfDay(entry->recordedAt), level.level()});
     }
     std::ranges::stable_sort(trend.points, {}, &TermTrend::Point::date);
     return trend.points.size() >= 2 ? std::optional{std::move(trend)} : std::nullopt;

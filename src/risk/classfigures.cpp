@@ -12,36 +12,12 @@ namespace {
 using namespace std::chrono_literals;
 
 /// The longest that a class may have been quiet for inactivity to count.
-constexpr auto quietLimit = 2'592'000s;
+constexpr auto maxQuietTime = 2'592'000s;
 
 /// The larger of two values, either of which may be absent.
 template<class T>
 std::optional<T> larger(const std::optional<T> &a, const std::optional<T> &b) {
     return a && b ? std::max(a, b) : a ? a : b;
-}
-
-} // namespace
-
-std::vector<Enrollment> reduceToStudents(std::span<const Enrollment> enrollments) {
-    std::vector<Enrollment> roster;
-    roster.reserve(enrollments.size());
-    std::unordered_map<std::int64_t, std::size_t> placeOf;
-    placeOf.reserve(enrollments.size());
-    for (const Enrollment &enrollment : enrollments) {
-        const auto [place, isNew] = placeOf.try_emplace(enrollment.userID, roster.size());
-        if (isNew) {
-            roster.push_back(enrollment);
-            continue;
-        }
-        Enrollment &first = roster[place->second];
-        if (!first.user)
-            first.user = enrollment.user;
-        if (!first.grades)
-            first.grades = enrollment.grades;
-        first.lastActivityAt = larger(first.lastActivityAt, enrollment.lastActivityAt);
-        first.totalActivityTime = larger(first.totalActivityTime, enrollment.totalActivityTime);
-    }
-    return roster;
 }
 
 std::unordered_set<std::int64_t>
@@ -86,17 +62,43 @@ std::optional<Date> medianLastActivity(std::span<const Enrollment> roster) {
     return *middle;
 }
 
-std::int64_t classQuietDays(std::span<const Enrollment> roster, Date now) {
-    const auto classDate = medianLastActivity(roster);
-    return classDate ? std::max<std::int64_t>(0, wholeDaysBetween(*classDate, now)) : 0;
+} // namespace
+
+std::vector<Enrollment> reduceToStudents(std::span<const Enrollment> enrollments) {
+    std::vector<Enrollment> roster;
+    roster.reserve(enrollments.size());
+    std::unordered_map<std::int64_t, std::size_t> positionOf;
+    positionOf.reserve(enrollments.size());
+    for (const Enrollment &enrollment : enrollments) {
+        const auto [position, isNew] = positionOf.try_emplace(enrollment.userID, roster.size());
+        if (isNew) {
+            roster.push_back(enrollment);
+            continue;
+        }
+        Enrollment &first = roster[position->second];
+        if (!first.user)
+            first.user = enrollment.user;
+        if (!first.grades)
+            first.grades = enrollment.grades;
+        first.lastActivityAt = larger(first.lastActivityAt, enrollment.lastActivityAt);
+        first.totalActivityTime = larger(first.totalActivityTime, enrollment.totalActivityTime);
+    }
+    return roster;
 }
 
-bool inactivityCounts(
-    std::span<const Enrollment> roster, std::optional<Date> termEndsAt, Date now) {
-    if (termEndsAt && *termEndsAt < now)
-        return false;
-    const auto classDate = medianLastActivity(roster);
-    return classDate && now - *classDate <= quietLimit;
+ClassFigures classFigures(
+    std::span<const Enrollment> enrollments, std::span<const SubmissionSummary> submissions,
+    std::optional<Date> termEndsAt, Date now) {
+    ClassFigures figures{.roster = reduceToStudents(enrollments)};
+    figures.excludedAssignments = excludedAssignments(submissions, figures.roster.size());
+    figures.medianActivityTime = medianActivityTime(figures.roster);
+    figures.medianLastActivity = medianLastActivity(figures.roster);
+    if (const auto &classDate = figures.medianLastActivity) {
+        const bool termHasEnded = termEndsAt && *termEndsAt < now;
+        figures.quietDays = std::max<std::int64_t>(0, wholeDaysBetween(*classDate, now));
+        figures.inactivityCounts = !termHasEnded && now - *classDate <= maxQuietTime;
+    }
+    return figures;
 }
 
 } // namespace ellwynd

@@ -1,5 +1,7 @@
 #include "risk/missedwork.h"
 
+#include "base/text.h"
+
 #include <algorithm>
 
 namespace ellwynd {
@@ -18,9 +20,9 @@ std::vector<MissingPair> missingPairs(std::span<const SubmissionSummary> submiss
 
 bool isClassWide(std::size_t missing, std::size_t rosterSize) {
     // In a class of three, two students are a majority by accident.
-    constexpr std::size_t smallestClass = 5;
-    constexpr double most = 0.6;
-    return rosterSize >= smallestClass && double(missing) >= most * double(rosterSize);
+    constexpr std::size_t minClassSize = 5;
+    constexpr double minShare = 0.6;
+    return rosterSize >= minClassSize && double(missing) >= minShare * double(rosterSize);
 }
 
 std::vector<MissedAssignment> missedWork(
@@ -49,18 +51,16 @@ std::vector<MissedAssignment> missedWork(
 }
 
 std::string missedWorkSummary(std::size_t assignments, std::int64_t rosterSize) {
-    std::string line = std::to_string(assignments) +
-        (assignments == 1 ? " assignment" : " assignments") + " with missing work, out of " +
-        std::to_string(rosterSize) + (rosterSize == 1 ? " student" : " students");
+    std::string line = plural(std::int64_t(assignments), "assignment") +
+        " with missing work, out of " + plural(rosterSize, "student");
     if (assignments == 0)
         line += " — nobody is missing anything";
     return line;
 }
 
 std::string missedWorkDescription(const MissedAssignment &assignment) {
-    const std::size_t count = assignment.studentIDs.size();
-    return assignment.name + ", missing for " + std::to_string(count) +
-        (count == 1 ? " student" : " students") +
+    return assignment.name + ", missing for " +
+        plural(std::int64_t(assignment.studentIDs.size()), "student") +
         (assignment.isClassWide ? ", excluded from risk scores" : "");
 }
 

@@ -1,5 +1,7 @@
 #include "risk/reasons.h"
 
+#include "base/text.h"
+
 #include <fmt/format.h>
 
 #include <cmath>
@@ -27,7 +29,7 @@ ReasonLine missingWorkReason(const ReasonFigures &figures) {
     ReasonLine line{.text = {}, .links = {}, .role = ReasonRole::missingWork};
     line.text = figures.setSoFar > 0
         ? fmt::format("{} of {} assignments missing", count, figures.setSoFar)
-        : fmt::format("{} missing assignment{}", count, count == 1 ? "" : "s");
+        : plural(std::int64_t(count), "missing assignment");
     if (figures.missingShare) {
         const double percent = std::round(*figures.missingShare * 100);
         line.text += percent < 1 ? " — under 1% of the grade"
@@ -67,7 +69,7 @@ std::string studentName(const Enrollment &student) {
 
 std::vector<ReasonLine> explain(const ReasonFigures &figures) {
     std::vector<ReasonLine> lines;
-    const auto say = [&lines](ReasonRole role, std::string text) {
+    const auto add = [&lines](ReasonRole role, std::string text) {
         lines.push_back({.text = std::move(text), .links = {}, .role = role});
     };
     if (!figures.missing.empty())
@@ -75,13 +77,13 @@ std::vector<ReasonLine> explain(const ReasonFigures &figures) {
     if (figures.currentScore)
         lines.push_back(currentScoreReason(figures));
     if (figures.inactive && !figures.daysAway)
-        say(ReasonRole::inactivity, "No recorded activity");
+        add(ReasonRole::inactivity, "No recorded activity");
     else if (figures.inactive)
-        say(ReasonRole::inactivity, fmt::format("No recent activity ({} days)", *figures.daysAway));
+        add(ReasonRole::inactivity, fmt::format("No recent activity ({} days)", *figures.daysAway));
     if (figures.pastDue > 0)
-        say(ReasonRole::pastDue, fmt::format("{} past-due unsubmitted", figures.pastDue));
+        add(ReasonRole::pastDue, fmt::format("{} past-due unsubmitted", figures.pastDue));
     if (figures.timeOfMedian && *figures.timeOfMedian < lowTimeToldBelow) {
-        say(ReasonRole::timeInCourse,
+        add(ReasonRole::timeInCourse,
             fmt::format(
                 "Low time in course ({}h vs {}h median)",
                 roundedText(double(figures.time) / secondsPerHour),

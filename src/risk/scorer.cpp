@@ -32,7 +32,7 @@ constexpr double strongDamping = 0.6;
 /// The part of the class median below which time in course counts.
 constexpr double lowTimeFrom = 0.5;
 
-/// A student's place in the course's submissions: work that most of the class is missing is gone.
+/// A student's work, without what most of the class is missing.
 struct Work {
     std::vector<std::int64_t> missing;
     std::int64_t pastDue = 0;
@@ -43,22 +43,6 @@ bool hasHandedIn(const std::string &state) {
     return state == "submitted" || state == "graded" || state == "pending_review";
 }
 
-/// Everything about a class that its students are scored against.
-struct ClassFigures {
-    std::vector<Enrollment> roster;
-    std::unordered_set<std::int64_t> excluded;
-    double medianTime;
-    std::int64_t quietDays;
-    bool inactivityCounts;
-
-    explicit ClassFigures(const ScoringInput &input)
-        : roster(reduceToStudents(input.enrollments)),
-          excluded(excludedAssignments(input.submissions, roster.size())),
-          medianTime(medianActivityTime(roster)),
-          quietDays(classQuietDays(roster, input.now)),
-          inactivityCounts(ellwynd::inactivityCounts(roster, input.termEndsAt, input.now)) {}
-};
-
 std::vector<Work> sortOutWork(const ScoringInput &input, const ClassFigures &figures) {
     std::vector<Work> work(figures.roster.size());
     std::unordered_map<std::int64_t, std::size_t> placeOf;
@@ -68,7 +52,7 @@ std::vector<Work> sortOutWork(const ScoringInput &input, const ClassFigures &fig
 
     for (const SubmissionSummary &submission : input.submissions) {
         const auto place = placeOf.find(submission.userID);
-        if (place == placeOf.end() || figures.excluded.contains(submission.assignmentID))
+        if (place == placeOf.end() || figures.excludedAssignments.contains(submission.assignmentID))
             continue;
         Work &student = work[place->second];
         const bool missing = submission.missing.value_or(false);
@@ -121,8 +105,8 @@ RiskRow scoreStudent(
 
     double lowTime = 0;
     std::optional<double> timeOfMedian;
-    if (figures.medianTime > 0) {
-        timeOfMedian = double(student.totalActivityTime.value_or(0)) / figures.medianTime;
+    if (figures.medianActivityTime > 0) {
+        timeOfMedian = double(student.totalActivityTime.value_or(0)) / figures.medianActivityTime;
         if (*timeOfMedian < lowTimeFrom)
             lowTime = timeWeight * std::min(1.0, 2 * (lowTimeFrom - *timeOfMedian));
     }
@@ -161,7 +145,7 @@ RiskRow scoreStudent(
         .pastDue = work.pastDue,
         .timeOfMedian = timeOfMedian,
         .time = student.totalActivityTime.value_or(0),
-        .medianTime = figures.medianTime,
+        .medianTime = figures.medianActivityTime,
         .names = input.names};
 
     return {
@@ -192,7 +176,8 @@ std::optional<RiskLevel> levelOf(double score) {
 }
 
 std::vector<RiskRow> scoreRoster(const ScoringInput &input) {
-    const ClassFigures figures(input);
+    const ClassFigures figures =
+        classFigures(input.enrollments, input.submissions, input.termEndsAt, input.now);
     const std::vector<Work> work = sortOutWork(input, figures);
     std::vector<RiskRow> rows;
     rows.reserve(figures.roster.size());

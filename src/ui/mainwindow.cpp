@@ -189,7 +189,8 @@ void MainWindow::connectViews() {
     connect(table, &RosterTable::selectionDidChange, this, [this, table] {
         const std::vector<RiskRow> selected = table->selectedRows();
         details->show(
-            selected, selected.size() == 1 ? controller.past(selected.front()) : StudentPast{});
+            selected,
+            selected.size() == 1 ? controller.studentHistory(selected.front()) : StudentHistory{});
         updateActions();
         if (settingsWindow != nullptr)
             settingsWindow->refreshPreview();

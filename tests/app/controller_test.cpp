@@ -117,7 +117,7 @@ TEST_F(ControllerTest, AVisitIsComparedAndThenRecorded) {
     EXPECT_EQ(roster().insight->sentences[0], "At Risk: 3 now, up from 1 earlier.");
     EXPECT_EQ(
         roster().insight->outreachLine, "3 contacted · 1 awaiting follow-up · 7 not yet reached");
-    EXPECT_EQ(controller.past(roster().rows[1]).trend->points.size(), 8U);
+    EXPECT_EQ(controller.studentHistory(roster().rows[1]).trend->points.size(), 8U);
 
     // Opened again on the same day, it says the same; a re-score records nothing.
     controller.refreshRoster();

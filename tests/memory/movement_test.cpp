@@ -26,8 +26,8 @@ struct MovementTest : testing::Test {
     RosterHistory history{defaults, std::nullopt, test::noonClock};
 
     [[nodiscard]] std::vector<RosterChange>
-    moved(std::vector<RosterSnapshot> past, const std::vector<RiskRow> &rows) {
-        history.fill(std::move(past));
+    moved(std::vector<RosterSnapshot> entries, const std::vector<RiskRow> &rows) {
+        history.fill(std::move(entries));
         return changes(history, rows, 7, noon);
     }
 };
@@ -36,7 +36,7 @@ TEST_F(MovementTest, OneStudentAgainstTheLastEarlierDay) {
     const Date yesterday = noon - days(1);
     struct Row {
         const char *what;
-        std::vector<RosterSnapshot> past;
+        std::vector<RosterSnapshot> entries;
         const char *now;
         std::string text;
         std::string summary;
@@ -88,7 +88,7 @@ TEST_F(MovementTest, OneStudentAgainstTheLastEarlierDay) {
          "Student 1 improved from Concern to Watch",
          "Since last time: 1 improved"}};
     for (const Row &each : rows) {
-        const auto change = moved(each.past, {row(1, each.now)});
+        const auto change = moved(each.entries, {row(1, each.now)});
         EXPECT_EQ(change.empty() ? "" : changeText(change.front()), each.text) << each.what;
         EXPECT_EQ(summaryLine(change).value_or(""), each.summary) << each.what;
     }
@@ -128,11 +128,11 @@ TEST_F(MovementTest, ATermInASentence) {
              {{"Watch", "At Risk", "Concern"},
               "Seen on 3 days between Sep 3 and Sep 5 — started Watch, now Concern, worst At "
               "Risk."}}) {
-        std::vector<RosterSnapshot> past;
+        std::vector<RosterSnapshot> entries;
         for (std::size_t i = 0; i < each.levels.size(); ++i)
-            past.push_back(entry(7, 1, at("2026-09-03T15:00:00Z") + days(i), each.levels[i]));
-        std::ranges::reverse(past);
-        history.fill(past);
+            entries.push_back(entry(7, 1, at("2026-09-03T15:00:00Z") + days(i), each.levels[i]));
+        std::ranges::reverse(entries);
+        history.fill(entries);
         const auto trend = termTrend(history, 7, 1);
         EXPECT_EQ(trend ? termStory(*trend) : "", each.story);
     }
@@ -149,8 +149,8 @@ TEST_F(MovementTest, TwoWeeksOfLevelsInWords) {
          entry(7, 1, noon, "At Risk")});
     const auto earlier = lastTwoWeeks(history, 7, noon);
     ASSERT_EQ(earlier.size(), 2U);
-    EXPECT_EQ(earlier[0].flagged(), 2);
-    EXPECT_EQ(earlier[1].flagged(), 1);
+    EXPECT_EQ(earlier[0].counts.flagged(), 2);
+    EXPECT_EQ(earlier[1].counts.flagged(), 1);
     const DailyLevels today =
         levelsOf({row(1, "At Risk"), row(2, "Watch"), row(3, "Watch"), row(4, "OK")}, noon);
     EXPECT_EQ(bandText(RiskLevel::atRisk, earlier, today), "At Risk: 1 now, up from 0 earlier.");
@@ -204,7 +204,7 @@ TEST_F(MovementTest, AMonthOfVisitsInTwoZones) {
             std::int64_t worse = 0;
             std::int64_t better = 0;
             for (std::size_t i = 0; last != nullptr && i < rows.size(); ++i) {
-                const int step = severity(rows[i].level) - severity(*recordedLevel((*last)[i]));
+                const int step = recordedLevel((*last)[i]).worseningTo(rows[i].level);
                 worse += step > 0;
                 better += step < 0;
             }

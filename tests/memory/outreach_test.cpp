@@ -162,20 +162,19 @@ TEST_F(OutreachTest, TellsWhatBecameOfAContact) {
 
 TEST_F(OutreachTest, TheLevelThenIsTheLastBeforeOrTheFirstAfter) {
     const Date written = noon - days(8);
-    const auto then = [&](std::vector<RosterSnapshot> past) {
-        history.fill(std::move(past));
+    const auto then = [&](std::vector<RosterSnapshot> entries) {
+        history.fill(std::move(entries));
         return outcome({7, 1, written}, row(1, "Watch"), history, noon).levelThen;
     };
-    using Level = std::optional<RiskLevel>;
     EXPECT_EQ(
         then(
             {entry(7, 1, written - days(1), "Concern"), entry(7, 1, written - days(2), "OK"),
              entry(7, 1, written + seconds(1), "At Risk")}),
-        Level(RiskLevel::concern));
+        RecordedLevel(RiskLevel::concern));
     EXPECT_EQ(
         then({entry(7, 1, written + days(2), "OK"), entry(7, 1, written + days(1), "At Risk")}),
-        Level(RiskLevel::atRisk));
-    EXPECT_EQ(then({entry(7, 2, written, "OK"), entry(8, 1, written, "OK")}), std::nullopt);
+        RecordedLevel(RiskLevel::atRisk));
+    EXPECT_EQ(then({entry(7, 2, written, "OK"), entry(8, 1, written, "OK")}), RecordedLevel());
 }
 
 TEST_F(OutreachTest, CountsTheFlaggedStudents) {

@@ -108,8 +108,8 @@ TEST_F(HistoryTest, WhatCannotBeReadIsSetAsideWithItsBytes) {
         std::string problem;
     };
     for (const Row &row : std::vector<Row>{
-             {"", "Empty"},
-             {"{}", "It is no list."},
+             {"", "The file is empty."},
+             {"{}", "Expected an array."},
              {"[" + good, ""},
              {"[7]", "Entry 0: the entry has another type."},
              {with("\"level\":", "1"), "Entry 0: level has another type."},
@@ -117,7 +117,7 @@ TEST_F(HistoryTest, WhatCannotBeReadIsSetAsideWithItsBytes) {
              {with("\"courseID\":", "7.0"), "Entry 0: courseID has another type."},
              {with("\"missingCount\":", "null"), "Entry 0: missingCount has another type."},
              {with("\"studentID\":", "9223372036854775808"), "studentID has another type."},
-             {with("\"recordedAt\":", "\"2026-09-24\""), "Entry 0: recordedAt is no instant."},
+             {with("\"recordedAt\":", "\"2026-09-24\""), "Entry 0: recordedAt is not an instant."},
              {"[{}]", "is missing"},
              {std::string(200, '[') + std::string(200, ']'), ""},
          }) {

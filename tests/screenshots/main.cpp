@@ -158,9 +158,8 @@ class Studio {
                  .name = isLong ? "An Introduction to the Comparative History of Long and "
                                   "Winding Course Names, Section 4021 of Many"
                                 : "CS " + std::to_string(100 + i),
-                 .atRisk = i % 4 == 0 ? 0 : i * 7 % 120,
-                 .concern = i % 4 == 0 ? 0 : i * 5 % 90,
-                 .watch = i % 4 == 0 ? 0 : i * 3 % 60,
+                 .levels =
+                     i % 4 == 0 ? LevelCounts{} : LevelCounts{i * 7 % 120, i * 5 % 90, i * 3 % 60},
                  .total = 300,
                  .slipped = i % 5,
                  .improved = i % 3,

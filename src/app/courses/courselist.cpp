@@ -1,8 +1,7 @@
 #include "app/courses/courselist.h"
 
+#include "base/text.h"
 #include "canvas/sample/samplecanvasclient.h"
-
-#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -43,10 +42,8 @@ std::vector<TermGroup> CourseList::sidebarTerms() const {
 }
 
 std::string CourseList::statusText() const {
-    const std::size_t count = latestCourses.size();
-    return fmt::format(
-        "{}{} course{}", defaults.value(preferences::sampleData) ? "Sample college · " : "", count,
-        count == 1 ? "" : "s");
+    return (defaults.value(preferences::sampleData) ? "Sample college · " : "") +
+        plural(std::int64_t(latestCourses.size()), "course");
 }
 
 } // namespace ellwynd

@@ -1,5 +1,6 @@
 #include "app/courses/coursesetup.h"
 
+#include "base/text.h"
 #include "risk/coursethresholds.h"
 
 #include <QRegularExpression>
@@ -119,13 +120,12 @@ std::string setupText(const CourseSetup &setup) {
     if (setup.passingScore)
         parts.push_back(fmt::format("passing score {}%", *setup.passingScore));
     if (setup.inactivityDays)
-        parts.push_back(fmt::format(
-            "{} inactivity day{}", *setup.inactivityDays, *setup.inactivityDays == 1 ? "" : "s"));
+        parts.push_back(plural(*setup.inactivityDays, "inactivity day"));
     if (!setup.icon.icon.empty())
         parts.emplace_back("icon");
     if (!setup.icon.color.empty())
         parts.emplace_back("colour");
-    std::string list = fmt::format("{}", fmt::join(parts, ", "));
+    std::string list = join(parts, ", ");
     // A sentence begins with it; a number has no capital.
     if (!list.empty())
         list.front() = char(std::toupper(static_cast<unsigned char>(list.front())));

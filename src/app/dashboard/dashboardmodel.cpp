@@ -19,11 +19,11 @@ flaggedTrend(const ScoredCourse &course, const Stores &stores, const TrendSync &
     std::erase_if(
         counts, [&](const auto &day) { return day.first < oldest || day.first >= today; });
     for (const DailyLevels &day : lastTwoWeeks(stores.history, course.course.id, now))
-        counts.insert_or_assign(calendar::dayKey(day.day), day.flagged());
+        counts.insert_or_assign(calendar::dayKey(day.day), day.counts.flagged());
     std::vector<std::int64_t> trend;
     for (const auto &[day, count] : counts)
         trend.push_back(count);
-    trend.push_back(flaggedCount(course.rows));
+    trend.push_back(levelCounts(course.rows).flagged());
     return trend;
 }
 
@@ -31,15 +31,12 @@ flaggedTrend(const ScoredCourse &course, const Stores &stores, const TrendSync &
 
 DashboardCourseCard
 dashboardCard(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date now) {
-    const DailyLevels levels = levelsOf(course.rows, now);
     const MovementCounts movement =
         movementCounts(changes(stores.history, course.rows, course.course.id, now));
     DashboardCourseCard card{
         .courseID = course.course.id,
         .name = displayName(course.course),
-        .atRisk = levels.count(RiskLevel::atRisk),
-        .concern = levels.count(RiskLevel::concern),
-        .watch = levels.count(RiskLevel::watch),
+        .levels = levelCounts(course.rows),
         .total = std::int64_t(course.rows.size()),
         .slipped = movement.slipped,
         .newlyFlagged = movement.newlyFlagged,

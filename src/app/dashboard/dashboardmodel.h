@@ -5,6 +5,7 @@
 #include "app/shell/stores.h"
 #include "canvas/records/termgroups.h"
 #include "memory/trendsync.h"
+#include "risk/levelcounts.h"
 
 #include <QObject>
 
@@ -25,10 +26,8 @@ struct MostMissed {
 struct DashboardCourseCard {
     std::int64_t courseID = 0;
     std::string name;
-    // Students at each level, and all that were scored.
-    std::int64_t atRisk = 0;
-    std::int64_t concern = 0;
-    std::int64_t watch = 0;
+    LevelCounts levels;
+    /// All students that were scored.
     std::int64_t total = 0;
     // Students who moved since the last visit.
     std::int64_t slipped = 0;
@@ -39,7 +38,7 @@ struct DashboardCourseCard {
     std::vector<std::int64_t> trend;
     std::optional<MostMissed> mostMissed;
 
-    [[nodiscard]] std::int64_t flagged() const { return atRisk + concern + watch; }
+    [[nodiscard]] std::int64_t flagged() const { return levels.flagged(); }
     bool operator==(const DashboardCourseCard &) const = default;
 };
 

@@ -1,11 +1,12 @@
 #include "app/dashboard/dashboardtexts.h"
 
+#include "app/roster/rostertexts.h"
 #include "base/calendar.h"
+#include "base/text.h"
 #include "memory/movement.h"
 #include "memory/outreach.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
 
@@ -15,10 +16,6 @@ namespace {
 
 constexpr std::string_view nothingYet =
     "Your courses appear here once they load — or pick one from the sidebar.";
-
-std::string_view plural(std::int64_t count) {
-    return count == 1 ? "" : "s";
-}
 
 std::int64_t sum(const DashboardTerm &term, std::int64_t DashboardCourseCard::*figure) {
     std::int64_t total = 0;
@@ -57,7 +54,7 @@ std::optional<std::string> waitLine(const Dashboard &dashboard) {
         const auto remaining = pass.remaining.find(*term->id());
         const std::int64_t left = remaining != pass.remaining.end() ? remaining->second : 0;
         std::string line = left > 0
-            ? fmt::format("Scoring {} — {} course{} to go…", title(*term), left, plural(left))
+            ? fmt::format("Scoring {} — {} to go…", title(*term), plural(left, "course"))
             : fmt::format("Scoring your courses — {} of {}…", pass.done, pass.total);
         if (!dashboard.model().terms.empty())
             line += "  Other terms are ready in the menu.";
@@ -71,8 +68,7 @@ std::string headline(const DashboardTerm &term) {
     std::int64_t flagged = 0;
     for (const DashboardCourseCard &card : term.cards)
         flagged += card.flagged();
-    const auto courses = std::int64_t(term.cards.size());
-    return fmt::format("{} flagged across {} course{}", flagged, courses, plural(courses));
+    return flaggedAcrossText(flagged, term.cards.size());
 }
 
 std::string movementLine(const DashboardTerm &term) {
@@ -112,13 +108,13 @@ std::string spokenCard(const DashboardCourseCard &card) {
         text += fmt::format("All {} students OK.", card.total);
     } else {
         std::vector<std::string> levels;
-        if (card.atRisk > 0)
-            levels.push_back(fmt::format("{} at risk", card.atRisk));
-        if (card.concern > 0)
-            levels.push_back(fmt::format("{} concern", card.concern));
-        if (card.watch > 0)
-            levels.push_back(fmt::format("{} watch", card.watch));
-        text += fmt::format("{} students flagged: {}.", card.flagged(), fmt::join(levels, ", "));
+        if (card.levels.atRisk > 0)
+            levels.push_back(fmt::format("{} at risk", card.levels.atRisk));
+        if (card.levels.concern > 0)
+            levels.push_back(fmt::format("{} concern", card.levels.concern));
+        if (card.levels.watch > 0)
+            levels.push_back(fmt::format("{} watch", card.levels.watch));
+        text += fmt::format("{} students flagged: {}.", card.flagged(), join(levels, ", "));
     }
     if (const std::int64_t worse = card.slipped + card.newlyFlagged; worse > 0)
         text += fmt::format(" {} worse since last time.", worse);

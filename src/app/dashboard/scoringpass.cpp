@@ -135,9 +135,9 @@ void ScoringPass::publishTerm(const TermGroup &term, Results &results) {
         summary.courses.push_back(
             {.id = card.courseID,
              .name = card.name,
-             .atRisk = card.atRisk,
-             .concern = card.concern,
-             .watch = card.watch,
+             .atRisk = card.levels.atRisk,
+             .concern = card.levels.concern,
+             .watch = card.levels.watch,
              .total = card.total});
         CourseMovement movement{.courseID = card.courseID, .courseName = card.name};
         for (const RosterChange &change : changes(stores.history, scored.rows, course.id, now())) {

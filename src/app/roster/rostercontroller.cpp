@@ -230,8 +230,8 @@ void RosterController::resetToDisconnected() {
     setLoading(false);
 }
 
-StudentPast RosterController::past(const RiskRow &row) const {
-    return studentPast(row, rosterView.movement, stores, now());
+StudentHistory RosterController::studentHistory(const RiskRow &row) const {
+    return ellwynd::studentHistory(row, rosterView.movement, stores, now());
 }
 
 void RosterController::setLoading(bool loading) {

@@ -46,7 +46,7 @@ class RosterController : public QObject {
     [[nodiscard]] const RosterView &view() const { return rosterView; }
     [[nodiscard]] bool isLoading() const { return loadingRoster; }
     /// What is remembered of a student on screen.
-    [[nodiscard]] StudentPast past(const RiskRow &row) const;
+    [[nodiscard]] StudentHistory studentHistory(const RiskRow &row) const;
 
   Q_SIGNALS:
     void rosterDidChange();

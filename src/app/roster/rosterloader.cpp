@@ -6,10 +6,6 @@
 
 namespace ellwynd {
 
-std::int64_t flaggedCount(const std::vector<RiskRow> &rows) {
-    return std::ranges::count_if(rows, [](const RiskRow &row) { return row.level.has_value(); });
-}
-
 void rescore(ScoredCourse &course, const CourseThresholds &thresholds, Date now) {
     const std::vector<Enrollment> roster = reduceToStudents(course.students);
     // Canvas also returns the test student and people who have left the course.

@@ -26,9 +26,6 @@ struct ScoredCourse {
     std::optional<Date> termEndsAt;
 };
 
-/// The number of rows that carry a level.
-[[nodiscard]] std::int64_t flaggedCount(const std::vector<RiskRow> &rows);
-
 /// Puts fetched records together and scores them.
 [[nodiscard]] ScoredCourse scoreCourse(
     Course course, std::vector<Enrollment> students, const std::vector<AssignmentGroup> &groups,

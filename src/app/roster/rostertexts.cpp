@@ -1,6 +1,7 @@
 #include "app/roster/rostertexts.h"
 
 #include "base/calendar.h"
+#include "base/text.h"
 #include "risk/reasons.h"
 
 #include <algorithm>
@@ -35,10 +36,10 @@ std::string timeInCourseText(const std::optional<std::int64_t> &seconds) {
 }
 
 std::string reasonsText(const RiskRow &row) {
-    std::string text;
+    std::vector<std::string> reasons;
     for (const ReasonLine &line : row.reasonLines)
-        text += (text.empty() ? "" : " · ") + line.text;
-    return text;
+        reasons.push_back(line.text);
+    return join(reasons, " · ");
 }
 
 std::string_view arrowOf(const RosterChange &change) {
@@ -64,7 +65,11 @@ std::string contactedText(const OutreachOutcome &outcome) {
 }
 
 std::string studentsText(std::size_t count) {
-    return std::to_string(count) + (count == 1 ? " student" : " students");
+    return plural(std::int64_t(count), "student");
+}
+
+std::string flaggedAcrossText(std::size_t flagged, std::size_t courses) {
+    return std::to_string(flagged) + " flagged across " + plural(std::int64_t(courses), "course");
 }
 
 std::string moreText(std::size_t hidden) {

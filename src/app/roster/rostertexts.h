@@ -39,7 +39,10 @@ namespace ellwynd {
 /// "26 students".
 [[nodiscard]] std::string studentsText(std::size_t count);
 
-/// What stands for `hidden` links that a row has no room for: "3 more".
+/// "3 flagged across 2 courses".
+[[nodiscard]] std::string flaggedAcrossText(std::size_t flagged, std::size_t courses);
+
+/// What is shown in place of `hidden` links that a row has no space for: "3 more".
 [[nodiscard]] std::string moreText(std::size_t hidden);
 /// The same, read aloud: "3 more missing, press to show".
 [[nodiscard]] std::string moreAccessibleText(std::size_t hidden);

@@ -19,7 +19,7 @@ struct RosterView {
     std::optional<std::int64_t> courseID;
     std::vector<RiskRow> rows;
     std::vector<MissedAssignment> missedWork;
-    /// Who moved since the last visit; empty for a term, whose courses have unrelated pasts.
+    /// Who moved since the last visit; empty for a term, whose courses have unrelated histories.
     std::vector<RosterChange> movement;
     /// What became of the students the teacher wrote to.
     std::map<StudentKey, OutreachOutcome> outreach;

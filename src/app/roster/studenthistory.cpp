@@ -4,17 +4,17 @@
 
 namespace ellwynd {
 
-StudentPast studentPast(
+StudentHistory studentHistory(
     const RiskRow &row, const std::vector<RosterChange> &movement, const Stores &stores, Date now) {
-    StudentPast past{
+    StudentHistory history{
         .trend = termTrend(stores.history, row.courseID, row.id),
         .outreach = lastOutcome(row, stores.contacts, stores.history, now)};
     const auto change = std::ranges::find_if(movement, [&](const RosterChange &candidate) {
         return candidate.studentID == row.id && candidate.courseID == row.courseID;
     });
     if (change != movement.end())
-        past.change = *change;
-    return past;
+        history.change = *change;
+    return history;
 }
 
 } // namespace ellwynd

@@ -8,7 +8,7 @@
 
 namespace ellwynd {
 
-struct StudentPast {
+struct StudentHistory {
     /// Absent for a student who did not move since the last visit.
     std::optional<RosterChange> change;
     /// Absent with fewer than two recorded days.
@@ -16,11 +16,11 @@ struct StudentPast {
     /// Absent for a student never written to.
     std::optional<OutreachOutcome> outreach;
 
-    bool operator==(const StudentPast &) const = default;
+    bool operator==(const StudentHistory &) const = default;
 };
 
 /// @param movement of the student's course.
-[[nodiscard]] StudentPast studentPast(
+[[nodiscard]] StudentHistory studentHistory(
     const RiskRow &row, const std::vector<RosterChange> &movement, const Stores &stores, Date now);
 
 } // namespace ellwynd

@@ -10,7 +10,7 @@ std::vector<RosterChange>
 recordVisit(const ScoredCourse &course, Stores &stores, TrendSync &trends) {
     std::vector<RosterChange> movement = movementOf(course, stores);
     stores.history.record(course.rows, course.course.id, course.fetchedAt);
-    trends.publish(course.course.id, flaggedCount(course.rows), course.fetchedAt);
+    trends.publish(course.course.id, levelCounts(course.rows).flagged(), course.fetchedAt);
     return movement;
 }
 

@@ -13,13 +13,13 @@ namespace {
 constexpr std::array visits{13, 11, 9, 7, 4, 2, 1};
 
 /// A student's level on each visit: R At Risk, C Concern, W Watch, "-" none, "." not on the roster.
-struct Past {
+struct StudentLevels {
     std::int64_t courseID;
     std::int64_t studentID;
     std::string_view levels;
 };
 
-constexpr Past pasts[] = {
+constexpr StudentLevels students[] = {
     // A section in mid-term. Jordan slips, Theo is newly flagged, Marcus improves and Ruben leaves
     // the list.
     {900101, 5001, "-WWCCCC"},
@@ -81,17 +81,17 @@ std::optional<RiskLevel> level(char letter) {
 
 } // namespace
 
-std::vector<RosterSnapshot> samplePast(Date now) {
+std::vector<RosterSnapshot> sampleHistory(Date now) {
     std::vector<RosterSnapshot> entries;
     for (std::size_t visit = 0; visit < visits.size(); ++visit) {
         const Date date = calendar::daysBefore(now, visits[visit]);
-        for (const Past &past : pasts) {
-            const char letter = past.levels[visit];
+        for (const StudentLevels &student : students) {
+            const char letter = student.levels[visit];
             if (letter == '.')
                 continue;
             entries.push_back(
-                {.courseID = past.courseID,
-                 .studentID = past.studentID,
+                {.courseID = student.courseID,
+                 .studentID = student.studentID,
                  .recordedAt = date,
                  .level = std::string(levelName(level(letter))),
                  .missingCount = severity(level(letter))});

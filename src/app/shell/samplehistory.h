@@ -1,4 +1,4 @@
-// The sample college's invented past: two weeks of visits and a few messages.
+// The sample college's invented history: two weeks of visits and a few messages.
 #pragma once
 
 #include "memory/contactlog.h"
@@ -10,7 +10,7 @@ namespace ellwynd {
 
 /// Levels of some forty students on seven days before today, such that each kind of movement shows
 /// on the first start.
-[[nodiscard]] std::vector<RosterSnapshot> samplePast(Date now);
+[[nodiscard]] std::vector<RosterSnapshot> sampleHistory(Date now);
 
 /// Students written to a few days and more than a week ago.
 [[nodiscard]] std::vector<ContactRecord> sampleContacts(Date now);

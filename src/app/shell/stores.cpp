@@ -35,7 +35,7 @@ Stores::Stores(UserDefaults &defaults, const std::filesystem::path &directory, C
         return;
     }
     if (history.isEnabled())
-        history.fill(samplePast(clock()));
+        history.fill(sampleHistory(clock()));
     if (contacts.isEnabled())
         contacts.fill(sampleContacts(clock()));
 }

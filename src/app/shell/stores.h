@@ -8,7 +8,7 @@
 namespace ellwynd {
 
 /// What the program remembers between visits: on disk for a teacher's own courses; for the sample
-/// college in memory alone, filled with an invented past.
+/// college in memory alone, filled with an invented history.
 struct Stores {
     /// @param directory the data directory.
     Stores(UserDefaults &defaults, const std::filesystem::path &directory, Clock clock = systemNow);

@@ -1,5 +1,6 @@
 #include "canvas/client/classify.h"
 
+#include "base/text.h"
 #include "canvas/records/decoding.h"
 
 #include <algorithm>
@@ -14,13 +15,6 @@ using Case = CanvasError::Case;
 bool mentionsRateLimit(std::string text) {
     std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
     return text.find("rate limit") != std::string::npos;
-}
-
-std::string_view trimmed(std::string_view text, std::string_view characters) {
-    const std::size_t first = text.find_first_not_of(characters);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(characters) - first + 1);
 }
 
 /// Calls `use` with every piece of `text` between separators, until it answers true.
@@ -86,10 +80,7 @@ CanvasError classifyStatus(int status, const std::string &body, const std::strin
 }
 
 std::optional<std::string> canvasErrorText(const std::string &body) {
-    const auto messages = decodeErrorMessages(body);
-    std::string joined;
-    for (const std::string &message : messages)
-        joined += (joined.empty() ? "" : " ") + message;
+    const std::string joined = join(decodeErrorMessages(body), " ");
     return joined.empty() ? std::nullopt : std::optional{joined};
 }
 
@@ -116,10 +107,10 @@ std::optional<std::string> nextLink(std::string_view header) {
         if (semicolon == std::string_view::npos)
             return false;
         const bool next = split(piece.substr(semicolon + 1), ';', [](std::string_view segment) {
-            return trimmed(segment, " ") == R"(rel="next")";
+            return trim(segment, " ") == R"(rel="next")";
         });
         if (next)
-            address = trimmed(trimmed(piece.substr(0, semicolon), " "), "<>");
+            address = trim(trim(piece.substr(0, semicolon), " "), "<>");
         return next;
     });
     return address;

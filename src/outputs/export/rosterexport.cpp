@@ -1,6 +1,7 @@
 #include "outputs/export/rosterexport.h"
 
 #include "base/calendar.h"
+#include "base/text.h"
 #include "risk/reasons.h"
 
 #include <fmt/format.h>
@@ -21,11 +22,11 @@ std::string why(const RiskRow &row) {
             std::vector<std::string> names;
             for (AssignmentRef &assignment : missingAssignments(row))
                 names.push_back(std::move(assignment.name));
-            sentence += fmt::format(" {}", fmt::join(names, ", "));
+            sentence += " " + join(names, ", ");
         }
         sentences.push_back(std::move(sentence));
     }
-    return fmt::format("{}", fmt::join(sentences, "; "));
+    return join(sentences, "; ");
 }
 
 std::string csvCell(const std::string &cell) {
@@ -42,7 +43,7 @@ std::string csvCell(const std::string &cell) {
 }
 
 /// Every line break becomes a space, whichever of the three forms it has.
-std::string oneLine(std::string_view text) {
+std::string withoutLineBreaks(std::string_view text) {
     std::string line;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')
@@ -54,7 +55,7 @@ std::string oneLine(std::string_view text) {
 
 std::string markdownCell(const std::string &cell) {
     std::string escaped;
-    for (const char c : oneLine(cell)) {
+    for (const char c : withoutLineBreaks(cell)) {
         if (c == '|')
             escaped += '\\';
         escaped += c;
@@ -66,7 +67,7 @@ std::string joined(
     std::vector<std::string> cells, std::string (*form)(const std::string &),
     std::string_view separator) {
     std::ranges::transform(cells, cells.begin(), form);
-    return fmt::format("{}", fmt::join(cells, separator));
+    return join(cells, separator);
 }
 
 std::string csvLine(std::vector<std::string> cells) {
@@ -122,7 +123,8 @@ markdown(std::string_view title, std::span<const RiskRow> rows, const ExportSour
     std::vector<std::string> headers = exportHeaders(source.wholeTerm);
     // A heading is one line.
     std::string text = fmt::format(
-        "# {}\n\nExported from Ellwynd on {}.\n\n", oneLine(title), calendar::dayKey(source.now));
+        "# {}\n\nExported from Ellwynd on {}.\n\n", withoutLineBreaks(title),
+        calendar::dayKey(source.now));
     std::string separator = "|";
     for (std::size_t column = 0; column < headers.size(); ++column)
         separator += " --- |";

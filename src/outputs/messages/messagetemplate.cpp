@@ -1,5 +1,6 @@
 #include "outputs/messages/messagetemplate.h"
 
+#include "base/text.h"
 #include "risk/reasons.h"
 
 #include <QString>
@@ -45,8 +46,8 @@ valuesOf(const RiskRow &row, const std::optional<std::string> &courseName, doubl
     set(Placeholder::passing, roundedText(passingScore) + "%");
     if (!missing.empty())
         set(Placeholder::missingCount, std::to_string(missing.size()));
-    set(Placeholder::missingList, fmt::format("{}", fmt::join(missing, ", ")));
-    set(Placeholder::missingLines, fmt::format("{}", fmt::join(lines, "\n")));
+    set(Placeholder::missingList, join(missing, ", "));
+    set(Placeholder::missingLines, join(lines, "\n"));
     return values;
 }
 
@@ -136,7 +137,7 @@ std::string fill(
             kept.push_back(std::move(*line));
         begin = end + 1;
     }
-    return QString::fromStdString(fmt::format("{}", fmt::join(kept, "\n"))).trimmed().toStdString();
+    return QString::fromStdString(join(kept, "\n")).trimmed().toStdString();
 }
 
 std::string fillAll(
@@ -146,7 +147,7 @@ std::string fillAll(
     std::vector<std::string> messages;
     for (const RiskRow &row : rows)
         messages.push_back(fill(message, row, courseName, passingScoreOf(row.courseID)));
-    return fmt::format("{}", fmt::join(messages, "\n\n"));
+    return join(messages, "\n\n");
 }
 
 } // namespace ellwynd

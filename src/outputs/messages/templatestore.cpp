@@ -106,7 +106,8 @@ TemplateStore::Removal TemplateStore::remove(const std::string &id) {
     if (const auto place = std::ranges::find(all, knownID, &MessageTemplate::id);
         place != all.end())
         removal.removed.push_back({std::size_t(place - all.begin()), *place});
-    commit(std::move(transaction), [knownID](Templates &templates) { eraseByID(templates, knownID); });
+    commit(
+        std::move(transaction), [knownID](Templates &templates) { eraseByID(templates, knownID); });
     return removal;
 }
 

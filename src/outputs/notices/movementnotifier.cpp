@@ -1,6 +1,7 @@
 #include "outputs/notices/movementnotifier.h"
 
 #include "base/log.h"
+#include "base/text.h"
 
 #include <QPointer>
 #include <QUuid>
@@ -13,7 +14,7 @@ namespace {
 
 constexpr Log logger{"notify"};
 /// Canvas's limit on a course's name.
-constexpr qsizetype longestName = 255;
+constexpr qsizetype maxNameLength = 255;
 
 /// Embeddings, overrides and isolates, which reach beyond the name that begins them. Plain marks do
 /// not, and belong to some names.
@@ -29,10 +30,10 @@ std::string nameInNotice(const std::string &name) {
         if (!reorders(c))
             line += breaks ? QChar(u' ') : c;
     }
-    if (line.size() > longestName) {
+    if (line.size() > maxNameLength) {
         // A character of two code units stays whole.
-        const bool cutsPair = line.at(longestName - 1).isHighSurrogate();
-        line = line.left(longestName - (cutsPair ? 1 : 0)) + QChar(u'…');
+        const bool cutsPair = line.at(maxNameLength - 1).isHighSurrogate();
+        line = line.left(maxNameLength - (cutsPair ? 1 : 0)) + QChar(u'…');
     }
     return line.toStdString();
 }
@@ -47,20 +48,20 @@ std::size_t studentsOf(const std::vector<CourseMovement> &courses) {
 } // namespace
 
 std::string movementTitle(std::size_t students) {
-    return students == 1 ? "1 student newly needs attention"
-                         : fmt::format("{} students newly need attention", students);
+    const auto count = std::int64_t(students);
+    return fmt::format(
+        "{} newly {} attention", plural(count, "student"), pluralForm(count, "needs", "need"));
 }
 
 std::string movementBody(const std::vector<CourseMovement> &courses) {
     if (courses.size() == 1)
         return nameInNotice(courses.front().courseName);
-    std::string body;
+    std::vector<std::string> entries;
     for (const CourseMovement &course : courses) {
-        body += fmt::format(
-            "{}{} ({})", body.empty() ? "" : " · ", nameInNotice(course.courseName),
-            course.worseStudentIDs.size());
+        entries.push_back(
+            fmt::format("{} ({})", nameInNotice(course.courseName), course.worseStudentIDs.size()));
     }
-    return body;
+    return join(entries, " · ");
 }
 
 MovementNotifier::MovementNotifier(

@@ -124,8 +124,7 @@ std::optional<WidgetSnapshotFile> decodeWidgetSnapshotFile(std::string_view text
     try {
         const json object = parseJSON(text);
         WidgetSnapshotFile file{
-            .updatedAt =
-                required(parseInstant(required(stringOf(memberOf(object, "updatedAt"))))),
+            .updatedAt = required(parseInstant(required(stringOf(memberOf(object, "updatedAt"))))),
             .automaticTermID = required(integerOf(memberOf(object, "automaticTermID")))};
         const json &terms = arrayOf(object, "terms");
         if (terms.size() > maxTerms)

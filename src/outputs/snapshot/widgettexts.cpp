@@ -1,6 +1,7 @@
 #include "outputs/snapshot/widgettexts.h"
 
 #include "base/calendar.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <numeric>
@@ -17,16 +18,7 @@ std::int64_t flaggedOf(const WidgetCourseSummary &course) {
 }
 
 std::string attentionText(std::int64_t count) {
-    return count == 1 ? "student needs attention" : "students need attention";
-}
-
-/// A name as one line: what stands in for a line break in a title would break the widget's layout.
-std::string oneLine(std::string text) {
-    for (char &c : text) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f)
-            c = ' ';
-    }
-    return text;
+    return std::string(pluralForm(count, "student needs attention", "students need attention"));
 }
 
 std::array<WidgetLevelCount, 3> levelCounts(const WidgetCourseSummary &course) {

@@ -1,6 +1,7 @@
 #include "ui/dashboard/coursecard.h"
 
 #include "app/dashboard/dashboardtexts.h"
+#include "base/text.h"
 #include "memory/dailylevels.h"
 #include "memory/outreach.h"
 #include "preferences/coursesettings.h"
@@ -146,9 +147,7 @@ void CourseCard::drawCount(QPainter &painter) const {
     area.setRight(trendArea().left() - appearance.px(6));
     drawRun(
         painter, area,
-        allOK ? QStringLiteral("%1 student%2")
-                    .arg(card.total)
-                    .arg(card.total == 1 ? QString() : QStringLiteral("s"))
+        allOK ? qstring(plural(card.total, "student"))
               : QStringLiteral("flagged of %1").arg(card.total),
         appearance.font(), theme.secondaryText);
 }
@@ -157,9 +156,8 @@ void CourseCard::drawLevels(QPainter &painter) const {
     const Theme &theme = appearance.theme();
     int left = content().left();
     const int top = rect().top() + appearance.px(levelsTop);
-    for (const auto &[count, level] :
-         {std::pair{card.atRisk, RiskLevel::atRisk}, std::pair{card.concern, RiskLevel::concern},
-          std::pair{card.watch, RiskLevel::watch}}) {
+    for (const RiskLevel level : allRiskLevels) {
+        const std::int64_t count = card.levels[level];
         if (count == 0)
             continue;
         const QString text = qstring(levelCount(count, level));
@@ -187,9 +185,7 @@ void CourseCard::drawMostMissed(QPainter &painter) const {
     if (!card.mostMissed)
         return;
     const Theme &theme = appearance.theme();
-    const QString tail = QStringLiteral(" — %1 student%2")
-                             .arg(card.mostMissed->count)
-                             .arg(card.mostMissed->count == 1 ? QString() : QStringLiteral("s"));
+    const QString tail = QStringLiteral(" — ") + qstring(plural(card.mostMissed->count, "student"));
     QRect area = mostMissedArea();
     area = drawRun(
         painter, area, QStringLiteral("Most missed: "), appearance.font(), theme.secondaryText);

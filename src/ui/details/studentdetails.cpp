@@ -28,11 +28,11 @@ StudentDetails::StudentDetails(const Appearance &look, QWidget *parent)
     rebuild();
 }
 
-void StudentDetails::show(std::vector<RiskRow> selected, StudentPast remembered) {
-    if (selected == rows && remembered == past && widget() != nullptr)
+void StudentDetails::show(std::vector<RiskRow> selected, StudentHistory remembered) {
+    if (selected == rows && remembered == history && widget() != nullptr)
         return;
     rows = std::move(selected);
-    past = std::move(remembered);
+    history = std::move(remembered);
     rebuild();
 }
 
@@ -95,13 +95,13 @@ void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
     pill->setLevel(row.level);
     pill->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     column.addWidget(pill, 0, Qt::AlignLeft);
-    if (past.change) {
+    if (history.change) {
         auto *moved = plainLabel(nullptr, true);
         moved->setText(
-            qstring(arrowOf(*past.change)) + QStringLiteral(" ") +
-            qstring(changeText(*past.change)));
-        moved->setAccessibleName(qstring(changeText(*past.change)));
-        moved->setToolTip(qstring(arrowText(*past.change)));
+            qstring(arrowOf(*history.change)) + QStringLiteral(" ") +
+            qstring(changeText(*history.change)));
+        moved->setAccessibleName(qstring(changeText(*history.change)));
+        moved->setToolTip(qstring(arrowText(*history.change)));
         column.addWidget(moved);
     }
     auto *course = plainLabel(nullptr, true);
@@ -165,22 +165,22 @@ void StudentDetails::addSection(QVBoxLayout &column, const QString &title) {
 }
 
 void StudentDetails::addTerm(QVBoxLayout &column) {
-    if (!past.trend)
+    if (!history.trend)
         return;
     addSection(column, QStringLiteral("This term"));
-    column.addWidget(new TermChart(*past.trend, appearance));
+    column.addWidget(new TermChart(*history.trend, appearance));
     auto *story = plainLabel(nullptr, true);
     story->setProperty("secondary", true);
-    story->setText(qstring(termStory(*past.trend)));
+    story->setText(qstring(termStory(*history.trend)));
     column.addWidget(story);
 }
 
 void StudentDetails::addOutreach(QVBoxLayout &column) {
-    if (!past.outreach)
+    if (!history.outreach)
         return;
     addSection(column, QStringLiteral("Outreach"));
     auto *sentence = plainLabel(nullptr, true);
-    sentence->setText(qstring(outreachText(*past.outreach)));
+    sentence->setText(qstring(outreachText(*history.outreach)));
     column.addWidget(sentence);
 }
 

@@ -19,8 +19,8 @@ class StudentDetails : public QScrollArea {
     StudentDetails(const Appearance &appearance, QWidget *parent = nullptr);
 
     /// Shows the one selected student, who is selected, or what to do.
-    /// @param past of the one student; ignored for any other number.
-    void show(std::vector<RiskRow> selected, StudentPast past);
+    /// @param history of the one student; ignored for any other number.
+    void show(std::vector<RiskRow> selected, StudentHistory history);
     /// Whether contacts are remembered, so that one can be noted.
     void offerContacts(bool offered);
 
@@ -44,7 +44,7 @@ class StudentDetails : public QScrollArea {
 
     const Appearance &appearance;
     std::vector<RiskRow> rows;
-    StudentPast past;
+    StudentHistory history;
     bool contactsOffered = true;
 };
 

@@ -47,7 +47,7 @@ class ShareBar : public QWidget {
 std::int64_t highestCount(const std::vector<DailyLevels> &days) {
     std::int64_t highest = 1;
     for (const DailyLevels &day : days)
-        highest = std::max(highest, std::ranges::max(day.counts));
+        highest = std::max(highest, day.counts.max());
     return highest;
 }
 
@@ -178,7 +178,7 @@ QWidget *InsightBand::makeTrend() {
         SparklineData trend{.days = trendDays, .highest = highest};
         for (const DailyLevels &day : insight.days) {
             const std::int64_t before = calendar::daysBetween(day.day, insight.days.back().day);
-            trend.points.push_back({trendDays - before, day.count(level)});
+            trend.points.push_back({trendDays - before, day.counts[level]});
         }
         line->setLine(std::move(trend));
         grid->addWidget(line, int(i), 0);

@@ -293,10 +293,7 @@ void RosterPane::showCount() {
     if (!filter->text().trimmed().isEmpty())
         text = QStringLiteral("%1 of ").arg(students->shownCount());
     text += roster.courseID ? qstring(studentsText(roster.rows.size()))
-                            : QStringLiteral("%1 flagged across %2 course%3")
-                                  .arg(roster.rows.size())
-                                  .arg(roster.courseCount)
-                                  .arg(roster.courseCount == 1 ? QString() : QStringLiteral("s"));
+                            : qstring(flaggedAcrossText(roster.rows.size(), roster.courseCount));
     text += QStringLiteral(" · updated ") + qstring(calendar::shortTime(roster.fetchedAt));
     if (controller.isLoading())
         text += QStringLiteral(" · refreshing…");

@@ -88,8 +88,7 @@ TEST_F(DashboardTest, ATermAndACardInWords) {
     const DashboardCourseCard quiet{.name = "Art", .total = 20};
     DashboardCourseCard busy{
         .name = "Bio",
-        .atRisk = 1,
-        .watch = 2,
+        .levels = {.atRisk = 1, .watch = 2},
         .total = 9,
         .slipped = 1,
         .newlyFlagged = 1,

@@ -48,7 +48,7 @@ TEST(SavedCourse, IsScoredWithoutThePeopleOffTheRoster) {
     ASSERT_EQ(course.missedWork.size(), 1U);
     EXPECT_THAT(course.missedWork[0].studentIDs, testing::ElementsAre(2));
     EXPECT_EQ(course.submissions.size(), 2U) << "the records stay as fetched";
-    EXPECT_EQ(flaggedCount(course.rows), 1);
+    EXPECT_EQ(levelCounts(course.rows).flagged(), 1);
 }
 
 TEST(SavedCourse, WithoutSharesMissingWorkIsCountedAndNamed) {

@@ -1,0 +1,51 @@
+// How many students are at each level.
+#pragma once
+
+#include "risk/riskrow.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <span>
+
+namespace ellwynd {
+
+struct LevelCounts {
+    std::int64_t atRisk = 0;
+    std::int64_t concern = 0;
+    std::int64_t watch = 0;
+
+    /// Counts one student; nothing for one without a level.
+    void add(std::optional<RiskLevel> level) {
+        if (level)
+            ++(this->*figureOf(*level));
+    }
+
+    [[nodiscard]] std::int64_t operator[](RiskLevel level) const { return this->*figureOf(level); }
+    /// The students of all three.
+    [[nodiscard]] std::int64_t flagged() const { return atRisk + concern + watch; }
+    [[nodiscard]] std::int64_t max() const { return std::max({atRisk, concern, watch}); }
+
+    bool operator==(const LevelCounts &) const = default;
+
+  private:
+    [[nodiscard]] static std::int64_t LevelCounts::*figureOf(RiskLevel level) {
+        switch (level) {
+        case RiskLevel::atRisk:
+            return &LevelCounts::atRisk;
+        case RiskLevel::concern:
+            return &LevelCounts::concern;
+        case RiskLevel::watch:
+            break;
+        }
+        return &LevelCounts::watch;
+    }
+};
+
+[[nodiscard]] inline LevelCounts levelCounts(std::span<const RiskRow> rows) {
+    LevelCounts counts;
+    for (const RiskRow &row : rows)
+        counts.add(row.level);
+    return counts;
+}
+
+} // namespace ellwynd

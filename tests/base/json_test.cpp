@@ -1,0 +1,65 @@
+#include "base/files.h"
+#include "base/json.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace ellwynd {
+namespace {
+
+TEST(JSON, NumbersThatNoDoubleHoldsAreNull) {
+    struct Row {
+        const char *text;
+        const char *read;
+    };
+    for (const Row &row :
+         {Row{R"({"a": 1e999, "b": 5})", R"({"a":null,"b":5})"},
+          Row{R"([-1e999,2E+400,1e308])", "[null,null,1e+308]"},
+          Row{R"({"1e999": "a \"1e999\" \\", "b": [1e999]})",
+              R"({"1e999":"a \"1e999\" \\","b":[null]})"},
+          Row{"[1e-999, 1e999, -0]", "[0.0,null,0]"}})
+        EXPECT_EQ(parseJSON(row.text).dump(), row.read) << row.text;
+}
+
+TEST(JSON, RefusesWithoutQuoting) {
+    struct Row {
+        std::string text;
+        std::string problem;
+    };
+    const std::string deep = std::string(64, '[') + std::string(64, ']');
+    EXPECT_NO_THROW((void)parseJSON(deep));
+    for (const Row &row : std::vector<Row>{
+             {"", "It is not valid JSON."},
+             {"{\"secret\": x}", "It is not valid JSON."},
+             {"[1e999, \"secret", "It is not valid JSON."},
+             {"[1e999,]", "It is not valid JSON."},
+             {"[\"\xff\"]", "It is not valid JSON."},
+             {"[" + deep + "]", "It is nested too deeply."},
+             {"[1e999, " + deep + "]", "It is nested too deeply."},
+             {std::string(2'000'000, '['), "It is nested too deeply."}}) {
+        try {
+            (void)parseJSON(row.text);
+            ADD_FAILURE() << row.text.substr(0, 40);
+        } catch (const FileError &error) {
+            EXPECT_EQ(error.what(), row.problem) << row.text.substr(0, 40);
+        }
+    }
+}
+
+TEST(JSON, ReadsByType) {
+    const auto object = parseJSON(
+        R"({"most": 9223372036854775807, "least": -9223372036854775808, "beyond": 9223372036854775808,
+            "real": 5.0, "text": "5", "none": null})");
+    EXPECT_EQ(integerOf(memberOf(object, "most")), INT64_MAX);
+    EXPECT_EQ(integerOf(memberOf(object, "least")), INT64_MIN);
+    for (const char *key : {"beyond", "real", "text", "none", "absent"})
+        EXPECT_EQ(integerOf(memberOf(object, key)), std::nullopt) << key;
+    EXPECT_EQ(numberOf(memberOf(object, "real")), 5);
+    EXPECT_EQ(numberOf(memberOf(object, "text")), std::nullopt);
+    EXPECT_EQ(stringOf(memberOf(object, "text")), "5");
+    EXPECT_EQ(stringOf(memberOf(object, "real")), std::nullopt);
+    EXPECT_TRUE(memberOf(parseJSON("[1]"), "text").is_null());
+}
+
+} // namespace
+} // namespace ellwynd

@@ -7,7 +7,7 @@ SharedFile::SharedFile(std::filesystem::path file, std::size_t limit)
 
 SharedFile::Transaction SharedFile::begin() {
     // Asked before the lock is taken, which makes the folder. A folder that went away as a whole
-    // says nothing about what the program should remember.
+    // is no reason to forget what the program remembers.
     const bool hadFolder = folderExists();
     Transaction transaction(file);
     // No other process is writing now, so a killed one left what is found beside the file.

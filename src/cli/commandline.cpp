@@ -19,7 +19,9 @@ QString text(const char *utf8) {
 std::filesystem::path outputFile(const std::string &name) {
     namespace fs = std::filesystem;
     std::error_code error;
-    const fs::path file = fs::weakly_canonical(fs::absolute(name), error);
+    fs::path file = fs::absolute(name, error);
+    if (!error)
+        file = fs::weakly_canonical(file, error);
     if (error || (fs::exists(file, error) && !fs::is_regular_file(file, error)))
         throw Failure(name + " is not a file that can be written.");
     if (!fs::is_directory(file.parent_path(), error))

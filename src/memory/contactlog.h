@@ -63,7 +63,7 @@ class ContactLog : public QObject {
     std::shared_ptr<void> observing;
 };
 
-/// What the privacy settings say of it: "1 student recorded." or "Nothing recorded."
+/// Its line in the privacy settings: "1 student recorded." or "Nothing recorded."
 [[nodiscard]] std::string contactsStatus(const ContactLog &log);
 
 } // namespace ellwynd

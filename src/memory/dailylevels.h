@@ -29,7 +29,7 @@ lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now);
 [[nodiscard]] std::string
 bandText(RiskLevel level, const std::vector<DailyLevels> &earlier, const DailyLevels &today);
 
-/// How the lines of a course and of a dashboard's card are read aloud.
+/// The accessible names of a course's lines and of the line of a dashboard's card.
 inline constexpr std::string_view bandLabel = "Flagged students over the last two weeks, by level";
 inline constexpr std::string_view cardTrendLabel = "Flagged over the last two weeks";
 

@@ -64,7 +64,7 @@ class RosterHistory : public QObject {
     std::shared_ptr<void> observing;
 };
 
-/// What the privacy settings say of it: "12 days recorded." or "Nothing recorded."
+/// Its line in the privacy settings: "12 days recorded." or "Nothing recorded."
 [[nodiscard]] std::string historyStatus(const RosterHistory &history);
 
 } // namespace ellwynd

@@ -1,4 +1,4 @@
-// One entry of the history: what the program said of one student on one day.
+// One entry of the history: the verdict on one student on one day.
 #pragma once
 
 #include "base/date.h"

@@ -24,7 +24,7 @@ class TrendSync : public QObject {
     explicit TrendSync(UserDefaults &defaults);
     ~TrendSync() override;
 
-    /// The store to share through, or null for none; it outlives its use here.
+    /// The store to share through, which must outlive its use here; null for none.
     void setStore(CloudKeyValueStore *store);
 
     /// Begins to listen for other machines' counts.

@@ -27,7 +27,7 @@ struct ClassFigures {
     std::optional<Date> medianLastActivity;
     /// Whole days from that median to now, never below 0; 0 when there is none.
     std::int64_t quietDays = 0;
-    /// Whether being away says anything in this course: not once its term has ended, not when
+    /// Whether inactivity counts in this course: not once its term has ended, not when
     /// nobody has any activity, and not when the class has been quiet for more than 30 days.
     bool inactivityCounts = false;
 };

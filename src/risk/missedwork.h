@@ -40,7 +40,7 @@ struct MissingPair {
 /// "3 assignments with missing work, out of 26 students".
 [[nodiscard]] std::string missedWorkSummary(std::size_t assignments, std::int64_t rosterSize);
 
-/// A row as it is read aloud: "Homework 5, missing for 3 students, excluded from risk scores".
+/// The accessible text of a row: "Homework 5, missing for 3 students, excluded from risk scores".
 [[nodiscard]] std::string missedWorkDescription(const MissedAssignment &assignment);
 
 /// Why a class-wide row is set apart.

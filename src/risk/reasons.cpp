@@ -11,8 +11,8 @@ namespace ellwynd {
 namespace {
 
 constexpr double secondsPerHour = 3600;
-/// Low time is told only below this part of the median, though it counts a little sooner.
-constexpr double lowTimeToldBelow = 0.4;
+/// Low time is named only below this part of the median, though it counts a little sooner.
+constexpr double maxNamedTime = 0.4;
 
 /// A number without a fraction in plain decimal; adding 0 turns a negative zero into zero.
 std::string whole(double number) {
@@ -82,7 +82,7 @@ std::vector<ReasonLine> explain(const ReasonFigures &figures) {
         add(ReasonRole::inactivity, fmt::format("No recent activity ({} days)", *figures.daysAway));
     if (figures.pastDue > 0)
         add(ReasonRole::pastDue, fmt::format("{} past-due unsubmitted", figures.pastDue));
-    if (figures.timeOfMedian && *figures.timeOfMedian < lowTimeToldBelow) {
+    if (figures.timeOfMedian && *figures.timeOfMedian < maxNamedTime) {
         add(ReasonRole::timeInCourse,
             fmt::format(
                 "Low time in course ({}h vs {}h median)",

@@ -38,7 +38,7 @@ struct ReasonLink {
     bool operator==(const ReasonLink &) const = default;
 };
 
-/// Which signal a reason tells of.
+/// Which signal a reason describes.
 enum class ReasonRole { missingWork, currentScore, inactivity, pastDue, timeInCourse };
 
 /// One sentence of the explanation of a row.
@@ -74,7 +74,7 @@ struct RiskRow {
     bool operator==(const RiskRow &) const = default;
 };
 
-/// Whoever spans courses tells students apart by course and student together.
+/// Identifies a student wherever several courses are handled together.
 struct StudentKey {
     std::int64_t courseID = 0;
     std::int64_t studentID = 0;

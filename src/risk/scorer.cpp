@@ -22,9 +22,9 @@ constexpr double watchFrom = 0.1;
 
 /// A score that fails in any course, whatever its passing score.
 constexpr double failingScore = 50;
-/// The share of the grade that, missing, says it all.
+/// The missing share of the grade from which the signal is at its full weight.
 constexpr double severeShare = 0.2;
-/// The count of assignments that, missing or past due, says it all.
+/// The count of missing or past-due assignments from which their signal is at its full weight.
 constexpr double severeCount = 5;
 /// Points above passing at which a strong grade damps the most.
 constexpr double strongMargin = 15;
@@ -45,16 +45,17 @@ bool hasHandedIn(const std::string &state) {
 
 std::vector<Work> sortOutWork(const ScoringInput &input, const ClassFigures &figures) {
     std::vector<Work> work(figures.roster.size());
-    std::unordered_map<std::int64_t, std::size_t> placeOf;
-    placeOf.reserve(figures.roster.size());
+    std::unordered_map<std::int64_t, std::size_t> positionOf;
+    positionOf.reserve(figures.roster.size());
     for (std::size_t i = 0; i < figures.roster.size(); ++i)
-        placeOf.emplace(figures.roster[i].userID, i);
+        positionOf.emplace(figures.roster[i].userID, i);
 
     for (const SubmissionSummary &submission : input.submissions) {
-        const auto place = placeOf.find(submission.userID);
-        if (place == placeOf.end() || figures.excludedAssignments.contains(submission.assignmentID))
+        const auto position = positionOf.find(submission.userID);
+        if (position == positionOf.end() ||
+            figures.excludedAssignments.contains(submission.assignmentID))
             continue;
-        Work &student = work[place->second];
+        Work &student = work[position->second];
         const bool missing = submission.missing.value_or(false);
         const bool pastDue = submission.cachedDueDate && *submission.cachedDueDate < input.now;
         if (missing)

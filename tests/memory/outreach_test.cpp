@@ -92,23 +92,9 @@ TEST_F(ContactsTest, OldContactsAndUnreadableFilesGo) {
     EXPECT_EQ(std::ranges::count(saved(), '{'), 1);
 }
 
-TEST_F(ContactsTest, TwoProcessesAndAFullDiskLoseNothing) {
+TEST_F(ContactsTest, SwitchedOffItForgetsAndNotesNothing) {
     ContactLog window(defaults, data(), noonClock);
-    ContactLog commandLine(defaults, data(), noonClock);
     window.noteContact(7, 1, noon);
-    commandLine.noteContact(7, 2, noon);
-    window.noteContact(7, 3, noon);
-    EXPECT_EQ(window.records().size(), 3U);
-    const auto elsewhere = folder.path() / "elsewhere";
-    std::filesystem::rename(data(), elsewhere);
-    folder.write("data", "in the way");
-    window.noteContact(7, 4, noon);
-    EXPECT_EQ(window.records().size(), 4U);
-    std::filesystem::remove(data());
-    std::filesystem::rename(elsewhere, data());
-    commandLine.noteContact(7, 5, noon);
-    window.noteContact(7, 1, noon + days(1));
-    EXPECT_EQ(std::ranges::count(saved(), '{'), 5);
     defaults.set(preferences::rememberContacts, false);
     EXPECT_TRUE(window.records().empty());
     EXPECT_FALSE(std::filesystem::exists(data() / "ContactLog.json"));

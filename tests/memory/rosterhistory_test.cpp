@@ -179,7 +179,12 @@ TEST_F(HistoryTest, WhatCouldNotBeSavedIsWrittenWithTheNextChange) {
     RosterHistory(defaults, data(), noonClock).record({row(9, "OK")}, 9, noon);
     window.record({row(3, "OK")}, 10, noon);
     EXPECT_EQ(decodeHistory(saved()).size(), 4U);
-    // A folder that vanishes as a whole says nothing of what to remember.
+    // A file that may be there but cannot be looked at was not removed by anybody.
+    std::filesystem::remove(data() / fileName);
+    std::filesystem::create_symlink(data() / fileName, data() / fileName);
+    window.record({row(3, "OK")}, 10, noon);
+    EXPECT_EQ(decodeHistory(saved()).size(), 4U);
+    // A folder that vanishes as a whole is no reason to forget.
     std::filesystem::remove_all(data());
     window.record({row(4, "OK")}, 11, noon);
     EXPECT_EQ(decodeHistory(saved()).size(), 5U);
@@ -206,7 +211,7 @@ TEST_F(HistoryTest, SwitchedOffItForgetsAndRecordsNothing) {
     EXPECT_FALSE(std::filesystem::exists(data() / fileName));
 }
 
-/// A thousand saves in a process that is killed at some moment of each round.
+/// Hundreds of saves in processes that are killed at some moment.
 TEST_F(HistoryTest, AKilledProcessLeavesAWholeFile) {
     for (int round = 0; round < 20; ++round) {
         int progress[2];
@@ -226,7 +231,7 @@ TEST_F(HistoryTest, AKilledProcessLeavesAWholeFile) {
         ::close(progress[1]);
         // Wherever the writer is after this many saves.
         char done = 0;
-        for (int saves = 0; saves < 40 + round; ++saves)
+        for (int saves = 0; saves < 5 + round; ++saves)
             ASSERT_EQ(::read(progress[0], &done, 1), 1);
         ::kill(writer, SIGKILL);
         ASSERT_EQ(::waitpid(writer, nullptr, 0), writer);

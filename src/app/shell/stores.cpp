@@ -11,6 +11,11 @@ memoryDirectory(const UserDefaults &defaults, const std::filesystem::path &direc
     return defaults.value(preferences::sampleData) ? std::nullopt : std::optional{directory};
 }
 
+bool exists(const std::filesystem::path &file) {
+    std::error_code error;
+    return std::filesystem::exists(file, error);
+}
+
 /// Whether a memory is switched off for good, not by a launch argument.
 bool isOff(const UserDefaults &defaults, const PreferenceKey<bool> &key) {
     const PreferenceMap saved = defaults.persistentDomain();
@@ -27,10 +32,9 @@ Stores::Stores(UserDefaults &defaults, const std::filesystem::path &directory, C
     if (!defaults.value(preferences::sampleData)) {
         // Switched off where it was not in use, as in the sample college.
         if (isOff(defaults, preferences::rememberRosterHistory) &&
-            std::filesystem::exists(directory / "RosterHistory.json"))
+            exists(directory / "RosterHistory.json"))
             history.deleteAll();
-        if (isOff(defaults, preferences::rememberContacts) &&
-            std::filesystem::exists(directory / "ContactLog.json"))
+        if (isOff(defaults, preferences::rememberContacts) && exists(directory / "ContactLog.json"))
             contacts.deleteAll();
         return;
     }

@@ -14,7 +14,7 @@ struct ExportSource {
     const ContactLog &contacts;
     const RosterHistory &history;
     Date now;
-    /// A whole term's rows say which course they are of.
+    /// A whole term's rows name their course.
     bool wholeTerm = false;
 };
 

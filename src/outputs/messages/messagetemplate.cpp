@@ -14,7 +14,7 @@ namespace ellwynd {
 namespace {
 
 using Placeholder = MessageTemplate::Placeholder;
-/// By placeholder; an empty text is no value.
+/// By placeholder; an empty text means no value.
 using Values = std::array<std::string, placeholders.size()>;
 
 std::string firstWord(const std::string &name) {
@@ -63,7 +63,7 @@ std::string replaced(std::string_view text, std::string_view token, std::string_
     return result.append(text.substr(copied));
 }
 
-/// Absent for a line that a placeholder has nothing to say in.
+/// Absent for a line with a placeholder that has no value.
 std::optional<std::string> filledLine(std::string line, const Values &values) {
     for (const PlaceholderText &placeholder : placeholders) {
         if (line.find(placeholder.token) == std::string::npos)

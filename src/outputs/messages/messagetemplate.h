@@ -35,10 +35,10 @@ struct MessageTemplate {
     bool operator==(const MessageTemplate &) const = default;
 };
 
-/// How a placeholder is written, and what settings say of it.
+/// How a placeholder is written, and what settings call it.
 struct PlaceholderText {
     MessageTemplate::Placeholder placeholder;
-    /// With its braces, as it stands in a body.
+    /// With its braces, as it is written in a body.
     std::string_view token;
     std::string_view meaning;
 };
@@ -66,8 +66,8 @@ inline constexpr std::array<PlaceholderText, 9> placeholders{{
 [[nodiscard]] MessageTemplate newTemplate(std::string name, std::string body, Date now);
 
 /// The message for one student. A line that holds a placeholder without a value is left out; text
-/// in braces that is no placeholder stays. Values are inserted one placeholder after the other, so
-/// that a later one is also filled where an earlier value brought it in.
+/// in braces that is not a placeholder stays. Values are inserted one placeholder after the other,
+/// so that a later one is also filled where an earlier value brought it in.
 /// @param courseName the row's own when absent.
 /// @param passingScore percent.
 [[nodiscard]] std::string fill(

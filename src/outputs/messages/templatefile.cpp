@@ -22,8 +22,9 @@ bool isHexDigit(char c) {
 /// The standard form, 8-4-4-4-12 digits.
 bool isUUID(std::string_view text) {
     constexpr std::string_view form = "00000000-0000-0000-0000-000000000000";
-    return std::ranges::equal(
-        text, form, [](char c, char place) { return place == '-' ? c == '-' : isHexDigit(c); });
+    return std::ranges::equal(text, form, [](char c, char expected) {
+        return expected == '-' ? c == '-' : isHexDigit(c);
+    });
 }
 
 std::string textOf(const json &item, const char *key) {

@@ -6,7 +6,7 @@
 namespace ellwynd {
 
 /// Reads a JSON array of templates. Dates are numbers of seconds since 2001-01-01T00:00:00Z.
-/// @throws FileError for anything else: another shape, an id that is no UUID, a date outside the
+/// @throws FileError for anything else: another shape, an id that is not a UUID, a date outside the
 ///         years of four digits. The message quotes nothing of the text.
 [[nodiscard]] std::vector<MessageTemplate> decodeTemplates(std::string_view text);
 

@@ -15,8 +15,8 @@ Templates::iterator found(Templates &templates, const std::string &id) {
 }
 
 void eraseByID(Templates &templates, const std::string &id) {
-    if (const auto place = found(templates, id); place != templates.end())
-        templates.erase(place);
+    if (const auto position = found(templates, id); position != templates.end())
+        templates.erase(position);
 }
 
 StoreFileOptions fileOptions() {
@@ -27,7 +27,7 @@ StoreFileOptions fileOptions() {
         .contents = "message templates",
         .unreadableName = "the unreadable file",
         .unreadable = UnreadableFile::setAside,
-        // No process deletes the file, so one that is gone says nothing about the templates.
+        // No process deletes the file, so one that is gone has nothing to do with the templates.
         .removalClears = false};
 }
 
@@ -50,8 +50,8 @@ void TemplateStore::commit(Store::Transaction transaction, Store::Change change)
 }
 
 const MessageTemplate *TemplateStore::find(const std::string &id) const {
-    const auto place = std::ranges::find(templates(), id, &MessageTemplate::id);
-    return place != templates().end() ? &*place : nullptr;
+    const auto position = std::ranges::find(templates(), id, &MessageTemplate::id);
+    return position != templates().end() ? &*position : nullptr;
 }
 
 void TemplateStore::add(MessageTemplate message) {
@@ -77,8 +77,8 @@ void TemplateStore::update(
     edited.body = body;
     edited.updatedAt = now();
     commit(store.begin(), [edited = std::move(edited)](Templates &templates) {
-        if (const auto place = found(templates, edited.id); place != templates.end())
-            *place = edited;
+        if (const auto position = found(templates, edited.id); position != templates.end())
+            *position = edited;
         else
             templates.push_back(edited);
     });
@@ -103,9 +103,9 @@ TemplateStore::Removal TemplateStore::remove(const std::string &id) {
     Removal removal;
     // Gone already where another process was first.
     const Templates &all = templates();
-    if (const auto place = std::ranges::find(all, knownID, &MessageTemplate::id);
-        place != all.end())
-        removal.removed.push_back({std::size_t(place - all.begin()), *place});
+    if (const auto position = std::ranges::find(all, knownID, &MessageTemplate::id);
+        position != all.end())
+        removal.removed.push_back({std::size_t(position - all.begin()), *position});
     commit(
         std::move(transaction), [knownID](Templates &templates) { eraseByID(templates, knownID); });
     return removal;
@@ -118,9 +118,9 @@ TemplateStore::Removal TemplateStore::restoreDefaults() {
         return std::ranges::find(fresh, each.name, &MessageTemplate::name) != fresh.end();
     };
     const Templates &all = templates();
-    for (std::size_t place = 0; place < all.size(); ++place) {
-        if (isReplaced(all[place]))
-            removal.removed.push_back({place, all[place]});
+    for (std::size_t index = 0; index < all.size(); ++index) {
+        if (isReplaced(all[index]))
+            removal.removed.push_back({index, all[index]});
     }
     commit(std::move(transaction), [isReplaced, fresh = removal.added](Templates &templates) {
         std::erase_if(templates, isReplaced);
@@ -132,12 +132,12 @@ TemplateStore::Removal TemplateStore::restoreDefaults() {
 void TemplateStore::undo(const Removal &removal) {
     commit(store.begin(), [removal](Templates &templates) {
         for (const MessageTemplate &added : removal.added) {
-            if (const auto place = found(templates, added.id);
-                place != templates.end() && *place == added)
-                templates.erase(place);
+            if (const auto position = found(templates, added.id);
+                position != templates.end() && *position == added)
+                templates.erase(position);
         }
-        for (const auto &[place, message] : removal.removed) {
-            const auto at = std::ptrdiff_t(std::min(place, templates.size()));
+        for (const auto &[index, message] : removal.removed) {
+            const auto at = std::ptrdiff_t(std::min(index, templates.size()));
             templates.insert(templates.begin() + at, message);
         }
     });

@@ -21,10 +21,10 @@ class TemplateStore : public QObject {
     /// What a change took away and put in its place, for undoing it.
     struct Removal {
         struct Removed {
-            std::size_t place = 0;
+            std::size_t index = 0;
             MessageTemplate message;
         };
-        /// In the order of their places, which are those before the change.
+        /// By index, which is that before the change.
         std::vector<Removed> removed;
         /// The templates that were added, as they were then.
         std::vector<MessageTemplate> added;

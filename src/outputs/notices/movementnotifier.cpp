@@ -65,11 +65,12 @@ std::string movementBody(const std::vector<CourseMovement> &courses) {
 }
 
 MovementNotifier::MovementNotifier(
-    UserDefaults &store, UserNotifications &system, std::function<bool()> isActive)
-    : defaults(store),
-      notifications(system),
-      applicationIsActive(std::move(isActive)),
-      observingClicks(system.observeClicks(
+    UserDefaults &defaults, UserNotifications &notifications,
+    std::function<bool()> applicationIsActive)
+    : defaults(defaults),
+      notifications(notifications),
+      applicationIsActive(std::move(applicationIsActive)),
+      observingClicks(notifications.observeClicks(
           [this](const UserNotice &notice) { Q_EMIT noticeClicked(notice.courseID); })) {}
 
 MovementNotifier::~MovementNotifier() = default;

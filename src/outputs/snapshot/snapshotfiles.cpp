@@ -20,8 +20,8 @@ void logFailure(const std::exception &error) {
 } // namespace
 
 WidgetSnapshotWriter::WidgetSnapshotWriter(
-    std::filesystem::path folder, std::function<void()> reloadAll)
-    : container(std::move(folder)), reload(std::move(reloadAll)) {}
+    std::filesystem::path container, std::function<void()> reload)
+    : container(std::move(container)), reload(std::move(reload)) {}
 
 void WidgetSnapshotWriter::write(const WidgetSnapshotFile &file) const {
     const auto automatic = automaticSnapshot(file);

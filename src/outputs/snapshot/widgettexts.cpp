@@ -45,20 +45,20 @@ WidgetRow rowOf(const WidgetCourseSummary &course, std::size_t position) {
     return row;
 }
 
-/// Places of the courses to show, in rising order.
-std::vector<std::size_t> placesWithin(const Courses &courses, std::size_t room) {
-    std::vector<std::size_t> places(courses.size());
-    std::iota(places.begin(), places.end(), 0);
-    if (places.size() <= room)
-        return places;
-    const auto severity = [&](std::size_t place) {
-        const WidgetCourseSummary &course = courses[place];
+/// Indices of the courses to show, in rising order.
+std::vector<std::size_t> shownIndices(const Courses &courses, std::size_t maxRows) {
+    std::vector<std::size_t> indices(courses.size());
+    std::iota(indices.begin(), indices.end(), 0);
+    if (indices.size() <= maxRows)
+        return indices;
+    const auto severity = [&](std::size_t index) {
+        const WidgetCourseSummary &course = courses[index];
         return std::tuple(course.atRisk, course.concern, course.watch);
     };
-    std::ranges::stable_sort(places, std::greater{}, severity);
-    places.resize(room);
-    std::ranges::sort(places);
-    return places;
+    std::ranges::stable_sort(indices, std::greater{}, severity);
+    indices.resize(maxRows);
+    std::ranges::sort(indices);
+    return indices;
 }
 
 } // namespace
@@ -103,7 +103,7 @@ std::string asOfText(Date updatedAt, Date now) {
 
 WidgetContent widgetContent(
     const std::optional<WidgetSnapshotFile> &file, const std::optional<std::int64_t> &chosen,
-    std::size_t room, Date now) {
+    std::size_t maxRows, Date now) {
     const WidgetTermSummary *term = file ? shownTerm(*file, chosen) : nullptr;
     if (term == nullptr)
         return {.message = "Open Ellwynd to load your courses"};
@@ -122,8 +122,8 @@ WidgetContent widgetContent(
         .asOf = asOfText(file->updatedAt, now)};
     content.headline =
         std::to_string(content.flagged) + " " + content.attention + " in " + content.title;
-    for (const std::size_t place : placesWithin(term->courses, room))
-        content.rows.push_back(rowOf(term->courses[place], place + 1));
+    for (const std::size_t index : shownIndices(term->courses, maxRows))
+        content.rows.push_back(rowOf(term->courses[index], index + 1));
     const std::size_t hidden = term->courses.size() - content.rows.size();
     if (hidden > 0)
         content.more = std::to_string(hidden) + " more in Ellwynd";

@@ -85,11 +85,11 @@ struct WidgetContent {
     bool operator==(const WidgetContent &) const = default;
 };
 
-/// @param room how many courses the widget can show. Where there are more, those with the most
+/// @param maxRows how many courses the widget can show. Where there are more, those with the most
 ///        severe levels are shown, in the order of the file.
 [[nodiscard]] WidgetContent widgetContent(
     const std::optional<WidgetSnapshotFile> &file, const std::optional<std::int64_t> &chosen,
-    std::size_t room, Date now);
+    std::size_t maxRows, Date now);
 
 /// @param now what "today" is.
 [[nodiscard]] std::string asOfText(Date updatedAt, Date now);

@@ -10,8 +10,8 @@
 #include "platform/notifications/usernotifications.h"
 #include "platform/session/applicationservice.h"
 #include "platform/session/wake.h"
-#include "ui/mainwindow.h"
-#include "ui/shellalerts.h"
+#include "ui/mainwindow/mainwindow.h"
+#include "ui/mainwindow/shellalerts.h"
 #include "ui/support/appearance.h"
 
 #include <QApplication>

@@ -1,7 +1,8 @@
 #include "widgets/courserow.h"
 
 #include "theme/courseicon.h"
-#include "widgets/widgetpainting.h"
+#include "uikit/painting.h"
+#include "widgets/levelcolors.h"
 
 #include <QKeyEvent>
 #include <QPainter>

@@ -3,7 +3,7 @@
 
 #include "outputs/snapshot/widgettexts.h"
 #include "preferences/coursesettings.h"
-#include "theme/look.h"
+#include "theme/visualstyle.h"
 
 #include <QAbstractButton>
 

@@ -1,6 +1,7 @@
 #include "widgets/summaryview.h"
 
-#include "widgets/widgetpainting.h"
+#include "uikit/painting.h"
+#include "widgets/levelcolors.h"
 
 #include <QPainter>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "outputs/snapshot/widgettexts.h"
-#include "theme/look.h"
+#include "theme/visualstyle.h"
 
 #include <QWidget>
 

@@ -1,6 +1,7 @@
 #include "widgets/termbutton.h"
 
-#include "widgets/widgetpainting.h"
+#include "outputs/snapshot/widgettexts.h"
+#include "uikit/painting.h"
 
 #include <QKeyEvent>
 #include <QPainter>

@@ -1,7 +1,7 @@
 // A widget's title: the term shown, and the way to another.
 #pragma once
 
-#include "theme/look.h"
+#include "theme/visualstyle.h"
 
 #include <QAbstractButton>
 

@@ -3,7 +3,6 @@
 #include "widgets/courserow.h"
 #include "widgets/summaryview.h"
 #include "widgets/termbutton.h"
-#include "widgets/widgetpainting.h"
 
 #include <QActionGroup>
 #include <QApplication>

@@ -34,11 +34,12 @@ const std::vector<Room> rooms{
     {"src/memory", {"src/risk", "src/platform"}},
     {"src/outputs", {"src/memory", "src/outputs/snapshot"}},
     {"src/app", {"src/outputs", "src/canvas", "src/risk"}},
-    {"src/theme", {"src/platform"}},
+    {"src/theme", {"src/preferences"}},
+    {"src/uikit", {"src/theme"}, true, true},
     {"src/help", {"src/platform"}},
-    {"src/ui", {"src/app", "src/theme", "src/help"}, true, true},
+    {"src/ui", {"src/app", "src/uikit", "src/help"}, true, true},
     {"src/cli", {"src/app"}},
-    {"src/widgets", {"src/outputs/snapshot", "src/theme"}, true, true},
+    {"src/widgets", {"src/outputs/snapshot", "src/uikit"}, true, true},
     {"src", {"src/ui"}, true, true},
 };
 

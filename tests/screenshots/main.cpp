@@ -10,7 +10,7 @@
 #include "ui/dashboard/dashboardpane.h"
 #include "ui/details/termchart.h"
 #include "ui/help/helpwindow.h"
-#include "ui/mainwindow.h"
+#include "ui/mainwindow/mainwindow.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/copysetupsheet.h"

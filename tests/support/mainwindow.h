@@ -4,7 +4,7 @@
 #include "app/mainwindowcontroller.h"
 #include "app/sync/syncservice.h"
 #include "support/core.h"
-#include "ui/mainwindow.h"
+#include "ui/mainwindow/mainwindow.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/support/appearance.h"
 

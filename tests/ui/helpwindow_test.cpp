@@ -4,8 +4,8 @@
 #include "ui/help/helpwindow.h"
 #include "ui/help/topiclist.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
 #include "ui/support/markdownpage.h"
+#include "uikit/convert.h"
 
 #include <QAccessible>
 #include <QDesktopServices>

@@ -8,7 +8,7 @@
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/sidebar/sidebar.h"
-#include "ui/support/labels.h"
+#include "uikit/labels.h"
 
 #include <QCheckBox>
 #include <QDoubleSpinBox>

@@ -1,7 +1,7 @@
 #include "support/temporaryfolder.h"
 #include "ui/settings/messagespane.h"
 #include "ui/support/appearance.h"
-#include "ui/support/labels.h"
+#include "uikit/labels.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -3,7 +3,7 @@
 #include "support/accessibility.h"
 #include "support/loneservice.h"
 #include "support/mainwindow.h"
-#include "ui/shellalerts.h"
+#include "ui/mainwindow/shellalerts.h"
 
 #include <QLabel>
 #include <QMessageBox>

@@ -2,9 +2,9 @@
 #include "support/fakecanvas.h"
 #include "support/until.h"
 #include "ui/support/appearance.h"
-#include "ui/support/labels.h"
 #include "ui/welcome/stepdots.h"
 #include "ui/welcome/welcomewindow.h"
+#include "uikit/labels.h"
 
 #include <QAccessible>
 #include <QApplication>

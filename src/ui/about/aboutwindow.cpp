@@ -4,9 +4,9 @@
 #include "help/about.h"
 #include "theme/applicationicon.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
 #include "ui/support/markdownpage.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>

@@ -7,9 +7,9 @@
 #include "preferences/coursesettings.h"
 #include "theme/courseicon.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
 #include "ui/support/levelpill.h"
 #include "ui/support/sparkline.h"
+#include "uikit/convert.h"
 
 #include <QHelpEvent>
 #include <QKeyEvent>

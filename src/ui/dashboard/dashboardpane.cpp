@@ -5,8 +5,8 @@
 #include "ui/dashboard/coursecard.h"
 #include "ui/dashboard/legend.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QGridLayout>
 #include <QMenu>

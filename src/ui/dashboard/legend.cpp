@@ -2,8 +2,8 @@
 
 #include "app/dashboard/dashboardtexts.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
 #include "ui/support/levelpill.h"
+#include "uikit/convert.h"
 
 #include <QPainter>
 

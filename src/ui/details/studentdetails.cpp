@@ -3,9 +3,9 @@
 #include "app/roster/rostertexts.h"
 #include "ui/details/termchart.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
 #include "ui/support/levelpill.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QGridLayout>
 #include <QMenu>

@@ -1,8 +1,8 @@
 #include "ui/details/termchart.h"
 
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
 #include "ui/support/levelpill.h"
+#include "uikit/convert.h"
 
 #include <QPainter>
 

@@ -2,9 +2,9 @@
 
 #include "ui/help/topiclist.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
 #include "ui/support/markdownpage.h"
 #include "ui/support/windowmemory.h"
+#include "uikit/convert.h"
 
 #include <QCoreApplication>
 #include <QHBoxLayout>

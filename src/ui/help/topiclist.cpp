@@ -1,7 +1,7 @@
 #include "ui/help/topiclist.h"
 
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
+#include "uikit/convert.h"
 
 #include <QPainter>
 #include <QStyledItemDelegate>

@@ -2,10 +2,10 @@
 
 #include "base/calendar.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
 #include "ui/support/levelpill.h"
 #include "ui/support/sparkline.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QGridLayout>
 #include <QPainter>

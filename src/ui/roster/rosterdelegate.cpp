@@ -3,8 +3,8 @@
 #include "app/roster/rostertexts.h"
 #include "base/calendar.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
 #include "ui/support/levelpill.h"
+#include "uikit/convert.h"
 
 #include <QHelpEvent>
 #include <QMouseEvent>

@@ -1,7 +1,7 @@
 #include "ui/roster/rostermodel.h"
 
 #include "app/roster/rostertexts.h"
-#include "ui/support/convert.h"
+#include "uikit/convert.h"
 
 #include <algorithm>
 

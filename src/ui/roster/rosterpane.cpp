@@ -6,8 +6,8 @@
 #include "theme/courseicon.h"
 #include "ui/roster/insightband.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>

@@ -2,7 +2,7 @@
 
 #include "app/roster/rostertexts.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
+#include "uikit/convert.h"
 
 #include <QFontMetrics>
 #include <QPainter>

@@ -2,8 +2,8 @@
 
 #include "canvas/connectioncheck.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QDesktopServices>
 #include <QHBoxLayout>

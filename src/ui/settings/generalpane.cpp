@@ -1,6 +1,6 @@
 #include "ui/settings/generalpane.h"
 
-#include "ui/support/convert.h"
+#include "uikit/convert.h"
 
 #include <QCheckBox>
 #include <QComboBox>

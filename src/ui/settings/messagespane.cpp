@@ -1,8 +1,8 @@
 #include "ui/settings/messagespane.h"
 
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QFrame>
 #include <QHBoxLayout>

@@ -2,7 +2,7 @@
 
 #include "platform/notifications/usernotifications.h"
 #include "ui/support/appearance.h"
-#include "ui/support/labels.h"
+#include "uikit/labels.h"
 
 #include <QCheckBox>
 #include <QEvent>

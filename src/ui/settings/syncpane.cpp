@@ -2,7 +2,7 @@
 
 #include "app/sync/syncservice.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
+#include "uikit/convert.h"
 
 #include <QCheckBox>
 #include <QFileDialog>

@@ -1,8 +1,8 @@
 #include "ui/settings/templateeditor.h"
 
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QEvent>
 #include <QGridLayout>

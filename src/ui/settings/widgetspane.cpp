@@ -4,8 +4,8 @@
 #include "platform/folders/directories.h"
 #include "platform/session/autostart.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>

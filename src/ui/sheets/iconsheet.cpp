@@ -3,8 +3,8 @@
 #include "theme/courseglyphs.h"
 #include "theme/courseicon.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QButtonGroup>
 #include <QGridLayout>

@@ -1,6 +1,6 @@
 #include "ui/sheets/missingworkmodel.h"
 
-#include "ui/support/convert.h"
+#include "uikit/convert.h"
 
 #include <cmath>
 

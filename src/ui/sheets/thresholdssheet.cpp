@@ -1,9 +1,9 @@
 #include "ui/sheets/thresholdssheet.h"
 
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
 #include "ui/support/thresholdeditors.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QCheckBox>
 #include <QFrame>

@@ -4,8 +4,8 @@
 #include "theme/courseicon.h"
 #include "ui/sidebar/sidebarmodel.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
-#include "ui/support/labels.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
 
 #include <QPainter>
 #include <QScopedValueRollback>

@@ -1,6 +1,6 @@
 #include "ui/sidebar/sidebarmodel.h"
 
-#include "ui/support/convert.h"
+#include "uikit/convert.h"
 
 namespace ellwynd {
 

@@ -1,7 +1,7 @@
 #include "ui/support/appearance.h"
 
-#include "ui/support/style.h"
 #include "ui/support/stylesheet.h"
+#include "uikit/controlstyle.h"
 
 #include <QApplication>
 
@@ -12,7 +12,7 @@ namespace ellwynd {
 
 Appearance::Appearance(Settings &source, bool dark)
     : settings(source), desktopIsDark(dark), base(interfaceFont()) {
-    QApplication::setStyle(new Style);
+    QApplication::setStyle(new ControlStyle);
     for (const auto signal :
          {&Settings::appearanceDidChange, &Settings::accentThemeDidChange,
           &Settings::textScaleDidChange})

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/shell/settings.h"
-#include "theme/look.h"
+#include "theme/visualstyle.h"
 
 #include <QObject>
 

@@ -1,7 +1,7 @@
 #include "ui/support/levelpill.h"
 
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
+#include "uikit/convert.h"
 
 #include <QFontMetrics>
 #include <QPainter>

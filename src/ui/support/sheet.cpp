@@ -1,7 +1,7 @@
 #include "ui/support/sheet.h"
 
 #include "ui/support/appearance.h"
-#include "ui/support/labels.h"
+#include "uikit/labels.h"
 
 #include <QVBoxLayout>
 

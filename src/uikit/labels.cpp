@@ -1,4 +1,4 @@
-#include "ui/support/labels.h"
+#include "uikit/labels.h"
 
 #include <QEvent>
 #include <QFontMetrics>

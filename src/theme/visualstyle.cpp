@@ -1,4 +1,4 @@
-#include "theme/look.h"
+#include "theme/visualstyle.h"
 
 #include "preferences/userdefaults.h"
 

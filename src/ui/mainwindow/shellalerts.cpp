@@ -1,11 +1,11 @@
-#include "ui/shellalerts.h"
+#include "ui/mainwindow/shellalerts.h"
 
 #include "app/shell/appdelegate.h"
 #include "app/shell/samplemode.h"
 #include "app/updates/updater.h"
 #include "generated/version.h"
 #include "ui/support/alert.h"
-#include "ui/support/convert.h"
+#include "uikit/convert.h"
 
 #include <QMessageBox>
 #include <QPushButton>

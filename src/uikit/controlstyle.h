@@ -6,11 +6,11 @@
 namespace ellwynd {
 
 /// Fusion with check boxes that show in dark colours and controls that grow with the text.
-class Style : public QProxyStyle {
+class ControlStyle : public QProxyStyle {
     Q_OBJECT
 
   public:
-    Style();
+    ControlStyle();
 
     void drawPrimitive(
         PrimitiveElement element, const QStyleOption *option, QPainter *painter,

@@ -1,8 +1,7 @@
-// What the widgets' views draw alike.
+// What controls that paint themselves draw alike.
 #pragma once
 
-#include "outputs/snapshot/widgettexts.h"
-#include "theme/look.h"
+#include "theme/visualstyle.h"
 
 #include <QRect>
 #include <QString>
@@ -11,8 +10,6 @@ class QPainter;
 class QWidget;
 
 namespace ellwynd {
-
-[[nodiscard]] const LevelColors &levelColors(const Theme &theme, WidgetLevel level);
 
 /// One line that ends in "…" where there is no room. Returns whether it was cut.
 bool drawElided(QPainter &painter, const QRect &rect, int alignment, const QString &text);

@@ -1,21 +1,9 @@
-#include "widgets/widgetpainting.h"
+#include "uikit/painting.h"
 
 #include <QFontMetrics>
 #include <QPainter>
 
 namespace ellwynd {
-
-const LevelColors &levelColors(const Theme &theme, WidgetLevel level) {
-    switch (level) {
-    case WidgetLevel::atRisk:
-        return theme.atRisk;
-    case WidgetLevel::concern:
-        return theme.concern;
-    case WidgetLevel::watch:
-        break;
-    }
-    return theme.watch;
-}
 
 bool drawElided(QPainter &painter, const QRect &rect, int alignment, const QString &text) {
     const QString shown = painter.fontMetrics().elidedText(text, Qt::ElideRight, rect.width());

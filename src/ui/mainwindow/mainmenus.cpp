@@ -1,8 +1,8 @@
-#include "ui/mainmenus.h"
+#include "ui/mainwindow/mainmenus.h"
 
 #include "app/shell/samplemode.h"
 #include "generated/version.h"
-#include "ui/support/convert.h"
+#include "uikit/convert.h"
 
 #include <QActionGroup>
 #include <QMenuBar>

@@ -1,9 +1,9 @@
-#include "ui/rosteroutlets.h"
+#include "ui/roster/rosterdesktopactions.h"
 
 #include "app/roster/rosteractions.h"
 #include "outputs/messages/templatestore.h"
 #include "ui/support/alert.h"
-#include "ui/support/convert.h"
+#include "uikit/convert.h"
 
 #include <QClipboard>
 #include <QDesktopServices>

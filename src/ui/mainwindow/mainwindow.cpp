@@ -1,4 +1,4 @@
-#include "ui/mainwindow.h"
+#include "ui/mainwindow/mainwindow.h"
 
 #include "app/mainwindowcontroller.h"
 #include "generated/version.h"
@@ -8,9 +8,9 @@
 #include "ui/dashboard/dashboardpane.h"
 #include "ui/details/studentdetails.h"
 #include "ui/help/helpwindow.h"
-#include "ui/mainmenus.h"
+#include "ui/mainwindow/mainmenus.h"
+#include "ui/roster/rosterdesktopactions.h"
 #include "ui/roster/rosterpane.h"
-#include "ui/rosteroutlets.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/copysetupsheet.h"
 #include "ui/sheets/iconsheet.h"
@@ -20,9 +20,9 @@
 #include "ui/support/alert.h"
 #include "ui/support/announce.h"
 #include "ui/support/appearance.h"
-#include "ui/support/convert.h"
 #include "ui/support/windowmemory.h"
 #include "ui/welcome/welcomewindow.h"
+#include "uikit/convert.h"
 
 #include <QAction>
 #include <QDesktopServices>

@@ -1,6 +1,6 @@
 #include "support/mainwindow.h"
 #include "ui/details/studentdetails.h"
-#include "ui/rosteroutlets.h"
+#include "ui/roster/rosterdesktopactions.h"
 
 #include <QClipboard>
 #include <QFileDialog>

@@ -1,4 +1,4 @@
-#include "ui/support/style.h"
+#include "uikit/controlstyle.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -38,9 +38,9 @@ void drawCheckBox(const QStyleOption &option, QPainter &painter) {
 
 } // namespace
 
-Style::Style() : QProxyStyle(QStringLiteral("Fusion")) {}
+ControlStyle::ControlStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 
-void Style::drawPrimitive(
+void ControlStyle::drawPrimitive(
     PrimitiveElement element, const QStyleOption *option, QPainter *painter,
     const QWidget *widget) const {
     if (element == PE_IndicatorCheckBox)
@@ -49,7 +49,7 @@ void Style::drawPrimitive(
         QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
-int Style::pixelMetric(
+int ControlStyle::pixelMetric(
     PixelMetric metric, const QStyleOption *option, const QWidget *widget) const {
     const QFontMetrics metrics(widget != nullptr ? widget->font() : QApplication::font());
     switch (metric) {

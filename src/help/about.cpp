@@ -17,16 +17,16 @@ std::span<const std::string_view> promises() {
     return texts;
 }
 
-std::span<const Work> works() {
+std::span<const Dependency> dependencies() {
     static constexpr std::array list{
-        Work{"Qt", "windows, network, the desktop", "LGPL-3.0-only"},
-        Work{"QCoro", "coroutines", "MIT"},
-        Work{"simdjson", "Canvas's JSON", "Apache-2.0"},
-        Work{"nlohmann JSON", "small files", "MIT"},
-        Work{"fmt", "text", "MIT"},
-        Work{"GLib", "desktop entries", "LGPL-2.1-or-later"},
-        Work{"libsecret", "the keyring", "LGPL-2.1-or-later"},
-        Work{"libsystemd", "the journal", "LGPL-2.1-or-later"},
+        Dependency{"Qt", "windows, network, the desktop", "LGPL-3.0-only"},
+        Dependency{"QCoro", "coroutines", "MIT"},
+        Dependency{"simdjson", "Canvas's JSON", "Apache-2.0"},
+        Dependency{"nlohmann JSON", "small files", "MIT"},
+        Dependency{"fmt", "text", "MIT"},
+        Dependency{"GLib", "desktop entries", "LGPL-2.1-or-later"},
+        Dependency{"libsecret", "the keyring", "LGPL-2.1-or-later"},
+        Dependency{"libsystemd", "the journal", "LGPL-2.1-or-later"},
     };
     return list;
 }
@@ -36,8 +36,8 @@ std::string page() {
     for (const std::string_view promise : promises())
         text += fmt::format("- {}\n", promise);
     text += "\n## Built on\n\n| Library | For | Licence |\n| --- | --- | --- |\n";
-    for (const Work &work : works())
-        text += fmt::format("| {} | {} | {} |\n", work.name, work.use, work.licence);
+    for (const Dependency &dependency : dependencies())
+        text += fmt::format("| {} | {} | {} |\n", dependency.name, dependency.use, dependency.licence);
     return text;
 }
 

@@ -15,8 +15,8 @@ inline constexpr std::string_view purpose =
 /// What it never does, in sentences.
 [[nodiscard]] std::span<const std::string_view> promises();
 
-/// Somebody else's work that the program is built on.
-struct Work {
+/// A library that the program is built on.
+struct Dependency {
     std::string_view name;
     /// What it does here.
     std::string_view use;
@@ -24,8 +24,8 @@ struct Work {
     std::string_view licence;
 };
 
-/// The libraries that are part of the running program.
-[[nodiscard]] std::span<const Work> works();
+/// All libraries that are part of the running program.
+[[nodiscard]] std::span<const Dependency> dependencies();
 
 /// All of it as one page of Markdown, below the program's name and version.
 [[nodiscard]] std::string page();

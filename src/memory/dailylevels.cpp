@@ -37,7 +37,7 @@ DailyLevels levelsOf(const std::vector<RiskRow> &rows, Date now) {
 }
 
 std::string
-bandText(RiskLevel level, const std::vector<DailyLevels> &earlier, const DailyLevels &today) {
+levelTrendText(RiskLevel level, const std::vector<DailyLevels> &earlier, const DailyLevels &today) {
     const std::int64_t count = today.counts[level];
     const std::int64_t first = earlier.empty() ? count : earlier.front().counts[level];
     const std::string change = first == count ? "unchanged"

@@ -27,7 +27,7 @@ lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now);
 
 /// "At Risk: 4 now, up from 2 earlier."
 [[nodiscard]] std::string
-bandText(RiskLevel level, const std::vector<DailyLevels> &earlier, const DailyLevels &today);
+levelTrendText(RiskLevel level, const std::vector<DailyLevels> &earlier, const DailyLevels &today);
 
 /// The accessible names of a course's lines and of the line of a dashboard's card.
 inline constexpr std::string_view bandLabel = "Flagged students over the last two weeks, by level";

@@ -17,18 +17,18 @@ constexpr double smallestPointSize = 9.75;
 
 } // namespace
 
-QFont Look::font(double factor, QFont::Weight weight) const {
+QFont VisualStyle::font(double factor, QFont::Weight weight) const {
     QFont result = base;
     result.setPointSizeF(base.pointSizeF() * scale * factor);
     result.setWeight(weight);
     return result;
 }
 
-int Look::px(double length) const {
+int VisualStyle::px(double length) const {
     return std::max(1, int(std::lround(length * scale * base.pointSizeF() / smallestPointSize)));
 }
 
-Look makeLook(const UserDefaults &defaults, bool desktopIsDark, const QFont &base) {
+VisualStyle makeVisualStyle(const UserDefaults &defaults, bool desktopIsDark, const QFont &base) {
     const std::string wanted = defaults.value(preferences::appearance);
     const bool dark = wanted == "dark" || (wanted != "light" && desktopIsDark);
     return {

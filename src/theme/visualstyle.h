@@ -9,8 +9,8 @@ namespace ellwynd {
 
 class UserDefaults;
 
-/// What windows and widgets dress in.
-struct Look {
+/// The colours, the font and the scale that windows and widgets are drawn with.
+struct VisualStyle {
     Theme theme;
     /// The interface font at text scale 1.
     QFont base;
@@ -25,13 +25,14 @@ struct Look {
 
 /// @param desktopIsDark what the appearance "automatic" stands for.
 /// @param base see `interfaceFont`.
-[[nodiscard]] Look makeLook(const UserDefaults &defaults, bool desktopIsDark, const QFont &base);
+[[nodiscard]] VisualStyle
+makeVisualStyle(const UserDefaults &defaults, bool desktopIsDark, const QFont &base);
 
 /// The desktop's font, in the face that the layout was drawn with where it is installed. Asked
-/// before the application is dressed.
+/// before a style is set.
 [[nodiscard]] QFont interfaceFont();
 
-/// Whether the desktop's own colours are dark. Asked before the application is dressed.
+/// Whether the desktop's own colours are dark. Asked before a style is set.
 [[nodiscard]] bool desktopPrefersDark();
 
 } // namespace ellwynd

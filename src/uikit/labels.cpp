@@ -1,5 +1,7 @@
 #include "uikit/labels.h"
 
+#include "uikit/tooltip.h"
+
 #include <QEvent>
 #include <QFontMetrics>
 #include <QStyle>
@@ -10,6 +12,13 @@ QLabel *plainLabel(QWidget *parent, bool wraps) {
     auto *label = new QLabel(parent);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(wraps);
+    return label;
+}
+
+QLabel *secondaryLabel(QWidget *parent, const QString &text, bool wraps) {
+    auto *label = plainLabel(parent, wraps);
+    label->setProperty("secondary", true);
+    label->setText(text);
     return label;
 }
 
@@ -59,9 +68,7 @@ void ElidedLabel::changeEvent(QEvent *event) {
 void ElidedLabel::elide() {
     const QString shown = fontMetrics().elidedText(full, Qt::ElideRight, contentsRect().width());
     setText(shown);
-    // A tooltip that looks like markup is shown as such unless it is escaped.
-    setToolTip(
-        shown == full ? QString() : QStringLiteral("<span>%1</span>").arg(full.toHtmlEscaped()));
+    setToolTip(shown == full ? QString() : plainToolTip(full));
 }
 
 TextLink::TextLink(const QString &text, QWidget *parent) : QLabel(parent) {
@@ -71,7 +78,7 @@ TextLink::TextLink(const QString &text, QWidget *parent) : QLabel(parent) {
     setAccessibleName(text);
     setWordWrap(true);
     setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-    connect(this, &QLabel::linkActivated, this, &TextLink::pressed);
+    connect(this, &QLabel::linkActivated, this, &TextLink::openRequested);
 }
 
 } // namespace ellwynd

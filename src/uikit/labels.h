@@ -8,6 +8,9 @@ namespace ellwynd {
 /// A label that never reads its text as markup and may wrap.
 [[nodiscard]] QLabel *plainLabel(QWidget *parent, bool wraps = false);
 
+/// A plain label in the quieter text colour.
+[[nodiscard]] QLabel *secondaryLabel(QWidget *parent, const QString &text = {}, bool wraps = true);
+
 /// How something stands, or why it failed, which is drawn to be noticed.
 void showStatus(QLabel &label, const QString &text, bool failed);
 
@@ -39,7 +42,7 @@ class TextLink : public QLabel {
     explicit TextLink(const QString &text, QWidget *parent = nullptr);
 
   Q_SIGNALS:
-    void pressed();
+    void openRequested();
 };
 
 } // namespace ellwynd

@@ -4,26 +4,26 @@
 #include "outputs/snapshot/widgettexts.h"
 #include "preferences/coursesettings.h"
 #include "theme/visualstyle.h"
-
-#include <QAbstractButton>
+#include "uikit/keyboardbutton.h"
 
 namespace ellwynd {
 
 /// Its name with the labelled counts of its levels; pressing it opens the course.
-class CourseRow : public QAbstractButton {
+class CourseRow : public KeyboardButton {
     Q_OBJECT
 
   public:
     explicit CourseRow(QWidget *parent = nullptr);
 
-    /// @param withSummary whether there is room for "8 flagged" beside the name.
-    void present(const WidgetRow &row, const CourseIcon &icon, const Look &look, bool withSummary);
+    /// @param roomForSummary whether there is room for "8 flagged" beside the name.
+    void present(
+        const WidgetRow &row, const CourseIcon &icon, const VisualStyle &visualStyle,
+        bool roomForSummary);
     [[nodiscard]] const WidgetRow &row() const { return shown; }
 
   protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
 
   private:
     [[nodiscard]] QRect textRect() const;
@@ -33,7 +33,7 @@ class CourseRow : public QAbstractButton {
 
     WidgetRow shown;
     CourseIcon icon;
-    Look look;
+    VisualStyle visualStyle;
     bool withSummary = false;
 };
 

@@ -47,7 +47,7 @@ int main(int argc, char **argv) {
     });
     const auto followingDesktop =
         colorScheme::observe([&board](bool dark) { board.setDesktopIsDark(dark); });
-    QObject::connect(&board, &WidgetBoard::finished, &application, &QApplication::quit);
+    QObject::connect(&board, &WidgetBoard::quitRequested, &application, &QApplication::quit);
     board.show();
     return QApplication::exec();
 }

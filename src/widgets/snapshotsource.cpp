@@ -19,7 +19,7 @@ fs::path nearestFolder(fs::path folder) {
 
 } // namespace
 
-SnapshotSource::SnapshotSource(fs::path folder) : container(std::move(folder)) {
+SnapshotSource::SnapshotSource(fs::path container) : container(std::move(container)) {
     connect(&watcher, &QFileSystemWatcher::directoryChanged, this, &SnapshotSource::check);
     reloads = widgetTimelines::observe([this] { check(); });
     check();
@@ -36,7 +36,7 @@ void SnapshotSource::check() {
     if (read == current)
         return;
     current = std::move(read);
-    Q_EMIT changed();
+    Q_EMIT snapshotDidChange();
 }
 
 void SnapshotSource::watch() {

@@ -25,7 +25,7 @@ class SnapshotSource : public QObject {
     void check();
 
   Q_SIGNALS:
-    void changed();
+    void snapshotDidChange();
 
   private:
     void watch();

@@ -1,6 +1,8 @@
 #include "widgets/summaryview.h"
 
+#include "uikit/convert.h"
 #include "uikit/painting.h"
+#include "uikit/pill.h"
 #include "widgets/levelcolors.h"
 
 #include <QPainter>
@@ -19,13 +21,14 @@ constexpr double gap = 6;
 
 SummaryView::SummaryView(QWidget *parent) : QWidget(parent) {}
 
-void SummaryView::present(const WidgetContent &newContent, const Look &newLook, bool newWide) {
+void SummaryView::present(
+    const WidgetContent &newContent, const VisualStyle &newStyle, bool newWide) {
     content = newContent;
-    look = newLook;
+    visualStyle = newStyle;
     wide = newWide;
-    QString name = QString::fromStdString(content.headline);
+    QString name = qstring(content.headline);
     for (const WidgetLevelCount &count : content.levels)
-        name += QStringLiteral(", ") + QString::fromStdString(levelCountText(count));
+        name += QStringLiteral(", ") + qstring(levelCountText(count));
     setAccessibleName(name);
     update();
 }
@@ -39,49 +42,47 @@ void SummaryView::paintEvent(QPaintEvent *) {
 
 void SummaryView::drawNumber(QPainter &painter) const {
     const QString number = QString::number(content.flagged);
-    const QString words = QString::fromStdString(content.attention);
-    const QFont large = look.font(2.7, QFont::Bold);
-    QRect line(0, 0, width(), look.px(numberHeight));
+    const QString words = qstring(content.attention);
+    const QFont large = visualStyle.font(2.7, QFont::Bold);
+    QRect line(0, 0, width(), visualStyle.px(numberHeight));
     painter.setFont(large);
-    painter.setPen(content.flagged == 0 ? look.theme.ok.text : look.theme.text);
+    painter.setPen(content.flagged == 0 ? visualStyle.theme.ok.text : visualStyle.theme.text);
     drawElided(painter, line, Qt::AlignLeft | Qt::AlignVCenter, number);
     if (wide) {
-        line.setLeft(painter.fontMetrics().horizontalAdvance(number) + look.px(8));
+        line.setLeft(painter.fontMetrics().horizontalAdvance(number) + visualStyle.px(8));
         // On the number's baseline, which stands lower than its middle.
-        line.translate(0, look.px(6));
-        painter.setFont(look.font(1.1));
+        line.translate(0, visualStyle.px(6));
+        painter.setFont(visualStyle.font(1.1));
     } else {
-        line = QRect(0, look.px(numberHeight), width(), look.px(wordsHeight));
-        painter.setFont(look.font(0.92));
+        line = QRect(0, visualStyle.px(numberHeight), width(), visualStyle.px(wordsHeight));
+        painter.setFont(visualStyle.font(0.92));
     }
-    painter.setPen(look.theme.secondaryText);
+    painter.setPen(visualStyle.theme.secondaryText);
     drawElided(painter, line, Qt::AlignLeft | Qt::AlignVCenter, words);
 }
 
 void SummaryView::drawLevels(QPainter &painter) const {
-    const int between = look.px(gap);
+    const int between = visualStyle.px(gap);
     const int each = (width() - 2 * between) / 3;
-    const int tall = look.px(wide ? levelHeightWide : levelHeight);
+    const int tall = visualStyle.px(wide ? levelHeightWide : levelHeight);
     QRect box(0, height() - tall, each, tall);
     for (const WidgetLevelCount &count : content.levels) {
-        // A level that nobody is at draws no eye.
-        const LevelColors quiet{look.theme.secondaryText, look.theme.surface};
-        const LevelColors &colors = count.count > 0 ? levelColors(look.theme, count.level) : quiet;
-        const std::string_view level = widgetLevelName(count.level);
-        const QString name = QString::fromUtf8(level.data(), qsizetype(level.size()));
-        if (wide) {
-            painter.setFont(look.font(0.92, QFont::DemiBold));
-            drawPill(painter, box, look, colors, QString::fromStdString(levelCountText(count)));
-        } else {
-            drawPill(painter, box, look, colors, {});
+        // Levels without students are drawn in neutral colours.
+        const LevelColors quiet{visualStyle.theme.secondaryText, visualStyle.theme.surface};
+        const LevelColors &colors =
+            count.count > 0 ? levelColors(visualStyle.theme, count.level) : quiet;
+        const QString text = wide ? qstring(levelCountText(count)) : QString();
+        drawPill(painter, box, text, colors, visualStyle, {.radius = 5});
+        if (!wide) {
             painter.setPen(colors.text);
-            painter.setFont(look.font(1.2, QFont::Bold));
+            painter.setFont(visualStyle.font(1.2, QFont::Bold));
             drawElided(
-                painter, box.adjusted(0, look.px(4), 0, -look.px(18)), Qt::AlignCenter,
-                QString::number(count.count));
-            painter.setFont(look.font(0.76, QFont::Medium));
+                painter, box.adjusted(0, visualStyle.px(4), 0, -visualStyle.px(18)),
+                Qt::AlignCenter, QString::number(count.count));
+            painter.setFont(visualStyle.font(0.76, QFont::Medium));
             drawElided(
-                painter, box.adjusted(0, look.px(22), 0, -look.px(3)), Qt::AlignCenter, name);
+                painter, box.adjusted(0, visualStyle.px(22), 0, -visualStyle.px(3)),
+                Qt::AlignCenter, qstring(widgetLevelName(count.level)));
         }
         box.translate(each + between, 0);
     }

@@ -15,7 +15,7 @@ class SummaryView : public QWidget {
     explicit SummaryView(QWidget *parent = nullptr);
 
     /// @param wide whether the number and its words share a line.
-    void present(const WidgetContent &content, const Look &look, bool wide);
+    void present(const WidgetContent &content, const VisualStyle &visualStyle, bool wide);
 
   protected:
     void paintEvent(QPaintEvent *event) override;
@@ -25,7 +25,7 @@ class SummaryView : public QWidget {
     void drawLevels(QPainter &painter) const;
 
     WidgetContent content;
-    Look look;
+    VisualStyle visualStyle;
     bool wide = false;
 };
 

@@ -1,9 +1,10 @@
 #include "widgets/termbutton.h"
 
 #include "outputs/snapshot/widgettexts.h"
+#include "uikit/convert.h"
 #include "uikit/painting.h"
+#include "uikit/tooltip.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 
 namespace ellwynd {
@@ -13,43 +14,40 @@ namespace {
 constexpr double inset = 4;
 constexpr double chevronRoom = 16;
 
-QFont titleFont(const Look &look) {
-    return look.font(1.0, QFont::DemiBold);
-}
-
-QString parameterText(std::string_view text) {
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
+QFont titleFont(const VisualStyle &style) {
+    return style.font(1.0, QFont::DemiBold);
 }
 
 } // namespace
 
-TermButton::TermButton(QWidget *parent) : QAbstractButton(parent) {
+TermButton::TermButton(QWidget *parent) : KeyboardButton(parent) {
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
-    setAccessibleDescription(parameterText(widgetTermPrompt));
+    setAccessibleDescription(qstring(widgetTermPrompt));
 }
 
-void TermButton::present(const QString &term, const Look &newLook) {
-    look = newLook;
+void TermButton::present(const QString &term, const VisualStyle &newStyle) {
+    visualStyle = newStyle;
     title = term;
-    setAccessibleName(parameterText(widgetTermParameter) + QStringLiteral(": ") + title);
+    setAccessibleName(qstring(widgetTermParameter) + QStringLiteral(": ") + title);
     update();
 }
 
 QSize TermButton::sizeHint() const {
-    const QFontMetrics metrics(titleFont(look));
+    const QFontMetrics metrics(titleFont(visualStyle));
     return {
-        metrics.horizontalAdvance(title) + 2 * look.px(inset) + look.px(chevronRoom),
-        metrics.height() + look.px(4)};
+        metrics.horizontalAdvance(title) + 2 * visualStyle.px(inset) + visualStyle.px(chevronRoom),
+        metrics.height() + visualStyle.px(4)};
 }
 
 QRect TermButton::titleRect() const {
-    return rect().adjusted(look.px(inset), 0, -look.px(chevronRoom), 0);
+    return rect().adjusted(visualStyle.px(inset), 0, -visualStyle.px(chevronRoom), 0);
 }
 
 void TermButton::resizeEvent(QResizeEvent *event) {
-    QAbstractButton::resizeEvent(event);
-    const bool cut = QFontMetrics(titleFont(look)).horizontalAdvance(title) > titleRect().width();
+    KeyboardButton::resizeEvent(event);
+    const bool cut =
+        QFontMetrics(titleFont(visualStyle)).horizontalAdvance(title) > titleRect().width();
     setToolTip(cut ? plainToolTip(title) : QString());
 }
 
@@ -58,26 +56,24 @@ void TermButton::paintEvent(QPaintEvent *) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (underMouse() || isDown()) {
         painter.setPen(Qt::NoPen);
-        painter.setBrush(isDown() ? look.theme.controlPressed : look.theme.controlHover);
-        painter.drawRoundedRect(rect(), look.px(6), look.px(6));
+        painter.setBrush(
+            isDown() ? visualStyle.theme.controlPressed : visualStyle.theme.controlHover);
+        painter.drawRoundedRect(rect(), visualStyle.px(6), visualStyle.px(6));
     }
-    painter.setFont(titleFont(look));
-    painter.setPen(look.theme.text);
-    drawElided(painter, titleRect(), Qt::AlignLeft | Qt::AlignVCenter, title);
-    const int shown = std::min(painter.fontMetrics().horizontalAdvance(title), titleRect().width());
-    const QPointF tip(titleRect().left() + shown + look.px(9), rect().center().y() + look.px(2));
-    const double arm = look.px(3);
-    painter.setPen(QPen(look.theme.secondaryText, look.px(1.5), Qt::SolidLine, Qt::RoundCap));
+    painter.setFont(titleFont(visualStyle));
+    painter.setPen(visualStyle.theme.text);
+    const int shown = drawElided(painter, titleRect(), Qt::AlignLeft | Qt::AlignVCenter, title);
+    const QPointF tip(
+        titleRect().left() + shown + visualStyle.px(9), rect().center().y() + visualStyle.px(2));
+    const double arm = visualStyle.px(3);
+    painter.setPen(
+        QPen(visualStyle.theme.secondaryText, visualStyle.px(1.5), Qt::SolidLine, Qt::RoundCap));
     painter.drawPolyline(QPolygonF{tip - QPointF(arm, arm), tip, tip + QPointF(arm, -arm)});
-    if (hasFocus())
-        drawFocusRing(painter, rect(), look);
-}
-
-void TermButton::keyPressEvent(QKeyEvent *event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        click();
-    else
-        QAbstractButton::keyPressEvent(event);
+    if (hasFocus()) {
+        drawFocusRing(
+            painter, QRectF(rect()).adjusted(1, 1, -1, -1), visualStyle.px(7),
+            visualStyle.theme.accent);
+    }
 }
 
 } // namespace ellwynd

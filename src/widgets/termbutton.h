@@ -2,30 +2,28 @@
 #pragma once
 
 #include "theme/visualstyle.h"
-
-#include <QAbstractButton>
+#include "uikit/keyboardbutton.h"
 
 namespace ellwynd {
 
-class TermButton : public QAbstractButton {
+class TermButton : public KeyboardButton {
     Q_OBJECT
 
   public:
     explicit TermButton(QWidget *parent = nullptr);
-    void present(const QString &term, const Look &look);
+    void present(const QString &term, const VisualStyle &visualStyle);
     [[nodiscard]] QSize sizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
 
   private:
     [[nodiscard]] QRect titleRect() const;
 
     // Not the button's own text, in which "&" would mark a shortcut.
     QString title;
-    Look look;
+    VisualStyle visualStyle;
 };
 
 } // namespace ellwynd

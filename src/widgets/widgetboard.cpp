@@ -37,19 +37,19 @@ QPoint placeBeside(const QRect &frame, const QRect &desktop) {
 } // namespace
 
 WidgetBoard::WidgetBoard(
-    SnapshotSource &snapshots, UserDefaults &preferences, std::filesystem::path file, bool dark,
-    std::function<void(const QString &)> open, Clock clock)
-    : source(snapshots),
-      defaults(preferences),
-      stateFile(std::move(file)),
-      desktopIsDark(dark),
-      openLink(std::move(open)),
-      now(clock),
+    SnapshotSource &source, UserDefaults &defaults, std::filesystem::path stateFile,
+    bool desktopIsDark, std::function<void(const QString &)> openLink, Clock now)
+    : source(source),
+      defaults(defaults),
+      stateFile(std::move(stateFile)),
+      desktopIsDark(desktopIsDark),
+      openLink(std::move(openLink)),
+      now(now),
       base(interfaceFont()) {
-    connect(&source, &SnapshotSource::changed, this, &WidgetBoard::presentAll);
+    connect(&source, &SnapshotSource::snapshotDidChange, this, &WidgetBoard::presentAll);
     observing = defaults.observe([this](std::string_view key) {
         if (isAppearance(key))
-            dress();
+            applyStyle();
         if (isAppearance(key) || courseSettings::isIconKey(key))
             presentAll();
     });
@@ -59,7 +59,7 @@ WidgetBoard::WidgetBoard(
     saveSoon.setSingleShot(true);
     saveSoon.setInterval(300ms);
     connect(&saveSoon, &QTimer::timeout, this, &WidgetBoard::save);
-    dress();
+    applyStyle();
 }
 
 WidgetBoard::~WidgetBoard() {
@@ -67,15 +67,15 @@ WidgetBoard::~WidgetBoard() {
         save();
 }
 
-void WidgetBoard::dress() {
-    look = makeLook(defaults, desktopIsDark, base);
-    QApplication::setFont(look.font());
-    QApplication::setPalette(palette(look.theme));
+void WidgetBoard::applyStyle() {
+    visualStyle = makeVisualStyle(defaults, desktopIsDark, base);
+    QApplication::setFont(visualStyle.font());
+    QApplication::setPalette(palette(visualStyle.theme));
 }
 
 void WidgetBoard::setDesktopIsDark(bool dark) {
     desktopIsDark = dark;
-    dress();
+    applyStyle();
     presentAll();
 }
 
@@ -89,21 +89,21 @@ void WidgetBoard::show() {
 
 void WidgetBoard::place(const PlacedWidget &widget) {
     auto *window =
-        placed.emplace_back(std::make_unique<WidgetWindow>(widget, look, defaults)).get();
-    window->present(source.snapshot(), look, now());
+        placed.emplace_back(std::make_unique<WidgetWindow>(widget, visualStyle, defaults)).get();
+    window->present(source.snapshot(), visualStyle, now());
     if (widget.place && isOnAScreen(QRect(*widget.place, window->size())))
         window->move(*widget.place);
     connect(window, &WidgetWindow::choiceDidChange, this, [this, window] {
-        window->present(source.snapshot(), look, now());
+        window->present(source.snapshot(), visualStyle, now());
         saveSoon.start();
     });
-    connect(window, &WidgetWindow::moved, &saveSoon, qOverload<>(&QTimer::start));
-    connect(window, &WidgetWindow::linkActivated, this, [this](const QString &link) {
+    connect(window, &WidgetWindow::placeDidChange, &saveSoon, qOverload<>(&QTimer::start));
+    connect(window, &WidgetWindow::linkRequested, this, [this](const QString &link) {
         openLink(link);
     });
     connect(window, &WidgetWindow::addRequested, this, [this, window] { addBeside(*window); });
     connect(window, &WidgetWindow::removeRequested, this, [this, window] { remove(*window); });
-    connect(window, &WidgetWindow::quitRequested, this, &WidgetBoard::finished);
+    connect(window, &WidgetWindow::quitRequested, this, &WidgetBoard::quitRequested);
     window->show();
     saveSoon.start();
 }
@@ -125,7 +125,7 @@ void WidgetBoard::remove(const WidgetWindow &window) {
     placed.erase(found);
     save();
     if (placed.empty())
-        Q_EMIT finished();
+        Q_EMIT quitRequested();
 }
 
 void WidgetBoard::refresh() {
@@ -135,7 +135,7 @@ void WidgetBoard::refresh() {
 
 void WidgetBoard::presentAll() {
     for (const auto &window : placed)
-        window->present(source.snapshot(), look, now());
+        window->present(source.snapshot(), visualStyle, now());
 }
 
 void WidgetBoard::save() {

@@ -36,13 +36,13 @@ class WidgetBoard : public QObject {
 
   Q_SIGNALS:
     /// The teacher quit, or removed the last widget.
-    void finished();
+    void quitRequested();
 
   private:
     void place(const PlacedWidget &widget);
     void addBeside(const WidgetWindow &window);
     void remove(const WidgetWindow &window);
-    void dress();
+    void applyStyle();
     void presentAll();
     void save();
 
@@ -53,7 +53,7 @@ class WidgetBoard : public QObject {
     std::function<void(const QString &)> openLink;
     Clock now;
     QFont base;
-    Look look;
+    VisualStyle visualStyle;
     std::vector<std::unique_ptr<WidgetWindow>> placed;
     QTimer minute;
     QTimer saveSoon;

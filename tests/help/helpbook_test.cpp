@@ -158,8 +158,8 @@ TEST(About, NamesEveryLibraryOfTheProgram) {
     std::ifstream file(ELLWYND_SOURCE_DIR "/ARCHITECTURE.md");
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     const std::string table = text.substr(text.find("## Libraries"));
-    for (const about::Work &work : about::works())
-        EXPECT_THAT(table, HasSubstr("| " + std::string(work.name))) << "is not used any more";
+    for (const about::Dependency &dependency : about::dependencies())
+        EXPECT_THAT(table, HasSubstr("| " + std::string(dependency.name))) << "is not used any more";
     const std::regex row("\n\\| ([^|(,]+?) (?=[|(])");
     std::size_t rows = 0;
     for (std::sregex_iterator at(table.begin(), table.end(), row), end; at != end; ++at) {
@@ -168,11 +168,11 @@ TEST(About, NamesEveryLibraryOfTheProgram) {
         if (name == "library" || name == "GoogleTest")
             continue;
         ++rows;
-        EXPECT_TRUE(std::ranges::any_of(about::works(), [&](const about::Work &work) {
-            return name.starts_with(work.name);
+        EXPECT_TRUE(std::ranges::any_of(about::dependencies(), [&](const about::Dependency &work) {
+            return name.starts_with(dependency.name);
         })) << name;
     }
-    EXPECT_GE(rows, about::works().size());
+    EXPECT_GE(rows, about::dependencies().size());
 }
 
 } // namespace

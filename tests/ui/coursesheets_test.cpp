@@ -133,7 +133,7 @@ TEST_F(CourseSheetsTest, TheEarlierEditionIsChosenAndCopied) {
     QString note;
     PreferenceChanges replaced;
     QObject::connect(
-        sheet, &CopySetupSheet::setupCopied, sheet,
+        sheet, &CopySetupSheet::setupDidChange, sheet,
         [&](const QString &text, const PreferenceChanges &changes) {
             note = text;
             replaced = changes;

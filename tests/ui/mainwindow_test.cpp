@@ -135,7 +135,7 @@ TEST_F(MainWindowTest, UndoStandsBesideItsOwnNoteAlone) {
     action(QStringLiteral("Copy Course Setup…"))->trigger();
     auto *sheet = window.findChild<CopySetupSheet *>();
     ASSERT_NE(sheet, nullptr);
-    Q_EMIT sheet->setupCopied(
+    Q_EMIT sheet->setupDidChange(
         QStringLiteral("Copied"), {{"Course.900101.PassingScore", PreferenceValue(61.0)}});
     // The pointer passes over a menu, which has nothing to say.
     QStatusTipEvent passing{QString()};
@@ -145,7 +145,7 @@ TEST_F(MainWindowTest, UndoStandsBesideItsOwnNoteAlone) {
     table().selectStudents({{900101, 5002}});
     controller.actions().openGrades(900101, 5002);
     EXPECT_EQ(button(window, QStringLiteral("Undo")), nullptr);
-    Q_EMIT sheet->setupCopied(
+    Q_EMIT sheet->setupDidChange(
         QStringLiteral("Copied"), {{"Course.900101.PassingScore", PreferenceValue(61.0)}});
     button(window, QStringLiteral("Undo"))->click();
     EXPECT_EQ(defaults.object("Course.900101.PassingScore"), PreferenceValue(61.0));

@@ -91,7 +91,7 @@ TEST_F(RosterOutletsTest, AQuotedCourseIsExportedUnderItsWholeName) {
     const RosterView roster{.state = RosterView::State::shown, .title = "Course \"1\" & \"2\""};
     RosterActions actions(roster, defaults, core.stores, systemNow);
     QWidget over;
-    RosterOutlets outlets(
+    RosterDesktopActions outlets(
         actions, core.stores.templates, [] { return std::vector<RiskRow>{}; }, over);
     outlets.exportRoster(ExportFormat::csv);
     const auto *panel = over.findChild<QFileDialog *>();

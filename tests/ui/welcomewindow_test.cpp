@@ -45,7 +45,7 @@ struct WelcomeWindowTest : testing::Test {
 
     void open() {
         window = new WelcomeWindow(defaults, core.check, appearance);
-        QObject::connect(window, &WelcomeWindow::announced, window, [this](const QString &text) {
+        QObject::connect(window, &WelcomeWindow::announcementRequested, window, [this](const QString &text) {
             announced.push_back(text.toStdString());
         });
         QObject::connect(

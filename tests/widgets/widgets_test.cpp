@@ -203,7 +203,7 @@ TEST_F(WidgetsTest, SeveralAreRememberedEachForItself) {
     EXPECT_EQ(window(1).placed().size, WidgetSize::large);
 
     int finished = 0;
-    QObject::connect(board.get(), &WidgetBoard::finished, board.get(), [&] { ++finished; });
+    QObject::connect(board.get(), &WidgetBoard::quitRequested, board.get(), [&] { ++finished; });
     choose(window(0), "Remove Widget");
     EXPECT_THAT(readPlacedWidgets(stateFile), ElementsAre(both[1]));
     choose(window(0), "Quit");

@@ -102,7 +102,7 @@ std::string movementMarks(const DashboardCourseCard &card) {
     return marks;
 }
 
-std::string spokenCard(const DashboardCourseCard &card) {
+std::string accessibleText(const DashboardCourseCard &card) {
     std::string text = card.name + ". ";
     if (card.flagged() == 0) {
         text += fmt::format("All {} students OK.", card.total);

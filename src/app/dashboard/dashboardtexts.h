@@ -29,8 +29,8 @@ struct TermMenuItem {
 [[nodiscard]] std::string levelCount(std::int64_t count, RiskLevel level);
 /// "↑ 3  ↓ 1"; empty when nobody moved.
 [[nodiscard]] std::string movementMarks(const DashboardCourseCard &card);
-/// A card as it is read aloud.
-[[nodiscard]] std::string spokenCard(const DashboardCourseCard &card);
+/// A card in words, for screen readers.
+[[nodiscard]] std::string accessibleText(const DashboardCourseCard &card);
 /// The help of a card's most missed assignment.
 [[nodiscard]] std::string mostMissedHelp(const MostMissed &missed);
 

@@ -9,7 +9,7 @@ CourseInsight courseInsight(const ScoredCourse &course, const Stores &stores, Da
     insight.days = lastTwoWeeks(stores.history, course.course.id, now);
     const DailyLevels today = levelsOf(course.rows, now);
     for (const RiskLevel level : allRiskLevels)
-        insight.sentences.push_back(bandText(level, insight.days, today));
+        insight.sentences.push_back(levelTrendText(level, insight.days, today));
     insight.days.push_back(today);
 
     const OutreachCounts counts = outreachCounts(course.rows, stores.contacts, stores.history, now);

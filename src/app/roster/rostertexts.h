@@ -44,7 +44,7 @@ namespace ellwynd {
 
 /// What is shown in place of `hidden` links that a row has no space for: "3 more".
 [[nodiscard]] std::string moreText(std::size_t hidden);
-/// The same, read aloud: "3 more missing, press to show".
+/// The same for screen readers: "3 more missing, press to show".
 [[nodiscard]] std::string moreAccessibleText(std::size_t hidden);
 
 } // namespace ellwynd

@@ -39,9 +39,9 @@ WidgetRow rowOf(const WidgetCourseSummary &course, std::size_t position) {
             row.levels.push_back(count);
     }
     row.summary = row.levels.empty() ? "All OK" : std::to_string(flaggedOf(course)) + " flagged";
-    row.spoken = row.label + ", " + row.summary;
+    row.accessibleText = row.label + ", " + row.summary;
     for (const WidgetLevelCount &count : row.levels)
-        row.spoken += ", " + levelCountText(count);
+        row.accessibleText += ", " + levelCountText(count);
     return row;
 }
 

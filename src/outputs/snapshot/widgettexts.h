@@ -57,7 +57,7 @@ struct WidgetRow {
     /// "8 flagged" or "All OK".
     std::string summary;
     /// The whole row in one sentence, for who cannot see it.
-    std::string spoken;
+    std::string accessibleText;
     /// Opens the course's roster.
     std::string link;
 

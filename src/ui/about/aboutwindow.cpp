@@ -15,7 +15,7 @@
 
 namespace ellwynd {
 
-AboutWindow::AboutWindow(const Appearance &look, QWidget *parent) : QDialog(parent) {
+AboutWindow::AboutWindow(const Appearance &appearance, QWidget *parent) : QDialog(parent) {
     setWindowTitle(QStringLiteral("About Ellwynd"));
     auto *picture = new QLabel;
     picture->setAccessibleName(QStringLiteral("The icon of Ellwynd"));
@@ -26,7 +26,7 @@ AboutWindow::AboutWindow(const Appearance &look, QWidget *parent) : QDialog(pare
     // For a report of a fault.
     number->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     number->setProperty("secondary", true);
-    auto *page = new MarkdownPage(look);
+    auto *page = new MarkdownPage(appearance);
     page->setAccessibleName(QStringLiteral("About this program"));
     page->showMarkdown(qstring(about::page()));
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
@@ -49,20 +49,20 @@ AboutWindow::AboutWindow(const Appearance &look, QWidget *parent) : QDialog(pare
     // The page has a margin of its own.
     column->setContentsMargins(0, 0, 0, 0);
 
-    const auto size = [&look, picture, name, heading, foot] {
-        const int margin = look.px(20);
+    const auto size = [&appearance, picture, name, heading, foot] {
+        const int margin = appearance.px(20);
         heading->setContentsMargins(margin, margin, margin, 0);
         foot->setContentsMargins(margin, 0, margin, margin);
-        heading->setSpacing(look.px(14));
-        const int side = look.px(64);
+        heading->setSpacing(appearance.px(14));
+        const int side = appearance.px(64);
         picture->setPixmap(
             applicationIcon().pixmap(QSize(side, side), picture->devicePixelRatioF()));
-        name->setFont(look.font(1.7, QFont::Bold));
+        name->setFont(appearance.font(1.7, QFont::Bold));
     };
-    connect(&look, &Appearance::changed, this, size);
+    connect(&appearance, &Appearance::appearanceDidChange, this, size);
     size();
     buttons->button(QDialogButtonBox::Close)->setFocus();
-    resize(look.px(500), look.px(520));
+    resize(appearance.px(500), appearance.px(520));
 }
 
 } // namespace ellwynd

@@ -10,9 +10,11 @@
 #include "ui/support/levelpill.h"
 #include "ui/support/sparkline.h"
 #include "uikit/convert.h"
+#include "uikit/painting.h"
+#include "uikit/pill.h"
+#include "uikit/tooltip.h"
 
 #include <QHelpEvent>
-#include <QKeyEvent>
 #include <QPainter>
 #include <QToolTip>
 
@@ -33,20 +35,18 @@ constexpr double cardHeight = 190;
 QRect drawRun(QPainter &painter, QRect rect, const QString &text, const QFont &font, QColor color) {
     painter.setFont(font);
     painter.setPen(color);
-    const QString shown = painter.fontMetrics().elidedText(text, Qt::ElideRight, rect.width());
-    painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter, shown);
-    rect.setLeft(rect.left() + painter.fontMetrics().horizontalAdvance(shown));
+    rect.setLeft(rect.left() + drawElided(painter, rect, Qt::AlignLeft | Qt::AlignVCenter, text));
     return rect;
 }
 
 } // namespace
 
-CourseCard::CourseCard(const UserDefaults &store, const Appearance &look, QWidget *parent)
-    : QAbstractButton(parent), defaults(store), appearance(look) {
+CourseCard::CourseCard(const UserDefaults &defaults, const Appearance &appearance, QWidget *parent)
+    : KeyboardButton(parent), defaults(defaults), appearance(appearance) {
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    connect(&look, &Appearance::changed, this, [this] {
+    connect(&appearance, &Appearance::appearanceDidChange, this, [this] {
         updateGeometry();
         update();
     });
@@ -56,7 +56,7 @@ void CourseCard::setCard(const DashboardCourseCard &newCard) {
     if (newCard == card)
         return;
     card = newCard;
-    setAccessibleName(qstring(spokenCard(card)));
+    setAccessibleName(qstring(accessibleText(card)));
     update();
 }
 
@@ -161,10 +161,12 @@ void CourseCard::drawLevels(QPainter &painter) const {
         if (count == 0)
             continue;
         const QString text = qstring(levelCount(count, level));
-        const QSize size = pillSize(appearance, text);
+        const QSize size = pillSize(appearance.style(), text);
         if (left + size.width() > content().right() + appearance.px(8))
             break;
-        drawPill(painter, QRect(QPoint(left, top), size), text, level, appearance);
+        drawPill(
+            painter, QRect(QPoint(left, top), size), text, levelColors(theme, level),
+            appearance.style());
         left += size.width() + appearance.px(6);
     }
     QString marks = qstring(movementMarks(card));
@@ -202,35 +204,27 @@ void CourseCard::drawMostMissed(QPainter &painter) const {
 
 bool CourseCard::event(QEvent *event) {
     if (event->type() != QEvent::ToolTip)
-        return QAbstractButton::event(event);
+        return KeyboardButton::event(event);
     const auto *help = static_cast<QHelpEvent *>(event);
     QString tip = qstring(card.name);
     if (trendArea().contains(help->pos()))
         tip = qstring(trendHelp);
     else if (card.mostMissed && mostMissedArea().contains(help->pos()))
         tip = qstring(mostMissedHelp(*card.mostMissed));
-    QToolTip::showText(
-        help->globalPos(), QStringLiteral("<span>%1</span>").arg(tip.toHtmlEscaped()), this);
+    QToolTip::showText(help->globalPos(), plainToolTip(tip), this);
     return true;
 }
 
 void CourseCard::enterEvent(QEnterEvent *event) {
     hovered = true;
     update();
-    QAbstractButton::enterEvent(event);
+    KeyboardButton::enterEvent(event);
 }
 
 void CourseCard::leaveEvent(QEvent *event) {
     hovered = false;
     update();
-    QAbstractButton::leaveEvent(event);
-}
-
-void CourseCard::keyPressEvent(QKeyEvent *event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        click();
-    else
-        QAbstractButton::keyPressEvent(event);
+    KeyboardButton::leaveEvent(event);
 }
 
 } // namespace ellwynd

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "app/dashboard/dashboardmodel.h"
-
-#include <QAbstractButton>
+#include "uikit/keyboardbutton.h"
 
 namespace ellwynd {
 
@@ -12,7 +11,7 @@ class Appearance;
 /// A card that opens its course: how many are flagged, at which levels, who moved, two weeks as a
 /// line, and the work most of the class is missing. It draws itself, so that a page of many cards
 /// changes in place without a flicker.
-class CourseCard : public QAbstractButton {
+class CourseCard : public KeyboardButton {
     Q_OBJECT
 
   public:
@@ -29,7 +28,6 @@ class CourseCard : public QAbstractButton {
     void paintEvent(QPaintEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
     bool event(QEvent *event) override;
 
   private:

@@ -21,11 +21,11 @@
 namespace ellwynd {
 
 DashboardPane::DashboardPane(
-    Dashboard &board, UserDefaults &store, const Appearance &look, QWidget *parent)
+    Dashboard &dashboard, UserDefaults &defaults, const Appearance &appearance, QWidget *parent)
     : QWidget(parent),
-      dashboard(board),
-      defaults(store),
-      appearance(look),
+      dashboard(dashboard),
+      defaults(defaults),
+      appearance(appearance),
       headline(new ElidedLabel(this)),
       subtitle(new ElidedLabel(this)),
       terms(new QPushButton(this)),
@@ -38,7 +38,7 @@ DashboardPane::DashboardPane(
       progress(new QProgressBar),
       header(new QWidget(this)),
       footer(new QWidget(page)),
-      observing(store.observe([this](std::string_view key) {
+      observing(defaults.observe([this](std::string_view key) {
           if (courseSettings::isIconKey(key))
               page->update();
       })) {
@@ -88,7 +88,7 @@ DashboardPane::DashboardPane(
     line->setFixedHeight(1);
     auto *footerColumn = new QVBoxLayout(footer);
     footerColumn->addWidget(line);
-    footerColumn->addWidget(new Legend(look, footer));
+    footerColumn->addWidget(new Legend(appearance, footer));
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -97,11 +97,11 @@ DashboardPane::DashboardPane(
     column->addWidget(stack, 1);
 
     connect(terms->menu(), &QMenu::triggered, this, [this](const QAction *chosen) {
-        dashboard.selectTerm(chosen->data().toLongLong());
+        this->dashboard.selectTerm(chosen->data().toLongLong());
     });
     connect(refresh, &QPushButton::clicked, this, &DashboardPane::refreshRequested);
     connect(&dashboard, &Dashboard::dashboardModelDidChange, this, &DashboardPane::showModel);
-    connect(&look, &Appearance::changed, this, &DashboardPane::applyAppearance);
+    connect(&appearance, &Appearance::appearanceDidChange, this, &DashboardPane::applyAppearance);
     applyAppearance();
     showModel();
 }

@@ -4,6 +4,8 @@
 #include "ui/support/appearance.h"
 #include "ui/support/levelpill.h"
 #include "uikit/convert.h"
+#include "uikit/painting.h"
+#include "uikit/pill.h"
 
 #include <QPainter>
 
@@ -11,7 +13,8 @@
 
 namespace ellwynd {
 
-Legend::Legend(const Appearance &look, QWidget *parent) : QWidget(parent), appearance(look) {
+Legend::Legend(const Appearance &appearance, QWidget *parent)
+    : QWidget(parent), appearance(appearance) {
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -22,7 +25,7 @@ Legend::Legend(const Appearance &look, QWidget *parent) : QWidget(parent), appea
     for (const LegendEntry &entry : markLegend)
         entries << qstring(entry.term) + QStringLiteral(": ") + qstring(entry.meaning);
     setAccessibleDescription(entries.join(u' '));
-    connect(&look, &Appearance::changed, this, [this] {
+    connect(&appearance, &Appearance::appearanceDidChange, this, [this] {
         updateGeometry();
         update();
     });
@@ -46,13 +49,14 @@ int Legend::layOut(int width, QPainter *painter) const {
     const Theme &theme = appearance.theme();
     const QFont font = appearance.font(0.9);
     const QFontMetrics metrics(font);
-    const int lineHeight = pillSize(appearance, QStringLiteral("X")).height() + appearance.px(4);
+    const int lineHeight =
+        pillSize(appearance.style(), QStringLiteral("X")).height() + appearance.px(4);
     QPoint at(0, 0);
     const auto place = [&](const QString &term, std::optional<RiskLevel> level, const QColor &color,
                            const QString &meaning) {
         const int gap = appearance.px(6);
         const int termWidth = level
-            ? pillSize(appearance, term).width()
+            ? pillSize(appearance.style(), term).width()
             : QFontMetrics(appearance.font(0.9, QFont::DemiBold)).horizontalAdvance(term);
         const int room = termWidth + gap + metrics.horizontalAdvance(meaning);
         if (at.x() > 0 && at.x() + room > width)
@@ -60,9 +64,9 @@ int Legend::layOut(int width, QPainter *painter) const {
         if (painter != nullptr) {
             const QRect line(at, QSize(width - at.x(), lineHeight));
             if (level) {
-                QRect pill(at, pillSize(appearance, term));
+                QRect pill(at, pillSize(appearance.style(), term));
                 pill.moveTop(at.y() + (lineHeight - pill.height()) / 2);
-                drawPill(*painter, pill, term, *level, appearance);
+                drawPill(*painter, pill, term, levelColors(theme, *level), appearance.style());
             } else {
                 painter->setFont(appearance.font(0.9, QFont::DemiBold));
                 painter->setPen(color);
@@ -71,9 +75,7 @@ int Legend::layOut(int width, QPainter *painter) const {
             painter->setFont(font);
             painter->setPen(theme.secondaryText);
             const QRect rest = line.adjusted(termWidth + gap, 0, 0, 0);
-            painter->drawText(
-                rest, Qt::AlignLeft | Qt::AlignVCenter,
-                metrics.elidedText(meaning, Qt::ElideRight, rest.width()));
+            drawElided(*painter, rest, Qt::AlignLeft | Qt::AlignVCenter, meaning);
         }
         at.rx() += room + appearance.px(20);
     };

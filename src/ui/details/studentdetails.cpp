@@ -17,14 +17,14 @@
 
 namespace ellwynd {
 
-StudentDetails::StudentDetails(const Appearance &look, QWidget *parent)
-    : QScrollArea(parent), appearance(look) {
+StudentDetails::StudentDetails(const Appearance &appearance, QWidget *parent)
+    : QScrollArea(parent), appearance(appearance) {
     setObjectName(QStringLiteral("detailsPane"));
     setAccessibleName(QStringLiteral("Student details"));
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    connect(&look, &Appearance::changed, this, &StudentDetails::rebuild);
+    connect(&appearance, &Appearance::appearanceDidChange, this, &StudentDetails::rebuild);
     rebuild();
 }
 
@@ -61,10 +61,9 @@ void StudentDetails::rebuild() {
         addSelection(*column);
         addButtons(*column);
     } else {
-        auto *hint = plainLabel(content, true);
-        hint->setProperty("secondary", true);
+        auto *hint = secondaryLabel(
+            content, QStringLiteral("Select a student to see why they are flagged."));
         hint->setAlignment(Qt::AlignCenter);
-        hint->setText(QStringLiteral("Select a student to see why they are flagged."));
         column->addStretch(1);
         column->addWidget(hint);
     }
@@ -104,9 +103,7 @@ void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
         moved->setToolTip(qstring(arrowText(*history.change)));
         column.addWidget(moved);
     }
-    auto *course = plainLabel(nullptr, true);
-    course->setProperty("secondary", true);
-    course->setText(qstring(row.courseName));
+    auto *course = secondaryLabel(nullptr, qstring(row.courseName));
     column.addWidget(course);
 }
 
@@ -130,10 +127,8 @@ void StudentDetails::addFigures(QVBoxLayout &column, const RiskRow &row) {
     for (std::size_t i = 0; i < figures.size(); ++i) {
         auto *cell = new QVBoxLayout;
         cell->setSpacing(0);
-        auto *label = plainLabel(nullptr, true);
-        label->setProperty("secondary", true);
+        auto *label = secondaryLabel(nullptr, figures[i].label);
         label->setFont(appearance.font(0.92));
-        label->setText(figures[i].label);
         auto *value = plainLabel(nullptr, true);
         value->setFont(appearance.font(1.12, QFont::DemiBold));
         value->setText(figures[i].value);
@@ -156,10 +151,8 @@ void StudentDetails::addSection(QVBoxLayout &column, const QString &title) {
     column.addSpacing(appearance.px(8));
     column.addWidget(line);
     column.addSpacing(appearance.px(4));
-    auto *label = plainLabel(nullptr);
-    label->setProperty("secondary", true);
+    auto *label = secondaryLabel(nullptr, title.toUpper(), false);
     label->setFont(appearance.font(0.86, QFont::DemiBold));
-    label->setText(title.toUpper());
     label->setAccessibleName(title);
     column.addWidget(label);
 }
@@ -169,9 +162,7 @@ void StudentDetails::addTerm(QVBoxLayout &column) {
         return;
     addSection(column, QStringLiteral("This term"));
     column.addWidget(new TermChart(*history.trend, appearance));
-    auto *story = plainLabel(nullptr, true);
-    story->setProperty("secondary", true);
-    story->setText(qstring(termStory(*history.trend)));
+    auto *story = secondaryLabel(nullptr, qstring(termStory(*history.trend)));
     column.addWidget(story);
 }
 
@@ -197,9 +188,8 @@ void StudentDetails::addSelection(QVBoxLayout &column) {
         column.addWidget(name);
     }
     if (rows.size() > listed) {
-        auto *more = plainLabel(nullptr);
-        more->setProperty("secondary", true);
-        more->setText(QStringLiteral("and %1 more").arg(rows.size() - listed));
+        auto *more =
+            secondaryLabel(nullptr, QStringLiteral("and %1 more").arg(rows.size() - listed), false);
         column.addWidget(more);
     }
 }
@@ -245,7 +235,8 @@ void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {
         if (line.role == ReasonRole::currentScore) {
             auto *link = new TextLink(qstring(line.text));
             link->setToolTip(QStringLiteral("Open the grades in Canvas"));
-            connect(link, &TextLink::pressed, this, [this, row] { Q_EMIT gradesRequested(row); });
+            connect(
+                link, &TextLink::openRequested, this, [this, row] { Q_EMIT gradesRequested(row); });
             column.addWidget(link);
             continue;
         }
@@ -259,7 +250,7 @@ void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {
             auto *link = new TextLink(qstring(assignment->name));
             link->setContentsMargins(appearance.px(12), 0, 0, 0);
             link->setToolTip(QStringLiteral("Open this assignment in Canvas"));
-            connect(link, &TextLink::pressed, this, [this, row, id = assignment->id] {
+            connect(link, &TextLink::openRequested, this, [this, row, id = assignment->id] {
                 Q_EMIT assignmentRequested(row, id);
             });
             column.addWidget(link);

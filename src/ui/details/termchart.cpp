@@ -23,11 +23,11 @@ QColor dotColor(const Theme &theme, std::optional<RiskLevel> level) {
 
 } // namespace
 
-TermChart::TermChart(TermTrend shown, const Appearance &look, QWidget *parent)
-    : QWidget(parent), trend(std::move(shown)), appearance(look) {
+TermChart::TermChart(TermTrend trend, const Appearance &appearance, QWidget *parent)
+    : QWidget(parent), trend(std::move(trend)), appearance(appearance) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setAccessibleName(QStringLiteral("Levels this term"));
-    setAccessibleDescription(qstring(termStory(trend)));
+    setAccessibleDescription(qstring(termStory(this->trend)));
 }
 
 QSize TermChart::sizeHint() const {

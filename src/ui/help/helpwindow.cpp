@@ -29,14 +29,14 @@ constexpr int pageShare = 2;
 } // namespace
 
 HelpWindow::HelpWindow(
-    UserDefaults &store, const Appearance &look, const std::vector<ShortcutGroup> &shortcuts,
-    QWidget *parent)
+    UserDefaults &defaults, const Appearance &appearance,
+    const std::vector<ShortcutGroup> &shortcuts, QWidget *parent)
     : QDialog(parent, Qt::Window),
       book(shortcuts),
       query(new QLineEdit),
-      topics(new TopicList(look)),
+      topics(new TopicList(appearance)),
       back(new QPushButton(QStringLiteral("Back"))),
-      page(new MarkdownPage(look)) {
+      page(new MarkdownPage(appearance)) {
     setWindowTitle(QStringLiteral("Ellwynd Help"));
     query->setPlaceholderText(QStringLiteral("Search help"));
     query->setAccessibleName(QStringLiteral("Search help"));
@@ -66,7 +66,7 @@ HelpWindow::HelpWindow(
             read(topics->selectedTopic(), true);
     });
     connect(back, &QPushButton::clicked, this, &HelpWindow::goBack);
-    connect(page, &MarkdownPage::linkFollowed, this, &HelpWindow::follow);
+    connect(page, &MarkdownPage::linkRequested, this, &HelpWindow::follow);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
         query->setFocus(Qt::ShortcutFocusReason);
         query->selectAll();
@@ -75,9 +75,9 @@ HelpWindow::HelpWindow(
         new QShortcut(Qt::ALT | Qt::Key_Left, this), &QShortcut::activated, this,
         &HelpWindow::goBack);
 
-    auto *memory = new WindowMemory(*this, store, preferences::helpWindowGeometry);
+    auto *memory = new WindowMemory(*this, defaults, preferences::helpWindowGeometry);
     if (!memory->restoreGeometry())
-        resize(look.px(920), look.px(620));
+        resize(appearance.px(920), appearance.px(620));
     search();
 }
 

@@ -24,8 +24,8 @@ QString nothingFound() {
 /// A title, and below it up to two lines of what was found.
 class TopicList::Delegate : public QStyledItemDelegate {
   public:
-    Delegate(const Appearance &look, QObject *parent)
-        : QStyledItemDelegate(parent), appearance(look) {}
+    Delegate(const Appearance &appearance, QObject *parent)
+        : QStyledItemDelegate(parent), appearance(appearance) {}
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index)
         const override {
@@ -75,13 +75,13 @@ class TopicList::Delegate : public QStyledItemDelegate {
     const Appearance &appearance;
 };
 
-TopicList::TopicList(const Appearance &look, QWidget *parent)
-    : QListWidget(parent), appearance(look) {
+TopicList::TopicList(const Appearance &appearance, QWidget *parent)
+    : QListWidget(parent), appearance(appearance) {
     setObjectName(QStringLiteral("helpTopics"));
     setAccessibleName(QStringLiteral("Help topics"));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setItemDelegate(new Delegate(look, this));
-    connect(&look, &Appearance::changed, this, &QListWidget::doItemsLayout);
+    setItemDelegate(new Delegate(appearance, this));
+    connect(&appearance, &Appearance::appearanceDidChange, this, &QListWidget::doItemsLayout);
 }
 
 void TopicList::setHits(const std::vector<HelpHit> &hits) {

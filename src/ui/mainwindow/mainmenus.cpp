@@ -24,11 +24,11 @@ std::string plainText(const QAction &action) {
 
 } // namespace
 
-MainMenus::MainMenus(QMenuBar &menuBar, UserDefaults &store)
-    : QObject(&menuBar),
-      bar(menuBar),
-      defaults(store),
-      observing(store.observe([this](std::string_view key) { showPreference(key); })) {
+MainMenus::MainMenus(QMenuBar &bar, UserDefaults &defaults)
+    : QObject(&bar),
+      bar(bar),
+      defaults(defaults),
+      observing(defaults.observe([this](std::string_view key) { showPreference(key); })) {
     makeFileMenu();
     QMenu *edit = bar.addMenu(QStringLiteral("&Edit"));
     findStudent = add(*edit, QStringLiteral("&Find Student"), {QKeySequence::Find});

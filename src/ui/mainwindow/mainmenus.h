@@ -15,7 +15,7 @@ namespace ellwynd {
 
 /// What decides which commands can work.
 struct CommandState {
-    /// A roster stands in the middle, is being loaded there, or could not be.
+    /// A roster is shown in the middle, is being loaded there, or could not be.
     bool rosterPane = false;
     /// Its rows are there, and whether they are one course's.
     bool rosterShown = false;
@@ -28,8 +28,8 @@ struct CommandState {
     bool detailsHidden = false;
 };
 
-/// Every command of the program, where people look for it and with its key. Whoever owns the menus
-/// connects the commands; those that only turn a preference over do so themselves.
+/// Every command of the program, where people look for it and with its key. The owner of the menus
+/// connects the commands; those that only toggle a preference are connected here.
 class MainMenus : public QObject {
     Q_OBJECT
 

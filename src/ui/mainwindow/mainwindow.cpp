@@ -1,21 +1,17 @@
 #include "ui/mainwindow/mainwindow.h"
 
 #include "app/mainwindowcontroller.h"
-#include "generated/version.h"
 #include "platform/session/activation.h"
 #include "risk/coursethresholds.h"
-#include "ui/about/aboutwindow.h"
 #include "ui/dashboard/dashboardpane.h"
 #include "ui/details/studentdetails.h"
-#include "ui/help/helpwindow.h"
+#include "ui/mainwindow/coursesheets.h"
+#include "ui/mainwindow/helpcommands.h"
 #include "ui/mainwindow/mainmenus.h"
+#include "ui/mainwindow/statusnotes.h"
 #include "ui/roster/rosterdesktopactions.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
-#include "ui/sheets/copysetupsheet.h"
-#include "ui/sheets/iconsheet.h"
-#include "ui/sheets/missingworksheet.h"
-#include "ui/sheets/thresholdssheet.h"
 #include "ui/sidebar/sidebar.h"
 #include "ui/support/alert.h"
 #include "ui/support/announce.h"
@@ -25,7 +21,6 @@
 #include "uikit/convert.h"
 
 #include <QAction>
-#include <QDesktopServices>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QMenu>
@@ -34,8 +29,6 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QStatusBar>
-#include <QUrl>
 
 #include <algorithm>
 
@@ -62,26 +55,29 @@ bool showsRoster(const RosterView &roster) {
 } // namespace
 
 MainWindow::MainWindow(
-    MainWindowController &driver, UserDefaults &store, Stores &memory, ConnectionCheck &check,
-    SyncService &service, UserNotifications &system, Appearance &look)
-    : controller(driver),
-      defaults(store),
-      stores(memory),
-      connection(check),
-      sync(service),
-      notifications(system),
-      appearance(look),
+    MainWindowController &controller, UserDefaults &defaults, Stores &stores,
+    ConnectionCheck &connection, SyncService &sync, UserNotifications &notifications,
+    Appearance &appearance)
+    : controller(controller),
+      defaults(defaults),
+      stores(stores),
+      connection(connection),
+      sync(sync),
+      notifications(notifications),
+      appearance(appearance),
       splitter(new QSplitter(this)),
-      sidebar(new Sidebar(driver, store, look, splitter)),
+      sidebar(new Sidebar(controller, defaults, appearance, splitter)),
       middle(new QStackedWidget(splitter)),
-      dashboardPane(new DashboardPane(driver.dashboard(), store, look)),
-      rosterPane(new RosterPane(driver, store, look)),
-      details(new StudentDetails(look, splitter)),
-      outlets(new RosterOutlets(
-          driver.actions(), memory.templates,
+      dashboardPane(new DashboardPane(controller.dashboard(), defaults, appearance)),
+      rosterPane(new RosterPane(controller, defaults, appearance)),
+      details(new StudentDetails(appearance, splitter)),
+      desktopActions(new RosterDesktopActions(
+          controller.actions(), stores.templates,
           [this] { return rosterPane->table()->selectedRows(); }, *this)),
-      menus(new MainMenus(*menuBar(), store)),
-      observing(store.observe([this](std::string_view key) {
+      menus(new MainMenus(*menuBar(), defaults)),
+      notes(new StatusNotes(*this)),
+      sheets(new CourseSheets(controller, defaults, appearance, *this)),
+      observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::studentDetailsHidden.name)
               showPane();
           if (key == preferences::studentDetailsHidden.name ||
@@ -97,8 +93,7 @@ MainWindow::MainWindow(
     splitter->setHandleWidth(1);
     splitter->setStretchFactor(middlePane, 1);
     setCentralWidget(splitter);
-    statusBar()->setSizeGripEnabled(false);
-    statusBar()->hide();
+    new HelpCommands(*menus, defaults, appearance, *this);
     connectCommands();
     connectViews();
     restorePlace();
@@ -113,8 +108,8 @@ void MainWindow::connectCommands() {
     };
     on(menus->refreshAll, [this] { controller.refresh(); });
     on(menus->refreshRoster, [this] { controller.refreshRoster(); });
-    on(menus->exportCSV, [this] { outlets->exportRoster(ExportFormat::csv); });
-    on(menus->exportMarkdown, [this] { outlets->exportRoster(ExportFormat::markdown); });
+    on(menus->exportCSV, [this] { desktopActions->exportRoster(ExportFormat::csv); });
+    on(menus->exportMarkdown, [this] { desktopActions->exportRoster(ExportFormat::markdown); });
     on(menus->sampleMode, &MainWindow::sampleSwitchRequested);
     on(menus->settings, [this] { settings().open(SettingsWindow::general); });
     on(menus->quit, &QWidget::close);
@@ -134,14 +129,14 @@ void MainWindow::connectCommands() {
 
     on(menus->missingWork, &MainWindow::openMissingWork);
     on(menus->thresholds, &MainWindow::openThresholds);
-    on(menus->courseIcon, &MainWindow::openIconSheet);
-    on(menus->copySetup, &MainWindow::openCopySetup);
+    on(menus->courseIcon, [this] { sheets->openIcon(); });
+    on(menus->copySetup, [this] { sheets->openCopySetup(); });
     on(menus->openCourse, [this] {
         if (const auto id = controller.roster().courseID)
             controller.actions().openCourse(*id);
     });
     connect(menus->copyMessage, &QMenu::aboutToShow, this, [this] {
-        outlets->fillCopyMenu(menus->copyMessage);
+        desktopActions->fillCopyMenu(menus->copyMessage);
     });
     on(menus->markContacted,
        [this] { controller.actions().markContacted(rosterPane->table()->selectedRows()); });
@@ -150,16 +145,7 @@ void MainWindow::connectCommands() {
         controller.actions().openGrades(row.courseID, row.id);
     });
 
-    on(menus->help, [this] { help().showTopic("getting-started"); });
-    on(menus->keyboardShortcuts, [this] { help().showTopic("keyboard"); });
-    on(menus->whatsNew, [this] { help().showReleaseNotes(); });
-    on(menus->sendFeedback, &MainWindow::sendFeedback);
     on(menus->checkForUpdates, &MainWindow::updateCheckRequested);
-    on(menus->about, [this] {
-        auto *box = new AboutWindow(appearance, this);
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->show();
-    });
 }
 
 /// The selected student, else the first of the roster.
@@ -203,8 +189,12 @@ void MainWindow::connectViews() {
     };
     connect(table, &RosterTable::gradesRequested, this, grades);
     connect(table, &RosterTable::assignmentRequested, this, assignment);
-    connect(details, &StudentDetails::messagesRequested, outlets, &RosterOutlets::fillCopyMenu);
-    connect(outlets, &RosterOutlets::noted, this, [this](const QString &note) { tell(note); });
+    connect(
+        details, &StudentDetails::messagesRequested, desktopActions,
+        &RosterDesktopActions::fillCopyMenu);
+    connect(
+        desktopActions, &RosterDesktopActions::noteRequested, this,
+        [this](const QString &note) { notes->show(note); });
     connect(
         details, &StudentDetails::contactsRequested, &controller.actions(),
         &RosterActions::markContacted);
@@ -223,13 +213,18 @@ void MainWindow::connectViews() {
         updateActions();
     });
     connect(&controller, &MainWindowController::errorDidOccur, this, &MainWindow::showError);
-    connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString &message) {
-        statusBar()->setVisible(!message.isEmpty());
-        if (!message.isEmpty())
-            return;
-        delete std::exchange(undoSetup, nullptr);
-        setAccessibleDescription({});
-    });
+    connect(
+        sheets, &CourseSheets::studentsRequested, this,
+        [this, table](const std::set<StudentKey> &students) {
+            rosterPane->clearFilter();
+            table->selectStudents(students);
+            table->setFocus();
+        });
+    connect(
+        sheets, &CourseSheets::setupDidChange, this,
+        [this](const QString &note, const PreferenceChanges &replaced) {
+            notes->showUndoable(note, [this, replaced] { defaults.update(replaced); });
+        });
 }
 
 void MainWindow::updateActions() {
@@ -262,7 +257,7 @@ void MainWindow::showContextMenu(const QPoint &position) {
         return;
     QMenu menu(this);
     QMenu *messages = menu.addMenu(menus->copyMessage->title());
-    outlets->fillCopyMenu(messages);
+    desktopActions->fillCopyMenu(messages);
     menu.addAction(menus->markContacted);
     menu.addSeparator();
     menu.addAction(menus->openGrades);
@@ -273,14 +268,6 @@ void MainWindow::showContextMenu(const QPoint &position) {
 /// No command has a status tip, and an empty one would wipe a note.
 bool MainWindow::event(QEvent *event) {
     return event->type() == QEvent::StatusTip || QMainWindow::event(event);
-}
-
-/// Says something in passing, to screen readers too.
-void MainWindow::tell(const QString &note, int milliseconds) {
-    delete std::exchange(undoSetup, nullptr);
-    statusBar()->show();
-    statusBar()->showMessage(note, milliseconds);
-    announce(*this, note);
 }
 
 void MainWindow::showError(const CanvasError &error) {
@@ -316,67 +303,15 @@ void MainWindow::showUpdate(const QString &newVersion) {
         announce(*this, QStringLiteral("Ellwynd %1 is available.").arg(newVersion));
 }
 
-// ---- Sheets ------------------------------------------------------------------------------------
+// ---- Other windows -----------------------------------------------------------------------------
 
 MissingWorkSheet *MainWindow::openMissingWork() {
-    const RosterView &roster = controller.roster();
-    if (!roster.courseID)
-        return nullptr;
-    auto *sheet =
-        new MissingWorkSheet(roster.missedWork, std::int64_t(roster.rows.size()), appearance, this);
-    connect(
-        sheet, &MissingWorkSheet::studentsChosen, this,
-        [this, courseID = *roster.courseID](const std::vector<std::int64_t> &ids) {
-            std::set<StudentKey> students;
-            for (const std::int64_t id : ids)
-                students.insert({courseID, id});
-            rosterPane->clearFilter();
-            rosterPane->table()->selectStudents(students);
-            rosterPane->table()->setFocus();
-        });
-    sheet->show();
-    return sheet;
-}
-
-void MainWindow::openIconSheet() {
-    const RosterView &roster = controller.roster();
-    if (roster.courseID) {
-        (new IconSheet(*roster.courseID, roster.title, defaults, appearance, this))->show();
-    }
-}
-
-/// What was copied can be taken back from the note that says so.
-void MainWindow::openCopySetup() {
-    const auto courseID = controller.roster().courseID;
-    if (!courseID)
-        return;
-    auto *sheet =
-        new CopySetupSheet(*courseID, controller.courses().known(), defaults, appearance, this);
-    connect(
-        sheet, &CopySetupSheet::setupCopied, this,
-        [this](const QString &note, const PreferenceChanges &replaced) {
-            tell(note, 2 * noteMilliseconds);
-            undoSetup = new QPushButton(QStringLiteral("Undo"), this);
-            undoSetup->setAccessibleName(QStringLiteral("Undo: ") + note);
-            connect(undoSetup, &QPushButton::clicked, this, [this, replaced] {
-                defaults.update(replaced);
-                statusBar()->clearMessage();
-            });
-            statusBar()->addPermanentWidget(undoSetup);
-        });
-    sheet->show();
+    return sheets->openMissingWork();
 }
 
 ThresholdsSheet *MainWindow::openThresholds() {
-    const RosterView &roster = controller.roster();
-    if (!roster.courseID)
-        return nullptr;
-    auto *sheet = new ThresholdsSheet(*roster.courseID, roster.title, defaults, appearance, this);
-    sheet->show();
-    return sheet;
+    return sheets->openThresholds();
 }
-
-// ---- Other windows -----------------------------------------------------------------------------
 
 void MainWindow::showWelcomeIfDue() {
     const bool connected = controller.roster().state != RosterView::State::notConnected;
@@ -386,9 +321,9 @@ void MainWindow::showWelcomeIfDue() {
     connect(welcome, &WelcomeWindow::sampleRequested, this, &MainWindow::sampleSwitchRequested);
     connect(
         welcome, &WelcomeWindow::connectionDidChange, &controller, &MainWindowController::refresh);
-    connect(welcome, &WelcomeWindow::announced, welcome, [welcome](const QString &text) {
-        announce(*welcome, text);
-    });
+    connect(
+        welcome, &WelcomeWindow::announcementRequested, welcome,
+        [welcome](const QString &text) { announce(*welcome, text); });
     welcome->show();
 }
 
@@ -397,24 +332,6 @@ void MainWindow::offerUpdates(bool offered) {
     updatesOffered = offered;
     if (settingsWindow != nullptr)
         settingsWindow->offerUpdates(offered);
-}
-
-/// The keys in the help are those of the menus.
-HelpWindow &MainWindow::help() {
-    if (helpWindow == nullptr)
-        helpWindow = new HelpWindow(defaults, appearance, menus->shortcuts(), this);
-    return *helpWindow;
-}
-
-void MainWindow::sendFeedback() {
-    const QUrl mail(QStringLiteral("mailto:") + qstring(feedbackAddress));
-    if (QDesktopServices::openUrl(mail))
-        return;
-    QMessageBox *box = plainAlert(
-        this, QStringLiteral("Couldn’t open your email app"),
-        QStringLiteral("Write to ") + qstring(feedbackAddress) + QStringLiteral("."));
-    box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
-    box->open();
 }
 
 SettingsWindow &MainWindow::settings() {

@@ -5,7 +5,6 @@
 
 #include <QMainWindow>
 
-class QPushButton;
 class QSplitter;
 class QStackedWidget;
 
@@ -13,16 +12,17 @@ namespace ellwynd {
 
 class Appearance;
 class CanvasError;
+class CourseSheets;
 class DashboardPane;
-class HelpWindow;
 class ConnectionCheck;
 class MainMenus;
 class MainWindowController;
 class MissingWorkSheet;
-class RosterOutlets;
+class RosterDesktopActions;
 class RosterPane;
 class SettingsWindow;
 class Sidebar;
+class StatusNotes;
 class StudentDetails;
 class SyncService;
 class ThresholdsSheet;
@@ -36,6 +36,7 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
   public:
+    /// The arguments must outlive the window.
     MainWindow(
         MainWindowController &controller, UserDefaults &defaults, Stores &stores,
         ConnectionCheck &connection, SyncService &sync, UserNotifications &notifications,
@@ -51,7 +52,7 @@ class MainWindow : public QMainWindow {
 
     /// Shows the first-run steps where they are due.
     void showWelcomeIfDue();
-    /// Whether the program can look for updates, so that its commands and settings stand there.
+    /// Whether the program can look for updates, so that its commands and settings are shown.
     void offerUpdates(bool offered);
 
     /// The settings window, made on first use.
@@ -60,7 +61,7 @@ class MainWindow : public QMainWindow {
     /// Comes to the front.
     /// @param activationToken the desktop's activation token; may be empty.
     void activate(const QString &activationToken);
-    /// Names an update that is there to be installed.
+    /// Shows that an update can be installed; an empty version takes the banner away.
     void showUpdate(const QString &version);
 
   Q_SIGNALS:
@@ -73,18 +74,12 @@ class MainWindow : public QMainWindow {
 
   private:
     void connectCommands();
-    void openIconSheet();
-    void openCopySetup();
-    void sendFeedback();
-    [[nodiscard]] HelpWindow &help();
     [[nodiscard]] std::optional<PreviewStudent> previewStudent() const;
     void connectViews();
     void updateActions();
     void showPane();
     void restorePlace();
     void showContextMenu(const QPoint &position);
-    static constexpr int noteMilliseconds = 6000;
-    void tell(const QString &note, int milliseconds = noteMilliseconds);
     void showError(const CanvasError &error);
 
     MainWindowController &controller;
@@ -100,11 +95,11 @@ class MainWindow : public QMainWindow {
     DashboardPane *dashboardPane;
     RosterPane *rosterPane;
     StudentDetails *details;
-    RosterOutlets *outlets;
+    RosterDesktopActions *desktopActions;
     MainMenus *menus;
+    StatusNotes *notes;
+    CourseSheets *sheets;
     SettingsWindow *settingsWindow = nullptr;
-    HelpWindow *helpWindow = nullptr;
-    QPushButton *undoSetup = nullptr;
     bool updatesOffered = false;
     std::shared_ptr<void> observing;
 };

@@ -12,23 +12,23 @@
 
 namespace ellwynd {
 
-ShellAlerts::ShellAlerts(AppDelegate &delegate, Updater &updater, QWidget *over)
-    : QObject(over), shell(delegate), window(over) {
+ShellAlerts::ShellAlerts(AppDelegate &shell, Updater &updater, QWidget *window)
+    : QObject(window), shell(shell), window(window) {
     connect(&shell, &AppDelegate::relaunchDidFail, this, [this](const QString &message) {
-        tell(QStringLiteral("Ellwynd couldn’t be restarted."), message);
+        showMessage(QStringLiteral("Ellwynd couldn’t be restarted."), message);
     });
     connect(&updater, &Updater::upToDate, this, [this] {
-        tell(
+        showMessage(
             QStringLiteral("You’re up to date."),
             QStringLiteral("Ellwynd %1 is the newest version.").arg(qstring(version)));
     });
     connect(&updater, &Updater::checkFoundUpdate, this, [this](const QString &found) {
-        tell(
+        showMessage(
             QStringLiteral("Ellwynd %1 is available.").arg(found),
             QStringLiteral("Install it as you installed this one."));
     });
     connect(&updater, &Updater::checkFailed, this, [this](const QString &message) {
-        tell(QStringLiteral("Couldn’t check for updates."), message);
+        showMessage(QStringLiteral("Couldn’t check for updates."), message);
     });
 }
 
@@ -49,7 +49,7 @@ void ShellAlerts::switchSampleMode() {
     box->open();
 }
 
-void ShellAlerts::tell(const QString &message, const QString &detail) {
+void ShellAlerts::showMessage(const QString &message, const QString &detail) {
     QMessageBox *box = plainAlert(window, message, detail);
     box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
     box->open();

@@ -1,4 +1,4 @@
-// What the shell asks and says, as alerts over the main window.
+// The alerts of the shell, over the main window.
 #pragma once
 
 #include <QObject>
@@ -10,12 +10,12 @@ namespace ellwynd {
 class AppDelegate;
 class Updater;
 
-/// Asks before the sample college is entered, and tells how what the teacher asked for ended.
+/// Asks before the sample college is entered, and shows how what the teacher asked for ended.
 class ShellAlerts : public QObject {
     Q_OBJECT
 
   public:
-    /// What is handed over outlives the alerts, which belong to the window.
+    /// @param window owns the alerts; the other arguments must outlive it.
     ShellAlerts(AppDelegate &shell, Updater &updater, QWidget *window);
 
   public Q_SLOTS:
@@ -23,7 +23,7 @@ class ShellAlerts : public QObject {
     void switchSampleMode();
 
   private:
-    void tell(const QString &message, const QString &detail);
+    void showMessage(const QString &message, const QString &detail);
 
     AppDelegate &shell;
     QWidget *window;

@@ -6,6 +6,7 @@
 #include "ui/support/sparkline.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
+#include "uikit/tooltip.h"
 
 #include <QGridLayout>
 #include <QPainter>
@@ -20,8 +21,8 @@ namespace {
 /// How much of the class an assignment's bar fills.
 class ShareBar : public QWidget {
   public:
-    ShareBar(double part, const Appearance &look, QWidget *parent)
-        : QWidget(parent), share(part), appearance(look) {}
+    ShareBar(double share, const Appearance &appearance, QWidget *parent)
+        : QWidget(parent), share(share), appearance(appearance) {}
 
     [[nodiscard]] QSize sizeHint() const override { return {appearance.px(72), appearance.px(8)}; }
 
@@ -62,9 +63,9 @@ QLabel *label(const QString &text, const QFont &font, QWidget *parent, bool seco
 
 } // namespace
 
-InsightBand::InsightBand(const Appearance &look, QWidget *parent)
+InsightBand::InsightBand(const Appearance &appearance, QWidget *parent)
     : QFrame(parent),
-      appearance(look),
+      appearance(appearance),
       brief(new ElidedLabel(this)),
       toggle(new QToolButton(this)) {
     setObjectName(QStringLiteral("card"));
@@ -74,7 +75,7 @@ InsightBand::InsightBand(const Appearance &look, QWidget *parent)
     row->addWidget(toggle, 0, Qt::AlignTop);
     toggle->setAutoRaise(true);
     connect(toggle, &QToolButton::clicked, this, [this] { Q_EMIT shrinkRequested(!shrunk); });
-    connect(&look, &Appearance::changed, this, &InsightBand::rebuild);
+    connect(&appearance, &Appearance::appearanceDidChange, this, &InsightBand::rebuild);
     rebuild();
 }
 
@@ -196,9 +197,7 @@ QWidget *InsightBand::makeOutreach() {
     grid->setHorizontalSpacing(appearance.px(8));
     grid->setVerticalSpacing(appearance.px(2));
     if (!insight.outreach) {
-        QLabel *sentence = plainLabel(content, true);
-        sentence->setText(qstring(insight.outreachLine));
-        sentence->setProperty("secondary", true);
+        auto *sentence = secondaryLabel(content, qstring(insight.outreachLine));
         grid->addWidget(sentence, 0, 0);
         return content;
     }
@@ -238,8 +237,7 @@ QWidget *InsightBand::makeMostMissed() {
         QLabel *count =
             label(QString::number(assignment.studentIDs.size()), appearance.font(), content);
         count->setAccessibleName(qstring(missedWorkDescription(assignment)));
-        count->setToolTip(QStringLiteral("<span>%1</span>")
-                              .arg(qstring(missedWorkDescription(assignment)).toHtmlEscaped()));
+        count->setToolTip(plainToolTip(qstring(missedWorkDescription(assignment))));
         grid->addWidget(name, row, 0);
         grid->addWidget(bar, row, 1, Qt::AlignVCenter);
         grid->addWidget(count, row, 2, Qt::AlignRight);
@@ -247,7 +245,7 @@ QWidget *InsightBand::makeMostMissed() {
     }
     auto *link = new TextLink(QStringLiteral("Missing work by assignment"), content);
     link->setWordWrap(false);
-    connect(link, &TextLink::pressed, this, &InsightBand::missingWorkRequested);
+    connect(link, &TextLink::openRequested, this, &InsightBand::missingWorkRequested);
     grid->addWidget(link, row, 0, 1, 3);
     grid->setColumnStretch(0, 1);
     return content;

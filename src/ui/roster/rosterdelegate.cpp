@@ -5,6 +5,9 @@
 #include "ui/support/appearance.h"
 #include "ui/support/levelpill.h"
 #include "uikit/convert.h"
+#include "uikit/painting.h"
+#include "uikit/pill.h"
+#include "uikit/tooltip.h"
 
 #include <QHelpEvent>
 #include <QMouseEvent>
@@ -14,8 +17,9 @@
 
 namespace ellwynd {
 
-RosterDelegate::RosterDelegate(const Appearance &look, const RosterFilter &rows, QTableView *table)
-    : QStyledItemDelegate(table), appearance(look), filter(rows), view(table) {}
+RosterDelegate::RosterDelegate(
+    const Appearance &appearance, const RosterFilter &rows, QTableView *table)
+    : QStyledItemDelegate(table), appearance(appearance), filter(rows), view(table) {}
 
 int RosterDelegate::horizontalPadding() const {
     return appearance.px(10);
@@ -33,13 +37,13 @@ WhyLayout RosterDelegate::layoutOf(const RiskRow &row, int cellWidth) const {
 }
 
 QSize RosterDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const {
-    int height = pillSize(appearance, QStringLiteral("X")).height();
+    int height = pillSize(appearance.style(), QStringLiteral("X")).height();
     int width = 0;
     if (index.column() == RosterModel::why) {
         height = std::max(
             height, layoutOf(filter.row(index), view->columnWidth(RosterModel::why)).height());
     } else if (index.column() == RosterModel::level) {
-        width = pillSize(appearance, QStringLiteral("Concern")).width();
+        width = pillSize(appearance.style(), QStringLiteral("Concern")).width();
     } else if (index.column() == RosterModel::contacted) {
         const QFontMetrics metrics(appearance.font());
         width = metrics.horizontalAdvance(index.data().toString());
@@ -66,7 +70,7 @@ void RosterDelegate::paint(
 
     const QRect cell = option.rect.adjusted(
         horizontalPadding(), verticalPadding(), -horizontalPadding(), -verticalPadding() - 1);
-    const int lineHeight = pillSize(appearance, QStringLiteral("X")).height();
+    const int lineHeight = pillSize(appearance.style(), QStringLiteral("X")).height();
     const QRect firstLine(cell.left(), cell.top(), cell.width(), lineHeight);
     switch (index.column()) {
     case RosterModel::level: {
@@ -95,15 +99,12 @@ void RosterDelegate::paint(
             Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()) & Qt::AlignHorizontal_Mask;
         QString text = index.data().toString();
         text.replace(u'\n', u' ');
-        painter->drawText(
-            firstLine, align | Qt::AlignVCenter,
-            painter->fontMetrics().elidedText(text, Qt::ElideRight, firstLine.width()));
+        drawElided(*painter, firstLine, int(align | Qt::AlignVCenter), text);
     }
     }
     if (focused && index.column() == RosterModel::student) {
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->setPen(QPen(theme.accent, 1.5));
-        painter->drawRoundedRect(QRectF(option.rect).adjusted(2, 2, -2, -3), 4, 4);
+        drawFocusRing(*painter, QRectF(option.rect).adjusted(2, 2, -2, -3), 4, theme.accent, 1.5);
     }
     painter->restore();
 }
@@ -125,7 +126,7 @@ bool RosterDelegate::showsFollowUpBelow(const RiskRow &row) const {
 void RosterDelegate::drawContact(
     QPainter &painter, const QRect &cell, const OutreachOutcome &outcome) const {
     const Theme &theme = appearance.theme();
-    const int lineHeight = pillSize(appearance, QStringLiteral("X")).height();
+    const int lineHeight = pillSize(appearance.style(), QStringLiteral("X")).height();
     const QRect line(cell.left(), cell.top(), cell.width(), lineHeight);
     const QString word = qstring(followUpWord(outcome));
     const bool below = !compact && !word.isEmpty();
@@ -133,9 +134,7 @@ void RosterDelegate::drawContact(
     painter.setPen(word.isEmpty() || below ? theme.text : theme.concern.text);
     const QString text =
         below ? qstring(calendar::shortDay(outcome.contactedAt)) : qstring(contactedText(outcome));
-    painter.drawText(
-        line, Qt::AlignLeft | Qt::AlignVCenter,
-        painter.fontMetrics().elidedText(text, Qt::ElideRight, line.width()));
+    drawElided(painter, line, Qt::AlignLeft | Qt::AlignVCenter, text);
     if (below) {
         painter.setPen(theme.concern.text);
         const QRect second = line.translated(0, painter.fontMetrics().height());
@@ -197,14 +196,13 @@ bool RosterDelegate::helpEvent(
         QToolTip::hideText();
         return true;
     }
-    QToolTip::showText(
-        event->globalPos(), QStringLiteral("<span>%1</span>").arg(tip.toHtmlEscaped()), where);
+    QToolTip::showText(event->globalPos(), plainToolTip(tip), where);
     return true;
 }
 
 void RosterDelegate::expand(const QModelIndex &index) {
     expanded.insert(keyOf(filter.row(index)));
-    Q_EMIT rowExpanded(index);
+    Q_EMIT rowHeightDidChange(index);
 }
 
 std::size_t RosterDelegate::hiddenNames(const RiskRow &row) const {

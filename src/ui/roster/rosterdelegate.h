@@ -44,7 +44,7 @@ class RosterDelegate : public QStyledItemDelegate {
     void gradesRequested(const ellwynd::RiskRow &row);
     void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);
     /// The row's height has changed.
-    void rowExpanded(const QModelIndex &index);
+    void rowHeightDidChange(const QModelIndex &index);
 
   private:
     [[nodiscard]] WhyLayout layoutOf(const RiskRow &row, int cellWidth) const;

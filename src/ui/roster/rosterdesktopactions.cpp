@@ -17,24 +17,24 @@
 
 namespace ellwynd {
 
-RosterOutlets::RosterOutlets(
-    RosterActions &does, const TemplateStore &store, Selected students, QWidget &over)
-    : QObject(&over),
-      actions(does),
-      templates(store),
-      selected(std::move(students)),
-      window(over),
+RosterDesktopActions::RosterDesktopActions(
+    RosterActions &actions, const TemplateStore &templates, Selected selected, QWidget &window)
+    : QObject(&window),
+      actions(actions),
+      templates(templates),
+      selected(std::move(selected)),
+      window(window),
       exportFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
     connect(&actions, &RosterActions::textShouldBeCopied, this, [this](const QString &text) {
         QGuiApplication::clipboard()->setText(text);
-        Q_EMIT noted(QStringLiteral("Copied. Paste it into the message that you write."));
+        Q_EMIT noteRequested(QStringLiteral("Copied. Paste it into the message that you write."));
     });
     connect(&actions, &RosterActions::exportDidEnd, this, [this](const QString &fileName) {
-        Q_EMIT noted(QStringLiteral("Saved %1.").arg(fileName));
+        Q_EMIT noteRequested(QStringLiteral("Saved %1.").arg(fileName));
     });
     connect(&actions, &RosterActions::exportDidFail, this, [this](const QString &why) {
         QMessageBox *box =
-            plainAlert(&window, QStringLiteral("The export couldn’t be written"), why);
+            plainAlert(&this->window, QStringLiteral("The export couldn’t be written"), why);
         box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
         box->open();
     });
@@ -42,12 +42,12 @@ RosterOutlets::RosterOutlets(
         QDesktopServices::openUrl(QUrl(url));
     });
     connect(&actions, &RosterActions::pageIsInvented, this, [this] {
-        Q_EMIT noted(
+        Q_EMIT noteRequested(
             QStringLiteral("The sample college is invented, so it has no pages in Canvas."));
     });
 }
 
-void RosterOutlets::exportRoster(ExportFormat format) {
+void RosterDesktopActions::exportRoster(ExportFormat format) {
     const bool csv = format == ExportFormat::csv;
     const RosterExport roster = actions.exported(format);
     auto *panel = new QFileDialog(
@@ -66,7 +66,7 @@ void RosterOutlets::exportRoster(ExportFormat format) {
     panel->open();
 }
 
-void RosterOutlets::fillCopyMenu(QMenu *menu) {
+void RosterDesktopActions::fillCopyMenu(QMenu *menu) {
     menu->clear();
     for (const MessageTemplate &message : templates.templates()) {
         QAction *action = menu->addAction(menuText(message.name));

@@ -1,4 +1,4 @@
-// Where what leaves a roster goes on a desktop.
+// Carries out on the desktop what is done with a roster.
 #pragma once
 
 #include "outputs/export/rosterexport.h"
@@ -17,16 +17,17 @@ class RosterActions;
 class TemplateStore;
 struct RiskRow;
 
-/// Answers what is done with the roster on screen: texts go to the clipboard, files where the save
-/// panel says, pages to the browser.
-class RosterOutlets : public QObject {
+/// Connects the actions of the roster on screen to the desktop: texts go to the clipboard, files
+/// where the save panel says, pages to the browser.
+class RosterDesktopActions : public QObject {
     Q_OBJECT
 
   public:
     using Selected = std::function<std::vector<RiskRow>()>;
 
     /// @param selected the students that messages are about.
-    RosterOutlets(
+    /// @param window owns this; the other arguments must outlive it.
+    RosterDesktopActions(
         RosterActions &actions, const TemplateStore &templates, Selected selected, QWidget &window);
 
     /// Offers to save the roster on screen.
@@ -35,8 +36,8 @@ class RosterOutlets : public QObject {
     void fillCopyMenu(QMenu *menu);
 
   Q_SIGNALS:
-    /// Something to say in passing.
-    void noted(const QString &note);
+    /// A note should be shown for a moment.
+    void noteRequested(const QString &note);
 
   private:
     RosterActions &actions;

@@ -23,7 +23,7 @@ class RosterModel : public QAbstractTableModel {
 
     /// @param at "now" for the days since the last activity.
     void setRoster(const RosterView &roster, Date at);
-    /// How many names of a row's missing work its view folds, for what is read aloud.
+    /// How many names of a row's missing work its view folds, for the accessible text.
     std::function<std::size_t(const RiskRow &)> hiddenNames;
     [[nodiscard]] const RiskRow &row(int index) const { return rows[std::size_t(index)]; }
     /// Null for a student who did not move.

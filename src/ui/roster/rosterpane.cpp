@@ -3,34 +3,25 @@
 #include "app/mainwindowcontroller.h"
 #include "app/roster/rostertexts.h"
 #include "base/calendar.h"
-#include "theme/courseicon.h"
+#include "preferences/coursesettings.h"
 #include "ui/roster/insightband.h"
+#include "ui/roster/rosterheader.h"
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
-#include <QHBoxLayout>
-#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QShortcut>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
-#include <algorithm>
+#include <utility>
 
 namespace ellwynd {
 
 namespace {
 
-QPushButton *button(const QString &text, const QString &tip, QWidget *parent) {
-    auto *result = new QPushButton(text, parent);
-    result->setToolTip(tip);
-    result->setAutoDefault(false);
-    return result;
-}
-
-/// What stands in the table's place.
+/// What is shown in the table's place; empty where the table is shown.
 QString messageFor(const RosterView &roster) {
     using State = RosterView::State;
     switch (roster.state) {
@@ -55,77 +46,32 @@ QString messageFor(const RosterView &roster) {
 } // namespace
 
 RosterPane::RosterPane(
-    MainWindowController &driver, UserDefaults &store, const Appearance &look, QWidget *parent)
+    MainWindowController &controller, UserDefaults &defaults, const Appearance &appearance,
+    QWidget *parent)
     : QWidget(parent),
-      controller(driver),
-      defaults(store),
-      appearance(look),
-      tile(new QLabel(this)),
-      title(new ElidedLabel(this)),
-      subtitle(new ElidedLabel(this)),
+      controller(controller),
+      defaults(defaults),
+      appearance(appearance),
+      header(new RosterHeader(defaults, appearance, this)),
       movement(new ElidedLabel(this)),
       stale(plainLabel(this, true)),
-      filter(new QLineEdit(this)),
-      thresholds(button(
-          QStringLiteral("Thresholds"),
-          QStringLiteral("What this course's students are scored with"), this)),
-      missingWork(button(
-          QStringLiteral("Missing Work…"), QStringLiteral("Missing work by assignment"), this)),
-      refresh(
-          button(QStringLiteral("⟳"), QStringLiteral("Refresh this roster (Ctrl+Shift+R)"), this)),
       stack(new QStackedWidget(this)),
       messagePage(new QWidget(this)),
-      message(plainLabel(messagePage, true)),
+      message(secondaryLabel(messagePage)),
       progress(new QProgressBar(messagePage)),
-      connectButton(button(
-          QStringLiteral("Open Connection Settings…"),
-          QStringLiteral("Enter your Canvas address and token"), messagePage)),
-      insight(new InsightBand(look)),
+      connectButton(new QPushButton(QStringLiteral("Open Connection Settings…"), messagePage)),
+      insight(new InsightBand(appearance)),
       insightFrame(new QWidget(this)),
-      students(new RosterTable(look, this)),
-      header(new QWidget(this)),
-      headerLayout(new QBoxLayout(QBoxLayout::LeftToRight, header)),
-      controls(new QBoxLayout(QBoxLayout::LeftToRight)),
-      buttons(new QWidget(header)),
-      observing(store.observe([this](std::string_view key) {
-          if (key == preferences::rosterCompactRows.name)
-              students->setCompact(defaults.value(preferences::rosterCompactRows));
-          else if (key == preferences::courseInsightPanelMode.name)
-              showInsight();
-          else if (courseSettings::isIconKey(key))
-              showHeader();
-      })) {
-    refresh->setAccessibleName(QStringLiteral("Refresh this roster"));
-    refresh->setProperty("quiet", true);
+      students(new RosterTable(appearance, this)),
+      observing(defaults.observe([this](std::string_view key) { preferenceChanged(key); })) {
     progress->setTextVisible(false);
     progress->setAccessibleName(QStringLiteral("Loading"));
-    filter->setPlaceholderText(QStringLiteral("Filter students"));
-    filter->setAccessibleName(QStringLiteral("Filter students"));
-    filter->setClearButtonEnabled(true);
-    subtitle->setProperty("secondary", true);
     stale->setProperty("attention", true);
     message->setAlignment(Qt::AlignCenter);
-    message->setProperty("secondary", true);
+    connectButton->setToolTip(QStringLiteral("Enter your Canvas address and token"));
+    connectButton->setAutoDefault(false);
     students->setCompact(defaults.value(preferences::rosterCompactRows));
     students->setContextMenuPolicy(Qt::CustomContextMenu);
-
-    auto *names = new QVBoxLayout;
-    names->setSpacing(1);
-    names->addWidget(title);
-    names->addWidget(subtitle);
-    auto *heading = new QHBoxLayout;
-    heading->addWidget(tile);
-    heading->addLayout(names, 1);
-    auto *row = new QHBoxLayout(buttons);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(thresholds);
-    row->addWidget(missingWork);
-    row->addStretch(1);
-    row->addWidget(refresh);
-    controls->addWidget(filter, 1);
-    controls->addWidget(buttons);
-    headerLayout->addLayout(heading, 1);
-    headerLayout->addLayout(controls);
 
     stack->addWidget(students);
     auto *page = new QVBoxLayout(messagePage);
@@ -146,17 +92,20 @@ RosterPane::RosterPane(
     column->addWidget(insightFrame);
     column->addWidget(stack, 1);
 
-    connect(filter, &QLineEdit::textChanged, this, [this](const QString &typed) {
+    connectViews();
+    applyAppearance();
+    showRoster();
+}
+
+void RosterPane::connectViews() {
+    connect(header, &RosterHeader::filterDidChange, this, [this](const QString &typed) {
         students->setFilter(typed);
         showCount();
     });
-    connect(filter, &QLineEdit::returnPressed, this, &RosterPane::focusStudents);
-    auto *down = new QShortcut(Qt::Key_Down, filter);
-    down->setContext(Qt::WidgetShortcut);
-    connect(down, &QShortcut::activated, this, &RosterPane::focusStudents);
-    connect(thresholds, &QPushButton::clicked, this, &RosterPane::thresholdsRequested);
-    connect(missingWork, &QPushButton::clicked, this, &RosterPane::missingWorkRequested);
-    connect(refresh, &QPushButton::clicked, this, &RosterPane::refreshRequested);
+    connect(header, &RosterHeader::studentsRequested, this, &RosterPane::focusStudents);
+    connect(header, &RosterHeader::thresholdsRequested, this, &RosterPane::thresholdsRequested);
+    connect(header, &RosterHeader::missingWorkRequested, this, &RosterPane::missingWorkRequested);
+    connect(header, &RosterHeader::refreshRequested, this, &RosterPane::refreshRequested);
     connect(insight, &InsightBand::missingWorkRequested, this, &RosterPane::missingWorkRequested);
     connect(insight, &InsightBand::shrinkRequested, this, [this](bool small) {
         defaults.set(preferences::courseInsightPanelMode, std::string(small ? "small" : "shown"));
@@ -167,14 +116,20 @@ RosterPane::RosterPane(
     });
     connect(&controller, &MainWindowController::rosterDidChange, this, &RosterPane::showRoster);
     connect(&controller, &MainWindowController::loadingDidChange, this, &RosterPane::showProgress);
-    connect(&appearance, &Appearance::changed, this, &RosterPane::applyAppearance);
-    applyAppearance();
-    showRoster();
+    connect(&appearance, &Appearance::appearanceDidChange, this, &RosterPane::applyAppearance);
+}
+
+void RosterPane::preferenceChanged(std::string_view key) {
+    if (key == preferences::rosterCompactRows.name)
+        students->setCompact(defaults.value(preferences::rosterCompactRows));
+    else if (key == preferences::courseInsightPanelMode.name)
+        showInsight();
+    else if (courseSettings::isIconKey(key))
+        header->setRoster(controller.roster());
 }
 
 void RosterPane::focusFilter() {
-    filter->setFocus(Qt::ShortcutFocusReason);
-    filter->selectAll();
+    header->focusFilter();
 }
 
 /// From the filter on to who was found.
@@ -187,46 +142,27 @@ void RosterPane::focusStudents() {
 }
 
 void RosterPane::clearFilter() {
-    filter->clear();
+    header->clearFilter();
 }
 
 void RosterPane::applyAppearance() {
-    title->setFont(appearance.font(1.24, QFont::Bold));
+    const int side = appearance.px(18);
+    const int around = appearance.px(40);
     movement->setFont(appearance.font(1, QFont::DemiBold));
-    movement->setContentsMargins(appearance.px(18), 0, appearance.px(18), appearance.px(10));
-    insightFrame->layout()->setContentsMargins(
-        appearance.px(18), 0, appearance.px(18), appearance.px(10));
+    movement->setContentsMargins(side, 0, side, appearance.px(10));
+    insightFrame->layout()->setContentsMargins(side, 0, side, appearance.px(10));
     message->setFont(appearance.font(1.1));
-    message->setContentsMargins(
-        appearance.px(40), appearance.px(40), appearance.px(40), appearance.px(40));
-    stale->setContentsMargins(appearance.px(18), 0, appearance.px(18), appearance.px(8));
-    filter->setMinimumWidth(appearance.px(124));
-    headerLayout->setContentsMargins(
-        appearance.px(18), appearance.px(14), appearance.px(18), appearance.px(12));
-    headerLayout->setSpacing(appearance.px(10));
-    controls->setSpacing(appearance.px(8));
-    buttons->layout()->setSpacing(appearance.px(8));
-    showHeader();
-}
-
-void RosterPane::arrangeHeader() {
-    const int room = width() - 2 * appearance.px(18);
-    const int inRow = filter->minimumWidth() + controls->spacing() + buttons->sizeHint().width();
-    const bool besideTitle = inRow + appearance.px(290) <= room;
-    headerLayout->setDirection(besideTitle ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    controls->setDirection(inRow <= room ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-}
-
-void RosterPane::resizeEvent(QResizeEvent *event) {
-    QWidget::resizeEvent(event);
-    arrangeHeader();
+    message->setContentsMargins(around, around, around, around);
+    stale->setContentsMargins(side, 0, side, appearance.px(8));
+    header->setRoster(controller.roster());
 }
 
 void RosterPane::showRoster() {
     const RosterView &roster = controller.roster();
-    if (roster.title != title->accessibleName().toStdString())
-        filter->clear();
-    showHeader();
+    // By what is selected, since two courses may have one title.
+    if (std::exchange(filtered, controller.selection()) != controller.selection())
+        header->clearFilter();
+    header->setRoster(roster);
     stale->setVisible(!roster.staleReason.empty());
     stale->setText(
         qstring(roster.staleReason) + QStringLiteral(" Showing what was loaded before."));
@@ -259,45 +195,22 @@ void RosterPane::showProgress() {
     showCount();
 }
 
-void RosterPane::showHeader() {
-    const RosterView &roster = controller.roster();
-    const bool shown = roster.state == RosterView::State::shown;
-    const bool course = roster.courseID.has_value();
-    header->setVisible(!roster.title.empty());
-    title->setFullText(qstring(roster.title));
-    tile->setVisible(course);
-    if (course) {
-        tile->setPixmap(courseTile(
-            *roster.courseID, roster.title, appearance.px(36), devicePixelRatioF(),
-            courseIcon(defaults, *roster.courseID)));
-    }
-    thresholds->setVisible(course);
-    thresholds->setText(
-        roster.thresholds && roster.thresholds->anyOverridden()
-            ? QStringLiteral("Thresholds: Custom")
-            : QStringLiteral("Thresholds"));
-    missingWork->setVisible(course);
-    filter->setVisible(shown && !roster.rows.empty());
-    showCount();
-    arrangeHeader();
-}
-
 void RosterPane::showCount() {
     const RosterView &roster = controller.roster();
     if (roster.state != RosterView::State::shown) {
-        subtitle->setFullText({});
+        header->setSubtitle({});
         movement->setVisible(false);
         return;
     }
     QString text;
-    if (!filter->text().trimmed().isEmpty())
+    if (!header->filterText().trimmed().isEmpty())
         text = QStringLiteral("%1 of ").arg(students->shownCount());
     text += roster.courseID ? qstring(studentsText(roster.rows.size()))
                             : qstring(flaggedAcrossText(roster.rows.size(), roster.courseCount));
     text += QStringLiteral(" · updated ") + qstring(calendar::shortTime(roster.fetchedAt));
     if (controller.isLoading())
         text += QStringLiteral(" · refreshing…");
-    subtitle->setFullText(text);
+    header->setSubtitle(text);
     const QString remembered = qstring(rememberedLine(roster));
     movement->setFullText(remembered);
     movement->setVisible(!remembered.isEmpty());

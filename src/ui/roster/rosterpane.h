@@ -1,14 +1,13 @@
 // The middle of the window: a course's or a term's heading and its students.
 #pragma once
 
+#include "app/courses/courseselection.h"
 #include "preferences/userdefaults.h"
 #include "ui/roster/rostertable.h"
 
 #include <QWidget>
 
-class QBoxLayout;
 class QLabel;
-class QLineEdit;
 class QProgressBar;
 class QPushButton;
 class QStackedWidget;
@@ -19,7 +18,10 @@ class Appearance;
 class ElidedLabel;
 class InsightBand;
 class MainWindowController;
+class RosterHeader;
 
+/// Shows the controller's roster: its heading, what is remembered of it, and the students, or why
+/// there are none.
 class RosterPane : public QWidget {
     Q_OBJECT
 
@@ -39,32 +41,22 @@ class RosterPane : public QWidget {
     void connectionRequested();
     void contextMenuRequested(const QPoint &globalPosition);
 
-  protected:
-    void resizeEvent(QResizeEvent *event) override;
-
   private:
     void showRoster();
     void focusStudents();
-    void showHeader();
     void showCount();
     void showProgress();
     void showInsight();
     void applyAppearance();
-    /// Puts the header's controls beside the title, or in rows below it where there is no room.
-    void arrangeHeader();
+    void connectViews();
+    void preferenceChanged(std::string_view key);
 
     MainWindowController &controller;
     UserDefaults &defaults;
     const Appearance &appearance;
-    QLabel *tile;
-    ElidedLabel *title;
-    ElidedLabel *subtitle;
+    RosterHeader *header;
     ElidedLabel *movement;
     QLabel *stale;
-    QLineEdit *filter;
-    QPushButton *thresholds;
-    QPushButton *missingWork;
-    QPushButton *refresh;
     QStackedWidget *stack;
     QWidget *messagePage;
     QLabel *message;
@@ -73,10 +65,8 @@ class RosterPane : public QWidget {
     InsightBand *insight;
     QWidget *insightFrame;
     RosterTable *students;
-    QWidget *header;
-    QBoxLayout *headerLayout;
-    QBoxLayout *controls;
-    QWidget *buttons;
+    /// What the filter was typed for.
+    std::optional<Selection> filtered;
     std::shared_ptr<void> observing;
 };
 

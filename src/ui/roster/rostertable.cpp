@@ -11,12 +11,12 @@
 
 namespace ellwynd {
 
-RosterTable::RosterTable(const Appearance &look, QWidget *parent)
+RosterTable::RosterTable(const Appearance &appearance, QWidget *parent)
     : QTableView(parent),
-      appearance(look),
+      appearance(appearance),
       model(new RosterModel(this)),
       filter(new RosterFilter(this)),
-      delegate(new RosterDelegate(look, *filter, this)) {
+      delegate(new RosterDelegate(appearance, *filter, this)) {
     filter->setSourceModel(model);
     QTableView::setModel(filter);
     setItemDelegate(delegate);
@@ -51,13 +51,13 @@ RosterTable::RosterTable(const Appearance &look, QWidget *parent)
     });
     connect(filter, &QAbstractItemModel::layoutChanged, &rowSizing, qOverload<>(&QTimer::start));
     connect(filter, &QAbstractItemModel::rowsInserted, &rowSizing, qOverload<>(&QTimer::start));
-    connect(delegate, &RosterDelegate::rowExpanded, this, [this](const QModelIndex &index) {
+    connect(delegate, &RosterDelegate::rowHeightDidChange, this, [this](const QModelIndex &index) {
         resizeRowToContents(index.row());
     });
     connect(delegate, &RosterDelegate::gradesRequested, this, &RosterTable::gradesRequested);
     connect(
         delegate, &RosterDelegate::assignmentRequested, this, &RosterTable::assignmentRequested);
-    connect(&look, &Appearance::changed, this, [this] {
+    connect(&appearance, &Appearance::appearanceDidChange, this, [this] {
         sizeColumns();
         rowSizing.start();
     });

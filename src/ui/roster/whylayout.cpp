@@ -28,12 +28,12 @@ QString inLine(const std::string &name) {
 
 } // namespace
 
-WhyLayout::WhyLayout(const RiskRow &row, int width, Form form, const Appearance &look)
-    : appearance(look) {
+WhyLayout::WhyLayout(const RiskRow &row, int width, Form form, const Appearance &appearance)
+    : appearance(appearance) {
     if (row.reasonLines.empty())
         return;
     if (form == Form::compact) {
-        text = QFontMetrics(look.font())
+        text = QFontMetrics(appearance.font())
                    .elidedText(qstring(row.reasonLines.front().text), Qt::ElideRight, width);
     } else {
         addSentences(row);

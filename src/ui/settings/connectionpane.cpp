@@ -1,40 +1,32 @@
 #include "ui/settings/connectionpane.h"
 
-#include "canvas/connectioncheck.h"
+#include "ui/connection/connectionform.h"
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
-#include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QUrl>
 #include <QVBoxLayout>
 
 namespace ellwynd {
 
 ConnectionPane::ConnectionPane(
-    UserDefaults &store, ConnectionCheck &connection, const Appearance &look)
-    : SettingsPane(QStringLiteral("Connection"), store, look),
-      check(connection),
-      address(new QLineEdit),
-      token(new QLineEdit),
-      progress(new QProgressBar),
+    UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance)
+    : SettingsPane(QStringLiteral("Connection"), defaults, appearance),
+      check(check),
+      form(new ConnectionForm(check, this)),
       testButton(new QPushButton(QStringLiteral("Test Connection"))) {
-    status = addNote({});
-    address->setPlaceholderText(QStringLiteral("https://canvas.example.edu"));
-    address->setMinimumWidth(look.px(260));
-    token->setEchoMode(QLineEdit::Password);
-    token->setMinimumWidth(look.px(260));
-    addRow(QStringLiteral("Canvas address"), address);
-    addRow(QStringLiteral("Access token"), token);
-
-    auto *page = new TextLink(QStringLiteral("Open the page where access tokens are created"));
-    page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    addWidget(page);
+    addWidget(form->status);
+    for (QLineEdit *field : {form->address, form->token})
+        field->setMinimumWidth(appearance.px(260));
+    addRow(QStringLiteral("Canvas address"), form->address);
+    addRow(QStringLiteral("Access token"), form->token);
+    form->tokenPage->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    addWidget(form->tokenPage);
 
     auto *saveButton = new QPushButton(QStringLiteral("Save"));
     auto *signOutButton = new QPushButton(QStringLiteral("Sign Out"));
@@ -49,72 +41,42 @@ ConnectionPane::ConnectionPane(
     row->addStretch(1);
     row->addWidget(signOutButton);
     addWidget(buttons);
-    progress->setRange(0, 0);
-    progress->setTextVisible(false);
-    progress->setAccessibleName(QStringLiteral("Checking the connection"));
-    progress->hide();
-    addWidget(progress);
+    addWidget(form->progress);
 
     connect(testButton, &QPushButton::clicked, this, [this] { test(); });
     connect(saveButton, &QPushButton::clicked, this, &ConnectionPane::save);
-    connect(token, &QLineEdit::returnPressed, this, &ConnectionPane::save);
+    connect(form->token, &QLineEdit::returnPressed, this, &ConnectionPane::save);
     connect(signOutButton, &QPushButton::clicked, this, &ConnectionPane::signOut);
-    connect(page, &TextLink::pressed, this, &ConnectionPane::openTokenPage);
-}
-
-void ConnectionPane::say(const std::string &text, bool failed) {
-    showStatus(*status, qstring(text), failed);
 }
 
 void ConnectionPane::reload() {
-    const ConnectionState state = check.state();
-    address->setText(qstring(state.address));
-    token->clear();
-    token->setPlaceholderText(qstring(state.placeholder));
-    // Nobody can tell whether a token is saved, so none is asked for.
-    token->setEnabled(!state.keychainUnavailable);
-    say(state.status);
+    form->reload();
 }
 
 QCoro::Task<> ConnectionPane::test() {
     const QPointer<ConnectionPane> self(this);
     testButton->setEnabled(false);
-    progress->show();
-    say("Checking " + address->text().trimmed().toStdString() + "…");
-    auto testing = check.test(address->text().toStdString(), token->text().toStdString());
+    auto testing = form->test();
     const ConnectionOutcome outcome = co_await testing;
     if (!self)
         co_return;
     testButton->setEnabled(true);
-    progress->hide();
-    say(outcome.status, !outcome.succeeded);
-    Q_EMIT announced(
-        (outcome.succeeded ? QStringLiteral("Connection test succeeded. ")
-                           : QStringLiteral("Connection test failed. ")) +
-        qstring(outcome.status));
+    Q_EMIT announcementRequested(ConnectionForm::announcement(outcome));
 }
 
 void ConnectionPane::save() {
-    const ConnectionOutcome outcome =
-        check.save(address->text().toStdString(), token->text().toStdString());
-    if (outcome.succeeded) {
-        reload();
-        Q_EMIT connectionDidChange();
-    }
-    say(outcome.status, !outcome.succeeded);
+    const ConnectionOutcome outcome = form->save();
+    if (!outcome.succeeded)
+        return;
+    form->reload();
+    Q_EMIT connectionDidChange();
+    form->showOutcome(outcome);
 }
 
 void ConnectionPane::signOut() {
     check.signOut();
-    reload();
+    form->reload();
     Q_EMIT connectionDidChange();
-}
-
-void ConnectionPane::openTokenPage() {
-    if (const auto page = ConnectionCheck::tokenPage(address->text().toStdString()))
-        QDesktopServices::openUrl(QUrl(qstring(*page)));
-    else
-        say(std::string(tokenPageNeedsAddress), true);
 }
 
 } // namespace ellwynd

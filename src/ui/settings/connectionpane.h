@@ -5,13 +5,12 @@
 
 #include <QCoro/QCoroTask>
 
-class QLineEdit;
-class QProgressBar;
 class QPushButton;
 
 namespace ellwynd {
 
 class ConnectionCheck;
+class ConnectionForm;
 
 /// The Canvas address and its token: tested, saved, or forgotten.
 class ConnectionPane : public SettingsPane {
@@ -25,8 +24,8 @@ class ConnectionPane : public SettingsPane {
 
   Q_SIGNALS:
     void connectionDidChange();
-    /// What a screen reader should say now.
-    void announced(const QString &text);
+    /// A screen reader should say this now.
+    void announcementRequested(const QString &text);
 
   protected:
     void showPreferences() override {}
@@ -35,14 +34,9 @@ class ConnectionPane : public SettingsPane {
     QCoro::Task<> test();
     void save();
     void signOut();
-    void openTokenPage();
-    void say(const std::string &text, bool failed = false);
 
     ConnectionCheck &check;
-    QLineEdit *address;
-    QLineEdit *token;
-    QLabel *status;
-    QProgressBar *progress;
+    ConnectionForm *form;
     QPushButton *testButton;
 };
 

@@ -37,8 +37,8 @@ int toPercent(double factor) {
 
 } // namespace
 
-GeneralPane::GeneralPane(UserDefaults &store, const Appearance &look)
-    : SettingsPane(QStringLiteral("General"), store, look),
+GeneralPane::GeneralPane(UserDefaults &defaults, const Appearance &appearance)
+    : SettingsPane(QStringLiteral("General"), defaults, appearance),
       appearanceChoice(choices(preferences::appearance)),
       accent(choices(preferences::accentTheme)),
       textSize(new QSpinBox),
@@ -65,24 +65,25 @@ GeneralPane::GeneralPane(UserDefaults &store, const Appearance &look)
     updates->setAccessibleName(updates->text());
 
     connect(appearanceChoice, &QComboBox::currentIndexChanged, this, [this] {
-        defaults.set(
+        this->defaults.set(
             preferences::appearance, appearanceChoice->currentData().toString().toStdString());
     });
     connect(accent, &QComboBox::currentIndexChanged, this, [this] {
-        defaults.set(preferences::accentTheme, accent->currentData().toString().toStdString());
+        this->defaults.set(
+            preferences::accentTheme, accent->currentData().toString().toStdString());
     });
     connect(textSize, &QSpinBox::valueChanged, this, [this](int value) {
-        if (value / percent != defaults.value(preferences::textScale))
-            defaults.set(preferences::textScale, value / percent);
+        if (value / percent != this->defaults.value(preferences::textScale))
+            this->defaults.set(preferences::textScale, value / percent);
     });
     connect(terms, &QSpinBox::valueChanged, this, [this](int value) {
-        defaults.set(preferences::sidebarTermLimit, std::int64_t{value});
+        this->defaults.set(preferences::sidebarTermLimit, std::int64_t{value});
     });
     connect(compactRows, &QCheckBox::toggled, this, [this](bool on) {
-        defaults.set(preferences::rosterCompactRows, on);
+        this->defaults.set(preferences::rosterCompactRows, on);
     });
     connect(updates, &QCheckBox::toggled, this, [this](bool on) {
-        defaults.set(preferences::automaticUpdateChecks, on);
+        this->defaults.set(preferences::automaticUpdateChecks, on);
     });
     offerUpdates(false);
     GeneralPane::showPreferences();

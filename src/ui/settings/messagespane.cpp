@@ -29,11 +29,11 @@ QString itemText(const std::string &name) {
 } // namespace
 
 MessagesPane::MessagesPane(
-    UserDefaults &preferences, TemplateStore &templates, PreviewSource student,
-    const Appearance &look)
-    : SettingsPane(QStringLiteral("Messages"), preferences, look),
-      store(templates),
-      editor(new TemplateEditor(std::move(student), look)) {
+    UserDefaults &defaults, TemplateStore &store, PreviewSource student,
+    const Appearance &appearance)
+    : SettingsPane(QStringLiteral("Messages"), defaults, appearance),
+      store(store),
+      editor(new TemplateEditor(std::move(student), appearance)) {
     addNote(QStringLiteral(
         "What you copy for the students you choose in a roster. Nothing is sent from here."));
     addWidget(makeList());
@@ -44,8 +44,8 @@ MessagesPane::MessagesPane(
     saveSoon.setSingleShot(true);
     saveSoon.setInterval(pauseInWriting);
     connect(&saveSoon, &QTimer::timeout, this, &MessagesPane::save);
-    connect(editor, &TemplateEditor::left, this, &MessagesPane::save);
-    connect(editor, &TemplateEditor::edited, this, [this] {
+    connect(editor, &TemplateEditor::saveRequested, this, &MessagesPane::save);
+    connect(editor, &TemplateEditor::templateDidChange, this, [this] {
         edited = true;
         if (QListWidgetItem *item = list->currentItem())
             item->setText(itemText(editor->name()));

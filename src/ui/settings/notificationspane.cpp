@@ -12,9 +12,9 @@
 namespace ellwynd {
 
 NotificationsPane::NotificationsPane(
-    UserDefaults &store, UserNotifications &system, const Appearance &look)
-    : SettingsPane(QStringLiteral("Notifications"), store, look),
-      notifications(system),
+    UserDefaults &defaults, UserNotifications &notifications, const Appearance &appearance)
+    : SettingsPane(QStringLiteral("Notifications"), defaults, appearance),
+      notifications(notifications),
       enabled(new QCheckBox(QStringLiteral("Tell me when students newly need attention"))),
       whileActive(new QCheckBox(QStringLiteral("Also while Ellwynd is in front"))),
       turnedOff(plainLabel(nullptr, true)) {
@@ -31,10 +31,10 @@ NotificationsPane::NotificationsPane(
     turnedOff->hide();
 
     connect(enabled, &QCheckBox::toggled, this, [this](bool on) {
-        defaults.set(preferences::movementNotifications, on);
+        this->defaults.set(preferences::movementNotifications, on);
     });
     connect(whileActive, &QCheckBox::toggled, this, [this](bool on) {
-        defaults.set(preferences::notifyWhileActive, on);
+        this->defaults.set(preferences::notifyWhileActive, on);
     });
     NotificationsPane::showPreferences();
 }

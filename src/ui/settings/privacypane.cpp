@@ -31,9 +31,9 @@ QWidget *statusRow(QLabel *line, QPushButton *button) {
 
 } // namespace
 
-PrivacyPane::PrivacyPane(UserDefaults &store, Stores &memory, const Appearance &look)
-    : SettingsPane(QStringLiteral("Privacy"), store, look),
-      stores(memory),
+PrivacyPane::PrivacyPane(UserDefaults &defaults, Stores &stores, const Appearance &appearance)
+    : SettingsPane(QStringLiteral("Privacy"), defaults, appearance),
+      stores(stores),
       rememberHistory(
           new QCheckBox(QStringLiteral("Remember what Ellwynd said, to show what changed"))),
       historyLine(plainLabel(nullptr)),
@@ -54,13 +54,15 @@ PrivacyPane::PrivacyPane(UserDefaults &store, Stores &memory, const Appearance &
 
     // The stores follow these preferences and forget on their own.
     connect(rememberHistory, &QCheckBox::toggled, this, [this](bool on) {
-        defaults.set(preferences::rememberRosterHistory, on);
+        this->defaults.set(preferences::rememberRosterHistory, on);
     });
     connect(rememberContacts, &QCheckBox::toggled, this, [this](bool on) {
-        defaults.set(preferences::rememberContacts, on);
+        this->defaults.set(preferences::rememberContacts, on);
     });
-    connect(deleteHistory, &QPushButton::clicked, this, [this] { stores.history.deleteAll(); });
-    connect(deleteContacts, &QPushButton::clicked, this, [this] { stores.contacts.deleteAll(); });
+    connect(
+        deleteHistory, &QPushButton::clicked, this, [this] { this->stores.history.deleteAll(); });
+    connect(
+        deleteContacts, &QPushButton::clicked, this, [this] { this->stores.contacts.deleteAll(); });
     connect(&stores.history, &RosterHistory::historyDidChange, this, &PrivacyPane::showPreferences);
     connect(&stores.contacts, &ContactLog::contactsDidChange, this, &PrivacyPane::showPreferences);
     PrivacyPane::showPreferences();

@@ -10,22 +10,23 @@
 
 namespace ellwynd {
 
-SettingsPane::SettingsPane(const QString &title, UserDefaults &store, const Appearance &look)
-    : defaults(store),
-      appearance(look),
+SettingsPane::SettingsPane(
+    const QString &title, UserDefaults &defaults, const Appearance &appearance)
+    : defaults(defaults),
+      appearance(appearance),
       contents(new QVBoxLayout(this)),
-      observing(store.observe([this](std::string_view) { showPreferences(); })) {
+      observing(defaults.observe([this](std::string_view) { showPreferences(); })) {
     auto *heading = plainLabel(this);
     heading->setText(title);
     contents->addWidget(heading);
     contents->addStretch(1);
     const auto size = [this, heading] {
-        const int margin = appearance.px(20);
+        const int margin = this->appearance.px(20);
         contents->setContentsMargins(margin, margin, margin, margin);
-        contents->setSpacing(appearance.px(12));
-        heading->setFont(appearance.font(1.22, QFont::Bold));
+        contents->setSpacing(this->appearance.px(12));
+        heading->setFont(this->appearance.font(1.22, QFont::Bold));
     };
-    connect(&appearance, &Appearance::changed, this, size);
+    connect(&appearance, &Appearance::appearanceDidChange, this, size);
     size();
 }
 
@@ -56,9 +57,7 @@ QLabel *SettingsPane::addRow(const QString &label, QWidget *control, const QStri
 }
 
 QLabel *SettingsPane::addNote(const QString &text) {
-    auto *note = plainLabel(this, true);
-    note->setProperty("secondary", true);
-    note->setText(text);
+    auto *note = secondaryLabel(this, text);
     addWidget(note);
     return note;
 }

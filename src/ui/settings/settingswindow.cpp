@@ -21,15 +21,16 @@ namespace ellwynd {
 
 SettingsWindow::SettingsWindow(
     UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &service,
-    UserNotifications &system, PreviewSource previewStudent, const Appearance &look,
+    UserNotifications &system, PreviewSource previewStudent, const Appearance &appearance,
     QWidget *parent)
     : QDialog(parent),
-      appearance(look),
+      appearance(appearance),
       pages(new QListWidget(this)),
       panes(new QStackedWidget(this)),
-      generalPane(new GeneralPane(defaults, look)),
-      connectionPane(new ConnectionPane(defaults, check, look)),
-      messagesPane(new MessagesPane(defaults, stores.templates, std::move(previewStudent), look)) {
+      generalPane(new GeneralPane(defaults, appearance)),
+      connectionPane(new ConnectionPane(defaults, check, appearance)),
+      messagesPane(
+          new MessagesPane(defaults, stores.templates, std::move(previewStudent), appearance)) {
     setWindowTitle(QStringLiteral("Settings"));
     pages->setObjectName(QStringLiteral("settingsPages"));
     pages->setAccessibleName(QStringLiteral("Settings pages"));
@@ -43,21 +44,22 @@ SettingsWindow::SettingsWindow(
 
     addPage(QStringLiteral("General"), generalPane);
     addPage(QStringLiteral("Connection"), connectionPane);
-    addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, look));
+    addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, appearance));
     addPage(QStringLiteral("Messages"), messagesPane);
-    addPage(QStringLiteral("Notifications"), new NotificationsPane(defaults, system, look));
+    addPage(QStringLiteral("Notifications"), new NotificationsPane(defaults, system, appearance));
     addPage(
-        QStringLiteral("Widgets"), new WidgetsPane(defaults, look, &WidgetsPane::startDetached));
-    addPage(QStringLiteral("Privacy"), new PrivacyPane(defaults, stores, look));
-    addPage(QStringLiteral("Sync"), new SyncPane(defaults, service, look));
+        QStringLiteral("Widgets"),
+        new WidgetsPane(defaults, appearance, &WidgetsPane::startDetached));
+    addPage(QStringLiteral("Privacy"), new PrivacyPane(defaults, stores, appearance));
+    addPage(QStringLiteral("Sync"), new SyncPane(defaults, service, appearance));
     pages->setCurrentRow(general);
     connect(
         connectionPane, &ConnectionPane::connectionDidChange, this,
         &SettingsWindow::connectionDidChange);
-    connect(connectionPane, &ConnectionPane::announced, this, [this](const QString &text) {
-        announce(*this, text);
-    });
-    connect(&look, &Appearance::changed, this, &SettingsWindow::applyAppearance);
+    connect(
+        connectionPane, &ConnectionPane::announcementRequested, this,
+        [this](const QString &text) { announce(*this, text); });
+    connect(&appearance, &Appearance::appearanceDidChange, this, &SettingsWindow::applyAppearance);
     applyAppearance();
     resize(appearance.px(800), appearance.px(640));
 }

@@ -14,9 +14,9 @@
 
 namespace ellwynd {
 
-SyncPane::SyncPane(UserDefaults &store, SyncService &sync, const Appearance &look)
-    : SettingsPane(QStringLiteral("Sync"), store, look),
-      service(sync),
+SyncPane::SyncPane(UserDefaults &defaults, SyncService &service, const Appearance &appearance)
+    : SettingsPane(QStringLiteral("Sync"), defaults, appearance),
+      service(service),
       enabled(new QCheckBox(QStringLiteral("Keep settings in step on all my computers"))),
       folder(new QLineEdit),
       remove(new QPushButton(QStringLiteral("Remove Synced Settings"))) {
@@ -43,11 +43,11 @@ SyncPane::SyncPane(UserDefaults &store, SyncService &sync, const Appearance &loo
     addWidget(remove);
 
     connect(enabled, &QCheckBox::toggled, this, [this](bool on) {
-        defaults.set(preferences::syncSettings, on);
+        this->defaults.set(preferences::syncSettings, on);
     });
     connect(choose, &QPushButton::clicked, this, &SyncPane::chooseFolder);
     connect(remove, &QPushButton::clicked, this, [this] {
-        service.removeSyncedSettings();
+        this->service.removeSyncedSettings();
         status->setText(QStringLiteral("Removed the synced settings from the folder."));
     });
     connect(&service, &SyncService::statusDidChange, this, &SyncPane::showPreferences);

@@ -42,9 +42,9 @@ QLabel *titleOf(QWidget *field, const QString &text, QWidget *parent) {
 
 } // namespace
 
-TemplateEditor::TemplateEditor(PreviewSource source, const Appearance &look)
-    : student(std::move(source)),
-      appearance(look),
+TemplateEditor::TemplateEditor(PreviewSource student, const Appearance &appearance)
+    : student(std::move(student)),
+      appearance(appearance),
       nameField(new QLineEdit),
       bodyField(new QPlainTextEdit),
       preview(new QPlainTextEdit) {
@@ -69,12 +69,12 @@ TemplateEditor::TemplateEditor(PreviewSource source, const Appearance &look)
 
     for (QWidget *field : std::initializer_list<QWidget *>{nameField, bodyField})
         field->installEventFilter(this);
-    connect(nameField, &QLineEdit::textEdited, this, &TemplateEditor::edited);
+    connect(nameField, &QLineEdit::textEdited, this, &TemplateEditor::templateDidChange);
     connect(bodyField, &QPlainTextEdit::textChanged, this, [this] {
         refreshPreview();
-        Q_EMIT edited();
+        Q_EMIT templateDidChange();
     });
-    connect(&appearance, &Appearance::changed, this, &TemplateEditor::applyAppearance);
+    connect(&appearance, &Appearance::appearanceDidChange, this, &TemplateEditor::applyAppearance);
     applyAppearance();
     show(nullptr);
 }
@@ -83,11 +83,11 @@ QWidget *TemplateEditor::makePlaceholders() {
     auto *area = new QWidget;
     placeholderGrid = new QGridLayout(area);
     placeholderGrid->setContentsMargins(0, 0, 0, 0);
-    auto *note = plainLabel(area, true);
-    note->setProperty("secondary", true);
-    note->setText(QStringLiteral(
-        "A placeholder is filled in for each student. A line whose placeholder has nothing to say "
-        "is left out."));
+    auto *note = secondaryLabel(
+        area,
+        QStringLiteral("A placeholder is filled in for each student. A line whose placeholder has "
+                       "nothing to say "
+                       "is left out."));
     placeholderGrid->addWidget(note, 0, 0, 1, 4);
     for (const PlaceholderText &placeholder : placeholders) {
         const QString token = qstring(placeholder.token);
@@ -191,7 +191,7 @@ std::string TemplateEditor::body() const {
 
 bool TemplateEditor::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::FocusOut)
-        Q_EMIT left();
+        Q_EMIT saveRequested();
     return QWidget::eventFilter(watched, event);
 }
 

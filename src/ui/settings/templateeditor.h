@@ -47,9 +47,9 @@ class TemplateEditor : public QWidget {
 
   Q_SIGNALS:
     /// The teacher changed a word.
-    void edited();
+    void templateDidChange();
     /// The keyboard went elsewhere.
-    void left();
+    void saveRequested();
 
   protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

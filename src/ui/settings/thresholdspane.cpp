@@ -6,8 +6,8 @@
 
 namespace ellwynd {
 
-ThresholdsPane::ThresholdsPane(UserDefaults &store, const Appearance &look)
-    : SettingsPane(QStringLiteral("Risk Thresholds"), store, look),
+ThresholdsPane::ThresholdsPane(UserDefaults &defaults, const Appearance &appearance)
+    : SettingsPane(QStringLiteral("Risk Thresholds"), defaults, appearance),
       passing(passingScoreEditor(QStringLiteral("Default passing score, percent"), this)),
       inactivity(inactivityEditor(
           QStringLiteral("Default inactivity window, days behind the class"), this)) {
@@ -17,10 +17,10 @@ ThresholdsPane::ThresholdsPane(UserDefaults &store, const Appearance &look)
     addRow(QStringLiteral("Passing score"), passing);
     addRow(QStringLiteral("Inactivity window"), inactivity, QStringLiteral("days"));
     connect(passing, &QDoubleSpinBox::valueChanged, this, [this](double value) {
-        defaults.set(preferences::defaultPassingScore, value);
+        this->defaults.set(preferences::defaultPassingScore, value);
     });
     connect(inactivity, &QSpinBox::valueChanged, this, [this](int value) {
-        defaults.set(preferences::defaultInactivityDays, std::int64_t{value});
+        this->defaults.set(preferences::defaultInactivityDays, std::int64_t{value});
     });
     ThresholdsPane::showPreferences();
 }

@@ -30,9 +30,9 @@ autostart::Entry widgetEntry() {
 
 } // namespace
 
-WidgetsPane::WidgetsPane(UserDefaults &store, const Appearance &look, Start starter)
-    : SettingsPane(QStringLiteral("Widgets"), store, look),
-      start(std::move(starter)),
+WidgetsPane::WidgetsPane(UserDefaults &defaults, const Appearance &appearance, Start start)
+    : SettingsPane(QStringLiteral("Widgets"), defaults, appearance),
+      start(std::move(start)),
       hideNames(new QCheckBox(QStringLiteral("Hide course names"))),
       withSession(new QCheckBox(QStringLiteral("Show the widgets when I log in"))),
       failure(plainLabel(nullptr, true)) {
@@ -51,7 +51,7 @@ WidgetsPane::WidgetsPane(UserDefaults &store, const Appearance &look, Start star
     failure->hide();
 
     connect(hideNames, &QCheckBox::toggled, this, [this](bool on) {
-        defaults.set(preferences::widgetsHideCourseNames, on);
+        this->defaults.set(preferences::widgetsHideCourseNames, on);
     });
     connect(withSession, &QCheckBox::toggled, this, &WidgetsPane::setAutostart);
     connect(show, &QPushButton::clicked, this, &WidgetsPane::showWidgets);
@@ -66,7 +66,7 @@ void WidgetsPane::showPreferences() {
 void WidgetsPane::showWidgets() {
     // Widgets that are there already stay the only ones.
     const bool started = start(widgetProgram());
-    say(started ? QString() : QStringLiteral("The widgets couldn’t be started."));
+    showFailure(started ? QString() : QStringLiteral("The widgets couldn’t be started."));
 }
 
 void WidgetsPane::showEvent(QShowEvent *event) {
@@ -78,16 +78,16 @@ void WidgetsPane::showEvent(QShowEvent *event) {
 void WidgetsPane::setAutostart(bool on) {
     try {
         autostart::set(directories::autostart(), widgetEntry(), on);
-        say({});
+        showFailure({});
     } catch (const FileError &error) {
-        say(qstring(error.what()));
+        showFailure(qstring(error.what()));
         const QSignalBlocker quiet(withSession);
         withSession->setChecked(!on);
     }
 }
 
 /// Shows what went wrong, or nothing.
-void WidgetsPane::say(const QString &what) {
+void WidgetsPane::showFailure(const QString &what) {
     failure->setText(what);
     failure->setHidden(what.isEmpty());
 }

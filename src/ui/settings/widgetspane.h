@@ -29,7 +29,7 @@ class WidgetsPane : public SettingsPane {
   private:
     void showWidgets();
     void setAutostart(bool on);
-    void say(const QString &what);
+    void showFailure(const QString &what);
 
     Start start;
     QCheckBox *hideNames;

@@ -4,6 +4,7 @@
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
+#include "uikit/tooltip.h"
 
 #include <QListWidget>
 #include <QPushButton>
@@ -40,30 +41,31 @@ QIcon untinted(const QPixmap &pixmap) {
 } // namespace
 
 CopySetupSheet::CopySetupSheet(
-    std::int64_t id, const std::vector<Course> &courses, UserDefaults &store,
-    const Appearance &look, QWidget *parent)
-    : Sheet(QStringLiteral("Copy Course Setup"), QStringLiteral("Copy Course Setup"), look, parent),
-      courseID(id),
-      defaults(store),
-      appearance(look),
+    std::int64_t courseID, const std::vector<Course> &courses, UserDefaults &defaults,
+    const Appearance &appearance, QWidget *parent)
+    : Sheet(
+          QStringLiteral("Copy Course Setup"), QStringLiteral("Copy Course Setup"), appearance,
+          parent),
+      courseID(courseID),
+      defaults(defaults),
+      appearance(appearance),
       list(new QListWidget(this)),
       summary(plainLabel(this, true)),
       copyButton(new QPushButton(QStringLiteral("Copy Setup"), this)),
-      observing(store.observe([this](std::string_view) { showSummary(); })) {
+      observing(defaults.observe([this](std::string_view) { showSummary(); })) {
     const SetupCandidates candidates = setupCandidates(courses, courseID);
     auto *course = new ElidedLabel(this);
     course->setProperty("secondary", true);
     course->setFullText(oneLine(nameOf(courses, courseID)));
-    auto *caption = plainLabel(this, true);
-    caption->setProperty("secondary", true);
-    caption->setText(QStringLiteral("Copy the setup of a course of an earlier term"));
+    auto *caption =
+        secondaryLabel(this, QStringLiteral("Copy the setup of a course of an earlier term"));
     caption->setVisible(!candidates.terms.empty());
     list->setObjectName(QStringLiteral("courses"));
     list->setAccessibleName(QStringLiteral("Courses of earlier terms"));
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setTextElideMode(Qt::ElideRight);
-    list->setIconSize(QSize(look.px(tileSize), look.px(tileSize)));
-    list->setMinimumSize(look.px(420), look.px(listHeight));
+    list->setIconSize(QSize(appearance.px(tileSize), appearance.px(tileSize)));
+    list->setMinimumSize(appearance.px(420), appearance.px(listHeight));
     fillList(candidates);
     list->setVisible(!candidates.terms.empty());
 
@@ -75,13 +77,13 @@ CopySetupSheet::CopySetupSheet(
     buttons->addWidget(copyButton);
 
     column().addWidget(course);
-    column().addSpacing(look.px(4));
+    column().addSpacing(appearance.px(4));
     column().addWidget(caption);
     column().addWidget(list, 1);
     column().addWidget(summary);
-    column().addSpacing(look.px(8));
+    column().addSpacing(appearance.px(8));
     column().addLayout(buttons);
-    summary->setMinimumWidth(look.px(420));
+    summary->setMinimumWidth(appearance.px(420));
 
     connect(list, &QListWidget::currentItemChanged, this, &CopySetupSheet::showSummary);
     connect(list, &QListWidget::itemDoubleClicked, copyButton, &QPushButton::click);
@@ -109,7 +111,7 @@ void CopySetupSheet::fillList(const SetupCandidates &candidates) {
             item->setData(nameRole, name);
             item->setData(
                 Qt::AccessibleTextRole, item->text() + QStringLiteral(", ") + heading->text());
-            item->setToolTip(QStringLiteral("<span>%1</span>").arg(name.toHtmlEscaped()));
+            item->setToolTip(plainToolTip(name));
             item->setIcon(untinted(courseTile(
                 course.id, displayName(course), appearance.px(tileSize), devicePixelRatioF(),
                 courseIcon(defaults, course.id))));
@@ -147,7 +149,7 @@ void CopySetupSheet::copy() {
         return;
     const QString name = list->currentItem()->data(nameRole).toString();
     const PreferenceChanges replaced = copyCourseSetup(defaults, *source, courseID);
-    Q_EMIT setupCopied(QStringLiteral("Copied the setup of %1.").arg(name), replaced);
+    Q_EMIT setupDidChange(QStringLiteral("Copied the setup of %1.").arg(name), replaced);
     accept();
 }
 

@@ -27,7 +27,7 @@ class CopySetupSheet : public Sheet {
     /// The setup was copied.
     /// @param note what was done, in a sentence.
     /// @param replaced takes it back when it is handed to `UserDefaults::update`.
-    void setupCopied(const QString &note, const ellwynd::PreferenceChanges &replaced);
+    void setupDidChange(const QString &note, const ellwynd::PreferenceChanges &replaced);
 
   private:
     void fillList(const SetupCandidates &candidates);

@@ -20,8 +20,8 @@ namespace {
 /// Draws the share of the class as a bar with its percentage, excluded rows in orange.
 class MissingWorkDelegate : public QStyledItemDelegate {
   public:
-    MissingWorkDelegate(const Appearance &look, QObject *parent)
-        : QStyledItemDelegate(parent), appearance(look) {}
+    MissingWorkDelegate(const Appearance &appearance, QObject *parent)
+        : QStyledItemDelegate(parent), appearance(appearance) {}
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index)
         const override {
@@ -77,9 +77,8 @@ MissingWorkSheet::MissingWorkSheet(
       model(new MissingWorkModel(std::move(work), this)),
       table(new QTableView(this)),
       showStudents(new QPushButton(QStringLiteral("Show Students"), this)) {
-    auto *summary = plainLabel(this, true);
-    summary->setProperty("secondary", true);
-    summary->setText(qstring(missedWorkSummary(std::size_t(model->rowCount()), rosterSize)));
+    auto *summary = secondaryLabel(
+        this, qstring(missedWorkSummary(std::size_t(model->rowCount()), rosterSize)));
 
     table->setModel(model);
     table->setItemDelegate(new MissingWorkDelegate(appearance, table));
@@ -128,7 +127,7 @@ void MissingWorkSheet::choose() {
         return;
     const std::vector<std::int64_t> students = model->at(selected.front().row()).studentIDs;
     accept();
-    Q_EMIT studentsChosen(students);
+    Q_EMIT studentsRequested(students);
 }
 
 } // namespace ellwynd

@@ -24,7 +24,7 @@ class MissingWorkSheet : public Sheet {
 
   Q_SIGNALS:
     /// The roster is to select exactly these students.
-    void studentsChosen(const std::vector<std::int64_t> &studentIDs);
+    void studentsRequested(const std::vector<std::int64_t> &studentIDs);
 
   private:
     void choose();

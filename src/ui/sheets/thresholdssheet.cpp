@@ -15,12 +15,12 @@
 namespace ellwynd {
 
 ThresholdsSheet::ThresholdsSheet(
-    std::int64_t id, const std::string &courseName, UserDefaults &store,
+    std::int64_t courseID, const std::string &courseName, UserDefaults &defaults,
     const Appearance &appearance, QWidget *parent)
     : Sheet(
           QStringLiteral("Risk Thresholds"), QStringLiteral("Risk Thresholds"), appearance, parent),
-      courseID(id),
-      defaults(store),
+      courseID(courseID),
+      defaults(defaults),
       summary(plainLabel(this, true)),
       ownPassing(new QCheckBox(QStringLiteral("Use a different passing score"), this)),
       passing(passingScoreEditor(QStringLiteral("Passing score for this course, percent"), this)),
@@ -28,14 +28,13 @@ ThresholdsSheet::ThresholdsSheet(
       inactivity(inactivityEditor(
           QStringLiteral("Inactivity window for this course, days behind the class"), this)),
       followDefaults(new QPushButton(QStringLiteral("Use Defaults"), this)),
-      observing(store.observe([this](std::string_view) { showThresholds(); })) {
+      observing(defaults.observe([this](std::string_view) { showThresholds(); })) {
     auto *course = new ElidedLabel(this);
     course->setProperty("secondary", true);
     course->setFullText(qstring(courseName));
 
-    auto *groupTitle = plainLabel(this);
-    groupTitle->setProperty("secondary", true);
-    groupTitle->setText(QStringLiteral("Current thresholds for this course"));
+    auto *groupTitle =
+        secondaryLabel(this, QStringLiteral("Current thresholds for this course"), false);
     auto *group = new QFrame(this);
     group->setObjectName(QStringLiteral("card"));
     group->setAccessibleName(groupTitle->text());
@@ -74,8 +73,9 @@ ThresholdsSheet::ThresholdsSheet(
     connect(passing, &QDoubleSpinBox::valueChanged, this, &ThresholdsSheet::writePassing);
     connect(ownInactivity, &QCheckBox::toggled, this, &ThresholdsSheet::writeInactivity);
     connect(inactivity, &QSpinBox::valueChanged, this, &ThresholdsSheet::writeInactivity);
-    connect(
-        followDefaults, &QPushButton::clicked, this, [this] { useDefaults(defaults, courseID); });
+    connect(followDefaults, &QPushButton::clicked, this, [this] {
+        useDefaults(this->defaults, this->courseID);
+    });
     connect(finished, &QPushButton::clicked, this, &QDialog::accept);
     showThresholds();
 }

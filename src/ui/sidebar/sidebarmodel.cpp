@@ -1,6 +1,7 @@
 #include "ui/sidebar/sidebarmodel.h"
 
 #include "uikit/convert.h"
+#include "uikit/tooltip.h"
 
 namespace ellwynd {
 
@@ -103,7 +104,7 @@ QVariant SidebarModel::data(const QModelIndex &index, int role) const {
     case Qt::DisplayRole:
         return qstring(displayName(*course));
     case Qt::ToolTipRole:
-        return QStringLiteral("<span>%1</span>").arg(qstring(displayName(*course)).toHtmlEscaped());
+        return plainToolTip(qstring(displayName(*course)));
     case Qt::AccessibleTextRole:
         return flagged ? qstring(displayName(*course)) +
                 QStringLiteral(", %1 flagged").arg(QString::number(*flagged))

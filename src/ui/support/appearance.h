@@ -8,8 +8,8 @@
 
 namespace ellwynd {
 
-/// Follows the appearance preferences and dresses the application in them. Views that paint
-/// themselves read colours and sizes here and repaint on `changed`.
+/// Follows the appearance preferences and applies them to the application. Views that paint
+/// themselves read colours and sizes here and repaint on `appearanceDidChange`.
 class Appearance : public QObject {
     Q_OBJECT
 
@@ -19,12 +19,13 @@ class Appearance : public QObject {
     /// Gives the application its own font back, from which the next one begins.
     ~Appearance() override;
 
-    [[nodiscard]] const Theme &theme() const { return look.theme; }
+    [[nodiscard]] const VisualStyle &style() const { return visualStyle; }
+    [[nodiscard]] const Theme &theme() const { return visualStyle.theme; }
 
     [[nodiscard]] QFont font(double factor = 1, QFont::Weight weight = QFont::Normal) const {
-        return look.font(factor, weight);
+        return visualStyle.font(factor, weight);
     }
-    [[nodiscard]] int px(double length) const { return look.px(length); }
+    [[nodiscard]] int px(double length) const { return visualStyle.px(length); }
 
     /// What "automatic" stands for from now on.
     void setDesktopIsDark(bool dark);
@@ -32,15 +33,15 @@ class Appearance : public QObject {
     void zoom(int direction);
 
   Q_SIGNALS:
-    void changed();
+    void appearanceDidChange();
 
   private:
-    void apply();
+    void applyStyle();
 
     Settings &settings;
     bool desktopIsDark;
     QFont base;
-    Look look;
+    VisualStyle visualStyle;
 };
 
 } // namespace ellwynd

@@ -2,21 +2,11 @@
 
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
+#include "uikit/pill.h"
 
-#include <QFontMetrics>
 #include <QPainter>
 
 namespace ellwynd {
-
-namespace {
-
-constexpr double pillFontFactor = 0.92;
-
-QFont pillFont(const Appearance &appearance) {
-    return appearance.font(pillFontFactor, QFont::DemiBold);
-}
-
-} // namespace
 
 const LevelColors &levelColors(const Theme &theme, RiskLevel level) {
     switch (level) {
@@ -30,34 +20,16 @@ const LevelColors &levelColors(const Theme &theme, RiskLevel level) {
     return theme.watch;
 }
 
-QSize pillSize(const Appearance &appearance, const QString &text) {
-    const QFontMetrics metrics(pillFont(appearance));
-    return {
-        metrics.horizontalAdvance(text) + appearance.px(16), metrics.height() + appearance.px(3)};
-}
-
-void drawPill(
-    QPainter &painter, const QRect &pill, const QString &text, RiskLevel level,
-    const Appearance &appearance) {
-    const LevelColors &colors = levelColors(appearance.theme(), level);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colors.fill);
-    painter.drawRoundedRect(pill, appearance.px(6), appearance.px(6));
-    painter.setPen(colors.text);
-    painter.setFont(pillFont(appearance));
-    painter.drawText(pill, Qt::AlignCenter, text);
-}
-
 int drawLevel(
     QPainter &painter, const QRect &rect, std::optional<RiskLevel> level,
     const Appearance &appearance) {
     const QString text = qstring(levelName(level));
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    QSize size = pillSize(appearance, text);
+    const QSize size = pillSize(appearance.style(), text);
     if (level) {
         const QRect pill(QPoint(rect.left(), rect.center().y() - size.height() / 2), size);
-        drawPill(painter, pill, text, *level, appearance);
+        drawPill(painter, pill, text, levelColors(appearance.theme(), *level), appearance.style());
     } else {
         painter.setPen(appearance.theme().secondaryText);
         painter.setFont(appearance.font());
@@ -67,8 +39,9 @@ int drawLevel(
     return size.width();
 }
 
-LevelPill::LevelPill(const Appearance &look, QWidget *parent) : QWidget(parent), appearance(look) {
-    connect(&look, &Appearance::changed, this, [this] {
+LevelPill::LevelPill(const Appearance &appearance, QWidget *parent)
+    : QWidget(parent), appearance(appearance) {
+    connect(&appearance, &Appearance::appearanceDidChange, this, [this] {
         updateGeometry();
         update();
     });
@@ -82,7 +55,7 @@ void LevelPill::setLevel(std::optional<RiskLevel> newLevel) {
 }
 
 QSize LevelPill::sizeHint() const {
-    return pillSize(appearance, qstring(levelName(level)));
+    return pillSize(appearance.style(), qstring(levelName(level)));
 }
 
 void LevelPill::paintEvent(QPaintEvent *) {

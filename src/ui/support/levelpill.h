@@ -14,14 +14,6 @@ class Appearance;
 
 [[nodiscard]] const LevelColors &levelColors(const Theme &theme, RiskLevel level);
 
-/// The size of a pill around a text.
-[[nodiscard]] QSize pillSize(const Appearance &appearance, const QString &text);
-
-/// Draws a text in a level's colours.
-void drawPill(
-    QPainter &painter, const QRect &pill, const QString &text, RiskLevel level,
-    const Appearance &appearance);
-
 /// Draws a level at the left of `rect`, centred in height: a pill, or "OK" in quiet text. Returns
 /// the width used.
 int drawLevel(

@@ -27,7 +27,7 @@ double headingSize(int level) {
     return level == firstLevel ? 1.6 : level == secondLevel ? 1.25 : 1.05;
 }
 
-void dressBlock(const QTextBlock &block, const Appearance &appearance) {
+void formatBlock(const QTextBlock &block, const Appearance &appearance) {
     QTextCursor cursor(block);
     cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
     QTextBlockFormat format = block.blockFormat();
@@ -50,7 +50,7 @@ void dressBlock(const QTextBlock &block, const Appearance &appearance) {
     cursor.setBlockFormat(format);
 }
 
-void dressTable(QTextTable &table, const Appearance &appearance) {
+void formatTable(QTextTable &table, const Appearance &appearance) {
     QTextTableFormat format = table.format();
     format.setBorder(1);
     format.setBorderBrush(appearance.theme().separator);
@@ -82,13 +82,13 @@ class Positions {
 
 } // namespace
 
-MarkdownPage::MarkdownPage(const Appearance &look, QWidget *parent)
-    : QTextBrowser(parent), appearance(look) {
+MarkdownPage::MarkdownPage(const Appearance &appearance, QWidget *parent)
+    : QTextBrowser(parent), appearance(appearance) {
     setObjectName(QStringLiteral("markdownPage"));
     setFrameShape(QFrame::NoFrame);
     setOpenLinks(false);
     connect(this, &QTextBrowser::anchorClicked, this, &MarkdownPage::follow);
-    connect(&look, &Appearance::changed, this, &MarkdownPage::render);
+    connect(&appearance, &Appearance::appearanceDidChange, this, &MarkdownPage::render);
 }
 
 void MarkdownPage::showMarkdown(const QString &markdown) {
@@ -98,17 +98,17 @@ void MarkdownPage::showMarkdown(const QString &markdown) {
 }
 
 void MarkdownPage::render() {
-    // A page is dressed before it is shown, or it is laid out again after each step.
+    // A page is formatted before it is shown, or it is laid out again after each step.
     auto *fresh = new QTextDocument(this);
     fresh->setDefaultFont(font());
     fresh->setMarkdown(source);
     fresh->setDocumentMargin(appearance.px(pageMargin));
     fresh->setIndentWidth(appearance.px(listIndent));
     for (QTextBlock block = fresh->begin(); block.isValid(); block = block.next())
-        dressBlock(block, appearance);
+        formatBlock(block, appearance);
     for (QTextFrame *frame : fresh->rootFrame()->childFrames()) {
         if (auto *table = qobject_cast<QTextTable *>(frame))
-            dressTable(*table, appearance);
+            formatTable(*table, appearance);
     }
     // Marks hold places of the old page.
     setExtraSelections({});
@@ -157,7 +157,7 @@ void MarkdownPage::follow(const QUrl &link) {
     if (link.scheme() == u"https")
         QDesktopServices::openUrl(link);
     else
-        Q_EMIT linkFollowed(link);
+        Q_EMIT linkRequested(link);
 }
 
 } // namespace ellwynd

@@ -23,7 +23,7 @@ class MarkdownPage : public QTextBrowser {
     void markWords(const QString &query);
 
   Q_SIGNALS:
-    void linkFollowed(const QUrl &link);
+    void linkRequested(const QUrl &link);
 
   private:
     void render();

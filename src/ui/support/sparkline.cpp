@@ -34,10 +34,10 @@ void drawSparkline(
     painter.restore();
 }
 
-Sparkline::Sparkline(const Appearance &look, Color lineColor, QWidget *parent)
-    : QWidget(parent), appearance(look), color(std::move(lineColor)) {
+Sparkline::Sparkline(const Appearance &appearance, Color color, QWidget *parent)
+    : QWidget(parent), appearance(appearance), color(std::move(color)) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    connect(&look, &Appearance::changed, this, [this] {
+    connect(&appearance, &Appearance::appearanceDidChange, this, [this] {
         updateGeometry();
         update();
     });

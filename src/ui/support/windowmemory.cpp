@@ -15,12 +15,12 @@ constexpr auto rest = 500ms;
 
 } // namespace
 
-WindowMemory::WindowMemory(QWidget &widget, UserDefaults &store, const Key &geometry)
-    : QObject(&widget), window(widget), defaults(store), geometryKey(geometry) {
+WindowMemory::WindowMemory(QWidget &window, UserDefaults &defaults, const Key &geometryKey)
+    : QObject(&window), window(window), defaults(defaults), geometryKey(geometryKey) {
     saveSoon.setSingleShot(true);
     saveSoon.setInterval(rest);
     connect(&saveSoon, &QTimer::timeout, this, &WindowMemory::save);
-    widget.installEventFilter(this);
+    window.installEventFilter(this);
 }
 
 bool WindowMemory::restoreGeometry() {

@@ -18,7 +18,7 @@ class WindowMemory : public QObject {
   public:
     using Key = PreferenceKey<std::string>;
 
-    WindowMemory(QWidget &window, UserDefaults &defaults, const Key &geometry);
+    WindowMemory(QWidget &window, UserDefaults &defaults, const Key &geometryKey);
 
     /// Puts the window where it stood; false when it never stood anywhere.
     [[nodiscard]] bool restoreGeometry();

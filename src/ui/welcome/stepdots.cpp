@@ -15,11 +15,11 @@ constexpr int gap = 8;
 
 } // namespace
 
-StepDots::StepDots(int count, const Appearance &look, QWidget *parent)
-    : QWidget(parent), steps(count), appearance(look) {
+StepDots::StepDots(int steps, const Appearance &appearance, QWidget *parent)
+    : QWidget(parent), steps(steps), appearance(appearance) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setStep(1);
-    connect(&appearance, &Appearance::changed, this, [this] {
+    connect(&appearance, &Appearance::appearanceDidChange, this, [this] {
         updateGeometry();
         update();
     });

@@ -7,8 +7,6 @@
 #include <QDialog>
 
 class QLabel;
-class QLineEdit;
-class QProgressBar;
 class QPushButton;
 class QStackedWidget;
 
@@ -16,6 +14,7 @@ namespace ellwynd {
 
 class Appearance;
 class ConnectionCheck;
+class ConnectionForm;
 class StepDots;
 
 /// What the program is, then the choice between one's own Canvas and the sample college, then the
@@ -43,34 +42,22 @@ class WelcomeWindow : public QDialog {
     void sampleRequested();
     /// An address was saved with its token.
     void connectionDidChange();
-    /// What a screen reader should say now.
-    void announced(const QString &text);
+    /// A screen reader should say this now.
+    void announcementRequested(const QString &text);
 
   private:
-    QWidget *makeIntroduction();
     QWidget *makeChoice();
-    QWidget *makeEnd();
-    QWidget *makePage(const QString &title, const std::vector<QWidget *> &contents);
-    QWidget *makeCard(const QString &title, const std::vector<QWidget *> &contents);
-    QWidget *makeList(const std::vector<QString> &items);
-    QLabel *makeText(const QString &text);
     void showStep(Step step);
-    void showChecking(bool isChecking);
+    void setChecking(bool checking);
     QCoro::Task<> connectToCanvas();
-    void openTokenPage();
-    void say(const std::string &text, bool failed = false);
 
     UserDefaults &defaults;
-    ConnectionCheck &check;
     const Appearance &appearance;
     Step current = notStarted;
+    ConnectionForm *form;
     StepDots *dots;
     QStackedWidget *pages;
-    QLineEdit *address;
-    QLineEdit *token;
-    QLabel *status;
     QLabel *connectedAs;
-    QProgressBar *progress;
     QPushButton *connectButton;
     QPushButton *sampleButton;
     QPushButton *back;

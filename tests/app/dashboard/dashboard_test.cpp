@@ -101,9 +101,9 @@ TEST_F(DashboardTest, ATermAndACardInWords) {
     EXPECT_EQ(
         movementLine({.cards = {quiet, busy, busy}}),
         "Since last time: 2 slipped · 2 newly flagged · 2 improved · 2 awaiting follow-up");
-    EXPECT_EQ(spokenCard(quiet), "Art. All 20 students OK. Opens the course.");
+    EXPECT_EQ(accessibleText(quiet), "Art. All 20 students OK. Opens the course.");
     EXPECT_EQ(
-        spokenCard(busy),
+        accessibleText(busy),
         "Bio. 3 students flagged: 1 at risk, 2 watch. 2 worse since last time. 1 improved. 1 "
         "awaiting follow-up. Most missed: Lab 1. Opens the course.");
     EXPECT_EQ(movementMarks(busy), "↑ 2   ↓ 1");

@@ -30,7 +30,7 @@ TEST(WidgetTexts, TellATermInCounts) {
     EXPECT_EQ(content.more, "");
     ASSERT_EQ(content.rows.size(), 2U);
     EXPECT_EQ(content.rows[0].summary, "7 flagged");
-    EXPECT_EQ(content.rows[0].spoken, "Bio, 7 flagged, 4 At Risk, 2 Concern, 1 Watch");
+    EXPECT_EQ(content.rows[0].accessibleText, "Bio, 7 flagged, 4 At Risk, 2 Concern, 1 Watch");
     EXPECT_EQ(content.rows[0].link, "ellwynd://course/4021");
     EXPECT_EQ(content.rows[1].summary, "All OK");
     EXPECT_THAT(content.rows[1].levels, IsEmpty());

@@ -1,0 +1,108 @@
+#include "ui/sidebar/sidebardelegate.h"
+
+#include "theme/courseicon.h"
+#include "ui/sidebar/sidebarmodel.h"
+#include "ui/support/appearance.h"
+#include "uikit/painting.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+SidebarDelegate::SidebarDelegate(
+    const UserDefaults &defaults, const Appearance &appearance, QObject *parent)
+    : QStyledItemDelegate(parent), defaults(defaults), appearance(appearance) {}
+
+QSize SidebarDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const {
+    return {appearance.px(120), appearance.px(index.parent().isValid() ? 29 : 32)};
+}
+
+void SidebarDelegate::paint(
+    QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (index.parent().isValid())
+        paintCourse(*painter, option, index);
+    else if (SidebarModel::isDashboard(index))
+        paintDashboard(*painter, option, index);
+    else
+        paintTerm(*painter, option, index);
+    painter->restore();
+}
+
+void SidebarDelegate::paintDashboard(
+    QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
+    const Theme &theme = appearance.theme();
+    const int side = appearance.px(20);
+    QRect tile(option.rect.left() - appearance.px(4), 0, side, side);
+    tile.moveTop(option.rect.center().y() - side / 2 + 1);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(theme.secondaryText);
+    painter.drawRoundedRect(tile, side * 0.25, side * 0.25);
+    // Four cards.
+    painter.setBrush(theme.sidebar);
+    const double cell = side * 0.24;
+    for (const double x : {0.22, 0.54}) {
+        for (const double y : {0.22, 0.54}) {
+            painter.drawRoundedRect(
+                QRectF(tile.left() + side * x, tile.top() + side * y, cell, cell), 1, 1);
+        }
+    }
+    painter.setFont(appearance.font(1, QFont::Medium));
+    painter.setPen(theme.text);
+    painter.drawText(
+        option.rect.adjusted(side + appearance.px(4), 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
+        index.data().toString());
+}
+
+void SidebarDelegate::paintTerm(
+    QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    QFont font = appearance.font(0.86, QFont::DemiBold);
+    font.setLetterSpacing(QFont::PercentageSpacing, 103);
+    painter.setFont(font);
+    painter.setPen(selected ? appearance.theme().text : appearance.theme().secondaryText);
+    const QRect text = option.rect.adjusted(0, appearance.px(4), -appearance.px(8), 0);
+    const QString title = index.data().toString().toUpper();
+    drawElided(painter, text, Qt::AlignLeft | Qt::AlignVCenter, title);
+}
+
+void SidebarDelegate::paintCourse(
+    QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
+    const Theme &theme = appearance.theme();
+    QRect row = option.rect.adjusted(-appearance.px(10), 0, -appearance.px(12), 0);
+    const qlonglong flagged = index.data(SidebarModel::flaggedRole).toLongLong();
+    if (flagged > 0)
+        row = paintCount(painter, row, QString::number(flagged));
+    const int tile = appearance.px(20);
+    const std::int64_t courseID = index.data(SidebarModel::courseIDRole).toLongLong();
+    painter.drawPixmap(
+        row.left(), row.center().y() - tile / 2 + 1,
+        courseTile(
+            courseID, index.data().toString().toStdString(), tile,
+            painter.device()->devicePixelRatioF(), courseIcon(defaults, courseID)));
+    row.setLeft(row.left() + tile + appearance.px(8));
+    painter.setFont(appearance.font());
+    painter.setPen(theme.text);
+    drawElided(painter, row, Qt::AlignLeft | Qt::AlignVCenter, index.data().toString());
+}
+
+QRect SidebarDelegate::paintCount(QPainter &painter, QRect row, const QString &count) const {
+    const Theme &theme = appearance.theme();
+    painter.setFont(appearance.font(0.86, QFont::Medium));
+    const int width = std::max(
+        appearance.px(20), painter.fontMetrics().horizontalAdvance(count) + appearance.px(11));
+    const int height = appearance.px(18);
+    const QRect badge(row.right() - width, row.center().y() - height / 2 + 1, width, height);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(theme.controlPressed);
+    painter.drawRoundedRect(badge, height / 2.0, height / 2.0);
+    painter.setPen(theme.secondaryText);
+    painter.drawText(badge, Qt::AlignCenter, count);
+    row.setRight(badge.left() - appearance.px(6));
+    return row;
+}
+
+} // namespace ellwynd

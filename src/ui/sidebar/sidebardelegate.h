@@ -1,0 +1,39 @@
+// How a row of the sidebar is drawn.
+#pragma once
+
+#include <QStyledItemDelegate>
+
+namespace ellwynd {
+
+class Appearance;
+class UserDefaults;
+
+/// Draws a term as a small heading and a course as its tile, its name and its count.
+class SidebarDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+
+  public:
+    /// @param defaults where the courses' icons are chosen. The arguments must outlive the
+    /// delegate.
+    SidebarDelegate(const UserDefaults &defaults, const Appearance &appearance, QObject *parent);
+
+    [[nodiscard]] QSize
+    sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index)
+        const override;
+
+  private:
+    void paintDashboard(
+        QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    void paintTerm(
+        QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    void paintCourse(
+        QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    /// Draws a course's count at the right of `row` and returns what is left of it.
+    [[nodiscard]] QRect paintCount(QPainter &painter, QRect row, const QString &count) const;
+
+    const UserDefaults &defaults;
+    const Appearance &appearance;
+};
+
+} // namespace ellwynd

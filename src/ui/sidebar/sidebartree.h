@@ -1,0 +1,27 @@
+// The sidebar's tree view.
+#pragma once
+
+#include <QTreeView>
+
+namespace ellwynd {
+
+class Appearance;
+
+/// A tree that paints the selection as one rounded bar, and its own arrows.
+class SidebarTree : public QTreeView {
+    Q_OBJECT
+
+  public:
+    SidebarTree(const Appearance &appearance, QWidget *parent);
+
+  protected:
+    void drawRow(QPainter *painter, const QStyleOptionViewItem &options, const QModelIndex &index)
+        const override;
+    void
+    drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const override;
+
+  private:
+    const Appearance &appearance;
+};
+
+} // namespace ellwynd

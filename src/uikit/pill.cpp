@@ -1,0 +1,34 @@
+#include "uikit/pill.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+namespace ellwynd {
+
+namespace {
+
+QFont pillFont(const VisualStyle &style, const PillForm &form) {
+    return style.font(form.fontFactor, QFont::DemiBold);
+}
+
+} // namespace
+
+QSize pillSize(const VisualStyle &style, const QString &text, const PillForm &form) {
+    const QFontMetrics metrics(pillFont(style, form));
+    return {
+        metrics.horizontalAdvance(text) + 2 * style.px(form.padding),
+        metrics.height() + style.px(form.extraHeight)};
+}
+
+void drawPill(
+    QPainter &painter, const QRect &rect, const QString &text, const LevelColors &colors,
+    const VisualStyle &style, const PillForm &form) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colors.fill);
+    painter.drawRoundedRect(rect, style.px(form.radius), style.px(form.radius));
+    painter.setPen(colors.text);
+    painter.setFont(pillFont(style, form));
+    painter.drawText(rect, Qt::AlignCenter | Qt::TextSingleLine, text);
+}
+
+} // namespace ellwynd

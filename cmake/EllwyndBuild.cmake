@@ -97,18 +97,3 @@ function(ellwynd_program name)
   target_link_libraries(${name} PRIVATE ${ARG_LINK} ellwynd_options)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
 endfunction()
-
-# ellwynd_embed(TARGET FUNCTION FILES...): compiles texts into a room. The room declares
-# `std::span<const EmbeddedText> FUNCTION();` where it uses it.
-function(ellwynd_embed target function)
-  set(output "${PROJECT_BINARY_DIR}/generated/${function}.cpp")
-  list(TRANSFORM ARGN PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/" REGEX "^[^/]")
-  set(script "${PROJECT_SOURCE_DIR}/cmake/EmbedTexts.cmake")
-  add_custom_command(
-    OUTPUT "${output}"
-    COMMAND "${CMAKE_COMMAND}" "-DOUTPUT=${output}" "-DFUNCTION=${function}" "-DFILES=${ARGN}"
-      -P "${script}"
-    DEPENDS ${ARGN} "${script}"
-    VERBATIM)
-  target_sources(${target} PRIVATE "${output}")
-endfunction()

@@ -37,7 +37,8 @@ std::string page() {
         text += fmt::format("- {}\n", promise);
     text += "\n## Built on\n\n| Library | For | Licence |\n| --- | --- | --- |\n";
     for (const Dependency &dependency : dependencies())
-        text += fmt::format("| {} | {} | {} |\n", dependency.name, dependency.use, dependency.licence);
+        text +=
+            fmt::format("| {} | {} | {} |\n", dependency.name, dependency.use, dependency.licence);
     return text;
 }
 

@@ -1,8 +1,8 @@
 #include "help/helpbook.h"
 
-#include "base/embeddedtext.h"
 #include "base/text.h"
 #include "help/releasenotes.h"
+#include "help/resources.h"
 
 #include <fmt/format.h>
 
@@ -12,9 +12,15 @@
 
 namespace ellwynd {
 
-std::span<const EmbeddedText> helpTexts();
-
 namespace {
+
+/// The topics in the order of the book, by the names of their files.
+constexpr std::string_view topicIDs[] = {
+    "getting-started", "connecting",      "sample-college", "signals",   "reasons",    "thresholds",
+    "class-wide",      "movement",        "contacts",       "templates", "export",     "dashboard",
+    "widgets",         "notices",         "privacy",        "sync",      "appearance", "keyboard",
+    "command-line",    "troubleshooting", "keychain",
+};
 
 constexpr std::string_view shortcutsMark = "{shortcuts}";
 constexpr std::string_view withoutShortcuts =
@@ -94,8 +100,8 @@ HelpTopic parseTopic(std::string_view id, std::string_view file) {
 }
 
 HelpBook::HelpBook(const std::vector<ShortcutGroup> &shortcuts) {
-    for (const EmbeddedText &each : helpTexts()) {
-        pages.push_back(parseTopic(each.name, each.text));
+    for (const std::string_view id : topicIDs) {
+        pages.push_back(parseTopic(id, resourceText(fmt::format("topics/{}.md", id))));
         fillIn(pages.back().body, shortcutsMark, shortcutTables(shortcuts));
     }
     pages.push_back(releaseNotesTopic());

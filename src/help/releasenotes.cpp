@@ -1,13 +1,11 @@
 #include "help/releasenotes.h"
 
-#include "base/embeddedtext.h"
 #include "base/text.h"
+#include "help/resources.h"
 
 #include <algorithm>
 
 namespace ellwynd {
-
-std::span<const EmbeddedText> changelogText();
 
 namespace {
 
@@ -37,7 +35,7 @@ std::vector<Release> parseChangelog(std::string_view changelog) {
 }
 
 std::vector<Release> releases() {
-    return parseChangelog(changelogText().front().text);
+    return parseChangelog(resourceText("CHANGELOG.md"));
 }
 
 } // namespace ellwynd

@@ -36,7 +36,7 @@ const std::vector<Room> rooms{
     {"src/app", {"src/outputs", "src/canvas", "src/risk"}},
     {"src/theme", {"src/preferences"}},
     {"src/uikit", {"src/theme"}, true, true},
-    {"src/help", {"src/platform"}},
+    {"src/help", {"src/base"}},
     {"src/ui", {"src/app", "src/uikit", "src/help"}, true, true},
     {"src/cli", {"src/app"}},
     {"src/widgets", {"src/outputs/snapshot", "src/uikit"}, true, true},

@@ -1,4 +1,4 @@
-// What the program says about itself.
+// The texts of the about box.
 #pragma once
 
 #include <span>

@@ -121,7 +121,7 @@ const HelpTopic *HelpBook::find(std::string_view id) const {
 std::vector<HelpHit> HelpBook::search(std::string_view query) const {
     const std::vector<Word> wanted = wordsOf(query);
     const bool blank = query.find_first_not_of(" \t\r\n") == std::string_view::npos;
-    /// Words in the title, words in the keywords, whether the phrase stands in the text.
+    /// Words in the title, words in the keywords, whether the text has the phrase.
     using Rank = std::tuple<std::size_t, std::size_t, bool>;
     std::vector<std::pair<Rank, HelpHit>> hits;
     for (std::size_t i = 0; i < pages.size(); ++i) {

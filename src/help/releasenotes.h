@@ -17,7 +17,7 @@ struct Release {
 };
 
 /// The sections of a changelog: a line "## " with the version, and the text up to the next one.
-/// What stands before the first section is left out.
+/// Text before the first section is left out.
 [[nodiscard]] std::vector<Release> parseChangelog(std::string_view changelog);
 
 /// The program's own releases, newest first.

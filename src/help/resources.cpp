@@ -6,8 +6,8 @@
 
 #include <stdexcept>
 
-/// A static library's resources are linked only where they are asked for. The macro must stand
-/// outside of any namespace.
+/// A static library's resources are linked only where they are asked for. The macro does not
+/// work inside a namespace.
 static void initialiseResources() {
     Q_INIT_RESOURCE(help);
 }

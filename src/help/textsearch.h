@@ -12,17 +12,17 @@ namespace ellwynd {
 struct Word {
     /// Without case and diacritics.
     std::string folded;
-    /// Where it stands in its text, in UTF-8 bytes, half-open.
+    /// Its range in the text, in UTF-8 bytes, half-open.
     std::size_t begin = 0;
     std::size_t end = 0;
 };
 
 [[nodiscard]] std::vector<Word> wordsOf(std::string_view text);
 
-/// How often a word stands at the beginning of one of `words`.
+/// How many of `words` begin with a word.
 [[nodiscard]] std::size_t occurrences(const std::vector<Word> &words, std::string_view folded);
 
-/// Where the words of a query stand one after the other, the last at least begun; `words.size()`
+/// Where the words of a query follow one after the other, the last at least begun; `words.size()`
 /// when they do not.
 [[nodiscard]] std::size_t phraseAt(const std::vector<Word> &words, const std::vector<Word> &query);
 

@@ -1,4 +1,4 @@
-// The coloured tile that stands for a course.
+// The coloured tile of a course.
 #pragma once
 
 #include "preferences/coursesettings.h"

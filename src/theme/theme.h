@@ -15,7 +15,7 @@ struct LevelColors {
     QColor fill;
 };
 
-/// One set of colours. Every text colour keeps 4.5 to 1 against the backgrounds it stands on.
+/// One set of colours. Every text colour keeps 4.5 to 1 against the backgrounds it is drawn on.
 struct Theme {
     bool dark = false;
 

@@ -23,7 +23,7 @@ struct VisualStyle {
     [[nodiscard]] int px(double length) const;
 };
 
-/// @param desktopIsDark what the appearance "automatic" stands for.
+/// @param desktopIsDark whether the appearance "automatic" is dark.
 /// @param base see `interfaceFont`.
 [[nodiscard]] VisualStyle
 makeVisualStyle(const UserDefaults &defaults, bool desktopIsDark, const QFont &base);

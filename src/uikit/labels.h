@@ -11,7 +11,7 @@ namespace ellwynd {
 /// A plain label in the quieter text colour.
 [[nodiscard]] QLabel *secondaryLabel(QWidget *parent, const QString &text = {}, bool wraps = true);
 
-/// How something stands, or why it failed, which is drawn to be noticed.
+/// Shows a state in quiet text, or a failure in the colour that asks for attention.
 void showStatus(QLabel &label, const QString &text, bool failed);
 
 /// One line that ends in "…" where there is no room, with the whole text as its tooltip.

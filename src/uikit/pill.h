@@ -21,7 +21,7 @@ struct PillForm {
     double radius = 6;
 };
 
-/// For pills that stand close to each other.
+/// For pills in a dense row.
 inline constexpr PillForm compactPill{
     .fontFactor = 0.8, .padding = 5, .extraHeight = 1, .radius = 5};
 

@@ -10,7 +10,7 @@
 namespace ellwynd {
 
 /// Holds what the program last wrote for its widgets, and reads it again when the file is replaced,
-/// when it or its folder goes and comes back, and when the program says so.
+/// when it or its folder goes and comes back, and when the program signals it.
 class SnapshotSource : public QObject {
     Q_OBJECT
 

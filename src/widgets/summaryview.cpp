@@ -50,7 +50,7 @@ void SummaryView::drawNumber(QPainter &painter) const {
     drawElided(painter, line, Qt::AlignLeft | Qt::AlignVCenter, number);
     if (wide) {
         line.setLeft(painter.fontMetrics().horizontalAdvance(number) + visualStyle.px(8));
-        // On the number's baseline, which stands lower than its middle.
+        // On the number's baseline, which is lower than its middle.
         line.translate(0, visualStyle.px(6));
         painter.setFont(visualStyle.font(1.1));
     } else {

@@ -25,7 +25,7 @@ class WidgetBoard : public QObject {
     /// Shows the widgets that were left, or a first one.
     void show();
 
-    /// What "automatic" stands for from now on.
+    /// Whether "automatic" is dark from now on.
     void setDesktopIsDark(bool dark);
     /// Looks at the file and the time again.
     void refresh();

@@ -28,7 +28,7 @@ class WidgetLayout {
     /// How many rows there is room for.
     [[nodiscard]] std::size_t rowCapacity() const;
     [[nodiscard]] QRect footer() const;
-    /// The line between the figures and the rows; absent where they stand side by side.
+    /// The line between the figures and the rows; absent where they are side by side.
     [[nodiscard]] std::optional<QLine> separator() const;
 
   private:

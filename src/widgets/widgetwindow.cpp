@@ -106,7 +106,7 @@ void WidgetWindow::fill(const WidgetContent &content) {
     }
 }
 
-/// Where names are hidden a drawing would tell the subject.
+/// Where names are hidden, a drawing would give the subject away.
 CourseIcon WidgetWindow::tileIcon(const WidgetRow &row) const {
     CourseIcon icon = courseIcon(defaults, row.courseID);
     if (row.nameHidden)

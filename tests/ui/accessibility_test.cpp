@@ -3,6 +3,8 @@
 #include "ui/settings/settingswindow.h"
 #include "ui/welcome/welcomewindow.h"
 
+#include <QAccessible>
+
 #include <gmock/gmock.h>
 
 namespace ellwynd {
@@ -11,6 +13,10 @@ namespace {
 using testing::IsEmpty;
 
 struct AccessibilityTest : test::MainWindowTest {
+    /// As while a screen reader runs: only then do views announce that their rows have changed.
+    AccessibilityTest() { QAccessible::setActive(true); }
+    ~AccessibilityTest() override { QAccessible::setActive(false); }
+
     /// Looks at the window in front, and closes it unless it is the main one.
     void look(const std::string &what) {
         QApplication::processEvents();

@@ -95,7 +95,8 @@ TEST(Appearance, FollowsItsPreferences) {
         Appearance appearance(settings, true);
         EXPECT_TRUE(appearance.theme().dark);
         int changes = 0;
-        QObject::connect(&appearance, &Appearance::appearanceDidChange, &appearance, [&] { ++changes; });
+        QObject::connect(
+            &appearance, &Appearance::appearanceDidChange, &appearance, [&] { ++changes; });
         defaults.set(preferences::appearance, std::string("light"));
         EXPECT_FALSE(appearance.theme().dark);
         const double normal = appearance.font().pointSizeF();

@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QStatusBar>
 #include <QStatusTipEvent>
 #include <QTest>
@@ -372,12 +373,22 @@ TEST_F(MainWindowTest, TheWindowStandsWhereItStood) {
     window.setGeometry(30, 40, 1100, 650);
     EXPECT_TRUE(test::until(
         [&] { return defaults.object(preferences::mainWindowGeometry.name).has_value(); }));
-    window.setGeometry(50, 60, 1150, 660);
+    window.setGeometry(50, 60, 740, 660);
     window.hide();
     const MainWindow next{controller, defaults,           core.stores, core.check,
                           sync,       core.notifications, appearance};
-    EXPECT_EQ(next.geometry(), QRect(50, 60, 1150, 660));
+    EXPECT_EQ(next.geometry(), QRect(50, 60, 740, 660));
     EXPECT_TRUE(next.findChild<StudentDetails *>()->isHidden());
+    const QRect desktop = QGuiApplication::primaryScreen()->availableGeometry();
+    defaults.set(preferences::mainWindowGeometry, std::string("9000 -9000 740 660 maximized"));
+    const MainWindow found{controller, defaults,           core.stores, core.check,
+                           sync,       core.notifications, appearance};
+    EXPECT_TRUE(desktop.contains(found.geometry())) << "its screen is gone";
+    EXPECT_TRUE(found.isMaximized());
+    defaults.set(preferences::mainWindowGeometry, std::string("1 2 -3 x"));
+    const MainWindow fresh{controller, defaults,           core.stores, core.check,
+                           sync,       core.notifications, appearance};
+    EXPECT_EQ(fresh.size(), QSize(1280, 800)) << "as at first";
 }
 
 TEST_F(MainWindowTest, HostileNamesAreText) {

@@ -13,9 +13,9 @@
 namespace ellwynd {
 namespace {
 
-struct RosterOutletsTest : test::MainWindowTest {};
+struct RosterDesktopActionsTest : test::MainWindowTest {};
 
-TEST_F(RosterOutletsTest, StudentsAreWrittenToFromTheirMenu) {
+TEST_F(RosterDesktopActionsTest, StudentsAreWrittenToFromTheirMenu) {
     openCourse(900101);
     QMenu *copy = nullptr;
     for (QMenu *menu : window.findChildren<QMenu *>()) {
@@ -54,7 +54,7 @@ TEST_F(RosterOutletsTest, StudentsAreWrittenToFromTheirMenu) {
     EXPECT_EQ(copy->actions()[0]->text(), QStringLiteral("No templates — add one in Settings"));
 }
 
-TEST_F(RosterOutletsTest, TheDetailsAreMadeAnewUnderTheirOwnMenu) {
+TEST_F(RosterDesktopActionsTest, TheDetailsAreMadeAnewUnderTheirOwnMenu) {
     openCourse(900101);
     table().selectStudents({{900101, 5006}});
     window.activateWindow();
@@ -71,7 +71,7 @@ TEST_F(RosterOutletsTest, TheDetailsAreMadeAnewUnderTheirOwnMenu) {
     EXPECT_EQ(QApplication::focusWidget(), button(window, copyMessage));
 }
 
-TEST_F(RosterOutletsTest, TheExportGoesWhereThePanelSays) {
+TEST_F(RosterDesktopActionsTest, TheExportGoesWhereThePanelSays) {
     openCourse(900101);
     action(QStringLiteral("Export Roster as CSV…"))->trigger();
     auto *panel = window.findChild<QFileDialog *>();
@@ -87,7 +87,7 @@ TEST_F(RosterOutletsTest, TheExportGoesWhereThePanelSays) {
     panel->close();
 }
 
-TEST_F(RosterOutletsTest, AQuotedCourseIsExportedUnderItsWholeName) {
+TEST_F(RosterDesktopActionsTest, AQuotedCourseIsExportedUnderItsWholeName) {
     const RosterView roster{.state = RosterView::State::shown, .title = "Course \"1\" & \"2\""};
     RosterActions actions(roster, defaults, core.stores, systemNow);
     QWidget over;

@@ -45,9 +45,9 @@ struct WelcomeWindowTest : testing::Test {
 
     void open() {
         window = new WelcomeWindow(defaults, core.check, appearance);
-        QObject::connect(window, &WelcomeWindow::announcementRequested, window, [this](const QString &text) {
-            announced.push_back(text.toStdString());
-        });
+        QObject::connect(
+            window, &WelcomeWindow::announcementRequested, window,
+            [this](const QString &text) { announced.push_back(text.toStdString()); });
         QObject::connect(
             window, &WelcomeWindow::connectionDidChange, window, [this] { ++connections; });
         QObject::connect(window, &WelcomeWindow::sampleRequested, window, [this] { ++samples; });

@@ -105,7 +105,7 @@ void CourseCard::paintEvent(QPaintEvent *) {
         line.highest = std::max(line.highest, card.trend[i]);
     }
     line.days = std::int64_t(card.trend.size()) - 1;
-    // A single day stands where today always stands.
+    // A single day is drawn where today always is.
     if (card.trend.size() == 1)
         line = {.points = {{1, card.trend[0]}}, .days = 1, .highest = line.highest};
     drawSparkline(painter, trendArea(), line, theme.link, appearance);
@@ -139,7 +139,7 @@ void CourseCard::drawCount(QPainter &painter) const {
     area = drawRun(
         painter, area, allOK ? QStringLiteral("All OK") : QString::number(card.flagged()), large,
         allOK ? theme.ok.text : theme.text);
-    // Both texts stand on one line.
+    // Both texts share a baseline.
     area.translate(
         appearance.px(6),
         QFontMetrics(large).ascent() / 2 - QFontMetrics(appearance.font()).ascent() / 2 -

@@ -75,7 +75,7 @@ class MainMenus : public QObject {
     QAction *whatsNew = nullptr;
     /// Not there in a copy of the program without an address for it.
     QAction *sendFeedback = nullptr;
-    /// Not there until somebody says that updates can be looked for.
+    /// Hidden until `checkForUpdates` is made visible, where updates can be looked for.
     QAction *checkForUpdates = nullptr;
     QAction *about = nullptr;
 

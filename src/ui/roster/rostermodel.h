@@ -56,7 +56,7 @@ class RosterFilter : public QSortFilterProxyModel {
   public:
     explicit RosterFilter(QObject *parent = nullptr);
 
-    /// A row stays when every word stands somewhere in its name, course, level or reasons.
+    /// A row stays when every word is found in its name, course, level or reasons.
     void setWords(const QString &typed);
 
     [[nodiscard]] const RosterModel &roster() const;

@@ -9,8 +9,8 @@ namespace ellwynd {
 
 class UserNotifications;
 
-/// Whether the teacher is told of students who newly do worse, and when. Asks the system whether it
-/// shows notices each time the pane comes into view.
+/// Whether and when the teacher is notified of students who newly do worse. Asks the system whether
+/// it shows notices each time the pane comes into view.
 class NotificationsPane : public SettingsPane {
     Q_OBJECT
 

@@ -69,7 +69,7 @@ class TemplateEditor : public QWidget {
     QPlainTextEdit *preview;
     QWidget *placeholderButtons;
     QGridLayout *placeholderGrid;
-    /// A button and what its placeholder stands for, in their order.
+    /// A button and the meaning of its placeholder, in their order.
     std::vector<std::pair<QWidget *, QWidget *>> placeholderRows;
 };
 

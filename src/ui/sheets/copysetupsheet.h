@@ -26,7 +26,7 @@ class CopySetupSheet : public Sheet {
   Q_SIGNALS:
     /// The setup was copied.
     /// @param note what was done, in a sentence.
-    /// @param replaced takes it back when it is handed to `UserDefaults::update`.
+    /// @param replaced undoes the copy when passed to `UserDefaults::update`.
     void setupDidChange(const QString &note, const ellwynd::PreferenceChanges &replaced);
 
   private:

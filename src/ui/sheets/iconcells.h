@@ -50,7 +50,7 @@ class IconCell : public IconSheetCell {
     QColor tile;
 };
 
-/// A colour; for the empty word the one that the course gets by itself, marked "A". The chosen one
+/// A colour; for the empty word the course's automatic one, marked "A". The chosen one
 /// carries a check mark.
 class ColorCell : public IconSheetCell {
     Q_OBJECT

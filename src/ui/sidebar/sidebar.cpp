@@ -17,7 +17,7 @@ namespace ellwynd {
 
 namespace {
 
-/// How many terms stand open before the teacher opens or closes any.
+/// How many terms are open before the teacher opens or closes any.
 constexpr int openAtFirst = 2;
 
 } // namespace

@@ -118,4 +118,10 @@ QVariant SidebarModel::data(const QModelIndex &index, int role) const {
     }
 }
 
+QVariant SidebarModel::headerData(int, Qt::Orientation, int role) const {
+    if (role == Qt::DisplayRole || role == Qt::AccessibleTextRole)
+        return QStringLiteral("Terms and courses");
+    return {};
+}
+
 } // namespace ellwynd

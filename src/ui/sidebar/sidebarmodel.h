@@ -10,8 +10,8 @@
 
 namespace ellwynd {
 
-/// The dashboard, then terms with their courses beneath. A course's flagged students stand beside
-/// it once it was scored.
+/// The dashboard, then terms with their courses beneath. A course's flagged students are counted
+/// beside it once it was scored.
 class SidebarModel : public QAbstractItemModel {
     Q_OBJECT
 
@@ -38,6 +38,9 @@ class SidebarModel : public QAbstractItemModel {
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+    /// The header is hidden, but screen readers find it.
+    [[nodiscard]] QVariant
+    headerData(int section, Qt::Orientation orientation, int role) const override;
 
   private:
     [[nodiscard]] const Course *courseAt(const QModelIndex &index) const;

@@ -1,4 +1,4 @@
-// What a screen reader is told besides what has the keyboard.
+// Announcements for screen readers.
 #pragma once
 
 #include <QString>

@@ -14,7 +14,7 @@ class Appearance : public QObject {
     Q_OBJECT
 
   public:
-    /// @param desktopIsDark what "automatic" stands for.
+    /// @param desktopIsDark whether "automatic" is dark.
     Appearance(Settings &settings, bool desktopIsDark);
     /// Gives the application its own font back, from which the next one begins.
     ~Appearance() override;
@@ -27,7 +27,7 @@ class Appearance : public QObject {
     }
     [[nodiscard]] int px(double length) const { return visualStyle.px(length); }
 
-    /// What "automatic" stands for from now on.
+    /// Whether "automatic" is dark from now on.
     void setDesktopIsDark(bool dark);
     /// One step larger (1) or smaller (-1); 0 is the normal size.
     void zoom(int direction);

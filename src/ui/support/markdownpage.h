@@ -1,4 +1,4 @@
-// A page of Markdown in the program's own look.
+// A page of Markdown in the program's own style.
 #pragma once
 
 #include <QTextBrowser>
@@ -19,7 +19,7 @@ class MarkdownPage : public QTextBrowser {
     void showMarkdown(const QString &markdown);
 
     /// Marks the words of the page that begin with one of the query's words, and scrolls to the
-    /// first of them, or to where they stand together. Single letters mark nothing.
+    /// first of them, or to the place where they follow each other. Single letters mark nothing.
     void markWords(const QString &query);
 
   Q_SIGNALS:

@@ -1,6 +1,10 @@
 #include "ui/support/windowmemory.h"
 
+#include "uikit/convert.h"
+
 #include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QSplitter>
 #include <QWidget>
 
@@ -13,6 +17,36 @@ using namespace std::chrono_literals;
 /// A drag has come to rest by then.
 constexpr auto rest = 500ms;
 
+constexpr QLatin1StringView maximized("maximized");
+
+/// "50 60 1150 660": left, top, width and height when it is not maximized; then " maximized" where
+/// it is.
+QString placeText(const QWidget &window) {
+    const QRect place = window.normalGeometry();
+    QString text = QStringLiteral("%1 %2 %3 %4")
+                       .arg(place.x())
+                       .arg(place.y())
+                       .arg(place.width())
+                       .arg(place.height());
+    if (window.isMaximized())
+        text += u' ' + maximized;
+    return text;
+}
+
+/// The same place where its upper edge is on a screen, otherwise the middle of the first screen;
+/// never larger than the screen.
+QRect reachable(QRect place) {
+    const QScreen *screen = QGuiApplication::screenAt({place.center().x(), place.top()});
+    const bool lost = screen == nullptr;
+    if (lost)
+        screen = QGuiApplication::primaryScreen();
+    const QRect desktop = screen->availableGeometry();
+    place.setSize(place.size().boundedTo(desktop.size()));
+    if (lost)
+        place.moveCenter(desktop.center());
+    return place;
+}
+
 } // namespace
 
 WindowMemory::WindowMemory(QWidget &window, UserDefaults &defaults, const Key &geometryKey)
@@ -24,8 +58,18 @@ WindowMemory::WindowMemory(QWidget &window, UserDefaults &defaults, const Key &g
 }
 
 bool WindowMemory::restoreGeometry() {
-    return window.restoreGeometry(
-        QByteArray::fromBase64(QByteArray::fromStdString(defaults.value(geometryKey))));
+    const QStringList words = qstring(defaults.value(geometryKey)).split(u' ');
+    if (words.size() < 4)
+        return false;
+    QRect place;
+    place.setTopLeft({words[0].toInt(), words[1].toInt()});
+    place.setSize({words[2].toInt(), words[3].toInt()});
+    if (!place.isValid())
+        return false;
+    window.setGeometry(reachable(place));
+    if (words.mid(4).contains(maximized))
+        window.setWindowState(window.windowState() | Qt::WindowMaximized);
+    return true;
 }
 
 bool WindowMemory::restoreColumns(QSplitter &columns, const Key &key) {
@@ -49,8 +93,7 @@ bool WindowMemory::eventFilter(QObject *watched, QEvent *event) {
 
 void WindowMemory::save() {
     saveSoon.stop();
-    PreferenceChanges changes{
-        {std::string(geometryKey.name), window.saveGeometry().toBase64().toStdString()}};
+    PreferenceChanges changes{{std::string(geometryKey.name), placeText(window).toStdString()}};
     if (splitter != nullptr)
         changes.emplace(columnsKey->name, splitter->saveState().toBase64().toStdString());
     defaults.update(changes);

@@ -1,4 +1,4 @@
-// Where a window stood, and how wide its columns were.
+// The place of a window, and the widths of its columns.
 #pragma once
 
 #include "preferences/userdefaults.h"
@@ -20,7 +20,8 @@ class WindowMemory : public QObject {
 
     WindowMemory(QWidget &window, UserDefaults &defaults, const Key &geometryKey);
 
-    /// Puts the window where it stood; false when it never stood anywhere.
+    /// Gives the window its last place and size, as far as the screens allow it; whether it is
+    /// shown does not matter. False when nothing is remembered.
     [[nodiscard]] bool restoreGeometry();
     /// Gives the columns their widths, and remembers them from now on; false when there were none.
     [[nodiscard]] bool restoreColumns(QSplitter &columns, const Key &key);

@@ -1,6 +1,5 @@
 #include "theme/courseglyphs.h"
 
-#include "preferences/coursesettings.h"
 #include "theme/resources.h"
 
 #include <QPainter>
@@ -58,12 +57,12 @@ QByteArray restyled(const QByteArray &svg, const QColor &color, double pen) {
 
 bool drawCourseGlyph(
     QPainter &painter, std::string_view word, const QRectF &box, const QColor &color) {
-    if (!std::ranges::count(courseSettings::iconWords, word))
-        return false;
     const QString name = QString::fromUtf8(word.data(), qsizetype(word.size()));
+    const QByteArray svg = resourceFile(QStringLiteral("glyphs/%1.svg").arg(name));
+    if (svg.isEmpty())
+        return false;
     const double pen = penWidth(box.width() * painter.device()->devicePixelRatioF());
-    QSvgRenderer renderer(
-        restyled(resourceFile(QStringLiteral("glyphs/%1.svg").arg(name)), color, pen));
+    QSvgRenderer renderer(restyled(svg, color, pen));
     renderer.render(&painter, box);
     return true;
 }

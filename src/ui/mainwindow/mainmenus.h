@@ -75,7 +75,7 @@ class MainMenus : public QObject {
     QAction *whatsNew = nullptr;
     /// Not there in a copy of the program without an address for it.
     QAction *sendFeedback = nullptr;
-    /// Hidden until `checkForUpdates` is made visible, where updates can be looked for.
+    /// Hidden at first, since not every copy of the program can look for updates.
     QAction *checkForUpdates = nullptr;
     QAction *about = nullptr;
 

@@ -2,6 +2,7 @@
 
 #include "base/log.h"
 #include "net/task.h"
+#include "risk/levelcounts.h"
 
 #include <QPointer>
 

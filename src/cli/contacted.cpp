@@ -2,7 +2,6 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
-#include "cli/table.h"
 #include "memory/outreach.h"
 
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "cli/progress.h"
 
-#include "cli/table.h"
+#include "base/text.h"
 
 #include <ostream>
 

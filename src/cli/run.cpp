@@ -3,7 +3,6 @@
 #include "base/text.h"
 #include "canvas/records/canvaserror.h"
 #include "cli/commands.h"
-#include "cli/table.h"
 #include "generated/version.h"
 #include "preferences/launcharguments.h"
 

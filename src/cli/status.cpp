@@ -3,7 +3,6 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
-#include "cli/table.h"
 
 #include <nlohmann/json.hpp>
 

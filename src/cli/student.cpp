@@ -4,7 +4,6 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
-#include "cli/table.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -47,20 +47,20 @@ json asJSON(const PreferenceValue &value) {
     return std::visit([](const auto &v) { return json(v); }, value);
 }
 
-std::optional<PreferenceValue> fromJSON(const json &json) {
-    switch (json.type()) {
+std::optional<PreferenceValue> fromJSON(const json &value) {
+    switch (value.type()) {
     case json::value_t::boolean:
-        return json.get<bool>();
+        return value.get<bool>();
     case json::value_t::number_integer:
     case json::value_t::number_unsigned:
-        return integerOf(json);
+        return integerOf(value);
     case json::value_t::number_float:
-        return json.get<double>();
+        return value.get<double>();
     case json::value_t::string:
-        return json.get<std::string>();
+        return value.get<std::string>();
     case json::value_t::array: {
         IDList list;
-        for (const auto &item : json) {
+        for (const auto &item : value) {
             const auto element = fromJSON(item);
             const auto id = element ? valueAs<std::int64_t>(*element) : std::nullopt;
             if (!id)

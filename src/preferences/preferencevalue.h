@@ -56,7 +56,7 @@ template<class T>
 /// The value as JSON.
 [[nodiscard]] nlohmann::json asJSON(const PreferenceValue &value);
 /// The value that JSON holds; absent for JSON of another shape, and for an integer outside 64 bits.
-[[nodiscard]] std::optional<PreferenceValue> fromJSON(const nlohmann::json &json);
+[[nodiscard]] std::optional<PreferenceValue> fromJSON(const nlohmann::json &value);
 
 /// The value as JSON text; a real always shows that it is one ("5.0").
 [[nodiscard]] std::string toJSON(const PreferenceValue &value);

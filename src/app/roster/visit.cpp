@@ -1,5 +1,7 @@
 #include "app/roster/visit.h"
 
+#include "risk/levelcounts.h"
+
 namespace ellwynd {
 
 std::vector<RosterChange> movementOf(const ScoredCourse &course, const Stores &stores) {

@@ -11,7 +11,7 @@ memoryDirectory(const UserDefaults &defaults, const std::filesystem::path &direc
     return defaults.value(preferences::sampleData) ? std::nullopt : std::optional{directory};
 }
 
-bool exists(const std::filesystem::path &file) {
+bool isThere(const std::filesystem::path &file) {
     std::error_code error;
     return std::filesystem::exists(file, error);
 }
@@ -32,9 +32,10 @@ Stores::Stores(UserDefaults &defaults, const std::filesystem::path &directory, C
     if (!defaults.value(preferences::sampleData)) {
         // Switched off where it was not in use, as in the sample college.
         if (isOff(defaults, preferences::rememberRosterHistory) &&
-            exists(directory / "RosterHistory.json"))
+            isThere(directory / "RosterHistory.json"))
             history.deleteAll();
-        if (isOff(defaults, preferences::rememberContacts) && exists(directory / "ContactLog.json"))
+        if (isOff(defaults, preferences::rememberContacts) &&
+            isThere(directory / "ContactLog.json"))
             contacts.deleteAll();
         return;
     }

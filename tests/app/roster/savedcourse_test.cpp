@@ -1,5 +1,6 @@
 #include "app/roster/savedcourse.h"
 #include "base/files.h"
+#include "risk/levelcounts.h"
 #include "support/instants.h"
 #include "support/temporaryfolder.h"
 

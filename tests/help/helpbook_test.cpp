@@ -159,7 +159,8 @@ TEST(About, NamesEveryLibraryOfTheProgram) {
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     const std::string table = text.substr(text.find("## Libraries"));
     for (const about::Dependency &dependency : about::dependencies())
-        EXPECT_THAT(table, HasSubstr("| " + std::string(dependency.name))) << "is not used any more";
+        EXPECT_THAT(table, HasSubstr("| " + std::string(dependency.name)))
+            << "is not used any more";
     const std::regex row("\n\\| ([^|(,]+?) (?=[|(])");
     std::size_t rows = 0;
     for (std::sregex_iterator at(table.begin(), table.end(), row), end; at != end; ++at) {
@@ -168,9 +169,10 @@ TEST(About, NamesEveryLibraryOfTheProgram) {
         if (name == "library" || name == "GoogleTest")
             continue;
         ++rows;
-        EXPECT_TRUE(std::ranges::any_of(about::dependencies(), [&](const about::Dependency &work) {
-            return name.starts_with(dependency.name);
-        })) << name;
+        EXPECT_TRUE(std::ranges::any_of(
+            about::dependencies(),
+            [&](const about::Dependency &dependency) { return name.starts_with(dependency.name); }))
+            << name;
     }
     EXPECT_GE(rows, about::dependencies().size());
 }

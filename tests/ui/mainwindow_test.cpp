@@ -363,7 +363,7 @@ TEST_F(MainWindowTest, OpenTermsAreRemembered) {
     EXPECT_FALSE(sidebar->isExpanded(sidebar->model()->index(1, 0)));
 }
 
-TEST_F(MainWindowTest, TheWindowStandsWhereItStood) {
+TEST_F(MainWindowTest, TheWindowComesBackToItsPlace) {
     openCourse(900101);
     auto *details = window.findChild<StudentDetails *>();
     action(QStringLiteral("Hide Student Details"))->trigger();

@@ -153,8 +153,10 @@ TEST_F(MovementTest, TwoWeeksOfLevelsInWords) {
     EXPECT_EQ(earlier[1].counts.flagged(), 1);
     const DailyLevels today =
         levelsOf({row(1, "At Risk"), row(2, "Watch"), row(3, "Watch"), row(4, "OK")}, noon);
-    EXPECT_EQ(levelTrendText(RiskLevel::atRisk, earlier, today), "At Risk: 1 now, up from 0 earlier.");
-    EXPECT_EQ(levelTrendText(RiskLevel::concern, earlier, today), "Concern: 0 now, down from 1 earlier.");
+    EXPECT_EQ(
+        levelTrendText(RiskLevel::atRisk, earlier, today), "At Risk: 1 now, up from 0 earlier.");
+    EXPECT_EQ(
+        levelTrendText(RiskLevel::concern, earlier, today), "Concern: 0 now, down from 1 earlier.");
     EXPECT_EQ(levelTrendText(RiskLevel::watch, {}, today), "Watch: 2 now, unchanged.");
 }
 

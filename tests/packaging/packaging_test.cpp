@@ -2,6 +2,7 @@
 #include "canvas/tokenstore.h"
 #include "cli/commands.h"
 #include "cli/run.h"
+#include "help/about.h"
 #include "preferences/preferencekeys.h"
 #include "support/temporaryfolder.h"
 
@@ -11,6 +12,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include <set>
@@ -84,8 +86,8 @@ TEST(Packaging, TheValidatorsFindNothing) {
         EXPECT_EQ(checked.status, 0) << name.toStdString();
         EXPECT_EQ(checked.err, "") << name.toStdString();
     }
-    // Versions differ in what they know and call a fault, so each complaint is looked at. Which page
-    // is the program's home is for those who publish it to say.
+    // Versions differ in what they know and call a fault, so each complaint is looked at. Which
+    // page is the program's home is for those who publish it to say.
     const Outcome metainfo =
         run(QStringLiteral("appstreamcli"),
             {QStringLiteral("validate"), QStringLiteral("--no-net"), QStringLiteral("--no-color"),
@@ -100,6 +102,16 @@ TEST(Packaging, TheValidatorsFindNothing) {
             {QStringLiteral("-n"), folder + QStringLiteral("completions/ellwynd-cli.bash")})
             .err,
         "");
+}
+
+TEST(Packaging, TheLicencesOfAllLibrariesAreNamed) {
+    const QString copyright = text("copyright");
+    const QString metainfo = text("com.varnok.Ellwynd.metainfo.xml");
+    for (const about::Dependency &library : about::dependencies()) {
+        const std::string row = fmt::format("\n  {}\\b.*  {}\n", library.name, library.licence);
+        EXPECT_TRUE(copyright.contains(QRegularExpression(QString::fromStdString(row)))) << row;
+        EXPECT_TRUE(metainfo.contains(QString::fromStdString(std::string(library.name)))) << row;
+    }
 }
 
 TEST(Packaging, NamesAreOneAndTheSame) {

@@ -13,7 +13,7 @@
 #include "preferences/launcharguments.h"
 #include "preferences/userdefaults.h"
 #include "theme/applicationicon.h"
-#include "theme/look.h"
+#include "theme/visualstyle.h"
 
 #include <QApplication>
 

@@ -34,7 +34,7 @@ struct SameTitleTest : test::MainWindowTest {
 };
 
 TEST_F(SameTitleTest, TheFilterBelongsToTheCourseThatItWasTypedFor) {
-    ASSERT_TRUE(test::until([&] { return controller.knownCourses().size() == 2; }));
+    ASSERT_TRUE(test::until([&] { return controller.courses().known().size() == 2; }));
     ASSERT_TRUE(show(1));
     auto *filter = window.roster()->findChild<QLineEdit *>();
     filter->setText(QStringLiteral("nobody"));

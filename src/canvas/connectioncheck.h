@@ -1,7 +1,7 @@
 // What the connection settings do, apart from how they look.
 #pragma once
 
-#include "canvas/client/session.h"
+#include "canvas/client/canvassession.h"
 #include "canvas/tokenstore.h"
 #include "preferences/userdefaults.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/roster/visit.h"
-#include "canvas/client/session.h"
+#include "canvas/client/canvassession.h"
 #include "cli/progress.h"
 #include "net/runtoend.h"
 #include "platform/cloud/syncedfolder.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "canvas/canvasreading.h"
-#include "canvas/client/session.h"
+#include "canvas/client/canvassession.h"
 #include "canvas/tokenstore.h"
 #include "preferences/userdefaults.h"
 

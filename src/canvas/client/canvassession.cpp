@@ -1,4 +1,4 @@
-#include "canvas/client/session.h"
+#include "canvas/client/canvassession.h"
 
 #include "canvas/client/request.h"
 

@@ -88,7 +88,7 @@ QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReadin
     if (!self)
         co_return;
     if (failure) {
-        const bool rejected = failure->which() == CanvasError::Case::unauthorized;
+        const bool rejected = failure->kind() == CanvasError::Kind::unauthorized;
         setStatus(rejected ? "Canvas rejected the token" : "Couldn’t load");
         Q_EMIT errorDidOccur(*failure);
     } else {

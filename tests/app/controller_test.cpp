@@ -360,7 +360,7 @@ TEST_F(LiveControllerTest, AFailedFreshenKeepsTheRows) {
     canvas.plan(path(3, "enrollments"), {{.status = 404}});
     controller.select(CourseSelection{3});
     ASSERT_TRUE(until([&] { return controller.roster().state == RosterView::State::failed; }));
-    EXPECT_EQ(errors.back(), CanvasError(CanvasError::Case::notFound));
+    EXPECT_EQ(errors.back(), CanvasError(CanvasError::Kind::notFound));
 }
 
 TEST_F(LiveControllerTest, ARejectedTokenAndASignOut) {

@@ -24,7 +24,7 @@ namespace ellwynd {
 namespace {
 
 using testing::HasSubstr;
-using Case = CanvasError::Case;
+using Kind = CanvasError::Kind;
 
 const HelpBook &book() {
     static const HelpBook value;
@@ -37,36 +37,36 @@ std::string body(std::string_view id) {
 }
 
 /// One error of every case, with the values that the help gives as examples.
-CanvasError example(Case which) {
+CanvasError example(Kind kind) {
     constexpr int unavailable = 503;
     constexpr int redirected = 302;
     const std::string host = "canvas.example.edu";
-    switch (which) {
-    case Case::cannotReachHost:
+    switch (kind) {
+    case Kind::cannotReachHost:
         return CanvasError::cannotReachHost(host);
-    case Case::tlsFailed:
+    case Kind::tlsFailed:
         return CanvasError::tlsFailed(host);
-    case Case::network:
+    case Kind::network:
         return CanvasError::network("Connection closed");
-    case Case::forbidden:
+    case Kind::forbidden:
         return CanvasError::forbidden(std::nullopt);
-    case Case::canvasUnavailable:
+    case Kind::canvasUnavailable:
         return CanvasError::canvasUnavailable(unavailable);
-    case Case::unexpectedStatus:
+    case Kind::unexpectedStatus:
         return CanvasError::unexpectedStatus(redirected, std::nullopt);
-    case Case::notCanvas:
+    case Kind::notCanvas:
         return CanvasError::notCanvas(host);
-    case Case::offline:
-    case Case::timedOut:
-    case Case::unauthorized:
-    case Case::rateLimited:
-    case Case::notFound:
-    case Case::decodingFailed:
-    case Case::nonHTTP:
-    case Case::badURL:
+    case Kind::offline:
+    case Kind::timedOut:
+    case Kind::unauthorized:
+    case Kind::rateLimited:
+    case Kind::notFound:
+    case Kind::decodingFailed:
+    case Kind::nonHTTP:
+    case Kind::badURL:
         break;
     }
-    return CanvasError(which);
+    return CanvasError(kind);
 }
 
 std::set<std::string> headingsOf(const std::string &text) {
@@ -80,8 +80,8 @@ std::set<std::string> headingsOf(const std::string &text) {
 TEST(HelpFacts, EveryMessageOfTheProgramHasItsEntryAndNoOtherHas) {
     const std::string text = body("troubleshooting");
     std::set<std::string> headings = headingsOf(text);
-    for (int i = 0; i <= int(Case::badURL); ++i) {
-        const CanvasError error = example(Case(i));
+    for (int i = 0; i <= int(Kind::badURL); ++i) {
+        const CanvasError error = example(Kind(i));
         EXPECT_EQ(headings.erase(error.errorDescription()), 1U) << error.errorDescription();
         EXPECT_THAT(
             text,

@@ -11,7 +11,7 @@ namespace ellwynd {
 namespace {
 
 using Connection = CanvasClient::Connection;
-using Case = CanvasError::Case;
+using Kind = CanvasError::Kind;
 
 constexpr Log logger{"network"};
 
@@ -39,9 +39,9 @@ QCoro::Task<HTTPAnswer> send(Connection connection, QUrl url) {
         throw error;
     }
     if (answer.tooLarge)
-        throw CanvasError(Case::decodingFailed);
+        throw CanvasError(Kind::decodingFailed);
     if (answer.status == 0)
-        throw CanvasError(Case::nonHTTP);
+        throw CanvasError(Kind::nonHTTP);
     if (answer.status >= 200 && answer.status <= 299)
         co_return answer;
     const CanvasError error = classifyStatus(answer.status, answer.body, host);
@@ -77,7 +77,7 @@ auto decodeBody(const std::string &body, const std::string &host, const char *wh
         if (looksLikeHTML(body))
             throw CanvasError::notCanvas(host);
         logger.error(fmt::format("Decoding {} failed: {}", what, error.what()));
-        throw CanvasError(Case::decodingFailed);
+        throw CanvasError(Kind::decodingFailed);
     }
 }
 
@@ -95,7 +95,7 @@ template<class Record>
 QCoro::Task<std::vector<Record>> fetchAll(Connection connection, Endpoint<Record> endpoint) {
     const auto first = endpointURL(connection.baseURL, endpoint.path, endpoint.query);
     if (!first)
-        throw CanvasError(Case::badURL);
+        throw CanvasError(Kind::badURL);
     const auto origin = writtenOrigin(connection.baseURL);
     std::vector<Record> result;
     QUrl url = *first;
@@ -135,7 +135,7 @@ const std::pair<std::string, std::string> perPage{"per_page", "100"};
 QCoro::Task<std::string> fetchUserName(Connection connection) {
     const auto url = endpointURL(connection.baseURL, "/api/v1/users/self", {});
     if (!url)
-        throw CanvasError(Case::badURL);
+        throw CanvasError(Kind::badURL);
     auto sending = sendWithRetry(connection, *url);
     const HTTPAnswer answer = co_await sending;
     const CanvasUser user =

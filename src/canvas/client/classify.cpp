@@ -10,7 +10,7 @@ namespace ellwynd {
 
 namespace {
 
-using Case = CanvasError::Case;
+using Kind = CanvasError::Kind;
 
 bool mentionsRateLimit(std::string text) {
     std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
@@ -33,24 +33,24 @@ bool split(std::string_view text, char separator, Use use) {
 
 CanvasError classify(const TransportFailure &failure, const std::string &host) {
     if (failure.timedOut)
-        return CanvasError(Case::timedOut);
+        return CanvasError(Kind::timedOut);
     switch (failure.code) {
     case QNetworkReply::ConnectionRefusedError:
     case QNetworkReply::HostNotFoundError:
-        return failure.offline ? CanvasError(Case::offline) : CanvasError::cannotReachHost(host);
+        return failure.offline ? CanvasError(Kind::offline) : CanvasError::cannotReachHost(host);
     case QNetworkReply::RemoteHostClosedError:
         return CanvasError::network("The connection was interrupted.");
     case QNetworkReply::TimeoutError:
-        return CanvasError(Case::timedOut);
+        return CanvasError(Kind::timedOut);
     case QNetworkReply::SslHandshakeFailedError:
         return CanvasError::tlsFailed(host);
     case QNetworkReply::TemporaryNetworkFailureError:
     case QNetworkReply::NetworkSessionFailedError:
     case QNetworkReply::BackgroundRequestNotAllowedError:
-        return CanvasError(Case::offline);
+        return CanvasError(Kind::offline);
     case QNetworkReply::UnknownNetworkError:
         if (failure.offline)
-            return CanvasError(Case::offline);
+            return CanvasError(Kind::offline);
         break;
     default:
         break;
@@ -62,15 +62,15 @@ CanvasError classifyStatus(int status, const std::string &body, const std::strin
     const auto text = canvasErrorText(body);
     switch (status) {
     case 401:
-        return CanvasError(Case::unauthorized);
+        return CanvasError(Kind::unauthorized);
     case 403:
         if (mentionsRateLimit(text.value_or(body)))
-            return CanvasError(Case::rateLimited);
+            return CanvasError(Kind::rateLimited);
         return CanvasError::forbidden(text);
     case 404:
-        return looksLikeHTML(body) ? CanvasError::notCanvas(host) : CanvasError(Case::notFound);
+        return looksLikeHTML(body) ? CanvasError::notCanvas(host) : CanvasError(Kind::notFound);
     case 429:
-        return CanvasError(Case::rateLimited);
+        return CanvasError(Kind::rateLimited);
     default:
         break;
     }
@@ -89,11 +89,11 @@ std::optional<std::chrono::milliseconds> retryDelay(const CanvasError &error, in
     constexpr int mostAttempts = 3;
     if (attempt >= mostAttempts)
         return std::nullopt;
-    switch (error.which()) {
-    case Case::canvasUnavailable:
-    case Case::timedOut:
+    switch (error.kind()) {
+    case Kind::canvasUnavailable:
+    case Kind::timedOut:
         return milliseconds(500) * attempt;
-    case Case::rateLimited:
+    case Kind::rateLimited:
         return milliseconds(1500) * attempt;
     default:
         return std::nullopt;

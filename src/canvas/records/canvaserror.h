@@ -10,7 +10,7 @@ namespace ellwynd {
 /// Why a Canvas read failed. Message and recovery text are shown to the teacher word for word.
 class CanvasError : public std::exception {
   public:
-    enum class Case {
+    enum class Kind {
         cannotReachHost,
         tlsFailed,
         network,
@@ -35,10 +35,10 @@ class CanvasError : public std::exception {
     static CanvasError canvasUnavailable(int status);
     static CanvasError unexpectedStatus(int status, std::optional<std::string> detail);
     static CanvasError notCanvas(std::string host);
-    /// The eight cases that carry nothing.
-    explicit CanvasError(Case plain);
+    /// The eight kinds that carry nothing.
+    explicit CanvasError(Kind kind);
 
-    [[nodiscard]] Case which() const { return kind; }
+    [[nodiscard]] Kind kind() const { return errorKind; }
 
     /// What happened, in a sentence.
     [[nodiscard]] std::string errorDescription() const;
@@ -48,14 +48,14 @@ class CanvasError : public std::exception {
     [[nodiscard]] const char *what() const noexcept override { return message.c_str(); }
 
     bool operator==(const CanvasError &other) const {
-        return kind == other.kind && text == other.text && status == other.status;
+        return errorKind == other.errorKind && text == other.text && status == other.status;
     }
 
   private:
-    CanvasError(Case which, std::optional<std::string> carried, int status);
+    CanvasError(Kind kind, std::optional<std::string> text, int status);
 
-    Case kind;
-    /// The host, description or detail that the case carries.
+    Kind errorKind;
+    /// The host, description or detail that the kind carries.
     std::optional<std::string> text;
     int status = 0;
     std::string message;

@@ -275,7 +275,7 @@ void MainWindow::showError(const CanvasError &error) {
         this, QStringLiteral("Ellwynd"),
         qstring(error.errorDescription()) + QStringLiteral("\n\n") +
             qstring(error.recoverySuggestion()));
-    if (error.which() == CanvasError::Case::unauthorized) {
+    if (error.kind() == CanvasError::Kind::unauthorized) {
         auto *open =
             box->addButton(QStringLiteral("Open Connection Settings…"), QMessageBox::ActionRole);
         connect(open, &QPushButton::clicked, this, [this] {

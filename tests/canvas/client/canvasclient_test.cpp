@@ -18,7 +18,7 @@ using test::FakeReply;
 using test::FakeRequest;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using Case = CanvasError::Case;
+using Kind = CanvasError::Kind;
 using Manner = FakeReply::Manner;
 using namespace std::chrono_literals;
 
@@ -185,10 +185,10 @@ TEST_F(CanvasClientTest, RetriesWhatMayPassAndWaitsInBetween) {
               {500ms, 1000ms}},
              {{limited, unavailable}, std::nullopt, {1500ms, 1000ms}},
              {{limited, limited, {.status = 429}},
-              CanvasError(Case::rateLimited),
+              CanvasError(Kind::rateLimited),
               {1500ms, 3000ms}},
-             {{{.status = 404}}, CanvasError(Case::notFound), {}},
-             {{{.status = 401}}, CanvasError(Case::unauthorized), {}}}) {
+             {{{.status = 404}}, CanvasError(Kind::notFound), {}},
+             {{{.status = 401}}, CanvasError(Kind::unauthorized), {}}}) {
         waits.clear();
         canvas.serve(coursesPath, {});
         canvas.plan(coursesPath, row.replies);
@@ -215,19 +215,19 @@ TEST_F(CanvasClientTest, RealFaultsHaveTheirOwnWords) {
              {"closed in mid-body",
               {.body = list, .manner = Manner::cut},
               CanvasError::network("The connection was interrupted.")},
-             {"silence", {.manner = Manner::silent}, CanvasError(Case::timedOut)},
-             {"trickle", {.manner = Manner::trickle}, CanvasError(Case::timedOut)},
+             {"silence", {.manner = Manner::silent}, CanvasError(Kind::timedOut)},
+             {"trickle", {.manner = Manner::trickle}, CanvasError(Kind::timedOut)},
              {"HTML", {.body = "<!DOCTYPE html><html>"}, CanvasError::notCanvas("localhost")},
-             {"no list", {.body = "{}"}, CanvasError(Case::decodingFailed)},
-             {"no JSON", {.body = "[1,"}, CanvasError(Case::decodingFailed)},
+             {"no list", {.body = "{}"}, CanvasError(Kind::decodingFailed)},
+             {"no JSON", {.body = "[1,"}, CanvasError(Kind::decodingFailed)},
              {"too large",
               {.body = "[" + QByteArray(3000, ' ') + "]"},
-              CanvasError(Case::decodingFailed)},
+              CanvasError(Kind::decodingFailed)},
              {"bad gzip",
               {.body = "no gzip", .headers = {{"Content-Encoding", "gzip"}}},
               CanvasError::network("")},
              {"too large once unpacked", test::gzipped({.body = "[" + QByteArray(3000, ' ') + "]"}),
-              CanvasError(Case::decodingFailed)},
+              CanvasError(Kind::decodingFailed)},
          }) {
         // A session of its own: no row sees the connection that another one broke.
         CanvasSession impatient(
@@ -238,7 +238,7 @@ TEST_F(CanvasClientTest, RealFaultsHaveTheirOwnWords) {
             (void)runToEnd(reading.fetchCourses());
             ADD_FAILURE() << row.what << " went unnoticed";
         } catch (const CanvasError &error) {
-            EXPECT_EQ(error.which(), row.error.which()) << row.what << ": " << error.what();
+            EXPECT_EQ(error.kind(), row.error.kind()) << row.what << ": " << error.what();
             if (row.error != CanvasError::network("")) {
                 EXPECT_EQ(error, row.error) << row.what;
             }
@@ -253,8 +253,8 @@ TEST_F(CanvasClientTest, NobodyThere) {
     const std::string address = "https://localhost:" + std::to_string(gone.serverPort());
     gone.close();
     EXPECT_EQ(failure(address), CanvasError::cannotReachHost("localhost"));
-    EXPECT_EQ(failure("http://localhost"), CanvasError(Case::badURL));
-    EXPECT_EQ(failure("nonsense"), CanvasError(Case::badURL));
+    EXPECT_EQ(failure("http://localhost"), CanvasError(Kind::badURL));
+    EXPECT_EQ(failure("nonsense"), CanvasError(Kind::badURL));
     EXPECT_TRUE(canvas.requests.empty());
 }
 

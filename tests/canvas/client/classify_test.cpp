@@ -6,7 +6,7 @@
 namespace ellwynd {
 namespace {
 
-using Case = CanvasError::Case;
+using Kind = CanvasError::Kind;
 using Code = QNetworkReply::NetworkError;
 using namespace std::chrono_literals;
 
@@ -17,16 +17,16 @@ TEST(Classify, TransportFailures) {
     };
     for (const Row &row : {
              Row{{Code::ConnectionRefusedError, "x"}, CanvasError::cannotReachHost("h")},
-             Row{{Code::ConnectionRefusedError, "x", false, true}, CanvasError(Case::offline)},
+             Row{{Code::ConnectionRefusedError, "x", false, true}, CanvasError(Kind::offline)},
              Row{{Code::HostNotFoundError, "x"}, CanvasError::cannotReachHost("h")},
-             Row{{Code::HostNotFoundError, "x", false, true}, CanvasError(Case::offline)},
+             Row{{Code::HostNotFoundError, "x", false, true}, CanvasError(Kind::offline)},
              Row{{Code::UnknownNetworkError, "Unreachable"}, CanvasError::network("Unreachable")},
-             Row{{Code::UnknownNetworkError, "x", false, true}, CanvasError(Case::offline)},
-             Row{{Code::NetworkSessionFailedError, "roaming"}, CanvasError(Case::offline)},
+             Row{{Code::UnknownNetworkError, "x", false, true}, CanvasError(Kind::offline)},
+             Row{{Code::NetworkSessionFailedError, "roaming"}, CanvasError(Kind::offline)},
              Row{{Code::RemoteHostClosedError, "x"},
                  CanvasError::network("The connection was interrupted.")},
-             Row{{Code::TimeoutError, "x"}, CanvasError(Case::timedOut)},
-             Row{{Code::OperationCanceledError, "x", true}, CanvasError(Case::timedOut)},
+             Row{{Code::TimeoutError, "x"}, CanvasError(Kind::timedOut)},
+             Row{{Code::OperationCanceledError, "x", true}, CanvasError(Kind::timedOut)},
              Row{{Code::SslHandshakeFailedError, "x"}, CanvasError::tlsFailed("h")},
              Row{{Code::ProtocolFailure, "odd"}, CanvasError::network("odd")},
          })
@@ -40,16 +40,16 @@ TEST(Classify, Statuses) {
         CanvasError error;
     };
     for (const Row &row : {
-             Row{401, "{}", CanvasError(Case::unauthorized)},
+             Row{401, "{}", CanvasError(Kind::unauthorized)},
              Row{403, "", CanvasError::forbidden(std::nullopt)},
-             Row{403, "403 Forbidden (Rate Limit Exceeded)", CanvasError(Case::rateLimited)},
-             Row{403, R"({"errors":[{"message":"RATE LIMIT"}]})", CanvasError(Case::rateLimited)},
+             Row{403, "403 Forbidden (Rate Limit Exceeded)", CanvasError(Kind::rateLimited)},
+             Row{403, R"({"errors":[{"message":"RATE LIMIT"}]})", CanvasError(Kind::rateLimited)},
              Row{403, R"({"message":"user not authorised","x":"rate limit"})",
                  CanvasError::forbidden("user not authorised")},
-             Row{403, R"({"x":"rate limit"})", CanvasError(Case::rateLimited)},
+             Row{403, R"({"x":"rate limit"})", CanvasError(Kind::rateLimited)},
              Row{404, " \n<!DOCTYPE html>", CanvasError::notCanvas("h")},
-             Row{404, R"({"errors":[]})", CanvasError(Case::notFound)},
-             Row{429, "", CanvasError(Case::rateLimited)},
+             Row{404, R"({"errors":[]})", CanvasError(Kind::notFound)},
+             Row{429, "", CanvasError(Kind::rateLimited)},
              Row{500, "", CanvasError::canvasUnavailable(500)},
              Row{599, "<html>", CanvasError::canvasUnavailable(599)},
              Row{600, "", CanvasError::unexpectedStatus(600, std::nullopt)},
@@ -83,10 +83,10 @@ TEST(Classify, RetriesWhatMayPass) {
     EXPECT_EQ(retryDelay(CanvasError::canvasUnavailable(502), 1), 500ms);
     EXPECT_EQ(retryDelay(CanvasError::canvasUnavailable(502), 2), 1000ms);
     EXPECT_EQ(retryDelay(CanvasError::canvasUnavailable(502), 3), std::nullopt);
-    EXPECT_EQ(retryDelay(CanvasError(Case::timedOut), 2), 1000ms);
-    EXPECT_EQ(retryDelay(CanvasError(Case::rateLimited), 1), 1500ms);
-    EXPECT_EQ(retryDelay(CanvasError(Case::rateLimited), 2), 3000ms);
-    EXPECT_EQ(retryDelay(CanvasError(Case::unauthorized), 1), std::nullopt);
+    EXPECT_EQ(retryDelay(CanvasError(Kind::timedOut), 2), 1000ms);
+    EXPECT_EQ(retryDelay(CanvasError(Kind::rateLimited), 1), 1500ms);
+    EXPECT_EQ(retryDelay(CanvasError(Kind::rateLimited), 2), 3000ms);
+    EXPECT_EQ(retryDelay(CanvasError(Kind::unauthorized), 1), std::nullopt);
     EXPECT_EQ(retryDelay(CanvasError::network("x"), 1), std::nullopt);
 }
 

@@ -10,7 +10,7 @@ TEST(CanvasError, CarriesItsValuesIntoItsMessage) {
         CanvasError error;
         const char *message;
     };
-    using Case = CanvasError::Case;
+    using Kind = CanvasError::Kind;
     for (const Row &row : {
              Row{CanvasError::cannotReachHost("h.example"), "Couldn't reach h.example."},
              Row{CanvasError::tlsFailed("h"), "A secure connection to h couldn't be established."},
@@ -24,7 +24,7 @@ TEST(CanvasError, CarriesItsValuesIntoItsMessage) {
              Row{CanvasError::unexpectedStatus(418, "a b"),
                  "Canvas returned an unexpected response (status 418): a b"},
              Row{CanvasError::notCanvas("h"), "h answered, but not like a Canvas server."},
-             Row{CanvasError(Case::offline), "Your Mac appears to be offline."},
+             Row{CanvasError(Kind::offline), "Your Mac appears to be offline."},
          }) {
         EXPECT_EQ(row.error.errorDescription(), row.message);
         EXPECT_STREQ(row.error.what(), row.message);

@@ -1,6 +1,7 @@
 // Pages of Canvas and bodies of its failures.
 #include "canvas/records/decoding.h"
 
+#include "canvas/client/errorbody.h"
 #include "fuzz/target.h"
 
 #include <array>
@@ -22,7 +23,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
             fuzz::require(std::string_view(error.what()).find('\n') == std::string_view::npos);
         }
     }
-    (void)decodeErrorMessages(json);
+    (void)canvasErrorText(json);
     (void)looksLikeHTML(json);
     return 0;
 }

@@ -1,7 +1,8 @@
 // The "Link" header and the addresses in it.
-#include "canvas/client/classify.h"
-#include "canvas/client/request.h"
+#include "canvas/client/linkheader.h"
+
 #include "fuzz/target.h"
+#include "net/origin.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     using namespace ellwynd;
@@ -9,7 +10,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     if (const auto next = nextLink(header)) {
         fuzz::require(header.find("rel=\"next\"") != std::string_view::npos);
         // The origin that is compared is the one that would be asked.
-        const auto origin = writtenOrigin(*next);
+        const auto origin = originAsWritten(*next);
         const QUrl url(QString::fromStdString(*next), QUrl::StrictMode);
         if (origin == "https://h.example" && url.isValid()) {
             fuzz::require(url.scheme() == QLatin1String("https"));

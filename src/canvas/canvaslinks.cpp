@@ -1,6 +1,6 @@
 #include "canvas/canvaslinks.h"
 
-#include <QUrl>
+#include "net/origin.h"
 
 namespace ellwynd {
 
@@ -8,17 +8,14 @@ namespace {
 
 std::optional<std::string> below(
     const std::string &baseURL, const std::string &path, std::initializer_list<std::int64_t> ids) {
-    // QUrl lowers the scheme, so "exactly https" is asked of the text itself.
-    if (!baseURL.starts_with("https://"))
-        return std::nullopt;
-    const QUrl base(QString::fromStdString(baseURL), QUrl::StrictMode);
-    if (!base.isValid() || base.host().isEmpty())
+    const auto base = httpsURL(baseURL);
+    if (!base)
         return std::nullopt;
     for (const std::int64_t id : ids) {
         if (id < 1)
             return std::nullopt;
     }
-    QUrl url = base.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment);
+    QUrl url = base->adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment);
     QString joined = url.path();
     if (!joined.endsWith(u'/'))
         joined += u'/';

@@ -1,6 +1,7 @@
 // The read interface of a Canvas data source.
 #pragma once
 
+#include "canvas/records/canvaserror.h"
 #include "canvas/records/records.h"
 
 #include <QCoro/QCoroTask>

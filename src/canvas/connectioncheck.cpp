@@ -2,9 +2,9 @@
 
 #include "base/log.h"
 #include "canvas/client/canvasclient.h"
-#include "canvas/client/request.h"
+#include "net/origin.h"
 
-#include <QUrl>
+#include <QString>
 
 namespace ellwynd {
 
@@ -19,16 +19,13 @@ std::string trimmed(const std::string &text) {
 
 } // namespace
 
-ConnectionCheck::ConnectionCheck(UserDefaults &store, SecretStore &secrets, CanvasSession &http)
-    : defaults(store), tokens(secrets), session(http) {}
+ConnectionCheck::ConnectionCheck(
+    UserDefaults &defaults, SecretStore &secrets, CanvasSession &session)
+    : defaults(defaults), tokens(secrets), session(session) {}
 
 std::optional<std::string> ConnectionCheck::validAddress(const std::string &typed) {
     std::string address = trimmed(typed);
-    const auto origin = writtenOrigin(address);
-    const QUrl url(QString::fromStdString(address), QUrl::StrictMode);
-    if (!origin || !origin->starts_with("https://") || !url.isValid() || url.host().isEmpty())
-        return std::nullopt;
-    return address;
+    return httpsURL(address) ? std::optional{address} : std::nullopt;
 }
 
 ConnectionState ConnectionCheck::state() const {
@@ -68,8 +65,8 @@ ConnectionCheck::testOrThrow(std::string typedAddress, std::string typedToken) c
     if (!token)
         co_return ConnectionOutcome{false, "Paste your Canvas access token first."};
     CanvasClient client(*address, *token, session);
-    auto asking = client.fetchCurrentUser();
-    const std::string name = co_await asking;
+    auto fetching = client.fetchCurrentUser();
+    const std::string name = co_await fetching;
     co_return ConnectionOutcome{true, "Connected as " + name};
 }
 
@@ -118,10 +115,10 @@ ConnectionOutcome ConnectionCheck::save(const std::string &address, const std::s
 
 void ConnectionCheck::signOut() {
     const std::string address = defaults.value(preferences::canvasBaseURL);
-    const QString host = QUrl(QString::fromStdString(address)).host();
+    const std::string host = hostOf(address);
     try {
-        if (!host.isEmpty())
-            tokens.deleteToken(host.toStdString());
+        if (!host.empty())
+            tokens.deleteToken(host);
     } catch (const KeychainError &error) {
         logger.error(std::string("Could not delete the token: ") + error.what());
     }

@@ -58,7 +58,7 @@ class ConnectionCheck {
     CanvasSession &session;
 };
 
-/// What stands below the button for the token page while the address is not valid.
+/// What is shown below the button for the token page while the address is not valid.
 inline constexpr std::string_view tokenPageNeedsAddress =
     "Enter your Canvas address above first, then this will open the page where access tokens are "
     "created.";

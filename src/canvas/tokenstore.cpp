@@ -1,7 +1,8 @@
 #include "canvas/tokenstore.h"
 
+#include "net/origin.h"
+
 #include <QStringDecoder>
-#include <QUrl>
 
 namespace ellwynd {
 
@@ -30,8 +31,8 @@ void TokenStore::deleteToken(const std::string &account) const {
 }
 
 std::string TokenStore::accountOf(const std::string &address) {
-    const QString host = QUrl(QString::fromStdString(address)).host();
-    return host.isEmpty() ? address : host.toStdString();
+    const std::string host = hostOf(address);
+    return host.empty() ? address : host;
 }
 
 } // namespace ellwynd

@@ -326,7 +326,7 @@ TEST_F(LiveControllerTest, ASlowAnswerNeverOverwritesALaterChoice) {
     shown.clear();
     // The slow answer arrives and is dropped.
     canvas.release();
-    ASSERT_TRUE(until([&] { return core.session.requestGate().inFlight() == 0; }));
+    ASSERT_TRUE(until([&] { return core.session.requestLimiter().inFlight() == 0; }));
     QCoreApplication::processEvents();
     EXPECT_TRUE(shown.empty());
     EXPECT_EQ(controller.roster().title, "Bio");

@@ -1,6 +1,7 @@
 #include "app/roster/savedcourse.h"
 
 #include "base/files.h"
+#include "canvas/client/errorbody.h"
 #include "canvas/records/decoding.h"
 
 namespace ellwynd {

@@ -1,10 +1,6 @@
 #include "app/updates/updatefeed.h"
 
-#include "canvas/client/request.h"
-
-#include <QCoro/QCoroSignal>
-#include <QNetworkReply>
-#include <QTimer>
+#include "net/origin.h"
 
 #include <fmt/format.h>
 
@@ -16,21 +12,14 @@ UpdateError notLoaded(const std::string &reason) {
     return UpdateError(fmt::format("The list of updates couldn’t be loaded: {}.", reason));
 }
 
-struct DeleteLater {
-    void operator()(QNetworkReply *reply) const { reply->deleteLater(); }
-};
-
 } // namespace
 
-AppcastFeed::AppcastFeed(UserDefaults &store, std::string feedAddress, Clock clock)
-    : AppcastFeed(store, std::move(feedAddress), clock, Limits()) {}
-
-AppcastFeed::AppcastFeed(UserDefaults &store, std::string feedAddress, Clock clock, Limits bounds)
-    : defaults(store), address(std::move(feedAddress)), now(clock), limits(bounds) {}
+AppcastFeed::AppcastFeed(
+    UserDefaults &defaults, std::string address, Clock now, DownloadLimits limits)
+    : defaults(defaults), address(std::move(address)), now(now), limits(limits) {}
 
 bool AppcastFeed::mayCheck() const {
-    const QUrl url(QString::fromStdString(address), QUrl::StrictMode);
-    return address.starts_with("https://") && url.isValid() && !url.host().isEmpty();
+    return httpsURL(address).has_value();
 }
 
 bool AppcastFeed::checksAutomatically() const {
@@ -44,48 +33,26 @@ std::optional<Date> AppcastFeed::lastCheck() const {
 QCoro::Task<std::optional<Update>> AppcastFeed::newest(bool counted) {
     // Before it is known how the check ends: one that always fails is no more frequent.
     defaults.set(preferences::lastUpdateCheck, formatInstant(now()));
-    if (!mayCheck())
+    auto url = httpsURL(address);
+    if (!url)
         throw notLoaded("this copy of the program knows no address for it");
-    QUrl url(QString::fromStdString(address), QUrl::StrictMode);
     if (counted) {
-        const QString query = url.query(QUrl::FullyEncoded);
-        url.setQuery(query.isEmpty() ? QStringLiteral("fd=1") : query + QStringLiteral("&fd=1"));
+        const QString query = url->query(QUrl::FullyEncoded);
+        url->setQuery(query.isEmpty() ? QStringLiteral("fd=1") : query + QStringLiteral("&fd=1"));
     }
-    if (!manager)
-        manager = std::make_unique<QNetworkAccessManager>();
-    const QNetworkRequest request =
-        statelessRequest(url, "application/rss+xml, application/xml", limits.silence);
-    const std::unique_ptr<QNetworkReply, DeleteLater> reply(manager->get(request));
-
-    std::string feed;
-    bool tooLarge = false;
-    const auto take = [&] {
-        const QByteArray piece = reply->isOpen() ? reply->readAll() : QByteArray();
-        tooLarge = tooLarge || feed.size() + std::size_t(piece.size()) > limits.bytes;
-        if (tooLarge)
-            reply->abort();
-        else
-            feed.append(piece.constData(), std::size_t(piece.size()));
-    };
-    QObject::connect(reply.get(), &QNetworkReply::readyRead, reply.get(), take);
-    QTimer whole;
-    whole.setSingleShot(true);
-    QObject::connect(&whole, &QTimer::timeout, reply.get(), &QNetworkReply::abort);
-    whole.start(limits.whole);
-    co_await qCoro(reply.get(), &QNetworkReply::finished);
-
-    if (!tooLarge)
-        take();
-    if (tooLarge)
+    const QNetworkRequest request = statelessRequest(*url, "application/rss+xml, application/xml");
+    HttpResponse response;
+    try {
+        auto downloading = downloader.get(request, limits);
+        response = co_await downloading;
+    } catch (const TransportFailure &failure) {
+        throw notLoaded(failure.timedOut ? "the server took too long" : failure.description);
+    }
+    if (response.tooLarge)
         throw notLoaded("it is too long");
-    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (status != 0 && status != 200)
-        throw notLoaded(fmt::format("the server answered with status {}", status));
-    if (reply->error() == QNetworkReply::OperationCanceledError)
-        throw notLoaded("the server took too long");
-    if (reply->error() != QNetworkReply::NoError)
-        throw notLoaded(reply->errorString().toStdString());
-    co_return newestUpdate(feed);
+    if (response.status != 200)
+        throw notLoaded(fmt::format("the server answered with status {}", response.status));
+    co_return newestUpdate(response.body);
 }
 
 } // namespace ellwynd

@@ -3,12 +3,8 @@
 
 #include "app/updates/appcast.h"
 #include "base/date.h"
+#include "net/download.h"
 #include "preferences/userdefaults.h"
-
-#include <QCoro/QCoroTask>
-#include <QNetworkAccessManager>
-
-#include <chrono>
 
 namespace ellwynd {
 
@@ -29,23 +25,21 @@ class UpdateFeed {
     [[nodiscard]] virtual QCoro::Task<std::optional<Update>> newest(bool counted) = 0;
 };
 
-/// Reads an appcast over HTTPS. Nothing of the answer is kept, no redirect is followed, no
-/// certificate is trusted that the system does not trust.
+/// What an appcast may cost: it is a short list.
+inline constexpr DownloadLimits feedLimits{
+    .inactivityTimeout = std::chrono::seconds(30),
+    .totalTimeout = std::chrono::minutes(2),
+    .maxBytes = std::size_t{1024} * 1024};
+
+/// Reads an appcast over HTTPS. Nothing of the response is kept and no redirect is followed.
 ///
-/// Lives on the main thread and outlives the event loop.
+/// Lives on the main thread and must outlive the event loop.
 class AppcastFeed final : public UpdateFeed {
   public:
-    struct Limits {
-        /// Silence on the wire, after which a request has failed.
-        std::chrono::milliseconds silence = std::chrono::seconds(30);
-        /// A request in all.
-        std::chrono::milliseconds whole = std::chrono::minutes(2);
-        std::size_t bytes = 1024UL * 1024;
-    };
-
     /// @param address of the feed; empty, or any that does not begin with "https://", is none.
-    AppcastFeed(UserDefaults &defaults, std::string address, Clock clock = systemNow);
-    AppcastFeed(UserDefaults &defaults, std::string address, Clock clock, Limits limits);
+    AppcastFeed(
+        UserDefaults &defaults, std::string address, Clock now = systemNow,
+        DownloadLimits limits = feedLimits);
 
     [[nodiscard]] bool mayCheck() const override;
     [[nodiscard]] bool checksAutomatically() const override;
@@ -56,9 +50,8 @@ class AppcastFeed final : public UpdateFeed {
     UserDefaults &defaults;
     std::string address;
     Clock now;
-    Limits limits;
-    /// Made on first use.
-    std::unique_ptr<QNetworkAccessManager> manager;
+    DownloadLimits limits;
+    Downloader downloader;
 };
 
 } // namespace ellwynd

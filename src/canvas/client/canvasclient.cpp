@@ -1,8 +1,12 @@
 #include "canvas/client/canvasclient.h"
 
 #include "base/log.h"
+#include "canvas/client/classify.h"
+#include "canvas/client/errorbody.h"
+#include "canvas/client/linkheader.h"
 #include "canvas/client/request.h"
 #include "canvas/records/decoding.h"
+#include "net/origin.h"
 
 #include <fmt/format.h>
 
@@ -16,40 +20,40 @@ using Kind = CanvasError::Kind;
 constexpr Log logger{"network"};
 
 /// A chain of pages that never ends is followed so far: 30,000 records of one read.
-constexpr int mostPages = 300;
+constexpr int maxPages = 300;
 
-std::string hostOf(const QUrl &url, const Connection &connection) {
+std::string hostForMessages(const QUrl &url, const Connection &connection) {
     if (const QString host = url.host(); !host.isEmpty())
         return host.toStdString();
-    const QString base = QUrl(QString::fromStdString(connection.baseURL)).host();
-    return base.isEmpty() ? "the Canvas server" : base.toStdString();
+    const std::string base = hostOf(connection.baseURL);
+    return base.empty() ? "the Canvas server" : base;
 }
 
 /// One request and its classification.
-QCoro::Task<HTTPAnswer> send(Connection connection, QUrl url) {
-    const std::string host = hostOf(url, connection);
-    HTTPAnswer answer;
+QCoro::Task<HttpResponse> send(Connection connection, QUrl url) {
+    const std::string host = hostForMessages(url, connection);
+    HttpResponse response;
     try {
         auto get = connection.session->get(url, connection.token, connection.stop);
-        answer = co_await get;
+        response = co_await get;
     } catch (const TransportFailure &failure) {
         const CanvasError error = classify(failure, host);
         logger.error(
             fmt::format("Transport failure: {} → {}", int(failure.code), error.errorDescription()));
         throw error;
     }
-    if (answer.tooLarge)
+    if (response.tooLarge)
         throw CanvasError(Kind::decodingFailed);
-    if (answer.status == 0)
+    if (response.status == 0)
         throw CanvasError(Kind::nonHTTP);
-    if (answer.status >= 200 && answer.status <= 299)
-        co_return answer;
-    const CanvasError error = classifyStatus(answer.status, answer.body, host);
-    logger.error(fmt::format("HTTP {} → {}", answer.status, error.errorDescription()));
+    if (response.status >= 200 && response.status <= 299)
+        co_return response;
+    const CanvasError error = classifyStatus(response.status, response.body, host);
+    logger.error(fmt::format("HTTP {} → {}", response.status, error.errorDescription()));
     throw error;
 }
 
-QCoro::Task<HTTPAnswer> sendWithRetry(Connection connection, QUrl url) {
+QCoro::Task<HttpResponse> sendWithRetry(Connection connection, QUrl url) {
     for (int attempt = 1;; ++attempt) {
         std::optional<CanvasError> failure;
         try {
@@ -96,31 +100,32 @@ QCoro::Task<std::vector<Record>> fetchAll(Connection connection, Endpoint<Record
     const auto first = endpointURL(connection.baseURL, endpoint.path, endpoint.query);
     if (!first)
         throw CanvasError(Kind::badURL);
-    const auto origin = writtenOrigin(connection.baseURL);
+    const auto origin = originAsWritten(connection.baseURL);
     std::vector<Record> result;
     QUrl url = *first;
     for (int page = 1;; ++page) {
         auto sending = sendWithRetry(connection, url);
-        const HTTPAnswer answer = co_await sending;
+        const HttpResponse response = co_await sending;
         const std::string host = url.host().isEmpty() ? "The server" : url.host().toStdString();
-        std::vector<Record> records = decodeBody(answer.body, host, endpoint.what, endpoint.decode);
+        std::vector<Record> records =
+            decodeBody(response.body, host, endpoint.what, endpoint.decode);
         result.insert(
             result.end(), std::make_move_iterator(records.begin()),
             std::make_move_iterator(records.end()));
 
-        const auto next = nextLink(answer.link);
+        const auto next = nextLink(response.header("Link"));
         if (!next)
             co_return result;
         // The token goes to one origin alone.
-        if (writtenOrigin(*next) != origin) {
+        if (originAsWritten(*next) != origin) {
             logger.error(fmt::format("Refusing cross-host Link to {}", *next));
             co_return result;
         }
         url = QUrl(QString::fromStdString(*next), QUrl::StrictMode);
         if (!url.isValid())
             co_return result;
-        if (page == mostPages) {
-            logger.error(fmt::format("Stopped after {} pages — Link chain never ended", mostPages));
+        if (page == maxPages) {
+            logger.error(fmt::format("Stopped after {} pages — Link chain never ended", maxPages));
             co_return result;
         }
     }
@@ -137,9 +142,9 @@ QCoro::Task<std::string> fetchUserName(Connection connection) {
     if (!url)
         throw CanvasError(Kind::badURL);
     auto sending = sendWithRetry(connection, *url);
-    const HTTPAnswer answer = co_await sending;
+    const HttpResponse response = co_await sending;
     const CanvasUser user =
-        decodeBody(answer.body, url->host().toStdString(), "CanvasUser", decodeUser);
+        decodeBody(response.body, url->host().toStdString(), "CanvasUser", decodeUser);
     co_return user.name ? *user.name : user.shortName.value_or("your Canvas account");
 }
 

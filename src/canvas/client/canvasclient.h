@@ -10,7 +10,7 @@ namespace ellwynd {
 /// endpoints, each answered as JSON, page by page, with a short linear back-off where a retry
 /// helps. Every failure is one CanvasError.
 ///
-/// The session outlives every read; the client itself may go while one runs.
+/// The session must outlive every read; the client itself may be destroyed while one runs.
 class CanvasClient final : public CanvasReading {
   public:
     /// @param baseURL the institution's address as saved.

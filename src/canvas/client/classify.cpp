@@ -1,7 +1,6 @@
 #include "canvas/client/classify.h"
 
-#include "base/text.h"
-#include "canvas/records/decoding.h"
+#include "canvas/client/errorbody.h"
 
 #include <algorithm>
 #include <cctype>
@@ -15,18 +14,6 @@ using Kind = CanvasError::Kind;
 bool mentionsRateLimit(std::string text) {
     std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
     return text.find("rate limit") != std::string::npos;
-}
-
-/// Calls `use` with every piece of `text` between separators, until it answers true.
-template<class Use>
-bool split(std::string_view text, char separator, Use use) {
-    for (std::size_t begin = 0; begin <= text.size();) {
-        const std::size_t end = std::min(text.find(separator, begin), text.size());
-        if (use(text.substr(begin, end - begin)))
-            return true;
-        begin = end + 1;
-    }
-    return false;
 }
 
 } // namespace
@@ -79,15 +66,10 @@ CanvasError classifyStatus(int status, const std::string &body, const std::strin
     return CanvasError::unexpectedStatus(status, text);
 }
 
-std::optional<std::string> canvasErrorText(const std::string &body) {
-    const std::string joined = join(decodeErrorMessages(body), " ");
-    return joined.empty() ? std::nullopt : std::optional{joined};
-}
-
 std::optional<std::chrono::milliseconds> retryDelay(const CanvasError &error, int attempt) {
     using std::chrono::milliseconds;
-    constexpr int mostAttempts = 3;
-    if (attempt >= mostAttempts)
+    constexpr int maxAttempts = 3;
+    if (attempt >= maxAttempts)
         return std::nullopt;
     switch (error.kind()) {
     case Kind::canvasUnavailable:
@@ -98,22 +80,6 @@ std::optional<std::chrono::milliseconds> retryDelay(const CanvasError &error, in
     default:
         return std::nullopt;
     }
-}
-
-std::optional<std::string> nextLink(std::string_view header) {
-    std::optional<std::string> address;
-    split(header, ',', [&](std::string_view piece) {
-        const std::size_t semicolon = piece.find(';');
-        if (semicolon == std::string_view::npos)
-            return false;
-        const bool next = split(piece.substr(semicolon + 1), ';', [](std::string_view segment) {
-            return trim(segment, " ") == R"(rel="next")";
-        });
-        if (next)
-            address = trim(trim(piece.substr(0, semicolon), " "), "<>");
-        return next;
-    });
-    return address;
 }
 
 } // namespace ellwynd

@@ -5,7 +5,6 @@
 
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
 namespace ellwynd {
 
@@ -18,10 +17,10 @@ class DecodingError : public std::runtime_error {
 };
 
 /// How deep a Canvas response may nest.
-inline constexpr std::size_t maximumNesting = 64;
+inline constexpr std::size_t maxNesting = 64;
 
 // Each takes the whole text of a response and returns every record in it, or throws a
-// DecodingError: for text that is no JSON or is cut short, nesting past `maximumNesting`, a
+// DecodingError: for text that is no JSON or is cut short, nesting past `maxNesting`, a
 // required key that is missing or null, any key of the wrong type, a date that is no ISO 8601
 // instant and a number that is not finite. Unknown keys are ignored; of a key given twice the last
 // counts.
@@ -36,13 +35,5 @@ inline constexpr std::size_t maximumNesting = 64;
 [[nodiscard]] Course decodeCourse(const std::string &json);
 
 [[nodiscard]] CanvasUser decodeUser(const std::string &json);
-
-/// What the body of a failure says: its non-empty "message", else the non-empty "message" of each
-/// object of its list of "errors", in order. Empty for a body of any other shape; never throws.
-[[nodiscard]] std::vector<std::string> decodeErrorMessages(const std::string &json);
-
-/// Whether a body is a web page rather than JSON: its first 256 bytes, without the white space
-/// around them, begin with "<".
-[[nodiscard]] bool looksLikeHTML(std::string_view body);
 
 } // namespace ellwynd

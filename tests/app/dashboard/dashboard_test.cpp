@@ -253,7 +253,7 @@ TEST_F(PassTest, ASignOutOrALaterPassOvertakesIt) {
     EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
     EXPECT_TRUE(widgets().empty());
     canvas.release();
-    ASSERT_TRUE(test::until([&] { return core.session.requestGate().inFlight() == 0; }));
+    ASSERT_TRUE(test::until([&] { return core.session.requestLimiter().inFlight() == 0; }));
     QCoreApplication::processEvents();
     EXPECT_EQ(passes.size(), 1U);
     EXPECT_TRUE(widgets().empty());
@@ -273,7 +273,7 @@ TEST_F(PassTest, ASignOutOrALaterPassOvertakesIt) {
     controller.refresh();
     ASSERT_TRUE(test::until([&] { return lists() > before && !controller.isLoading(); }));
     canvas.release();
-    ASSERT_TRUE(test::until([&] { return core.session.requestGate().inFlight() == 0; }));
+    ASSERT_TRUE(test::until([&] { return core.session.requestLimiter().inFlight() == 0; }));
     QCoreApplication::processEvents();
     EXPECT_EQ(passes.size(), 2U) << "the first pass came to no end of its own";
     EXPECT_EQ(controller.dashboard().shownTerm()->cards[0].flagged(), 2);

@@ -343,8 +343,7 @@ TEST_F(UpdaterTest, HostileAnswersEndTheCheckWithAMessage) {
 
 TEST_F(UpdaterTest, AnAnswerThatNeverComesIsGivenUp) {
     for (const auto manner : {FakeReply::Manner::silent, FakeReply::Manner::trickle}) {
-        AppcastFeed impatient(
-            defaults, server.address(), test::noonClock, {.silence = 60s, .whole = 50ms});
+        AppcastFeed impatient(defaults, server.address(), test::noonClock, {.totalTimeout = 50ms});
         Updater of(defaults, impatient, "2", test::noonClock);
         listen(of);
         answer({.manner = manner});

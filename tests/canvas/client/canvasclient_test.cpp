@@ -38,7 +38,7 @@ QCoro::Task<> noteWait(std::chrono::milliseconds duration, std::stop_token stop)
 
 struct CanvasClientTest : testing::Test {
     FakeCanvas canvas;
-    CanvasSession session{{.silence = 60s, .whole = 60s, .wait = noteWait}};
+    CanvasSession session{{.inactivityTimeout = 60s, .totalTimeout = 60s}, noteWait};
     std::string token = "secret-token";
 
     CanvasClientTest() {
@@ -154,7 +154,7 @@ TEST_F(CanvasClientTest, NeverMoreThanSixRequestsAtATime) {
     for (auto &read : reads)
         (void)runToEnd(std::move(read));
     EXPECT_EQ(canvas.mostInFlight, 6);
-    EXPECT_EQ(session.requestGate().inFlight(), 0);
+    EXPECT_EQ(session.requestLimiter().inFlight(), 0);
 
     // While the rate limit runs low, one at a time.
     canvas.mostInFlight = 0;
@@ -231,7 +231,7 @@ TEST_F(CanvasClientTest, RealFaultsHaveTheirOwnWords) {
          }) {
         // A session of its own: no row sees the connection that another one broke.
         CanvasSession impatient(
-            {.silence = 150ms, .whole = 400ms, .bodyBytes = 2000, .wait = noteWait});
+            {.inactivityTimeout = 150ms, .totalTimeout = 400ms, .maxBytes = 2000}, noteWait);
         canvas.answerWith([&row](const FakeRequest &) { return row.reply; });
         CanvasClient reading(canvas.address(), token, impatient);
         try {

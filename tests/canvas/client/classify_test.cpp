@@ -1,5 +1,8 @@
 #include "canvas/client/classify.h"
+#include "canvas/client/errorbody.h"
+#include "canvas/client/linkheader.h"
 #include "canvas/client/request.h"
+#include "net/origin.h"
 
 #include <gmock/gmock.h>
 
@@ -90,6 +93,15 @@ TEST(Classify, RetriesWhatMayPass) {
     EXPECT_EQ(retryDelay(CanvasError::network("x"), 1), std::nullopt);
 }
 
+TEST(LooksLikeHTML, ExaminesTheFirstBytesAlone) {
+    EXPECT_TRUE(looksLikeHTML("\r\n\t <!DOCTYPE html>"));
+    EXPECT_FALSE(looksLikeHTML(std::string(1000, ' ') + "<html>"));
+    EXPECT_TRUE(looksLikeHTML(std::string(255, ' ') + "<html>"));
+    EXPECT_FALSE(looksLikeHTML("<\xff>"));
+    EXPECT_FALSE(looksLikeHTML("{}"));
+    EXPECT_FALSE(looksLikeHTML(""));
+}
+
 TEST(NextLink, FindsTheOneRelation) {
     struct Row {
         const char *header;
@@ -132,15 +144,15 @@ TEST(Request, AddressesStandBelowTheSavedOne) {
 }
 
 TEST(Request, OriginsAreComparedAsWritten) {
-    EXPECT_EQ(writtenOrigin("https://h.example:443/x"), "https://h.example");
-    EXPECT_EQ(writtenOrigin("https://h.example?x"), "https://h.example");
-    EXPECT_NE(writtenOrigin("https://H.example"), writtenOrigin("https://h.example"));
-    EXPECT_NE(writtenOrigin("http://h.example"), writtenOrigin("https://h.example"));
-    EXPECT_NE(writtenOrigin("https://h.example:8443"), writtenOrigin("https://h.example"));
-    EXPECT_NE(writtenOrigin("https://h.example\\@evil"), std::nullopt);
-    EXPECT_EQ(writtenOrigin("https://h.example@evil.example/"), std::nullopt);
-    EXPECT_EQ(writtenOrigin("/relative"), std::nullopt);
-    EXPECT_EQ(writtenOrigin("https://"), std::nullopt);
+    EXPECT_EQ(originAsWritten("https://h.example:443/x"), "https://h.example");
+    EXPECT_EQ(originAsWritten("https://h.example?x"), "https://h.example");
+    EXPECT_NE(originAsWritten("https://H.example"), originAsWritten("https://h.example"));
+    EXPECT_NE(originAsWritten("http://h.example"), originAsWritten("https://h.example"));
+    EXPECT_NE(originAsWritten("https://h.example:8443"), originAsWritten("https://h.example"));
+    EXPECT_NE(originAsWritten("https://h.example\\@evil"), std::nullopt);
+    EXPECT_EQ(originAsWritten("https://h.example@evil.example/"), std::nullopt);
+    EXPECT_EQ(originAsWritten("/relative"), std::nullopt);
+    EXPECT_EQ(originAsWritten("https://"), std::nullopt);
 }
 
 } // namespace

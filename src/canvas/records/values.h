@@ -1,0 +1,112 @@
+// Parsed JSON into the fields of records, by their schemas.
+#pragma once
+
+#include "canvas/records/schema.h"
+
+#include <simdjson.h>
+
+namespace ellwynd::decoding {
+
+/// What is wrong inside a record. The path to it grows on the way out: the key, the record that the
+/// key belongs to, its place in the list.
+struct Fault {
+    std::string path;
+    std::string problem;
+};
+
+[[noreturn]] void fail(std::string_view key, std::string problem);
+
+// Each throws a Fault for a value of the wrong type.
+void decodeValue(const simdjson::dom::element &value, std::int64_t &into);
+void decodeValue(const simdjson::dom::element &value, double &into);
+void decodeValue(const simdjson::dom::element &value, bool &into);
+void decodeValue(const simdjson::dom::element &value, std::string &into);
+void decodeValue(const simdjson::dom::element &value, Date &into);
+
+template<class Record>
+void decodeRecord(const simdjson::dom::element &value, Record &into);
+
+template<class Value>
+void decodeValue(const simdjson::dom::element &value, Value &into) {
+    decodeRecord(value, into);
+}
+
+template<class Record>
+void decodeValue(const simdjson::dom::element &value, std::vector<Record> &into) {
+    simdjson::dom::array list;
+    if (value.get(list) != simdjson::SUCCESS)
+        fail("", "is not a list");
+    into.reserve(list.size());
+    std::size_t index = 0;
+    for (const simdjson::dom::element item : list) {
+        try {
+            decodeRecord(item, into.emplace_back());
+        } catch (Fault &fault) {
+            const std::string place = std::to_string(index);
+            fault.path = "[" + place + "]" + (fault.path.empty() ? "" : ".") + fault.path;
+            throw;
+        }
+        ++index;
+    }
+}
+
+template<class Value>
+void decodeValue(const simdjson::dom::element &value, std::optional<Value> &into) {
+    if (value.is_null())
+        into.reset();
+    else
+        decodeValue(value, into.emplace());
+}
+
+template<class Record, class Value>
+void decodeField(
+    const Field<Record, Value> &field, const simdjson::dom::element &value, Record &into) {
+    try {
+        decodeValue(value, into.*field.member);
+    } catch (Fault &fault) {
+        const bool list = !fault.path.empty() && fault.path.front() == '[';
+        fault.path = std::string(field.key) + (fault.path.empty() || list ? "" : ".") + fault.path;
+        throw;
+    }
+}
+
+template<class Record>
+void decodeRecord(const simdjson::dom::element &value, Record &into) {
+    simdjson::dom::object object;
+    if (value.get(object) != simdjson::SUCCESS)
+        fail("", "is not an object");
+    constexpr auto &fields = Schema<Record>::fields;
+    unsigned seen = 0;
+    for (const auto [key, item] : object) {
+        const std::string_view name = key;
+        const simdjson::dom::element element = item;
+        std::apply(
+            [&](const auto &...field) {
+                unsigned bit = 1;
+                const auto tryField = [&](const auto &f) {
+                    const bool match = f.key == name;
+                    if (match) {
+                        decodeField(f, element, into);
+                        seen |= bit;
+                    }
+                    bit <<= 1U;
+                    return match;
+                };
+                (void)(tryField(field) || ...);
+            },
+            fields);
+    }
+    std::apply(
+        [&](const auto &...field) {
+            unsigned bit = 1;
+            const auto check = [&](const auto &f) {
+                if (f.required && (seen & bit) == 0)
+                    fail(f.key, "is missing");
+                bit <<= 1U;
+            };
+            (check(field), ...);
+        },
+        fields);
+}
+
+} // namespace ellwynd::decoding

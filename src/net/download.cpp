@@ -1,0 +1,142 @@
+#include "net/download.h"
+
+#include "generated/version.h"
+
+#include <QCoro/QCoroSignal>
+#include <QNetworkInformation>
+#include <QTimer>
+
+namespace ellwynd {
+
+namespace {
+
+bool isOffline() {
+    static const bool loaded =
+        QNetworkInformation::loadBackendByFeatures(QNetworkInformation::Feature::Reachability);
+    const auto *information = loaded ? QNetworkInformation::instance() : nullptr;
+    return information != nullptr &&
+        information->reachability() == QNetworkInformation::Reachability::Disconnected;
+}
+
+TransportFailure failureOf(const QNetworkReply &reply) {
+    const auto code = reply.error();
+    const bool mayBeOffline = code == QNetworkReply::ConnectionRefusedError ||
+        code == QNetworkReply::HostNotFoundError || code == QNetworkReply::UnknownNetworkError;
+    return {
+        .code = code,
+        .description = reply.errorString().toStdString(),
+        // The platform ends a silent request as if it had been cancelled.
+        .timedOut = code == QNetworkReply::OperationCanceledError,
+        .offline = mayBeOffline && isOffline()};
+}
+
+/// A body that ended early although nobody said so.
+bool isCutShort(const QNetworkReply &reply, std::size_t received) {
+    if (reply.hasRawHeader("Content-Encoding") || !reply.hasRawHeader("Content-Length"))
+        return false;
+    bool isNumber = false;
+    const auto announced = reply.rawHeader("Content-Length").toULongLong(&isNumber);
+    return isNumber && received < announced;
+}
+
+/// Gathers the body of a reply and ends the reply at the limits. It aborts through the event loop
+/// alone: an abort emits `finished`, which resumes the coroutine that owns this object.
+class BodyReader : public QObject {
+  public:
+    BodyReader(QNetworkReply &reply, DownloadLimits limits) : reply(reply), limits(limits) {
+        connect(&reply, &QNetworkReply::readyRead, this, &BodyReader::readChunk);
+        totalTimer.setSingleShot(true);
+        connect(&totalTimer, &QTimer::timeout, this, &BodyReader::abortLater);
+        totalTimer.start(limits.totalTimeout);
+    }
+
+    void readChunk() {
+        if (tooLarge || !reply.isOpen())
+            return;
+        const QByteArray chunk = reply.readAll();
+        tooLarge = body.size() + std::size_t(chunk.size()) > limits.maxBytes;
+        if (tooLarge)
+            abortLater();
+        else
+            body.append(chunk.constData(), std::size_t(chunk.size()));
+    }
+
+    /// May be called on any thread.
+    void abortLater() {
+        QMetaObject::invokeMethod(&reply, &QNetworkReply::abort, Qt::QueuedConnection);
+    }
+
+    std::string body;
+    bool tooLarge = false;
+
+  private:
+    QNetworkReply &reply;
+    DownloadLimits limits;
+    QTimer totalTimer;
+};
+
+struct DeleteLater {
+    void operator()(QNetworkReply *reply) const { reply->deleteLater(); }
+};
+
+} // namespace
+
+std::string HttpResponse::header(const char *name) const {
+    for (const auto &[key, value] : headers) {
+        if (key.compare(name, Qt::CaseInsensitive) == 0)
+            return value.toStdString();
+    }
+    return {};
+}
+
+QNetworkRequest statelessRequest(const QUrl &url, const char *accept) {
+    QNetworkRequest request(url);
+    request.setRawHeader("Accept", accept);
+    // Hosted Canvas refuses requests without one.
+    request.setRawHeader("User-Agent", QByteArray("Ellwynd/") + version);
+    request.setAttribute(
+        QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    request.setAttribute(
+        QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
+    request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
+    return request;
+}
+
+QCoro::Task<HttpResponse>
+Downloader::get(QNetworkRequest request, DownloadLimits limits, std::stop_token stop) {
+    if (stop.stop_requested())
+        throw Cancelled();
+    if (!manager) {
+        manager = std::make_unique<QNetworkAccessManager>();
+        manager->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
+    }
+    request.setTransferTimeout(int(limits.inactivityTimeout.count()));
+    const std::unique_ptr<QNetworkReply, DeleteLater> reply(manager->get(request));
+    BodyReader reader(*reply, limits);
+    const std::stop_callback abort(stop, [&reader] { reader.abortLater(); });
+    co_await qCoro(reply.get(), &QNetworkReply::finished);
+
+    if (stop.stop_requested())
+        throw Cancelled();
+    reader.readChunk();
+    HttpResponse response{
+        .status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
+        .headers = reply->rawHeaderPairs(),
+        .body = std::move(reader.body),
+        .tooLarge = reader.tooLarge};
+    if (response.tooLarge)
+        co_return response;
+    const bool success = response.status == 0 || (response.status >= 200 && response.status <= 299);
+    if (success && reply->error() != QNetworkReply::NoError)
+        throw failureOf(*reply);
+    if (success && isCutShort(*reply, response.body.size())) {
+        throw TransportFailure{
+            .code = QNetworkReply::RemoteHostClosedError, .description = "cut short"};
+    }
+    co_return response;
+}
+
+} // namespace ellwynd

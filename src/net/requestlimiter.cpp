@@ -1,0 +1,34 @@
+#include "net/requestlimiter.h"
+
+#include <QTimer>
+
+namespace ellwynd {
+
+bool RequestLimiter::tryAcquire() {
+    if (active >= limit || !waiting.empty())
+        return false;
+    ++active;
+    return true;
+}
+
+void RequestLimiter::release() {
+    --active;
+    admit();
+}
+
+void RequestLimiter::setLimit(int newLimit) {
+    limit = newLimit;
+    admit();
+}
+
+void RequestLimiter::admit() {
+    while (active < limit && !waiting.empty()) {
+        ++active;
+        const auto next = waiting.front();
+        waiting.pop_front();
+        // From the event loop, so that the waiter does not run inside the frame that releases.
+        QTimer::singleShot(0, [next] { next.resume(); });
+    }
+}
+
+} // namespace ellwynd

@@ -102,6 +102,9 @@ QNetworkRequest statelessRequest(const QUrl &url, const char *accept) {
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
+    // Qt 6.4 does not survive a server that retires an HTTP/2 connection: what is in flight fails
+    // and what waits, waits for the whole time limit. Over HTTP/1.1 six connections serve as well.
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     return request;
 }
 
@@ -119,11 +122,16 @@ Downloader::get(QNetworkRequest request, DownloadLimits limits, std::stop_token 
     const std::stop_callback abort(stop, [&reader] { reader.abortLater(); });
     co_await qCoro(reply.get(), &QNetworkReply::finished);
 
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    // Qt 6.4 ends a reply with an informational response. The final one is still to come on that
+    // connection, where it would be taken for the response to the next request.
+    if (status >= 100 && status <= 199)
+        manager->clearConnectionCache();
     if (stop.stop_requested())
         throw Cancelled();
     reader.readChunk();
     HttpResponse response{
-        .status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
+        .status = status,
         .headers = reply->rawHeaderPairs(),
         .body = std::move(reader.body),
         .tooLarge = reader.tooLarge};

@@ -41,7 +41,10 @@ FakeReply gzipped(FakeReply reply) {
 }
 
 FakeCanvas::FakeCanvas(CertificateKind certificate) {
-    server.setSslConfiguration(serverConfiguration(certificate));
+    QSslConfiguration configuration = serverConfiguration(certificate);
+    // Whoever offers HTTP/2 gets it, as from a hosted Canvas, and is not understood after that.
+    configuration.setAllowedNextProtocols({"h2", "http/1.1"});
+    server.setSslConfiguration(configuration);
     if (!server.listen(QHostAddress::LocalHost))
         throw std::runtime_error("the fake Canvas could not listen");
     connect(&server, &QTcpServer::pendingConnectionAvailable, this, &FakeCanvas::accept);
@@ -95,7 +98,10 @@ void FakeCanvas::receive(QSslSocket *socket, int connection, QByteArray &buffer)
         }
         requests.push_back(request);
         mostInFlight = std::max(mostInFlight, ++inFlight);
-        reply(socket, request.path, answer(request));
+        FakeReply next = answer(request);
+        next.isLast =
+            requestsPerConnection > 0 && ++requestsOf[connection] >= requestsPerConnection;
+        reply(socket, request.path, next);
     }
 }
 
@@ -140,7 +146,8 @@ FakeReply FakeCanvas::page(const FakeRequest &request) const {
         other.removeAllQueryItems("page");
         const QByteArray mark = ("k" + QByteArray::number(qulonglong(place))).toBase64();
         other.addQueryItem("page", "bookmark:" + QString::fromLatin1(mark));
-        QUrl url(QString::fromStdString(address()));
+        // As Canvas does: from the host that the request named.
+        QUrl url = QUrl::fromEncoded("https://" + request.headers.value("host"));
         url.setPath(request.path);
         url.setQuery(other);
         return "<" + url.toEncoded() + ">; rel=\"" + relation + "\"";
@@ -201,6 +208,16 @@ void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {
         socket->abort();
         return;
     }
+    if (reply.manner == Manner::earlyHints) {
+        socket->write("HTTP/1.1 103 Early Hints\r\nLink: </style.css>; rel=preload\r\n\r\n");
+        socket->flush();
+        // The response itself after whatever the client makes of the hints.
+        ++inFlight;
+        FakeReply final = reply;
+        final.manner = Manner::whole;
+        QTimer::singleShot(20, socket, [this, socket, final] { write(socket, final); });
+        return;
+    }
     QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) + " Status\r\n";
     head += "Content-Type: " + reply.contentType + "\r\n";
     const qsizetype length = reply.manner == Manner::trickle ? 1'000'000 : reply.body.size();
@@ -222,6 +239,8 @@ void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {
     default:
         socket->write(reply.body);
     }
+    if (reply.isLast)
+        socket->disconnectFromHost();
 }
 
 } // namespace ellwynd::test

@@ -41,6 +41,8 @@ struct FakeReply {
         silent,
         /// A byte at a time, without end.
         trickle,
+        /// An informational response first.
+        earlyHints,
     };
 
     int status = 200;
@@ -50,6 +52,8 @@ struct FakeReply {
     Manner manner = Manner::whole;
     /// On top of the server's own latency.
     int delayMilliseconds = 0;
+    /// The connection is closed after it. Set by the server.
+    bool isLast = false;
 };
 
 /// The same answer, its body packed with gzip.
@@ -82,6 +86,8 @@ class FakeCanvas : public QObject {
     QByteArray token = "secret-token";
     /// How long every answer takes. Answers wait side by side.
     int latencyMilliseconds = 0;
+    /// Every connection is closed without notice after so many answers; 0 for never.
+    int requestsPerConnection = 0;
     std::vector<FakeRequest> requests;
     /// The most requests that were waiting for an answer at one time.
     int mostInFlight = 0;
@@ -100,6 +106,7 @@ class FakeCanvas : public QObject {
     QHash<QString, std::vector<QByteArray>> records;
     QHash<QString, std::deque<FakeReply>> plans;
     std::function<FakeReply(const FakeRequest &)> custom;
+    QHash<int, int> requestsOf;
     int inFlight = 0;
     std::size_t holdingUntil = 0;
     QString heldPath;

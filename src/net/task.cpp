@@ -34,6 +34,8 @@ void detach(QCoro::Task<> task, std::string what) {
 QCoro::Task<> sleepFor(std::chrono::milliseconds duration, std::stop_token stop) {
     QTimer timer;
     timer.setSingleShot(true);
+    // A coarse timer may fire a twentieth early.
+    timer.setTimerType(Qt::PreciseTimer);
     timer.start(duration);
     // The restarted timer fires from the event loop, so the frame is not resumed inside the
     // callback.

@@ -3,7 +3,6 @@
 #include "canvas/client/errorbody.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace ellwynd {
 
@@ -11,9 +10,11 @@ namespace {
 
 using Kind = CanvasError::Kind;
 
-bool mentionsRateLimit(std::string text) {
-    std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text.find("rate limit") != std::string::npos;
+/// Letters are compared without the locale: some have an "I" of their own.
+bool mentionsRateLimit(std::string_view text) {
+    constexpr std::string_view phrase = "rate limit";
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; };
+    return !std::ranges::search(text, phrase, {}, lower).empty();
 }
 
 } // namespace

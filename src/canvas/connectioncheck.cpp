@@ -50,8 +50,8 @@ ConnectionState ConnectionCheck::state() const {
     return state;
 }
 
-QCoro::Task<ConnectionOutcome>
-ConnectionCheck::testOrThrow(std::string typedAddress, std::string typedToken) const {
+QCoro::Task<ConnectionOutcome> ConnectionCheck::testOrThrow(
+    std::string typedAddress, std::string typedToken, std::stop_token stop) const {
     const auto address = validAddress(typedAddress);
     if (!address) {
         co_return ConnectionOutcome{
@@ -59,25 +59,32 @@ ConnectionCheck::testOrThrow(std::string typedAddress, std::string typedToken) c
             std::string("Enter your Canvas address first — it should look like ") + exampleAddress +
                 "."};
     }
-    std::optional<std::string> token = trimmed(typedToken);
-    if (token->empty())
-        token = tokens.readToken(TokenStore::accountOf(*address));
-    if (!token)
-        co_return ConnectionOutcome{false, "Paste your Canvas access token first."};
-    CanvasClient client(*address, *token, session);
-    auto fetching = client.fetchCurrentUser();
-    const std::string name = co_await fetching;
-    co_return ConnectionOutcome{true, "Connected as " + name};
+    try {
+        std::optional<std::string> token = trimmed(typedToken);
+        if (token->empty())
+            token = tokens.readToken(TokenStore::accountOf(*address));
+        if (!token)
+            co_return ConnectionOutcome{false, "Paste your Canvas access token first."};
+        CanvasClient client(*address, *token, session, stop);
+        auto fetching = client.fetchCurrentUser();
+        const std::string name = co_await fetching;
+        co_return ConnectionOutcome{true, "Connected as " + name};
+    } catch (const Cancelled &) {
+        throw;
+    } catch (...) {
+        logger.error("Connection test failed");
+        throw;
+    }
 }
 
-QCoro::Task<ConnectionOutcome> ConnectionCheck::test(std::string address, std::string token) const {
+QCoro::Task<ConnectionOutcome>
+ConnectionCheck::test(std::string address, std::string token, std::stop_token stop) const {
     ConnectionOutcome outcome;
     try {
-        auto testing = testOrThrow(std::move(address), std::move(token));
+        auto testing = testOrThrow(std::move(address), std::move(token), std::move(stop));
         outcome = co_await testing;
-    } catch (const CanvasError &error) {
-        logger.error("Connection test failed");
-        outcome = {false, error.errorDescription()};
+    } catch (const Cancelled &) {
+        throw;
     } catch (const std::exception &error) {
         outcome = {false, error.what()};
     }

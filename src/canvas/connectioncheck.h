@@ -31,10 +31,12 @@ class ConnectionCheck {
 
     /// Reads the teacher's name with what was typed, or with the saved token where none was; saves
     /// nothing.
-    [[nodiscard]] QCoro::Task<ConnectionOutcome> test(std::string address, std::string token) const;
+    /// @throws Cancelled when a stop was requested.
+    [[nodiscard]] QCoro::Task<ConnectionOutcome>
+    test(std::string address, std::string token, std::stop_token stop = {}) const;
     /// The same, but a failure of Canvas or of the secret store is thrown as what it is.
     [[nodiscard]] QCoro::Task<ConnectionOutcome>
-    testOrThrow(std::string address, std::string token) const;
+    testOrThrow(std::string address, std::string token, std::stop_token stop = {}) const;
 
     /// Saves the token, then the address. A token that cannot be saved saves no address.
     [[nodiscard]] ConnectionOutcome save(const std::string &address, const std::string &token);

@@ -2,6 +2,7 @@
 #include "net/runtoend.h"
 #include "support/core.h"
 #include "support/fakecanvas.h"
+#include "support/logcapture.h"
 
 #include <gmock/gmock.h>
 
@@ -109,8 +110,18 @@ TEST(ConnectionCheck, TestsWithoutSaving) {
     EXPECT_TRUE(core.secrets.secrets.empty());
     core.connectTo(canvas.address());
     EXPECT_EQ(test(canvas.address(), ""), "Connected as Ana Ruiz");
+    const test::LogCapture log;
     core.secrets.failure = locked;
     EXPECT_EQ(test(canvas.address(), ""), locked.what());
+    EXPECT_THAT(test::LogCapture::lines(), testing::Contains("settings: Connection test failed"));
+
+    std::stop_source stop;
+    canvas.answerWith([&](const test::FakeRequest &) {
+        stop.request_stop();
+        return test::FakeReply{.manner = test::FakeReply::Manner::silent};
+    });
+    EXPECT_THROW(
+        (void)runToEnd(core.check.test(canvas.address(), "t", stop.get_token())), Cancelled);
 }
 
 TEST(TokenStore, ATokenThatIsNoTextIsNone) {

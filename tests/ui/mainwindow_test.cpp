@@ -1,3 +1,4 @@
+#include "support/fakecanvas.h"
 #include "support/mainwindow.h"
 #include "support/until.h"
 #include "ui/dashboard/coursecard.h"
@@ -270,6 +271,23 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndForgotten) {
     EXPECT_EQ(changes, 2);
     EXPECT_TRUE(core.secrets.secrets.empty());
     EXPECT_TRUE(address->text().isEmpty());
+
+    // A test that is under way has nothing more to say after that.
+    test::trustAuthority();
+    test::FakeCanvas canvas;
+    canvas.hold(QStringLiteral("/api/v1/users/self"));
+    address->setText(qstring(canvas.address()));
+    token->setText(QStringLiteral("t"));
+    button(panes, QStringLiteral("Test Connection"))->click();
+    ASSERT_TRUE(test::until([&] { return !canvas.requests.empty(); }));
+    button(panes, QStringLiteral("Sign Out"))->click();
+    canvas.release();
+    EXPECT_TRUE(test::until([&] { return core.session.requestLimiter().inFlight() == 0; }));
+    const auto labels = panes.findChildren<QLabel *>();
+    EXPECT_TRUE(std::ranges::any_of(labels, [](const QLabel *label) {
+        return label->text().startsWith(QStringLiteral("No token saved yet"));
+    }));
+    EXPECT_TRUE(button(panes, QStringLiteral("Test Connection"))->isEnabled());
 
     panes.close();
     core.secrets.failure = KeychainError(KeychainError::locked, "locked");

@@ -14,14 +14,15 @@ namespace ellwynd {
 /// Canvas address with its token.
 class Connector {
   public:
-    /// @param clock of the invented college.
+    /// @param now of the invented college.
     Connector(
         UserDefaults &defaults, SecretStore &secrets, CanvasSession &session,
-        Clock clock = systemNow);
+        Clock now = systemNow);
 
     /// Null when the program is not connected: no address, or no token for its host.
+    /// @param stop ends the source's reads with Cancelled.
     /// @throws KeychainError when the token cannot be read, which is no sign-out.
-    [[nodiscard]] std::shared_ptr<CanvasReading> open() const;
+    [[nodiscard]] std::shared_ptr<CanvasReading> open(std::stop_token stop = {}) const;
 
   private:
     UserDefaults &defaults;

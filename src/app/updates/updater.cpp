@@ -2,6 +2,7 @@
 
 #include "base/calendar.h"
 #include "base/log.h"
+#include "net/task.h"
 
 #include <QPointer>
 
@@ -75,7 +76,7 @@ void Updater::checkForUpdates() {
 void Updater::beginCheck() {
     logger.info("Checking for updates");
     checking = true;
-    check();
+    detach(check(), "The update check");
 }
 
 QCoro::Task<> Updater::check() {

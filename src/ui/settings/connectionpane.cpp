@@ -1,6 +1,7 @@
 #include "ui/settings/connectionpane.h"
 
-#include "ui/connection/connectionform.h"
+#include "canvas/connectioncheck.h"
+#include "net/task.h"
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
@@ -43,10 +44,20 @@ ConnectionPane::ConnectionPane(
     addWidget(buttons);
     addWidget(form->progress);
 
-    connect(testButton, &QPushButton::clicked, this, [this] { test(); });
+    connect(
+        testButton, &QPushButton::clicked, this, [this] { detach(test(), "The connection test"); });
     connect(saveButton, &QPushButton::clicked, this, &ConnectionPane::save);
     connect(form->token, &QLineEdit::returnPressed, this, &ConnectionPane::save);
     connect(signOutButton, &QPushButton::clicked, this, &ConnectionPane::signOut);
+    connect(page, &TextLink::pressed, this, &ConnectionPane::openTokenPage);
+}
+
+ConnectionPane::~ConnectionPane() {
+    testStop.request_stop();
+}
+
+void ConnectionPane::say(const std::string &text, bool failed) {
+    showStatus(*status, qstring(text), failed);
 }
 
 void ConnectionPane::reload() {
@@ -56,7 +67,11 @@ void ConnectionPane::reload() {
 QCoro::Task<> ConnectionPane::test() {
     const QPointer<ConnectionPane> self(this);
     testButton->setEnabled(false);
-    auto testing = form->test();
+    progress->show();
+    say("Checking " + address->text().trimmed().toStdString() + "…");
+    testStop = std::stop_source();
+    auto testing = check.test(
+        address->text().toStdString(), token->text().toStdString(), testStop.get_token());
     const ConnectionOutcome outcome = co_await testing;
     if (!self)
         co_return;
@@ -64,16 +79,25 @@ QCoro::Task<> ConnectionPane::test() {
     Q_EMIT announcementRequested(ConnectionForm::announcement(outcome));
 }
 
+void ConnectionPane::stopTest() {
+    testStop.request_stop();
+    testButton->setEnabled(true);
+    progress->hide();
+}
+
 void ConnectionPane::save() {
-    const ConnectionOutcome outcome = form->save();
-    if (!outcome.succeeded)
-        return;
-    form->reload();
-    Q_EMIT connectionDidChange();
-    form->showOutcome(outcome);
+    stopTest();
+    const ConnectionOutcome outcome =
+        check.save(address->text().toStdString(), token->text().toStdString());
+    if (outcome.succeeded) {
+        reload();
+        Q_EMIT connectionDidChange();
+    }
+    say(outcome.status, !outcome.succeeded);
 }
 
 void ConnectionPane::signOut() {
+    stopTest();
     check.signOut();
     form->reload();
     Q_EMIT connectionDidChange();

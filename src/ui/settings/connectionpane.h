@@ -5,6 +5,10 @@
 
 #include <QCoro/QCoroTask>
 
+#include <stop_token>
+
+class QLineEdit;
+class QProgressBar;
 class QPushButton;
 
 namespace ellwynd {
@@ -18,6 +22,7 @@ class ConnectionPane : public SettingsPane {
 
   public:
     ConnectionPane(UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance);
+    ~ConnectionPane() override;
 
     /// Shows what is saved; asks the secret store.
     void reload();
@@ -32,12 +37,16 @@ class ConnectionPane : public SettingsPane {
 
   private:
     QCoro::Task<> test();
+    /// Stops a test under way; its result is not shown.
+    void stopTest();
     void save();
     void signOut();
 
     ConnectionCheck &check;
     ConnectionForm *form;
     QPushButton *testButton;
+    /// Of the test under way.
+    std::stop_source testStop;
 };
 
 } // namespace ellwynd

@@ -1,7 +1,9 @@
 #include "ui/welcome/welcomewindow.h"
 
 #include "canvas/connectioncheck.h"
-#include "ui/connection/connectionform.h"
+#include "help/about.h"
+#include "net/task.h"
+#include "theme/applicationicon.h"
 #include "ui/support/appearance.h"
 #include "ui/welcome/stepdots.h"
 #include "ui/welcome/welcomepages.h"
@@ -67,7 +69,9 @@ WelcomeWindow::WelcomeWindow(
         else
             accept();
     });
-    connect(connectButton, &QPushButton::clicked, this, [this] { connectToCanvas(); });
+    connect(connectButton, &QPushButton::clicked, this, [this] {
+        detach(connectToCanvas(), "Connecting");
+    });
     connect(sampleButton, &QPushButton::clicked, this, &WelcomeWindow::sampleRequested);
     const bool isUnderWay = defaults.value(preferences::onboardingStep) == choice;
     showStep(isUnderWay ? choice : introduction);

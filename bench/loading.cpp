@@ -21,7 +21,7 @@ void loadLargeCourse(benchmark::State &state) {
     const UserDefaults defaults(folder.path().toStdString() + "/Preferences.json", {});
     CanvasSession session;
     CanvasClient client(canvas.address(), canvas.token, session);
-    const std::vector<Course> courses = runToEnd(client.fetchCourses());
+    const std::vector<Course> courses = runToEnd(client.fetchCourses()).records;
 
     std::chrono::duration<double> spent{};
     for (auto _ : state) {

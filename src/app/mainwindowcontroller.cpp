@@ -77,7 +77,7 @@ void MainWindowController::refresh() {
 QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReading> from) {
     const QPointer<MainWindowController> self(this);
     std::optional<CanvasError> failure;
-    std::vector<Course> fetched;
+    ListRead<Course> fetched;
     try {
         fetched = co_await from->fetchCourses();
     } catch (const CanvasError &error) {
@@ -92,7 +92,7 @@ QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReadin
         setStatus(rejected ? "Canvas rejected the token" : "Couldn’t load");
         Q_EMIT errorDidOccur(*failure);
     } else {
-        courseList.set(std::move(fetched));
+        courseList.set(std::move(fetched.records), fetched.cutShort);
         setStatus(courseList.statusText());
         passScheduler.prepareTerms();
         reselect();

@@ -1,6 +1,7 @@
 // The read interface of a Canvas data source.
 #pragma once
 
+#include "canvas/listread.h"
 #include "canvas/records/canvaserror.h"
 #include "canvas/records/records.h"
 
@@ -9,7 +10,8 @@
 namespace ellwynd {
 
 /// Where courses and rosters come from: a teacher's Canvas, or the invented college. Each read
-/// returns the whole list or throws a CanvasError. A source outlives the reads started on it.
+/// returns the whole list, or says why it is not whole, or throws a CanvasError. A source must
+/// outlive the reads started on it.
 class CanvasReading {
   public:
     CanvasReading() = default;
@@ -18,14 +20,13 @@ class CanvasReading {
     virtual ~CanvasReading() = default;
 
     /// The teacher's active courses, each with its term.
-    virtual QCoro::Task<std::vector<Course>> fetchCourses() = 0;
+    virtual QCoro::Task<ListRead<Course>> fetchCourses() = 0;
     /// The course's active student enrollments; a student in two sections comes twice.
-    virtual QCoro::Task<std::vector<Enrollment>> fetchEnrollments(std::int64_t courseID) = 0;
+    virtual QCoro::Task<ListRead<Enrollment>> fetchEnrollments(std::int64_t courseID) = 0;
     /// The course's assignment groups with their assignments.
-    virtual QCoro::Task<std::vector<AssignmentGroup>>
-    fetchAssignmentGroups(std::int64_t courseID) = 0;
+    virtual QCoro::Task<ListRead<AssignmentGroup>> fetchAssignmentGroups(std::int64_t courseID) = 0;
     /// Every student's submissions, among them those of people who are not on the roster.
-    virtual QCoro::Task<std::vector<SubmissionSummary>> fetchSubmissions(std::int64_t courseID) = 0;
+    virtual QCoro::Task<ListRead<SubmissionSummary>> fetchSubmissions(std::int64_t courseID) = 0;
 };
 
 } // namespace ellwynd

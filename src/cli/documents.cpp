@@ -124,6 +124,7 @@ JSON rosterDocument(const ScoredCourse &course, const RosterMemory &memory) {
         {"rows", std::move(rows)},
         {"missedWork", std::move(missed)},
         {"movement", movementDocument(memory.movement)},
+        {"notes", course.notes},
     };
 }
 

@@ -1,7 +1,8 @@
 #include "cli/session.h"
 
 #include "app/courses/connector.h"
-#include "platform/folders/directories.h"
+#include "app/roster/rosterview.h"
+#include "cli/table.h"
 
 #include <fmt/format.h>
 
@@ -50,7 +51,10 @@ std::shared_ptr<CanvasReading> Session::connect() {
 }
 
 std::vector<Course> fetchCourses(Session &session, CanvasReading &source) {
-    return session.finish("Reading the course list…", source.fetchCourses());
+    ListRead<Course> list = session.finish("Reading the course list…", source.fetchCourses());
+    if (list.cutShort)
+        session.err << cutShortText("courses", *list.cutShort) << "\n";
+    return std::move(list.records);
 }
 
 Course findCourse(const std::vector<Course> &courses, std::int64_t id) {
@@ -63,8 +67,16 @@ Course findCourse(const std::vector<Course> &courses, std::int64_t id) {
 ScoredCourse loadByID(Session &session, std::int64_t courseID) {
     const auto source = session.connect();
     const Course course = findCourse(fetchCourses(session, *source), courseID);
-    return session.finish(
+    ScoredCourse scored = session.finish(
         "Reading the roster…", loadCourse(*source, course, session.defaults(), session.now));
+    const ScoredCourse *only = &scored;
+    printNotes(session, {&only, 1});
+    return scored;
+}
+
+void printNotes(Session &session, std::span<const ScoredCourse *const> courses) {
+    for (const std::string &note : notesOf(courses))
+        session.err << printable(note) << "\n";
 }
 
 const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID) {

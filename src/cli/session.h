@@ -10,6 +10,7 @@
 
 #include <iosfwd>
 #include <memory>
+#include <span>
 #include <stdexcept>
 
 namespace ellwynd::cli {
@@ -95,15 +96,18 @@ class Session {
     Progress progressLine;
 };
 
-/// The course list as fetched.
+/// The course list as fetched. A list that was cut short is said on standard error.
 [[nodiscard]] std::vector<Course> fetchCourses(Session &session, CanvasReading &source);
 
 /// The course of that id. @throws Failure when the list holds none.
 [[nodiscard]] Course findCourse(const std::vector<Course> &courses, std::int64_t id);
 
-/// Fetches and scores the course of that id. @throws Failure, NotConnected, KeychainError,
-/// CanvasError
+/// Fetches and scores the course of that id; its notes go to standard error. @throws Failure,
+/// NotConnected, KeychainError, CanvasError
 [[nodiscard]] ScoredCourse loadByID(Session &session, std::int64_t courseID);
+
+/// Prints what the reader of the courses' rosters must know to standard error, a line each.
+void printNotes(Session &session, std::span<const ScoredCourse *const> courses);
 
 /// The student's row. @throws Failure when the roster holds none.
 [[nodiscard]] const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID);

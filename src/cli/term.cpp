@@ -40,6 +40,7 @@ static int runTerm(Session &session, const QStringList &words) {
     for (const ScoredCourse &course : scored)
         courses.push_back(&course);
     const std::vector<RiskRow> rows = termRows(courses);
+    printNotes(session, courses);
 
     if (format) {
         line.print(exportText(*format, title(*term), rows, exportSource(session, true)));

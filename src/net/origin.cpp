@@ -1,31 +1,38 @@
 #include "net/origin.h"
 
-#include <algorithm>
-
 namespace ellwynd {
 
+namespace {
+
+constexpr std::string_view scheme = "https://";
+constexpr int httpsPort = 443;
+
+/// The host as it is sent on the wire: lower case, international names in their ASCII form.
+std::string sentHost(const QUrl &url) {
+    const std::string host = url.host(QUrl::FullyEncoded).toStdString();
+    return host.find(':') == std::string::npos ? host : "[" + host + "]";
+}
+
+} // namespace
+
 std::optional<QUrl> httpsURL(const std::string &address) {
-    // QUrl lowers the scheme and reads a host into "https:///x", so the text itself is asked first.
-    const auto origin = originAsWritten(address);
+    // QUrl lowers the scheme, so the text itself is asked.
+    if (!address.starts_with(scheme))
+        return std::nullopt;
+    const std::string authority = address.substr(
+        scheme.size(), address.find_first_of("/?#\\", scheme.size()) - scheme.size());
     QUrl url(QString::fromStdString(address), QUrl::StrictMode);
-    if (!origin || !origin->starts_with("https://") || !url.isValid() || url.host().isEmpty())
+    if (!url.isValid() || url.host().isEmpty() || authority.find('@') != std::string::npos)
         return std::nullopt;
     return url;
 }
 
-std::optional<std::string> originAsWritten(const std::string &address) {
-    const std::size_t colon = address.find("://");
-    if (colon == std::string::npos || colon == 0)
-        return std::nullopt;
-    const std::size_t begin = colon + 3;
-    const std::size_t end = std::min(address.find_first_of("/?#\\", begin), address.size());
-    std::string authority = address.substr(begin, end - begin);
-    const std::string scheme = address.substr(0, colon);
-    if (scheme == "https" && authority.ends_with(":443"))
-        authority.resize(authority.size() - 4);
-    if (authority.empty() || authority.starts_with(':') || authority.find('@') != std::string::npos)
-        return std::nullopt;
-    return scheme + "://" + authority;
+bool isSameOrigin(const QUrl &requested, const std::string &address) {
+    const auto url = httpsURL(address);
+    const std::string host = sentHost(requested);
+    return url && sentHost(*url) == host && url->port(httpsPort) == requested.port(httpsPort) &&
+        // QUrl lowers the host too.
+        std::string_view(address).substr(scheme.size()).starts_with(host);
 }
 
 std::string hostOf(const std::string &address) {

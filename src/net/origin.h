@@ -1,4 +1,4 @@
-// What counts as an https address, and the origin that it belongs to.
+// What counts as an https address, and when two belong to one origin.
 #pragma once
 
 #include <QUrl>
@@ -12,9 +12,9 @@ namespace ellwynd {
 /// name; nothing is added or completed.
 [[nodiscard]] std::optional<QUrl> httpsURL(const std::string &address);
 
-/// Scheme, host and port of an address exactly as it is written, the standard port left out. Absent
-/// without a scheme or a host, and where a user name stands before the host.
-[[nodiscard]] std::optional<std::string> originAsWritten(const std::string &address);
+/// Whether an address leads to the origin of a URL that was requested: https, the host as it was
+/// sent, letter for letter, and the same port. An address with a user name never does.
+[[nodiscard]] bool isSameOrigin(const QUrl &requested, const std::string &address);
 
 /// The host of an address in lower case; empty when it has none.
 [[nodiscard]] std::string hostOf(const std::string &address);

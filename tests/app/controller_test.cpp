@@ -278,6 +278,28 @@ TEST_F(LiveControllerTest, LoadsTheTermAndACourse) {
     ASSERT_TRUE(untilShown("Chem"));
     EXPECT_EQ(controller.roster().rows[0].id, 30);
     EXPECT_TRUE(errors.empty());
+    EXPECT_EQ(noteText(controller.roster()), "");
+}
+
+TEST_F(LiveControllerTest, AListCutShortIsSaid) {
+    const test::FakeReply cut{.headers = {{"Link", R"(<https://elsewhere.example/>; rel="next")"}}};
+    controller.refresh();
+    ASSERT_TRUE(untilShown("Fall"));
+    canvas.plan(path(2, "students/submissions"), {cut, cut});
+    controller.select(CourseSelection{2});
+    ASSERT_TRUE(until([&] { return !controller.roster().notes.empty(); }));
+    const std::string note = "The list of submissions is incomplete: Canvas linked its next page "
+                             "to another address, where your token is not sent.";
+    EXPECT_EQ(noteText(controller.roster()), note);
+    EXPECT_EQ(core.stores.history.entries().size(), 1U) << "recorded as usual";
+    controller.select(TermSelection{9});
+    EXPECT_EQ(noteText(controller.roster()), "Bio: " + note);
+
+    canvas.plan(
+        QStringLiteral("/api/v1/courses"),
+        {{.body = R"([{"id":1,"name":"Art"}])", .headers = cut.headers}});
+    controller.refresh();
+    ASSERT_TRUE(until([&] { return controller.status() == "1 course · list incomplete"; }));
 }
 
 TEST_F(LiveControllerTest, ACourseAskedForByIdOpensWhenTheListIsIn) {
@@ -350,9 +372,13 @@ TEST_F(LiveControllerTest, AFailedFreshenKeepsTheRows) {
     controller.select(CourseSelection{1});
     ASSERT_TRUE(untilShown("Art"));
     const Date fetched = controller.roster().fetchedAt;
-    canvas.plan(path(1, "enrollments"), {{.status = 404}});
+    canvas.plan(path(1, "enrollments"), {{.status = 401}});
     controller.refreshRoster();
     ASSERT_TRUE(until([&] { return !controller.roster().staleReason.empty(); }));
+    EXPECT_EQ(
+        noteText(controller.roster()),
+        "Canvas rejected the access token. Canvas may have refused Art alone. Showing what was "
+        "loaded before.");
     EXPECT_EQ(controller.roster().rows.size(), 1U);
     EXPECT_EQ(controller.roster().fetchedAt, fetched);
     EXPECT_TRUE(errors.empty());

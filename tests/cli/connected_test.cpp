@@ -100,6 +100,13 @@ TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
     call({"privacy", "forget-contacts"}, 0);
     EXPECT_FALSE(std::filesystem::exists(home / "Ellwynd" / "RosterHistory.json"));
     EXPECT_FALSE(std::filesystem::exists(home / "Ellwynd" / "ContactLog.json"));
+    canvas.plan(
+        QStringLiteral("/api/v1/courses/4021/students/submissions"),
+        {{.headers = {{"Link", R"(<https://elsewhere.example/>; rel="next")"}}}});
+    EXPECT_THAT(
+        json::parse(call({"roster", "4021", "--json"}, 0))["notes"].dump(),
+        HasSubstr("The list of submissions is incomplete"));
+    EXPECT_THAT(everythingSaid, HasSubstr("\nThe list of submissions is incomplete"));
     canvas.token = "another";
     call({"courses"}, 1);
     call({"disconnect"}, 0);

@@ -134,7 +134,7 @@ TEST(HelpFacts, EveryReasonOfTheSampleCollegeIsExplained) {
     SampleCanvasClient college(test::noonClock);
     const test::Core core;
     std::set<std::string> used;
-    for (const Course &course : runToEnd(college.fetchCourses())) {
+    for (const Course &course : runToEnd(college.fetchCourses()).records) {
         const auto scored = runToEnd(loadCourse(college, course, core.defaults, test::noonClock));
         for (const RiskRow &row : scored.rows) {
             for (const ReasonLine &line : row.reasonLines) {

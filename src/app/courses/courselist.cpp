@@ -13,8 +13,9 @@ CourseList::CourseList(UserDefaults &defaults, Clock now)
               Q_EMIT coursesDidChange();
       })) {}
 
-void CourseList::set(std::vector<Course> courses) {
+void CourseList::set(std::vector<Course> courses, std::optional<CutShort> cutShort) {
     latestCourses = std::move(courses);
+    latestCutShort = cutShort;
     Q_EMIT coursesDidChange();
 }
 
@@ -42,8 +43,10 @@ std::vector<TermGroup> CourseList::sidebarTerms() const {
 }
 
 std::string CourseList::statusText() const {
-    return (defaults.value(preferences::sampleData) ? "Sample college · " : "") +
-        plural(std::int64_t(latestCourses.size()), "course");
+    const std::size_t count = latestCourses.size();
+    return fmt::format(
+        "{}{} course{}{}", defaults.value(preferences::sampleData) ? "Sample college · " : "",
+        count, count == 1 ? "" : "s", latestCutShort ? " · list incomplete" : "");
 }
 
 } // namespace ellwynd

@@ -1,6 +1,7 @@
 // The teacher's courses, as last fetched.
 #pragma once
 
+#include "canvas/listread.h"
 #include "canvas/records/termgroups.h"
 #include "preferences/userdefaults.h"
 
@@ -18,7 +19,8 @@ class CourseList : public QObject {
     explicit CourseList(UserDefaults &defaults, Clock now = systemNow);
 
     /// Replaces the list by what Canvas sent; an empty one also stands for "not connected".
-    void set(std::vector<Course> courses);
+    /// @param cutShort why the list is incomplete; absent for a whole one.
+    void set(std::vector<Course> courses, std::optional<CutShort> cutShort = std::nullopt);
 
     /// As fetched, without the sample college's older terms.
     [[nodiscard]] const std::vector<Course> &latest() const { return latestCourses; }
@@ -28,7 +30,7 @@ class CourseList : public QObject {
     [[nodiscard]] bool contains(std::int64_t courseID) const;
     /// The sidebar's terms, newest first, as many as the teacher wants listed.
     [[nodiscard]] std::vector<TermGroup> sidebarTerms() const;
-    /// "7 courses", and in the sample college that it is one.
+    /// "7 courses", with "Sample college" before it there, and a list that was cut short named so.
     [[nodiscard]] std::string statusText() const;
 
   Q_SIGNALS:
@@ -38,6 +40,7 @@ class CourseList : public QObject {
     UserDefaults &defaults;
     Clock now;
     std::vector<Course> latestCourses;
+    std::optional<CutShort> latestCutShort;
     std::shared_ptr<void> observing;
 };
 

@@ -79,50 +79,42 @@ QCoro::Task<> RosterController::load(std::shared_ptr<CanvasReading> source) {
     const bool cachedShown = rosterView.state == RosterView::State::shown;
     setLoading(true);
 
-    std::vector<ScoredCourse> scored;
-    std::optional<CanvasError> failure;
-    try {
-        auto fetching = fetch(std::move(source), courses, token);
-        scored = co_await fetching;
-    } catch (const CanvasError &error) {
-        failure = error;
-    } catch (const std::exception &error) {
-        failure = CanvasError::network(error.what());
-    }
+    auto fetching = fetch(std::move(source), courses, token);
+    Fetched fetched = co_await fetching;
     // The teacher has moved on: a slow load never overwrites what was chosen after it.
     if (!self || token != selectionToken)
         co_return;
     setLoading(false);
-    if (failure)
-        showFailure(*failure, cachedShown);
+    if (fetched.failure)
+        showFailure(fetched, cachedShown);
     else
-        visit(std::move(scored));
+        visit(std::move(fetched.scored));
 }
 
-/// The courses side by side. Every one is awaited, also after a failure, which is thrown at the
-/// end.
-QCoro::Task<std::vector<ScoredCourse>> RosterController::fetch(
+/// The courses side by side. Every one is awaited, also after a failure.
+QCoro::Task<RosterController::Fetched> RosterController::fetch(
     std::shared_ptr<CanvasReading> source, std::vector<Course> courses, Token token) {
     const QPointer<RosterController> self(this);
     std::vector<QCoro::Task<ScoredCourse>> loads;
     for (const Course &course : courses)
         loads.push_back(loadCourse(*source, course, defaults, now));
-    std::vector<ScoredCourse> scored;
-    std::exception_ptr failure;
-    for (auto &load : loads) {
+    Fetched fetched;
+    for (std::size_t i = 0; i < loads.size(); ++i) {
         try {
-            scored.push_back(co_await load);
+            fetched.scored.push_back(co_await loads[i]);
             if (self && token == selectionToken) {
-                rosterView.loadedCourses = scored.size();
+                rosterView.loadedCourses = fetched.scored.size();
                 Q_EMIT loadingDidChange();
             }
-        } catch (const std::exception &) {
-            failure = std::current_exception();
+        } catch (const CanvasError &error) {
+            fetched.failure = error;
+            if (error.kind() == CanvasError::Kind::unauthorized)
+                fetched.unauthorized.push_back(displayName(courses[i]));
+        } catch (const std::exception &error) {
+            fetched.failure = CanvasError::network(error.what());
         }
     }
-    if (failure)
-        std::rethrow_exception(failure);
-    co_return scored;
+    co_return fetched;
 }
 
 /// Caches what was fetched; of a single course, works out who moved since the last visit, records
@@ -171,14 +163,20 @@ void RosterController::showCached(const std::vector<Course> &courses) {
     Q_EMIT rosterDidChange();
 }
 
-void RosterController::showFailure(const CanvasError &error, bool cachedShown) {
+void RosterController::showFailure(const Fetched &fetched, bool cachedShown) {
+    const std::string error = fetched.failure->errorDescription();
+    // A token that has run out is rejected for every course.
+    const std::string alone = fetched.unauthorized.size() == 1
+        ? fmt::format("Canvas may have refused {} alone.", fetched.unauthorized.front())
+        : "";
     if (cachedShown) {
-        logger.error(
-            fmt::format("Roster freshen failed, keeping cache: {}", error.errorDescription()));
-        rosterView.staleReason = error.errorDescription();
+        logger.error(fmt::format("Roster freshen failed, keeping cache: {}", error));
+        rosterView.staleReason = error + (alone.empty() ? "" : " " + alone);
     } else {
         rosterView = {.state = RosterView::State::failed, .title = selectionTitle()};
-        Q_EMIT errorDidOccur(error);
+        if (!alone.empty())
+            rosterView.notes.push_back(alone);
+        Q_EMIT errorDidOccur(*fetched.failure);
     }
     Q_EMIT rosterDidChange();
 }
@@ -201,6 +199,7 @@ void RosterController::showRoster(
     } else {
         view.rows = termRows(courses);
     }
+    view.notes = notesOf(courses);
     view.outreach = outreachOf(view.rows, stores, now());
     rosterView = std::move(view);
     Q_EMIT rosterDidChange();

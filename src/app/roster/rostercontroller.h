@@ -61,12 +61,21 @@ class RosterController : public QObject {
     /// Identity of a roster request; a newer request has a larger one.
     using Token = std::uint64_t;
 
-    [[nodiscard]] QCoro::Task<std::vector<ScoredCourse>>
+    /// What a load of several courses brought.
+    struct Fetched {
+        std::vector<ScoredCourse> scored;
+        /// The last failure.
+        std::optional<CanvasError> failure;
+        /// The names of the courses for which Canvas rejected the token.
+        std::vector<std::string> unauthorized;
+    };
+
+    [[nodiscard]] QCoro::Task<Fetched>
     fetch(std::shared_ptr<CanvasReading> source, std::vector<Course> courses, Token token);
     void visit(std::vector<ScoredCourse> scored);
     void showDashboard();
     void showCached(const std::vector<Course> &courses);
-    void showFailure(const CanvasError &error, bool cachedShown);
+    void showFailure(const Fetched &fetched, bool cachedShown);
     void showRoster(
         const std::vector<const ScoredCourse *> &courses, std::vector<RosterChange> movement);
     void setLoading(bool loading);

@@ -60,9 +60,17 @@ loadCourse(CanvasReading &source, Course course, const UserDefaults &defaults, C
     const auto fetchedGroups = co_await groups;
     auto work = co_await submissions;
     const CourseThresholds thresholds = courseThresholds(defaults, course.id);
-    co_return scoreCourse(
-        std::move(course), std::move(students), fetchedGroups, std::move(work), thresholds,
-        clock());
+    ScoredCourse scored = scoreCourse(
+        std::move(course), std::move(students.records), fetchedGroups.records,
+        std::move(work.records), thresholds, clock());
+    const auto addNote = [&](std::string_view records, std::optional<CutShort> cutShort) {
+        if (cutShort)
+            scored.notes.push_back(cutShortText(records, *cutShort));
+    };
+    addNote("students", students.cutShort);
+    addNote("assignments", fetchedGroups.cutShort);
+    addNote("submissions", work.cutShort);
+    co_return scored;
 }
 
 } // namespace ellwynd

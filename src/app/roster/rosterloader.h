@@ -24,6 +24,8 @@ struct ScoredCourse {
     std::vector<SubmissionSummary> submissions;
     GradeWeighting weighting;
     std::optional<Date> termEndsAt;
+    /// What the roster's reader must know: lists that were cut short.
+    std::vector<std::string> notes;
 };
 
 /// Puts fetched records together and scores them.

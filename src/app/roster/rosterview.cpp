@@ -14,6 +14,24 @@ outreachOf(const std::vector<RiskRow> &rows, const Stores &stores, Date now) {
     return outcomes;
 }
 
+std::vector<std::string> notesOf(std::span<const ScoredCourse *const> courses) {
+    std::vector<std::string> notes;
+    for (const ScoredCourse *course : courses) {
+        for (const std::string &note : course->notes)
+            notes.push_back(courses.size() > 1 ? displayName(course->course) + ": " + note : note);
+    }
+    return notes;
+}
+
+std::string noteText(const RosterView &roster) {
+    std::string text;
+    if (!roster.staleReason.empty())
+        text = roster.staleReason + " Showing what was loaded before.";
+    for (const std::string &note : roster.notes)
+        text += (text.empty() ? "" : "\n") + note;
+    return text;
+}
+
 std::string rememberedLine(const RosterView &roster) {
     std::string line = summaryLine(roster.movement).value_or("");
     const auto awaiting = std::ranges::count_if(

@@ -5,6 +5,7 @@
 #include "memory/movement.h"
 
 #include <map>
+#include <span>
 
 namespace ellwynd {
 
@@ -34,13 +35,21 @@ struct RosterView {
     Date fetchedAt;
     /// Why the rows on screen could not be freshened; empty when they are as Canvas has them.
     std::string staleReason;
+    /// What else the reader must know: lists that were cut short, a course that could not be read.
+    std::vector<std::string> notes;
 };
 
 /// The outcome of every contact with a student of the rows.
 [[nodiscard]] std::map<StudentKey, OutreachOutcome>
 outreachOf(const std::vector<RiskRow> &rows, const Stores &stores, Date now);
 
-/// What stands below the title: who moved since the last visit, and how many await follow-up;
+/// The notes of several courses' rosters, each with its course's name; of a single course without.
+[[nodiscard]] std::vector<std::string> notesOf(std::span<const ScoredCourse *const> courses);
+
+/// Everything that the reader of the rows must know, a line each; empty when there is nothing.
+[[nodiscard]] std::string noteText(const RosterView &roster);
+
+/// What is shown below the title: who moved since the last visit, and how many await follow-up;
 /// empty when there is neither.
 [[nodiscard]] std::string rememberedLine(const RosterView &roster);
 

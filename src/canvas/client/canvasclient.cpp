@@ -42,8 +42,10 @@ QCoro::Task<HttpResponse> send(Connection connection, QUrl url) {
             fmt::format("Transport failure: {} → {}", int(failure.code), error.errorDescription()));
         throw error;
     }
-    if (response.tooLarge)
+    if (response.tooLarge) {
+        logger.error(fmt::format("HTTP {} with a body that is too large to read", response.status));
         throw CanvasError(Kind::decodingFailed);
+    }
     if (response.status == 0)
         throw CanvasError(Kind::nonHTTP);
     if (response.status >= 200 && response.status <= 299)
@@ -96,12 +98,11 @@ struct Endpoint {
 
 /// Every page of an endpoint.
 template<class Record>
-QCoro::Task<std::vector<Record>> fetchAll(Connection connection, Endpoint<Record> endpoint) {
+QCoro::Task<ListRead<Record>> fetchAll(Connection connection, Endpoint<Record> endpoint) {
     const auto first = endpointURL(connection.baseURL, endpoint.path, endpoint.query);
     if (!first)
         throw CanvasError(Kind::badURL);
-    const auto origin = originAsWritten(connection.baseURL);
-    std::vector<Record> result;
+    ListRead<Record> result;
     QUrl url = *first;
     for (int page = 1;; ++page) {
         auto sending = sendWithRetry(connection, url);
@@ -109,23 +110,28 @@ QCoro::Task<std::vector<Record>> fetchAll(Connection connection, Endpoint<Record
         const std::string host = url.host().isEmpty() ? "The server" : url.host().toStdString();
         std::vector<Record> records =
             decodeBody(response.body, host, endpoint.what, endpoint.decode);
-        result.insert(
-            result.end(), std::make_move_iterator(records.begin()),
+        result.records.insert(
+            result.records.end(), std::make_move_iterator(records.begin()),
             std::make_move_iterator(records.end()));
 
         const auto next = nextLink(response.header("Link"));
         if (!next)
             co_return result;
-        // The token goes to one origin alone.
-        if (originAsWritten(*next) != origin) {
-            logger.error(fmt::format("Refusing cross-host Link to {}", *next));
+        url = QUrl(QString::fromStdString(*next), QUrl::StrictMode);
+        if (url.isEmpty() || !url.isValid()) {
+            logger.error("The next page's address could not be read");
+            result.cutShort = CutShort::unreadableLink;
             co_return result;
         }
-        url = QUrl(QString::fromStdString(*next), QUrl::StrictMode);
-        if (!url.isValid())
+        // The token goes to one origin alone.
+        if (!isSameOrigin(*first, *next)) {
+            logger.error(fmt::format("Refusing cross-host Link to {}", *next));
+            result.cutShort = CutShort::refusedLink;
             co_return result;
+        }
         if (page == maxPages) {
             logger.error(fmt::format("Stopped after {} pages — Link chain never ended", maxPages));
+            result.cutShort = CutShort::pageLimit;
             co_return result;
         }
     }
@@ -154,7 +160,7 @@ CanvasClient::CanvasClient(
     std::string baseURL, std::string token, CanvasSession &session, std::stop_token stop)
     : connection{std::move(baseURL), std::move(token), &session, std::move(stop)} {}
 
-QCoro::Task<std::vector<Course>> CanvasClient::fetchCourses() {
+QCoro::Task<ListRead<Course>> CanvasClient::fetchCourses() {
     logger.info("Fetching courses");
     return fetchAll<Course>(
         connection,
@@ -168,7 +174,7 @@ QCoro::Task<std::vector<Course>> CanvasClient::fetchCourses() {
          .decode = decodeCourses});
 }
 
-QCoro::Task<std::vector<Enrollment>> CanvasClient::fetchEnrollments(std::int64_t courseID) {
+QCoro::Task<ListRead<Enrollment>> CanvasClient::fetchEnrollments(std::int64_t courseID) {
     logger.info(fmt::format("Fetching enrollments for course {}", courseID));
     return fetchAll<Enrollment>(
         connection,
@@ -178,8 +184,7 @@ QCoro::Task<std::vector<Enrollment>> CanvasClient::fetchEnrollments(std::int64_t
          .decode = decodeEnrollments});
 }
 
-QCoro::Task<std::vector<AssignmentGroup>>
-CanvasClient::fetchAssignmentGroups(std::int64_t courseID) {
+QCoro::Task<ListRead<AssignmentGroup>> CanvasClient::fetchAssignmentGroups(std::int64_t courseID) {
     logger.info(fmt::format("Fetching assignment groups for course {}", courseID));
     return fetchAll<AssignmentGroup>(
         connection,
@@ -189,7 +194,7 @@ CanvasClient::fetchAssignmentGroups(std::int64_t courseID) {
          .decode = decodeAssignmentGroups});
 }
 
-QCoro::Task<std::vector<SubmissionSummary>> CanvasClient::fetchSubmissions(std::int64_t courseID) {
+QCoro::Task<ListRead<SubmissionSummary>> CanvasClient::fetchSubmissions(std::int64_t courseID) {
     logger.info(fmt::format("Fetching submissions for course {}", courseID));
     return fetchAll<SubmissionSummary>(
         connection,

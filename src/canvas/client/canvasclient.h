@@ -18,10 +18,10 @@ class CanvasClient final : public CanvasReading {
     CanvasClient(
         std::string baseURL, std::string token, CanvasSession &session, std::stop_token stop = {});
 
-    QCoro::Task<std::vector<Course>> fetchCourses() override;
-    QCoro::Task<std::vector<Enrollment>> fetchEnrollments(std::int64_t courseID) override;
-    QCoro::Task<std::vector<AssignmentGroup>> fetchAssignmentGroups(std::int64_t courseID) override;
-    QCoro::Task<std::vector<SubmissionSummary>> fetchSubmissions(std::int64_t courseID) override;
+    QCoro::Task<ListRead<Course>> fetchCourses() override;
+    QCoro::Task<ListRead<Enrollment>> fetchEnrollments(std::int64_t courseID) override;
+    QCoro::Task<ListRead<AssignmentGroup>> fetchAssignmentGroups(std::int64_t courseID) override;
+    QCoro::Task<ListRead<SubmissionSummary>> fetchSubmissions(std::int64_t courseID) override;
 
     /// The name of whom the token belongs to, for the connection check.
     QCoro::Task<std::string> fetchCurrentUser();

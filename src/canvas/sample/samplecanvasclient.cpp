@@ -107,22 +107,28 @@ std::string submissionsJSON(std::int64_t courseID, Date now) {
 
 } // namespace
 
-QCoro::Task<std::vector<Course>> SampleCanvasClient::fetchCourses() {
-    co_return decodeCourses(coursesJSON(activeTerms(), now()));
+QCoro::Task<ListRead<Course>> SampleCanvasClient::fetchCourses() {
+    ListRead<Course> list{.records = decodeCourses(coursesJSON(activeTerms(), now()))};
+    co_return list;
 }
 
-QCoro::Task<std::vector<Enrollment>> SampleCanvasClient::fetchEnrollments(std::int64_t courseID) {
-    co_return decodeEnrollments(enrollmentsJSON(courseID, now()));
+QCoro::Task<ListRead<Enrollment>> SampleCanvasClient::fetchEnrollments(std::int64_t courseID) {
+    ListRead<Enrollment> list{.records = decodeEnrollments(enrollmentsJSON(courseID, now()))};
+    co_return list;
 }
 
-QCoro::Task<std::vector<AssignmentGroup>>
+QCoro::Task<ListRead<AssignmentGroup>>
 SampleCanvasClient::fetchAssignmentGroups(std::int64_t courseID) {
-    co_return decodeAssignmentGroups(assignmentGroupsJSON(courseID));
+    ListRead<AssignmentGroup> list{
+        .records = decodeAssignmentGroups(assignmentGroupsJSON(courseID))};
+    co_return list;
 }
 
-QCoro::Task<std::vector<SubmissionSummary>>
+QCoro::Task<ListRead<SubmissionSummary>>
 SampleCanvasClient::fetchSubmissions(std::int64_t courseID) {
-    co_return decodeSubmissions(submissionsJSON(courseID, now()));
+    ListRead<SubmissionSummary> list{
+        .records = decodeSubmissions(submissionsJSON(courseID, now()))};
+    co_return list;
 }
 
 std::vector<Course> SampleCanvasClient::olderCourses(Date now) {

@@ -16,10 +16,10 @@ class SampleCanvasClient final : public CanvasReading {
 
     explicit SampleCanvasClient(Clock clock = systemNow) : now(clock) {}
 
-    QCoro::Task<std::vector<Course>> fetchCourses() override;
-    QCoro::Task<std::vector<Enrollment>> fetchEnrollments(std::int64_t courseID) override;
-    QCoro::Task<std::vector<AssignmentGroup>> fetchAssignmentGroups(std::int64_t courseID) override;
-    QCoro::Task<std::vector<SubmissionSummary>> fetchSubmissions(std::int64_t courseID) override;
+    QCoro::Task<ListRead<Course>> fetchCourses() override;
+    QCoro::Task<ListRead<Enrollment>> fetchEnrollments(std::int64_t courseID) override;
+    QCoro::Task<ListRead<AssignmentGroup>> fetchAssignmentGroups(std::int64_t courseID) override;
+    QCoro::Task<ListRead<SubmissionSummary>> fetchSubmissions(std::int64_t courseID) override;
 
     /// Courses of nine older terms, for lists of terms that reach further back. They are not among
     /// the active courses, but their rosters can be read.

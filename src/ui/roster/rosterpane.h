@@ -56,7 +56,11 @@ class RosterPane : public QWidget {
     const Appearance &appearance;
     RosterHeader *header;
     ElidedLabel *movement;
-    QLabel *stale;
+    QLabel *notes;
+    QLineEdit *filter;
+    QPushButton *thresholds;
+    QPushButton *missingWork;
+    QPushButton *refresh;
     QStackedWidget *stack;
     QWidget *messagePage;
     QLabel *message;

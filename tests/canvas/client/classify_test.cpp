@@ -2,7 +2,6 @@
 #include "canvas/client/errorbody.h"
 #include "canvas/client/linkheader.h"
 #include "canvas/client/request.h"
-#include "net/origin.h"
 
 #include <gmock/gmock.h>
 
@@ -141,18 +140,6 @@ TEST(Request, AddressesStandBelowTheSavedOne) {
         EXPECT_EQ(url ? std::optional(url->toEncoded().toStdString()) : std::nullopt, row.url)
             << row.base;
     }
-}
-
-TEST(Request, OriginsAreComparedAsWritten) {
-    EXPECT_EQ(originAsWritten("https://h.example:443/x"), "https://h.example");
-    EXPECT_EQ(originAsWritten("https://h.example?x"), "https://h.example");
-    EXPECT_NE(originAsWritten("https://H.example"), originAsWritten("https://h.example"));
-    EXPECT_NE(originAsWritten("http://h.example"), originAsWritten("https://h.example"));
-    EXPECT_NE(originAsWritten("https://h.example:8443"), originAsWritten("https://h.example"));
-    EXPECT_NE(originAsWritten("https://h.example\\@evil"), std::nullopt);
-    EXPECT_EQ(originAsWritten("https://h.example@evil.example/"), std::nullopt);
-    EXPECT_EQ(originAsWritten("/relative"), std::nullopt);
-    EXPECT_EQ(originAsWritten("https://"), std::nullopt);
 }
 
 } // namespace

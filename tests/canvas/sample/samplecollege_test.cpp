@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 std::vector<Enrollment> enrollments(std::int64_t courseID) {
     SampleCanvasClient college(test::noonClock);
-    return runToEnd(college.fetchEnrollments(courseID));
+    return runToEnd(college.fetchEnrollments(courseID)).records;
 }
 
 std::vector<std::string> names(std::int64_t courseID) {
@@ -25,7 +25,7 @@ std::vector<std::string> names(std::int64_t courseID) {
 
 TEST(SampleCollege, ListsItsCoursesWithTheirTerms) {
     SampleCanvasClient college(test::noonClock);
-    const auto courses = runToEnd(college.fetchCourses());
+    const auto courses = runToEnd(college.fetchCourses()).records;
     std::vector<std::int64_t> ids;
     for (const Course &course : courses)
         ids.push_back(course.id);
@@ -113,12 +113,13 @@ TEST(SampleCollege, EveryStudentHasEveryAssignment) {
     SampleCanvasClient college(test::noonClock);
     for (const std::int64_t course : {900101, 900102, 900103, 900201}) {
         std::vector<std::int64_t> assignments;
-        for (const AssignmentGroup &group : runToEnd(college.fetchAssignmentGroups(course))) {
+        for (const AssignmentGroup &group :
+             runToEnd(college.fetchAssignmentGroups(course)).records) {
             for (const Assignment &assignment : group.assignments.value())
                 assignments.push_back(assignment.id);
         }
         const auto students = enrollments(course);
-        const auto submissions = runToEnd(college.fetchSubmissions(course));
+        const auto submissions = runToEnd(college.fetchSubmissions(course)).records;
         ASSERT_EQ(submissions.size(), students.size() * assignments.size());
         for (std::size_t i = 0; i < submissions.size(); ++i) {
             const SubmissionSummary &submission = submissions[i];

@@ -2,7 +2,8 @@
 
 #include "app/courses/connector.h"
 #include "app/roster/rosterview.h"
-#include "cli/table.h"
+#include "base/text.h"
+#include "platform/folders/directories.h"
 
 #include <fmt/format.h>
 
@@ -76,7 +77,7 @@ ScoredCourse loadByID(Session &session, std::int64_t courseID) {
 
 void printNotes(Session &session, std::span<const ScoredCourse *const> courses) {
     for (const std::string &note : notesOf(courses))
-        session.err << printable(note) << "\n";
+        session.err << oneLine(note) << "\n";
 }
 
 const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID) {

@@ -95,6 +95,9 @@ TEST(HelpFacts, EveryMessageOfTheProgramHasItsEntryAndNoOtherHas) {
           core.check.save("", "").status, core.check.save(address, "").status,
           std::string(tokenPageNeedsAddress)})
         EXPECT_EQ(headings.erase(message), 1U) << message;
+    for (const CutShort reason :
+         {CutShort::pageLimit, CutShort::refusedLink, CutShort::unreadableLink})
+        EXPECT_EQ(headings.erase(cutShortText("submissions", reason)), 1U) << int(reason);
     EXPECT_THAT(headings, testing::IsEmpty()) << "no such message is left in the program";
 }
 

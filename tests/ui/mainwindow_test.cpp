@@ -276,7 +276,7 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndForgotten) {
     test::trustAuthority();
     test::FakeCanvas canvas;
     canvas.hold(QStringLiteral("/api/v1/users/self"));
-    address->setText(qstring(canvas.address()));
+    address->setText(QString::fromStdString(canvas.address()));
     token->setText(QStringLiteral("t"));
     button(panes, QStringLiteral("Test Connection"))->click();
     ASSERT_TRUE(test::until([&] { return !canvas.requests.empty(); }));

@@ -179,15 +179,17 @@ TEST_F(WelcomeWindowTest, ClosedWhileCheckingItSavesNothing) {
     defaults.set(preferences::onboardingStep, std::int64_t{WelcomeWindow::choice});
     for (const bool destroyed : {false, true}) {
         canvas.requests.clear();
+        canvas.hold(QStringLiteral("/api/v1/users/self"));
         open();
         type(canvas.address());
         field(1)->setText(QStringLiteral("secret-token"));
         press(Qt::Key_Return);
+        EXPECT_TRUE(until([&] { return !canvas.requests.empty(); }));
         if (destroyed)
             delete window;
         else
             QTest::keyClick(window, Qt::Key_Escape);
-        EXPECT_TRUE(until([&] { return !canvas.requests.empty(); }));
+        canvas.release();
         for (int i = 0; i < 20; ++i)
             QApplication::processEvents(QEventLoop::AllEvents, 10);
         EXPECT_TRUE(core.secrets.secrets.empty());

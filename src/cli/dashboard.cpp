@@ -149,7 +149,7 @@ static int runDashboard(Session &session, const QStringList &words) {
     loop.exec();
     session.progress().end();
     if (line.has("notify"))
-        waitForNotices(notifications);
+        waitForNotices(*notifications);
     std::vector<const ScoredCourse *> scored;
     for (const auto &[id, course] : cache.entries)
         scored.push_back(&course);

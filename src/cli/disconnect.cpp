@@ -1,8 +1,8 @@
-#include "platform/folders/directories.h"
 #include "canvas/connectioncheck.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "outputs/snapshot/snapshotfiles.h"
+#include "platform/folders/directories.h"
 #include "platform/session/widgettimelines.h"
 
 namespace ellwynd::cli {

@@ -51,14 +51,10 @@ struct Reserved {
     std::string folder;
 };
 const std::vector<Reserved> reservedHeaders{
-    {"QDBus", "src/platform/linux/"},
-    {"QtDBus", "src/platform/linux/"},
-    {"libsecret/", "src/platform/linux/"},
-    {"systemd/", "src/platform/linux/"},
-    {"glib", "src/platform/linux/"},
-    {"gio/", "src/platform/linux/"},
-    {"QNetworkAccessManager", "src/net/"},
-    {"QSvg", "src/theme/"},
+    {"QDBus", "src/platform/linux/"},      {"QtDBus", "src/platform/linux/"},
+    {"libsecret/", "src/platform/linux/"}, {"systemd/", "src/platform/linux/"},
+    {"glib", "src/platform/linux/"},       {"gio/", "src/platform/linux/"},
+    {"QNetworkAccessManager", "src/net/"}, {"QSvg", "src/theme/"},
 };
 
 const Module *moduleOf(const std::string &path) {

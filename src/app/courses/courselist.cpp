@@ -43,10 +43,9 @@ std::vector<TermGroup> CourseList::sidebarTerms() const {
 }
 
 std::string CourseList::statusText() const {
-    const std::size_t count = latestCourses.size();
-    return fmt::format(
-        "{}{} course{}{}", defaults.value(preferences::sampleData) ? "Sample college · " : "",
-        count, count == 1 ? "" : "s", latestCutShort ? " · list incomplete" : "");
+    return (defaults.value(preferences::sampleData) ? "Sample college · " : "") +
+        plural(std::int64_t(latestCourses.size()), "course") +
+        (latestCutShort ? " · list incomplete" : "");
 }
 
 } // namespace ellwynd

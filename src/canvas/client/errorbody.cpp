@@ -1,5 +1,6 @@
 #include "canvas/client/errorbody.h"
 
+#include "base/text.h"
 #include "canvas/records/decoding.h"
 
 #include <simdjson.h>
@@ -27,15 +28,15 @@ std::optional<std::string> canvasErrorText(const std::string &body) {
     dom::array errors;
     if (root["errors"].get(errors))
         return std::nullopt;
-    std::string joined;
+    std::vector<std::string> messages;
     for (const dom::element error : errors) {
         dom::object object;
         if (error.get(object))
             return std::nullopt;
         if (const auto message = messageOf(object); !message.empty())
-            joined.append(joined.empty() ? "" : " ").append(message);
+            messages.emplace_back(message);
     }
-    return joined.empty() ? std::nullopt : std::optional{joined};
+    return messages.empty() ? std::nullopt : std::optional{join(messages, " ")};
 }
 
 bool looksLikeHTML(std::string_view body) {

@@ -1,17 +1,12 @@
 #include "canvas/client/linkheader.h"
 
+#include "base/text.h"
+
 #include <algorithm>
 
 namespace ellwynd {
 
 namespace {
-
-std::string_view trimmed(std::string_view text, std::string_view characters) {
-    const std::size_t first = text.find_first_not_of(characters);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(characters) - first + 1);
-}
 
 /// Calls `use` with every part of `text` between separators, until it returns true.
 template<class Use>
@@ -34,10 +29,10 @@ std::optional<std::string> nextLink(std::string_view header) {
         if (semicolon == std::string_view::npos)
             return false;
         const bool next = split(link.substr(semicolon + 1), ';', [](std::string_view segment) {
-            return trimmed(segment, " ") == R"(rel="next")";
+            return trim(segment, " ") == R"(rel="next")";
         });
         if (next)
-            address = trimmed(trimmed(link.substr(0, semicolon), " "), "<>");
+            address = trim(trim(link.substr(0, semicolon), " "), "<>");
         return next;
     });
     return address;

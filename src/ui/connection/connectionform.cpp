@@ -30,6 +30,10 @@ ConnectionForm::ConnectionForm(ConnectionCheck &check, QObject *parent)
     connect(tokenPage, &TextLink::openRequested, this, &ConnectionForm::openTokenPage);
 }
 
+ConnectionForm::~ConnectionForm() {
+    testStop.request_stop();
+}
+
 void ConnectionForm::reload() {
     const ConnectionState state = check.state();
     address->setText(qstring(state.address));
@@ -44,13 +48,20 @@ QCoro::Task<ConnectionOutcome> ConnectionForm::test() {
     const QPointer<ConnectionForm> self(this);
     setTesting(true);
     showStatus(*status, QStringLiteral("Checking %1…").arg(address->text().trimmed()), false);
-    auto testing = check.test(address->text().toStdString(), token->text().toStdString());
+    testStop = std::stop_source();
+    auto testing = check.test(
+        address->text().toStdString(), token->text().toStdString(), testStop.get_token());
     const ConnectionOutcome outcome = co_await testing;
     if (self) {
         setTesting(false);
         showOutcome(outcome);
     }
     co_return outcome;
+}
+
+void ConnectionForm::stopTest() {
+    if (testStop.request_stop())
+        setTesting(false);
 }
 
 ConnectionOutcome ConnectionForm::save() {

@@ -6,6 +6,8 @@
 #include <QCoro/QCoroTask>
 #include <QObject>
 
+#include <stop_token>
+
 class QLabel;
 class QLineEdit;
 class QProgressBar;
@@ -22,13 +24,17 @@ class ConnectionForm : public QObject {
   public:
     /// @param check must outlive the form.
     ConnectionForm(ConnectionCheck &check, QObject *parent);
+    ~ConnectionForm() override;
 
     /// Shows what is saved; asks the secret store.
     void reload();
     /// Asks Canvas with what is typed and shows how that ended. Until then the fields cannot be
     /// changed: what is being checked is what will be saved. Whoever awaits it looks whether the
     /// form is still there before going on.
+    /// @throws Cancelled after `stopTest` and once the form is gone.
     QCoro::Task<ConnectionOutcome> test();
+    /// Ends a test under way, whose outcome is then not shown.
+    void stopTest();
     /// Saves what is typed and shows how that ended.
     ConnectionOutcome save();
     void showOutcome(const ConnectionOutcome &outcome);
@@ -49,6 +55,8 @@ class ConnectionForm : public QObject {
     void openTokenPage();
 
     ConnectionCheck &check;
+    /// Of the test under way.
+    std::stop_source testStop;
 };
 
 } // namespace ellwynd

@@ -55,14 +55,6 @@ RosterPane::RosterPane(
       header(new RosterHeader(defaults, appearance, this)),
       movement(new ElidedLabel(this)),
       notes(plainLabel(this, true)),
-      filter(new QLineEdit(this)),
-      thresholds(button(
-          QStringLiteral("Thresholds"),
-          QStringLiteral("What this course's students are scored with"), this)),
-      missingWork(button(
-          QStringLiteral("Missing Work…"), QStringLiteral("Missing work by assignment"), this)),
-      refresh(
-          button(QStringLiteral("⟳"), QStringLiteral("Refresh this roster (Ctrl+Shift+R)"), this)),
       stack(new QStackedWidget(this)),
       messagePage(new QWidget(this)),
       message(secondaryLabel(messagePage)),
@@ -74,10 +66,6 @@ RosterPane::RosterPane(
       observing(defaults.observe([this](std::string_view key) { preferenceChanged(key); })) {
     progress->setTextVisible(false);
     progress->setAccessibleName(QStringLiteral("Loading"));
-    filter->setPlaceholderText(QStringLiteral("Filter students"));
-    filter->setAccessibleName(QStringLiteral("Filter students"));
-    filter->setClearButtonEnabled(true);
-    subtitle->setProperty("secondary", true);
     notes->setProperty("attention", true);
     message->setAlignment(Qt::AlignCenter);
     connectButton->setToolTip(QStringLiteral("Enter your Canvas address and token"));
@@ -164,36 +152,17 @@ void RosterPane::applyAppearance() {
     movement->setContentsMargins(side, 0, side, appearance.px(10));
     insightFrame->layout()->setContentsMargins(side, 0, side, appearance.px(10));
     message->setFont(appearance.font(1.1));
-    message->setContentsMargins(
-        appearance.px(40), appearance.px(40), appearance.px(40), appearance.px(40));
-    notes->setContentsMargins(appearance.px(18), 0, appearance.px(18), appearance.px(8));
-    filter->setMinimumWidth(appearance.px(124));
-    headerLayout->setContentsMargins(
-        appearance.px(18), appearance.px(14), appearance.px(18), appearance.px(12));
-    headerLayout->setSpacing(appearance.px(10));
-    controls->setSpacing(appearance.px(8));
-    buttons->layout()->setSpacing(appearance.px(8));
-    showHeader();
-}
-
-void RosterPane::arrangeHeader() {
-    const int room = width() - 2 * appearance.px(18);
-    const int inRow = filter->minimumWidth() + controls->spacing() + buttons->sizeHint().width();
-    const bool besideTitle = inRow + appearance.px(290) <= room;
-    headerLayout->setDirection(besideTitle ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    controls->setDirection(inRow <= room ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-}
-
-void RosterPane::resizeEvent(QResizeEvent *event) {
-    QWidget::resizeEvent(event);
-    arrangeHeader();
+    message->setContentsMargins(around, around, around, around);
+    notes->setContentsMargins(side, 0, side, appearance.px(8));
+    header->setRoster(controller.roster());
 }
 
 void RosterPane::showRoster() {
     const RosterView &roster = controller.roster();
-    if (roster.title != title->accessibleName().toStdString())
-        filter->clear();
-    showHeader();
+    // By what is selected, since two courses may have one title.
+    if (std::exchange(filtered, controller.selection()) != controller.selection())
+        header->clearFilter();
+    header->setRoster(roster);
     const std::string note = noteText(roster);
     notes->setVisible(!note.empty());
     notes->setText(qstring(note));

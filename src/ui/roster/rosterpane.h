@@ -57,10 +57,6 @@ class RosterPane : public QWidget {
     RosterHeader *header;
     ElidedLabel *movement;
     QLabel *notes;
-    QLineEdit *filter;
-    QPushButton *thresholds;
-    QPushButton *missingWork;
-    QPushButton *refresh;
     QStackedWidget *stack;
     QWidget *messagePage;
     QLabel *message;

@@ -1,7 +1,7 @@
 #include "ui/settings/connectionpane.h"
 
-#include "canvas/connectioncheck.h"
 #include "net/task.h"
+#include "ui/connection/connectionform.h"
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
@@ -49,15 +49,6 @@ ConnectionPane::ConnectionPane(
     connect(saveButton, &QPushButton::clicked, this, &ConnectionPane::save);
     connect(form->token, &QLineEdit::returnPressed, this, &ConnectionPane::save);
     connect(signOutButton, &QPushButton::clicked, this, &ConnectionPane::signOut);
-    connect(page, &TextLink::pressed, this, &ConnectionPane::openTokenPage);
-}
-
-ConnectionPane::~ConnectionPane() {
-    testStop.request_stop();
-}
-
-void ConnectionPane::say(const std::string &text, bool failed) {
-    showStatus(*status, qstring(text), failed);
 }
 
 void ConnectionPane::reload() {
@@ -67,11 +58,7 @@ void ConnectionPane::reload() {
 QCoro::Task<> ConnectionPane::test() {
     const QPointer<ConnectionPane> self(this);
     testButton->setEnabled(false);
-    progress->show();
-    say("Checking " + address->text().trimmed().toStdString() + "…");
-    testStop = std::stop_source();
-    auto testing = check.test(
-        address->text().toStdString(), token->text().toStdString(), testStop.get_token());
+    auto testing = form->test();
     const ConnectionOutcome outcome = co_await testing;
     if (!self)
         co_return;
@@ -80,20 +67,18 @@ QCoro::Task<> ConnectionPane::test() {
 }
 
 void ConnectionPane::stopTest() {
-    testStop.request_stop();
+    form->stopTest();
     testButton->setEnabled(true);
-    progress->hide();
 }
 
 void ConnectionPane::save() {
     stopTest();
-    const ConnectionOutcome outcome =
-        check.save(address->text().toStdString(), token->text().toStdString());
-    if (outcome.succeeded) {
-        reload();
-        Q_EMIT connectionDidChange();
-    }
-    say(outcome.status, !outcome.succeeded);
+    const ConnectionOutcome outcome = form->save();
+    if (!outcome.succeeded)
+        return;
+    form->reload();
+    Q_EMIT connectionDidChange();
+    form->showOutcome(outcome);
 }
 
 void ConnectionPane::signOut() {

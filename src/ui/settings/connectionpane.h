@@ -5,10 +5,6 @@
 
 #include <QCoro/QCoroTask>
 
-#include <stop_token>
-
-class QLineEdit;
-class QProgressBar;
 class QPushButton;
 
 namespace ellwynd {
@@ -22,7 +18,6 @@ class ConnectionPane : public SettingsPane {
 
   public:
     ConnectionPane(UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance);
-    ~ConnectionPane() override;
 
     /// Shows what is saved; asks the secret store.
     void reload();
@@ -45,8 +40,6 @@ class ConnectionPane : public SettingsPane {
     ConnectionCheck &check;
     ConnectionForm *form;
     QPushButton *testButton;
-    /// Of the test under way.
-    std::stop_source testStop;
 };
 
 } // namespace ellwynd

@@ -40,7 +40,8 @@ void Appearance::setDesktopIsDark(bool dark) {
 void Appearance::zoom(int direction) {
     const double stepsPerUnit = std::round(1 / preferences::textScale.row->range.step);
     settings.setTextScale(
-        direction == 0 ? 1.0 : std::round(visualStyle.scale * stepsPerUnit + direction) / stepsPerUnit);
+        direction == 0 ? 1.0
+                       : std::round(visualStyle.scale * stepsPerUnit + direction) / stepsPerUnit);
 }
 
 } // namespace ellwynd

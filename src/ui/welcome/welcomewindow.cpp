@@ -1,9 +1,8 @@
 #include "ui/welcome/welcomewindow.h"
 
 #include "canvas/connectioncheck.h"
-#include "help/about.h"
 #include "net/task.h"
-#include "theme/applicationicon.h"
+#include "ui/connection/connectionform.h"
 #include "ui/support/appearance.h"
 #include "ui/welcome/stepdots.h"
 #include "ui/welcome/welcomepages.h"

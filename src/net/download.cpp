@@ -108,16 +108,29 @@ QNetworkRequest statelessRequest(const QUrl &url, const char *accept) {
     return request;
 }
 
-QCoro::Task<HttpResponse>
-Downloader::get(QNetworkRequest request, DownloadLimits limits, std::stop_token stop) {
-    if (stop.stop_requested())
-        throw Cancelled();
+QNetworkReply *Downloader::send(const QNetworkRequest &request) {
+    std::erase_if(retired, [](const std::unique_ptr<QNetworkAccessManager> &old) {
+        return old->findChild<QNetworkReply *>() == nullptr;
+    });
     if (!manager) {
         manager = std::make_unique<QNetworkAccessManager>();
         manager->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
     }
+    return manager->get(request);
+}
+
+/// The manager's own `clearConnectionCache` would also silence the replies under way.
+void Downloader::retireConnectionsOf(const QNetworkReply &reply) {
+    if (manager.get() == reply.manager())
+        retired.push_back(std::move(manager));
+}
+
+QCoro::Task<HttpResponse>
+Downloader::get(QNetworkRequest request, DownloadLimits limits, std::stop_token stop) {
+    if (stop.stop_requested())
+        throw Cancelled();
     request.setTransferTimeout(int(limits.inactivityTimeout.count()));
-    const std::unique_ptr<QNetworkReply, DeleteLater> reply(manager->get(request));
+    const std::unique_ptr<QNetworkReply, DeleteLater> reply(send(request));
     BodyReader reader(*reply, limits);
     const std::stop_callback abort(stop, [&reader] { reader.abortLater(); });
     co_await qCoro(reply.get(), &QNetworkReply::finished);
@@ -126,7 +139,7 @@ Downloader::get(QNetworkRequest request, DownloadLimits limits, std::stop_token 
     // Qt 6.4 ends a reply with an informational response. The final one is still to come on that
     // connection, where it would be taken for the response to the next request.
     if (status >= 100 && status <= 199)
-        manager->clearConnectionCache();
+        retireConnectionsOf(*reply);
     if (stop.stop_requested())
         throw Cancelled();
     reader.readChunk();

@@ -8,6 +8,7 @@
 #include <QNetworkRequest>
 
 #include <memory>
+#include <vector>
 
 namespace ellwynd {
 
@@ -59,8 +60,13 @@ class Downloader {
     get(QNetworkRequest request, DownloadLimits limits, std::stop_token stop = {});
 
   private:
+    QNetworkReply *send(const QNetworkRequest &request);
+    void retireConnectionsOf(const QNetworkReply &reply);
+
     /// Created on first use.
     std::unique_ptr<QNetworkAccessManager> manager;
+    /// Whose connections are used no more; kept while one of their replies is under way.
+    std::vector<std::unique_ptr<QNetworkAccessManager>> retired;
 };
 
 } // namespace ellwynd

@@ -190,7 +190,8 @@ void FakeCanvas::reply(QSslSocket *socket, const QString &path, const FakeReply 
 }
 
 void FakeCanvas::send(QSslSocket *socket, const FakeReply &reply) {
-    const int delay = latencyMilliseconds + reply.delayMilliseconds;
+    const int owed = socket->property("owesResponse").toBool() ? 40 : 0;
+    const int delay = latencyMilliseconds + reply.delayMilliseconds + owed;
     if (delay > 0) {
         QTimer::singleShot(
             delay, Qt::PreciseTimer, socket, [this, socket, reply] { write(socket, reply); });
@@ -211,10 +212,12 @@ void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {
     if (reply.manner == Manner::earlyHints) {
         socket->write("HTTP/1.1 103 Early Hints\r\nLink: </style.css>; rel=preload\r\n\r\n");
         socket->flush();
-        // The response itself after whatever the client makes of the hints.
+        // The response itself after whatever the client makes of the hints, and before the
+        // response to anything else.
         ++inFlight;
         FakeReply final = reply;
         final.manner = Manner::whole;
+        socket->setProperty("owesResponse", true);
         QTimer::singleShot(20, socket, [this, socket, final] { write(socket, final); });
         return;
     }

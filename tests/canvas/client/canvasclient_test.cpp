@@ -143,6 +143,10 @@ TEST_F(CanvasClientTest, EarlyHintsAreNotTheResponse) {
     canvas.serve(coursesPath, {R"({"id":1})"});
     CanvasClient reading = client();
     (void)runToEnd(reading.fetchCourses());
+    const QString enrollments = QStringLiteral("/api/v1/courses/1/enrollments");
+    canvas.serve(enrollments, {R"({"user_id":5})"});
+    canvas.hold(enrollments);
+    auto meanwhile = reading.fetchEnrollments(1);
     canvas.plan(
         QStringLiteral("/api/v1/users/self"),
         {{.body = R"([{"id":2}])", .manner = Manner::earlyHints}});
@@ -152,6 +156,9 @@ TEST_F(CanvasClientTest, EarlyHintsAreNotTheResponse) {
     } catch (const CanvasError &) {
     }
     EXPECT_EQ(runToEnd(reading.fetchCourses()).records, std::vector{Course{.id = 1}});
+    canvas.release();
+    EXPECT_EQ(runToEnd(std::move(meanwhile)).records, std::vector{Enrollment{.userID = 5}});
+    EXPECT_TRUE(waits.empty()) << "what was under way is not disturbed";
 }
 
 TEST_F(CanvasClientTest, ReadsPackedPages) {

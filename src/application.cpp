@@ -6,6 +6,7 @@
 #include "app/updates/updater.h"
 #include "canvas/connectioncheck.h"
 #include "generated/version.h"
+#include "net/reachability.h"
 #include "platform/appearance/colorscheme.h"
 #include "platform/notifications/usernotifications.h"
 #include "platform/session/applicationservice.h"
@@ -62,21 +63,14 @@ struct Application::Objects {
     AppDelegate shell;
     MainWindow window;
     ShellAlerts alerts{shell, updater, &window};
-    /// As the controller last connected to it.
-    std::string address = defaults.value(preferences::canvasBaseURL);
     std::shared_ptr<void> observingColors;
     std::shared_ptr<void> observingWake;
+    std::shared_ptr<void> observingNetwork;
 };
 
 Application::Application(ApplicationEnvironment environment, ApplicationService &service)
     : objects(std::make_unique<Objects>(std::move(environment), service)) {
     Objects &o = *objects;
-    // Of what another computer has set, only another Canvas is a reason to read everything again.
-    QObject::connect(&o.sync, &SyncService::settingsDidSyncExternally, &o.controller, [&o] {
-        std::string address = o.defaults.value(preferences::canvasBaseURL);
-        if (std::exchange(o.address, address) != address)
-            o.controller.refresh();
-    });
     QObject::connect(&o.shell, &AppDelegate::shouldActivate, &o.window, &MainWindow::activate);
     QObject::connect(
         &o.shell, &AppDelegate::shouldTerminate, qApp, &QCoreApplication::quit,
@@ -112,12 +106,12 @@ void Application::followDesktop() {
     o.defaults.watch();
     o.observingColors =
         colorScheme::observe([&o](bool dark) { o.appearance.setDesktopIsDark(dark); });
-    o.observingWake = observeWake([&o] { o.controller.refreshIfStale(); });
+    o.observingWake = observeWake([&o] { o.controller.computerDidWake(); });
+    o.observingNetwork = observeReachability([&o] { o.controller.networkDidReturn(); });
     QObject::connect(
         qGuiApp, &QGuiApplication::applicationStateChanged, &o.controller,
         [&o](Qt::ApplicationState state) {
-            if (state == Qt::ApplicationActive)
-                o.controller.refreshIfStale();
+            o.controller.setActive(state == Qt::ApplicationActive);
         });
     o.controller.startTimer();
 }

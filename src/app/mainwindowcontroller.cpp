@@ -1,6 +1,8 @@
 #include "app/mainwindowcontroller.h"
 
+#include "base/calendar.h"
 #include "base/log.h"
+#include "net/origin.h"
 #include "net/task.h"
 #include "risk/levelcounts.h"
 
@@ -12,123 +14,148 @@ namespace ellwynd {
 
 namespace {
 
-constexpr Log logger{"network"};
+using refresh::Event;
+using refresh::Initiative;
 
-/// Coming to the front again and again fetches nothing more often than this.
-constexpr std::chrono::minutes freshEnough{5};
+constexpr Log logger{"network"};
+constexpr Log widgetLog{"widgets"};
+
+/// A coarse timer keeps this within a twentieth, well inside the five minutes that it may be off.
+constexpr std::chrono::seconds passInterval{1800};
+/// A key held down in the sidebar passes over courses faster than this.
+constexpr std::chrono::milliseconds selectionSettle{150};
+/// How long scoring in slices holds the event loop.
+constexpr std::chrono::milliseconds sliceLimit{8};
 
 bool isThreshold(std::string_view key) {
+    const std::string_view suffix = courseSettings::suffixOf(key);
     return key == preferences::defaultPassingScore.name ||
-        key == preferences::defaultInactivityDays.name || key.starts_with(courseSettings::prefix);
+        key == preferences::defaultInactivityDays.name || suffix == courseSettings::passingScore ||
+        suffix == courseSettings::inactivityDays;
 }
 
 } // namespace
 
 MainWindowController::MainWindowController(
     UserDefaults &defaults, const Connector &connector, Stores &stores, TrendSync &trends,
-    PassSinks sinks, Clock now)
+    PassSinks sinks, Clock now, ElapsedClock elapsed)
     : defaults(defaults),
       connector(connector),
       now(now),
       widgets(sinks.widgets),
+      scheduler(*this, elapsed),
+      address(defaults.value(preferences::canvasBaseURL)),
       courseList(defaults, now),
-      rosterController(defaults, courseList, stores, trends, rosterCache, sinks.notices, now),
-      passScheduler(defaults, connector, courseList, stores, trends, rosterCache, sinks, now),
+      rosterController(
+          defaults, courseList, stores, trends, rosterCache, sinks.notices, now, elapsed),
+      passController(defaults, courseList, stores, trends, rosterCache, sinks, now, elapsed),
       rosterActions(rosterController.view(), defaults, stores, now),
       observing(defaults.observe([this](std::string_view key) {
-          if (isThreshold(key))
+          if (key == preferences::canvasBaseURL.name)
+              addressDidChange();
+          else if (isThreshold(key))
               rescoreAll();
       })) {
     using Self = MainWindowController;
+    connect(&scheduler, &RefreshScheduler::stateDidChange, this, &Self::loadingDidChange);
     connect(&courseList, &CourseList::coursesDidChange, this, &Self::coursesDidChange);
     connect(&rosterController, &RosterController::rosterDidChange, this, &Self::rosterDidChange);
     connect(&rosterController, &RosterController::loadingDidChange, this, &Self::loadingDidChange);
-    connect(&rosterController, &RosterController::cacheDidChange, this, &Self::coursesDidChange);
-    connect(&rosterController, &RosterController::errorDidOccur, this, &Self::errorDidOccur);
-    connect(&passScheduler, &PassScheduler::courseDidScore, this, &Self::coursesDidChange);
-    connect(&passScheduler, &PassScheduler::passDidEnd, this, &Self::passDidEnd);
-    connect(&passScheduler, &PassScheduler::connectionDidOpen, this, [this](auto opened) {
-        source = std::move(opened);
+    connect(&rosterController, &RosterController::loadDidEnd, this, &Self::rosterDidLoad);
+    connect(
+        &rosterController, &RosterController::courseDidChange, this,
+        [this](const SharedCourse &course) {
+            passController.courseDidChange(course);
+            Q_EMIT coursesDidChange();
+        });
+    connect(&passController, &PassController::courseDidScore, this, [this](std::int64_t courseID) {
+        rosterController.courseDidScore(courseID);
+        if (const auto cachedAt = rosterController.cachedAt())
+            scheduler.send({.kind = Event::Kind::rosterCached, .cachedAt = cachedAt});
+        Q_EMIT coursesDidChange();
     });
+    connect(&passController, &PassController::passDidEnd, this, &Self::passEnded);
+    widgetRefreshTimer.setTimerType(Qt::CoarseTimer);
+    widgetRefreshTimer.setInterval(passInterval);
+    connect(&widgetRefreshTimer, &QTimer::timeout, this, &Self::timerFired);
+    rescoreTimer.setInterval(0);
+    connect(&rescoreTimer, &QTimer::timeout, this, &Self::rescoreNext);
 }
 
-MainWindowController::~MainWindowController() = default;
+MainWindowController::~MainWindowController() {
+    stopListRead.request_stop();
+}
+
+// ---- Events ------------------------------------------------------------------------------------
 
 void MainWindowController::refresh() {
-    if (isRefreshing) {
-        refreshQueued = true;
-        return;
-    }
-    try {
-        source = connector.open();
-    } catch (const KeychainError &error) {
-        showKeychainUnavailable(error);
-        return;
-    }
-    if (!source) {
-        resetToDisconnected();
-        return;
-    }
-    isRefreshing = true;
-    setStatus("Loading courses…");
-    detach(fetchCourseList(source), "Reading the course list");
+    scheduler.send(Event::Kind::refreshRequested);
 }
 
-QCoro::Task<> MainWindowController::fetchCourseList(std::shared_ptr<CanvasReading> from) {
-    const QPointer<MainWindowController> self(this);
-    std::optional<CanvasError> failure;
-    ListRead<Course> fetched;
-    try {
-        fetched = co_await from->fetchCourses();
-    } catch (const CanvasError &error) {
-        failure = error;
-    } catch (const std::exception &error) {
-        failure = CanvasError::network(error.what());
-    }
-    if (!self)
-        co_return;
-    if (failure) {
-        const bool rejected = failure->kind() == CanvasError::Kind::unauthorized;
-        setStatus(rejected ? "Canvas rejected the token" : "Couldn’t load");
-        Q_EMIT errorDidOccur(*failure);
-    } else {
-        courseList.set(std::move(fetched.records), fetched.cutShort);
-        setStatus(courseList.statusText());
-        passScheduler.prepareTerms();
-        reselect();
-        detach(refreshSelectionThenScoreAll(std::move(from)), "Scoring the courses");
-    }
-    refreshDidEnd();
+void MainWindowController::refreshRoster() {
+    scheduler.send(Event::Kind::rosterRequested);
 }
 
-/// What is on screen first, so that its requests are not behind those of every other course.
-QCoro::Task<>
-MainWindowController::refreshSelectionThenScoreAll(std::shared_ptr<CanvasReading> from) {
-    const QPointer<MainWindowController> self(this);
-    auto loading = rosterController.load(from);
-    co_await loading;
-    if (self && source == from)
-        passScheduler.start(std::move(from));
+void MainWindowController::setActive(bool active) {
+    isActive = active;
+    if (!active)
+        return;
+    checkDay();
+    scheduler.send(Event::Kind::activated);
+}
+
+void MainWindowController::computerDidWake() {
+    checkDay();
+    scheduler.send(Event::Kind::woke);
+}
+
+void MainWindowController::networkDidReturn() {
+    scheduler.send(Event::Kind::networkReachable);
 }
 
 void MainWindowController::startTimer() {
-    passScheduler.startTimer();
+    widgetRefreshTimer.start();
 }
 
-void MainWindowController::refreshIfStale() {
-    const auto lastPassAt = passScheduler.lastPassAt();
-    const bool passIsFresh = lastPassAt && now() - *lastPassAt < freshEnough;
-    if (source && !courseList.isEmpty() && !isRefreshing && !passIsFresh)
-        detach(refreshSelectionThenScoreAll(source), "Scoring the courses");
+void MainWindowController::timerFired() {
+    checkDay();
+    scheduler.send(Event::Kind::timerFired);
 }
 
-/// The course that was waited for, else what was selected if it is still there, else the dashboard.
-void MainWindowController::reselect() {
-    const auto pending = std::exchange(pendingCourseID, std::nullopt);
-    if (pending && courseList.contains(*pending))
-        rosterController.setSelection(CourseSelection{*pending});
-    if (rosterController.selectedCourses().empty())
-        rosterController.setSelection(DashboardSelection{});
+/// A pass that began on another day is about the terms and the trends of that day.
+void MainWindowController::checkDay() {
+    const auto begun = passController.lastPassAt();
+    if (begun && calendar::startOfDay(*begun) != calendar::startOfDay(now()))
+        scheduler.send(Event::Kind::dayChanged);
+}
+
+/// The address was saved here, by another process or by another computer. A change of the origin
+/// is a sign-out from the old one.
+void MainWindowController::addressDidChange() {
+    const std::string before = std::exchange(address, defaults.value(preferences::canvasBaseURL));
+    if (haveSameOrigin(before, address)) {
+        scheduler.send(Event::Kind::refreshRequested);
+        return;
+    }
+    if (!before.empty())
+        clearEverything();
+    scheduler.send(Event::Kind::connectionChanged);
+}
+
+void MainWindowController::select(const Selection &selection) {
+    if (rosterController.selection() != selection)
+        setSelection(selection);
+}
+
+void MainWindowController::setSelection(const Selection &selection) {
+    rosterController.setSelection(selection);
+    // The sample college is asked for nothing, so it need not be spared.
+    const bool isSample = defaults.value(preferences::sampleData);
+    scheduler.send(
+        {.kind = Event::Kind::selectionChanged,
+         .rosterSelected = !rosterController.selectedCourses().empty(),
+         .cachedAt = rosterController.cachedAt(),
+         .settle = isSample ? ElapsedTime{} : ElapsedTime(selectionSettle)});
 }
 
 void MainWindowController::showCourse(std::int64_t courseID) {
@@ -137,66 +164,210 @@ void MainWindowController::showCourse(std::int64_t courseID) {
     else if (selection() == Selection(CourseSelection{courseID}))
         refreshRoster();
     else if (courseList.contains(courseID))
-        select(CourseSelection{courseID});
+        setSelection(CourseSelection{courseID});
 }
 
-void MainWindowController::select(const Selection &selection) {
-    if (rosterController.selection() == selection)
+// ---- The connection ----------------------------------------------------------------------------
+
+void MainWindowController::openConnection(Initiative initiative) {
+    try {
+        source = connector.open();
+    } catch (const KeychainError &error) {
+        if (initiative == Initiative::teacher) {
+            logger.error(fmt::format("Keychain unreadable: {}", error.what()));
+            setStatus("Keychain unavailable", true);
+        } else {
+            widgetLog.error(
+                fmt::format("Skipping widget refresh, Keychain unreadable: {}", error.what()));
+        }
+        scheduler.send(Event::Kind::connectionFailed);
         return;
-    rosterController.setSelection(selection);
-    refreshRoster();
+    }
+    if (source) {
+        scheduler.send(Event::Kind::connectionOpened);
+        return;
+    }
+    clearEverything();
+    setStatus("Not connected");
+    scheduler.send(Event::Kind::connectionMissing);
 }
 
-void MainWindowController::refreshRoster() {
-    detach(rosterController.load(source), "Loading the roster");
-}
-
-void MainWindowController::refreshDidEnd() {
-    isRefreshing = false;
-    Q_EMIT loadingDidChange();
-    if (std::exchange(refreshQueued, false))
-        refresh();
-}
-
-/// What is on screen stays there: an unreadable Keychain is not a sign-out.
-void MainWindowController::showKeychainUnavailable(const KeychainError &error) {
-    logger.error(fmt::format("Keychain unreadable: {}", error.what()));
-    setStatus("Keychain unavailable");
-}
-
-void MainWindowController::resetToDisconnected() {
+/// What belongs to a connection goes with it, within one turn of the event loop.
+void MainWindowController::clearEverything() {
+    stopList();
+    source.reset();
     rosterCache.entries.clear();
-    passScheduler.resetToDisconnected();
+    rescoreQueue.clear();
+    passController.resetToDisconnected();
     widgets.clear();
     rosterController.resetToDisconnected();
-    setStatus("Not connected");
     courseList.set({});
+    alerted = false;
+}
+
+// ---- The course list ---------------------------------------------------------------------------
+
+void MainWindowController::readList() {
+    stopListRead = {};
+    setStatus("Loading courses…");
+    detach(fetchCourseList(source, stopListRead.get_token()), "Reading the course list");
+}
+
+void MainWindowController::stopList() {
+    stopListRead.request_stop();
+}
+
+QCoro::Task<>
+MainWindowController::fetchCourseList(std::shared_ptr<CanvasReading> from, std::stop_token stop) {
+    const QPointer<MainWindowController> self(this);
+    std::optional<CanvasError> failure;
+    ListRead<Course> fetched;
+    try {
+        const auto reads = from->scoped(stop, RequestPriority::foreground);
+        fetched = co_await reads->fetchCourses();
+    } catch (const CanvasError &error) {
+        failure = error;
+    } catch (const std::exception &error) {
+        failure = CanvasError::network(error.what());
+    }
+    if (!self || stop.stop_requested())
+        co_return;
+    if (failure)
+        listDidFail(*failure);
+    else
+        listDidArrive(std::move(fetched));
+}
+
+void MainWindowController::listDidFail(const CanvasError &error) {
+    const bool rejected = error.kind() == CanvasError::Kind::unauthorized;
+    setStatus(rejected ? "Canvas rejected the token" : "Couldn’t load", true);
+    showError(error, scheduler.state().list.running.value_or(Initiative::program));
+    scheduler.send({.kind = Event::Kind::listFailed, .lacksNetwork = error.lacksNetwork()});
+}
+
+/// Selects the course that was waited for, else what was selected if it is still there, else the
+/// dashboard.
+void MainWindowController::listDidArrive(ListRead<Course> fetched) {
+    courseList.set(std::move(fetched.records), fetched.cutShort);
+    setStatus(courseList.statusText());
+    alerted = false;
+    passController.prepareTerms();
+    const auto pending = std::exchange(pendingCourseID, std::nullopt);
+    if (pending && courseList.contains(*pending))
+        select(CourseSelection{*pending});
+    else if (rosterController.selectedCourses().empty())
+        setSelection(DashboardSelection{});
+    else if (!scheduler.state().rosterSelected)
+        setSelection(*rosterController.selection());
+    scheduler.send(Event::Kind::listRead);
+}
+
+// ---- The roster on screen ----------------------------------------------------------------------
+
+void MainWindowController::readRoster() {
+    detach(
+        rosterController.load(source, [this] { return rosterReadKind(); }), "Loading the roster");
+}
+
+void MainWindowController::stopRoster() {
+    rosterController.stop();
+}
+
+RosterRead MainWindowController::rosterReadKind() const {
+    if (scheduler.state().roster.running == Initiative::teacher)
+        return RosterRead::visit;
+    return isActive ? RosterRead::freshen : RosterRead::background;
+}
+
+void MainWindowController::rosterDidLoad(const std::optional<CanvasError> &failure) {
+    const Initiative initiative = scheduler.state().roster.running.value_or(Initiative::program);
+    if (!failure) {
+        readDidSucceed();
+        scheduler.send(Event::Kind::rosterRead);
+        return;
+    }
+    if (roster().state != RosterView::State::shown)
+        showError(*failure, initiative);
+    scheduler.send({.kind = Event::Kind::rosterFailed, .lacksNetwork = failure->lacksNetwork()});
+}
+
+// ---- Scoring passes ----------------------------------------------------------------------------
+
+void MainWindowController::startPass() {
+    passController.start(source, scheduler.state().passFreshSince);
+}
+
+void MainWindowController::stopPass() {
+    passController.stop();
+}
+
+void MainWindowController::passEnded(const PassResult &result) {
+    if (result.nothingRead)
+        setStatus("None of your courses could be read", true);
+    else
+        readDidSucceed();
+    scheduler.send(
+        {.kind = Event::Kind::passEnded,
+         .lacksNetwork = result.lacksNetwork,
+         .complete = result.complete});
+    Q_EMIT passDidEnd(result.complete);
 }
 
 std::optional<std::int64_t> MainWindowController::flaggedStudents(std::int64_t courseID) const {
-    const ScoredCourse *course = rosterCache.find(courseID);
-    return course != nullptr ? std::optional{levelCounts(course->rows).flagged()} : std::nullopt;
+    const SharedCourse course = rosterCache.find(courseID);
+    return course ? std::optional{levelCounts(course->rows).flagged()} : std::nullopt;
 }
 
-/// Scores what is in memory again. Nothing is fetched, so live figures do not change.
+// ---- Thresholds --------------------------------------------------------------------------------
+
+/// What is on screen at once, the rest in slices. Nothing is fetched, so live figures do not
+/// change.
 void MainWindowController::rescoreAll() {
-    bool changed = false;
-    for (auto &[id, course] : rosterCache.entries) {
-        const CourseThresholds thresholds = courseThresholds(defaults, id);
-        if (thresholds != course.thresholds) {
-            rescore(course, thresholds, course.fetchedAt);
-            changed = true;
-        }
+    rosterController.rescore();
+    rescoreQueue.clear();
+    for (const auto &[id, course] : rosterCache.entries)
+        rescoreQueue.push_back(id);
+    rescoreNext();
+    if (!rescoreQueue.empty())
+        rescoreTimer.start();
+}
+
+void MainWindowController::rescoreNext() {
+    const ElapsedTime begin = elapsedNow();
+    while (!rescoreQueue.empty() && elapsedNow() - begin < sliceLimit) {
+        if (const SharedCourse course = rosterCache.find(rescoreQueue.back()))
+            rosterCache.store(withCurrentThresholds(course, defaults));
+        rescoreQueue.pop_back();
     }
-    if (!changed)
+    if (!rescoreQueue.empty())
         return;
-    rosterController.redisplayFromCache();
-    passScheduler.rebuildDashboard();
+    rescoreTimer.stop();
+    passController.rescore();
     Q_EMIT coursesDidChange();
 }
 
-void MainWindowController::setStatus(std::string text) {
+// ---- What is said ------------------------------------------------------------------------------
+
+/// What the teacher asked for says that it failed. What the program does by itself says so once,
+/// and only where there is nothing on screen yet.
+void MainWindowController::showError(const CanvasError &error, Initiative initiative) {
+    const bool isEmpty = courseList.isEmpty() || roster().state == RosterView::State::failed;
+    if (initiative == Initiative::program && (alerted || !isEmpty))
+        return;
+    alerted = true;
+    Q_EMIT errorDidOccur(error);
+}
+
+/// A failure that the status still names is made good.
+void MainWindowController::readDidSucceed() {
+    alerted = false;
+    if (statusIsFailure && !courseList.isEmpty())
+        setStatus(courseList.statusText());
+}
+
+void MainWindowController::setStatus(std::string text, bool isFailure) {
     statusText = std::move(text);
+    statusIsFailure = isFailure;
     Q_EMIT statusDidChange();
 }
 

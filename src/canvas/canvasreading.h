@@ -4,8 +4,12 @@
 #include "canvas/listread.h"
 #include "canvas/records/canvaserror.h"
 #include "canvas/records/records.h"
+#include "net/requestpriority.h"
 
 #include <QCoro/QCoroTask>
+
+#include <memory>
+#include <stop_token>
 
 namespace ellwynd {
 
@@ -18,6 +22,11 @@ class CanvasReading {
     CanvasReading(const CanvasReading &) = delete;
     CanvasReading &operator=(const CanvasReading &) = delete;
     virtual ~CanvasReading() = default;
+
+    /// The same source for reads of its own: they end with Cancelled once a stop is requested, and
+    /// in the background they let others go first.
+    [[nodiscard]] virtual std::shared_ptr<CanvasReading>
+    scoped(std::stop_token stop, RequestPriority priority) const = 0;
 
     /// The teacher's active courses, each with its term.
     virtual QCoro::Task<ListRead<Course>> fetchCourses() = 0;

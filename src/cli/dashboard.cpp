@@ -1,5 +1,5 @@
 #include "app/dashboard/dashboardtexts.h"
-#include "app/dashboard/passscheduler.h"
+#include "app/dashboard/passcontroller.h"
 #include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
@@ -55,7 +55,8 @@ JSON dashboardDocument(const Dashboard &dashboard) {
     }
     const DashboardTerm *shown = dashboard.shownTerm();
     return {
-        {"updatedAt", formatInstant(dashboard.model().updatedAt)},
+        {"updatedAt",
+         formatInstant(shown != nullptr ? shown->updatedAt : dashboard.model().updatedAt)},
         {"automaticTermID", orNull(dashboard.model().automaticTermID)},
         {"termMenu", std::move(menu)},
         {"shownTermID", orNull(dashboard.shownTermID())},
@@ -120,20 +121,18 @@ static int runDashboard(Session &session, const QStringList &words) {
     const auto notifications = makeUserNotifications();
     MovementNotifier notices(session.defaults(), *notifications, [] { return false; });
     WidgetSnapshotWriter widgets(directories::widgetContainer(), widgetTimelines::reloadAll);
-    const Connector connector(session.defaults(), session.secrets(), session.http(), session.now);
     CourseList courses(session.defaults(), session.now);
     RosterCache cache;
-    PassScheduler passes(
-        session.defaults(), connector, courses, session.stores(), session.trends(), cache,
+    PassController passes(
+        session.defaults(), courses, session.stores(), session.trends(), cache,
         {.widgets = widgets, .notices = line.has("notify") ? &notices : nullptr}, session.now);
     const Dashboard &dashboard = passes.dashboard();
     courses.set(fetchCourses(session, *source));
-    passes.prepareTerms();
 
     bool complete = false;
     QEventLoop loop;
-    QObject::connect(&passes, &PassScheduler::passDidEnd, &loop, [&](bool whole) {
-        complete = whole;
+    QObject::connect(&passes, &PassController::passDidEnd, &loop, [&](const PassResult &result) {
+        complete = result.complete;
         loop.quit();
     });
     QObject::connect(&dashboard, &Dashboard::dashboardModelDidChange, &loop, [&] {
@@ -152,7 +151,7 @@ static int runDashboard(Session &session, const QStringList &words) {
         waitForNotices(*notifications);
     std::vector<const ScoredCourse *> scored;
     for (const auto &[id, course] : cache.entries)
-        scored.push_back(&course);
+        scored.push_back(course.get());
     printNotes(session, scored);
     line.print(line.wantsJSON() ? printed(dashboardDocument(dashboard)) : dashboardText(dashboard));
     return complete ? done : failed;

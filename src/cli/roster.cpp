@@ -17,8 +17,9 @@ static int runRoster(Session &session, const QStringList &words) {
     const ScoredCourse course = loadByID(session, parseID(line.word(0), "course"));
     Stores &stores = session.stores();
     RosterMemory memory;
-    memory.movement = line.has("visit") ? recordVisit(course, stores, session.trends())
-                                        : movementOf(course, stores);
+    memory.movement = movementOf(course, stores);
+    if (line.has("visit"))
+        recordVisit(course, stores, session.trends());
     memory.outreach = outreachOf(course.rows, stores, session.now());
     if (format) {
         line.print(exportText(

@@ -69,7 +69,7 @@ ScoredCourse loadByID(Session &session, std::int64_t courseID) {
     const auto source = session.connect();
     const Course course = findCourse(fetchCourses(session, *source), courseID);
     ScoredCourse scored = session.finish(
-        "Reading the roster…", loadCourse(*source, course, session.defaults(), session.now));
+        "Reading the roster…", loadCourse(source, course, session.defaults(), session.now));
     const ScoredCourse *only = &scored;
     printNotes(session, {&only, 1});
     return scored;

@@ -29,7 +29,7 @@ static int runTerm(Session &session, const QStringList &words) {
 
     std::vector<QCoro::Task<ScoredCourse>> loads;
     for (const Course &course : term->courses)
-        loads.push_back(loadCourse(*source, course, session.defaults(), session.now));
+        loads.push_back(loadCourse(source, course, session.defaults(), session.now));
     std::vector<ScoredCourse> scored;
     for (auto &load : loads) {
         scored.push_back(session.finish(

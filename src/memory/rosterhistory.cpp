@@ -57,6 +57,14 @@ bool RosterHistory::isEnabled() const {
 
 // ---- Changes -----------------------------------------------------------------------------------
 
+bool RosterHistory::hasEntries(std::int64_t courseID, Date date) const {
+    const Date begins = calendar::startOfDay(date);
+    const Date ends = calendar::startOfNextDay(date);
+    return std::ranges::any_of(entries(), [&](const RosterSnapshot &entry) {
+        return entry.courseID == courseID && entry.recordedAt >= begins && entry.recordedAt < ends;
+    });
+}
+
 void RosterHistory::record(const std::vector<RiskRow> &rows, std::int64_t courseID, Date date) {
     if (!isEnabled() || rows.empty())
         return;

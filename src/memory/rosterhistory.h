@@ -37,6 +37,9 @@ class RosterHistory : public QObject {
     [[nodiscard]] std::vector<const RosterSnapshot *>
     entries(std::int64_t courseID, std::int64_t studentID) const;
 
+    /// Whether the course has an entry for the day of `date`.
+    [[nodiscard]] bool hasEntries(std::int64_t courseID, Date date) const;
+
     /// Records a course's scored roster for the day of `date`, in place of what was recorded for
     /// that day before. An empty roster records nothing.
     void record(const std::vector<RiskRow> &rows, std::int64_t courseID, Date date);

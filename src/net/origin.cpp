@@ -35,6 +35,13 @@ bool isSameOrigin(const QUrl &requested, const std::string &address) {
         std::string_view(address).substr(scheme.size()).starts_with(host);
 }
 
+bool haveSameOrigin(const std::string &address, const std::string &other) {
+    const auto first = httpsURL(address);
+    const auto second = httpsURL(other);
+    return first && second && first->host() == second->host() &&
+        first->port(httpsPort) == second->port(httpsPort);
+}
+
 std::string hostOf(const std::string &address) {
     return QUrl(QString::fromStdString(address)).host().toStdString();
 }

@@ -16,6 +16,10 @@ namespace ellwynd {
 /// sent, letter for letter, and the same port. An address with a user name never does.
 [[nodiscard]] bool isSameOrigin(const QUrl &requested, const std::string &address);
 
+/// Whether two saved addresses have one origin, however they are written. An address that is not
+/// https has none.
+[[nodiscard]] bool haveSameOrigin(const std::string &address, const std::string &other);
+
 /// The host of an address in lower case; empty when it has none.
 [[nodiscard]] std::string hostOf(const std::string &address);
 

@@ -5,7 +5,7 @@
 namespace ellwynd {
 
 bool RequestLimiter::tryAcquire() {
-    if (active >= limit || !waiting.empty())
+    if (active >= limit || !foreground.empty() || !background.empty())
         return false;
     ++active;
     return true;
@@ -22,8 +22,9 @@ void RequestLimiter::setLimit(int newLimit) {
 }
 
 void RequestLimiter::admit() {
-    while (active < limit && !waiting.empty()) {
+    while (active < limit && !(foreground.empty() && background.empty())) {
         ++active;
+        Waiters &waiting = foreground.empty() ? background : foreground;
         const auto next = waiting.front();
         waiting.pop_front();
         // From the event loop, so that the waiter does not run inside the frame that releases.

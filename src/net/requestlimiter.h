@@ -1,13 +1,16 @@
 // How many requests may be in flight at one time.
 #pragma once
 
+#include "net/requestpriority.h"
+
 #include <coroutine>
 #include <deque>
 #include <utility>
 
 namespace ellwynd {
 
-/// Hands out permits, at most `limit` at a time. Waiters are admitted first in, first out. Must
+/// Hands out permits, at most `limit` at a time. Those in the foreground are
+/// admitted before those in the background, and otherwise first in, first out. Must
 /// outlive its permits and its waiters; lives on the main thread.
 class RequestLimiter {
   public:
@@ -28,27 +31,38 @@ class RequestLimiter {
 
     struct Awaiter {
         RequestLimiter &limiter;
+        RequestPriority priority;
         bool await_ready() { return limiter.tryAcquire(); }
-        void await_suspend(std::coroutine_handle<> waiter) { limiter.waiting.push_back(waiter); }
+        void await_suspend(std::coroutine_handle<> waiter) {
+            limiter.queue(priority).push_back(waiter);
+        }
         Permit await_resume() { return Permit(limiter); }
     };
 
     explicit RequestLimiter(int limit) : limit(limit) {}
 
     /// `co_await`ed, a permit.
-    [[nodiscard]] Awaiter acquire() { return {*this}; }
+    [[nodiscard]] Awaiter acquire(RequestPriority priority = RequestPriority::foreground) {
+        return {*this, priority};
+    }
     /// A lower limit applies as permits are given back.
     void setLimit(int newLimit);
     [[nodiscard]] int inFlight() const { return active; }
 
   private:
+    using Waiters = std::deque<std::coroutine_handle<>>;
+
+    [[nodiscard]] Waiters &queue(RequestPriority priority) {
+        return priority == RequestPriority::foreground ? foreground : background;
+    }
     bool tryAcquire();
     void release();
     void admit();
 
     int limit;
     int active = 0;
-    std::deque<std::coroutine_handle<>> waiting;
+    Waiters foreground;
+    Waiters background;
 };
 
 } // namespace ellwynd

@@ -392,7 +392,8 @@ TEST_F(LiveControllerTest, AFailedFreshenKeepsTheRows) {
 TEST_F(LiveControllerTest, ARejectedTokenAndASignOut) {
     canvas.token = "another";
     controller.refresh();
-    ASSERT_TRUE(until([&] { return !errors.empty(); }));
+    ASSERT_TRUE(until([&] { return !controller.isLoading(); }));
+    EXPECT_FALSE(errors.empty());
     EXPECT_EQ(controller.status(), "Canvas rejected the token");
     canvas.token = "secret-token";
     controller.refresh();

@@ -134,10 +134,10 @@ TEST(HelpFacts, EveryReasonOfTheSampleCollegeIsExplained) {
     const std::regex sentence(R"(\n\| \*\*([^*]+)\*\*)");
     for (std::sregex_iterator at(text.begin(), text.end(), sentence), end; at != end; ++at)
         explained.insert(withoutNumbers((*at)[1]));
-    SampleCanvasClient college(test::noonClock);
+    const auto college = std::make_shared<SampleCanvasClient>(test::noonClock);
     const test::Core core;
     std::set<std::string> used;
-    for (const Course &course : runToEnd(college.fetchCourses()).records) {
+    for (const Course &course : runToEnd(college->fetchCourses()).records) {
         const auto scored = runToEnd(loadCourse(college, course, core.defaults, test::noonClock));
         for (const RiskRow &row : scored.rows) {
             for (const ReasonLine &line : row.reasonLines) {

@@ -169,7 +169,8 @@ class Studio {
                      MostMissed{isLong ? term.title + std::string(90, 'x') : "Lab 1", i}});
         }
         dashboard.prepareTerms({{.term = Term{.id = 1, .name = "Fall"}, .courses = {}}}, {});
-        dashboard.termScored(std::move(term), *parseInstant("2026-09-03T05:00:00Z"));
+        term.updatedAt = *parseInstant("2026-09-03T05:00:00Z");
+        dashboard.termScored(std::move(term));
         DashboardPane pane(dashboard, defaults, appearance);
         pane.resize(1050, 760);
         pane.show();

@@ -65,6 +65,7 @@ void Dashboard::prepareTerms(std::vector<TermGroup> nearby, const std::optional<
 
 void Dashboard::beginPass() {
     failed = false;
+    failures.clear();
     pass = {.running = true};
     for (const TermGroup &term : prepared) {
         pass.remaining[*term.id()] = std::int64_t(term.courses.size());
@@ -79,9 +80,19 @@ void Dashboard::courseScored(std::int64_t termID) {
     Q_EMIT dashboardModelDidChange();
 }
 
-void Dashboard::termScored(DashboardTerm term, Date fetchedAt) {
+void Dashboard::courseFailed(std::int64_t termID, const std::string &courseName) {
+    failures[termID].push_back(courseName);
+    courseScored(termID);
+}
+
+std::vector<std::string> Dashboard::failedCourses(std::int64_t termID) const {
+    const auto found = failures.find(termID);
+    return found != failures.end() ? found->second : std::vector<std::string>();
+}
+
+void Dashboard::termScored(DashboardTerm term) {
     if (current.terms.empty())
-        current.updatedAt = fetchedAt;
+        current.updatedAt = term.updatedAt;
     const auto known = std::ranges::find(current.terms, term.id, &DashboardTerm::id);
     if (known != current.terms.end())
         *known = std::move(term);
@@ -119,6 +130,7 @@ void Dashboard::clear() {
     prepared.clear();
     pass = {};
     failed = false;
+    failures.clear();
     Q_EMIT dashboardModelDidChange();
 }
 

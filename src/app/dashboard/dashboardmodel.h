@@ -45,6 +45,8 @@ struct DashboardCourseCard {
 struct DashboardTerm {
     std::int64_t id = 0;
     std::string title;
+    /// When the pass that made the cards read the term.
+    Date updatedAt;
     std::vector<DashboardCourseCard> cards;
 
     bool operator==(const DashboardTerm &) const = default;
@@ -52,7 +54,7 @@ struct DashboardTerm {
 
 /// The result of scoring passes.
 struct DashboardModel {
-    /// When the pass that produced these numbers fetched them.
+    /// When the last complete pass ended; before the first, when its first term was scored.
     Date updatedAt;
     /// What "Automatic" stands for; absent when no term has started.
     std::optional<std::int64_t> automaticTermID;
@@ -72,7 +74,7 @@ struct PassProgress {
     bool running = false;
     std::int64_t done = 0;
     std::int64_t total = 0;
-    /// Courses still to score, by term.
+    /// Courses still to score, by term; those that failed are done as well.
     std::map<std::int64_t, std::int64_t> remaining;
 
     bool operator==(const PassProgress &) const = default;
@@ -90,8 +92,9 @@ class Dashboard : public QObject {
     void prepareTerms(std::vector<TermGroup> nearby, const std::optional<Term> &automatic);
     void beginPass();
     void courseScored(std::int64_t termID);
-    /// Adds or replaces a term that was scored whole; the first of all sets the time.
-    void termScored(DashboardTerm term, Date fetchedAt);
+    void courseFailed(std::int64_t termID, const std::string &courseName);
+    /// Adds or replaces a term that was scored whole.
+    void termScored(DashboardTerm term);
     /// A pass whose every term was scored; terms that are no longer nearby go.
     void passCompleted(Date fetchedAt);
     void passFailed();
@@ -107,6 +110,8 @@ class Dashboard : public QObject {
     [[nodiscard]] const std::vector<TermGroup> &preparedTerms() const { return prepared; }
     [[nodiscard]] const PassProgress &progress() const { return pass; }
     [[nodiscard]] bool lastPassFailed() const { return failed; }
+    /// The courses of a term that the last pass could not read, by name.
+    [[nodiscard]] std::vector<std::string> failedCourses(std::int64_t termID) const;
     /// The stored choice where its term is prepared, else 0.
     [[nodiscard]] std::int64_t chosenTermID() const;
     /// The term to show: the chosen one, else the automatic one, else the newest prepared.
@@ -125,6 +130,7 @@ class Dashboard : public QObject {
     std::vector<TermGroup> prepared;
     PassProgress pass;
     bool failed = false;
+    std::map<std::int64_t, std::vector<std::string>> failures;
     std::shared_ptr<void> observing;
 };
 

@@ -81,7 +81,9 @@ std::string movementLine(const DashboardTerm &term) {
 }
 
 std::string stamp(const Dashboard &dashboard) {
-    std::string text = "updated " + calendar::shortTime(dashboard.model().updatedAt);
+    const DashboardTerm *shown = dashboard.shownTerm();
+    std::string text = "updated " +
+        calendar::shortTime(shown != nullptr ? shown->updatedAt : dashboard.model().updatedAt);
     const PassProgress &pass = dashboard.progress();
     if (pass.running)
         text += fmt::format(" · still scoring — {} of {}…", pass.done, pass.total);

@@ -17,138 +17,170 @@ namespace {
 
 constexpr Log logger{"widgets"};
 
+/// A term whose courses stay out this long no longer holds up the next term.
+constexpr std::chrono::seconds stallLimit{10};
+
 } // namespace
 
 /// What a pass has gathered so far.
-struct ScoringPass::Results {
+struct ScoringPass::Run {
     std::int64_t generation = 0;
-    std::vector<WidgetTermSummary> terms;
-    std::vector<CourseMovement> movements;
-    bool anyTermFailed = false;
+    std::shared_ptr<CanvasReading> source;
+    std::stop_source stop;
+    ElapsedTime freshSince{};
+    /// In the order of scoring; those before `nextTerm` were begun.
+    std::vector<TermGroup> terms;
+    std::size_t nextTerm = 0;
+    std::size_t endedTerms = 0;
+    std::vector<std::int64_t> wholeTerms;
+    std::int64_t coursesRead = 0;
+    std::int64_t coursesWithoutNetwork = 0;
+    std::int64_t coursesFailed = 0;
 };
 
 ScoringPass::ScoringPass(
     UserDefaults &defaults, Stores &stores, TrendSync &trends, RosterCache &rosterCache,
-    Dashboard &dashboard, PassSinks sinks, Clock now)
+    Dashboard &dashboard, DashboardInputs &lastDashboardInputs, PassSinks sinks, Clock now,
+    ElapsedClock elapsed)
     : defaults(defaults),
       stores(stores),
       trends(trends),
       rosterCache(rosterCache),
       dashboard(dashboard),
+      lastDashboardInputs(lastDashboardInputs),
       sinks(sinks),
-      now(now) {}
+      now(now),
+      elapsed(elapsed) {
+    stalled.setSingleShot(true);
+    stalled.setInterval(stallLimit);
+    connect(&stalled, &QTimer::timeout, this, &ScoringPass::startNextTerm);
+}
 
-ScoringPass::~ScoringPass() = default;
+ScoringPass::~ScoringPass() {
+    if (run)
+        run->stop.request_stop();
+}
 
-void ScoringPass::start(std::shared_ptr<CanvasReading> source) {
+bool ScoringPass::isCurrent(const Run &other) const {
+    return other.generation == widgetGeneration;
+}
+
+void ScoringPass::start(std::shared_ptr<CanvasReading> source, ElapsedTime freshSince) {
+    if (run)
+        run->stop.request_stop();
     startedAt = now();
-    ++widgetGeneration;
-    std::vector<TermGroup> terms = dashboard.preparedTerms();
-    std::ranges::stable_partition(terms, [shown = dashboard.shownTermID()](const TermGroup &term) {
-        return term.id() == shown;
-    });
+    run = std::make_shared<Run>();
+    run->generation = ++widgetGeneration;
+    run->freshSince = freshSince;
+    run->source = std::move(source);
+    run->terms = dashboard.preparedTerms();
+    std::ranges::stable_partition(
+        run->terms,
+        [shown = dashboard.shownTermID()](const TermGroup &term) { return term.id() == shown; });
     dashboard.beginPass();
-    detach(run(std::move(source), std::move(terms)), "The scoring pass");
+    if (run->terms.empty())
+        finish();
+    else
+        startNextTerm();
 }
 
-void ScoringPass::abandon() {
+void ScoringPass::stop() {
     ++widgetGeneration;
-    if (dashboard.progress().running)
+    stalled.stop();
+    if (const auto stopped = std::exchange(run, nullptr)) {
+        stopped->stop.request_stop();
         dashboard.passAbandoned();
+    }
 }
 
-QCoro::Task<>
-ScoringPass::run(std::shared_ptr<CanvasReading> source, std::vector<TermGroup> terms) {
+void ScoringPass::startNextTerm() {
+    if (!run || run->nextTerm == run->terms.size())
+        return;
+    stalled.start();
+    const TermGroup term = run->terms[run->nextTerm++];
+    detach(scoreTerm(run, term), "Scoring a term");
+}
+
+QCoro::Task<> ScoringPass::scoreTerm(std::shared_ptr<Run> of, TermGroup term) {
     const QPointer<ScoringPass> self(this);
-    const std::int64_t generation = widgetGeneration;
-    std::string failure;
-    try {
-        auto scoring = scoreTerms(std::move(source), std::move(terms));
-        co_await scoring;
-    } catch (const std::exception &error) {
-        failure = error.what();
+    std::vector<QCoro::Task<SharedCourse>> courses;
+    for (const Course &course : term.courses)
+        courses.push_back(scoreOne(of, course, *term.id()));
+    std::vector<SharedCourse> scored;
+    for (auto &course : courses) {
+        if (SharedCourse entry = co_await course)
+            scored.push_back(std::move(entry));
     }
-    if (!self || failure.empty() || generation != widgetGeneration)
+    if (!self || !isCurrent(*of))
         co_return;
-    logger.error(fmt::format("The scoring pass ended early: {}", failure));
-    dashboard.passFailed();
-    Q_EMIT passDidEnd(false);
-}
-
-QCoro::Task<>
-ScoringPass::scoreTerms(std::shared_ptr<CanvasReading> source, std::vector<TermGroup> terms) {
-    const QPointer<ScoringPass> self(this);
-    Results results{.generation = widgetGeneration};
-    for (const TermGroup &term : terms) {
-        std::vector<QCoro::Task<bool>> courses;
-        for (const Course &course : term.courses)
-            courses.push_back(scoreOne(source, course, *term.id(), results.generation));
-        bool whole = true;
-        for (auto &course : courses) {
-            const bool scored = co_await course;
-            whole = whole && scored;
-            if (!self || results.generation != widgetGeneration)
-                co_return;
-        }
-        if (whole) {
-            publishTerm(term, results);
-        } else {
-            results.anyTermFailed = true;
-            logger.error(fmt::format("Widget term skipped: {} partial", title(term)));
-        }
+    if (scored.size() == term.courses.size()) {
+        of->wholeTerms.push_back(*term.id());
+        publishTerm(term, std::move(scored));
+    } else {
+        logger.error(fmt::format("Widget term skipped: {} partial", title(term)));
     }
-    finish(results);
+    termEnded(*of);
 }
 
-/// Whether the course was scored.
-QCoro::Task<bool> ScoringPass::scoreOne(
-    std::shared_ptr<CanvasReading> source, Course course, std::int64_t termID,
-    std::int64_t generation) {
+/// Null when the course could not be scored, or is no longer wanted.
+QCoro::Task<SharedCourse>
+ScoringPass::scoreOne(std::shared_ptr<Run> of, Course course, std::int64_t termID) {
     const QPointer<ScoringPass> self(this);
     const std::int64_t id = course.id;
-    try {
-        ScoredCourse scored = co_await loadCourse(*source, std::move(course), defaults, now);
-        if (!self || generation != widgetGeneration)
-            co_return false;
-        rosterCache.entries.insert_or_assign(id, std::move(scored));
-    } catch (const CanvasError &error) {
-        if (self && generation == widgetGeneration) {
-            logger.error(fmt::format("Couldn't score course {}: {}", id, error.errorDescription()));
+    const std::string name = displayName(course);
+    const SharedCourse nothing;
+    SharedCourse entry = rosterCache.find(id);
+    const bool isFresh = entry && entry->readAt >= of->freshSince;
+    std::optional<CanvasError> failure;
+    if (!isFresh) {
+        try {
+            auto loading = loadCourse(
+                of->source, std::move(course), defaults, now, of->stop.get_token(),
+                RequestPriority::background);
+            ScoredCourse scored = co_await loading;
+            scored.readAt = elapsed();
+            entry = std::make_shared<const ScoredCourse>(std::move(scored));
+        } catch (const Cancelled &) {
+            co_return nothing;
+        } catch (const CanvasError &error) {
+            failure = error;
+        } catch (const std::exception &error) {
+            failure = CanvasError::network(error.what());
         }
-        co_return false;
-    } catch (const std::exception &error) {
-        if (self && generation == widgetGeneration)
-            logger.error(fmt::format("Couldn't score course {}: {}", id, error.what()));
-        co_return false;
     }
+    if (!self || !isCurrent(*of))
+        co_return nothing;
+    if (stalled.isActive())
+        stalled.start();
+    if (failure) {
+        logger.error(fmt::format("Couldn't score course {}: {}", id, failure->errorDescription()));
+        ++of->coursesFailed;
+        of->coursesWithoutNetwork += failure->lacksNetwork() ? 1 : 0;
+        dashboard.courseFailed(termID, name);
+        co_return nothing;
+    }
+    ++of->coursesRead;
+    rosterCache.store(entry);
     dashboard.courseScored(termID);
     Q_EMIT courseDidScore(id);
-    co_return true;
+    co_return entry;
 }
 
-void ScoringPass::publishTerm(const TermGroup &term, Results &results) {
-    DashboardTerm cards{.id = *term.id(), .title = title(term)};
-    WidgetTermSummary summary{.id = cards.id, .title = cards.title};
-    for (const Course &course : term.courses) {
-        const ScoredCourse &scored = *rosterCache.find(course.id);
-        DashboardCourseCard card = dashboardCard(scored, stores, trends, now());
-        summary.courses.push_back(
-            {.id = card.courseID,
-             .name = card.name,
-             .atRisk = card.levels.atRisk,
-             .concern = card.levels.concern,
-             .watch = card.levels.watch,
-             .total = card.total});
-        CourseMovement movement{.courseID = card.courseID, .courseName = card.name};
-        for (const RosterChange &change : changes(stores.history, scored.rows, course.id, now())) {
-            if (isWorse(change))
-                movement.worseStudentIDs.push_back(change.studentID);
-        }
-        results.movements.push_back(std::move(movement));
-        cards.cards.push_back(std::move(card));
+void ScoringPass::publishTerm(const TermGroup &term, std::vector<SharedCourse> courses) {
+    DashboardTerm cards{.id = *term.id(), .title = title(term), .updatedAt = now()};
+    for (SharedCourse &course : courses) {
+        course = withCurrentThresholds(course, defaults);
+        cards.cards.push_back(dashboardCard(*course, stores, trends, now()));
     }
-    results.terms.push_back(std::move(summary));
-    dashboard.termScored(std::move(cards), now());
+    lastDashboardInputs.insert_or_assign(cards.id, std::move(courses));
+    dashboard.termScored(std::move(cards));
+}
+
+void ScoringPass::termEnded(Run &of) {
+    if (++of.endedTerms == of.terms.size())
+        finish();
+    else if (of.endedTerms == of.nextTerm)
+        startNextTerm();
 }
 
 bool ScoringPass::feedsWidgets() const {
@@ -156,45 +188,76 @@ bool ScoringPass::feedsWidgets() const {
 }
 
 /// The dashboard first, then the notice, then the widgets.
-void ScoringPass::finish(Results &results) {
+void ScoringPass::finish() {
+    const std::shared_ptr<Run> ended = std::exchange(run, nullptr);
+    stalled.stop();
     const Date fetchedAt = now();
-    if (results.anyTermFailed)
-        dashboard.passFailed();
-    else
+    const bool complete = ended->wholeTerms.size() == ended->terms.size();
+    if (complete)
         dashboard.passCompleted(fetchedAt);
+    else
+        dashboard.passFailed();
 
     const auto automatic = dashboard.model().automaticTermID;
-    const bool isNearby = automatic &&
-        std::ranges::any_of(dashboard.preparedTerms(),
-                            [&](const TermGroup &term) { return term.id() == *automatic; });
-    const bool isComplete = automatic &&
-        std::ranges::any_of(results.terms,
-                            [&](const WidgetTermSummary &term) { return term.id == *automatic; });
-    if (isNearby && !isComplete) {
+    const auto isAutomatic = [&](const TermGroup &term) {
+        return automatic && term.id() == automatic;
+    };
+    const bool isNearby = std::ranges::any_of(dashboard.preparedTerms(), isAutomatic);
+    const bool isWhole = automatic && std::ranges::count(ended->wholeTerms, *automatic) > 0;
+    if (isNearby && !isWhole) {
         logger.error("Widget snapshot skipped: automatic term incomplete");
     } else {
         if (sinks.notices != nullptr)
-            sinks.notices->notify(results.movements);
-        if (isComplete && feedsWidgets()) {
-            // The terms in one order, whichever was scored first.
-            std::ranges::sort(results.terms, {}, [this](const WidgetTermSummary &term) {
-                return std::ranges::find(
-                           dashboard.preparedTerms(), std::optional{term.id}, &TermGroup::id) -
-                    dashboard.preparedTerms().begin();
-            });
-            if (defaults.value(preferences::widgetsHideCourseNames)) {
-                for (WidgetTermSummary &term : results.terms) {
-                    for (WidgetCourseSummary &course : term.courses)
-                        course.name.reset();
-                }
+            sinks.notices->notify(movements(ended->wholeTerms));
+        if (isWhole && feedsWidgets())
+            sinks.widgets.write(snapshot(*automatic, ended->wholeTerms, fetchedAt));
+    }
+    Q_EMIT passDidEnd(
+        {.complete = complete,
+         .nothingRead = ended->coursesRead == 0 && ended->coursesFailed > 0,
+         .lacksNetwork = ended->coursesRead == 0 &&
+             ended->coursesWithoutNetwork == ended->coursesFailed && ended->coursesFailed > 0});
+}
+
+/// Who newly does worse, of the terms that this pass scored whole.
+std::vector<CourseMovement> ScoringPass::movements(const std::vector<std::int64_t> &termIDs) const {
+    std::vector<CourseMovement> movements;
+    for (const std::int64_t termID : termIDs) {
+        for (const SharedCourse &course : lastDashboardInputs.at(termID)) {
+            const std::int64_t id = course->course.id;
+            CourseMovement movement{.courseID = id, .courseName = displayName(course->course)};
+            for (const RosterChange &change : changes(stores.history, course->rows, id, now())) {
+                if (isWorse(change))
+                    movement.worseStudentIDs.push_back(change.studentID);
             }
-            sinks.widgets.write(
-                {.updatedAt = fetchedAt,
-                 .automaticTermID = *automatic,
-                 .terms = std::move(results.terms)});
+            movements.push_back(std::move(movement));
         }
     }
-    Q_EMIT passDidEnd(!results.anyTermFailed);
+    return movements;
+}
+
+/// The counts of the terms that this pass scored whole, in the order of the prepared terms.
+WidgetSnapshotFile ScoringPass::snapshot(
+    std::int64_t automaticTermID, const std::vector<std::int64_t> &termIDs, Date fetchedAt) const {
+    WidgetSnapshotFile snapshot{.updatedAt = fetchedAt, .automaticTermID = automaticTermID};
+    const bool hidesNames = defaults.value(preferences::widgetsHideCourseNames);
+    for (const TermGroup &term : dashboard.preparedTerms()) {
+        if (!term.id() || std::ranges::count(termIDs, *term.id()) == 0)
+            continue;
+        WidgetTermSummary summary{.id = *term.id(), .title = title(term)};
+        for (const SharedCourse &course : lastDashboardInputs.at(*term.id())) {
+            const LevelCounts levels = levelCounts(course->rows);
+            summary.courses.push_back(
+                {.id = course->course.id,
+                 .name = hidesNames ? std::nullopt : std::optional{displayName(course->course)},
+                 .atRisk = levels.atRisk,
+                 .concern = levels.concern,
+                 .watch = levels.watch,
+                 .total = std::int64_t(course->rows.size())});
+        }
+        snapshot.terms.push_back(std::move(summary));
+    }
+    return snapshot;
 }
 
 } // namespace ellwynd

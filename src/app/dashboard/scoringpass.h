@@ -7,6 +7,8 @@
 #include "outputs/notices/movementnotifier.h"
 #include "outputs/snapshot/snapshotfiles.h"
 
+#include <QTimer>
+
 namespace ellwynd {
 
 /// Where the results of a pass go, besides the dashboard.
@@ -16,9 +18,24 @@ struct PassSinks {
     MovementNotifier *notices = nullptr;
 };
 
-/// Fetches and scores the courses of the nearby terms a term at a time, the dashboard's own first;
-/// the courses of a term go side by side, within the requests that Canvas is asked at once. A later
-/// pass takes the place of an earlier one, of which nothing more is published.
+/// How a pass ended.
+struct PassResult {
+    /// Every course of every term was scored.
+    bool complete = false;
+    /// Not one course could be read.
+    bool nothingRead = false;
+    /// That was for want of a network.
+    bool lacksNetwork = false;
+};
+
+/// What the dashboard's cards were last made from, by term. A running pass adds a term when it is
+/// whole.
+using DashboardInputs = std::map<std::int64_t, std::vector<SharedCourse>>;
+
+/// Reads and scores the courses of the nearby terms a term at a time, the dashboard's own first;
+/// the courses of a term go side by side, within the requests that Canvas is asked at once. A term
+/// that makes no progress no longer holds up the next one. A later pass replaces an earlier one, of
+/// which nothing more is published.
 class ScoringPass : public QObject {
     Q_OBJECT
 
@@ -26,13 +43,15 @@ class ScoringPass : public QObject {
     /// The arguments must outlive the pass, also the tasks that it has started.
     ScoringPass(
         UserDefaults &defaults, Stores &stores, TrendSync &trends, RosterCache &rosterCache,
-        Dashboard &dashboard, PassSinks sinks, Clock now);
+        Dashboard &dashboard, DashboardInputs &lastDashboardInputs, PassSinks sinks, Clock now,
+        ElapsedClock elapsed);
     ~ScoringPass() override;
 
-    /// Begins a pass over the dashboard's prepared terms.
-    void start(std::shared_ptr<CanvasReading> source);
-    /// A pass that is under way publishes nothing more.
-    void abandon();
+    /// Begins a pass over the dashboard's prepared terms. Courses that were read at `freshSince` or
+    /// later are not read again.
+    void start(std::shared_ptr<CanvasReading> source, ElapsedTime freshSince = ElapsedTime::max());
+    /// Stops the requests of a pass that is under way, which publishes nothing more.
+    void stop();
 
     /// When the last pass began; absent before the first.
     [[nodiscard]] std::optional<Date> lastPassAt() const { return startedAt; }
@@ -40,19 +59,24 @@ class ScoringPass : public QObject {
   Q_SIGNALS:
     /// A course's entry in the cache is new.
     void courseDidScore(std::int64_t courseID);
-    /// A pass came to its end with every term scored, or with some that could not be.
-    void passDidEnd(bool complete);
+    void passDidEnd(ellwynd::PassResult result);
 
   private:
-    struct Results;
+    struct Run;
 
-    QCoro::Task<> run(std::shared_ptr<CanvasReading> source, std::vector<TermGroup> terms);
-    QCoro::Task<> scoreTerms(std::shared_ptr<CanvasReading> source, std::vector<TermGroup> terms);
-    QCoro::Task<bool> scoreOne(
-        std::shared_ptr<CanvasReading> source, Course course, std::int64_t termID,
-        std::int64_t generation);
-    void publishTerm(const TermGroup &term, Results &results);
-    void finish(Results &results);
+    void startNextTerm();
+    QCoro::Task<> scoreTerm(std::shared_ptr<Run> run, TermGroup term);
+    QCoro::Task<SharedCourse>
+    scoreOne(std::shared_ptr<Run> run, Course course, std::int64_t termID);
+    void publishTerm(const TermGroup &term, std::vector<SharedCourse> courses);
+    void termEnded(Run &run);
+    void finish();
+    [[nodiscard]] std::vector<CourseMovement>
+    movements(const std::vector<std::int64_t> &termIDs) const;
+    [[nodiscard]] WidgetSnapshotFile snapshot(
+        std::int64_t automaticTermID, const std::vector<std::int64_t> &termIDs,
+        Date fetchedAt) const;
+    [[nodiscard]] bool isCurrent(const Run &run) const;
     [[nodiscard]] bool feedsWidgets() const;
 
     UserDefaults &defaults;
@@ -60,11 +84,17 @@ class ScoringPass : public QObject {
     TrendSync &trends;
     RosterCache &rosterCache;
     Dashboard &dashboard;
+    DashboardInputs &lastDashboardInputs;
     PassSinks sinks;
     Clock now;
+    ElapsedClock elapsed;
     /// Identity of the current pass.
     std::int64_t widgetGeneration = 0;
     std::optional<Date> startedAt;
+    /// Null while no pass is under way.
+    std::shared_ptr<Run> run;
+    /// Restarted by every course that comes in.
+    QTimer stalled;
 };
 
 } // namespace ellwynd

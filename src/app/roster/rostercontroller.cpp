@@ -17,18 +17,27 @@ namespace {
 
 constexpr Log logger{"network"};
 
+std::string unreadText(const Course &course, const CanvasError &failure) {
+    const std::string name = displayName(course);
+    std::string text = fmt::format("{} couldn’t be read: {}", name, failure.errorDescription());
+    if (failure.kind() == CanvasError::Kind::unauthorized)
+        text += fmt::format(" Canvas may have refused {} alone.", name);
+    return text;
+}
+
 } // namespace
 
 RosterController::RosterController(
     const UserDefaults &defaults, const CourseList &courseList, Stores &stores, TrendSync &trends,
-    RosterCache &rosterCache, MovementNotifier *notices, Clock now)
+    RosterCache &rosterCache, MovementNotifier *notices, Clock now, ElapsedClock elapsed)
     : defaults(defaults),
       courseList(courseList),
       stores(stores),
       trends(trends),
       rosterCache(rosterCache),
       notices(notices),
-      now(now) {
+      now(now),
+      elapsed(elapsed) {
     connect(
         &stores.history, &RosterHistory::historyDidChange, this,
         &RosterController::onHistoryChanged);
@@ -37,8 +46,14 @@ RosterController::RosterController(
         &RosterController::onHistoryChanged);
 }
 
+RosterController::~RosterController() {
+    stopLoad.request_stop();
+}
+
 void RosterController::setSelection(std::optional<Selection> selection) {
+    stop();
     currentSelection = std::move(selection);
+    showSelection();
 }
 
 std::vector<Course> RosterController::selectedCourses() const {
@@ -63,95 +78,137 @@ std::string RosterController::selectionTitle() const {
         : title(groupByTerm(courses).front());
 }
 
+std::vector<SharedCourse> RosterController::cachedCourses() const {
+    std::vector<SharedCourse> cached;
+    for (const Course &course : selectedCourses()) {
+        if (SharedCourse entry = rosterCache.find(course.id))
+            cached.push_back(std::move(entry));
+    }
+    return cached;
+}
+
+std::optional<ElapsedTime> RosterController::cachedAt() const {
+    const std::vector<SharedCourse> cached = cachedCourses();
+    if (cached.empty() || cached.size() != selectedCourses().size())
+        return std::nullopt;
+    return (*std::ranges::min_element(cached, {}, &ScoredCourse::readAt))->readAt;
+}
+
 // ---- Loading -----------------------------------------------------------------------------------
 
-QCoro::Task<> RosterController::load(std::shared_ptr<CanvasReading> source) {
+QCoro::Task<>
+RosterController::load(std::shared_ptr<CanvasReading> source, std::function<RosterRead()> kind) {
     const QPointer<RosterController> self(this);
+    stop();
     const Token token = ++selectionToken;
-    if (!source)
-        co_return;
-    const std::vector<Course> courses = selectedCourses();
-    if (courses.empty()) {
-        showDashboard();
-        co_return;
-    }
-    showCached(courses);
-    const bool cachedShown = rosterView.state == RosterView::State::shown;
+    stopLoad = {};
     setLoading(true);
-
-    auto fetching = fetch(std::move(source), courses, token);
-    Fetched fetched = co_await fetching;
+    std::vector<QCoro::Task<Outcome>> reads;
+    for (const Course &course : selectedCourses())
+        reads.push_back(readCourse(source, course, token));
+    std::vector<Outcome> outcomes;
+    for (auto &read : reads)
+        outcomes.push_back(co_await read);
     // The teacher has moved on: a slow load never overwrites what was chosen after it.
     if (!self || token != selectionToken)
         co_return;
     setLoading(false);
-    if (fetched.failure)
-        showFailure(fetched, cachedShown);
-    else
-        visit(std::move(fetched.scored));
+    const auto isRead = [](const Outcome &outcome) { return outcome.course != nullptr; };
+    std::optional<CanvasError> failure;
+    if (!outcomes.empty() && std::ranges::none_of(outcomes, isRead)) {
+        failure = outcomes.front().failure;
+        showFailure(*failure);
+    } else {
+        show(outcomes, kind());
+    }
+    if (self)
+        Q_EMIT loadDidEnd(failure);
 }
 
-/// The courses side by side. Every one is awaited, also after a failure.
-QCoro::Task<RosterController::Fetched> RosterController::fetch(
-    std::shared_ptr<CanvasReading> source, std::vector<Course> courses, Token token) {
+QCoro::Task<RosterController::Outcome>
+RosterController::readCourse(std::shared_ptr<CanvasReading> source, Course course, Token token) {
     const QPointer<RosterController> self(this);
-    std::vector<QCoro::Task<ScoredCourse>> loads;
-    for (const Course &course : courses)
-        loads.push_back(loadCourse(*source, course, defaults, now));
-    Fetched fetched;
-    for (std::size_t i = 0; i < loads.size(); ++i) {
-        try {
-            fetched.scored.push_back(co_await loads[i]);
-            if (self && token == selectionToken) {
-                rosterView.loadedCourses = fetched.scored.size();
-                Q_EMIT loadingDidChange();
-            }
-        } catch (const CanvasError &error) {
-            fetched.failure = error;
-            if (error.kind() == CanvasError::Kind::unauthorized)
-                fetched.unauthorized.push_back(displayName(courses[i]));
-        } catch (const std::exception &error) {
-            fetched.failure = CanvasError::network(error.what());
-        }
+    Outcome outcome;
+    try {
+        auto loading =
+            loadCourse(std::move(source), std::move(course), defaults, now, stopLoad.get_token());
+        ScoredCourse scored = co_await loading;
+        scored.readAt = elapsed();
+        outcome.course = std::make_shared<const ScoredCourse>(std::move(scored));
+    } catch (const CanvasError &error) {
+        outcome.failure = error;
+    } catch (const std::exception &error) {
+        outcome.failure = CanvasError::network(error.what());
     }
-    co_return fetched;
+    if (self && token == selectionToken) {
+        ++rosterView.loadedCourses;
+        Q_EMIT loadingDidChange();
+    }
+    co_return outcome;
 }
 
-/// Caches what was fetched; of a single course, works out who moved since the last visit, records
-/// today's levels and count, and forgets whom notices have mentioned; then shows it.
-void RosterController::visit(std::vector<ScoredCourse> scored) {
-    std::vector<const ScoredCourse *> shown;
-    for (ScoredCourse &course : scored) {
-        const std::int64_t id = course.course.id;
-        shown.push_back(&rosterCache.entries.insert_or_assign(id, std::move(course)).first->second);
+void RosterController::stop() {
+    ++selectionToken;
+    stopLoad.request_stop();
+    if (loadingRoster)
+        setLoading(false);
+}
+
+/// Caches what was read, remembers a single course's visit, and shows the rest beside what the
+/// cache has of the courses that could not be read, which are named.
+void RosterController::show(const std::vector<Outcome> &outcomes, RosterRead kind) {
+    const std::vector<Course> courses = selectedCourses();
+    std::vector<SharedCourse> shown;
+    std::vector<std::string> notes;
+    for (std::size_t i = 0; i < outcomes.size(); ++i) {
+        SharedCourse course = outcomes[i].course;
+        if (course) {
+            course = withCurrentThresholds(course, defaults);
+            rosterCache.store(course);
+            Q_EMIT courseDidChange(course);
+        } else {
+            notes.push_back(unreadText(courses[i], *outcomes[i].failure));
+            course = rosterCache.find(courses[i].id);
+        }
+        if (course)
+            shown.push_back(std::move(course));
     }
+    if (shown.empty())
+        return;
     std::vector<RosterChange> movement;
-    if (std::holds_alternative<CourseSelection>(*currentSelection)) {
-        const QScopedValueRollback guard(recordingVisit, true);
-        movement = recordVisit(*shown.front(), stores, trends);
-        if (notices != nullptr)
-            notices->forget(shown.front()->course.id);
-    }
+    if (std::holds_alternative<CourseSelection>(*currentSelection))
+        movement = remember(*shown.front(), kind);
+    rosterView.staleReason.clear();
+    unreadCourses = std::move(notes);
     showRoster(shown, std::move(movement));
-    Q_EMIT cacheDidChange();
+}
+
+/// Works out who moved since the last visit, before today's levels and count are recorded, and
+/// forgets whom notices have mentioned.
+std::vector<RosterChange> RosterController::remember(const ScoredCourse &course, RosterRead kind) {
+    std::vector<RosterChange> movement = movementOf(course, stores);
+    if (kind == RosterRead::background)
+        return movement;
+    const QScopedValueRollback guard(recordingVisit, true);
+    recordVisit(course, stores, trends, kind == RosterRead::visit);
+    if (notices != nullptr)
+        notices->forget(course.course.id);
+    return movement;
 }
 
 // ---- What is shown -----------------------------------------------------------------------------
 
-/// The dashboard takes the roster's place; a load that is under way is dropped.
-void RosterController::showDashboard() {
+void RosterController::showSelection() {
+    const std::vector<Course> courses = selectedCourses();
     rosterView = {};
-    Q_EMIT rosterDidChange();
-    setLoading(false);
-}
-
-/// Shows what earlier fetches left of the selection, or that it is loading.
-void RosterController::showCached(const std::vector<Course> &courses) {
-    std::vector<const ScoredCourse *> cached;
-    for (const Course &course : courses) {
-        if (const ScoredCourse *entry = rosterCache.find(course.id))
-            cached.push_back(entry);
+    unreadCourses.clear();
+    if (courses.empty()) {
+        if (!currentSelection)
+            rosterView.state = RosterView::State::notConnected;
+        Q_EMIT rosterDidChange();
+        return;
     }
+    const std::vector<SharedCourse> cached = cachedCourses();
     if (cached.size() == courses.size()) {
         showRoster(cached, movementOf(*cached.front(), stores));
         return;
@@ -163,31 +220,59 @@ void RosterController::showCached(const std::vector<Course> &courses) {
     Q_EMIT rosterDidChange();
 }
 
-void RosterController::showFailure(const Fetched &fetched, bool cachedShown) {
-    const std::string error = fetched.failure->errorDescription();
+/// Shows the rows again, with the notes that stand beside them.
+void RosterController::redisplayFromCache() {
+    if (rosterView.state != RosterView::State::shown)
+        return;
+    const std::vector<SharedCourse> cached = cachedCourses();
+    if (!cached.empty())
+        showRoster(cached, movementOf(*cached.front(), stores));
+}
+
+void RosterController::courseDidScore(std::int64_t courseID) {
+    const std::vector<Course> courses = selectedCourses();
+    if (loadingRoster || std::ranges::find(courses, courseID, &Course::id) == courses.end() ||
+        cachedCourses().size() != courses.size())
+        return;
+    rosterView.staleReason.clear();
+    if (courses.size() == 1)
+        unreadCourses.clear();
+    const std::vector<SharedCourse> cached = cachedCourses();
+    showRoster(cached, movementOf(*cached.front(), stores));
+}
+
+void RosterController::showFailure(const CanvasError &failure) {
     // A token that has run out is rejected for every course.
-    const std::string alone = fetched.unauthorized.size() == 1
-        ? fmt::format("Canvas may have refused {} alone.", fetched.unauthorized.front())
+    const std::vector<Course> courses = selectedCourses();
+    const bool isAlone = courses.size() == 1 && failure.kind() == CanvasError::Kind::unauthorized;
+    const std::string alone = isAlone
+        ? fmt::format("Canvas may have refused {} alone.", displayName(courses.front()))
         : "";
-    if (cachedShown) {
-        logger.error(fmt::format("Roster freshen failed, keeping cache: {}", error));
-        rosterView.staleReason = error + (alone.empty() ? "" : " " + alone);
+    if (rosterView.state == RosterView::State::shown) {
+        logger.error(
+            fmt::format("Roster freshen failed, keeping cache: {}", failure.errorDescription()));
+        rosterView.staleReason = failure.errorDescription() + (alone.empty() ? "" : " " + alone);
     } else {
         rosterView = {.state = RosterView::State::failed, .title = selectionTitle()};
         if (!alone.empty())
             rosterView.notes.push_back(alone);
-        Q_EMIT errorDidOccur(*fetched.failure);
     }
     Q_EMIT rosterDidChange();
 }
 
+/// The stale reason and the courses that could not be read stay as they are.
 void RosterController::showRoster(
-    const std::vector<const ScoredCourse *> &courses, std::vector<RosterChange> movement) {
+    const std::vector<SharedCourse> &shared, std::vector<RosterChange> movement) {
+    std::vector<const ScoredCourse *> courses;
+    for (const SharedCourse &course : shared)
+        courses.push_back(course.get());
     RosterView view{
         .state = RosterView::State::shown,
         .title = selectionTitle(),
         .courseCount = courses.size(),
-        .fetchedAt = (*std::ranges::min_element(courses, {}, &ScoredCourse::fetchedAt))->fetchedAt};
+        .loadedCourses = rosterView.loadedCourses,
+        .fetchedAt = (*std::ranges::min_element(courses, {}, &ScoredCourse::fetchedAt))->fetchedAt,
+        .staleReason = std::move(rosterView.staleReason)};
     if (std::holds_alternative<CourseSelection>(*currentSelection)) {
         const ScoredCourse &course = *courses.front();
         view.courseID = course.course.id;
@@ -200,20 +285,23 @@ void RosterController::showRoster(
         view.rows = termRows(courses);
     }
     view.notes = notesOf(courses);
+    view.notes.insert(view.notes.end(), unreadCourses.begin(), unreadCourses.end());
     view.outreach = outreachOf(view.rows, stores, now());
     rosterView = std::move(view);
     Q_EMIT rosterDidChange();
 }
 
-void RosterController::redisplayFromCache() {
-    if (rosterView.state != RosterView::State::shown)
-        return;
-    const std::string stale = rosterView.staleReason;
-    showCached(selectedCourses());
-    if (!stale.empty()) {
-        rosterView.staleReason = stale;
-        Q_EMIT rosterDidChange();
+void RosterController::rescore() {
+    bool changed = false;
+    for (const SharedCourse &course : cachedCourses()) {
+        const SharedCourse current = withCurrentThresholds(course, defaults);
+        if (current == course)
+            continue;
+        changed = true;
+        rosterCache.store(current);
     }
+    if (changed)
+        redisplayFromCache();
 }
 
 void RosterController::onHistoryChanged() {
@@ -222,11 +310,7 @@ void RosterController::onHistoryChanged() {
 }
 
 void RosterController::resetToDisconnected() {
-    ++selectionToken;
-    currentSelection.reset();
-    rosterView = {.state = RosterView::State::notConnected};
-    Q_EMIT rosterDidChange();
-    setLoading(false);
+    setSelection(std::nullopt);
 }
 
 StudentHistory RosterController::studentHistory(const RiskRow &row) const {

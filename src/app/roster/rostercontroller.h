@@ -13,7 +13,20 @@
 
 #include <QObject>
 
+#include <stop_token>
+
 namespace ellwynd {
+
+/// How a roster came to be read, which decides what is recorded of it.
+enum class RosterRead {
+    /// The teacher opened the course or refreshed it: everything is recorded.
+    visit,
+    /// A read of the program's own while the window is in front: levels are recorded only for a day
+    /// that has none.
+    freshen,
+    /// One behind the teacher's back: nothing is recorded.
+    background,
+};
 
 /// Shows the roster of one course or of a whole term, from the cache at once and then as Canvas has
 /// it. A result whose selection has passed is dropped. Lives on the main thread.
@@ -25,19 +38,31 @@ class RosterController : public QObject {
     /// @param notices null where no notices are posted.
     RosterController(
         const UserDefaults &defaults, const CourseList &courseList, Stores &stores,
-        TrendSync &trends, RosterCache &rosterCache, MovementNotifier *notices, Clock now);
+        TrendSync &trends, RosterCache &rosterCache, MovementNotifier *notices, Clock now,
+        ElapsedClock elapsed = elapsedNow);
+    ~RosterController() override;
 
     [[nodiscard]] const std::optional<Selection> &selection() const { return currentSelection; }
-    /// Absent when the program is not connected. Nothing is shown or fetched by it.
+    /// Shows what the cache has of the selection, or that it is loading. Reads nothing.
+    /// @param selection absent when the program is not connected.
     void setSelection(std::optional<Selection> selection);
     /// The courses of the selection; none for the dashboard.
     [[nodiscard]] std::vector<Course> selectedCourses() const;
+    /// When the cache last read all of the selection; absent when it lacks a course.
+    [[nodiscard]] std::optional<ElapsedTime> cachedAt() const;
 
-    /// Shows what the cache has of the selection, then what `source` has, which counts as a visit
-    /// for a course. Replaces a load under way; a null source only ends that one.
-    [[nodiscard]] QCoro::Task<> load(std::shared_ptr<CanvasReading> source);
-    /// Shows the roster on screen again, from the cache; the note about stale rows is kept.
-    void redisplayFromCache();
+    /// Reads the selection from `source`; replaces a load under way. `loadDidEnd` follows unless
+    /// the load is stopped or replaced.
+    /// @param kind is asked when the records are in.
+    [[nodiscard]] QCoro::Task<>
+    load(std::shared_ptr<CanvasReading> source, std::function<RosterRead()> kind);
+    /// Stops the requests of the load under way; what is on screen stays there.
+    void stop();
+
+    /// A pass has read a course: shows it where it is on screen.
+    void courseDidScore(std::int64_t courseID);
+    /// Scores the roster on screen with the thresholds as they are now.
+    void rescore();
     /// What is remembered of the students on screen has changed.
     void onHistoryChanged();
     /// Signed out: drops the load under way and what is on screen.
@@ -52,33 +77,30 @@ class RosterController : public QObject {
     void rosterDidChange();
     /// A load began, progressed or ended; the view tells how far it is.
     void loadingDidChange();
-    /// The cache has new entries.
-    void cacheDidChange();
-    /// A load failed without rows to keep on screen.
-    void errorDidOccur(const ellwynd::CanvasError &error);
+    /// A course was read or scored again.
+    void courseDidChange(ellwynd::SharedCourse course);
+    /// @param failure of the first course that could not be read, when none could.
+    void loadDidEnd(const std::optional<ellwynd::CanvasError> &failure);
 
   private:
     /// Identity of a roster request; a newer request has a larger one.
     using Token = std::uint64_t;
-
-    /// What a load of several courses brought.
-    struct Fetched {
-        std::vector<ScoredCourse> scored;
-        /// The last failure.
+    /// What became of one course.
+    struct Outcome {
+        SharedCourse course;
         std::optional<CanvasError> failure;
-        /// The names of the courses for which Canvas rejected the token.
-        std::vector<std::string> unauthorized;
     };
 
-    [[nodiscard]] QCoro::Task<Fetched>
-    fetch(std::shared_ptr<CanvasReading> source, std::vector<Course> courses, Token token);
-    void visit(std::vector<ScoredCourse> scored);
-    void showDashboard();
-    void showCached(const std::vector<Course> &courses);
-    void showFailure(const Fetched &fetched, bool cachedShown);
-    void showRoster(
-        const std::vector<const ScoredCourse *> &courses, std::vector<RosterChange> movement);
+    [[nodiscard]] QCoro::Task<Outcome>
+    readCourse(std::shared_ptr<CanvasReading> source, Course course, Token token);
+    void show(const std::vector<Outcome> &outcomes, RosterRead kind);
+    [[nodiscard]] std::vector<RosterChange> remember(const ScoredCourse &course, RosterRead kind);
+    void showSelection();
+    void redisplayFromCache();
+    void showFailure(const CanvasError &failure);
+    void showRoster(const std::vector<SharedCourse> &courses, std::vector<RosterChange> movement);
     void setLoading(bool loading);
+    [[nodiscard]] std::vector<SharedCourse> cachedCourses() const;
     [[nodiscard]] std::string selectionTitle() const;
 
     const UserDefaults &defaults;
@@ -88,10 +110,14 @@ class RosterController : public QObject {
     RosterCache &rosterCache;
     MovementNotifier *notices;
     Clock now;
+    ElapsedClock elapsed;
     std::optional<Selection> currentSelection;
     Token selectionToken = 0;
+    std::stop_source stopLoad;
     bool loadingRoster = false;
     RosterView rosterView;
+    /// Why courses of the roster on screen could not be read.
+    std::vector<std::string> unreadCourses;
     /// Set while a visit is recorded, whose roster is shown right after.
     bool recordingVisit = false;
 };

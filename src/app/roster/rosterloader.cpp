@@ -1,23 +1,31 @@
 #include "app/roster/rosterloader.h"
 
+#include "net/task.h"
 #include "risk/scorer.h"
 
 #include <algorithm>
+#include <exception>
+#include <unordered_set>
 
 namespace ellwynd {
 
-void rescore(ScoredCourse &course, const CourseThresholds &thresholds, Date now) {
-    const std::vector<Enrollment> roster = reduceToStudents(course.students);
+namespace {
+
+/// Fills in what follows from the records and the thresholds.
+void score(ScoredCourse &course, const CourseThresholds &thresholds) {
+    const CourseRecords &records = *course.records;
+    const std::vector<Enrollment> roster = reduceToStudents(records.students);
     // Canvas also returns the test student and people who have left the course.
     std::unordered_set<std::int64_t> onRoster;
     for (const Enrollment &student : roster)
         onRoster.insert(student.userID);
     std::vector<SubmissionSummary> submissions;
-    submissions.reserve(course.submissions.size());
+    submissions.reserve(records.submissions.size());
     std::ranges::copy_if(
-        course.submissions, std::back_inserter(submissions),
+        records.submissions, std::back_inserter(submissions),
         [&](const SubmissionSummary &submission) { return onRoster.contains(submission.userID); });
 
+    const GradeWeighting &weighting = records.weighting;
     const std::string name = displayName(course.course);
     course.thresholds = thresholds;
     course.rows = scoreRoster({
@@ -29,36 +37,117 @@ void rescore(ScoredCourse &course, const CourseThresholds &thresholds, Date now)
         .inactivityDays = thresholds.inactivityDays,
         .termEndsAt = course.termEndsAt,
         // Without shares there is nothing to weigh by, and missing work is counted.
-        .weighting = course.weighting.sharesByAssignment.empty() ? nullptr : &course.weighting,
-        .names = course.weighting.namesByAssignment,
-        .now = now,
+        .weighting = weighting.sharesByAssignment.empty() ? nullptr : &weighting,
+        .names = weighting.namesByAssignment,
+        .now = course.fetchedAt,
     });
-    course.missedWork = missedWork(submissions, roster.size(), course.weighting.namesByAssignment);
+    course.missedWork = missedWork(submissions, roster.size(), weighting.namesByAssignment);
 }
+
+/// A read that stops the ones beside it when it fails.
+template<class T>
+QCoro::Task<T> stoppingOthers(QCoro::Task<T> read, std::stop_source others) {
+    try {
+        co_return co_await read;
+    } catch (...) {
+        others.request_stop();
+        throw;
+    }
+}
+
+/// The result of reads side by side, of which one may have failed.
+class Failures {
+  public:
+    /// Called while an exception is handled. One that was only stopped says nothing itself.
+    void add() {
+        try {
+            throw;
+        } catch (const Cancelled &) {
+            if (!first)
+                first = std::current_exception();
+            return;
+        } catch (...) {
+            if (!first || isCancelled)
+                first = std::current_exception();
+            isCancelled = false;
+        }
+    }
+    void rethrow() const {
+        if (first)
+            std::rethrow_exception(first);
+    }
+
+  private:
+    std::exception_ptr first;
+    bool isCancelled = true;
+};
+
+} // namespace
 
 ScoredCourse scoreCourse(
     Course course, std::vector<Enrollment> students, const std::vector<AssignmentGroup> &groups,
     std::vector<SubmissionSummary> submissions, const CourseThresholds &thresholds, Date now) {
     ScoredCourse scored;
-    scored.weighting = gradeWeighting(groups, course.appliesGroupWeights);
+    scored.records = std::make_shared<const CourseRecords>(CourseRecords{
+        .students = std::move(students),
+        .submissions = std::move(submissions),
+        .weighting = gradeWeighting(groups, course.appliesGroupWeights)});
     scored.termEndsAt = course.term ? course.term->endAt : std::nullopt;
     scored.course = std::move(course);
-    scored.students = std::move(students);
-    scored.submissions = std::move(submissions);
     scored.fetchedAt = now;
-    rescore(scored, thresholds, now);
+    score(scored, thresholds);
     return scored;
 }
 
-QCoro::Task<ScoredCourse>
-loadCourse(CanvasReading &source, Course course, const UserDefaults &defaults, Clock clock) {
+ScoredCourse rescored(const ScoredCourse &course, const CourseThresholds &thresholds) {
+    ScoredCourse result{
+        .course = course.course,
+        .fetchedAt = course.fetchedAt,
+        .readAt = course.readAt,
+        .termEndsAt = course.termEndsAt,
+        .notes = course.notes,
+        .records = course.records};
+    score(result, thresholds);
+    return result;
+}
+
+SharedCourse withCurrentThresholds(const SharedCourse &course, const UserDefaults &defaults) {
+    const CourseThresholds thresholds = courseThresholds(defaults, course->course.id);
+    return thresholds == course->thresholds
+        ? course
+        : std::make_shared<const ScoredCourse>(rescored(*course, thresholds));
+}
+
+QCoro::Task<ScoredCourse> loadCourse(
+    std::shared_ptr<CanvasReading> source, Course course, const UserDefaults &defaults, Clock clock,
+    std::stop_token stop, RequestPriority priority) {
+    std::stop_source own;
+    const std::stop_callback stopsWithCaller(stop, [own]() mutable { own.request_stop(); });
+    const auto reads = source->scoped(own.get_token(), priority);
     // Tasks start at once, so the three reads run side by side.
-    auto enrollments = source.fetchEnrollments(course.id);
-    auto groups = source.fetchAssignmentGroups(course.id);
-    auto submissions = source.fetchSubmissions(course.id);
-    auto students = co_await enrollments;
-    const auto fetchedGroups = co_await groups;
-    auto work = co_await submissions;
+    auto enrollments = stoppingOthers(reads->fetchEnrollments(course.id), own);
+    auto groups = stoppingOthers(reads->fetchAssignmentGroups(course.id), own);
+    auto submissions = stoppingOthers(reads->fetchSubmissions(course.id), own);
+    ListRead<Enrollment> students;
+    ListRead<AssignmentGroup> fetchedGroups;
+    ListRead<SubmissionSummary> work;
+    Failures failures;
+    try {
+        students = co_await enrollments;
+    } catch (...) {
+        failures.add();
+    }
+    try {
+        fetchedGroups = co_await groups;
+    } catch (...) {
+        failures.add();
+    }
+    try {
+        work = co_await submissions;
+    } catch (...) {
+        failures.add();
+    }
+    failures.rethrow();
     const CourseThresholds thresholds = courseThresholds(defaults, course.id);
     ScoredCourse scored = scoreCourse(
         std::move(course), std::move(students.records), fetchedGroups.records,

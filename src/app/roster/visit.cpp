@@ -8,12 +8,12 @@ std::vector<RosterChange> movementOf(const ScoredCourse &course, const Stores &s
     return changes(stores.history, course.rows, course.course.id, course.fetchedAt);
 }
 
-std::vector<RosterChange>
-recordVisit(const ScoredCourse &course, Stores &stores, TrendSync &trends) {
-    std::vector<RosterChange> movement = movementOf(course, stores);
-    stores.history.record(course.rows, course.course.id, course.fetchedAt);
-    trends.publish(course.course.id, levelCounts(course.rows).flagged(), course.fetchedAt);
-    return movement;
+void recordVisit(
+    const ScoredCourse &course, Stores &stores, TrendSync &trends, bool replacesLevels) {
+    const std::int64_t id = course.course.id;
+    if (replacesLevels || !stores.history.hasEntries(id, course.fetchedAt))
+        stores.history.record(course.rows, id, course.fetchedAt);
+    trends.publish(id, levelCounts(course.rows).flagged(), course.fetchedAt);
 }
 
 } // namespace ellwynd

@@ -1,4 +1,4 @@
-// What a visit to a course tells, and what it leaves behind.
+// Who moved since the last visit to a course, and what a visit records.
 #pragma once
 
 #include "app/roster/rosterloader.h"
@@ -12,9 +12,9 @@ namespace ellwynd {
 [[nodiscard]] std::vector<RosterChange>
 movementOf(const ScoredCourse &course, const Stores &stores);
 
-/// The teacher opened the course when its records were fetched: works out who moved since the last
-/// visit, then records that day's levels and its count of flagged students.
-[[nodiscard]] std::vector<RosterChange>
-recordVisit(const ScoredCourse &course, Stores &stores, TrendSync &trends);
+/// Records the day's levels and its count of flagged students as of the fetch.
+/// @param replacesLevels false records levels only for a day that has none of the course.
+void recordVisit(
+    const ScoredCourse &course, Stores &stores, TrendSync &trends, bool replacesLevels = true);
 
 } // namespace ellwynd

@@ -34,7 +34,8 @@ QCoro::Task<HttpResponse> send(Connection connection, QUrl url) {
     const std::string host = hostForMessages(url, connection);
     HttpResponse response;
     try {
-        auto get = connection.session->get(url, connection.token, connection.stop);
+        auto get =
+            connection.session->get(url, connection.token, connection.stop, connection.priority);
         response = co_await get;
     } catch (const TransportFailure &failure) {
         const CanvasError error = classify(failure, host);
@@ -157,8 +158,15 @@ QCoro::Task<std::string> fetchUserName(Connection connection) {
 } // namespace
 
 CanvasClient::CanvasClient(
-    std::string baseURL, std::string token, CanvasSession &session, std::stop_token stop)
-    : connection{std::move(baseURL), std::move(token), &session, std::move(stop)} {}
+    std::string baseURL, std::string token, CanvasSession &session, std::stop_token stop,
+    RequestPriority priority)
+    : connection{std::move(baseURL), std::move(token), &session, std::move(stop), priority} {}
+
+std::shared_ptr<CanvasReading>
+CanvasClient::scoped(std::stop_token stop, RequestPriority priority) const {
+    return std::make_shared<CanvasClient>(
+        connection.baseURL, connection.token, *connection.session, std::move(stop), priority);
+}
 
 QCoro::Task<ListRead<Course>> CanvasClient::fetchCourses() {
     logger.info("Fetching courses");

@@ -16,7 +16,11 @@ class CanvasClient final : public CanvasReading {
     /// @param baseURL the institution's address as saved.
     /// @param stop ends running reads and their waits with Cancelled.
     CanvasClient(
-        std::string baseURL, std::string token, CanvasSession &session, std::stop_token stop = {});
+        std::string baseURL, std::string token, CanvasSession &session, std::stop_token stop = {},
+        RequestPriority priority = RequestPriority::foreground);
+
+    std::shared_ptr<CanvasReading>
+    scoped(std::stop_token stop, RequestPriority priority) const override;
 
     QCoro::Task<ListRead<Course>> fetchCourses() override;
     QCoro::Task<ListRead<Enrollment>> fetchEnrollments(std::int64_t courseID) override;
@@ -32,6 +36,7 @@ class CanvasClient final : public CanvasReading {
         std::string token;
         CanvasSession *session;
         std::stop_token stop;
+        RequestPriority priority;
     };
 
   private:

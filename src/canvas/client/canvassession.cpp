@@ -17,8 +17,9 @@ constexpr double lowRateLimit = 200;
 CanvasSession::CanvasSession(DownloadLimits limits, Wait wait)
     : limits(limits), waitFor(std::move(wait)), limiter(maxInFlight) {}
 
-QCoro::Task<HttpResponse> CanvasSession::get(QUrl url, std::string token, std::stop_token stop) {
-    const RequestLimiter::Permit permit = co_await limiter.acquire();
+QCoro::Task<HttpResponse>
+CanvasSession::get(QUrl url, std::string token, std::stop_token stop, RequestPriority priority) {
+    const RequestLimiter::Permit permit = co_await limiter.acquire(priority);
     const QNetworkRequest request = canvasRequest(url, token);
     auto downloading = downloader.get(request, limits, stop);
     HttpResponse response = co_await downloading;

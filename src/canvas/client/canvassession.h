@@ -21,7 +21,9 @@ class CanvasSession {
     explicit CanvasSession(DownloadLimits limits = {}, Wait wait = sleepFor);
 
     /// @throws TransportFailure when no response came, Cancelled when a stop was requested.
-    [[nodiscard]] QCoro::Task<HttpResponse> get(QUrl url, std::string token, std::stop_token stop);
+    [[nodiscard]] QCoro::Task<HttpResponse>
+    get(QUrl url, std::string token, std::stop_token stop,
+        RequestPriority priority = RequestPriority::foreground);
 
     [[nodiscard]] QCoro::Task<> wait(std::chrono::milliseconds duration, std::stop_token stop) {
         return waitFor(duration, std::move(stop));

@@ -40,6 +40,13 @@ class CanvasError : public std::exception {
 
     [[nodiscard]] Kind kind() const { return errorKind; }
 
+    /// Whether the request may have failed for want of a network, so that it is worth trying again
+    /// when there is one.
+    [[nodiscard]] bool lacksNetwork() const {
+        return errorKind == Kind::offline || errorKind == Kind::cannotReachHost ||
+            errorKind == Kind::network;
+    }
+
     /// What happened, in a sentence.
     [[nodiscard]] std::string errorDescription() const;
     /// What the teacher can do about it.

@@ -16,6 +16,9 @@ class SampleCanvasClient final : public CanvasReading {
 
     explicit SampleCanvasClient(Clock clock = systemNow) : now(clock) {}
 
+    std::shared_ptr<CanvasReading> scoped(std::stop_token, RequestPriority) const override {
+        return std::make_shared<SampleCanvasClient>(now);
+    }
     QCoro::Task<ListRead<Course>> fetchCourses() override;
     QCoro::Task<ListRead<Enrollment>> fetchEnrollments(std::int64_t courseID) override;
     QCoro::Task<ListRead<AssignmentGroup>> fetchAssignmentGroups(std::int64_t courseID) override;

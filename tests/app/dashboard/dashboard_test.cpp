@@ -41,7 +41,7 @@ TEST_F(DashboardTest, SaysWhatItWaitsFor) {
     EXPECT_EQ(wait(), "Scoring Spring — 1 course to go…");
     dashboard.courseScored(2);
     EXPECT_EQ(wait(), "Scoring your courses — 2 of 3…");
-    dashboard.termScored({.id = 2, .title = "Spring"}, noon);
+    dashboard.termScored({.id = 2, .title = "Spring", .updatedAt = noon});
     EXPECT_EQ(wait(), "cards");
     EXPECT_EQ(stamp(dashboard), "updated 07:00:00 · still scoring — 2 of 3…");
     dashboard.selectTerm(1);
@@ -51,7 +51,7 @@ TEST_F(DashboardTest, SaysWhatItWaitsFor) {
     dashboard.beginPass();
     EXPECT_FALSE(dashboard.lastPassFailed());
     EXPECT_EQ(dashboard.model().terms.size(), 1U) << "the last pass's terms stay";
-    dashboard.termScored({.id = 1, .title = "Fall"}, noon + days(1));
+    dashboard.termScored({.id = 1, .title = "Fall", .updatedAt = noon + days(1)});
     dashboard.passCompleted(noon + days(1));
     EXPECT_EQ(dashboard.model().updatedAt, noon + days(1));
     EXPECT_EQ(dashboard.model().terms[0].id, 2) << "in the order of the menu";
@@ -78,8 +78,8 @@ TEST_F(DashboardTest, TheMenuBeginsWithAutomatic) {
     EXPECT_EQ(menu()[0].title, "Automatic") << "not nearby";
     EXPECT_EQ(dashboard.shownTermID(), 2) << "the newest";
     // A completed pass forgets what is no longer nearby.
-    dashboard.termScored({.id = 9}, noon);
-    dashboard.termScored({.id = 1}, noon);
+    dashboard.termScored({.id = 9, .updatedAt = noon});
+    dashboard.termScored({.id = 1, .updatedAt = noon});
     dashboard.passCompleted(noon);
     EXPECT_EQ(dashboard.model().terms.size(), 1U);
 }

@@ -1,0 +1,269 @@
+// What the program asks of Canvas and records, over a term of events, against a Canvas on loopback.
+#include "app/mainwindowcontroller.h"
+#include "support/core.h"
+#include "support/fakecanvas.h"
+#include "support/instants.h"
+#include "support/rosters.h"
+#include "support/until.h"
+
+#include <QCoreApplication>
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using namespace std::chrono_literals;
+using test::noon;
+using test::until;
+
+/// The clock on the wall moves by hand; the machine's goes on, and is moved besides.
+Date wallTime;
+ElapsedTime slept;
+
+Date wallClock() {
+    return wallTime;
+}
+
+ElapsedTime machineClock() {
+    return elapsedNow() + slept;
+}
+
+/// A program connected to a Canvas with a term of two courses and one course without a term.
+struct RefreshTest : testing::Test {
+    test::Core core{{}, wallClock};
+    test::FakeCanvas canvas;
+    std::unique_ptr<MainWindowController> controller;
+    std::vector<CanvasError> errors;
+    int passes = 0;
+
+    RefreshTest() {
+        wallTime = noon;
+        slept = {};
+        test::trustAuthority();
+        serveCourses(canvas);
+        core.connectTo(canvas.address());
+        controller = std::make_unique<MainWindowController>(
+            core.defaults, core.connector, core.stores, core.trends, core.sinks, wallClock,
+            machineClock);
+        QObject::connect(
+            controller.get(), &MainWindowController::errorDidOccur, controller.get(),
+            [this](const CanvasError &error) { errors.push_back(error); });
+        QObject::connect(
+            controller.get(), &MainWindowController::passDidEnd, controller.get(),
+            [this] { ++passes; });
+        controller->setActive(true);
+    }
+
+    static void serveCourses(test::FakeCanvas &server) {
+        server.serve(
+            QStringLiteral("/api/v1/courses"),
+            {R"({"id":1,"name":"Art","term":{"id":9,"name":"Fall","start_at":"2026-09-01T00:00:00Z",
+                 "end_at":"2026-12-20T00:00:00Z"}})",
+             R"({"id":2,"name":"Bio","term":{"id":9,"name":"Fall","start_at":"2026-09-01T00:00:00Z",
+                 "end_at":"2026-12-20T00:00:00Z"}})",
+             R"({"id":3,"name":"Chem"})"});
+        for (const int course : {1, 2, 3})
+            serveScore(server, course, 90);
+    }
+
+    static QString path(int course, const char *rest) {
+        return QStringLiteral("/api/v1/courses/%1/").arg(course) + QString::fromUtf8(rest);
+    }
+
+    static void serveScore(test::FakeCanvas &server, int course, int score) {
+        server.serve(
+            path(course, "enrollments"),
+            {QStringLiteral(R"({"user_id":%1,"user":{"id":%1,"name":"Student"},)"
+                            R"("grades":{"current_score":%2}})")
+                 .arg(course * 10)
+                 .arg(score)
+                 .toUtf8()});
+        server.serve(path(course, "assignment_groups"), {});
+        server.serve(path(course, "students/submissions"), {});
+    }
+
+    void pass(ElapsedTime time) {
+        wallTime += time;
+        slept += time;
+    }
+
+    bool untilQuiet() {
+        return until([&] {
+            return !controller->isLoading() && !controller->dashboard().progress().running &&
+                core.session.requestLimiter().inFlight() == 0;
+        });
+    }
+
+    /// Started, with a pass, and a course on screen.
+    void start(std::int64_t courseID = 1) {
+        controller->refresh();
+        ASSERT_TRUE(until([&] { return passes == 1; }));
+        controller->select(CourseSelection{courseID});
+        ASSERT_TRUE(untilQuiet());
+        canvas.requests.clear();
+    }
+
+    [[nodiscard]] std::int64_t asked(const QString &of) const {
+        return std::ranges::count(canvas.requests, of, &test::FakeRequest::path);
+    }
+
+    [[nodiscard]] std::vector<std::string> levels(std::int64_t courseID) const {
+        std::vector<std::string> levels;
+        for (const RosterSnapshot &entry : core.stores.history.entries()) {
+            if (entry.courseID == courseID)
+                levels.push_back(entry.level);
+        }
+        return levels;
+    }
+};
+
+TEST_F(RefreshTest, SwitchingWindowsAsksForOneFreshenAndOnePass) {
+    start();
+    pass(10min);
+    for (int i = 0; i < 120; ++i) {
+        controller->setActive(false);
+        controller->setActive(true);
+        QCoreApplication::processEvents();
+    }
+    ASSERT_TRUE(until([&] { return passes == 2; }));
+    ASSERT_TRUE(untilQuiet());
+    EXPECT_EQ(canvas.requests.size(), 6U) << "each of the term's two courses once";
+    controller->setActive(true);
+    pass(59s);
+    controller->setActive(true);
+    ASSERT_TRUE(untilQuiet());
+    EXPECT_EQ(canvas.requests.size(), 6U) << "fresh";
+}
+
+TEST_F(RefreshTest, AHeldKeyInTheSidebarAsksForTheLastCourseAlone) {
+    start(1);
+    pass(10min);
+    controller->select(CourseSelection{2});
+    controller->select(TermSelection{9});
+    controller->select(CourseSelection{3});
+    ASSERT_TRUE(until([&] { return controller->roster().title == "Chem" && untilQuiet(); }));
+    EXPECT_EQ(canvas.requests.size(), 3U);
+    EXPECT_EQ(asked(path(3, "enrollments")), 1);
+}
+
+TEST_F(RefreshTest, ACourseThatIsRefusedCostsItsOwnTermAndIsNamed) {
+    start();
+    canvas.plan(path(2, "enrollments"), {{.status = 403}, {.status = 403}, {.status = 403}});
+    controller->select(TermSelection{9});
+    ASSERT_TRUE(untilQuiet());
+    EXPECT_EQ(controller->roster().state, RosterView::State::shown);
+    EXPECT_THAT(
+        controller->roster().notes,
+        testing::ElementsAre("Bio couldn’t be read: Canvas refused the request."));
+    EXPECT_TRUE(controller->roster().staleReason.empty());
+    controller->refresh();
+    ASSERT_TRUE(until([&] { return passes == 2; }));
+    EXPECT_THAT(controller->dashboard().failedCourses(9), testing::ElementsAre("Bio"));
+    EXPECT_EQ(controller->dashboard().progress(), PassProgress{}) << "nothing is waited for";
+    EXPECT_TRUE(errors.empty());
+}
+
+TEST_F(RefreshTest, AnAutomaticFreshenIsNoVisit) {
+    start();
+    EXPECT_THAT(levels(1), testing::ElementsAre("OK")) << "the course was opened";
+    serveScore(canvas, 1, 20);
+    pass(10min);
+    controller->setActive(true);
+    ASSERT_TRUE(until([&] { return passes == 2; }));
+    EXPECT_EQ(levelCounts(controller->roster().rows).flagged(), 1) << "shown as it is now";
+    EXPECT_THAT(levels(1), testing::ElementsAre("OK")) << "the day has its entry";
+
+    // The next day's first freshen, behind another window, records nothing either.
+    pass(24h);
+    controller->setActive(false);
+    controller->computerDidWake();
+    ASSERT_TRUE(until([&] { return passes == 3; }));
+    EXPECT_THAT(levels(1), testing::ElementsAre("OK"));
+    // In front it does, once.
+    pass(10min);
+    controller->setActive(true);
+    ASSERT_TRUE(until([&] { return passes == 4; }));
+    EXPECT_EQ(levels(1).size(), 2U);
+    controller->refreshRoster();
+    ASSERT_TRUE(untilQuiet());
+    EXPECT_EQ(levels(1).size(), 2U);
+}
+
+TEST_F(RefreshTest, AnotherAddressIsASignOutFromTheFirst) {
+    start();
+    test::FakeCanvas other;
+    other.serve(QStringLiteral("/api/v1/courses"), {R"({"id":1,"name":"Other"})"});
+    serveScore(other, 1, 90);
+    // Another process saves it.
+    core.connectTo(other.address());
+    EXPECT_TRUE(controller->courses().isEmpty());
+    EXPECT_EQ(controller->flaggedStudents(1), std::nullopt);
+    EXPECT_TRUE(controller->dashboard().model().terms.empty());
+    ASSERT_TRUE(until([&] { return !controller->courses().isEmpty(); }));
+    ASSERT_TRUE(untilQuiet());
+    EXPECT_EQ(displayName(controller->courses().latest().front()), "Other");
+    EXPECT_TRUE(canvas.requests.empty()) << "the first Canvas is asked nothing more";
+}
+
+TEST_F(RefreshTest, AfterASignOutNoRequestStarts) {
+    start();
+    canvas.hold(QStringLiteral("/api/v1/courses"));
+    controller->refresh();
+    ASSERT_TRUE(until([&] { return asked(QStringLiteral("/api/v1/courses")) == 1; }));
+    core.check.signOut();
+    EXPECT_EQ(controller->status(), "Not connected");
+    EXPECT_EQ(controller->roster().state, RosterView::State::notConnected);
+    EXPECT_TRUE(controller->courses().isEmpty()) << "at once, while the list hangs";
+    canvas.release();
+    ASSERT_TRUE(untilQuiet());
+    EXPECT_EQ(canvas.requests.size(), 1U);
+}
+
+TEST_F(RefreshTest, AWakeAfterWeeksScoresTheTermsOfThatDay) {
+    start();
+    ASSERT_EQ(controller->dashboard().preparedTerms().size(), 1U);
+    pass(24h * 200);
+    controller->computerDidWake();
+    ASSERT_TRUE(until([&] { return passes == 2; }));
+    EXPECT_TRUE(controller->dashboard().preparedTerms().empty()) << "the term is long over";
+    EXPECT_EQ(asked(QStringLiteral("/api/v1/courses")), 1) << "the list is read again";
+}
+
+TEST_F(RefreshTest, ThresholdsAreOneStateInEachResult) {
+    start();
+    canvas.hold(path(2, "enrollments"));
+    controller->refresh();
+    ASSERT_TRUE(until([&] { return controller->dashboard().progress().done == 1; }));
+    core.defaults.set(preferences::defaultPassingScore, 95.0);
+    canvas.release();
+    ASSERT_TRUE(until([&] { return passes == 2; }));
+    for (const DashboardCourseCard &card : controller->dashboard().shownTerm()->cards)
+        EXPECT_EQ(card.flagged(), 1) << card.name;
+    const auto file = decodeWidgetSnapshotFile(core.folder.read("widgets/WidgetSnapshotV2.json"));
+    ASSERT_TRUE(file);
+    for (const WidgetCourseSummary &course : file->terms[0].courses)
+        EXPECT_EQ(course.atRisk + course.concern + course.watch, 1);
+}
+
+TEST_F(RefreshTest, WithoutRowsTheFirstFailureAloneIsShown) {
+    const std::vector<test::FakeReply> down(9, {.status = 404});
+    canvas.plan(QStringLiteral("/api/v1/courses"), down);
+    controller->refresh();
+    ASSERT_TRUE(until([&] { return errors.size() == 1; }));
+    EXPECT_EQ(controller->status(), "Couldn’t load");
+    for (int i = 0; i < 5; ++i) {
+        pass(10min);
+        controller->computerDidWake();
+        ASSERT_TRUE(untilQuiet());
+    }
+    EXPECT_EQ(errors.size(), 1U);
+    canvas.plan(QStringLiteral("/api/v1/courses"), {});
+    pass(10min);
+    controller->computerDidWake();
+    ASSERT_TRUE(until([&] { return passes == 1; }));
+    EXPECT_EQ(controller->status(), "3 courses");
+}
+
+} // namespace
+} // namespace ellwynd

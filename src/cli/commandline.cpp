@@ -31,8 +31,8 @@ std::filesystem::path outputFile(const std::string &name) {
 
 } // namespace
 
-CommandLine::CommandLine(Session &run, const char *command, const char *description)
-    : session(run), name(text(command)) {
+CommandLine::CommandLine(CommandContext &run, const char *command, const char *description)
+    : context(run), name(text(command)) {
     parser.setApplicationDescription(text(description));
     parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, text("Show this help.")});
     flag("json", "Print one JSON document.");
@@ -76,7 +76,7 @@ bool CommandLine::parse(const QStringList &words) {
         const qsizetype options = first.indexOf(QStringLiteral("[options]"));
         if (options >= 0)
             synopsis += first.mid(options + 9);
-        session.out << (synopsis + help.mid(usage)).toStdString();
+        context.out << (synopsis + help.mid(usage)).toStdString();
         return false;
     }
     if (!understood)
@@ -124,12 +124,12 @@ void CommandLine::print(const std::string &result) const {
             throw Failure(error.what());
         }
     } else {
-        session.out << result;
+        context.out << result;
     }
 }
 
-void refuseSample(Session &session, const char *command) {
-    if (session.defaults().value(preferences::sampleData))
+void refuseSample(CommandContext &context, const char *command) {
+    if (context.defaults().value(preferences::sampleData))
         throw UsageError(std::string(command) + " has no meaning in the sample college");
 }
 
@@ -174,11 +174,11 @@ std::optional<ExportFormat> exportFormat(const CommandLine &line) {
                    : std::nullopt;
 }
 
-ExportSource exportSource(Session &session, bool wholeTerm) {
+ExportSource exportSource(CommandContext &context, bool wholeTerm) {
     return {
-        .contacts = session.stores().contacts,
-        .history = session.stores().history,
-        .now = session.now(),
+        .contacts = context.stores().contacts,
+        .history = context.stores().history,
+        .now = context.now(),
         .wholeTerm = wholeTerm};
 }
 

@@ -1,7 +1,7 @@
 // A command's own words: options, arguments, and where its output goes.
 #pragma once
 
-#include "cli/session.h"
+#include "cli/commandcontext.h"
 #include "outputs/export/rosterexport.h"
 
 #include <QCommandLineParser>
@@ -12,7 +12,7 @@ namespace ellwynd::cli {
 /// know `--json` and `-o FILE` as well.
 class CommandLine {
   public:
-    CommandLine(Session &session, const char *name, const char *description);
+    CommandLine(CommandContext &context, const char *name, const char *description);
 
     /// Declares one argument; the help shows them in order. `repeats` takes one or more.
     void argument(const char *name, const char *description, bool repeats = false);
@@ -37,7 +37,7 @@ class CommandLine {
     void print(const std::string &text) const;
 
   private:
-    Session &session;
+    CommandContext &context;
     QString name;
     QCommandLineParser parser;
     qsizetype arguments = 0;
@@ -46,7 +46,7 @@ class CommandLine {
 };
 
 /// For commands about the real Canvas. @throws UsageError in the sample college
-void refuseSample(Session &session, const char *command);
+void refuseSample(CommandContext &context, const char *command);
 
 /// `--passing` and `--inactivity`, within the bounds of the program's editors. @throws UsageError
 [[nodiscard]] std::optional<double> passingOption(const CommandLine &line);
@@ -57,6 +57,6 @@ void addExportFlags(CommandLine &line);
 /// Which of the two was asked for, if any. @throws UsageError for more than one form of output.
 [[nodiscard]] std::optional<ExportFormat> exportFormat(const CommandLine &line);
 /// What a run's export is made from besides its rows.
-[[nodiscard]] ExportSource exportSource(Session &session, bool wholeTerm);
+[[nodiscard]] ExportSource exportSource(CommandContext &context, bool wholeTerm);
 
 } // namespace ellwynd::cli

@@ -1,7 +1,7 @@
 // The commands of ellwynd-cli, one source file each.
 #pragma once
 
-#include "cli/session.h"
+#include "cli/commandcontext.h"
 
 #include <QStringList>
 
@@ -14,7 +14,7 @@ struct Command {
     /// One line for the overview.
     const char *summary;
     /// Runs the command on the words after its name; returns an exit status or throws.
-    int (*run)(Session &session, const QStringList &words);
+    int (*run)(CommandContext &context, const QStringList &words);
 };
 
 /// All of them, in the order of the overview. A command NAME is the function

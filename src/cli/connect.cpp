@@ -6,21 +6,21 @@
 
 namespace ellwynd::cli {
 
-static int runConnect(Session &session, const QStringList &words) {
+static int runConnect(CommandContext &context, const QStringList &words) {
     CommandLine line(
-        session, "connect",
+        context, "connect",
         "Read an access token from standard input, test the connection and save it.");
     line.argument("ADDRESS", "Your institution's Canvas address, including https://.");
     if (!line.parse(words))
         return done;
-    refuseSample(session, "connect");
+    refuseSample(context, "connect");
     std::string token;
-    std::getline(session.in, token);
+    std::getline(context.in, token);
 
-    ConnectionCheck check(session.defaults(), session.secrets(), session.http());
+    ConnectionCheck check(context.defaults(), context.secrets(), context.http());
     const std::string address = line.word(0);
     const ConnectionOutcome tested =
-        session.finish("Checking the connection…", check.testOrThrow(address, token));
+        context.finish("Checking the connection…", check.testOrThrow(address, token));
     if (!tested.succeeded)
         throw Failure(tested.status);
     const ConnectionOutcome saved = check.saveOrThrow(address, token);

@@ -9,8 +9,8 @@
 
 namespace ellwynd::cli {
 
-static int runContacted(Session &session, const QStringList &words) {
-    CommandLine line(session, "contacted", "Note that you wrote to these students just now.");
+static int runContacted(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "contacted", "Note that you wrote to these students just now.");
     line.argument("COURSE", "The course's id.");
     line.argument("STUDENT", "A student's id.", true);
     if (!line.parse(words))
@@ -19,13 +19,13 @@ static int runContacted(Session &session, const QStringList &words) {
     std::vector<std::int64_t> ids;
     for (qsizetype i = 1; i < line.wordCount(); ++i)
         ids.push_back(parseID(line.word(i), "student"));
-    const ScoredCourse course = loadByID(session, courseID);
+    const ScoredCourse course = loadByID(context, courseID);
     for (const std::int64_t id : ids)
         static_cast<void>(findStudent(course, id));
-    Stores &stores = session.stores();
+    Stores &stores = context.stores();
     if (!stores.contacts.isEnabled())
         throw Failure("Contact marks are turned off in Settings.");
-    const Date now = session.now();
+    const Date now = context.now();
     stores.contacts.noteContacts(courseID, ids, now);
 
     JSON list = JSON::array();

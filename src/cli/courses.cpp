@@ -30,12 +30,12 @@ JSON courseDocument(const Course &course) {
 
 } // namespace
 
-static int runCourses(Session &session, const QStringList &words) {
-    CommandLine line(session, "courses", "List your active courses.");
+static int runCourses(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "courses", "List your active courses.");
     if (!line.parse(words))
         return done;
-    const auto source = session.connect();
-    const std::vector<Course> courses = fetchCourses(session, *source);
+    const auto source = context.connect();
+    const std::vector<Course> courses = fetchCourses(context, *source);
     if (line.wantsJSON()) {
         JSON list = JSON::array();
         for (const Course &course : courses)

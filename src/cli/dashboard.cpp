@@ -7,7 +7,7 @@
 #include "cli/table.h"
 #include "platform/folders/directories.h"
 #include "platform/notifications/usernotifications.h"
-#include "platform/session/widgettimelines.h"
+#include "platform/context/widgettimelines.h"
 
 #include <QEventLoop>
 
@@ -112,22 +112,22 @@ void waitForNotices(UserNotifications &notifications) {
     }
 }
 
-static int runDashboard(Session &session, const QStringList &words) {
-    CommandLine line(session, "dashboard", "Score every course of the nearby terms.");
+static int runDashboard(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "dashboard", "Score every course of the nearby terms.");
     line.flag("notify", "Post the notice of students who newly do worse.");
     if (!line.parse(words))
         return done;
-    const auto source = session.connect();
+    const auto source = context.connect();
     const auto notifications = makeUserNotifications();
-    MovementNotifier notices(session.defaults(), *notifications, [] { return false; });
+    MovementNotifier notices(context.defaults(), *notifications, [] { return false; });
     WidgetSnapshotWriter widgets(directories::widgetContainer(), widgetTimelines::reloadAll);
-    CourseList courses(session.defaults(), session.now);
+    CourseList courses(context.defaults(), context.now);
     RosterCache cache;
     PassController passes(
-        session.defaults(), courses, session.stores(), session.trends(), cache,
-        {.widgets = widgets, .notices = line.has("notify") ? &notices : nullptr}, session.now);
+        context.defaults(), courses, context.stores(), context.trends(), cache,
+        {.widgets = widgets, .notices = line.has("notify") ? &notices : nullptr}, context.now);
     const Dashboard &dashboard = passes.dashboard();
-    courses.set(fetchCourses(session, *source));
+    courses.set(fetchCourses(context, *source));
 
     bool complete = false;
     QEventLoop loop;
@@ -138,7 +138,7 @@ static int runDashboard(Session &session, const QStringList &words) {
     QObject::connect(&dashboard, &Dashboard::dashboardModelDidChange, &loop, [&] {
         const PassProgress &pass = dashboard.progress();
         if (pass.running) {
-            session.progress().begin(
+            context.progress().begin(
                 fmt::format("Scored {} of {} courses…", pass.done, pass.total));
         }
     });
@@ -146,13 +146,13 @@ static int runDashboard(Session &session, const QStringList &words) {
     QMetaObject::invokeMethod(
         &passes, [&] { passes.start(source); }, Qt::QueuedConnection);
     loop.exec();
-    session.progress().end();
+    context.progress().end();
     if (line.has("notify"))
         waitForNotices(*notifications);
     std::vector<const ScoredCourse *> scored;
     for (const auto &[id, course] : cache.entries)
         scored.push_back(course.get());
-    printNotes(session, scored);
+    printNotes(context, scored);
     line.print(line.wantsJSON() ? printed(dashboardDocument(dashboard)) : dashboardText(dashboard));
     return complete ? done : failed;
 }

@@ -19,35 +19,35 @@ std::string plain(const PreferenceValue &value) {
     return toJSON(value);
 }
 
-int listSaved(Session &session, const QStringList &words) {
-    CommandLine line(session, "defaults list", "Show the saved preferences.");
+int listSaved(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "defaults list", "Show the saved preferences.");
     if (!line.parse(words))
         return done;
     if (line.wantsJSON()) {
-        line.print(session.defaults().persistentDomainJSON() + "\n");
+        line.print(context.defaults().persistentDomainJSON() + "\n");
         return done;
     }
     Table table({{"Key"}, {"Value"}});
-    for (const auto &[key, value] : session.defaults().persistentDomain())
+    for (const auto &[key, value] : context.defaults().persistentDomain())
         table.add({key, plain(value)});
     line.print(table.text());
     return done;
 }
 
-int readOne(Session &session, const QStringList &words) {
-    CommandLine line(session, "defaults read", "Show the value in effect.");
+int readOne(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "defaults read", "Show the value in effect.");
     line.argument("KEY", "The preference's key.");
     if (!line.parse(words))
         return done;
-    const auto value = session.defaults().object(line.word(0));
+    const auto value = context.defaults().object(line.word(0));
     if (!value)
         throw Failure(fmt::format("There is no value for {}.", line.word(0)));
     line.print((line.wantsJSON() ? toJSON(*value) : plain(*value)) + "\n");
     return done;
 }
 
-int writeOne(Session &session, const QStringList &words) {
-    CommandLine line(session, "defaults write", "Save a value, as the settings window does.");
+int writeOne(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "defaults write", "Save a value, as the settings window does.");
     line.argument("KEY", "The preference's key.");
     line.argument("VALUE", "YES, NO, a number or a text.");
     // A value may begin with "-", so the words are taken as they stand.
@@ -57,38 +57,38 @@ int writeOne(Session &session, const QStringList &words) {
     // Switching a memory off forgets it, which is the store's own doing.
     const std::string key = line.word(0);
     if (key == preferences::rememberRosterHistory.name || key == preferences::rememberContacts.name)
-        static_cast<void>(session.stores());
+        static_cast<void>(context.stores());
     try {
-        writeSetting(session.defaults(), key, parsePreferenceValue(line.word(1)));
+        writeSetting(context.defaults(), key, parsePreferenceValue(line.word(1)));
     } catch (const InvalidPreference &error) {
         throw UsageError(error.what());
     }
     return done;
 }
 
-int deleteOne(Session &session, const QStringList &words) {
-    CommandLine line(session, "defaults delete", "Forget a saved value.");
+int deleteOne(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "defaults delete", "Forget a saved value.");
     line.argument("KEY", "The preference's key.");
     if (!line.parse(words))
         return done;
-    session.defaults().remove(line.word(0));
+    context.defaults().remove(line.word(0));
     return done;
 }
 
 } // namespace
 
-static int runDefaults(Session &session, const QStringList &words) {
+static int runDefaults(CommandContext &context, const QStringList &words) {
     const QString verb = words.value(0);
     const QStringList rest = words.mid(1);
     if (verb == u"list")
-        return listSaved(session, rest);
+        return listSaved(context, rest);
     if (verb == u"read")
-        return readOne(session, rest);
+        return readOne(context, rest);
     if (verb == u"write")
-        return writeOne(session, rest);
+        return writeOne(context, rest);
     if (verb == u"delete")
-        return deleteOne(session, rest);
-    CommandLine line(session, "defaults", "Show or change the preferences.");
+        return deleteOne(context, rest);
+    CommandLine line(context, "defaults", "Show or change the preferences.");
     line.argument("VERB", "list, read KEY, write KEY VALUE or delete KEY.");
     if (!line.parse(words))
         return done;

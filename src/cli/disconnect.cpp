@@ -7,12 +7,12 @@
 
 namespace ellwynd::cli {
 
-static int runDisconnect(Session &session, const QStringList &words) {
-    CommandLine line(session, "disconnect", "Delete the token and forget the Canvas address.");
+static int runDisconnect(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "disconnect", "Delete the token and forget the Canvas address.");
     if (!line.parse(words))
         return done;
-    refuseSample(session, "disconnect");
-    ConnectionCheck(session.defaults(), session.secrets(), session.http()).signOut();
+    refuseSample(context, "disconnect");
+    ConnectionCheck(context.defaults(), context.secrets(), context.http()).signOut();
     WidgetSnapshotWriter(directories::widgetContainer(), widgetTimelines::reloadAll).clear();
     return done;
 }

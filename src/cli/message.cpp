@@ -13,11 +13,11 @@ namespace ellwynd::cli {
 namespace {
 
 /// By name, as the teacher knows it. @throws UsageError
-const MessageTemplate &chosenTemplate(Session &session, const CommandLine &line) {
+const MessageTemplate &chosenTemplate(CommandContext &context, const CommandLine &line) {
     const auto name = line.value("template");
     if (!name)
         throw UsageError("message needs --template NAME");
-    const std::vector<MessageTemplate> &templates = session.stores().templates.templates();
+    const std::vector<MessageTemplate> &templates = context.stores().templates.templates();
     const auto found = std::ranges::find(templates, *name, &MessageTemplate::name);
     if (found == templates.end())
         throw UsageError(fmt::format("There is no template {}", *name));
@@ -40,9 +40,9 @@ std::vector<RiskRow> chosenRows(const ScoredCourse &course, const std::set<std::
 
 } // namespace
 
-static int runMessage(Session &session, const QStringList &words) {
+static int runMessage(CommandContext &context, const QStringList &words) {
     CommandLine line(
-        session, "message", "The filled message of each student, as a copy of it would read.");
+        context, "message", "The filled message of each student, as a copy of it would read.");
     line.argument("COURSE", "The course's id.");
     line.option("template", "NAME", "The template to fill.");
     line.option("student", "ID", "A student; may be repeated. Every flagged student without it.");
@@ -53,9 +53,9 @@ static int runMessage(Session &session, const QStringList &words) {
     std::set<std::int64_t> students;
     for (const std::string &word : line.values("student"))
         students.insert(parseID(word, "student"));
-    const MessageTemplate message = chosenTemplate(session, line);
+    const MessageTemplate message = chosenTemplate(context, line);
 
-    const ScoredCourse scored = loadByID(session, id);
+    const ScoredCourse scored = loadByID(context, id);
     const std::vector<RiskRow> rows = chosenRows(scored, students);
     const std::string text =
         fillAll(message, rows, displayName(scored.course), [&scored](std::int64_t) {
@@ -69,7 +69,7 @@ static int runMessage(Session &session, const QStringList &words) {
         std::vector<std::int64_t> ids;
         for (const RiskRow &row : rows)
             ids.push_back(row.id);
-        session.stores().contacts.noteContacts(id, ids, session.now());
+        context.stores().contacts.noteContacts(id, ids, context.now());
     }
     return done;
 }

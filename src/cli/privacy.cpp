@@ -7,12 +7,12 @@
 
 namespace ellwynd::cli {
 
-static int runPrivacy(Session &session, const QStringList &words) {
-    CommandLine line(session, "privacy", "What is remembered of students; or forget it.");
+static int runPrivacy(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "privacy", "What is remembered of students; or forget it.");
     line.optionalArgument("VERB", "forget-history or forget-contacts.");
     if (!line.parse(words))
         return done;
-    Stores &stores = session.stores();
+    Stores &stores = context.stores();
     const std::string verb = line.word(0);
     if (verb == "forget-history")
         stores.history.deleteAll();

@@ -6,29 +6,29 @@
 
 namespace ellwynd::cli {
 
-static int runRoster(Session &session, const QStringList &words) {
-    CommandLine line(session, "roster", "Fetch and score one course, worst first.");
+static int runRoster(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "roster", "Fetch and score one course, worst first.");
     line.argument("COURSE", "The course's id.");
     line.flag("visit", "Count as a visit: record today's levels, as opening the course does.");
     addExportFlags(line);
     if (!line.parse(words))
         return done;
     const auto format = exportFormat(line);
-    const ScoredCourse course = loadByID(session, parseID(line.word(0), "course"));
-    Stores &stores = session.stores();
+    const ScoredCourse course = loadByID(context, parseID(line.word(0), "course"));
+    Stores &stores = context.stores();
     RosterMemory memory;
     memory.movement = movementOf(course, stores);
     if (line.has("visit"))
-        recordVisit(course, stores, session.trends());
-    memory.outreach = outreachOf(course.rows, stores, session.now());
+        recordVisit(course, stores, context.trends());
+    memory.outreach = outreachOf(course.rows, stores, context.now());
     if (format) {
         line.print(exportText(
-            *format, displayName(course.course), course.rows, exportSource(session, false)));
+            *format, displayName(course.course), course.rows, exportSource(context, false)));
         return done;
     }
     line.print(
         line.wantsJSON() ? printed(rosterDocument(course, memory))
-                         : rosterText(course, memory, session.now()));
+                         : rosterText(course, memory, context.now()));
     return done;
 }
 

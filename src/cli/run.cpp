@@ -39,14 +39,15 @@ LaunchArguments takeLaunchArguments(std::span<const std::string> words) {
     return all;
 }
 
-int runCommand(Session &session, const std::string &name, std::span<const std::string> words) {
+int runCommand(
+    CommandContext &context, const std::string &name, std::span<const std::string> words) {
     const auto found = std::ranges::find(commands(), name, &Command::name);
     if (found == commands().end())
         throw UsageError(fmt::format("There is no command {}", name));
     QStringList rest;
     for (const std::string &word : words)
         rest << QString::fromStdString(word);
-    return found->run(session, rest);
+    return found->run(context, rest);
 }
 
 } // namespace
@@ -69,8 +70,8 @@ int run(
             out << "ellwynd-cli " << version << "\n";
             return done;
         }
-        Session session(in, out, err, preferences, arguments.domain, std::move(terminal));
-        const int status = runCommand(session, name, std::span(arguments.rest).subspan(1));
+        CommandContext context(in, out, err, preferences, arguments.domain, std::move(terminal));
+        const int status = runCommand(context, name, std::span(arguments.rest).subspan(1));
         if (!out.flush())
             throw Failure("The output couldn't be written.");
         return status;

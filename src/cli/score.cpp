@@ -8,8 +8,8 @@
 
 namespace ellwynd::cli {
 
-static int runScore(Session &session, const QStringList &words) {
-    CommandLine line(session, "score", "Score Canvas JSON saved in a folder.");
+static int runScore(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "score", "Score Canvas JSON saved in a folder.");
     line.argument(
         "DIR", "Holds course.json, enrollments.json, assignment_groups.json and submissions.json.");
     line.option("passing", "P", "Passing score, percent.");
@@ -19,7 +19,7 @@ static int runScore(Session &session, const QStringList &words) {
         return done;
 
     // The launch arguments alone: scoring a folder touches no store.
-    const UserDefaults unsaved({}, session.launchArguments());
+    const UserDefaults unsaved({}, context.launchArguments());
     CourseThresholds thresholds{
         .passingScore = unsaved.value(preferences::defaultPassingScore),
         .inactivityDays = unsaved.value(preferences::defaultInactivityDays)};
@@ -32,7 +32,7 @@ static int runScore(Session &session, const QStringList &words) {
         thresholds.inactivityOverridden = true;
     }
 
-    Date now = session.now();
+    Date now = context.now();
     if (const auto word = line.value("now")) {
         const auto instant = parseInstant(*word);
         if (!instant)

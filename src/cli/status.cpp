@@ -10,28 +10,28 @@ namespace ellwynd::cli {
 
 namespace {
 
-std::string stateOf(Session &session, const std::string &address) {
-    if (session.defaults().value(preferences::sampleData))
+std::string stateOf(CommandContext &context, const std::string &address) {
+    if (context.defaults().value(preferences::sampleData))
         return "sample";
     if (address.empty())
         return "not connected";
     try {
-        const TokenStore tokens(session.secrets());
+        const TokenStore tokens(context.secrets());
         return tokens.readToken(TokenStore::accountOf(address)) ? "connected" : "not connected";
     } catch (const KeychainError &error) {
-        session.err << oneLine(error.what()) << "\n";
+        context.err << oneLine(error.what()) << "\n";
         return "keychain unavailable";
     }
 }
 
 } // namespace
 
-static int runStatus(Session &session, const QStringList &words) {
-    CommandLine line(session, "status", "Show whether the program is connected.");
+static int runStatus(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "status", "Show whether the program is connected.");
     if (!line.parse(words))
         return done;
-    const std::string address = session.defaults().value(preferences::canvasBaseURL);
-    const std::string state = stateOf(session, address);
+    const std::string address = context.defaults().value(preferences::canvasBaseURL);
+    const std::string state = stateOf(context, address);
     if (line.wantsJSON()) {
         const auto orNull = [](const std::string &text) {
             return text.empty() ? JSON(nullptr) : JSON(text);

@@ -50,21 +50,21 @@ std::string studentText(const RiskRow &row, const StudentHistory &history, Date 
 
 } // namespace
 
-static int runStudent(Session &session, const QStringList &words) {
-    CommandLine line(session, "student", "One student: why, and what is remembered.");
+static int runStudent(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "student", "One student: why, and what is remembered.");
     line.argument("COURSE", "The course's id.");
     line.argument("STUDENT", "The student's id.");
     if (!line.parse(words))
         return done;
     const std::int64_t courseID = parseID(line.word(0), "course");
     const std::int64_t studentID = parseID(line.word(1), "student");
-    const ScoredCourse course = loadByID(session, courseID);
+    const ScoredCourse course = loadByID(context, courseID);
     const RiskRow &row = findStudent(course, studentID);
     const StudentHistory history =
-        studentHistory(row, movementOf(course, session.stores()), session.stores(), session.now());
+        studentHistory(row, movementOf(course, context.stores()), context.stores(), context.now());
     line.print(
         line.wantsJSON() ? printed(studentDocument(row, history))
-                         : studentText(row, history, session.now()));
+                         : studentText(row, history, context.now()));
     return done;
 }
 

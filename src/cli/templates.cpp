@@ -7,11 +7,11 @@
 
 namespace ellwynd::cli {
 
-static int runTemplates(Session &session, const QStringList &words) {
-    CommandLine line(session, "templates", "List the message templates.");
+static int runTemplates(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "templates", "List the message templates.");
     if (!line.parse(words))
         return done;
-    const std::vector<MessageTemplate> &templates = session.stores().templates.templates();
+    const std::vector<MessageTemplate> &templates = context.stores().templates.templates();
     if (line.wantsJSON()) {
         JSON list = JSON::array();
         for (const MessageTemplate &each : templates)

@@ -13,26 +13,26 @@
 
 namespace ellwynd::cli {
 
-static int runTerm(Session &session, const QStringList &words) {
-    CommandLine line(session, "term", "Score every course of one term; flagged students only.");
+static int runTerm(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "term", "Score every course of one term; flagged students only.");
     line.argument("TERM", "The term's id.");
     addExportFlags(line);
     if (!line.parse(words))
         return done;
     const auto format = exportFormat(line);
     const std::int64_t id = parseID(line.word(0), "term");
-    const auto source = session.connect();
-    const std::vector<TermGroup> terms = groupByTerm(fetchCourses(session, *source));
+    const auto source = context.connect();
+    const std::vector<TermGroup> terms = groupByTerm(fetchCourses(context, *source));
     const auto term = std::ranges::find(terms, std::optional{id}, &TermGroup::id);
     if (term == terms.end())
         throw Failure(fmt::format("The course list holds no term {}.", id));
 
     std::vector<QCoro::Task<ScoredCourse>> loads;
     for (const Course &course : term->courses)
-        loads.push_back(loadCourse(source, course, session.defaults(), session.now));
+        loads.push_back(loadCourse(source, course, context.defaults(), context.now));
     std::vector<ScoredCourse> scored;
     for (auto &load : loads) {
-        scored.push_back(session.finish(
+        scored.push_back(context.finish(
             fmt::format("Reading {} of {} courses…", scored.size() + 1, loads.size()),
             std::move(load)));
     }
@@ -40,13 +40,13 @@ static int runTerm(Session &session, const QStringList &words) {
     for (const ScoredCourse &course : scored)
         courses.push_back(&course);
     const std::vector<RiskRow> rows = termRows(courses);
-    printNotes(session, courses);
+    printNotes(context, courses);
 
     if (format) {
-        line.print(exportText(*format, title(*term), rows, exportSource(session, true)));
+        line.print(exportText(*format, title(*term), rows, exportSource(context, true)));
         return done;
     }
-    const RosterMemory memory{.outreach = outreachOf(rows, session.stores(), session.now())};
+    const RosterMemory memory{.outreach = outreachOf(rows, context.stores(), context.now())};
     if (line.wantsJSON()) {
         JSON list = JSON::array();
         for (const RiskRow &row : rows)
@@ -57,7 +57,7 @@ static int runTerm(Session &session, const QStringList &words) {
     std::string text = fmt::format(
         "{}\n{}\n\n", oneLine(title(*term)), flaggedAcrossText(rows.size(), scored.size()));
     line.print(
-        text + rowsTable(rows, {.withCourse = true, .now = session.now(), .memory = memory}));
+        text + rowsTable(rows, {.withCourse = true, .now = context.now(), .memory = memory}));
     return done;
 }
 

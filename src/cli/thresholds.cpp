@@ -7,8 +7,8 @@
 
 namespace ellwynd::cli {
 
-static int runThresholds(Session &session, const QStringList &words) {
-    CommandLine line(session, "thresholds", "Show, set or release one course's thresholds.");
+static int runThresholds(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "thresholds", "Show, set or release one course's thresholds.");
     line.argument("COURSE", "The course's id.");
     line.option("passing", "P", "Passing score for this course, percent.");
     line.option("inactivity", "T", "Inactivity window for this course, days behind the class.");
@@ -21,9 +21,9 @@ static int runThresholds(Session &session, const QStringList &words) {
     if (line.has("use-defaults") && (passing || inactivity))
         throw UsageError("--use-defaults goes with neither --passing nor --inactivity");
 
-    const auto source = session.connect();
-    static_cast<void>(findCourse(fetchCourses(session, *source), id));
-    UserDefaults &defaults = session.defaults();
+    const auto source = context.connect();
+    static_cast<void>(findCourse(fetchCourses(context, *source), id));
+    UserDefaults &defaults = context.defaults();
     if (line.has("use-defaults"))
         useDefaults(defaults, id);
     if (passing)

@@ -43,10 +43,10 @@ class NotConnected : public std::runtime_error {
 };
 
 /// Streams, preferences and clock of one run.
-class Session {
+class CommandContext {
   public:
     /// @param preferences the preferences' file, which is not read before a command asks for them.
-    Session(
+    CommandContext(
         std::istream &in, std::ostream &out, std::ostream &err, std::filesystem::path preferences,
         PreferenceMap launchArguments, Terminal terminal);
 
@@ -97,17 +97,17 @@ class Session {
 };
 
 /// The course list as fetched. A list that was cut short is said on standard error.
-[[nodiscard]] std::vector<Course> fetchCourses(Session &session, CanvasReading &source);
+[[nodiscard]] std::vector<Course> fetchCourses(CommandContext &context, CanvasReading &source);
 
 /// The course of that id. @throws Failure when the list holds none.
 [[nodiscard]] Course findCourse(const std::vector<Course> &courses, std::int64_t id);
 
 /// Fetches and scores the course of that id; its notes go to standard error. @throws Failure,
 /// NotConnected, KeychainError, CanvasError
-[[nodiscard]] ScoredCourse loadByID(Session &session, std::int64_t courseID);
+[[nodiscard]] ScoredCourse loadByID(CommandContext &context, std::int64_t courseID);
 
 /// Prints what the reader of the courses' rosters must know to standard error, a line each.
-void printNotes(Session &session, std::span<const ScoredCourse *const> courses);
+void printNotes(CommandContext &context, std::span<const ScoredCourse *const> courses);
 
 /// The student's row. @throws Failure when the roster holds none.
 [[nodiscard]] const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID);

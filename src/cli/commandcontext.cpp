@@ -1,4 +1,4 @@
-#include "cli/session.h"
+#include "cli/commandcontext.h"
 
 #include "app/courses/connector.h"
 #include "app/roster/rosterview.h"
@@ -11,7 +11,7 @@
 
 namespace ellwynd::cli {
 
-Session::Session(
+CommandContext::CommandContext(
     std::istream &input, std::ostream &results, std::ostream &messages,
     std::filesystem::path preferences, PreferenceMap launchArguments, Terminal terminal)
     : out(results),
@@ -21,19 +21,19 @@ Session::Session(
       arguments(std::move(launchArguments)),
       progressLine(messages, std::move(terminal)) {}
 
-UserDefaults &Session::defaults() {
+UserDefaults &CommandContext::defaults() {
     if (!opened)
         opened = std::make_unique<UserDefaults>(file, arguments);
     return *opened;
 }
 
-Stores &Session::stores() {
+Stores &CommandContext::stores() {
     if (!openedStores)
         openedStores = std::make_unique<Stores>(defaults(), directories::data(), now);
     return *openedStores;
 }
 
-TrendSync &Session::trends() {
+TrendSync &CommandContext::trends() {
     if (!trendSync) {
         trendSync = std::make_unique<TrendSync>(defaults());
         const std::string folder = defaults().value(preferences::cloudStoreFolder);
@@ -44,17 +44,17 @@ TrendSync &Session::trends() {
     return *trendSync;
 }
 
-std::shared_ptr<CanvasReading> Session::connect() {
+std::shared_ptr<CanvasReading> CommandContext::connect() {
     auto source = Connector(defaults(), *secretStore, canvasSession).open();
     if (!source)
         throw NotConnected();
     return source;
 }
 
-std::vector<Course> fetchCourses(Session &session, CanvasReading &source) {
-    ListRead<Course> list = session.finish("Reading the course list…", source.fetchCourses());
+std::vector<Course> fetchCourses(CommandContext &context, CanvasReading &source) {
+    ListRead<Course> list = context.finish("Reading the course list…", source.fetchCourses());
     if (list.cutShort)
-        session.err << cutShortText("courses", *list.cutShort) << "\n";
+        context.err << cutShortText("courses", *list.cutShort) << "\n";
     return std::move(list.records);
 }
 
@@ -65,19 +65,19 @@ Course findCourse(const std::vector<Course> &courses, std::int64_t id) {
     return *found;
 }
 
-ScoredCourse loadByID(Session &session, std::int64_t courseID) {
-    const auto source = session.connect();
-    const Course course = findCourse(fetchCourses(session, *source), courseID);
-    ScoredCourse scored = session.finish(
-        "Reading the roster…", loadCourse(source, course, session.defaults(), session.now));
+ScoredCourse loadByID(CommandContext &context, std::int64_t courseID) {
+    const auto source = context.connect();
+    const Course course = findCourse(fetchCourses(context, *source), courseID);
+    ScoredCourse scored = context.finish(
+        "Reading the roster…", loadCourse(source, course, context.defaults(), context.now));
     const ScoredCourse *only = &scored;
-    printNotes(session, {&only, 1});
+    printNotes(context, {&only, 1});
     return scored;
 }
 
-void printNotes(Session &session, std::span<const ScoredCourse *const> courses) {
+void printNotes(CommandContext &context, std::span<const ScoredCourse *const> courses) {
     for (const std::string &note : notesOf(courses))
-        session.err << oneLine(note) << "\n";
+        context.err << oneLine(note) << "\n";
 }
 
 const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID) {

@@ -12,19 +12,19 @@
 namespace ellwynd::cli {
 
 CommandContext::CommandContext(
-    std::istream &input, std::ostream &results, std::ostream &messages,
-    std::filesystem::path preferences, PreferenceMap launchArguments, Terminal terminal)
-    : out(results),
-      err(messages),
-      in(input),
-      file(std::move(preferences)),
-      arguments(std::move(launchArguments)),
-      progressLine(messages, std::move(terminal)) {}
+    std::istream &in, std::ostream &out, std::ostream &err, std::filesystem::path preferencesFile,
+    PreferenceMap arguments, Terminal terminal)
+    : out(out),
+      err(err),
+      in(in),
+      preferencesFile(std::move(preferencesFile)),
+      arguments(std::move(arguments)),
+      progressLine(err, std::move(terminal)) {}
 
 UserDefaults &CommandContext::defaults() {
-    if (!opened)
-        opened = std::make_unique<UserDefaults>(file, arguments);
-    return *opened;
+    if (!openedDefaults)
+        openedDefaults = std::make_unique<UserDefaults>(preferencesFile, arguments);
+    return *openedDefaults;
 }
 
 Stores &CommandContext::stores() {
@@ -61,7 +61,7 @@ std::vector<Course> fetchCourses(CommandContext &context, CanvasReading &source)
 Course findCourse(const std::vector<Course> &courses, std::int64_t id) {
     const auto found = std::ranges::find(courses, id, &Course::id);
     if (found == courses.end())
-        throw Failure(fmt::format("The course list holds no course {}.", id));
+        throw Failure(fmt::format("No course {} in the course list.", id));
     return *found;
 }
 
@@ -83,7 +83,7 @@ void printNotes(CommandContext &context, std::span<const ScoredCourse *const> co
 const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID) {
     const auto found = std::ranges::find(course.rows, studentID, &RiskRow::id);
     if (found == course.rows.end())
-        throw Failure(fmt::format("The roster holds no student {}.", studentID));
+        throw Failure(fmt::format("No student {} in the roster.", studentID));
     return *found;
 }
 
@@ -91,7 +91,7 @@ std::int64_t parseID(const std::string &word, const char *what) {
     const PreferenceValue value = parsePreferenceValue(word);
     const auto *id = std::get_if<std::int64_t>(&value);
     if (id == nullptr)
-        throw UsageError(fmt::format("{} is no {} id", word, what));
+        throw UsageError(fmt::format("{} is not a {} id", word, what));
     return *id;
 }
 

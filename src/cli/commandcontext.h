@@ -1,4 +1,4 @@
-// What a command runs in, and the ways in which one can end.
+// What a command runs with, and how it can end.
 #pragma once
 
 #include "app/roster/visit.h"
@@ -15,7 +15,7 @@
 
 namespace ellwynd::cli {
 
-/// How a run ends, for scripts.
+/// The exit status, which scripts rely on.
 enum ExitStatus : int {
     done = 0,
     failed = 1,
@@ -24,35 +24,35 @@ enum ExitStatus : int {
     keychainUnavailable = 4,
 };
 
-/// The words of a command line make no sense; the message says which.
+/// The command line is wrong; the message says how.
 class UsageError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/// The work cannot be done, for a reason that is one line.
+/// The work failed; the message is one line.
 class Failure : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/// There is no Canvas address or no token for it.
+/// No Canvas address is saved, or no token for it.
 class NotConnected : public std::runtime_error {
   public:
     NotConnected() : std::runtime_error("Not connected") {}
 };
 
-/// Streams, preferences and clock of one run.
+/// The streams, preferences, stores and clock of one run. Stores are opened on first use.
 class CommandContext {
   public:
-    /// @param preferences the preferences' file, which is not read before a command asks for them.
+    /// @param preferencesFile read when a command first needs it.
     CommandContext(
-        std::istream &in, std::ostream &out, std::ostream &err, std::filesystem::path preferences,
-        PreferenceMap launchArguments, Terminal terminal);
+        std::istream &in, std::ostream &out, std::ostream &err,
+        std::filesystem::path preferencesFile, PreferenceMap arguments, Terminal terminal);
 
     std::ostream &out;
     std::ostream &err;
-    /// Where a token is read from.
+    /// The token is read from here.
     std::istream &in;
     Clock now = systemNow;
 
@@ -61,33 +61,33 @@ class CommandContext {
     [[nodiscard]] UserDefaults &defaults();
     [[nodiscard]] SecretStore &secrets() { return *secretStore; }
     [[nodiscard]] CanvasSession &http() { return canvasSession; }
-    /// What is remembered between visits, and the templates.
+    /// Roster history, contacts and templates.
     [[nodiscard]] Stores &stores();
     /// The counts shared with the teacher's other machines.
     [[nodiscard]] TrendSync &trends();
-    /// The data source. @throws NotConnected, KeychainError
+    /// Opens the data source. @throws NotConnected, KeychainError
     [[nodiscard]] std::shared_ptr<CanvasReading> connect();
 
-    /// What long work says of itself on a terminal.
+    /// Progress of long work on a terminal.
     [[nodiscard]] Progress &progress() { return progressLine; }
 
-    /// Runs work to its end and returns its value, or throws what it threw. On a terminal, long
-    /// work is told in words such as "Reading the roster…".
+    /// Runs work to its end and returns its value, or throws what it threw.
+    /// @param step what a terminal shows while long work runs, such as "Reading the roster…".
     template<class T>
     T finish(std::string step, QCoro::Task<T> work) {
-        struct Step {
+        struct EndStep {
             Progress &progress;
-            ~Step() { progress.end(); }
+            ~EndStep() { progress.end(); }
         };
         progressLine.begin(std::move(step));
-        const Step running{progressLine};
+        const EndStep endStep{progressLine};
         return runToEnd(std::move(work));
     }
 
   private:
-    std::filesystem::path file;
+    std::filesystem::path preferencesFile;
     PreferenceMap arguments;
-    std::unique_ptr<UserDefaults> opened;
+    std::unique_ptr<UserDefaults> openedDefaults;
     std::unique_ptr<Stores> openedStores;
     std::unique_ptr<SyncedFolder> cloud;
     std::unique_ptr<TrendSync> trendSync;
@@ -96,23 +96,23 @@ class CommandContext {
     Progress progressLine;
 };
 
-/// The course list as fetched. A list that was cut short is said on standard error.
+/// Fetches the course list. Reports on standard error when it was cut short.
 [[nodiscard]] std::vector<Course> fetchCourses(CommandContext &context, CanvasReading &source);
 
-/// The course of that id. @throws Failure when the list holds none.
+/// The course with that id. @throws Failure when it is not in the list
 [[nodiscard]] Course findCourse(const std::vector<Course> &courses, std::int64_t id);
 
-/// Fetches and scores the course of that id; its notes go to standard error. @throws Failure,
+/// Fetches and scores the course with that id; its notes go to standard error. @throws Failure,
 /// NotConnected, KeychainError, CanvasError
 [[nodiscard]] ScoredCourse loadByID(CommandContext &context, std::int64_t courseID);
 
-/// Prints what the reader of the courses' rosters must know to standard error, a line each.
+/// Prints the notes of the courses' rosters to standard error, one per line.
 void printNotes(CommandContext &context, std::span<const ScoredCourse *const> courses);
 
-/// The student's row. @throws Failure when the roster holds none.
+/// The student's row. @throws Failure when it is not in the roster
 [[nodiscard]] const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID);
 
-/// Reads an id from a word. @throws UsageError
+/// Parses an id. @param what names its kind in the message, such as "course". @throws UsageError
 [[nodiscard]] std::int64_t parseID(const std::string &word, const char *what);
 
 } // namespace ellwynd::cli

@@ -14,8 +14,8 @@ QString text(const char *utf8) {
     return QString::fromUtf8(utf8);
 }
 
-/// The file that a result goes to: what a link leads to, never a device or a folder, and in a
-/// folder that is there.
+/// The output file with symbolic links resolved: a regular file or a new one, in an existing
+/// folder.
 std::filesystem::path outputFile(const std::string &name) {
     namespace fs = std::filesystem;
     std::error_code error;
@@ -31,8 +31,8 @@ std::filesystem::path outputFile(const std::string &name) {
 
 } // namespace
 
-CommandLine::CommandLine(CommandContext &run, const char *command, const char *description)
-    : context(run), name(text(command)) {
+CommandLine::CommandLine(CommandContext &context, const char *name, const char *description)
+    : context(context), name(text(name)) {
     parser.setApplicationDescription(text(description));
     parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, text("Show this help.")});
     flag("json", "Print one JSON document.");
@@ -68,7 +68,7 @@ bool CommandLine::parse(const QStringList &words) {
     const QString program = QStringLiteral("ellwynd-cli ") + name;
     const bool understood = parser.parse(QStringList{program} + words);
     if (parser.isSet(QStringLiteral("help"))) {
-        // The help names the program by its path; a command is called by name.
+        // Qt's usage line begins with the program's path instead of the command.
         QString help = parser.helpText();
         const qsizetype usage = help.indexOf(u'\n');
         QString synopsis = QStringLiteral("Usage: ") + program + QStringLiteral(" [options]");
@@ -130,7 +130,7 @@ void CommandLine::print(const std::string &result) const {
 
 void refuseSample(CommandContext &context, const char *command) {
     if (context.defaults().value(preferences::sampleData))
-        throw UsageError(std::string(command) + " has no meaning in the sample college");
+        throw UsageError(std::string(command) + " cannot be used with the sample college");
 }
 
 std::optional<double> passingOption(const CommandLine &line) {

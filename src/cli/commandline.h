@@ -1,4 +1,4 @@
-// A command's own words: options, arguments, and where its output goes.
+// One command's options and arguments, and its output.
 #pragma once
 
 #include "cli/commandcontext.h"
@@ -8,26 +8,26 @@
 
 namespace ellwynd::cli {
 
-/// Parses what follows a command's name. Every command knows `--help`; those that print a result
-/// know `--json` and `-o FILE` as well.
+/// Parses the words after a command's name. Every command accepts `--help`, `--json` and `-o FILE`.
 class CommandLine {
   public:
     CommandLine(CommandContext &context, const char *name, const char *description);
 
-    /// Declares one argument; the help shows them in order. `repeats` takes one or more.
+    /// Declares a required argument; with `repeats`, one or more. The help lists arguments in
+    /// order.
     void argument(const char *name, const char *description, bool repeats = false);
-    /// Declares one more that may be left out; its word is then empty.
+    /// Declares an argument that may be left out; `word` is then empty.
     void optionalArgument(const char *name, const char *description);
     void flag(const char *name, const char *description);
     void option(const char *name, const char *value, const char *description);
 
-    /// False when the run is over, since the help was asked for and printed.
-    /// @throws UsageError for words that do not fit the declarations.
+    /// Returns false after printing the help for `--help`; the command then ends.
+    /// @throws UsageError for words that do not match the declarations.
     [[nodiscard]] bool parse(const QStringList &words);
 
     [[nodiscard]] bool has(const char *flag) const;
     [[nodiscard]] std::optional<std::string> value(const char *option) const;
-    /// Every value of an option that may be given more than once.
+    /// All values of an option that may be repeated.
     [[nodiscard]] std::vector<std::string> values(const char *option) const;
     [[nodiscard]] std::string word(qsizetype index) const;
     [[nodiscard]] qsizetype wordCount() const;
@@ -45,18 +45,19 @@ class CommandLine {
     bool lastRepeats = false;
 };
 
-/// For commands about the real Canvas. @throws UsageError in the sample college
+/// For commands that need the real Canvas. @throws UsageError in the sample college
 void refuseSample(CommandContext &context, const char *command);
 
-/// `--passing` and `--inactivity`, within the bounds of the program's editors. @throws UsageError
+/// The values of `--passing` and `--inactivity`; absent when not given. @throws UsageError outside
+/// the range of the settings' editors
 [[nodiscard]] std::optional<double> passingOption(const CommandLine &line);
 [[nodiscard]] std::optional<std::int64_t> inactivityOption(const CommandLine &line);
 
 /// Declares `--csv` and `--markdown`.
 void addExportFlags(CommandLine &line);
-/// Which of the two was asked for, if any. @throws UsageError for more than one form of output.
+/// The requested export; absent for none. @throws UsageError for more than one output format
 [[nodiscard]] std::optional<ExportFormat> exportFormat(const CommandLine &line);
-/// What a run's export is made from besides its rows.
+/// What an export is made from besides its rows.
 [[nodiscard]] ExportSource exportSource(CommandContext &context, bool wholeTerm);
 
 } // namespace ellwynd::cli

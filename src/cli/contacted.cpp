@@ -10,7 +10,7 @@
 namespace ellwynd::cli {
 
 static int runContacted(CommandContext &context, const QStringList &words) {
-    CommandLine line(context, "contacted", "Note that you wrote to these students just now.");
+    CommandLine line(context, "contacted", "Record that you wrote to these students just now.");
     line.argument("COURSE", "The course's id.");
     line.argument("STUDENT", "A student's id.", true);
     if (!line.parse(words))
@@ -41,7 +41,7 @@ static int runContacted(CommandContext &context, const QStringList &words) {
 }
 
 Command contactedCommand() {
-    return {"contacted", "note that you wrote to students", runContacted};
+    return {"contacted", "record that you wrote to students", runContacted};
 }
 
 } // namespace ellwynd::cli

@@ -100,8 +100,8 @@ std::string dashboardText(const Dashboard &dashboard) {
 
 } // namespace
 
-/// The notice is on its way once the system has answered: calls are answered in their order, and
-/// the notice itself asks once before it is posted.
+/// Waits until the pass's notice has been sent: calls are answered in order, and posting a notice
+/// queries the authorization status once itself.
 void waitForNotices(UserNotifications &notifications) {
     for (int answers = 0; answers < 2; ++answers) {
         QEventLoop loop;
@@ -142,7 +142,7 @@ static int runDashboard(CommandContext &context, const QStringList &words) {
                 fmt::format("Scored {} of {} courses…", pass.done, pass.total));
         }
     });
-    // Queued, since a pass over the sample college ends before this returns.
+    // Queued, since a pass over the sample college ends before `start` returns.
     QMetaObject::invokeMethod(
         &passes, [&] { passes.start(source); }, Qt::QueuedConnection);
     loop.exec();

@@ -10,7 +10,7 @@ namespace ellwynd::cli {
 
 namespace {
 
-/// A value for people: text without quotes, a whole number without a fraction.
+/// A value as people read it: text without quotes, a whole number without a fraction.
 std::string plain(const PreferenceValue &value) {
     if (const auto *text = std::get_if<std::string>(&value))
         return oneLine(*text);
@@ -50,11 +50,11 @@ int writeOne(CommandContext &context, const QStringList &words) {
     CommandLine line(context, "defaults write", "Save a value, as the settings window does.");
     line.argument("KEY", "The preference's key.");
     line.argument("VALUE", "YES, NO, a number or a text.");
-    // A value may begin with "-", so the words are taken as they stand.
+    // A value may begin with "-", so both words are positional.
     const bool asksForHelp = words.size() != 2;
     if (!line.parse(asksForHelp ? words : QStringList{QStringLiteral("--")} + words))
         return done;
-    // Switching a memory off forgets it, which is the store's own doing.
+    // The store deletes its data when its preference is switched off, so it has to exist.
     const std::string key = line.word(0);
     if (key == preferences::rememberRosterHistory.name || key == preferences::rememberContacts.name)
         static_cast<void>(context.stores());

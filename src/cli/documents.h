@@ -1,4 +1,4 @@
-// The JSON documents that commands print, and the same for people.
+// The JSON documents that commands print, and their plain-text forms.
 #pragma once
 
 #include "app/roster/rosterview.h"
@@ -11,7 +11,7 @@ namespace ellwynd::cli {
 
 using JSON = nlohmann::ordered_json;
 
-/// What is remembered of a roster's students; empty where no store was asked.
+/// What is remembered of a roster's students; empty when no store was read.
 struct RosterMemory {
     std::vector<RosterChange> movement;
     std::map<StudentKey, OutreachOutcome> outreach;
@@ -28,18 +28,18 @@ struct RosterMemory {
 /// A document as text, ending with a line break.
 [[nodiscard]] std::string printed(const JSON &document);
 
-/// How rows are laid out for people.
+/// How `rowsTable` lays rows out.
 struct RowsLayout {
-    /// For rows of several courses.
+    /// Adds the course column, for rows of several courses.
     bool withCourse = false;
     Date now;
     RosterMemory memory;
 };
 
-/// Rows as aligned columns, in their order; contacts only where there are any.
+/// Rows as aligned columns, in their order. The contact column appears when any row has a contact.
 [[nodiscard]] std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout);
 
-/// A course's heading, its rows and its most missed work, for people.
+/// A course's heading, rows and most missed work as plain text.
 [[nodiscard]] std::string
 rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now);
 

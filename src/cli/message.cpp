@@ -12,7 +12,7 @@ namespace ellwynd::cli {
 
 namespace {
 
-/// By name, as the teacher knows it. @throws UsageError
+/// The template named with `--template`. @throws UsageError
 const MessageTemplate &chosenTemplate(CommandContext &context, const CommandLine &line) {
     const auto name = line.value("template");
     if (!name)
@@ -29,7 +29,7 @@ const MessageTemplate &chosenTemplate(CommandContext &context, const CommandLine
 std::vector<RiskRow> chosenRows(const ScoredCourse &course, const std::set<std::int64_t> &named) {
     for (const std::int64_t id : named) {
         if (std::ranges::find(course.rows, id, &RiskRow::id) == course.rows.end())
-            throw Failure(fmt::format("The roster holds no student {}.", id));
+            throw Failure(fmt::format("No student {} in the roster.", id));
     }
     std::vector<RiskRow> rows;
     std::ranges::copy_if(course.rows, std::back_inserter(rows), [&named](const RiskRow &row) {
@@ -42,11 +42,11 @@ std::vector<RiskRow> chosenRows(const ScoredCourse &course, const std::set<std::
 
 static int runMessage(CommandContext &context, const QStringList &words) {
     CommandLine line(
-        context, "message", "The filled message of each student, as a copy of it would read.");
+        context, "message", "Print the message that would be copied for each student.");
     line.argument("COURSE", "The course's id.");
     line.option("template", "NAME", "The template to fill.");
-    line.option("student", "ID", "A student; may be repeated. Every flagged student without it.");
-    line.flag("note", "Note that these students were written to.");
+    line.option("student", "ID", "A student; may be repeated. Default: every flagged student.");
+    line.flag("note", "Record a contact for each of these students.");
     if (!line.parse(words))
         return done;
     const std::int64_t id = parseID(line.word(0), "course");
@@ -75,7 +75,7 @@ static int runMessage(CommandContext &context, const QStringList &words) {
 }
 
 Command messageCommand() {
-    return {"message", "the filled message of each student", runMessage};
+    return {"message", "print a filled message for each student", runMessage};
 }
 
 } // namespace ellwynd::cli

@@ -8,7 +8,7 @@
 namespace ellwynd::cli {
 
 static int runPrivacy(CommandContext &context, const QStringList &words) {
-    CommandLine line(context, "privacy", "What is remembered of students; or forget it.");
+    CommandLine line(context, "privacy", "Show what is remembered about students, or delete it.");
     line.optionalArgument("VERB", "forget-history or forget-contacts.");
     if (!line.parse(words))
         return done;
@@ -30,7 +30,7 @@ static int runPrivacy(CommandContext &context, const QStringList &words) {
 }
 
 Command privacyCommand() {
-    return {"privacy", "what is remembered of students; or forget it", runPrivacy};
+    return {"privacy", "show what is remembered about students, or delete it", runPrivacy};
 }
 
 } // namespace ellwynd::cli

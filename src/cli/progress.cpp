@@ -8,13 +8,12 @@ namespace ellwynd::cli {
 
 namespace {
 
-/// Work that is over sooner is not worth a word.
-constexpr std::chrono::seconds patience{1};
+/// Work that takes less time shows no progress.
+constexpr std::chrono::seconds displayDelay{1};
 
 } // namespace
 
-Progress::Progress(std::ostream &messages, Terminal reader)
-    : err(messages), terminal(std::move(reader)) {
+Progress::Progress(std::ostream &err, Terminal terminal) : err(err), terminal(std::move(terminal)) {
     timer.setSingleShot(true);
     QObject::connect(&timer, &QTimer::timeout, &timer, [this] { update(); });
 }
@@ -31,13 +30,13 @@ void Progress::begin(std::string next) {
 void Progress::update() {
     if (step.empty())
         return;
-    const auto remaining = *since + patience - terminal.now();
+    const auto remaining = *since + displayDelay - terminal.now();
     if (remaining.count() > 0) {
         timer.start(std::chrono::ceil<std::chrono::milliseconds>(remaining));
         return;
     }
     wipe();
-    // The cursor waits at the line's begin: a log line that comes in between writes over this one.
+    // The cursor stays at the start of the line, so that a log line overwrites this one.
     err << step << '\r' << std::flush;
     shown = displayWidth(step);
 }

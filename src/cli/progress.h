@@ -1,4 +1,4 @@
-// What a command says on a terminal while it waits.
+// Progress of long work, on a terminal.
 #pragma once
 
 #include <QTimer>
@@ -11,25 +11,24 @@
 
 namespace ellwynd::cli {
 
-/// Whoever reads standard error.
+/// What standard error is connected to.
 struct Terminal {
-    /// False where it is a file or a pipe, which progress would only litter.
+    /// False for a file or a pipe; progress is then not shown.
     bool present = false;
     std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
 };
 
-/// One line about work that takes longer than a second, counted from its first step. It is written
-/// over as the work comes further and wiped with each step's end, so that nothing of it stands
-/// before results or messages.
+/// One line about work that takes longer than a second, counted from its first step. Each step
+/// overwrites the line and erases it at its end, so that it never mixes with results or messages.
 class Progress {
   public:
     Progress(std::ostream &err, Terminal terminal);
 
-    /// What is waited for from now on.
+    /// Starts a step. @param step what is waited for, such as "Reading the roster…"
     void begin(std::string step);
-    /// Shows the step when its time has come. A timer calls this.
+    /// Shows the step once a second has passed. Called by a timer.
     void update();
-    /// Wipes what is shown.
+    /// Ends the step and erases the line.
     void end();
 
   private:
@@ -39,7 +38,7 @@ class Progress {
     Terminal terminal;
     std::optional<std::chrono::steady_clock::time_point> since;
     std::string step;
-    /// Columns that the line takes on the screen.
+    /// The displayed width in columns.
     std::size_t shown = 0;
     QTimer timer;
 };

@@ -22,8 +22,8 @@ std::string overview() {
     for (const Command &command : commands())
         text += fmt::format("  {:<12}{}\n", command.name, command.summary);
     return text +
-        "\nEvery command answers --help.\n"
-        "--sample works on an invented college; -Key value overrides a preference for this run.\n";
+        "\nEvery command accepts --help.\n"
+        "--sample uses an invented college; -Key value overrides a preference for this run.\n";
 }
 
 /// Launch arguments and "--sample", in any order, before the command.

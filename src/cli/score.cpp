@@ -18,7 +18,7 @@ static int runScore(CommandContext &context, const QStringList &words) {
     if (!line.parse(words))
         return done;
 
-    // The launch arguments alone: scoring a folder touches no store.
+    // Only launch arguments count: scoring a folder reads no preferences file and no store.
     const UserDefaults unsaved({}, context.launchArguments());
     CourseThresholds thresholds{
         .passingScore = unsaved.value(preferences::defaultPassingScore),

@@ -46,7 +46,7 @@ static int runStatus(CommandContext &context, const QStringList &words) {
 }
 
 Command statusCommand() {
-    return {"status", "whether the program is connected", runStatus};
+    return {"status", "show whether the program is connected", runStatus};
 }
 
 } // namespace ellwynd::cli

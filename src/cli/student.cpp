@@ -51,7 +51,7 @@ std::string studentText(const RiskRow &row, const StudentHistory &history, Date 
 } // namespace
 
 static int runStudent(CommandContext &context, const QStringList &words) {
-    CommandLine line(context, "student", "One student: why, and what is remembered.");
+    CommandLine line(context, "student", "Show one student's reasons and history.");
     line.argument("COURSE", "The course's id.");
     line.argument("STUDENT", "The student's id.");
     if (!line.parse(words))
@@ -69,7 +69,7 @@ static int runStudent(CommandContext &context, const QStringList &words) {
 }
 
 Command studentCommand() {
-    return {"student", "one student: why, and what is remembered", runStudent};
+    return {"student", "show one student's reasons and history", runStudent};
 }
 
 } // namespace ellwynd::cli

@@ -1,4 +1,4 @@
-// Aligned columns for people.
+// Aligned columns of plain text.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace ellwynd::cli {
 
-/// Rows of cells under headers. Every cell is shown in one line. Columns are as wide as their
-/// widest cell; the last is not padded.
+/// Rows of cells under headers. Every cell is shown on one line. A column is as wide as its widest
+/// cell; the last is not padded.
 class Table {
   public:
     struct Column {

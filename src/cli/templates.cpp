@@ -19,7 +19,7 @@ static int runTemplates(CommandContext &context, const QStringList &words) {
         line.print(printed(list));
         return done;
     }
-    Table table({{"Template"}, {"Begins with"}});
+    Table table({{"Template"}, {"First line"}});
     for (const MessageTemplate &each : templates)
         table.add({each.name, each.body.substr(0, each.body.find('\n'))});
     line.print(table.text());

@@ -25,7 +25,7 @@ static int runTerm(CommandContext &context, const QStringList &words) {
     const std::vector<TermGroup> terms = groupByTerm(fetchCourses(context, *source));
     const auto term = std::ranges::find(terms, std::optional{id}, &TermGroup::id);
     if (term == terms.end())
-        throw Failure(fmt::format("The course list holds no term {}.", id));
+        throw Failure(fmt::format("No term {} in the course list.", id));
 
     std::vector<QCoro::Task<ScoredCourse>> loads;
     for (const Course &course : term->courses)
@@ -62,7 +62,7 @@ static int runTerm(CommandContext &context, const QStringList &words) {
 }
 
 Command termCommand() {
-    return {"term", "the flagged students of a whole term", runTerm};
+    return {"term", "list the flagged students of a whole term", runTerm};
 }
 
 } // namespace ellwynd::cli

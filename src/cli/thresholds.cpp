@@ -8,7 +8,7 @@
 namespace ellwynd::cli {
 
 static int runThresholds(CommandContext &context, const QStringList &words) {
-    CommandLine line(context, "thresholds", "Show, set or release one course's thresholds.");
+    CommandLine line(context, "thresholds", "Show, set or reset one course's thresholds.");
     line.argument("COURSE", "The course's id.");
     line.option("passing", "P", "Passing score for this course, percent.");
     line.option("inactivity", "T", "Inactivity window for this course, days behind the class.");
@@ -19,7 +19,7 @@ static int runThresholds(CommandContext &context, const QStringList &words) {
     const auto passing = passingOption(line);
     const auto inactivity = inactivityOption(line);
     if (line.has("use-defaults") && (passing || inactivity))
-        throw UsageError("--use-defaults goes with neither --passing nor --inactivity");
+        throw UsageError("--use-defaults cannot be combined with --passing or --inactivity");
 
     const auto source = context.connect();
     static_cast<void>(findCourse(fetchCourses(context, *source), id));
@@ -48,7 +48,7 @@ static int runThresholds(CommandContext &context, const QStringList &words) {
 }
 
 Command thresholdsCommand() {
-    return {"thresholds", "show, set or release a course's thresholds", runThresholds};
+    return {"thresholds", "show, set or reset a course's thresholds", runThresholds};
 }
 
 } // namespace ellwynd::cli

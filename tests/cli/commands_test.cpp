@@ -24,10 +24,10 @@ struct Outcome {
 
 struct CommandsTest : testing::Test {
     test::TemporaryFolder folder;
-    std::string typed;
+    std::string input;
 
     Outcome call(std::vector<std::string> words) const {
-        std::istringstream in(typed);
+        std::istringstream in(input);
         std::ostringstream out;
         std::ostringstream err;
         const int status = run(words, in, out, err, folder.path() / "Preferences.json");
@@ -54,20 +54,20 @@ TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
              {{"courses"}, 3, "Not connected\n"},
              {{"roster", "1"}, 3, "Not connected\n"},
              {{"--sample", "roster"}, 2, "roster needs more arguments"},
-             {{"--sample", "roster", "x"}, 2, "x is no course id"},
+             {{"--sample", "roster", "x"}, 2, "x is not a course id"},
              {{"--sample", "roster", "1", "2"}, 2, "roster takes no argument 2"},
              {{"--sample", "roster", "1", "--nonsense"}, 2, "nonsense"},
-             {{"--sample", "roster", "1"}, 1, "The course list holds no course 1.\n"},
-             {{"--sample", "term", "1"}, 1, "The course list holds no term 1.\n"},
-             {{"--sample", "thresholds", "1"}, 1, "The course list holds no course 1.\n"},
+             {{"--sample", "roster", "1"}, 1, "No course 1 in the course list.\n"},
+             {{"--sample", "term", "1"}, 1, "No term 1 in the course list.\n"},
+             {{"--sample", "thresholds", "1"}, 1, "No course 1 in the course list.\n"},
              {{"--sample", "thresholds", "900101", "--passing", "101"}, 2, "--passing takes"},
              {{"--sample", "thresholds", "900101", "--passing", "nan"}, 2, "--passing takes"},
              {{"--sample", "thresholds", "900101", "--inactivity", "0"}, 2, "--inactivity takes"},
              {{"--sample", "thresholds", "900101", "--use-defaults", "--passing", "50"},
               2,
-              "goes with"},
-             {{"--sample", "connect", "https://h.example"}, 2, "connect has no meaning"},
-             {{"--sample", "disconnect"}, 2, "disconnect has no meaning"},
+              "cannot be combined"},
+             {{"--sample", "connect", "https://h.example"}, 2, "connect cannot be used"},
+             {{"--sample", "disconnect"}, 2, "disconnect cannot be used"},
              {{"connect", "h.example"}, 1, "Enter your Canvas address first"},
              {{"-CanvasBaseURL", "https://h.example", "courses"}, 4, "Keychain error (2): "},
              {{"score", "/nowhere"}, 1, "There is no folder /nowhere.\n"},
@@ -98,7 +98,7 @@ TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
     }
 }
 
-TEST_F(CommandsTest, AnswerHelp) {
+TEST_F(CommandsTest, PrintHelp) {
     EXPECT_THAT(call({"--help"}).out, HasSubstr("Commands:"));
     EXPECT_THAT(call({"--version"}).out, HasSubstr("ellwynd-cli "));
     for (const std::string name :
@@ -109,11 +109,11 @@ TEST_F(CommandsTest, AnswerHelp) {
     }
 }
 
-TEST_F(CommandsTest, ConnectingTestsBeforeItSaves) {
+TEST_F(CommandsTest, ConnectTestsBeforeItSaves) {
     test::trustAuthority();
     test::FakeCanvas canvas;
     canvas.answerWith([](const test::FakeRequest &) { return test::FakeReply{.status = 401}; });
-    typed = "secret-token\n";
+    input = "secret-token\n";
     const Outcome refused = call({"connect", canvas.address()});
     EXPECT_EQ(refused.status, 1);
     EXPECT_THAT(refused.err, HasSubstr("Canvas rejected the access token.\nGenerate a new token"));
@@ -121,14 +121,14 @@ TEST_F(CommandsTest, ConnectingTestsBeforeItSaves) {
         EXPECT_EQ(request.headers.value("authorization"), "Bearer secret-token");
         return test::FakeReply{.body = R"({"name":"Ana"})"};
     });
-    // There is no secret service here: the token cannot be saved, and so no address is.
+    // There is no secret service here, so the token cannot be saved, and the address is not either.
     const Outcome unsaved = call({"connect", canvas.address()});
     EXPECT_EQ(unsaved.status, 4);
     EXPECT_THAT(unsaved.err, testing::Not(HasSubstr("secret-token")));
     EXPECT_EQ(document({"defaults", "list"}), json::object());
 }
 
-TEST_F(CommandsTest, StatusIsAlwaysAnswered) {
+TEST_F(CommandsTest, StatusAlwaysSucceeds) {
     EXPECT_EQ(
         document({"status"}),
         (json{{"state", "not connected"}, {"address", nullptr}, {"account", nullptr}}));
@@ -178,7 +178,7 @@ TEST_F(CommandsTest, PrintARosterDocument) {
     EXPECT_THAT(call({"--sample", "roster", "900102"}).out, HasSubstr("excluded from risk scores"));
 }
 
-/// Everything but instants, which a clock has counted on meanwhile.
+/// The document without its instants, which differ from run to run.
 json withoutInstants(json value) {
     if (value.is_string() && parseInstant(value.get<std::string>()))
         return nullptr;
@@ -189,7 +189,7 @@ json withoutInstants(json value) {
     return value;
 }
 
-TEST_F(CommandsTest, TwoRunsOfTheSampleDifferInInstantsAlone) {
+TEST_F(CommandsTest, TwoRunsOfTheSampleDifferOnlyInInstants) {
     for (const char *course :
          {"900101", "900102", "900103", "900104", "900105", "900106", "900201"}) {
         const auto once = withoutInstants(document({"--sample", "roster", course}));
@@ -208,16 +208,16 @@ TEST_F(CommandsTest, PrintATerm) {
     EXPECT_THAT(call({"--sample", "term", "9002"}).out, HasSubstr("flagged across 1 course\n"));
 }
 
-TEST_F(CommandsTest, ThresholdsAreSetAndReleased) {
+TEST_F(CommandsTest, ThresholdsAreSetAndReset) {
     const json set = document({"--sample", "thresholds", "900101", "--passing", "72.5"});
     EXPECT_EQ(set["passingScore"], 72.5);
     EXPECT_EQ(set["passingOverridden"], true);
     EXPECT_EQ(set["inactivityOverridden"], false);
     EXPECT_EQ(document({"--sample", "roster", "900101"})["passingScore"], 72.5);
     EXPECT_EQ(document({"--sample", "roster", "900102"})["passingScore"], 70.0);
-    const Outcome released = call({"--sample", "thresholds", "900101", "--use-defaults"});
+    const Outcome reset = call({"--sample", "thresholds", "900101", "--use-defaults"});
     EXPECT_EQ(
-        released.out,
+        reset.out,
         "Scored at 70% passing, 7 days behind the class. Following the defaults from Settings.\n");
 }
 
@@ -244,7 +244,7 @@ TEST_F(CommandsTest, ScoringAFolderLeavesThePreferencesAlone) {
     EXPECT_EQ(folder.read("Preferences.json"), "{broken");
 }
 
-TEST_F(CommandsTest, ALostResultIsAFailure) {
+TEST_F(CommandsTest, AFailedWriteToStandardOutputIsAFailure) {
     std::ostringstream out;
     std::ostringstream err;
     out.setstate(std::ios::badbit);

@@ -1,5 +1,5 @@
-// The command line from connecting to signing out, with a real secret service and a Canvas on
-// loopback; see support/with-keyring.
+// The command line from connecting to signing out, with a real secret service
+// (support/with-keyring) and a Canvas server on loopback.
 #include "base/date.h"
 #include "base/log.h"
 #include "cli/run.h"
@@ -19,9 +19,9 @@ using nlohmann::json;
 using testing::HasSubstr;
 using testing::Not;
 
-std::string everythingSaid;
+std::string allMessages;
 
-TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
+TEST(Connected, TheTokenAppearsInNoFileAndNoOutput) {
     test::trustAuthority();
     const test::TemporaryFolder folder;
     test::FakeCanvas canvas;
@@ -37,7 +37,7 @@ TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
     canvas.serve(QStringLiteral("/api/v1/courses/4021/assignment_groups"), {});
     canvas.serve(QStringLiteral("/api/v1/courses/4021/students/submissions"), {});
     Log::setSink([](std::string_view category, Log::Level, std::string_view message) {
-        everythingSaid += std::string(category) + ": " + std::string(message) + "\n";
+        allMessages += std::string(category) + ": " + std::string(message) + "\n";
     });
     const auto call = [&](const std::vector<std::string> &words, int status) {
         std::istringstream in("secret-token\n");
@@ -45,7 +45,7 @@ TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
         std::ostringstream err;
         EXPECT_EQ(run(words, in, out, err, folder.path() / "Preferences.json"), status)
             << err.str();
-        everythingSaid += err.str();
+        allMessages += err.str();
         return out.str();
     };
 
@@ -58,7 +58,7 @@ TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
     EXPECT_THAT(call({"thresholds", "4021", "--passing", "40"}, 0), HasSubstr("40% passing"));
     EXPECT_EQ(json::parse(call({"roster", "4021", "--json"}, 0))["rows"][0]["level"], nullptr);
 
-    // A contact is noted by id, and only where that was asked for.
+    // A contact is recorded by id, and only with --note.
     call({"message", "4021", "--template", "Referral Summary", "--student", "77001"}, 0);
     EXPECT_THAT(call({"roster", "4021", "--csv"}, 0), testing::EndsWith(",never,,,\n"));
     EXPECT_EQ(
@@ -69,7 +69,7 @@ TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
     EXPECT_THAT(
         call({"roster", "4021", "--csv"}, 0),
         testing::ContainsRegex(",never,,[0-9]{4}-[0-9]{2}-[0-9]{2},no change\n$"));
-    // A visit, and all that is made of it.
+    // A visit, and what is computed from it.
     EXPECT_EQ(json::parse(call({"privacy", "--json"}, 0))["history"], "Nothing recorded.");
     call({"roster", "4021", "--visit"}, 0);
     call({"contacted", "4021", "77001"}, 0);
@@ -106,7 +106,7 @@ TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
     EXPECT_THAT(
         json::parse(call({"roster", "4021", "--json"}, 0))["notes"].dump(),
         HasSubstr("The list of submissions is incomplete"));
-    EXPECT_THAT(everythingSaid, HasSubstr("\nThe list of submissions is incomplete"));
+    EXPECT_THAT(allMessages, HasSubstr("\nThe list of submissions is incomplete"));
     canvas.token = "another";
     call({"courses"}, 1);
     call({"disconnect"}, 0);
@@ -114,9 +114,9 @@ TEST(Connected, FromConnectingToSigningOutWithoutATraceOfTheToken) {
     call({"courses"}, 3);
     Log::setSink(nullptr);
 
-    EXPECT_THAT(everythingSaid, HasSubstr("Canvas rejected the access token."));
+    EXPECT_THAT(allMessages, HasSubstr("Canvas rejected the access token."));
     for (const char *secret : {"secret-token", "Zoe", "77001"})
-        EXPECT_THAT(everythingSaid, Not(HasSubstr(secret)));
+        EXPECT_THAT(allMessages, Not(HasSubstr(secret)));
     std::size_t files = 0;
     for (const auto &entry : std::filesystem::recursive_directory_iterator(folder.path())) {
         if (!entry.is_regular_file())

@@ -1,4 +1,4 @@
-// What leaves a roster on the command line, on the sample college.
+// Messages and exports on the command line, with the sample college.
 #include "base/files.h"
 #include "cli/run.h"
 #include "outputs/messages/templatefile.h"
@@ -49,7 +49,7 @@ struct OutputsTest : testing::Test {
     }
 };
 
-TEST_F(OutputsTest, TemplatesAreTheTeachersOwnInTheSampleToo) {
+TEST_F(OutputsTest, TheSampleUsesTheTeachersOwnTemplates) {
     const json list = json::parse(call({"templates", "--json"}).out);
     ASSERT_EQ(list.size(), 3U);
     EXPECT_EQ(list[0].size(), 3U);
@@ -59,7 +59,7 @@ TEST_F(OutputsTest, TemplatesAreTheTeachersOwnInTheSampleToo) {
     EXPECT_THAT(call({"templates"}).out, HasSubstr("\nMine      {first_name} {score}"));
 }
 
-TEST_F(OutputsTest, MessagesComeInTheOrderOfTheRoster) {
+TEST_F(OutputsTest, MessagesFollowTheOrderOfTheRoster) {
     const std::string jordan = "Jordan 38%/70%, CS 101  4021 - Intro to Programming\nAt Risk";
     const std::string sam = "Sam 41%/70%, CS 101  4021 - Intro to Programming\nAt Risk";
     const Outcome two = call(
@@ -69,13 +69,13 @@ TEST_F(OutputsTest, MessagesComeInTheOrderOfTheRoster) {
     EXPECT_EQ(two.out, sam + "\n\n" + jordan + "\n");
     const Outcome flagged = call({"message", "900101", "--template", "Mine"});
     EXPECT_THAT(flagged.out, StartsWith(sam + "\n\n" + jordan + "\n\n"));
-    EXPECT_THAT(flagged.out, testing::EndsWith("\nWatch\n")) << "nobody without a flag";
+    EXPECT_THAT(flagged.out, testing::EndsWith("\nWatch\n")) << "only flagged students";
     EXPECT_EQ(
         json::parse(
             call({"message", "900101", "--template", "Mine", "--student", "5002", "--json"}).out),
         sam);
     EXPECT_FALSE(std::filesystem::exists(directories::data() / "ContactLog.json"))
-        << "noting leaves no trace in the sample college";
+        << "contacts of the sample college are not saved";
 }
 
 TEST_F(OutputsTest, EndWithTheStatusOfTheirFailure) {
@@ -88,11 +88,13 @@ TEST_F(OutputsTest, EndWithTheStatusOfTheirFailure) {
              {{"message", "900101"}, 2, "message needs --template NAME\n"},
              {{"message", "900101", "--template", "mine"}, 2, "There is no template mine\n"},
              {{"message", "900101", "--template"}, 2, "template"},
-             {{"message", "900101", "--template", "Mine", "--student", "Bo"}, 2, "no student id"},
-             {{"message", "1", "--template", "Mine"}, 1, "The course list holds no course 1.\n"},
+             {{"message", "900101", "--template", "Mine", "--student", "Bo"},
+              2,
+              "not a student id"},
+             {{"message", "1", "--template", "Mine"}, 1, "No course 1 in the course list.\n"},
              {{"message", "900101", "--template", "--odd", "--student", "5001", "--student", "-1"},
               1,
-              "The roster holds no student -1.\n"},
+              "No student -1 in the roster.\n"},
              {{"roster", "900101", "--csv", "--markdown"}, 2, "Only one of"},
              {{"roster", "900101", "--csv", "--json"}, 2, "Only one of"},
              {{"term", "9001", "--json", "--markdown"}, 2, "Only one of"}}) {

@@ -13,10 +13,10 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
-/// What a terminal shows of a text: a return goes back to the line's begin, and what is written
-/// there replaces what stood there. Blanks at the end show nothing.
+/// What a terminal shows for a text: a carriage return moves to the start of the line, and later
+/// characters overwrite earlier ones. Trailing blanks are invisible.
 std::string screen(std::string text) {
-    // One column, although three bytes.
+    // An ellipsis is three bytes and one column.
     for (std::size_t at = 0; (at = text.find("…")) != std::string::npos;)
         text.replace(at, 3, "_");
     std::string shown;
@@ -34,10 +34,10 @@ std::string screen(std::string text) {
     return shown.erase(shown.find_last_not_of(' ') + 1);
 }
 
-TEST(Progress, AppearsAfterASecondAndLeavesNothing) {
+TEST(Progress, AppearsAfterASecondAndIsErased) {
     struct Event {
         std::chrono::milliseconds at;
-        /// What begins, or "tick", or "end".
+        /// The step that begins, or "tick", or "end".
         std::string what;
         /// On the screen afterwards.
         std::string shown;
@@ -90,9 +90,9 @@ TEST(Progress, AppearsAfterASecondAndLeavesNothing) {
     }
 }
 
-TEST(Progress, ComesByItselfAndGivesWayToLogLines) {
+TEST(Progress, AppearsOnATimerAndIsOverwrittenByLogLines) {
     std::ostringstream err;
-    // A second has all but passed by the time that the first step is looked at.
+    // Half a millisecond short of the delay, so the timer is set to its shortest interval.
     std::vector<std::chrono::microseconds> times{0s, 999'500us, 1s};
     std::size_t asked = 0;
     Progress progress(err, {.present = true, .now = [&] {
@@ -108,11 +108,11 @@ TEST(Progress, ComesByItselfAndGivesWayToLogLines) {
     EXPECT_EQ(screen(err.str()), "a line of the log\n");
 }
 
-TEST(Progress, IsToldByCommandsThatReadCanvas) {
+TEST(Progress, IsShownByCommandsThatReadCanvas) {
     struct Row {
         std::vector<std::string> words;
-        std::vector<const char *> told;
-        const char *left;
+        std::vector<const char *> steps;
+        const char *remaining;
     };
     const test::TemporaryFolder folder;
     for (const Row &row : std::vector<Row>{
@@ -126,26 +126,26 @@ TEST(Progress, IsToldByCommandsThatReadCanvas) {
               ""},
              {{"--sample", "roster", "1"},
               {"Reading the course list…\r"},
-              "The course list holds no course 1.\n"},
+              "No course 1 in the course list.\n"},
              {{"--sample", "status"}, {}, ""}}) {
         for (const bool terminal : {true, false}) {
             std::istringstream in;
             std::ostringstream out;
             std::ostringstream err;
             int seconds = 0;
-            const auto leaping = [&] {
+            const auto fastClock = [&] {
                 return steady_clock::time_point(std::chrono::seconds(seconds++));
             };
             (void)run(
                 row.words, in, out, err, folder.path() / "Preferences.json",
-                {.present = terminal, .now = leaping});
+                {.present = terminal, .now = fastClock});
             EXPECT_THAT(out.str(), testing::Not(testing::HasSubstr("…")));
-            EXPECT_EQ(screen(err.str()), row.left);
+            EXPECT_EQ(screen(err.str()), row.remaining);
             if (!terminal) {
-                EXPECT_EQ(err.str(), row.left);
+                EXPECT_EQ(err.str(), row.remaining);
                 continue;
             }
-            for (const char *step : row.told)
+            for (const char *step : row.steps)
                 EXPECT_THAT(err.str(), testing::HasSubstr(step));
         }
     }

@@ -37,11 +37,11 @@ CourseRow::CourseRow(QWidget *parent) : KeyboardButton(parent) {
 
 void CourseRow::present(
     const WidgetRow &newRow, const CourseIcon &newIcon, const VisualStyle &newStyle,
-    bool roomForSummary) {
+    bool showsSummary) {
     shown = newRow;
     icon = newIcon;
     visualStyle = newStyle;
-    withSummary = roomForSummary && !shown.levels.empty();
+    hasSummary = showsSummary && !shown.levels.empty();
     setAccessibleName(qstring(shown.accessibleText));
     updateToolTip();
     update();
@@ -56,7 +56,7 @@ QRect CourseRow::textRect() const {
 QRect CourseRow::nameRect() const {
     QRect name = textRect();
     name.setHeight(name.height() / 2);
-    if (withSummary) {
+    if (hasSummary) {
         const QFontMetrics metrics(summaryFont(visualStyle));
         name.setRight(
             name.right() - metrics.horizontalAdvance(qstring(shown.summary)) - visualStyle.px(8));
@@ -95,7 +95,7 @@ void CourseRow::paintEvent(QPaintEvent *) {
     painter.setFont(nameFont(visualStyle));
     painter.setPen(visualStyle.theme.text);
     drawElided(painter, name, Qt::AlignLeft | Qt::AlignVCenter, qstring(shown.label));
-    if (withSummary) {
+    if (hasSummary) {
         painter.setFont(summaryFont(visualStyle));
         painter.setPen(visualStyle.theme.secondaryText);
         painter.drawText(

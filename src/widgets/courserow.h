@@ -1,4 +1,4 @@
-// One course of a widget.
+// A course's row in a widget.
 #pragma once
 
 #include "outputs/snapshot/widgettexts.h"
@@ -8,17 +8,17 @@
 
 namespace ellwynd {
 
-/// Its name with the labelled counts of its levels; pressing it opens the course.
+/// A button with a course's name and its counts by level; clicking it opens the course.
 class CourseRow : public KeyboardButton {
     Q_OBJECT
 
   public:
     explicit CourseRow(QWidget *parent = nullptr);
 
-    /// @param roomForSummary whether there is room for "8 flagged" beside the name.
+    /// @param showsSummary whether "8 flagged" is shown beside the name.
     void present(
         const WidgetRow &row, const CourseIcon &icon, const VisualStyle &visualStyle,
-        bool roomForSummary);
+        bool showsSummary);
     [[nodiscard]] const WidgetRow &row() const { return shown; }
 
   protected:
@@ -34,7 +34,7 @@ class CourseRow : public KeyboardButton {
     WidgetRow shown;
     CourseIcon icon;
     VisualStyle visualStyle;
-    bool withSummary = false;
+    bool hasSummary = false;
 };
 
 } // namespace ellwynd

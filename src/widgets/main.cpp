@@ -17,7 +17,7 @@
 int main(int argc, char **argv) {
     using namespace ellwynd;
     installSystemLog();
-    // Before the application takes its own options away.
+    // Before QApplication removes its own options.
     const LaunchArguments arguments =
         parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));
 
@@ -31,11 +31,11 @@ int main(int argc, char **argv) {
 
     const std::filesystem::path stateFile = directories::state() / "Widgets.json";
     files::createParentFolder(stateFile);
-    // Two processes would draw every widget twice and forget each other's.
+    // Two processes would show every widget twice and overwrite each other's state.
     QLockFile running(QString::fromStdString((directories::state() / "Widgets.running").string()));
     running.setStaleLockTime(0);
     if (!running.tryLock(0) && running.error() == QLockFile::LockFailedError) {
-        fmt::print(stderr, "The widgets are already on the desktop.\n");
+        fmt::print(stderr, "The widgets are already running.\n");
         return 0;
     }
 

@@ -19,7 +19,7 @@ using nlohmann::json;
 constexpr Log logger{"widgets"};
 constexpr std::size_t fileLimit = 64UL * 1024;
 constexpr std::size_t maxWidgets = 32;
-/// Beyond any desktop, and within the window system's own numbers.
+/// Larger than any desktop, and within the window system's 16-bit coordinates.
 constexpr std::int64_t maxDistance = 32'000;
 
 /// In the order of WidgetSize.

@@ -1,4 +1,4 @@
-// The widgets that the teacher has placed: what is remembered of each.
+// The saved state of the widgets on the desktop.
 #pragma once
 
 #include <QPoint>
@@ -14,19 +14,19 @@ enum class WidgetSize { small, medium, large };
 
 struct PlacedWidget {
     WidgetSize size = WidgetSize::medium;
-    /// The chosen term, kept while the snapshot lacks it; absent for "Automatic".
+    /// The chosen term, kept even when the snapshot does not have it; absent for "Automatic".
     std::optional<std::int64_t> termID;
-    /// The top left corner on the desktop; absent where the display server places windows itself.
+    /// The top left corner on the desktop; absent if the display server does not report it.
     std::optional<QPoint> place;
 
     bool operator==(const PlacedWidget &) const = default;
 };
 
-/// The widgets of a file that `savePlacedWidgets` wrote, at most 32. Entries that cannot be read
-/// are left out; a file that cannot is logged and holds none.
+/// Reads a file written by `savePlacedWidgets`: at most 32 widgets, without invalid entries.
+/// Returns none when the file does not exist or, with an error in the log, when it cannot be read.
 [[nodiscard]] std::vector<PlacedWidget> readPlacedWidgets(const std::filesystem::path &file);
 
-/// Replaces the file. One that cannot be written is logged.
+/// Replaces the file. A failure is logged.
 void savePlacedWidgets(const std::filesystem::path &file, const std::vector<PlacedWidget> &widgets);
 
 } // namespace ellwynd

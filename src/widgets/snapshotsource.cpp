@@ -9,7 +9,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The folder itself, or the nearest one above it that is there.
+/// The folder, or its nearest existing parent.
 fs::path nearestFolder(fs::path folder) {
     std::error_code error;
     while (!fs::is_directory(folder, error) && folder.has_relative_path())
@@ -26,7 +26,7 @@ SnapshotSource::SnapshotSource(fs::path container) : container(std::move(contain
 }
 
 void SnapshotSource::check() {
-    // Watched first: what changes between the two is announced.
+    // Watch before reading, so that a change in between is noticed.
     watch();
     const files::Stamp now = files::stamp(container / widgetFiles::versionTwo);
     if (now == seen)
@@ -40,9 +40,9 @@ void SnapshotSource::check() {
 }
 
 void SnapshotSource::watch() {
-    // Files are replaced rather than written to, which their folder notices. A folder's own going
-    // and coming is noticed by the one above it. Watches follow a folder that is moved away, so
-    // they are set anew each time; what happens meanwhile is seen by who looks afterwards.
+    // The file is replaced rather than written to, which a watch of its folder reports. A watch of
+    // the parent reports that the folder is created or removed. Watches follow a folder that is
+    // moved, so they are set again each time; the loop catches changes made meanwhile.
     const QStringList before = watcher.directories();
     if (!before.isEmpty())
         watcher.removePaths(before);

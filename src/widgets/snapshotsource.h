@@ -1,4 +1,4 @@
-// The widget file as it is now.
+// The current content of the widget file.
 #pragma once
 
 #include "base/files.h"
@@ -9,8 +9,8 @@
 
 namespace ellwynd {
 
-/// Holds what the program last wrote for its widgets, and reads it again when the file is replaced,
-/// when it or its folder goes and comes back, and when the program signals it.
+/// Reads the widget file, and reads it again when it is replaced, when it or its folder is removed
+/// or created, and when the program signals a change.
 class SnapshotSource : public QObject {
     Q_OBJECT
 
@@ -18,10 +18,10 @@ class SnapshotSource : public QObject {
     /// @param container the folder shared with the program; it need not exist yet.
     explicit SnapshotSource(std::filesystem::path container);
 
-    /// Absent when there is nothing to show.
+    /// The last snapshot read; absent when there is none.
     [[nodiscard]] const std::optional<WidgetSnapshotFile> &snapshot() const { return current; }
 
-    /// Reads the file again if it is not the one last read.
+    /// Reads the file again if it has changed.
     void check();
 
   Q_SIGNALS:

@@ -12,7 +12,7 @@ namespace ellwynd {
 namespace {
 
 constexpr double numberHeight = 42;
-constexpr double wordsHeight = 18;
+constexpr double captionHeight = 18;
 constexpr double levelHeight = 44;
 constexpr double levelHeightWide = 26;
 constexpr double gap = 6;
@@ -42,7 +42,7 @@ void SummaryView::paintEvent(QPaintEvent *) {
 
 void SummaryView::drawNumber(QPainter &painter) const {
     const QString number = QString::number(content.flagged);
-    const QString words = qstring(content.attention);
+    const QString caption = qstring(content.attention);
     const QFont large = visualStyle.font(2.7, QFont::Bold);
     QRect line(0, 0, width(), visualStyle.px(numberHeight));
     painter.setFont(large);
@@ -50,15 +50,15 @@ void SummaryView::drawNumber(QPainter &painter) const {
     drawElided(painter, line, Qt::AlignLeft | Qt::AlignVCenter, number);
     if (wide) {
         line.setLeft(painter.fontMetrics().horizontalAdvance(number) + visualStyle.px(8));
-        // On the number's baseline, which is lower than its middle.
+        // Aligned with the number's baseline.
         line.translate(0, visualStyle.px(6));
         painter.setFont(visualStyle.font(1.1));
     } else {
-        line = QRect(0, visualStyle.px(numberHeight), width(), visualStyle.px(wordsHeight));
+        line = QRect(0, visualStyle.px(numberHeight), width(), visualStyle.px(captionHeight));
         painter.setFont(visualStyle.font(0.92));
     }
     painter.setPen(visualStyle.theme.secondaryText);
-    drawElided(painter, line, Qt::AlignLeft | Qt::AlignVCenter, words);
+    drawElided(painter, line, Qt::AlignLeft | Qt::AlignVCenter, caption);
 }
 
 void SummaryView::drawLevels(QPainter &painter) const {
@@ -68,9 +68,9 @@ void SummaryView::drawLevels(QPainter &painter) const {
     QRect box(0, height() - tall, each, tall);
     for (const WidgetLevelCount &count : content.levels) {
         // Levels without students are drawn in neutral colours.
-        const LevelColors quiet{visualStyle.theme.secondaryText, visualStyle.theme.surface};
+        const LevelColors neutral{visualStyle.theme.secondaryText, visualStyle.theme.surface};
         const LevelColors &colors =
-            count.count > 0 ? levelColors(visualStyle.theme, count.level) : quiet;
+            count.count > 0 ? levelColors(visualStyle.theme, count.level) : neutral;
         const QString text = wide ? qstring(levelCountText(count)) : QString();
         drawPill(painter, box, text, colors, visualStyle, {.radius = 5});
         if (!wide) {

@@ -14,7 +14,7 @@ class SummaryView : public QWidget {
   public:
     explicit SummaryView(QWidget *parent = nullptr);
 
-    /// @param wide whether the number and its words share a line.
+    /// @param wide whether the number and its caption share a line.
     void present(const WidgetContent &content, const VisualStyle &visualStyle, bool wide);
 
   protected:

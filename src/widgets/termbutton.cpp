@@ -12,7 +12,7 @@ namespace ellwynd {
 namespace {
 
 constexpr double inset = 4;
-constexpr double chevronRoom = 16;
+constexpr double chevronWidth = 16;
 
 QFont titleFont(const VisualStyle &style) {
     return style.font(1.0, QFont::DemiBold);
@@ -36,12 +36,12 @@ void TermButton::present(const QString &term, const VisualStyle &newStyle) {
 QSize TermButton::sizeHint() const {
     const QFontMetrics metrics(titleFont(visualStyle));
     return {
-        metrics.horizontalAdvance(title) + 2 * visualStyle.px(inset) + visualStyle.px(chevronRoom),
+        metrics.horizontalAdvance(title) + 2 * visualStyle.px(inset) + visualStyle.px(chevronWidth),
         metrics.height() + visualStyle.px(4)};
 }
 
 QRect TermButton::titleRect() const {
-    return rect().adjusted(visualStyle.px(inset), 0, -visualStyle.px(chevronRoom), 0);
+    return rect().adjusted(visualStyle.px(inset), 0, -visualStyle.px(chevronWidth), 0);
 }
 
 void TermButton::resizeEvent(QResizeEvent *event) {

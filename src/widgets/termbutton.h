@@ -1,4 +1,4 @@
-// A widget's title: the term shown, and the way to another.
+// A widget's title: the displayed term, as a button that opens the menu of terms.
 #pragma once
 
 #include "theme/visualstyle.h"
@@ -21,7 +21,7 @@ class TermButton : public KeyboardButton {
   private:
     [[nodiscard]] QRect titleRect() const;
 
-    // Not the button's own text, in which "&" would mark a shortcut.
+    // Not QAbstractButton::text, in which "&" would define a shortcut.
     QString title;
     VisualStyle visualStyle;
 };

@@ -11,8 +11,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The middle of a widget must lie on a screen for its place to be of use.
-bool isOnAScreen(const QRect &frame) {
+/// Whether the centre of a widget is on a screen.
+bool isOnScreen(const QRect &frame) {
     return QGuiApplication::screenAt(frame.center()) != nullptr;
 }
 
@@ -21,7 +21,7 @@ bool isAppearance(std::string_view key) {
     return key == appearance.name || key == accentTheme.name || key == textScale.name;
 }
 
-/// Beside a widget: to its right, else below it, else a step away.
+/// A position next to a widget: to its right, else below it, else offset from it.
 QPoint placeBeside(const QRect &frame, const QRect &desktop) {
     constexpr int gap = 12;
     constexpr int step = 28;
@@ -44,7 +44,7 @@ WidgetBoard::WidgetBoard(
       stateFile(std::move(stateFile)),
       desktopIsDark(desktopIsDark),
       openLink(std::move(openLink)),
-      now(now),
+      now(std::move(now)),
       base(interfaceFont()) {
     connect(&source, &SnapshotSource::snapshotDidChange, this, &WidgetBoard::presentAll);
     observing = defaults.observe([this](std::string_view key) {
@@ -53,7 +53,7 @@ WidgetBoard::WidgetBoard(
         if (isAppearance(key) || courseSettings::isIconKey(key))
             presentAll();
     });
-    // The day may change, or the clock be set, at any time.
+    // The texts depend on the current day, which also changes when the clock is set.
     connect(&minute, &QTimer::timeout, this, &WidgetBoard::refresh);
     minute.start(1min);
     saveSoon.setSingleShot(true);
@@ -91,7 +91,7 @@ void WidgetBoard::place(const PlacedWidget &widget) {
     auto *window =
         placed.emplace_back(std::make_unique<WidgetWindow>(widget, visualStyle, defaults)).get();
     window->present(source.snapshot(), visualStyle, now());
-    if (widget.place && isOnAScreen(QRect(*widget.place, window->size())))
+    if (widget.place && isOnScreen(QRect(*widget.place, window->size())))
         window->move(*widget.place);
     connect(window, &WidgetWindow::choiceDidChange, this, [this, window] {
         window->present(source.snapshot(), visualStyle, now());
@@ -120,7 +120,7 @@ void WidgetBoard::remove(const WidgetWindow &window) {
     if (found == placed.end())
         return;
     found->get()->hide();
-    // It is in the middle of its own signal.
+    // The window is emitting a signal.
     found->release()->deleteLater();
     placed.erase(found);
     save();

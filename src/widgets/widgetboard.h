@@ -1,4 +1,4 @@
-// All widgets of the desktop.
+// All widgets on the desktop.
 #pragma once
 
 #include "preferences/userdefaults.h"
@@ -9,25 +9,26 @@
 
 namespace ellwynd {
 
-/// Places the widgets that the teacher has left on the desktop, keeps them drawn as the snapshot,
-/// the preferences and the day change, and remembers them.
+/// Shows the saved widgets, updates them when the snapshot, the preferences or the day change, and
+/// saves their state.
 class WidgetBoard : public QObject {
     Q_OBJECT
 
   public:
-    /// @param stateFile where placed widgets are remembered.
-    /// @param openLink opens an address of the program's own scheme.
+    /// @param source, defaults must outlive this object.
+    /// @param stateFile the file with the saved widgets.
+    /// @param openLink opens a URL of the program's own scheme.
     WidgetBoard(
         SnapshotSource &source, UserDefaults &defaults, std::filesystem::path stateFile,
         bool desktopIsDark, std::function<void(const QString &)> openLink, Clock now = systemNow);
     ~WidgetBoard() override;
 
-    /// Shows the widgets that were left, or a first one.
+    /// Shows the saved widgets, or a first one.
     void show();
 
-    /// Whether "automatic" is dark from now on.
+    /// Sets whether "automatic" is dark.
     void setDesktopIsDark(bool dark);
-    /// Looks at the file and the time again.
+    /// Updates the widgets from the file and the clock.
     void refresh();
 
     [[nodiscard]] const std::vector<std::unique_ptr<WidgetWindow>> &windows() const {

@@ -20,7 +20,7 @@ constexpr double footerHeight = 18;
 constexpr double columnGap = 14;
 /// Around the line between the figures and the rows.
 constexpr double bandGap = 20;
-/// What a row's hover and focus reach beyond its text.
+/// How far a row's hover and focus marks extend beyond its text.
 constexpr double outset = 6;
 
 QSizeF cardSizeOf(WidgetSize size) {
@@ -98,8 +98,8 @@ QRect WidgetLayout::row(std::size_t index) const {
 std::size_t WidgetLayout::rowCapacity() const {
     if (size == WidgetSize::small)
         return 0;
-    const int free = rows().height() - px(footerHeight);
-    return std::size_t(std::max(0, free / px(rowHeight(size))));
+    const int available = rows().height() - px(footerHeight);
+    return std::size_t(std::max(0, available / px(rowHeight(size))));
 }
 
 QRect WidgetLayout::footer() const {

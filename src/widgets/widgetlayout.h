@@ -1,4 +1,4 @@
-// Where the parts of a widget's card lie.
+// The geometry of a widget's card.
 #pragma once
 
 #include "theme/visualstyle.h"
@@ -8,27 +8,28 @@
 
 namespace ellwynd {
 
-/// The places of a card's parts, in its own coordinates.
+/// The rectangles of a card's parts, in the card's coordinates.
 class WidgetLayout {
   public:
-    /// @param card the card's size as it is on the screen, which may be too small for `cardSize`.
+    /// @param card the card's actual size; smaller than `cardSize` on a small screen.
+    /// @param style must outlive this object.
     WidgetLayout(WidgetSize size, const QSize &card, const VisualStyle &style);
 
-    /// The size that a card should have.
+    /// The preferred size of a card.
     [[nodiscard]] static QSize cardSize(WidgetSize size, const VisualStyle &style);
 
-    /// Everything within the padding.
+    /// The card without its padding.
     [[nodiscard]] QRect inner() const;
-    /// @param asOfWidth what the time beside the title takes.
+    /// @param asOfWidth the width of the time beside the title.
     [[nodiscard]] QRect title(int titleWidth, int asOfWidth) const;
     [[nodiscard]] QRect asOf(int asOfWidth) const;
     [[nodiscard]] QRect summary() const;
-    /// @param index counts the rows from the top.
+    /// @param index from 0 for the first row.
     [[nodiscard]] QRect row(std::size_t index) const;
-    /// How many rows there is room for.
+    /// How many rows fit.
     [[nodiscard]] std::size_t rowCapacity() const;
     [[nodiscard]] QRect footer() const;
-    /// The line between the figures and the rows; absent where they are side by side.
+    /// The line between the summary and the rows; absent where they are side by side.
     [[nodiscard]] std::optional<QLine> separator() const;
 
   private:

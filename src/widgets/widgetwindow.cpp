@@ -19,12 +19,12 @@ namespace {
 
 QLabel *cardLabel(QWidget *card) {
     QLabel *label = plainLabel(card);
-    // The card is dragged by its texts too.
+    // The card can be dragged by its labels too.
     label->setAttribute(Qt::WA_TransparentForMouseEvents);
     return label;
 }
 
-/// A term's name in a menu, cut where it would make the menu too wide.
+/// A term's name for a menu, elided if too long.
 QString termText(const std::string &name, const QFontMetrics &metrics) {
     constexpr int maxCharacters = 36;
     const QString shown = metrics.elidedText(
@@ -52,7 +52,7 @@ WidgetWindow::WidgetWindow(
     message->setWordWrap(true);
     message->setAlignment(Qt::AlignCenter);
     dragging->addHandle(*title);
-    // No part is marked before the keyboard is used.
+    // No control shows a focus ring before the keyboard is used.
     setFocus();
     connect(title, &TermButton::clicked, this, [this] {
         QMenu *menu = makeTermMenu(this);
@@ -106,7 +106,7 @@ void WidgetWindow::fill(const WidgetContent &content) {
     }
 }
 
-/// Where names are hidden, a drawing would give the subject away.
+/// If names are hidden, the chosen glyph is too, since it would reveal the subject.
 CourseIcon WidgetWindow::tileIcon(const WidgetRow &row) const {
     CourseIcon icon = courseIcon(defaults, row.courseID);
     if (row.nameHidden)
@@ -128,7 +128,7 @@ void WidgetWindow::arrange() {
     message->setFont(visualStyle.font(1.05));
     message->setGeometry(layout.inner());
     asOf->setFont(visualStyle.font(0.86));
-    // With a day it takes two lines of a small card.
+    // Text with a day needs two lines on a small card.
     asOf->setWordWrap(small);
     asOf->setAlignment(small ? Qt::AlignLeft | Qt::AlignBottom : Qt::AlignRight | Qt::AlignVCenter);
     const int asOfWidth = asOf->sizeHint().width();
@@ -172,7 +172,7 @@ QMenu *WidgetWindow::makeTermMenu(QWidget *parent) {
         QAction *action = menu->addAction(
             termText(term.title, menu->fontMetrics()), this, [this, id = term.id] { setTerm(id); });
         action->setCheckable(true);
-        // A choice that aged out shows the automatic term, and says so.
+        // A chosen term that is no longer listed falls back to "Automatic".
         action->setChecked(chosen ? isShown(term) : !term.id);
         group->addAction(action);
     }
@@ -219,7 +219,7 @@ void WidgetWindow::moveEvent(QMoveEvent *event) {
 
 void WidgetWindow::closeEvent(QCloseEvent *event) {
     QWidget::closeEvent(event);
-    // The program closes its windows as it quits; those stay on the desktop for the next time.
+    // Quitting closes all windows; their widgets are shown again at the next start.
     if (event->spontaneous())
         Q_EMIT removeRequested();
 }

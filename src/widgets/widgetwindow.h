@@ -17,27 +17,27 @@ class TermButton;
 class WidgetLayout;
 class WindowDrag;
 
-/// A frameless card in one of three sizes that is dragged about by any of its parts. It shows what
-/// `present` is given, and its signals say what the teacher asked for.
+/// A frameless card in one of three sizes that can be dragged anywhere. It shows what is passed to
+/// `present`, and its signals report what the teacher asked for.
 class WidgetWindow : public QWidget {
     Q_OBJECT
 
   public:
-    /// @param defaults hold the icons that the teacher chose for courses.
+    /// @param defaults hold the courses' icons; must outlive the window.
     WidgetWindow(
-        const PlacedWidget &placed, const VisualStyle &visualStyle, const UserDefaults &defaults);
+        const PlacedWidget &state, const VisualStyle &visualStyle, const UserDefaults &defaults);
 
     [[nodiscard]] const PlacedWidget &placed() const { return state; }
 
     void present(
         const std::optional<WidgetSnapshotFile> &file, const VisualStyle &visualStyle, Date now);
 
-    /// "Automatic" and the terms of what is shown, the one shown checked.
+    /// "Automatic" and the terms of the snapshot, with the displayed one checked.
     [[nodiscard]] QMenu *makeTermMenu(QWidget *parent);
     [[nodiscard]] QMenu *makeMenu();
 
     [[nodiscard]] TermButton *termButton() const { return title; }
-    /// The rows that are shown.
+    /// The visible rows.
     [[nodiscard]] std::vector<CourseRow *> rows() const;
 
   Q_SIGNALS:

@@ -24,7 +24,7 @@ bool WindowDrag::drag(const QMouseEvent &event) {
     if (!pressedAt || !event.buttons().testFlag(Qt::LeftButton) ||
         (pointer - *pressedAt).manhattanLength() < QApplication::startDragDistance())
         return false;
-    // Where the window system moves windows itself, it takes the pointer from here on.
+    // If the window system moves the window, it handles the pointer from here on.
     if (!window.windowHandle()->startSystemMove())
         grip = *pressedAt - window.pos();
     pressedAt.reset();

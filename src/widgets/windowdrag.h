@@ -1,4 +1,4 @@
-// Dragging a window that has no frame.
+// Dragging a frameless window.
 #pragma once
 
 #include <QObject>
@@ -12,27 +12,27 @@ class QWidget;
 
 namespace ellwynd {
 
-/// Moves a window with the pointer, wherever in it the left button went down.
+/// Moves a window with the pointer while the left button is pressed anywhere in it.
 class WindowDrag : public QObject {
     Q_OBJECT
 
   public:
     explicit WindowDrag(QWidget &window);
 
-    /// Lets the window be dragged by a button in it; a drag that begins there is no click.
+    /// Lets the window be dragged by a button in it; such a drag does not click the button.
     void addHandle(QAbstractButton &button);
 
   protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
-    /// Whether the pointer's move is a drag.
+    /// Handles a pointer move; true if it is a drag.
     bool drag(const QMouseEvent &event);
 
     QWidget &window;
-    /// Where the pointer went down, on the desktop.
+    /// Where the button was pressed, in global coordinates.
     std::optional<QPoint> pressedAt;
-    /// The pointer's place in the window while the window follows it.
+    /// The pointer's position in the window while the window follows it.
     std::optional<QPoint> grip;
 };
 

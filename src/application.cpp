@@ -85,7 +85,7 @@ Application::Application(ApplicationEnvironment environment, ApplicationService 
         &o.window, &MainWindow::sampleSwitchRequested, &o.alerts, &ShellAlerts::switchSampleMode);
     QObject::connect(
         &o.window, &MainWindow::updateCheckRequested, &o.updater, &Updater::checkForUpdates);
-    o.window.offerUpdates(o.updater.mayCheck());
+    o.window.setUpdateChecksAvailable(o.updater.mayCheck());
 }
 
 Application::~Application() = default;

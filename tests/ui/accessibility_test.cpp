@@ -53,7 +53,7 @@ TEST_F(AccessibilityTest, EveryControlOfEveryWindowHasANameAndIsReachedByTab) {
         action(QString::fromUtf8(command))->trigger();
         look(command);
     }
-    window.settings().offerUpdates(true);
+    window.settings().setUpdateChecksAvailable(true);
     for (int page = SettingsWindow::general; page <= SettingsWindow::sync; ++page) {
         window.settings().open(SettingsWindow::Page(page));
         look("settings page " + std::to_string(page));

@@ -23,7 +23,7 @@ AboutWindow::AboutWindow(const Appearance &appearance, QWidget *parent) : QDialo
     name->setText(QStringLiteral("Ellwynd"));
     auto *number = plainLabel(this);
     number->setText(QStringLiteral("Version %1").arg(qstring(version)));
-    // For a report of a fault.
+    // Selectable, to be copied into a bug report.
     number->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     number->setProperty("secondary", true);
     auto *page = new MarkdownPage(appearance);
@@ -46,7 +46,7 @@ AboutWindow::AboutWindow(const Appearance &appearance, QWidget *parent) : QDialo
     auto *foot = new QHBoxLayout;
     foot->addWidget(buttons);
     column->addLayout(foot);
-    // The page has a margin of its own.
+    // The page has its own margin.
     column->setContentsMargins(0, 0, 0, 0);
 
     const auto size = [&appearance, picture, name, heading, foot] {

@@ -7,7 +7,7 @@ namespace ellwynd {
 
 class Appearance;
 
-/// Name, version and purpose of the program, what it never does, and what it is built on.
+/// Name, version and purpose of the program, its privacy promises, and its libraries.
 class AboutWindow : public QDialog {
     Q_OBJECT
 

@@ -39,7 +39,7 @@ void ConnectionForm::reload() {
     address->setText(qstring(state.address));
     token->clear();
     token->setPlaceholderText(qstring(state.placeholder));
-    // Nobody can tell whether a token is saved, so none is asked for.
+    // Whether a token is saved is unknown, so the field asks for none.
     token->setEnabled(!state.keychainUnavailable);
     showStatus(*status, qstring(state.status), false);
 }

@@ -1,4 +1,4 @@
-// Where the teacher enters the Canvas address and the access token.
+// The form for the Canvas address and the access token.
 #pragma once
 
 #include "canvas/connectioncheck.h"
@@ -16,8 +16,8 @@ namespace ellwynd {
 
 class TextLink;
 
-/// The fields of a connection and what is known of it, with the checks behind them. The view that
-/// owns the form puts every part into a layout of its own, which takes it over.
+/// The fields of a connection, its status and its checks. The view that owns the form adds each
+/// widget to a layout, which takes ownership.
 class ConnectionForm : public QObject {
     Q_OBJECT
 
@@ -26,25 +26,25 @@ class ConnectionForm : public QObject {
     ConnectionForm(ConnectionCheck &check, QObject *parent);
     ~ConnectionForm() override;
 
-    /// Shows what is saved; asks the secret store.
+    /// Shows what is saved; reads the secret store.
     void reload();
-    /// Asks Canvas with what is typed and shows how that ended. Until then the fields cannot be
-    /// changed: what is being checked is what will be saved. Whoever awaits it looks whether the
-    /// form is still there before going on.
-    /// @throws Cancelled after `stopTest` and once the form is gone.
+    /// Tests the typed connection against Canvas and shows the outcome. The fields are read-only
+    /// meanwhile, so that what was tested is what is saved. The form may be destroyed while this
+    /// runs; callers check before using it again.
+    /// @throws Cancelled after `stopTest` and when the form is destroyed.
     QCoro::Task<ConnectionOutcome> test();
-    /// Ends a test under way, whose outcome is then not shown.
+    /// Stops a running test; its outcome is not shown.
     void stopTest();
-    /// Saves what is typed and shows how that ended.
+    /// Saves the typed connection and shows the outcome.
     ConnectionOutcome save();
     void showOutcome(const ConnectionOutcome &outcome);
 
-    /// How a test ended, for screen readers.
+    /// The outcome of a test, for screen readers.
     [[nodiscard]] static QString announcement(const ConnectionOutcome &outcome);
 
     QLineEdit *const address;
     QLineEdit *const token;
-    /// Opens the page of Canvas where access tokens are created.
+    /// Opens the Canvas page where access tokens are created.
     TextLink *const tokenPage;
     QLabel *const status;
     /// Shown during a test.
@@ -55,7 +55,7 @@ class ConnectionForm : public QObject {
     void openTokenPage();
 
     ConnectionCheck &check;
-    /// Of the test under way.
+    /// Stops the current test.
     std::stop_source testStop;
 };
 

@@ -24,14 +24,14 @@ namespace ellwynd {
 
 namespace {
 
-// Upper edges of the card's lines, at text scale 1.
+// Top edges and heights of the card's lines, at text scale 1.
 constexpr double countTop = 44;
 constexpr double countHeight = 42;
 constexpr double levelsTop = 92;
 constexpr double marksTop = 120;
 constexpr double cardHeight = 190;
 
-/// Draws a text at the left of `rect` and returns what is left of it.
+/// Draws a text at the left of `rect` and returns the rest of `rect`.
 QRect drawRun(QPainter &painter, QRect rect, const QString &text, const QFont &font, QColor color) {
     painter.setFont(font);
     painter.setPen(color);
@@ -105,7 +105,7 @@ void CourseCard::paintEvent(QPaintEvent *) {
         line.highest = std::max(line.highest, card.trend[i]);
     }
     line.days = std::int64_t(card.trend.size()) - 1;
-    // A single day is drawn where today always is.
+    // A single day is drawn at the right end, where today always is.
     if (card.trend.size() == 1)
         line = {.points = {{1, card.trend[0]}}, .days = 1, .highest = line.highest};
     drawSparkline(painter, trendArea(), line, theme.link, appearance);
@@ -191,7 +191,7 @@ void CourseCard::drawMostMissed(QPainter &painter) const {
     QRect area = mostMissedArea();
     area = drawRun(
         painter, area, QStringLiteral("Most missed: "), appearance.font(), theme.secondaryText);
-    // The title gives way to the count.
+    // The title is elided before the count.
     const int tailWidth = QFontMetrics(appearance.font()).horizontalAdvance(tail);
     QString name = qstring(card.mostMissed->title);
     name.replace(u'\n', u' ');

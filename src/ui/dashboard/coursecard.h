@@ -8,14 +8,14 @@ namespace ellwynd {
 
 class Appearance;
 
-/// A card that opens its course: how many are flagged, at which levels, who moved, two weeks as a
-/// line, and the work most of the class is missing. It draws itself, so that a page of many cards
-/// changes in place without a flicker.
+/// A button that opens its course. It shows how many students are flagged, at which levels, who
+/// moved, a two-week sparkline, and the most missed work. It paints itself, so that a page of many
+/// cards updates without flicker.
 class CourseCard : public KeyboardButton {
     Q_OBJECT
 
   public:
-    /// @param defaults where a course's icon is chosen.
+    /// @param defaults hold the course's icon. The arguments must outlive the card.
     CourseCard(
         const UserDefaults &defaults, const Appearance &appearance, QWidget *parent = nullptr);
 

@@ -67,7 +67,7 @@ DashboardPane::DashboardPane(
     pageColumn->setContentsMargins(0, 0, 0, 0);
     pageColumn->addLayout(grid);
     pageColumn->addStretch(1);
-    // At the page's end rather than the window's, so that large text leaves room for the cards.
+    // Scrolls with the page, so that it takes no space from the cards when the text is large.
     pageColumn->addWidget(footer);
     scroll->setWidget(page);
     scroll->setWidgetResizable(true);
@@ -152,7 +152,7 @@ void DashboardPane::showModel() {
     stack->setCurrentIndex(term != nullptr ? 0 : 1);
 }
 
-/// The menu is filled anew only when its items have changed, so that an open one stays open.
+/// Refills the menu only when its items have changed, so that an open menu stays open.
 void DashboardPane::showTermMenu() {
     const std::vector<TermMenuItem> items = termMenu(dashboard);
     QMenu *menu = terms->menu();
@@ -195,14 +195,14 @@ void DashboardPane::showCards(const std::vector<DashboardCourseCard> &wanted) {
     arrangeCards();
 }
 
-/// As many columns as there is room for.
+/// Arranges the cards in as many columns as fit.
 void DashboardPane::arrangeCards() {
     if (cards.empty())
         return;
-    const int room =
+    const int available =
         width() - 2 * appearance.px(18) - scroll->verticalScrollBar()->sizeHint().width();
     const int spacing = grid->spacing();
-    const int fitting = std::max(1, (room + spacing) / (appearance.px(290) + spacing));
+    const int fitting = std::max(1, (available + spacing) / (appearance.px(290) + spacing));
     if (fitting == columns)
         return;
     for (int column = 0; column < std::max(columns, fitting); ++column)

@@ -1,4 +1,4 @@
-// The dashboard: one card per course of one term.
+// The dashboard: one card per course of a term.
 #pragma once
 
 #include "app/dashboard/dashboardmodel.h"
@@ -18,7 +18,7 @@ class Appearance;
 class CourseCard;
 class ElidedLabel;
 
-/// Shows the dashboard's model and changes in place as terms arrive.
+/// Shows the dashboard's model and updates in place as terms are scored.
 class DashboardPane : public QWidget {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ class DashboardPane : public QWidget {
         Dashboard &dashboard, UserDefaults &defaults, const Appearance &appearance,
         QWidget *parent = nullptr);
 
-    /// The keyboard goes to the first card.
+    /// Moves the keyboard focus to the first card.
     void focusCards();
 
   Q_SIGNALS:

@@ -58,8 +58,8 @@ int Legend::layOut(int width, QPainter *painter) const {
         const int termWidth = level
             ? pillSize(appearance.style(), term).width()
             : QFontMetrics(appearance.font(0.9, QFont::DemiBold)).horizontalAdvance(term);
-        const int room = termWidth + gap + metrics.horizontalAdvance(meaning);
-        if (at.x() > 0 && at.x() + room > width)
+        const int entryWidth = termWidth + gap + metrics.horizontalAdvance(meaning);
+        if (at.x() > 0 && at.x() + entryWidth > width)
             at = QPoint(0, at.y() + lineHeight);
         if (painter != nullptr) {
             const QRect line(at, QSize(width - at.x(), lineHeight));
@@ -77,7 +77,7 @@ int Legend::layOut(int width, QPainter *painter) const {
             const QRect rest = line.adjusted(termWidth + gap, 0, 0, 0);
             drawElided(*painter, rest, Qt::AlignLeft | Qt::AlignVCenter, meaning);
         }
-        at.rx() += room + appearance.px(20);
+        at.rx() += entryWidth + appearance.px(20);
     };
     for (std::size_t i = 0; i < std::size(levelLegend); ++i) {
         place(qstring(levelLegend[i].term), allRiskLevels[i], {}, qstring(levelLegend[i].meaning));

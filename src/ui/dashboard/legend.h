@@ -1,4 +1,4 @@
-// What the words and marks of the dashboard mean.
+// The legend of the dashboard's levels and marks.
 #pragma once
 
 #include <QWidget>
@@ -7,7 +7,7 @@ namespace ellwynd {
 
 class Appearance;
 
-/// Entries side by side, in as many lines as they need.
+/// Entries side by side, wrapped to as many lines as needed.
 class Legend : public QWidget {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ class Legend : public QWidget {
     void paintEvent(QPaintEvent *event) override;
 
   private:
-    /// Lays the entries out, draws them where there is a painter, and returns the height.
+    /// Lays the entries out, draws them unless `painter` is null, and returns the height.
     int layOut(int width, QPainter *painter) const;
 
     const Appearance &appearance;

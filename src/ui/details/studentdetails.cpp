@@ -28,16 +28,16 @@ StudentDetails::StudentDetails(const Appearance &appearance, QWidget *parent)
     rebuild();
 }
 
-void StudentDetails::show(std::vector<RiskRow> selected, StudentHistory remembered) {
-    if (selected == rows && remembered == history && widget() != nullptr)
+void StudentDetails::show(std::vector<RiskRow> newRows, StudentHistory newHistory) {
+    if (newRows == rows && newHistory == history && widget() != nullptr)
         return;
-    rows = std::move(selected);
-    history = std::move(remembered);
+    rows = std::move(newRows);
+    history = std::move(newHistory);
     rebuild();
 }
 
-void StudentDetails::offerContacts(bool offered) {
-    if (std::exchange(contactsOffered, offered) != offered)
+void StudentDetails::setContactsEnabled(bool enabled) {
+    if (std::exchange(contactsEnabled, enabled) != enabled)
         rebuild();
 }
 
@@ -68,8 +68,8 @@ void StudentDetails::rebuild() {
         column->addWidget(hint);
     }
     column->addStretch(2);
-    // What is in use may have led here: a menu of the old contents, or the button that has the
-    // keyboard, whose successor takes it.
+    // The rebuild may come from the old contents: from their menu, or their focused button. They
+    // are deleted later, and the new button of the same name gets the focus.
     const QWidget *focused = focusWidget();
     const bool hadFocus = focused != nullptr && focused->hasFocus();
     const QString name = hadFocus ? focused->accessibleName() : QString();
@@ -175,7 +175,7 @@ void StudentDetails::addOutreach(QVBoxLayout &column) {
     column.addWidget(sentence);
 }
 
-/// Who is selected, the first of them by name.
+/// The number of selected students and the first names.
 void StudentDetails::addSelection(QVBoxLayout &column) {
     auto *heading = plainLabel(nullptr, true);
     heading->setFont(appearance.font(1.22, QFont::Bold));
@@ -199,9 +199,9 @@ void StudentDetails::addButtons(QVBoxLayout &column) {
     auto *contacted = new QPushButton(QStringLiteral("Mark as Contacted"));
     contacted->setAccessibleName(contacted->text());
     contacted->setToolTip(
-        one ? QStringLiteral("Note that you wrote to this student just now")
-            : QStringLiteral("Note that you wrote to these students just now"));
-    contacted->setEnabled(contactsOffered);
+        one ? QStringLiteral("Record that you wrote to this student just now")
+            : QStringLiteral("Record that you wrote to these students just now"));
+    contacted->setEnabled(contactsEnabled);
     connect(contacted, &QPushButton::clicked, this, [this] { Q_EMIT contactsRequested(rows); });
     auto *copy = new QPushButton(QStringLiteral("Copy Message ▾"));
     copy->setAccessibleName(QStringLiteral("Copy Message"));
@@ -228,7 +228,7 @@ void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {
     addSection(column, QStringLiteral("Why"));
     if (row.reasonLines.empty()) {
         auto *none = plainLabel(nullptr, true);
-        none->setText(QStringLiteral("Nothing worth a note."));
+        none->setText(QStringLiteral("No reasons for concern."));
         column.addWidget(none);
     }
     for (const ReasonLine &line : row.reasonLines) {

@@ -1,4 +1,4 @@
-// The pane at the right: one student and every reason, or several and what to do with them.
+// The details pane: one student with every reason, or several with the commands for them.
 #pragma once
 
 #include "app/roster/studenthistory.h"
@@ -18,11 +18,11 @@ class StudentDetails : public QScrollArea {
   public:
     StudentDetails(const Appearance &appearance, QWidget *parent = nullptr);
 
-    /// Shows the one selected student, who is selected, or what to do.
-    /// @param history of the one student; ignored for any other number.
-    void show(std::vector<RiskRow> selected, StudentHistory history);
-    /// Whether contacts are remembered, so that one can be noted.
-    void offerContacts(bool offered);
+    /// Shows one student, a summary of several, or a hint when there is none.
+    /// @param history of the student when there is exactly one; otherwise ignored.
+    void show(std::vector<RiskRow> rows, StudentHistory history);
+    /// Whether contacts are remembered, so that "Mark as Contacted" is enabled.
+    void setContactsEnabled(bool enabled);
 
   Q_SIGNALS:
     /// The menu of messages is about to open.
@@ -45,7 +45,7 @@ class StudentDetails : public QScrollArea {
     const Appearance &appearance;
     std::vector<RiskRow> rows;
     StudentHistory history;
-    bool contactsOffered = true;
+    bool contactsEnabled = true;
 };
 
 } // namespace ellwynd

@@ -41,7 +41,7 @@ QSize TermChart::minimumSizeHint() const {
 QPointF TermChart::place(const TermTrend::Point &point, const QRectF &area) const {
     using seconds = std::chrono::duration<double>;
     const seconds since = point.date - trend.points.front().date;
-    // A term within one day still has a width.
+    // Avoids dividing by zero when all points are of one moment.
     const double span =
         std::max(1.0, seconds(trend.points.back().date - trend.points.front().date).count());
     const int row = rows - 1 - severity(point.level);

@@ -1,4 +1,4 @@
-// A student's term as dots: when the course was opened, and the level of that day.
+// A student's term as a chart of dots: the level of each day on which the course was opened.
 #pragma once
 
 #include "memory/termtrend.h"
@@ -9,8 +9,8 @@ namespace ellwynd {
 
 class Appearance;
 
-/// One dot per recorded day, placed by time from the first to the last, the most severe level on
-/// the top row. Neighbouring dots are joined by a dashed line, except across a long gap.
+/// One dot per recorded day, positioned by time, with the most severe level on the top row. A
+/// dashed line joins neighbouring dots, except across a long gap.
 class TermChart : public QWidget {
     Q_OBJECT
 

@@ -42,7 +42,7 @@ HelpWindow::HelpWindow(
     query->setAccessibleName(QStringLiteral("Search help"));
     query->setClearButtonEnabled(true);
     query->installEventFilter(this);
-    back->setToolTip(QStringLiteral("The topic you read before (Alt+Left)"));
+    back->setToolTip(QStringLiteral("Back to the previous topic (Alt+Left)"));
     back->setAutoDefault(false);
     page->setAccessibleName(QStringLiteral("Help topic"));
 
@@ -114,7 +114,7 @@ void HelpWindow::search() {
 
 void HelpWindow::read(const std::string &id, bool remember) {
     if (id != current) {
-        // Topics passed while a search is typed were not read.
+        // Topics shown while a search is being typed do not count as visited.
         if (remember && !current.empty() && query->text().isEmpty())
             visited.push_back(current);
         current = id;

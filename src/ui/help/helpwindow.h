@@ -16,30 +16,31 @@ class Appearance;
 class MarkdownPage;
 class TopicList;
 
-/// Topics at the left with a search above them, the chosen one at the right. Typing finds topics,
-/// the arrow keys choose among them without leaving the search.
+/// A search field over the list of topics, with the chosen topic beside it. Typing filters the
+/// topics; the arrow keys choose among them while the search field keeps the focus.
 class HelpWindow : public QDialog {
     Q_OBJECT
 
   public:
     /// @param shortcuts the program's commands with their keys, for the topic that lists them.
+    /// The other arguments must outlive the window.
     HelpWindow(
         UserDefaults &defaults, const Appearance &appearance,
         const std::vector<ShortcutGroup> &shortcuts, QWidget *parent = nullptr);
     ~HelpWindow() override;
 
-    /// Opens the window on a topic, and on the first where there is none of that id.
+    /// Opens the window on a topic, or on the first when no topic has that id.
     void showTopic(const std::string &id);
     void showReleaseNotes();
 
   protected:
-    /// Escape clears the search, and closes the window when there is nothing to clear.
+    /// Escape clears the search, or closes the window when the search is empty.
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
     void search();
-    /// Shows a topic; `remember` when the reader came from another one.
+    /// Shows a topic. @param remember whether Back returns to the topic shown before.
     void read(const std::string &id, bool remember);
     void goBack();
     void render();

@@ -21,7 +21,7 @@ QString nothingFound() {
 
 } // namespace
 
-/// A title, and below it up to two lines of what was found.
+/// A title, with up to two lines of the found text below it.
 class TopicList::Delegate : public QStyledItemDelegate {
   public:
     Delegate(const Appearance &appearance, QObject *parent)

@@ -9,7 +9,7 @@ namespace ellwynd {
 
 class Appearance;
 
-/// Titles, each with the place where a search found it below.
+/// Titles, each with the text that a search found below it.
 class TopicList : public QListWidget {
     Q_OBJECT
 
@@ -19,14 +19,14 @@ class TopicList : public QListWidget {
     /// Shows these topics and selects none.
     void setHits(const std::vector<HelpHit> &hits);
 
-    /// Selects a topic, if it is in the list.
+    /// Selects a topic, or nothing when it is not in the list.
     void selectTopic(const std::string &id);
 
     /// Empty when none is selected.
     [[nodiscard]] std::string selectedTopic() const;
 
   protected:
-    /// Says so where there is nothing to list.
+    /// Draws "Nothing found" when the list is empty.
     void paintEvent(QPaintEvent *event) override;
 
   private:

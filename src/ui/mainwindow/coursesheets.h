@@ -1,4 +1,4 @@
-// The sheets of the course on screen.
+// The sheets of the displayed course.
 #pragma once
 
 #include "preferences/userdefaults.h"
@@ -17,13 +17,13 @@ class MainWindowController;
 class MissingWorkSheet;
 class ThresholdsSheet;
 
-/// Opens sheets over the main window. Where no course is shown nothing is opened, and null is
+/// Opens sheets over the main window. When no course is displayed, nothing opens and null is
 /// returned.
 class CourseSheets : public QObject {
     Q_OBJECT
 
   public:
-    /// @param window owns the sheets; the other arguments must outlive it.
+    /// @param window owns this object and the sheets; the other arguments must outlive it.
     CourseSheets(
         MainWindowController &controller, UserDefaults &defaults, const Appearance &appearance,
         QWidget &window);
@@ -34,9 +34,11 @@ class CourseSheets : public QObject {
     void openCopySetup();
 
   Q_SIGNALS:
-    /// The teacher wants to see these students of the roster.
+    /// The roster should select these students.
     void studentsRequested(const std::set<ellwynd::StudentKey> &students);
-    /// @param replaced what was saved before.
+    /// @param note what was done, in a sentence.
+    /// @param replaced the previous values; undoes the change when passed to
+    /// `UserDefaults::update`.
     void setupDidChange(const QString &note, const ellwynd::PreferenceChanges &replaced);
 
   private:

@@ -26,7 +26,7 @@ HelpCommands::HelpCommands(
     connect(menus.about, &QAction::triggered, this, &HelpCommands::showAbout);
 }
 
-/// The keys in the help are those of the menus.
+/// Created on first use, when the menus have their shortcuts.
 HelpWindow &HelpCommands::help() {
     if (helpWindow == nullptr)
         helpWindow = new HelpWindow(defaults, appearance, menus.shortcuts(), &window);

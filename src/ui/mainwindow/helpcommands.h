@@ -1,4 +1,4 @@
-// What the commands of the Help menu do.
+// The commands of the Help menu.
 #pragma once
 
 #include "preferences/userdefaults.h"
@@ -13,13 +13,14 @@ class Appearance;
 class HelpWindow;
 class MainMenus;
 
-/// Opens the help, the release notes, the about box and a mail for feedback.
+/// Opens the help, the release notes, the about box and a feedback email.
 class HelpCommands : public QObject {
     Q_OBJECT
 
   public:
     /// Connects the commands.
-    /// @param window owns the windows that they open; the other arguments must outlive it.
+    /// @param window owns this object and the windows it opens; the other arguments must outlive
+    /// it.
     HelpCommands(
         const MainMenus &menus, UserDefaults &defaults, const Appearance &appearance,
         QWidget &window);

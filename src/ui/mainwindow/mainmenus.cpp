@@ -17,7 +17,7 @@ QAction *add(QMenu &menu, const QString &text, const QList<QKeySequence> &keys =
     return action;
 }
 
-/// A menu's or a command's text without the marks of its letters.
+/// The text of a menu or command without mnemonic marks.
 std::string plainText(const QAction &action) {
     return action.text().remove(u'&').toStdString();
 }
@@ -154,7 +154,7 @@ void MainMenus::update(const CommandState &state) {
         command->setEnabled(state.rosterShown && state.oneCourse);
     findStudent->setEnabled(state.anyStudents);
     copyMessage->setEnabled(state.anySelected);
-    // Each would be a page of its own in the browser.
+    // Each student would open a page in the browser.
     openGrades->setEnabled(state.oneSelected);
     markContacted->setEnabled(state.anySelected && state.remembersContacts);
 }

@@ -13,33 +13,34 @@ class QMenuBar;
 
 namespace ellwynd {
 
-/// What decides which commands can work.
+/// The state that decides which commands are enabled.
 struct CommandState {
-    /// A roster is shown in the middle, is being loaded there, or could not be.
+    /// A roster is displayed, loading, or failed to load.
     bool rosterPane = false;
-    /// Its rows are there, and whether they are one course's.
+    /// The rows of a roster are displayed.
     bool rosterShown = false;
+    /// The roster is one course's, not a term's.
     bool oneCourse = false;
     bool anyStudents = false;
     bool anySelected = false;
     bool oneSelected = false;
     bool remembersContacts = false;
-    /// Whether the teacher wants no details beside a roster.
+    /// The teacher has hidden the details pane.
     bool detailsHidden = false;
 };
 
-/// Every command of the program, where people look for it and with its key. The owner of the menus
-/// connects the commands; those that only toggle a preference are connected here.
+/// Every command of the program with its shortcut. The owner connects the commands, except those
+/// that only set a preference, which are connected here.
 class MainMenus : public QObject {
     Q_OBJECT
 
   public:
     MainMenus(QMenuBar &bar, UserDefaults &defaults);
 
-    /// Enables each command exactly when it can work.
+    /// Enables exactly the commands that can run in this state.
     void update(const CommandState &state);
 
-    /// Menu by menu, the commands that have a key.
+    /// The commands that have a shortcut, grouped by menu.
     [[nodiscard]] std::vector<ShortcutGroup> shortcuts() const;
 
     // File
@@ -65,7 +66,7 @@ class MainMenus : public QObject {
     QAction *copySetup = nullptr;
     QAction *openCourse = nullptr;
     // Student
-    /// To be filled when it is about to show.
+    /// Filled by the owner on `aboutToShow`.
     QMenu *copyMessage = nullptr;
     QAction *markContacted = nullptr;
     QAction *openGrades = nullptr;
@@ -73,9 +74,9 @@ class MainMenus : public QObject {
     QAction *help = nullptr;
     QAction *keyboardShortcuts = nullptr;
     QAction *whatsNew = nullptr;
-    /// Not there in a copy of the program without an address for it.
+    /// Hidden in a build without a feedback address.
     QAction *sendFeedback = nullptr;
-    /// Hidden at first, since not every copy of the program can look for updates.
+    /// Hidden until the owner knows that this build checks for updates.
     QAction *checkForUpdates = nullptr;
     QAction *about = nullptr;
 

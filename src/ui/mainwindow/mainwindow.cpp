@@ -38,15 +38,15 @@ namespace {
 
 enum Pane { sidebarPane, middlePane, detailsPane };
 
-/// Sidebar, roster and details at first: the outer two grow with the text, up to a share of the
-/// window.
+/// Initial widths of sidebar, roster and details. The outer two grow with the text size, up to a
+/// share of the window.
 QList<int> paneWidths(int window, const Appearance &appearance) {
     const int left = std::min(appearance.px(224), window * 24 / 100);
     const int right = std::min(appearance.px(256), window / 4);
     return {left, window - left - right, right};
 }
 
-/// Whether a roster is there, comes, or failed to: neither the dashboard nor signed out.
+/// Whether a roster is displayed, loading or failed to load.
 bool showsRoster(const RosterView &roster) {
     return roster.state != RosterView::State::nothingSelected &&
         roster.state != RosterView::State::notConnected;
@@ -96,7 +96,7 @@ MainWindow::MainWindow(
     new HelpCommands(*menus, defaults, appearance, *this);
     connectCommands();
     connectViews();
-    restorePlace();
+    restoreLayout();
     updateActions();
 }
 
@@ -148,7 +148,7 @@ void MainWindow::connectCommands() {
     on(menus->checkForUpdates, &MainWindow::updateCheckRequested);
 }
 
-/// The selected student, else the first of the roster.
+/// The first selected student, or else the first of the roster.
 std::optional<PreviewStudent> MainWindow::previewStudent() const {
     const std::vector<RiskRow> selected = rosterPane->table()->selectedRows();
     const RosterView &roster = controller.roster();
@@ -231,7 +231,7 @@ void MainWindow::updateActions() {
     const RosterView &roster = controller.roster();
     const bool shown = roster.state == RosterView::State::shown;
     const std::size_t selected = rosterPane->table()->selectedRows().size();
-    details->offerContacts(stores.contacts.isEnabled());
+    details->setContactsEnabled(stores.contacts.isEnabled());
     menus->update({
         .rosterPane = showsRoster(roster),
         .rosterShown = shown,
@@ -244,7 +244,7 @@ void MainWindow::updateActions() {
     });
 }
 
-/// The dashboard, or a roster with its details; what was chosen for the details waits meanwhile.
+/// Shows the dashboard, or a roster with its details. Whether details are hidden does not change.
 void MainWindow::showPane() {
     const RosterView &roster = controller.roster();
     const bool dashboard = roster.state == RosterView::State::nothingSelected;
@@ -265,7 +265,7 @@ void MainWindow::showContextMenu(const QPoint &position) {
     menu.exec(position);
 }
 
-/// No command has a status tip, and an empty one would wipe a note.
+/// Ignores status tips: no command has one, and an empty tip would clear a note.
 bool MainWindow::event(QEvent *event) {
     return event->type() == QEvent::StatusTip || QMainWindow::event(event);
 }
@@ -287,7 +287,7 @@ void MainWindow::showError(const CanvasError &error) {
 }
 
 void MainWindow::activate(const QString &activationToken) {
-    // Where a token is needed to come to the front, the window system's plugin takes it from there.
+    // Qt's Wayland plugin reads the token from the environment and removes it; no other does.
     if (!activationToken.isEmpty() &&
         QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
         setActivationToken(activationToken);
@@ -327,11 +327,11 @@ void MainWindow::showWelcomeIfDue() {
     welcome->show();
 }
 
-void MainWindow::offerUpdates(bool offered) {
-    menus->checkForUpdates->setVisible(offered);
-    updatesOffered = offered;
+void MainWindow::setUpdateChecksAvailable(bool available) {
+    menus->checkForUpdates->setVisible(available);
+    updateChecksAvailable = available;
     if (settingsWindow != nullptr)
-        settingsWindow->offerUpdates(offered);
+        settingsWindow->setUpdateChecksAvailable(available);
 }
 
 SettingsWindow &MainWindow::settings() {
@@ -339,7 +339,7 @@ SettingsWindow &MainWindow::settings() {
         settingsWindow = new SettingsWindow(
             defaults, stores, connection, sync, notifications, [this] { return previewStudent(); },
             appearance, this);
-        settingsWindow->offerUpdates(updatesOffered);
+        settingsWindow->setUpdateChecksAvailable(updateChecksAvailable);
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,
             &MainWindowController::refresh);
@@ -349,7 +349,7 @@ SettingsWindow &MainWindow::settings() {
 
 // ---- Geometry ----------------------------------------------------------------------------------
 
-void MainWindow::restorePlace() {
+void MainWindow::restoreLayout() {
     auto *memory = new WindowMemory(*this, defaults, preferences::mainWindowGeometry);
     if (!memory->restoreGeometry())
         resize(1280, 800);

@@ -30,8 +30,8 @@ class UserDefaults;
 class UserNotifications;
 struct Stores;
 
-/// Sidebar, roster and student details side by side, with the menus. It decides nothing: commands
-/// go to the controller, and what the controller announces is shown.
+/// Sidebar, roster and student details side by side, with the menus. It contains no logic: commands
+/// go to the controller, and the controller's signals update the views.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -45,27 +45,27 @@ class MainWindow : public QMainWindow {
     [[nodiscard]] RosterPane *roster() const { return rosterPane; }
 
   public Q_SLOTS:
-    /// Opens "Missing Work by Assignment…"; null when no course is shown.
+    /// Opens "Missing Work by Assignment…"; null when no course is displayed.
     ellwynd::MissingWorkSheet *openMissingWork();
-    /// Opens the course's thresholds; null when no course is shown.
+    /// Opens the course's thresholds; null when no course is displayed.
     ellwynd::ThresholdsSheet *openThresholds();
 
-    /// Shows the first-run steps where they are due.
+    /// Shows the welcome window when it is due.
     void showWelcomeIfDue();
-    /// Whether the program can look for updates, so that its commands and settings are shown.
-    void offerUpdates(bool offered);
+    /// Whether this build checks for updates, so that the command and the setting are shown.
+    void setUpdateChecksAvailable(bool available);
 
-    /// The settings window, made on first use.
+    /// The settings window, created on first use.
     ellwynd::SettingsWindow &settings();
 
-    /// Comes to the front.
-    /// @param activationToken the desktop's activation token; may be empty.
+    /// Shows the window in front of all others.
+    /// @param activationToken XDG activation token; may be empty.
     void activate(const QString &activationToken);
-    /// Shows that an update can be installed; an empty version takes the banner away.
+    /// Shows the banner of an available update; an empty version hides it.
     void showUpdate(const QString &version);
 
   Q_SIGNALS:
-    /// The teacher wants to enter or to leave the sample college.
+    /// The teacher asked to enter or leave the sample college.
     void sampleSwitchRequested();
     void updateCheckRequested();
 
@@ -78,7 +78,7 @@ class MainWindow : public QMainWindow {
     void connectViews();
     void updateActions();
     void showPane();
-    void restorePlace();
+    void restoreLayout();
     void showContextMenu(const QPoint &position);
     void showError(const CanvasError &error);
 
@@ -100,7 +100,7 @@ class MainWindow : public QMainWindow {
     StatusNotes *notes;
     CourseSheets *sheets;
     SettingsWindow *settingsWindow = nullptr;
-    bool updatesOffered = false;
+    bool updateChecksAvailable = false;
     std::shared_ptr<void> observing;
 };
 

@@ -25,7 +25,7 @@ ShellAlerts::ShellAlerts(AppDelegate &shell, Updater &updater, QWidget *window)
     connect(&updater, &Updater::checkFoundUpdate, this, [this](const QString &found) {
         showMessage(
             QStringLiteral("Ellwynd %1 is available.").arg(found),
-            QStringLiteral("Install it as you installed this one."));
+            QStringLiteral("Install it the same way as this version."));
     });
     connect(&updater, &Updater::checkFailed, this, [this](const QString &message) {
         showMessage(QStringLiteral("Couldn’t check for updates."), message);
@@ -42,7 +42,7 @@ void ShellAlerts::switchSampleMode() {
     auto *restart = box->addButton(qstring(samplemode::confirm), QMessageBox::AcceptRole);
     box->addButton(qstring(samplemode::cancel), QMessageBox::RejectRole);
     box->setDefaultButton(restart);
-    // Queued: what is confirmed ends the program, and the alert should have closed by then.
+    // Queued, so that the alert closes before the program quits.
     connect(
         restart, &QPushButton::clicked, &shell, &AppDelegate::switchSampleMode,
         Qt::QueuedConnection);

@@ -1,4 +1,4 @@
-// The alerts of the shell, over the main window.
+// The main window's alerts about restarts and updates.
 #pragma once
 
 #include <QObject>
@@ -10,16 +10,17 @@ namespace ellwynd {
 class AppDelegate;
 class Updater;
 
-/// Asks before the sample college is entered, and shows how what the teacher asked for ended.
+/// Asks before entering the sample college, and reports failed restarts and the results of update
+/// checks that the teacher started.
 class ShellAlerts : public QObject {
     Q_OBJECT
 
   public:
-    /// @param window owns the alerts; the other arguments must outlive it.
+    /// @param window owns this object and the alerts; the other arguments must outlive it.
     ShellAlerts(AppDelegate &shell, Updater &updater, QWidget *window);
 
   public Q_SLOTS:
-    /// Enters the sample college after asking, or leaves it.
+    /// Enters the sample college after confirmation, or leaves it.
     void switchSampleMode();
 
   private:

@@ -49,7 +49,7 @@ void StatusNotes::messageChanged(const QString &message) {
     window.statusBar()->setVisible(!message.isEmpty());
     if (!message.isEmpty())
         return;
-    // The button may be in the middle of its own signal.
+    // The button may be emitting its own signal.
     if (QPushButton *button = std::exchange(undoButton, nullptr))
         button->deleteLater();
     window.setAccessibleDescription({});

@@ -10,17 +10,17 @@ class QPushButton;
 
 namespace ellwynd {
 
-/// Shows what was done for a few seconds, to screen readers too. The status bar is there only as
-/// long as a note is.
+/// Shows a note about what was done for a few seconds and announces it to screen readers. The
+/// status bar is visible only while a note is.
 class StatusNotes : public QObject {
     Q_OBJECT
 
   public:
-    /// @param window owns the notes.
+    /// @param window owns this object.
     explicit StatusNotes(QMainWindow &window);
 
     void show(const QString &note);
-    /// Shows a note with a button that takes back what was done; it stays longer than others.
+    /// Shows a note with an Undo button, for longer than other notes.
     void showUndoable(const QString &note, std::function<void()> undo);
 
   private:

@@ -18,7 +18,7 @@ namespace ellwynd {
 
 namespace {
 
-/// How much of the class an assignment's bar fills.
+/// A bar that shows an assignment's share of the class.
 class ShareBar : public QWidget {
   public:
     ShareBar(double share, const Appearance &appearance, QWidget *parent)
@@ -74,7 +74,7 @@ InsightBand::InsightBand(const Appearance &appearance, QWidget *parent)
     row->addWidget(brief, 1);
     row->addWidget(toggle, 0, Qt::AlignTop);
     toggle->setAutoRaise(true);
-    connect(toggle, &QToolButton::clicked, this, [this] { Q_EMIT shrinkRequested(!shrunk); });
+    connect(toggle, &QToolButton::clicked, this, [this] { Q_EMIT collapseRequested(!collapsed); });
     connect(&appearance, &Appearance::appearanceDidChange, this, &InsightBand::rebuild);
     rebuild();
 }
@@ -86,8 +86,8 @@ void InsightBand::setInsight(const CourseInsight &newInsight) {
     rebuild();
 }
 
-void InsightBand::setShrunk(bool on) {
-    shrunk = on;
+void InsightBand::setCollapsed(bool on) {
+    collapsed = on;
     arrange();
 }
 
@@ -136,19 +136,19 @@ void InsightBand::rebuild() {
     arrange();
 }
 
-/// The whole band where it fits; the short line otherwise.
+/// Shows the whole band if it fits, else the one-line form.
 void InsightBand::arrange() {
-    const int room = width() - layout()->contentsMargins().left() -
+    const int available = width() - layout()->contentsMargins().left() -
         layout()->contentsMargins().right() - toggle->sizeHint().width() - layout()->spacing();
-    const bool fits = whole->minimumSizeHint().width() <= room;
-    whole->setVisible(!shrunk && fits);
-    brief->setVisible(shrunk || !fits);
+    const bool fits = whole->minimumSizeHint().width() <= available;
+    whole->setVisible(!collapsed && fits);
+    brief->setVisible(collapsed || !fits);
     toggle->setVisible(fits);
-    toggle->setText(shrunk ? QStringLiteral("▾") : QStringLiteral("▴"));
-    const QString what = shrunk ? QStringLiteral("Show the whole course insight")
-                                : QStringLiteral("Shrink the course insight to a line");
-    toggle->setToolTip(what);
-    toggle->setAccessibleName(what);
+    toggle->setText(collapsed ? QStringLiteral("▾") : QStringLiteral("▴"));
+    const QString command = collapsed ? QStringLiteral("Show the whole course insight")
+                                      : QStringLiteral("Show the course insight on one line");
+    toggle->setToolTip(command);
+    toggle->setAccessibleName(command);
 }
 
 QWidget *InsightBand::makeSection(const QString &title, QWidget *content) {

@@ -1,4 +1,4 @@
-// The band above a course's roster.
+// The course insight band above a course's roster.
 #pragma once
 
 #include "app/roster/courseinsight.h"
@@ -16,9 +16,8 @@ class Appearance;
 class ElidedLabel;
 class Sparkline;
 
-/// Two weeks of levels as lines and in words, what outreach has reached, and the work most of the
-/// class is missing. Where there is no room for all of it, or when the teacher shrinks it, one line
-/// says the same in short.
+/// Two weeks of levels as sparklines and sentences, outreach counts, and the most missed work. It
+/// is reduced to one line when it does not fit or when the teacher collapses it.
 class InsightBand : public QFrame {
     Q_OBJECT
 
@@ -26,14 +25,14 @@ class InsightBand : public QFrame {
     InsightBand(const Appearance &appearance, QWidget *parent = nullptr);
 
     void setInsight(const CourseInsight &insight);
-    void setShrunk(bool on);
+    void setCollapsed(bool on);
 
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   Q_SIGNALS:
     void missingWorkRequested();
-    /// The teacher asked for the short form, or for the whole band.
-    void shrinkRequested(bool shrunk);
+    /// The teacher asked for one line, or for the whole band.
+    void collapseRequested(bool collapsed);
 
   protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -48,7 +47,7 @@ class InsightBand : public QFrame {
 
     const Appearance &appearance;
     CourseInsight insight;
-    bool shrunk = false;
+    bool collapsed = false;
     QWidget *whole = nullptr;
     ElidedLabel *brief;
     QToolButton *toggle;

@@ -18,8 +18,8 @@
 namespace ellwynd {
 
 RosterDelegate::RosterDelegate(
-    const Appearance &appearance, const RosterFilter &rows, QTableView *table)
-    : QStyledItemDelegate(table), appearance(appearance), filter(rows), view(table) {}
+    const Appearance &appearance, const RosterFilter &filter, QTableView *view)
+    : QStyledItemDelegate(view), appearance(appearance), filter(filter), view(view) {}
 
 int RosterDelegate::horizontalPadding() const {
     return appearance.px(10);
@@ -86,9 +86,9 @@ void RosterDelegate::paint(
     case RosterModel::why: {
         const auto hover = hoveredIndex == index ? hovered : std::nullopt;
         const WhyLayout layout = layoutOf(filter.row(index), option.rect.width());
-        // A single line sits on the level's line; more begin at the top.
-        const int lower = std::max(0, (lineHeight - QFontMetrics(appearance.font()).height()) / 2);
-        layout.draw(*painter, cell.topLeft() + QPoint(0, lower), hover);
+        // The first line is aligned with the level pill.
+        const int offset = std::max(0, (lineHeight - QFontMetrics(appearance.font()).height()) / 2);
+        layout.draw(*painter, cell.topLeft() + QPoint(0, offset), hover);
         break;
     }
     default: {
@@ -122,7 +122,7 @@ bool RosterDelegate::showsFollowUpBelow(const RiskRow &row) const {
     return !compact && outcome != nullptr && !followUpWord(*outcome).empty();
 }
 
-/// The date, and below it what came of it where the student waits for a follow-up.
+/// Draws the contact's date, and below it the outcome if the student awaits follow-up.
 void RosterDelegate::drawContact(
     QPainter &painter, const QRect &cell, const OutreachOutcome &outcome) const {
     const Theme &theme = appearance.theme();

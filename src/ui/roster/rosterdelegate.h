@@ -1,4 +1,4 @@
-// How a row of the roster is drawn, and what its links do.
+// Draws the rows of a roster and handles clicks on their links.
 #pragma once
 
 #include "ui/roster/rostermodel.h"
@@ -19,11 +19,11 @@ class RosterDelegate : public QStyledItemDelegate {
     RosterDelegate(const Appearance &appearance, const RosterFilter &filter, QTableView *view);
 
     void setCompact(bool on) { compact = on; }
-    /// Folds every row again.
+    /// Hides again what `expand` showed.
     void collapseAll() { expanded.clear(); }
-    /// Shows all names of a row's missing work.
+    /// Shows the names of all missing work in a row.
     void expand(const QModelIndex &index);
-    /// The names that a row has no room for now.
+    /// How many names of missing work do not fit in a row.
     [[nodiscard]] std::size_t hiddenNames(const RiskRow &row) const;
 
     [[nodiscard]] QSize
@@ -37,13 +37,12 @@ class RosterDelegate : public QStyledItemDelegate {
         QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
         const QModelIndex &index) override;
 
-    /// The pointer has left the rows.
+    /// Call when the pointer leaves the rows.
     void clearHover();
 
   Q_SIGNALS:
     void gradesRequested(const ellwynd::RiskRow &row);
     void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);
-    /// The row's height has changed.
     void rowHeightDidChange(const QModelIndex &index);
 
   private:

@@ -27,7 +27,7 @@ RosterDesktopActions::RosterDesktopActions(
       exportFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
     connect(&actions, &RosterActions::textShouldBeCopied, this, [this](const QString &text) {
         QGuiApplication::clipboard()->setText(text);
-        Q_EMIT noteRequested(QStringLiteral("Copied. Paste it into the message that you write."));
+        Q_EMIT noteRequested(QStringLiteral("Copied. Paste it where you write your message."));
     });
     connect(&actions, &RosterActions::exportDidEnd, this, [this](const QString &fileName) {
         Q_EMIT noteRequested(QStringLiteral("Saved %1.").arg(fileName));

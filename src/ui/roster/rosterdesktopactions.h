@@ -1,4 +1,4 @@
-// Carries out on the desktop what is done with a roster.
+// Clipboard, files and browser for the actions of a roster.
 #pragma once
 
 #include "outputs/export/rosterexport.h"
@@ -17,26 +17,27 @@ class RosterActions;
 class TemplateStore;
 struct RiskRow;
 
-/// Connects the actions of the roster on screen to the desktop: texts go to the clipboard, files
-/// where the save panel says, pages to the browser.
+/// Connects the actions of the displayed roster to the desktop: text goes to the clipboard, exports
+/// to the file chosen in the save panel, URLs to the browser.
 class RosterDesktopActions : public QObject {
     Q_OBJECT
 
   public:
     using Selected = std::function<std::vector<RiskRow>()>;
 
-    /// @param selected the students that messages are about.
-    /// @param window owns this; the other arguments must outlive it.
+    /// @param selected returns the selected students, for messages.
+    /// @param window owns this object; the other arguments must outlive it.
     RosterDesktopActions(
         RosterActions &actions, const TemplateStore &templates, Selected selected, QWidget &window);
 
-    /// Offers to save the roster on screen.
+    /// Opens the save panel for the displayed roster.
     void exportRoster(ExportFormat format);
-    /// Fills a menu with one entry a template, for the students selected when it is chosen.
+    /// Fills a menu with one entry per template. An entry copies messages for the students selected
+    /// when it is chosen.
     void fillCopyMenu(QMenu *menu);
 
   Q_SIGNALS:
-    /// A note should be shown for a moment.
+    /// A note should be shown in the status bar.
     void noteRequested(const QString &note);
 
   private:
@@ -44,7 +45,7 @@ class RosterDesktopActions : public QObject {
     const TemplateStore &templates;
     Selected selected;
     QWidget &window;
-    /// Where the next roster is offered to be saved.
+    /// The folder in which the next save panel opens.
     QString exportFolder;
 };
 

@@ -15,10 +15,10 @@ namespace ellwynd {
 
 namespace {
 
-/// Left and right of everything in the header.
+/// The header's left and right margin.
 constexpr double margin = 18;
-/// What the name takes at least beside the controls.
-constexpr double titleRoom = 290;
+/// The title's minimum width when the controls are beside it.
+constexpr double minTitleWidth = 290;
 constexpr double tileSize = 36;
 
 QPushButton *button(const QString &text, const QString &tip, QWidget *parent) {
@@ -41,7 +41,7 @@ RosterHeader::RosterHeader(
       filter(new QLineEdit(this)),
       thresholds(button(
           QStringLiteral("Thresholds"),
-          QStringLiteral("What this course's students are scored with"), this)),
+          QStringLiteral("Passing score and inactivity window of this course"), this)),
       missingWork(button(
           QStringLiteral("Missing Work…"), QStringLiteral("Missing work by assignment"), this)),
       refresh(
@@ -135,11 +135,11 @@ void RosterHeader::applyAppearance() {
 }
 
 void RosterHeader::arrange() {
-    const int room = width() - 2 * appearance.px(margin);
-    const int inRow = filter->minimumWidth() + controls->spacing() + buttons->sizeHint().width();
-    const bool besideTitle = inRow + appearance.px(titleRoom) <= room;
+    const int available = width() - 2 * appearance.px(margin);
+    const int oneRow = filter->minimumWidth() + controls->spacing() + buttons->sizeHint().width();
+    const bool besideTitle = oneRow + appearance.px(minTitleWidth) <= available;
     rows->setDirection(besideTitle ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    controls->setDirection(inRow <= room ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    controls->setDirection(oneRow <= available ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
 void RosterHeader::resizeEvent(QResizeEvent *event) {

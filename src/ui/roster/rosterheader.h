@@ -15,13 +15,13 @@ class ElidedLabel;
 class UserDefaults;
 struct RosterView;
 
-/// The course's or the term's name with a line below it, the filter and the commands. They share a
-/// row, or take rows of their own where there is no room.
+/// The name of the course or term with a subtitle, the filter and the commands: in one row, or in
+/// several when the width is too small.
 class RosterHeader : public QWidget {
     Q_OBJECT
 
   public:
-    /// @param defaults where a course's icon is chosen. The arguments must outlive the header.
+    /// @param defaults hold the course's icon. The arguments must outlive the header.
     RosterHeader(const UserDefaults &defaults, const Appearance &appearance, QWidget *parent);
 
     void setRoster(const RosterView &roster);
@@ -34,7 +34,7 @@ class RosterHeader : public QWidget {
 
   Q_SIGNALS:
     void filterDidChange(const QString &typed);
-    /// The teacher goes on from the filter to who was found.
+    /// The focus should move from the filter to the table of students.
     void studentsRequested();
     void thresholdsRequested();
     void missingWorkRequested();

@@ -61,7 +61,7 @@ QString RosterModel::display(const RiskRow &row, int column) const {
     }
 }
 
-/// Columns sort so that the first click puts what worries most on top.
+/// Sorts so that the first click on a column puts the most worrying rows on top.
 QVariant RosterModel::sortValue(const RiskRow &row, int index, int column) const {
     switch (column) {
     case level:
@@ -75,7 +75,8 @@ QVariant RosterModel::sortValue(const RiskRow &row, int index, int column) const
         return row.lastActivityAt ? qlonglong(row.lastActivityAt->time_since_epoch().count())
                                   : std::numeric_limits<qlonglong>::min();
     case contacted: {
-        // Who waits for a follow-up comes first, then the longest ago; never at the end.
+        // Awaiting follow-up first, then by date with the oldest first; students never contacted
+        // last.
         const OutreachOutcome *since = outcome(row);
         if (since == nullptr)
             return std::numeric_limits<qlonglong>::max();
@@ -210,7 +211,7 @@ bool RosterFilter::filterAcceptsRow(int row, const QModelIndex &parent) const {
 bool RosterFilter::lessThan(const QModelIndex &left, const QModelIndex &right) const {
     if (QSortFilterProxyModel::lessThan(left, right))
         return true;
-    // What is equal in the column stays in the program's own order, either way round.
+    // Rows that are equal in the column keep the roster's order in both directions.
     if (QSortFilterProxyModel::lessThan(right, left))
         return false;
     return sortOrder() == Qt::AscendingOrder ? left.row() < right.row() : right.row() < left.row();

@@ -10,25 +10,26 @@
 
 namespace ellwynd {
 
-/// The rows in the program's own order, worst first.
+/// The rows in the roster's order, worst first.
 class RosterModel : public QAbstractTableModel {
     Q_OBJECT
 
   public:
     enum Column { level, student, course, why, score, missing, lastActive, contacted, columns };
-    /// What a column sorts by.
+    /// The values that a column sorts by.
     static constexpr int sortRole = Qt::UserRole;
 
     explicit RosterModel(QObject *parent = nullptr) : QAbstractTableModel(parent) {}
 
     /// @param at "now" for the days since the last activity.
     void setRoster(const RosterView &roster, Date at);
-    /// How many names of a row's missing work its view folds, for the accessible text.
+    /// Returns how many names of missing work the view hides in a row, for the accessible text. May
+    /// be empty.
     std::function<std::size_t(const RiskRow &)> hiddenNames;
     [[nodiscard]] const RiskRow &row(int index) const { return rows[std::size_t(index)]; }
-    /// Null for a student who did not move.
+    /// The student's movement; null for none.
     [[nodiscard]] const RosterChange *change(const RiskRow &row) const;
-    /// Null for a student never written to.
+    /// The outcome of the student's last contact; null for none.
     [[nodiscard]] const OutreachOutcome *outcome(const RiskRow &row) const;
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
@@ -49,14 +50,14 @@ class RosterModel : public QAbstractTableModel {
     Date now;
 };
 
-/// The rows that hold the typed words, in the order of the chosen column.
+/// The rows that contain the typed words, sorted by the chosen column.
 class RosterFilter : public QSortFilterProxyModel {
     Q_OBJECT
 
   public:
     explicit RosterFilter(QObject *parent = nullptr);
 
-    /// A row stays when every word is found in its name, course, level or reasons.
+    /// Accepts the rows in which every word occurs in the name, course, level or reasons.
     void setWords(const QString &typed);
 
     [[nodiscard]] const RosterModel &roster() const;

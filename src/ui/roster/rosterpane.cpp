@@ -21,7 +21,7 @@ namespace ellwynd {
 
 namespace {
 
-/// What is shown in the table's place; empty where the table is shown.
+/// The message shown instead of the table; empty when the table is shown.
 QString messageFor(const RosterView &roster) {
     using State = RosterView::State;
     switch (roster.state) {
@@ -107,8 +107,9 @@ void RosterPane::connectViews() {
     connect(header, &RosterHeader::missingWorkRequested, this, &RosterPane::missingWorkRequested);
     connect(header, &RosterHeader::refreshRequested, this, &RosterPane::refreshRequested);
     connect(insight, &InsightBand::missingWorkRequested, this, &RosterPane::missingWorkRequested);
-    connect(insight, &InsightBand::shrinkRequested, this, [this](bool small) {
-        defaults.set(preferences::courseInsightPanelMode, std::string(small ? "small" : "shown"));
+    connect(insight, &InsightBand::collapseRequested, this, [this](bool collapsed) {
+        defaults.set(
+            preferences::courseInsightPanelMode, std::string(collapsed ? "small" : "shown"));
     });
     connect(connectButton, &QPushButton::clicked, this, &RosterPane::connectionRequested);
     connect(students, &QWidget::customContextMenuRequested, this, [this](const QPoint &position) {
@@ -132,7 +133,7 @@ void RosterPane::focusFilter() {
     header->focusFilter();
 }
 
-/// From the filter on to who was found.
+/// Moves the focus to the table, which selects its first row if none is selected.
 void RosterPane::focusStudents() {
     if (students->shownCount() == 0)
         return;
@@ -159,7 +160,7 @@ void RosterPane::applyAppearance() {
 
 void RosterPane::showRoster() {
     const RosterView &roster = controller.roster();
-    // By what is selected, since two courses may have one title.
+    // Compares selections, since two courses may have the same title.
     if (std::exchange(filtered, controller.selection()) != controller.selection())
         header->clearFilter();
     header->setRoster(roster);
@@ -183,10 +184,10 @@ void RosterPane::showInsight() {
     insightFrame->setVisible(wanted);
     if (wanted)
         insight->setInsight(*roster.insight);
-    insight->setShrunk(mode == "small");
+    insight->setCollapsed(mode == "small");
 }
 
-/// How far a load is: courses of a term one by one, a single course without a measure.
+/// Shows how many of a term's courses are loaded; the progress of a single course is indeterminate.
 void RosterPane::showProgress() {
     const RosterView &roster = controller.roster();
     progress->setVisible(roster.state == RosterView::State::loading);
@@ -211,9 +212,9 @@ void RosterPane::showCount() {
     if (controller.isLoading())
         text += QStringLiteral(" · refreshing…");
     header->setSubtitle(text);
-    const QString remembered = qstring(rememberedLine(roster));
-    movement->setFullText(remembered);
-    movement->setVisible(!remembered.isEmpty());
+    const QString line = qstring(rememberedLine(roster));
+    movement->setFullText(line);
+    movement->setVisible(!line.isEmpty());
 }
 
 } // namespace ellwynd

@@ -1,4 +1,4 @@
-// The middle of the window: a course's or a term's heading and its students.
+// The roster in the middle of the main window.
 #pragma once
 
 #include "app/courses/courseselection.h"
@@ -20,8 +20,8 @@ class InsightBand;
 class MainWindowController;
 class RosterHeader;
 
-/// Shows the controller's roster: its heading, what is remembered of it, and the students, or why
-/// there are none.
+/// Shows the controller's roster: its heading, movement and insight, and the students, or a message
+/// when there are none.
 class RosterPane : public QWidget {
     Q_OBJECT
 
@@ -65,7 +65,7 @@ class RosterPane : public QWidget {
     InsightBand *insight;
     QWidget *insightFrame;
     RosterTable *students;
-    /// What the filter was typed for.
+    /// The selection for which the filter was typed.
     std::optional<Selection> filtered;
     std::shared_ptr<void> observing;
 };

@@ -40,7 +40,7 @@ RosterTable::RosterTable(const Appearance &appearance, QWidget *parent)
     horizontalHeader()->setTextElideMode(Qt::ElideRight);
     setColumnHidden(RosterModel::course, true);
 
-    // Row heights follow the width of one column, so they wait until the widths have settled.
+    // Row heights depend on a column's width, so they are computed after all width changes.
     rowSizing.setSingleShot(true);
     rowSizing.setInterval(0);
     connect(&rowSizing, &QTimer::timeout, this, &RosterTable::sizeRows);
@@ -128,7 +128,7 @@ void RosterTable::sortClicked(int column) {
         header->setSortIndicator(column, order);
         filter->sort(column, order);
     }
-    // The arrow beside the heading takes its room from the reasons.
+    // The "Why" column makes room for the sort arrow.
     const int missing = horizontalHeader()->sectionSizeHint(column) - columnWidth(column);
     if (missing > 0 && column != RosterModel::why) {
         setColumnWidth(column, columnWidth(column) + missing);
@@ -136,11 +136,11 @@ void RosterTable::sortClicked(int column) {
     }
 }
 
-/// Every column takes what its texts need, within reason; "Why" takes the rest.
+/// Gives every column the width of its contents, up to a limit, and "Why" the rest.
 void RosterTable::sizeColumns() {
     struct Limit {
         int column;
-        double widest;
+        double maxWidth;
     };
     constexpr Limit limits[] = {{RosterModel::level, 130},    {RosterModel::student, 150},
                                 {RosterModel::course, 130},   {RosterModel::score, 110},
@@ -149,7 +149,7 @@ void RosterTable::sizeColumns() {
     const QFontMetrics bold(appearance.font(1, QFont::DemiBold));
     const QFontMetrics regular(appearance.font());
     int taken = 0;
-    for (const auto [column, widest] : limits) {
+    for (const auto [column, maxWidth] : limits) {
         if (isColumnHidden(column))
             continue;
         const QFontMetrics &metrics = column == RosterModel::student ? bold : regular;
@@ -163,19 +163,19 @@ void RosterTable::sizeColumns() {
             const int padding = appearance.px(column == RosterModel::level ? 52 : 21);
             width = std::max(width, metrics.horizontalAdvance(text) + padding);
         }
-        width = std::min(width, appearance.px(widest));
+        width = std::min(width, appearance.px(maxWidth));
         if (column == RosterModel::course)
             width = std::min(width, viewport()->width() / 6);
         setColumnWidth(column, width);
         taken += width;
     }
-    // Where the window is narrow, names are cut first; then, what does not fit is scrolled to.
-    const int narrowest = std::min(appearance.px(200), viewport()->width() / 2);
+    // In a narrow window names shrink first; after that the table scrolls.
+    const int minWhyWidth = std::min(appearance.px(200), viewport()->width() / 2);
     const int names = columnWidth(RosterModel::student);
     const int cut = std::clamp(
-        narrowest + taken - viewport()->width(), 0, std::max(0, names - appearance.px(90)));
+        minWhyWidth + taken - viewport()->width(), 0, std::max(0, names - appearance.px(90)));
     setColumnWidth(RosterModel::student, names - cut);
-    setColumnWidth(RosterModel::why, std::max(narrowest, viewport()->width() - taken + cut));
+    setColumnWidth(RosterModel::why, std::max(minWhyWidth, viewport()->width() - taken + cut));
 }
 
 void RosterTable::sizeRows() {
@@ -210,7 +210,7 @@ void RosterTable::selectionChanged(
         Q_EMIT selectionDidChange();
 }
 
-/// Rows are the unit: left and right have nowhere to go, Home and End are the first and last row.
+/// The cursor moves by rows: Left and Right do nothing; Home and End go to the first and last row.
 QModelIndex RosterTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
     if (action == MoveLeft || action == MoveRight)
         return currentIndex();

@@ -13,22 +13,22 @@ namespace ellwynd {
 class Appearance;
 class RosterDelegate;
 
-/// Rows worst first until a heading is clicked; a third click on it brings that order back. Keeps
-/// the selected students through new rows of the same roster.
+/// Shows rows worst first until a heading is clicked; a third click on it restores that order. New
+/// rows keep the selected students.
 class RosterTable : public QTableView {
     Q_OBJECT
 
   public:
     RosterTable(const Appearance &appearance, QWidget *parent = nullptr);
 
-    /// The course of each row shows in the roster of a term.
+    /// Shows the roster; the course column only for a term. @param now for "last active".
     void setRoster(const RosterView &roster, Date now);
     void setFilter(const QString &typed);
     void setCompact(bool on);
 
     /// The selected rows, from top to bottom.
     [[nodiscard]] std::vector<RiskRow> selectedRows() const;
-    /// Selects exactly these students, as far as they are shown, and scrolls to the first.
+    /// Selects exactly those of these students who are shown, and scrolls to the first.
     void selectStudents(const std::set<StudentKey> &students);
     [[nodiscard]] int shownCount() const { return filter->rowCount(); }
 
@@ -40,7 +40,7 @@ class RosterTable : public QTableView {
   protected:
     void resizeEvent(QResizeEvent *event) override;
     void leaveEvent(QEvent *event) override;
-    /// Return shows all missing work of the current row.
+    /// Return expands the current row.
     void keyPressEvent(QKeyEvent *event) override;
     void
     selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;

@@ -16,7 +16,7 @@ namespace {
 
 const QString separator = QStringLiteral(", ");
 
-/// A name inside one line of text.
+/// A name without line breaks and control characters.
 QString inLine(const std::string &name) {
     QString text = qstring(name);
     for (QChar &c : text) {
@@ -42,9 +42,9 @@ WhyLayout::WhyLayout(const RiskRow &row, int width, Form form, const Appearance 
     lay(width);
 }
 
-void WhyLayout::append(const QString &piece, WhyTarget target, bool plain) {
-    spans.push_back({int(text.size()), int(piece.size()), std::move(target), plain});
-    text += piece;
+void WhyLayout::append(const QString &label, WhyTarget target, bool plain) {
+    spans.push_back({int(text.size()), int(label.size()), std::move(target), plain});
+    text += label;
 }
 
 void WhyLayout::addSentences(const RiskRow &row) {
@@ -58,7 +58,7 @@ void WhyLayout::addSentences(const RiskRow &row) {
     }
 }
 
-/// As many names as fit on one line, and a link for the rest.
+/// Adds as many names as fit on one line, and a link for the rest.
 void WhyLayout::addLinks(const std::vector<AssignmentRef> &missing, int width, bool all) {
     if (missing.empty())
         return;
@@ -70,14 +70,14 @@ void WhyLayout::addLinks(const std::vector<AssignmentRef> &missing, int width, b
         QString name = inLine(missing[i].name);
         const QString more = qstring(moreText(hidden + 1));
         if (!all) {
-            // The first name is shortened to fit; of the others, those go behind the last link that
-            // would leave no room for it.
+            // The first name is elided to fit. Others are added while the "more" link still fits
+            // after them.
             const QString tail = hidden > 0 ? separator + qstring(moreText(hidden)) : QString();
             const QString line = text.mid(lineStart);
-            const int room = width - metrics.horizontalAdvance(tail);
+            const int available = width - metrics.horizontalAdvance(tail);
             if (i == 0) {
-                name = metrics.elidedText(name, Qt::ElideRight, room);
-            } else if (metrics.horizontalAdvance(line + separator + name) > room) {
+                name = metrics.elidedText(name, Qt::ElideRight, available);
+            } else if (metrics.horizontalAdvance(line + separator + name) > available) {
                 text += separator;
                 append(more, ShowMore{hidden + 1}, false);
                 return;

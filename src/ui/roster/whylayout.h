@@ -1,4 +1,4 @@
-// The "Why" cell: sentences, then the names of missing work as links.
+// The layout of a "Why" cell: sentences, then the names of missing work as links.
 #pragma once
 
 #include "risk/riskrow.h"
@@ -15,19 +15,19 @@ namespace ellwynd {
 
 class Appearance;
 
-/// The link that shows the names which a row has no room for.
+/// The link that shows the hidden names.
 struct ShowMore {
-    /// The names that are not shown.
+    /// How many names are hidden.
     std::size_t hidden = 0;
 
     bool operator==(const ShowMore &) const = default;
 };
 
-/// What a click in the cell asks for.
+/// What a click in the cell opens.
 using WhyTarget = std::variant<GradesTarget, AssignmentRef, ShowMore>;
 
-/// One row's reasons laid out for a width. A compact row holds its first sentence alone, on one
-/// line; an expanded one the names of all its missing work.
+/// One row's reasons laid out for a width. A compact row has only the first sentence, on one line;
+/// an expanded row has the names of all missing work.
 class WhyLayout {
   public:
     enum class Form { compact, normal, expanded };
@@ -35,10 +35,10 @@ class WhyLayout {
     WhyLayout(const RiskRow &row, int width, Form form, const Appearance &appearance);
 
     [[nodiscard]] int height() const;
-    /// The names behind the link that shows more; 0 where there is none.
+    /// How many names the "more" link hides; 0 without such a link.
     [[nodiscard]] std::size_t hiddenNames() const;
     void draw(QPainter &painter, QPoint topLeft, const std::optional<WhyTarget> &hovered) const;
-    /// What lies under a point of the cell.
+    /// The link at a point of the cell; absent for none.
     [[nodiscard]] std::optional<WhyTarget> targetAt(QPoint point) const;
 
   private:
@@ -46,13 +46,13 @@ class WhyLayout {
         int start;
         int length;
         WhyTarget target;
-        /// Whether it looks like a link before the pointer is on it.
+        /// Drawn as a link only while the pointer is over it.
         bool plain;
     };
 
     void addSentences(const RiskRow &row);
     void addLinks(const std::vector<AssignmentRef> &missing, int width, bool all);
-    void append(const QString &piece, WhyTarget target, bool plain);
+    void append(const QString &label, WhyTarget target, bool plain);
     void lay(int width);
 
     const Appearance &appearance;

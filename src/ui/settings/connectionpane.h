@@ -12,19 +12,19 @@ namespace ellwynd {
 class ConnectionCheck;
 class ConnectionForm;
 
-/// The Canvas address and its token: tested, saved, or forgotten.
+/// Tests, saves or deletes the Canvas address and its token.
 class ConnectionPane : public SettingsPane {
     Q_OBJECT
 
   public:
     ConnectionPane(UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance);
 
-    /// Shows what is saved; asks the secret store.
+    /// Shows what is saved; reads the secret store.
     void reload();
 
   Q_SIGNALS:
     void connectionDidChange();
-    /// A screen reader should say this now.
+    /// Screen readers should announce this text.
     void announcementRequested(const QString &text);
 
   protected:
@@ -32,7 +32,7 @@ class ConnectionPane : public SettingsPane {
 
   private:
     QCoro::Task<> test();
-    /// Stops a test under way; its result is not shown.
+    /// Stops a running test; its outcome is not shown.
     void stopTest();
     void save();
     void signOut();

@@ -14,7 +14,7 @@ namespace ellwynd {
 
 namespace {
 
-/// The words that a preference takes, each shown with a capital letter.
+/// A combo box of a preference's choices, capitalised.
 QComboBox *choices(const PreferenceKey<std::string> &key) {
     auto *box = new QComboBox;
     for (const std::string_view choice : key.row->choices) {
@@ -44,13 +44,13 @@ GeneralPane::GeneralPane(UserDefaults &defaults, const Appearance &appearance)
       textSize(new QSpinBox),
       terms(new QSpinBox),
       compactRows(new QCheckBox(QStringLiteral("One line per student in the roster"))),
-      updates(new QCheckBox(QStringLiteral("Look for updates once a day"))) {
+      updates(new QCheckBox(QStringLiteral("Check for updates once a day"))) {
     const NumberRange &scale = preferences::textScale.row->range;
     textSize->setRange(toPercent(scale.minimum), toPercent(scale.maximum));
     textSize->setSingleStep(toPercent(scale.step));
     textSize->setSuffix(QStringLiteral(" %"));
     textSize->setKeyboardTracking(false);
-    // More than anybody has; the preference itself has no upper limit.
+    // A practical limit; the preference itself has none.
     constexpr int manyTerms = 99;
     terms->setRange(int(preferences::sidebarTermLimit.row->range.minimum), manyTerms);
     terms->setSpecialValueText(QStringLiteral("All"));
@@ -85,13 +85,13 @@ GeneralPane::GeneralPane(UserDefaults &defaults, const Appearance &appearance)
     connect(updates, &QCheckBox::toggled, this, [this](bool on) {
         this->defaults.set(preferences::automaticUpdateChecks, on);
     });
-    offerUpdates(false);
+    setUpdateChecksAvailable(false);
     GeneralPane::showPreferences();
 }
 
-void GeneralPane::offerUpdates(bool offered) {
-    updates->setVisible(offered);
-    updatesLabel->setVisible(offered);
+void GeneralPane::setUpdateChecksAvailable(bool available) {
+    updates->setVisible(available);
+    updatesLabel->setVisible(available);
 }
 
 void GeneralPane::showPreferences() {

@@ -16,8 +16,8 @@ class GeneralPane : public SettingsPane {
   public:
     GeneralPane(UserDefaults &defaults, const Appearance &appearance);
 
-    /// Whether the program can look for updates, so that there is something to choose about them.
-    void offerUpdates(bool offered);
+    /// Whether this build checks for updates, so that the setting is shown.
+    void setUpdateChecksAvailable(bool available);
 
   protected:
     void showPreferences() override;

@@ -35,14 +35,14 @@ MessagesPane::MessagesPane(
       store(store),
       editor(new TemplateEditor(std::move(student), appearance)) {
     addNote(QStringLiteral(
-        "What you copy for the students you choose in a roster. Nothing is sent from here."));
+        "Templates of the messages that you copy for students. Ellwynd does not send them."));
     addWidget(makeList());
     addWidget(makeUndoBar());
     addWidget(editor);
 
-    constexpr int pauseInWriting = 400;
+    constexpr int saveDelay = 400;
     saveSoon.setSingleShot(true);
-    saveSoon.setInterval(pauseInWriting);
+    saveSoon.setInterval(saveDelay);
     connect(&saveSoon, &QTimer::timeout, this, &MessagesPane::save);
     connect(editor, &TemplateEditor::saveRequested, this, &MessagesPane::save);
     connect(editor, &TemplateEditor::templateDidChange, this, [this] {
@@ -56,7 +56,7 @@ MessagesPane::MessagesPane(
         showChosen();
     });
     connect(&store, &TemplateStore::templatesDidChange, this, &MessagesPane::showTemplates);
-    // The fields have an undo of their own while the cursor is in them.
+    // A focused text field handles the key itself.
     auto *undoKey = new QShortcut(QKeySequence::Undo, this);
     undoKey->setContext(Qt::WidgetWithChildrenShortcut);
     connect(undoKey, &QShortcut::activated, this, &MessagesPane::undo);
@@ -87,7 +87,7 @@ QWidget *MessagesPane::makeList() {
     deleteButton = new QPushButton(QStringLiteral("Delete"));
     auto *restoreButton = new QPushButton(QStringLiteral("Restore Defaults"));
     restoreButton->setToolTip(
-        QStringLiteral("Bring the shipped templates back in place of those that have their names"));
+        QStringLiteral("Restore the three original templates, replacing those with their names"));
     auto *area = new QWidget;
     auto *row = new QHBoxLayout(area);
     row->setContentsMargins(0, 0, 0, 0);
@@ -122,15 +122,14 @@ QWidget *MessagesPane::makeUndoBar() {
 
 // ---- What is shown -----------------------------------------------------------------------------
 
-/// Brings the list in step with the store. Where the chosen template is gone, its neighbour is
-/// chosen.
+/// Updates the list from the store. If the chosen template is gone, the one in its place is chosen.
 void MessagesPane::showTemplates() {
     const std::vector<MessageTemplate> &templates = store.templates();
-    bool sameOnes = std::size_t(list->count()) == templates.size();
-    for (std::size_t i = 0; sameOnes && i < templates.size(); ++i)
-        sameOnes = idAt(int(i)) == templates[i].id;
+    bool sameIDs = std::size_t(list->count()) == templates.size();
+    for (std::size_t i = 0; sameIDs && i < templates.size(); ++i)
+        sameIDs = idAt(int(i)) == templates[i].id;
     const QSignalBlocker quiet(list);
-    if (!sameOnes) {
+    if (!sameIDs) {
         const std::string keep = chosen();
         const int row = list->currentRow();
         list->clear();
@@ -149,7 +148,7 @@ void MessagesPane::showChosen() {
     duplicateButton->setEnabled(message != nullptr);
     deleteButton->setEnabled(message != nullptr);
     const std::string id = message != nullptr ? message->id : std::string();
-    // Words on their way to the file stay.
+    // Keep unsaved edits.
     if (edited && id == shown)
         return;
     shown = id;
@@ -209,7 +208,7 @@ void MessagesPane::removeChosen() {
     if (message == nullptr)
         return;
     const QString text = QStringLiteral("Deleted “%1”.").arg(itemText(message->name));
-    canUndo(text, store.remove(message->id));
+    addUndo(text, store.remove(message->id));
     if (list->count() > 0)
         list->setFocus();
     else
@@ -218,10 +217,10 @@ void MessagesPane::removeChosen() {
 
 void MessagesPane::restoreDefaults() {
     save();
-    canUndo(QStringLiteral("Restored the default templates."), store.restoreDefaults());
+    addUndo(QStringLiteral("Restored the default templates."), store.restoreDefaults());
 }
 
-void MessagesPane::canUndo(const QString &text, TemplateStore::Removal removal) {
+void MessagesPane::addUndo(const QString &text, TemplateStore::Removal removal) {
     undoables.push_back({text, std::move(removal)});
     showUndoBar();
 }

@@ -14,20 +14,20 @@ namespace ellwynd {
 
 class ElidedLabel;
 
-/// The message templates: a list of them, the chosen one's words, and what they become. Words are
-/// saved a moment after they are written, and whenever the teacher turns elsewhere; what is deleted
-/// or replaced can be put back.
+/// The list of message templates and an editor with a preview of the chosen one. Edits are saved
+/// after a short pause, and when the focus moves or the pane is hidden or destroyed. Deleting and
+/// restoring can be undone.
 class MessagesPane : public SettingsPane {
     Q_OBJECT
 
   public:
-    /// @param store outlives the pane, which saves the last words as it goes.
+    /// @param store must outlive the pane, which saves unsaved edits when destroyed.
     MessagesPane(
         UserDefaults &defaults, TemplateStore &store, PreviewSource student,
         const Appearance &appearance);
     ~MessagesPane() override;
 
-    /// Shows the preview for the student who is there now.
+    /// Shows the preview for the student returned by `PreviewSource`.
     void refreshPreview() { editor->refreshPreview(); }
 
   protected:
@@ -54,7 +54,7 @@ class MessagesPane : public SettingsPane {
     void duplicate();
     void removeChosen();
     void restoreDefaults();
-    void canUndo(const QString &text, TemplateStore::Removal removal);
+    void addUndo(const QString &text, TemplateStore::Removal removal);
     void undo();
     void showUndoBar();
 
@@ -67,8 +67,9 @@ class MessagesPane : public SettingsPane {
     ElidedLabel *undoText;
     QPushButton *undoButton;
     TemplateEditor *editor;
-    /// Whose words the editor shows, and whether they differ from the saved ones.
+    /// The id of the template in the editor; empty for none.
     std::string shown;
+    /// The editor has unsaved edits.
     bool edited = false;
     QTimer saveSoon;
     std::vector<Undoable> undoables;

@@ -15,12 +15,13 @@ NotificationsPane::NotificationsPane(
     UserDefaults &defaults, UserNotifications &notifications, const Appearance &appearance)
     : SettingsPane(QStringLiteral("Notifications"), defaults, appearance),
       notifications(notifications),
-      enabled(new QCheckBox(QStringLiteral("Tell me when students newly need attention"))),
+      enabled(new QCheckBox(QStringLiteral("Notify me when students newly need attention"))),
       whileActive(new QCheckBox(QStringLiteral("Also while Ellwynd is in front"))),
       turnedOff(plainLabel(nullptr, true)) {
-    addNote(QStringLiteral(
-        "A notice says how many students and which courses, never a student's name. Each student "
-        "is mentioned once, until you open their course. There is no sound."));
+    addNote(
+        QStringLiteral("A notice shows how many students in which courses, never a student's name. "
+                       "Each student is "
+                       "mentioned only once until you open their course. Notices make no sound."));
     addWidget(enabled);
     addWidget(whileActive);
     turnedOff->setProperty("attention", true);
@@ -46,7 +47,7 @@ void NotificationsPane::showPreferences() {
     whileActive->setEnabled(enabled->isChecked());
 }
 
-void NotificationsPane::askSystem() {
+void NotificationsPane::queryAuthorization() {
     notifications.authorizationStatus([self = QPointer(this)](
                                           UserNotifications::AuthorizationStatus status) {
         if (self)
@@ -56,14 +57,14 @@ void NotificationsPane::askSystem() {
 
 void NotificationsPane::showEvent(QShowEvent *event) {
     SettingsPane::showEvent(event);
-    askSystem();
+    queryAuthorization();
 }
 
 void NotificationsPane::changeEvent(QEvent *event) {
     SettingsPane::changeEvent(event);
-    // The teacher may come back from the system's own settings.
+    // The teacher may have changed the system's settings meanwhile.
     if (event->type() == QEvent::ActivationChange && isVisible() && isActiveWindow())
-        askSystem();
+        queryAuthorization();
 }
 
 } // namespace ellwynd

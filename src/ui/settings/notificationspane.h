@@ -9,8 +9,8 @@ namespace ellwynd {
 
 class UserNotifications;
 
-/// Whether and when the teacher is notified of students who newly do worse. Asks the system whether
-/// it shows notices each time the pane comes into view.
+/// Whether and when the teacher is notified of students who newly do worse. Each time the pane
+/// comes into view, it asks the system whether notices are allowed.
 class NotificationsPane : public SettingsPane {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ class NotificationsPane : public SettingsPane {
     void changeEvent(QEvent *event) override;
 
   private:
-    void askSystem();
+    void queryAuthorization();
 
     UserNotifications &notifications;
     QCheckBox *enabled;

@@ -15,7 +15,7 @@ namespace ellwynd {
 
 namespace {
 
-/// What is remembered and the button that forgets it, on one line.
+/// A status line with the button that deletes what it describes.
 QWidget *statusRow(QLabel *line, QPushButton *button) {
     auto *widget = new QWidget;
     auto *row = new QHBoxLayout(widget);
@@ -45,14 +45,15 @@ PrivacyPane::PrivacyPane(UserDefaults &defaults, Stores &stores, const Appearanc
     deleteContacts->setAccessibleName(QStringLiteral("Delete the history of contacts"));
     addNote(QStringLiteral(
         "Names, grades and submissions are never written to this computer's disk. Ids, levels and "
-        "dates are, for a year at most, so that the next visit can say what changed."));
+        "dates are kept for up to a year, so that Ellwynd can show what changed since your last "
+        "visit."));
     addWidget(rememberHistory);
     addWidget(statusRow(historyLine, deleteHistory));
     addWidget(rememberContacts);
     addWidget(statusRow(contactsLine, deleteContacts));
     addNote(QStringLiteral("Switching one off deletes what it has recorded."));
 
-    // The stores follow these preferences and forget on their own.
+    // The stores observe these preferences and delete their data themselves.
     connect(rememberHistory, &QCheckBox::toggled, this, [this](bool on) {
         this->defaults.set(preferences::rememberRosterHistory, on);
     });

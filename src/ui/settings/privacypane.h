@@ -10,7 +10,7 @@ namespace ellwynd {
 
 struct Stores;
 
-/// What is remembered of students between visits, and how to have it forgotten.
+/// Switches for what is remembered of students between visits, and buttons that delete it.
 class PrivacyPane : public SettingsPane {
     Q_OBJECT
 

@@ -37,12 +37,12 @@ QLabel *SettingsPane::addRow(const QString &label, QWidget *control, const QStri
     if (control->accessibleName().isEmpty())
         control->setAccessibleName(label);
     labels.push_back(name);
-    // The controls of a pane begin on one line.
-    int widest = 0;
+    // Align the controls of all rows.
+    int maxWidth = 0;
     for (const QLabel *each : labels)
-        widest = std::max(widest, each->sizeHint().width());
+        maxWidth = std::max(maxWidth, each->sizeHint().width());
     for (QLabel *each : labels)
-        each->setMinimumWidth(widest);
+        each->setMinimumWidth(maxWidth);
     auto *row = new QHBoxLayout;
     row->addWidget(name);
     row->addWidget(control);

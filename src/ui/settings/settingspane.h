@@ -1,4 +1,4 @@
-// What every pane of the settings window is made of.
+// The base of every pane of the settings window.
 #pragma once
 
 #include "preferences/userdefaults.h"
@@ -12,8 +12,8 @@ namespace ellwynd {
 
 class Appearance;
 
-/// A pane with a heading and rows of a label and its control. It shows the preferences as they are
-/// now, whoever changed them.
+/// A pane with a heading and rows of a label and a control. It follows every change of a
+/// preference.
 class SettingsPane : public QWidget {
     Q_OBJECT
 
@@ -21,11 +21,12 @@ class SettingsPane : public QWidget {
     SettingsPane(const QString &title, UserDefaults &defaults, const Appearance &appearance);
 
   protected:
-    /// Sets every control from the preferences; a pane calls it once it is made, and after every
-    /// change of a preference it is called again.
+    /// Sets every control from the preferences. Subclasses call it at the end of their constructor;
+    /// it is called again after every change of a preference.
     virtual void showPreferences() = 0;
 
-    /// A label with its control; the label also names the control where it has no name of its own.
+    /// Adds a label with its control. The label is also the control's accessible name if it has
+    /// none.
     QLabel *addRow(const QString &label, QWidget *control, const QString &unit = {});
     QLabel *addNote(const QString &text);
     void addWidget(QWidget *widget);

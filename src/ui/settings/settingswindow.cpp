@@ -20,8 +20,8 @@
 namespace ellwynd {
 
 SettingsWindow::SettingsWindow(
-    UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &service,
-    UserNotifications &system, PreviewSource previewStudent, const Appearance &appearance,
+    UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &syncService,
+    UserNotifications &notifications, PreviewSource previewStudent, const Appearance &appearance,
     QWidget *parent)
     : QDialog(parent),
       appearance(appearance),
@@ -46,12 +46,14 @@ SettingsWindow::SettingsWindow(
     addPage(QStringLiteral("Connection"), connectionPane);
     addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, appearance));
     addPage(QStringLiteral("Messages"), messagesPane);
-    addPage(QStringLiteral("Notifications"), new NotificationsPane(defaults, system, appearance));
+    addPage(
+        QStringLiteral("Notifications"),
+        new NotificationsPane(defaults, notifications, appearance));
     addPage(
         QStringLiteral("Widgets"),
         new WidgetsPane(defaults, appearance, &WidgetsPane::startDetached));
     addPage(QStringLiteral("Privacy"), new PrivacyPane(defaults, stores, appearance));
-    addPage(QStringLiteral("Sync"), new SyncPane(defaults, service, appearance));
+    addPage(QStringLiteral("Sync"), new SyncPane(defaults, syncService, appearance));
     pages->setCurrentRow(general);
     connect(
         connectionPane, &ConnectionPane::connectionDidChange, this,
@@ -64,8 +66,8 @@ SettingsWindow::SettingsWindow(
     resize(appearance.px(800), appearance.px(640));
 }
 
-void SettingsWindow::offerUpdates(bool offered) {
-    generalPane->offerUpdates(offered);
+void SettingsWindow::setUpdateChecksAvailable(bool available) {
+    generalPane->setUpdateChecksAvailable(available);
 }
 
 void SettingsWindow::refreshPreview() {
@@ -85,12 +87,12 @@ void SettingsWindow::addPage(const QString &title, QWidget *pane) {
 
 void SettingsWindow::applyAppearance() {
     const QFontMetrics metrics(appearance.font());
-    int widest = 0;
+    int maxWidth = 0;
     for (int i = 0; i < pages->count(); ++i) {
-        widest = std::max(widest, metrics.horizontalAdvance(pages->item(i)->text()));
+        maxWidth = std::max(maxWidth, metrics.horizontalAdvance(pages->item(i)->text()));
         pages->item(i)->setSizeHint({0, appearance.px(32)});
     }
-    pages->setFixedWidth(widest + appearance.px(44));
+    pages->setFixedWidth(maxWidth + appearance.px(44));
 }
 
 void SettingsWindow::open(Page page) {

@@ -20,7 +20,7 @@ class SyncService;
 class UserNotifications;
 struct Stores;
 
-/// Panes by name at the left, the chosen one at the right. Every change takes effect at once.
+/// A list of panes with the chosen one beside it. Every change takes effect at once.
 class SettingsWindow : public QDialog {
     Q_OBJECT
 
@@ -37,14 +37,14 @@ class SettingsWindow : public QDialog {
     };
 
     SettingsWindow(
-        UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &service,
+        UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &syncService,
         UserNotifications &notifications, PreviewSource previewStudent,
         const Appearance &appearance, QWidget *parent = nullptr);
 
     void open(Page page);
-    /// Whether there is something to choose about updates.
-    void offerUpdates(bool offered);
-    /// The student of the preview may be another one now.
+    /// Whether this build checks for updates, so that the setting is shown.
+    void setUpdateChecksAvailable(bool available);
+    /// Call when the student of the message preview may have changed.
     void refreshPreview();
 
   Q_SIGNALS:

@@ -17,12 +17,12 @@ namespace ellwynd {
 SyncPane::SyncPane(UserDefaults &defaults, SyncService &service, const Appearance &appearance)
     : SettingsPane(QStringLiteral("Sync"), defaults, appearance),
       service(service),
-      enabled(new QCheckBox(QStringLiteral("Keep settings in step on all my computers"))),
+      enabled(new QCheckBox(QStringLiteral("Sync settings between my computers"))),
       folder(new QLineEdit),
       remove(new QPushButton(QStringLiteral("Remove Synced Settings"))) {
     addNote(QStringLiteral(
-        "Thresholds, appearance and the Canvas address follow you. Your token, students and grades "
-        "never do."));
+        "Thresholds, appearance and the Canvas address are synced. Your token, students and grades "
+        "never are."));
     addWidget(enabled);
     folder->setReadOnly(true);
     folder->setAccessibleName(QStringLiteral("Synced folder"));
@@ -36,7 +36,7 @@ SyncPane::SyncPane(UserDefaults &defaults, SyncService &service, const Appearanc
     addWidget(line);
     status = addNote({});
     remove->setToolTip(
-        QStringLiteral("Take these settings out of the folder; this computer keeps them"));
+        QStringLiteral("Delete the settings from the folder; this computer keeps its own"));
     remove->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     for (QPushButton *button : {choose, remove})
         button->setAutoDefault(false);
@@ -56,7 +56,7 @@ SyncPane::SyncPane(UserDefaults &defaults, SyncService &service, const Appearanc
 
 void SyncPane::chooseFolder() {
     const QString chosen = QFileDialog::getExistingDirectory(
-        this, QStringLiteral("Choose a folder that your sync service keeps in step"));
+        this, QStringLiteral("Choose a folder that your sync service synchronizes"));
     if (!chosen.isEmpty())
         defaults.set(
             preferences::cloudStoreFolder, (chosen + QStringLiteral("/Ellwynd")).toStdString());

@@ -11,7 +11,7 @@ namespace ellwynd {
 
 class SyncService;
 
-/// Whether settings follow the teacher, and through which folder.
+/// Whether settings are synced, and through which folder.
 class SyncPane : public SettingsPane {
     Q_OBJECT
 

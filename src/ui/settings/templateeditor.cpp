@@ -16,7 +16,7 @@ namespace ellwynd {
 
 namespace {
 
-/// Stands in while no roster is on screen.
+/// The student of the preview while no roster is displayed.
 PreviewStudent inventedStudent() {
     constexpr double score = 64;
     constexpr double passing = 70;
@@ -52,7 +52,7 @@ TemplateEditor::TemplateEditor(PreviewSource student, const Appearance &appearan
     preview->setTabChangesFocus(true);
     preview->setReadOnly(true);
     preview->setPlaceholderText(
-        QStringLiteral("Every line needs something that is not known of this student."));
+        QStringLiteral("The message is empty: every line has a placeholder without a value."));
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -85,9 +85,8 @@ QWidget *TemplateEditor::makePlaceholders() {
     placeholderGrid->setContentsMargins(0, 0, 0, 0);
     auto *note = secondaryLabel(
         area,
-        QStringLiteral("A placeholder is filled in for each student. A line whose placeholder has "
-                       "nothing to say "
-                       "is left out."));
+        QStringLiteral("Placeholders are filled in for each student. A line with an empty "
+                       "placeholder is left out."));
     placeholderGrid->addWidget(note, 0, 0, 1, 4);
     for (const PlaceholderText &placeholder : placeholders) {
         const QString token = qstring(placeholder.token);
@@ -106,10 +105,10 @@ QWidget *TemplateEditor::makePlaceholders() {
     return area;
 }
 
-/// One below the other, or in two columns where there is room.
+/// Arranges the placeholders in two columns if they fit, else in one.
 void TemplateEditor::arrangePlaceholders() {
-    constexpr int roomForTwo = 560;
-    const bool two = width() >= appearance.px(roomForTwo);
+    constexpr int twoColumnWidth = 560;
+    const bool two = width() >= appearance.px(twoColumnWidth);
     const int rows = int(placeholderRows.size()) / (two ? 2 : 1) + (two ? 1 : 0);
     for (int i = 0; i < int(placeholderRows.size()); ++i) {
         const auto [insert, meaning] = placeholderRows[std::size_t(i)];
@@ -145,11 +144,11 @@ void TemplateEditor::show(const MessageTemplate *message) {
     if (message == nullptr) {
         shown.reset();
     } else {
-        const bool sameWords = shown && shown->id == message->id &&
+        const bool sameText = shown && shown->id == message->id &&
             ((shown->name == message->name && shown->body == message->body) ||
              (name() == message->name && body() == message->body));
         shown = *message;
-        if (sameWords)
+        if (sameText)
             return;
     }
     const QSignalBlocker quiet[] = {QSignalBlocker(nameField), QSignalBlocker(bodyField)};
@@ -181,8 +180,8 @@ std::string TemplateEditor::name() const {
 }
 
 std::string TemplateEditor::body() const {
-    // The editor's own plain text turns no-break spaces into spaces; its raw text separates lines
-    // and paragraphs by characters of their own.
+    // toPlainText() would replace no-break spaces with spaces. The raw text has Unicode separators
+    // for lines and paragraphs.
     QString text = bodyField->document()->toRawText();
     text.replace(QChar::ParagraphSeparator, u'\n');
     text.replace(QChar::LineSeparator, u'\n');

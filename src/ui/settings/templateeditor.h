@@ -1,4 +1,4 @@
-// The words of one message template, and what they become.
+// The editor of one message template, with a preview.
 #pragma once
 
 #include "outputs/messages/messagetemplate.h"
@@ -17,38 +17,38 @@ namespace ellwynd {
 
 class Appearance;
 
-/// Whom a template is shown filled for.
+/// The student for whom the preview is filled.
 struct PreviewStudent {
     RiskRow row;
     std::string courseName;
     /// Percent.
     double passingScore = 0;
 };
-/// A student of the roster on screen; absent when there is none.
+/// Returns a student of the displayed roster; absent when there is none.
 using PreviewSource = std::function<std::optional<PreviewStudent>()>;
 
-/// Name and body of a template with a button for each placeholder, and the message filled for a
-/// student as it is written. It stores nothing.
+/// Name and body of a template, a button for each placeholder, and a live preview. It saves
+/// nothing.
 class TemplateEditor : public QWidget {
     Q_OBJECT
 
   public:
     TemplateEditor(PreviewSource student, const Appearance &appearance);
 
-    /// Shows a template; null empties the editor and takes no words. The one that is shown already
-    /// keeps its cursor.
+    /// Shows a template; null clears and disables the editor. The cursor is kept when the text is
+    /// unchanged.
     void show(const MessageTemplate *message);
     void refreshPreview();
-    /// Puts the cursor into the name, which is selected whole.
+    /// Focuses the name and selects it.
     void beginNaming();
 
     [[nodiscard]] std::string name() const;
     [[nodiscard]] std::string body() const;
 
   Q_SIGNALS:
-    /// The teacher changed a word.
+    /// The teacher edited the name or the body.
     void templateDidChange();
-    /// The keyboard went elsewhere.
+    /// A field lost the focus.
     void saveRequested();
 
   protected:
@@ -69,7 +69,7 @@ class TemplateEditor : public QWidget {
     QPlainTextEdit *preview;
     QWidget *placeholderButtons;
     QGridLayout *placeholderGrid;
-    /// A button and the meaning of its placeholder, in their order.
+    /// Each placeholder's button and meaning, in display order.
     std::vector<std::pair<QWidget *, QWidget *>> placeholderRows;
 };
 

@@ -38,8 +38,8 @@ WidgetsPane::WidgetsPane(UserDefaults &defaults, const Appearance &appearance, S
       failure(plainLabel(nullptr, true)) {
     addNote(QStringLiteral(
         "Desktop widgets show how many students of each course need attention: counts and course "
-        "names, never a student. With the names hidden they say “Course 1”, “Course 2” and so on, "
-        "from the next scoring pass on."));
+        "names, never a student. If course names are hidden, widgets show “Course 1”, “Course 2” "
+        "and so on, from the next scoring pass on."));
     addWidget(hideNames);
     addWidget(withSession);
     auto *show = new QPushButton(QStringLiteral("Show Widgets"));
@@ -64,7 +64,7 @@ void WidgetsPane::showPreferences() {
 }
 
 void WidgetsPane::showWidgets() {
-    // Widgets that are there already stay the only ones.
+    // A second process exits at once if widgets are already running.
     const bool started = start(widgetProgram());
     showFailure(started ? QString() : QStringLiteral("The widgets couldn’t be started."));
 }

@@ -9,12 +9,12 @@ class QCheckBox;
 
 namespace ellwynd {
 
-/// What the desktop widgets show, and a way to have them on the desktop.
+/// What the desktop widgets show, and when they start.
 class WidgetsPane : public SettingsPane {
     Q_OBJECT
 
   public:
-    /// Starts a program by its path, detached from this one; false when it could not be started.
+    /// Starts a program by its path as a detached process; false on failure.
     using Start = std::function<bool(const QString &program)>;
 
     WidgetsPane(UserDefaults &defaults, const Appearance &appearance, Start start);
@@ -23,7 +23,7 @@ class WidgetsPane : public SettingsPane {
 
   protected:
     void showPreferences() override;
-    /// What starts with the session is also set in the desktop's own settings.
+    /// Reads the autostart entry, which the desktop's settings may have changed.
     void showEvent(QShowEvent *event) override;
 
   private:

@@ -26,12 +26,12 @@ std::string nameOf(const std::vector<Course> &courses, std::int64_t courseID) {
     return displayName(found != courses.end() ? *found : Course{.id = courseID});
 }
 
-/// A text on one line, whatever a course is called.
+/// A course name on one line.
 QString oneLine(const std::string &text) {
     return qstring(text).simplified();
 }
 
-/// An icon that keeps its colours where its row is selected.
+/// An icon whose colours do not change in a selected row.
 QIcon untinted(const QPixmap &pixmap) {
     QIcon icon(pixmap);
     icon.addPixmap(pixmap, QIcon::Selected);

@@ -12,13 +12,13 @@ namespace ellwynd {
 
 class Appearance;
 
-/// Lists the courses of earlier terms and gives a course what one of them has set. Where one looks
-/// like the course's earlier edition it is chosen already.
+/// Lists the courses of earlier terms and copies the settings of one of them to a course. An
+/// earlier edition of the course is preselected.
 class CopySetupSheet : public Sheet {
     Q_OBJECT
 
   public:
-    /// @param courses every course of the teacher's, the one to be set up among them.
+    /// @param courses all of the teacher's courses, including the one to be set up.
     CopySetupSheet(
         std::int64_t courseID, const std::vector<Course> &courses, UserDefaults &defaults,
         const Appearance &appearance, QWidget *parent);

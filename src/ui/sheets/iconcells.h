@@ -9,11 +9,11 @@ namespace ellwynd {
 
 class Appearance;
 
-/// "Flask" for the icon "flask"; what a tile shows where none is chosen for the empty word.
+/// The display name of an icon: "Flask" for "flask", "Subject letters" for the empty word.
 [[nodiscard]] QString iconName(const std::string &word);
 
-/// One choice of a grid. It is a radio button in all but its looks: the arrow keys move within the
-/// group, and Tab leaves it.
+/// One choice of a grid. It behaves as a radio button: the arrow keys move within the group, and
+/// Tab leaves it.
 class IconSheetCell : public QRadioButton {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ class IconSheetCell : public QRadioButton {
     /// @param side the cell's width and height at text scale 1.
     IconSheetCell(std::string word, const QString &name, int side, const Appearance &appearance);
 
-    /// What choosing it saves; empty for no choice.
+    /// The preference's value; empty for the default.
     const std::string word;
 
   protected:
@@ -32,8 +32,8 @@ class IconSheetCell : public QRadioButton {
     const Appearance &appearance;
 };
 
-/// A glyph, or the course's letters for the empty word. The one that is chosen is shown as the tile
-/// itself.
+/// A glyph, or the course's letters for the empty word. The chosen one is drawn as the course's
+/// tile.
 class IconCell : public IconSheetCell {
     Q_OBJECT
 
@@ -50,8 +50,8 @@ class IconCell : public IconSheetCell {
     QColor tile;
 };
 
-/// A colour; for the empty word the course's automatic one, marked "A". The chosen one
-/// carries a check mark.
+/// A colour; for the empty word the course's automatic one, marked "A". The chosen one has a check
+/// mark.
 class ColorCell : public IconSheetCell {
     Q_OBJECT
 

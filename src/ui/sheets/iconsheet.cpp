@@ -142,12 +142,12 @@ void IconSheet::useDefault() {
     apply(
         {{courseSettings::key(courseID, courseSettings::icon), std::nullopt},
          {courseSettings::key(courseID, courseSettings::iconColor), std::nullopt}});
-    // The button is disabled now, and the focus would move on to Cancel.
+    // The button is now disabled, and the focus would move to Cancel.
     icons->checkedButton()->setFocus();
 }
 
 void IconSheet::apply(const PreferenceChanges &changes) {
-    // Keeps the first value that each key had.
+    // merge() keeps the first value of each key.
     before.merge(defaults.update(changes));
 }
 

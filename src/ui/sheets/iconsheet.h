@@ -1,4 +1,4 @@
-// The glyph and the colour of one course's tile.
+// "Icon…": the glyph and the colour of one course's tile.
 #pragma once
 
 #include "preferences/coursesettings.h"
@@ -13,8 +13,8 @@ namespace ellwynd {
 
 class Appearance;
 
-/// Chooses what a course's tile shows. Every choice is written at once, and the windows behind the
-/// sheet follow; leaving it by Cancel puts back what was there before.
+/// Chooses what a course's tile shows. Every choice is saved at once, so that all views update;
+/// Cancel restores the previous values.
 class IconSheet : public Sheet {
     Q_OBJECT
 
@@ -42,9 +42,9 @@ class IconSheet : public Sheet {
     QButtonGroup *icons;
     QButtonGroup *colors;
     QPushButton *followDefault;
-    /// Set while this sheet itself moves the choice.
+    /// Set while `showChoice` updates the controls.
     bool showing = false;
-    /// Of every key that this sheet has changed, what was saved when it was opened.
+    /// The original value of every key that this sheet has changed.
     PreferenceChanges before;
     std::shared_ptr<void> observing;
 };

@@ -16,8 +16,8 @@ double shareOf(const MissedAssignment &assignment) {
 
 } // namespace
 
-MissingWorkModel::MissingWorkModel(std::vector<MissedAssignment> list, QObject *parent)
-    : QAbstractTableModel(parent), work(std::move(list)) {}
+MissingWorkModel::MissingWorkModel(std::vector<MissedAssignment> work, QObject *parent)
+    : QAbstractTableModel(parent), work(std::move(work)) {}
 
 int MissingWorkModel::rowCount(const QModelIndex &parent) const {
     return parent.isValid() ? 0 : int(work.size());

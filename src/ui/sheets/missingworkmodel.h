@@ -1,4 +1,4 @@
-// Missing work by assignment, as a table.
+// The table model of missing work by assignment.
 #pragma once
 
 #include "risk/missedwork.h"

@@ -12,8 +12,8 @@ namespace ellwynd {
 class Appearance;
 class MissingWorkModel;
 
-/// Lists a course's missing work, most missed first. Choosing an assignment, by the button, a
-/// double click or Return, closes the sheet.
+/// Lists a course's missing work, most missed first. Choosing an assignment with the button, a
+/// double click or Return closes the sheet.
 class MissingWorkSheet : public Sheet {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ class MissingWorkSheet : public Sheet {
         QWidget *parent);
 
   Q_SIGNALS:
-    /// The roster is to select exactly these students.
+    /// The roster should select exactly these students.
     void studentsRequested(const std::vector<std::int64_t> &studentIDs);
 
   private:

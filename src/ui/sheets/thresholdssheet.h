@@ -1,4 +1,4 @@
-// The thresholds of one course.
+// "Risk Thresholds…": the thresholds of one course.
 #pragma once
 
 #include "risk/coursethresholds.h"
@@ -14,8 +14,7 @@ namespace ellwynd {
 
 class Appearance;
 
-/// Edits what one course is scored with. Every change is written at once, and the roster behind the
-/// sheet follows.
+/// Edits one course's thresholds. Every change is saved at once, and the roster is scored again.
 class ThresholdsSheet : public Sheet {
     Q_OBJECT
 

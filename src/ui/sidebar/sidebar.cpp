@@ -17,8 +17,8 @@ namespace ellwynd {
 
 namespace {
 
-/// How many terms are open before the teacher opens or closes any.
-constexpr int openAtFirst = 2;
+/// How many terms are expanded before the teacher expands or collapses any.
+constexpr int initiallyExpanded = 2;
 
 } // namespace
 
@@ -99,7 +99,8 @@ void Sidebar::showStatus() {
 
 void Sidebar::showUpdate(const QString &version) {
     updateBanner->setText(
-        QStringLiteral("Ellwynd %1 is available. Your package manager installs it.").arg(version));
+        QStringLiteral("Ellwynd %1 is available. Install it with your package manager.")
+            .arg(version));
     updateBanner->setVisible(!version.isEmpty());
 }
 
@@ -126,17 +127,17 @@ void Sidebar::restoreExpansion() {
     for (int row = first; row < model->rowCount(); ++row) {
         const auto term = model->termAt(row);
         const bool listed = std::ranges::count(open, term.value_or(0)) > 0;
-        tree->setExpanded(model->index(row, 0), saved ? listed : row < first + openAtFirst);
+        tree->setExpanded(model->index(row, 0), saved ? listed : row < first + initiallyExpanded);
     }
 }
 
 void Sidebar::rememberExpansion() {
     if (settingState)
         return;
-    // Terms that are not listed now keep their state.
+    // Terms that are not listed keep their state.
     IDList open = defaults.value(preferences::sidebarExpandedTerms);
     for (int row = SidebarModel::firstTerm; row < model->rowCount(); ++row) {
-        // The courses without a term are kept as term 0, which Canvas gives to none.
+        // Courses without a term are stored as term 0, an id that Canvas never uses.
         const std::int64_t id = model->termAt(row).value_or(0);
         std::erase(open, id);
         if (tree->isExpanded(model->index(row, 0)))

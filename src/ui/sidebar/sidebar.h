@@ -1,4 +1,4 @@
-// The list of terms and courses at the left of the window.
+// The sidebar: the dashboard, terms and courses.
 #pragma once
 
 #include "app/courses/courseselection.h"
@@ -14,8 +14,8 @@ class Appearance;
 class MainWindowController;
 class SidebarModel;
 
-/// Shows the controller's terms and follows its selection; a click or a key selects. Which terms
-/// are open is remembered.
+/// Shows the controller's terms and selection; clicks and keys select. Remembers which terms are
+/// expanded.
 class Sidebar : public QWidget {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ class Sidebar : public QWidget {
 
     [[nodiscard]] QTreeView *list() const { return tree; }
 
-    /// Shows the banner of an update; an empty version takes it away.
+    /// Shows the banner of an available update; an empty version hides it.
     void showUpdate(const QString &version);
 
   private:
@@ -41,7 +41,7 @@ class Sidebar : public QWidget {
     QTreeView *tree;
     QLabel *updateBanner;
     QLabel *status;
-    /// Set while this view itself moves the tree's state.
+    /// Set while `reload` changes the tree.
     bool settingState = false;
     std::shared_ptr<void> observing;
 };

@@ -1,4 +1,4 @@
-// How a row of the sidebar is drawn.
+// Draws the rows of the sidebar.
 #pragma once
 
 #include <QStyledItemDelegate>
@@ -8,13 +8,12 @@ namespace ellwynd {
 class Appearance;
 class UserDefaults;
 
-/// Draws a term as a small heading and a course as its tile, its name and its count.
+/// Draws a term as a small heading, and a course as its tile, name and count.
 class SidebarDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
   public:
-    /// @param defaults where the courses' icons are chosen. The arguments must outlive the
-    /// delegate.
+    /// @param defaults hold the courses' icons. The arguments must outlive the delegate.
     SidebarDelegate(const UserDefaults &defaults, const Appearance &appearance, QObject *parent);
 
     [[nodiscard]] QSize
@@ -29,7 +28,7 @@ class SidebarDelegate : public QStyledItemDelegate {
         QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const;
     void paintCourse(
         QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const;
-    /// Draws a course's count at the right of `row` and returns what is left of it.
+    /// Draws a course's count at the right of `row` and returns the rest of `row`.
     [[nodiscard]] QRect paintCount(QPainter &painter, QRect row, const QString &count) const;
 
     const UserDefaults &defaults;

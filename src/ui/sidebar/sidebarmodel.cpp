@@ -7,13 +7,13 @@ namespace ellwynd {
 
 namespace {
 
-// A term's rows carry this as internal id; a course's carry their term's row.
+// The internal id of a top-level row. The internal id of a course is its term's row.
 constexpr quintptr termID = quintptr(-1);
 
 } // namespace
 
-SidebarModel::SidebarModel(FlaggedCount flagged, QObject *parent)
-    : QAbstractItemModel(parent), flaggedCount(std::move(flagged)) {}
+SidebarModel::SidebarModel(FlaggedCount flaggedCount, QObject *parent)
+    : QAbstractItemModel(parent), flaggedCount(std::move(flaggedCount)) {}
 
 void SidebarModel::setTerms(std::vector<TermGroup> newTerms) {
     if (newTerms == terms) {

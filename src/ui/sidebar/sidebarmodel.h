@@ -1,4 +1,4 @@
-// The course list by term, as a tree.
+// The tree model of terms and courses.
 #pragma once
 
 #include "app/courses/courseselection.h"
@@ -10,25 +10,26 @@
 
 namespace ellwynd {
 
-/// The dashboard, then terms with their courses beneath. A course's flagged students are counted
-/// beside it once it was scored.
+/// The dashboard, then terms with their courses. A scored course has the count of its flagged
+/// students.
 class SidebarModel : public QAbstractItemModel {
     Q_OBJECT
 
   public:
     enum Role { flaggedRole = Qt::UserRole, courseIDRole };
+    /// Returns how many students of a course are flagged; absent before it was scored.
     using FlaggedCount = std::function<std::optional<std::int64_t>(std::int64_t courseID)>;
 
-    SidebarModel(FlaggedCount flagged, QObject *parent = nullptr);
+    SidebarModel(FlaggedCount flaggedCount, QObject *parent = nullptr);
 
-    /// Keeps the tree as it is where only counts have changed.
+    /// Resets the model only if the terms have changed; otherwise updates the counts.
     void setTerms(std::vector<TermGroup> terms);
 
     [[nodiscard]] Selection selectionAt(const QModelIndex &index) const;
     [[nodiscard]] QModelIndex indexOf(const Selection &selection) const;
-    /// The rows of terms: from here to the last.
+    /// The row of the first term; all later rows are terms too.
     static constexpr int firstTerm = 1;
-    /// The term of such a row, or nothing for the courses without one.
+    /// The id of the term in a row; absent for the courses without a term.
     [[nodiscard]] std::optional<std::int64_t> termAt(int row) const;
     [[nodiscard]] static bool isDashboard(const QModelIndex &index);
 
@@ -38,7 +39,7 @@ class SidebarModel : public QAbstractItemModel {
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
-    /// The header is hidden, but screen readers find it.
+    /// The header is hidden, but screen readers read it.
     [[nodiscard]] QVariant
     headerData(int section, Qt::Orientation orientation, int role) const override;
 

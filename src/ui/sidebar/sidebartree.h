@@ -7,7 +7,7 @@ namespace ellwynd {
 
 class Appearance;
 
-/// A tree that paints the selection as one rounded bar, and its own arrows.
+/// A tree that paints its own arrows and a rounded selection.
 class SidebarTree : public QTreeView {
     Q_OBJECT
 

@@ -10,7 +10,7 @@ QMessageBox *plainAlert(QWidget *window, const QString &message, const QString &
         QMessageBox::Information, QStringLiteral("Ellwynd"), message, QMessageBox::NoButton,
         window);
     box->setInformativeText(detail);
-    // The box's own text format does not reach its second text.
+    // QMessageBox::setTextFormat does not apply to the informative text.
     for (QLabel *label : box->findChildren<QLabel *>())
         label->setTextFormat(Qt::PlainText);
     box->setAttribute(Qt::WA_DeleteOnClose);

@@ -8,8 +8,8 @@ class QWidget;
 
 namespace ellwynd {
 
-/// An alert without buttons yet, which goes away when it is closed. Neither of its texts is ever
-/// read as markup: either may hold words of a server.
+/// An alert without buttons that deletes itself when closed. Both texts are plain text, since they
+/// may come from a server.
 [[nodiscard]] QMessageBox *
 plainAlert(QWidget *window, const QString &message, const QString &detail);
 

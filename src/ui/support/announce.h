@@ -7,7 +7,7 @@ class QWidget;
 
 namespace ellwynd {
 
-/// Has a text read out for a window: its description, announced as an alert.
+/// Makes screen readers read a text, as an alert of a window.
 void announce(QWidget &window, const QString &text);
 
 } // namespace ellwynd

@@ -1,4 +1,4 @@
-// Light or dark, the accent and the text size, as they are now.
+// The current theme, accent and text size.
 #pragma once
 
 #include "app/shell/settings.h"
@@ -8,15 +8,16 @@
 
 namespace ellwynd {
 
-/// Follows the appearance preferences and applies them to the application. Views that paint
-/// themselves read colours and sizes here and repaint on `appearanceDidChange`.
+/// Applies the appearance preferences to the application. Views that paint themselves read colours
+/// and sizes here and repaint on `appearanceDidChange`.
 class Appearance : public QObject {
     Q_OBJECT
 
   public:
+    /// @param settings must outlive this object.
     /// @param desktopIsDark whether "automatic" is dark.
     Appearance(Settings &settings, bool desktopIsDark);
-    /// Gives the application its own font back, from which the next one begins.
+    /// Restores the application's original font, which is the base of the next `Appearance`.
     ~Appearance() override;
 
     [[nodiscard]] const VisualStyle &style() const { return visualStyle; }
@@ -27,9 +28,9 @@ class Appearance : public QObject {
     }
     [[nodiscard]] int px(double length) const { return visualStyle.px(length); }
 
-    /// Whether "automatic" is dark from now on.
+    /// Sets whether "automatic" is dark.
     void setDesktopIsDark(bool dark);
-    /// One step larger (1) or smaller (-1); 0 is the normal size.
+    /// Makes the text one step larger (1) or smaller (-1), or its normal size (0).
     void zoom(int direction);
 
   Q_SIGNALS:

@@ -1,4 +1,4 @@
-// A level as a coloured pill with its name in it.
+// A level as a coloured pill.
 #pragma once
 
 #include "risk/risklevel.h"
@@ -14,13 +14,13 @@ class Appearance;
 
 [[nodiscard]] const LevelColors &levelColors(const Theme &theme, RiskLevel level);
 
-/// Draws a level at the left of `rect`, centred in height: a pill, or "OK" in quiet text. Returns
-/// the width used.
+/// Draws a level at the left of `rect`, vertically centred: a pill, or "OK" in secondary text.
+/// @return the width used.
 int drawLevel(
     QPainter &painter, const QRect &rect, std::optional<RiskLevel> level,
     const Appearance &appearance);
 
-/// The same as a widget of its own.
+/// A widget that draws one level.
 class LevelPill : public QWidget {
     Q_OBJECT
 

@@ -63,10 +63,10 @@ void formatTable(QTextTable &table, const Appearance &appearance) {
     table.setFormat(format);
 }
 
-/// Places in a UTF-8 text, asked for in rising order, as the document counts them.
+/// Converts UTF-8 offsets, in ascending order, to the document's UTF-16 positions.
 class Positions {
   public:
-    explicit Positions(std::string_view utf8) : text(utf8) {}
+    explicit Positions(std::string_view text) : text(text) {}
 
     int of(std::size_t bytes) {
         units += int(QString::fromUtf8(text.data() + done, qsizetype(bytes - done)).size());
@@ -98,22 +98,22 @@ void MarkdownPage::showMarkdown(const QString &markdown) {
 }
 
 void MarkdownPage::render() {
-    // A page is formatted before it is shown, or it is laid out again after each step.
-    auto *fresh = new QTextDocument(this);
-    fresh->setDefaultFont(font());
-    fresh->setMarkdown(source);
-    fresh->setDocumentMargin(appearance.px(pageMargin));
-    fresh->setIndentWidth(appearance.px(listIndent));
-    for (QTextBlock block = fresh->begin(); block.isValid(); block = block.next())
+    // Formatted before it is set, since each change of a displayed document lays it out again.
+    auto *page = new QTextDocument(this);
+    page->setDefaultFont(font());
+    page->setMarkdown(source);
+    page->setDocumentMargin(appearance.px(pageMargin));
+    page->setIndentWidth(appearance.px(listIndent));
+    for (QTextBlock block = page->begin(); block.isValid(); block = block.next())
         formatBlock(block, appearance);
-    for (QTextFrame *frame : fresh->rootFrame()->childFrames()) {
+    for (QTextFrame *frame : page->rootFrame()->childFrames()) {
         if (auto *table = qobject_cast<QTextTable *>(frame))
             formatTable(*table, appearance);
     }
-    // Marks hold places of the old page.
+    // Selections refer to the old document.
     setExtraSelections({});
     const QPointer<QTextDocument> old(document());
-    setDocument(fresh);
+    setDocument(page);
     delete old;
     moveCursor(QTextCursor::Start);
     verticalScrollBar()->setValue(0);
@@ -123,7 +123,7 @@ void MarkdownPage::render() {
 void MarkdownPage::markWords(const QString &query) {
     marked = query;
     std::vector<Word> wanted = wordsOf(query.toStdString());
-    // A single letter would mark half of the page.
+    // A single letter would highlight half of the page.
     std::erase_if(wanted, [](const Word &word) { return word.folded.size() < 2; });
     QList<ExtraSelection> selections;
     if (!wanted.empty()) {

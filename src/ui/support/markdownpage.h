@@ -1,4 +1,4 @@
-// A page of Markdown in the program's own style.
+// A page of Markdown in the program's style.
 #pragma once
 
 #include <QTextBrowser>
@@ -7,19 +7,19 @@ namespace ellwynd {
 
 class Appearance;
 
-/// Shows Markdown that is compiled into the program, in its colours and text size. Nothing is ever
-/// loaded into the page; links that are https open in the browser, all others are announced.
+/// Shows Markdown that is compiled into the program, in the current colours and text size. The page
+/// loads no resources. https links open in the browser; others are emitted as `linkRequested`.
 class MarkdownPage : public QTextBrowser {
     Q_OBJECT
 
   public:
     explicit MarkdownPage(const Appearance &appearance, QWidget *parent = nullptr);
 
-    /// Shows a text from its beginning.
+    /// Shows a text and scrolls to its beginning.
     void showMarkdown(const QString &markdown);
 
-    /// Marks the words of the page that begin with one of the query's words, and scrolls to the
-    /// first of them, or to the place where they follow each other. Single letters mark nothing.
+    /// Highlights the words of the page that begin with a word of the query, and scrolls to the
+    /// place where they occur as a phrase, or to the first. Single letters are ignored.
     void markWords(const QString &query);
 
   Q_SIGNALS:

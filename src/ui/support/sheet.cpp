@@ -24,7 +24,7 @@ Sheet::Sheet(
 
 void Sheet::resizeEvent(QResizeEvent *event) {
     QDialog::resizeEvent(event);
-    // A layout asks for the height of wrapped texts as if they were one line.
+    // A layout's size hint ignores that wrapped labels need more than one line.
     if (contents->hasHeightForWidth())
         setMinimumHeight(contents->minimumHeightForWidth(width()));
 }

@@ -1,4 +1,4 @@
-// A dialog over its window.
+// The base of window-modal dialogs.
 #pragma once
 
 #include <QDialog>
@@ -9,7 +9,7 @@ namespace ellwynd {
 
 class Appearance;
 
-/// A window-modal dialog with a heading. It is always tall enough for its texts, which wrap.
+/// A window-modal dialog with a heading. It is always tall enough for its wrapped texts.
 class Sheet : public QDialog {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ class Sheet : public QDialog {
         QWidget *parent);
 
   protected:
-    /// Where a sheet puts its contents, below the heading.
+    /// The layout of the contents below the heading.
     [[nodiscard]] QVBoxLayout &column() const { return *contents; }
     void resizeEvent(QResizeEvent *event) override;
 

@@ -1,4 +1,4 @@
-// A small line of counts whose last point is today.
+// A sparkline of daily counts that ends today.
 #pragma once
 
 #include "theme/theme.h"
@@ -14,19 +14,18 @@ namespace ellwynd {
 
 class Appearance;
 
-/// One day's count; `day` counts from the left end of the line.
+/// One day's count; day 0 is the left end of the line.
 struct SparklinePoint {
     std::int64_t day = 0;
     std::int64_t count = 0;
 };
 
-/// A line of counts.
 struct SparklineData {
-    /// By day; the last is drawn as a dot.
+    /// In ascending order of days; the last is drawn as a dot.
     std::vector<SparklinePoint> points;
-    /// The length of the line, from 0 on.
+    /// The day at the right end.
     std::int64_t days = 1;
-    /// The count at the upper edge; lines that are compared share it.
+    /// The count at the upper edge; the same for lines that are compared.
     std::int64_t highest = 1;
 };
 

@@ -9,7 +9,7 @@ namespace ellwynd {
 
 namespace {
 
-// "@name" is a colour of the theme, "$n" a length that grows with the text.
+// "@name" is a colour of the theme, "$n" a length at text scale 1.
 constexpr auto source = R"(
 QMainWindow, QDialog { background: @window; }
 QToolTip { background: @surface; color: @text; border: 1px solid @outline; padding: $4; }

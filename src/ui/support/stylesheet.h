@@ -1,4 +1,4 @@
-// The style of standard widgets.
+// The style sheet of standard widgets.
 #pragma once
 
 #include <QString>
@@ -7,7 +7,7 @@ namespace ellwynd {
 
 class Appearance;
 
-/// The application's style sheet for the appearance as it is now.
+/// The application's style sheet for the current appearance.
 [[nodiscard]] QString styleSheet(const Appearance &appearance);
 
 } // namespace ellwynd

@@ -1,4 +1,4 @@
-// The editors of the two thresholds, with the bounds they share with the command line.
+// The editors of the two thresholds, with the ranges of the preference table.
 #pragma once
 
 #include <QDoubleSpinBox>
@@ -6,9 +6,9 @@
 
 namespace ellwynd {
 
-/// Percent; a typed value is rounded to a step.
+/// Edits a percentage; typed values are rounded to a step.
 [[nodiscard]] QDoubleSpinBox *passingScoreEditor(const QString &accessibleName, QWidget *parent);
-/// Whole days.
+/// Edits whole days.
 [[nodiscard]] QSpinBox *inactivityEditor(const QString &accessibleName, QWidget *parent);
 
 } // namespace ellwynd

@@ -14,14 +14,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A drag has come to rest by then.
-constexpr auto rest = 500ms;
+/// Longer than the pauses between the events of one drag.
+constexpr auto saveDelay = 500ms;
 
 constexpr QLatin1StringView maximized("maximized");
 
-/// "50 60 1150 660": left, top, width and height when it is not maximized; then " maximized" where
-/// it is.
-QString placeText(const QWidget &window) {
+/// The saved form, such as "50 60 1150 660": left, top, width and height when not maximized, then
+/// " maximized" if it is.
+QString geometryText(const QWidget &window) {
     const QRect place = window.normalGeometry();
     QString text = QStringLiteral("%1 %2 %3 %4")
                        .arg(place.x())
@@ -33,16 +33,16 @@ QString placeText(const QWidget &window) {
     return text;
 }
 
-/// The same place where its upper edge is on a screen, otherwise the middle of the first screen;
-/// never larger than the screen.
+/// The geometry if its upper edge is on a screen, otherwise centred on the primary screen; never
+/// larger than the screen.
 QRect reachable(QRect place) {
     const QScreen *screen = QGuiApplication::screenAt({place.center().x(), place.top()});
-    const bool lost = screen == nullptr;
-    if (lost)
+    const bool offScreen = screen == nullptr;
+    if (offScreen)
         screen = QGuiApplication::primaryScreen();
     const QRect desktop = screen->availableGeometry();
     place.setSize(place.size().boundedTo(desktop.size()));
-    if (lost)
+    if (offScreen)
         place.moveCenter(desktop.center());
     return place;
 }
@@ -52,7 +52,7 @@ QRect reachable(QRect place) {
 WindowMemory::WindowMemory(QWidget &window, UserDefaults &defaults, const Key &geometryKey)
     : QObject(&window), window(window), defaults(defaults), geometryKey(geometryKey) {
     saveSoon.setSingleShot(true);
-    saveSoon.setInterval(rest);
+    saveSoon.setInterval(saveDelay);
     connect(&saveSoon, &QTimer::timeout, this, &WindowMemory::save);
     window.installEventFilter(this);
 }
@@ -85,7 +85,7 @@ bool WindowMemory::eventFilter(QObject *watched, QEvent *event) {
         event->type() == QEvent::WindowStateChange;
     if (changed && window.isVisible())
         saveSoon.start();
-    // A window that is hidden stays where it is: what is still to be saved can be.
+    // A hidden window keeps its geometry, so a pending change is saved now.
     if (event->type() == QEvent::Hide && saveSoon.isActive())
         save();
     return QObject::eventFilter(watched, event);
@@ -93,7 +93,7 @@ bool WindowMemory::eventFilter(QObject *watched, QEvent *event) {
 
 void WindowMemory::save() {
     saveSoon.stop();
-    PreferenceChanges changes{{std::string(geometryKey.name), placeText(window).toStdString()}};
+    PreferenceChanges changes{{std::string(geometryKey.name), geometryText(window).toStdString()}};
     if (splitter != nullptr)
         changes.emplace(columnsKey->name, splitter->saveState().toBase64().toStdString());
     defaults.update(changes);

@@ -1,4 +1,4 @@
-// The place of a window, and the widths of its columns.
+// Saves a window's geometry and the widths of its columns.
 #pragma once
 
 #include "preferences/userdefaults.h"
@@ -10,8 +10,8 @@ class QWidget;
 
 namespace ellwynd {
 
-/// Remembers a window's place and size, and the columns of a splitter in it, soon after they
-/// change, so that nothing is left to be done when the program ends.
+/// Saves a window's geometry and the columns of a splitter in it shortly after they change, so that
+/// nothing has to be saved at exit.
 class WindowMemory : public QObject {
     Q_OBJECT
 
@@ -20,10 +20,11 @@ class WindowMemory : public QObject {
 
     WindowMemory(QWidget &window, UserDefaults &defaults, const Key &geometryKey);
 
-    /// Gives the window its last place and size, as far as the screens allow it; whether it is
-    /// shown does not matter. False when nothing is remembered.
+    /// Restores the window's geometry, adjusted to the available screens. The window may be hidden.
+    /// False when nothing is saved.
     [[nodiscard]] bool restoreGeometry();
-    /// Gives the columns their widths, and remembers them from now on; false when there were none.
+    /// Restores the widths of the columns, and saves their changes from now on. False when nothing
+    /// is saved.
     [[nodiscard]] bool restoreColumns(QSplitter &columns, const Key &key);
 
   protected:

@@ -1,4 +1,4 @@
-// How far a sequence of steps is.
+// The progress through a sequence of steps.
 #pragma once
 
 #include <QWidget>
@@ -7,8 +7,8 @@ namespace ellwynd {
 
 class Appearance;
 
-/// One mark for each step: a check mark for those behind, a long bar for the one that is shown, a
-/// ring for those to come. Screen readers hear "Step 2 of 3".
+/// One mark per step: a check mark for finished steps, a long bar for the current one, a ring for
+/// later ones. Screen readers read "Step 2 of 3".
 class StepDots : public QWidget {
     Q_OBJECT
 

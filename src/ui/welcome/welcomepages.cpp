@@ -138,15 +138,15 @@ QWidget *end(QLabel *connectedAs, const Appearance &appearance) {
          card(
              QStringLiteral("What comes next"),
              {bulletList(
-                 {QStringLiteral("Ellwynd is reading your courses. Open one at the left: the "
-                                 "students who need attention stand on top, and each reason is a "
-                                 "sentence."),
+                 {QStringLiteral("Ellwynd is reading your courses. Open one in the sidebar: the "
+                                 "students who need attention are on top, each with the reasons."),
                   QStringLiteral("Students are scored against a passing score and an inactivity "
-                                 "window. Set them for every course in Settings, or for one course "
-                                 "in its header."),
-                  QStringLiteral("From the second day on, Ellwynd can tell you who slipped and who "
-                                 "improved since your last visit. Settings says what it remembers, "
-                                 "and forgets it when you ask.")})},
+                                 "window. Set them for all courses in Settings, or for one course "
+                                 "with Thresholds above its roster."),
+                  QStringLiteral(
+                      "From the second day on, Ellwynd shows who slipped and who improved "
+                      "since your last visit. Settings ▸ Privacy shows what it remembers "
+                      "and deletes it when you want.")})},
              appearance)},
         appearance);
 }

@@ -1,4 +1,4 @@
-// What the pages of the first-run steps are made of.
+// The pages of the welcome window.
 #pragma once
 
 #include <QString>
@@ -12,25 +12,25 @@ namespace ellwynd {
 
 class Appearance;
 
-/// Building blocks of pages, and the pages that only tell something. Each is made without a parent
-/// and takes over the widgets it is given. The appearance must outlive them all.
+/// Building blocks of pages, and the pages without controls. Each is created without a parent and
+/// takes ownership of the widgets passed to it. The appearance must outlive them.
 namespace welcomePages {
 
 [[nodiscard]] QLabel *text(const QString &text);
 [[nodiscard]] QWidget *besideEachOther(QWidget *left, QWidget *right);
-/// A widget of its own width at the left.
+/// Aligns a widget to the left, at its preferred width.
 [[nodiscard]] QWidget *leftAligned(QWidget *widget);
 [[nodiscard]] QWidget *bulletList(const std::vector<QString> &items);
 [[nodiscard]] QWidget *
 card(const QString &title, const std::vector<QWidget *> &contents, const Appearance &appearance);
-/// A page that scrolls: large text needs more room than a small screen has.
+/// A page that scrolls, since large text may not fit on a small screen.
 [[nodiscard]] QWidget *
 page(const QString &title, const std::vector<QWidget *> &contents, const Appearance &appearance);
 
-/// What the program is.
+/// The first page: what the program is.
 [[nodiscard]] QWidget *introduction(const QString &title, const Appearance &appearance);
-/// What comes next.
-/// @param connectedAs says who is connected.
+/// The last page: what comes next.
+/// @param connectedAs shows whose account is connected.
 [[nodiscard]] QWidget *end(QLabel *connectedAs, const Appearance &appearance);
 
 } // namespace welcomePages

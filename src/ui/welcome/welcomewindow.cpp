@@ -58,8 +58,8 @@ WelcomeWindow::WelcomeWindow(
     };
     connect(&appearance, &Appearance::appearanceDidChange, this, size);
     size();
-    const QSize room = screen()->availableSize() * 9 / 10;
-    resize(QSize(appearance.px(570), appearance.px(650)).boundedTo(room));
+    const QSize maxSize = screen()->availableSize() * 9 / 10;
+    resize(QSize(appearance.px(570), appearance.px(650)).boundedTo(maxSize));
 
     connect(back, &QPushButton::clicked, this, [this] { showStep(introduction); });
     connect(forward, &QPushButton::clicked, this, [this] {
@@ -72,8 +72,8 @@ WelcomeWindow::WelcomeWindow(
         detach(connectToCanvas(), "Connecting");
     });
     connect(sampleButton, &QPushButton::clicked, this, &WelcomeWindow::sampleRequested);
-    const bool isUnderWay = defaults.value(preferences::onboardingStep) == choice;
-    showStep(isUnderWay ? choice : introduction);
+    const bool wasAtChoice = defaults.value(preferences::onboardingStep) == choice;
+    showStep(wasAtChoice ? choice : introduction);
 }
 
 bool WelcomeWindow::isDue(const UserDefaults &defaults, bool connected) {
@@ -81,7 +81,7 @@ bool WelcomeWindow::isDue(const UserDefaults &defaults, bool connected) {
         defaults.value(preferences::onboardingStep) < finished;
 }
 
-/// The teacher's own Canvas, or the sample college.
+/// The second page: connect to Canvas, or open the sample college.
 QWidget *WelcomeWindow::makeChoice() {
     using namespace welcomePages;
     form->reload();
@@ -112,7 +112,7 @@ QWidget *WelcomeWindow::makeChoice() {
 void WelcomeWindow::showStep(Step step) {
     static_assert(std::int64_t(finished) == preferences::onboardingStep.row->range.maximum);
     current = step;
-    // Whoever looks at it again after the end is not asked again at the next start.
+    // Once finished, it stays finished when the teacher opens the window again.
     if (defaults.value(preferences::onboardingStep) < finished)
         defaults.set(preferences::onboardingStep, std::int64_t(step));
     dots->setStep(int(step));
@@ -141,7 +141,7 @@ QCoro::Task<> WelcomeWindow::connectToCanvas() {
     setChecking(true);
     auto testing = form->test();
     const ConnectionOutcome tested = co_await testing;
-    // A window that was closed meanwhile has changed its mind.
+    // Closing the window cancels connecting.
     if (!self || !isVisible())
         co_return;
     setChecking(false);

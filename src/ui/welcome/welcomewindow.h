@@ -1,4 +1,4 @@
-// The first-run steps.
+// The welcome window with the first-run steps.
 #pragma once
 
 #include "preferences/userdefaults.h"
@@ -17,32 +17,32 @@ class ConnectionCheck;
 class ConnectionForm;
 class StepDots;
 
-/// What the program is, then the choice between one's own Canvas and the sample college, then the
-/// end. It may be closed at any step and opens again at the step it was left at. A window is made
-/// for one showing and deletes itself when it is closed.
+/// Three steps: what the program is, the choice between Canvas and the sample college, and what
+/// comes next. It may be closed at any step and opens again at that step. It deletes itself when it
+/// is closed.
 class WelcomeWindow : public QDialog {
     Q_OBJECT
 
   public:
-    /// As "Onboarding.step" stores them.
+    /// The values of "Onboarding.step".
     enum Step : std::int64_t { notStarted, introduction, choice, finished };
 
     WelcomeWindow(
         UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance,
         QWidget *parent = nullptr);
 
-    /// Whether a start of the program should show it: the steps are not finished, and there is
-    /// neither a Canvas nor the sample college to look at.
+    /// Whether to show the window at start: the steps are not finished, and the program shows
+    /// neither a Canvas nor the sample college.
     [[nodiscard]] static bool isDue(const UserDefaults &, bool connected);
 
     [[nodiscard]] Step step() const { return current; }
 
   Q_SIGNALS:
-    /// The teacher wants the sample college; what that takes is the receiver's to ask and to do.
+    /// The teacher asked for the sample college; the receiver asks for confirmation and switches.
     void sampleRequested();
     /// An address was saved with its token.
     void connectionDidChange();
-    /// A screen reader should say this now.
+    /// Screen readers should announce this text.
     void announcementRequested(const QString &text);
 
   private:

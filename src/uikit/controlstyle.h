@@ -1,11 +1,11 @@
-// What Fusion draws too faintly or too small for this program.
+// The Qt style of standard controls.
 #pragma once
 
 #include <QProxyStyle>
 
 namespace ellwynd {
 
-/// Fusion with check boxes that show in dark colours and controls that grow with the text.
+/// Fusion, with check boxes that are visible in dark themes and controls that grow with the text.
 class ControlStyle : public QProxyStyle {
     Q_OBJECT
 

@@ -1,4 +1,4 @@
-// The program's UTF-8 texts in widgets, and back.
+// UTF-8 texts as QStrings for widgets.
 #pragma once
 
 #include <QString>
@@ -12,13 +12,13 @@ namespace ellwynd {
     return QString::fromUtf8(text.data(), qsizetype(text.size()));
 }
 
-/// A text for a menu or a button, where "&" would mark a key.
+/// A text for a menu or a button, with "&" escaped so that it is not a mnemonic.
 [[nodiscard]] inline QString menuText(std::string_view text) {
     return qstring(text).replace(u'&', QStringLiteral("&&"));
 }
 
-/// A file's name as a save panel takes it: Qt's own panel reads '"' as the end of one name of
-/// several.
+/// A file name for a save panel. Quotation marks are replaced, since Qt's panel treats them as
+/// separators of several names.
 [[nodiscard]] inline QString panelFileName(std::string_view name) {
     return qstring(name).replace(u'"', u'\'');
 }

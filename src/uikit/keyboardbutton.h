@@ -1,11 +1,11 @@
-// A button that draws itself.
+// The base of buttons that paint themselves.
 #pragma once
 
 #include <QAbstractButton>
 
 namespace ellwynd {
 
-/// Return and Enter click it, as Space does.
+/// A button that Return and Enter press, as Space does.
 class KeyboardButton : public QAbstractButton {
     Q_OBJECT
 

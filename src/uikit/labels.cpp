@@ -25,7 +25,7 @@ QLabel *secondaryLabel(QWidget *parent, const QString &text, bool wraps) {
 void showStatus(QLabel &label, const QString &text, bool failed) {
     label.setProperty("secondary", !failed);
     label.setProperty("attention", failed);
-    // Style sheets look at properties when a widget is polished.
+    // Style sheets evaluate properties only when a widget is polished.
     label.style()->unpolish(&label);
     label.style()->polish(&label);
     label.setText(text);

@@ -1,20 +1,20 @@
-// Labels that show texts from anywhere as they are.
+// Labels that are safe for untrusted text.
 #pragma once
 
 #include <QLabel>
 
 namespace ellwynd {
 
-/// A label that never reads its text as markup and may wrap.
+/// A label that shows its text as plain text, never as markup.
 [[nodiscard]] QLabel *plainLabel(QWidget *parent, bool wraps = false);
 
-/// A plain label in the quieter text colour.
+/// A plain label in the secondary text colour.
 [[nodiscard]] QLabel *secondaryLabel(QWidget *parent, const QString &text = {}, bool wraps = true);
 
-/// Shows a state in quiet text, or a failure in the colour that asks for attention.
+/// Shows a status in the secondary text colour, or a failure in the attention colour.
 void showStatus(QLabel &label, const QString &text, bool failed);
 
-/// One line that ends in "…" where there is no room, with the whole text as its tooltip.
+/// One line that is elided when it does not fit; the full text is then its tooltip.
 class ElidedLabel : public QLabel {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ class ElidedLabel : public QLabel {
     QString full;
 };
 
-/// A text that is one link; wraps, and is reached and pressed by keyboard.
+/// A text that is a link. It wraps, and can be reached and opened by keyboard.
 class TextLink : public QLabel {
     Q_OBJECT
 

@@ -1,4 +1,4 @@
-// What controls that paint themselves draw alike.
+// Drawing shared by controls that paint themselves.
 #pragma once
 
 #include <QColor>
@@ -9,12 +9,12 @@ class QPainter;
 
 namespace ellwynd {
 
-/// One line that ends in "…" where there is no room, in the painter's font and pen.
-/// @return the width of what was drawn.
+/// Draws one line in the painter's font and pen, elided when it does not fit.
+/// @return the width of the drawn text.
 int drawElided(QPainter &painter, const QRect &rect, int alignment, const QString &text);
 
-/// The ring around what has the keyboard.
-/// @param outline the middle of the line.
+/// Draws the ring around the focused item.
+/// @param outline the centre line of the ring.
 void drawFocusRing(
     QPainter &painter, const QRectF &outline, double radius, const QColor &color, double width = 2);
 

@@ -1,4 +1,4 @@
-// A short text on a rounded, coloured ground, as levels are shown.
+// Pills: short texts on a rounded, coloured background, such as levels.
 #pragma once
 
 #include "theme/visualstyle.h"
@@ -10,13 +10,13 @@ class QPainter;
 
 namespace ellwynd {
 
-/// The proportions of a pill; lengths are for text scale 1.
+/// The proportions of a pill. Lengths are at text scale 1.
 struct PillForm {
-    /// Of the interface font's normal size.
+    /// Relative to the interface font's normal size.
     double fontFactor = 0.92;
-    /// Beside the text, on either side.
+    /// To the left and to the right of the text.
     double padding = 8;
-    /// Above and below the text, together.
+    /// Above and below the text, in total.
     double extraHeight = 3;
     double radius = 6;
 };
@@ -29,7 +29,7 @@ inline constexpr PillForm compactPill{
 [[nodiscard]] QSize
 pillSize(const VisualStyle &style, const QString &text, const PillForm &form = {});
 
-/// Draws a pill that fills `rect`, with the text in its middle; the text may be empty.
+/// Draws a pill that fills `rect`, with the text centred; the text may be empty.
 void drawPill(
     QPainter &painter, const QRect &rect, const QString &text, const LevelColors &colors,
     const VisualStyle &style, const PillForm &form = {});

@@ -1,12 +1,12 @@
-// Tooltips that show texts from anywhere as they are.
+// Tooltips that are safe for untrusted text.
 #pragma once
 
 #include <QString>
 
 namespace ellwynd {
 
-/// A text as a tooltip. Qt shows a tooltip that looks like markup as markup unless it is escaped,
-/// and wraps only those that are markup.
+/// A text as a tooltip. Escaped, since Qt shows tooltips that look like markup as markup, and
+/// wrapped in markup, since Qt breaks the lines only of those.
 [[nodiscard]] inline QString plainToolTip(const QString &text) {
     return QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped());
 }

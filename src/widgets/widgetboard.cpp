@@ -44,7 +44,7 @@ WidgetBoard::WidgetBoard(
       stateFile(std::move(stateFile)),
       desktopIsDark(desktopIsDark),
       openLink(std::move(openLink)),
-      now(std::move(now)),
+      now(now),
       base(interfaceFont()) {
     connect(&source, &SnapshotSource::snapshotDidChange, this, &WidgetBoard::presentAll);
     observing = defaults.observe([this](std::string_view key) {

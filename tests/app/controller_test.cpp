@@ -323,11 +323,11 @@ TEST_F(LiveControllerTest, ACourseAskedForByIdOpensWhenTheListIsIn) {
 TEST_F(LiveControllerTest, TheThreeReadsOfACourseRunSideBySide) {
     controller.refresh();
     ASSERT_TRUE(untilShown("Fall"));
-    canvas.mostInFlight = 0;
+    canvas.maxInFlight = 0;
     canvas.holdUntil(3);
     controller.showCourse(2);
     ASSERT_TRUE(untilShown("Bio")) << "none is answered before all three are asked";
-    EXPECT_EQ(canvas.mostInFlight, 3);
+    EXPECT_EQ(canvas.maxInFlight, 3);
     const int connections = canvas.connections;
     controller.refreshRoster();
     ASSERT_TRUE(until([&] { return !controller.isLoading(); }));

@@ -1,4 +1,4 @@
-// What is installed beside the programs: valid by the tools of those who read it, and true.
+// The installed data files: valid according to their validators, and consistent with the program.
 #include "canvas/tokenstore.h"
 #include "cli/commands.h"
 #include "cli/run.h"
@@ -35,7 +35,7 @@ QString text(const char *name) {
     return contents(folder + QString::fromUtf8(name));
 }
 
-/// The command line's manual as it is installed.
+/// The command line's manual page, as installed.
 QString manual() {
     return contents(QStringLiteral(ELLWYND_MANUAL));
 }
@@ -56,7 +56,7 @@ Outcome run(const QString &program, const QStringList &arguments) {
         process.readAllStandardError().toStdString()};
 }
 
-/// Every word that a pattern's one group finds.
+/// All matches of a pattern's first group.
 Words all(const QString &from, const char *pattern) {
     Words words;
     auto matches = QRegularExpression(QString::fromUtf8(pattern)).globalMatch(from);
@@ -65,7 +65,7 @@ Words all(const QString &from, const char *pattern) {
     return words;
 }
 
-TEST(Packaging, TheValidatorsFindNothing) {
+TEST(Packaging, ValidatorsReportNoErrors) {
     const QStringList desktops = QDir(folder).entryList({QStringLiteral("*.desktop")}, QDir::Files);
     QStringList pages{QStringLiteral(ELLWYND_MANUAL)};
     for (const QFileInfo &page :
@@ -86,8 +86,8 @@ TEST(Packaging, TheValidatorsFindNothing) {
         EXPECT_EQ(checked.status, 0) << name.toStdString();
         EXPECT_EQ(checked.err, "") << name.toStdString();
     }
-    // Versions differ in what they know and call a fault, so each complaint is looked at. Which
-    // page is the program's home is for those who publish it to say.
+    // Versions of the validator differ in their exit status, so its complaints are compared. The
+    // home page is added by whoever publishes the program.
     const Outcome metainfo =
         run(QStringLiteral("appstreamcli"),
             {QStringLiteral("validate"), QStringLiteral("--no-net"), QStringLiteral("--no-color"),
@@ -104,7 +104,7 @@ TEST(Packaging, TheValidatorsFindNothing) {
         "");
 }
 
-TEST(Packaging, TheLicencesOfAllLibrariesAreNamed) {
+TEST(Packaging, AllLibrariesAreListedWithTheirLicences) {
     const QString copyright = text("copyright");
     const QString metainfo = text("com.varnok.Ellwynd.metainfo.xml");
     for (const about::Dependency &library : about::dependencies()) {
@@ -114,10 +114,10 @@ TEST(Packaging, TheLicencesOfAllLibrariesAreNamed) {
     }
 }
 
-TEST(Packaging, NamesAreOneAndTheSame) {
+TEST(Packaging, AllFilesUseTheSameApplicationID) {
     const QString id = QStringLiteral("com.varnok.Ellwynd");
     const QString desktop = text("com.varnok.Ellwynd.desktop");
-    // The name on the bus is the desktop entry's, or the desktop cannot activate the program.
+    // D-Bus activation needs a bus name that equals the desktop entry's name.
     EXPECT_TRUE(desktop.contains(QStringLiteral("\nDBusActivatable=true\n")));
     EXPECT_TRUE(
         text("com.varnok.Ellwynd.service.in")
@@ -132,7 +132,7 @@ TEST(Packaging, NamesAreOneAndTheSame) {
     EXPECT_TRUE(std::string_view(TokenStore::service).starts_with(id.toStdString()));
 }
 
-/// The long options in a command's own help.
+/// The long options in a command's help.
 Words optionsOf(const cli::Command &command) {
     const test::TemporaryFolder home;
     std::istringstream in;
@@ -144,7 +144,7 @@ Words optionsOf(const cli::Command &command) {
     return all(QString::fromStdString(out.str()), "--([a-z][a-z-]+)");
 }
 
-/// What bash offers for a line that ends in a word under way.
+/// The completions that bash offers for the last word of a line.
 Words completed(const QString &line) {
     const QString script =
         QStringLiteral("source \"$0\"; compopt() { :; }; COMP_WORDS=(\"$@\"); "
@@ -178,7 +178,7 @@ TEST(Packaging, EveryCommandAndOptionIsCompletedAndInTheManual) {
     }
 }
 
-TEST(Packaging, CompletionWaitsForWhatIsMeant) {
+TEST(Packaging, CompletionDependsOnThePosition) {
     struct Row {
         const char *line;
         Words offered;

@@ -1,4 +1,4 @@
-// Draws every window of the program on the sample college into PNG files, light and dark.
+// Saves PNG screenshots of every window on the sample college, light and dark.
 #include "app/mainwindowcontroller.h"
 #include "application.h"
 #include "base/files.h"
@@ -34,7 +34,7 @@ namespace {
 
 using namespace ellwynd;
 
-/// The college's courses show their whole range; a roster of 26 with every kind of reason.
+/// Courses of the sample college; the first has 26 students with every kind of reason.
 constexpr std::int64_t introToProgramming = 900101;
 constexpr std::int64_t webInterfaceDesign = 900102;
 
@@ -43,13 +43,13 @@ void settle() {
         QApplication::processEvents(QEventLoop::AllEvents, 20);
 }
 
-class Studio {
+class Screenshots {
   public:
-    explicit Studio(QString folder) : target(std::move(folder)), font(QApplication::font()) {}
+    explicit Screenshots(const QString &folder) : target(folder), font(QApplication::font()) {}
 
     void draw(const char *appearanceName, double scale) {
         const QTemporaryDir home;
-        // Each program begins with the desktop's font.
+        // Appearance derives its font sizes from the application's font.
         QApplication::setFont(font);
         const std::filesystem::path folder(home.path().toStdString());
         ApplicationEnvironment environment{
@@ -147,7 +147,7 @@ class Studio {
         drawWelcome(defaults, appearance);
     }
 
-    /// A dashboard of so many courses, some of them with very long names.
+    /// A dashboard with that many courses, some with very long names.
     void drawCards(UserDefaults &defaults, const Appearance &appearance, int courses) {
         Dashboard dashboard(defaults);
         DashboardTerm term{.id = 1, .title = "Fall"};
@@ -178,7 +178,7 @@ class Studio {
         save(pane, QByteArray("cards-" + QByteArray::number(courses)).constData());
     }
 
-    /// A term with a gap of fourteen days, which is joined, and one of fifteen, which is not.
+    /// A term chart with a gap of 14 days, which is joined, and one of 15, which is not.
     void drawTermWithGaps(const Appearance &appearance) {
         using std::chrono::days;
         const Date first = *parseInstant("2026-09-03T05:00:00Z");
@@ -275,8 +275,8 @@ int main(int argc, char **argv) {
     const QString folder = QString::fromLocal8Bit(argv[1]);
     QDir().mkpath(folder);
     const double scale = argc > 2 ? QByteArray(argv[2]).toDouble() : 1.0;
-    Studio studio(folder);
-    studio.draw("light", scale);
-    studio.draw("dark", scale);
-    return studio.failed() ? 1 : 0;
+    Screenshots screenshots(folder);
+    screenshots.draw("light", scale);
+    screenshots.draw("dark", scale);
+    return screenshots.failed() ? 1 : 0;
 }

@@ -1,4 +1,4 @@
-// Draws the desktop widgets into PNG files, light and dark.
+// Saves PNG screenshots of the desktop widgets, light and dark.
 #include "outputs/snapshot/snapshotfiles.h"
 #include "widgets/widgetboard.h"
 
@@ -15,7 +15,7 @@ namespace {
 
 using namespace ellwynd;
 
-/// The sample college's fall term, as a scoring pass would count it.
+/// A widget file like that of the sample college's fall term.
 WidgetSnapshotFile sample() {
     return {
         .updatedAt = systemNow(),
@@ -37,7 +37,7 @@ void settle() {
         QApplication::processEvents(QEventLoop::AllEvents, 20);
 }
 
-/// The three sizes side by side on a desktop.
+/// Draws the three sizes on a desktop. @return whether the file was written.
 bool draw(const QDir &target, SnapshotSource &source, const char *appearance, double scale) {
     const QTemporaryDir home;
     const std::filesystem::path folder(home.path().toStdString());
@@ -100,7 +100,7 @@ int main(int argc, char **argv) {
     SnapshotSource source(container);
     bool written = true;
     for (const char *appearance : {"light", "dark"}) {
-        // Each program begins with the desktop's font.
+        // WidgetBoard derives its font sizes from the application's font.
         QApplication::setFont(font);
         written = draw(target, source, appearance, scale) && written;
     }

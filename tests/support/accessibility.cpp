@@ -50,7 +50,7 @@ void walk(QAccessibleInterface &element, std::vector<std::string> &unnamed) {
     }
 }
 
-/// Of a group of radio buttons Tab stops at the checked one, and arrow keys go on from there.
+/// Tab stops only at the checked radio button of a group; arrow keys reach the others.
 bool isReachedByArrows(const QWidget &control) {
     const auto *radio = qobject_cast<const QRadioButton *>(&control);
     return radio != nullptr && !radio->isChecked() &&
@@ -77,7 +77,7 @@ std::vector<std::string> unreachableControls(QWidget &window) {
             control->focusProxy() == nullptr && !isReachedByArrows(*control))
             wanted.insert(control);
     }
-    // A text stops once for each link in it.
+    // A label is a tab stop once for each of its links.
     for (std::size_t presses = 2 * wanted.size(); presses > 0; --presses) {
         QWidget *at = window.focusWidget();
         wanted.erase(at);

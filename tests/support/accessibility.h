@@ -1,4 +1,4 @@
-// What a screen reader and a keyboard find in a window.
+// Accessibility checks of a window.
 #pragma once
 
 #include <QWidget>
@@ -8,11 +8,11 @@
 
 namespace ellwynd::test {
 
-/// Every element below a window that somebody can act on and that has no name, as its role and
-/// class, with what it lies in.
+/// The interactive elements of a window without an accessible name, each as its role and class with
+/// those of its parents.
 [[nodiscard]] std::vector<std::string> unnamedElements(QWidget &window);
 
-/// Every control of a window that Tab should stop at and does not. The window comes to the front.
+/// The controls of a window with a tab focus policy that Tab does not reach. Activates the window.
 [[nodiscard]] std::vector<std::string> unreachableControls(QWidget &window);
 
 } // namespace ellwynd::test

@@ -12,17 +12,17 @@ namespace ellwynd::test {
 
 namespace {
 
-/// A folder with the authority and its certificates.
+/// Two authorities and their certificates, in a temporary folder.
 class Authority {
   public:
     Authority() {
         makeRoot("ca");
-        makeRoot("stranger");
+        makeRoot("untrusted");
         make("good", "ca", "localhost", {});
         make("expired", "ca", "localhost", {"faketime", "2020-01-01"});
         make("future", "ca", "localhost", {"faketime", "2098-01-01"});
         make("other", "ca", "elsewhere.example", {});
-        make("unknown", "stranger", "localhost", {});
+        make("unknown", "untrusted", "localhost", {});
     }
 
     [[nodiscard]] QString file(const QString &name) const { return folder.filePath(name); }
@@ -30,7 +30,7 @@ class Authority {
     [[nodiscard]] QByteArray read(const QString &name) const {
         QFile opened(file(name));
         if (!opened.open(QIODevice::ReadOnly))
-            throw std::runtime_error("no " + name.toStdString());
+            throw std::runtime_error("cannot open " + name.toStdString());
         return opened.readAll();
     }
 
@@ -115,7 +115,7 @@ void trustAuthority() {
 void trustAuthority(const std::string &file) {
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
     if (!configuration.addCaCertificates(QString::fromStdString(file)))
-        throw std::runtime_error("no authority in " + file);
+        throw std::runtime_error("no certificate in " + file);
     QSslConfiguration::setDefaultConfiguration(configuration);
 }
 

@@ -1,4 +1,4 @@
-// A certificate authority of the tests' own, with certificates good and bad for "localhost".
+// A test certificate authority, with valid and invalid certificates for "localhost".
 #pragma once
 
 #include <QSslConfiguration>
@@ -9,15 +9,16 @@ namespace ellwynd::test {
 
 enum class CertificateKind { good, expired, notYetValid, otherHost, unknownAuthority };
 
-/// Certificate and key for a server. Made with openssl once a process.
+/// A server's certificate and key, created with openssl once per process.
 [[nodiscard]] QSslConfiguration serverConfiguration(CertificateKind kind);
 
-/// The authority's own certificate, a file that lasts as long as the process.
+/// The file with the authority's certificate, which is deleted when the process ends.
 [[nodiscard]] std::string authorityFile();
 
-/// Makes every client of this process trust the authority, as a system store would.
+/// Makes every client in this process trust the authority.
 void trustAuthority();
-/// The same for the authority of another process. Throws std::runtime_error without one.
+/// The same for an authority file of another process. @throws std::runtime_error if it cannot be
+/// read
 void trustAuthority(const std::string &file);
 
 } // namespace ellwynd::test

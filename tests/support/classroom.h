@@ -6,7 +6,7 @@
 
 namespace ellwynd::test {
 
-/// A roster that is written down student by student.
+/// A roster that is built student by student.
 struct Classroom {
     std::vector<Enrollment> enrollments;
     std::vector<SubmissionSummary> submissions;
@@ -48,7 +48,7 @@ struct Classroom {
         return *this;
     }
 
-    /// Unsubmitted and due that many seconds ago.
+    /// Unsubmitted, not marked missing, and due that many seconds ago.
     Classroom &overdue(
         std::int64_t student, std::initializer_list<std::int64_t> assignments,
         std::int64_t secondsAgo = 86'400) {

@@ -1,4 +1,4 @@
-// The parts of the program below its windows, with a folder of their own.
+// The program's objects below its windows, in a temporary folder.
 #pragma once
 
 #include "app/courses/connector.h"
@@ -23,7 +23,7 @@ struct Core {
     TrendSync trends{defaults};
     MemoryNotifications notifications;
     MovementNotifier notices{defaults, notifications, [] { return false; }};
-    /// How often the widgets were asked to draw again.
+    /// How often the widgets were told to reload.
     int widgetReloads = 0;
     WidgetSnapshotWriter widgets{folder.path() / "widgets", [this] { ++widgetReloads; }};
     PassSinks sinks{.widgets = widgets, .notices = &notices};

@@ -30,7 +30,8 @@ QByteArray littleEndian(quint32 number) {
 } // namespace
 
 FakeReply gzipped(FakeReply reply) {
-    // Between a length, a zlib header and a zlib checksum lies what gzip wraps too.
+    // qCompress returns a length, a zlib header, the deflate stream and a zlib checksum; gzip wraps
+    // the same stream.
     const QByteArray packed = qCompress(reply.body);
     const QByteArray header = QByteArray::fromHex("1f8b0800000000000003");
     const QByteArray end =
@@ -42,11 +43,12 @@ FakeReply gzipped(FakeReply reply) {
 
 FakeCanvas::FakeCanvas(CertificateKind certificate) {
     QSslConfiguration configuration = serverConfiguration(certificate);
-    // Whoever offers HTTP/2 gets it, as from a hosted Canvas, and is not understood after that.
+    // Like a hosted Canvas, it selects HTTP/2 if the client offers it, but cannot speak it, so that
+    // such a client fails.
     configuration.setAllowedNextProtocols({"h2", "http/1.1"});
     server.setSslConfiguration(configuration);
     if (!server.listen(QHostAddress::LocalHost))
-        throw std::runtime_error("the fake Canvas could not listen");
+        throw std::runtime_error("the fake Canvas cannot listen");
     connect(&server, &QTcpServer::pendingConnectionAvailable, this, &FakeCanvas::accept);
 }
 
@@ -97,7 +99,7 @@ void FakeCanvas::receive(QSslSocket *socket, int connection, QByteArray &buffer)
             request.headers[line.left(colon).toLower()] = line.mid(colon + 1).trimmed();
         }
         requests.push_back(request);
-        mostInFlight = std::max(mostInFlight, ++inFlight);
+        maxInFlight = std::max(maxInFlight, ++inFlight);
         FakeReply next = answer(request);
         next.isLast =
             requestsPerConnection > 0 && ++requestsOf[connection] >= requestsPerConnection;
@@ -129,11 +131,11 @@ FakeReply FakeCanvas::answer(const FakeRequest &request) {
 FakeReply FakeCanvas::page(const FakeRequest &request) const {
     const auto &list = records[request.path];
     QUrlQuery query(request.query);
-    // A bookmark is opaque; this one holds the place in some disguise.
+    // Clients must treat a bookmark as opaque; this one encodes the index of a record.
     const QByteArray bookmark =
         QByteArray::fromBase64(query.queryItemValue("page").mid(9).toLatin1());
     const std::size_t begin = bookmark.isEmpty() ? 0 : bookmark.mid(1).toULongLong();
-    // Canvas gives ten records unless it is asked for more, and never more than a hundred.
+    // As in Canvas, ten records by default and at most a hundred.
     const int asked = query.queryItemValue("per_page").toInt();
     const auto pageSize = std::size_t(asked > 0 ? std::min(asked, 100) : 10);
     const std::size_t end = std::min(begin + pageSize, list.size());
@@ -141,12 +143,12 @@ FakeReply FakeCanvas::page(const FakeRequest &request) const {
     for (std::size_t i = begin; i < end; ++i)
         reply.body += (i > begin ? "," : "") + list[i];
     reply.body += "]";
-    const auto link = [&](std::size_t place, const char *relation) {
+    const auto link = [&](std::size_t index, const char *relation) {
         QUrlQuery other = query;
         other.removeAllQueryItems("page");
-        const QByteArray mark = ("k" + QByteArray::number(qulonglong(place))).toBase64();
+        const QByteArray mark = ("k" + QByteArray::number(qulonglong(index))).toBase64();
         other.addQueryItem("page", "bookmark:" + QString::fromLatin1(mark));
-        // As Canvas does: from the host that the request named.
+        // As in Canvas, links use the request's Host header.
         QUrl url = QUrl::fromEncoded("https://" + request.headers.value("host"));
         url.setPath(request.path);
         url.setQuery(other);
@@ -212,8 +214,8 @@ void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {
     if (reply.manner == Manner::earlyHints) {
         socket->write("HTTP/1.1 103 Early Hints\r\nLink: </style.css>; rel=preload\r\n\r\n");
         socket->flush();
-        // The response itself after whatever the client makes of the hints, and before the
-        // response to anything else.
+        // Sends the final response once the client has handled the hints, and before the response to
+        // any other request.
         ++inFlight;
         FakeReply final = reply;
         final.manner = Manner::whole;

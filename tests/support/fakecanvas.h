@@ -1,4 +1,4 @@
-// A Canvas server on loopback, over real HTTPS.
+// A fake Canvas server on loopback, over HTTPS.
 #pragma once
 
 #include "support/certificates.h"
@@ -17,7 +17,6 @@ class QSslSocket;
 
 namespace ellwynd::test {
 
-/// What was asked.
 struct FakeRequest {
     QByteArray method;
     /// Without the query.
@@ -25,23 +24,23 @@ struct FakeRequest {
     QString query;
     /// Names in lower case.
     QHash<QByteArray, QByteArray> headers;
-    /// Counts the connections of the server from 1.
+    /// The number of the server's connection, from 1.
     int connection = 0;
 };
 
-/// What is answered, and how badly.
+/// A response, and how it is sent.
 struct FakeReply {
     enum class Manner {
         whole,
-        /// Closes before any answer.
+        /// Closes the connection without a response.
         closed,
-        /// Closes in the middle of the body.
+        /// Closes the connection in the middle of the body.
         cut,
-        /// Takes the request and never answers.
+        /// Never answers.
         silent,
-        /// A byte at a time, without end.
+        /// Sends the body byte by byte, without end.
         trickle,
-        /// An informational response first.
+        /// Sends an informational response first.
         earlyHints,
     };
 
@@ -50,17 +49,17 @@ struct FakeReply {
     QByteArray contentType = "application/json; charset=utf-8";
     std::vector<std::pair<QByteArray, QByteArray>> headers;
     Manner manner = Manner::whole;
-    /// On top of the server's own latency.
+    /// In addition to the server's latency.
     int delayMilliseconds = 0;
-    /// The connection is closed after it. Set by the server.
+    /// The connection is closed after this response. Set by the server.
     bool isLast = false;
 };
 
-/// The same answer, its body packed with gzip.
+/// The same reply with its body compressed by gzip.
 [[nodiscard]] FakeReply gzipped(FakeReply reply);
 
-/// Serves records page by page behind opaque bookmarks, knows its teacher, checks the token, and
-/// does to any path what it is told to.
+/// Serves lists in pages with opaque bookmarks, answers `users/self`, checks the token, and can
+/// answer any path with planned replies.
 class FakeCanvas : public QObject {
     Q_OBJECT
 
@@ -71,26 +70,26 @@ class FakeCanvas : public QObject {
     [[nodiscard]] std::string address() const;
     [[nodiscard]] quint16 port() const { return server.serverPort(); }
 
-    /// The records of an endpoint, each one JSON object.
+    /// Serves a list of records at a path, each a JSON object.
     void serve(const QString &path, std::vector<QByteArray> records);
-    /// The next requests for a path are answered so, one reply each; then as usual.
+    /// Answers the next requests for a path with these replies, one each.
     void plan(const QString &path, std::vector<FakeReply> replies);
-    /// Answers nothing until so many requests wait at one time, then all of them.
+    /// Holds all responses until that many requests wait, then answers all of them.
     void holdUntil(std::size_t waiting);
-    /// Answers nothing to this path until `release`.
+    /// Holds the responses for a path until `release`.
     void hold(const QString &path);
     void release();
-    /// Answers every request instead of the above.
+    /// Answers every request with a function instead.
     void answerWith(std::function<FakeReply(const FakeRequest &)> answer);
 
     QByteArray token = "secret-token";
-    /// How long every answer takes. Answers wait side by side.
+    /// The delay of every response; concurrent responses are delayed concurrently.
     int latencyMilliseconds = 0;
-    /// Every connection is closed without notice after so many answers; 0 for never.
+    /// Closes every connection without notice after that many responses; 0 for never.
     int requestsPerConnection = 0;
     std::vector<FakeRequest> requests;
-    /// The most requests that were waiting for an answer at one time.
-    int mostInFlight = 0;
+    /// The highest number of requests that waited for a response at one time.
+    int maxInFlight = 0;
     int connections = 0;
 
   private:

@@ -1,5 +1,5 @@
-// The fake Canvas as a program: invented courses for whoever starts it. Prints its address and the
-// file of its authority, a line each, and ends with its standard input or its time.
+// The fake Canvas as a program that serves invented courses. Prints its address and the file of its
+// certificate authority, one per line. Ends when its standard input ends, or after --seconds.
 #include "support/fakecanvas.h"
 #include "support/servedcourse.h"
 

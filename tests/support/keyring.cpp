@@ -12,7 +12,7 @@
 
 namespace ellwynd::test {
 
-/// A secret on its way over the bus, as the Secret Service standard has it.
+/// A secret as the Secret Service API transfers it.
 struct WireSecret {
     QDBusObjectPath session;
     QByteArray parameters;
@@ -71,7 +71,7 @@ void unlockKeyring() {
         secrets, secretsPath, serviceInterface, "OpenSession",
         {QStringLiteral("plain"), QVariant::fromValue(QDBusVariant(QString()))});
     const WireSecret password{.session = session.at(1).value<QDBusObjectPath>(), .value = "test"};
-    // The keyring's own way past its prompt, which nobody is there to answer.
+    // A private interface of the keyring, since nobody can answer its prompt.
     call(
         secrets, secretsPath, "org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface",
         "UnlockWithMasterPassword",
@@ -83,7 +83,7 @@ void killKeyring() {
         QStringLiteral("org.freedesktop.DBus"), "/", "org.freedesktop.DBus",
         "GetConnectionUnixProcessID", {secrets});
     if (::kill(pid_t(owner.at(0).toUInt()), SIGKILL) != 0)
-        throw std::runtime_error("the keyring could not be killed");
+        throw std::runtime_error("cannot kill the keyring");
 }
 
 } // namespace ellwynd::test

@@ -1,13 +1,13 @@
-// The secret service of a session made by with-keyring: what may happen to it in mid-run. Each call
-// throws std::runtime_error when it could not be done.
+// Locks, unlocks and kills the secret service started by with-keyring. Each function throws
+// std::runtime_error on failure.
 #pragma once
 
 namespace ellwynd::test {
 
 void lockKeyring();
-/// With the password that with-keyring gave it, as if the teacher had typed it.
+/// Unlocks it with the password from with-keyring, without a prompt.
 void unlockKeyring();
-/// Ends the service's process at once.
+/// Kills the service's process.
 void killKeyring();
 
 } // namespace ellwynd::test

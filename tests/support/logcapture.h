@@ -1,4 +1,4 @@
-// The log lines of a test.
+// Captures log lines in tests.
 #pragma once
 
 #include "base/log.h"
@@ -7,7 +7,7 @@
 
 namespace ellwynd::test {
 
-/// Collects what is logged while it lives, as "category: message".
+/// Collects log lines during its lifetime, as "category: message".
 class LogCapture {
   public:
     LogCapture() {

@@ -1,4 +1,4 @@
-// A session in which this process is the only one.
+// An ApplicationService for tests: this process is the only one.
 #pragma once
 
 #include "platform/session/applicationservice.h"

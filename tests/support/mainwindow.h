@@ -1,4 +1,4 @@
-// The main window on the sample college.
+// A fixture with the main window on the sample college.
 #pragma once
 
 #include "app/mainwindowcontroller.h"

@@ -1,4 +1,4 @@
-// The system's notices in memory, answered when a test says so.
+// A fake of the system's notifications, in memory.
 #pragma once
 
 #include "platform/notifications/usernotifications.h"
@@ -12,24 +12,24 @@ class MemoryNotifications final : public UserNotifications {
   public:
     AuthorizationStatus status = AuthorizationStatus::authorized;
     std::vector<UserNotice> posted;
-    /// The system's message, with which posting fails while it is not empty.
+    /// The error message with which posting fails; empty for success.
     std::string failure;
-    /// While set, questions wait in `questions`.
+    /// While set, status queries wait in `pendingQueries` until `answer`.
     bool slow = false;
-    std::vector<StatusAnswer> questions;
+    std::vector<StatusAnswer> pendingQueries;
     ClickObserver observer;
 
     void authorizationStatus(StatusAnswer answer) override {
         if (slow)
-            questions.push_back(std::move(answer));
+            pendingQueries.push_back(std::move(answer));
         else
             answer(status);
     }
 
-    /// Answers what waits.
+    /// Answers the pending queries.
     void answer() {
-        for (const StatusAnswer &question : std::exchange(questions, {}))
-            question(status);
+        for (const StatusAnswer &query : std::exchange(pendingQueries, {}))
+            query(status);
     }
 
     void post(const UserNotice &notice, Failure failed) override {

@@ -1,4 +1,4 @@
-// A secret store in memory, which can be told to fail.
+// A secret store in memory that can fail on demand.
 #pragma once
 
 #include "platform/secrets/secretstore.h"
@@ -10,7 +10,7 @@ namespace ellwynd::test {
 class MemorySecrets final : public SecretStore {
   public:
     std::map<std::pair<std::string, std::string>, std::string> secrets;
-    /// Thrown by every operation while it is set.
+    /// Thrown by every operation while set.
     std::optional<KeychainError> failure;
 
     std::optional<std::string>

@@ -1,11 +1,11 @@
-// Scored rows and histories in a line each.
+// Short constructors of scored rows and history entries.
 #pragma once
 
 #include "memory/rosterhistory.h"
 
 namespace ellwynd::test {
 
-/// A row of course 7 with a level by its name; "OK" and "" are none.
+/// A row of course 7 with the level of that name; no level for "OK" and "".
 inline RiskRow row(std::int64_t id, std::string_view level, std::int64_t missing = 0) {
     RiskRow result{
         .id = id, .name = "Student " + std::to_string(id), .missingCount = missing, .courseID = 7};

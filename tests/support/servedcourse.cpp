@@ -18,13 +18,13 @@ constexpr std::int64_t groupSize = 10;
 constexpr std::int64_t firstStudent = 90'000;
 constexpr std::int64_t firstAssignment = 500;
 
-/// Names as they come: other scripts, marks, and what JSON must escape.
+/// Names with other scripts, diacritics, and characters that JSON must escape.
 constexpr std::array<std::string_view, 8> names{
     "Ana Ruiz",    "Jo\"Jo\" O'Neil", "山田 花子", "Łukasz Żółć",
     "Zoë <Quill>", "A\\B\tC",         "🦊 Fox",  "Ngũgĩ wa Mwangi",
 };
 
-/// A number that looks drawn, below `count`.
+/// A pseudo-random number below `count`, determined by `a` and `b`.
 std::int64_t draw(std::int64_t a, std::int64_t b, std::int64_t count) {
     const auto mixed = (std::uint64_t(a) * 2654435761U + std::uint64_t(b)) * 0x9e3779b97f4a7c15U;
     return std::int64_t((mixed >> 33U) % std::uint64_t(count));
@@ -35,7 +35,7 @@ Enrollment inventEnrollment(std::int64_t id, Date now) {
         .userID = id,
         .user = EnrolledUser{.id = id, .name = fmt::format("{} {}", names[id % 8], id)},
         .grades = Grades{}};
-    // Some names have no surname to sort by, some students no grade, no activity or no time.
+    // Some students have no sortable name, no grade, no activity or no time.
     if (id % 9 != 0)
         student.user->sortableName = fmt::format("{}, {}", id, names[id % 8]);
     if (id % 13 != 0) {
@@ -50,9 +50,9 @@ Enrollment inventEnrollment(std::int64_t id, Date now) {
 }
 
 SubmissionSummary inventSubmission(std::int64_t student, std::int64_t assignment, Date now) {
-    // One assignment a week, most of them behind us; some are never due.
-    const std::int64_t place = assignment - firstAssignment;
-    const Date due = now - hours(24 * 7 * (place - 8) / 4);
+    // Due dates are spaced evenly, most of them in the past; some assignments have none.
+    const std::int64_t index = assignment - firstAssignment;
+    const Date due = now - hours(24 * 7 * (index - 8) / 4);
     const bool handedIn = due < now && draw(student, assignment, 25) > 0;
     const bool graded = handedIn && draw(student, assignment, 5) > 0;
     SubmissionSummary work{
@@ -65,7 +65,7 @@ SubmissionSummary inventSubmission(std::int64_t student, std::int64_t assignment
         .late = handedIn && draw(student, assignment, 7) == 1};
     if (graded)
         work.score = 0.5 * double(draw(student, assignment, 41));
-    if (place % 12 != 11)
+    if (index % 12 != 11)
         work.cachedDueDate = due;
     return work;
 }
@@ -81,7 +81,7 @@ JSON orNull(const std::optional<Date> &date) {
     return date ? JSON(formatInstant(*date)) : JSON(nullptr);
 }
 
-/// A page as an editor of the browser leaves it.
+/// HTML as Canvas's editor produces it, at least `length` bytes.
 std::string markup(std::size_t length) {
     static const std::string sentence =
         "<p class=\"body\">The tide, then, was neither \"early\" nor late &amp; the caf\u00e9 was "
@@ -151,7 +151,7 @@ JSON json(const Enrollment &student, std::int64_t courseID) {
           {"short_name", "Somebody else"},
           {"login_id", fmt::format("u{}", id)}}},
     };
-    // Left out, not null, where the institution counts no time.
+    // Canvas omits the key if the institution does not record time.
     if (student.totalActivityTime)
         record["total_activity_time"] = *student.totalActivityTime;
     return record;

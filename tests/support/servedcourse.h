@@ -1,4 +1,4 @@
-// Invented courses of any size, as records and as a Canvas serves them.
+// Invented courses of any size, as records and as Canvas serves them.
 #pragma once
 
 #include "canvas/records/records.h"
@@ -9,7 +9,7 @@ namespace ellwynd::test {
 
 class FakeCanvas;
 
-/// What a client that read a course whole has read.
+/// All records of a course.
 struct ServedCourse {
     Course course;
     std::vector<Enrollment> enrollments;
@@ -22,13 +22,13 @@ struct CourseSize {
     std::int64_t assignments = 40;
 };
 
-/// A course in mid-term at `now`: weighted groups of ten assignments, and a submission of every
-/// student for every assignment, some late, missing or not due at all. The same arguments give the
-/// same course.
+/// A course in the middle of its term at `now`: weighted groups of ten assignments, and a
+/// submission for every student and assignment, some late, missing or without a due date. The same
+/// arguments give the same course.
 [[nodiscard]] ServedCourse inventCourse(std::int64_t id, CourseSize size, Date now);
 
-/// Serves the courses and their records at full size: a submission is 0.7 to 1.8 KB, an assignment
-/// 3 KB, and most of it are keys that the program ignores.
+/// Serves the courses with records of realistic size: a submission is 0.7 to 1.8 KB, an assignment
+/// 3 KB, mostly keys that the program ignores.
 void serve(FakeCanvas &canvas, std::span<const ServedCourse> courses);
 
 } // namespace ellwynd::test

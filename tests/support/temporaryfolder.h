@@ -1,4 +1,4 @@
-// A folder that goes away with its test.
+// A folder that is deleted after its test.
 #pragma once
 
 #include <QTemporaryDir>

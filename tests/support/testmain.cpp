@@ -1,4 +1,4 @@
-// Runs a program of tests inside a Qt application, in a home that goes away with it.
+// Runs a test program with a Qt application and a temporary home folder.
 #include <gtest/gtest.h>
 
 #ifdef ELLWYND_TEST_WIDGETS

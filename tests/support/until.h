@@ -1,4 +1,4 @@
-// Waiting for what an event loop brings.
+// Waiting for a condition in an event loop.
 #pragma once
 
 #include <QCoreApplication>
@@ -6,7 +6,7 @@
 
 namespace ellwynd::test {
 
-/// Runs the event loop until a condition holds, for a bounded time.
+/// Runs the event loop until a condition holds, for at most ten seconds.
 template<class Condition>
 [[nodiscard]] bool until(Condition condition) {
     QDeadlineTimer bound(10'000);

@@ -7,11 +7,11 @@
 
 namespace ellwynd::test {
 
-/// Another zone for as long as it lives.
+/// Sets another time zone for its lifetime.
 class Zone {
   public:
-    explicit Zone(const char *name) : before(qgetenv("TZ")) { set(name); }
-    ~Zone() { set(before); }
+    explicit Zone(const char *name) : previous(qgetenv("TZ")) { set(name); }
+    ~Zone() { set(previous); }
     Zone(const Zone &) = delete;
     Zone &operator=(const Zone &) = delete;
 
@@ -21,7 +21,7 @@ class Zone {
         ::tzset();
     }
 
-    QByteArray before;
+    QByteArray previous;
 };
 
 } // namespace ellwynd::test

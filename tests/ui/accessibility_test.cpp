@@ -13,12 +13,12 @@ namespace {
 using testing::IsEmpty;
 
 struct AccessibilityTest : test::MainWindowTest {
-    /// As while a screen reader runs: only then do views announce that their rows have changed.
+    /// Views announce row changes only while a screen reader is active.
     AccessibilityTest() { QAccessible::setActive(true); }
     ~AccessibilityTest() override { QAccessible::setActive(false); }
 
-    /// Looks at the window in front, and closes it unless it is the main one.
-    void look(const std::string &what) {
+    /// Checks the topmost window, and closes it unless it is the main one.
+    void check(const std::string &what) {
         QApplication::processEvents();
         QWidget *front = &window;
         for (QWidget *open : QApplication::topLevelWidgets()) {
@@ -28,45 +28,45 @@ struct AccessibilityTest : test::MainWindowTest {
         EXPECT_THAT(test::unnamedElements(*front), IsEmpty()) << what;
         EXPECT_THAT(test::unreachableControls(*front), IsEmpty()) << what;
         if (front != &window) {
-            ++others;
+            ++checkedWindows;
             front->close();
         }
     }
 
-    /// Windows looked at beside the main one.
-    int others = 0;
+    /// How many windows other than the main one were checked.
+    int checkedWindows = 0;
 };
 
 TEST_F(AccessibilityTest, EveryControlOfEveryWindowHasANameAndIsReachedByTab) {
-    look("dashboard");
+    check("dashboard");
     controller.select(TermSelection{9001});
-    look("term");
+    check("term");
     openCourse(900101);
-    look("course");
+    check("course");
     table().selectStudents({{900101, 5001}});
-    look("student");
+    check("student");
     table().selectStudents({{900101, 5001}, {900101, 5002}});
-    look("students");
+    check("students");
     for (const char *command :
          {"Missing Work by Assignment…", "Risk Thresholds…", "Icon…", "Copy Course Setup…",
           "Ellwynd Help", "What's New in Ellwynd", "About Ellwynd"}) {
         action(QString::fromUtf8(command))->trigger();
-        look(command);
+        check(command);
     }
     window.settings().setUpdateChecksAvailable(true);
     for (int page = SettingsWindow::general; page <= SettingsWindow::sync; ++page) {
         window.settings().open(SettingsWindow::Page(page));
-        look("settings page " + std::to_string(page));
+        check("settings page " + std::to_string(page));
     }
     for (const std::int64_t step : {WelcomeWindow::introduction, WelcomeWindow::choice}) {
         defaults.set(preferences::onboardingStep, step);
         (new WelcomeWindow(defaults, core.check, appearance))->show();
-        look("welcome step " + std::to_string(step));
+        check("welcome step " + std::to_string(step));
     }
-    EXPECT_EQ(others, 7 + 8 + 2);
+    EXPECT_EQ(checkedWindows, 7 + 8 + 2);
     controller.select(DashboardSelection{});
     window.showUpdate(QStringLiteral("2.0"));
-    look("an update");
+    check("an update");
 }
 
 } // namespace

@@ -12,7 +12,7 @@
 namespace ellwynd {
 namespace {
 
-TEST(Theme, EveryTextCanBeRead) {
+TEST(Theme, EveryTextHasEnoughContrast) {
     constexpr double readable = 4.5;
     for (const bool dark : {false, true}) {
         for (const char *accent :
@@ -51,7 +51,7 @@ TEST(CourseIcon, NamesTheSubject) {
     EXPECT_TRUE(courseColor(-1).isValid());
 }
 
-TEST(CourseIcon, EveryWordHasAPictureOfItsOwn) {
+TEST(CourseIcon, EveryIconAndColourIsDistinct) {
     const auto tile = [](std::string_view icon, std::string_view color) {
         const CourseIcon chosen{.icon = std::string(icon), .color = std::string(color)};
         return courseTile(7, "CS 101", 20, 1, chosen).toImage();
@@ -73,7 +73,7 @@ TEST(CourseIcon, EveryWordHasAPictureOfItsOwn) {
     EXPECT_EQ(tile("zebra", "plaid"), seen.front());
 }
 
-TEST(CourseIcon, ReadsTheWordsItKnows) {
+TEST(CourseIcon, IgnoresUnknownWords) {
     const test::TemporaryFolder folder;
     UserDefaults defaults(folder.path() / "Preferences.json", {});
     defaults.set("Course.1.Icon", std::string("flask"));
@@ -110,7 +110,7 @@ TEST(Appearance, FollowsItsPreferences) {
         EXPECT_EQ(appearance.px(100), int(std::lround(100 * normal / 9.75)));
         EXPECT_EQ(changes, 4);
         settings.setTextScale(1.0);
-        EXPECT_EQ(changes, 4) << "nothing is new";
+        EXPECT_EQ(changes, 4) << "the same value again";
     }
     QApplication::setFont(desktop);
 }

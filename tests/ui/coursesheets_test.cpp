@@ -29,7 +29,7 @@ struct CourseSheetsTest : testing::Test {
     Settings settings{defaults};
     Appearance appearance{settings, false};
 
-    /// Shows a sheet as the window in front, which the focus needs.
+    /// Shows a sheet as the active window, so that it can have the focus.
     template<class SheetType>
     static SheetType *shown(SheetType *sheet) {
         sheet->show();
@@ -60,12 +60,12 @@ TEST_F(CourseSheetsTest, ArrowsChooseAnIconAtOnce) {
     press(Qt::Key_Right);
     EXPECT_EQ(icon().icon, "code");
     press(Qt::Key_Down);
-    EXPECT_EQ(icon().icon, "leaf") << "nine to a row";
+    EXPECT_EQ(icon().icon, "leaf") << "nine per row";
     press(Qt::Key_Tab);
     EXPECT_EQ(focusedName(), "Automatic colour");
     press(Qt::Key_Right, 4);
     EXPECT_EQ(icon(), (CourseIcon{.icon = "leaf", .color = "teal"}));
-    // The preview is the tile that the other views draw.
+    // The preview is the same tile as in the other views.
     const auto labels = sheet->findChildren<QLabel *>();
     const auto preview = std::ranges::find_if(labels, [](const QLabel *label) {
         return label->accessibleName() == QStringLiteral("Leaf on teal");
@@ -82,7 +82,7 @@ TEST_F(CourseSheetsTest, ArrowsChooseAnIconAtOnce) {
     EXPECT_EQ(icon(), (CourseIcon{.icon = "leaf", .color = "teal"}));
 }
 
-TEST_F(CourseSheetsTest, CancelPutsBackWhatWasThere) {
+TEST_F(CourseSheetsTest, CancelRestoresThePreviousIcon) {
     defaults.set("Course.7.Icon", std::string("from-a-newer-version"));
     openIcon();
     EXPECT_EQ(
@@ -157,8 +157,7 @@ TEST_F(CourseSheetsTest, TheEarlierEditionIsChosenAndCopied) {
     ASSERT_EQ(copy->text(), QStringLiteral("Copy Setup"));
     EXPECT_TRUE(says("Passing score 65%, icon."));
     press(Qt::Key_Down);
-    EXPECT_EQ(list->currentItem()->text(), QStringLiteral("Course 4"))
-        << "headings are passed over";
+    EXPECT_EQ(list->currentItem()->text(), QStringLiteral("Course 4")) << "headings are skipped";
     EXPECT_TRUE(says("follows the defaults"));
     EXPECT_FALSE(copy->isEnabled());
     press(Qt::Key_Up);

@@ -23,7 +23,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-/// What the program asks the desktop to open.
+/// Collects the URLs that the program opens in the browser.
 class Browser : public QObject {
     Q_OBJECT
 
@@ -58,7 +58,7 @@ struct HelpWindowTest : testing::Test {
     void link(const char *target) { Q_EMIT page.anchorClicked(QUrl(QString::fromUtf8(target))); }
 };
 
-TEST_F(HelpWindowTest, ASearchIsDoneByKeyboardAlone) {
+TEST_F(HelpWindowTest, SearchingNeedsOnlyTheKeyboard) {
     window.showTopic("nowhere");
     EXPECT_THAT(text(), StartsWith("Getting Started\n"));
     const int all = topics.count();
@@ -92,7 +92,7 @@ TEST_F(HelpWindowTest, ASearchIsDoneByKeyboardAlone) {
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(query.text(), QString());
     EXPECT_EQ(topics.count(), all);
-    EXPECT_EQ(topics.selectedTopic(), chosen) << "what was found stays open";
+    EXPECT_EQ(topics.selectedTopic(), chosen) << "the chosen topic stays open";
     EXPECT_TRUE(page.extraSelections().isEmpty());
     QTest::keyClick(&query, Qt::Key_Escape);
     EXPECT_FALSE(window.isVisible());
@@ -108,7 +108,7 @@ TEST_F(HelpWindowTest, ASearchWithoutHitsSaysSoAndKeepsThePage) {
     EXPECT_FALSE(window.isVisible()) << "a search does not keep the window open";
 }
 
-TEST_F(HelpWindowTest, LinksLeadToTopicsAndBackAndOnlyHttpsLeaves) {
+TEST_F(HelpWindowTest, LinksOpenTopicsAndOnlyHttpsOpensTheBrowser) {
     const Browser browser;
     auto &back = *window.findChild<QPushButton *>();
     window.showTopic("getting-started");
@@ -141,7 +141,7 @@ TEST_F(HelpWindowTest, ShowsReleaseNotesAndTheShortcutsItIsGiven) {
     EXPECT_THAT(text(), HasSubstr("Ctrl+R, F5"));
 }
 
-TEST_F(HelpWindowTest, FollowsTheAppearanceAndKeepsItsPlace) {
+TEST_F(HelpWindowTest, FollowsTheAppearanceAndKeepsItsGeometry) {
     window.showTopic("signals");
     const auto headingSize = [this] {
         return page.document()->begin().begin().fragment().charFormat().font().pointSizeF();
@@ -150,7 +150,7 @@ TEST_F(HelpWindowTest, FollowsTheAppearanceAndKeepsItsPlace) {
     settings.setTextScale(2);
     EXPECT_NEAR(headingSize(), normal * 2, 0.01);
     EXPECT_THAT(text(), StartsWith("How Students Are Scored"));
-    EXPECT_EQ(page.findChildren<QTextDocument *>().size(), 1) << "earlier pages are gone";
+    EXPECT_EQ(page.findChildren<QTextDocument *>().size(), 1) << "earlier pages are deleted";
 
     window.resize(777, 555);
     window.close();
@@ -158,7 +158,7 @@ TEST_F(HelpWindowTest, FollowsTheAppearanceAndKeepsItsPlace) {
     EXPECT_EQ(again.size(), QSize(777, 555));
 }
 
-TEST_F(HelpWindowTest, EveryPartHasAName) {
+TEST_F(HelpWindowTest, EveryControlHasAName) {
     for (QWidget *part :
          {static_cast<QWidget *>(&query), static_cast<QWidget *>(&topics),
           static_cast<QWidget *>(&page)}) {
@@ -168,15 +168,15 @@ TEST_F(HelpWindowTest, EveryPartHasAName) {
     }
 }
 
-TEST_F(HelpWindowTest, AboutTellsVersionAndPromises) {
+TEST_F(HelpWindowTest, AboutShowsVersionAndPromises) {
     AboutWindow about(appearance);
     std::string labels;
     for (const QLabel *label : about.findChildren<QLabel *>())
         labels += label->text().toStdString() + "\n";
     EXPECT_THAT(labels, HasSubstr("Version " + std::string(version)));
-    const std::string told = about.findChild<MarkdownPage *>()->toPlainText().toStdString();
-    EXPECT_THAT(told, HasSubstr("Nothing is ever sent"));
-    EXPECT_THAT(told, HasSubstr("LGPL-2.1-or-later"));
+    const std::string pageText = about.findChild<MarkdownPage *>()->toPlainText().toStdString();
+    EXPECT_THAT(pageText, HasSubstr("Nothing is ever sent"));
+    EXPECT_THAT(pageText, HasSubstr("LGPL-2.1-or-later"));
     about.show();
     QTest::keyClick(&about, Qt::Key_Escape);
     EXPECT_FALSE(about.isVisible());

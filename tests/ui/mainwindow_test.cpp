@@ -33,7 +33,7 @@ using testing::ElementsAre;
 TEST_F(MainWindowTest, CommandsAreEnabledWhereTheyCanWork) {
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Ellwynd — Sample Data"));
     for (const QLabel *label : window.findChildren<QLabel *>())
-        EXPECT_FALSE(label->text().contains(QStringLiteral("refreshing"))) << "all is in";
+        EXPECT_FALSE(label->text().contains(QStringLiteral("refreshing"))) << "loading has ended";
     const QString missingWork = QStringLiteral("Missing Work by Assignment…");
     EXPECT_FALSE(action(missingWork)->isEnabled()) << "a term is shown";
     EXPECT_EQ(window.openMissingWork(), nullptr);
@@ -66,7 +66,7 @@ TEST_F(MainWindowTest, CardsAreReachedAndOpenedByKeyboard) {
 }
 
 TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
-    // Signed out; a dashboard; a course that is loading; a term; a course; a student selected.
+    // The letters: signed Out, Dashboard, Loading, Term, Course, Student selected.
     const std::vector<std::pair<const char *, std::string>> rows{
         {"Refresh All Courses", "ODLTCS"},
         {"Refresh This Roster", "--LTCS"},
@@ -92,11 +92,11 @@ TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
         {"What's New in Ellwynd", "ODLTCS"},
         {"About Ellwynd", "ODLTCS"}};
     std::map<std::string, std::string> seen;
-    const auto look = [&](char state, const MainWindow &where) {
+    const auto record = [&](char state, const MainWindow &where) {
         std::map<std::string, bool> enabled;
         for (const auto *command : where.findChildren<QAction *>())
             enabled[QString(command->text()).remove(u'&').toStdString()] = command->isEnabled();
-        // The one command whose name tells the state.
+        // The only command whose name depends on the mode.
         enabled.merge(std::map<std::string, bool>{
             {"Leave Sample Data…", enabled["Explore with Sample Data…"]}});
         for (const auto &[command, enabledIn] : rows) {
@@ -104,7 +104,7 @@ TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
             seen[command] += enabled[command] ? state : '-';
         }
     };
-    // The sample college is always connected, so the signed-out state is another program's.
+    // The sample college is always connected, so the signed-out state needs objects of its own.
     test::Core unconnected;
     MainWindowController other{
         unconnected.defaults, unconnected.connector, unconnected.stores, unconnected.trends,
@@ -112,36 +112,36 @@ TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
     const MainWindow signedOut{other, unconnected.defaults, unconnected.stores, unconnected.check,
                                sync,  core.notifications,   appearance};
     other.refresh();
-    look('O', signedOut);
-    look('D', window);
+    record('O', signedOut);
+    record('D', window);
     const auto loading = QObject::connect(&controller, &MainWindowController::rosterDidChange, [&] {
         if (controller.roster().state == RosterView::State::loading)
-            look('L', window);
+            record('L', window);
     });
     controller.select(TermSelection{9103});
     QObject::disconnect(loading);
     QApplication::processEvents();
-    look('T', window);
+    record('T', window);
     openCourse(900101);
-    look('C', window);
+    record('C', window);
     table().selectStudents({{900101, 5002}});
-    look('S', window);
+    record('S', window);
     for (const auto &[command, enabledIn] : rows)
         EXPECT_EQ(seen[command], enabledIn) << command;
     EXPECT_FALSE(action(QStringLiteral("Check for Updates…"))->isVisible());
     EXPECT_FALSE(action(QStringLiteral("Send Feedback…"))->isVisible());
 }
 
-TEST_F(MainWindowTest, UndoStandsBesideItsOwnNoteAlone) {
+TEST_F(MainWindowTest, UndoIsShownOnlyWithItsOwnNote) {
     openCourse(900101);
     action(QStringLiteral("Copy Course Setup…"))->trigger();
     auto *sheet = window.findChild<CopySetupSheet *>();
     ASSERT_NE(sheet, nullptr);
     Q_EMIT sheet->setupDidChange(
         QStringLiteral("Copied"), {{"Course.900101.PassingScore", PreferenceValue(61.0)}});
-    // The pointer passes over a menu, which has nothing to say.
-    QStatusTipEvent passing{QString()};
-    QApplication::sendEvent(&window, &passing);
+    // Hovering a menu sends an empty status tip.
+    QStatusTipEvent emptyTip{QString()};
+    QApplication::sendEvent(&window, &emptyTip);
     QPushButton *undo = button(window, QStringLiteral("Undo"));
     ASSERT_NE(undo, nullptr);
     table().selectStudents({{900101, 5002}});
@@ -166,7 +166,7 @@ TEST_F(MainWindowTest, AnAssignmentSelectsTheStudentsMissingIt) {
     EXPECT_THAT(selected(), testing::UnorderedElementsAre(5001, 5009, 5016));
 }
 
-TEST_F(MainWindowTest, TheSheetSetsAndReleasesThresholds) {
+TEST_F(MainWindowTest, TheSheetSetsAndResetsThresholds) {
     openCourse(900101);
     ThresholdsSheet *sheet = window.openThresholds();
     ASSERT_NE(sheet, nullptr);
@@ -187,7 +187,7 @@ TEST_F(MainWindowTest, TheSheetSetsAndReleasesThresholds) {
     sheet->close();
 }
 
-/// Counts how often a view paints itself.
+/// Counts a view's paint events.
 struct PaintCount : QObject {
     int paints = 0;
     bool eventFilter(QObject *, QEvent *event) override {
@@ -234,7 +234,7 @@ TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     auto *passing = panes.findChild<QDoubleSpinBox *>();
     passing->setValue(90);
     EXPECT_EQ(controller.roster().thresholds->passingScore, 90);
-    // What is changed elsewhere shows here.
+    // The pane follows changes made elsewhere.
     defaults.set(preferences::defaultPassingScore, 65.0);
     EXPECT_EQ(passing->value(), 65);
     defaults.set(preferences::sidebarTermLimit, std::int64_t{2});
@@ -244,7 +244,7 @@ TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     defaults.set(preferences::textScale, 1.0);
 }
 
-TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndForgotten) {
+TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
     SettingsWindow &panes = window.settings();
     panes.open(SettingsWindow::connection);
     const auto fields = panes.findChildren<QLineEdit *>();
@@ -272,7 +272,7 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndForgotten) {
     EXPECT_TRUE(core.secrets.secrets.empty());
     EXPECT_TRUE(address->text().isEmpty());
 
-    // A test that is under way has nothing more to say after that.
+    // Signing out stops a running test, whose outcome is not shown.
     test::trustAuthority();
     test::FakeCanvas canvas;
     canvas.hold(QStringLiteral("/api/v1/users/self"));
@@ -296,7 +296,7 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndForgotten) {
     EXPECT_FALSE(token->isEnabled());
 }
 
-TEST_F(MainWindowTest, TheSyncPaneSaysHowItStands) {
+TEST_F(MainWindowTest, TheSyncPaneShowsTheStatus) {
     SettingsWindow &panes = window.settings();
     panes.open(SettingsWindow::sync);
     const auto says = [&](const char *text) {
@@ -306,7 +306,7 @@ TEST_F(MainWindowTest, TheSyncPaneSaysHowItStands) {
         }
         return false;
     };
-    // The sample college is forced for this run.
+    // The sample college is a launch argument here.
     EXPECT_TRUE(says("not synced while the sample college"));
     EXPECT_FALSE(button(panes, QStringLiteral("Remove Synced Settings"))->isEnabled());
     defaults.set(preferences::cloudStoreFolder, (core.folder.path() / "cloud").string());
@@ -314,7 +314,7 @@ TEST_F(MainWindowTest, TheSyncPaneSaysHowItStands) {
     EXPECT_TRUE(button(panes, QStringLiteral("Remove Synced Settings"))->isEnabled());
 }
 
-TEST_F(MainWindowTest, TheKeyboardReachesEverything) {
+TEST_F(MainWindowTest, RosterAndSidebarWorkByKeyboard) {
     openCourse(900101);
     action(QStringLiteral("Find Student"))->trigger();
     auto *filter = window.roster()->findChild<QLineEdit *>();
@@ -334,22 +334,22 @@ TEST_F(MainWindowTest, TheKeyboardReachesEverything) {
     QTest::keyClick(&table(), Qt::Key_End);
     EXPECT_THAT(selected(), ElementsAre(5026));
 
-    // What is folded is told, and Return unfolds it.
+    // The accessible text names hidden work, and Return shows it.
     table().selectStudents({{900101, 5001}});
-    const auto told = [&] {
+    const auto whyText = [&] {
         const QModelIndex why = table().currentIndex().siblingAtColumn(RosterModel::why);
         return why.data(Qt::AccessibleTextRole).toString().toStdString();
     };
-    EXPECT_THAT(told(), testing::HasSubstr(" more missing, press to show"));
+    EXPECT_THAT(whyText(), testing::HasSubstr(" more missing, press to show"));
     QTest::keyClick(&table(), Qt::Key_Return);
-    EXPECT_THAT(told(), testing::Not(testing::HasSubstr("press to show")));
+    EXPECT_THAT(whyText(), testing::Not(testing::HasSubstr("press to show")));
 
     QTreeView *sidebar = window.findChild<Sidebar *>()->list();
     QTest::keyClick(sidebar, Qt::Key_Down);
     EXPECT_EQ(controller.roster().courseID, 900102);
 }
 
-TEST_F(MainWindowTest, SelectionSurvivesAFreshenAndAThirdClickRestoresTheOrder) {
+TEST_F(MainWindowTest, ARefreshKeepsTheSelectionAndAThirdClickRestoresTheOrder) {
     openCourse(900101);
     table().selectStudents({{900101, 5014}});
     controller.refreshRoster();
@@ -381,13 +381,13 @@ TEST_F(MainWindowTest, OpenTermsAreRemembered) {
     EXPECT_FALSE(sidebar->isExpanded(sidebar->model()->index(1, 0)));
 }
 
-TEST_F(MainWindowTest, TheWindowComesBackToItsPlace) {
+TEST_F(MainWindowTest, TheWindowRestoresItsGeometry) {
     openCourse(900101);
     auto *details = window.findChild<StudentDetails *>();
     action(QStringLiteral("Hide Student Details"))->trigger();
     EXPECT_FALSE(details->isVisible());
     EXPECT_EQ(defaults.object(preferences::studentDetailsHidden.name), PreferenceValue(true))
-        << "at once, whenever the program ends";
+        << "saved at once, not at exit";
     window.setGeometry(30, 40, 1100, 650);
     EXPECT_TRUE(test::until(
         [&] { return defaults.object(preferences::mainWindowGeometry.name).has_value(); }));
@@ -401,15 +401,15 @@ TEST_F(MainWindowTest, TheWindowComesBackToItsPlace) {
     defaults.set(preferences::mainWindowGeometry, std::string("9000 -9000 740 660 maximized"));
     const MainWindow found{controller, defaults,           core.stores, core.check,
                            sync,       core.notifications, appearance};
-    EXPECT_TRUE(desktop.contains(found.geometry())) << "its screen is gone";
+    EXPECT_TRUE(desktop.contains(found.geometry())) << "the saved screen does not exist";
     EXPECT_TRUE(found.isMaximized());
     defaults.set(preferences::mainWindowGeometry, std::string("1 2 -3 x"));
     const MainWindow fresh{controller, defaults,           core.stores, core.check,
                            sync,       core.notifications, appearance};
-    EXPECT_EQ(fresh.size(), QSize(1280, 800)) << "as at first";
+    EXPECT_EQ(fresh.size(), QSize(1280, 800)) << "the default size";
 }
 
-TEST_F(MainWindowTest, HostileNamesAreText) {
+TEST_F(MainWindowTest, MarkupInNamesIsShownAsText) {
     RiskRow row{.id = 1, .name = "<img src=x>\n<b>Bob</b> & \u202Eevil", .courseID = 1};
     row.level = RiskLevel::atRisk;
     row.reasonLines = {{.text = "1 missing assignment"}};
@@ -430,7 +430,7 @@ TEST_F(MainWindowTest, HostileNamesAreText) {
     EXPECT_TRUE(found);
 }
 
-TEST_F(MainWindowTest, NamesThatDoNotFitFoldBehindALink) {
+TEST_F(MainWindowTest, NamesThatDoNotFitAreHiddenBehindALink) {
     RiskRow row{.id = 1, .courseID = 1};
     ReasonLine line{.text = "5 of 9 assignments missing"};
     for (std::int64_t id = 1; id <= 5; ++id)

@@ -27,7 +27,7 @@ struct MessagesPaneTest : testing::Test {
     Appearance appearance{settings, false};
     TemplateStore store{folder.path()};
     std::optional<PreviewStudent> student;
-    /// As the settings window holds its panes.
+    /// A scroll area, as in the settings window.
     std::unique_ptr<QScrollArea> window;
 
     void SetUp() override {
@@ -63,7 +63,7 @@ struct MessagesPaneTest : testing::Test {
         return interface != nullptr ? interface->text(QAccessible::Name).toStdString() : "";
     }
 
-    /// Goes by Tab to the control of that name.
+    /// Presses Tab until the control of that name has the focus.
     void tabTo(const std::string &name) const {
         constexpr int manyControls = 40;
         for (int i = 0; i < manyControls && nameOf(focus()) != name; ++i)
@@ -98,7 +98,7 @@ struct MessagesPaneTest : testing::Test {
     }
 };
 
-TEST_F(MessagesPaneTest, ATemplateIsWrittenByKeyboardAlone) {
+TEST_F(MessagesPaneTest, WritingATemplateNeedsOnlyTheKeyboard) {
     press("New Template");
     EXPECT_EQ(nameOf(focus()), "Name") << "a new template is named first";
     type("Praise");
@@ -106,7 +106,7 @@ TEST_F(MessagesPaneTest, ATemplateIsWrittenByKeyboardAlone) {
     QTest::keyClick(focus(), Qt::Key_End, Qt::ControlModifier);
     type("Well done in ");
     press("Insert {course}, the course's name");
-    EXPECT_EQ(nameOf(focus()), "Message") << "writing goes on";
+    EXPECT_EQ(nameOf(focus()), "Message") << "the focus returns to the text";
     type("!");
     EXPECT_EQ(preview(), "Hi Robin,\n\nWell done in Example Course!");
     QTest::keyClick(focus(), Qt::Key_Backtab);
@@ -116,7 +116,7 @@ TEST_F(MessagesPaneTest, ATemplateIsWrittenByKeyboardAlone) {
         "Hi {first_name},\n\nWell done in {course}!");
 }
 
-TEST_F(MessagesPaneTest, WhatIsDeletedCanBePutBack) {
+TEST_F(MessagesPaneTest, DeletingAndRestoringCanBeUndone) {
     tabTo("Message templates");
     QTest::keyClick(focus(), Qt::Key_Down);
     QTest::keyClick(focus(), Qt::Key_Delete);
@@ -144,7 +144,7 @@ TEST_F(MessagesPaneTest, WhatIsDeletedCanBePutBack) {
     press("Restore Defaults");
     EXPECT_EQ(undoText(), "Restored the default templates.");
     EXPECT_THAT(body()->toPlainText().toStdString(), testing::Not(HasSubstr("Gone?")));
-    // In a field, the same keys undo what was written there.
+    // In a text field the same keys undo typing.
     tabTo("Message");
     QTest::keyClick(focus(), Qt::Key_Z, Qt::ControlModifier);
     EXPECT_NE(undoText(), "");
@@ -152,7 +152,7 @@ TEST_F(MessagesPaneTest, WhatIsDeletedCanBePutBack) {
     EXPECT_EQ(body()->toPlainText(), QStringLiteral("Gone?"));
 }
 
-TEST_F(MessagesPaneTest, NothingWrittenIsLost) {
+TEST_F(MessagesPaneTest, EditsAreSavedWhenTheFocusMovesOrTheWindowCloses) {
     tabTo("Message templates");
     press("Duplicate");
     EXPECT_THAT(saved(), ElementsAre("Email", "Short Message", "Referral Summary", "Email Copy"));
@@ -162,7 +162,7 @@ TEST_F(MessagesPaneTest, NothingWrittenIsLost) {
     tabTo("Message templates");
     EXPECT_EQ(saved().back(), "Email Copy 2");
 
-    // Words on their way to the file are saved when the window closes.
+    // Unsaved edits are saved when the window closes.
     tabTo("Message");
     const QString before = body()->toPlainText();
     type("Last words. ");
@@ -172,7 +172,7 @@ TEST_F(MessagesPaneTest, NothingWrittenIsLost) {
     EXPECT_EQ(templates[0].body, before.toStdString());
 }
 
-TEST_F(MessagesPaneTest, WordsAreKeptAsTheyAre) {
+TEST_F(MessagesPaneTest, TextIsKeptExactly) {
     const std::string odd = "Bon\u00A0jour\u00A0!\r\n<b>{name}</b>\n\n";
     store.add(newTemplate("<i>odd</i>\nname", odd, {}));
     auto *list = window->findChild<QListWidget *>();
@@ -180,13 +180,13 @@ TEST_F(MessagesPaneTest, WordsAreKeptAsTheyAre) {
     EXPECT_EQ(list->item(3)->text(), QStringLiteral("<i>odd</i> name"));
     tabTo("Message");
     tabTo("Message templates");
-    EXPECT_EQ(store.templates()[3].body, odd) << "looking changes nothing";
+    EXPECT_EQ(store.templates()[3].body, odd) << "focusing the field changes nothing";
     tabTo("Message");
     type("x");
     tabTo("Message templates");
     EXPECT_EQ(store.templates()[3].body, "xBon\u00A0jour\u00A0!\n<b>{name}</b>\n\n");
 
-    // The pane follows the store and keeps its place.
+    // The pane follows the store and keeps its selection.
     (void)store.remove(store.templates()[0].id);
     EXPECT_EQ(list->currentRow(), 2);
     store.update(store.templates()[2].id, "Renamed", "y");
@@ -194,7 +194,7 @@ TEST_F(MessagesPaneTest, WordsAreKeptAsTheyAre) {
     EXPECT_EQ(body()->toPlainText(), QStringLiteral("y"));
 }
 
-TEST_F(MessagesPaneTest, ThePreviewIsAboutARealStudentWhereThereIsOne) {
+TEST_F(MessagesPaneTest, ThePreviewUsesARealStudentIfThereIsOne) {
     const auto title = [this] { return nameOf(window->findChildren<QPlainTextEdit *>().at(1)); };
     EXPECT_EQ(title(), "Preview for Robin Example, an invented student");
     EXPECT_THAT(preview(), HasSubstr("• 2 assignment(s) showing as missing:\n    – Essay 2"));
@@ -211,7 +211,7 @@ TEST_F(MessagesPaneTest, ThePreviewIsAboutARealStudentWhereThereIsOne) {
     }
 }
 
-TEST_F(MessagesPaneTest, EveryControlHasItsTurnAndItsPlace) {
+TEST_F(MessagesPaneTest, EveryControlIsReachedByTabAndNotCutOff) {
     for (const double scale : {1.0, 2.0}) {
         defaults.set(preferences::textScale, scale);
         QApplication::processEvents();
@@ -220,7 +220,7 @@ TEST_F(MessagesPaneTest, EveryControlHasItsTurnAndItsPlace) {
         do {
             QWidget *control = focus();
             names.push_back(nameOf(control));
-            // Nothing is cut at the side.
+            // Nothing is cut off at the sides.
             const int left = control->mapTo(window.get(), QPoint()).x();
             EXPECT_GE(left, 0) << names.back() << scale;
             EXPECT_LE(left + control->width(), window->width()) << names.back() << scale;

@@ -26,7 +26,7 @@ struct NoticesPanesTest : testing::Test {
     Appearance appearance{settings, false};
     test::MemoryNotifications system;
 
-    /// Whether a pane shows a sentence that begins so.
+    /// Whether a pane shows a text that begins with `beginning`.
     static bool says(const QWidget &pane, const char *beginning) {
         const auto labels = pane.findChildren<QLabel *>();
         return std::ranges::any_of(labels, [&](const QLabel *label) {
@@ -38,26 +38,26 @@ struct NoticesPanesTest : testing::Test {
 constexpr const char *turnedOff = "macOS has notifications turned off for Ellwynd. Enable them in "
                                   "System Settings ▸ Notifications.";
 
-TEST_F(NoticesPanesTest, TheSwitchesAreTheSettings) {
+TEST_F(NoticesPanesTest, TheCheckBoxesSetThePreferences) {
     NotificationsPane pane(defaults, system, appearance);
     pane.show();
     const auto boxes = pane.findChildren<QCheckBox *>();
     ASSERT_EQ(boxes.size(), 2);
     EXPECT_FALSE(boxes[0]->isChecked());
-    EXPECT_FALSE(boxes[1]->isEnabled()) << "nothing to refine";
+    EXPECT_FALSE(boxes[1]->isEnabled()) << "needs the first";
     boxes[0]->click();
     EXPECT_TRUE(defaults.value(preferences::movementNotifications));
     ASSERT_TRUE(boxes[1]->isEnabled());
     boxes[1]->click();
     EXPECT_TRUE(defaults.value(preferences::notifyWhileActive));
-    // What is changed elsewhere shows here, and a choice outlives being of no use.
+    // The pane follows changes made elsewhere, and a disabled box keeps its value.
     defaults.set(preferences::movementNotifications, false);
     EXPECT_FALSE(boxes[0]->isChecked());
     EXPECT_FALSE(boxes[1]->isEnabled());
     EXPECT_TRUE(boxes[1]->isChecked());
 }
 
-TEST_F(NoticesPanesTest, ASystemWithoutNoticesIsToldWheneverThePaneIsShown) {
+TEST_F(NoticesPanesTest, DeniedNotificationsAreReportedWheneverThePaneIsShown) {
     NotificationsPane pane(defaults, system, appearance);
     pane.show();
     EXPECT_FALSE(says(pane, turnedOff));
@@ -73,7 +73,7 @@ TEST_F(NoticesPanesTest, ASystemWithoutNoticesIsToldWheneverThePaneIsShown) {
     system.answer();
     EXPECT_FALSE(says(pane, turnedOff));
 
-    // The teacher went to the system's own settings and came back.
+    // The teacher switched to the system's settings and back.
     system.status = Status::denied;
     QWidget elsewhere;
     elsewhere.show();
@@ -87,21 +87,21 @@ TEST_F(NoticesPanesTest, ASystemWithoutNoticesIsToldWheneverThePaneIsShown) {
     EXPECT_TRUE(says(pane, turnedOff));
 }
 
-TEST_F(NoticesPanesTest, AnAnswerMayComeWhenThePaneIsGone) {
+TEST_F(NoticesPanesTest, AnAnswerMayArriveAfterThePaneIsDestroyed) {
     system.slow = true;
     auto pane = std::make_unique<NotificationsPane>(defaults, system, appearance);
     pane->show();
     pane.reset();
-    ASSERT_FALSE(system.questions.empty());
+    ASSERT_FALSE(system.pendingQueries.empty());
     system.answer();
 }
 
-TEST_F(NoticesPanesTest, WidgetsAreStartedFromBesideTheProgram) {
+TEST_F(NoticesPanesTest, WidgetsAreStartedNowAndAtLogin) {
     std::vector<QString> started;
-    bool starts = false;
+    bool succeeds = false;
     WidgetsPane pane(defaults, appearance, [&](const QString &program) {
         started.push_back(program);
-        return starts;
+        return succeeds;
     });
     pane.show();
     auto *hideNames = pane.findChild<QCheckBox *>();
@@ -114,7 +114,7 @@ TEST_F(NoticesPanesTest, WidgetsAreStartedFromBesideTheProgram) {
     EXPECT_EQ(show->text(), QStringLiteral("Show Widgets"));
     show->click();
     EXPECT_TRUE(says(pane, "The widgets couldn’t be started."));
-    starts = true;
+    succeeds = true;
     show->click();
     EXPECT_FALSE(says(pane, "The widgets couldn’t be started."));
     EXPECT_THAT(
@@ -122,7 +122,7 @@ TEST_F(NoticesPanesTest, WidgetsAreStartedFromBesideTheProgram) {
         testing::Each(QApplication::applicationDirPath() + QStringLiteral("/ellwynd-widget")));
     EXPECT_EQ(started.size(), 2U);
 
-    // Each start-up is the desktop's to make, from the entry in the teacher's folder.
+    // The desktop starts the widgets at login, from an entry in the autostart folder.
     QCheckBox *withSession = pane.findChildren<QCheckBox *>().at(1);
     const auto entry = directories::autostart() / "com.varnok.Ellwynd.Widget.desktop";
     EXPECT_FALSE(withSession->isChecked());
@@ -136,7 +136,7 @@ TEST_F(NoticesPanesTest, WidgetsAreStartedFromBesideTheProgram) {
     EXPECT_TRUE(withSession->isChecked());
     withSession->click();
     EXPECT_FALSE(std::filesystem::exists(entry));
-    std::filesystem::create_directories(entry / "in the way");
+    std::filesystem::create_directories(entry / "not a file");
     withSession->click();
     EXPECT_TRUE(says(pane, "com.varnok.Ellwynd.Widget.desktop couldn't be"));
     EXPECT_FALSE(withSession->isChecked());

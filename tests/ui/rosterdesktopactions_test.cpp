@@ -15,7 +15,7 @@ namespace {
 
 struct RosterDesktopActionsTest : test::MainWindowTest {};
 
-TEST_F(RosterDesktopActionsTest, StudentsAreWrittenToFromTheirMenu) {
+TEST_F(RosterDesktopActionsTest, TheMenuCopiesMessagesForTheSelectedStudents) {
     openCourse(900101);
     QMenu *copy = nullptr;
     for (QMenu *menu : window.findChildren<QMenu *>()) {
@@ -33,8 +33,8 @@ TEST_F(RosterDesktopActionsTest, StudentsAreWrittenToFromTheirMenu) {
         testing::AllOf(
             testing::StartsWith("Sam — CS 101"), testing::HasSubstr("\n\nPriya — CS 101")));
     EXPECT_TRUE(controller.roster().outreach.contains({900101, 5002}));
-    EXPECT_THAT(selected(), testing::UnorderedElementsAre(5002, 5003)) << "stay selected";
-    // The pane beside the roster writes to all of them as well.
+    EXPECT_THAT(selected(), testing::UnorderedElementsAre(5002, 5003)) << "the selection is kept";
+    // The details pane also acts on all selected students.
     auto *details = window.findChild<StudentDetails *>();
     table().selectStudents({{900101, 5004}, {900101, 5005}});
     button(*details, QStringLiteral("Mark as Contacted"))->click();
@@ -43,7 +43,8 @@ TEST_F(RosterDesktopActionsTest, StudentsAreWrittenToFromTheirMenu) {
     defaults.set(preferences::rememberContacts, false);
     table().selectStudents({{900101, 5001}, {900101, 5003}});
     EXPECT_FALSE(button(*details, QStringLiteral("Mark as Contacted"))->isEnabled());
-    EXPECT_FALSE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled()) << "one by one";
+    EXPECT_FALSE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled())
+        << "one student at a time";
     defaults.remove(preferences::rememberContacts.name);
     EXPECT_TRUE(button(*details, QStringLiteral("Mark as Contacted"))->isEnabled());
     while (!core.stores.templates.templates().empty())
@@ -54,7 +55,7 @@ TEST_F(RosterDesktopActionsTest, StudentsAreWrittenToFromTheirMenu) {
     EXPECT_EQ(copy->actions()[0]->text(), QStringLiteral("No templates — add one in Settings"));
 }
 
-TEST_F(RosterDesktopActionsTest, TheDetailsAreMadeAnewUnderTheirOwnMenu) {
+TEST_F(RosterDesktopActionsTest, TheDetailsAreRebuiltWhileTheirMenuIsOpen) {
     openCourse(900101);
     table().selectStudents({{900101, 5006}});
     window.activateWindow();
@@ -71,7 +72,7 @@ TEST_F(RosterDesktopActionsTest, TheDetailsAreMadeAnewUnderTheirOwnMenu) {
     EXPECT_EQ(QApplication::focusWidget(), button(window, copyMessage));
 }
 
-TEST_F(RosterDesktopActionsTest, TheExportGoesWhereThePanelSays) {
+TEST_F(RosterDesktopActionsTest, TheExportIsSavedToTheChosenFile) {
     openCourse(900101);
     action(QStringLiteral("Export Roster as CSV…"))->trigger();
     auto *panel = window.findChild<QFileDialog *>();
@@ -87,14 +88,14 @@ TEST_F(RosterDesktopActionsTest, TheExportGoesWhereThePanelSays) {
     panel->close();
 }
 
-TEST_F(RosterDesktopActionsTest, AQuotedCourseIsExportedUnderItsWholeName) {
+TEST_F(RosterDesktopActionsTest, QuotesInACourseNameDoNotSplitTheFileName) {
     const RosterView roster{.state = RosterView::State::shown, .title = "Course \"1\" & \"2\""};
     RosterActions actions(roster, defaults, core.stores, systemNow);
-    QWidget over;
-    RosterDesktopActions outlets(
-        actions, core.stores.templates, [] { return std::vector<RiskRow>{}; }, over);
-    outlets.exportRoster(ExportFormat::csv);
-    const auto *panel = over.findChild<QFileDialog *>();
+    QWidget owner;
+    RosterDesktopActions desktopActions(
+        actions, core.stores.templates, [] { return std::vector<RiskRow>{}; }, owner);
+    desktopActions.exportRoster(ExportFormat::csv);
+    const auto *panel = owner.findChild<QFileDialog *>();
     ASSERT_EQ(panel->selectedFiles().size(), 1);
     EXPECT_THAT(
         panel->selectedFiles().first().toStdString(),

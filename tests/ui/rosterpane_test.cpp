@@ -9,7 +9,7 @@
 namespace ellwynd {
 namespace {
 
-/// Two courses of one title, read from a Canvas.
+/// Two courses of the same title, read from a Canvas server.
 struct SameTitleTest : test::MainWindowTest {
     test::FakeCanvas canvas;
 
@@ -33,7 +33,7 @@ struct SameTitleTest : test::MainWindowTest {
     }
 };
 
-TEST_F(SameTitleTest, TheFilterBelongsToTheCourseThatItWasTypedFor) {
+TEST_F(SameTitleTest, ChangingTheCourseClearsTheFilter) {
     ASSERT_TRUE(test::until([&] { return controller.courses().known().size() == 2; }));
     ASSERT_TRUE(show(1));
     auto *filter = window.roster()->findChild<QLineEdit *>();

@@ -32,7 +32,7 @@ struct ShellTest : test::MainWindowTest {
 
     [[nodiscard]] QMessageBox *alert() const { return window.findChild<QMessageBox *>(); }
 
-    /// Presses a button of the alert and lets it go away.
+    /// Presses a button of the alert and waits until the alert is deleted.
     void press(const char *text) const {
         for (QAbstractButton *button : alert()->buttons()) {
             if (button->text() == QString::fromUtf8(text))
@@ -42,7 +42,7 @@ struct ShellTest : test::MainWindowTest {
     }
 };
 
-TEST_F(ShellTest, EnteringTheSampleCollegeAsksFirst) {
+TEST_F(ShellTest, EnteringTheSampleCollegeNeedsConfirmation) {
     alerts.switchSampleMode();
     ASSERT_NE(alert(), nullptr);
     EXPECT_EQ(alert()->text(), QStringLiteral("Explore with sample data?"));
@@ -63,7 +63,7 @@ TEST_F(ShellTest, EnteringTheSampleCollegeAsksFirst) {
     EXPECT_FALSE(delegate.isSampleMode());
 }
 
-TEST_F(ShellTest, AlertsShowTextsAsTheyAre) {
+TEST_F(ShellTest, AlertsShowPlainText) {
     failure = "<b>bold</b> <img src='https://elsewhere.example/'>";
     delegate.switchSampleMode();
     ASSERT_NE(alert(), nullptr);
@@ -91,14 +91,14 @@ TEST_F(ShellTest, TheBannerNamesTheUpdate) {
     EXPECT_FALSE(banner->isVisible());
 }
 
-TEST_F(ShellTest, AMinimisedWindowComesBack) {
+TEST_F(ShellTest, ActivatingRestoresAMinimisedWindow) {
     window.showMinimized();
     ASSERT_TRUE(window.isMinimized());
     window.activate(QStringLiteral("token"));
     EXPECT_FALSE(window.isMinimized());
     EXPECT_TRUE(window.isVisible());
     EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"))
-        << "only a window system that takes it away again is given one";
+        << "set only where the window system removes it again";
 }
 
 } // namespace

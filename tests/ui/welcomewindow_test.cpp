@@ -104,14 +104,14 @@ TEST_F(WelcomeWindowTest, IsDueUntilFinishedOrConnected) {
     EXPECT_FALSE(WelcomeWindow::isDue(defaults, false));
 }
 
-TEST_F(WelcomeWindowTest, ConnectsByKeyboardAlone) {
+TEST_F(WelcomeWindowTest, ConnectingNeedsOnlyTheKeyboard) {
     open();
     EXPECT_EQ(saved(), WelcomeWindow::introduction);
     press(Qt::Key_Return);
     EXPECT_EQ(window->step(), WelcomeWindow::choice);
     ASSERT_EQ(QApplication::focusWidget(), field(0));
 
-    // Every failure in its own words, and the fields keep their text.
+    // Each failure has its own message, and the fields keep their text.
     type("localhost");
     press(Qt::Key_Return);
     EXPECT_TRUE(until([&] { return announced.size() == 1; }));
@@ -153,14 +153,14 @@ TEST_F(WelcomeWindowTest, ConnectsByKeyboardAlone) {
     EXPECT_FALSE(window && window->isVisible());
     EXPECT_FALSE(WelcomeWindow::isDue(defaults, false));
 
-    // Looked at once more, it begins anew and stays finished.
+    // Opened again, it begins at the first step and stays finished.
     delete window;
     open();
     EXPECT_EQ(window->step(), WelcomeWindow::introduction);
     EXPECT_EQ(saved(), WelcomeWindow::finished);
 }
 
-TEST_F(WelcomeWindowTest, ATokenThatCannotBeKeptIsNoConnection) {
+TEST_F(WelcomeWindowTest, ATokenThatCannotBeSavedDoesNotConnect) {
     defaults.set(preferences::onboardingStep, std::int64_t{WelcomeWindow::choice});
     open();
     type(canvas.address());
@@ -175,7 +175,7 @@ TEST_F(WelcomeWindowTest, ATokenThatCannotBeKeptIsNoConnection) {
     EXPECT_EQ(connections, 0);
 }
 
-TEST_F(WelcomeWindowTest, ClosedWhileCheckingItSavesNothing) {
+TEST_F(WelcomeWindowTest, ClosingDuringTheTestSavesNothing) {
     defaults.set(preferences::onboardingStep, std::int64_t{WelcomeWindow::choice});
     for (const bool destroyed : {false, true}) {
         canvas.requests.clear();
@@ -193,11 +193,11 @@ TEST_F(WelcomeWindowTest, ClosedWhileCheckingItSavesNothing) {
         for (int i = 0; i < 20; ++i)
             QApplication::processEvents(QEventLoop::AllEvents, 10);
         EXPECT_TRUE(core.secrets.secrets.empty());
-        EXPECT_EQ(saved(), WelcomeWindow::choice) << "it opens there again";
+        EXPECT_EQ(saved(), WelcomeWindow::choice) << "it opens at this step again";
     }
 }
 
-TEST_F(WelcomeWindowTest, OffersTheSampleCollegeAndTheWayBack) {
+TEST_F(WelcomeWindowTest, OffersTheSampleCollegeAndBack) {
     open();
     press(Qt::Key_Return);
     auto *dots = window->findChild<StepDots *>();
@@ -216,7 +216,7 @@ TEST_F(WelcomeWindowTest, OffersTheSampleCollegeAndTheWayBack) {
     EXPECT_TRUE(WelcomeWindow::isDue(defaults, false));
 }
 
-TEST_F(WelcomeWindowTest, AsksForNoTokenWhileTheKeychainIsShut) {
+TEST_F(WelcomeWindowTest, TheTokenFieldIsDisabledWhileTheKeychainIsLocked) {
     defaults.set(preferences::canvasBaseURL, canvas.address());
     defaults.set(preferences::onboardingStep, std::int64_t{WelcomeWindow::choice});
     core.secrets.failure.emplace(KeychainError::locked, "The keyring is locked.");

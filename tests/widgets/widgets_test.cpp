@@ -44,14 +44,14 @@ struct WidgetsTest : testing::Test {
         QApplication::setFont(desktopFont);
     }
 
-    /// Puts these widgets on an empty desktop.
+    /// Replaces all widgets by these.
     void start(const std::vector<PlacedWidget> &widgets) {
         board.reset();
         savePlacedWidgets(stateFile, widgets);
         restart();
     }
 
-    /// As the program does on the next day.
+    /// Starts again from the saved state.
     void restart() {
         board.reset();
         board = std::make_unique<WidgetBoard>(
@@ -65,7 +65,7 @@ struct WidgetsTest : testing::Test {
         return *board->windows().at(index);
     }
 
-    /// The texts of the labels that are shown, and of the rows.
+    /// The texts of the visible labels.
     [[nodiscard]] static std::vector<std::string> labels(const WidgetWindow &window) {
         std::vector<std::string> texts;
         for (const QLabel *label : window.findChildren<QLabel *>()) {
@@ -84,7 +84,7 @@ struct WidgetsTest : testing::Test {
         return window.termButton()->accessibleName().toStdString();
     }
 
-    /// The entries of a menu; a check mark stands before the one that is checked.
+    /// The entries of a menu, the checked one with a check mark before it.
     [[nodiscard]] static std::vector<std::string> entries(const QMenu &menu) {
         std::vector<std::string> texts;
         for (const QAction *action : menu.actions()) {
@@ -135,7 +135,7 @@ TEST_F(WidgetsTest, RowsOpenTheirCourseByMouseAndKeyboard) {
     EXPECT_THAT(test::unreachableControls(window()), IsEmpty());
 }
 
-TEST_F(WidgetsTest, TheFileIsFollowedWhereverItGoes) {
+TEST_F(WidgetsTest, TheFileMayBeReplacedRemovedAndMoved) {
     const auto shows = [this](const std::vector<std::string> &expected) {
         return QTest::qWaitFor([&] { return courses(window()) == expected; });
     };
@@ -152,9 +152,9 @@ TEST_F(WidgetsTest, TheFileIsFollowedWhereverItGoes) {
     writer.write(file);
     EXPECT_TRUE(shows({"Art"})) << "written again";
     std::filesystem::remove_all(container.parent_path());
-    EXPECT_TRUE(shows({})) << "the folder above has vanished";
+    EXPECT_TRUE(shows({})) << "the parent folder was removed";
     writer.write(test::twoTerms());
-    EXPECT_TRUE(shows({"Bio", "Chem"})) << "both folders are back";
+    EXPECT_TRUE(shows({"Bio", "Chem"})) << "both folders were created again";
 
     (void)std::filesystem::rename(container, folder.path() / "elsewhere");
     EXPECT_TRUE(shows({})) << "the folder was moved away";
@@ -162,10 +162,10 @@ TEST_F(WidgetsTest, TheFileIsFollowedWhereverItGoes) {
     EXPECT_TRUE(shows({"Bio", "Chem"})) << "and back";
 
     files::replace(container / widgetFiles::versionTwo, "{\"terms\":");
-    EXPECT_TRUE(shows({})) << "no snapshot";
+    EXPECT_TRUE(shows({})) << "not a snapshot";
 }
 
-TEST_F(WidgetsTest, AChosenTermIsRememberedWhileItIsAway) {
+TEST_F(WidgetsTest, AChosenTermIsKeptWhileItIsNotListed) {
     EXPECT_THAT(termEntries(window()), ElementsAre("✓ Automatic", "Fall 2026", "Summer 2026"));
     choose(window(), "Summer 2026");
     EXPECT_EQ(title(window()), "Term: Summer 2026");
@@ -187,7 +187,7 @@ TEST_F(WidgetsTest, AChosenTermIsRememberedWhileItIsAway) {
     EXPECT_EQ(title(window()), "Term: Fall 2026");
 }
 
-TEST_F(WidgetsTest, SeveralAreRememberedEachForItself) {
+TEST_F(WidgetsTest, EachWidgetIsSavedSeparately) {
     choose(window(), "Add Another Widget");
     ASSERT_EQ(board->windows().size(), 2U);
     EXPECT_FALSE(window(0).frameGeometry().intersects(window(1).frameGeometry()));
@@ -208,7 +208,7 @@ TEST_F(WidgetsTest, SeveralAreRememberedEachForItself) {
     EXPECT_THAT(readPlacedWidgets(stateFile), ElementsAre(both[1]));
     choose(window(0), "Quit");
     EXPECT_EQ(finished, 1);
-    // Quitting closes the windows, which removes none.
+    // Quitting closes the windows without removing the widgets.
     window(0).close();
     EXPECT_THAT(readPlacedWidgets(stateFile), ElementsAre(both[1]));
     choose(window(0), "Remove Widget");
@@ -217,7 +217,7 @@ TEST_F(WidgetsTest, SeveralAreRememberedEachForItself) {
     EXPECT_EQ(board->windows().size(), 1U) << "a first one";
 }
 
-TEST_F(WidgetsTest, DraggingMovesTheCardAndOpensNothing) {
+TEST_F(WidgetsTest, DraggingMovesTheCardWithoutAClick) {
     window().move(100, 100);
     CourseRow &row = *window().rows()[0];
     const QPoint grip = row.rect().center();
@@ -254,7 +254,7 @@ TEST_F(WidgetsTest, AppearanceFollowsThePreferences) {
     EXPECT_NEAR(window().width(), width * 1.5, 1);
 }
 
-TEST_F(WidgetsTest, TilesCarryTheChosenIconUnlessTheNameIsHidden) {
+TEST_F(WidgetsTest, TilesShowTheChosenIconUnlessTheNameIsHidden) {
     const auto tile = [this] { return window().rows()[0]->grab().toImage(); };
     const QImage letters = tile();
     defaults.set("Course.4021.Icon", std::string("leaf"));
@@ -273,7 +273,7 @@ TEST_F(WidgetsTest, TilesCarryTheChosenIconUnlessTheNameIsHidden) {
     EXPECT_NE(tile(), hidden);
 }
 
-TEST_F(WidgetsTest, AListCutShortSaysSoInEverySize) {
+TEST_F(WidgetsTest, LongNamesAndListsFitInEverySize) {
     WidgetSnapshotFile file = test::twoTerms();
     const std::string name = std::string(300, 'x') + "<b>R&D</b>";
     file.terms[0].courses.assign(40, {.id = 1, .name = name, .atRisk = 99, .total = 99});
@@ -285,7 +285,7 @@ TEST_F(WidgetsTest, AListCutShortSaysSoInEverySize) {
     EXPECT_THAT(labels(window(1)), ElementsAre("as of 07:00:00", "37 more in Ellwynd"));
     EXPECT_THAT(labels(window(2)), ElementsAre("as of 07:00:00", "34 more in Ellwynd"));
     for (const auto &each : board->windows()) {
-        // Nothing hangs over the card or another part of it, and all texts stay texts.
+        // Parts neither overlap nor extend beyond the card, and markup is shown as text.
         QRect taken;
         for (const CourseRow *row : each->rows()) {
             EXPECT_TRUE(each->rect().contains(row->geometry()));
@@ -301,7 +301,7 @@ TEST_F(WidgetsTest, AListCutShortSaysSoInEverySize) {
     }
 }
 
-TEST(PlacedWidgets, AreReadFromAnyFile) {
+TEST(PlacedWidgets, InvalidFilesAndEntriesAreIgnored) {
     const test::TemporaryFolder folder;
     const PlacedWidget small{.size = WidgetSize::small};
     const PlacedWidget large{.size = WidgetSize::large, .termID = -5, .place = QPoint(-20, 30)};

@@ -184,11 +184,11 @@ TEST_F(CanvasClientTest, NeverMoreThanSixRequestsAtATime) {
         reads.push_back(reading.fetchCourses());
     for (auto &read : reads)
         (void)runToEnd(std::move(read));
-    EXPECT_EQ(canvas.mostInFlight, 6);
+    EXPECT_EQ(canvas.maxInFlight, 6);
     EXPECT_EQ(session.requestLimiter().inFlight(), 0);
 
     // While the rate limit runs low, one at a time.
-    canvas.mostInFlight = 0;
+    canvas.maxInFlight = 0;
     canvas.answerWith([](const FakeRequest &) {
         return FakeReply{.headers = {{"x-rate-limit-remaining", "199.5"}}, .delayMilliseconds = 5};
     });
@@ -198,7 +198,7 @@ TEST_F(CanvasClientTest, NeverMoreThanSixRequestsAtATime) {
         reads.push_back(reading.fetchCourses());
     for (auto &read : reads)
         (void)runToEnd(std::move(read));
-    EXPECT_EQ(canvas.mostInFlight, 1);
+    EXPECT_EQ(canvas.maxInFlight, 1);
 }
 
 TEST_F(CanvasClientTest, RetriesWhatMayPassAndWaitsInBetween) {

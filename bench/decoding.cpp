@@ -1,4 +1,4 @@
-// A course's submissions, from Canvas's JSON to records: 30,000 full-size ones, some 36 MB.
+// Decodes a course's submissions from JSON to records: 30,000 of realistic size, about 36 MB.
 #include "canvas/records/decoding.h"
 
 #include <benchmark/benchmark.h>
@@ -10,7 +10,7 @@ namespace {
 
 constexpr int records = 30'000;
 
-/// A list as Canvas sends it: some forty keys a record, of which seven matter.
+/// A list as Canvas sends it: about forty keys per record, of which seven are used.
 const std::string &submissions() {
     static const std::string json = [] {
         std::string text = "[";
@@ -43,7 +43,7 @@ const std::string &submissions() {
     return json;
 }
 
-void parseAlone(benchmark::State &state) {
+void parseOnly(benchmark::State &state) {
     const std::string &json = submissions();
     for (auto _ : state) {
         simdjson::dom::parser parser;
@@ -64,5 +64,5 @@ void decodeSubmissions(benchmark::State &state) {
 
 } // namespace
 
-BENCHMARK(parseAlone)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(parseOnly)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(decodeSubmissions)->Unit(benchmark::kMillisecond)->UseRealTime();

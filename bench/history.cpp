@@ -1,4 +1,4 @@
-// A year of history: 200 students on 365 days, in one course and in five.
+// A year of roster history: 200 students on 364 days, in one course or five.
 #include "base/log.h"
 #include "memory/historyfile.h"
 #include "memory/movement.h"
@@ -60,7 +60,7 @@ void recordAndSave(benchmark::State &state) {
         history.record(year.rows, 1, today);
 }
 
-/// As opening a course does it: nothing is known of the history's places yet.
+/// As when a course is opened: the history has no index yet.
 void movementOfCourse(benchmark::State &state) {
     Year year(state.range(0));
     const RosterHistory source(year.defaults, year.home, clockToday);

@@ -1,5 +1,5 @@
-// One large course over HTTPS, every answer 50 ms late, from the first request to scored rows: wall
-// time against the least that the pages allow, the client's own processor time and memory.
+// Loads and scores one large course over HTTPS with a latency of 50 ms. Reports wall time relative
+// to its lower bound, and the client's CPU time and memory.
 #include "app/roster/rosterloader.h"
 #include "canvas/client/canvasclient.h"
 #include "net/runtoend.h"

@@ -1,4 +1,4 @@
-// A large course: 500 students and 80 assignments, reasons included.
+// Scores a large course: 500 students and 80 assignments, with reasons.
 #include "risk/missedwork.h"
 #include "risk/scorer.h"
 

@@ -22,10 +22,10 @@ std::int64_t pagesOf(std::int64_t records) {
 
 std::chrono::milliseconds ServedShape::bound() const {
     const std::int64_t submissions = pagesOf(students * assignments);
-    // Its assignment groups are one page.
-    const std::int64_t all = courses * (submissions + pagesOf(students) + 1);
-    const std::int64_t sideBySide = (all + requestsInFlight - 1) / requestsInFlight;
-    return latency * std::max(submissions, sideBySide);
+    // A course's assignment groups are one page.
+    const std::int64_t pages = courses * (submissions + pagesOf(students) + 1);
+    const std::int64_t concurrent = (pages + requestsInFlight - 1) / requestsInFlight;
+    return latency * std::max(submissions, concurrent);
 }
 
 ServedCanvas::ServedCanvas(const ServedShape &shape) {
@@ -56,7 +56,7 @@ ServedCanvas::~ServedCanvas() {
 double peakResidentMemory() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
-    // Linux counts in KiB.
+    // Linux reports KiB.
     return 1024.0 * double(usage.ru_maxrss);
 }
 

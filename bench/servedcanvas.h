@@ -1,4 +1,4 @@
-// A fake Canvas in a process of its own, so that the figures of a benchmark are the client's alone.
+// A fake Canvas in a separate process, so that benchmarks measure only the client.
 #pragma once
 
 #include <QProcess>
@@ -8,21 +8,20 @@
 
 namespace ellwynd::bench {
 
-/// What is served, and how slowly.
+/// What the server serves, and its latency.
 struct ServedShape {
     std::int64_t courses = 1;
     std::int64_t students = 120;
     std::int64_t assignments = 40;
     std::chrono::milliseconds latency{50};
 
-    /// The least time in which every record of every course can be read, when each page takes the
-    /// latency and nothing else takes any: the pages of one list follow each other, and six
-    /// requests are in flight.
+    /// The lower bound of the time to read all courses: each page takes the latency and nothing
+    /// else takes time, the pages of a list are sequential, and six requests are in flight.
     [[nodiscard]] std::chrono::milliseconds bound() const;
 };
 
-/// Runs ellwynd-fake-canvas and trusts it. Throws std::runtime_error when it does not start.
-/// Courses have the ids from 1 on.
+/// Runs ellwynd-fake-canvas and trusts its certificate. Course ids start at 1.
+/// @throws std::runtime_error when it does not start
 class ServedCanvas {
   public:
     explicit ServedCanvas(const ServedShape &shape);
@@ -31,7 +30,7 @@ class ServedCanvas {
     ServedCanvas &operator=(const ServedCanvas &) = delete;
 
     [[nodiscard]] const std::string &address() const { return base; }
-    /// The one that it accepts.
+    /// The token that the server accepts.
     std::string token = "secret-token";
 
   private:
@@ -39,7 +38,7 @@ class ServedCanvas {
     std::string base;
 };
 
-/// The most memory that this process has had resident so far, in bytes.
+/// The peak resident memory of this process, in bytes.
 [[nodiscard]] double peakResidentMemory();
 
 } // namespace ellwynd::bench

@@ -1,6 +1,5 @@
-// From the start of a process to the first painted card of the sample college's dashboard: this
-// program starts itself ten times, the window program in all but its links, on the offscreen
-// platform.
+// The time from process start to the first painted card of the sample college's dashboard. This
+// program starts itself repeatedly as the window program, on the offscreen platform.
 #include "application.h"
 #include "platform/notifications/usernotifications.h"
 #include "platform/secrets/secretstore.h"
@@ -21,7 +20,7 @@ namespace {
 
 using namespace ellwynd;
 
-/// Ends the process with the first paint of a card.
+/// Exits the process when the first card is painted.
 class FirstCard : public QObject {
   public:
     bool eventFilter(QObject *object, QEvent *event) override {

@@ -1,4 +1,4 @@
-# What every target of the program is compiled with.
+# Compiler options and functions for all targets.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -11,28 +11,26 @@ endif()
 
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  # What it must be told before it looks at files with a precompiled header.
+  # Required for ccache to cache files that use a precompiled header.
   set(CMAKE_CXX_COMPILER_LAUNCHER
     "${CMAKE_COMMAND};-E;env;CCACHE_SLOPPINESS=pch_defines,time_macros;${CCACHE}")
 endif()
 
 option(ELLWYND_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
-# For those who change the program. A package built with a newer compiler must not fail over a
-# warning that nobody could have seen.
+# For development. A package built with a newer compiler must not fail because of new warnings.
 option(ELLWYND_WERROR "Treat the compiler's warnings as errors" OFF)
 
 add_library(ellwynd_options INTERFACE)
 target_compile_options(ellwynd_options INTERFACE
   -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual -Wconversion
   -Wno-sign-conversion
-  # A constructor's parameters bear the names of the members that they fill, so only a local that
-  # hides another local or a parameter is a mistake. Clang spares constructors by itself.
+  # Constructor parameters have the names of the members they fill, so GCC warns only about locals
+  # that shadow locals or parameters. Clang's -Wshadow allows such constructors.
   $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>
-  # Members have defaults, so leaving some out is meant.
+  # Designated initializers may omit members, which have defaults.
   -Wno-missing-field-initializers
   $<$<BOOL:${ELLWYND_WERROR}>:-Werror>
-  # Scores are compared with exact band limits, so no machine may fuse a multiplication and an
-  # addition into one rounding.
+  # Scores are compared with exact level limits, so fused multiply-add is off on all machines.
   -ffp-contract=off)
 target_compile_definitions(ellwynd_options INTERFACE
   QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
@@ -44,24 +42,24 @@ if(LLD)
 endif()
 
 if(ELLWYND_SANITIZE)
-  # Without precompiled headers a file that does not name what it uses fails.
+  # Without precompiled headers, a missing #include fails to compile.
   set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
   target_compile_options(ellwynd_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(ellwynd_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# ellwynd_allow_warning(FLAG FILES...): switches a warning of GCC off in the current folder's files,
-# where it is a false alarm.
+# ellwynd_allow_warning(FLAG FILES...): passes FLAG, such as -Wno-..., to GCC for the given files of
+# the current folder, for a false positive.
 function(ellwynd_allow_warning flag)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS "${flag}")
   endif()
 endfunction()
 
-# Half the time of compiling a file goes into the headers of Qt and the standard library that nearly
-# every file needs. They are compiled once for the rooms below the windows, once for the windows and
-# once for the tests.
+# Qt's and the standard library's headers, which nearly every file needs, take half of its compile
+# time. They are precompiled once for the modules below the windows, once for the windows and once
+# for the tests.
 set(ELLWYND_STANDARD_HEADERS
   <algorithm> <chrono> <filesystem> <functional> <map> <memory> <optional> <set> <string> <variant>
   <vector>)
@@ -74,9 +72,9 @@ function(ellwynd_precompile name)
 endfunction()
 
 # ellwynd_library(NAME [MOC] [PRECOMPILED target] SOURCES... [LINK targets...]
-# [PRIVATE_LINK targets...]): one room of the program. Includes are written from src/ on
-# ("risk/scorer.h"), so that a line says which room it reaches into. What only the sources need is
-# linked privately, so that no room sees it through another.
+# [PRIVATE_LINK targets...]): one module of the program. Include paths start at src/
+# ("risk/scorer.h"), so that they name the module. PRIVATE_LINK is for targets that only the sources
+# need, so that they are not visible to other modules.
 function(ellwynd_library name)
   cmake_parse_arguments(ARG "MOC" "PRECOMPILED" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
@@ -90,7 +88,7 @@ function(ellwynd_library name)
   target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK} ellwynd_options)
 endfunction()
 
-# ellwynd_program(NAME SOURCES... LINK targets...): a thin executable over the rooms.
+# ellwynd_program(NAME SOURCES... LINK targets...): an executable that links modules.
 function(ellwynd_program name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})

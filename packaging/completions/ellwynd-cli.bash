@@ -1,4 +1,4 @@
-# Completion of ellwynd-cli for bash. Commands and options are read from the program's own help.
+# Completion of ellwynd-cli for bash. Commands and options are read from the program's help.
 
 _ellwynd_cli() {
   local program=${COMP_WORDS[0]}
@@ -18,7 +18,7 @@ _ellwynd_cli() {
     esac
   done
   if [[ -z $command ]]; then
-    # The value of a "-Key" is the teacher's own.
+    # Nothing to complete for the value of a "-Key".
     ((i == COMP_CWORD)) || return
     local commands
     commands=$("$program" --help 2>/dev/null | sed -n 's/^  \([a-z][a-z-]*\) .*/\1/p')

@@ -1,4 +1,4 @@
-# Completion of ellwynd-cli for fish. Commands and options are read from the program's own help.
+# Completion of ellwynd-cli for fish. Commands and options are read from the program's help.
 
 # The command of the line, after --sample and any number of "-Key value".
 function __ellwynd_cli_command
@@ -15,7 +15,7 @@ function __ellwynd_cli_command
                 return 0
         end
     end
-    # A "-Key" that still waits for its value.
+    # A "-Key" whose value is still missing.
     test $i -gt (math (count $words) + 1); and echo value
     return 1
 end
@@ -38,13 +38,13 @@ end
 function __ellwynd_cli_options
     set -l words (commandline -opc)
     set -l lines ($words[1] (__ellwynd_cli_command) --help 2>/dev/null)
-    # An option that takes a value is followed by the teacher's own.
+    # Nothing to complete for the value of an option.
     string match -rq -- "^  $words[-1] <" $lines; and return
     string replace -rf '^  (--[a-z-]+)(?: <[^>]*>)? +(.*)' '$1\t$2' -- $lines
 end
 
 complete -c ellwynd-cli -f
-complete -c ellwynd-cli -n __ellwynd_cli_needs_command -l sample -d 'Work on the invented college'
+complete -c ellwynd-cli -n __ellwynd_cli_needs_command -l sample -d 'Use the invented college'
 complete -c ellwynd-cli -n __ellwynd_cli_needs_command -l version -d 'Show the version'
 complete -c ellwynd-cli -s h -l help -d 'Show the help'
 complete -c ellwynd-cli -n __ellwynd_cli_needs_command -a '(__ellwynd_cli_commands)'

@@ -1,4 +1,4 @@
-// Fills the list of preferences into the manual page of the command line.
+// Generates the command line's manual page from its template and the table of preferences.
 #include "base/files.h"
 #include "preferences/preferencekeys.h"
 
@@ -9,10 +9,10 @@
 namespace ellwynd {
 namespace {
 
-constexpr std::string_view place = "@PREFERENCES@\n";
+constexpr std::string_view placeholder = "@PREFERENCES@\n";
 constexpr std::size_t sizeLimit = 1024 * 1024;
 
-/// A sentence of what the preference takes, where its default alone does not tell.
+/// A sentence with the preference's valid values; empty if its default shows them.
 std::string limits(const Preference &row) {
     const bool isBounded = row.range.outside == NumberRange::Outside::refused &&
         (row.type == Preference::Type::integer || row.type == Preference::Type::real);
@@ -23,7 +23,7 @@ std::string limits(const Preference &row) {
     return text;
 }
 
-std::string absentText(const Preference &row) {
+std::string defaultText(const Preference &row) {
     struct Text {
         std::string operator()(std::monostate) const { return "none"; }
         std::string operator()(bool on) const { return on ? "YES" : "NO"; }
@@ -41,7 +41,7 @@ std::string preferenceList() {
     for (const Preference &row : preferences::table) {
         if (row.isForTeachers())
             list += fmt::format(
-                ".TP\n.BR {} \" ({})\"\n{}\n{}", row.key, absentText(row), row.meaning,
+                ".TP\n.BR {} \" ({})\"\n{}\n{}", row.key, defaultText(row), row.meaning,
                 limits(row));
     }
     return list;
@@ -50,10 +50,10 @@ std::string preferenceList() {
 /// @throws FileError
 void writeManual(const std::filesystem::path &from, const std::filesystem::path &to) {
     std::string page = files::read(from, sizeLimit).value_or("");
-    const std::size_t at = page.find(place);
+    const std::size_t at = page.find(placeholder);
     if (at == std::string::npos)
-        throw FileError(fmt::format("{} has no line {}", from.string(), place));
-    files::replace(to, page.replace(at, place.size(), preferenceList()));
+        throw FileError(fmt::format("{} has no line {}", from.string(), placeholder));
+    files::replace(to, page.replace(at, placeholder.size(), preferenceList()));
 }
 
 } // namespace

@@ -7,7 +7,7 @@ namespace ellwynd::calendar {
 
 namespace {
 
-// Without a zone Qt takes the local one; naming it is spelled differently from Qt 6.5 on.
+// Without a zone argument Qt uses local time. The argument differs before and after Qt 6.5.
 
 QDateTime local(Date date) {
     const auto ms = std::chrono::floor<std::chrono::milliseconds>(date.time_since_epoch()).count();

@@ -1,12 +1,12 @@
-// The user's calendar: where days begin, and how a day or a time is written.
+// Days in the local time zone, and the formats of days and times.
 #pragma once
 
 #include "base/date.h"
 
 namespace ellwynd {
 
-/// Days and times of day in the current time zone. A change of the zone while the program runs is
-/// noticed, as the C library notices it.
+/// Days and times of day in the current time zone. A change of the zone takes effect while the
+/// program runs, as far as the C library notices it.
 namespace calendar {
 
 /// The first instant of the day that `date` falls on.
@@ -14,7 +14,7 @@ namespace calendar {
 /// The first instant of the day after it.
 [[nodiscard]] Date startOfNextDay(Date date);
 
-/// The same time of day, so many calendar days earlier.
+/// The same time of day, `days` calendar days earlier.
 [[nodiscard]] Date daysBefore(Date date, std::int64_t days);
 
 /// Calendar days from the day of `from` to the day of `to`; negative when `to` is earlier.
@@ -29,7 +29,7 @@ namespace calendar {
 /// The time of day in the short style of the user's locale, such as "9:41 AM".
 [[nodiscard]] std::string shortTime(Date date);
 
-/// "Wed, Sep 23", with the year where that is not the year of `now`.
+/// "Wed, Sep 23"; with the year if it differs from the year of `now`.
 [[nodiscard]] std::string shortDay(Date date, Date now);
 
 } // namespace calendar

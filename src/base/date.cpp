@@ -8,10 +8,10 @@ namespace {
 
 using namespace std::chrono;
 
-/// Takes pieces off the front of a text; any piece that does not fit makes the whole fail.
+/// Consumes a text from its front. After a failed call the text as a whole is invalid.
 class Scanner {
   public:
-    explicit Scanner(std::string_view text) : rest(text) {}
+    explicit Scanner(std::string_view rest) : rest(rest) {}
 
     bool take(char wanted) {
         if (rest.empty() || rest.front() != wanted)
@@ -34,7 +34,7 @@ class Scanner {
         return value;
     }
 
-    /// The digits after a decimal point as microseconds; what is finer is cut.
+    /// The digits after a decimal point as microseconds; further digits are dropped.
     std::optional<microseconds> fraction() {
         std::int64_t value = 0;
         std::size_t count = 0;
@@ -120,7 +120,7 @@ std::optional<Date> parseInstant(std::string_view text) {
         return std::nullopt;
     const Date result =
         Date{sys_days{date}} + hours{*hh} + minutes{*mm} + seconds{*ss} + fraction - *offset;
-    // An offset can lead out of the years that four digits can write.
+    // An offset can move the year outside 0000 to 9999.
     const Date first = sys_days{year{0} / 1 / 1};
     const Date end = sys_days{year{10000} / 1 / 1};
     return result >= first && result < end ? std::optional{result} : std::nullopt;

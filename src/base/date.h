@@ -1,4 +1,4 @@
-// Instants, as Canvas and the program's own files write them.
+// Instants, and their ISO 8601 form in Canvas's responses and the program's files.
 #pragma once
 
 #include <chrono>
@@ -12,7 +12,7 @@ namespace ellwynd {
 /// An instant in UTC, to the microsecond.
 using Date = std::chrono::sys_time<std::chrono::microseconds>;
 
-/// A function that answers "now". Whatever depends on the current time takes one, or takes the
+/// A function that returns the current time. Code that depends on the time takes a Clock or the
 /// instant itself.
 using Clock = Date (*)();
 
@@ -20,15 +20,15 @@ using Clock = Date (*)();
 [[nodiscard]] Date systemNow();
 
 /// Reads an ISO 8601 instant: date, "T", time to the second, optional fraction, then "Z" or an
-/// offset ("-06:00", "-0600", "-06"). Absent for anything else, a date without a time or without
-/// an offset included, since such a text names no instant.
+/// offset ("-06:00", "-0600", "-06"). Absent for anything else, including a date without a time or
+/// an offset.
 [[nodiscard]] std::optional<Date> parseInstant(std::string_view text);
 
 /// Writes an instant as ISO 8601 in UTC to the second, "2026-09-03T14:05:09Z"; fractions are cut.
 [[nodiscard]] std::string formatInstant(Date date);
 
-/// Whole periods of 86,400 seconds from one instant to another, truncated toward zero. No calendar
-/// is asked: this is what scores are made of.
+/// Whole periods of 86,400 seconds from one instant to another, truncated toward zero. Scores use
+/// these rather than calendar days.
 [[nodiscard]] std::int64_t wholeDaysBetween(Date from, Date to);
 
 } // namespace ellwynd

@@ -21,10 +21,10 @@ std::string systemMessage(int code) {
     return std::generic_category().message(code);
 }
 
-/// An open file descriptor that closes itself.
+/// Owns a file descriptor.
 class Descriptor {
   public:
-    explicit Descriptor(int descriptor) : fd(descriptor) {}
+    explicit Descriptor(int fd) : fd(fd) {}
     Descriptor(const Descriptor &) = delete;
     Descriptor &operator=(const Descriptor &) = delete;
     ~Descriptor() { close(); }
@@ -40,20 +40,20 @@ class Descriptor {
     int fd;
 };
 
-/// Like create_directories, but a folder that is made belongs to its owner alone.
-void makeFolders(const fs::path &folder) {
+/// Like create_directories, with mode 0700 for each new folder.
+void createFolders(const fs::path &folder) {
     std::error_code error;
     if (folder.empty() || fs::is_directory(folder, error))
         return;
     if (folder != folder.root_path())
-        makeFolders(folder.parent_path());
+        createFolders(folder.parent_path());
     if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
         throw FileError(fmt::format(
-            "The folder {} couldn't be made: {}.", folder.string(), systemMessage(errno)));
+            "The folder {} couldn't be created: {}.", folder.string(), systemMessage(errno)));
     }
 }
 
-FileError unwritable(const fs::path &file, int code) {
+FileError writeError(const fs::path &file, int code) {
     return FileError(
         fmt::format("{} couldn't be written: {}.", file.filename().string(), systemMessage(code)));
 }
@@ -70,8 +70,7 @@ bool writeAll(int fd, std::string_view bytes) {
     return true;
 }
 
-/// Makes a change of the folder's names survive a crash of the machine. A file system that cannot
-/// do it is left to itself: the change is made all the same.
+/// Makes a rename in the folder survive a crash of the machine, where the file system supports it.
 void syncFolder(const fs::path &folder) {
     const Descriptor descriptor(
         ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -79,8 +78,8 @@ void syncFolder(const fs::path &folder) {
         ::fsync(descriptor.get());
 }
 
-/// What the names of a file's unfinished successors begin with.
-std::string besideName(const fs::path &file) {
+/// The common prefix of the temporary files that `replace` creates for a file.
+std::string temporaryPrefix(const fs::path &file) {
     return "." + file.filename().string() + ".new-";
 }
 
@@ -101,7 +100,7 @@ std::optional<std::string> files::read(const fs::path &file, std::size_t limit) 
     if (::fstat(descriptor.get(), &info) != 0)
         fail(systemMessage(errno));
     if (!S_ISREG(info.st_mode))
-        fail("it is not a file");
+        fail("it is not a regular file");
     if (std::size_t(info.st_size) > limit)
         fail(fmt::format("it is larger than {} MiB", limit / (1024 * 1024)));
 
@@ -123,35 +122,35 @@ std::optional<std::string> files::read(const fs::path &file, std::size_t limit) 
     return bytes;
 }
 
-files::Replacement::Replacement(fs::path replaced, std::string_view bytes)
-    : file(std::move(replaced)) {
-    makeFolders(file.parent_path());
+files::Replacement::Replacement(fs::path file, std::string_view bytes) : file(std::move(file)) {
+    const fs::path folder = this->file.parent_path();
+    createFolders(folder);
     std::error_code error;
-    if (fs::is_directory(file, error))
-        throw unwritable(file, EISDIR);
-    beside = file.parent_path() / (besideName(file) + "XXXXXX");
-    // mkostemp makes the file 0600.
-    Descriptor descriptor(::mkostemp(beside.data(), O_CLOEXEC));
+    if (fs::is_directory(this->file, error))
+        throw writeError(this->file, EISDIR);
+    temporary = folder / (temporaryPrefix(this->file) + "XXXXXX");
+    // mkostemp creates the file with mode 0600.
+    Descriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC));
     if (descriptor.get() < 0)
-        throw unwritable(file, errno);
-    // The bytes are on the disk before the name is.
+        throw writeError(this->file, errno);
+    // The bytes must be on the disk before the rename.
     if (!writeAll(descriptor.get(), bytes) || ::fsync(descriptor.get()) != 0 ||
         descriptor.close() != 0) {
         const int code = errno;
-        ::unlink(beside.c_str());
-        throw unwritable(file, code);
+        ::unlink(temporary.c_str());
+        throw writeError(this->file, code);
     }
 }
 
 files::Replacement::~Replacement() {
-    if (!beside.empty())
-        ::unlink(beside.c_str());
+    if (!temporary.empty())
+        ::unlink(temporary.c_str());
 }
 
 void files::Replacement::commit() {
-    if (::rename(beside.c_str(), file.c_str()) != 0)
-        throw unwritable(file, errno);
-    beside.clear();
+    if (::rename(temporary.c_str(), file.c_str()) != 0)
+        throw writeError(file, errno);
+    temporary.clear();
     syncFolder(file.parent_path());
 }
 
@@ -161,14 +160,14 @@ void files::replace(const fs::path &file, std::string_view bytes) {
 
 void files::createParentFolder(const fs::path &file) {
     try {
-        makeFolders(file.parent_path());
+        createFolders(file.parent_path());
     } catch (const FileError &) {
-        // The write that follows says why.
+        // The write that follows reports the reason.
     }
 }
 
 void files::removeLeftovers(const fs::path &file) {
-    const std::string prefix = besideName(file);
+    const std::string prefix = temporaryPrefix(file);
     std::vector<fs::path> leftovers;
     // A folder that cannot be read keeps its leftovers.
     std::error_code error;
@@ -182,7 +181,7 @@ void files::removeLeftovers(const fs::path &file) {
 }
 
 fs::path files::setAside(const fs::path &file, long long secondsSince1970) {
-    // A file set aside in the same second keeps its name: the next free second is taken.
+    // An existing file is never overwritten: the next free second is used.
     for (long long second = secondsSince1970;; ++second) {
         const fs::path aside = file.parent_path() /
             fmt::format("{}.unreadable-{}{}", file.stem().string(), second,
@@ -192,7 +191,7 @@ fs::path files::setAside(const fs::path &file, long long secondsSince1970) {
         const int code = errno;
         std::error_code error;
         if (code == EINVAL && !fs::exists(aside, error)) {
-            // Some network file systems know no such rename.
+            // Some network file systems do not support RENAME_NOREPLACE.
             fs::rename(file, aside, error);
             if (error)
                 throw FileError(error.message());
@@ -218,8 +217,8 @@ files::Stamp files::stamp(const fs::path &file) {
 
 files::Lock::Lock(const fs::path &file) : descriptor(-1) {
     createParentFolder(file);
-    const fs::path beside = file.parent_path() / ("." + file.filename().string() + ".lock");
-    descriptor = ::open(beside.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    const fs::path lock = file.parent_path() / ("." + file.filename().string() + ".lock");
+    descriptor = ::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     while (descriptor >= 0 && ::flock(descriptor, LOCK_EX) != 0 && errno == EINTR) {
     }
 }

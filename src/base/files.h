@@ -1,4 +1,4 @@
-// Whole files: read with a bound, replaced atomically, and the folders they live in.
+// Whole files: read up to a size limit, replaced atomically, locked and set aside.
 #pragma once
 
 #include <cstddef>
@@ -20,58 +20,57 @@ class FileError : public std::runtime_error {
 
 namespace files {
 
-/// The bytes of a file, or nothing when there is no file of that name. `limit` is in bytes; the
-/// string has some spare capacity, which JSON readers use.
-/// @throws FileError for a folder, a file above the limit, or one that cannot be read.
+/// The bytes of a file; absent when it does not exist. `limit` is in bytes. The string has some
+/// spare capacity, which JSON readers use.
+/// @throws FileError for anything but a regular file, for a file above the limit, and when reading
+///         fails.
 [[nodiscard]] std::optional<std::string> read(const std::filesystem::path &file, std::size_t limit);
 
-/// New bytes for a file, already on the disk beside it: what can fail has mostly failed before the
-/// file is touched, so that several files can change together or not at all.
+/// The new contents of a file, written to a temporary file beside it. Most errors occur before
+/// `commit`, so that several files can be replaced together or not at all.
 class Replacement {
   public:
-    /// A new file is readable by its owner alone, and so is every folder made on the way.
-    /// @throws FileError when the bytes cannot be written, or could not take the file's place.
+    /// Writes the temporary file. New files and folders are accessible to their owner alone.
+    /// @throws FileError when the bytes cannot be written, or the file is a folder.
     Replacement(std::filesystem::path file, std::string_view bytes);
-    /// Takes the bytes away again unless they are in place.
+    /// Removes the temporary file unless it was committed.
     ~Replacement();
     Replacement(const Replacement &) = delete;
     Replacement &operator=(const Replacement &) = delete;
 
-    /// Puts the bytes in the file's place. Called at most once.
-    /// @throws FileError when it cannot; the old file is then as it was.
+    /// Renames the temporary file to the file. Called at most once.
+    /// @throws FileError on failure; the old file is then unchanged.
     void commit();
 
   private:
     std::filesystem::path file;
-    std::string beside;
+    /// Empty once committed.
+    std::string temporary;
 };
 
-/// Replaces a file as a whole: a reader, or a crash at any instant, finds the old bytes or the new
-/// ones, and the new ones once this has returned. A new file is readable by its owner alone, and so
-/// is every folder made on the way.
-/// @throws FileError when it cannot; the old file is then as it was.
+/// Replaces a file atomically and durably. New files and folders are accessible to their owner
+/// alone.
+/// @throws FileError on failure; the old file is then unchanged.
 void replace(const std::filesystem::path &file, std::string_view bytes);
 
-/// Makes the folder that a file is to be written to, readable by its owner alone, and those on the
-/// way to it. A failure is left to be reported by the write.
+/// Creates the file's folder and its missing parents, accessible to their owner alone. A failure is
+/// ignored; the write that follows reports it.
 void createParentFolder(const std::filesystem::path &file);
 
-/// Removes what a writer that was killed in the middle of `replace` left beside the file. Only for
-/// whoever holds the file's lock.
+/// Removes the temporary files of processes that were killed during `replace`. The caller must hold
+/// the file's lock.
 void removeLeftovers(const std::filesystem::path &file);
 
-/// Moves a file out of the way, in its own folder, to its base name, ".unreadable-", the whole
-/// seconds since 1970 and its extension; returns the new name. A name that is taken is left alone,
-/// and the next free second is used.
+/// Renames a file within its folder to its base name, ".unreadable-", the whole seconds since 1970
+/// and its extension; returns the new path. If that name is taken, the next free second is used.
 /// @throws FileError when it cannot be moved.
 std::filesystem::path setAside(const std::filesystem::path &file, long long secondsSince1970);
 
-/// What tells one state of a file from another without reading it. A file that is not there has a
-/// stamp as well, and every replacement has a new one.
+/// Identifies the state of a file without reading it: every replacement changes the stamp.
 struct Stamp {
-    /// The size of a file that is not there.
+    /// The size of a file that does not exist.
     static constexpr std::int64_t absent = -1;
-    /// The size of one that may be there: its folder cannot be entered, or its disk cannot be read.
+    /// The size when it cannot be determined, such as in a folder without access.
     static constexpr std::int64_t unknown = -2;
 
     std::uint64_t inode = 0;
@@ -83,9 +82,9 @@ struct Stamp {
 };
 [[nodiscard]] Stamp stamp(const std::filesystem::path &file);
 
-/// Held while a file is read, changed and replaced, so that several processes take turns. Made
-/// beside the file, in a name of its own. Where no lock can be had, as in a read-only folder, there
-/// is none, and the write that follows says why.
+/// An exclusive lock between processes, held while a file is read, changed and replaced. It is
+/// taken on a lock file beside the file. Where that cannot be created, as in a read-only folder,
+/// nothing is locked; the write that follows reports the reason.
 class Lock {
   public:
     explicit Lock(const std::filesystem::path &file);

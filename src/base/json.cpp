@@ -25,12 +25,12 @@ json parseWithin(std::string_view text, int maxDepth) {
 bool overflows(std::string_view number) {
     double value = 0;
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
-    // The other end of the range is a zero, which is a number.
+    // An underflow is out of range too, but reads as zero.
     return error == std::errc::result_out_of_range && number.find("e-") == std::string_view::npos &&
         number.find("E-") == std::string_view::npos;
 }
 
-/// The end of the string that begins at `begin`, behind its closing quote.
+/// The position behind the closing quote of the string that begins at `begin`.
 std::size_t endOfString(std::string_view text, std::size_t begin) {
     for (std::size_t i = begin + 1; i < text.size(); ++i) {
         if (text[i] == '\\')
@@ -41,7 +41,7 @@ std::size_t endOfString(std::string_view text, std::size_t begin) {
     return text.size();
 }
 
-/// The text with null in place of every number that is too large for a double.
+/// The text with every number that is too large for a double replaced by null.
 std::string withoutOverflows(std::string_view text) {
     std::string result;
     for (std::size_t begin = 0; begin < text.size();) {

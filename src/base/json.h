@@ -1,4 +1,4 @@
-// Small JSON files: read within limits, by type, and written in one form.
+// Parsing JSON within limits, reading values by type, and writing files.
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
@@ -10,22 +10,22 @@
 
 namespace ellwynd {
 
-/// Nesting that no file of the program comes near. A deeper one could exhaust the stack when it is
-/// written again.
+/// Far more than any file of the program needs. Deeper nesting could exhaust the stack when it is
+/// serialised.
 inline constexpr int maxJSONDepth = 64;
 
-/// Reads a whole text. A number that is too large for a double, such as 1e999, becomes null, so
-/// that it costs its key and not the file.
-/// @throws FileError, in a sentence that quotes nothing of the text, for text that is not JSON and
-///         for nesting beyond `maxDepth`.
+/// Parses a text. A number that is too large for a double, such as 1e999, becomes null, so that
+/// only its key is lost and not the whole file.
+/// @throws FileError for text that is not JSON and for nesting beyond `maxDepth`; its message does
+///         not quote the text.
 [[nodiscard]] nlohmann::json parseJSON(std::string_view text, int maxDepth = maxJSONDepth);
 
-/// The value of a key; a null value when there is no such key, or when `object` is no object. Valid
+/// The value of a key; a null value when there is no such key, or `object` is not an object. Valid
 /// as long as `object`.
 [[nodiscard]] const nlohmann::json &memberOf(const nlohmann::json &object, std::string_view key);
 
-/// An integer of 64 bits with sign. Absent for every other value: a real such as 5.0, and an
-/// integer beyond that range.
+/// A signed 64-bit integer. Absent for any other value, including a real such as 5.0 and an integer
+/// outside that range.
 [[nodiscard]] std::optional<std::int64_t> integerOf(const nlohmann::json &value);
 
 /// Any number. Absent for a value of another type.
@@ -34,7 +34,7 @@ inline constexpr int maxJSONDepth = 64;
 /// A string. Absent for a value of another type.
 [[nodiscard]] std::optional<std::string> stringOf(const nlohmann::json &value);
 
-/// The text of a file that people may look at: indented by two, with a line break at its end.
+/// JSON text for files that people may read: indented by two blanks, with a final line break.
 /// Invalid UTF-8 is replaced, so that any value can be written.
 [[nodiscard]] std::string prettyJSON(const nlohmann::json &value);
 

@@ -8,19 +8,18 @@ namespace ellwynd {
 
 class LogFilter;
 
-/// A handle on one category of the program's log. Lines go to the sink that the program installs,
-/// otherwise to standard error.
+/// One category of the program's log. Lines go to the installed sink, by default to standard error.
 ///
-/// Whoever logs keeps to values that identify no student: course ids, counts, and messages. A
-/// library's own error text that may quote a file is not logged.
+/// Log only values that do not identify a student: course ids, counts, and messages. Do not log a
+/// library's error text that may quote a file.
 class Log {
   public:
     static constexpr std::string_view subsystem = "com.varnok.Ellwynd";
 
     enum class Level { info, error };
 
-    /// @param category must outlive the handle; string literals do.
-    explicit constexpr Log(std::string_view category) : name(category) {}
+    /// @param name the category; must outlive this object, as string literals do.
+    explicit constexpr Log(std::string_view name) : name(name) {}
 
     /// Routine events.
     void info(std::string_view message) const { write(Level::info, message); }
@@ -31,14 +30,14 @@ class Log {
 
     /// Receives each line, without control characters. May be called on any thread.
     using Sink = void (*)(std::string_view category, Level level, std::string_view message);
-    /// Sends the lines elsewhere. A null pointer stands for standard error.
+    /// Replaces the sink; null restores standard error.
     static void setSink(Sink sink);
 
-    /// Chooses which lines are written; all of them before the first call. Only while no other
+    /// Sets which lines are written; by default all of them. Must not be called while another
     /// thread logs.
     static void setFilter(LogFilter filter);
 
-    /// One line on standard error.
+    /// Writes one line to standard error.
     static void
     writeToStandardError(std::string_view category, Level level, std::string_view message);
 

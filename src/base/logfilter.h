@@ -11,16 +11,16 @@
 
 namespace ellwynd {
 
-/// One rule for each category, and one for the others.
+/// A rule for each named category, and one for all others.
 class LogFilter {
   public:
     /// Allows everything.
     LogFilter() = default;
 
-    /// Reads rules such as "network,sync:error" or "*:error,notify:off": categories, each with the
-    /// lowest level that is written ("info", which is also the default, "error", or "off" for
-    /// none), separated by commas. "*" names all other categories; without it they are off. An
-    /// empty text allows everything. Absent for a text that makes no sense.
+    /// Parses comma-separated rules such as "network,sync:error" or "*:error,notify:off": a
+    /// category and the lowest level that is written, which is "info" (the default), "error", or
+    /// "off" for none. "*" means all other categories; without it they are off. An empty text
+    /// allows everything. Absent for a text that is not valid.
     [[nodiscard]] static std::optional<LogFilter> parse(std::string_view text);
 
     [[nodiscard]] bool allows(std::string_view category, Log::Level level) const;

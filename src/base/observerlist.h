@@ -1,4 +1,4 @@
-// Observers of a change, each called for as long as its handle lives.
+// A list of callbacks, each called for as long as its handle lives.
 #pragma once
 
 #include <functional>
@@ -7,8 +7,8 @@
 
 namespace ellwynd {
 
-/// Calls observers in the order in which they were added. Observers may drop handles, their own
-/// included, add others, notify again, or destroy the list while they are called. Not thread-safe.
+/// Calls observers in the order in which they were added. While they are called, observers may drop
+/// handles, including their own, add observers, notify again, or destroy the list. Not thread-safe.
 ///
 /// @tparam Args what observers are called with; each receives the same values.
 template<class... Args>
@@ -20,8 +20,8 @@ class ObserverList {
     ObserverList(const ObserverList &) = delete;
     ObserverList &operator=(const ObserverList &) = delete;
 
-    /// @return the handle; the observer is never called once it is dropped. It may outlive the
-    /// list.
+    /// @return a handle; once it is dropped, the observer is not called any more. It may outlive
+    /// the list.
     [[nodiscard]] std::shared_ptr<void> add(Observer observer) {
         auto entry = std::make_shared<Entry>(Entry{std::move(observer)});
         entries->push_back(entry);
@@ -32,8 +32,8 @@ class ObserverList {
                 }};
     }
 
-    /// Calls every observer. One that is added meanwhile is first called the next time; when the
-    /// list is destroyed meanwhile, the rest are not called.
+    /// Calls every observer. An observer that is added during the call is first called the next
+    /// time; if the list is destroyed during the call, the remaining observers are not called.
     void notify(Args... args) const {
         const std::weak_ptr<const Entries> weakEntries = entries;
         const Entries current = *entries;

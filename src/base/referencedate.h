@@ -1,4 +1,4 @@
-// Dates as numbers, counted from 2001.
+// Dates as seconds since 2001-01-01, the form in which files store them.
 #pragma once
 
 #include "base/date.h"
@@ -8,16 +8,16 @@
 
 namespace ellwynd {
 
-/// 2001-01-01T00:00:00Z, from which the contact log and the templates count their seconds.
+/// 2001-01-01T00:00:00Z, the epoch of the contact log and the message templates.
 inline constexpr Date referenceDate = std::chrono::sys_days{std::chrono::year{2001} / 1 / 1};
 
-/// Seconds since the reference date, with their fraction.
+/// Seconds since the reference date, with a fraction.
 [[nodiscard]] inline double secondsSinceReference(Date date) {
     return double((date - referenceDate).count()) / 1e6;
 }
 
-/// The instant so many seconds after the reference date, to the microsecond; absent outside the
-/// years that four digits can write.
+/// The instant `seconds` after the reference date, to the microsecond; absent outside the years
+/// 0 to 9999.
 [[nodiscard]] inline std::optional<Date> dateSinceReference(double seconds) {
     constexpr double earliest = -63'145'526'400.0;
     constexpr double latest = 252'423'993'600.0;

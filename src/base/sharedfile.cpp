@@ -6,17 +6,17 @@ SharedFile::SharedFile(std::filesystem::path file, std::size_t limit)
     : file(std::move(file)), limit(limit), seen(files::stamp(this->file)) {}
 
 SharedFile::Transaction SharedFile::begin() {
-    // Asked before the lock is taken, which makes the folder. A folder that went away as a whole
-    // is no reason to forget what the program remembers.
+    // Checked before taking the lock, which creates the folder. A file that is missing together
+    // with its folder does not count as removed.
     const bool hadFolder = folderExists();
     Transaction transaction(file);
-    // No other process is writing now, so a killed one left what is found beside the file.
+    // Under the lock no other process is writing, so any temporary file is a leftover.
     files::removeLeftovers(file);
     const files::Stamp current = files::stamp(file);
     if (current == seen || current.size == files::Stamp::unknown)
         return transaction;
     if (current.size != files::Stamp::absent) {
-        // `seen` follows when it is read.
+        // `read` updates `seen`.
         transaction.externalChange = ExternalChange::replaced;
         return transaction;
     }
@@ -37,7 +37,7 @@ void SharedFile::replace(std::string_view bytes) {
 
 void SharedFile::remove() {
     std::optional<Transaction> transaction;
-    // The lock would make the folder.
+    // Taking the lock would create the folder.
     if (folderExists())
         transaction.emplace(begin());
     std::error_code ignored;

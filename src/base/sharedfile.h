@@ -1,4 +1,4 @@
-// A file that several processes read whole, change and replace whole.
+// A file that several processes read and replace as a whole.
 #pragma once
 
 #include "base/files.h"
@@ -9,18 +9,18 @@ namespace ellwynd {
 enum class ExternalChange {
     none,
     replaced,
-    /// Removed, with its folder left alone.
+    /// Removed, while its folder still exists.
     removed,
 };
 
-/// Knows in which state this process last saw a file, so that a store can take over what another
-/// process did to it before applying a change of its own.
+/// Remembers the state in which this process last saw a file, so that a store can merge another
+/// process's change before applying its own.
 class SharedFile {
   public:
-    /// @param limit the largest size to read, in bytes.
+    /// @param limit the maximum size to read, in bytes.
     SharedFile(std::filesystem::path file, std::size_t limit);
 
-    /// Held from looking at the file until it is replaced: no other process changes it meanwhile.
+    /// Locks the file while it is checked, read and replaced.
     struct Transaction {
         explicit Transaction(const std::filesystem::path &file) : lock(file) {}
 
@@ -29,13 +29,14 @@ class SharedFile {
     };
     [[nodiscard]] Transaction begin();
 
-    /// The bytes, or nothing when there is no file. @throws FileError
+    /// The bytes; absent when there is no file. @throws FileError
     [[nodiscard]] std::optional<std::string> read();
     /// @throws FileError
     void replace(std::string_view bytes);
-    /// A failure is ignored.
+    /// Removes the file; a failure is ignored.
     void remove();
-    /// Moves an unreadable file out of the way; returns its new name. @throws FileError
+    /// Renames an unreadable file as `files::setAside` does; returns its new path.
+    /// @throws FileError
     std::filesystem::path setAside(long long secondsSince1970);
 
     [[nodiscard]] bool exists() const;

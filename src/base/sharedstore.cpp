@@ -4,8 +4,8 @@
 
 namespace ellwynd {
 
-StoreFile::StoreFile(StoreFileOptions options, const std::filesystem::path &directory, Clock clock)
-    : options(options), file(directory / options.fileName, options.maxSize), now(clock) {}
+StoreFile::StoreFile(StoreFileOptions options, const std::filesystem::path &directory, Clock now)
+    : options(options), file(directory / options.fileName, options.maxSize), now(now) {}
 
 bool StoreFile::load(const std::function<void(std::string_view)> &decode) {
     try {
@@ -42,9 +42,9 @@ bool StoreFile::save(const std::function<std::string()> &encode) {
     if (unreadableRemains && mustSetAside)
         setAside();
     try {
-        // What that file holds is not this program's to destroy.
+        // Never overwrite a file that may hold data of the teacher's.
         if (unreadableRemains && mustSetAside)
-            throw FileError("The unreadable file is still in its place.");
+            throw FileError("The unreadable file is still in place.");
         file.replace(encode());
     } catch (const std::exception &error) {
         options.log.error(fmt::format("Couldn't save {}: {}", options.contents, error.what()));

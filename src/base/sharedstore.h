@@ -1,4 +1,4 @@
-// The contents of one file that several processes share: loaded, merged and saved.
+// A store whose file several processes share: loaded, merged and saved.
 #pragma once
 
 #include "base/date.h"
@@ -12,39 +12,39 @@ namespace ellwynd {
 
 /// What a store does with a file that it cannot read.
 enum class UnreadableFile {
-    /// It is left where it is, and the next save replaces it.
+    /// Leave it in place; the next save replaces it.
     replace,
-    /// It is set aside. Where that fails, the next save replaces it.
+    /// Set it aside. If that fails, the next save replaces it.
     setAside,
-    /// It is set aside. Where that fails, nothing is saved until it succeeds.
+    /// Set it aside. If that fails, save nothing until it succeeds.
     setAsideBeforeSaving,
 };
 
-/// What a store makes of its file. Views are of string literals.
+/// How a store uses its file. The views must be of string literals.
 struct StoreFileOptions {
     std::string_view fileName;
     /// In bytes; a larger file counts as unreadable.
     std::size_t maxSize = 0;
     Log log;
-    /// What the log calls the contents: "roster history".
+    /// The name of the contents in log lines: "roster history".
     std::string_view contents;
-    /// What the log calls an unreadable file when it is set aside.
+    /// The name of an unreadable file in log lines about setting it aside.
     std::string_view unreadableName = "it";
     UnreadableFile unreadable = UnreadableFile::replace;
-    /// Whether another process that removed the file meant its contents to be forgotten.
+    /// Whether the contents in memory are cleared when another process removed the file.
     bool removalClears = true;
 };
 
 /// The file of a store. Failures are logged, never thrown.
 class StoreFile {
   public:
-    StoreFile(StoreFileOptions options, const std::filesystem::path &directory, Clock clock);
+    StoreFile(StoreFileOptions options, const std::filesystem::path &directory, Clock now);
 
     [[nodiscard]] bool exists() const { return file.exists(); }
     [[nodiscard]] bool removalClears() const { return options.removalClears; }
     [[nodiscard]] SharedFile::Transaction begin() { return file.begin(); }
-    /// Hands the text to `decode`, which throws where it is not the store's. False for such a text,
-    /// and when there is no file.
+    /// Passes the text to `decode`, which throws if it is not valid. False for such a text, and
+    /// when there is no file.
     bool load(const std::function<void(std::string_view)> &decode);
     bool save(const std::function<std::string()> &encode);
     void remove() { file.remove(); }
@@ -55,32 +55,33 @@ class StoreFile {
     StoreFileOptions options;
     SharedFile file;
     Clock now;
-    /// Set while an unreadable file is still in its place although it should be set aside.
+    /// Set while an unreadable file could not be set aside.
     bool unreadableRemains = false;
 };
 
-/// Contents that are rewritten whole after each change. What another process saved since this one
-/// looked is taken over before a change is applied; a change that cannot be saved stays in memory
-/// and is applied again with the next.
+/// Contents that are written as a whole after each change. Changes that another process has saved
+/// are loaded before a change is applied. A change that cannot be saved is kept in memory and
+/// applied again with the next one.
 template<class T>
 class SharedStore {
   public:
-    /// Applied to the contents, and again to what another process saved if it could not be saved.
+    /// A modification of the contents. One that could not be saved is also applied to contents
+    /// loaded later.
     using Change = std::function<void(T &)>;
-    /// Held from taking over what other processes did until a change is committed.
+    /// Locks the file from merging other processes' changes until a change is committed. Absent for
+    /// contents in memory alone.
     using Transaction = std::optional<SharedFile::Transaction>;
 
     struct Codec {
-        /// Throws for a text that is not the store's.
+        /// Throws for a text that is not valid.
         std::function<T(std::string_view)> decode;
         std::function<std::string(const T &)> encode;
-        /// Removes what is kept no longer, and returns whether there was any; a null function keeps
-        /// everything.
+        /// Removes expired entries, and returns whether there were any; null keeps everything.
         std::function<bool(T &)> prune;
     };
 
-    /// Reads nothing yet.
-    /// @param directory where the file lives; absent for contents in memory alone.
+    /// Does not read the file yet.
+    /// @param directory the file's folder; absent for contents in memory alone.
     SharedStore(
         StoreFileOptions options, Codec codec,
         const std::optional<std::filesystem::path> &directory, Clock clock)
@@ -89,7 +90,7 @@ class SharedStore {
             file.emplace(std::move(options), *directory, clock);
     }
 
-    /// Reads the file. False when there is none, or none that can be read.
+    /// Reads the file. False when it does not exist or cannot be read.
     bool open() {
         if (!file || !file->exists())
             return false;
@@ -98,7 +99,7 @@ class SharedStore {
     }
 
     [[nodiscard]] const T &contents() const { return current; }
-    /// Another number after each time that the contents may have changed.
+    /// Changes whenever the contents may have changed.
     [[nodiscard]] std::uint64_t revision() const { return revisionNumber; }
 
     void change(Change change) { commit(begin(), std::move(change)); }
@@ -108,14 +109,14 @@ class SharedStore {
         if (!file)
             return transaction;
         transaction.emplace(file->begin());
-        if (takeOver(transaction->externalChange)) {
+        if (merge(transaction->externalChange)) {
             for (const Change &change : unsaved)
                 apply(change);
         }
         return transaction;
     }
 
-    /// The transaction has ended when this returns.
+    /// Ends the transaction.
     void commit(Transaction transaction, Change change) {
         const Transaction held = std::move(transaction);
         apply(change);
@@ -124,13 +125,13 @@ class SharedStore {
             unsaved.clear();
     }
 
-    /// Replaces the contents in memory, and leaves the file alone.
+    /// Replaces the contents in memory without saving them.
     void fill(T contents) {
         current = std::move(contents);
         ++revisionNumber;
     }
 
-    /// Forgets the contents and removes the file.
+    /// Clears the contents and removes the file.
     void clear() {
         fill({});
         unsaved.clear();
@@ -139,7 +140,7 @@ class SharedStore {
     }
 
   private:
-    /// False when there is nothing to read: the contents are then as they were.
+    /// False when there is nothing to read; the contents are then unchanged.
     bool load() {
         if (!file->load([this](std::string_view text) { fill(codec.decode(text)); }))
             return false;
@@ -148,8 +149,8 @@ class SharedStore {
         return true;
     }
 
-    /// Whether the contents were replaced by another process's.
-    bool takeOver(ExternalChange change) {
+    /// Applies another process's change. True if the contents were replaced.
+    bool merge(ExternalChange change) {
         if (change == ExternalChange::replaced)
             return load();
         const bool cleared = change == ExternalChange::removed && file->removalClears();
@@ -171,7 +172,7 @@ class SharedStore {
     std::optional<StoreFile> file;
     T current;
     std::uint64_t revisionNumber = 0;
-    /// What no file holds yet, since saving failed.
+    /// Changes whose save failed.
     std::vector<Change> unsaved;
 };
 

@@ -10,7 +10,7 @@ namespace ellwynd {
 
 namespace {
 
-/// The character set of UTF-8 for this thread, whatever locale the program runs in.
+/// Sets a UTF-8 character type locale for this thread, whatever locale the program runs in.
 class Utf8Locale {
   public:
     Utf8Locale() : previous(::uselocale(utf8())) {}
@@ -74,12 +74,12 @@ std::size_t displayWidth(std::string_view text) {
         std::size_t length = std::mbrtowc(&character, text.data(), text.size(), &state);
         int columns = 1;
         if (length > text.size()) {
-            // Not UTF-8: terminals draw a mark in place of each such byte.
+            // Not UTF-8: terminals draw a replacement character for each such byte.
             length = 1;
             state = {};
         } else {
             length = std::max<std::size_t>(length, 1);
-            // Negative for a character that the C library does not know yet.
+            // Negative for control characters and for those that the C library does not know.
             columns = ::wcwidth(character);
         }
         width += columns < 0 ? 1 : std::size_t(columns);

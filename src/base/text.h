@@ -1,4 +1,4 @@
-// What is done to texts in more than one place. Texts are UTF-8.
+// Small functions on UTF-8 texts.
 #pragma once
 
 #include <cstddef>
@@ -9,15 +9,15 @@
 
 namespace ellwynd {
 
-/// The white space of ASCII.
+/// ASCII white space.
 inline constexpr std::string_view whiteSpace = " \t\n\v\f\r";
 
 /// The text without these characters at its two ends.
 [[nodiscard]] std::string_view
 trim(std::string_view text, std::string_view characters = whiteSpace);
 
-/// The text in one line: every control character becomes a blank, so that no name from outside can
-/// break a layout, forge a line of the log or move a terminal's cursor.
+/// The text with every control character replaced by a blank, so that a name from Canvas cannot
+/// break a layout, forge a log line or move a terminal's cursor.
 [[nodiscard]] std::string oneLine(std::string_view text);
 
 /// `one` for a count of 1, else `many`.
@@ -34,8 +34,7 @@ pluralForm(std::int64_t count, std::string_view one, std::string_view many) {
 [[nodiscard]] std::string join(const std::vector<std::string> &texts, std::string_view separator);
 
 /// How many columns of a terminal the text takes, in any locale: East Asian wide characters and
-/// emoji take two, combining marks none. A sequence of emoji that a terminal may draw as one counts
-/// each of them.
+/// emoji take two, combining marks none. Every emoji of a joined sequence is counted.
 [[nodiscard]] std::size_t displayWidth(std::string_view text);
 
 } // namespace ellwynd

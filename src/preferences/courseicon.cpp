@@ -9,7 +9,7 @@ namespace ellwynd {
 
 namespace {
 
-/// The course's own word, where it is one of those that the preference takes.
+/// The word stored for the course; empty unless it is one of `words`.
 std::string chosen(
     const UserDefaults &defaults, std::int64_t courseID, std::string_view suffix,
     std::span<const std::string_view> words) {

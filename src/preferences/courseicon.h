@@ -12,13 +12,13 @@ class UserDefaults;
 
 namespace courseSettings {
 
-/// What a course's tile can show.
+/// The icons of course tiles.
 inline constexpr std::array<std::string_view, 26> iconWords{
     "code",  "database", "chip",   "gear",   "ruler", "calculator", "chart", "flask",   "atom",
     "leaf",  "heart",    "ball",   "book",   "pen",   "speech",     "globe", "compass", "column",
     "music", "palette",  "camera", "people", "gavel", "briefcase",  "bulb",  "house"};
 
-/// The colours of tiles, in the order in which a course's id picks one.
+/// The colours of course tiles. A course's id selects its default by index.
 inline constexpr std::array<std::string_view, 10> colorWords{
     "blue", "pink", "purple", "teal", "orange", "green", "red", "slate", "brown", "indigo"};
 
@@ -27,8 +27,7 @@ inline constexpr std::array<std::string_view, 10> colorWords{
 
 } // namespace courseSettings
 
-/// The words chosen for a course's tile. Empty where none is, or one that the program does not
-/// know.
+/// The words chosen for a course's tile; empty for none and for unknown words.
 struct CourseIcon {
     std::string icon;
     std::string color;

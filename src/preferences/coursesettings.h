@@ -1,4 +1,4 @@
-// What a course has set of its own, under "Course.{id}.".
+// The preferences of a single course, under "Course.{id}.".
 #pragma once
 
 #include "preferences/userdefaults.h"
@@ -7,7 +7,7 @@ namespace ellwynd::courseSettings {
 
 inline constexpr std::string_view prefix = preferences::coursePrefix;
 
-/// The last part of a course's key in the table; a key that no row describes does not compile.
+/// The last part of a course's key in the table; a key without a row does not compile.
 consteval std::string_view suffixInTable(std::string_view key) {
     return preferences::row(key).key.substr(prefix.size() + std::string_view("{id}.").size());
 }
@@ -20,13 +20,13 @@ inline constexpr std::string_view iconColor = suffixInTable("Course.{id}.IconCol
 /// "Course.4021.PassingScore".
 [[nodiscard]] std::string key(std::int64_t courseID, std::string_view suffix);
 
-/// "PassingScore" of "Course.4021.PassingScore"; empty for a key that is not a course's.
+/// "PassingScore" for "Course.4021.PassingScore"; empty for a key that is not a course's.
 [[nodiscard]] std::string_view suffixOf(std::string_view key);
 
-/// Whether the course holds a value of its own.
+/// Whether the course has a value of its own.
 [[nodiscard]] bool has(const UserDefaults &, std::int64_t courseID, std::string_view suffix);
 
-/// Writes a course's own value; an absent one is removed, and the course follows the default.
+/// Saves a course's own value. Absent removes it, so that the default applies.
 void set(
     UserDefaults &, std::int64_t courseID, std::string_view suffix,
     std::optional<PreferenceValue> value);

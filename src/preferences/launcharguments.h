@@ -1,4 +1,4 @@
-// The launch arguments: preferences forced for one run.
+// Launch arguments: preferences set for one run.
 #pragma once
 
 #include "preferences/preferencevalue.h"
@@ -7,16 +7,17 @@
 
 namespace ellwynd {
 
-/// What a command line begins with, and what follows it.
+/// A command line, split into leading preferences and the rest.
 struct LaunchArguments {
     PreferenceMap domain;
     std::vector<std::string> rest;
 };
 
-/// Takes the leading "-Key value" pairs off a command line (without the program's own name). A
-/// value may begin with "-". A key is one "-" and a letter; the first word that is none ends the
-/// pairs, and so does a key without a value. A key given twice keeps its last value. Keys that no
-/// preference has are accepted, as are the window system's own options of this form.
+/// Splits off the leading "-Key value" pairs of a command line (without the program's name). A
+/// value may begin with "-". A key is a "-" and at least two characters, the first of them a
+/// letter; the pairs end at the first word that is not a key, or at a key without a value. The last
+/// value of a repeated key counts. Unknown keys are accepted, among them the window system's
+/// options of this form.
 [[nodiscard]] LaunchArguments parseLaunchArguments(std::span<const std::string> words);
 
 } // namespace ellwynd

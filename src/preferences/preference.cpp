@@ -9,7 +9,7 @@ namespace ellwynd {
 
 namespace {
 
-constexpr std::string_view idPlace = "{id}";
+constexpr std::string_view idPlaceholder = "{id}";
 
 std::string numberText(const char *kind, const NumberRange &range) {
     if (range.outside == NumberRange::Outside::clamped)
@@ -74,11 +74,11 @@ std::optional<PreferenceValue> accepted(const Preference &row, const PreferenceV
 } // namespace
 
 bool Preference::matches(std::string_view name) const {
-    const std::size_t place = key.find(idPlace);
-    if (place == std::string_view::npos)
+    const std::size_t position = key.find(idPlaceholder);
+    if (position == std::string_view::npos)
         return name == key;
-    const std::string_view before = key.substr(0, place);
-    const std::string_view after = key.substr(place + idPlace.size());
+    const std::string_view before = key.substr(0, position);
+    const std::string_view after = key.substr(position + idPlaceholder.size());
     if (name.size() <= before.size() + after.size() || !name.starts_with(before) ||
         !name.ends_with(after))
         return false;
@@ -87,7 +87,7 @@ bool Preference::matches(std::string_view name) const {
     return std::ranges::all_of(id, [](char c) { return c >= '0' && c <= '9'; });
 }
 
-std::string Preference::takes() const {
+std::string Preference::acceptedValues() const {
     switch (type) {
     case Type::boolean:
         return "YES or NO";
@@ -106,7 +106,7 @@ std::string Preference::takes() const {
 PreferenceValue Preference::accept(std::string_view name, const PreferenceValue &value) const {
     if (auto result = accepted(*this, value))
         return *std::move(result);
-    throw InvalidPreference(fmt::format("{} takes {}", name, takes()));
+    throw InvalidPreference(fmt::format("{} takes {}", name, acceptedValues()));
 }
 
 } // namespace ellwynd

@@ -15,7 +15,7 @@ using nlohmann::json;
 constexpr Log logger{"settings"};
 constexpr std::size_t sizeLimit = 16UL * 1024 * 1024;
 
-/// Equal, and of one type: 5 is not 5.0.
+/// Equal in value and type: 5 is not 5.0.
 bool same(const json &a, const json &b) {
     return a == b && a.is_number_float() == b.is_number_float();
 }
@@ -70,8 +70,7 @@ PreferenceFile::Outcome PreferenceFile::update(const PreferenceChanges &changes)
 
 std::vector<std::string> PreferenceFile::reloadIfChanged() {
     const files::Stamp now = files::stamp(path);
-    // A file that has vanished is not a change: the in-memory state is kept, and the next save
-    // writes it whole.
+    // A missing file is not a change: the in-memory state is kept, and the next save writes it.
     if (now == seen || now.size < 0)
         return {};
     const json before = saved;
@@ -88,7 +87,7 @@ std::vector<std::string> PreferenceFile::reloadIfChanged() {
     return changed;
 }
 
-/// Replaces what is in memory by what the file holds.
+/// Replaces the values in memory by those of the file.
 void PreferenceFile::load() {
     seen = files::stamp(path);
     try {
@@ -103,7 +102,7 @@ void PreferenceFile::load() {
     }
 }
 
-/// Keeps what could not be read: the next save would otherwise replace it.
+/// Keeps an unreadable file, which the next save would otherwise replace.
 void PreferenceFile::setAside() const {
     try {
         const auto now = std::chrono::floor<std::chrono::seconds>(systemNow());

@@ -1,4 +1,4 @@
-// The file of the saved preferences, which several processes share.
+// The file of saved preferences, which several processes share.
 #pragma once
 
 #include "base/files.h"
@@ -8,11 +8,11 @@
 
 namespace ellwynd {
 
-/// One JSON object in memory, replaced on disk as a whole after every change. Values of a shape the
-/// program does not know are kept as they are and read as absent.
+/// A JSON object in memory, written to disk as a whole after every change. Values of unknown types
+/// are preserved and read as absent.
 ///
-/// A file that cannot be read is set aside. Failures are logged; what is in memory is kept, and the
-/// next change writes it.
+/// A file that cannot be read is set aside. Failures are logged; the in-memory state is kept, and
+/// the next change writes it.
 class PreferenceFile {
   public:
     /// @param path a missing file is an empty object.
@@ -20,19 +20,19 @@ class PreferenceFile {
 
     [[nodiscard]] std::optional<PreferenceValue> value(std::string_view key) const;
     [[nodiscard]] PreferenceMap values() const;
-    /// The object as text, values of unknown shape included.
+    /// The object as JSON, including values of unknown types.
     [[nodiscard]] std::string text() const;
 
     struct Outcome {
-        /// What the values that this process changed were before.
+        /// The previous values of the keys that this update changed.
         PreferenceChanges replaced;
-        /// These keys, and before them those that another process was found to have changed.
+        /// The keys that another process had changed, followed by those of `replaced`.
         std::vector<std::string> changedKeys;
     };
-    /// Applies changes on top of what the file holds now, under its lock.
+    /// Applies changes to the file's current values, under its lock.
     Outcome update(const PreferenceChanges &changes);
 
-    /// Reads the file again if another process has replaced it.
+    /// Rereads the file if another process has replaced it.
     /// @return the keys that changed.
     std::vector<std::string> reloadIfChanged();
 
@@ -43,7 +43,7 @@ class PreferenceFile {
 
     std::filesystem::path path;
     nlohmann::json saved = nlohmann::json::object();
-    /// Of the file as `saved` has it.
+    /// The file's stamp when `saved` was read or written.
     files::Stamp seen;
 };
 

@@ -4,17 +4,17 @@ namespace ellwynd {
 
 namespace {
 
-/// A row's default is of its type and one of the values that the row takes.
-constexpr bool isSound(const Preference &row) {
+/// Whether a row's default is of the row's type and one of its accepted values.
+constexpr bool isConsistent(const Preference &row) {
     using Type = Preference::Type;
     const auto fits = [&]<class T>(Type type, T) {
         return row.type == type && std::holds_alternative<T>(row.fallback);
     };
-    const bool isCourses = row.key.starts_with(preferences::coursePrefix);
+    const bool isOfCourse = row.key.starts_with(preferences::coursePrefix);
     const bool hasType = fits(Type::boolean, false) || fits(Type::integer, std::int64_t{}) ||
         fits(Type::real, 0.0) || fits(Type::text, std::string_view()) ||
         (std::holds_alternative<std::monostate>(row.fallback) &&
-         (row.type == Type::idList || isCourses));
+         (row.type == Type::idList || isOfCourse));
     const auto *text = std::get_if<std::string_view>(&row.fallback);
     const auto *integer = std::get_if<std::int64_t>(&row.fallback);
     const auto *real = std::get_if<double>(&row.fallback);
@@ -31,7 +31,7 @@ constexpr bool isSound(const Preference &row) {
 
 static_assert([] {
     for (const Preference &row : preferences::table) {
-        if (!isSound(row))
+        if (!isConsistent(row))
             return false;
     }
     return true;

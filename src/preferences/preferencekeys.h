@@ -1,7 +1,7 @@
-// The one table of the program's preferences, and a typed constant for the key of each.
+// The table of the program's preferences, and a typed constant for each key.
 //
-// The default, the checks of what is entered, the allow-list of the sync, the signals of a change,
-// the limits and choices of the controls and the manual all follow from a row.
+// A row determines the default, the validation of entered values, whether it is synced, the change
+// signal, the limits and choices of the controls, and the entry in the manual.
 #pragma once
 
 #include "preferences/courseicon.h"
@@ -12,7 +12,7 @@
 
 namespace ellwynd {
 
-/// A preference's key with its type.
+/// A preference's key with the type of its value.
 template<class T>
 struct PreferenceKey {
     using Fallback = std::conditional_t<
@@ -23,15 +23,15 @@ struct PreferenceKey {
     explicit consteval PreferenceKey(const Preference &row)
         : name(row.key), fallback(std::get<Fallback>(row.fallback)), row(&row) {}
 
-    /// What an absent one reads as.
-    [[nodiscard]] T absent() const {
+    /// The value when none is stored.
+    [[nodiscard]] T defaultValue() const {
         if constexpr (std::is_same_v<T, IDList>)
             return {};
         else
             return T(fallback);
     }
 
-    /// The value in use for a stored one.
+    /// A value within the preference's limits.
     [[nodiscard]] T normalise(T value) const {
         if constexpr (std::is_same_v<T, std::int64_t> || std::is_same_v<T, double>)
             return row->range.clamped(value);
@@ -46,7 +46,7 @@ struct PreferenceKey {
 
 namespace preferences {
 
-/// The key of every preference that courses have of their own begins with it.
+/// The prefix of the keys of course preferences.
 inline constexpr std::string_view coursePrefix = "Course.";
 
 inline constexpr std::array<std::string_view, 3> appearances{"automatic", "light", "dark"};
@@ -74,17 +74,17 @@ inline constexpr auto table = std::to_array<Preference>({
      .type = Type::boolean,
      .fallback = false,
      .control = "File ▸ Explore with Sample Data…",
-     .meaning = "Work on the invented college instead of Canvas."},
+     .meaning = "Show the sample college instead of Canvas."},
     {.key = "SampleWidgets",
      .type = Type::boolean,
      .fallback = false,
      .control = "the command line",
-     .meaning = "In the sample college, feed the widgets too."},
+     .meaning = "Update the widgets in the sample college too."},
     {.key = "SampleNotifications",
      .type = Type::boolean,
      .fallback = false,
      .control = "the command line",
-     .meaning = "In the sample college, post notices too."},
+     .meaning = "Post notices in the sample college too."},
 
     // Scoring; a course may override both.
     {.key = "DefaultPassingScore",
@@ -110,7 +110,7 @@ inline constexpr auto table = std::to_array<Preference>({
      .synced = true,
      .changeSignal = Signal::appearance,
      .control = "Settings ▸ General",
-     .meaning = "Light, dark, or as the desktop is."},
+     .meaning = "Light, dark, or the desktop's preference."},
     {.key = "AccentTheme",
      .type = Type::text,
      .fallback = "system",
@@ -125,12 +125,12 @@ inline constexpr auto table = std::to_array<Preference>({
      .synced = true,
      .changeSignal = Signal::textScale,
      .control = "Settings ▸ General",
-     .meaning = "The factor on the size of every text, from 0.8 to 2."},
+     .meaning = "The scale factor of all text, from 0.8 to 2."},
     {.key = "SidebarExpandedTerms",
      .type = Type::idList,
      .synced = true,
-     .meaning = "The terms whose group is open in the sidebar; absent until the teacher opens or "
-                "closes one."},
+     .meaning = "The terms that are expanded in the sidebar; absent until the teacher expands or "
+                "collapses one."},
     {.key = "SidebarTermLimit",
      .type = Type::integer,
      .fallback = std::int64_t{6},
@@ -138,7 +138,7 @@ inline constexpr auto table = std::to_array<Preference>({
      .synced = true,
      .changeSignal = Signal::termLimit,
      .control = "Settings ▸ General",
-     .meaning = "The terms in the sidebar, newest first; 0 stands for all of them."},
+     .meaning = "How many terms the sidebar shows, newest first; 0 means all of them."},
     {.key = "RosterCompactRows",
      .type = Type::boolean,
      .fallback = false,
@@ -146,7 +146,7 @@ inline constexpr auto table = std::to_array<Preference>({
      .control = "Settings ▸ General",
      .meaning = "One line for each student."},
 
-    // What is remembered between visits; switching one off deletes its memory.
+    // Data kept between runs; switching one off deletes its data.
     {.key = "RememberRosterHistory",
      .type = Type::boolean,
      .fallback = true,
@@ -156,7 +156,7 @@ inline constexpr auto table = std::to_array<Preference>({
      .type = Type::boolean,
      .fallback = true,
      .control = "Settings ▸ Privacy",
-     .meaning = "Remember who was written to."},
+     .meaning = "Remember when students were contacted."},
 
     // Dashboard, widgets and notices.
     {.key = "DashboardTermID",
@@ -186,19 +186,19 @@ inline constexpr auto table = std::to_array<Preference>({
      .type = Type::boolean,
      .fallback = false,
      .control = "Settings ▸ Sync",
-     .meaning = "Keep settings in step through the synced folder."},
+     .meaning = "Sync settings through the synced folder."},
     {.key = "CloudStoreFolder",
      .type = Type::text,
      .fallback = "",
      .control = "Settings ▸ Sync",
-     .meaning = "The folder that the teacher's own sync service keeps in step; empty for none."},
+     .meaning = "The folder that the teacher's own sync service synchronises; empty for none."},
 
     // Updates and first run.
     {.key = "AutomaticUpdateChecks",
      .type = Type::boolean,
      .fallback = true,
      .control = "Settings ▸ General",
-     .meaning = "Look for updates once a day, where the program was built to."},
+     .meaning = "Check for updates once a day, if the program was built with update checks."},
     {.key = "LastUpdateCheck",
      .type = Type::text,
      .fallback = "",
@@ -206,7 +206,7 @@ inline constexpr auto table = std::to_array<Preference>({
     {.key = "LastCountedCheckDay",
      .type = Type::text,
      .fallback = "",
-     .meaning = "\"yyyy-MM-dd\", the last day whose first update check ended well."},
+     .meaning = "\"yyyy-MM-dd\", the last day whose first update check succeeded."},
     {.key = "PendingUpdateBuild",
      .type = Type::text,
      .fallback = "",
@@ -219,34 +219,34 @@ inline constexpr auto table = std::to_array<Preference>({
      .type = Type::integer,
      .fallback = std::int64_t{0},
      .range = {.minimum = 0, .maximum = 3},
-     .meaning = "How far the first-run steps are; the last one is the end."},
+     .meaning = "The current step of the first-run setup; 3 means that it is complete."},
 
-    // The windows as they were left.
+    // The state of the windows.
     {.key = "CourseInsightPanelMode",
      .type = Type::text,
      .fallback = "shown",
      .choices = panelModes,
      .control = "View ▸ Course Insight",
-     .meaning = "The panel above the roster: whole, on one line, or not at all."},
+     .meaning = "The panel above the roster: full, on one line, or hidden."},
     {.key = "StudentDetailsHidden",
      .type = Type::boolean,
      .fallback = false,
      .control = "View ▸ Hide Student Details",
-     .meaning = "Show the roster without the pane of the selected student."},
+     .meaning = "Hide the pane of the selected student."},
     {.key = "MainWindowGeometry",
      .type = Type::text,
      .fallback = "",
-     .meaning = "Base64 of the window system's own form."},
+     .meaning = "Saved window state, in Base64."},
     {.key = "MainWindowColumns",
      .type = Type::text,
      .fallback = "",
-     .meaning = "Base64 of the window system's own form."},
+     .meaning = "Saved window state, in Base64."},
     {.key = "HelpWindowGeometry",
      .type = Type::text,
      .fallback = "",
-     .meaning = "Base64 of the window system's own form."},
+     .meaning = "Saved window state, in Base64."},
 
-    // What a course has of its own. A threshold without one follows the default.
+    // Preferences of single courses. An absent threshold falls back to the default one.
     {.key = "Course.{id}.PassingScore",
      .type = Type::real,
      .range = passingScores,
@@ -273,7 +273,7 @@ inline constexpr auto table = std::to_array<Preference>({
      .meaning = "The colour of the tile of one course."},
 });
 
-/// The row of a key as it stands in the table; any other does not compile.
+/// The row with exactly this key; any other key does not compile.
 consteval const Preference &row(std::string_view key) {
     return *std::ranges::find(table, key, &Preference::key);
 }
@@ -310,14 +310,14 @@ inline constexpr PreferenceKey<std::string> mainWindowGeometry{row("MainWindowGe
 inline constexpr PreferenceKey<std::string> mainWindowColumns{row("MainWindowColumns")};
 inline constexpr PreferenceKey<std::string> helpWindowGeometry{row("HelpWindowGeometry")};
 
-/// The row that describes a key; null when none does.
+/// The row that matches a key; null if none does.
 [[nodiscard]] const Preference *find(std::string_view key);
 
-/// Whether a key follows the teacher to other computers. What a course has of its own always does,
-/// also when only a newer version of the program knows it.
+/// Whether a key is synced with the teacher's other computers. Course preferences always are,
+/// including those that only a newer version of the program knows.
 [[nodiscard]] bool isSynced(std::string_view key);
 
-/// What reads as if it were saved when it is not.
+/// The defaults by key, without those that are empty.
 [[nodiscard]] PreferenceMap registeredDefaults();
 
 } // namespace preferences

@@ -1,4 +1,4 @@
-// What a preference can hold, and its forms as text and as JSON.
+// The value of a preference, and its conversion from and to text and JSON.
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
@@ -16,20 +16,19 @@ namespace ellwynd {
 
 using IDList = std::vector<std::int64_t>;
 
-/// One preference as it is stored: its type is part of it, so a bool stays a bool and 5 is not 5.0.
+/// A stored value. Its type is preserved: true is not 1, and 5 is not 5.0.
 using PreferenceValue = std::variant<bool, std::int64_t, double, std::string, IDList>;
 
 using PreferenceMap = std::map<std::string, PreferenceValue, std::less<>>;
 
-/// Values to save, and keys to forget, which have none.
+/// Values to save by key; an absent value removes its key.
 using PreferenceChanges = std::map<std::string, std::optional<PreferenceValue>, std::less<>>;
 
-/// The whole number that a real is; absent for one with a fraction and for one outside 64 bits.
+/// A real as an integer; absent if it has a fraction or does not fit 64 bits.
 [[nodiscard]] std::optional<std::int64_t> wholeNumber(double real);
 
-/// The value as a type, by the rules of every read in the program: a real may be given as an
-/// integer, a whole number as a real, a boolean as 0 or 1, and nothing else converts. Absent when
-/// it does not fit.
+/// The value converted to a type: integers convert to reals, whole reals to integers, and 0 and 1
+/// to booleans. Absent if there is no conversion.
 template<class T>
 [[nodiscard]] std::optional<T> valueAs(const PreferenceValue &value) {
     if (const T *same = std::get_if<T>(&value))
@@ -49,16 +48,16 @@ template<class T>
     return std::nullopt;
 }
 
-/// Reads a word as launch arguments are read: "YES", "NO", "true", "false", an integer, a real, and
-/// otherwise the text itself.
+/// Parses a word of the command line: "YES", "NO", "true", "false", an integer, a real, or else a
+/// text.
 [[nodiscard]] PreferenceValue parsePreferenceValue(std::string_view word);
 
 /// The value as JSON.
 [[nodiscard]] nlohmann::json asJSON(const PreferenceValue &value);
-/// The value that JSON holds; absent for JSON of another shape, and for an integer outside 64 bits.
+/// The value of JSON; absent for other types of JSON, and for an integer outside 64 bits.
 [[nodiscard]] std::optional<PreferenceValue> fromJSON(const nlohmann::json &value);
 
-/// The value as JSON text; a real always shows that it is one ("5.0").
+/// The value as JSON text; a real always has a decimal point or an exponent ("5.0").
 [[nodiscard]] std::string toJSON(const PreferenceValue &value);
 
 } // namespace ellwynd

@@ -56,9 +56,9 @@ void UserDefaults::reloadIfChanged() {
 }
 
 void UserDefaults::watch() {
-    { const files::Lock makesTheFolder(state->file); }
+    files::createParentFolder(state->file);
     state->watcher = std::make_unique<QFileSystemWatcher>();
-    // The file is replaced rather than written to, which the folder notices.
+    // The file is replaced rather than written to, so its folder must be watched.
     state->watcher->addPath(QString::fromStdString(state->file.parent_path().string()));
     QObject::connect(
         state->watcher.get(), &QFileSystemWatcher::directoryChanged, state->watcher.get(),

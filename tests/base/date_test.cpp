@@ -10,7 +10,7 @@ namespace {
 using test::at;
 using namespace std::chrono_literals;
 
-TEST(Date, ReadsInstantsOfEveryShape) {
+TEST(Date, ParsesEveryInstantFormat) {
     struct Row {
         const char *text;
         const char *utc;
@@ -32,7 +32,7 @@ TEST(Date, ReadsInstantsOfEveryShape) {
     EXPECT_EQ(at("2026-09-03T14:05:09.0000019Z") - at("2026-09-03T14:05:09Z"), 1us);
 }
 
-TEST(Date, RefusesWhatNamesNoInstant) {
+TEST(Date, RejectsInvalidInstants) {
     for (const char *text :
          {"",
           "2026-09-03",
@@ -66,7 +66,7 @@ TEST(Date, WholeDaysAreTruncatedTowardZero) {
     EXPECT_EQ(wholeDaysBetween(now + 86'400s, now), -1);
 }
 
-// The tests run in Chicago, which put its clocks back on 2026-11-01 and forward on 2026-03-08.
+// The tests run in Chicago time, where the clocks change on 2026-03-08 and 2026-11-01.
 TEST(Calendar, DaysFollowTheZone) {
     EXPECT_EQ(
         formatInstant(calendar::startOfDay(at("2026-09-24T04:59:59Z"))), "2026-09-23T05:00:00Z");

@@ -15,7 +15,7 @@ mode_t modeOf(const std::filesystem::path &path) {
     return info.st_mode & 0777U;
 }
 
-TEST(Files, ReadBackWhatWasReplaced) {
+TEST(Files, ReplaceRoundTripsPrivately) {
     const TemporaryFolder folder;
     const auto file = folder.path() / "a" / "b" / "memory.json";
     EXPECT_EQ(files::read(file, 100), std::nullopt);
@@ -24,11 +24,11 @@ TEST(Files, ReadBackWhatWasReplaced) {
     EXPECT_EQ(files::read(file, 100), std::string("se\0cond", 7));
     EXPECT_EQ(modeOf(file), 0600U);
     EXPECT_EQ(modeOf(file.parent_path()), 0700U);
-    // Nothing is left beside it.
+    // No temporary file is left.
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(file.parent_path()), {}), 1);
 }
 
-TEST(Files, RefuseWhatCannotBeRead) {
+TEST(Files, ReadRejectsLargeAndIrregularFiles) {
     const TemporaryFolder folder;
     const auto large = folder.write("large.json", std::string(2 * 1024 * 1024, ' '));
     EXPECT_THROW((void)files::read(large, 1024 * 1024), FileError);
@@ -38,10 +38,10 @@ TEST(Files, RefuseWhatCannotBeRead) {
     EXPECT_THROW((void)files::read(pipe, 100), FileError);
 }
 
-TEST(Files, AFailedReplaceLeavesTheOldFile) {
+TEST(Files, FailedReplaceKeepsTheOldFile) {
     const TemporaryFolder folder;
     const auto file = folder.write("memory.json", "old");
-    // A folder of that name stands in the way of the new file.
+    // A folder cannot be replaced by a file.
     const auto blocked = folder.path() / "blocked";
     std::filesystem::create_directories(blocked / "inside");
     EXPECT_THROW(files::replace(blocked, "new"), FileError);

@@ -7,7 +7,7 @@
 namespace ellwynd {
 namespace {
 
-TEST(JSON, NumbersThatNoDoubleHoldsAreNull) {
+TEST(JSON, NumbersTooLargeForADoubleAreNull) {
     struct Row {
         const char *text;
         const char *read;
@@ -21,7 +21,7 @@ TEST(JSON, NumbersThatNoDoubleHoldsAreNull) {
         EXPECT_EQ(parseJSON(row.text).dump(), row.read) << row.text;
 }
 
-TEST(JSON, RefusesWithoutQuoting) {
+TEST(JSON, ErrorsDoNotQuoteTheText) {
     struct Row {
         std::string text;
         std::string problem;
@@ -48,10 +48,10 @@ TEST(JSON, RefusesWithoutQuoting) {
 
 TEST(JSON, ReadsByType) {
     const auto object = parseJSON(
-        R"({"most": 9223372036854775807, "least": -9223372036854775808, "beyond": 9223372036854775808,
+        R"({"max": 9223372036854775807, "min": -9223372036854775808, "beyond": 9223372036854775808,
             "real": 5.0, "text": "5", "none": null})");
-    EXPECT_EQ(integerOf(memberOf(object, "most")), INT64_MAX);
-    EXPECT_EQ(integerOf(memberOf(object, "least")), INT64_MIN);
+    EXPECT_EQ(integerOf(memberOf(object, "max")), INT64_MAX);
+    EXPECT_EQ(integerOf(memberOf(object, "min")), INT64_MIN);
     for (const char *key : {"beyond", "real", "text", "none", "absent"})
         EXPECT_EQ(integerOf(memberOf(object, key)), std::nullopt) << key;
     EXPECT_EQ(numberOf(memberOf(object, "real")), 5);

@@ -6,8 +6,8 @@ namespace ellwynd {
 namespace {
 
 TEST(LogFilter, RulesChooseByCategoryAndLevel) {
-    /// What is written of "network", "sync" and any other category: "i" for both levels, "e" for
-    /// errors, "-" for nothing.
+    /// What is written for "network", "sync" and another category: "i" for both levels, "e" for
+    /// errors only, "-" for nothing.
     struct Row {
         const char *text;
         const char *written;
@@ -39,7 +39,7 @@ TEST(LogFilter, RulesChooseByCategoryAndLevel) {
     }
 }
 
-TEST(LogFilter, NonsenseIsNoFilter) {
+TEST(LogFilter, InvalidRulesAreRejected) {
     for (const char *text :
          {"network:loud", ":error", ",", "network:", "network:info:error", "*:Error"})
         EXPECT_FALSE(LogFilter::parse(text)) << text;

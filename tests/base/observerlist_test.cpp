@@ -11,7 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Three observers that write their names down; what the first one does besides is up to the test.
+/// Three observers that record their names; the first one also runs `action`.
 struct Observed {
     std::optional<ObserverList<int>> list{std::in_place};
     std::vector<std::string> called;
@@ -25,7 +25,7 @@ struct Observed {
     std::shared_ptr<void> late;
 };
 
-TEST(ObserverList, ObserversMayDoAnythingWhileTheyAreCalled) {
+TEST(ObserverList, ObserversMayChangeTheListWhileCalled) {
     struct Row {
         const char *what;
         void (*action)(Observed &);
@@ -63,7 +63,7 @@ TEST(ObserverList, ObserversMayDoAnythingWhileTheyAreCalled) {
         Observed observed;
         bool acted = false;
         observed.action = [&] {
-            // Once, so that the next round shows what it led to.
+            // Only once, so that the second notification shows the effect.
             if (!std::exchange(acted, true))
                 row.action(observed);
         };
@@ -76,7 +76,7 @@ TEST(ObserverList, ObserversMayDoAnythingWhileTheyAreCalled) {
     }
 }
 
-TEST(ObserverList, AHandleOwnsItsObserverAndMayOutliveTheList) {
+TEST(ObserverList, HandlesOwnTheirObserversAndMayOutliveTheList) {
     const auto held = std::make_shared<int>(0);
     std::optional<ObserverList<std::string_view, int>> list(std::in_place);
     auto handle = list->add([held](std::string_view, int value) { *held += value; });

@@ -7,7 +7,7 @@
 namespace ellwynd {
 namespace {
 
-TEST(Text, IsTrimmedCountedAndJoined) {
+TEST(Text, TrimPluralAndJoin) {
     EXPECT_EQ(trim(" \t a b\r\n"), "a b");
     EXPECT_EQ(trim(" \n"), "");
     EXPECT_EQ(trim("<<a>>", "<>"), "a");
@@ -18,7 +18,7 @@ TEST(Text, IsTrimmedCountedAndJoined) {
     EXPECT_EQ(join({"", "b", ""}, ", "), ", b, ");
 }
 
-TEST(Text, OneLineHasNoControlCharacters) {
+TEST(Text, OneLineReplacesControlCharacters) {
     struct Row {
         std::string text;
         std::string line;
@@ -37,7 +37,7 @@ TEST(Text, OneLineHasNoControlCharacters) {
         EXPECT_EQ(oneLine(row.text), row.line);
 }
 
-TEST(Text, DisplayWidthIsThatOfATerminalInAnyLocale) {
+TEST(Text, DisplayWidthIsInTerminalColumnsInAnyLocale) {
     struct Row {
         const char *what;
         const char *text;
@@ -47,7 +47,7 @@ TEST(Text, DisplayWidthIsThatOfATerminalInAnyLocale) {
         ASSERT_NE(std::setlocale(LC_ALL, locale), nullptr);
         for (const Row &row :
              {Row{"ASCII", "Anna", 4},
-              Row{"a letter with its mark", "é", 1},
+              Row{"a precomposed letter", "é", 1},
               Row{"a combining mark", "e\u0301", 1},
               Row{"Thai vowels and tones", "นี้ที่", 2},
               Row{"Thai sara am", "กำ", 2},
@@ -63,8 +63,8 @@ TEST(Text, DisplayWidthIsThatOfATerminalInAnyLocale) {
               Row{"emoji outside the newer blocks", "✅⭐", 4},
               Row{"emoji", "👩", 2},
               Row{"a variation selector", "❤\ufe0f", 1},
-              Row{"a joiner", "\u200d", 0},
-              Row{"directions", "\u200e\u202a\u2069", 0},
+              Row{"a zero-width joiner", "\u200d", 0},
+              Row{"bidirectional controls", "\u200e\u202a\u2069", 0},
               Row{"not UTF-8", "a\xff\xc3", 3}})
             EXPECT_EQ(displayWidth(row.text), row.columns) << row.what << " in " << locale;
     }

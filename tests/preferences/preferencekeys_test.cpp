@@ -1,4 +1,4 @@
-// What follows from the table of preferences, and that nothing goes around it.
+// The table of preferences, and that the sources use its constants.
 #include "preferences/preferencekeys.h"
 
 #include <gmock/gmock.h>
@@ -10,7 +10,7 @@
 namespace ellwynd {
 namespace {
 
-/// What is saved when a word is entered for a key, as JSON; nothing when it is refused.
+/// The JSON that is saved when a word is entered for a key; absent when it is rejected.
 std::optional<std::string> saved(const Preference &row, const std::string &key, const char *word) {
     try {
         return toJSON(row.accept(key, parsePreferenceValue(word)));
@@ -21,7 +21,7 @@ std::optional<std::string> saved(const Preference &row, const std::string &key, 
     }
 }
 
-TEST(Preferences, AcceptWhatTheirControlsProduce) {
+TEST(Preferences, EnteredValuesAreConvertedOrRejected) {
     struct Row {
         const char *key;
         const char *word;
@@ -59,7 +59,7 @@ TEST(Preferences, AcceptWhatTheirControlsProduce) {
         EXPECT_EQ(preferences::find(key), nullptr) << key;
 }
 
-TEST(Preferences, EveryRowHasARule) {
+TEST(Preferences, EveryRowRejectsInvalidValues) {
     using Type = Preference::Type;
     for (const Preference &row : preferences::table) {
         const std::string key(row.key);
@@ -78,7 +78,7 @@ TEST(Preferences, EveryRowHasARule) {
     }
 }
 
-TEST(Preferences, OnlyTheAllowListFollowsTheTeacher) {
+TEST(Preferences, OnlyTheAllowListIsSynced) {
     std::vector<std::string_view> synced;
     for (const Preference &row : preferences::table) {
         if (row.synced)
@@ -97,8 +97,8 @@ TEST(Preferences, OnlyTheAllowListFollowsTheTeacher) {
         EXPECT_FALSE(preferences::isSynced(key)) << key;
 }
 
-/// The keys that a source names by themselves rather than by their constants. What is on the screen
-/// may be called like a key.
+/// The keys that a source has as literals instead of constants. QStringLiterals are excluded, since
+/// a text on the screen may equal a key.
 std::vector<std::string> namedKeys(const std::string &text) {
     static const std::regex literal("(QStringLiteral\\()?\"([^\"\\\\\n]*)\"");
     static const std::regex access(
@@ -113,7 +113,7 @@ std::vector<std::string> namedKeys(const std::string &text) {
     return keys;
 }
 
-TEST(Preferences, SourcesNameKeysByTheirConstants) {
+TEST(Preferences, SourcesUseTheConstantsOfKeys) {
     namespace fs = std::filesystem;
     std::size_t files = 0;
     for (const auto &entry : fs::recursive_directory_iterator(ELLWYND_SOURCE_DIR "/src")) {

@@ -23,7 +23,7 @@ struct Store {
     }
 };
 
-TEST(UserDefaults, AsksTheDomainsInOrder) {
+TEST(UserDefaults, SearchesTheDomainsInOrder) {
     Store store{.arguments = {{"DefaultPassingScore", std::int64_t{55}}}};
     UserDefaults defaults = store.open();
     EXPECT_EQ(defaults.value(preferences::sidebarTermLimit), 6);
@@ -77,15 +77,15 @@ TEST(UserDefaults, ReadsStoredValuesWithinTheirLimits) {
     }
 }
 
-TEST(UserDefaults, SeveralValuesAreOneChangeThatCanBeTakenBack) {
+TEST(UserDefaults, AnUpdateOfSeveralValuesCanBeUndone) {
     const Store store;
     UserDefaults defaults = store.open();
     const PreferenceMap before{{"A", std::int64_t{1}}, {"B", "b"s}, {"Same", 5.0}};
     for (const auto &[key, value] : before)
         defaults.set(key, value);
-    std::vector<std::string> heard;
+    std::vector<std::string> notified;
     auto observing = defaults.observe([&](std::string_view key) {
-        heard.emplace_back(key);
+        notified.emplace_back(key);
         EXPECT_EQ(defaults.object("C"), PreferenceValue(true)) << "all are in effect by now";
         EXPECT_EQ(store.open().persistentDomain(), defaults.persistentDomain());
     });
@@ -95,7 +95,7 @@ TEST(UserDefaults, SeveralValuesAreOneChangeThatCanBeTakenBack) {
          {"C", PreferenceValue(true)},
          {"Never", std::nullopt},
          {"Same", PreferenceValue(5.0)}});
-    EXPECT_THAT(heard, testing::ElementsAre("A", "B", "C"));
+    EXPECT_THAT(notified, testing::ElementsAre("A", "B", "C"));
     const PreferenceChanges expected{
         {"A", PreferenceValue(std::int64_t{1})}, {"B", PreferenceValue("b"s)}, {"C", std::nullopt}};
     EXPECT_EQ(replaced, expected);
@@ -107,7 +107,7 @@ TEST(UserDefaults, SeveralValuesAreOneChangeThatCanBeTakenBack) {
     EXPECT_EQ(store.open().persistentDomain(), before);
 }
 
-TEST(UserDefaults, KeepsValuesOfUnknownShape) {
+TEST(UserDefaults, PreservesValuesOfUnknownTypes) {
     const Store store;
     store.folder.write("Preferences.json", R"({"Future": {"a": [null, 1.5]}, "TextScale": 1.2})");
     UserDefaults defaults = store.open();
@@ -139,57 +139,58 @@ TEST(UserDefaults, SetsAnUnreadableFileAside) {
     }
 }
 
-TEST(UserDefaults, ObserversHearOfChangesOnly) {
+TEST(UserDefaults, NotifiesObserversOfChangesOnly) {
     const Store store;
-    std::vector<std::string> heard;
+    std::vector<std::string> notified;
     std::shared_ptr<void> observing;
     {
         UserDefaults defaults = store.open();
-        observing = defaults.observe([&](std::string_view key) { heard.emplace_back(key); });
+        observing = defaults.observe([&](std::string_view key) { notified.emplace_back(key); });
         defaults.set(preferences::textScale, 1.5);
         defaults.set(preferences::textScale, 1.5);
         defaults.set("TextScale", std::int64_t{1});
         defaults.set("TextScale", 1.0);
         defaults.remove("TextScale");
         defaults.remove("TextScale");
-        EXPECT_THAT(heard, ElementsAre("TextScale", "TextScale", "TextScale", "TextScale"));
+        EXPECT_THAT(notified, ElementsAre("TextScale", "TextScale", "TextScale", "TextScale"));
         observing.reset();
         defaults.set(preferences::textScale, 1.1);
-        EXPECT_EQ(heard.size(), 4U);
+        EXPECT_EQ(notified.size(), 4U);
         observing = defaults.observe([](std::string_view) {});
     }
     observing.reset(); // after its store
 }
 
-TEST(UserDefaults, TwoProcessesLoseNothingOfEachOther) {
+TEST(UserDefaults, ChangesOfTwoProcessesAreMerged) {
     const Store store;
     UserDefaults window = store.open();
     UserDefaults commandLine = store.open();
-    std::vector<std::string> heard;
-    const auto observing = window.observe([&](std::string_view key) { heard.emplace_back(key); });
+    std::vector<std::string> notified;
+    const auto observing =
+        window.observe([&](std::string_view key) { notified.emplace_back(key); });
     commandLine.set("One", std::int64_t{1});
     window.set("Two", std::int64_t{2});
     commandLine.set("Three", std::int64_t{3});
     commandLine.remove("Two");
-    EXPECT_THAT(heard, ElementsAre("One", "Two"));
+    EXPECT_THAT(notified, ElementsAre("One", "Two"));
     window.reloadIfChanged();
-    EXPECT_THAT(heard, ElementsAre("One", "Two", "Three", "Two"));
+    EXPECT_THAT(notified, ElementsAre("One", "Two", "Three", "Two"));
     EXPECT_EQ(store.open().persistentDomain(), window.persistentDomain());
     EXPECT_EQ(window.persistentDomain().size(), 2U);
 
-    // A file that has vanished takes nothing with it.
+    // A missing file loses nothing.
     std::filesystem::remove(store.folder.path() / "Preferences.json");
     window.reloadIfChanged();
     window.set("Zero", std::int64_t{0});
     EXPECT_EQ(store.open().persistentDomain().size(), 3U);
 
-    // A file that was damaged meanwhile is set aside, and what is in memory is saved whole.
+    // A damaged file is set aside, and the in-memory state is saved.
     store.folder.write("Preferences.json", "{broken");
     window.set("Four", std::int64_t{4});
     EXPECT_EQ(store.open().persistentDomain().size(), 4U);
 }
 
-TEST(UserDefaults, AWatchedFileIsReadAgain) {
+TEST(UserDefaults, AWatchedFileIsReread) {
     const Store store;
     UserDefaults window = store.open();
     window.watch();
@@ -201,20 +202,20 @@ TEST(UserDefaults, AWatchedFileIsReadAgain) {
     EXPECT_EQ(window.value(preferences::textScale), 1.5);
 }
 
-TEST(UserDefaults, AFolderThatCannotBeWrittenLosesNothingInMemory) {
+TEST(UserDefaults, ValuesThatCannotBeSavedAreKeptInMemory) {
     const Store store;
-    // A file stands where the folder should be.
+    // A file in place of the folder.
     (void)store.folder.write("blocked", "");
     UserDefaults defaults(store.folder.path() / "blocked" / "Preferences.json", {});
     defaults.set(preferences::textScale, 1.5);
     EXPECT_EQ(defaults.value(preferences::textScale), 1.5);
     std::filesystem::remove(store.folder.path() / "blocked");
     defaults.set(preferences::rosterCompactRows, true);
-    const UserDefaults again(store.folder.path() / "blocked" / "Preferences.json", {});
-    EXPECT_EQ(again.value(preferences::textScale), 1.5) << "the next save writes it";
+    const UserDefaults reopened(store.folder.path() / "blocked" / "Preferences.json", {});
+    EXPECT_EQ(reopened.value(preferences::textScale), 1.5) << "the next save writes it";
 }
 
-TEST(LaunchArguments, ReadPairsBeforeAnythingElse) {
+TEST(LaunchArguments, LeadingPairsArePreferences) {
     struct Row {
         std::vector<std::string> words;
         PreferenceMap domain;

@@ -7,11 +7,11 @@
 
 namespace ellwynd::colorScheme {
 
-/// The desktop's preference now; absent where it has none or cannot be asked. Blocks for a fraction
+/// The desktop's current preference; absent if it has none or does not reply. Blocks for a fraction
 /// of a second at most.
 [[nodiscard]] std::optional<bool> isDark();
 
-/// Calls `changed` whenever the preference changes, until the returned handle is released.
+/// Calls `changed` whenever the preference changes, for as long as the returned handle lives.
 [[nodiscard]] std::shared_ptr<void> observe(std::function<void(bool dark)> changed);
 
 } // namespace ellwynd::colorScheme

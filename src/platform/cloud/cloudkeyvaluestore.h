@@ -1,4 +1,4 @@
-// A small key-value store that follows a teacher from machine to machine.
+// A small key-value store that is synchronised between a teacher's machines.
 #pragma once
 
 #include "preferences/preferencevalue.h"
@@ -7,14 +7,14 @@
 
 namespace ellwynd {
 
-/// What another machine, or the store itself, did.
+/// A change that this machine did not make.
 struct CloudChange {
     enum class Reason {
         /// Another machine changed the keys.
         serverChange,
-        /// This machine meets the store for the first time; the keys are all of it.
+        /// The first scan on this machine; the keys are all keys of the store.
         initialSync,
-        /// The store is full; what was written last is not in it.
+        /// The store is full, and the last write failed.
         quotaViolation,
     };
 
@@ -24,7 +24,7 @@ struct CloudChange {
     bool operator==(const CloudChange &) const = default;
 };
 
-/// Values by key, shared by all of one teacher's machines. Lives on the main thread.
+/// Values by key, shared by all of a teacher's machines. Used on the main thread.
 class CloudKeyValueStore {
   public:
     using Observer = std::function<void(const CloudChange &)>;
@@ -39,7 +39,7 @@ class CloudKeyValueStore {
     virtual void remove(const std::string &key) = 0;
     [[nodiscard]] virtual PreferenceMap all() const = 0;
 
-    /// Looks for what other machines did and tells the observers.
+    /// Checks for changes of other machines and notifies the observers.
     virtual void synchronize() = 0;
 
     /// Calls `observer` on outside changes, never on this machine's own, for as long as the handle

@@ -20,11 +20,11 @@ using nlohmann::json;
 
 constexpr Log logger{"sync"};
 constexpr std::string_view extension = ".json";
-/// A service replaces files in several steps, so a change is looked at a moment after it began.
-constexpr auto settling = std::chrono::milliseconds(200);
+/// Sync services replace files in several steps, so a scan waits until the changes have settled.
+constexpr auto settleDelay = std::chrono::milliseconds(200);
 constexpr std::size_t seenLimit = 8UL * 1024 * 1024;
 
-bool isPlain(char c) {
+bool isUnescaped(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' ||
         c == '_';
 }
@@ -37,7 +37,7 @@ using Contents = std::map<std::string, std::string>;
 std::string SyncedFolder::fileName(const std::string &key) {
     std::string name;
     for (const char c : key) {
-        if (isPlain(c))
+        if (isUnescaped(c))
             name += c;
         else
             name += fmt::format("%{:02X}", static_cast<unsigned char>(c));
@@ -58,7 +58,7 @@ std::optional<std::string> SyncedFolder::keyOf(const std::string &fileName) {
             key += stem[i];
         }
     }
-    // A name that this program would not have given is a conflict copy or somebody else's.
+    // A name that `fileName` does not produce is a conflict copy or another program's file.
     const bool conflict = stem.find(".sync-conflict-") != std::string::npos;
     return !key.empty() && !conflict && SyncedFolder::fileName(key) == fileName ? std::optional{key}
                                                                                 : std::nullopt;
@@ -71,7 +71,7 @@ struct SyncedFolder::State {
     bool isInitialSync = true;
     ObserverList<const CloudChange &> observers;
     std::unique_ptr<QFileSystemWatcher> watcher;
-    QTimer settle;
+    QTimer settleTimer;
 
     [[nodiscard]] Contents read() const {
         Contents contents;
@@ -85,7 +85,7 @@ struct SyncedFolder::State {
                 if (auto bytes = files::read(entry->path(), maxBytes))
                     contents.emplace(*key, std::move(*bytes));
             } catch (const FileError &) {
-                // Not readable now; the next scan may find it whole.
+                // It may be readable at the next scan.
             }
         }
         return contents;
@@ -113,7 +113,7 @@ struct SyncedFolder::State {
             isInitialSync = false;
         } catch (const FileError &error) {
             logger.error(
-                fmt::format("Couldn't read what was seen of the folder: {}", error.what()));
+                fmt::format("Couldn't read the folder's last seen contents: {}", error.what()));
         }
     }
 
@@ -125,11 +125,11 @@ struct SyncedFolder::State {
             files::replace(seenFile, all.dump(1, ' ', false, json::error_handler_t::replace));
         } catch (const FileError &error) {
             logger.error(
-                fmt::format("Couldn't keep what was seen of the folder: {}", error.what()));
+                fmt::format("Couldn't save the folder's last seen contents: {}", error.what()));
         }
     }
 
-    /// What this machine has seen of each folder; an empty object where that is not known.
+    /// The last seen contents by folder; an empty object if they are not known.
     /// @throws FileError when the file cannot be read.
     [[nodiscard]] json seenFolders() const {
         const auto bytes = files::read(seenFile, seenLimit);
@@ -137,14 +137,14 @@ struct SyncedFolder::State {
             json all = bytes ? parseJSON(*bytes) : json::object();
             return all.is_object() ? all : json::object();
         } catch (const FileError &) {
-            // It is written anew with the next change.
+            // The next change rewrites the file.
             return json::object();
         }
     }
 
     void scan() {
         std::error_code error;
-        // A folder that is gone for a while, an unmounted disk, deletes nothing here.
+        // A missing folder, such as that of an unmounted disk, does not count as deleted keys.
         if (!fs::is_directory(folder, error))
             return;
         const Contents now = read();
@@ -188,9 +188,9 @@ SyncedFolder::SyncedFolder(fs::path folder, fs::path seenFile) : state(std::make
     state->folder = std::move(folder);
     state->seenFile = std::move(seenFile);
     state->loadSeen();
-    state->settle.setSingleShot(true);
-    state->settle.setInterval(settling);
-    QObject::connect(&state->settle, &QTimer::timeout, [this] { synchronize(); });
+    state->settleTimer.setSingleShot(true);
+    state->settleTimer.setInterval(settleDelay);
+    QObject::connect(&state->settleTimer, &QTimer::timeout, [this] { synchronize(); });
 }
 
 SyncedFolder::~SyncedFolder() = default;
@@ -201,7 +201,7 @@ void SyncedFolder::watch() {
     state->watcher = std::make_unique<QFileSystemWatcher>();
     state->watcher->addPath(QString::fromStdString(state->folder.string()));
     QObject::connect(
-        state->watcher.get(), &QFileSystemWatcher::directoryChanged, &state->settle,
+        state->watcher.get(), &QFileSystemWatcher::directoryChanged, &state->settleTimer,
         qOverload<>(&QTimer::start));
 }
 

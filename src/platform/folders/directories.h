@@ -1,27 +1,27 @@
-// The folders that belong to the program, where the desktop keeps such folders.
+// The program's folders in the user's home folder.
 #pragma once
 
 #include <filesystem>
 
-/// None of them is made by asking for it.
+/// The paths only; no folder is created.
 namespace ellwynd::directories {
 
 /// Preferences.
 [[nodiscard]] std::filesystem::path config();
 
-/// What the desktop starts with the session.
+/// Entries of programs that the desktop starts with the session.
 [[nodiscard]] std::filesystem::path autostart();
 
-/// What is true of this machine alone.
+/// State of this machine alone, which is not synced.
 [[nodiscard]] std::filesystem::path state();
 
-/// What anybody may delete.
+/// Files that may be deleted at any time.
 [[nodiscard]] std::filesystem::path caches();
 
-/// The files the program remembers by.
+/// Roster history, contacts and message templates.
 [[nodiscard]] std::filesystem::path data();
 
-/// The container that the program shares with its widgets.
+/// The folder that the program shares with its widgets.
 [[nodiscard]] std::filesystem::path widgetContainer();
 
 } // namespace ellwynd::directories

@@ -20,7 +20,7 @@ constexpr const char *group = G_KEY_FILE_DESKTOP_GROUP;
 using KeyFile = std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)>;
 using Text = std::unique_ptr<char, decltype(&g_free)>;
 
-/// A program as the one argument of "Exec": quoted, with what means something else there marked.
+/// A program's path, quoted and escaped as the single argument of "Exec".
 std::string execArgument(const std::string &program) {
     std::string text = "\"";
     for (const char c : program) {
@@ -46,13 +46,13 @@ std::string entryText(const autostart::Entry &entry) {
     return Text(g_key_file_to_data(file.get(), nullptr, nullptr), g_free).get();
 }
 
-/// The entry's value of a key; absent when it has none that can be read.
+/// The entry's value for a key; absent when it has none that can be read.
 std::optional<std::string> valueOf(const KeyFile &file, const char *key) {
     const Text value(g_key_file_get_string(file.get(), group, key, nullptr), g_free);
     return value ? std::optional<std::string>(value.get()) : std::nullopt;
 }
 
-/// The entry's value of a key that is true or false; absent when it has none of these.
+/// The entry's boolean value for a key; absent when it is missing or not a boolean.
 std::optional<bool> flagOf(const KeyFile &file, const char *key) {
     GError *error = nullptr;
     const bool value = g_key_file_get_boolean(file.get(), group, key, &error) != FALSE;
@@ -62,7 +62,7 @@ std::optional<bool> flagOf(const KeyFile &file, const char *key) {
     return std::nullopt;
 }
 
-/// Settings of desktops switch an entry off by a key of their own, or by removing its file.
+/// Whether the settings of a desktop have switched the entry off by a key.
 bool isSwitchedOff(const KeyFile &file) {
     if (flagOf(file, G_KEY_FILE_DESKTOP_KEY_HIDDEN) == true)
         return true;

@@ -15,13 +15,13 @@ constexpr QLatin1StringView interface("org.freedesktop.portal.Settings");
 constexpr QLatin1StringView group("org.freedesktop.appearance");
 constexpr QLatin1StringView key("color-scheme");
 
-/// The first window is shown after the answer.
+/// Short, since the first window waits for the reply.
 constexpr int callTimeoutMilliseconds = 150;
-/// The portal's numbers; 0 is no preference, 2 is light.
-constexpr uint none = 0;
+// The portal's values; 2 is light.
+constexpr uint noPreference = 0;
 constexpr uint dark = 1;
 
-/// The value within variants, of which the portal wraps two around it.
+/// The value inside nested variants; the portal nests two.
 QVariant unwrapped(QVariant value) {
     while (value.canConvert<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
@@ -32,8 +32,8 @@ class ColorSchemeObserver : public QObject {
     Q_OBJECT
 
   public:
-    explicit ColorSchemeObserver(std::function<void(bool)> call) : changed(std::move(call)) {
-        // The slot's type is looked up by its name.
+    explicit ColorSchemeObserver(std::function<void(bool)> changed) : changed(std::move(changed)) {
+        // The slot's parameter type is looked up by name.
         qRegisterMetaType<QDBusVariant>();
         QDBusConnection::sessionBus().connect(
             service, path, interface, QStringLiteral("SettingChanged"), this,
@@ -66,7 +66,7 @@ std::optional<bool> colorScheme::isDark() {
         return std::nullopt;
     bool isNumber = false;
     const uint value = unwrapped(reply.arguments().front()).toUInt(&isNumber);
-    return isNumber && value != none ? std::optional(value == dark) : std::nullopt;
+    return isNumber && value != noPreference ? std::optional(value == dark) : std::nullopt;
 }
 
 std::shared_ptr<void> colorScheme::observe(std::function<void(bool dark)> changed) {

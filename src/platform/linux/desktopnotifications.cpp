@@ -17,12 +17,12 @@ namespace ellwynd {
 
 namespace {
 
-/// The name on the bus and the interface alike.
+/// Both the bus name and the interface.
 constexpr QLatin1StringView server("org.freedesktop.Notifications");
 constexpr QLatin1StringView path("/org/freedesktop/Notifications");
 constexpr QLatin1StringView properties("org.freedesktop.DBus.Properties");
 
-// The keys of a notice's actions; the standard gives "default" to a click on the notice itself.
+// The keys of a notice's actions; "default" is a click on the notice itself.
 constexpr QLatin1StringView defaultAction("default");
 constexpr QLatin1StringView openAction("open");
 
@@ -30,7 +30,7 @@ QString qt(const std::string &text) {
     return QString::fromStdString(text);
 }
 
-/// The body as the standard's markup that shows it as it is.
+/// A plain text in the specification's markup.
 QString escaped(QString text) {
     return text.replace(u'&', QStringLiteral("&amp;"))
         .replace(u'<', QStringLiteral("&lt;"))
@@ -43,8 +43,8 @@ QVariantList arguments(const UserNotice &notice, const QStringList &capabilities
         return capabilities.contains(QLatin1StringView(what));
     };
     QStringList actions;
-    // A server without actions may show them as a dialog in the teacher's way. One with them may
-    // not act on a click, so that a button stands beside it.
+    // Servers without actions may show them in a dialog, so they are left out there. Servers with
+    // actions may ignore a click on the notice, so there is a button too.
     if (can("actions")) {
         const QString label =
             notice.courseID ? QStringLiteral("Open Course") : QStringLiteral("Open Ellwynd");
@@ -76,10 +76,9 @@ class DesktopNotifications::State : public QObject {
 
     using Reply = std::function<void(const QDBusMessage &)>;
 
-    /// Calls the server and hands its answer on: a reply or an error, or an error once the time
-    /// limit has passed.
-    void
-    ask(QLatin1StringView interface, const char *method, const QVariantList &parameters,
+    /// Calls the server and passes on its reply or error; after the time limit, an error.
+    void call(
+        QLatin1StringView interface, const char *method, const QVariantList &parameters,
         Reply answered) {
         // A call without a bus never finishes.
         if (!bus.isConnected()) {
@@ -87,11 +86,11 @@ class DesktopNotifications::State : public QObject {
                 QDBusError::Disconnected, QStringLiteral("There is no session bus.")));
             return;
         }
-        QDBusMessage call =
+        QDBusMessage message =
             QDBusMessage::createMethodCall(server, path, interface, QLatin1StringView(method));
-        call.setArguments(parameters);
+        message.setArguments(parameters);
         auto *pending =
-            new QDBusPendingCallWatcher(bus.asyncCall(call, int(callTimeout.count())), this);
+            new QDBusPendingCallWatcher(bus.asyncCall(message, int(callTimeout.count())), this);
         connect(
             pending, &QDBusPendingCallWatcher::finished, this,
             [pending, answered = std::move(answered)] {
@@ -101,19 +100,21 @@ class DesktopNotifications::State : public QObject {
     }
 
     void authorizationStatus(StatusAnswer answer) {
-        // The standard's first question; a server that is only installed is started by it.
-        ask(server, "GetServerInformation", {},
+        // Every server has this method; the call starts a server that is not running.
+        call(
+            server, "GetServerInformation", {},
             [this, answer = std::move(answer)](const QDBusMessage &reply) mutable {
                 if (reply.type() != QDBusMessage::ReplyMessage)
                     answer(AuthorizationStatus::denied);
                 else
-                    askWhetherInhibited(std::move(answer));
+                    checkInhibited(std::move(answer));
             });
     }
 
     void post(const UserNotice &notice, Failure failed) {
-        listen();
-        ask(server, "GetCapabilities", {},
+        connectSignals();
+        call(
+            server, "GetCapabilities", {},
             [this, notice, failed = std::move(failed)](const QDBusMessage &reply) mutable {
                 const QDBusReply<QStringList> capabilities(reply);
                 if (capabilities.isValid())
@@ -140,10 +141,11 @@ class DesktopNotifications::State : public QObject {
     }
 
   private:
-    void askWhetherInhibited(StatusAnswer answer) {
-        ask(properties, "Get", {server, QStringLiteral("Inhibited")},
+    void checkInhibited(StatusAnswer answer) {
+        call(
+            properties, "Get", {server, QStringLiteral("Inhibited")},
             [answer = std::move(answer)](const QDBusMessage &reply) {
-                // Many servers do not offer it, which inhibits nothing.
+                // Many servers do not have the property; they do not inhibit notices.
                 const QDBusReply<QDBusVariant> inhibited(reply);
                 answer(
                     inhibited.isValid() && inhibited.value().variant().toBool()
@@ -153,7 +155,8 @@ class DesktopNotifications::State : public QObject {
     }
 
     void send(const UserNotice &notice, const QStringList &capabilities, Failure failed) {
-        ask(server, "Notify", arguments(notice, capabilities),
+        call(
+            server, "Notify", arguments(notice, capabilities),
             [this, notice, failed = std::move(failed)](const QDBusMessage &reply) {
                 const QDBusReply<uint> id(reply);
                 if (id.isValid())
@@ -163,16 +166,16 @@ class DesktopNotifications::State : public QObject {
             });
     }
 
-    /// From the first notice on, hears of clicks. Only the name's owner is listened to.
-    void listen() {
+    /// Called with the first notice. Only signals from the owner of the bus name are received.
+    void connectSignals() {
         if (watcher)
             return;
-        const auto hear = [this](const char *signal, const char *slot) {
+        const auto connectSignal = [this](const char *signal, const char *slot) {
             bus.connect(server, path, server, QLatin1StringView(signal), this, slot);
         };
-        hear("ActionInvoked", SLOT(actionInvoked(uint, QString)));
-        hear("ActivationToken", SLOT(activationTokenGiven(uint, QString)));
-        // A new server counts its notices from the beginning.
+        connectSignal("ActionInvoked", SLOT(actionInvoked(uint, QString)));
+        connectSignal("ActivationToken", SLOT(activationTokenGiven(uint, QString)));
+        // A new server reuses the ids of the previous one.
         watcher = std::make_unique<QDBusServiceWatcher>(
             server, bus, QDBusServiceWatcher::WatchForOwnerChange);
         connect(watcher.get(), &QDBusServiceWatcher::serviceOwnerChanged, this, [this] {
@@ -183,8 +186,8 @@ class DesktopNotifications::State : public QObject {
     QDBusConnection bus = QDBusConnection::sessionBus();
     std::chrono::milliseconds callTimeout;
     std::unique_ptr<QDBusServiceWatcher> watcher;
-    /// By the server's id, which it gives once in its life. Kept also when a notice is closed:
-    /// servers show closed ones again from their history.
+    /// By the server's id, which a server does not reuse. Closed notices are kept, since servers
+    /// show them again from their history.
     std::map<uint, UserNotice> posted;
 };
 

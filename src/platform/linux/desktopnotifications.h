@@ -1,4 +1,4 @@
-// Notices by the Desktop Notifications Specification 1.2.
+// Notices through the Desktop Notifications Specification 1.2.
 #pragma once
 
 #include "platform/notifications/usernotifications.h"
@@ -7,14 +7,13 @@
 
 namespace ellwynd {
 
-/// The notification server of a freedesktop desktop, on the session bus. A server that is not
-/// running is started where the session knows how. Without a session bus, or while the server keeps
-/// notices quiet, nothing is authorised.
+/// The notification server of a freedesktop desktop, on the session bus, which starts the server if
+/// it can. The status is `denied` without a session bus and while the server inhibits notices.
 class DesktopNotifications final : public UserNotifications {
   public:
     static constexpr auto defaultCallTimeout = std::chrono::seconds(5);
 
-    /// @param callTimeout how long a server may take to answer one call.
+    /// @param callTimeout the time limit of one call to the server.
     explicit DesktopNotifications(std::chrono::milliseconds callTimeout = defaultCallTimeout);
     ~DesktopNotifications() override;
 

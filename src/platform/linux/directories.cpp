@@ -9,10 +9,10 @@ namespace {
 namespace fs = std::filesystem;
 
 /// A folder of the XDG Base Directory Specification.
-/// @param fallback from the home folder on, for a variable that is not set.
+/// @param fallback relative to the home folder; used if the variable is not set.
 fs::path baseDirectory(const char *variable, const char *fallback) {
     const char *value = std::getenv(variable);
-    // A relative path in these variables is invalid and is to be ignored.
+    // The specification has relative paths ignored.
     if (value != nullptr && value[0] == '/')
         return value;
     const char *home = std::getenv("HOME");

@@ -12,7 +12,7 @@ namespace ellwynd {
 
 namespace {
 
-/// sd_journal_send succeeds without a journal too, so ask for its socket first.
+/// sd_journal_send succeeds even without a journal, so the journal's socket is checked first.
 bool hasJournal() {
     static const bool answer = [] {
         struct stat info {};

@@ -39,27 +39,27 @@ const SecretSchema *schema() {
     return &value;
 }
 
-/// The one mapping of the service's errors onto statuses.
+/// Maps the service's errors to statuses.
 std::int32_t statusOf(const GError &error) {
     if (error.domain == G_IO_ERROR && error.code == G_IO_ERROR_CANCELLED)
         return KeychainError::dismissed;
     if (error.domain == SECRET_ERROR && error.code == SECRET_ERROR_IS_LOCKED)
         return KeychainError::locked;
-    // Whatever the bus itself says: no bus, no such service, gone in mid-call.
+    // Errors of the bus: no bus, no such service, or the service ended during the call.
     if (error.domain == G_IO_ERROR || error.domain == G_DBUS_ERROR)
         return KeychainError::unavailable;
     return KeychainError::failed;
 }
 
-/// Takes over the error of a call, if there was one, and throws it.
-class Errors {
+/// Owns the error of a call, and throws it if there was one.
+class CallError {
   public:
-    ~Errors() { g_clear_error(&error); }
+    ~CallError() { g_clear_error(&error); }
     GError **out() { return &error; }
     void check() const {
         if (error == nullptr)
             return;
-        // The service's own "locked" arrives as a remote error by name.
+        // The service reports "locked" as a named remote error.
         const std::unique_ptr<char, decltype(&g_free)> remote(
             g_dbus_error_get_remote_error(error), g_free);
         const bool locked =
@@ -71,7 +71,7 @@ class Errors {
     GError *error = nullptr;
 };
 
-/// The attributes that name one secret.
+/// The attributes that identify one secret.
 Attributes attributesOf(const std::string &service, const std::string &account) {
     Attributes attributes(
         g_hash_table_new_full(g_str_hash, g_str_equal, g_free, g_free), g_hash_table_unref);
@@ -81,35 +81,35 @@ Attributes attributesOf(const std::string &service, const std::string &account) 
 }
 
 Object<::SecretService> connect() {
-    Errors errors;
+    CallError error;
     Object<::SecretService> service(
-        secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, nullptr, errors.out()));
-    errors.check();
+        secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, nullptr, error.out()));
+    error.check();
     return service;
 }
 
-/// Opens a locked item, with the system's prompt.
+/// Unlocks an item through the system's prompt.
 void unlock(::SecretService *service, SecretItem *item) {
     GList only{item, nullptr, nullptr};
-    Errors errors;
-    const int opened = secret_service_unlock_sync(service, &only, nullptr, nullptr, errors.out());
-    errors.check();
+    CallError error;
+    const int opened = secret_service_unlock_sync(service, &only, nullptr, nullptr, error.out());
+    error.check();
     if (opened < 1)
         throw KeychainError(KeychainError::dismissed, "The keyring was not unlocked.");
-    secret_item_load_secret_sync(item, nullptr, errors.out());
-    errors.check();
+    secret_item_load_secret_sync(item, nullptr, error.out());
+    error.check();
     if (secret_item_get_locked(item) != FALSE)
         throw KeychainError(KeychainError::locked, "The keyring is locked.");
 }
 
-/// Every item of these attributes, opened. The simple look-up answers "nothing" for a locked
-/// keyring, which would be taken for signed out.
+/// All items with these attributes, unlocked. The simple lookup finds nothing in a locked keyring,
+/// which would look like being signed out.
 Items find(::SecretService *service, const Attributes &attributes) {
-    Errors errors;
+    CallError error;
     Items items(secret_service_search_sync(
         service, schema(), attributes.get(),
-        SecretSearchFlags(SECRET_SEARCH_ALL | SECRET_SEARCH_LOAD_SECRETS), nullptr, errors.out()));
-    errors.check();
+        SecretSearchFlags(SECRET_SEARCH_ALL | SECRET_SEARCH_LOAD_SECRETS), nullptr, error.out()));
+    error.check();
     for (GList *each = items.get(); each != nullptr; each = each->next) {
         auto *item = static_cast<SecretItem *>(each->data);
         if (secret_item_get_locked(item) != FALSE)
@@ -141,14 +141,14 @@ void SecretService::save(
     const auto connection = connect();
     const auto attributes = attributesOf(service, account);
     SecretValue *value = secret_value_new(secret.data(), gssize(secret.size()), "text/plain");
-    Errors errors;
-    // An item of the same attributes is replaced.
+    CallError error;
+    // Replaces an item with the same attributes.
     const bool stored =
         secret_service_store_sync(
             connection.get(), schema(), attributes.get(), SECRET_COLLECTION_DEFAULT,
-            ("Canvas access token for " + account).c_str(), value, nullptr, errors.out()) != FALSE;
+            ("Canvas access token for " + account).c_str(), value, nullptr, error.out()) != FALSE;
     secret_value_unref(value);
-    errors.check();
+    error.check();
     if (!stored)
         throw KeychainError(KeychainError::dismissed, "The keyring was not unlocked.");
 }
@@ -157,9 +157,9 @@ void SecretService::remove(const std::string &service, const std::string &accoun
     const auto connection = connect();
     const Items items = find(connection.get(), attributesOf(service, account));
     for (GList *each = items.get(); each != nullptr; each = each->next) {
-        Errors errors;
-        secret_item_delete_sync(static_cast<SecretItem *>(each->data), nullptr, errors.out());
-        errors.check();
+        CallError error;
+        secret_item_delete_sync(static_cast<SecretItem *>(each->data), nullptr, error.out());
+        error.check();
     }
 }
 

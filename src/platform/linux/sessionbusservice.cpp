@@ -19,7 +19,7 @@ constexpr Log logger{"settings"};
 constexpr QLatin1StringView name("com.varnok.Ellwynd");
 constexpr QLatin1StringView path("/com/varnok/Ellwynd");
 constexpr QLatin1StringView interface("org.freedesktop.Application");
-/// The keys of platform_data that carry an XDG activation token, the newer one first.
+/// The keys of an XDG activation token in platform_data, the newer one first.
 constexpr QLatin1StringView tokenKey("activation-token");
 constexpr QLatin1StringView startupKey("desktop-startup-id");
 
@@ -53,13 +53,13 @@ ApplicationService::Outcome
 SessionBusService::start(const QStringList &links, const QString &activationToken) {
     if (!bus.isConnected())
         return Outcome::first;
-    // The owner of the name may be about to release it, which makes it free.
+    // The owner of the name may be about to release it.
     constexpr int attempts = 3;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         if (takeName())
             return Outcome::first;
-        if (handOver(links, activationToken))
-            return Outcome::handedOver;
+        if (forward(links, activationToken))
+            return Outcome::forwarded;
         if (bus.interface()->isServiceRegistered(name))
             return Outcome::unanswered;
     }
@@ -67,13 +67,13 @@ SessionBusService::start(const QStringList &links, const QString &activationToke
 }
 
 bool SessionBusService::takeName() {
-    // The object first: a call that waits for the name may be delivered with it.
+    // Register the object first: calls may arrive as soon as the name is owned.
     bus.registerObject(path, this, QDBusConnection::ExportScriptableSlots);
     const auto reply = bus.interface()->registerService(name);
     if (reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered)
         return true;
     if (!reply.isValid()) {
-        // A bus that refuses the name leaves the program alone as well.
+        // Without the name the program runs as if there were no bus.
         logger.error(
             fmt::format("Couldn't own the bus name: {}", reply.error().message().toStdString()));
         return true;
@@ -82,7 +82,7 @@ bool SessionBusService::takeName() {
     return false;
 }
 
-bool SessionBusService::handOver(const QStringList &links, const QString &activationToken) const {
+bool SessionBusService::forward(const QStringList &links, const QString &activationToken) const {
     auto call = QDBusMessage::createMethodCall(
         name, path, interface,
         links.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
@@ -92,7 +92,8 @@ bool SessionBusService::handOver(const QStringList &links, const QString &activa
     if (!links.isEmpty())
         call << links;
     call << platformData;
-    // Not to be started by the bus: if the process has gone, this one takes its place.
+    // If the other process has ended, this one takes the name instead of a process that the bus
+    // would start.
     call.setAutoStartService(false);
     const QDBusMessage answer = bus.call(call, QDBus::Block, int(callTimeout.count()));
     return answer.type() == QDBusMessage::ReplyMessage;
@@ -105,20 +106,20 @@ void SessionBusService::releaseName() {
     bus.unregisterObject(path);
 }
 
-void SessionBusService::resume() {
+void SessionBusService::reclaimName() {
     if (bus.isConnected() && !takeName())
-        logger.error("Couldn't own the bus name: another process has it");
+        logger.error("Couldn't own the bus name: another process owns it");
 }
 
 void SessionBusService::Activate(const QVariantMap &platformData) {
-    Q_EMIT activated(tokenOf(platformData));
+    Q_EMIT activationRequested(tokenOf(platformData));
 }
 
 void SessionBusService::Open(const QStringList &uris, const QVariantMap &platformData) {
-    Q_EMIT linksOpened(uris.first(std::min(uris.size(), maxLinks)), tokenOf(platformData));
+    Q_EMIT linksRequested(uris.first(std::min(uris.size(), maxLinks)), tokenOf(platformData));
 }
 
-/// Whoever has a course's id but no link, as a notice that was kept, can start the program with it.
+/// For callers with a course's id instead of a link, such as a notice in the desktop's history.
 void SessionBusService::ActivateAction(
     const QString &action, const QVariantList &parameter, const QVariantMap &platformData) {
     const bool oneCourse =

@@ -1,4 +1,4 @@
-// One program for each session, on the session bus.
+// The single-instance registration on the session bus.
 #pragma once
 
 #include "platform/session/applicationservice.h"
@@ -10,9 +10,8 @@
 
 namespace ellwynd {
 
-/// Owns the bus name "com.varnok.Ellwynd" and implements org.freedesktop.Application there, as the
-/// freedesktop Desktop Entry Specification describes it. Without a session bus the program is
-/// alone.
+/// Owns the bus name "com.varnok.Ellwynd" and implements org.freedesktop.Application of the
+/// freedesktop Desktop Entry Specification. Without a session bus, `start` returns `first`.
 class SessionBusService final : public ApplicationService {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -20,7 +19,7 @@ class SessionBusService final : public ApplicationService {
   public:
     static constexpr auto defaultCallTimeout = std::chrono::seconds(3);
 
-    /// @param callTimeout how long another process may take to answer.
+    /// @param callTimeout the time limit of a call to another process.
     explicit SessionBusService(
         QDBusConnection bus = QDBusConnection::sessionBus(),
         std::chrono::milliseconds callTimeout = defaultCallTimeout);
@@ -28,9 +27,9 @@ class SessionBusService final : public ApplicationService {
 
     Outcome start(const QStringList &links, const QString &activationToken) override;
     void releaseName() override;
-    void resume() override;
+    void reclaimName() override;
 
-    // The names are the interface's own.
+    // The interface defines these names.
   public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap &platformData);
     Q_SCRIPTABLE void Open(const QStringList &uris, const QVariantMap &platformData);
@@ -39,8 +38,8 @@ class SessionBusService final : public ApplicationService {
 
   private:
     [[nodiscard]] bool takeName();
-    /// Whether the process that has the name took it all over.
-    [[nodiscard]] bool handOver(const QStringList &links, const QString &activationToken) const;
+    /// Whether the process that owns the name accepted the call.
+    [[nodiscard]] bool forward(const QStringList &links, const QString &activationToken) const;
 
     QDBusConnection bus;
     std::chrono::milliseconds callTimeout;

@@ -13,7 +13,7 @@ class WakeObserver : public QObject {
     Q_OBJECT
 
   public:
-    explicit WakeObserver(std::function<void()> call) : woke(std::move(call)) {
+    explicit WakeObserver(std::function<void()> woke) : woke(std::move(woke)) {
         QDBusConnection::systemBus().connect(
             QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
             QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"),
@@ -21,7 +21,7 @@ class WakeObserver : public QObject {
     }
 
   private Q_SLOTS:
-    /// Sent twice: before the computer sleeps, and after it woke.
+    /// Sent before the computer sleeps, and again after it has woken.
     void prepareForSleep(bool begins) {
         if (!begins)
             woke();

@@ -23,7 +23,7 @@ void reloadAll() {
 }
 
 std::shared_ptr<void> observe(std::function<void()> reload) {
-    // The timer's own slot takes the signal, and gathers what comes close together.
+    // The signal restarts the timer, so that requests close together cause one reload.
     const auto timer = std::make_shared<QTimer>();
     timer->setSingleShot(true);
     timer->setInterval(50ms);

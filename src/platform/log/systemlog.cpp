@@ -41,7 +41,7 @@ void installSystemLog() {
     const auto filter = LogFilter::parse(qgetenv(filterVariable).toStdString());
     Log::setFilter(filter.value_or(LogFilter()));
     if (!filter)
-        settingsLog.error(fmt::format("{} is ignored: it makes no sense", filterVariable));
+        settingsLog.error(fmt::format("{} is ignored: it is not valid", filterVariable));
     qInstallMessageHandler(logQtMessage);
 }
 

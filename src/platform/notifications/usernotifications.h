@@ -1,4 +1,4 @@
-// Notices that the system shows outside the program's windows.
+// The interface of the system's notices, which are shown outside the program's windows.
 #pragma once
 
 #include <cstdint>
@@ -9,9 +9,9 @@
 
 namespace ellwynd {
 
-/// One notice. Its texts are plain UTF-8: markup in them is shown as it is written.
+/// A notice. Its texts are plain UTF-8; markup in them is shown literally.
 struct UserNotice {
-    /// The program's own name for it, unique among its notices.
+    /// Unique among the program's notices.
     std::string identifier;
     std::string title;
     std::string body;
@@ -21,17 +21,17 @@ struct UserNotice {
     bool operator==(const UserNotice &) const = default;
 };
 
-/// The system's notices. Lives on the main thread and never blocks it. What is asked is answered
-/// once, now or later; after this object is gone, not at all.
+/// The system's notices. Used on the main thread, which it never blocks. Each callback is called at
+/// most once, immediately or later, but not after this object is destroyed.
 class UserNotifications {
   public:
     enum class AuthorizationStatus {
         authorized,
-        /// Nothing would be shown: the system has no notices, or keeps them quiet.
+        /// Nothing would be shown: the system has no notices or inhibits them.
         denied,
     };
     using StatusAnswer = std::function<void(AuthorizationStatus)>;
-    /// @param message the system's.
+    /// @param message the system's error message.
     using Failure = std::function<void(const std::string &message)>;
     using ClickObserver = std::function<void(const UserNotice &)>;
 
@@ -42,7 +42,7 @@ class UserNotifications {
 
     virtual void authorizationStatus(StatusAnswer answer) = 0;
 
-    /// Shows a notice at once, without a sound. `failed` is called only when it could not be shown.
+    /// Shows a notice without a sound. `failed` is called only if it could not be shown.
     virtual void post(const UserNotice &notice, Failure failed) = 0;
 
     /// Calls `observer` after each click on a notice of this object, for as long as the returned

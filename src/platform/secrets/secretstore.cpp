@@ -2,10 +2,10 @@
 
 namespace ellwynd {
 
-KeychainError::KeychainError(std::int32_t status, const std::string &message)
+KeychainError::KeychainError(std::int32_t code, const std::string &message)
     : std::runtime_error(
-          "Keychain error (" + std::to_string(status) +
+          "Keychain error (" + std::to_string(code) +
           "): " + (message.empty() ? "unknown error" : message)),
-      code(status) {}
+      code(code) {}
 
 } // namespace ellwynd

@@ -1,4 +1,4 @@
-// Where secrets are kept: the platform's secret store, behind three operations.
+// The interface of the platform's secret store.
 #pragma once
 
 #include <cstdint>
@@ -9,23 +9,24 @@
 
 namespace ellwynd {
 
-/// The secret store could not be read or written, which never means that it holds nothing.
+/// The secret store could not be read or written. A missing secret is not an error.
 class KeychainError : public std::runtime_error {
   public:
-    /// What a status stands for; the numbers are the program's own.
+    /// The meaning of a status; the numbers are defined by the program.
     enum Status : std::int32_t {
-        /// The service failed in a way of its own.
+        /// Any other failure of the service.
         failed = 1,
         /// The desktop session offers no secret store.
         unavailable = 2,
-        /// The keyring is locked and stayed so.
+        /// The keyring is locked and could not be unlocked.
         locked = 3,
         /// The teacher dismissed the prompt.
         dismissed = 4,
     };
 
-    /// @param message the system's; empty when it has none.
-    KeychainError(std::int32_t status, const std::string &message);
+    /// @param code the status.
+    /// @param message the system's message; may be empty.
+    KeychainError(std::int32_t code, const std::string &message);
 
     [[nodiscard]] std::int32_t status() const { return code; }
 
@@ -33,8 +34,8 @@ class KeychainError : public std::runtime_error {
     std::int32_t code;
 };
 
-/// Secrets by service and account, one for each pair. Every operation may block on a prompt of the
-/// system's, and throws KeychainError.
+/// Secrets by service and account, one for each pair. Every operation may block on a system prompt,
+/// and throws KeychainError.
 class SecretStore {
   public:
     SecretStore() = default;
@@ -45,14 +46,14 @@ class SecretStore {
     /// The secret's bytes; absent when there is none.
     [[nodiscard]] virtual std::optional<std::string>
     read(const std::string &service, const std::string &account) = 0;
-    /// Replaces the secret.
+    /// Saves the secret, replacing an existing one.
     virtual void
     save(const std::string &secret, const std::string &service, const std::string &account) = 0;
-    /// Removes it; one that does not exist is removed already.
+    /// Removes the secret, if there is one.
     virtual void remove(const std::string &service, const std::string &account) = 0;
 };
 
-/// The desktop's secret store. It is first asked when it is used.
+/// The desktop's secret store. It is not accessed before the first operation.
 [[nodiscard]] std::unique_ptr<SecretStore> makeSecretStore();
 
 } // namespace ellwynd

@@ -1,15 +1,15 @@
-// The activation token, by which a desktop lets a program come to the front.
+// The XDG activation token, with which a desktop permits a program to raise a window.
 #pragma once
 
 #include <QString>
 
 namespace ellwynd {
 
-/// The token that the desktop gave to this process when it started it; may be empty. Call it before
-/// the application object is made, which takes the token away for its first window.
+/// The token with which the desktop started this process; may be empty. Must be called before the
+/// application object is created, which consumes the token for its first window.
 [[nodiscard]] QString activationTokenOfStart();
 
-/// Keeps a token for the next window of this process that asks to come to the front.
+/// Sets the token for the next window that this process raises.
 void setActivationToken(const QString &token);
 
 } // namespace ellwynd

@@ -1,4 +1,4 @@
-// One program for each desktop session: a second start hands its links over to the first.
+// A single instance for each desktop session: a second start forwards its links to the first.
 #pragma once
 
 #include <QObject>
@@ -9,42 +9,41 @@
 
 namespace ellwynd {
 
-/// The program's registration with the desktop session, under the name "com.varnok.Ellwynd".
-/// Anybody in the session may call it: a call is checked and announced, and decides nothing itself.
-/// Where the desktop offers no registration, every process is the first one. Lives on the main
-/// thread.
+/// The program's registration with the desktop session, under the name "com.varnok.Ellwynd". Every
+/// process of the session may call it: a call is validated and emitted as a signal. Where the
+/// desktop offers no registration, every process is the first one. Used on the main thread.
 ///
-/// Each activation token is the one that the desktop gave for coming to the front; may be empty.
+/// The activation tokens are XDG activation tokens; each may be empty.
 class ApplicationService : public QObject {
     Q_OBJECT
 
   public:
     enum class Outcome {
-        /// This process is the program of the session, or nothing says otherwise.
+        /// This process is the session's instance, or the desktop offers no registration.
         first,
-        /// Another process is, and has taken over what this one was started for.
-        handedOver,
-        /// Another process has the name and did not answer.
+        /// Another process is the session's instance and has accepted the links.
+        forwarded,
+        /// Another process owns the name and did not answer.
         unanswered,
     };
 
-    /// Takes the name; where another process has it, hands the links over to that one, or only
-    /// brings it to the front when there are none. Blocks until the other process answers, or for a
-    /// few seconds. Calls that arrive from then on are announced as soon as the event loop runs.
+    /// Takes the name. If another process owns it, forwards the links to that process, or only
+    /// activates it if there are none; this blocks until it answers, at most for a few seconds.
+    /// Calls of other processes are then emitted once the event loop runs.
     [[nodiscard]] virtual Outcome
     start(const QStringList &links, const QString &activationToken) = 0;
 
     /// Releases the name, so that another process can take it.
     virtual void releaseName() = 0;
-    /// Takes it again unless another process has it by now.
-    virtual void resume() = 0;
+    /// Takes the name again unless another process owns it by now.
+    virtual void reclaimName() = 0;
 
   Q_SIGNALS:
-    void activated(const QString &activationToken);
-    /// The action "open-course", whose parameter is the course's id.
+    void activationRequested(const QString &activationToken);
+    /// The action "open-course" with the course's id.
     void courseRequested(std::int64_t courseID, const QString &activationToken);
     /// At most a hundred links.
-    void linksOpened(const QStringList &links, const QString &activationToken);
+    void linksRequested(const QStringList &links, const QString &activationToken);
 };
 
 [[nodiscard]] std::unique_ptr<ApplicationService> makeApplicationService();

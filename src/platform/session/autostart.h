@@ -6,17 +6,17 @@
 
 namespace ellwynd::autostart {
 
-/// An entry in the teacher's own folder.
+/// An entry in the user's autostart folder.
 struct Entry {
-    /// The entry's file, "com.varnok.Ellwynd.Widget.desktop".
+    /// "com.varnok.Ellwynd.Widget.desktop".
     std::string fileName;
-    /// What start-up settings call it.
+    /// The name in the desktop's start-up settings.
     std::string name;
-    /// The whole path of the program. Once that is gone the entry starts nothing.
+    /// The absolute path of the program. If it no longer exists, the entry has no effect.
     std::filesystem::path program;
 };
 
-/// Whether the folder has the entry for this very program, and nobody has switched it off there.
+/// Whether the folder has the entry for exactly this program, and it is not switched off there.
 [[nodiscard]] bool isOn(const std::filesystem::path &folder, const Entry &entry);
 
 /// Writes or removes the entry.

@@ -1,4 +1,4 @@
-// The computer coming back from sleep.
+// Reports when the computer wakes from sleep.
 #pragma once
 
 #include <functional>

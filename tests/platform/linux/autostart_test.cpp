@@ -6,7 +6,7 @@
 namespace ellwynd {
 namespace {
 
-TEST(Autostart, AnyPathIsStartedAsItIs) {
+TEST(Autostart, ProgramPathsAreEscaped) {
     const test::TemporaryFolder folder;
     struct Row {
         const char *program;
@@ -26,7 +26,7 @@ TEST(Autostart, AnyPathIsStartedAsItIs) {
     }
 }
 
-TEST(Autostart, EntriesAreReadAsTheDesktopReadsThem) {
+TEST(Autostart, EntriesOfOtherProgramsAndDesktopsAreRead) {
     const test::TemporaryFolder folder;
     const autostart::Entry entry{"a.desktop", "A", "/opt/a b/100%"};
     const std::string group = "[Desktop Entry]\n";
@@ -37,23 +37,23 @@ TEST(Autostart, EntriesAreReadAsTheDesktopReadsThem) {
         bool on;
     };
     for (const Row &row : {
-             Row{"as short as can be", group + exec, true},
+             Row{"minimal", group + exec, true},
              Row{"in another order", group + exec + "Name=B\nType=Application\n", true},
              Row{"blanks and comments", "# A\n\n" + group + "Exec  =  \"/opt/a b/100%%\"\n", true},
-             Row{"lines that end as on Windows", "[Desktop Entry]\r\nExec=\"/opt/a b/100%%\"\r\n",
-                 true},
+             Row{"Windows line ends", "[Desktop Entry]\r\nExec=\"/opt/a b/100%%\"\r\n", true},
              Row{"another name, translated", group + "Name=B\nName[de]=C\n" + exec, true},
              Row{"not hidden", group + exec + "Hidden=false\n", true},
              Row{"hidden", group + exec + "Hidden=true\n", false},
-             Row{"hidden, before", group + "Hidden = true \n" + exec, false},
-             Row{"hidden, in words only", group + exec + "Comment=Hidden=true\n", true},
+             Row{"hidden, before Exec", group + "Hidden = true \n" + exec, false},
+             Row{"hidden only in a comment", group + exec + "Comment=Hidden=true\n", true},
              Row{"hidden in another group", group + exec + "[X]\nHidden=true\n", true},
              Row{"enabled", group + exec + "X-GNOME-Autostart-enabled=true\n", true},
              Row{"disabled", group + exec + "X-GNOME-Autostart-enabled = false\n", false},
-             Row{"disabled elsewhere", group + "X-MATE-Autostart-enabled=false\n" + exec, false},
-             Row{"false, of something else", group + exec + "Terminal=false\n", true},
-             Row{"its program", group + exec + "TryExec=/opt/a b/100%\n", true},
-             Row{"only if another is there", group + exec + "TryExec=/opt/b\n", false},
+             Row{"disabled by another desktop", group + "X-MATE-Autostart-enabled=false\n" + exec,
+                 false},
+             Row{"another key that is false", group + exec + "Terminal=false\n", true},
+             Row{"TryExec with its program", group + exec + "TryExec=/opt/a b/100%\n", true},
+             Row{"TryExec with another program", group + exec + "TryExec=/opt/b\n", false},
              Row{"another program", group + "Exec=\"/opt/b\"\n", false},
              Row{"with an argument", group + "Exec=\"/opt/a b/100%%\" -x\n", false},
              Row{"no program", group + "Name=A\n", false},

@@ -1,4 +1,4 @@
-// Runs in a session with a bus of its own.
+// Runs with its own session bus.
 #include "platform/appearance/colorscheme.h"
 
 #include <QDBusConnection>
@@ -12,7 +12,7 @@
 namespace ellwynd {
 namespace {
 
-/// The settings portal, as far as it is asked, in a thread of its own since a question waits.
+/// A fake settings portal. It has its own thread, since `isDark` blocks.
 class Portal : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
@@ -33,7 +33,7 @@ class Portal : public QObject {
         thread.wait();
     }
 
-    void tell(const QString &group, const char *key, uint value) {
+    void sendSettingChanged(const QString &group, const char *key, uint value) {
         bus.send(
             QDBusMessage::createSignal(
                 QStringLiteral("/org/freedesktop/portal/desktop"),
@@ -57,11 +57,11 @@ class Portal : public QObject {
         QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("portal"));
 };
 
-TEST(ColorScheme, IsThePortals) {
+TEST(ColorScheme, FollowsThePortal) {
     ASSERT_TRUE(QDBusConnection::sessionBus().isConnected());
     EXPECT_EQ(colorScheme::isDark(), std::nullopt) << "no portal";
-    std::vector<bool> heard;
-    const auto handle = colorScheme::observe([&](bool dark) { heard.push_back(dark); });
+    std::vector<bool> changes;
+    const auto handle = colorScheme::observe([&](bool dark) { changes.push_back(dark); });
     Portal portal;
     EXPECT_EQ(colorScheme::isDark(), std::nullopt) << "no preference";
     portal.answer = 1;
@@ -70,20 +70,20 @@ TEST(ColorScheme, IsThePortals) {
     EXPECT_EQ(colorScheme::isDark(), false);
 
     const QString appearance = QStringLiteral("org.freedesktop.appearance");
-    // The observer was there first, and has to hear that somebody owns the name now.
+    // The observer was connected first, and must learn that the name has an owner now.
     EXPECT_TRUE(QTest::qWaitFor([&] {
-        portal.tell(appearance, "color-scheme", 1);
-        return !heard.empty();
+        portal.sendSettingChanged(appearance, "color-scheme", 1);
+        return !changes.empty();
     }));
-    portal.tell(appearance, "color-scheme", 2);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !heard.back(); }));
-    heard.clear();
-    portal.tell(appearance, "accent-color", 1);
-    portal.tell(QStringLiteral("org.gnome.desktop.interface"), "color-scheme", 1);
-    portal.tell(appearance, "color-scheme", 1);
-    portal.tell(appearance, "color-scheme", 2);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return heard.size() == 2; }));
-    EXPECT_THAT(heard, testing::ElementsAre(true, false));
+    portal.sendSettingChanged(appearance, "color-scheme", 2);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !changes.back(); }));
+    changes.clear();
+    portal.sendSettingChanged(appearance, "accent-color", 1);
+    portal.sendSettingChanged(QStringLiteral("org.gnome.desktop.interface"), "color-scheme", 1);
+    portal.sendSettingChanged(appearance, "color-scheme", 1);
+    portal.sendSettingChanged(appearance, "color-scheme", 2);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return changes.size() == 2; }));
+    EXPECT_THAT(changes, testing::ElementsAre(true, false));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// Runs in a session whose bus knows no service; see support/with-bus.
+// Runs with a session bus that can start no services; see support/with-bus.
 #include "platform/linux/desktopnotifications.h"
 #include "support/until.h"
 
@@ -21,32 +21,32 @@ const QString serverName = QStringLiteral("org.freedesktop.Notifications");
 const QString serverPath = QStringLiteral("/org/freedesktop/Notifications");
 const QString defaultAction = QStringLiteral("default");
 
-/// A connection of its own to the session bus, as another process has.
+/// A separate connection to the session bus, like that of another process.
 QDBusConnection anotherConnection() {
-    static int made = 0;
+    static int count = 0;
     return QDBusConnection::connectToBus(
-        QDBusConnection::SessionBus, QStringLiteral("connection %1").arg(++made));
+        QDBusConnection::SessionBus, QStringLiteral("connection %1").arg(++count));
 }
 
-/// A signal about a notice, from whoever sends it.
+/// Sends a signal about a notice.
 void sendSignal(QDBusConnection from, const QString &signal, uint id, const QString &text) {
     QDBusMessage message = QDBusMessage::createSignal(serverPath, serverName, signal);
     message.setArguments({id, text});
     from.send(message);
 }
 
-/// A notification server, as good or bad as a test wants it.
+/// A notification server whose faults a test can choose.
 class FakeServer : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
     Q_PROPERTY(bool Inhibited MEMBER inhibited)
 
   public:
-    enum Offer { plain, offersInhibited };
+    enum Properties { none, hasInhibited };
 
-    explicit FakeServer(Offer offer = plain) {
+    explicit FakeServer(Properties properties = none) {
         QDBusConnection::RegisterOptions exported = QDBusConnection::ExportAllSlots;
-        if (offer == offersInhibited)
+        if (properties == hasInhibited)
             exported |= QDBusConnection::ExportAllProperties;
         EXPECT_TRUE(
             connection.registerObject(serverPath, this, exported) &&
@@ -66,7 +66,7 @@ class FakeServer : public QObject, protected QDBusContext {
 
     QStringList capabilities;
     bool inhibited = false;
-    /// Takes calls and answers none.
+    /// Receives calls without answering them.
     bool hangs = false;
     bool refuses = false;
     uint lastID = 0;
@@ -105,7 +105,7 @@ struct DesktopNotificationsTest : testing::Test {
     [[nodiscard]] Status status() {
         std::optional<Status> answer;
         notifications.authorizationStatus([&](Status given) { answer = given; });
-        EXPECT_FALSE(answer) << "nobody waits for the server";
+        EXPECT_FALSE(answer) << "the call must not block";
         EXPECT_TRUE(test::until([&] { return answer.has_value(); }));
         return answer.value_or(Status::denied);
     }
@@ -116,7 +116,7 @@ struct DesktopNotificationsTest : testing::Test {
             [this](const std::string &message) { failures.push_back(message); });
     }
 
-    /// Until all that the server has said by now has arrived, for its answers come in order.
+    /// Waits until the server's messages so far have arrived; they arrive in order.
     void settle() { EXPECT_EQ(status(), Status::authorized); }
 
     void postTo(
@@ -129,7 +129,7 @@ struct DesktopNotificationsTest : testing::Test {
     }
 };
 
-TEST_F(DesktopNotificationsTest, AreAuthorisedByAServerThatIsThereAndNotQuiet) {
+TEST_F(DesktopNotificationsTest, AuthorizationNeedsAServerThatIsNotInhibited) {
     EXPECT_EQ(status(), Status::denied) << "no server";
     {
         FakeServer server;
@@ -137,17 +137,17 @@ TEST_F(DesktopNotificationsTest, AreAuthorisedByAServerThatIsThereAndNotQuiet) {
         server.hangs = true;
         EXPECT_EQ(status(), Status::denied) << "hangs";
         server.hangs = false;
-        EXPECT_EQ(status(), Status::authorized) << "is back";
+        EXPECT_EQ(status(), Status::authorized) << "answers again";
     }
     EXPECT_EQ(status(), Status::denied) << "gone";
-    FakeServer quiet(FakeServer::offersInhibited);
+    FakeServer inhibiting(FakeServer::hasInhibited);
     EXPECT_EQ(status(), Status::authorized);
-    quiet.inhibited = true;
-    EXPECT_EQ(status(), Status::denied) << "quiet";
-    EXPECT_EQ(quiet.lastID, 0U) << "asking shows nothing";
+    inhibiting.inhibited = true;
+    EXPECT_EQ(status(), Status::denied) << "inhibited";
+    EXPECT_EQ(inhibiting.lastID, 0U) << "a status query must not show a notice";
 }
 
-TEST_F(DesktopNotificationsTest, ANoticeIsWhatTheServerCanShow) {
+TEST_F(DesktopNotificationsTest, NoticesDependOnTheServersCapabilities) {
     FakeServer server;
     struct Row {
         QStringList capabilities;
@@ -191,7 +191,7 @@ TEST_F(DesktopNotificationsTest, ANoticeIsWhatTheServerCanShow) {
     EXPECT_THAT(failures, ElementsAre());
 }
 
-TEST_F(DesktopNotificationsTest, ClicksAreThoseOfOwnNotices) {
+TEST_F(DesktopNotificationsTest, ReportsClicksOnOwnNoticesOnly) {
     FakeServer server;
     server.lastID = 6;
     postTo(server, "first");
@@ -203,10 +203,10 @@ TEST_F(DesktopNotificationsTest, ClicksAreThoseOfOwnNotices) {
     settle();
     EXPECT_THAT(clicked, ElementsAre("second", "first"));
 
-    // Others on the bus are not believed.
-    const QDBusConnection stranger = anotherConnection();
-    sendSignal(stranger, QStringLiteral("ActionInvoked"), 7, defaultAction);
-    ASSERT_TRUE(stranger.interface()->isServiceRegistered(serverName)) << "the bus has the signal";
+    // Signals of other processes are ignored.
+    const QDBusConnection other = anotherConnection();
+    sendSignal(other, QStringLiteral("ActionInvoked"), 7, defaultAction);
+    ASSERT_TRUE(other.interface()->isServiceRegistered(serverName)) << "the bus has the signal";
     settle();
     server.click(7);
     settle();
@@ -219,7 +219,7 @@ TEST_F(DesktopNotificationsTest, ClicksAreThoseOfOwnNotices) {
     EXPECT_EQ(clicked.size(), 3U);
 }
 
-TEST_F(DesktopNotificationsTest, ANewServerKnowsNoOldNotices) {
+TEST_F(DesktopNotificationsTest, ForgetsNoticesOfAnEndedServer) {
     {
         const FakeServer server;
         postTo(server, "old");
@@ -234,9 +234,9 @@ TEST_F(DesktopNotificationsTest, ANewServerKnowsNoOldNotices) {
     EXPECT_THAT(clicked, ElementsAre("new"));
 }
 
-TEST_F(DesktopNotificationsTest, FailuresAreToldWithTheSystemsMessage) {
+TEST_F(DesktopNotificationsTest, ReportsFailuresWithTheSystemsMessage) {
     const auto failed = [&] { return test::until([&] { return !failures.empty(); }); };
-    post("nobody there");
+    post("no server");
     EXPECT_TRUE(failed());
     FakeServer server;
     failures.clear();
@@ -247,12 +247,12 @@ TEST_F(DesktopNotificationsTest, FailuresAreToldWithTheSystemsMessage) {
     failures.clear();
     server.hangs = true;
     post("hangs");
-    EXPECT_THAT(failures, ElementsAre()) << "nobody waits for the server";
+    EXPECT_THAT(failures, ElementsAre()) << "the call must not block";
     EXPECT_TRUE(failed());
     EXPECT_EQ(server.notices.size(), 1U);
 }
 
-TEST_F(DesktopNotificationsTest, NothingIsAnsweredOnceTheyAreGone) {
+TEST_F(DesktopNotificationsTest, CallsNothingBackAfterDestruction) {
     FakeServer server;
     server.hangs = true;
     auto shortLived = std::make_unique<DesktopNotifications>(300ms);
@@ -260,7 +260,7 @@ TEST_F(DesktopNotificationsTest, NothingIsAnsweredOnceTheyAreGone) {
     shortLived->authorizationStatus([&](Status) { answered = true; });
     shortLived->post({}, [&](const std::string &) { answered = true; });
     shortLived.reset();
-    // Asked later with as much patience, so answered later.
+    // A later call with the same timeout ends later.
     EXPECT_EQ(status(), Status::denied);
     EXPECT_FALSE(answered);
 }

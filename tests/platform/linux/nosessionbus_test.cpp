@@ -1,4 +1,4 @@
-// A desktop without a session bus, as the tests run in unless they bring their own.
+// A desktop without a session bus, which is how tests run unless they start one.
 #include "platform/linux/secretservice.h"
 
 #include <gtest/gtest.h>
@@ -6,7 +6,7 @@
 namespace ellwynd {
 namespace {
 
-TEST(SecretService, WithoutABusIsUnavailable) {
+TEST(SecretService, IsUnavailableWithoutABus) {
     SecretService service;
     try {
         (void)service.read("s", "a");

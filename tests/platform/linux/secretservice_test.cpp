@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char *service = "com.varnok.Ellwynd.test";
 
-/// What reading ends with: the status of its error, or 0.
+/// The status of the error that reading throws, or 0.
 int statusOfReading(const std::string &account) {
     SecretService secrets;
     try {
@@ -20,8 +20,8 @@ int statusOfReading(const std::string &account) {
     return 0;
 }
 
-// One test in order: a keyring that was locked or killed stays so.
-TEST(SecretService, KeepsSecretsAndTellsItsTroublesApart) {
+// A single test, since locking or killing the keyring cannot be undone for other tests.
+TEST(SecretService, StoresSecretsAndDistinguishesErrors) {
     SecretService secrets;
     EXPECT_EQ(secrets.read(service, "h.example"), std::nullopt);
     secrets.remove(service, "h.example");
@@ -47,7 +47,7 @@ TEST(SecretService, KeepsSecretsAndTellsItsTroublesApart) {
     test::lockKeyring();
     const int locked = statusOfReading("h.example");
     EXPECT_TRUE(locked == KeychainError::locked || locked == KeychainError::dismissed) << locked;
-    EXPECT_THROW(secrets.remove(service, "h.example"), KeychainError) << "not deleted, not silent";
+    EXPECT_THROW(secrets.remove(service, "h.example"), KeychainError) << "cannot be deleted";
     EXPECT_THROW(secrets.save("third", service, "h.example"), KeychainError);
     EXPECT_EQ(statusOfReading("nobody.example"), 0) << "nothing is saved, locked or not";
 
@@ -55,7 +55,7 @@ TEST(SecretService, KeepsSecretsAndTellsItsTroublesApart) {
     EXPECT_EQ(statusOfReading("h.example"), 0);
 
     test::killKeyring();
-    // Gone, or started anew by the bus and locked: never "no token".
+    // Unavailable, or restarted by the bus and locked: an error, never "no secret".
     EXPECT_NE(statusOfReading("h.example"), 0);
 }
 

@@ -1,4 +1,4 @@
-// Runs in a session with a bus of its own.
+// Runs with its own session bus.
 #include "platform/session/widgettimelines.h"
 
 #include <QDBusConnection>
@@ -9,22 +9,22 @@
 namespace ellwynd {
 namespace {
 
-TEST(WidgetTimelines, AReloadIsHeardOnceForSeveralRequests) {
+TEST(WidgetTimelines, SeveralRequestsCauseOneReload) {
     ASSERT_TRUE(QDBusConnection::sessionBus().isConnected());
-    int heard = 0;
-    int unheard = 0;
-    const auto handle = widgetTimelines::observe([&] { ++heard; });
+    int reloads = 0;
+    int reloadsOfDropped = 0;
+    const auto handle = widgetTimelines::observe([&] { ++reloads; });
     {
-        const auto dropped = widgetTimelines::observe([&] { ++unheard; });
+        const auto dropped = widgetTimelines::observe([&] { ++reloadsOfDropped; });
     }
     for (int i = 0; i < 5; ++i)
         widgetTimelines::reloadAll();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return heard > 0; }));
-    EXPECT_EQ(heard, 1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return reloads > 0; }));
+    EXPECT_EQ(reloads, 1);
     widgetTimelines::reloadAll();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return heard > 1; }));
-    EXPECT_EQ(heard, 2);
-    EXPECT_EQ(unheard, 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return reloads > 1; }));
+    EXPECT_EQ(reloads, 2);
+    EXPECT_EQ(reloadsOfDropped, 0);
 }
 
 } // namespace

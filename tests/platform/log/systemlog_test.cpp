@@ -9,7 +9,7 @@
 namespace ellwynd {
 namespace {
 
-TEST(SystemLog, QtsMessagesAreLinesThatTheVariableChooses) {
+TEST(SystemLog, LogsQtsMessagesAndAppliesTheFilter) {
     struct Row {
         const char *rules;
         std::vector<std::string> lines;

@@ -1,4 +1,4 @@
-// The feed of updates, and the builds it is read for.
+// The update feed, and the comparison of builds.
 #include "app/updates/appcast.h"
 
 #include "fuzz/target.h"
@@ -10,7 +10,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     fuzz::require(!(isNewerBuild(text, "1.2") && isNewerBuild("1.2", text)));
     try {
         const auto update = newestUpdate(text);
-        // What is offered can be compared and fits a line.
+        // The update's build can be compared, and its version fits a line.
         fuzz::require(!update || isNewerBuild(update->build + "1", update->build));
         fuzz::require(!update || (!update->version.empty() && update->version.size() < 300));
     } catch (const UpdateError &) {

@@ -1,4 +1,4 @@
-// Pages of Canvas and bodies of its failures.
+// Canvas's responses and the bodies of its errors.
 #include "canvas/records/decoding.h"
 
 #include "canvas/client/errorbody.h"

@@ -1,4 +1,4 @@
-// Links, and the words of a command line that may be one.
+// Deep links.
 #include "app/shell/deeplink.h"
 
 #include "fuzz/target.h"

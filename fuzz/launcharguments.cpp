@@ -1,4 +1,4 @@
-// Launch arguments, one a line.
+// Launch arguments, one per line.
 #include "preferences/launcharguments.h"
 
 #include "fuzz/target.h"

@@ -9,7 +9,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const std::string_view header = fuzz::text(data, size);
     if (const auto next = nextLink(header)) {
         fuzz::require(header.find("rel=\"next\"") != std::string_view::npos);
-        // The origin that is compared is the one that would be asked.
+        // A URL of the same origin has the same host and port when it is requested.
         const QUrl url(QString::fromStdString(*next), QUrl::StrictMode);
         if (isSameOrigin(QUrl(QStringLiteral("https://h.example")), *next)) {
             fuzz::require(url.scheme() == QLatin1String("https"));

@@ -1,4 +1,4 @@
-// The preferences' file.
+// The preferences file.
 #include "base/files.h"
 #include "base/log.h"
 #include "fuzz/target.h"
@@ -30,9 +30,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
         (void)defaults.value(preferences::sidebarExpandedTerms);
         defaults.set("FuzzedFlag", true);
     }
-    // A change loses nothing that was readable.
-    const UserDefaults again(file, {});
-    PreferenceMap after = again.persistentDomain();
+    // A change preserves all other values.
+    const UserDefaults reopened(file, {});
+    PreferenceMap after = reopened.persistentDomain();
     fuzz::require(after.erase("FuzzedFlag") == 1);
     before.erase("FuzzedFlag");
     fuzz::require(after == before);

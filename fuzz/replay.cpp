@@ -1,4 +1,4 @@
-// Runs a target over the files of its corpus, without a fuzzer.
+// Runs a target on the files of its corpus, without a fuzzer.
 #include "fuzz/target.h"
 
 #include <cstdio>

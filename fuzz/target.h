@@ -1,11 +1,11 @@
-// What a fuzz target is: a function that any bytes may be thrown at.
+// The interface of a fuzz target.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
-/// Feeds bytes to one reader of what comes from outside; a finding is a crash or an abort.
+/// Passes bytes to a parser of untrusted input. A crash or an abort is a finding.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
 namespace ellwynd::fuzz {
@@ -14,9 +14,9 @@ inline std::string_view text(const std::uint8_t *data, std::size_t size) {
     return {reinterpret_cast<const char *>(data), size};
 }
 
-/// Ends the run where something that must hold does not.
-inline void require(bool holds) {
-    if (!holds)
+/// Aborts unless a condition holds.
+inline void require(bool condition) {
+    if (!condition)
         __builtin_trap();
 }
 

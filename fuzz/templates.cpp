@@ -1,4 +1,4 @@
-// The message templates' file, and the templates in it filled for a student.
+// The template file, and filling in its templates.
 #include "base/files.h"
 #include "fuzz/target.h"
 #include "outputs/messages/templatefile.h"
@@ -11,7 +11,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     } catch (const FileError &) {
         return 0;
     }
-    // What was read is written and read back as it was.
+    // Templates round-trip.
     fuzz::require(decodeTemplates(encodeTemplates(templates)) == templates);
     for (const MessageTemplate &each : templates) {
         const std::string filled = fill(each, {.id = 1, .name = each.name}, each.name, 70);

@@ -6,7 +6,7 @@ namespace ellwynd {
 
 namespace {
 
-std::optional<std::string> below(
+std::optional<std::string> pageURL(
     const std::string &baseURL, const std::string &path, std::initializer_list<std::int64_t> ids) {
     const auto base = httpsURL(baseURL);
     if (!base)
@@ -30,19 +30,19 @@ std::string coursePath(std::int64_t courseID) {
 } // namespace
 
 std::optional<std::string> canvasLinks::course(const std::string &baseURL, std::int64_t courseID) {
-    return below(baseURL, coursePath(courseID), {courseID});
+    return pageURL(baseURL, coursePath(courseID), {courseID});
 }
 
 std::optional<std::string>
 canvasLinks::grades(const std::string &baseURL, std::int64_t courseID, std::int64_t studentID) {
-    return below(
+    return pageURL(
         baseURL, coursePath(courseID) + "/grades/" + std::to_string(studentID),
         {courseID, studentID});
 }
 
 std::optional<std::string> canvasLinks::assignment(
     const std::string &baseURL, std::int64_t courseID, std::int64_t assignmentID) {
-    return below(
+    return pageURL(
         baseURL, coursePath(courseID) + "/assignments/" + std::to_string(assignmentID),
         {courseID, assignmentID});
 }

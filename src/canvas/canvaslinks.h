@@ -1,4 +1,4 @@
-// Pages of Canvas that open in the teacher's browser.
+// Addresses of Canvas pages, to open in the teacher's browser.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,8 @@
 
 namespace ellwynd {
 
-/// Addresses below the saved Canvas address. Each is absent unless the address is exactly https
-/// with a host and every id is at least 1.
+/// Addresses below the saved Canvas address. Absent unless the base is a valid address (see
+/// `httpsURL`) and every id is at least 1.
 namespace canvasLinks {
 
 [[nodiscard]] std::optional<std::string> course(const std::string &baseURL, std::int64_t courseID);

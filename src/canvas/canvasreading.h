@@ -13,9 +13,9 @@
 
 namespace ellwynd {
 
-/// Where courses and rosters come from: a teacher's Canvas, or the invented college. Each read
-/// returns the whole list, or says why it is not whole, or throws a CanvasError. A source must
-/// outlive the reads started on it.
+/// A source of courses and rosters: a teacher's Canvas, or the sample college. Each read returns a
+/// list, with the reason if it is incomplete, or throws a CanvasError. A source must outlive its
+/// reads.
 class CanvasReading {
   public:
     CanvasReading() = default;
@@ -30,11 +30,11 @@ class CanvasReading {
 
     /// The teacher's active courses, each with its term.
     virtual QCoro::Task<ListRead<Course>> fetchCourses() = 0;
-    /// The course's active student enrollments; a student in two sections comes twice.
+    /// The course's active student enrollments, one for each section that a student is in.
     virtual QCoro::Task<ListRead<Enrollment>> fetchEnrollments(std::int64_t courseID) = 0;
     /// The course's assignment groups with their assignments.
     virtual QCoro::Task<ListRead<AssignmentGroup>> fetchAssignmentGroups(std::int64_t courseID) = 0;
-    /// Every student's submissions, among them those of people who are not on the roster.
+    /// Every student's submissions, including those of users who are not on the roster.
     virtual QCoro::Task<ListRead<SubmissionSummary>> fetchSubmissions(std::int64_t courseID) = 0;
 };
 

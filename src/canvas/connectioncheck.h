@@ -1,4 +1,4 @@
-// What the connection settings do, apart from how they look.
+// The actions of the connection settings, without their user interface.
 #pragma once
 
 #include "canvas/client/canvassession.h"
@@ -7,18 +7,19 @@
 
 namespace ellwynd {
 
-/// How the connection settings look when they are opened.
+/// The contents of the connection settings when they are opened.
 struct ConnectionState {
     std::string address;
     std::string placeholder;
     std::string status;
-    /// The secret store would not open, so nobody can tell whether a token is saved.
+    /// The secret store cannot be read, so it is not known whether a token is saved.
     bool keychainUnavailable = false;
 };
 
-/// The outcome of an action, in a sentence for the teacher.
+/// The outcome of an action.
 struct ConnectionOutcome {
     bool succeeded = false;
+    /// A sentence for the teacher.
     std::string status;
 };
 
@@ -29,29 +30,30 @@ class ConnectionCheck {
 
     [[nodiscard]] ConnectionState state() const;
 
-    /// Reads the teacher's name with what was typed, or with the saved token where none was; saves
-    /// nothing.
+    /// Reads the teacher's name with the typed address and token. An empty token means the saved
+    /// one. Saves nothing.
     /// @throws Cancelled when a stop was requested.
     [[nodiscard]] QCoro::Task<ConnectionOutcome>
     test(std::string address, std::string token, std::stop_token stop = {}) const;
-    /// The same, but a failure of Canvas or of the secret store is thrown as what it is.
+    /// Like `test`, but throws CanvasError and KeychainError.
     [[nodiscard]] QCoro::Task<ConnectionOutcome>
     testOrThrow(std::string address, std::string token, std::stop_token stop = {}) const;
 
-    /// Saves the token, then the address. A token that cannot be saved saves no address.
+    /// Saves the token, then the address; neither if the token cannot be saved. An empty token
+    /// keeps the saved one.
     [[nodiscard]] ConnectionOutcome save(const std::string &address, const std::string &token);
-    /// The same, but a KeychainError is thrown.
+    /// Like `save`, but throws KeychainError.
     [[nodiscard]] ConnectionOutcome
     saveOrThrow(const std::string &address, const std::string &token);
 
-    /// Deletes the token and forgets the address, even where the token cannot be deleted.
+    /// Deletes the token and the address; the address even if the token cannot be deleted.
     void signOut();
 
-    /// The page of Canvas where tokens are made; absent for an address that is not valid.
+    /// The Canvas page where tokens are created; absent for an address that is not valid.
     [[nodiscard]] static std::optional<std::string> tokenPage(const std::string &address);
 
-    /// The typed address without white space around it; absent unless it is exactly https with a
-    /// host. Nothing is added or completed.
+    /// The typed address without surrounding white space; absent unless it is valid (see
+    /// `httpsURL`).
     [[nodiscard]] static std::optional<std::string> validAddress(const std::string &typed);
 
   private:
@@ -60,7 +62,7 @@ class ConnectionCheck {
     CanvasSession &session;
 };
 
-/// What is shown below the button for the token page while the address is not valid.
+/// The text below the button for the token page while the address is not valid.
 inline constexpr std::string_view tokenPageNeedsAddress =
     "Enter your Canvas address above first, then this will open the page where access tokens are "
     "created.";

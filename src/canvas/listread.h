@@ -1,4 +1,4 @@
-// A list as it was read from a data source, which may end early.
+// A list read from a data source, which may be incomplete.
 #pragma once
 
 #include <optional>
@@ -8,25 +8,25 @@
 
 namespace ellwynd {
 
-/// Why a list ends before its last record.
+/// Why a list is incomplete.
 enum class CutShort {
-    /// The chain of pages is longer than is followed.
+    /// There are more pages than are read.
     pageLimit,
-    /// The next page is not on the server that was asked.
+    /// The link to the next page leads to another origin.
     refusedLink,
-    /// The address of the next page is not one.
+    /// The link to the next page is not a valid URL.
     unreadableLink,
 };
 
 template<class Record>
 struct ListRead {
     std::vector<Record> records;
-    /// Absent for a list that was read to its end.
+    /// Absent for a complete list.
     std::optional<CutShort> cutShort;
 };
 
 /// A sentence for the teacher: "The list of submissions is incomplete: …"
-/// @param records what is listed, in the plural.
+/// @param records the listed items, in the plural.
 [[nodiscard]] std::string cutShortText(std::string_view records, CutShort reason);
 
 } // namespace ellwynd

@@ -25,12 +25,12 @@ TransportFailure failureOf(const QNetworkReply &reply) {
     return {
         .code = code,
         .description = reply.errorString().toStdString(),
-        // The platform ends a silent request as if it had been cancelled.
+        // Qt reports a transfer timeout as a cancelled operation.
         .timedOut = code == QNetworkReply::OperationCanceledError,
         .offline = mayBeOffline && isOffline()};
 }
 
-/// A body that ended early although nobody said so.
+/// Whether the body is shorter than announced, although Qt reports no error.
 bool isCutShort(const QNetworkReply &reply, std::size_t received) {
     if (reply.hasRawHeader("Content-Encoding") || !reply.hasRawHeader("Content-Length"))
         return false;
@@ -39,8 +39,9 @@ bool isCutShort(const QNetworkReply &reply, std::size_t received) {
     return isNumber && received < announced;
 }
 
-/// Gathers the body of a reply and ends the reply at the limits. It aborts through the event loop
-/// alone: an abort emits `finished`, which resumes the coroutine that owns this object.
+/// Collects the body of a reply, and aborts the reply when it exceeds the limits. It aborts only
+/// through the event loop: an abort emits `finished`, which resumes the coroutine that owns this
+/// object.
 class BodyReader : public QObject {
   public:
     BodyReader(QNetworkReply &reply, DownloadLimits limits) : reply(reply), limits(limits) {
@@ -102,8 +103,8 @@ QNetworkRequest statelessRequest(const QUrl &url, const char *accept) {
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    // Qt 6.4 does not survive a server that retires an HTTP/2 connection: what is in flight fails
-    // and what waits, waits for the whole time limit. Over HTTP/1.1 six connections serve as well.
+    // When a server closes an HTTP/2 connection, Qt 6.4 fails the requests in flight and lets the
+    // queued ones wait for the whole time limit. HTTP/1.1 with six connections is as fast.
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     return request;
 }
@@ -136,7 +137,7 @@ Downloader::get(QNetworkRequest request, DownloadLimits limits, std::stop_token 
     co_await qCoro(reply.get(), &QNetworkReply::finished);
 
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    // Qt 6.4 ends a reply with an informational response. The final one is still to come on that
+    // Qt 6.4 ends a reply with an informational response. The final response still arrives on that
     // connection, where it would be taken for the response to the next request.
     if (status >= 100 && status <= 199)
         retireConnectionsOf(*reply);

@@ -1,4 +1,4 @@
-// One download over HTTPS with a size cap, time limits and a stop token.
+// Downloads over HTTPS with a size limit, time limits and a stop token.
 #pragma once
 
 #include "net/task.h"
@@ -12,14 +12,14 @@
 
 namespace ellwynd {
 
-/// A request that brought no response.
+/// A request without a complete response.
 struct TransportFailure {
     QNetworkReply::NetworkError code = QNetworkReply::NoError;
-    /// The platform's words.
+    /// The platform's error message.
     std::string description;
-    /// A time limit ended it.
+    /// A time limit was exceeded.
     bool timedOut = false;
-    /// This machine has no network at all.
+    /// This machine has no network.
     bool offline = false;
 };
 
@@ -29,33 +29,32 @@ struct HttpResponse {
     int status = 0;
     QList<QNetworkReply::RawHeaderPair> headers;
     std::string body;
-    /// The body exceeds the size cap and is incomplete.
+    /// The body exceeds the size limit and is incomplete.
     bool tooLarge = false;
 
-    /// A header's value, several of one name joined by ", "; empty without one. Letter case does
-    /// not matter.
+    /// A header's value; repeated headers are joined by ", ". Empty if absent. The name is not
+    /// case-sensitive.
     [[nodiscard]] std::string header(const char *name) const;
 };
 
 struct DownloadLimits {
-    /// Silence on the wire after which a request has timed out.
+    /// How long no data may be transferred.
     std::chrono::milliseconds inactivityTimeout = std::chrono::seconds(60);
-    /// A request in all, however much of it trickles in.
+    /// How long the request may take in total.
     std::chrono::milliseconds totalTimeout = std::chrono::minutes(10);
-    /// Of the body, unpacked.
+    /// Of the decompressed body.
     std::size_t maxBytes = std::size_t{64} * 1024 * 1024;
 };
 
-/// A GET that takes part in nothing that stores or forwards what it carries: no cache, no cookies,
-/// no saved credentials, no redirects.
-/// @param accept the content types that are understood.
+/// A GET request without cache, cookies, saved credentials and redirects.
+/// @param accept the accepted content types.
 [[nodiscard]] QNetworkRequest statelessRequest(const QUrl &url, const char *accept);
 
-/// Sends requests over connections that are used again. No certificate is trusted that the system
-/// does not trust. Lives on the main thread and must outlive the downloads that it started.
+/// Sends requests over persistent connections. Only certificates that the system trusts are
+/// trusted. Used on the main thread; must outlive its downloads.
 class Downloader {
   public:
-    /// @throws TransportFailure when no response came, Cancelled when a stop was requested.
+    /// @throws TransportFailure without a complete response, Cancelled when a stop was requested.
     [[nodiscard]] QCoro::Task<HttpResponse>
     get(QNetworkRequest request, DownloadLimits limits, std::stop_token stop = {});
 

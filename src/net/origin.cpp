@@ -7,7 +7,7 @@ namespace {
 constexpr std::string_view scheme = "https://";
 constexpr int httpsPort = 443;
 
-/// The host as it is sent on the wire: lower case, international names in their ASCII form.
+/// The host as it is sent to the server: lower case, international names in ASCII form.
 std::string sentHost(const QUrl &url) {
     const std::string host = url.host(QUrl::FullyEncoded).toStdString();
     return host.find(':') == std::string::npos ? host : "[" + host + "]";
@@ -16,7 +16,7 @@ std::string sentHost(const QUrl &url) {
 } // namespace
 
 std::optional<QUrl> httpsURL(const std::string &address) {
-    // QUrl lowers the scheme, so the text itself is asked.
+    // QUrl converts the scheme to lower case, so the text itself is checked.
     if (!address.starts_with(scheme))
         return std::nullopt;
     const std::string authority = address.substr(
@@ -31,7 +31,7 @@ bool isSameOrigin(const QUrl &requested, const std::string &address) {
     const auto url = httpsURL(address);
     const std::string host = sentHost(requested);
     return url && sentHost(*url) == host && url->port(httpsPort) == requested.port(httpsPort) &&
-        // QUrl lowers the host too.
+        // QUrl converts the host to lower case too.
         std::string_view(address).substr(scheme.size()).starts_with(host);
 }
 

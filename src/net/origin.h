@@ -1,4 +1,4 @@
-// What counts as an https address, and when two belong to one origin.
+// HTTPS addresses and the comparison of their origins.
 #pragma once
 
 #include <QUrl>
@@ -8,12 +8,12 @@
 
 namespace ellwynd {
 
-/// The URL of an address. Absent unless the address is exactly https with a host and without a user
-/// name; nothing is added or completed.
+/// The URL of an address. Absent unless the address begins with "https://" in lower case and has a
+/// host and no user name; nothing is completed.
 [[nodiscard]] std::optional<QUrl> httpsURL(const std::string &address);
 
-/// Whether an address leads to the origin of a URL that was requested: https, the host as it was
-/// sent, letter for letter, and the same port. An address with a user name never does.
+/// Whether an address has the origin of a requested URL: https, the same host exactly as it was
+/// sent, and the same port. False for an address with a user name.
 [[nodiscard]] bool isSameOrigin(const QUrl &requested, const std::string &address);
 
 /// Whether two saved addresses have one origin, however they are written. An address that is not

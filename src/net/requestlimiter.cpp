@@ -27,7 +27,7 @@ void RequestLimiter::admit() {
         Waiters &waiting = foreground.empty() ? background : foreground;
         const auto next = waiting.front();
         waiting.pop_front();
-        // From the event loop, so that the waiter does not run inside the frame that releases.
+        // Through the event loop, so that the waiter does not run inside the releasing frame.
         QTimer::singleShot(0, [next] { next.resume(); });
     }
 }

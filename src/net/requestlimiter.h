@@ -1,4 +1,4 @@
-// How many requests may be in flight at one time.
+// Limits how many requests are in flight at a time.
 #pragma once
 
 #include "net/requestpriority.h"
@@ -9,12 +9,12 @@
 
 namespace ellwynd {
 
-/// Hands out permits, at most `limit` at a time. Those in the foreground are
-/// admitted before those in the background, and otherwise first in, first out. Must
-/// outlive its permits and its waiters; lives on the main thread.
+/// Grants permits, at most `limit` at a time. Waiters in the foreground are admitted before those
+/// in the background, and otherwise first in, first out. Must outlive its permits and its waiters.
+/// Used on the main thread.
 class RequestLimiter {
   public:
-    /// The right to have one request in flight, given back on destruction.
+    /// The right to have one request in flight; released on destruction.
     class Permit {
       public:
         explicit Permit(RequestLimiter &limiter) : limiter(&limiter) {}
@@ -41,11 +41,11 @@ class RequestLimiter {
 
     explicit RequestLimiter(int limit) : limit(limit) {}
 
-    /// `co_await`ed, a permit.
+    /// Awaits a permit.
     [[nodiscard]] Awaiter acquire(RequestPriority priority = RequestPriority::foreground) {
         return {*this, priority};
     }
-    /// A lower limit applies as permits are given back.
+    /// A lower limit takes effect as permits are released.
     void setLimit(int newLimit);
     [[nodiscard]] int inFlight() const { return active; }
 

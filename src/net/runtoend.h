@@ -1,4 +1,4 @@
-// Running a task to its end where there is no event loop yet.
+// Runs a task to its end where no event loop is running yet.
 #pragma once
 
 #include <QCoro/QCoroTask>
@@ -9,8 +9,8 @@
 
 namespace ellwynd {
 
-/// Runs an event loop until the task is done and returns its value, or throws what it threw. For
-/// the command line and the tests: a window never waits.
+/// Runs an event loop until the task is done. Returns its value, or throws its exception. For the
+/// command line and the tests only: windows must not block.
 template<class T>
 T runToEnd(QCoro::Task<T> task) {
     struct Outcome {
@@ -18,18 +18,18 @@ T runToEnd(QCoro::Task<T> task) {
         std::exception_ptr error;
         bool done = false;
     };
-    Outcome outcome;
-    QEventLoop loop;
-    const auto drive = [](QCoro::Task<T> work, Outcome &into, QEventLoop &until) -> QCoro::Task<> {
+    const auto run = [](QCoro::Task<T> work, Outcome &result, QEventLoop &until) -> QCoro::Task<> {
         try {
-            into.value.emplace(co_await work);
+            result.value.emplace(co_await work);
         } catch (...) {
-            into.error = std::current_exception();
+            result.error = std::current_exception();
         }
-        into.done = true;
+        result.done = true;
         until.quit();
     };
-    const auto driver = drive(std::move(task), outcome, loop);
+    Outcome outcome;
+    QEventLoop loop;
+    const auto running = run(std::move(task), outcome, loop);
     if (!outcome.done)
         loop.exec();
     if (outcome.error)

@@ -27,18 +27,17 @@ QCoro::Task<> logFailure(QCoro::Task<> task, std::string what) {
 } // namespace
 
 void detach(QCoro::Task<> task, std::string what) {
-    // A dropped task runs on.
+    // A dropped task continues to run.
     logFailure(std::move(task), std::move(what));
 }
 
 QCoro::Task<> sleepFor(std::chrono::milliseconds duration, std::stop_token stop) {
     QTimer timer;
     timer.setSingleShot(true);
-    // A coarse timer may fire a twentieth early.
+    // A coarse timer may fire 5 % early.
     timer.setTimerType(Qt::PreciseTimer);
     timer.start(duration);
-    // The restarted timer fires from the event loop, so the frame is not resumed inside the
-    // callback.
+    // Restarting the timer resumes the frame from the event loop and not inside the callback.
     const std::stop_callback wake(stop, [&timer] { timer.start(0); });
     co_await timer;
     if (stop.stop_requested())

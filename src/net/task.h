@@ -1,4 +1,4 @@
-// Tasks: one that nobody awaits, one that waits, and how one ends when it is told to stop.
+// Helpers for coroutine tasks: detaching, sleeping, and cancellation.
 #pragma once
 
 #include <QCoro/QCoroTask>
@@ -16,11 +16,12 @@ class Cancelled : public std::exception {
     [[nodiscard]] const char *what() const noexcept override { return "cancelled"; }
 };
 
-/// Lets a task that nobody awaits run to its end. What escapes it is logged; a cancellation is not.
+/// Lets a task run to its end without being awaited. Its exception is logged unless it is
+/// Cancelled.
 /// @param what begins the log line: "The scoring pass".
 void detach(QCoro::Task<> task, std::string what);
 
-/// Waits. @throws Cancelled as soon as a stop is requested.
+/// Waits for `duration`. @throws Cancelled as soon as a stop is requested.
 [[nodiscard]] QCoro::Task<> sleepFor(std::chrono::milliseconds duration, std::stop_token stop);
 
 } // namespace ellwynd

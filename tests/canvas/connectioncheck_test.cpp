@@ -14,12 +14,12 @@ using testing::StartsWith;
 
 const KeychainError locked(KeychainError::locked, "The keyring is locked.");
 
-TEST(KeychainError, SaysItsStatus) {
+TEST(KeychainError, MessageHasTheStatus) {
     EXPECT_STREQ(locked.what(), "Keychain error (3): The keyring is locked.");
     EXPECT_STREQ(KeychainError(-7, "").what(), "Keychain error (-7): unknown error");
 }
 
-TEST(ConnectionCheck, AcceptsExactlyHttpsWithAHost) {
+TEST(ConnectionCheck, AcceptsOnlyHttpsAddressesWithAHost) {
     struct Row {
         const char *typed;
         std::optional<std::string> address;
@@ -42,7 +42,7 @@ TEST(ConnectionCheck, AcceptsExactlyHttpsWithAHost) {
     }
 }
 
-TEST(ConnectionCheck, OpensWithWhatIsSaved) {
+TEST(ConnectionCheck, StateDescribesTheSavedConnection) {
     test::Core core;
     EXPECT_EQ(core.check.state().placeholder, "Paste your Canvas access token");
     EXPECT_EQ(core.check.state().status, "No token saved yet — paste one below to connect.");
@@ -59,7 +59,7 @@ TEST(ConnectionCheck, OpensWithWhatIsSaved) {
         "h.example. Unlock it in Keychain Access and reopen Ellwynd before pasting a new one.");
 }
 
-TEST(ConnectionCheck, SavesClosedAndPerHost) {
+TEST(ConnectionCheck, SavesAnAddressOnlyWithATokenForItsHost) {
     test::Core core;
     EXPECT_THAT(core.check.save("h.example", "t").status, StartsWith("Enter your institution's"));
     EXPECT_EQ(
@@ -77,7 +77,7 @@ TEST(ConnectionCheck, SavesClosedAndPerHost) {
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "https://h.example/lms");
 }
 
-TEST(ConnectionCheck, SigningOutForgetsTheAddressWhateverHappens) {
+TEST(ConnectionCheck, SigningOutAlwaysRemovesTheAddress) {
     test::Core core;
     core.connectTo("https://h.example");
     core.check.signOut();
@@ -124,7 +124,7 @@ TEST(ConnectionCheck, TestsWithoutSaving) {
         (void)runToEnd(core.check.test(canvas.address(), "t", stop.get_token())), Cancelled);
 }
 
-TEST(TokenStore, ATokenThatIsNoTextIsNone) {
+TEST(TokenStore, ASecretThatIsNotTextIsIgnored) {
     test::MemorySecrets secrets;
     const TokenStore tokens(secrets);
     tokens.saveToken("\xff\xfe", "h");

@@ -5,7 +5,7 @@
 namespace ellwynd {
 namespace {
 
-TEST(Origin, LinksAreComparedWithWhatWasRequested) {
+TEST(Origin, LinksAreComparedWithTheRequestedURL) {
     struct Row {
         /// As the teacher typed it.
         const char *typed;

@@ -15,7 +15,7 @@ QCoro::Task<> failWith(Error error) {
     co_return;
 }
 
-TEST(Detach, LogsWhatEscapes) {
+TEST(Detach, LogsExceptions) {
     const test::LogCapture log;
     detach(failWith(std::runtime_error("no such file")), "Counting");
     detach(failWith(7), "Guessing");
@@ -25,18 +25,19 @@ TEST(Detach, LogsWhatEscapes) {
         testing::ElementsAre("network: Counting failed: no such file", "network: Guessing failed"));
 }
 
-QCoro::Task<std::chrono::nanoseconds> missing(std::chrono::milliseconds wait) {
+/// How much too short a wait was; negative when it was longer.
+QCoro::Task<std::chrono::nanoseconds> shortfall(std::chrono::milliseconds wait) {
     const auto begin = std::chrono::steady_clock::now();
     auto waiting = sleepFor(wait, {});
     co_await waiting;
     co_return wait - (std::chrono::steady_clock::now() - begin);
 }
 
-/// Many at a time, since a timer that is off by a twentieth is not off each time.
-TEST(SleepFor, IsNeverShorterThanAsked) {
+/// Many at a time, since a coarse timer does not fire early every time.
+TEST(SleepFor, IsNeverShorterThanRequested) {
     std::vector<QCoro::Task<std::chrono::nanoseconds>> waits;
     for (int i = 0; i < 40; ++i)
-        waits.push_back(missing(std::chrono::milliseconds(60 + i)));
+        waits.push_back(shortfall(std::chrono::milliseconds(60 + i)));
     for (auto &wait : waits)
         EXPECT_LE(runToEnd(std::move(wait)), 0ns);
 }

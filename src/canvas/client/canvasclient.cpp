@@ -19,7 +19,7 @@ using Kind = CanvasError::Kind;
 
 constexpr Log logger{"network"};
 
-/// A chain of pages that never ends is followed so far: 30,000 records of one read.
+/// The limit for an endless chain of pages: 30,000 records of one read.
 constexpr int maxPages = 300;
 
 std::string hostForMessages(const QUrl &url, const Connection &connection) {
@@ -29,7 +29,7 @@ std::string hostForMessages(const QUrl &url, const Connection &connection) {
     return base.empty() ? "the Canvas server" : base;
 }
 
-/// One request and its classification.
+/// Sends one request. @throws CanvasError for every failure and every status but 200 to 299.
 QCoro::Task<HttpResponse> send(Connection connection, QUrl url) {
     const std::string host = hostForMessages(url, connection);
     HttpResponse response;
@@ -75,7 +75,7 @@ QCoro::Task<HttpResponse> sendWithRetry(Connection connection, QUrl url) {
     }
 }
 
-/// Decodes a body, or throws what its failure means to the teacher.
+/// Decodes a body. @throws CanvasError if that fails.
 template<class Decode>
 auto decodeBody(const std::string &body, const std::string &host, const char *what, Decode decode) {
     try {
@@ -92,12 +92,12 @@ template<class Record>
 struct Endpoint {
     std::string path;
     QueryItems query;
-    /// The record list's type, for the log.
+    /// The type of the list, for the log.
     const char *what;
     std::vector<Record> (*decode)(const std::string &);
 };
 
-/// Every page of an endpoint.
+/// Reads all pages of an endpoint.
 template<class Record>
 QCoro::Task<ListRead<Record>> fetchAll(Connection connection, Endpoint<Record> endpoint) {
     const auto first = endpointURL(connection.baseURL, endpoint.path, endpoint.query);
@@ -124,7 +124,7 @@ QCoro::Task<ListRead<Record>> fetchAll(Connection connection, Endpoint<Record> e
             result.cutShort = CutShort::unreadableLink;
             co_return result;
         }
-        // The token goes to one origin alone.
+        // The token is sent to one origin only.
         if (!isSameOrigin(*first, *next)) {
             logger.error(fmt::format("Refusing cross-host Link to {}", *next));
             result.cutShort = CutShort::refusedLink;

@@ -6,11 +6,11 @@
 
 namespace ellwynd {
 
-/// The only part of the program that talks to a Canvas server. It reads and never writes: five GET
-/// endpoints, each answered as JSON, page by page, with a short linear back-off where a retry
-/// helps. Every failure is one CanvasError.
+/// The only part of the program that communicates with a Canvas server. It is read-only: GET
+/// requests to five endpoints with paginated JSON responses. Requests are retried with a linear
+/// back-off where that may help. Every failure is a CanvasError.
 ///
-/// The session must outlive every read; the client itself may be destroyed while one runs.
+/// The session must outlive every read; the client may be destroyed while a read runs.
 class CanvasClient final : public CanvasReading {
   public:
     /// @param baseURL the institution's address as saved.
@@ -27,10 +27,10 @@ class CanvasClient final : public CanvasReading {
     QCoro::Task<ListRead<AssignmentGroup>> fetchAssignmentGroups(std::int64_t courseID) override;
     QCoro::Task<ListRead<SubmissionSummary>> fetchSubmissions(std::int64_t courseID) override;
 
-    /// The name of whom the token belongs to, for the connection check.
+    /// The name of the token's owner, for the connection check.
     QCoro::Task<std::string> fetchCurrentUser();
 
-    /// What the reads need; they hold a copy.
+    /// Copied by every read.
     struct Connection {
         std::string baseURL;
         std::string token;

@@ -6,16 +6,16 @@ namespace ellwynd {
 
 namespace {
 
-/// Canvas refills its bucket by ten units a second and charges fifty up front for each request in
-/// flight, so six at a time never empty a full one.
+/// Canvas's rate limit is a bucket that refills by ten units a second, and each request in flight
+/// takes fifty units in advance, so six at a time never empty a full bucket.
 constexpr int maxInFlight = 6;
-/// Units left below which requests go one at a time.
+/// The remaining units below which requests are sent one at a time.
 constexpr double lowRateLimit = 200;
 
 } // namespace
 
-CanvasSession::CanvasSession(DownloadLimits limits, Wait wait)
-    : limits(limits), waitFor(std::move(wait)), limiter(maxInFlight) {}
+CanvasSession::CanvasSession(DownloadLimits limits, Wait waitFor)
+    : limits(limits), waitFor(std::move(waitFor)), limiter(maxInFlight) {}
 
 QCoro::Task<HttpResponse>
 CanvasSession::get(QUrl url, std::string token, std::stop_token stop, RequestPriority priority) {
@@ -28,7 +28,7 @@ CanvasSession::get(QUrl url, std::string token, std::stop_token stop, RequestPri
     const double remaining =
         QByteArray::fromStdString(response.header("X-Rate-Limit-Remaining")).toDouble(&isNumber);
     limiter.setLimit(isNumber && remaining < lowRateLimit ? 1 : maxInFlight);
-    // Room for the decoder's padding, which spares a copy.
+    // Spare capacity for the decoder's padding avoids a copy.
     response.body.reserve(response.body.size() + 64);
     co_return response;
 }

@@ -1,4 +1,4 @@
-// The one HTTP session of the process.
+// The HTTP session for Canvas, one for each process.
 #pragma once
 
 #include "net/download.h"
@@ -8,19 +8,19 @@
 
 namespace ellwynd {
 
-/// Sends Canvas's requests. At most six are in flight for the whole process, and one at a time
-/// while Canvas reports that the remaining rate limit is low.
+/// Sends requests to Canvas. At most six are in flight, and only one while Canvas reports a low
+/// remaining rate limit.
 ///
-/// Lives on the main thread and must outlive the event loop.
+/// Used on the main thread; must outlive the event loop.
 class CanvasSession {
   public:
     /// Waits, or throws Cancelled when a stop is requested.
     using Wait = std::function<QCoro::Task<>(std::chrono::milliseconds, std::stop_token)>;
 
-    /// @param wait how retries wait; tests that look at the waits need not sit them out.
-    explicit CanvasSession(DownloadLimits limits = {}, Wait wait = sleepFor);
+    /// @param waitFor waits between retries; tests replace it.
+    explicit CanvasSession(DownloadLimits limits = {}, Wait waitFor = sleepFor);
 
-    /// @throws TransportFailure when no response came, Cancelled when a stop was requested.
+    /// @throws TransportFailure without a complete response, Cancelled when a stop was requested.
     [[nodiscard]] QCoro::Task<HttpResponse>
     get(QUrl url, std::string token, std::stop_token stop,
         RequestPriority priority = RequestPriority::foreground);

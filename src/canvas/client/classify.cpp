@@ -10,7 +10,7 @@ namespace {
 
 using Kind = CanvasError::Kind;
 
-/// Letters are compared without the locale: some have an "I" of their own.
+/// Compares letters independently of the locale, since in Turkish "I" is not the capital of "i".
 bool mentionsRateLimit(std::string_view text) {
     constexpr std::string_view phrase = "rate limit";
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; };

@@ -1,4 +1,4 @@
-// Every way in which a Canvas request can fail, as one CanvasError.
+// Maps failures of Canvas requests to CanvasErrors.
 #pragma once
 
 #include "canvas/records/canvaserror.h"
@@ -10,12 +10,12 @@ namespace ellwynd {
 
 [[nodiscard]] CanvasError classify(const TransportFailure &failure, const std::string &host);
 
-/// @param status any but 200 to 299.
+/// @param status is not 200 to 299.
 [[nodiscard]] CanvasError
 classifyStatus(int status, const std::string &body, const std::string &host);
 
-/// Whether a request is worth another try, and how long to wait before attempt `attempt` + 1.
-/// @param attempt counts from 1.
+/// How long to wait before retrying a request; absent if it should not be retried.
+/// @param attempt the number of the failed attempt, from 1.
 [[nodiscard]] std::optional<std::chrono::milliseconds>
 retryDelay(const CanvasError &error, int attempt);
 

@@ -1,4 +1,4 @@
-// What the body of a failure says.
+// Reads the bodies of error responses.
 #pragma once
 
 #include <optional>
@@ -7,12 +7,12 @@
 
 namespace ellwynd {
 
-/// Canvas's own words in the body of a failure: its "message", else the messages of its list of
-/// "errors" joined by blanks. Absent for a body of any other shape.
+/// Canvas's message in the body of an error response: its "message", else the messages of its
+/// "errors" array, joined by blanks. Absent if there is none.
 [[nodiscard]] std::optional<std::string> canvasErrorText(const std::string &body);
 
-/// Whether a body is a web page rather than JSON: its first 256 bytes, without the white space
-/// around them, begin with "<".
+/// Whether a body is a web page rather than JSON: its first 256 bytes are UTF-8 and begin with "<"
+/// after white space.
 [[nodiscard]] bool looksLikeHTML(std::string_view body);
 
 } // namespace ellwynd

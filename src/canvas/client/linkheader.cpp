@@ -8,7 +8,7 @@ namespace ellwynd {
 
 namespace {
 
-/// Calls `use` with every part of `text` between separators, until it returns true.
+/// Calls `use` with each part of `text` between separators until it returns true.
 template<class Use>
 bool split(std::string_view text, char separator, Use use) {
     for (std::size_t begin = 0; begin <= text.size();) {

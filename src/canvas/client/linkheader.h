@@ -1,4 +1,4 @@
-// The "Link" header of a page.
+// Parses the "Link" header of a page.
 #pragma once
 
 #include <optional>
@@ -7,8 +7,8 @@
 
 namespace ellwynd {
 
-/// The address of the next page in a "Link" header; absent on the last page. Only a relation
-/// written exactly rel="next" counts.
+/// The address of the next page in a "Link" header; absent on the last page. The relation must be
+/// written exactly as rel="next".
 [[nodiscard]] std::optional<std::string> nextLink(std::string_view header);
 
 } // namespace ellwynd

@@ -29,7 +29,7 @@ endpointURL(const std::string &baseURL, const std::string &path, const QueryItem
 QNetworkRequest canvasRequest(const QUrl &url, const std::string &token) {
     QNetworkRequest request = statelessRequest(url, "application/json");
     QByteArray authorization = QByteArray::fromStdString("Bearer " + token);
-    // A line break in a pasted token must not begin a header of its own.
+    // A line break in a pasted token must not start another header.
     authorization.removeIf([](char c) { return static_cast<unsigned char>(c) < 0x20; });
     request.setRawHeader("Authorization", authorization);
     return request;

@@ -1,4 +1,4 @@
-// Building a Canvas request.
+// Builds Canvas requests.
 #pragma once
 
 #include <QNetworkRequest>
@@ -12,13 +12,13 @@ namespace ellwynd {
 
 using QueryItems = std::vector<std::pair<std::string, std::string>>;
 
-/// The address of an API endpoint: `path` ("/api/v1/courses") appended to the saved address, which
-/// keeps a path of its own, and the query items in their order. Absent when no valid https address
-/// comes of it.
+/// The URL of an API endpoint: the saved address including its path, followed by `path`
+/// ("/api/v1/courses") and the query items in their order. Absent unless the result is a valid
+/// https URL.
 [[nodiscard]] std::optional<QUrl>
 endpointURL(const std::string &baseURL, const std::string &path, const QueryItems &query);
 
-/// A stateless request for JSON, with the token.
+/// A stateless request for JSON, authorised by the token.
 [[nodiscard]] QNetworkRequest canvasRequest(const QUrl &url, const std::string &token);
 
 } // namespace ellwynd

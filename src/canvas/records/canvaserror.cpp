@@ -2,8 +2,8 @@
 
 namespace ellwynd {
 
-CanvasError::CanvasError(Kind kind, std::optional<std::string> text, int status)
-    : errorKind(kind), text(std::move(text)), status(status), message(errorDescription()) {}
+CanvasError::CanvasError(Kind errorKind, std::optional<std::string> text, int status)
+    : errorKind(errorKind), text(std::move(text)), status(status), message(errorDescription()) {}
 
 CanvasError::CanvasError(Kind kind) : CanvasError(kind, std::nullopt, 0) {}
 

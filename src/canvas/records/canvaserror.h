@@ -1,4 +1,4 @@
-// The one error of Canvas reads.
+// The error of Canvas reads.
 #pragma once
 
 #include <exception>
@@ -7,7 +7,7 @@
 
 namespace ellwynd {
 
-/// Why a Canvas read failed. Message and recovery text are shown to the teacher word for word.
+/// Why a Canvas read failed. The message and the recovery text are shown to the teacher.
 class CanvasError : public std::exception {
   public:
     enum class Kind {
@@ -35,7 +35,7 @@ class CanvasError : public std::exception {
     static CanvasError canvasUnavailable(int status);
     static CanvasError unexpectedStatus(int status, std::optional<std::string> detail);
     static CanvasError notCanvas(std::string host);
-    /// The eight kinds that carry nothing.
+    /// For the eight kinds without a value.
     explicit CanvasError(Kind kind);
 
     [[nodiscard]] Kind kind() const { return errorKind; }
@@ -59,10 +59,10 @@ class CanvasError : public std::exception {
     }
 
   private:
-    CanvasError(Kind kind, std::optional<std::string> text, int status);
+    CanvasError(Kind errorKind, std::optional<std::string> text, int status);
 
     Kind errorKind;
-    /// The host, description or detail that the kind carries.
+    /// The kind's host, description or detail.
     std::optional<std::string> text;
     int status = 0;
     std::string message;

@@ -11,7 +11,7 @@ namespace {
 
 namespace dom = simdjson::dom;
 
-/// Whether an integer fits neither into 64 bits with a sign nor into 64 bits without.
+/// Whether an integer fits neither a signed nor an unsigned 64-bit type.
 bool exceeds64Bits(std::string_view number) {
     const auto isTooLarge = [&](auto limit) {
         return std::from_chars(number.data(), number.data() + number.size(), limit).ec ==
@@ -20,8 +20,8 @@ bool exceeds64Bits(std::string_view number) {
     return number.starts_with('-') ? isTooLarge(std::int64_t()) : isTooLarge(std::uint64_t());
 }
 
-/// The text with integers of more than 64 bits written as reals: the parser fails a text for one
-/// even where nobody reads it. Absent when there is none.
+/// The text with integers of more than 64 bits written as reals, since the parser rejects any text
+/// with one. Absent if there is none.
 std::optional<std::string> withoutLargeIntegers(const std::string &json) {
     std::string result;
     std::size_t copied = 0;
@@ -47,7 +47,8 @@ std::optional<std::string> withoutLargeIntegers(const std::string &json) {
     return result.append(json, copied);
 }
 
-/// Parses a text and decodes its root; names `what` in the error.
+/// Parses a text and decodes its root.
+/// @param what begins the error message.
 template<class Root>
 Root decode(const std::string &json, std::string_view what) {
     const std::string subject(what);

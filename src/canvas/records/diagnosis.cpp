@@ -10,13 +10,12 @@ namespace {
 
 constexpr std::string_view digits = "0123456789";
 
-/// Reads JSON up to its first fault.
+/// Reads JSON up to its first error.
 class Reader {
   public:
     explicit Reader(std::string_view text) : text(text) {}
 
-    /// Whether the text is one JSON value and nothing else; `position` is then its end, otherwise
-    /// the place of the fault.
+    /// Whether the text is a single JSON value. `position` is its end, or that of the error.
     bool readDocument() {
         if (!readValue(0))
             return false;
@@ -124,7 +123,7 @@ std::string diagnose(const std::string &json) {
     if (!simdjson::validate_utf8(json))
         return "it is not UTF-8 text";
     Reader reader(json);
-    // What is fine here may still hold a number out of range or an escape that is no character.
+    // This reader does not check the range of numbers and the code points of escapes.
     if (reader.readDocument())
         return "it is not valid JSON";
     if (reader.tooDeep)

@@ -5,9 +5,9 @@
 
 namespace ellwynd {
 
-/// What is wrong with a text that the parser refused, in words that quote nothing of it: "it is not
-/// valid JSON near byte 15". The parser names its errors differently from version to version and
-/// does not say where they are, so the text is read again here.
+/// The problem of a text that the parser rejected, without quoting the text: "it is not valid JSON
+/// near byte 15". The parser reports no positions, and its messages depend on its version, so the
+/// text is read again here.
 [[nodiscard]] std::string diagnose(const std::string &json);
 
 } // namespace ellwynd

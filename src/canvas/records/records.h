@@ -1,4 +1,4 @@
-// The records read from Canvas: plain values, compared by value, never written back.
+// The records read from Canvas. They are never written back.
 #pragma once
 
 #include "base/date.h"
@@ -43,7 +43,7 @@ struct Assignment {
 struct AssignmentGroup {
     std::int64_t id = 0;
     std::optional<std::string> name;
-    /// The group's weight in the final grade, as Canvas gives it: of any total, often 100.
+    /// The group's weight in the final grade. The weights of a course need not add up to 100.
     std::optional<double> groupWeight;
     std::optional<std::vector<Assignment>> assignments;
 
@@ -53,7 +53,7 @@ struct AssignmentGroup {
 struct EnrolledUser {
     std::int64_t id = 0;
     std::optional<std::string> name;
-    /// Surname first, as Canvas gives it.
+    /// Surname first.
     std::optional<std::string> sortableName;
 
     bool operator==(const EnrolledUser &) const = default;
@@ -80,11 +80,11 @@ struct Enrollment {
     bool operator==(const Enrollment &) const = default;
 };
 
-/// One student's standing on one assignment.
+/// One student's work on one assignment.
 struct SubmissionSummary {
     std::int64_t userID = 0;
     std::int64_t assignmentID = 0;
-    /// "unsubmitted", "submitted", "graded", "pending_review", or a state that matters to nobody.
+    /// "unsubmitted", "submitted", "graded", "pending_review", or another state, which is ignored.
     std::string workflowState;
     /// Absent reads as false.
     std::optional<bool> missing;
@@ -97,7 +97,7 @@ struct SubmissionSummary {
     bool operator==(const SubmissionSummary &) const = default;
 };
 
-/// Whom a token belongs to.
+/// The owner of a token.
 struct CanvasUser {
     std::optional<std::string> name;
     std::optional<std::string> shortName;

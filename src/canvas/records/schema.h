@@ -1,4 +1,4 @@
-// Which key of Canvas's JSON fills which field of a record.
+// Maps the keys of Canvas's JSON to the members of records.
 #pragma once
 
 #include "canvas/records/records.h"

@@ -14,12 +14,12 @@ std::vector<TermGroup> groupByTerm(const std::vector<Course> &courses) {
             group = groups.insert(groups.end(), {.term = course.term, .courses = {}});
         group->courses.push_back(course);
     }
-    // An absent start orders before every date, and an absent id before every id.
-    const auto newness = [](const TermGroup &group) {
+    // An absent start compares less than every date, and an absent id less than every id.
+    const auto sortKey = [](const TermGroup &group) {
         return std::tuple(
             group.term.has_value(), group.term ? group.term->startAt : std::nullopt, group.id());
     };
-    std::ranges::stable_sort(groups, std::greater{}, newness);
+    std::ranges::stable_sort(groups, std::greater{}, sortKey);
     return groups;
 }
 

@@ -1,12 +1,13 @@
-// The course list by term.
+// The course list, grouped by term.
 #pragma once
 
 #include "canvas/records/records.h"
 
 namespace ellwynd {
 
-/// One term's courses. The group of the courses without a term has none and stands last.
+/// One term's courses.
 struct TermGroup {
+    /// Absent for courses without a term; their group is the last one.
     std::optional<Term> term;
     std::vector<Course> courses;
 
@@ -16,8 +17,8 @@ struct TermGroup {
     }
 };
 
-/// Courses grouped by term: newest start first, terms without a start after those that have one,
-/// ties by the larger id. Courses keep the order in which they were fetched.
+/// Courses grouped by term: newest start first, then terms without a start; ties are broken by the
+/// larger id. Courses keep their order.
 [[nodiscard]] std::vector<TermGroup> groupByTerm(const std::vector<Course> &courses);
 
 /// The term's name, or "Other courses".

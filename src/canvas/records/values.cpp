@@ -13,7 +13,7 @@ void fail(std::string_view key, std::string problem) {
 void decodeValue(const dom::element &value, std::int64_t &into) {
     if (value.get(into) == simdjson::SUCCESS)
         return;
-    // A whole number may be written with a fraction of zero.
+    // An integer may be written as a real, such as 5.0.
     double real = 0;
     constexpr double exact = 9007199254740992.0; // 2^53
     if (!value.is<double>() || value.get(real) != simdjson::SUCCESS || real != std::trunc(real) ||
@@ -29,13 +29,13 @@ void decodeValue(const dom::element &value, double &into) {
 
 void decodeValue(const dom::element &value, bool &into) {
     if (value.get(into) != simdjson::SUCCESS)
-        fail("", "is not true or false");
+        fail("", "is not a boolean");
 }
 
 void decodeValue(const dom::element &value, std::string &into) {
     std::string_view text;
     if (value.get(text) != simdjson::SUCCESS)
-        fail("", "is not a text");
+        fail("", "is not a string");
     into = text;
 }
 

@@ -1,4 +1,4 @@
-// Parsed JSON into the fields of records, by their schemas.
+// Decodes parsed JSON into records by their schemas.
 #pragma once
 
 #include "canvas/records/schema.h"
@@ -7,8 +7,7 @@
 
 namespace ellwynd::decoding {
 
-/// What is wrong inside a record. The path to it grows on the way out: the key, the record that the
-/// key belongs to, its place in the list.
+/// An error in a record. While it propagates, each level prepends its key or index to the path.
 struct Fault {
     std::string path;
     std::string problem;
@@ -35,15 +34,15 @@ template<class Record>
 void decodeValue(const simdjson::dom::element &value, std::vector<Record> &into) {
     simdjson::dom::array list;
     if (value.get(list) != simdjson::SUCCESS)
-        fail("", "is not a list");
+        fail("", "is not an array");
     into.reserve(list.size());
     std::size_t index = 0;
     for (const simdjson::dom::element item : list) {
         try {
             decodeRecord(item, into.emplace_back());
         } catch (Fault &fault) {
-            const std::string place = std::to_string(index);
-            fault.path = "[" + place + "]" + (fault.path.empty() ? "" : ".") + fault.path;
+            fault.path =
+                "[" + std::to_string(index) + "]" + (fault.path.empty() ? "" : ".") + fault.path;
             throw;
         }
         ++index;
@@ -64,8 +63,9 @@ void decodeField(
     try {
         decodeValue(value, into.*field.member);
     } catch (Fault &fault) {
-        const bool list = !fault.path.empty() && fault.path.front() == '[';
-        fault.path = std::string(field.key) + (fault.path.empty() || list ? "" : ".") + fault.path;
+        const bool isIndex = !fault.path.empty() && fault.path.front() == '[';
+        const bool needsDot = !fault.path.empty() && !isIndex;
+        fault.path = std::string(field.key) + (needsDot ? "." : "") + fault.path;
         throw;
     }
 }

@@ -7,8 +7,8 @@
 
 #include <algorithm>
 
-// The answers are written as Canvas writes them and decoded as Canvas's are, so that the college
-// takes the road of a real course from its first byte.
+// The responses are written as Canvas's JSON and decoded like it, so that sample courses are
+// processed exactly like real ones.
 
 namespace ellwynd {
 
@@ -17,7 +17,7 @@ namespace {
 using namespace std::chrono;
 using namespace sample;
 
-/// Joins the JSON objects that `write` makes of each item.
+/// A JSON array of the objects that `write` appends for each item.
 template<class List, class Write>
 std::string listOf(const List &list, Write write) {
     std::string json = "[";
@@ -52,7 +52,7 @@ std::string enrollmentsJSON(std::int64_t courseID, Date now) {
             out, R"({{"user_id":{0},"user":{{"id":{0},"name":"{1}"}},"total_activity_time":{2})",
             student.id, student.firstName, std::int64_t(student.activityHours * 3600));
         if (student.daysSinceActivity) {
-            // Two hours more, so that three days never reads as less.
+            // Two more hours, so that the number of whole days is exact.
             const Date activity = now - days{*student.daysSinceActivity} - hours{2};
             fmt::format_to(out, R"(,"last_activity_at":"{}")", formatInstant(activity));
         }

@@ -6,7 +6,7 @@ namespace {
 
 using std::chrono::days;
 
-/// Assignments numbered from `firstID` that differ by a number in their names.
+/// `count` assignments with consecutive ids and numbered names.
 std::vector<SampleAssignment>
 numbered(std::int64_t firstID, std::string_view name, int firstNumber, int count, int points) {
     std::vector<SampleAssignment> result;
@@ -20,7 +20,7 @@ numbered(std::int64_t firstID, std::string_view name, int firstNumber, int count
 } // namespace
 
 const std::vector<SampleTerm> &activeTerms() {
-    // Canvas courses keep two spaces between the course code and the section number.
+    // Canvas course names have two blanks between the course code and the section number.
     static const std::vector<SampleTerm> terms{
         {9001,
          "Fall 2026",

@@ -1,4 +1,4 @@
-// The tables of the invented college.
+// The tables of the sample college.
 #pragma once
 
 #include <chrono>
@@ -45,26 +45,25 @@ struct Profile {
     std::string_view firstName;
     /// Percent.
     std::optional<double> currentScore;
-    /// With the real minus sign; empty for none.
+    /// A letter grade, with U+2212 as its minus sign; empty for none.
     std::string_view currentGrade;
     /// Absent for a student without recorded activity.
     std::optional<int> daysSinceActivity;
     double activityHours;
-    /// Ids of the assignments not handed in.
+    /// Ids of the missing assignments.
     std::vector<std::int64_t> missing;
 };
 
 /// The terms of the active courses, in the order of the course list.
 [[nodiscard]] const std::vector<SampleTerm> &activeTerms();
 
-/// Nine terms before those, newest first.
+/// Nine earlier terms, newest first.
 [[nodiscard]] const std::vector<SampleTerm> &olderTerms();
 
 /// A course's assignment groups.
 [[nodiscard]] std::vector<SampleGroup> assignmentGroups(std::int64_t courseID);
 
-/// A course's students: hand-made for three courses, for every other the same ones each time, made
-/// from its id.
+/// A course's students: written by hand for three courses, generated from the id for all others.
 [[nodiscard]] std::vector<Profile> roster(std::int64_t courseID);
 
 } // namespace ellwynd::sample

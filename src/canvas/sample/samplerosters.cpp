@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::nullopt_t never = std::nullopt;
 
-/// A section in mid-term: weighted groups, and a homework that eight students never handed in.
+/// A section in mid-term: weighted groups, and a homework that eight students are missing.
 std::vector<Profile> introToProgramming() {
     return {
         {5001, "Jordan", 38, "F", 10, 13, {1, 6, 12, 13, 16}},
@@ -41,7 +41,8 @@ std::vector<Profile> introToProgramming() {
     };
 }
 
-/// Weighed by points; two thirds of the class skipped one critique, which counts for nobody.
+/// Weighted by points; two thirds of the class are missing one critique, which is therefore
+/// excluded from the scores.
 std::vector<Profile> webInterfaceDesign() {
     return {
         {5101, "Tara", 52, "F", 9, 8, {21, 24, 27, 29}},
@@ -65,7 +66,7 @@ std::vector<Profile> webInterfaceDesign() {
     };
 }
 
-/// A term that has ended: inactivity says nothing any more.
+/// A term that has ended, so inactivity does not count.
 std::vector<Profile> dataStructuresLastTerm() {
     return {
         {5201, "Lou", 44, "F", 33, 6, {42, 44}}, {5202, "Sofia", 90, "A−", 30, 25, {}},
@@ -97,7 +98,7 @@ class Draws {
     std::uint64_t state;
 };
 
-/// The letter for a band of 0 to 43, which stands for 55 to 98 percent.
+/// The letter grade of a band from 0 to 43, which means 55 to 98 percent.
 std::string_view letter(std::size_t band) {
     struct Grade {
         std::size_t from;

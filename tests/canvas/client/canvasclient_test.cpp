@@ -27,10 +27,10 @@ std::vector<std::string> logged;
 
 const QString coursesPath = QStringLiteral("/api/v1/courses");
 
-/// Noted instead of waited for.
+/// The requested waits between retries.
 std::vector<std::chrono::milliseconds> waits;
 
-QCoro::Task<> noteWait(std::chrono::milliseconds duration, std::stop_token stop) {
+QCoro::Task<> recordWait(std::chrono::milliseconds duration, std::stop_token stop) {
     waits.push_back(duration);
     if (stop.stop_requested())
         throw Cancelled();
@@ -39,7 +39,7 @@ QCoro::Task<> noteWait(std::chrono::milliseconds duration, std::stop_token stop)
 
 struct CanvasClientTest : testing::Test {
     FakeCanvas canvas;
-    CanvasSession session{{.inactivityTimeout = 60s, .totalTimeout = 60s}, noteWait};
+    CanvasSession session{{.inactivityTimeout = 60s, .totalTimeout = 60s}, recordWait};
     std::string token = "secret-token";
 
     CanvasClientTest() {
@@ -57,7 +57,7 @@ struct CanvasClientTest : testing::Test {
         return {address, token, session};
     }
 
-    /// How reading the course list ends.
+    /// The error of reading the course list; absent if it succeeds.
     std::optional<CanvasError> failure(const std::string &address) {
         CanvasClient reading = client(address);
         try {
@@ -70,7 +70,7 @@ struct CanvasClientTest : testing::Test {
     std::optional<CanvasError> failure() { return failure(canvas.address()); }
 };
 
-TEST_F(CanvasClientTest, AsksAsItShould) {
+TEST_F(CanvasClientTest, SendsTheExpectedRequests) {
     canvas.serve(coursesPath, {R"({"id":1,"name":"Bio"})"});
     const std::string base = "/api/v1/courses/4021";
     for (const std::string path : {"/enrollments", "/assignment_groups", "/students/submissions"})
@@ -83,9 +83,9 @@ TEST_F(CanvasClientTest, AsksAsItShould) {
     (void)runToEnd(reading.fetchSubmissions(4021));
     EXPECT_EQ(runToEnd(reading.fetchCurrentUser()), "Ana");
 
-    std::vector<std::string> asked;
+    std::vector<std::string> requested;
     for (const FakeRequest &request : canvas.requests) {
-        asked.push_back(request.path.toStdString() + "?" + request.query.toStdString());
+        requested.push_back(request.path.toStdString() + "?" + request.query.toStdString());
         EXPECT_EQ(request.method, "GET");
         EXPECT_EQ(request.headers["authorization"], "Bearer secret-token");
         EXPECT_EQ(request.headers["accept"], "application/json");
@@ -93,7 +93,7 @@ TEST_F(CanvasClientTest, AsksAsItShould) {
         EXPECT_FALSE(request.headers.contains("cookie"));
     }
     EXPECT_THAT(
-        asked,
+        requested,
         ElementsAre(
             "/api/v1/courses?enrollment_type=teacher&enrollment_state=active&include[]=term&per_"
             "page=100",
@@ -101,12 +101,12 @@ TEST_F(CanvasClientTest, AsksAsItShould) {
             "/api/v1/courses/4021/assignment_groups?include[]=assignments&per_page=100",
             "/api/v1/courses/4021/students/submissions?student_ids[]=all&per_page=100",
             "/api/v1/users/self?"));
-    EXPECT_EQ(canvas.connections, 1) << "the connection is used again";
+    EXPECT_EQ(canvas.connections, 1) << "the connection is reused";
 }
 
-TEST_F(CanvasClientTest, ReadsACourseWhole) {
+TEST_F(CanvasClientTest, ReadsAWholeCourse) {
     struct Row {
-        /// Before the port.
+        /// The address up to the port.
         std::string typed;
         int requestsPerConnection;
         int students;
@@ -124,7 +124,7 @@ TEST_F(CanvasClientTest, ReadsACourseWhole) {
         CanvasClient reading = client(row.typed + std::to_string(server.port()));
         EXPECT_EQ(runToEnd(reading.fetchCourses()).records, std::vector{served.course});
 
-        // Side by side, as a roster is read.
+        // Concurrently, as a roster is read.
         auto enrollments = reading.fetchEnrollments(4021);
         auto groups = reading.fetchAssignmentGroups(4021);
         auto submissions = reading.fetchSubmissions(4021);
@@ -132,13 +132,13 @@ TEST_F(CanvasClientTest, ReadsACourseWhole) {
         EXPECT_TRUE(runToEnd(std::move(groups)).records == served.groups);
         EXPECT_TRUE(runToEnd(std::move(submissions)).records == served.submissions);
         if (row.requestsPerConnection == 0) {
-            EXPECT_LE(server.connections, 3) << "connections are used again";
+            EXPECT_LE(server.connections, 3) << "connections are reused";
         }
     }
 }
 
-/// Older versions of Qt end a reply with an informational response. Whatever they make of it, the
-/// final one is never taken for the response to another request.
+/// Older versions of Qt end a reply with an informational response. The final response must not be
+/// taken for the response to another request.
 TEST_F(CanvasClientTest, EarlyHintsAreNotTheResponse) {
     canvas.serve(coursesPath, {R"({"id":1})"});
     CanvasClient reading = client();
@@ -152,7 +152,7 @@ TEST_F(CanvasClientTest, EarlyHintsAreNotTheResponse) {
         {{.body = R"([{"id":2}])", .manner = Manner::earlyHints}});
     try {
         (void)runToEnd(reading.fetchCurrentUser());
-        ADD_FAILURE() << "a list is no user";
+        ADD_FAILURE() << "a list was read as a user";
     } catch (const CanvasError &) {
     }
     EXPECT_EQ(runToEnd(reading.fetchCourses()).records, std::vector{Course{.id = 1}});
@@ -161,7 +161,7 @@ TEST_F(CanvasClientTest, EarlyHintsAreNotTheResponse) {
     EXPECT_TRUE(waits.empty()) << "what was under way is not disturbed";
 }
 
-TEST_F(CanvasClientTest, ReadsPackedPages) {
+TEST_F(CanvasClientTest, ReadsCompressedPages) {
     canvas.answerWith([](const FakeRequest &request) {
         EXPECT_THAT(request.headers["accept-encoding"].toStdString(), HasSubstr("gzip"));
         const QByteArray name(5000, 'x');
@@ -175,7 +175,7 @@ TEST_F(CanvasClientTest, ReadsPackedPages) {
             {.id = 1, .name = "Café"}, {.id = 2, .name = std::string(5000, 'x')}}));
 }
 
-TEST_F(CanvasClientTest, NeverMoreThanSixRequestsAtATime) {
+TEST_F(CanvasClientTest, LimitsRequestsInFlight) {
     canvas.serve(coursesPath, {});
     canvas.holdUntil(6);
     std::vector<QCoro::Task<ListRead<Course>>> reads;
@@ -187,7 +187,7 @@ TEST_F(CanvasClientTest, NeverMoreThanSixRequestsAtATime) {
     EXPECT_EQ(canvas.maxInFlight, 6);
     EXPECT_EQ(session.requestLimiter().inFlight(), 0);
 
-    // While the rate limit runs low, one at a time.
+    // One at a time while the remaining rate limit is low.
     canvas.maxInFlight = 0;
     canvas.answerWith([](const FakeRequest &) {
         return FakeReply{.headers = {{"x-rate-limit-remaining", "199.5"}}, .delayMilliseconds = 5};
@@ -201,7 +201,7 @@ TEST_F(CanvasClientTest, NeverMoreThanSixRequestsAtATime) {
     EXPECT_EQ(canvas.maxInFlight, 1);
 }
 
-TEST_F(CanvasClientTest, RetriesWhatMayPassAndWaitsInBetween) {
+TEST_F(CanvasClientTest, RetriesTransientFailuresAfterAWait) {
     struct Row {
         std::vector<FakeReply> replies;
         std::optional<CanvasError> failure;
@@ -232,7 +232,7 @@ TEST_F(CanvasClientTest, RetriesWhatMayPassAndWaitsInBetween) {
                           "(status 502)."));
 }
 
-TEST_F(CanvasClientTest, RealFaultsHaveTheirOwnWords) {
+TEST_F(CanvasClientTest, FailuresAreClassified) {
     struct Row {
         const char *what;
         FakeReply reply;
@@ -243,31 +243,32 @@ TEST_F(CanvasClientTest, RealFaultsHaveTheirOwnWords) {
              {"closed at once",
               {.manner = Manner::closed},
               CanvasError::network("The connection was interrupted.")},
-             {"closed in mid-body",
+             {"closed in the middle of the body",
               {.body = list, .manner = Manner::cut},
               CanvasError::network("The connection was interrupted.")},
-             {"silence", {.manner = Manner::silent}, CanvasError(Kind::timedOut)},
-             {"trickle", {.manner = Manner::trickle}, CanvasError(Kind::timedOut)},
+             {"no response", {.manner = Manner::silent}, CanvasError(Kind::timedOut)},
+             {"a slow response", {.manner = Manner::trickle}, CanvasError(Kind::timedOut)},
              {"HTML", {.body = "<!DOCTYPE html><html>"}, CanvasError::notCanvas("localhost")},
-             {"no list", {.body = "{}"}, CanvasError(Kind::decodingFailed)},
-             {"no JSON", {.body = "[1,"}, CanvasError(Kind::decodingFailed)},
+             {"not a list", {.body = "{}"}, CanvasError(Kind::decodingFailed)},
+             {"not JSON", {.body = "[1,"}, CanvasError(Kind::decodingFailed)},
              {"too large",
               {.body = "[" + QByteArray(3000, ' ') + "]"},
               CanvasError(Kind::decodingFailed)},
              {"bad gzip",
-              {.body = "no gzip", .headers = {{"Content-Encoding", "gzip"}}},
+              {.body = "not gzip", .headers = {{"Content-Encoding", "gzip"}}},
               CanvasError::network("")},
-             {"too large once unpacked", test::gzipped({.body = "[" + QByteArray(3000, ' ') + "]"}),
+             {"too large once decompressed",
+              test::gzipped({.body = "[" + QByteArray(3000, ' ') + "]"}),
               CanvasError(Kind::decodingFailed)},
          }) {
-        // A session of its own: no row sees the connection that another one broke.
-        CanvasSession impatient(
-            {.inactivityTimeout = 150ms, .totalTimeout = 400ms, .maxBytes = 2000}, noteWait);
+        // A session for each row, so that no row uses a connection that another one broke.
+        CanvasSession limited(
+            {.inactivityTimeout = 150ms, .totalTimeout = 400ms, .maxBytes = 2000}, recordWait);
         canvas.answerWith([&row](const FakeRequest &) { return row.reply; });
-        CanvasClient reading(canvas.address(), token, impatient);
+        CanvasClient reading(canvas.address(), token, limited);
         try {
             (void)runToEnd(reading.fetchCourses());
-            ADD_FAILURE() << row.what << " went unnoticed";
+            ADD_FAILURE() << row.what << ": no error";
         } catch (const CanvasError &error) {
             EXPECT_EQ(error.kind(), row.error.kind()) << row.what << ": " << error.what();
             if (std::string_view(row.what).starts_with("too large")) {
@@ -280,7 +281,7 @@ TEST_F(CanvasClientTest, RealFaultsHaveTheirOwnWords) {
     }
 }
 
-TEST_F(CanvasClientTest, NobodyThere) {
+TEST_F(CanvasClientTest, UnreachableHostsAndInvalidAddresses) {
     EXPECT_EQ(failure("https://nowhere.invalid"), CanvasError::cannotReachHost("nowhere.invalid"));
     QTcpServer gone;
     ASSERT_TRUE(gone.listen(QHostAddress::LocalHost));
@@ -292,7 +293,7 @@ TEST_F(CanvasClientTest, NobodyThere) {
     EXPECT_TRUE(canvas.requests.empty());
 }
 
-TEST_F(CanvasClientTest, OnlyTrustedCertificatesSeeTheToken) {
+TEST_F(CanvasClientTest, SendsNoRequestWithoutATrustedCertificate) {
     for (const CertificateKind kind :
          {CertificateKind::expired, CertificateKind::notYetValid, CertificateKind::otherHost,
           CertificateKind::unknownAuthority}) {
@@ -302,7 +303,7 @@ TEST_F(CanvasClientTest, OnlyTrustedCertificatesSeeTheToken) {
     }
 }
 
-TEST_F(CanvasClientTest, TheTokenGoesToOneOriginOnly) {
+TEST_F(CanvasClientTest, SendsTheTokenToOneOriginOnly) {
     FakeCanvas other;
     other.serve(coursesPath, {R"({"id":2})"});
     QTcpServer plain;
@@ -345,7 +346,7 @@ TEST_F(CanvasClientTest, TheTokenGoesToOneOriginOnly) {
         EXPECT_THAT(line, testing::Not(HasSubstr("secret-token")));
 }
 
-TEST_F(CanvasClientTest, AnEndlessChainIsLeftAfterThreeHundredPages) {
+TEST_F(CanvasClientTest, StopsAtThreeHundredPages) {
     const QByteArray self = QByteArray::fromStdString(
         "<" + canvas.address() + "/api/v1/courses?page=again>; rel=\"next\"");
     canvas.answerWith([&](const FakeRequest &) {
@@ -368,17 +369,17 @@ TEST_F(CanvasClientTest, AStopEndsReadsAndWaits) {
     EXPECT_THROW((void)runToEnd(reading.fetchCourses()), Cancelled);
 
     std::stop_source later;
-    CanvasSession patient;
+    CanvasSession waitingSession;
     canvas.answerWith([&](const FakeRequest &) {
         QMetaObject::invokeMethod(
             &canvas, [&] { later.request_stop(); }, Qt::QueuedConnection);
         return FakeReply{.status = 500};
     });
-    CanvasClient waiting(canvas.address(), token, patient, later.get_token());
+    CanvasClient waiting(canvas.address(), token, waitingSession, later.get_token());
     EXPECT_THROW((void)runToEnd(waiting.fetchCourses()), Cancelled);
 }
 
-TEST_F(CanvasClientTest, ACookieIsForgotten) {
+TEST_F(CanvasClientTest, SendsNoCookiesBack) {
     canvas.answerWith([](const FakeRequest &) {
         return FakeReply{.headers = {{"Set-Cookie", "session=1; Path=/"}}};
     });

@@ -62,7 +62,7 @@ TEST(Classify, Statuses) {
         EXPECT_EQ(classifyStatus(row.status, row.body, "h"), row.error) << row.status << row.body;
 }
 
-TEST(Classify, ReadsWhatCanvasSays) {
+TEST(Classify, ReadsCanvassMessage) {
     struct Row {
         const char *body;
         std::optional<std::string> text;
@@ -81,7 +81,7 @@ TEST(Classify, ReadsWhatCanvasSays) {
         EXPECT_EQ(canvasErrorText(row.body), row.text) << row.body;
 }
 
-TEST(Classify, RetriesWhatMayPass) {
+TEST(Classify, RetriesTransientFailures) {
     EXPECT_EQ(retryDelay(CanvasError::canvasUnavailable(502), 1), 500ms);
     EXPECT_EQ(retryDelay(CanvasError::canvasUnavailable(502), 2), 1000ms);
     EXPECT_EQ(retryDelay(CanvasError::canvasUnavailable(502), 3), std::nullopt);
@@ -92,7 +92,7 @@ TEST(Classify, RetriesWhatMayPass) {
     EXPECT_EQ(retryDelay(CanvasError::network("x"), 1), std::nullopt);
 }
 
-TEST(LooksLikeHTML, ExaminesTheFirstBytesAlone) {
+TEST(LooksLikeHTML, ExaminesOnlyTheFirstBytes) {
     EXPECT_TRUE(looksLikeHTML("\r\n\t <!DOCTYPE html>"));
     EXPECT_FALSE(looksLikeHTML(std::string(1000, ' ') + "<html>"));
     EXPECT_TRUE(looksLikeHTML(std::string(255, ' ') + "<html>"));
@@ -101,7 +101,7 @@ TEST(LooksLikeHTML, ExaminesTheFirstBytesAlone) {
     EXPECT_FALSE(looksLikeHTML(""));
 }
 
-TEST(NextLink, FindsTheOneRelation) {
+TEST(NextLink, FindsTheNextRelation) {
     struct Row {
         const char *header;
         std::optional<std::string> next;
@@ -120,7 +120,7 @@ TEST(NextLink, FindsTheOneRelation) {
         EXPECT_EQ(nextLink(row.header), row.next) << row.header;
 }
 
-TEST(Request, AddressesStandBelowTheSavedOne) {
+TEST(Request, EndpointsAreBelowTheSavedAddress) {
     struct Row {
         const char *base;
         std::optional<std::string> url;

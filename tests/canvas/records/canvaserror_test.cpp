@@ -5,7 +5,7 @@
 namespace ellwynd {
 namespace {
 
-TEST(CanvasError, CarriesItsValuesIntoItsMessage) {
+TEST(CanvasError, MessagesContainTheValues) {
     struct Row {
         CanvasError error;
         const char *message;
@@ -32,7 +32,7 @@ TEST(CanvasError, CarriesItsValuesIntoItsMessage) {
     }
 }
 
-TEST(CanvasError, EqualsByCaseAndValues) {
+TEST(CanvasError, ComparesKindsAndValues) {
     EXPECT_EQ(CanvasError::notCanvas("a"), CanvasError::notCanvas("a"));
     EXPECT_NE(CanvasError::notCanvas("a"), CanvasError::notCanvas("b"));
     EXPECT_NE(CanvasError::notCanvas("a"), CanvasError::tlsFailed("a"));

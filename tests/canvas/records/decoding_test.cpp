@@ -8,7 +8,7 @@ namespace {
 
 using test::at;
 
-TEST(Decoding, ReadsWholeRecords) {
+TEST(Decoding, ReadsEveryMember) {
     const auto courses = decodeCourses(R"([
         {"id": 4021, "name": "Bio", "course_code": "BIO", "unknown": {"id": "x", "deep": [1, [2]]},
          "apply_assignment_group_weights": true,
@@ -63,7 +63,7 @@ TEST(Decoding, ReadsWholeRecords) {
     EXPECT_TRUE(decodeSubmissions(" [ ] \n").empty());
 }
 
-TEST(Decoding, NumbersOfEitherFormAreIntegers) {
+TEST(Decoding, IntegersMayBeWrittenAsReals) {
     EXPECT_EQ(decodeCourse(R"({"id": 5.0})").id, 5);
     EXPECT_EQ(decodeCourse(R"({"id": 5e3})").id, 5000);
     EXPECT_EQ(decodeCourse(R"({"id": 9223372036854775807})").id, INT64_MAX);
@@ -95,7 +95,7 @@ std::string submission(const std::string &fields) {
     return R"([{"user_id": 1, "assignment_id": 2, "workflow_state": "graded"}, {)" + fields + "}]";
 }
 
-TEST(Decoding, NamesTheRecordTheKeyAndThePlace) {
+TEST(Decoding, ErrorsNameTheRecordAndTheKey) {
     struct Row {
         std::string json;
         const char *message;
@@ -105,9 +105,9 @@ TEST(Decoding, NamesTheRecordTheKeyAndThePlace) {
              Row{submission(R"("user_id": 1, "assignment_id": 2)"),
                  "SubmissionSummary [1].workflow_state is missing"},
              Row{submission(R"("user_id": 1, "assignment_id": 2, "workflow_state": null)"),
-                 "SubmissionSummary [1].workflow_state is not a text"},
+                 "SubmissionSummary [1].workflow_state is not a string"},
              Row{submission(ids + R"("missing": 1)"),
-                 "SubmissionSummary [1].missing is not true or false"},
+                 "SubmissionSummary [1].missing is not a boolean"},
              Row{submission(ids + R"("score": "8")"),
                  "SubmissionSummary [1].score is not a number"},
              Row{submission(ids + R"("cached_due_date": "2026-09-24")"),
@@ -117,7 +117,7 @@ TEST(Decoding, NamesTheRecordTheKeyAndThePlace) {
                  "SubmissionSummary [1].user_id is not a 64-bit integer"},
              Row{submission(ids + R"("user_id": 9223372036854775808)"),
                  "SubmissionSummary [1].user_id is not a 64-bit integer"},
-             Row{R"({"errors": []})", "SubmissionSummary is not a list"},
+             Row{R"({"errors": []})", "SubmissionSummary is not an array"},
              Row{"[7]", "SubmissionSummary [0] is not an object"},
              Row{"", "SubmissionSummary: the text is empty"},
              Row{"  ", "SubmissionSummary: the text is empty"},
@@ -138,7 +138,7 @@ TEST(Decoding, NamesTheRecordTheKeyAndThePlace) {
     }
 }
 
-TEST(Decoding, RefusesTextThatIsNoWholeJSON) {
+TEST(Decoding, RejectsInvalidAndTruncatedJSON) {
     const std::string whole =
         submission(R"("user_id": 1, "assignment_id": 2, "workflow_state": "é")");
     ASSERT_EQ(failure(whole), "decoded");
@@ -152,7 +152,7 @@ TEST(Decoding, RefusesTextThatIsNoWholeJSON) {
 
 TEST(Decoding, AllowsNestingUpToTheLimit) {
     const auto nested = [](std::size_t depth) {
-        // The list and the record are two levels.
+        // The array and the record are two levels.
         return submission(
             R"("user_id": 1, "assignment_id": 2, "workflow_state": "graded", "x": )" +
             std::string(depth - 2, '[') + std::string(depth - 2, ']'));
@@ -162,7 +162,7 @@ TEST(Decoding, AllowsNestingUpToTheLimit) {
     EXPECT_EQ(failure(nested(200'000)), "SubmissionSummary: it nests deeper than 64 levels");
 }
 
-TEST(Records, FallBackOnOtherNames) {
+TEST(Records, DisplayNamesFallBack) {
     EXPECT_EQ(displayName(Course{.id = 4021, .name = "", .courseCode = "BIO"}), "BIO");
     EXPECT_EQ(displayName(Course{.id = 4021, .courseCode = ""}), "Course 4021");
     EXPECT_EQ(displayName(Term{.id = 7, .name = ""}), "Term 7");

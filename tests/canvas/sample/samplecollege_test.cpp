@@ -37,7 +37,7 @@ TEST(SampleCollege, ListsItsCoursesWithTheirTerms) {
     EXPECT_EQ(courses[6].term->endAt, test::noon - 2'419'200s);
 }
 
-TEST(SampleCollege, OlderTermsHaveCoursesOfTheirOwn) {
+TEST(SampleCollege, OlderTermsHaveTwoOrThreeCourses) {
     std::map<std::int64_t, int> perTerm;
     std::set<std::int64_t> ids;
     for (const Course &course : SampleCanvasClient::olderCourses(test::noon)) {
@@ -54,7 +54,7 @@ TEST(SampleCollege, OlderTermsHaveCoursesOfTheirOwn) {
     EXPECT_EQ(ids.size(), SampleCanvasClient::olderCourses(test::noon).size());
 }
 
-TEST(SampleCollege, HandMadeRostersHoldTheirStudents) {
+TEST(SampleCollege, HandwrittenRostersAreComplete) {
     EXPECT_THAT(
         names(900101),
         testing::ElementsAre(
@@ -77,7 +77,7 @@ TEST(SampleCollege, HandMadeRostersHoldTheirStudents) {
     EXPECT_EQ(enrollments(900201).size(), 16U);
 }
 
-/// The sequence as it is described, drawn here once more by hand.
+/// Computes the documented sequence independently.
 TEST(SampleCollege, GeneratedRostersFollowTheSequence) {
     std::uint64_t state = 900103;
     const auto draw = [&state] {

@@ -48,7 +48,7 @@ Records decode(std::string_view text) {
 }
 
 std::string encode(const Records &records) {
-    // Keeps the order of its keys.
+    // Keeps the order of the keys.
     auto list = nlohmann::ordered_json::array();
     for (const ContactRecord &record : records) {
         list.push_back(
@@ -123,7 +123,7 @@ void ContactLog::noteContacts(
         for (const std::int64_t student : studentIDs)
             note(records, {.courseID = courseID, .studentID = student, .contactedAt = date});
     });
-    for (std::size_t noted = 0; noted < studentIDs.size(); ++noted)
+    for (std::size_t i = 0; i < studentIDs.size(); ++i)
         logger.info(fmt::format("Noted a contact in course {}", courseID));
     Q_EMIT contactsDidChange();
 }

@@ -1,4 +1,4 @@
-// Whom the teacher wrote to, and when.
+// When the teacher last contacted each student.
 #pragma once
 
 #include "base/date.h"
@@ -11,7 +11,7 @@
 
 namespace ellwynd {
 
-/// One student of one course: ids and a date, no name and no text.
+/// A contact with a student of a course. No name or text is stored.
 struct ContactRecord {
     std::int64_t courseID = 0;
     std::int64_t studentID = 0;
@@ -21,19 +21,18 @@ struct ContactRecord {
     bool operator==(const ContactRecord &) const = default;
 };
 
-/// The last contact with each student of each course. Kept in one file, "ContactLog.json",
-/// rewritten whole after each change; a window and a command line may share it. Lives on the main
-/// thread.
+/// The last contact with each student of each course. Stored in one file, "ContactLog.json", which
+/// is rewritten after each change and may be shared with other processes. Used on the main thread.
 ///
-/// Follows "RememberContacts": while it is off nothing is read or noted, and switching it off
-/// forgets everything.
+/// While the preference "RememberContacts" is off, nothing is read or recorded; switching it off
+/// deletes all records.
 class ContactLog : public QObject {
     Q_OBJECT
 
   public:
-    /// Reads the file at once; contacts older than 365 days and those of the sample college's
-    /// courses are dropped from it. A file that cannot be read counts as empty.
-    /// @param directory where the file lives; absent for a log in memory alone.
+    /// Reads the file. Contacts older than 365 days and those of the sample college's courses are
+    /// removed from it. A file that cannot be read counts as empty.
+    /// @param directory the file's folder; absent for a log in memory alone.
     ContactLog(
         UserDefaults &defaults, std::optional<std::filesystem::path> directory,
         Clock clock = systemNow);
@@ -45,10 +44,10 @@ class ContactLog : public QObject {
     lastContact(std::int64_t courseID, std::int64_t studentID) const;
 
     void noteContact(std::int64_t courseID, std::int64_t studentID, Date date);
-    /// The same for several students of a course, in one change of the file.
+    /// Records contacts with several students of a course, in one write of the file.
     void
     noteContacts(std::int64_t courseID, const std::vector<std::int64_t> &studentIDs, Date date);
-    /// Takes invented records over; only for a log without a directory.
+    /// Replaces the records by sample data; only for a log without a directory.
     void fill(std::vector<ContactRecord> records);
     void deleteAll();
 
@@ -63,7 +62,7 @@ class ContactLog : public QObject {
     std::shared_ptr<void> observing;
 };
 
-/// Its line in the privacy settings: "1 student recorded." or "Nothing recorded."
+/// The line in the privacy settings: "1 student recorded." or "Nothing recorded."
 [[nodiscard]] std::string contactsStatus(const ContactLog &log);
 
 } // namespace ellwynd

@@ -18,7 +18,7 @@ lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now) {
     for (const RosterSnapshot &entry : history.entries()) {
         if (entry.courseID != courseID || entry.recordedAt < first || entry.recordedAt >= today)
             continue;
-        // The entries of one visit carry one instant.
+        // All entries of a visit have the same instant.
         if (day == nullptr || entry.recordedAt != lastInstant) {
             lastInstant = entry.recordedAt;
             const Date begins = calendar::startOfDay(entry.recordedAt);

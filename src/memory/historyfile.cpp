@@ -14,7 +14,7 @@ namespace {
 
 namespace dom = simdjson::dom;
 
-/// What is wrong with a text that the parser refuses, in the program's own words.
+/// The program's message for an error of the parser.
 std::string problem(simdjson::error_code error) {
     switch (error) {
     case simdjson::EMPTY:
@@ -46,7 +46,7 @@ T member(dom::object entry, std::size_t index, std::string_view key) {
     return value;
 }
 
-/// Only a level that the program does not know can hold what JSON must escape.
+/// Only unknown levels can contain characters that JSON must escape.
 std::string quoted(const RosterSnapshot &entry) {
     using json = nlohmann::json;
     return recordedLevel(entry).isKnown()
@@ -65,7 +65,7 @@ std::vector<RosterSnapshot> decodeHistory(std::string_view text) {
         throw FileError(problem(error));
     std::vector<RosterSnapshot> entries;
     entries.reserve(array.size());
-    // The entries of one visit carry one instant: it is read once.
+    // All entries of a visit have the same instant, which is parsed once.
     std::string_view lastText;
     Date lastDate;
     for (const dom::element element : array) {
@@ -92,9 +92,9 @@ std::vector<RosterSnapshot> decodeHistory(std::string_view text) {
 }
 
 std::string encodeHistory(const std::vector<RosterSnapshot> &entries) {
-    constexpr std::size_t usualEntry = 120;
+    constexpr std::size_t typicalEntrySize = 120;
     std::string text;
-    text.reserve(2 + entries.size() * usualEntry);
+    text.reserve(2 + entries.size() * typicalEntrySize);
     text += '[';
     std::string instant;
     std::optional<Date> written;

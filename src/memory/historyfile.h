@@ -1,4 +1,4 @@
-// The history as its file holds it: one compact JSON array of entries.
+// The format of the history file: a compact JSON array of entries.
 #pragma once
 
 #include "memory/rostersnapshot.h"
@@ -8,12 +8,12 @@
 
 namespace ellwynd {
 
-/// Reads the whole file's text. Unknown keys are passed over, unknown levels kept.
-/// @throws FileError, saying what is wrong, for anything else: a key missing, a value of another
-///         type, a date that is not an ISO 8601 instant.
+/// Unknown keys are ignored, unknown levels are kept.
+/// @throws FileError for anything else, such as a missing key, a value of another type or a date
+///         that is not an ISO 8601 instant.
 [[nodiscard]] std::vector<RosterSnapshot> decodeHistory(std::string_view text);
 
-/// Keys in the order of the record's fields, dates in ISO 8601 to the second.
+/// Keys are in the order of the record's members, dates in ISO 8601 to the second.
 [[nodiscard]] std::string encodeHistory(const std::vector<RosterSnapshot> &entries);
 
 } // namespace ellwynd

@@ -11,12 +11,12 @@ namespace ellwynd {
 
 namespace {
 
-/// Above zero when the student does worse than before; a student without history compares as equal.
+/// Above zero if the level is worse than before; zero for a student without history.
 int difference(const RosterChange &change) {
     return change.previousLevel.worseningTo(change.currentLevel);
 }
 
-/// The student's latest entry from before `today`; the first in stored order among equals.
+/// The student's latest entry before `today`; among equal instants the first in stored order.
 const RosterSnapshot *latestBefore(
     const RosterHistory &history, std::int64_t courseID, std::int64_t studentID, Date today) {
     const RosterSnapshot *latest = nullptr;

@@ -10,7 +10,7 @@ namespace ellwynd {
 
 namespace {
 
-/// The level the history held when the message was copied, else the first it recorded after.
+/// The last level recorded up to the contact, else the first one after it.
 RecordedLevel levelAt(const std::vector<const RosterSnapshot *> &entries, Date contactedAt) {
     const RosterSnapshot *before = nullptr;
     const RosterSnapshot *after = nullptr;
@@ -26,7 +26,7 @@ RecordedLevel levelAt(const std::vector<const RosterSnapshot *> &entries, Date c
     return then != nullptr ? recordedLevel(*then) : RecordedLevel();
 }
 
-/// Above zero when the student does worse than at the contact; zero where that is not known.
+/// Above zero if the level is worse than at the contact; zero if that one is unknown.
 int difference(const OutreachOutcome &outcome) {
     return outcome.levelThen.worseningTo(outcome.levelNow);
 }

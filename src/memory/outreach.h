@@ -1,4 +1,4 @@
-// What became of the students the teacher wrote to.
+// How students' levels changed after the teacher contacted them.
 #pragma once
 
 #include "memory/contactlog.h"
@@ -6,7 +6,7 @@
 
 namespace ellwynd {
 
-/// What happened after a contact; worked out when it is asked for, never stored.
+/// The levels at a contact and now. Computed when needed, not stored.
 struct OutreachOutcome {
     Date contactedAt;
     /// The level at the time of the contact.
@@ -21,20 +21,20 @@ struct OutreachOutcome {
 [[nodiscard]] OutreachOutcome
 outcome(const ContactRecord &record, const RiskRow &row, const RosterHistory &history, Date now);
 
-/// The outcome of the last contact with a row's student; absent for one never contacted.
+/// The outcome of the last contact with a row's student; absent if there was none.
 [[nodiscard]] std::optional<OutreachOutcome>
 lastOutcome(const RiskRow &row, const ContactLog &contacts, const RosterHistory &history, Date now);
 
 /// "Wrote 9 days ago — improved to Watch since"
 [[nodiscard]] std::string outreachText(const OutreachOutcome &outcome);
 
-/// Written to a week or more ago, still flagged and no better since.
+/// Whether the contact was at least a week ago, and the student is still flagged and not better.
 [[nodiscard]] bool isAwaitingFollowUp(const OutreachOutcome &outcome);
 
-/// "no change", "worse" or "improved", the first also where the level then is unknown.
+/// "no change", "worse" or "improved"; "no change" if the level at the contact is unknown.
 [[nodiscard]] std::string_view outcomeWord(const OutreachOutcome &outcome);
 
-/// Of a course's flagged students.
+/// Counts of a course's flagged students.
 struct OutreachCounts {
     std::int64_t flagged = 0;
     std::int64_t contacted = 0;
@@ -50,11 +50,11 @@ struct OutreachCounts {
 /// "3 awaiting follow-up"
 [[nodiscard]] std::string awaitingText(std::int64_t count);
 
-/// The counts in a line, or the sentence in their place: no student is flagged, or
-/// contacts are not remembered.
+/// The counts in one line; another sentence if no student is flagged or contacts are not
+/// remembered.
 [[nodiscard]] std::string outreachLine(const OutreachCounts &counts, bool contactsAreRemembered);
 
-/// What the counts are counts of.
+/// Explains the counts.
 inline constexpr std::string_view outreachCaption =
     "Of the flagged students. Awaiting follow-up: written to a week or more ago, no better since.";
 

@@ -1,4 +1,4 @@
-// What the history knows of a student's level at some time.
+// A student's level in the history, which may be unknown.
 #pragma once
 
 #include "risk/risklevel.h"
@@ -8,17 +8,18 @@ namespace ellwynd {
 /// Unknown, or recorded: At Risk, Concern, Watch or none.
 class RecordedLevel {
   public:
-    /// Unknown: nothing was recorded, or a text that this version of the program does not know.
+    /// Unknown: nothing was recorded, or a level that this version of the program does not know.
     constexpr RecordedLevel() = default;
-    /// Recorded; absent for a student who carried no level.
-    constexpr explicit RecordedLevel(std::optional<RiskLevel> level)
-        : known(true), recorded(level) {}
+    /// Recorded; absent for a student without a level.
+    constexpr explicit RecordedLevel(std::optional<RiskLevel> recorded)
+        : known(true), recorded(recorded) {}
 
     [[nodiscard]] constexpr bool isKnown() const { return known; }
-    /// Absent for a student who carried none, and for an unknown one.
+    /// Absent for no level, and for an unknown one.
     [[nodiscard]] constexpr std::optional<RiskLevel> level() const { return recorded; }
 
-    /// Above zero when `now` is more severe, below when it is less; zero when this is unknown.
+    /// Above zero if `now` is more severe, below zero if it is less severe; zero if this is
+    /// unknown.
     [[nodiscard]] constexpr int worseningTo(std::optional<RiskLevel> now) const {
         return known ? severity(now) - severity(recorded) : 0;
     }

@@ -101,7 +101,7 @@ void RosterHistory::deleteAll() {
     Q_EMIT historyDidChange();
 }
 
-// ---- Looking things up -------------------------------------------------------------------------
+// ---- Queries -----------------------------------------------------------------------------------
 
 std::size_t RosterHistory::StudentKeyHash::operator()(const StudentKey &key) const {
     constexpr std::uint64_t odd = 0x9e37'79b9'7f4a'7c15;
@@ -131,7 +131,7 @@ std::int64_t RosterHistory::dayCount() const {
     Date begins;
     Date ends;
     for (const RosterSnapshot &entry : entries()) {
-        // The entries of one visit follow each other.
+        // The entries of a visit are consecutive.
         if (entry.recordedAt < begins || entry.recordedAt >= ends) {
             begins = calendar::startOfDay(entry.recordedAt);
             ends = calendar::startOfNextDay(entry.recordedAt);

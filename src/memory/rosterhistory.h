@@ -1,4 +1,4 @@
-// The program's memory of its own verdicts.
+// The history of students' levels.
 #pragma once
 
 #include "base/sharedstore.h"
@@ -12,19 +12,19 @@
 
 namespace ellwynd {
 
-/// One entry per student, course and calendar day that the teacher opened the course on. Kept in
-/// one file, "RosterHistory.json", rewritten whole after each change; a window and a command line
-/// may share it. Lives on the main thread.
+/// One entry for each student, course and calendar day on which the teacher opened the course.
+/// Stored in one file, "RosterHistory.json", which is rewritten after each change and may be shared
+/// with other processes. Used on the main thread.
 ///
-/// Follows "RememberRosterHistory": while it is off nothing is recorded, and switching it off
-/// forgets everything.
+/// While the preference "RememberRosterHistory" is off, nothing is recorded; switching it off
+/// deletes all entries.
 class RosterHistory : public QObject {
     Q_OBJECT
 
   public:
-    /// Reads the file at once: entries older than 365 days and those of the sample college's
-    /// courses are dropped from it, and a file that cannot be read is set aside.
-    /// @param directory where the file lives; absent for a history in memory alone.
+    /// Reads the file. Entries older than 365 days and those of the sample college's courses are
+    /// removed from it. A file that cannot be read is set aside.
+    /// @param directory the file's folder; absent for a history in memory alone.
     RosterHistory(
         UserDefaults &defaults, std::optional<std::filesystem::path> directory,
         Clock clock = systemNow);
@@ -32,23 +32,23 @@ class RosterHistory : public QObject {
 
     /// In the order in which they were recorded.
     [[nodiscard]] const std::vector<RosterSnapshot> &entries() const { return store.contents(); }
-    /// The student's entries in that course, in that order; empty for a student that it does not
-    /// know.
+    /// The student's entries in that course, in that order; empty if there are none. Valid until
+    /// the next change.
     [[nodiscard]] std::vector<const RosterSnapshot *>
     entries(std::int64_t courseID, std::int64_t studentID) const;
 
     /// Whether the course has an entry for the day of `date`.
     [[nodiscard]] bool hasEntries(std::int64_t courseID, Date date) const;
 
-    /// Records a course's scored roster for the day of `date`, in place of what was recorded for
-    /// that day before. An empty roster records nothing.
+    /// Records a course's scored roster for the day of `date`, replacing the course's entries of
+    /// that day. An empty roster is ignored.
     void record(const std::vector<RiskRow> &rows, std::int64_t courseID, Date date);
-    /// Takes invented entries over; only for a history without a directory.
+    /// Replaces the entries by sample data; only for a history without a directory.
     void fill(std::vector<RosterSnapshot> entries);
     void deleteAll();
 
     [[nodiscard]] bool isEnabled() const;
-    /// Calendar days with at least one entry, whatever the course.
+    /// Calendar days with at least one entry of any course.
     [[nodiscard]] std::int64_t dayCount() const;
 
   Q_SIGNALS:
@@ -61,13 +61,13 @@ class RosterHistory : public QObject {
 
     UserDefaults &defaults;
     SharedStore<std::vector<RosterSnapshot>> store;
-    /// Positions in the entries by student; made when it is first asked for after a change.
+    /// Indices of the entries by student; rebuilt on first use after a change.
     mutable std::unordered_map<StudentKey, std::vector<std::uint32_t>, StudentKeyHash> positions;
     mutable std::optional<std::uint64_t> positionsRevision;
     std::shared_ptr<void> observing;
 };
 
-/// Its line in the privacy settings: "12 days recorded." or "Nothing recorded."
+/// The line in the privacy settings: "12 days recorded." or "Nothing recorded."
 [[nodiscard]] std::string historyStatus(const RosterHistory &history);
 
 } // namespace ellwynd

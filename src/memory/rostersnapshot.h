@@ -1,4 +1,4 @@
-// One entry of the history: the verdict on one student on one day.
+// An entry of the history: the level of a student on one day.
 #pragma once
 
 #include "base/date.h"
@@ -8,14 +8,14 @@
 
 namespace ellwynd {
 
-/// Ids, a level and a count: no name, no grade, no score.
+/// No name, grade or score is stored.
 struct RosterSnapshot {
     std::int64_t courseID = 0;
     std::int64_t studentID = 0;
-    /// The moment the roster was recorded, not cut to its day.
+    /// The instant at which the roster was recorded, not the start of its day.
     Date recordedAt;
-    /// "At Risk", "Concern", "Watch" or "OK". Another text, from another version of the program, is
-    /// kept as it is and ignored wherever levels are read.
+    /// "At Risk", "Concern", "Watch" or "OK". Other texts, from other versions of the program, are
+    /// preserved and count as unknown.
     std::string level;
     std::int64_t missingCount = 0;
 

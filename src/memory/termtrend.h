@@ -1,4 +1,4 @@
-// One student's term in levels, as the history saw it.
+// A student's recorded levels over the term.
 #pragma once
 
 #include "memory/rosterhistory.h"
@@ -14,20 +14,21 @@ struct TermTrend {
         bool operator==(const Point &) const = default;
     };
 
-    /// At least two, by date.
+    /// At least two, in order of date.
     std::vector<Point> points;
 
     bool operator==(const TermTrend &) const = default;
 };
 
-/// Absent with fewer than two days of known level.
+/// Absent with fewer than two days of known levels.
 [[nodiscard]] std::optional<TermTrend>
 termTrend(const RosterHistory &history, std::int64_t courseID, std::int64_t studentID);
 
 /// "Seen on 6 days between Sep 3 and Sep 18 — started Watch, now Concern, worst At Risk."
 [[nodiscard]] std::string termStory(const TermTrend &trend);
 
-/// Whether a chart joins two neighbouring points: not across more than 14 days of 86,400 seconds.
+/// Whether a chart joins two consecutive points: only if they are at most 14 days of 86,400 seconds
+/// apart.
 [[nodiscard]] bool isJoined(const TermTrend::Point &earlier, const TermTrend::Point &later);
 
 } // namespace ellwynd

@@ -27,9 +27,9 @@ std::string keyOf(std::int64_t courseID) {
 TrendSync::TrendSync(UserDefaults &defaults) : defaults(defaults) {}
 TrendSync::~TrendSync() = default;
 
-void TrendSync::setStore(CloudKeyValueStore *other) {
+void TrendSync::setStore(CloudKeyValueStore *newStore) {
     observing.reset();
-    store = other;
+    store = newStore;
 }
 
 bool TrendSync::isActive() const {
@@ -68,7 +68,7 @@ DailyCounts TrendSync::counts(std::int64_t courseID) const {
         }
         return days;
     } catch (const FileError &) {
-        // Not written by this program.
+        // The value was not written by this program.
         return {};
     }
 }
@@ -83,7 +83,7 @@ void TrendSync::publish(std::int64_t courseID, std::int64_t count, Date date) {
     try {
         store->set(keyOf(courseID), nlohmann::json(days).dump());
     } catch (const nlohmann::json::exception &) {
-        // A day key from elsewhere that is not UTF-8.
+        // A key from another program may not be UTF-8.
         logger.error(fmt::format("Couldn't encode trend counts for course {}", courseID));
     }
 }

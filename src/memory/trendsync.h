@@ -1,4 +1,4 @@
-// Each course's flagged students per day, shared by all of the teacher's machines.
+// Each course's daily counts of flagged students, shared by all of the teacher's machines.
 #pragma once
 
 #include "base/date.h"
@@ -11,12 +11,12 @@
 
 namespace ellwynd {
 
-/// Flagged students by day key, "2026-09-03".
+/// Counts of flagged students by day key, "2026-09-03".
 using DailyCounts = std::map<std::string, std::int64_t>;
 
-/// Two weeks of counts per course under "Trend." and the course's id: one number a day, naming no
-/// student. Works while "SyncSettingsViaICloud" is on and the sample college is not shown;
-/// otherwise every operation does nothing. Lives on the main thread.
+/// Two weeks of counts for each course, under "Trend." and the course's id: one number for each
+/// day, without students' names. Active while the preference "SyncSettingsViaICloud" is on and the
+/// sample college is not shown; otherwise every operation does nothing. Used on the main thread.
 class TrendSync : public QObject {
     Q_OBJECT
 
@@ -24,15 +24,15 @@ class TrendSync : public QObject {
     explicit TrendSync(UserDefaults &defaults);
     ~TrendSync() override;
 
-    /// The store to share through, which must outlive its use here; null for none.
-    void setStore(CloudKeyValueStore *store);
+    /// Sets the shared store, which must outlive its use here; null for none.
+    void setStore(CloudKeyValueStore *newStore);
 
-    /// Begins to listen for other machines' counts.
+    /// Starts to observe other machines' counts.
     void start();
-    /// Shares a course's flagged students for the day of `date`, and drops days more than two weeks
-    /// before it.
+    /// Shares a course's count of flagged students for the day of `date`, and removes days more
+    /// than two weeks before it.
     void publish(std::int64_t courseID, std::int64_t count, Date date);
-    /// The course's shared days, without that of `today`, whose number is this machine's own.
+    /// The course's shared counts except that of `today`, which this machine computes.
     [[nodiscard]] DailyCounts remoteCounts(std::int64_t courseID, Date today) const;
 
   Q_SIGNALS:

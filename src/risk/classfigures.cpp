@@ -11,10 +11,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The longest that a class may have been quiet for inactivity to count.
+/// Inactivity does not count after the class has been quiet for longer: 30 days.
 constexpr auto maxQuietTime = 2'592'000s;
 
-/// The larger of two values, either of which may be absent.
+/// The larger of two optional values; absent if both are.
 template<class T>
 std::optional<T> larger(const std::optional<T> &a, const std::optional<T> &b) {
     return a && b ? std::max(a, b) : a ? a : b;

@@ -6,9 +6,10 @@ namespace ellwynd {
 
 namespace {
 
-/// A course's own value as a type; one of another type is as good as none.
+/// The course's override; absent for none and for a value of another type.
 template<class T>
-std::optional<T> own(const UserDefaults &defaults, std::int64_t courseID, std::string_view suffix) {
+std::optional<T>
+overrideOf(const UserDefaults &defaults, std::int64_t courseID, std::string_view suffix) {
     const auto stored = defaults.object(courseSettings::key(courseID, suffix));
     return stored ? valueAs<T>(*stored) : std::nullopt;
 }
@@ -16,8 +17,8 @@ std::optional<T> own(const UserDefaults &defaults, std::int64_t courseID, std::s
 } // namespace
 
 CourseThresholds courseThresholds(const UserDefaults &defaults, std::int64_t courseID) {
-    const auto passing = own<double>(defaults, courseID, courseSettings::passingScore);
-    const auto days = own<std::int64_t>(defaults, courseID, courseSettings::inactivityDays);
+    const auto passing = overrideOf<double>(defaults, courseID, courseSettings::passingScore);
+    const auto days = overrideOf<std::int64_t>(defaults, courseID, courseSettings::inactivityDays);
     return {
         .passingScore = passing.value_or(defaults.value(preferences::defaultPassingScore)),
         .inactivityDays = days.value_or(defaults.value(preferences::defaultInactivityDays)),

@@ -1,4 +1,4 @@
-// The two numbers that steer the scorer: a default for every course, an override for any one.
+// The two thresholds of the scorer: defaults, and overrides for single courses.
 #pragma once
 
 #include "preferences/coursesettings.h"
@@ -7,7 +7,7 @@
 
 namespace ellwynd {
 
-/// What one course is scored with.
+/// The thresholds that a course is scored with.
 struct CourseThresholds {
     /// Percent.
     double passingScore = 70;
@@ -20,11 +20,10 @@ struct CourseThresholds {
     [[nodiscard]] bool anyOverridden() const { return passingOverridden || inactivityOverridden; }
 };
 
-/// The thresholds of a course now: nothing of the defaults is copied to a course, so one without an
-/// override moves with them.
+/// The current thresholds of a course: its overrides, else the defaults.
 [[nodiscard]] CourseThresholds courseThresholds(const UserDefaults &, std::int64_t courseID);
 
-/// Puts a course back to following both defaults.
+/// Removes both overrides of a course.
 void useDefaults(UserDefaults &, std::int64_t courseID);
 
 /// "Scored at 70% passing, 7 days behind the class. Following the defaults from Settings."

@@ -14,21 +14,21 @@ struct LevelCounts {
     std::int64_t concern = 0;
     std::int64_t watch = 0;
 
-    /// Counts one student; nothing for one without a level.
+    /// Counts one student; does nothing for a student without a level.
     void add(std::optional<RiskLevel> level) {
         if (level)
-            ++(this->*figureOf(*level));
+            ++(this->*memberOf(*level));
     }
 
-    [[nodiscard]] std::int64_t operator[](RiskLevel level) const { return this->*figureOf(level); }
-    /// The students of all three.
+    [[nodiscard]] std::int64_t operator[](RiskLevel level) const { return this->*memberOf(level); }
+    /// The sum of all three.
     [[nodiscard]] std::int64_t flagged() const { return atRisk + concern + watch; }
     [[nodiscard]] std::int64_t max() const { return std::max({atRisk, concern, watch}); }
 
     bool operator==(const LevelCounts &) const = default;
 
   private:
-    [[nodiscard]] static std::int64_t LevelCounts::*figureOf(RiskLevel level) {
+    [[nodiscard]] static std::int64_t LevelCounts::*memberOf(RiskLevel level) {
         switch (level) {
         case RiskLevel::atRisk:
             return &LevelCounts::atRisk;

@@ -19,7 +19,7 @@ std::vector<MissingPair> missingPairs(std::span<const SubmissionSummary> submiss
 }
 
 bool isClassWide(std::size_t missing, std::size_t rosterSize) {
-    // In a class of three, two students are a majority by accident.
+    // In a smaller class, two or three students can be a majority by chance.
     constexpr std::size_t minClassSize = 5;
     constexpr double minShare = 0.6;
     return rosterSize >= minClassSize && double(missing) >= minShare * double(rosterSize);

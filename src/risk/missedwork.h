@@ -1,4 +1,4 @@
-// The roster turned sideways: which work is going undone, most missed first.
+// Missing work by assignment, most missed first.
 #pragma once
 
 #include "risk/gradeweighting.h"
@@ -14,25 +14,26 @@ struct MissedAssignment {
     /// The students missing it, ascending.
     std::vector<std::int64_t> studentIDs;
     std::int64_t rosterSize = 0;
-    /// Whether most of the class is missing it, which takes it out of every student's score.
+    /// Whether most of the class is missing it, which excludes it from every student's score.
     bool isClassWide = false;
 
     bool operator==(const MissedAssignment &) const = default;
 };
 
-/// The students missing each assignment, by assignment id and then student id, each pair once.
+/// A student who is missing an assignment.
 struct MissingPair {
     std::int64_t assignmentID;
     std::int64_t studentID;
 
     auto operator<=>(const MissingPair &) const = default;
 };
+/// Sorted by assignment id and then student id, without duplicates.
 [[nodiscard]] std::vector<MissingPair> missingPairs(std::span<const SubmissionSummary> submissions);
 
-/// Whether an assignment missed by so many of a roster is class-wide.
+/// Whether an assignment that `missing` students of a roster are missing is class-wide.
 [[nodiscard]] bool isClassWide(std::size_t missing, std::size_t rosterSize);
 
-/// Every assignment somebody is missing: more students first, equal counts by name.
+/// Every assignment that a student is missing, by falling number of students and then by name.
 [[nodiscard]] std::vector<MissedAssignment> missedWork(
     std::span<const SubmissionSummary> submissions, std::size_t rosterSize,
     const AssignmentNames &names);
@@ -43,7 +44,7 @@ struct MissingPair {
 /// The accessible text of a row: "Homework 5, missing for 3 students, excluded from risk scores".
 [[nodiscard]] std::string missedWorkDescription(const MissedAssignment &assignment);
 
-/// Why a class-wide row is set apart.
+/// Explains the different colour of a class-wide row.
 inline constexpr std::string_view classWideTooltip =
     "Most of the class is missing this, so it is left out of every student's risk score.";
 

@@ -11,24 +11,24 @@ namespace ellwynd {
 namespace {
 
 constexpr double secondsPerHour = 3600;
-/// Low time is named only below this part of the median, though it counts a little sooner.
+/// Low time is mentioned only below this fraction of the median, although it counts below a half.
 constexpr double maxNamedTime = 0.4;
 
-/// A number without a fraction in plain decimal; adding 0 turns a negative zero into zero.
+/// A whole number in plain decimal; adding 0 turns a negative zero into zero.
 std::string whole(double number) {
     return fmt::format("{:.0f}", number + 0.0);
 }
 
-/// A link over a whole sentence.
-ReasonLink over(const std::string &text, decltype(ReasonLink::target) target) {
+/// A link that covers a whole sentence.
+ReasonLink linkOver(const std::string &text, decltype(ReasonLink::target) target) {
     return {.range = {0, text.size()}, .target = std::move(target)};
 }
 
 ReasonLine missingWorkReason(const ReasonFigures &figures) {
     const std::size_t count = figures.missing.size();
     ReasonLine line{.text = {}, .links = {}, .role = ReasonRole::missingWork};
-    line.text = figures.setSoFar > 0
-        ? fmt::format("{} of {} assignments missing", count, figures.setSoFar)
+    line.text = figures.assignedSoFar > 0
+        ? fmt::format("{} of {} assignments missing", count, figures.assignedSoFar)
         : plural(std::int64_t(count), "missing assignment");
     if (figures.missingShare) {
         const double percent = std::round(*figures.missingShare * 100);
@@ -36,7 +36,8 @@ ReasonLine missingWorkReason(const ReasonFigures &figures) {
                                  : fmt::format(" — {}% of the grade", whole(percent));
     }
     for (const std::int64_t id : figures.missing)
-        line.links.push_back(over(line.text, AssignmentRef{id, assignmentName(figures.names, id)}));
+        line.links.push_back(
+            linkOver(line.text, AssignmentRef{id, assignmentName(figures.names, id)}));
     return line;
 }
 
@@ -47,7 +48,7 @@ ReasonLine currentScoreReason(const ReasonFigures &figures) {
             whole(std::trunc(figures.passingScore))),
         .links = {},
         .role = ReasonRole::currentScore};
-    line.links.push_back(over(line.text, GradesTarget{}));
+    line.links.push_back(linkOver(line.text, GradesTarget{}));
     return line;
 }
 

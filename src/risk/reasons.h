@@ -8,12 +8,12 @@
 
 namespace ellwynd {
 
-/// What a student's sentences are made from. A figure that gave no signal is absent or zero.
+/// The figures for a student's sentences. A figure without a signal is absent or zero.
 struct ReasonFigures {
     /// Missing assignments in the order of the student's submissions.
     std::span<const std::int64_t> missing;
-    std::int64_t setSoFar = 0;
-    /// Share of the final grade; absent when missing work was counted rather than weighed.
+    std::int64_t assignedSoFar = 0;
+    /// Share of the final grade; absent when missing work was counted rather than weighted.
     std::optional<double> missingShare;
     /// Percent; absent unless below passing.
     std::optional<double> currentScore;
@@ -22,7 +22,7 @@ struct ReasonFigures {
     /// Whole days since the student's last activity; absent without any.
     std::optional<std::int64_t> daysAway;
     std::int64_t pastDue = 0;
-    /// Time in course as a part of the class median; absent where nobody's time is recorded.
+    /// Time in course as a fraction of the class median; absent if no times are recorded.
     std::optional<double> timeOfMedian;
     /// Seconds.
     std::int64_t time = 0;

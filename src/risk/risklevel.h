@@ -7,8 +7,8 @@
 
 namespace ellwynd {
 
-/// In falling severity, which is also the order of sorting. Most students carry no level at all,
-/// which is an absent `std::optional<RiskLevel>`.
+/// In falling severity, which is also the sort order. Most students have no level, which is an
+/// absent `std::optional<RiskLevel>`.
 enum class RiskLevel { atRisk, concern, watch };
 
 inline constexpr std::array allRiskLevels{RiskLevel::atRisk, RiskLevel::concern, RiskLevel::watch};

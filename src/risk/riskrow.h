@@ -1,4 +1,4 @@
-// One scored student.
+// A scored student.
 #pragma once
 
 #include "base/date.h"
@@ -17,12 +17,12 @@ struct AssignmentRef {
     bool operator==(const AssignmentRef &) const = default;
 };
 
-/// The page of a student's grades in the course.
+/// The Canvas page of the student's grades in the course.
 struct GradesTarget {
     bool operator==(const GradesTarget &) const = default;
 };
 
-/// Where a part of a reason leads.
+/// A link in the text of a reason.
 struct ReasonLink {
     /// Half-open, in UTF-8 bytes of the reason's text.
     struct Range {
@@ -38,7 +38,7 @@ struct ReasonLink {
     bool operator==(const ReasonLink &) const = default;
 };
 
-/// Which signal a reason describes.
+/// The signal that a reason describes.
 enum class ReasonRole { missingWork, currentScore, inactivity, pastDue, timeInCourse };
 
 /// One sentence of the explanation of a row.
@@ -58,7 +58,7 @@ struct RiskRow {
     std::string courseName;
     /// The combined score, from 0 upward.
     double score = 0;
-    /// Absent for most students.
+    /// Absent for a student who is not flagged.
     std::optional<RiskLevel> level;
     /// Percent.
     std::optional<double> currentScore;
@@ -68,13 +68,13 @@ struct RiskRow {
     /// Seconds.
     std::optional<std::int64_t> totalActivityTime;
     std::int64_t courseID = 0;
-    /// Why, in the order of the signals; a compact roster shows only the first.
+    /// The explanation, in the order of the signals; a compact roster shows only the first line.
     std::vector<ReasonLine> reasonLines;
 
     bool operator==(const RiskRow &) const = default;
 };
 
-/// Identifies a student wherever several courses are handled together.
+/// Identifies a student of a course, where several courses are processed together.
 struct StudentKey {
     std::int64_t courseID = 0;
     std::int64_t studentID = 0;

@@ -9,7 +9,7 @@ namespace ellwynd {
 
 namespace {
 
-// How much each signal can add to a score.
+// The maximum that each signal adds to a score.
 constexpr double missingWeight = 0.3;
 constexpr double pastDueWeight = 0.1;
 constexpr double timeWeight = 0.2;
@@ -20,31 +20,32 @@ constexpr double atRiskFrom = 0.5;
 constexpr double concernFrom = 0.25;
 constexpr double watchFrom = 0.1;
 
-/// A score that fails in any course, whatever its passing score.
+/// Below passing, a current score up to this one is At Risk.
 constexpr double failingScore = 50;
-/// The missing share of the grade from which the signal is at its full weight.
+/// The missing share of the grade from which the signal has its full weight.
 constexpr double severeShare = 0.2;
-/// The count of missing or past-due assignments from which their signal is at its full weight.
+/// The count of missing or past-due assignments from which their signal has its full weight.
 constexpr double severeCount = 5;
-/// Points above passing at which a strong grade damps the most.
+/// Points above passing from which a strong grade damps by `strongDamping`.
 constexpr double strongMargin = 15;
 constexpr double strongDamping = 0.6;
-/// The part of the class median below which time in course counts.
+/// The fraction of the class median below which time in course counts.
 constexpr double lowTimeFrom = 0.5;
 
-/// A student's work, without what most of the class is missing.
-struct Work {
+/// A student's work, without class-wide missing work.
+struct StudentWork {
     std::vector<std::int64_t> missing;
     std::int64_t pastDue = 0;
-    std::int64_t setSoFar = 0;
+    std::int64_t assignedSoFar = 0;
 };
 
 bool hasHandedIn(const std::string &state) {
     return state == "submitted" || state == "graded" || state == "pending_review";
 }
 
-std::vector<Work> sortOutWork(const ScoringInput &input, const ClassFigures &figures) {
-    std::vector<Work> work(figures.roster.size());
+/// By position in the roster.
+std::vector<StudentWork> collectWork(const ScoringInput &input, const ClassFigures &figures) {
+    std::vector<StudentWork> work(figures.roster.size());
     std::unordered_map<std::int64_t, std::size_t> positionOf;
     positionOf.reserve(figures.roster.size());
     for (std::size_t i = 0; i < figures.roster.size(); ++i)
@@ -55,7 +56,7 @@ std::vector<Work> sortOutWork(const ScoringInput &input, const ClassFigures &fig
         if (position == positionOf.end() ||
             figures.excludedAssignments.contains(submission.assignmentID))
             continue;
-        Work &student = work[position->second];
+        StudentWork &student = work[position->second];
         const bool missing = submission.missing.value_or(false);
         const bool pastDue = submission.cachedDueDate && *submission.cachedDueDate < input.now;
         if (missing)
@@ -63,12 +64,12 @@ std::vector<Work> sortOutWork(const ScoringInput &input, const ClassFigures &fig
         else if (pastDue && submission.workflowState == "unsubmitted")
             ++student.pastDue;
         if (missing || pastDue || submission.score || hasHandedIn(submission.workflowState))
-            ++student.setSoFar;
+            ++student.assignedSoFar;
     }
     return work;
 }
 
-/// The student's missing work as a part of the final grade.
+/// The share of a student's missing work in the final grade.
 double missingShare(const GradeWeighting &weighting, const std::vector<std::int64_t> &missing) {
     double share = 0;
     for (const std::int64_t assignment : missing) {
@@ -80,7 +81,7 @@ double missingShare(const GradeWeighting &weighting, const std::vector<std::int6
 
 RiskRow scoreStudent(
     const ScoringInput &input, const ClassFigures &figures, const Enrollment &student,
-    const Work &work) {
+    const StudentWork &work) {
     const double passing = input.passingScore;
     const Grades grades = student.grades.value_or(Grades{});
     const std::optional<double> current = grades.currentScore;
@@ -131,13 +132,13 @@ RiskRow scoreStudent(
         score = std::max(score, watchFrom);
     if (belowPassing && *current <= failingScore)
         score = std::max(score, atRiskFrom);
-    // Missing most of what was set; one assignment is never most.
-    if (work.missing.size() >= 2 && missingCount / double(work.setSoFar) >= 0.5)
+    // At least half of the assignments so far are missing, and more than one.
+    if (work.missing.size() >= 2 && missingCount / double(work.assignedSoFar) >= 0.5)
         score = std::max(score, atRiskFrom);
 
     ReasonFigures reasons{
         .missing = work.missing,
-        .setSoFar = work.setSoFar,
+        .assignedSoFar = work.assignedSoFar,
         .missingShare = share,
         .currentScore = belowPassing ? current : std::nullopt,
         .passingScore = passing,
@@ -179,7 +180,7 @@ std::optional<RiskLevel> levelOf(double score) {
 std::vector<RiskRow> scoreRoster(const ScoringInput &input) {
     const ClassFigures figures =
         classFigures(input.enrollments, input.submissions, input.termEndsAt, input.now);
-    const std::vector<Work> work = sortOutWork(input, figures);
+    const std::vector<StudentWork> work = collectWork(input, figures);
     std::vector<RiskRow> rows;
     rows.reserve(figures.roster.size());
     for (std::size_t i = 0; i < figures.roster.size(); ++i)

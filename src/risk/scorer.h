@@ -1,4 +1,4 @@
-// One course's roster, scored.
+// Scores the roster of a course.
 #pragma once
 
 #include "risk/classfigures.h"
@@ -7,32 +7,33 @@
 
 namespace ellwynd {
 
-/// What a roster is scored from. The views must outlive the call.
+/// The data that a roster is scored from. The views must outlive the call.
 struct ScoringInput {
     std::int64_t courseID = 0;
     std::string_view courseName;
-    /// Enrollments as fetched; students in several sections are reduced to one.
+    /// As fetched, with one enrollment for each section that a student is in.
     std::span<const Enrollment> enrollments;
-    /// All students' submissions. No check against the roster is made.
+    /// As fetched. Those of users who are not on the roster count for class-wide missing work.
     std::span<const SubmissionSummary> submissions;
     /// Percent.
     double passingScore = 70;
-    /// Whole days behind the class; 0 or less leaves only the students without any activity.
+    /// Whole days behind the class; with 0 or less, only students without any activity count as
+    /// inactive.
     std::int64_t inactivityDays = 7;
     std::optional<Date> termEndsAt;
-    /// Null when the course offers no usable weighting: missing work is then counted.
+    /// Null when the course has no usable weighting; missing work is then counted.
     const GradeWeighting *weighting = nullptr;
     /// Names for missing work, with or without a weighting.
     const AssignmentNames &names;
     Date now;
 };
 
-/// One row per student, by combined score, highest first; equal scores keep the order of the
-/// enrollments. Since levels are cut from the same score, At Risk comes first.
+/// One row per student, by falling score and therefore by falling level; equal scores keep the
+/// order of the enrollments.
 [[nodiscard]] std::vector<RiskRow> scoreRoster(const ScoringInput &input);
 
-/// The level of a combined score: At Risk from 0.5, Concern from 0.25, Watch from 0.1. Absent below
-/// that and for a score that is not a number.
+/// The level of a score: At Risk from 0.5, Concern from 0.25, Watch from 0.1. Absent below that,
+/// and for a score that is not a number.
 [[nodiscard]] std::optional<RiskLevel> levelOf(double score);
 
 } // namespace ellwynd

@@ -32,7 +32,7 @@ struct MovementTest : testing::Test {
     }
 };
 
-TEST_F(MovementTest, OneStudentAgainstTheLastEarlierDay) {
+TEST_F(MovementTest, ComparesWithTheLastEarlierDay) {
     const Date yesterday = noon - days(1);
     struct Row {
         const char *what;
@@ -57,7 +57,7 @@ TEST_F(MovementTest, OneStudentAgainstTheLastEarlierDay) {
          "Watch",
          "Student 1 is newly Watch",
          "Since last time: 1 newly flagged"},
-        {"an unknown level is no level",
+        {"an unknown level counts as none",
          {entry(7, 1, yesterday, "Purple")},
          "Watch",
          "Student 1 is newly Watch",
@@ -76,7 +76,7 @@ TEST_F(MovementTest, OneStudentAgainstTheLastEarlierDay) {
         {"joined without a flag", {entry(7, 9, yesterday, "OK")}, "OK", "", ""},
         {"first visit", {entry(8, 1, yesterday, "OK")}, "At Risk", "", ""},
         {"the same day is never compared", {entry(7, 1, noon - hours(6), "OK")}, "At Risk", "", ""},
-        {"the latest counts, however long ago",
+        {"the latest entry counts, even from long ago",
          {entry(7, 1, noon - days(60), "OK"), entry(7, 1, noon - days(30), "Concern"),
           entry(7, 9, yesterday, "OK")},
          "Watch",
@@ -112,7 +112,7 @@ TEST_F(MovementTest, WorseFirstThenNewThenImproved) {
     EXPECT_EQ(change[0].previousDate, yesterday);
 }
 
-TEST_F(MovementTest, ATermInASentence) {
+TEST_F(MovementTest, TermStoryDescribesTheLevels) {
     struct Row {
         std::vector<const char *> levels;
         std::string story;
@@ -141,7 +141,7 @@ TEST_F(MovementTest, ATermInASentence) {
     EXPECT_FALSE(isJoined({day, {}}, {day + days(14) + std::chrono::seconds(1), {}}));
 }
 
-TEST_F(MovementTest, TwoWeeksOfLevelsInWords) {
+TEST_F(MovementTest, LevelTrendTextDescribesTwoWeeks) {
     history.fill(
         {entry(7, 1, noon - days(15), "At Risk"), entry(7, 1, noon - days(14), "Concern"),
          entry(7, 2, noon - days(14), "Watch"), entry(8, 1, noon - days(3), "At Risk"),
@@ -160,12 +160,12 @@ TEST_F(MovementTest, TwoWeeksOfLevelsInWords) {
     EXPECT_EQ(levelTrendText(RiskLevel::watch, {}, today), "Watch: 2 now, unchanged.");
 }
 
-/// Visits around midnight over the end of daylight saving time. What is expected is worked out from
-/// the zone's offset by hand, day by day.
+/// Visits around midnight across the end of daylight saving time. The expected values are computed
+/// independently from the zone's offsets.
 TEST_F(MovementTest, AMonthOfVisitsInTwoZones) {
     struct Place {
         const char *zone;
-        /// The instant at which clocks go back, and the offsets on both sides.
+        /// The instant at which clocks are set back, and the offsets before and after it.
         Date change;
         hours before;
         hours after;
@@ -178,9 +178,9 @@ TEST_F(MovementTest, AMonthOfVisitsInTwoZones) {
             const auto local = date + (date < place.change ? place.before : place.after);
             return std::chrono::floor<days>(local.time_since_epoch()).count();
         };
-        RosterHistory played(
+        RosterHistory recorded(
             defaults, folder.path() / place.zone, [] { return at("2026-11-20T00:00:00Z"); });
-        // What was last seen of each course on each day, by hand.
+        // The last entries of each course and day.
         std::map<std::pair<std::int64_t, std::int64_t>, std::vector<RosterSnapshot>> seen;
         std::vector<RosterSnapshot> expected;
         const char *levels[] = {"OK", "Watch", "Concern", "At Risk"};
@@ -197,7 +197,7 @@ TEST_F(MovementTest, AMonthOfVisitsInTwoZones) {
             for (std::int64_t student = 1; student <= 3; ++student)
                 rows.push_back(row(student, levels[(visit * 7 + student * visit) % 4], visit));
 
-            // The last day of the course before this one, by hand.
+            // The entries of the course's last day before this one.
             const std::vector<RosterSnapshot> *last = nullptr;
             for (const auto &[key, entries] : seen) {
                 if (key.first == course && key.second < day)
@@ -210,12 +210,12 @@ TEST_F(MovementTest, AMonthOfVisitsInTwoZones) {
                 worse += step > 0;
                 better += step < 0;
             }
-            const auto change = changes(played, rows, course, date);
+            const auto change = changes(recorded, rows, course, date);
             const MovementCounts counts = movementCounts(change);
             EXPECT_EQ(counts.slipped + counts.newlyFlagged, worse) << place.zone << visit;
             EXPECT_EQ(counts.improved, better) << place.zone << visit;
 
-            played.record(rows, course, date);
+            recorded.record(rows, course, date);
             std::erase_if(expected, [&](const RosterSnapshot &old) {
                 return old.courseID == course && localDay(old.recordedAt) == day;
             });
@@ -227,14 +227,14 @@ TEST_F(MovementTest, AMonthOfVisitsInTwoZones) {
                 expected.push_back(today.back());
             }
         }
-        EXPECT_EQ(played.entries(), expected);
+        EXPECT_EQ(recorded.entries(), expected);
         std::set<std::int64_t> allDays;
         for (const auto &[key, entries] : seen)
             allDays.insert(key.second);
-        EXPECT_EQ(played.dayCount(), std::int64_t(allDays.size()));
-        const RosterHistory again(
+        EXPECT_EQ(recorded.dayCount(), std::int64_t(allDays.size()));
+        const RosterHistory reopened(
             defaults, folder.path() / place.zone, [] { return at("2026-11-20T00:00:00Z"); });
-        EXPECT_EQ(again.entries(), expected);
+        EXPECT_EQ(reopened.entries(), expected);
     }
 }
 

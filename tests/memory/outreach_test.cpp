@@ -49,13 +49,13 @@ TEST_F(ContactsTest, KeepsOneRecordPerStudentAndCourse) {
     EXPECT_EQ(contactsStatus(contacts), "4 students recorded.");
     EXPECT_EQ(
         std::ranges::count(test::LogCapture::lines(), "contacts: Noted a contact in course 7"), 4);
-    const ContactLog again(defaults, data(), noonClock);
-    EXPECT_EQ(again.records(), contacts.records());
-    EXPECT_EQ(again.lastContact(7, 1)->contactedAt, at("2026-09-04T12:00:00.25Z"));
-    EXPECT_EQ(again.lastContact(9, 1), std::nullopt);
+    const ContactLog reopened(defaults, data(), noonClock);
+    EXPECT_EQ(reopened.records(), contacts.records());
+    EXPECT_EQ(reopened.lastContact(7, 1)->contactedAt, at("2026-09-04T12:00:00.25Z"));
+    EXPECT_EQ(reopened.lastContact(9, 1), std::nullopt);
 }
 
-TEST_F(ContactsTest, OldContactsAndUnreadableFilesGo) {
+TEST_F(ContactsTest, DropsOldContactsAndIgnoresUnreadableFiles) {
     const auto record = [](std::int64_t course, Date date) {
         return R"({"courseID":)" + std::to_string(course) + R"(,"studentID":1,"contactedAt":)" +
             std::to_string((date - at("2001-01-01T00:00:00Z")).count() / 1'000'000) + "}";
@@ -85,14 +85,14 @@ TEST_F(ContactsTest, OldContactsAndUnreadableFilesGo) {
         EXPECT_THAT(
             test::LogCapture::lines(),
             ElementsAre(testing::StartsWith("contacts: Couldn't read the contact log: ")));
-        EXPECT_EQ(saved(), bytes) << "left where it is until the next save";
+        EXPECT_EQ(saved(), bytes) << "left in place until the next save";
     }
     ContactLog contacts(defaults, data(), noonClock);
     contacts.noteContact(7, 1, noon);
     EXPECT_EQ(std::ranges::count(saved(), '{'), 1);
 }
 
-TEST_F(ContactsTest, SwitchedOffItForgetsAndNotesNothing) {
+TEST_F(ContactsTest, SwitchingOffDeletesRecordsAndStopsRecording) {
     ContactLog window(defaults, data(), noonClock);
     window.noteContact(7, 1, noon);
     defaults.set(preferences::rememberContacts, false);
@@ -107,10 +107,10 @@ struct OutreachTest : ContactsTest {
     ContactLog contacts{defaults, std::nullopt, noonClock};
 };
 
-TEST_F(OutreachTest, TellsWhatBecameOfAContact) {
+TEST_F(OutreachTest, OutcomesCompareTheLevelsThenAndNow) {
     struct Row {
         std::int64_t daysAgo;
-        /// Empty when the history knows nothing of the student.
+        /// Empty when the history has no entry of the student.
         std::string then;
         std::string now;
         std::string text;
@@ -142,8 +142,8 @@ TEST_F(OutreachTest, TellsWhatBecameOfAContact) {
         EXPECT_EQ(isAwaitingFollowUp(since), each.awaiting) << each.text;
         EXPECT_EQ(outcomeWord(since), each.word) << each.text;
     }
-    const auto ahead = outcome({7, 1, noon + days(2)}, row(1, "OK"), history, noon);
-    EXPECT_EQ(ahead.daysSince, 0) << "a clock that was set back";
+    const auto future = outcome({7, 1, noon + days(2)}, row(1, "OK"), history, noon);
+    EXPECT_EQ(future.daysSince, 0) << "a clock that was set back";
 }
 
 TEST_F(OutreachTest, TheLevelThenIsTheLastBeforeOrTheFirstAfter) {
@@ -216,24 +216,24 @@ TEST_F(TrendSyncTest, DoesNothingWhileSwitchedOffOrInTheSampleCollege) {
     EXPECT_THAT(trends.remoteCounts(1, noon + days(3)), ElementsAre(Pair("2026-09-24", 2)));
 }
 
-TEST_F(TrendSyncTest, AnnouncesWhatAnotherMachineCounted) {
+TEST_F(TrendSyncTest, SignalsOtherMachinesCounts) {
     here.synchronize();
-    int announced = 0;
-    QObject::connect(&trends, &TrendSync::trendCountsDidSync, &trends, [&] { ++announced; });
+    int signalled = 0;
+    QObject::connect(&trends, &TrendSync::trendCountsDidSync, &trends, [&] { ++signalled; });
     trends.start();
     trends.start();
     EXPECT_EQ(std::ranges::count(test::LogCapture::lines(), "trendsync: Trend sync started"), 1);
     trends.publish(3, 1, noon);
     here.synchronize();
-    EXPECT_EQ(announced, 0) << "its own counts";
+    EXPECT_EQ(signalled, 0) << "its own counts";
     SyncedFolder there{folder.path() / "cloud", folder.path() / "seen-there.json"};
     there.set("TrendX.1", std::string("{}"));
     here.synchronize();
-    EXPECT_EQ(announced, 0);
+    EXPECT_EQ(signalled, 0);
     there.set("Trend.12", std::string("{}"));
     there.set("Trend.13", std::string("{}"));
     here.synchronize();
-    EXPECT_EQ(announced, 1);
+    EXPECT_EQ(signalled, 1);
 }
 
 } // namespace

@@ -36,7 +36,7 @@ struct HistoryTest : testing::Test {
         folder.write(std::string("data/") + fileName, bytes);
     }
     [[nodiscard]] RosterHistory open() { return {defaults, data(), noonClock}; }
-    [[nodiscard]] std::size_t filesBeside() const {
+    [[nodiscard]] std::size_t filesSetAside() const {
         return std::size_t(std::ranges::count_if(
             std::filesystem::directory_iterator(data()), [](const auto &file) {
                 return file.path().filename().string().find("unreadable") != std::string::npos;
@@ -44,7 +44,7 @@ struct HistoryTest : testing::Test {
     }
 };
 
-TEST_F(HistoryTest, IsWrittenKeyByKeyAndReadBack) {
+TEST_F(HistoryTest, RoundTripsThroughItsFile) {
     {
         RosterHistory history(defaults, data(), noonClock);
         history.record({row(2, "Concern", 3), row(1, "OK")}, 7, at("2026-09-24T12:00:00.75Z"));
@@ -53,10 +53,10 @@ TEST_F(HistoryTest, IsWrittenKeyByKeyAndReadBack) {
         saved(),
         R"([{"courseID":7,"studentID":2,"recordedAt":"2026-09-24T12:00:00Z","level":"Concern","missingCount":3},)"
         R"({"courseID":7,"studentID":1,"recordedAt":"2026-09-24T12:00:00Z","level":"OK","missingCount":0}])");
-    const RosterHistory again(defaults, data(), noonClock);
+    const RosterHistory reopened(defaults, data(), noonClock);
     EXPECT_THAT(
-        again.entries(), ElementsAre(entry(7, 2, noon, "Concern", 3), entry(7, 1, noon, "OK")));
-    EXPECT_EQ(historyStatus(again), "1 day recorded.");
+        reopened.entries(), ElementsAre(entry(7, 2, noon, "Concern", 3), entry(7, 1, noon, "OK")));
+    EXPECT_EQ(historyStatus(reopened), "1 day recorded.");
 }
 
 TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
@@ -79,7 +79,7 @@ TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
     EXPECT_TRUE(history.entries(7, 2).empty()) << "has left the roster";
 }
 
-TEST_F(HistoryTest, OldEntriesAndTheSampleCollegeAreCleanedOut) {
+TEST_F(HistoryTest, DropsOldEntriesAndThoseOfTheSampleCollege) {
     const Date cutoff = noon - seconds(31'536'000);
     std::vector<RosterSnapshot> entries{
         entry(7, 1, cutoff, "OK"),        entry(7, 2, cutoff - seconds(1), "OK"),
@@ -94,7 +94,7 @@ TEST_F(HistoryTest, OldEntriesAndTheSampleCollegeAreCleanedOut) {
     EXPECT_EQ(decodeHistory(saved()), history.entries()) << "an unknown level is kept";
 }
 
-TEST_F(HistoryTest, WhatCannotBeReadIsSetAsideWithItsBytes) {
+TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
     const std::string good =
         R"({"courseID":7,"studentID":1,"recordedAt":"2026-09-24T12:00:00Z","level":"OK","missingCount":0})";
     const auto with = [&](std::string_view key, std::string_view value) {
@@ -141,7 +141,7 @@ TEST_F(HistoryTest, WhatCannotBeReadIsSetAsideWithItsBytes) {
     }
     write("again");
     static_cast<void>(open());
-    EXPECT_EQ(filesBeside(), 2U) << "one set aside in the same second is not overwritten";
+    EXPECT_EQ(filesSetAside(), 2U) << "one set aside in the same second is not overwritten";
 }
 
 TEST_F(HistoryTest, TwoProcessesKeepEachOthersEntries) {
@@ -154,17 +154,17 @@ TEST_F(HistoryTest, TwoProcessesKeepEachOthersEntries) {
     commandLine.deleteAll();
     window.record({row(4, "OK")}, 8, noon);
     EXPECT_THAT(decodeHistory(saved()), ElementsAre(entry(8, 4, noon, "OK")))
-        << "what was forgotten elsewhere does not come back";
+        << "entries deleted by another process must not come back";
     write("broken");
     window.record({row(5, "OK")}, 9, noon);
     EXPECT_EQ(decodeHistory(saved()).size(), 2U);
-    EXPECT_EQ(filesBeside(), 1U);
+    EXPECT_EQ(filesSetAside(), 1U);
 }
 
-TEST_F(HistoryTest, WhatCouldNotBeSavedIsWrittenWithTheNextChange) {
+TEST_F(HistoryTest, UnsavedChangesAreSavedWithTheNextOne) {
     RosterHistory window(defaults, data(), noonClock);
     window.record({row(1, "Watch")}, 7, noon);
-    // The folder goes away, and a file stands where it was.
+    // The folder is moved away and replaced by a file.
     const auto elsewhere = folder.path() / "elsewhere";
     std::filesystem::rename(data(), elsewhere);
     folder.write("data", "in the way");
@@ -173,34 +173,34 @@ TEST_F(HistoryTest, WhatCouldNotBeSavedIsWrittenWithTheNextChange) {
         test::LogCapture::lines().back(),
         testing::StartsWith("history: Couldn't save roster history: "));
     EXPECT_EQ(window.entries().size(), 2U);
-    // It comes back, with what another process recorded meanwhile.
+    // It is moved back, and another process records an entry.
     std::filesystem::remove(data());
     std::filesystem::rename(elsewhere, data());
     RosterHistory(defaults, data(), noonClock).record({row(9, "OK")}, 9, noon);
     window.record({row(3, "OK")}, 10, noon);
     EXPECT_EQ(decodeHistory(saved()).size(), 4U);
-    // A file that may be there but cannot be looked at was not removed by anybody.
+    // A file whose state is unknown does not count as removed.
     std::filesystem::remove(data() / fileName);
     std::filesystem::create_symlink(data() / fileName, data() / fileName);
     window.record({row(3, "OK")}, 10, noon);
     EXPECT_EQ(decodeHistory(saved()).size(), 4U);
-    // A folder that vanishes as a whole is no reason to forget.
+    // Removing the whole folder does not clear the in-memory state.
     std::filesystem::remove_all(data());
     window.record({row(4, "OK")}, 11, noon);
     EXPECT_EQ(decodeHistory(saved()).size(), 5U);
 }
 
-TEST_F(HistoryTest, SwitchedOffItForgetsAndRecordsNothing) {
+TEST_F(HistoryTest, SwitchingOffDeletesEntriesAndStopsRecording) {
     RosterHistory history(defaults, data(), noonClock);
-    int announced = 0;
-    QObject::connect(&history, &RosterHistory::historyDidChange, &history, [&] { ++announced; });
+    int signalled = 0;
+    QObject::connect(&history, &RosterHistory::historyDidChange, &history, [&] { ++signalled; });
     history.record({row(1, "Watch")}, 7, noon);
     defaults.set(preferences::rememberRosterHistory, false);
     EXPECT_TRUE(history.entries().empty());
     EXPECT_FALSE(std::filesystem::exists(data() / fileName));
     EXPECT_EQ(test::LogCapture::lines().back(), "history: Roster history deleted");
     history.record({row(1, "Watch")}, 7, noon);
-    EXPECT_EQ(announced, 2);
+    EXPECT_EQ(signalled, 2);
     EXPECT_EQ(historyStatus(history), "Nothing recorded.");
     defaults.set("RememberRosterHistory", std::string("neither"));
     EXPECT_TRUE(history.isEnabled());
@@ -211,8 +211,8 @@ TEST_F(HistoryTest, SwitchedOffItForgetsAndRecordsNothing) {
     EXPECT_FALSE(std::filesystem::exists(data() / fileName));
 }
 
-/// Hundreds of saves in processes that are killed at some moment.
-TEST_F(HistoryTest, AKilledProcessLeavesAWholeFile) {
+/// Hundreds of saves in processes that are killed at an arbitrary moment.
+TEST_F(HistoryTest, AKilledProcessLeavesAValidFile) {
     for (int round = 0; round < 20; ++round) {
         int progress[2];
         ASSERT_EQ(::pipe(progress), 0);
@@ -229,7 +229,7 @@ TEST_F(HistoryTest, AKilledProcessLeavesAWholeFile) {
             }
         }
         ::close(progress[1]);
-        // Wherever the writer is after this many saves.
+        // Kills the writer at an arbitrary point after this many saves.
         char done = 0;
         for (int saves = 0; saves < 5 + round; ++saves)
             ASSERT_EQ(::read(progress[0], &done, 1), 1);

@@ -17,7 +17,7 @@ ClassFigures figuresOf(const Classroom &room) {
     return classFigures(room.enrollments, room.submissions, std::nullopt, test::noon);
 }
 
-TEST(ClassFigures, ExcludeWhatSixtyPercentOfAClassAreMissing) {
+TEST(ClassFigures, ExcludeAssignmentsThatSixtyPercentAreMissing) {
     struct Row {
         std::int64_t roster;
         std::int64_t missing;
@@ -86,7 +86,7 @@ TEST(MissedWork, ListsTheMostMissedFirst) {
     EXPECT_TRUE(missedWork(wide.submissions, 5, {})[0].isClassWide);
 }
 
-TEST(MissedWork, IsToldInWords) {
+TEST(MissedWork, SummaryAndDescription) {
     EXPECT_EQ(missedWorkSummary(1, 1), "1 assignment with missing work, out of 1 student");
     EXPECT_EQ(missedWorkSummary(2, 26), "2 assignments with missing work, out of 26 students");
     EXPECT_EQ(
@@ -108,7 +108,7 @@ AssignmentGroup group(std::optional<double> weight, std::vector<Assignment> assi
     return {.id = 1, .groupWeight = weight, .assignments = std::move(assignments)};
 }
 
-TEST(GradeWeighting, SharesOutTheGrade) {
+TEST(GradeWeighting, SharesFollowWeightsOrPoints) {
     Assignment hidden = worth(8, 100);
     hidden.published = false;
     Assignment omitted = worth(9, 100);
@@ -129,7 +129,7 @@ TEST(GradeWeighting, SharesOutTheGrade) {
         {1, 10.0 / 60}, {2, 0.5}, {3, 0}, {4, 0}, {5, 10.0 / 60}, {6, 10.0 / 60}};
     for (const Row &row : std::vector<Row>{
              {"weights", weighted, true, byWeight},
-             {"weights by themselves", weighted, std::nullopt, byWeight},
+             {"weights without the course's flag", weighted, std::nullopt, byWeight},
              {"weights switched off", weighted, false, byPoints},
              {"no weights", {group(0, {worth(1, 1), worth(2, 3)})}, true, {{1, 0.25}, {2, 0.75}}},
              {"no points", {group(std::nullopt, {worth(1, 0)})}, true, {}},

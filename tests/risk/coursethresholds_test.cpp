@@ -32,14 +32,14 @@ TEST_F(CourseThresholdsTest, FollowTheDefaultsUntilOverridden) {
     EXPECT_EQ(defaults.persistentDomain().count("Course.1.PassingScore"), 0U);
 }
 
-TEST_F(CourseThresholdsTest, ReadNumbersOfEitherForm) {
+TEST_F(CourseThresholdsTest, ConvertIntegersAndIgnoreTexts) {
     defaults.set("Course.1.PassingScore", std::int64_t{80});
     defaults.set("Course.2.PassingScore", std::string("eighty"));
     EXPECT_EQ(courseThresholds(defaults, 1).passingScore, 80);
     EXPECT_EQ(courseThresholds(defaults, 2), CourseThresholds{});
 }
 
-TEST(ThresholdsSummary, RoundsAndSaysWhatIsFollowed) {
+TEST(ThresholdsSummary, RoundsAndMentionsOverrides) {
     struct Row {
         CourseThresholds thresholds;
         const char *summary;

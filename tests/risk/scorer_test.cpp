@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 constexpr std::int64_t day = 86'400;
 
-TEST(Scorer, OneStudentOfEveryKind) {
+TEST(Scorer, ScoresASingleStudent) {
     struct Row {
         const char *what;
         Classroom room;
@@ -33,7 +33,7 @@ TEST(Scorer, OneStudentOfEveryKind) {
     oddPass.passing = 72.5;
     const std::initializer_list<std::int64_t> ten{11, 12, 13, 14, 15, 16, 17, 18, 19, 20};
     const std::vector<Row> rows{
-        {"nothing known", one(std::nullopt), 0, std::nullopt, {}},
+        {"no data", one(std::nullopt), 0, std::nullopt, {}},
         {"damped by fifteen points",
          one(85).missing(1, {1, 2, 3, 4, 5}).handedIn(1, ten),
          0.3 * 0.4,
@@ -93,10 +93,10 @@ TEST(Scorer, OneStudentOfEveryKind) {
          0.1,
          RiskLevel::watch,
          {"6 past-due unsubmitted"}},
-        {"due this second", one(std::nullopt).overdue(1, {1}, 0), 0, std::nullopt, {}},
+        {"due now", one(std::nullopt).overdue(1, {1}, 0), 0, std::nullopt, {}},
         {"a negative score", one(-3), 0.5, RiskLevel::atRisk, {"Current score -3% (below 70%)"}},
         {"rounding to zero", one(-0.2), 0.5, RiskLevel::atRisk, {"Current score 0% (below 70%)"}},
-        {"a score beyond all bounds", one(1e300), 0, std::nullopt, {}},
+        {"a huge score", one(1e300), 0, std::nullopt, {}},
     };
     for (const Row &row : rows) {
         const RiskRow scored = row.room.row(1);
@@ -106,7 +106,7 @@ TEST(Scorer, OneStudentOfEveryKind) {
     }
 }
 
-TEST(Scorer, BandsBeginExactlyAtTheirLimits) {
+TEST(Scorer, LevelsBeginExactlyAtTheirLimits) {
     EXPECT_EQ(levelOf(0.5), RiskLevel::atRisk);
     EXPECT_EQ(levelOf(std::nextafter(0.5, 0)), RiskLevel::concern);
     EXPECT_EQ(levelOf(0.25), RiskLevel::concern);
@@ -127,7 +127,7 @@ TEST(Scorer, BandsBeginExactlyAtTheirLimits) {
     EXPECT_EQ(idle.row(1).level, RiskLevel::atRisk);
 }
 
-TEST(Scorer, WeighsMissingWorkByItsShare) {
+TEST(Scorer, WeightsMissingWorkByItsShare) {
     struct Row {
         double share;
         double score;
@@ -146,7 +146,7 @@ TEST(Scorer, WeighsMissingWorkByItsShare) {
         EXPECT_NEAR(room.row(1).score, row.score, 1e-12);
         EXPECT_THAT(sentences(room.row(1)), ElementsAre(row.why));
     }
-    // A weighting without the assignment gives the signal nothing; no weighting counts it.
+    // An assignment that a weighting lacks has no weight. Without a weighting it is counted.
     Classroom room;
     room.student(1).missing(1, {1, 2}).handedIn(1, {3, 4, 5});
     room.weighting = GradeWeighting{};
@@ -155,7 +155,7 @@ TEST(Scorer, WeighsMissingWorkByItsShare) {
     EXPECT_NEAR(room.row(1).score, 0.3 * 2 / 5, 1e-12);
 }
 
-TEST(Scorer, LinksWhatCanBeOpened) {
+TEST(Scorer, ReasonsLinkToAssignmentsAndGrades) {
     Classroom room;
     room.student(1, 60).missing(1, {9, 8}).handedIn(1, {1, 2, 3});
     room.names = {{9, "Essay — ünï"}};
@@ -190,7 +190,7 @@ TEST(Scorer, InactivityIsMeasuredAgainstTheClass) {
              {"fourteen behind", 17 * day, 3 * day, 1, {"No recent activity (17 days)"}},
              {"thirty behind", 33 * day, 3 * day, 1, {"No recent activity (33 days)"}},
              {"a quiet class", 20 * day, 15 * day, 0, {}},
-             {"nothing recorded", std::nullopt, 3 * day, 1, {"No recorded activity"}},
+             {"no recorded activity", std::nullopt, 3 * day, 1, {"No recorded activity"}},
              {"class quiet for 30 days", std::nullopt, 30 * day, 1, {"No recorded activity"}},
              {"class quiet for longer", std::nullopt, 30 * day + 1, 0, {}},
          }) {
@@ -243,7 +243,7 @@ TEST(Scorer, TimeInCourseCountsBelowHalfTheMedian) {
     EXPECT_EQ(Classroom().student(1).student(2, std::nullopt, std::nullopt, 0).row(1).score, 0);
 }
 
-TEST(Scorer, WorkTheClassIsMissingCountsForNobody) {
+TEST(Scorer, ClassWideMissingWorkDoesNotCount) {
     Classroom room;
     for (int id = 1; id <= 5; ++id)
         room.student(id);
@@ -255,7 +255,7 @@ TEST(Scorer, WorkTheClassIsMissingCountsForNobody) {
     EXPECT_EQ(room.row(4).score, 0);
 }
 
-TEST(Scorer, SectionsOfOneStudentAreOneRow) {
+TEST(Scorer, SectionsOfAStudentAreMerged) {
     Classroom room;
     room.student(1, 88, 3 * day, 7'200).student(1, 40, 1 * day, 18'000).student(1);
     room.enrollments[0].user = EnrolledUser{.id = 1, .name = "Ana"};
@@ -276,7 +276,7 @@ TEST(Scorer, EqualScoresKeepTheirOrder) {
     EXPECT_THAT(order, ElementsAre(1, 3, 2, 5, 9));
 }
 
-TEST(Scorer, NamesFallBack) {
+TEST(Scorer, StudentNamesFallBack) {
     Classroom room;
     room.student(1).student(2).student(3);
     room.enrollments[0].user = EnrolledUser{.id = 1, .name = "", .sortableName = "Ruiz, Ana"};

@@ -13,8 +13,8 @@ namespace ellwynd {
 
 namespace {
 
-/// The reasons in one line. A sentence that announces a list is followed by the missing work.
-std::string why(const RiskRow &row) {
+/// The reasons in one line. A sentence that ends in a colon is followed by the missing work.
+std::string reasonsText(const RiskRow &row) {
     std::vector<std::string> sentences;
     for (const ReasonLine &line : row.reasonLines) {
         std::string sentence = line.text;
@@ -30,7 +30,7 @@ std::string why(const RiskRow &row) {
 }
 
 std::string csvCell(const std::string &cell) {
-    // Readers of CSV take a carriage return for the end of a row as well.
+    // CSV readers treat a carriage return as the end of a row too.
     if (cell.find_first_of(",\"\n\r") == std::string::npos)
         return cell;
     std::string quoted = "\"";
@@ -42,7 +42,7 @@ std::string csvCell(const std::string &cell) {
     return quoted + '"';
 }
 
-/// Every line break becomes a space, whichever of the three forms it has.
+/// Replaces every LF, CR and CR LF by a space.
 std::string withoutLineBreaks(std::string_view text) {
     std::string line;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -100,7 +100,7 @@ std::vector<std::string> exportRow(const RiskRow &row, const ExportSource &sourc
     cells.push_back(row.currentGrade.value_or(""));
     cells.push_back(row.missingCount > 0 ? std::to_string(row.missingCount) : "");
     cells.push_back(row.lastActivityAt ? calendar::dayKey(*row.lastActivityAt) : "never");
-    cells.push_back(why(row));
+    cells.push_back(reasonsText(row));
     cells.push_back(since ? calendar::dayKey(since->contactedAt) : "");
     cells.push_back(since ? outcomeLabel(*since) : "");
     return cells;

@@ -1,4 +1,4 @@
-// Rosters as tables that leave the program.
+// Exports rosters as CSV and Markdown tables.
 #pragma once
 
 #include "memory/outreach.h"
@@ -9,38 +9,38 @@ namespace ellwynd {
 
 enum class ExportFormat { csv, markdown };
 
-/// What the cells of a table are made from besides its rows.
+/// The data for the cells of a table besides its rows. The references must outlive the call.
 struct ExportSource {
     const ContactLog &contacts;
     const RosterHistory &history;
     Date now;
-    /// A whole term's rows name their course.
+    /// Whether the rows are those of a whole term, which adds a column for the course.
     bool wholeTerm = false;
 };
 
 [[nodiscard]] std::vector<std::string> exportHeaders(bool wholeTerm);
 
-/// One cell a header; what a student does not have is an empty cell.
+/// One cell for each header; empty for missing values.
 [[nodiscard]] std::vector<std::string> exportRow(const RiskRow &row, const ExportSource &source);
 
-/// What became of a contact: "no change", "worse" or "improved", and " — awaiting follow-up" where
-/// it is.
+/// The outcome of a contact: "no change", "worse" or "improved", followed by
+/// " — awaiting follow-up" if that applies.
 [[nodiscard]] std::string outcomeLabel(const OutreachOutcome &outcome);
 
-/// A header line and a line a row, in their order, each ended by one line feed.
+/// A header line and a line for each row, each ended by a line feed.
 [[nodiscard]] std::string csv(std::span<const RiskRow> rows, const ExportSource &source);
 
 /// A heading, the day of the export and a table.
-/// @param title the name of the course or of the term that is shown.
+/// @param title the name of the course or of the term.
 [[nodiscard]] std::string
 markdown(std::string_view title, std::span<const RiskRow> rows, const ExportSource &source);
 
-/// Either of the two.
+/// The text in the given format.
 [[nodiscard]] std::string exportText(
     ExportFormat format, std::string_view title, std::span<const RiskRow> rows,
     const ExportSource &source);
 
-/// "Ellwynd — Bio 101- Lab-Field — 2026-09-24.csv": what a save panel begins with.
+/// The suggested file name: "Ellwynd — Bio 101- Lab-Field — 2026-09-24.csv".
 [[nodiscard]] std::string exportFileName(ExportFormat format, std::string_view title, Date now);
 
 } // namespace ellwynd

@@ -14,7 +14,7 @@ namespace ellwynd {
 namespace {
 
 using Placeholder = MessageTemplate::Placeholder;
-/// By placeholder; an empty text means no value.
+/// Indexed by placeholder; an empty text means no value.
 using Values = std::array<std::string, placeholders.size()>;
 
 std::string firstWord(const std::string &name) {
@@ -51,7 +51,7 @@ valuesOf(const RiskRow &row, const std::optional<std::string> &courseName, doubl
     return values;
 }
 
-/// Replaces every occurrence; what is inserted is not looked at again.
+/// Replaces every occurrence in the original text; inserted values are not searched.
 std::string replaced(std::string_view text, std::string_view token, std::string_view value) {
     std::string result;
     std::size_t copied = 0;
@@ -63,7 +63,7 @@ std::string replaced(std::string_view text, std::string_view token, std::string_
     return result.append(text.substr(copied));
 }
 
-/// Absent for a line with a placeholder that has no value.
+/// Absent if the line has a placeholder without a value.
 std::optional<std::string> filledLine(std::string line, const Values &values) {
     for (const PlaceholderText &placeholder : placeholders) {
         if (line.find(placeholder.token) == std::string::npos)

@@ -1,4 +1,4 @@
-// Messages with placeholders, and the texts they become for a student.
+// Message templates with placeholders, which are filled in for a student.
 #pragma once
 
 #include "base/date.h"
@@ -35,15 +35,15 @@ struct MessageTemplate {
     bool operator==(const MessageTemplate &) const = default;
 };
 
-/// How a placeholder is written, and what settings call it.
+/// A placeholder's token, and its description in the settings.
 struct PlaceholderText {
     MessageTemplate::Placeholder placeholder;
-    /// With its braces, as it is written in a body.
+    /// With braces, as in a body.
     std::string_view token;
     std::string_view meaning;
 };
 
-/// In the order in which a line is examined and filled.
+/// In the order in which they are filled in.
 inline constexpr std::array<PlaceholderText, 9> placeholders{{
     {MessageTemplate::Placeholder::firstName, "{first_name}", "the student's first name"},
     {MessageTemplate::Placeholder::name, "{name}", "the student's full name"},
@@ -65,17 +65,17 @@ inline constexpr std::array<PlaceholderText, 9> placeholders{{
 /// A template with a new id, created now.
 [[nodiscard]] MessageTemplate newTemplate(std::string name, std::string body, Date now);
 
-/// The message for one student. A line that holds a placeholder without a value is left out; text
-/// in braces that is not a placeholder stays. Values are inserted one placeholder after the other,
-/// so that a later one is also filled where an earlier value brought it in.
-/// @param courseName the row's own when absent.
+/// The message for one student. A line with a placeholder that has no value is omitted; other text
+/// in braces is kept. Placeholders are filled in one after the other, so a value that contains a
+/// later placeholder is filled in as well.
+/// @param courseName if absent, that of the row.
 /// @param passingScore percent.
 [[nodiscard]] std::string fill(
     const MessageTemplate &message, const RiskRow &row,
     const std::optional<std::string> &courseName, double passingScore);
 
-/// The messages for several students in the order of their rows, a blank line between two.
-/// @param passingScoreOf the passing score of a course, by its id, since rows may span courses.
+/// The messages for several students in the order of their rows, separated by blank lines.
+/// @param passingScoreOf returns the passing score of a course, since rows may span courses.
 [[nodiscard]] std::string fillAll(
     const MessageTemplate &message, std::span<const RiskRow> rows,
     const std::optional<std::string> &courseName,

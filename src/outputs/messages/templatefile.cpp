@@ -19,7 +19,7 @@ bool isHexDigit(char c) {
     return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
 }
 
-/// The standard form, 8-4-4-4-12 digits.
+/// Whether a text is a UUID with 8-4-4-4-12 digits.
 bool isUUID(std::string_view text) {
     constexpr std::string_view form = "00000000-0000-0000-0000-000000000000";
     return std::ranges::equal(text, form, [](char c, char expected) {
@@ -30,7 +30,7 @@ bool isUUID(std::string_view text) {
 std::string textOf(const json &item, const char *key) {
     auto text = stringOf(memberOf(item, key));
     if (!text)
-        throw FileError(fmt::format("A template's {} is not a text.", key));
+        throw FileError(fmt::format("A template's {} is not a string.", key));
     return std::move(*text);
 }
 

@@ -27,17 +27,17 @@ StoreFileOptions fileOptions() {
         .contents = "message templates",
         .unreadableName = "the unreadable file",
         .unreadable = UnreadableFile::setAside,
-        // No process deletes the file, so one that is gone has nothing to do with the templates.
+        // The program never deletes this file, so a missing file does not clear the templates.
         .removalClears = false};
 }
 
 } // namespace
 
-TemplateStore::TemplateStore(const std::filesystem::path &directory, Clock clock)
+TemplateStore::TemplateStore(const std::filesystem::path &directory, Clock now)
     : store(
           fileOptions(), {.decode = decodeTemplates, .encode = encodeTemplates, .prune = {}},
-          directory, clock),
-      now(clock) {
+          directory, now),
+      now(now) {
     if (!store.open())
         store.fill(defaultTemplates(now()));
 }
@@ -101,7 +101,7 @@ TemplateStore::Removal TemplateStore::remove(const std::string &id) {
     const std::string knownID = known->id;
     Store::Transaction transaction = store.begin();
     Removal removal;
-    // Gone already where another process was first.
+    // Another process may have removed it already.
     const Templates &all = templates();
     if (const auto position = std::ranges::find(all, knownID, &MessageTemplate::id);
         position != all.end())

@@ -8,52 +8,52 @@
 
 namespace ellwynd {
 
-/// The templates in the order of the menus. Kept in one file, "MessageTemplates.json", rewritten
-/// whole after each change; two windows may share it. Lives on the main thread.
+/// The templates in the order of the menus. Stored in one file, "MessageTemplates.json", which is
+/// rewritten after each change and may be shared with other processes. Used on the main thread.
 ///
-/// The file is the teacher's own also where students are invented. What another process wrote is
-/// taken over before a change is applied; a change that cannot be saved stays in memory and is
-/// saved with the next.
+/// The sample college uses the teacher's own file too. Changes of other processes are loaded before
+/// a change is applied; a change that cannot be saved is kept in memory and saved with the next
+/// one.
 class TemplateStore : public QObject {
     Q_OBJECT
 
   public:
-    /// What a change took away and put in its place, for undoing it.
+    /// The templates that a change removed and added, for undoing it.
     struct Removal {
         struct Removed {
             std::size_t index = 0;
             MessageTemplate message;
         };
-        /// By index, which is that before the change.
+        /// By index before the change, ascending.
         std::vector<Removed> removed;
-        /// The templates that were added, as they were then.
+        /// The added templates as they were when added.
         std::vector<MessageTemplate> added;
     };
 
-    /// Reads the file at once. Without a file the templates are the shipped ones, and nothing is
-    /// written before the first change; so they are when the file cannot be read, which is then set
-    /// aside.
-    explicit TemplateStore(const std::filesystem::path &directory, Clock clock = systemNow);
+    /// Reads the file. Without one, the templates are the default ones, and nothing is written
+    /// before the first change. A file that cannot be read is set aside and counts as missing.
+    explicit TemplateStore(const std::filesystem::path &directory, Clock now = systemNow);
     ~TemplateStore() override;
 
     [[nodiscard]] const std::vector<MessageTemplate> &templates() const { return store.contents(); }
-    /// Null for an id that is not known. Valid until the next change.
+    /// Null for an unknown id. Valid until the next change.
     [[nodiscard]] const MessageTemplate *find(const std::string &id) const;
 
-    /// Appends it.
+    /// Appends a template.
     void add(MessageTemplate message);
-    /// Appends a template to begin with, and returns its id.
+    /// Appends a template named "Untitled", and returns its id.
     std::string addUntitled();
-    /// Nothing for an id that is not known. A template that another process deleted meanwhile comes
-    /// back, so that no words are lost.
+    /// Does nothing for an unknown id. A template that another process has deleted meanwhile is
+    /// added again, so that no text is lost.
     void update(const std::string &id, const std::string &name, const std::string &body);
-    /// Appends a copy and returns its id; empty for an id that is not known.
+    /// Appends a copy and returns its id; empty for an unknown id.
     std::string duplicate(const std::string &id);
+    /// Does nothing for an unknown id.
     Removal remove(const std::string &id);
-    /// The shipped templates first, in place of every template that has one of their names, then
-    /// the others.
+    /// Removes the templates that have the name of a default one, and inserts the default ones
+    /// before the others.
     Removal restoreDefaults();
-    /// Puts back what a change took away. What it added goes, unless it was edited since.
+    /// Inserts the removed templates again, and removes the added ones unless they were edited.
     void undo(const Removal &removal);
 
   Q_SIGNALS:

@@ -16,9 +16,9 @@ constexpr Log logger{"notify"};
 /// Canvas's limit on a course's name.
 constexpr qsizetype maxNameLength = 255;
 
-/// Embeddings, overrides and isolates, which reach beyond the name that begins them. Plain marks do
-/// not, and belong to some names.
-bool reorders(QChar c) {
+/// Bidirectional embeddings, overrides and isolates, which affect the text after the name.
+/// Directional marks do not, and occur in names.
+bool reordersText(QChar c) {
     return (c >= QChar(0x202a) && c <= QChar(0x202e)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
 }
 
@@ -27,11 +27,11 @@ std::string nameInNotice(const std::string &name) {
     for (const QChar c : QString::fromStdString(name)) {
         const bool breaks = c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
             c == QChar::ParagraphSeparator;
-        if (!reorders(c))
+        if (!reordersText(c))
             line += breaks ? QChar(u' ') : c;
     }
     if (line.size() > maxNameLength) {
-        // A character of two code units stays whole.
+        // Do not split a surrogate pair.
         const bool cutsPair = line.at(maxNameLength - 1).isHighSurrogate();
         line = line.left(maxNameLength - (cutsPair ? 1 : 0)) + QChar(u'…');
     }
@@ -71,7 +71,7 @@ MovementNotifier::MovementNotifier(
       notifications(notifications),
       applicationIsActive(std::move(applicationIsActive)),
       observingClicks(notifications.observeClicks(
-          [this](const UserNotice &notice) { Q_EMIT noticeClicked(notice.courseID); })) {}
+          [this](const UserNotice &notice) { Q_EMIT openRequested(notice.courseID); })) {}
 
 MovementNotifier::~MovementNotifier() = default;
 
@@ -86,13 +86,13 @@ void MovementNotifier::notify(const std::vector<CourseMovement> &courses) {
         return;
     std::vector<CourseMovement> fresh;
     for (const CourseMovement &course : courses) {
-        CourseMovement kept{.courseID = course.courseID, .courseName = course.courseName};
+        CourseMovement remaining{.courseID = course.courseID, .courseName = course.courseName};
         for (const std::int64_t student : course.worseStudentIDs) {
             if (alerted[course.courseID].insert(student).second)
-                kept.worseStudentIDs.push_back(student);
+                remaining.worseStudentIDs.push_back(student);
         }
-        if (!kept.worseStudentIDs.empty())
-            fresh.push_back(std::move(kept));
+        if (!remaining.worseStudentIDs.empty())
+            fresh.push_back(std::move(remaining));
     }
     if (fresh.empty())
         return;
@@ -114,7 +114,6 @@ void MovementNotifier::notify(const std::vector<CourseMovement> &courses) {
 }
 
 void MovementNotifier::post(const UserNotice &notice) {
-    // In front, the teacher is looking already.
     if (applicationIsActive() && !defaults.value(preferences::notifyWhileActive))
         return;
     notifications.post(notice, [](const std::string &message) {

@@ -1,4 +1,4 @@
-// The notice of students who newly do worse.
+// Posts notices about students whose level got worse.
 #pragma once
 
 #include "platform/notifications/usernotifications.h"
@@ -15,43 +15,45 @@ namespace ellwynd {
 /// One course of a scoring pass.
 struct CourseMovement {
     std::int64_t courseID = 0;
-    /// As Canvas gives it.
+    /// As in Canvas; may contain any characters.
     std::string courseName;
     /// Students whose level is worse than at the last visit.
     std::vector<std::int64_t> worseStudentIDs;
 };
 
-/// "1 student newly needs attention", or more of them.
+/// "1 student newly needs attention".
 [[nodiscard]] std::string movementTitle(std::size_t students);
 
-/// The name of the one course, or "Biology (2) · Chemistry (1)". A name is one line of its own:
-/// control characters become spaces, those that would turn the text around after it are left out,
-/// and it ends in "…" where it is longer than Canvas's 255 characters.
+/// The name of a single course, or "Biology (2) · Chemistry (1)". In names, control characters are
+/// replaced by spaces, characters that would reorder the following text are removed, and names of
+/// more than 255 characters, which is Canvas's limit, are truncated with "…".
 [[nodiscard]] std::string movementBody(const std::vector<CourseMovement> &courses);
 
-/// Posts at most one quiet notice for each scoring pass: counts and course names, never a student's
-/// name, and each student once until their course is opened. Follows "MovementNotifications",
-/// "NotifyWhileActive" and, in the sample college, "SampleNotifications". Lives on the main thread.
+/// Posts at most one silent notice for each scoring pass, with counts and course names but no
+/// students' names. Each student is counted once until the course is opened. Controlled by the
+/// preferences "MovementNotifications", "NotifyWhileActive" and, in the sample college,
+/// "SampleNotifications". Used on the main thread.
 class MovementNotifier : public QObject {
     Q_OBJECT
 
   public:
-    /// @param applicationIsActive whether one of the program's windows is in front.
+    /// @param applicationIsActive whether one of the program's windows is active.
     MovementNotifier(
         UserDefaults &defaults, UserNotifications &notifications,
         std::function<bool()> applicationIsActive);
     ~MovementNotifier() override;
 
-    /// Takes a pass's result. Students count as mentioned from now on, whether or not the system
-    /// shows the notice; while notices are switched off nobody does.
+    /// Posts the notice of a scoring pass. Its students are then not counted again, whether or not
+    /// the system shows the notice. Does nothing while notices are switched off.
     void notify(const std::vector<CourseMovement> &courses);
 
-    /// The course was opened: its students can be mentioned again.
+    /// Called when a course is opened: its students may be counted again.
     void forget(std::int64_t courseID);
 
   Q_SIGNALS:
-    /// @param courseID what the notice was about, if that was one course.
-    void noticeClicked(std::optional<std::int64_t> courseID);
+    /// A notice was clicked.
+    /// @param courseID the course of the notice; absent if it was about several.
+    void openRequested(std::optional<std::int64_t> courseID);
 
   private:
     [[nodiscard]] bool isEnabled() const;
@@ -60,7 +62,7 @@ class MovementNotifier : public QObject {
     UserDefaults &defaults;
     UserNotifications &notifications;
     std::function<bool()> applicationIsActive;
-    /// By course, the students mentioned since it was last opened.
+    /// By course, the students counted since it was last opened.
     std::map<std::int64_t, std::set<std::int64_t>> alerted;
     std::shared_ptr<void> observingClicks;
 };

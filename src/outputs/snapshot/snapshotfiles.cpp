@@ -30,7 +30,7 @@ void WidgetSnapshotWriter::write(const WidgetSnapshotFile &file) const {
         return;
     }
     try {
-        // Both are on the disk before either takes its place.
+        // Write both temporary files before replacing either file.
         files::Replacement two(container / widgetFiles::versionTwo, encode(file));
         files::Replacement one(container / widgetFiles::versionOne, encode(*automatic));
         two.commit();

@@ -1,4 +1,4 @@
-// The two files that the program writes for its widgets, and the one that they read.
+// Writes and reads the widget snapshot files.
 #pragma once
 
 #include "outputs/snapshot/widgetsnapshot.h"
@@ -15,19 +15,19 @@ inline constexpr std::string_view versionTwo = "WidgetSnapshotV2.json";
 
 } // namespace widgetFiles
 
-/// The program's side. Each file is replaced as a whole, and both or neither change; failures are
-/// logged and the widgets keep what they have.
+/// Writes the snapshot files, which are replaced together. Failures are logged; the previous files
+/// are then kept.
 class WidgetSnapshotWriter {
   public:
-    /// @param container the folder shared with the widgets; made when it is first written to.
-    /// @param reload asks the platform to draw all widgets again, after each change.
+    /// @param container the folder shared with the widgets; created by the first write.
+    /// @param reload called after each change to make all widgets reload.
     WidgetSnapshotWriter(std::filesystem::path container, std::function<void()> reload);
 
-    /// Writes both versions. A snapshot that lacks its automatic term is not written, so that the
+    /// Writes both versions. A snapshot without its automatic term is not written, so that the
     /// widgets keep the previous complete numbers.
     void write(const WidgetSnapshotFile &file) const;
 
-    /// Deletes both files: the teacher signed out.
+    /// Deletes both files, when the teacher signs out.
     void clear() const;
 
   private:
@@ -35,8 +35,7 @@ class WidgetSnapshotWriter {
     std::function<void()> reload;
 };
 
-/// The widgets' side: what the version-2 file holds. Absent when there is none, or none that can be
-/// read, or one above 4 MiB: then there is nothing to show.
+/// Reads the version-2 file. Absent if it does not exist, cannot be read, or is larger than 4 MiB.
 [[nodiscard]] std::optional<WidgetSnapshotFile>
 readWidgetSnapshot(const std::filesystem::path &container);
 

@@ -14,7 +14,7 @@ namespace {
 
 using nlohmann::json;
 
-/// Far beyond what any institution has at a time, and still a menu.
+/// Far more than any institution has, and still usable as a menu.
 constexpr std::size_t maxTerms = 1000;
 
 json asJSON(const WidgetCourseSummary &course) {
@@ -36,7 +36,7 @@ json asJSON(const std::vector<WidgetCourseSummary> &courses) {
     return array;
 }
 
-/// What ends the reading of a text that is not a snapshot.
+/// Thrown for a text that is not a snapshot.
 class Malformed : public std::runtime_error {
   public:
     Malformed() : std::runtime_error("not a widget snapshot") {}
@@ -56,7 +56,7 @@ const json &arrayOf(const json &object, const char *key) {
     return list;
 }
 
-/// Bounded, so that the counts of a whole file can be added up.
+/// Bounded, so that the sum of all counts of a file cannot overflow.
 std::int64_t countOf(const json &object, const char *key) {
     constexpr std::int64_t maxCount = 1'000'000'000;
     const std::int64_t count = required(integerOf(memberOf(object, key)));

@@ -1,4 +1,4 @@
-// What the desktop widgets know: counts per course of the nearby terms, and nothing of any student.
+// The data of the desktop widgets: counts for each course of the nearby terms, no student data.
 #pragma once
 
 #include "base/date.h"
@@ -15,7 +15,7 @@ struct WidgetCourseSummary {
     std::int64_t id = 0;
     /// Absent when course names are hidden.
     std::optional<std::string> name;
-    // Students at each level, and all students that were scored.
+    // The numbers of students at each level, and of all scored students.
     std::int64_t atRisk = 0;
     std::int64_t concern = 0;
     std::int64_t watch = 0;
@@ -36,14 +36,14 @@ struct WidgetTermSummary {
 struct WidgetSnapshotFile {
     /// When the numbers were computed.
     Date updatedAt;
-    /// What a widget set to Automatic shows.
+    /// The term of widgets set to "Automatic".
     std::int64_t automaticTermID = 0;
     std::vector<WidgetTermSummary> terms;
 
     bool operator==(const WidgetSnapshotFile &) const = default;
 };
 
-/// Version 1: the automatic term alone, for widgets older than the term choice.
+/// Version 1: only the automatic term, for widgets from before terms could be chosen.
 struct WidgetSnapshot {
     Date updatedAt;
     std::string termTitle;
@@ -52,19 +52,19 @@ struct WidgetSnapshot {
     bool operator==(const WidgetSnapshot &) const = default;
 };
 
-/// The term of that id, or null.
+/// The term with this id, or null.
 [[nodiscard]] const WidgetTermSummary *findTerm(const WidgetSnapshotFile &file, std::int64_t id);
 
-/// The version-1 snapshot of the automatic term; absent when the file lacks that term.
+/// The version-1 snapshot of the automatic term; absent if the file lacks that term.
 [[nodiscard]] std::optional<WidgetSnapshot> automaticSnapshot(const WidgetSnapshotFile &file);
 
 /// JSON, pretty-printed with sorted keys; dates are ISO 8601 to the second.
 [[nodiscard]] std::string encode(const WidgetSnapshotFile &file);
 [[nodiscard]] std::string encode(const WidgetSnapshot &snapshot);
 
-/// Reads a version-2 file. Absent for whatever is not one as a whole: other JSON, a key that is
-/// missing or of another type, a count that is negative or above a thousand million, more than a
-/// thousand terms. Keys that it does not know are skipped.
+/// Reads a version-2 file. Absent for any other text, including a missing key, a value of another
+/// type, a count that is negative or above 1,000,000,000, and more than 1000 terms. Unknown keys
+/// are ignored.
 [[nodiscard]] std::optional<WidgetSnapshotFile> decodeWidgetSnapshotFile(std::string_view text);
 
 } // namespace ellwynd

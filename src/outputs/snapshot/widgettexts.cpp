@@ -45,7 +45,7 @@ WidgetRow rowOf(const WidgetCourseSummary &course, std::size_t position) {
     return row;
 }
 
-/// Indices of the courses to show, in rising order.
+/// The indices of the courses to show, ascending.
 std::vector<std::size_t> shownIndices(const Courses &courses, std::size_t maxRows) {
     std::vector<std::size_t> indices(courses.size());
     std::iota(indices.begin(), indices.end(), 0);

@@ -1,4 +1,4 @@
-// What a desktop widget shows, word for word, and which term and courses it shows.
+// The texts of a desktop widget, and its choice of term and courses.
 #pragma once
 
 #include "outputs/snapshot/widgetsnapshot.h"
@@ -8,12 +8,12 @@
 
 namespace ellwynd {
 
-// A widget's one setting is its term.
+// The term is a widget's only setting.
 
 inline constexpr std::string_view widgetTermParameter = "Term";
 inline constexpr std::string_view widgetTermPrompt = "Choose Term";
 
-/// One entry of the term choice.
+/// An entry of the term menu.
 struct WidgetTermEntity {
     /// Absent for "Automatic".
     std::optional<std::int64_t> id;
@@ -26,8 +26,8 @@ struct WidgetTermEntity {
 [[nodiscard]] std::vector<WidgetTermEntity>
 widgetTermQuery(const std::optional<WidgetSnapshotFile> &file);
 
-/// The term of a widget: the one chosen, or the automatic term where none is chosen or the chosen
-/// one is no longer in the file. Null when the file has neither.
+/// The term that a widget shows: the chosen one, or the automatic term if none is chosen or the
+/// chosen one is no longer in the file. Null if the file has neither.
 [[nodiscard]] const WidgetTermSummary *
 shownTerm(const WidgetSnapshotFile &file, const std::optional<std::int64_t> &chosen);
 
@@ -46,32 +46,32 @@ struct WidgetLevelCount {
 /// "4 At Risk".
 [[nodiscard]] std::string levelCountText(const WidgetLevelCount &count);
 
-/// One course as a row.
+/// The row of a course.
 struct WidgetRow {
     std::int64_t courseID = 0;
-    /// The course's name, or "Course " and its place in the list where names are hidden.
+    /// The course's name; if names are hidden, "Course " and its position in the list.
     std::string label;
     bool nameHidden = false;
-    /// The levels that students are at, most severe first; empty when all are OK.
+    /// The levels with students, most severe first; empty when all are OK.
     std::vector<WidgetLevelCount> levels;
     /// "8 flagged" or "All OK".
     std::string summary;
-    /// The whole row in one sentence, for who cannot see it.
+    /// The whole row in one sentence, for screen readers.
     std::string accessibleText;
-    /// Opens the course's roster.
+    /// The deep link that opens the course's roster.
     std::string link;
 
     bool operator==(const WidgetRow &) const = default;
 };
 
-/// Everything one widget shows.
+/// The contents of a widget.
 struct WidgetContent {
-    /// Stands for all the rest when there is nothing to show.
+    /// Shown instead of everything else when there is no data; otherwise empty.
     std::string message;
     /// The term shown.
     std::string title;
     std::int64_t flagged = 0;
-    /// What follows the number: "students need attention".
+    /// The text after the number: "students need attention".
     std::string attention;
     /// "8 students need attention in Fall 2026".
     std::string headline;
@@ -79,19 +79,20 @@ struct WidgetContent {
     std::vector<WidgetRow> rows;
     /// "3 more in Ellwynd", or empty.
     std::string more;
-    /// "as of 9:41 AM", with the day once that is not today.
+    /// "as of 9:41 AM", with the day if that is not today.
     std::string asOf;
 
     bool operator==(const WidgetContent &) const = default;
 };
 
-/// @param maxRows how many courses the widget can show. Where there are more, those with the most
-///        severe levels are shown, in the order of the file.
+/// @param maxRows how many courses fit the widget. If there are more, those with the most severe
+///        levels are shown, in the order of the file.
 [[nodiscard]] WidgetContent widgetContent(
     const std::optional<WidgetSnapshotFile> &file, const std::optional<std::int64_t> &chosen,
     std::size_t maxRows, Date now);
 
-/// @param now what "today" is.
+/// "as of 9:41 AM" or "as of Wed, Sep 23, 9:41 AM".
+/// @param now determines whether `updatedAt` is today.
 [[nodiscard]] std::string asOfText(Date updatedAt, Date now);
 
 } // namespace ellwynd

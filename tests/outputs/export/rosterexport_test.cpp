@@ -19,8 +19,8 @@ struct RosterExport : testing::Test {
     RosterHistory history{defaults, std::nullopt, test::noonClock};
     ExportSource source{contacts, history, noon};
 
-    /// Writes to student 1, whom the history then held at that level.
-    void wrote(int daysAgo, std::optional<RiskLevel> levelThen) {
+    /// Records a contact with student 1, who had that level then.
+    void recordContact(int daysAgo, std::optional<RiskLevel> levelThen) {
         const Date then = noon - days(daysAgo);
         contacts.noteContact(course, 1, then);
         history.record({{.id = 1, .level = levelThen, .courseID = course}}, course, then);
@@ -31,7 +31,7 @@ struct RosterExport : testing::Test {
     }
 };
 
-TEST_F(RosterExport, AStudentWithNothingHasEmptyCells) {
+TEST_F(RosterExport, MissingValuesAreEmptyCells) {
     EXPECT_THAT(
         exportRow({.id = 2, .name = "Bo", .courseID = course}, source),
         ElementsAre("", "Bo", "", "", "", "never", "", "", ""));
@@ -41,8 +41,8 @@ TEST_F(RosterExport, AStudentWithNothingHasEmptyCells) {
         ElementsAre("", "Bo", "", "", "", "", "never", "", "", ""));
 }
 
-TEST_F(RosterExport, EveryFigureHasItsCell) {
-    wrote(8, RiskLevel::concern);
+TEST_F(RosterExport, EveryValueHasItsCell) {
+    recordContact(8, RiskLevel::concern);
     RiskRow row{
         .id = 1,
         .name = "Ana",
@@ -51,7 +51,7 @@ TEST_F(RosterExport, EveryFigureHasItsCell) {
         .currentScore = 72.5,
         .currentGrade = "C−",
         .missingCount = 2,
-        // Still the day before in Chicago.
+        // The previous day in Chicago.
         .lastActivityAt = test::at("2026-09-20T04:59:59Z"),
         .courseID = course};
     ReasonLine missing{.text = "Missing these:"};
@@ -68,7 +68,7 @@ TEST_F(RosterExport, EveryFigureHasItsCell) {
     EXPECT_EQ(exportHeaders(false).size(), 9U);
 }
 
-TEST_F(RosterExport, SaysWhatCameOfAContact) {
+TEST_F(RosterExport, ShowsTheOutcomeOfAContact) {
     using enum RiskLevel;
     struct Row {
         int daysAgo;
@@ -85,14 +85,14 @@ TEST_F(RosterExport, SaysWhatCameOfAContact) {
              {8, atRisk, std::nullopt, "improved"},
              {8, std::nullopt, std::nullopt, "no change"}}) {
         history.deleteAll();
-        wrote(row.daysAgo, row.then);
+        recordContact(row.daysAgo, row.then);
         EXPECT_EQ(sinceContact(row.now), row.label) << row.daysAgo << row.label;
     }
     history.deleteAll();
-    EXPECT_EQ(sinceContact(watch), "no change — awaiting follow-up") << "nothing is known of then";
+    EXPECT_EQ(sinceContact(watch), "no change — awaiting follow-up") << "the level then is unknown";
 }
 
-TEST_F(RosterExport, CSVQuotesWhatReadersWouldSplit) {
+TEST_F(RosterExport, CSVQuotesCellsWithSeparators) {
     const std::vector<RiskRow> rows{
         {.id = 1, .name = "Ruiz, Ana"},
         {.id = 2, .name = "Bo \"Q\""},

@@ -6,7 +6,7 @@
 namespace ellwynd {
 namespace {
 
-MessageTemplate saying(std::string body) {
+MessageTemplate templateWith(std::string body) {
     return newTemplate("Test", std::move(body), test::noon);
 }
 
@@ -35,12 +35,12 @@ RiskRow student(
 const RiskRow everything = student(RiskLevel::atRisk, 48.6, {"Essay 1", "Quiz 3"});
 const RiskRow nothing = student(std::nullopt, std::nullopt, {});
 
-TEST(MessageTemplate, TheShippedOnesLeaveOutWhatIsNotKnown) {
-    const auto shipped = defaultTemplates(test::noon);
-    ASSERT_EQ(shipped.size(), 3U);
-    const MessageTemplate &email = shipped[0];
-    const MessageTemplate &brief = shipped[1];
-    const MessageTemplate &referral = shipped[2];
+TEST(MessageTemplate, DefaultTemplatesOmitMissingValues) {
+    const auto templates = defaultTemplates(test::noon);
+    ASSERT_EQ(templates.size(), 3U);
+    const MessageTemplate &email = templates[0];
+    const MessageTemplate &brief = templates[1];
+    const MessageTemplate &referral = templates[2];
     const RiskRow noScore = student(RiskLevel::watch, std::nullopt, {"Essay 1"});
     const RiskRow noMissing = student(RiskLevel::concern, 72.5, {});
     const RiskRow noLevel = student(std::nullopt, 72.49, {"Essay 1"});
@@ -124,7 +124,7 @@ If something is getting in the way, let me know and we'll sort out a plan.)"},
         EXPECT_EQ(fill(row.message, row.student, "Bio 101", 69.5), row.text) << row.name;
 }
 
-TEST(MessageTemplate, FillsLineByLineInTheOrderOfThePlaceholders) {
+TEST(MessageTemplate, FillsPlaceholdersInTheirOrder) {
     const auto named = [](std::string name) {
         RiskRow row = everything;
         row.name = std::move(name);
@@ -156,7 +156,7 @@ TEST(MessageTemplate, FillsLineByLineInTheOrderOfThePlaceholders) {
         {"a\n{first_name}", named(""), "a"},
         {"{first_name}", named("Ana\u00A0María Ruiz"), "Ana\u00A0María"},
         {"{name}", named("\u202Eevil <b>"), "\u202Eevil <b>"},
-        // A value is text in the line like any other when a later placeholder's turn comes.
+        // A value may contain a later placeholder.
         {"{name}", braces, "At Risk {first_name} O'Neil {missing_count"},
         {"{first_name}", loop, "{name}"},
         {"{name}", loop, "{name}"},
@@ -166,17 +166,18 @@ TEST(MessageTemplate, FillsLineByLineInTheOrderOfThePlaceholders) {
          "a     – a {missing_lines}\n    – 50% | \"b\"\r\nc, {name}, 50% | \"b\"\r\nc, {name}"},
     };
     for (const Row &row : rows)
-        EXPECT_EQ(fill(saying(row.body), row.student, std::nullopt, 70), row.text) << row.body;
+        EXPECT_EQ(fill(templateWith(row.body), row.student, std::nullopt, 70), row.text)
+            << row.body;
 }
 
-TEST(MessageTemplate, SeveralRowsEachHaveTheirOwnCourse) {
+TEST(MessageTemplate, SeveralRowsMayBeOfDifferentCourses) {
     RiskRow other = nothing;
     other.name = "Bo";
     other.courseName = "Chemistry";
     other.courseID = 5;
     const std::vector<RiskRow> rows{everything, other};
     const auto passing = [](std::int64_t course) { return course == 5 ? 60.5 : 70; };
-    const MessageTemplate message = saying("{first_name}: {course} {passing}\n{score}");
+    const MessageTemplate message = templateWith("{first_name}: {course} {passing}\n{score}");
     EXPECT_EQ(
         fillAll(message, rows, std::nullopt, passing),
         "Ana: Biology 70%\n49%\n\nBo: Chemistry 61%");

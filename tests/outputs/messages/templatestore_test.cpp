@@ -57,7 +57,7 @@ struct TemplateStoreTest : testing::Test {
     [[nodiscard]] std::vector<std::string> saved() const { return names(decodeTemplates(text())); }
 };
 
-TEST_F(TemplateStoreTest, BeginsWithTheShippedOnesAndWritesNothing) {
+TEST_F(TemplateStoreTest, StartsWithTheDefaultTemplatesWithoutAFile) {
     const TemplateStore store = open();
     EXPECT_THAT(
         names(store.templates()), ElementsAre("Email", "Short Message", "Referral Summary"));
@@ -66,7 +66,7 @@ TEST_F(TemplateStoreTest, BeginsWithTheShippedOnesAndWritesNothing) {
     EXPECT_THAT(logged, IsEmpty());
 }
 
-TEST_F(TemplateStoreTest, EveryEditIsSavedWhole) {
+TEST_F(TemplateStoreTest, EveryChangeIsSaved) {
     TemplateStore store = open();
     int changes = 0;
     QObject::connect(&store, &TemplateStore::templatesDidChange, &store, [&] { ++changes; });
@@ -91,35 +91,35 @@ TEST_F(TemplateStoreTest, EveryEditIsSavedWhole) {
     EXPECT_EQ(store.duplicate("unknown"), "");
     EXPECT_THAT(store.remove("unknown").removed, IsEmpty());
     EXPECT_EQ(changes, 4);
-    EXPECT_EQ(open().templates(), store.templates()) << "dates and ids come back as they were";
+    EXPECT_EQ(open().templates(), store.templates()) << "with the same dates and ids";
 }
 
-TEST_F(TemplateStoreTest, WhatIsTakenAwayCanBePutBack) {
+TEST_F(TemplateStoreTest, RemovalsCanBeUndone) {
     TemplateStore store = open();
-    const auto shipped = store.templates();
-    const auto removal = store.remove(shipped[1].id);
+    const auto initial = store.templates();
+    const auto removal = store.remove(initial[1].id);
     EXPECT_THAT(saved(), ElementsAre("Email", "Referral Summary"));
     store.undo(removal);
-    EXPECT_EQ(store.templates(), shipped);
+    EXPECT_EQ(store.templates(), initial);
 
     store.add(newTemplate("Email 2", "mine", clockNow));
     store.add(newTemplate("Email", "mine as well", clockNow));
-    store.update(shipped[1].id, "short message", "edited and renamed");
+    store.update(initial[1].id, "short message", "edited and renamed");
     const auto before = store.templates();
     const auto restored = store.restoreDefaults();
     EXPECT_THAT(
         saved(),
         ElementsAre("Email", "Short Message", "Referral Summary", "short message", "Email 2"));
-    EXPECT_EQ(store.templates()[0].body, shipped[0].body);
-    EXPECT_NE(store.templates()[0].id, shipped[0].id);
+    EXPECT_EQ(store.templates()[0].body, initial[0].body);
+    EXPECT_NE(store.templates()[0].id, initial[0].id);
     const std::string edited = store.templates()[1].id;
     store.undo(restored);
     EXPECT_EQ(store.templates(), before);
 
-    const auto again = store.restoreDefaults();
-    store.update(again.added[0].id, "Email", "written since");
-    store.undo(again);
-    EXPECT_NE(store.find(again.added[0].id), nullptr);
+    const auto restoredAgain = store.restoreDefaults();
+    store.update(restoredAgain.added[0].id, "Email", "edited since");
+    store.undo(restoredAgain);
+    EXPECT_NE(store.find(restoredAgain.added[0].id), nullptr);
     EXPECT_EQ(store.templates().size(), before.size() + 1);
 }
 
@@ -179,7 +179,7 @@ TEST_F(TemplateStoreTest, AnUnreadableFileIsSetAside) {
     };
     std::string cut = json{good}.dump();
     cut.resize(cut.find("words"));
-    const std::vector<std::string> hostile{
+    const std::vector<std::string> invalid{
         "",
         "{}",
         "null",
@@ -202,7 +202,7 @@ TEST_F(TemplateStoreTest, AnUnreadableFileIsSetAside) {
         "[{\"createdAt\": 1e999}]",
         without("updatedAt"),
         without("body")};
-    for (const std::string &bytes : hostile) {
+    for (const std::string &bytes : invalid) {
         const std::string start = bytes.substr(0, 60);
         write(bytes);
         logged.clear();
@@ -219,7 +219,7 @@ TEST_F(TemplateStoreTest, AnUnreadableFileIsSetAside) {
     }
 }
 
-TEST_F(TemplateStoreTest, AFolderInItsPlaceIsSetAside) {
+TEST_F(TemplateStoreTest, AFolderInPlaceOfTheFileIsSetAside) {
     std::filesystem::create_directories(file / "full");
     TemplateStore store = open();
     EXPECT_THAT(
@@ -231,16 +231,16 @@ TEST_F(TemplateStoreTest, AFolderInItsPlaceIsSetAside) {
     EXPECT_EQ(saved().size(), 4U);
 }
 
-TEST_F(TemplateStoreTest, AChangeThatCannotBeSavedIsSavedWithTheNext) {
+TEST_F(TemplateStoreTest, UnsavedChangesAreSavedWithTheNextOne) {
     std::filesystem::create_directories(directory.parent_path());
-    (void)folder.write("a/Ellwynd", "a file where the folder should be");
+    (void)folder.write("a/Ellwynd", "a file in place of the folder");
     TemplateStore store = open();
     const std::string mine = store.addUntitled();
     EXPECT_THAT(logged, ElementsAre(HasSubstr("Couldn't save message templates: ")));
     EXPECT_EQ(store.templates().size(), 4U);
     std::filesystem::remove(directory);
     {
-        // Another process begins from the shipped ones meanwhile.
+        // Meanwhile another process starts with the default templates.
         TemplateStore other = open();
         (void)other.remove(other.templates()[0].id);
         other.add(newTemplate("Theirs", "", clockNow));
@@ -250,7 +250,7 @@ TEST_F(TemplateStoreTest, AChangeThatCannotBeSavedIsSavedWithTheNext) {
     EXPECT_EQ(names(store.templates()), saved());
 }
 
-TEST_F(TemplateStoreTest, TwoProcessesTakeOverEachOthersChanges) {
+TEST_F(TemplateStoreTest, ChangesOfTwoProcessesAreMerged) {
     TemplateStore first = open();
     const std::string a = first.addUntitled();
     TemplateStore second = open();
@@ -258,13 +258,13 @@ TEST_F(TemplateStoreTest, TwoProcessesTakeOverEachOthersChanges) {
     first.update(a, "A", "edited");
     EXPECT_THAT(saved(), ElementsAre("Short Message", "Referral Summary", "A"));
 
-    // Words that are being written outlive a deletion elsewhere.
+    // A template that is being edited survives its deletion by another process.
     (void)second.remove(a);
     EXPECT_THAT(saved(), ElementsAre("Short Message", "Referral Summary"));
     first.update(a, "A", "edited again");
     EXPECT_THAT(saved(), ElementsAre("Short Message", "Referral Summary", "A"));
 
-    // A file that another program broke or took away costs nothing that is in memory.
+    // Damaging or removing the file loses nothing that is in memory.
     write("broken");
     (void)first.duplicate(a);
     EXPECT_THAT(saved(), ElementsAre("Short Message", "Referral Summary", "A", "A Copy"));

@@ -48,16 +48,16 @@ TEST(MovementTexts, BodiesNameCourses) {
         std::string body;
     };
     for (const Row &row : {
-             Row{"one course is its name alone", {bio}, "Bio"},
+             Row{"a single course has no count", {bio}, "Bio"},
              Row{"several have counts", {bio, chem}, "Bio (2) · Chem (1)"},
-             Row{"markup is text", {named("<b>R&amp;D</b>")}, "<b>R&amp;D</b>"},
+             Row{"markup is literal", {named("<b>R&amp;D</b>")}, "<b>R&amp;D</b>"},
              Row{"no line breaks", {named("a\r\nb\tc\u2028d\u0085e\x7f")}, "a  b c d e "},
-             Row{"nothing is turned around", {named("\u202E\u2067x"), chem}, "x (2) · Chem (1)"},
-             Row{"other scripts and marks stay", {named("א\u200F 1")}, "א\u200F 1"},
-             Row{"no end of text", {named(std::string("a\0b", 3))}, "a b"},
-             Row{"Canvas's longest", {named(std::string(255, 'x'))}, std::string(255, 'x')},
-             Row{"endless", {named(std::string(10'000, 'x'))}, std::string(255, 'x') + "…"},
-             Row{"endless, in pairs", {named(cats)}, cats.substr(0, 127 * 4) + "…"},
+             Row{"no reordering", {named("\u202E\u2067x"), chem}, "x (2) · Chem (1)"},
+             Row{"other scripts and directional marks", {named("א\u200F 1")}, "א\u200F 1"},
+             Row{"no null characters", {named(std::string("a\0b", 3))}, "a b"},
+             Row{"the maximum length", {named(std::string(255, 'x'))}, std::string(255, 'x')},
+             Row{"too long", {named(std::string(10'000, 'x'))}, std::string(255, 'x') + "…"},
+             Row{"too long, with surrogate pairs", {named(cats)}, cats.substr(0, 127 * 4) + "…"},
          })
         EXPECT_EQ(movementBody(row.courses), row.body) << row.what;
 }
@@ -74,13 +74,13 @@ TEST_F(MovementNotifierTest, ANoticeAboutOneCourseOpensIt) {
     for (const UserNotice &notice : system.posted)
         EXPECT_THAT(notice.identifier, testing::StartsWith("movement-"));
 
-    std::vector<std::optional<std::int64_t>> heard;
+    std::vector<std::optional<std::int64_t>> opened;
     QObject::connect(
-        &notifier, &MovementNotifier::noticeClicked, &notifier,
-        [&](std::optional<std::int64_t> courseID) { heard.push_back(courseID); });
+        &notifier, &MovementNotifier::openRequested, &notifier,
+        [&](std::optional<std::int64_t> courseID) { opened.push_back(courseID); });
     system.observer(system.posted[0]);
     system.observer({.identifier = "movement-x"});
-    EXPECT_THAT(heard, ElementsAre(4021, std::nullopt));
+    EXPECT_THAT(opened, ElementsAre(4021, std::nullopt));
 }
 
 TEST_F(MovementNotifierTest, ANoticeAboutSeveralCoursesOpensNone) {
@@ -90,12 +90,12 @@ TEST_F(MovementNotifierTest, ANoticeAboutSeveralCoursesOpensNone) {
     EXPECT_EQ(system.posted[0].courseID, std::nullopt);
 }
 
-TEST_F(MovementNotifierTest, StudentsAreMentionedOnceUntilTheirCourseIsOpened) {
+TEST_F(MovementNotifierTest, StudentsCountOnceUntilTheirCourseIsOpened) {
     notifier.notify({});
     notifier.notify({bio});
     notifier.notify({bio});
     EXPECT_EQ(system.posted.size(), 1U);
-    // A student of one course is another student in the next one.
+    // The same id in another course counts separately.
     notifier.notify({{.courseID = 4021, .courseName = "Bio", .worseStudentIDs = {2, 3}}, chem});
     EXPECT_EQ(system.posted.back().body, "Bio (1) · Chem (1)");
     notifier.forget(4021);
@@ -112,8 +112,8 @@ TEST_F(MovementNotifierTest, SettingsDecideWhetherANoticeIsPosted) {
         PreferenceMap settings;
         bool active = false;
         bool posts = false;
-        /// Whether the students count as mentioned.
-        bool mentions = false;
+        /// Whether the students are counted.
+        bool counts = false;
     };
     const PreferenceMap on{{"MovementNotifications", true}};
     const auto with = [&](PreferenceMap more) {
@@ -121,23 +121,23 @@ TEST_F(MovementNotifierTest, SettingsDecideWhetherANoticeIsPosted) {
         return more;
     };
     for (const Row &row : {
-             Row{.what = "off unless asked for", .settings = {}},
-             Row{.what = "on", .settings = on, .posts = true, .mentions = true},
-             Row{.what = "in front", .settings = on, .active = true, .mentions = true},
-             Row{.what = "in front, wanted",
+             Row{.what = "off by default", .settings = {}},
+             Row{.what = "on", .settings = on, .posts = true, .counts = true},
+             Row{.what = "in front", .settings = on, .active = true, .counts = true},
+             Row{.what = "in front, enabled",
              .settings = with({{"NotifyWhileActive", true}}),
              .active = true,
              .posts = true,
-             .mentions = true},
-             Row{.what = "behind, wanted in front too",
+             .counts = true},
+             Row{.what = "in the background, enabled in front too",
              .settings = with({{"NotifyWhileActive", true}}),
              .posts = true,
-             .mentions = true},
+             .counts = true},
              Row{.what = "sample college", .settings = with({{"SampleData", true}})},
-             Row{.what = "sample college, wanted",
+             Row{.what = "sample college, enabled",
              .settings = with({{"SampleData", true}, {"SampleNotifications", true}}),
              .posts = true,
-             .mentions = true},
+             .counts = true},
              Row{.what = "sample college, off",
              .settings = {{"SampleData", true}, {"SampleNotifications", true}}},
          }) {
@@ -153,11 +153,11 @@ TEST_F(MovementNotifierTest, SettingsDecideWhetherANoticeIsPosted) {
         EXPECT_TRUE(notices.posted.empty()) << row.what;
         one.forget(4021);
         one.notify({bio});
-        EXPECT_EQ(notices.posted.size(), row.mentions ? 1U : 0U) << row.what;
+        EXPECT_EQ(notices.posted.size(), row.counts ? 1U : 0U) << row.what;
     }
 }
 
-TEST_F(MovementNotifierTest, WhatTheSystemDoesNotShowIsLoggedAndNotTriedAgain) {
+TEST_F(MovementNotifierTest, NoticesThatAreNotShownAreLoggedAndNotRetried) {
     system.status = UserNotifications::AuthorizationStatus::denied;
     notifier.notify({bio});
     system.status = UserNotifications::AuthorizationStatus::authorized;
@@ -179,7 +179,7 @@ TEST_F(MovementNotifierTest, TheSystemMayAnswerLate) {
     notifier.notify({bio});
     notifier.notify({bio, chem});
     EXPECT_TRUE(system.posted.empty());
-    // What is in front counts when the notice would be shown.
+    // Whether the program is in front is checked when the notice would be shown.
     active = true;
     system.answer();
     EXPECT_TRUE(system.posted.empty());
@@ -189,14 +189,14 @@ TEST_F(MovementNotifierTest, TheSystemMayAnswerLate) {
     system.answer();
     EXPECT_THAT(titles(), ElementsAre("1 student newly needs attention"));
 
-    auto shortLived = std::make_unique<MovementNotifier>(defaults, system, [] { return false; });
-    shortLived->notify({bio});
-    shortLived.reset();
+    auto destroyed = std::make_unique<MovementNotifier>(defaults, system, [] { return false; });
+    destroyed->notify({bio});
+    destroyed.reset();
     system.answer();
     EXPECT_EQ(system.posted.size(), 1U);
 }
 
-TEST_F(MovementNotifierTest, WithoutASessionBusNothingIsAuthorised) {
+TEST_F(MovementNotifierTest, WithoutASessionBusNoticesAreNotAuthorised) {
     const auto desktop = makeUserNotifications();
     MovementNotifier silent(defaults, *desktop, [] { return false; });
     silent.notify({bio});

@@ -1,4 +1,4 @@
-// Notices on a real server; see support/with-notifications.
+// Runs with a real notification server; see support/with-notifications.
 #include "outputs/notices/movementnotifier.h"
 #include "platform/linux/desktopnotifications.h"
 #include "support/temporaryfolder.h"
@@ -27,7 +27,7 @@ QDBusMessage call(const QString &interface, const char *method, const QVariantLi
     return QDBusConnection::sessionBus().call(message);
 }
 
-/// The notices on the screen.
+/// The number of notices on the screen.
 uint shown() {
     const QDBusReply<QDBusVariant> count(call(
         QStringLiteral("org.freedesktop.DBus.Properties"), "Get",
@@ -39,7 +39,7 @@ bool isShown() {
     return test::until([] { return shown() == 1; });
 }
 
-/// Closes all notices and returns what the server has shown since it was started, newest first.
+/// Closes all notices and returns the server's history, newest first.
 QList<QVariantMap> history() {
     call(commands, "NotificationCloseAll", {});
     const QDBusReply<QList<QVariantMap>> reply(call(commands, "NotificationListHistory", {}));
@@ -61,9 +61,9 @@ struct PostedNotices : testing::Test {
     void SetUp() override {
         qDBusRegisterMetaType<QList<QVariantMap>>();
         QObject::connect(
-            &notifier, &MovementNotifier::noticeClicked, &notifier,
+            &notifier, &MovementNotifier::openRequested, &notifier,
             [this](std::optional<std::int64_t> id) { opened.push_back(id.value_or(0)); });
-        // The first question starts the server.
+        // The first call starts the server.
         bool authorised = false;
         bool asking = false;
         ASSERT_TRUE(test::until([&] {
@@ -83,7 +83,7 @@ struct PostedNotices : testing::Test {
     }
 };
 
-TEST_F(PostedNotices, AClickAndTheButtonOpenTheCourse) {
+TEST_F(PostedNotices, ClickAndButtonOpenTheCourse) {
     const CourseMovement bio{.courseID = 4021, .courseName = "Bio", .worseStudentIDs = {1}};
     notifier.notify({bio});
     ASSERT_TRUE(isShown());
@@ -110,7 +110,7 @@ TEST_F(PostedNotices, TwoPassesThatFindTheSameStudentPostOnce) {
     notifier.notify({hostile});
     ASSERT_TRUE(isShown());
     notifier.notify({hostile});
-    // A later notice is there, and with it every earlier one.
+    // Once a later notice is shown, all earlier ones are.
     notifier.notify({{.courseID = 4023, .courseName = "Last", .worseStudentIDs = {3}}});
     ASSERT_TRUE(test::until([] { return shown() == 2; }));
     const QList<QVariantMap> notices = history();
@@ -118,7 +118,7 @@ TEST_F(PostedNotices, TwoPassesThatFindTheSameStudentPostOnce) {
     EXPECT_EQ(textOf(notices[0], "body"), "Last");
     EXPECT_EQ(textOf(notices[1], "appname"), "Ellwynd");
     EXPECT_EQ(textOf(notices[1], "summary"), "2 students newly need attention");
-    // As the server was given it; it shows what these stand for.
+    // The body as it was sent; the server decodes it.
     EXPECT_EQ(
         textOf(notices[1], "body"),
         "&lt;b&gt;Bio&lt;/b&gt; &amp;amp; &lt;a href=\"https://h.example\"&gt;x&lt;/a&gt; end");

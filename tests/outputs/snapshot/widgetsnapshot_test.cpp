@@ -115,7 +115,7 @@ TEST_F(WidgetSnapshotTest, ClearingDeletesBothFiles) {
     EXPECT_EQ(logged().back(), "info widgets: Widget snapshot cleared");
     std::filesystem::remove(container);
     writer.clear();
-    EXPECT_EQ(logged().back(), "info widgets: Widget snapshot cleared") << "nothing was there";
+    EXPECT_EQ(logged().back(), "info widgets: Widget snapshot cleared") << "without any files";
 }
 
 TEST_F(WidgetSnapshotTest, FailuresLeaveThePreviousFiles) {
@@ -124,7 +124,7 @@ TEST_F(WidgetSnapshotTest, FailuresLeaveThePreviousFiles) {
     WidgetSnapshotFile next = test::twoTerms();
     next.updatedAt += std::chrono::hours(1);
 
-    // A folder stands where version 1 would go, after version 2 was written.
+    // A folder in place of version 1, whose replacement is prepared after that of version 2.
     std::filesystem::remove(container / "WidgetSnapshot.json");
     std::filesystem::create_directory(container / "WidgetSnapshot.json");
     writer.write(next);
@@ -144,7 +144,7 @@ TEST_F(WidgetSnapshotTest, FailuresLeaveThePreviousFiles) {
     EXPECT_EQ(reloads, 1);
 }
 
-TEST_F(WidgetSnapshotTest, WhatIsNoSnapshotShowsNothing) {
+TEST_F(WidgetSnapshotTest, RejectsInvalidSnapshots) {
     const std::string whole = encode(test::twoTerms());
     ASSERT_EQ(decodeWidgetSnapshotFile(whole), test::twoTerms());
     const auto with = [&](const std::string &from, const std::string &to) {
@@ -154,29 +154,29 @@ TEST_F(WidgetSnapshotTest, WhatIsNoSnapshotShowsNothing) {
         return text.replace(place, from.size(), to);
     };
     const std::pair<const char *, std::string> rows[] = {
-        {"nothing", ""},
-        {"cut short", whole.substr(0, whole.size() / 2)},
+        {"an empty text", ""},
+        {"truncated", whole.substr(0, whole.size() / 2)},
         {"a list", "[]"},
         {"an empty object", "{}"},
         {"version 1", encode(*automaticSnapshot(test::twoTerms()))},
         {"a count as text", with("\"atRisk\": 4", "\"atRisk\": \"4\"")},
         {"a count as a real", with("\"atRisk\": 4", "\"atRisk\": 4.0")},
         {"a negative count", with("\"atRisk\": 4", "\"atRisk\": -4")},
-        {"a count past all courses", with("\"atRisk\": 4", "\"atRisk\": 9000000000000000000")},
-        {"an id past 64 bits", with("4021", "18446744073709551615")},
+        {"a count above the limit", with("\"atRisk\": 4", "\"atRisk\": 9000000000000000000")},
+        {"an id of more than 64 bits", with("4021", "18446744073709551615")},
         {"a count missing", with("\"concern\": 2,", "")},
         {"a name of null", with("\"Bio\"", "null")},
         {"a title as a number", with("\"Fall 2026\"", "5")},
         {"a course as text", with("{\n          \"atRisk\": 0", "\"x\", {\"atRisk\": 0")},
         {"terms as an object",
          R"({"automaticTermID":1,"updatedAt":"2026-09-24T12:00:00Z","terms":{}})"},
-        {"no instant", with("2026-09-24T12:00:00Z", "yesterday")},
-        {"bytes that are no UTF-8", with("Bio", "\xff\xfe")},
+        {"an invalid date", with("2026-09-24T12:00:00Z", "yesterday")},
+        {"invalid UTF-8", with("Bio", "\xff\xfe")},
         {"deep nesting", with("\"Bio\"", std::string(100'000, '['))},
     };
     for (const auto &[name, text] : rows)
         EXPECT_EQ(decodeWidgetSnapshotFile(text), std::nullopt) << name;
-    // A newer version may say more.
+    // A newer version may add keys.
     EXPECT_EQ(
         decodeWidgetSnapshotFile(with("\"total\": 26", "\"new\": [{}], \"total\": 26")),
         test::twoTerms());

@@ -11,7 +11,7 @@ using test::noon;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::size_t ample = 100;
+constexpr std::size_t manyRows = 100;
 
 std::vector<std::string> labels(const WidgetContent &content) {
     std::vector<std::string> texts;
@@ -20,8 +20,8 @@ std::vector<std::string> labels(const WidgetContent &content) {
     return texts;
 }
 
-TEST(WidgetTexts, TellATermInCounts) {
-    const WidgetContent content = widgetContent(test::twoTerms(), {}, ample, noon);
+TEST(WidgetTexts, ShowTheCountsOfATerm) {
+    const WidgetContent content = widgetContent(test::twoTerms(), {}, manyRows, noon);
     EXPECT_EQ(content.message, "");
     EXPECT_EQ(content.title, "Fall 2026");
     EXPECT_EQ(content.flagged, 7);
@@ -35,32 +35,32 @@ TEST(WidgetTexts, TellATermInCounts) {
     EXPECT_EQ(content.rows[1].summary, "All OK");
     EXPECT_THAT(content.rows[1].levels, IsEmpty());
 
-    const WidgetContent summer = widgetContent(test::twoTerms(), 10, ample, noon);
+    const WidgetContent summer = widgetContent(test::twoTerms(), 10, manyRows, noon);
     EXPECT_EQ(summer.headline, "1 student needs attention in Summer 2026");
     EXPECT_THAT(summer.rows[0].levels, ElementsAre(WidgetLevelCount{WidgetLevel::watch, 1}));
 }
 
-TEST(WidgetTexts, WithoutATermThereIsOneMessage) {
+TEST(WidgetTexts, WithoutATermShowAMessage) {
     const WidgetContent nothing{.message = "Open Ellwynd to load your courses"};
-    EXPECT_EQ(widgetContent({}, {}, ample, noon), nothing);
+    EXPECT_EQ(widgetContent({}, {}, manyRows, noon), nothing);
     WidgetSnapshotFile file = test::twoTerms();
     file.automaticTermID = 99;
-    EXPECT_EQ(widgetContent(file, 98, ample, noon), nothing);
-    EXPECT_EQ(widgetContent(file, 10, ample, noon).title, "Summer 2026");
+    EXPECT_EQ(widgetContent(file, 98, manyRows, noon), nothing);
+    EXPECT_EQ(widgetContent(file, 10, manyRows, noon).title, "Summer 2026");
 }
 
-TEST(WidgetTexts, AChosenTermThatAgedOutShowsTheAutomaticOne) {
+TEST(WidgetTexts, FallBackToTheAutomaticTerm) {
     WidgetSnapshotFile file = test::twoTerms();
-    EXPECT_EQ(widgetContent(file, 10, ample, noon).title, "Summer 2026");
+    EXPECT_EQ(widgetContent(file, 10, manyRows, noon).title, "Summer 2026");
     file.terms.pop_back();
-    EXPECT_EQ(widgetContent(file, 10, ample, noon).title, "Fall 2026");
+    EXPECT_EQ(widgetContent(file, 10, manyRows, noon).title, "Fall 2026");
     EXPECT_THAT(
         widgetTermQuery(file),
         ElementsAre(WidgetTermEntity{{}, "Automatic"}, WidgetTermEntity{20, "Fall 2026"}));
     EXPECT_THAT(widgetTermQuery({}), ElementsAre(WidgetTermEntity{{}, "Automatic"}));
 }
 
-TEST(WidgetTexts, AListCutShortKeepsWhoNeedsAttentionMost) {
+TEST(WidgetTexts, LimitedRowsAreThoseOfTheMostSevereCourses) {
     WidgetSnapshotFile file = test::twoTerms();
     file.terms[0].courses = {
         {.id = 1, .name = "quiet"},
@@ -68,7 +68,7 @@ TEST(WidgetTexts, AListCutShortKeepsWhoNeedsAttentionMost) {
         {.id = 3, .name = "risk", .atRisk = 1},
         {.id = 4, .name = "concern", .concern = 3},
         {.id = 5, .name = "also quiet"}};
-    const auto shown = [&](std::size_t room) { return widgetContent(file, {}, room, noon); };
+    const auto shown = [&](std::size_t maxRows) { return widgetContent(file, {}, maxRows, noon); };
     EXPECT_THAT(labels(shown(5)), ElementsAre("quiet", "watch", "risk", "concern", "also quiet"));
     EXPECT_EQ(shown(5).more, "");
     EXPECT_THAT(labels(shown(4)), ElementsAre("quiet", "watch", "risk", "concern"));
@@ -78,14 +78,14 @@ TEST(WidgetTexts, AListCutShortKeepsWhoNeedsAttentionMost) {
     EXPECT_THAT(labels(shown(0)), IsEmpty());
     EXPECT_EQ(shown(0).flagged, 13);
 
-    // A hidden name counts its place in the whole list.
+    // The number in place of a hidden name is the position in the whole list.
     for (WidgetCourseSummary &course : file.terms[0].courses)
         course.name.reset();
     EXPECT_THAT(labels(shown(2)), ElementsAre("Course 3", "Course 4"));
     EXPECT_TRUE(shown(2).rows[0].nameHidden);
 }
 
-TEST(WidgetTexts, TheDayIsNamedOnceItIsNotToday) {
+TEST(WidgetTexts, AsOfHasTheDayUnlessItIsToday) {
     struct Row {
         const char *name;
         const char *updatedAt;
@@ -112,7 +112,7 @@ TEST(WidgetTexts, NamesAreOneLine) {
     WidgetSnapshotFile file = test::twoTerms();
     file.terms[0].title = "Fall\n2026";
     file.terms[0].courses[0].name = "Bio\r\n\t101";
-    const WidgetContent content = widgetContent(file, {}, ample, noon);
+    const WidgetContent content = widgetContent(file, {}, manyRows, noon);
     EXPECT_EQ(content.title, "Fall 2026");
     EXPECT_EQ(content.rows[0].label, "Bio   101");
     EXPECT_EQ(widgetTermQuery(file)[1].title, "Fall 2026");

@@ -79,7 +79,7 @@ Application::Application(ApplicationEnvironment environment, ApplicationService 
     QObject::connect(
         &o.updater, &Updater::updateWithdrawn, &o.window, [&o] { o.window.showUpdate({}); });
     QObject::connect(
-        &o.notices, &MovementNotifier::noticeClicked, &o.shell,
+        &o.notices, &MovementNotifier::openRequested, &o.shell,
         [&o](std::optional<std::int64_t> courseID) { o.shell.openNotice(courseID); });
     QObject::connect(
         &o.window, &MainWindow::sampleSwitchRequested, &o.alerts, &ShellAlerts::switchSampleMode);

@@ -90,7 +90,7 @@ int main(int argc, char **argv) {
     switch (service->start(*links, activationToken)) {
     case ApplicationService::Outcome::first:
         break;
-    case ApplicationService::Outcome::handedOver:
+    case ApplicationService::Outcome::forwarded:
         if (!arguments.domain.empty())
             fmt::print(
                 stderr,

@@ -14,11 +14,11 @@ constexpr std::size_t sizeLimit = 1024 * 1024;
 
 /// A sentence with the preference's valid values; empty if its default shows them.
 std::string limits(const Preference &row) {
-    const bool isBounded = row.range.outside == NumberRange::Outside::refused &&
+    const bool isBounded = row.range.outside == NumberRange::Outside::rejected &&
         (row.type == Preference::Type::integer || row.type == Preference::Type::real);
     if (!isBounded && row.choices.empty())
         return {};
-    std::string text = row.takes() + ".\n";
+    std::string text = row.acceptedValues() + ".\n";
     text.front() = char(std::toupper(text.front()));
     return text;
 }

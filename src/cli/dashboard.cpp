@@ -7,7 +7,7 @@
 #include "cli/table.h"
 #include "platform/folders/directories.h"
 #include "platform/notifications/usernotifications.h"
-#include "platform/context/widgettimelines.h"
+#include "platform/session/widgettimelines.h"
 
 #include <QEventLoop>
 

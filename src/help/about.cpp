@@ -12,7 +12,7 @@ std::span<const std::string_view> promises() {
         "Nothing is ever sent, posted or filed in Canvas."sv,
         "No student's name, grade or submission is written to the disk, unless you export a roster."sv,
         "Your access token is in your desktop's keyring and nowhere else."sv,
-        "Nobody but your institution's Canvas is asked or told anything about your students."sv,
+        "No server but your institution's Canvas is contacted about your students."sv,
     };
     return texts;
 }

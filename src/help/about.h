@@ -7,27 +7,27 @@
 
 namespace ellwynd::about {
 
-/// What the program is for, in one sentence.
+/// The purpose of the program, in one sentence.
 inline constexpr std::string_view purpose =
     "Reads your Canvas courses and shows which students need attention, worst first, each one "
     "explained in plain sentences.";
 
-/// What it never does, in sentences.
+/// The program's promises about privacy, one sentence each.
 [[nodiscard]] std::span<const std::string_view> promises();
 
-/// A library that the program is built on.
+/// A library that the program uses.
 struct Dependency {
     std::string_view name;
-    /// What it does here.
+    /// What the program uses it for.
     std::string_view use;
-    /// The licence it is used under, by its SPDX identifier.
+    /// The SPDX identifier of the licence under which it is used.
     std::string_view licence;
 };
 
-/// All libraries that are part of the running program.
+/// All libraries of the running program.
 [[nodiscard]] std::span<const Dependency> dependencies();
 
-/// All of it as one page of Markdown, below the program's name and version.
+/// The page below the program's name and version, as Markdown.
 [[nodiscard]] std::string page();
 
 } // namespace ellwynd::about

@@ -22,9 +22,9 @@ constexpr std::string_view topicIDs[] = {
     "command-line",    "troubleshooting", "keychain",
 };
 
-constexpr std::string_view shortcutsMark = "{shortcuts}";
+constexpr std::string_view shortcutsPlaceholder = "{shortcuts}";
 constexpr std::string_view withoutShortcuts =
-    "Each command of the menus shows its keys beside its name.";
+    "The menus show the keys of each command beside its name.";
 
 std::string escapedCell(std::string_view text) {
     std::string result;
@@ -49,9 +49,9 @@ std::string shortcutTables(const std::vector<ShortcutGroup> &groups) {
     return markdown.empty() ? std::string(withoutShortcuts) : markdown;
 }
 
-void fillIn(std::string &body, std::string_view mark, const std::string &text) {
-    if (const std::size_t at = body.find(mark); at != std::string::npos)
-        body.replace(at, mark.size(), text);
+void fillIn(std::string &body, std::string_view placeholder, const std::string &text) {
+    if (const std::size_t at = body.find(placeholder); at != std::string::npos)
+        body.replace(at, placeholder.size(), text);
 }
 
 HelpTopic releaseNotesTopic() {
@@ -64,7 +64,7 @@ HelpTopic releaseNotesTopic() {
     return topic;
 }
 
-/// Takes one line off the front.
+/// Removes the first line from a text and returns it.
 std::string_view takeLine(std::string_view &text) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const std::string_view line = text.substr(0, end);
@@ -72,7 +72,8 @@ std::string_view takeLine(std::string_view &text) {
     return line;
 }
 
-/// What follows "name: ".
+/// The value of a heading line.
+/// @param name "title: " or "keywords: ".
 std::string_view field(std::string_view line, std::string_view name, std::string_view id) {
     if (!line.starts_with(name) || line.size() == name.size())
         throw std::invalid_argument(fmt::format("The help topic {} has no {}", id, name));
@@ -102,7 +103,7 @@ HelpTopic parseTopic(std::string_view id, std::string_view file) {
 HelpBook::HelpBook(const std::vector<ShortcutGroup> &shortcuts) {
     for (const std::string_view id : topicIDs) {
         pages.push_back(parseTopic(id, resourceText(fmt::format("topics/{}.md", id))));
-        fillIn(pages.back().body, shortcutsMark, shortcutTables(shortcuts));
+        fillIn(pages.back().body, shortcutsPlaceholder, shortcutTables(shortcuts));
     }
     pages.push_back(releaseNotesTopic());
     for (const HelpTopic &topic : pages) {
@@ -121,7 +122,7 @@ const HelpTopic *HelpBook::find(std::string_view id) const {
 std::vector<HelpHit> HelpBook::search(std::string_view query) const {
     const std::vector<Word> wanted = wordsOf(query);
     const bool blank = query.find_first_not_of(" \t\r\n") == std::string_view::npos;
-    /// Words in the title, words in the keywords, whether the text has the phrase.
+    /// Matches in the title, matches in the keywords, whether the text contains the phrase.
     using Rank = std::tuple<std::size_t, std::size_t, bool>;
     std::vector<std::pair<Rank, HelpHit>> hits;
     for (std::size_t i = 0; i < pages.size(); ++i) {
@@ -135,23 +136,23 @@ std::vector<HelpHit> HelpBook::search(std::string_view query) const {
         bool all = true;
         std::size_t first = index.words.size();
         for (const Word &word : wanted) {
-            const bool titled = occurrences(index.title, word.folded) > 0;
-            const bool named = occurrences(index.keywords, word.folded) > 0;
-            const auto place = std::ranges::find_if(index.words, [&](const Word &each) {
+            const bool matchesTitle = occurrences(index.title, word.folded) > 0;
+            const bool matchesKeyword = occurrences(index.keywords, word.folded) > 0;
+            const auto match = std::ranges::find_if(index.words, [&](const Word &each) {
                 return each.folded.starts_with(word.folded);
             });
-            inTitle += titled ? 1 : 0;
-            inKeywords += named ? 1 : 0;
-            all = all && (titled || named || place != index.words.end());
-            first = std::min(first, std::size_t(place - index.words.begin()));
+            inTitle += matchesTitle ? 1 : 0;
+            inKeywords += matchesKeyword ? 1 : 0;
+            all = all && (matchesTitle || matchesKeyword || match != index.words.end());
+            first = std::min(first, std::size_t(match - index.words.begin()));
         }
         if (!all)
             continue;
         const std::size_t phrase = phraseAt(index.words, wanted);
-        const bool together = phrase < index.words.size();
-        const std::size_t at = together ? phrase : first < index.words.size() ? first : 0;
+        const bool hasPhrase = phrase < index.words.size();
+        const std::size_t at = hasPhrase ? phrase : first < index.words.size() ? first : 0;
         hits.push_back(
-            {{inTitle, inKeywords, together}, {&pages[i], snippet(index.text, index.words, at)}});
+            {{inTitle, inKeywords, hasPhrase}, {&pages[i], snippet(index.text, index.words, at)}});
     }
     std::ranges::stable_sort(hits, std::greater{}, &std::pair<Rank, HelpHit>::first);
     std::vector<HelpHit> result;

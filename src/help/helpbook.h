@@ -1,4 +1,4 @@
-// The help of the program: topics in Markdown, compiled in, and how they are found.
+// The program's help: topics in Markdown, which are compiled in, and their search.
 #pragma once
 
 #include "help/textsearch.h"
@@ -9,12 +9,12 @@
 
 namespace ellwynd {
 
-/// One page of help. A link to another topic is written "topic:" and its id.
+/// A page of help. The target of a link to another topic is "topic:" and its id.
 struct HelpTopic {
     /// The name of its file, "getting-started".
     std::string id;
     std::string title;
-    /// Words that somebody may look for though the text does not use them.
+    /// Additional search terms, which the text may not contain.
     std::vector<std::string> keywords;
     /// Markdown without the title.
     std::string body;
@@ -22,7 +22,7 @@ struct HelpTopic {
     bool operator==(const HelpTopic &) const = default;
 };
 
-/// Commands with their keys as the caller has them, for the topic on keyboard shortcuts.
+/// Commands with their keys, for the topic on keyboard shortcuts.
 struct ShortcutGroup {
     struct Row {
         std::string command;
@@ -37,8 +37,8 @@ struct ShortcutGroup {
 /// A topic that a search found.
 struct HelpHit {
     const HelpTopic *topic = nullptr;
-    /// Plain text around the first place that was found; the beginning of the topic where only its
-    /// title or its keywords were. Empty when nothing was searched for.
+    /// Plain text around the first match; the beginning of the topic if only its title or its
+    /// keywords match. Empty for a blank query.
     std::string snippet;
 };
 
@@ -51,17 +51,17 @@ class HelpBook {
 
     [[nodiscard]] const std::vector<HelpTopic> &topics() const { return pages; }
 
-    /// Null when there is no such topic.
+    /// Null for an unknown id.
     [[nodiscard]] const HelpTopic *find(std::string_view id) const;
 
-    /// The topics that hold every word of the query, at least as the beginning of one of theirs:
-    /// those with more of the words in their title first, then in their keywords, then those that
-    /// hold the words in the query's own order. Case and diacritics do not matter. A blank query
-    /// finds every topic, in the order of the book.
+    /// The topics that contain every word of the query or a word that begins with it, ignoring case
+    /// and diacritics. Sorted by the number of matches in the title, then in the keywords, then by
+    /// whether the text contains the query as a phrase. A blank query finds all topics in their
+    /// order.
     [[nodiscard]] std::vector<HelpHit> search(std::string_view query) const;
 
   private:
-    /// What is looked through for one topic.
+    /// The searchable words of a topic.
     struct Index {
         std::vector<Word> title;
         std::vector<Word> keywords;
@@ -70,12 +70,12 @@ class HelpBook {
     };
 
     std::vector<HelpTopic> pages;
-    /// Beside `pages`, in their order.
+    /// In the order of `pages`.
     std::vector<Index> indexes;
 };
 
-/// A topic's file: "---", lines of "title: " and "keywords: ", "---", then the body.
-/// @throws std::invalid_argument for a text of another form.
+/// Parses a topic's file: "---", the lines "title: " and "keywords: ", "---", then the body.
+/// @throws std::invalid_argument for any other text.
 [[nodiscard]] HelpTopic parseTopic(std::string_view id, std::string_view file);
 
 } // namespace ellwynd

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view heading = "## ";
 
-/// Where the next section begins, at or after `from`.
+/// The position of the next section at or after `from`; the text's size if there is none.
 std::size_t nextHeading(std::string_view text, std::size_t from) {
     if (from == 0 && text.starts_with(heading))
         return 0;

@@ -1,4 +1,4 @@
-// What changed from version to version.
+// The release notes, read from the changelog.
 #pragma once
 
 #include <string>
@@ -10,14 +10,14 @@ namespace ellwynd {
 struct Release {
     /// "0.1.0".
     std::string version;
-    /// Markdown, as the changelog has it.
+    /// Markdown, as in the changelog.
     std::string notes;
 
     bool operator==(const Release &) const = default;
 };
 
 /// The sections of a changelog: a line "## " with the version, and the text up to the next one.
-/// Text before the first section is left out.
+/// Text before the first section is ignored.
 [[nodiscard]] std::vector<Release> parseChangelog(std::string_view changelog);
 
 /// The program's own releases, newest first.

@@ -6,8 +6,8 @@
 
 #include <stdexcept>
 
-/// A static library's resources are linked only where they are asked for. The macro does not
-/// work inside a namespace.
+/// The resources of a static library are linked only if they are initialised explicitly. The macro
+/// does not work inside a namespace.
 static void initialiseResources() {
     Q_INIT_RESOURCE(help);
 }

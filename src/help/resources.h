@@ -6,8 +6,8 @@
 
 namespace ellwynd {
 
-/// @param path below the module's resources: "topics/privacy.md".
-/// @throws std::invalid_argument when there is no such text.
+/// @param path relative to the module's resources: "topics/privacy.md".
+/// @throws std::invalid_argument if it does not exist.
 [[nodiscard]] std::string resourceText(std::string_view path);
 
 } // namespace ellwynd

@@ -25,12 +25,12 @@ bool isSpace(char c) {
     return c == ' ' || c == '\n' || c == '\t' || c == '\r';
 }
 
-/// "| --- | ---: |", which only separates.
+/// Whether a line separates a table's header, such as "| --- | ---: |".
 bool isTableRule(std::string_view line) {
     return line.starts_with('|') && line.find_first_not_of("|-: ") == std::string_view::npos;
 }
 
-/// A line of Markdown without the marks at its beginning.
+/// A line of Markdown without the markup at its beginning.
 std::string_view withoutMarker(std::string_view line) {
     const std::size_t text = line.find_first_not_of(" #>");
     line.remove_prefix(std::min(text, line.size()));
@@ -45,7 +45,7 @@ void appendInline(std::string &result, std::string_view line) {
         if (c == '*' || c == '`' || c == '[' || c == '\\')
             continue;
         if (c == ']' && line.substr(i + 1).starts_with('(')) {
-            // The target of a link.
+            // Skip the target of the link.
             i = std::min(line.find(')', i), line.size() - 1);
             continue;
         }
@@ -90,9 +90,9 @@ std::vector<Word> wordsOf(std::string_view text) {
     return words;
 }
 
-std::size_t occurrences(const std::vector<Word> &words, std::string_view word) {
+std::size_t occurrences(const std::vector<Word> &words, std::string_view prefix) {
     return std::size_t(std::ranges::count_if(
-        words, [word](const Word &each) { return each.folded.starts_with(word); }));
+        words, [prefix](const Word &word) { return word.folded.starts_with(prefix); }));
 }
 
 std::size_t phraseAt(const std::vector<Word> &words, const std::vector<Word> &query) {

@@ -1,4 +1,4 @@
-// Words of a text as a search compares them.
+// Splits texts into words for searching.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace ellwynd {
 
-/// A run of letters and digits. Apostrophes belong to it and do not count.
+/// A sequence of letters and digits. Apostrophes within it are ignored.
 struct Word {
     /// Without case and diacritics.
     std::string folded;
@@ -19,18 +19,19 @@ struct Word {
 
 [[nodiscard]] std::vector<Word> wordsOf(std::string_view text);
 
-/// How many of `words` begin with a word.
-[[nodiscard]] std::size_t occurrences(const std::vector<Word> &words, std::string_view folded);
+/// How many of `words` begin with `prefix`.
+/// @param prefix without case and diacritics.
+[[nodiscard]] std::size_t occurrences(const std::vector<Word> &words, std::string_view prefix);
 
-/// Where the words of a query follow one after the other, the last at least begun; `words.size()`
-/// when they do not.
+/// The index at which the words of a query follow each other, of which the last may be a prefix;
+/// `words.size()` if they do not.
 [[nodiscard]] std::size_t phraseAt(const std::vector<Word> &words, const std::vector<Word> &query);
 
-/// What a reader of Markdown sees, on one line: no marks, the text of links, the cells of tables.
+/// The text of Markdown on one line, without markup, link targets and table rules.
 [[nodiscard]] std::string plainText(std::string_view markdown);
 
-/// About a hundred bytes of `text`, whole words from a little before `at`, an index into `words`,
-/// with "…" where something was left out.
+/// About a hundred bytes of `text`: whole words from shortly before the word at index `at`, with
+/// "…" where text was omitted.
 [[nodiscard]] std::string
 snippet(const std::string &text, const std::vector<Word> &words, std::size_t at);
 

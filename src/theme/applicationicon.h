@@ -1,12 +1,12 @@
-// The program's own icon, as the desktop shows it.
+// The icon of the program's windows.
 #pragma once
 
 #include <QIcon>
 
 namespace ellwynd {
 
-/// Drawn from the compiled-in picture at every size that desktops ask for, so that windows have it
-/// where the program is not installed. Needs a QGuiApplication.
+/// Rendered from the compiled-in SVG at the sizes that desktops use, so that windows have an icon
+/// even if the program is not installed. Needs a QGuiApplication.
 [[nodiscard]] QIcon applicationIcon();
 
 } // namespace ellwynd

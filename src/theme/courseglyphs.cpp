@@ -13,8 +13,8 @@ namespace ellwynd {
 
 namespace {
 
-/// The pen's width on the field. Small glyphs are drawn heavier, or their lines would be thinner
-/// than a pixel and turn grey.
+/// The pen's width in the view box. Small glyphs have wider lines, which would otherwise be thinner
+/// than a pixel and look grey.
 double penWidth(double pixels) {
     constexpr double small = 14;
     constexpr double large = 26;
@@ -24,12 +24,12 @@ double penWidth(double pixels) {
     return heavy + (light - heavy) * share;
 }
 
-/// The same drawing in another colour and pen.
+/// The SVG with another colour and pen width.
 QByteArray restyled(const QByteArray &svg, const QColor &color, double pen) {
     QByteArray result;
     QXmlStreamWriter writer(&result);
     QXmlStreamReader reader(svg);
-    // Declarations of namespaces are then attributes like others.
+    // Namespace declarations are then read as attributes.
     reader.setNamespaceProcessing(false);
     while (!reader.atEnd()) {
         reader.readNext();

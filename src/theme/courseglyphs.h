@@ -1,4 +1,4 @@
-// The small drawings that a course's tile can carry.
+// The glyphs on course tiles.
 #pragma once
 
 #include <QColor>
@@ -10,10 +10,10 @@ class QPainter;
 
 namespace ellwynd {
 
-/// Draws the glyph of a word of `courseSettings::iconWords`, filling a square. Its file in
-/// `glyphs/` is drawn in one colour on a field of 24 by 24: whatever the file's attributes "fill"
-/// and "stroke" paint takes `color`, and every "stroke-width" the weight that suits the size.
-/// @return false, with nothing drawn, for any other word.
+/// Draws the glyph of a word of `courseSettings::iconWords` into a square. The file in `glyphs/`
+/// has a view box of 24 by 24. Its "fill" and "stroke" attributes other than "none" are replaced by
+/// `color`, and its "stroke-width" by a width that suits the size.
+/// @return false, without drawing anything, for any other word.
 bool drawCourseGlyph(
     QPainter &painter, std::string_view word, const QRectF &box, const QColor &color);
 

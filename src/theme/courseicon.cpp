@@ -12,12 +12,12 @@ namespace ellwynd {
 
 namespace {
 
-/// In the order of their words.
+/// In the order of `colorWords`.
 constexpr std::array<QRgb, courseSettings::colorWords.size()> tileColors{
     0xff2f6bdb, 0xffc2408a, 0xff7552cc, 0xff0f7f76, 0xffb45f06,
     0xff2f7a46, 0xffb3403a, 0xff4a6785, 0xff8a5a2b, 0xff5b6abf};
 
-/// The middle of a tile, in whole pixels: a small tile has no room for a wide margin.
+/// The tile without its margin, in whole pixels. Small tiles have a narrower margin.
 QRectF glyphBox(int tile) {
     const int margin = tile * (tile < 24 ? 15 : 19) / 100;
     return QRectF(0, 0, tile, tile).adjusted(margin, margin, -margin, -margin);
@@ -42,7 +42,7 @@ QColor courseColor(std::int64_t courseID, std::string_view chosen) {
     const auto &words = courseSettings::colorWords;
     if (const auto *word = std::ranges::find(words, chosen); word != words.end())
         return tileColors[std::size_t(word - words.begin())];
-    // The digit sum: consecutive ids, as a term's courses often have, get different colours.
+    // By digit sum, so that consecutive ids, which are common in a term, get different colours.
     std::size_t sum = 0;
     for (std::uint64_t rest = std::uint64_t(courseID); rest > 0; rest /= 10)
         sum += rest % 10;

@@ -2,8 +2,8 @@
 
 #include <QFile>
 
-/// A static library's resources are linked only where they are asked for. The macro does not
-/// work inside a namespace.
+/// The resources of a static library are linked only if they are initialised explicitly. The macro
+/// does not work inside a namespace.
 static void initialiseResources() {
     Q_INIT_RESOURCE(theme);
 }

@@ -1,4 +1,4 @@
-// The pictures that are compiled into this module.
+// The images that are compiled into this module.
 #pragma once
 
 #include <QByteArray>
@@ -6,8 +6,8 @@
 
 namespace ellwynd {
 
-/// @param path below the module's resources: "glyphs/flask.svg".
-/// @return the file's content; empty when there is no such file.
+/// @param path relative to the module's resources: "glyphs/flask.svg".
+/// @return the file's contents; empty if it does not exist.
 [[nodiscard]] QByteArray resourceFile(const QString &path);
 
 } // namespace ellwynd

@@ -8,7 +8,7 @@ namespace ellwynd {
 
 namespace {
 
-/// An accent on light and on dark backgrounds.
+/// An accent colour for light and dark backgrounds.
 struct Accent {
     std::string_view name;
     QRgb light;

@@ -1,4 +1,4 @@
-// Colours of the program, light and dark, shared by its windows and its widgets.
+// The light and dark colours of the program's windows and widgets.
 #pragma once
 
 #include <QColor>
@@ -8,26 +8,26 @@
 
 namespace ellwynd {
 
-/// How a level, or a note of the same weight, is drawn.
+/// The colours of a level, or of a note of the same severity.
 struct LevelColors {
-    /// Text on `fill`, and on the plain background; at least 4.5 to 1 on both.
+    /// For text on `fill` and on the plain background; its contrast is at least 4.5 to 1 on both.
     QColor text;
     QColor fill;
 };
 
-/// One set of colours. Every text colour keeps 4.5 to 1 against the backgrounds it is drawn on.
+/// A set of colours. Text colours have a contrast of at least 4.5 to 1 on their backgrounds.
 struct Theme {
     bool dark = false;
 
     QColor window;
     QColor sidebar;
-    /// Cards and bands, raised from the window.
+    /// The background of cards and bands in a window.
     QColor surface;
     QColor control;
     QColor controlHover;
     QColor controlPressed;
     QColor separator;
-    /// The outline of controls, stronger than a separator.
+    /// The outline of controls; has more contrast than a separator.
     QColor outline;
 
     QColor text;
@@ -46,15 +46,15 @@ struct Theme {
     LevelColors concern;
     LevelColors watch;
     LevelColors ok;
-    /// Rows that are set apart because the whole class is behind them.
+    /// Rows of class-wide missing work.
     QColor attention;
 };
 
-/// @param accent "system", "blue", "indigo", "purple", "teal", "pink" or "graphite"; any other word
-///        counts as "system", which is blue.
+/// @param accent "system", "blue", "indigo", "purple", "teal", "pink" or "graphite"; "system" and
+///        unknown words mean blue.
 [[nodiscard]] Theme makeTheme(bool dark, std::string_view accent);
 
-/// The theme for widgets that draw themselves by palette.
+/// The theme as a palette, for standard widgets.
 [[nodiscard]] QPalette palette(const Theme &theme);
 
 /// The contrast of two opaque colours by the WCAG formula, 1 to 21.

@@ -13,7 +13,7 @@ namespace ellwynd {
 namespace {
 
 constexpr QLatin1StringView preferredFamily("Inter");
-constexpr double smallestPointSize = 9.75;
+constexpr double minPointSize = 9.75;
 
 } // namespace
 
@@ -25,12 +25,12 @@ QFont VisualStyle::font(double factor, QFont::Weight weight) const {
 }
 
 int VisualStyle::px(double length) const {
-    return std::max(1, int(std::lround(length * scale * base.pointSizeF() / smallestPointSize)));
+    return std::max(1, int(std::lround(length * scale * base.pointSizeF() / minPointSize)));
 }
 
 VisualStyle makeVisualStyle(const UserDefaults &defaults, bool desktopIsDark, const QFont &base) {
-    const std::string wanted = defaults.value(preferences::appearance);
-    const bool dark = wanted == "dark" || (wanted != "light" && desktopIsDark);
+    const std::string appearance = defaults.value(preferences::appearance);
+    const bool dark = appearance == "dark" || (appearance != "light" && desktopIsDark);
     return {
         .theme = makeTheme(dark, defaults.value(preferences::accentTheme)),
         .base = base,
@@ -41,8 +41,8 @@ QFont interfaceFont() {
     QFont font = QGuiApplication::font();
     if (QFontDatabase::families().contains(preferredFamily))
         font.setFamilies({preferredFamily, font.family()});
-    if (font.pointSizeF() < smallestPointSize)
-        font.setPointSizeF(smallestPointSize);
+    if (font.pointSizeF() < minPointSize)
+        font.setPointSizeF(minPointSize);
     return font;
 }
 

@@ -1,4 +1,4 @@
-// Light or dark, the accent and the text size, as the preferences have them.
+// The colours, font and text size that follow from the preferences.
 #pragma once
 
 #include "theme/theme.h"
@@ -9,7 +9,7 @@ namespace ellwynd {
 
 class UserDefaults;
 
-/// The colours, the font and the scale that windows and widgets are drawn with.
+/// The colours, font and scale of windows and widgets.
 struct VisualStyle {
     Theme theme;
     /// The interface font at text scale 1.
@@ -18,8 +18,8 @@ struct VisualStyle {
 
     /// The interface font at a factor of its normal size.
     [[nodiscard]] QFont font(double factor = 1, QFont::Weight weight = QFont::Normal) const;
-    /// A length that grows with the text, in device-independent pixels; `length` is for text
-    /// scale 1.
+    /// A length scaled with the text, in device-independent pixels, at least 1.
+    /// @param length at text scale 1 and the minimum font size.
     [[nodiscard]] int px(double length) const;
 };
 
@@ -28,11 +28,11 @@ struct VisualStyle {
 [[nodiscard]] VisualStyle
 makeVisualStyle(const UserDefaults &defaults, bool desktopIsDark, const QFont &base);
 
-/// The desktop's font, in the face that the layout was drawn with where it is installed. Asked
-/// before a style is set.
+/// The desktop's font, with the layout's preferred family if it is installed. Must be called before
+/// a style is set.
 [[nodiscard]] QFont interfaceFont();
 
-/// Whether the desktop's own colours are dark. Asked before a style is set.
+/// Whether the desktop's colours are dark. Must be called before a style is set.
 [[nodiscard]] bool desktopPrefersDark();
 
 } // namespace ellwynd

@@ -1,4 +1,4 @@
-// What the help says about the program is what the program does.
+// The facts in the help agree with the program.
 #include "app/roster/rosterloader.h"
 #include "canvas/connectioncheck.h"
 #include "canvas/records/canvaserror.h"
@@ -36,7 +36,7 @@ std::string body(std::string_view id) {
     return topic != nullptr ? topic->body : std::string();
 }
 
-/// One error of every case, with the values that the help gives as examples.
+/// An error of each kind, with the values of the examples in the help.
 CanvasError example(Kind kind) {
     constexpr int unavailable = 503;
     constexpr int redirected = 302;
@@ -77,7 +77,7 @@ std::set<std::string> headingsOf(const std::string &text) {
     return headings;
 }
 
-TEST(HelpFacts, EveryMessageOfTheProgramHasItsEntryAndNoOtherHas) {
+TEST(HelpFacts, TroubleshootingHasAnEntryForEachMessage) {
     const std::string text = body("troubleshooting");
     std::set<std::string> headings = headingsOf(text);
     for (int i = 0; i <= int(Kind::badURL); ++i) {
@@ -98,10 +98,10 @@ TEST(HelpFacts, EveryMessageOfTheProgramHasItsEntryAndNoOtherHas) {
     for (const CutShort reason :
          {CutShort::pageLimit, CutShort::refusedLink, CutShort::unreadableLink})
         EXPECT_EQ(headings.erase(cutShortText("submissions", reason)), 1U) << int(reason);
-    EXPECT_THAT(headings, testing::IsEmpty()) << "no such message is left in the program";
+    EXPECT_THAT(headings, testing::IsEmpty()) << "the program has no such messages";
 }
 
-TEST(HelpFacts, EveryStatusOfTheKeyringIsExplained) {
+TEST(HelpFacts, EveryKeyringStatusIsExplained) {
     const std::string text = body("keychain");
     for (const auto status :
          {KeychainError::failed, KeychainError::unavailable, KeychainError::locked,
@@ -122,7 +122,7 @@ TEST(HelpFacts, EveryStatusOfTheKeyringIsExplained) {
     EXPECT_THAT(text, HasSubstr("## " + state.placeholder + "\n"));
 }
 
-/// Numbers as "#", so that sentences are compared by their words.
+/// The text with "#" for numbers, so that sentences are compared by their words.
 std::string withoutNumbers(const std::string &text) {
     static const std::regex number("[0-9]+");
     return std::regex_replace(text, number, "#");
@@ -149,7 +149,7 @@ TEST(HelpFacts, EveryReasonOfTheSampleCollegeIsExplained) {
     EXPECT_GE(used.size(), 4U);
 }
 
-TEST(HelpFacts, LevelsBeginWhereTheTableSays) {
+TEST(HelpFacts, TheTableOfLevelsHasTheirLimits) {
     const std::string text = body("signals");
     for (const RiskLevel level : allRiskLevels) {
         const std::regex row(fmt::format(R"(\| \*\*{}\*\* \| ([0-9.]+) \|)", levelName(level)));
@@ -161,7 +161,7 @@ TEST(HelpFacts, LevelsBeginWhereTheTableSays) {
     }
 }
 
-TEST(HelpFacts, NumbersAndNamesAreTheProgramsOwn) {
+TEST(HelpFacts, NumbersAndNamesAreThoseOfTheProgram) {
     const NumberRange &passing = preferences::passingScores;
     const NumberRange &inactivity = preferences::inactivityWindows;
     const NumberRange &scale = preferences::textScale.row->range;
@@ -191,7 +191,7 @@ TEST(HelpFacts, NumbersAndNamesAreTheProgramsOwn) {
         EXPECT_THAT(body(row.topic), HasSubstr(row.fact));
 }
 
-TEST(HelpFacts, EveryPreferenceOfTeachersIsNamedWithItsControl) {
+TEST(HelpFacts, PreferencesForTeachersAreListedWithTheirControls) {
     for (const Preference &row : preferences::table) {
         const std::string line = fmt::format("\n| `{}` | {} |", row.key, row.control);
         EXPECT_EQ(body("command-line").find(line) != std::string::npos, row.isForTeachers())
@@ -199,7 +199,7 @@ TEST(HelpFacts, EveryPreferenceOfTeachersIsNamedWithItsControl) {
     }
 }
 
-TEST(HelpFacts, FilesLieWhereThePrivacyTopicSays) {
+TEST(HelpFacts, ThePrivacyTopicHasThePathsOfFiles) {
     std::map<const char *, QByteArray> kept;
     for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
         kept[variable] = qgetenv(variable);

@@ -25,7 +25,7 @@ std::vector<std::string> ids(const std::vector<HelpHit> &hits) {
     return result;
 }
 
-TEST(HelpBook, EveryTopicIsWholeAndEveryLinkLeadsSomewhere) {
+TEST(HelpBook, TopicsAreCompleteAndLinksAreValid) {
     const HelpBook book;
     std::set<std::string> seen;
     const std::regex link(R"(\]\(([^)]*)\))");
@@ -34,7 +34,7 @@ TEST(HelpBook, EveryTopicIsWholeAndEveryLinkLeadsSomewhere) {
         EXPECT_FALSE(topic.title.empty()) << topic.id;
         EXPECT_FALSE(topic.keywords.empty()) << topic.id;
         EXPECT_GT(topic.body.size(), 200U) << topic.id;
-        // A blank mark would be shown as it stands.
+        // Without shortcuts the placeholder is replaced too.
         EXPECT_THAT(topic.body, Not(HasSubstr("{shortcuts}")));
         for (std::sregex_iterator at(topic.body.begin(), topic.body.end(), link), end; at != end;
              ++at) {
@@ -52,7 +52,7 @@ TEST(HelpBook, EveryTopicIsWholeAndEveryLinkLeadsSomewhere) {
     EXPECT_EQ(book.find("nowhere"), nullptr);
 }
 
-TEST(HelpBook, FindsWhatATeacherTypes) {
+TEST(HelpBook, FindsTopicsForTypicalQueries) {
     const HelpBook book;
     struct Row {
         const char *query;
@@ -88,26 +88,26 @@ TEST(HelpBook, FindsWhatATeacherTypes) {
     }
 }
 
-TEST(HelpBook, RanksTitlesOverKeywordsOverText) {
+TEST(HelpBook, RanksTitlesBeforeKeywordsBeforeText) {
     const HelpBook book;
     const auto hits = ids(book.search("export"));
     const auto at = [&](const char *id) { return std::ranges::find(hits, id) - hits.begin(); };
     EXPECT_EQ(at("export"), 0) << "in the title";
     EXPECT_LT(at("privacy"), std::ssize(hits)) << "in the text";
-    // "grades" is a keyword of one topic and stands in the text of many before it.
+    // "grades" is a keyword of one topic and occurs in the text of several earlier ones.
     EXPECT_EQ(ids(book.search("grades")).front(), "privacy");
 }
 
-TEST(HelpBook, ShowsWhereItWasFound) {
+TEST(HelpBook, SnippetsShowTheFirstMatch) {
     const HelpBook book;
     EXPECT_THAT(
         book.search("captive portal").front().snippet,
         testing::AllOf(HasSubstr("captive portal"), testing::StartsWith("…"), Not(HasSubstr(">"))));
-    // Only a keyword: the beginning of the topic stands for it.
+    // If only a keyword matches, the snippet is the beginning of the topic.
     EXPECT_THAT(book.search("boilerplate").front().snippet, testing::StartsWith("A template is"));
 }
 
-TEST(HelpBook, ShowsTheShortcutsItIsGiven) {
+TEST(HelpBook, ListsTheGivenShortcuts) {
     const HelpBook book({{"File", {{"Refresh | All", "Ctrl+R, F5"}, {"Settings", "Ctrl+,"}}}});
     const std::string body = book.find("keyboard")->body;
     EXPECT_THAT(body, HasSubstr("## File\n\n| Command | Keys |\n| --- | --- |\n"));
@@ -115,7 +115,7 @@ TEST(HelpBook, ShowsTheShortcutsItIsGiven) {
     EXPECT_EQ(book.search("refresh f5").front().topic->id, "keyboard");
 }
 
-TEST(HelpBook, RefusesATopicWithoutItsHeading) {
+TEST(HelpBook, RejectsTopicsWithoutAHeading) {
     EXPECT_EQ(
         parseTopic("a", "---\ntitle: T: u\nkeywords: x, y z\n---\n\nText\n"),
         (HelpTopic{"a", "T: u", {"x", "y z"}, "Text\n"}));
@@ -125,7 +125,7 @@ TEST(HelpBook, RefusesATopicWithoutItsHeading) {
         EXPECT_THROW(static_cast<void>(parseTopic("a", text)), std::invalid_argument) << text;
 }
 
-TEST(PlainText, IsWhatAReaderSees) {
+TEST(PlainText, RemovesMarkup) {
     struct Row {
         const char *markdown;
         const char *text;
@@ -149,7 +149,8 @@ TEST(ReleaseNotes, AreTheSectionsOfTheChangelog) {
     EXPECT_EQ(parseChangelog("## 1"), (Releases{{"1", ""}}));
     EXPECT_EQ(parseChangelog("# Changelog\n"), Releases{});
     EXPECT_EQ(parseChangelog(""), Releases{});
-    EXPECT_EQ(releases().front().version, version) << "the newest section is this version's";
+    EXPECT_EQ(releases().front().version, version)
+        << "the newest section must be that of this version";
     EXPECT_THAT(
         HelpBook().find(HelpBook::releaseNotesID)->body, HasSubstr(releases().front().notes));
 }

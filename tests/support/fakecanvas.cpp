@@ -214,8 +214,8 @@ void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {
     if (reply.manner == Manner::earlyHints) {
         socket->write("HTTP/1.1 103 Early Hints\r\nLink: </style.css>; rel=preload\r\n\r\n");
         socket->flush();
-        // Sends the final response once the client has handled the hints, and before the response to
-        // any other request.
+        // Sends the final response once the client has handled the hints, and before the response
+        // to any other request.
         ++inFlight;
         FakeReply final = reply;
         final.manner = Manner::whole;

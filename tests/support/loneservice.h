@@ -9,7 +9,7 @@ class LoneService final : public ApplicationService {
   public:
     Outcome start(const QStringList &, const QString &) override { return Outcome::first; }
     void releaseName() override {}
-    void resume() override {}
+    void reclaimName() override {}
 };
 
 } // namespace ellwynd::test

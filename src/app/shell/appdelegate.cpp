@@ -27,8 +27,8 @@ AppDelegate::AppDelegate(
       service(service),
       updater(updater),
       newInstance(std::move(newInstance)) {
-    connect(&service, &ApplicationService::activated, this, &AppDelegate::shouldActivate);
-    connect(&service, &ApplicationService::linksOpened, this, &AppDelegate::openLinks);
+    connect(&service, &ApplicationService::activationRequested, this, &AppDelegate::shouldActivate);
+    connect(&service, &ApplicationService::linksRequested, this, &AppDelegate::openLinks);
     connect(&service, &ApplicationService::courseRequested, this, &AppDelegate::openNotice);
     logger.info("Ellwynd launching");
 }
@@ -84,7 +84,7 @@ void AppDelegate::switchSampleMode() {
         defaults.set(preferences::sampleData.name, before->second);
     else
         defaults.remove(preferences::sampleData.name);
-    service.resume();
+    service.reclaimName();
     Q_EMIT relaunchDidFail(QString::fromStdString(*failure));
 }
 

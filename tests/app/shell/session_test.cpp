@@ -191,7 +191,7 @@ TEST(Session, WithoutABusTheProgramIsAlone) {
     SessionBusService alone(QDBusConnection(QStringLiteral("no such connection")));
     EXPECT_EQ(alone.start(linkTo900102, {}), ApplicationService::Outcome::first);
     alone.releaseName();
-    alone.resume();
+    alone.reclaimName();
 }
 
 TEST(Session, ALinkWaitsForTheCourseList) {
@@ -248,7 +248,8 @@ TEST(Session, CallsOpenACourseOrDoNothing) {
              {QStringList(link(900101)), nothing, 1},
              {QVariantList{1, 2}, nothing}})
         EXPECT_EQ(peer.call(QStringLiteral("Open"), arguments), unknownMethod);
-    for (const char *method : {"releaseName", "resume", "deleteLater", "activated", "linksOpened"})
+    for (const char *method :
+         {"releaseName", "reclaimName", "deleteLater", "activationRequested", "linksRequested"})
         EXPECT_EQ(peer.call(QString::fromUtf8(method), {}), unknownMethod) << method;
     const qlonglong course = 900101;
     const auto action = [&](const char *which, const QVariantList &parameter) {

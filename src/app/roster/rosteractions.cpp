@@ -4,6 +4,7 @@
 #include "base/files.h"
 #include "base/log.h"
 #include "canvas/canvaslinks.h"
+#include "risk/coursethresholds.h"
 
 #include <fmt/format.h>
 
@@ -19,8 +20,8 @@ constexpr Log exports{"export"};
 } // namespace
 
 RosterActions::RosterActions(
-    const RosterView &view, const UserDefaults &preferenceStore, Stores &memory, Clock clock)
-    : roster(view), defaults(preferenceStore), stores(memory), now(clock) {}
+    const RosterView &roster, const UserDefaults &defaults, Stores &stores, Clock now)
+    : roster(roster), defaults(defaults), stores(stores), now(now) {}
 
 void RosterActions::markContacted(const std::vector<RiskRow> &students) {
     std::map<std::int64_t, std::vector<std::int64_t>> byCourse;
@@ -35,14 +36,25 @@ void RosterActions::copyMessages(
     const MessageTemplate &message, const std::vector<RiskRow> &students) {
     if (students.empty())
         return;
-    Q_EMIT textShouldBeCopied(
-        QString::fromStdString(messagesText(message, students, roster, defaults)));
+    const auto courseName = roster.courseID ? std::optional{roster.title} : std::nullopt;
+    const std::string text = fillAll(message, students, courseName, [this](std::int64_t courseID) {
+        return courseThresholds(defaults, courseID).passingScore;
+    });
+    Q_EMIT textShouldBeCopied(QString::fromStdString(text));
     markContacted(students);
     exports.info(fmt::format("Copied messages for {} student(s)", students.size()));
 }
 
 RosterExport RosterActions::exported(ExportFormat format) const {
-    return exportOf(roster, format, stores, now());
+    const Date date = now();
+    const ExportSource source{
+        .contacts = stores.contacts,
+        .history = stores.history,
+        .now = date,
+        .wholeTerm = !roster.courseID};
+    return {
+        .fileName = exportFileName(format, roster.title, date),
+        .text = exportText(format, roster.title, roster.rows, source)};
 }
 
 void RosterActions::saveExport(const RosterExport &file, const std::filesystem::path &path) {

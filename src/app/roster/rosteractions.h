@@ -1,14 +1,23 @@
 // What the teacher does with the roster on screen.
 #pragma once
 
-#include "app/roster/rosteroutputs.h"
+#include "app/roster/rosterview.h"
 #include "base/referencedate.h"
+#include "outputs/export/rosterexport.h"
+#include "outputs/messages/messagetemplate.h"
 
 #include <QObject>
 
 #include <filesystem>
 
 namespace ellwynd {
+
+/// A roster as a file.
+struct RosterExport {
+    /// What a save panel begins with.
+    std::string fileName;
+    std::string text;
+};
 
 /// Writes to students and notes it, saves rosters as files, and opens pages of Canvas. The
 /// clipboard, alerts and the browser belong to who answers the signals.
@@ -18,7 +27,7 @@ class RosterActions : public QObject {
   public:
     /// What is handed over outlives the actions.
     RosterActions(
-        const RosterView &roster, const UserDefaults &defaults, Stores &stores, Clock clock);
+        const RosterView &roster, const UserDefaults &defaults, Stores &stores, Clock now);
 
     /// Notes a contact with each of the students, all of them at one time.
     void markContacted(const std::vector<RiskRow> &students);

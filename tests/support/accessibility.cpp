@@ -1,5 +1,6 @@
 #include "support/accessibility.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QApplication>
 #include <QMetaEnum>
@@ -62,6 +63,14 @@ bool isReachedByArrows(const QWidget &control) {
 } // namespace
 
 std::vector<std::string> unnamedElements(QWidget &window) {
+    // Views announce row changes only while a screen reader is active. Without one, the rows that
+    // they handed out earlier are out of date.
+    for (QAbstractItemView *view : window.findChildren<QAbstractItemView *>()) {
+        QAccessibleTableModelChangeEvent reset(view, QAccessibleTableModelChangeEvent::ModelReset);
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(view);
+        if (accessible->tableInterface() != nullptr)
+            accessible->tableInterface()->modelChange(&reset);
+    }
     std::vector<std::string> unnamed;
     walk(*QAccessible::queryAccessibleInterface(&window), unnamed);
     return unnamed;

@@ -3,8 +3,6 @@
 #include "ui/settings/settingswindow.h"
 #include "ui/welcome/welcomewindow.h"
 
-#include <QAccessible>
-
 #include <gmock/gmock.h>
 
 namespace ellwynd {
@@ -13,10 +11,6 @@ namespace {
 using testing::IsEmpty;
 
 struct AccessibilityTest : test::MainWindowTest {
-    /// Views announce row changes only while a screen reader is active.
-    AccessibilityTest() { QAccessible::setActive(true); }
-    ~AccessibilityTest() override { QAccessible::setActive(false); }
-
     /// Checks the topmost window, and closes it unless it is the main one.
     void check(const std::string &what) {
         QApplication::processEvents();

@@ -10,7 +10,7 @@ namespace ellwynd {
 namespace {
 
 constexpr std::string_view placeholder = "@PREFERENCES@\n";
-constexpr std::size_t sizeLimit = 1024 * 1024;
+constexpr std::size_t sizeLimit = 1024UL * 1024;
 
 /// A sentence with the preference's valid values; empty if its default shows them.
 std::string limits(const Preference &row) {

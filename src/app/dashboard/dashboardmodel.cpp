@@ -51,8 +51,8 @@ dashboardCard(const ScoredCourse &course, const Stores &stores, const TrendSync 
     return card;
 }
 
-Dashboard::Dashboard(UserDefaults &store)
-    : defaults(store), observing(store.observe([this](std::string_view key) {
+Dashboard::Dashboard(UserDefaults &defaults)
+    : defaults(defaults), observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::dashboardTermID.name)
               Q_EMIT dashboardModelDidChange();
       })) {}

@@ -102,7 +102,7 @@ std::optional<std::string> files::read(const fs::path &file, std::size_t limit) 
     if (!S_ISREG(info.st_mode))
         fail("it is not a regular file");
     if (std::size_t(info.st_size) > limit)
-        fail(fmt::format("it is larger than {} MiB", limit / (1024 * 1024)));
+        fail(fmt::format("it is larger than {} MiB", limit / (1024UL * 1024)));
 
     std::string bytes;
     bytes.reserve(std::size_t(info.st_size) + spare);
@@ -183,7 +183,7 @@ void files::removeLeftovers(const fs::path &file) {
 fs::path files::setAside(const fs::path &file, long long secondsSince1970) {
     // An existing file is never overwritten: the next free second is used.
     for (long long second = secondsSince1970;; ++second) {
-        const fs::path aside = file.parent_path() /
+        fs::path aside = file.parent_path() /
             fmt::format("{}.unreadable-{}{}", file.stem().string(), second,
                         file.extension().string());
         if (::renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, aside.c_str(), RENAME_NOREPLACE) == 0)

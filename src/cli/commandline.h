@@ -34,7 +34,7 @@ class CommandLine {
     [[nodiscard]] bool wantsJSON() const { return has("json"); }
 
     /// Prints a result, or writes it to the file named with `-o`. @throws Failure
-    void print(const std::string &text) const;
+    void print(const std::string &result) const;
 
   private:
     CommandContext &context;

@@ -24,8 +24,8 @@ class Progress {
   public:
     Progress(std::ostream &err, Terminal terminal);
 
-    /// Starts a step. @param step what is waited for, such as "Reading the roster…"
-    void begin(std::string step);
+    /// Starts a step. @param next what is waited for, such as "Reading the roster…"
+    void begin(std::string next);
     /// Shows the step once a second has passed. Called by a timer.
     void update();
     /// Ends the step and erases the line.

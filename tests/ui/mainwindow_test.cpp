@@ -30,6 +30,21 @@ namespace {
 using test::MainWindowTest;
 using testing::ElementsAre;
 
+TEST_F(MainWindowTest, OneAlertAtATimeShowsTheLatestError) {
+    Q_EMIT controller.errorDidOccur(CanvasError(CanvasError::Kind::unauthorized));
+    Q_EMIT controller.errorDidOccur(CanvasError(CanvasError::Kind::timedOut));
+    const auto alerts = window.findChildren<QMessageBox *>();
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_TRUE(
+        alerts[0]->informativeText().startsWith(QStringLiteral("Canvas took too long to answer.")));
+    EXPECT_EQ(button(*alerts[0], QStringLiteral("Open Connection Settings…")), nullptr);
+    alerts[0]->reject();
+    Q_EMIT controller.errorDidOccur(CanvasError(CanvasError::Kind::unauthorized));
+    QMessageBox *alert = window.findChild<QMessageBox *>();
+    ASSERT_NE(alert, nullptr);
+    EXPECT_NE(button(*alert, QStringLiteral("Open Connection Settings…")), nullptr);
+}
+
 TEST_F(MainWindowTest, CommandsAreEnabledWhereTheyCanWork) {
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Ellwynd — Sample Data"));
     for (const QLabel *label : window.findChildren<QLabel *>())

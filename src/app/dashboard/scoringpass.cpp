@@ -61,8 +61,8 @@ ScoringPass::~ScoringPass() {
         run->stop.request_stop();
 }
 
-bool ScoringPass::isCurrent(const Run &other) const {
-    return other.generation == widgetGeneration;
+bool ScoringPass::isCurrent(const Run &of) const {
+    return of.generation == widgetGeneration;
 }
 
 void ScoringPass::start(std::shared_ptr<CanvasReading> source, ElapsedTime freshSince) {

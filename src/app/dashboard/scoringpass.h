@@ -65,18 +65,17 @@ class ScoringPass : public QObject {
     struct Run;
 
     void startNextTerm();
-    QCoro::Task<> scoreTerm(std::shared_ptr<Run> run, TermGroup term);
-    QCoro::Task<SharedCourse>
-    scoreOne(std::shared_ptr<Run> run, Course course, std::int64_t termID);
+    QCoro::Task<> scoreTerm(std::shared_ptr<Run> of, TermGroup term);
+    QCoro::Task<SharedCourse> scoreOne(std::shared_ptr<Run> of, Course course, std::int64_t termID);
     void publishTerm(const TermGroup &term, std::vector<SharedCourse> courses);
-    void termEnded(Run &run);
+    void termEnded(Run &of);
     void finish();
     [[nodiscard]] std::vector<CourseMovement>
     movements(const std::vector<std::int64_t> &termIDs) const;
     [[nodiscard]] WidgetSnapshotFile snapshot(
         std::int64_t automaticTermID, const std::vector<std::int64_t> &termIDs,
         Date fetchedAt) const;
-    [[nodiscard]] bool isCurrent(const Run &run) const;
+    [[nodiscard]] bool isCurrent(const Run &of) const;
     [[nodiscard]] bool feedsWidgets() const;
 
     UserDefaults &defaults;

@@ -98,7 +98,7 @@ class RosterController : public QObject {
     void showSelection();
     void redisplayFromCache();
     void showFailure(const CanvasError &failure);
-    void showRoster(const std::vector<SharedCourse> &courses, std::vector<RosterChange> movement);
+    void showRoster(const std::vector<SharedCourse> &shared, std::vector<RosterChange> movement);
     void setLoading(bool loading);
     [[nodiscard]] std::vector<SharedCourse> cachedCourses() const;
     [[nodiscard]] std::string selectionTitle() const;

@@ -2,12 +2,11 @@
 
 namespace ellwynd {
 
-SyncService::SyncService(
-    UserDefaults &preferenceStore, TrendSync &trendSync, std::filesystem::path seen)
-    : defaults(preferenceStore),
-      trends(trendSync),
-      seenFile(std::move(seen)),
-      observing(preferenceStore.observe([this](std::string_view key) {
+SyncService::SyncService(UserDefaults &defaults, TrendSync &trends, std::filesystem::path seenFile)
+    : defaults(defaults),
+      trends(trends),
+      seenFile(std::move(seenFile)),
+      observing(defaults.observe([this](std::string_view key) {
           // Queued: a folder is not closed from inside the change that it reported.
           if (key == preferences::syncSettings.name || key == preferences::cloudStoreFolder.name)
               QMetaObject::invokeMethod(this, &SyncService::restart, Qt::QueuedConnection);

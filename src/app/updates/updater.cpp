@@ -17,9 +17,9 @@ constexpr Log logger{"settings"};
 } // namespace
 
 Updater::Updater(
-    UserDefaults &store, UpdateFeed &source, std::string build, Clock clock,
+    UserDefaults &defaults, UpdateFeed &feed, std::string runningBuild, Clock now,
     std::chrono::milliseconds lookEvery)
-    : defaults(store), feed(source), runningBuild(std::move(build)), now(clock) {
+    : defaults(defaults), feed(feed), runningBuild(std::move(runningBuild)), now(now) {
     timer.setTimerType(Qt::VeryCoarseTimer);
     timer.setInterval(lookEvery);
     connect(&timer, &QTimer::timeout, this, [this] {

@@ -23,7 +23,7 @@ class Updater : public QObject {
     /// @param runningBuild of this program; one that is not made of numbers is older than nothing.
     /// @param lookEvery how often the clock is looked at for whether a check is due.
     Updater(
-        UserDefaults &defaults, UpdateFeed &feed, std::string runningBuild, Clock clock = systemNow,
+        UserDefaults &defaults, UpdateFeed &feed, std::string runningBuild, Clock now = systemNow,
         std::chrono::milliseconds lookEvery = std::chrono::hours(1));
 
     /// Forgets an update that is installed by now, makes the start's own check, and goes on by the

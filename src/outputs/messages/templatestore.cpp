@@ -62,7 +62,7 @@ void TemplateStore::add(MessageTemplate message) {
 
 std::string TemplateStore::addUntitled() {
     MessageTemplate message = newTemplate("Untitled", "Hi {first_name},\n\n", now());
-    const std::string id = message.id;
+    std::string id = message.id;
     add(std::move(message));
     return id;
 }

@@ -30,7 +30,7 @@ QString qt(const std::string &text) {
     return QString::fromStdString(text);
 }
 
-/// A plain text in the specification's markup.
+/// A plain text in the markup of notification bodies.
 QString escaped(QString text) {
     return text.replace(u'&', QStringLiteral("&amp;"))
         .replace(u'<', QStringLiteral("&lt;"))

@@ -31,7 +31,7 @@ constexpr qsizetype maxTokenLength = 1024;
 QString tokenOf(const QVariantMap &platformData) {
     for (const QLatin1StringView key : {tokenKey, startupKey}) {
         const QVariant value = platformData.value(key);
-        const QString token = value.typeId() == QMetaType::QString ? value.toString() : QString();
+        QString token = value.typeId() == QMetaType::QString ? value.toString() : QString();
         const bool plain =
             std::ranges::all_of(token, [](QChar c) { return c >= u' ' && c <= u'~'; });
         if (!token.isEmpty() && token.size() <= maxTokenLength && plain)

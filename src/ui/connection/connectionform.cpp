@@ -71,7 +71,7 @@ ConnectionOutcome ConnectionForm::save() {
     return outcome;
 }
 
-void ConnectionForm::showOutcome(const ConnectionOutcome &outcome) {
+void ConnectionForm::showOutcome(const ConnectionOutcome &outcome) const {
     showStatus(*status, qstring(outcome.status), !outcome.succeeded);
 }
 
@@ -81,13 +81,13 @@ QString ConnectionForm::announcement(const ConnectionOutcome &outcome) {
         qstring(outcome.status);
 }
 
-void ConnectionForm::setTesting(bool testing) {
+void ConnectionForm::setTesting(bool testing) const {
     address->setReadOnly(testing);
     token->setReadOnly(testing);
     progress->setVisible(testing);
 }
 
-void ConnectionForm::openTokenPage() {
+void ConnectionForm::openTokenPage() const {
     if (const auto page = ConnectionCheck::tokenPage(address->text().toStdString()))
         QDesktopServices::openUrl(QUrl(qstring(*page)));
     else

@@ -37,7 +37,7 @@ class ConnectionForm : public QObject {
     void stopTest();
     /// Saves the typed connection and shows the outcome.
     ConnectionOutcome save();
-    void showOutcome(const ConnectionOutcome &outcome);
+    void showOutcome(const ConnectionOutcome &outcome) const;
 
     /// The outcome of a test, for screen readers.
     [[nodiscard]] static QString announcement(const ConnectionOutcome &outcome);
@@ -51,8 +51,8 @@ class ConnectionForm : public QObject {
     QProgressBar *const progress;
 
   private:
-    void setTesting(bool testing);
-    void openTokenPage();
+    void setTesting(bool testing) const;
+    void openTokenPage() const;
 
     ConnectionCheck &check;
     /// Stops the current test.

@@ -40,7 +40,7 @@ class DashboardPane : public QWidget {
   private:
     void showModel();
     void showTermMenu();
-    void showCards(const std::vector<DashboardCourseCard> &cards);
+    void showCards(const std::vector<DashboardCourseCard> &wanted);
     void arrangeCards();
     void applyAppearance();
 

@@ -270,7 +270,9 @@ bool MainWindow::event(QEvent *event) {
     return event->type() == QEvent::StatusTip || QMainWindow::event(event);
 }
 
+/// One alert at a time: a later error replaces it.
 void MainWindow::showError(const CanvasError &error) {
+    delete errorAlert;
     QMessageBox *box = plainAlert(
         this, QStringLiteral("Ellwynd"),
         qstring(error.errorDescription()) + QStringLiteral("\n\n") +
@@ -283,6 +285,7 @@ void MainWindow::showError(const CanvasError &error) {
         });
     }
     box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
+    errorAlert = box;
     box->open();
 }
 

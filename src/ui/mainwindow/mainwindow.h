@@ -4,6 +4,8 @@
 #include "ui/settings/templateeditor.h"
 
 #include <QMainWindow>
+#include <QMessageBox>
+#include <QPointer>
 
 class QSplitter;
 class QStackedWidget;
@@ -101,6 +103,8 @@ class MainWindow : public QMainWindow {
     CourseSheets *sheets;
     SettingsWindow *settingsWindow = nullptr;
     bool updateChecksAvailable = false;
+    /// The alert of the latest error; null after it was closed.
+    QPointer<QMessageBox> errorAlert;
     std::shared_ptr<void> observing;
 };
 

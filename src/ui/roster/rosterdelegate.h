@@ -34,7 +34,7 @@ class RosterDelegate : public QStyledItemDelegate {
         QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
         const QModelIndex &index) override;
     bool helpEvent(
-        QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+        QHelpEvent *event, QAbstractItemView *where, const QStyleOptionViewItem &option,
         const QModelIndex &index) override;
 
     /// Call when the pointer leaves the rows.

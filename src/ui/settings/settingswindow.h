@@ -41,6 +41,7 @@ class SettingsWindow : public QDialog {
         UserNotifications &notifications, PreviewSource previewStudent,
         const Appearance &appearance, QWidget *parent = nullptr);
 
+    using QDialog::open;
     void open(Page page);
     /// Whether this build checks for updates, so that the setting is shown.
     void setUpdateChecksAvailable(bool available);

@@ -58,7 +58,7 @@ class MissingWorkDelegate : public QStyledItemDelegate {
             text.replace(u'\n', u' ');
             text = painter->fontMetrics().elidedText(text, Qt::ElideRight, cell.width());
         }
-        painter->drawText(cell, align | Qt::AlignVCenter, text);
+        painter->drawText(cell, int(align | Qt::AlignVCenter), text);
         painter->restore();
     }
 

@@ -83,11 +83,11 @@ class SharedStore {
     /// Does not read the file yet.
     /// @param directory the file's folder; absent for contents in memory alone.
     SharedStore(
-        const StoreFileOptions &options, Codec codec,
+        StoreFileOptions options, Codec codec,
         const std::optional<std::filesystem::path> &directory, Clock clock)
         : codec(std::move(codec)) {
         if (directory)
-            file.emplace(options, *directory, clock);
+            file.emplace(std::move(options), *directory, clock);
     }
 
     /// Reads the file. False when it does not exist or cannot be read.

@@ -94,7 +94,7 @@ void note(Records &records, const ContactRecord &contact) {
 } // namespace
 
 ContactLog::ContactLog(
-    UserDefaults &defaults, const std::optional<std::filesystem::path> &directory, Clock clock)
+    UserDefaults &defaults, std::optional<std::filesystem::path> directory, Clock clock)
     : defaults(defaults),
       store(fileOptions(), codec(clock), directory, clock),
       observing(defaults.observe([this](std::string_view key) {

@@ -34,7 +34,7 @@ class ContactLog : public QObject {
     /// removed from it. A file that cannot be read counts as empty.
     /// @param directory the file's folder; absent for a log in memory alone.
     ContactLog(
-        UserDefaults &defaults, const std::optional<std::filesystem::path> &directory,
+        UserDefaults &defaults, std::optional<std::filesystem::path> directory,
         Clock clock = systemNow);
     ~ContactLog() override;
 

@@ -39,7 +39,7 @@ SharedStore<Entries>::Codec codec(Clock clock) {
 } // namespace
 
 RosterHistory::RosterHistory(
-    UserDefaults &defaults, const std::optional<std::filesystem::path> &directory, Clock clock)
+    UserDefaults &defaults, std::optional<std::filesystem::path> directory, Clock clock)
     : defaults(defaults),
       store(fileOptions(), codec(clock), directory, clock),
       observing(defaults.observe([this](std::string_view key) {

@@ -26,7 +26,7 @@ class RosterHistory : public QObject {
     /// removed from it. A file that cannot be read is set aside.
     /// @param directory the file's folder; absent for a history in memory alone.
     RosterHistory(
-        UserDefaults &defaults, const std::optional<std::filesystem::path> &directory,
+        UserDefaults &defaults, std::optional<std::filesystem::path> directory,
         Clock clock = systemNow);
     ~RosterHistory() override;
 

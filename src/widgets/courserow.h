@@ -17,7 +17,7 @@ class CourseRow : public KeyboardButton {
 
     /// @param showsSummary whether "8 flagged" is shown beside the name.
     void present(
-        const WidgetRow &row, const CourseIcon &icon, const VisualStyle &visualStyle,
+        const WidgetRow &newRow, const CourseIcon &newIcon, const VisualStyle &newStyle,
         bool showsSummary);
     [[nodiscard]] const WidgetRow &row() const { return shown; }
 

@@ -15,7 +15,7 @@ class SummaryView : public QWidget {
     explicit SummaryView(QWidget *parent = nullptr);
 
     /// @param wide whether the number and its caption share a line.
-    void present(const WidgetContent &content, const VisualStyle &visualStyle, bool wide);
+    void present(const WidgetContent &newContent, const VisualStyle &newStyle, bool newWide);
 
   protected:
     void paintEvent(QPaintEvent *event) override;

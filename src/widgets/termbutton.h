@@ -11,7 +11,7 @@ class TermButton : public KeyboardButton {
 
   public:
     explicit TermButton(QWidget *parent = nullptr);
-    void present(const QString &term, const VisualStyle &visualStyle);
+    void present(const QString &term, const VisualStyle &newStyle);
     [[nodiscard]] QSize sizeHint() const override;
 
   protected:

@@ -29,8 +29,8 @@ class WidgetWindow : public QWidget {
 
     [[nodiscard]] const PlacedWidget &placed() const { return state; }
 
-    void present(
-        const std::optional<WidgetSnapshotFile> &file, const VisualStyle &visualStyle, Date now);
+    void
+    present(const std::optional<WidgetSnapshotFile> &file, const VisualStyle &newStyle, Date now);
 
     /// "Automatic" and the terms of the snapshot, with the displayed one checked.
     [[nodiscard]] QMenu *makeTermMenu(QWidget *parent);

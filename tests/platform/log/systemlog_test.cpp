@@ -28,7 +28,8 @@ TEST(SystemLog, LogsQtsMessagesAndAppliesTheFilter) {
         installSystemLog();
         const test::LogCapture log;
         qWarning("no\nfont");
-        qCCritical(QLoggingCategory("ellwynd.test"), "broken");
+        const QLoggingCategory category("ellwynd.test");
+        qCCritical(category, "broken");
         qInfo("using a %s", "font");
         Log("network").info("read 5 pages");
         qInstallMessageHandler(nullptr);

@@ -220,7 +220,7 @@ void RosterController::showSelection() {
     Q_EMIT rosterDidChange();
 }
 
-/// Shows the rows again, with the notes that stand beside them.
+/// Shows the rows again. The notes are kept.
 void RosterController::redisplayFromCache() {
     if (rosterView.state != RosterView::State::shown)
         return;

@@ -71,13 +71,13 @@ struct Application::Objects {
 Application::Application(ApplicationEnvironment environment, ApplicationService &service)
     : objects(std::make_unique<Objects>(std::move(environment), service)) {
     Objects &o = *objects;
-    QObject::connect(&o.shell, &AppDelegate::shouldActivate, &o.window, &MainWindow::activate);
+    QObject::connect(&o.shell, &AppDelegate::activationRequested, &o.window, &MainWindow::activate);
     QObject::connect(
-        &o.shell, &AppDelegate::shouldTerminate, qApp, &QCoreApplication::quit,
+        &o.shell, &AppDelegate::terminationRequested, qApp, &QCoreApplication::quit,
         Qt::QueuedConnection);
-    QObject::connect(&o.updater, &Updater::updateFound, &o.window, &MainWindow::showUpdate);
+    QObject::connect(&o.updater, &Updater::updateDidAppear, &o.window, &MainWindow::showUpdate);
     QObject::connect(
-        &o.updater, &Updater::updateWithdrawn, &o.window, [&o] { o.window.showUpdate({}); });
+        &o.updater, &Updater::updateDidDisappear, &o.window, [&o] { o.window.showUpdate({}); });
     QObject::connect(
         &o.notices, &MovementNotifier::openRequested, &o.shell,
         [&o](std::optional<std::int64_t> courseID) { o.shell.openNotice(courseID); });
@@ -118,10 +118,6 @@ void Application::followDesktop() {
 
 UserDefaults &Application::defaults() {
     return objects->defaults;
-}
-
-Stores &Application::stores() {
-    return objects->stores;
 }
 
 Appearance &Application::appearance() {

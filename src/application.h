@@ -62,7 +62,6 @@ class Application {
     void followDesktop();
 
     [[nodiscard]] UserDefaults &defaults();
-    [[nodiscard]] Stores &stores();
     [[nodiscard]] Appearance &appearance();
     [[nodiscard]] MainWindowController &controller();
     [[nodiscard]] MainWindow &window();

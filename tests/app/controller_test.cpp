@@ -140,7 +140,7 @@ TEST_F(ControllerTest, CopiesMessagesAndNotesTheContacts) {
     controller.select(CourseSelection{900101});
     std::vector<std::string> copied;
     QObject::connect(
-        &controller.actions(), &RosterActions::textShouldBeCopied, &controller,
+        &controller.actions(), &RosterActions::copyRequested, &controller,
         [&](const QString &text) { copied.push_back(text.toStdString()); });
     const MessageTemplate &email = core.stores.templates.templates().front();
     core.stores.contacts.deleteAll();
@@ -190,10 +190,10 @@ TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
     int invented = 0;
     const auto listen = [&](MainWindowController &driver) {
         QObject::connect(
-            &driver.actions(), &RosterActions::urlShouldOpen, &driver,
+            &driver.actions(), &RosterActions::openURLRequested, &driver,
             [&](const QString &url) { opened.push_back(url.toStdString()); });
         QObject::connect(
-            &driver.actions(), &RosterActions::pageIsInvented, &driver, [&] { ++invented; });
+            &driver.actions(), &RosterActions::samplePageRequested, &driver, [&] { ++invented; });
     };
     listen(controller);
     controller.actions().openGrades(900101, 5001);

@@ -43,8 +43,6 @@ class RefreshScheduler : public QObject {
     [[nodiscard]] const refresh::State &state() const { return current; }
     /// A full refresh, from its request to the end of its course list.
     [[nodiscard]] bool isRefreshing() const { return current.list.wanted || current.list.running; }
-    /// A refresh was asked for during one, and follows it.
-    [[nodiscard]] bool refreshQueued() const { return current.list.again; }
 
   Q_SIGNALS:
     void stateDidChange();

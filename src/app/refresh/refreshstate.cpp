@@ -55,7 +55,7 @@ class Decision {
 /// A refresh during a refresh is one more after it, however many are asked for.
 void Decision::requestList(Initiative initiative) {
     if (state.list.running) {
-        state.list.again = true;
+        state.refreshQueued = true;
         return;
     }
     want(state.connection, initiative);
@@ -88,7 +88,7 @@ void Decision::fireTimer() {
     if (isOlder(state.list, listFreshFor, now)) {
         requestList(Initiative::program);
     } else if (state.pass.running) {
-        state.pass.again = true;
+        state.passQueued = true;
     } else {
         want(state.connection, Initiative::program);
         want(state.pass, Initiative::program);
@@ -155,10 +155,10 @@ void Decision::stopReads() {
 }
 
 void Decision::dropWishes() {
-    for (Job *job : {&state.connection, &state.list, &state.roster, &state.pass}) {
+    for (Job *job : {&state.connection, &state.list, &state.roster, &state.pass})
         job->wanted.reset();
-        job->again = false;
-    }
+    state.refreshQueued = false;
+    state.passQueued = false;
 }
 
 void Decision::handle(const Event &event) {
@@ -239,11 +239,13 @@ void Decision::handle(const Event &event) {
         }
         break;
     }
-    for (Job *job : {&state.list, &state.pass}) {
-        if (!job->running && std::exchange(job->again, false)) {
-            job->wanted = job == &state.list ? Initiative::teacher : Initiative::program;
-            want(state.connection, *job->wanted);
-        }
+    if (!state.list.running && std::exchange(state.refreshQueued, false)) {
+        state.list.wanted = Initiative::teacher;
+        want(state.connection, Initiative::teacher);
+    }
+    if (!state.pass.running && std::exchange(state.passQueued, false)) {
+        state.pass.wanted = Initiative::program;
+        want(state.connection, Initiative::program);
     }
 }
 

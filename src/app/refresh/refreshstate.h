@@ -18,8 +18,6 @@ struct Job {
     std::optional<Initiative> wanted;
     /// Under way.
     std::optional<Initiative> running;
-    /// Asked for once more, after the one under way.
-    bool again = false;
     /// When the last one that succeeded ended; absent before.
     std::optional<ElapsedTime> readAt;
     /// The last one failed for want of a network, and is to be tried again.
@@ -40,6 +38,9 @@ struct State {
     Job roster;
     /// A scoring pass over the nearby terms.
     Job pass;
+    /// One more refresh, or pass, follows the one under way.
+    bool refreshQueued = false;
+    bool passQueued = false;
     /// Whether a roster is on screen at all, and not the dashboard.
     bool rosterSelected = false;
     /// A selection is read once it has stood this long, so that courses passed over are not asked.

@@ -40,7 +40,7 @@ void RosterActions::copyMessages(
     const std::string text = fillAll(message, students, courseName, [this](std::int64_t courseID) {
         return courseThresholds(defaults, courseID).passingScore;
     });
-    Q_EMIT textShouldBeCopied(QString::fromStdString(text));
+    Q_EMIT copyRequested(QString::fromStdString(text));
     markContacted(students);
     exports.info(fmt::format("Copied messages for {} student(s)", students.size()));
 }
@@ -89,7 +89,7 @@ void RosterActions::openAssignment(std::int64_t courseID, std::int64_t assignmen
 void RosterActions::open(
     const std::optional<std::string> &url, std::string_view what, std::int64_t courseID) {
     if (defaults.value(preferences::sampleData)) {
-        Q_EMIT pageIsInvented();
+        Q_EMIT samplePageRequested();
         return;
     }
     if (!url) {
@@ -99,7 +99,7 @@ void RosterActions::open(
     links.info(
         courseID != 0 ? fmt::format("Opening course {} in Canvas", courseID)
                       : "Opening a student's grades in Canvas");
-    Q_EMIT urlShouldOpen(QString::fromStdString(*url));
+    Q_EMIT openURLRequested(QString::fromStdString(*url));
 }
 
 std::string RosterActions::canvasAddress() const {

@@ -45,12 +45,12 @@ class RosterActions : public QObject {
     void openAssignment(std::int64_t courseID, std::int64_t assignmentID);
 
   Q_SIGNALS:
-    void textShouldBeCopied(const QString &text);
+    void copyRequested(const QString &text);
     void exportDidEnd(const QString &fileName);
     void exportDidFail(const QString &why);
-    void urlShouldOpen(const QString &url);
+    void openURLRequested(const QString &url);
     /// A page was asked for that the sample college has not.
-    void pageIsInvented();
+    void samplePageRequested();
 
   private:
     void open(const std::optional<std::string> &url, std::string_view what, std::int64_t courseID);

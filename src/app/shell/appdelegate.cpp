@@ -27,7 +27,9 @@ AppDelegate::AppDelegate(
       service(service),
       updater(updater),
       newInstance(std::move(newInstance)) {
-    connect(&service, &ApplicationService::activationRequested, this, &AppDelegate::shouldActivate);
+    connect(
+        &service, &ApplicationService::activationRequested, this,
+        &AppDelegate::activationRequested);
     connect(&service, &ApplicationService::linksRequested, this, &AppDelegate::openLinks);
     connect(&service, &ApplicationService::courseRequested, this, &AppDelegate::openNotice);
     logger.info("Ellwynd launching");
@@ -52,12 +54,12 @@ void AppDelegate::openLinks(const QStringList &links, const QString &activationT
     if (!courseID)
         return;
     clicks.info(fmt::format("A link asks for course {}", *courseID));
-    Q_EMIT shouldActivate(activationToken);
+    Q_EMIT activationRequested(activationToken);
     controller.showCourse(*courseID);
 }
 
 void AppDelegate::openNotice(std::optional<std::int64_t> courseID, const QString &activationToken) {
-    Q_EMIT shouldActivate(activationToken);
+    Q_EMIT activationRequested(activationToken);
     if (!courseID)
         return;
     clicks.info(fmt::format("A notice asks for course {}", *courseID));
@@ -75,7 +77,7 @@ void AppDelegate::switchSampleMode() {
     service.releaseName();
     const auto failure = newInstance();
     if (!failure) {
-        Q_EMIT shouldTerminate();
+        Q_EMIT terminationRequested();
         return;
     }
     logger.error(fmt::format("Relaunch failed: {}", *failure));

@@ -48,9 +48,9 @@ class AppDelegate : public QObject {
 
   Q_SIGNALS:
     /// The window is to come to the front. The desktop's activation token may be empty.
-    void shouldActivate(const QString &activationToken);
+    void activationRequested(const QString &activationToken);
     void relaunchDidFail(const QString &message);
-    void shouldTerminate();
+    void terminationRequested();
 
   private:
     UserDefaults &defaults;

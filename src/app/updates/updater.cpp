@@ -37,7 +37,7 @@ void Updater::start() {
     if (!feed.mayCheck())
         return;
     if (pending)
-        Q_EMIT updateFound(QString::fromStdString(pending->version));
+        Q_EMIT updateDidAppear(QString::fromStdString(pending->version));
     checkIfDue();
     timer.start();
 }
@@ -99,29 +99,29 @@ QCoro::Task<> Updater::check() {
     if (failure) {
         logger.error(fmt::format("The update check failed: {}", *failure));
         if (asked)
-            Q_EMIT checkFailed(QString::fromStdString(*failure));
+            Q_EMIT checkDidFail(QString::fromStdString(*failure));
         co_return;
     }
     defaults.set(preferences::lastCountedCheckDay, today);
     if (newest && isNewerBuild(newest->build, runningBuild)) {
         announce(*newest);
         if (asked)
-            Q_EMIT checkFoundUpdate(QString::fromStdString(newest->version));
+            Q_EMIT checkDidFindUpdate(QString::fromStdString(newest->version));
         co_return;
     }
     if (pendingUpdate()) {
         forgetPending();
-        Q_EMIT updateWithdrawn();
+        Q_EMIT updateDidDisappear();
     }
     if (asked)
-        Q_EMIT upToDate();
+        Q_EMIT checkDidFindNothing();
 }
 
 void Updater::announce(const Update &update) {
     logger.info(fmt::format("Update {} found; showing the sidebar banner", update.version));
     defaults.set(preferences::pendingUpdateBuild, update.build);
     defaults.set(preferences::pendingUpdateVersion, update.version);
-    Q_EMIT updateFound(QString::fromStdString(update.version));
+    Q_EMIT updateDidAppear(QString::fromStdString(update.version));
 }
 
 void Updater::forgetPending() {

@@ -44,14 +44,14 @@ class Updater : public QObject {
 
   Q_SIGNALS:
     /// By any check, or by an earlier run of the program.
-    void updateFound(const QString &version);
-    /// Only after the teacher's own check; follows `updateFound`.
-    void checkFoundUpdate(const QString &version);
+    void updateDidAppear(const QString &version);
+    /// Only after the teacher's own check; follows `updateDidAppear`.
+    void checkDidFindUpdate(const QString &version);
     /// What was announced is offered no more.
-    void updateWithdrawn();
+    void updateDidDisappear();
     /// Only after the teacher's own check.
-    void upToDate();
-    void checkFailed(const QString &message);
+    void checkDidFindNothing();
+    void checkDidFail(const QString &message);
 
   private:
     [[nodiscard]] bool lookedRecently() const;

@@ -17,17 +17,17 @@ ShellAlerts::ShellAlerts(AppDelegate &shell, Updater &updater, QWidget *window)
     connect(&shell, &AppDelegate::relaunchDidFail, this, [this](const QString &message) {
         showMessage(QStringLiteral("Ellwynd couldn’t be restarted."), message);
     });
-    connect(&updater, &Updater::upToDate, this, [this] {
+    connect(&updater, &Updater::checkDidFindNothing, this, [this] {
         showMessage(
             QStringLiteral("You’re up to date."),
             QStringLiteral("Ellwynd %1 is the newest version.").arg(qstring(version)));
     });
-    connect(&updater, &Updater::checkFoundUpdate, this, [this](const QString &found) {
+    connect(&updater, &Updater::checkDidFindUpdate, this, [this](const QString &found) {
         showMessage(
             QStringLiteral("Ellwynd %1 is available.").arg(found),
             QStringLiteral("Install it the same way as this version."));
     });
-    connect(&updater, &Updater::checkFailed, this, [this](const QString &message) {
+    connect(&updater, &Updater::checkDidFail, this, [this](const QString &message) {
         showMessage(QStringLiteral("Couldn’t check for updates."), message);
     });
 }

@@ -25,7 +25,7 @@ RosterDesktopActions::RosterDesktopActions(
       selected(std::move(selected)),
       window(window),
       exportFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
-    connect(&actions, &RosterActions::textShouldBeCopied, this, [this](const QString &text) {
+    connect(&actions, &RosterActions::copyRequested, this, [this](const QString &text) {
         QGuiApplication::clipboard()->setText(text);
         Q_EMIT noteRequested(QStringLiteral("Copied. Paste it where you write your message."));
     });
@@ -38,10 +38,10 @@ RosterDesktopActions::RosterDesktopActions(
         box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
         box->open();
     });
-    connect(&actions, &RosterActions::urlShouldOpen, this, [](const QString &url) {
+    connect(&actions, &RosterActions::openURLRequested, this, [](const QString &url) {
         QDesktopServices::openUrl(QUrl(url));
     });
-    connect(&actions, &RosterActions::pageIsInvented, this, [this] {
+    connect(&actions, &RosterActions::samplePageRequested, this, [this] {
         Q_EMIT noteRequested(
             QStringLiteral("The sample college is invented, so it has no pages in Canvas."));
     });

@@ -95,7 +95,7 @@ struct Shell {
 
     Shell() {
         QObject::connect(
-            &delegate, &AppDelegate::shouldActivate, &delegate,
+            &delegate, &AppDelegate::activationRequested, &delegate,
             [this](const QString &token) { activations.push_back(token.toStdString()); });
     }
 
@@ -319,7 +319,7 @@ TEST(Session, SwitchingSampleModeFreesTheNameAndStartsAnew) {
             ASSERT_EQ(shell.service.start({}, {}), ApplicationService::Outcome::first);
             int ended = 0;
             std::vector<std::string> failures;
-            QObject::connect(&delegate, &AppDelegate::shouldTerminate, [&] { ++ended; });
+            QObject::connect(&delegate, &AppDelegate::terminationRequested, [&] { ++ended; });
             QObject::connect(&delegate, &AppDelegate::relaunchDidFail, [&](const QString &message) {
                 failures.push_back(message.toStdString());
             });

@@ -136,13 +136,14 @@ struct UpdaterTest : testing::Test {
     }
 
     void listen(const Updater &to) {
-        QObject::connect(&to, &Updater::updateFound, &to, [this](const QString &version) {
+        QObject::connect(&to, &Updater::updateDidAppear, &to, [this](const QString &version) {
             told.push_back("found " + version.toStdString());
         });
         QObject::connect(
-            &to, &Updater::updateWithdrawn, &to, [this] { told.emplace_back("withdrawn"); });
-        QObject::connect(&to, &Updater::upToDate, &to, [this] { told.emplace_back("up to date"); });
-        QObject::connect(&to, &Updater::checkFailed, &to, [this](const QString &message) {
+            &to, &Updater::updateDidDisappear, &to, [this] { told.emplace_back("withdrawn"); });
+        QObject::connect(
+            &to, &Updater::checkDidFindNothing, &to, [this] { told.emplace_back("up to date"); });
+        QObject::connect(&to, &Updater::checkDidFail, &to, [this](const QString &message) {
             told.push_back("failed: " + message.toStdString());
         });
     }

@@ -57,8 +57,9 @@ void scoreAllCourses(benchmark::State &state) {
     test::MemorySecrets secrets;
     secrets.secrets[{TokenStore::service, TokenStore::accountOf(canvas.address())}] = canvas.token;
     defaults.set(preferences::canvasBaseURL, canvas.address());
+    AsyncTokenStore tokens(secrets.shared());
     CanvasSession session;
-    const Connector connector(defaults, secrets, session);
+    const Connector connector(defaults, tokens, session);
     Stores stores(defaults, home / "data");
     TrendSync trends(defaults);
     WidgetSnapshotWriter widgets(home / "widgets", [] {});

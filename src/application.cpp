@@ -32,8 +32,9 @@ struct Application::Objects {
         : environment(std::move(from)),
           defaults(environment.preferencesFile, environment.launchArguments),
           appearance(settings, environment.desktopIsDark),
-          connector(defaults, *environment.secrets, session),
-          connection(defaults, *environment.secrets, session),
+          tokens(environment.secrets),
+          connector(defaults, tokens, session),
+          connection(defaults, tokens, session),
           stores(defaults, environment.data),
           sync(defaults, trends, environment.state / "CloudSeen.json"),
           notices(defaults, *environment.notifications, isActive),
@@ -50,6 +51,7 @@ struct Application::Objects {
     Settings settings{defaults};
     Appearance appearance;
     CanvasSession session;
+    AsyncTokenStore tokens;
     Connector connector;
     ConnectionCheck connection;
     Stores stores;

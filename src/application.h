@@ -34,7 +34,7 @@ struct ApplicationEnvironment {
     std::filesystem::path state;
     /// What the program shares with its widgets.
     std::filesystem::path widgetContainer;
-    std::unique_ptr<SecretStore> secrets;
+    std::shared_ptr<SecretStore> secrets;
     std::unique_ptr<UserNotifications> notifications;
     /// Asks the widgets to draw themselves again.
     std::function<void()> reloadWidgets = [] {};

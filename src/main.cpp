@@ -2,6 +2,7 @@
 #include "app/shell/deeplink.h"
 #include "app/shell/startupcleanup.h"
 #include "application.h"
+#include "base/endprocess.h"
 #include "platform/appearance/colorscheme.h"
 #include "platform/folders/directories.h"
 #include "platform/log/systemlog.h"
@@ -69,9 +70,7 @@ ApplicationEnvironment environment(PreferenceMap launchArguments) {
         }};
 }
 
-} // namespace
-
-int main(int argc, char **argv) {
+int run(int argc, char **argv) {
     installSystemLog();
     // Before the application takes its own options away, and the token for its first window.
     LaunchArguments arguments =
@@ -107,4 +106,10 @@ int main(int argc, char **argv) {
     program.followDesktop();
     program.launch(*links);
     return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    ellwynd::endProcess(run(argc, argv));
 }

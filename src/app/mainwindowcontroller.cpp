@@ -83,6 +83,7 @@ MainWindowController::MainWindowController(
 }
 
 MainWindowController::~MainWindowController() {
+    stopConnecting.request_stop();
     stopListRead.request_stop();
 }
 
@@ -94,6 +95,13 @@ void MainWindowController::refresh() {
 
 void MainWindowController::refreshRoster() {
     scheduler.send(Event::Kind::rosterRequested);
+}
+
+void MainWindowController::connectionDidChange() {
+    // What is being read may be what was saved before.
+    if (scheduler.state().connection.running)
+        openConnection(Initiative::teacher);
+    refresh();
 }
 
 void MainWindowController::setActive(bool active) {
@@ -133,10 +141,8 @@ void MainWindowController::checkDay() {
 /// is a sign-out from the old one.
 void MainWindowController::addressDidChange() {
     const std::string before = std::exchange(address, defaults.value(preferences::canvasBaseURL));
-    if (haveSameOrigin(before, address)) {
-        scheduler.send(Event::Kind::refreshRequested);
-        return;
-    }
+    if (haveSameOrigin(before, address))
+        return connectionDidChange();
     if (!before.empty())
         clearEverything();
     scheduler.send(Event::Kind::connectionChanged);
@@ -170,26 +176,56 @@ void MainWindowController::showCourse(std::int64_t courseID) {
 // ---- The connection ----------------------------------------------------------------------------
 
 void MainWindowController::openConnection(Initiative initiative) {
+    stopConnecting.request_stop();
+    stopConnecting = {};
+    if (courseList.isEmpty() && initiative == Initiative::teacher)
+        setStatus("Loading courses…");
+    detach(readConnection(initiative, stopConnecting.get_token()), "Opening the connection");
+}
+
+QCoro::Task<> MainWindowController::readConnection(Initiative initiative, std::stop_token stop) {
+    const QPointer<MainWindowController> self(this);
+    const bool isTeachers = initiative == Initiative::teacher;
+    std::shared_ptr<CanvasReading> opened;
+    std::optional<KeychainError> failure;
     try {
-        source = connector.open();
+        auto opening =
+            connector.open(isTeachers ? UnlockPrompt::allowed : UnlockPrompt::never, stop);
+        opened = co_await opening;
     } catch (const KeychainError &error) {
-        if (initiative == Initiative::teacher) {
-            logger.error(fmt::format("Keychain unreadable: {}", error.what()));
-            setStatus("Keychain unavailable", true);
-        } else {
-            widgetLog.error(
-                fmt::format("Skipping widget refresh, Keychain unreadable: {}", error.what()));
-        }
-        scheduler.send(Event::Kind::connectionFailed);
-        return;
+        failure = error;
+    } catch (const Cancelled &) {
+        throw;
+    } catch (const std::exception &error) {
+        failure = KeychainError(KeychainError::failed, error.what());
     }
-    if (source) {
+    if (!self || stop.stop_requested())
+        co_return;
+    if (failure) {
+        connectionDidFail(*failure, initiative);
+    } else if (opened) {
+        source = std::move(opened);
         scheduler.send(Event::Kind::connectionOpened);
-        return;
+    } else {
+        clearEverything();
+        setStatus("Not connected");
+        scheduler.send(Event::Kind::connectionMissing);
     }
-    clearEverything();
-    setStatus("Not connected");
-    scheduler.send(Event::Kind::connectionMissing);
+}
+
+void MainWindowController::connectionDidFail(const KeychainError &error, Initiative initiative) {
+    // The teacher asked for it while it was read without a prompt.
+    if (initiative == Initiative::program &&
+        scheduler.state().connection.running == Initiative::teacher)
+        return openConnection(Initiative::teacher);
+    if (initiative == Initiative::teacher) {
+        logger.error(fmt::format("Keychain unreadable: {}", error.what()));
+        setStatus("Keychain unavailable", true);
+    } else {
+        widgetLog.error(
+            fmt::format("Skipping widget refresh, Keychain unreadable: {}", error.what()));
+    }
+    scheduler.send(Event::Kind::connectionFailed);
 }
 
 /// What belongs to a connection goes with it, within one turn of the event loop.

@@ -30,6 +30,8 @@ class MainWindowController : public QObject, private RefreshJobs {
     void refresh();
     /// Only what is on screen.
     void refreshRoster();
+    /// The address or the token was saved, or the teacher signed out.
+    void connectionDidChange();
     void select(const Selection &selection);
     /// Opens a course by id: at once when the course list is in, otherwise as soon as it is. An id
     /// that the list does not hold opens nothing.
@@ -84,6 +86,8 @@ class MainWindowController : public QObject, private RefreshJobs {
     void stopRoster() override;
     void stopPass() override;
 
+    QCoro::Task<> readConnection(refresh::Initiative initiative, std::stop_token stop);
+    void connectionDidFail(const KeychainError &error, refresh::Initiative initiative);
     QCoro::Task<> fetchCourseList(std::shared_ptr<CanvasReading> from, std::stop_token stop);
     void listDidArrive(ListRead<Course> fetched);
     void listDidFail(const CanvasError &error);
@@ -109,6 +113,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     /// Null while not connected.
     std::shared_ptr<CanvasReading> source;
     std::string address;
+    std::stop_source stopConnecting;
     std::stop_source stopListRead;
     bool isActive = false;
     /// To be opened as soon as the course list is in.

@@ -47,4 +47,8 @@ std::optional<std::string> canvasLinks::assignment(
         {courseID, assignmentID});
 }
 
+std::optional<std::string> canvasLinks::tokenPage(const std::string &baseURL) {
+    return pageURL(baseURL, "profile/settings", {});
+}
+
 } // namespace ellwynd

@@ -16,6 +16,8 @@ namespace canvasLinks {
 grades(const std::string &baseURL, std::int64_t courseID, std::int64_t studentID);
 [[nodiscard]] std::optional<std::string>
 assignment(const std::string &baseURL, std::int64_t courseID, std::int64_t assignmentID);
+/// The page where access tokens are created.
+[[nodiscard]] std::optional<std::string> tokenPage(const std::string &baseURL);
 
 } // namespace canvasLinks
 

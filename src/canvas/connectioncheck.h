@@ -1,8 +1,8 @@
 // The actions of the connection settings, without their user interface.
 #pragma once
 
+#include "canvas/asynctokenstore.h"
 #include "canvas/client/canvassession.h"
-#include "canvas/tokenstore.h"
 #include "preferences/userdefaults.h"
 
 namespace ellwynd {
@@ -18,17 +18,27 @@ struct ConnectionState {
 
 /// The outcome of an action.
 struct ConnectionOutcome {
+    enum class Field { address, token };
+
     bool succeeded = false;
     /// A sentence for the teacher.
     std::string status;
+    /// What the teacher can do about a failure; may be empty.
+    std::string advice{};
+    /// The field that the status is about.
+    Field field = Field::token;
 };
 
-/// Validates, tests and saves a Canvas address with its token, and signs out.
+/// Validates, tests and saves a Canvas address with its token, and signs out. The tasks may outlive
+/// this object, but not its arguments.
 class ConnectionCheck {
   public:
-    ConnectionCheck(UserDefaults &defaults, SecretStore &secrets, CanvasSession &session);
+    ConnectionCheck(UserDefaults &defaults, AsyncTokenStore &tokens, CanvasSession &session);
 
-    [[nodiscard]] ConnectionState state() const;
+    /// The saved address; empty for none.
+    [[nodiscard]] std::string savedAddress() const;
+    /// Reads the secret store, which may prompt.
+    [[nodiscard]] QCoro::Task<ConnectionState> state() const;
 
     /// Reads the teacher's name with the typed address and token. An empty token means the saved
     /// one. Saves nothing.
@@ -41,24 +51,25 @@ class ConnectionCheck {
 
     /// Saves the token, then the address; neither if the token cannot be saved. An empty token
     /// keeps the saved one.
-    [[nodiscard]] ConnectionOutcome save(const std::string &address, const std::string &token);
+    [[nodiscard]] QCoro::Task<ConnectionOutcome> save(std::string address, std::string token);
     /// Like `save`, but throws KeychainError.
-    [[nodiscard]] ConnectionOutcome
-    saveOrThrow(const std::string &address, const std::string &token);
+    [[nodiscard]] QCoro::Task<ConnectionOutcome>
+    saveOrThrow(std::string address, std::string token);
 
-    /// Deletes the token and the address; the address even if the token cannot be deleted.
-    void signOut();
-
-    /// The Canvas page where tokens are created; absent for an address that is not valid.
-    [[nodiscard]] static std::optional<std::string> tokenPage(const std::string &address);
+    /// Deletes the token and the address; the address even if the token cannot be deleted, which is
+    /// a failure that says where the token is.
+    [[nodiscard]] QCoro::Task<ConnectionOutcome> signOut();
 
     /// The typed address without surrounding white space; absent unless it is valid (see
     /// `httpsURL`).
     [[nodiscard]] static std::optional<std::string> validAddress(const std::string &typed);
+    /// The Canvas address that the typed text probably means: "https://" with its host and port.
+    /// Absent when the text is that address already, or names no host.
+    [[nodiscard]] static std::optional<std::string> suggestedAddress(const std::string &typed);
 
   private:
     UserDefaults &defaults;
-    TokenStore tokens;
+    AsyncTokenStore &tokens;
     CanvasSession &session;
 };
 
@@ -66,6 +77,11 @@ class ConnectionCheck {
 inline constexpr std::string_view tokenPageNeedsAddress =
     "Enter your Canvas address above first, then this will open the page where access tokens are "
     "created.";
+
+/// The question before signing out, which cannot be undone.
+inline constexpr std::string_view signOutQuestion = "Sign out of Canvas?";
+inline constexpr std::string_view signOutWarning =
+    "Canvas will not show this token again. To connect again, create a new one in Canvas.";
 
 inline constexpr std::string_view signOutHelp =
     "Delete the token from the Keychain and forget the Canvas address";

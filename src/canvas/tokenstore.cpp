@@ -17,17 +17,19 @@ bool isUTF8(const std::string &bytes) {
 
 } // namespace
 
-std::optional<std::string> TokenStore::readToken(const std::string &account) const {
-    auto token = secrets.read(service, account);
+std::optional<std::string>
+TokenStore::readToken(const std::string &account, const SecretAccess &access) const {
+    auto token = secrets.read(service, account, access);
     return token && isUTF8(*token) ? token : std::nullopt;
 }
 
-void TokenStore::saveToken(const std::string &token, const std::string &account) const {
-    secrets.save(token, service, account);
+void TokenStore::saveToken(
+    const std::string &token, const std::string &account, const SecretAccess &access) const {
+    secrets.save(token, service, account, access);
 }
 
-void TokenStore::deleteToken(const std::string &account) const {
-    secrets.remove(service, account);
+void TokenStore::deleteToken(const std::string &account, const SecretAccess &access) const {
+    secrets.remove(service, account, access);
 }
 
 std::string TokenStore::accountOf(const std::string &address) {

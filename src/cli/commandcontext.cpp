@@ -3,11 +3,14 @@
 #include "app/courses/connector.h"
 #include "app/roster/rosterview.h"
 #include "base/text.h"
+#include "cli/hiddeninput.h"
 #include "platform/folders/directories.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <istream>
+#include <ostream>
 
 namespace ellwynd::cli {
 
@@ -19,7 +22,20 @@ CommandContext::CommandContext(
       in(in),
       preferencesFile(std::move(preferencesFile)),
       arguments(std::move(arguments)),
+      keyboard(terminal.keyboard),
       progressLine(err, std::move(terminal)) {}
+
+std::string CommandContext::readSecret(std::string_view prompt) {
+    std::string line;
+    if (keyboard < 0) {
+        std::getline(in, line);
+        return line;
+    }
+    err << prompt << std::flush;
+    const HiddenInput hidden(keyboard);
+    std::getline(in, line);
+    return line;
+}
 
 UserDefaults &CommandContext::defaults() {
     if (!openedDefaults)
@@ -45,7 +61,8 @@ TrendSync &CommandContext::trends() {
 }
 
 std::shared_ptr<CanvasReading> CommandContext::connect() {
-    auto source = Connector(defaults(), *secretStore, canvasSession).open();
+    const Connector connector(defaults(), tokenStore, canvasSession);
+    auto source = finish("Reading the Keychain…", connector.open(UnlockPrompt::allowed));
     if (!source)
         throw NotConnected();
     return source;

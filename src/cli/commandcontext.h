@@ -2,16 +2,17 @@
 #pragma once
 
 #include "app/roster/visit.h"
+#include "canvas/asynctokenstore.h"
 #include "canvas/client/canvassession.h"
 #include "cli/progress.h"
 #include "net/runtoend.h"
 #include "platform/cloud/syncedfolder.h"
-#include "platform/secrets/secretstore.h"
 
 #include <iosfwd>
 #include <memory>
 #include <span>
 #include <stdexcept>
+#include <string_view>
 
 namespace ellwynd::cli {
 
@@ -52,14 +53,12 @@ class CommandContext {
 
     std::ostream &out;
     std::ostream &err;
-    /// The token is read from here.
-    std::istream &in;
     Clock now = systemNow;
 
     /// The values forced for this run.
     [[nodiscard]] const PreferenceMap &launchArguments() const { return arguments; }
     [[nodiscard]] UserDefaults &defaults();
-    [[nodiscard]] SecretStore &secrets() { return *secretStore; }
+    [[nodiscard]] AsyncTokenStore &tokens() { return tokenStore; }
     [[nodiscard]] CanvasSession &http() { return canvasSession; }
     /// Roster history, contacts and templates.
     [[nodiscard]] Stores &stores();
@@ -67,6 +66,9 @@ class CommandContext {
     [[nodiscard]] TrendSync &trends();
     /// Opens the data source. @throws NotConnected, KeychainError
     [[nodiscard]] std::shared_ptr<CanvasReading> connect();
+
+    /// Reads one line. On a terminal it is asked for on standard error, and not shown.
+    [[nodiscard]] std::string readSecret(std::string_view prompt);
 
     /// Progress of long work on a terminal.
     [[nodiscard]] Progress &progress() { return progressLine; }
@@ -85,13 +87,15 @@ class CommandContext {
     }
 
   private:
+    std::istream &in;
     std::filesystem::path preferencesFile;
     PreferenceMap arguments;
+    int keyboard;
     std::unique_ptr<UserDefaults> openedDefaults;
     std::unique_ptr<Stores> openedStores;
     std::unique_ptr<SyncedFolder> cloud;
     std::unique_ptr<TrendSync> trendSync;
-    std::unique_ptr<SecretStore> secretStore = makeSecretStore();
+    AsyncTokenStore tokenStore{makeSecretStore()};
     CanvasSession canvasSession;
     Progress progressLine;
 };

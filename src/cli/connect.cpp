@@ -1,8 +1,7 @@
+#include "base/text.h"
 #include "canvas/connectioncheck.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
-
-#include <istream>
 
 namespace ellwynd::cli {
 
@@ -14,19 +13,19 @@ static int runConnect(CommandContext &context, const QStringList &words) {
     if (!line.parse(words))
         return done;
     refuseSample(context, "connect");
-    std::string token;
-    std::getline(context.in, token);
+    const std::string token = context.readSecret("Access token: ");
 
-    ConnectionCheck check(context.defaults(), context.secrets(), context.http());
+    ConnectionCheck check(context.defaults(), context.tokens(), context.http());
     const std::string address = line.word(0);
     const ConnectionOutcome tested =
         context.finish("Checking the connection…", check.testOrThrow(address, token));
     if (!tested.succeeded)
         throw Failure(tested.status);
-    const ConnectionOutcome saved = check.saveOrThrow(address, token);
+    const ConnectionOutcome saved =
+        context.finish("Saving the token…", check.saveOrThrow(address, token));
     if (!saved.succeeded)
         throw Failure(saved.status);
-    line.print(tested.status + "\n");
+    line.print(oneLine(tested.status) + "\n");
     return done;
 }
 

@@ -1,3 +1,4 @@
+#include "base/text.h"
 #include "canvas/connectioncheck.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
@@ -12,9 +13,13 @@ static int runDisconnect(CommandContext &context, const QStringList &words) {
     if (!line.parse(words))
         return done;
     refuseSample(context, "disconnect");
-    ConnectionCheck(context.defaults(), context.secrets(), context.http()).signOut();
+    ConnectionCheck check(context.defaults(), context.tokens(), context.http());
+    const ConnectionOutcome outcome = context.finish("Deleting the token…", check.signOut());
     WidgetSnapshotWriter(directories::widgetContainer(), widgetTimelines::reloadAll).clear();
-    return done;
+    if (outcome.succeeded)
+        return done;
+    context.err << oneLine(outcome.status) << "\n" << oneLine(outcome.advice) << "\n";
+    return keychainUnavailable;
 }
 
 Command disconnectCommand() {

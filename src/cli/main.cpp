@@ -1,3 +1,4 @@
+#include "base/endprocess.h"
 #include "cli/run.h"
 #include "platform/folders/directories.h"
 #include "platform/log/systemlog.h"
@@ -12,7 +13,8 @@ int main(int argc, char **argv) {
     ellwynd::installSystemLog();
     const std::vector<std::string> words(argv + 1, argv + argc);
     const QCoreApplication application(argc, argv);
-    return ellwynd::cli::run(
+    ellwynd::endProcess(ellwynd::cli::run(
         words, std::cin, std::cout, std::cerr, ellwynd::directories::config() / "Preferences.json",
-        {.present = ::isatty(STDERR_FILENO) != 0});
+        {.present = ::isatty(STDERR_FILENO) != 0,
+         .keyboard = ::isatty(STDIN_FILENO) != 0 ? STDIN_FILENO : -1}));
 }

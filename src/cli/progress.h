@@ -11,10 +11,12 @@
 
 namespace ellwynd::cli {
 
-/// What standard error is connected to.
+/// What the standard streams are connected to.
 struct Terminal {
-    /// False for a file or a pipe; progress is then not shown.
+    /// Whether standard error is a terminal; progress is not shown in a file or a pipe.
     bool present = false;
+    /// The file descriptor of standard input if it is a terminal, else -1.
+    int keyboard = -1;
     std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
 };
 

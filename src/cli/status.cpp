@@ -16,8 +16,11 @@ std::string stateOf(CommandContext &context, const std::string &address) {
     if (address.empty())
         return "not connected";
     try {
-        const TokenStore tokens(context.secrets());
-        return tokens.readToken(TokenStore::accountOf(address)) ? "connected" : "not connected";
+        auto reading =
+            context.tokens().readToken(TokenStore::accountOf(address), UnlockPrompt::allowed);
+        const bool hasToken =
+            context.finish("Reading the Keychain…", std::move(reading)).has_value();
+        return hasToken ? "connected" : "not connected";
     } catch (const KeychainError &error) {
         context.err << oneLine(error.what()) << "\n";
         return "keychain unavailable";

@@ -1,4 +1,5 @@
 #include "app/mainwindowcontroller.h"
+#include "net/runtoend.h"
 #include "support/core.h"
 #include "support/fakecanvas.h"
 #include "support/instants.h"
@@ -355,9 +356,12 @@ TEST_F(LiveControllerTest, ASlowAnswerNeverOverwritesALaterChoice) {
 }
 
 TEST_F(LiveControllerTest, TenRefreshesDuringOneAreOneMore) {
+    canvas.hold(QStringLiteral("/api/v1/courses"));
     controller.refresh();
+    ASSERT_TRUE(until([&] { return !canvas.requests.empty(); }));
     for (int i = 0; i < 10; ++i)
         controller.refresh();
+    canvas.release();
     ASSERT_TRUE(untilShown("Fall"));
     ASSERT_TRUE(until([&] { return !controller.isLoading(); }));
     EXPECT_EQ(
@@ -401,11 +405,11 @@ TEST_F(LiveControllerTest, ARejectedTokenAndASignOut) {
 
     core.secrets.failure = KeychainError(KeychainError::locked, "locked");
     controller.refresh();
-    EXPECT_EQ(controller.status(), "Keychain unavailable");
+    EXPECT_TRUE(until([&] { return controller.status() == "Keychain unavailable"; }));
     EXPECT_EQ(controller.roster().title, "Fall") << "what is on screen stays";
     core.secrets.failure.reset();
 
-    core.check.signOut();
+    static_cast<void>(runToEnd(core.check.signOut()));
     controller.refresh();
     EXPECT_EQ(controller.status(), "Not connected");
     EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);

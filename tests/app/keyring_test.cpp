@@ -20,10 +20,11 @@ TEST(Keyring, WhatIsOnScreenOutlivesALockedAndAKilledKeyring) {
     test::serve(canvas, std::span(&course, 1));
     const test::TemporaryFolder folder;
     UserDefaults defaults(folder.path() / "Preferences.json", {});
-    const auto secrets = makeSecretStore();
+    AsyncTokenStore tokens(makeSecretStore());
     CanvasSession session;
-    const Connector connector(defaults, *secrets, session);
-    TokenStore(*secrets).saveToken("secret-token", TokenStore::accountOf(canvas.address()));
+    const Connector connector(defaults, tokens, session);
+    TokenStore(*makeSecretStore())
+        .saveToken("secret-token", TokenStore::accountOf(canvas.address()));
     defaults.set(preferences::canvasBaseURL, canvas.address());
 
     Stores stores(defaults, folder.path() / "data");
@@ -56,7 +57,9 @@ TEST(Keyring, WhatIsOnScreenOutlivesALockedAndAKilledKeyring) {
 
     const auto refreshInVain = [&](const char *what) {
         const std::size_t requests = canvas.requests.size();
+        statuses.clear();
         controller.refresh();
+        EXPECT_TRUE(test::until([&] { return !statuses.empty() && !controller.isLoading(); }));
         EXPECT_EQ(controller.status(), "Keychain unavailable") << what;
         EXPECT_FALSE(controller.isLoading()) << what;
         EXPECT_EQ(controller.roster().state, RosterView::State::shown) << what;

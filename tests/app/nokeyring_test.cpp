@@ -1,6 +1,7 @@
 // A program on a desktop without any secret service; see support/with-bus.
 #include "app/mainwindowcontroller.h"
 #include "support/temporaryfolder.h"
+#include "support/until.h"
 
 #include <QDBusConnection>
 
@@ -13,9 +14,9 @@ TEST(NoKeyring, IsUnavailableAndNoSignOut) {
     ASSERT_TRUE(QDBusConnection::sessionBus().isConnected()) << "a bus, but nothing on it";
     const test::TemporaryFolder folder;
     UserDefaults defaults(folder.path() / "Preferences.json", {});
-    const auto secrets = makeSecretStore();
+    AsyncTokenStore tokens(makeSecretStore());
     CanvasSession session;
-    const Connector connector(defaults, *secrets, session);
+    const Connector connector(defaults, tokens, session);
     Stores stores(defaults, folder.path() / "data");
     TrendSync trends(defaults);
     WidgetSnapshotWriter widgets(folder.path() / "widgets", [] {});
@@ -24,6 +25,7 @@ TEST(NoKeyring, IsUnavailableAndNoSignOut) {
     defaults.set(preferences::canvasBaseURL, std::string("https://canvas.example.edu"));
     for (const char *refresh : {"first", "second"}) {
         controller.refresh();
+        EXPECT_TRUE(test::until([&] { return !controller.isLoading(); }));
         EXPECT_EQ(controller.status(), "Keychain unavailable") << refresh;
         EXPECT_EQ(controller.roster().state, RosterView::State::nothingSelected) << refresh;
         EXPECT_FALSE(controller.isLoading()) << refresh;

@@ -1,3 +1,4 @@
+#include "canvas/canvaslinks.h"
 #include "canvas/connectioncheck.h"
 #include "net/runtoend.h"
 #include "support/core.h"
@@ -38,54 +39,92 @@ TEST(ConnectionCheck, AcceptsOnlyHttpsAddressesWithAHost) {
              {"https://h example", {}, {}},
              {"", {}, {}}}) {
         EXPECT_EQ(ConnectionCheck::validAddress(row.typed), row.address) << row.typed;
-        EXPECT_EQ(ConnectionCheck::tokenPage(row.typed), row.tokenPage) << row.typed;
+        EXPECT_EQ(canvasLinks::tokenPage(row.address.value_or(row.typed)), row.tokenPage)
+            << row.typed;
     }
+}
+
+TEST(ConnectionCheck, SuggestsTheAddressOfWhatWasCopiedFromABrowser) {
+    struct Row {
+        const char *typed;
+        std::optional<std::string> suggested;
+    };
+    const std::string school = "https://canvas.school.edu";
+    for (const Row &row : std::vector<Row>{
+             {"canvas.school.edu", school},
+             {" canvas.school.edu\n", school},
+             {"canvas.school.edu/courses/4021", school},
+             {"https://canvas.school.edu/courses/4021", school},
+             {"https://canvas.school.edu/?login_success=1", school},
+             {"https://canvas.school.edu#top", school},
+             {"https://teacher@canvas.school.edu/", school},
+             {"http://canvas.school.edu:80/login", school},
+             {"HTTPS://Canvas.School.edu", school},
+             {"https://canvas.school.edu:8443/courses", school + ":8443"},
+             {"https://canvas.school.edu", {}},
+             {"https://canvas.school.edu/", {}},
+             {"canvas", {}},
+             {"canvas.", {}},
+             {"canvas school.edu", {}},
+             {"ftp://canvas.school.edu/x", {}},
+             {"mailto:ana@school.edu", {}},
+             {"https://", {}},
+             {"", {}}})
+        EXPECT_EQ(ConnectionCheck::suggestedAddress(row.typed), row.suggested) << row.typed;
 }
 
 TEST(ConnectionCheck, StateDescribesTheSavedConnection) {
     test::Core core;
-    EXPECT_EQ(core.check.state().placeholder, "Paste your Canvas access token");
-    EXPECT_EQ(core.check.state().status, "No token saved yet — paste one below to connect.");
-    core.connectTo("https://h.example/lms");
-    EXPECT_EQ(core.check.state().address, "https://h.example/lms");
-    EXPECT_EQ(core.check.state().placeholder, "Token saved — leave blank to keep it");
-    EXPECT_THAT(
-        core.check.state().status, StartsWith("A token is saved in your Keychain for h.example"));
-    core.secrets.failure = locked;
-    EXPECT_TRUE(core.check.state().keychainUnavailable);
+    EXPECT_EQ(runToEnd(core.check.state()).placeholder, "Paste your Canvas access token");
     EXPECT_EQ(
-        core.check.state().status,
+        runToEnd(core.check.state()).status, "No token saved yet — paste one below to connect.");
+    core.connectTo("https://h.example/lms");
+    EXPECT_EQ(runToEnd(core.check.state()).address, "https://h.example/lms");
+    EXPECT_EQ(runToEnd(core.check.state()).placeholder, "Token saved — leave blank to keep it");
+    EXPECT_THAT(
+        runToEnd(core.check.state()).status,
+        StartsWith("A token is saved in your Keychain for h.example"));
+    core.secrets.failure = locked;
+    EXPECT_TRUE(runToEnd(core.check.state()).keychainUnavailable);
+    EXPECT_EQ(
+        runToEnd(core.check.state()).status,
         "Your Keychain would not open, so Ellwynd cannot tell whether a token is saved for "
         "h.example. Unlock it in Keychain Access and reopen Ellwynd before pasting a new one.");
 }
 
 TEST(ConnectionCheck, SavesAnAddressOnlyWithATokenForItsHost) {
     test::Core core;
-    EXPECT_THAT(core.check.save("h.example", "t").status, StartsWith("Enter your institution's"));
+    EXPECT_THAT(
+        runToEnd(core.check.save("h.example", "t")).status, StartsWith("Enter your institution's"));
     EXPECT_EQ(
-        core.check.save("https://h.example", " ").status, "Please paste your Canvas access token.");
+        runToEnd(core.check.save("https://h.example", " ")).status,
+        "Please paste your Canvas access token.");
     core.secrets.failure = locked;
-    EXPECT_EQ(core.check.save("https://h.example", "t").status, locked.what());
+    EXPECT_EQ(runToEnd(core.check.save("https://h.example", "t")).status, locked.what());
     core.secrets.failure.reset();
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");
 
-    EXPECT_TRUE(core.check.save(" https://h.example ", " t\n").succeeded);
+    EXPECT_TRUE(runToEnd(core.check.save(" https://h.example ", " t\n")).succeeded);
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "https://h.example");
     EXPECT_EQ(core.secrets.secrets.begin()->second, "t");
-    EXPECT_TRUE(core.check.save("https://h.example/lms", "").succeeded) << "the token is kept";
-    EXPECT_FALSE(core.check.save("https://other.example", "").succeeded);
+    EXPECT_TRUE(runToEnd(core.check.save("https://h.example/lms", "")).succeeded)
+        << "the token is kept";
+    EXPECT_FALSE(runToEnd(core.check.save("https://other.example", "")).succeeded);
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "https://h.example/lms");
 }
 
 TEST(ConnectionCheck, SigningOutAlwaysRemovesTheAddress) {
     test::Core core;
     core.connectTo("https://h.example");
-    core.check.signOut();
+    EXPECT_TRUE(runToEnd(core.check.signOut()).succeeded);
     EXPECT_TRUE(core.secrets.secrets.empty());
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");
     core.connectTo("https://h.example");
     core.secrets.failure = locked;
-    core.check.signOut();
+    const ConnectionOutcome outcome = runToEnd(core.check.signOut());
+    EXPECT_FALSE(outcome.succeeded);
+    EXPECT_THAT(outcome.status, HasSubstr("could not be deleted"));
+    EXPECT_THAT(outcome.advice, HasSubstr("“Canvas access token for h.example”"));
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");
 }
 

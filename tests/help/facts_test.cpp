@@ -1,6 +1,6 @@
 // The facts in the help agree with the program.
 #include "app/roster/rosterloader.h"
-#include "canvas/connectioncheck.h"
+#include "canvas/canvaslinks.h"
 #include "canvas/records/canvaserror.h"
 #include "canvas/sample/samplecanvasclient.h"
 #include "help/helpbook.h"
@@ -92,7 +92,7 @@ TEST(HelpFacts, TroubleshootingHasAnEntryForEachMessage) {
     const std::string address = "https://canvas.example.edu";
     for (const std::string &message :
          {runToEnd(core.check.test("", "")).status, runToEnd(core.check.test(address, "")).status,
-          core.check.save("", "").status, core.check.save(address, "").status,
+          runToEnd(core.check.save("", "")).status, runToEnd(core.check.save(address, "")).status,
           std::string(tokenPageNeedsAddress)})
         EXPECT_EQ(headings.erase(message), 1U) << message;
     for (const CutShort reason :
@@ -105,7 +105,7 @@ TEST(HelpFacts, EveryKeyringStatusIsExplained) {
     const std::string text = body("keychain");
     for (const auto status :
          {KeychainError::failed, KeychainError::unavailable, KeychainError::locked,
-          KeychainError::dismissed}) {
+          KeychainError::dismissed, KeychainError::timedOut}) {
         const std::string message = KeychainError(status, "x").what();
         EXPECT_THAT(text, HasSubstr("| " + message.substr(0, message.find(':')) + " |"));
     }
@@ -117,7 +117,7 @@ TEST(HelpFacts, EveryKeyringStatusIsExplained) {
     test::Core core;
     core.connectTo("https://canvas.example.edu");
     core.secrets.failure.emplace(KeychainError::locked, "");
-    const ConnectionState state = core.check.state();
+    const ConnectionState state = runToEnd(core.check.state());
     EXPECT_THAT(text, HasSubstr("> " + state.status + "\n"));
     EXPECT_THAT(text, HasSubstr("## " + state.placeholder + "\n"));
 }
@@ -185,8 +185,7 @@ TEST(HelpFacts, NumbersAndNamesAreThoseOfTheProgram) {
                  fmt::format("At first it is {};", preferences::sidebarTermLimit.fallback)},
              Row{"privacy", fmt::format("`{}`", TokenStore::service)},
              Row{"connecting",
-                 "`" + ConnectionCheck::tokenPage("https://h")->substr(sizeof "https://h" - 1) +
-                     "`"},
+                 "`" + canvasLinks::tokenPage("https://h")->substr(sizeof "https://h" - 1) + "`"},
          })
         EXPECT_THAT(body(row.topic), HasSubstr(row.fact));
 }

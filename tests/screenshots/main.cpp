@@ -144,7 +144,7 @@ class Screenshots {
         about.show();
         settle();
         save(about, "about");
-        drawWelcome(defaults, appearance);
+        drawWelcome(defaults, controller, appearance);
     }
 
     /// A dashboard with that many courses, some with very long names.
@@ -227,11 +227,13 @@ class Screenshots {
         save(window, "icons");
     }
 
-    void drawWelcome(UserDefaults &defaults, const Appearance &appearance) {
+    void drawWelcome(
+        UserDefaults &defaults, MainWindowController &controller, const Appearance &appearance) {
         test::MemorySecrets secrets;
+        AsyncTokenStore tokens(secrets.shared());
         CanvasSession session;
-        ConnectionCheck check(defaults, secrets, session);
-        auto *welcome = new WelcomeWindow(defaults, check, appearance);
+        ConnectionCheck check(defaults, tokens, session);
+        auto *welcome = new WelcomeWindow(defaults, check, controller, appearance);
         welcome->show();
         settle();
         save(*welcome, "welcome-1");

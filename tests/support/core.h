@@ -16,9 +16,10 @@ struct Core {
     TemporaryFolder folder;
     UserDefaults defaults;
     MemorySecrets secrets;
+    AsyncTokenStore tokens{secrets.shared()};
     CanvasSession session;
     Connector connector;
-    ConnectionCheck check{defaults, secrets, session};
+    ConnectionCheck check{defaults, tokens, session};
     Stores stores;
     TrendSync trends{defaults};
     MemoryNotifications notifications;
@@ -30,7 +31,7 @@ struct Core {
 
     explicit Core(PreferenceMap arguments = {}, Clock clock = systemNow)
         : defaults(folder.path() / "Preferences.json", std::move(arguments)),
-          connector(defaults, secrets, session, clock),
+          connector(defaults, tokens, session, clock),
           stores(defaults, folder.path() / "data", clock) {}
 
     /// Saves an address with a token for it.

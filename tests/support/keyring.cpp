@@ -1,38 +1,16 @@
 #include "support/keyring.h"
 
-#include <QDBusArgument>
+#include "support/wiresecret.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDBusObjectPath>
 #include <QDBusVariant>
 
 #include <csignal>
 #include <stdexcept>
 
 namespace ellwynd::test {
-
-/// A secret as the Secret Service API transfers it.
-struct WireSecret {
-    QDBusObjectPath session;
-    QByteArray parameters;
-    QByteArray value;
-    QString contentType = QStringLiteral("text/plain");
-};
-
-static QDBusArgument &operator<<(QDBusArgument &argument, const WireSecret &secret) {
-    argument.beginStructure();
-    argument << secret.session << secret.parameters << secret.value << secret.contentType;
-    argument.endStructure();
-    return argument;
-}
-
-static const QDBusArgument &operator>>(const QDBusArgument &argument, WireSecret &secret) {
-    argument.beginStructure();
-    argument >> secret.session >> secret.parameters >> secret.value >> secret.contentType;
-    argument.endStructure();
-    return argument;
-}
 
 namespace {
 

@@ -14,22 +14,27 @@ class MemorySecrets final : public SecretStore {
     std::optional<KeychainError> failure;
 
     std::optional<std::string>
-    read(const std::string &service, const std::string &account) override {
+    read(const std::string &service, const std::string &account, const SecretAccess &) override {
         fail();
         const auto found = secrets.find({service, account});
         return found != secrets.end() ? std::optional{found->second} : std::nullopt;
     }
 
-    void save(const std::string &secret, const std::string &service, const std::string &account)
-        override {
+    void save(
+        const std::string &secret, const std::string &service, const std::string &account,
+        const SecretAccess &) override {
         fail();
         secrets[{service, account}] = secret;
     }
 
-    void remove(const std::string &service, const std::string &account) override {
+    void
+    remove(const std::string &service, const std::string &account, const SecretAccess &) override {
         fail();
         secrets.erase({service, account});
     }
+
+    /// For an owner that this object outlives.
+    [[nodiscard]] std::shared_ptr<SecretStore> shared() { return {std::shared_ptr<void>(), this}; }
 
   private:
     void fail() const {

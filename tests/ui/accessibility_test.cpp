@@ -54,7 +54,7 @@ TEST_F(AccessibilityTest, EveryControlOfEveryWindowHasANameAndIsReachedByTab) {
     }
     for (const std::int64_t step : {WelcomeWindow::introduction, WelcomeWindow::choice}) {
         defaults.set(preferences::onboardingStep, step);
-        (new WelcomeWindow(defaults, core.check, appearance))->show();
+        (new WelcomeWindow(defaults, core.check, controller, appearance))->show();
         check("welcome step " + std::to_string(step));
     }
     EXPECT_EQ(checkedWindows, 7 + 8 + 2);

@@ -16,6 +16,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
 #include <QStatusBar>
@@ -277,17 +278,46 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
     token->setText(QStringLiteral("t"));
     int changes = 0;
     QObject::connect(&panes, &SettingsWindow::connectionDidChange, &panes, [&] { ++changes; });
+    QPushButton *signOut = button(panes, QStringLiteral("Sign Out"));
+    EXPECT_FALSE(signOut->isEnabled()) << "nothing is saved";
     button(panes, QStringLiteral("Save"))->click();
-    EXPECT_EQ(changes, 1);
+    EXPECT_TRUE(test::until([&] { return changes == 1; }));
     EXPECT_TRUE(token->text().isEmpty());
     EXPECT_EQ(token->placeholderText(), QStringLiteral("Token saved — leave blank to keep it"));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://h.example");
-    button(panes, QStringLiteral("Sign Out"))->click();
-    EXPECT_EQ(changes, 2);
+    const auto answer = [&](const char *text) {
+        signOut->click();
+        auto *question = panes.findChild<QMessageBox *>();
+        ASSERT_NE(question, nullptr);
+        button(*question, QString::fromUtf8(text))->click();
+        delete question;
+    };
+    answer("Cancel");
+    EXPECT_FALSE(core.secrets.secrets.empty());
+    answer("Sign Out");
+    EXPECT_TRUE(test::until([&] { return changes == 2; }));
+    EXPECT_FALSE(signOut->isEnabled());
     EXPECT_TRUE(core.secrets.secrets.empty());
     EXPECT_TRUE(address->text().isEmpty());
 
+    // A token that cannot be deleted is said to be still there.
+    core.connectTo("https://h.example");
+    EXPECT_TRUE(test::until([&] { return signOut->isEnabled(); })) << "saved elsewhere";
+    core.secrets.failure = KeychainError(KeychainError::locked, "locked");
+    answer("Sign Out");
+    const auto says = [&](const char *text) {
+        const auto labels = panes.findChildren<QLabel *>();
+        return std::ranges::any_of(labels, [text](const QLabel *label) {
+            return label->isVisible() && label->text().contains(QString::fromUtf8(text));
+        });
+    };
+    EXPECT_TRUE(test::until([&] { return says("It is still in your keyring"); }));
+    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "");
+    core.secrets.failure.reset();
+
     // Signing out stops a running test, whose outcome is not shown.
+    core.connectTo("https://h.example");
+    EXPECT_TRUE(test::until([&] { return says("A token is saved"); }));
     test::trustAuthority();
     test::FakeCanvas canvas;
     canvas.hold(QStringLiteral("/api/v1/users/self"));
@@ -295,20 +325,17 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
     token->setText(QStringLiteral("t"));
     button(panes, QStringLiteral("Test Connection"))->click();
     ASSERT_TRUE(test::until([&] { return !canvas.requests.empty(); }));
-    button(panes, QStringLiteral("Sign Out"))->click();
+    answer("Sign Out");
     canvas.release();
     EXPECT_TRUE(test::until([&] { return core.session.requestLimiter().inFlight() == 0; }));
-    const auto labels = panes.findChildren<QLabel *>();
-    EXPECT_TRUE(std::ranges::any_of(labels, [](const QLabel *label) {
-        return label->text().startsWith(QStringLiteral("No token saved yet"));
-    }));
+    EXPECT_TRUE(test::until([&] { return says("No token saved yet"); }));
     EXPECT_TRUE(button(panes, QStringLiteral("Test Connection"))->isEnabled());
 
     panes.close();
     core.secrets.failure = KeychainError(KeychainError::locked, "locked");
     defaults.set(preferences::canvasBaseURL, std::string("https://h.example"));
     panes.open(SettingsWindow::connection);
-    EXPECT_FALSE(token->isEnabled());
+    EXPECT_TRUE(test::until([&] { return !token->isEnabled(); }));
 }
 
 TEST_F(MainWindowTest, TheSyncPaneShowsTheStatus) {

@@ -1,3 +1,5 @@
+#include "app/mainwindowcontroller.h"
+#include "net/runtoend.h"
 #include "support/core.h"
 #include "support/fakecanvas.h"
 #include "support/until.h"
@@ -26,6 +28,7 @@ struct WelcomeWindowTest : testing::Test {
     UserDefaults &defaults = core.defaults;
     Settings settings{defaults};
     Appearance appearance{settings, false};
+    MainWindowController controller{defaults, core.connector, core.stores, core.trends, core.sinks};
     test::FakeCanvas canvas;
     QPointer<WelcomeWindow> window;
     std::vector<std::string> announced;
@@ -44,7 +47,7 @@ struct WelcomeWindowTest : testing::Test {
     void TearDown() override { delete window; }
 
     void open() {
-        window = new WelcomeWindow(defaults, core.check, appearance);
+        window = new WelcomeWindow(defaults, core.check, controller, appearance);
         QObject::connect(
             window, &WelcomeWindow::announcementRequested, window,
             [this](const QString &text) { announced.push_back(text.toStdString()); });
@@ -111,6 +114,16 @@ TEST_F(WelcomeWindowTest, ConnectingNeedsOnlyTheKeyboard) {
     EXPECT_EQ(window->step(), WelcomeWindow::choice);
     ASSERT_EQ(QApplication::focusWidget(), field(0));
 
+    // What was copied from the browser is offered as an address, and not completed silently.
+    type("canvas.school.edu/courses/4021?x=1");
+    EXPECT_TRUE(button("Use https://canvas.school.edu")->isVisible());
+    press(Qt::Key_Return);
+    EXPECT_EQ(field(0)->text(), QStringLiteral("https://canvas.school.edu"));
+    EXPECT_FALSE(button("Use https://canvas.school.edu")->isVisible());
+    EXPECT_EQ(QApplication::focusWidget(), field(1)) << "the token is next";
+    field(0)->clear();
+    field(0)->setFocus();
+
     // Each failure has its own message, and the fields keep their text.
     type("localhost");
     press(Qt::Key_Return);
@@ -131,7 +144,8 @@ TEST_F(WelcomeWindowTest, ConnectingNeedsOnlyTheKeyboard) {
     EXPECT_FALSE(button("Connect")->isEnabled());
     EXPECT_TRUE(says("Checking " + canvas.address() + "…"));
     EXPECT_TRUE(until([&] { return announced.size() == 3; }));
-    EXPECT_TRUE(says("Canvas rejected the access token."));
+    const CanvasError rejected(CanvasError::Kind::unauthorized);
+    EXPECT_TRUE(says(rejected.errorDescription() + "\n" + rejected.recoverySuggestion()));
     EXPECT_EQ(announced.back(), "Connection test failed. Canvas rejected the access token.");
     EXPECT_EQ(field(1)->text(), QStringLiteral("wrong"));
     EXPECT_EQ(QApplication::focusWidget(), field(1));
@@ -168,7 +182,8 @@ TEST_F(WelcomeWindowTest, ATokenThatCannotBeSavedDoesNotConnect) {
     core.secrets.failure.emplace(KeychainError::locked, "The keyring is locked.");
     press(Qt::Key_Return);
     EXPECT_TRUE(until([&] { return !announced.empty(); }));
-    EXPECT_TRUE(says("Keychain error (3): The keyring is locked."));
+    EXPECT_TRUE(says("Keychain error (3): The keyring is locked.\n"
+                     "Unlock your keyring, and try again."));
     EXPECT_EQ(window->step(), WelcomeWindow::choice);
     EXPECT_EQ(field(1)->text(), QStringLiteral("secret-token"));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "");
@@ -221,9 +236,9 @@ TEST_F(WelcomeWindowTest, TheTokenFieldIsDisabledWhileTheKeychainIsLocked) {
     defaults.set(preferences::onboardingStep, std::int64_t{WelcomeWindow::choice});
     core.secrets.failure.emplace(KeychainError::locked, "The keyring is locked.");
     open();
-    EXPECT_FALSE(field(1)->isEnabled());
+    EXPECT_TRUE(until([&] { return !field(1)->isEnabled(); }));
     EXPECT_EQ(field(0)->text().toStdString(), canvas.address());
-    EXPECT_TRUE(says(core.check.state().status));
+    EXPECT_TRUE(says(runToEnd(core.check.state()).status));
 }
 
 } // namespace

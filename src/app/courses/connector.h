@@ -1,9 +1,9 @@
 // Which data source the preferences name.
 #pragma once
 
+#include "canvas/asynctokenstore.h"
 #include "canvas/canvasreading.h"
 #include "canvas/client/canvassession.h"
-#include "canvas/tokenstore.h"
 #include "preferences/userdefaults.h"
 
 #include <memory>
@@ -16,17 +16,18 @@ class Connector {
   public:
     /// @param now of the invented college.
     Connector(
-        UserDefaults &defaults, SecretStore &secrets, CanvasSession &session,
+        UserDefaults &defaults, AsyncTokenStore &tokens, CanvasSession &session,
         Clock now = systemNow);
 
     /// Null when the program is not connected: no address, or no token for its host.
-    /// @param stop ends the source's reads with Cancelled.
-    /// @throws KeychainError when the token cannot be read, which is no sign-out.
-    [[nodiscard]] std::shared_ptr<CanvasReading> open(std::stop_token stop = {}) const;
+    /// @throws KeychainError when the token cannot be read, which is no sign-out; Cancelled once a
+    /// stop is requested.
+    [[nodiscard]] QCoro::Task<std::shared_ptr<CanvasReading>>
+    open(UnlockPrompt prompt, std::stop_token stop = {}) const;
 
   private:
     UserDefaults &defaults;
-    TokenStore tokens;
+    AsyncTokenStore &tokens;
     CanvasSession &session;
     Clock now;
 };

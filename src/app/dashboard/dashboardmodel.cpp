@@ -51,6 +51,21 @@ dashboardCard(const ScoredCourse &course, const Stores &stores, const TrendSync 
     return card;
 }
 
+void setCourses(
+    DashboardTerm &term, std::span<const SharedCourse> courses, const Stores &stores,
+    const TrendSync &trends, Date now) {
+    term.cards.clear();
+    std::set<std::int64_t> flagged;
+    for (const SharedCourse &course : courses) {
+        term.cards.push_back(dashboardCard(*course, stores, trends, now));
+        for (const RiskRow &row : course->rows) {
+            if (row.level)
+                flagged.insert(row.id);
+        }
+    }
+    term.flaggedStudents = std::int64_t(flagged.size());
+}
+
 Dashboard::Dashboard(UserDefaults &defaults)
     : defaults(defaults), observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::dashboardTermID.name)

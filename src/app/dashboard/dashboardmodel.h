@@ -10,6 +10,7 @@
 #include <QObject>
 
 #include <map>
+#include <span>
 
 namespace ellwynd {
 
@@ -48,6 +49,8 @@ struct DashboardTerm {
     /// When the pass that made the cards read the term.
     Date updatedAt;
     std::vector<DashboardCourseCard> cards;
+    /// Students with a level in any of the courses, each counted once.
+    std::int64_t flaggedStudents = 0;
 
     bool operator==(const DashboardTerm &) const = default;
 };
@@ -68,6 +71,11 @@ struct DashboardModel {
 /// that neither knows carry no value.
 [[nodiscard]] DashboardCourseCard
 dashboardCard(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date now);
+
+/// Sets the cards and figures of a term from its courses.
+void setCourses(
+    DashboardTerm &term, std::span<const SharedCourse> courses, const Stores &stores,
+    const TrendSync &trends, Date now);
 
 /// How far a pass is.
 struct PassProgress {

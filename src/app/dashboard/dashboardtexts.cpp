@@ -71,6 +71,17 @@ std::string headline(const DashboardTerm &term) {
     return flaggedAcrossText(flagged, term.cards.size());
 }
 
+std::string attentionLine(const Dashboard &dashboard) {
+    const DashboardTerm *term = dashboard.shownTerm();
+    if (term == nullptr)
+        return waitLine(dashboard).value_or(std::string());
+    if (term->flaggedStudents == 0)
+        return fmt::format("No student needs attention in {}.", term->title);
+    return fmt::format(
+        "{} {} attention in {}", plural(term->flaggedStudents, "student"),
+        pluralForm(term->flaggedStudents, "needs", "need"), term->title);
+}
+
 std::string movementLine(const DashboardTerm &term) {
     return sinceLastTime(
                {{sum(term, &DashboardCourseCard::slipped), "slipped"},

@@ -20,6 +20,8 @@ struct TermMenuItem {
 
 /// "23 flagged across 6 courses"
 [[nodiscard]] std::string headline(const DashboardTerm &term);
+/// "17 students need attention in Fall 2026"; before the shown term is scored, the wait line.
+[[nodiscard]] std::string attentionLine(const Dashboard &dashboard);
 /// "Since last time: 4 slipped · 1 awaiting follow-up", or that nobody moved.
 [[nodiscard]] std::string movementLine(const DashboardTerm &term);
 /// "updated 9:41", and how far a running pass is.

@@ -83,9 +83,7 @@ void PassController::rebuildTerm(std::int64_t termID) {
     if (shown == terms.end())
         return;
     DashboardTerm rebuilt = *shown;
-    rebuilt.cards.clear();
-    for (const SharedCourse &course : lastDashboardInputs.at(termID))
-        rebuilt.cards.push_back(dashboardCard(*course, stores, trends, now()));
+    setCourses(rebuilt, lastDashboardInputs.at(termID), stores, trends, now());
     if (rebuilt != *shown)
         dashboardModel.termScored(std::move(rebuilt));
 }

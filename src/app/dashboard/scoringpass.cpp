@@ -168,10 +168,9 @@ ScoringPass::scoreOne(std::shared_ptr<Run> of, Course course, std::int64_t termI
 
 void ScoringPass::publishTerm(const TermGroup &term, std::vector<SharedCourse> courses) {
     DashboardTerm cards{.id = *term.id(), .title = title(term), .updatedAt = now()};
-    for (SharedCourse &course : courses) {
+    for (SharedCourse &course : courses)
         course = withCurrentThresholds(course, defaults);
-        cards.cards.push_back(dashboardCard(*course, stores, trends, now()));
-    }
+    setCourses(cards, courses, stores, trends, now());
     lastDashboardInputs.insert_or_assign(cards.id, std::move(courses));
     dashboard.termScored(std::move(cards));
 }

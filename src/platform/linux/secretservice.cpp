@@ -2,7 +2,11 @@
 
 #include <libsecret/secret.h>
 
+#include <algorithm>
+#include <exception>
+#include <functional>
 #include <memory>
+#include <vector>
 
 namespace ellwynd {
 
@@ -13,11 +17,6 @@ struct Unref {
 };
 template<class T>
 using Object = std::unique_ptr<T, Unref>;
-
-struct FreeItems {
-    void operator()(GList *list) const { g_list_free_full(list, g_object_unref); }
-};
-using Items = std::unique_ptr<GList, FreeItems>;
 
 using Attributes = std::unique_ptr<GHashTable, decltype(&g_hash_table_unref)>;
 
@@ -41,34 +40,60 @@ const SecretSchema *schema() {
 
 /// Maps the service's errors to statuses.
 std::int32_t statusOf(const GError &error) {
-    if (error.domain == G_IO_ERROR && error.code == G_IO_ERROR_CANCELLED)
-        return KeychainError::dismissed;
+    // The service reports "locked" as a named remote error.
+    const std::unique_ptr<char, decltype(&g_free)> remote(
+        g_dbus_error_get_remote_error(&error), g_free);
+    if (remote && std::string(remote.get()) == "org.freedesktop.Secret.Error.IsLocked")
+        return KeychainError::locked;
     if (error.domain == SECRET_ERROR && error.code == SECRET_ERROR_IS_LOCKED)
         return KeychainError::locked;
+    if (error.domain == G_IO_ERROR && error.code == G_IO_ERROR_TIMED_OUT)
+        return KeychainError::timedOut;
     // Errors of the bus: no bus, no such service, or the service ended during the call.
     if (error.domain == G_IO_ERROR || error.domain == G_DBUS_ERROR)
         return KeychainError::unavailable;
     return KeychainError::failed;
 }
 
-/// Owns the error of a call, and throws it if there was one.
-class CallError {
+/// The calls of one operation, with its own main context: the proxies of a worker thread must not
+/// have their signals delivered to the main thread.
+class Calls {
   public:
-    ~CallError() { g_clear_error(&error); }
-    GError **out() { return &error; }
-    void check() const {
+    explicit Calls(const SecretAccess &access)
+        : access(access), cancellable(g_cancellable_new()), context(g_main_context_new()) {
+        g_main_context_push_thread_default(context.get());
+    }
+    ~Calls() { g_main_context_pop_thread_default(context.get()); }
+    Calls(const Calls &) = delete;
+    Calls &operator=(const Calls &) = delete;
+
+    /// Calls `function` with a cancellable and an error. @throws KeychainError
+    template<class Function>
+    auto operator()(const Function &function) const {
+        GError *error = nullptr;
+        auto result = function(cancellable.get(), &error);
         if (error == nullptr)
-            return;
-        // The service reports "locked" as a named remote error.
-        const std::unique_ptr<char, decltype(&g_free)> remote(
-            g_dbus_error_get_remote_error(error), g_free);
-        const bool locked =
-            remote && std::string(remote.get()) == "org.freedesktop.Secret.Error.IsLocked";
-        throw KeychainError(locked ? KeychainError::locked : statusOf(*error), error->message);
+            return result;
+        const std::unique_ptr<GError, decltype(&g_error_free)> owned(error, g_error_free);
+        if (access.stop.stop_requested())
+            throw KeychainError(KeychainError::timedOut, "The keyring did not answer in time.");
+        const bool cancelled = owned->domain == G_IO_ERROR && owned->code == G_IO_ERROR_CANCELLED;
+        throw KeychainError(
+            cancelled ? std::int32_t(KeychainError::dismissed) : statusOf(*owned), owned->message);
     }
 
+    [[nodiscard]] bool mayPrompt() const { return access.prompt == UnlockPrompt::allowed; }
+
   private:
-    GError *error = nullptr;
+    struct UnrefContext {
+        void operator()(GMainContext *each) const { g_main_context_unref(each); }
+    };
+
+    const SecretAccess &access;
+    Object<GCancellable> cancellable;
+    std::unique_ptr<GMainContext, UnrefContext> context;
+    std::stop_callback<std::function<void()>> onStop{
+        access.stop, [this] { g_cancellable_cancel(cancellable.get()); }};
 };
 
 /// The attributes that identify one secret.
@@ -80,87 +105,140 @@ Attributes attributesOf(const std::string &service, const std::string &account) 
     return attributes;
 }
 
-Object<::SecretService> connect() {
-    CallError error;
-    Object<::SecretService> service(
-        secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, nullptr, error.out()));
-    error.check();
-    return service;
+/// Opens a session of its own. The library's shared one outlives a service that was started anew,
+/// since nobody runs the main context that would report it.
+Object<::SecretService> connect(const Calls &call) {
+    return Object<::SecretService>(call([](GCancellable *stop, GError **error) {
+        return secret_service_open_sync(
+            SECRET_TYPE_SERVICE, nullptr, SECRET_SERVICE_OPEN_SESSION, stop, error);
+    }));
 }
 
-/// Unlocks an item through the system's prompt.
-void unlock(::SecretService *service, SecretItem *item) {
-    GList only{item, nullptr, nullptr};
-    CallError error;
-    const int opened = secret_service_unlock_sync(service, &only, nullptr, nullptr, error.out());
-    error.check();
-    if (opened < 1)
-        throw KeychainError(KeychainError::dismissed, "The keyring was not unlocked.");
-    secret_item_load_secret_sync(item, nullptr, error.out());
-    error.check();
-    if (secret_item_get_locked(item) != FALSE)
-        throw KeychainError(KeychainError::locked, "The keyring is locked.");
-}
-
-/// All items with these attributes, unlocked. The simple lookup finds nothing in a locked keyring,
-/// which would look like being signed out.
-Items find(::SecretService *service, const Attributes &attributes) {
-    CallError error;
-    Items items(secret_service_search_sync(
-        service, schema(), attributes.get(),
-        SecretSearchFlags(SECRET_SEARCH_ALL | SECRET_SEARCH_LOAD_SECRETS), nullptr, error.out()));
-    error.check();
-    for (GList *each = items.get(); each != nullptr; each = each->next) {
-        auto *item = static_cast<SecretItem *>(each->data);
-        if (secret_item_get_locked(item) != FALSE)
-            unlock(service, item);
-    }
+/// All items with these attributes in every keyring, the last modified first. The simple lookup
+/// finds nothing in a locked keyring, which would look like being signed out, and a search that
+/// loads the secrets hides why one cannot be loaded. The schema is left out, since a keyring that
+/// was never unlocked since it was loaded finds nothing by its name.
+std::vector<Object<SecretItem>>
+find(const Calls &call, ::SecretService *service, const Attributes &attributes) {
+    GList *found = call([&](GCancellable *stop, GError **error) {
+        return secret_service_search_sync(
+            service, nullptr, attributes.get(), SECRET_SEARCH_ALL, stop, error);
+    });
+    std::vector<Object<SecretItem>> items;
+    for (const GList *each = found; each != nullptr; each = each->next)
+        items.emplace_back(static_cast<SecretItem *>(each->data));
+    g_list_free(found);
+    std::ranges::stable_sort(items, std::ranges::greater{}, [](const Object<SecretItem> &item) {
+        return secret_item_get_modified(item.get());
+    });
     return items;
 }
 
-} // namespace
+bool isLocked(const Object<SecretItem> &item) {
+    return secret_item_get_locked(item.get()) != FALSE;
+}
 
-std::optional<std::string>
-SecretService::read(const std::string &service, const std::string &account) {
-    const auto connection = connect();
-    const Items items = find(connection.get(), attributesOf(service, account));
-    if (!items)
-        return std::nullopt;
-    SecretValue *value = secret_item_get_secret(static_cast<SecretItem *>(items->data));
+/// Unlocks an item through the system's prompt.
+void unlock(const Calls &call, ::SecretService *service, SecretItem *item) {
+    if (!call.mayPrompt())
+        throw KeychainError(KeychainError::locked, "The keyring is locked.");
+    GList only{item, nullptr, nullptr};
+    const int opened = call([&](GCancellable *stop, GError **error) {
+        return secret_service_unlock_sync(service, &only, stop, nullptr, error);
+    });
+    if (opened < 1)
+        throw KeychainError(KeychainError::dismissed, "The keyring was not unlocked.");
+}
+
+std::string load(const Calls &call, SecretItem *item) {
+    call([item](GCancellable *stop, GError **error) {
+        return secret_item_load_secret_sync(item, stop, error);
+    });
+    SecretValue *value = secret_item_get_secret(item);
     if (value == nullptr)
-        return std::nullopt;
+        throw KeychainError(KeychainError::failed, "The secret could not be loaded.");
     gsize length = 0;
     const char *bytes = secret_value_get(value, &length);
     std::string secret(bytes, length);
     secret_value_unref(value);
+    if (secret.empty())
+        throw KeychainError(KeychainError::failed, "The secret is empty.");
     return secret;
 }
 
+void removeAll(const Calls &call, ::SecretService *service, const Attributes &attributes) {
+    std::exception_ptr failure;
+    for (const Object<SecretItem> &item : find(call, service, attributes)) {
+        try {
+            if (isLocked(item))
+                unlock(call, service, item.get());
+            call([&item](GCancellable *stop, GError **error) {
+                return secret_item_delete_sync(item.get(), stop, error);
+            });
+        } catch (const KeychainError &) {
+            if (!failure)
+                failure = std::current_exception();
+        }
+    }
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+} // namespace
+
+std::optional<std::string> SecretService::read(
+    const std::string &service, const std::string &account, const SecretAccess &access) {
+    const Calls call(access);
+    const auto connection = connect(call);
+    auto items = find(call, connection.get(), attributesOf(service, account));
+    if (items.empty())
+        return std::nullopt;
+    // Locked items last, since an open keyring may hold the secret.
+    std::ranges::stable_partition(items, [](const auto &item) { return !isLocked(item); });
+    std::exception_ptr failure;
+    for (const Object<SecretItem> &item : items) {
+        try {
+            if (isLocked(item))
+                unlock(call, connection.get(), item.get());
+            return load(call, item.get());
+        } catch (const KeychainError &) {
+            if (!failure)
+                failure = std::current_exception();
+        }
+    }
+    std::rethrow_exception(failure);
+}
+
 void SecretService::save(
-    const std::string &secret, const std::string &service, const std::string &account) {
-    const auto connection = connect();
+    const std::string &secret, const std::string &service, const std::string &account,
+    const SecretAccess &access) {
+    const Calls call(access);
+    const auto connection = connect(call);
     const auto attributes = attributesOf(service, account);
-    SecretValue *value = secret_value_new(secret.data(), gssize(secret.size()), "text/plain");
-    CallError error;
-    // Replaces an item with the same attributes.
-    const bool stored =
-        secret_service_store_sync(
-            connection.get(), schema(), attributes.get(), SECRET_COLLECTION_DEFAULT,
-            ("Canvas access token for " + account).c_str(), value, nullptr, error.out()) != FALSE;
-    secret_value_unref(value);
-    error.check();
+    try {
+        removeAll(call, connection.get(), attributes);
+    } catch (const KeychainError &) {
+        // What cannot be deleted is older than the new item, so it is not read while that exists.
+        if (access.stop.stop_requested())
+            throw;
+    }
+    const std::unique_ptr<SecretValue, decltype(&secret_value_unref)> value(
+        secret_value_new(secret.data(), gssize(secret.size()), "text/plain"), secret_value_unref);
+    const bool stored = call([&](GCancellable *stop, GError **error) {
+        return secret_service_store_sync(
+                   connection.get(), schema(), attributes.get(), SECRET_COLLECTION_DEFAULT,
+                   ("Canvas access token for " + account).c_str(), value.get(), stop,
+                   error) != FALSE;
+    });
     if (!stored)
         throw KeychainError(KeychainError::dismissed, "The keyring was not unlocked.");
 }
 
-void SecretService::remove(const std::string &service, const std::string &account) {
-    const auto connection = connect();
-    const Items items = find(connection.get(), attributesOf(service, account));
-    for (GList *each = items.get(); each != nullptr; each = each->next) {
-        CallError error;
-        secret_item_delete_sync(static_cast<SecretItem *>(each->data), nullptr, error.out());
-        error.check();
-    }
+void SecretService::remove(
+    const std::string &service, const std::string &account, const SecretAccess &access) {
+    const Calls call(access);
+    const auto connection = connect(call);
+    removeAll(call, connection.get(), attributesOf(service, account));
 }
 
 std::unique_ptr<SecretStore> makeSecretStore() {

@@ -11,13 +11,15 @@
 class QLabel;
 class QLineEdit;
 class QProgressBar;
+class QPushButton;
 
 namespace ellwynd {
 
 class TextLink;
 
-/// The fields of a connection, its status and its checks. The view that owns the form adds each
-/// widget to a layout, which takes ownership.
+/// The fields of a connection, their statuses and their checks. The view that owns the form adds
+/// each widget to a layout, which takes ownership. Every task shows its outcome, unless another one
+/// was started or the form was destroyed meanwhile.
 class ConnectionForm : public QObject {
     Q_OBJECT
 
@@ -28,33 +30,54 @@ class ConnectionForm : public QObject {
 
     /// Shows what is saved; reads the secret store.
     void reload();
-    /// Tests the typed connection against Canvas and shows the outcome. The fields are read-only
-    /// meanwhile, so that what was tested is what is saved. The form may be destroyed while this
-    /// runs; callers check before using it again.
+    /// Tests the typed connection against Canvas. The fields are read-only meanwhile, so that what
+    /// was tested is what is saved. Callers check whether they still exist before they go on.
     /// @throws Cancelled after `stopTest` and when the form is destroyed.
     QCoro::Task<ConnectionOutcome> test();
     /// Stops a running test; its outcome is not shown.
     void stopTest();
-    /// Saves the typed connection and shows the outcome.
-    ConnectionOutcome save();
-    void showOutcome(const ConnectionOutcome &outcome) const;
+    /// Saves the typed connection, and then shows that a token is saved.
+    QCoro::Task<ConnectionOutcome> save();
+    /// Deletes the token, forgets the address and clears the fields.
+    QCoro::Task<ConnectionOutcome> signOut();
 
     /// The outcome of a test, for screen readers.
     [[nodiscard]] static QString announcement(const ConnectionOutcome &outcome);
 
+    /// What there is to say about the address; above its field, and hidden when empty.
+    QLabel *const addressStatus;
     QLineEdit *const address;
-    QLineEdit *const token;
+    /// Offers the address that the typed text probably means; hidden when there is none. Return in
+    /// the address field takes it.
+    QPushButton *const suggestion;
+    /// How a teacher gets a token.
+    QLabel *const tokenSteps;
     /// Opens the Canvas page where access tokens are created.
     TextLink *const tokenPage;
+    /// What there is to say about the token and the connection; above the token field.
     QLabel *const status;
+    QLineEdit *const token;
     /// Shown during a test.
     QProgressBar *const progress;
 
+  protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
   private:
-    void setTesting(bool testing) const;
+    /// Starts a task whose outcome is shown unless another one is started.
+    [[nodiscard]] int begin();
+    QCoro::Task<> readState();
+    void showState(const ConnectionState &state);
+    void showOutcome(const ConnectionOutcome &outcome) const;
+    void showProgress(const QString &text) const;
+    void setBusy(bool busy) const;
+    void showSuggestion() const;
+    void useSuggestion();
     void openTokenPage() const;
 
     ConnectionCheck &check;
+    /// Counts the tasks.
+    int tasks = 0;
     /// Stops the current test.
     std::stop_source testStop;
 };

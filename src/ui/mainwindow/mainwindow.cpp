@@ -317,13 +317,30 @@ ThresholdsSheet *MainWindow::openThresholds() {
 }
 
 void MainWindow::showWelcomeIfDue() {
-    const bool connected = controller.roster().state != RosterView::State::notConnected;
-    if (!WelcomeWindow::isDue(defaults, connected))
+    const auto isConnected = [this] {
+        return controller.roster().state != RosterView::State::notConnected;
+    };
+    if (!WelcomeWindow::isDue(defaults, false))
         return;
-    auto *welcome = new WelcomeWindow(defaults, connection, appearance, this);
+    if (!isConnected())
+        return showWelcome();
+    // It is known later, when the token was looked for.
+    connect(
+        &controller, &MainWindowController::statusDidChange, this,
+        [this, isConnected, waiting = true]() mutable {
+            if (waiting && !isConnected() && WelcomeWindow::isDue(defaults, false))
+                showWelcome();
+            // A later sign-out does not open it.
+            waiting = waiting && isConnected() && controller.courses().isEmpty();
+        });
+}
+
+void MainWindow::showWelcome() {
+    auto *welcome = new WelcomeWindow(defaults, connection, controller, appearance, this);
     connect(welcome, &WelcomeWindow::sampleRequested, this, &MainWindow::sampleSwitchRequested);
     connect(
-        welcome, &WelcomeWindow::connectionDidChange, &controller, &MainWindowController::refresh);
+        welcome, &WelcomeWindow::connectionDidChange, &controller,
+        &MainWindowController::connectionDidChange);
     connect(
         welcome, &WelcomeWindow::announcementRequested, welcome,
         [welcome](const QString &text) { announce(*welcome, text); });
@@ -345,7 +362,7 @@ SettingsWindow &MainWindow::settings() {
         settingsWindow->setUpdateChecksAvailable(updateChecksAvailable);
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,
-            &MainWindowController::refresh);
+            &MainWindowController::connectionDidChange);
     }
     return *settingsWindow;
 }

@@ -75,6 +75,7 @@ class MainWindow : public QMainWindow {
     bool event(QEvent *event) override;
 
   private:
+    void showWelcome();
     void connectCommands();
     [[nodiscard]] std::optional<PreviewStudent> previewStudent() const;
     void connectViews();

@@ -2,12 +2,14 @@
 
 #include "net/task.h"
 #include "ui/connection/connectionform.h"
+#include "ui/support/alert.h"
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
@@ -20,17 +22,21 @@ ConnectionPane::ConnectionPane(
     : SettingsPane(QStringLiteral("Connection"), defaults, appearance),
       check(check),
       form(new ConnectionForm(check, this)),
-      testButton(new QPushButton(QStringLiteral("Test Connection"))) {
-    addWidget(form->status);
+      testButton(new QPushButton(QStringLiteral("Test Connection"))),
+      saveButton(new QPushButton(QStringLiteral("Save"))),
+      signOutButton(new QPushButton(QStringLiteral("Sign Out"))) {
     for (QLineEdit *field : {form->address, form->token})
         field->setMinimumWidth(appearance.px(260));
+    addWidget(form->addressStatus);
     addRow(QStringLiteral("Canvas address"), form->address);
+    addWidget(form->suggestion);
+    form->suggestion->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    addWidget(form->status);
     addRow(QStringLiteral("Access token"), form->token);
     form->tokenPage->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     addWidget(form->tokenPage);
+    addWidget(form->tokenSteps);
 
-    auto *saveButton = new QPushButton(QStringLiteral("Save"));
-    auto *signOutButton = new QPushButton(QStringLiteral("Sign Out"));
     signOutButton->setToolTip(qstring(signOutHelp));
     for (QPushButton *button : {testButton, saveButton, signOutButton})
         button->setAutoDefault(false);
@@ -44,15 +50,33 @@ ConnectionPane::ConnectionPane(
     addWidget(buttons);
     addWidget(form->progress);
 
+    const auto startSaving = [this] { detach(save(), "Saving the connection"); };
     connect(
         testButton, &QPushButton::clicked, this, [this] { detach(test(), "The connection test"); });
-    connect(saveButton, &QPushButton::clicked, this, &ConnectionPane::save);
-    connect(form->token, &QLineEdit::returnPressed, this, &ConnectionPane::save);
-    connect(signOutButton, &QPushButton::clicked, this, &ConnectionPane::signOut);
+    connect(saveButton, &QPushButton::clicked, this, startSaving);
+    connect(form->token, &QLineEdit::returnPressed, this, startSaving);
+    connect(signOutButton, &QPushButton::clicked, this, &ConnectionPane::confirmSignOut);
+    showPreferences();
 }
 
 void ConnectionPane::reload() {
+    shownAddress = check.savedAddress();
+    setBusy(false);
     form->reload();
+}
+
+/// The address may also be changed by another process or another computer.
+void ConnectionPane::showPreferences() {
+    signOutButton->setEnabled(!busy && !check.savedAddress().empty());
+    if (!busy && isVisible() && check.savedAddress() != shownAddress)
+        reload();
+}
+
+void ConnectionPane::setBusy(bool isBusy) {
+    busy = isBusy;
+    testButton->setEnabled(!busy);
+    saveButton->setEnabled(!busy);
+    signOutButton->setEnabled(!busy && !check.savedAddress().empty());
 }
 
 QCoro::Task<> ConnectionPane::test() {
@@ -66,25 +90,41 @@ QCoro::Task<> ConnectionPane::test() {
     Q_EMIT announcementRequested(ConnectionForm::announcement(outcome));
 }
 
-void ConnectionPane::stopTest() {
-    form->stopTest();
-    testButton->setEnabled(true);
+QCoro::Task<> ConnectionPane::save() {
+    const QPointer<ConnectionPane> self(this);
+    if (busy)
+        co_return;
+    setBusy(true);
+    auto saving = form->save();
+    const ConnectionOutcome outcome = co_await saving;
+    if (!self)
+        co_return;
+    shownAddress = check.savedAddress();
+    setBusy(false);
+    if (outcome.succeeded)
+        Q_EMIT connectionDidChange();
 }
 
-void ConnectionPane::save() {
-    stopTest();
-    const ConnectionOutcome outcome = form->save();
-    if (!outcome.succeeded)
-        return;
-    form->reload();
-    Q_EMIT connectionDidChange();
-    form->showOutcome(outcome);
+void ConnectionPane::confirmSignOut() {
+    QMessageBox *box = plainAlert(this, qstring(signOutQuestion), qstring(signOutWarning));
+    auto *confirm = box->addButton(QStringLiteral("Sign Out"), QMessageBox::AcceptRole);
+    auto *cancel = box->addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
+    box->setDefaultButton(cancel);
+    connect(confirm, &QPushButton::clicked, this, [this] { detach(signOut(), "Signing out"); });
+    box->open();
 }
 
-void ConnectionPane::signOut() {
-    stopTest();
-    check.signOut();
-    form->reload();
+QCoro::Task<> ConnectionPane::signOut() {
+    const QPointer<ConnectionPane> self(this);
+    if (busy)
+        co_return;
+    setBusy(true);
+    auto leaving = form->signOut();
+    const ConnectionOutcome outcome = co_await leaving;
+    if (!self)
+        co_return;
+    shownAddress = check.savedAddress();
+    setBusy(false);
     Q_EMIT connectionDidChange();
 }
 

@@ -28,18 +28,23 @@ class ConnectionPane : public SettingsPane {
     void announcementRequested(const QString &text);
 
   protected:
-    void showPreferences() override {}
+    void showPreferences() override;
 
   private:
     QCoro::Task<> test();
-    /// Stops a running test; its outcome is not shown.
-    void stopTest();
-    void save();
-    void signOut();
+    QCoro::Task<> save();
+    void confirmSignOut();
+    QCoro::Task<> signOut();
+    void setBusy(bool busy);
 
     ConnectionCheck &check;
     ConnectionForm *form;
     QPushButton *testButton;
+    QPushButton *saveButton;
+    QPushButton *signOutButton;
+    /// The address that the form shows as saved.
+    std::string shownAddress;
+    bool busy = false;
 };
 
 } // namespace ellwynd

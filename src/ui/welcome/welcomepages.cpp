@@ -131,24 +131,20 @@ QWidget *introduction(const QString &title, const Appearance &appearance) {
         appearance);
 }
 
-QWidget *end(QLabel *connectedAs, const Appearance &appearance) {
-    return page(
-        QStringLiteral("You are connected"),
-        {connectedAs,
-         card(
-             QStringLiteral("What comes next"),
-             {bulletList(
-                 {QStringLiteral("Ellwynd is reading your courses. Open one in the sidebar: the "
-                                 "students who need attention are on top, each with the reasons."),
-                  QStringLiteral("Students are scored against a passing score and an inactivity "
-                                 "window. Set them for all courses in Settings, or for one course "
-                                 "with Thresholds above its roster."),
-                  QStringLiteral(
-                      "From the second day on, Ellwynd shows who slipped and who improved "
-                      "since your last visit. Settings ▸ Privacy shows what it remembers "
-                      "and deletes it when you want.")})},
-             appearance)},
-        appearance);
+QWidget *end(std::vector<QWidget *> results, const Appearance &appearance) {
+    results.push_back(card(
+        QStringLiteral("What comes next"),
+        {bulletList(
+            {QStringLiteral("Open a course in the sidebar: the students who need attention are on "
+                            "top, each with the reasons."),
+             QStringLiteral("Students are scored against a passing score and an inactivity "
+                            "window. Set them for all courses in Settings, or for one course "
+                            "with Thresholds above its roster."),
+             QStringLiteral("From the second day on, Ellwynd shows who slipped and who improved "
+                            "since your last visit. Settings ▸ Privacy shows what it remembers "
+                            "and deletes it when you want.")})},
+        appearance));
+    return page(QStringLiteral("You are connected"), results, appearance);
 }
 
 } // namespace ellwynd::welcomePages

@@ -30,8 +30,8 @@ page(const QString &title, const std::vector<QWidget *> &contents, const Appeara
 /// The first page: what the program is.
 [[nodiscard]] QWidget *introduction(const QString &title, const Appearance &appearance);
 /// The last page: what comes next.
-/// @param connectedAs shows whose account is connected.
-[[nodiscard]] QWidget *end(QLabel *connectedAs, const Appearance &appearance);
+/// @param results are shown first.
+[[nodiscard]] QWidget *end(std::vector<QWidget *> results, const Appearance &appearance);
 
 } // namespace welcomePages
 

@@ -1,5 +1,7 @@
 #include "ui/welcome/welcomewindow.h"
 
+#include "app/dashboard/dashboardtexts.h"
+#include "app/mainwindowcontroller.h"
 #include "canvas/connectioncheck.h"
 #include "net/task.h"
 #include "ui/connection/connectionform.h"
@@ -20,14 +22,18 @@
 namespace ellwynd {
 
 WelcomeWindow::WelcomeWindow(
-    UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance, QWidget *parent)
+    UserDefaults &defaults, ConnectionCheck &check, MainWindowController &controller,
+    const Appearance &appearance, QWidget *parent)
     : QDialog(parent),
       defaults(defaults),
+      controller(controller),
       appearance(appearance),
       form(new ConnectionForm(check, this)),
       dots(new StepDots(finished, appearance, this)),
       pages(new QStackedWidget(this)),
       connectedAs(secondaryLabel(nullptr)),
+      attention(plainLabel(nullptr, true)),
+      studentsButton(new QPushButton),
       connectButton(new QPushButton(QStringLiteral("Connect"))),
       sampleButton(new QPushButton(QStringLiteral("Explore the Sample College"))),
       back(new QPushButton(QStringLiteral("Back"), this)),
@@ -36,7 +42,7 @@ WelcomeWindow::WelcomeWindow(
     setAttribute(Qt::WA_DeleteOnClose);
     pages->addWidget(welcomePages::introduction(windowTitle(), appearance));
     pages->addWidget(makeChoice());
-    pages->addWidget(welcomePages::end(connectedAs, appearance));
+    pages->addWidget(makeEnd());
 
     auto *foot = new QHBoxLayout;
     foot->addWidget(dots);
@@ -96,7 +102,8 @@ QWidget *WelcomeWindow::makeChoice() {
              {text(QStringLiteral(
                   "Enter the address you use to sign in to Canvas, and an access token, which lets "
                   "Ellwynd read Canvas as you without your password.")),
-              addressLabel, form->address, tokenLabel, form->token, form->tokenPage, form->status,
+              form->addressStatus, addressLabel, form->address, leftAligned(form->suggestion),
+              form->status, tokenLabel, form->token, form->tokenPage, form->tokenSteps,
               form->progress, leftAligned(connectButton)},
              appearance),
          card(
@@ -107,6 +114,47 @@ QWidget *WelcomeWindow::makeChoice() {
               leftAligned(sampleButton)},
              appearance)},
         appearance);
+}
+
+/// The last page: how many students need attention, and what comes next.
+QWidget *WelcomeWindow::makeEnd() {
+    const auto size = [this] { attention->setFont(appearance.font(1.2, QFont::DemiBold)); };
+    connect(&appearance, &Appearance::appearanceDidChange, attention, size);
+    size();
+    connect(studentsButton, &QPushButton::clicked, this, &WelcomeWindow::showStudents);
+    connect(
+        &controller.dashboard(), &Dashboard::dashboardModelDidChange, this,
+        &WelcomeWindow::showAttention);
+    connect(
+        &controller, &MainWindowController::statusDidChange, this, &WelcomeWindow::showAttention);
+    showAttention();
+    return welcomePages::end(
+        {connectedAs, attention, welcomePages::leftAligned(studentsButton)}, appearance);
+}
+
+void WelcomeWindow::showAttention() {
+    const Dashboard &dashboard = controller.dashboard();
+    const bool isKnown = dashboard.shownTerm() != nullptr;
+    // Before the course list is in, the status says how far it is, or what went wrong.
+    attention->setText(
+        qstring(dashboard.shownTermID() ? attentionLine(dashboard) : controller.status()));
+    studentsButton->setText(
+        isKnown && dashboard.shownTerm()->flaggedStudents > 0 ? QStringLiteral("Show the Students")
+                                                              : QStringLiteral("Show My Courses"));
+    studentsButton->setEnabled(isKnown);
+    if (isKnown && current == finished && forward->hasFocus()) {
+        studentsButton->setDefault(true);
+        studentsButton->setFocus();
+    }
+}
+
+void WelcomeWindow::showStudents() {
+    const Dashboard &dashboard = controller.dashboard();
+    if (const DashboardTerm *term = dashboard.shownTerm(); term && term->flaggedStudents > 0)
+        controller.select(TermSelection{term->id});
+    else
+        controller.select(DashboardSelection{});
+    accept();
 }
 
 void WelcomeWindow::showStep(Step step) {
@@ -144,15 +192,21 @@ QCoro::Task<> WelcomeWindow::connectToCanvas() {
     // Closing the window cancels connecting.
     if (!self || !isVisible())
         co_return;
+    ConnectionOutcome outcome = tested;
+    if (tested.succeeded) {
+        auto saving = form->save();
+        outcome = co_await saving;
+        // What is being saved cannot be stopped; only the page is not shown any more.
+        if (!self)
+            co_return;
+    }
     setChecking(false);
-    const ConnectionOutcome outcome = tested.succeeded ? form->save() : tested;
     if (!outcome.succeeded) {
         if (focused)
             focused->setFocus();
         Q_EMIT announcementRequested(ConnectionForm::announcement(outcome));
         co_return;
     }
-    form->token->clear();
     connectedAs->setText(qstring(tested.status));
     showStep(finished);
     Q_EMIT announcementRequested(ConnectionForm::announcement(tested));

@@ -15,6 +15,7 @@ namespace ellwynd {
 class Appearance;
 class ConnectionCheck;
 class ConnectionForm;
+class MainWindowController;
 class StepDots;
 
 /// Three steps: what the program is, the choice between Canvas and the sample college, and what
@@ -27,9 +28,10 @@ class WelcomeWindow : public QDialog {
     /// The values of "Onboarding.step".
     enum Step : std::int64_t { notStarted, introduction, choice, finished };
 
+    /// The arguments must outlive the window.
     WelcomeWindow(
-        UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance,
-        QWidget *parent = nullptr);
+        UserDefaults &defaults, ConnectionCheck &check, MainWindowController &controller,
+        const Appearance &appearance, QWidget *parent = nullptr);
 
     /// Whether to show the window at start: the steps are not finished, and the program shows
     /// neither a Canvas nor the sample college.
@@ -47,17 +49,24 @@ class WelcomeWindow : public QDialog {
 
   private:
     QWidget *makeChoice();
+    QWidget *makeEnd();
     void showStep(Step step);
+    void showAttention();
+    void showStudents();
     void setChecking(bool checking);
     QCoro::Task<> connectToCanvas();
 
     UserDefaults &defaults;
+    MainWindowController &controller;
     const Appearance &appearance;
     Step current = notStarted;
     ConnectionForm *form;
     StepDots *dots;
     QStackedWidget *pages;
     QLabel *connectedAs;
+    /// How many students need attention, once the courses are scored.
+    QLabel *attention;
+    QPushButton *studentsButton;
     QPushButton *connectButton;
     QPushButton *sampleButton;
     QPushButton *back;

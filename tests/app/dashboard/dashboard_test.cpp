@@ -1,5 +1,6 @@
 #include "app/dashboard/dashboardtexts.h"
 #include "app/mainwindowcontroller.h"
+#include "net/runtoend.h"
 #include "platform/cloud/syncedfolder.h"
 #include "support/core.h"
 #include "support/fakecanvas.h"
@@ -248,7 +249,7 @@ TEST_F(PassTest, ASignOutOrALaterPassOvertakesIt) {
     canvas.hold(path(1, "enrollments"));
     controller.refresh();
     ASSERT_TRUE(test::until([&] { return controller.dashboard().progress().running; }));
-    core.check.signOut();
+    static_cast<void>(runToEnd(core.check.signOut()));
     controller.refresh();
     EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
     EXPECT_TRUE(widgets().empty());

@@ -9,7 +9,7 @@ namespace {
 TEST(SecretService, IsUnavailableWithoutABus) {
     SecretService service;
     try {
-        (void)service.read("s", "a");
+        (void)service.read("s", "a", {});
         FAIL() << "read without a bus";
     } catch (const KeychainError &error) {
         EXPECT_EQ(error.status(), KeychainError::unavailable) << error.what();

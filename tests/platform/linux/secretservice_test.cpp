@@ -10,10 +10,10 @@ namespace {
 constexpr const char *service = "com.varnok.Ellwynd.test";
 
 /// The status of the error that reading throws, or 0.
-int statusOfReading(const std::string &account) {
+int statusOfReading(const std::string &account, const SecretAccess &access = {}) {
     SecretService secrets;
     try {
-        (void)secrets.read(service, account);
+        (void)secrets.read(service, account, access);
     } catch (const KeychainError &error) {
         return error.status();
     }
@@ -23,32 +23,33 @@ int statusOfReading(const std::string &account) {
 // A single test, since locking or killing the keyring cannot be undone for other tests.
 TEST(SecretService, StoresSecretsAndDistinguishesErrors) {
     SecretService secrets;
-    EXPECT_EQ(secrets.read(service, "h.example"), std::nullopt);
-    secrets.remove(service, "h.example");
-    secrets.save("first", service, "h.example");
+    EXPECT_EQ(secrets.read(service, "h.example", {}), std::nullopt);
+    secrets.remove(service, "h.example", {});
+    secrets.save("first", service, "h.example", {});
     secrets.save(
         std::string("s\xc3\xa4"
                     "cond"),
-        service, "h.example");
-    secrets.save("other", service, "o.example");
+        service, "h.example", {});
+    secrets.save("other", service, "o.example", {});
     EXPECT_EQ(
-        secrets.read(service, "h.example"),
+        secrets.read(service, "h.example", {}),
         "s\xc3\xa4"
         "cond");
-    EXPECT_EQ(secrets.read(service, "o.example"), "other");
-    EXPECT_EQ(secrets.read("another.service", "h.example"), std::nullopt);
-    secrets.remove(service, "o.example");
-    EXPECT_EQ(secrets.read(service, "o.example"), std::nullopt);
+    EXPECT_EQ(secrets.read(service, "o.example", {}), "other");
+    EXPECT_EQ(secrets.read("another.service", "h.example", {}), std::nullopt);
+    secrets.remove(service, "o.example", {});
+    EXPECT_EQ(secrets.read(service, "o.example", {}), std::nullopt);
     EXPECT_EQ(
-        secrets.read(service, "h.example"),
+        secrets.read(service, "h.example", {}),
         "s\xc3\xa4"
         "cond");
 
     test::lockKeyring();
     const int locked = statusOfReading("h.example");
     EXPECT_TRUE(locked == KeychainError::locked || locked == KeychainError::dismissed) << locked;
-    EXPECT_THROW(secrets.remove(service, "h.example"), KeychainError) << "cannot be deleted";
-    EXPECT_THROW(secrets.save("third", service, "h.example"), KeychainError);
+    EXPECT_EQ(statusOfReading("h.example", {.prompt = UnlockPrompt::never}), KeychainError::locked);
+    EXPECT_THROW(secrets.remove(service, "h.example", {}), KeychainError) << "cannot be deleted";
+    EXPECT_THROW(secrets.save("third", service, "h.example", {}), KeychainError);
     EXPECT_EQ(statusOfReading("nobody.example"), 0) << "nothing is saved, locked or not";
 
     test::unlockKeyring();

@@ -377,8 +377,8 @@ TEST_F(LiveControllerTest, AFailedFreshenKeepsTheRows) {
     ASSERT_TRUE(until([&] { return !controller.roster().staleReason.empty(); }));
     EXPECT_EQ(
         noteText(controller.roster()),
-        "Canvas rejected the access token. Canvas may have refused Art alone. Showing what was "
-        "loaded before.");
+        "Canvas rejected the access token. Canvas may have refused access to Art only. Showing "
+        "what was loaded before.");
     EXPECT_EQ(controller.roster().rows.size(), 1U);
     EXPECT_EQ(controller.roster().fetchedAt, fetched);
     EXPECT_TRUE(errors.empty());

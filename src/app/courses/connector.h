@@ -1,4 +1,4 @@
-// Which data source the preferences name.
+// Opens the data source that the preferences select.
 #pragma once
 
 #include "canvas/canvasreading.h"
@@ -10,18 +10,20 @@
 
 namespace ellwynd {
 
-/// Opens the source that rosters are read from: the invented college in sample mode, else the saved
-/// Canvas address with its token.
+/// Opens the source that courses are read from: the sample college in sample mode, otherwise Canvas
+/// at the saved address with its token.
 class Connector {
   public:
-    /// @param now of the invented college.
+    /// The references must outlive this object and the sources that it opens.
+    /// @param now the clock of the sample college.
     Connector(
         UserDefaults &defaults, SecretStore &secrets, CanvasSession &session,
         Clock now = systemNow);
 
-    /// Null when the program is not connected: no address, or no token for its host.
+    /// Null if the program is not connected, that is without an address or a token for its host.
+    /// May block on the keyring's unlock prompt.
     /// @param stop ends the source's reads with Cancelled.
-    /// @throws KeychainError when the token cannot be read, which is no sign-out.
+    /// @throws KeychainError if the token cannot be read, which is not the same as signed out.
     [[nodiscard]] std::shared_ptr<CanvasReading> open(std::stop_token stop = {}) const;
 
   private:

@@ -77,7 +77,7 @@ TEST(SavedCourse, OneClearSentenceForEveryBadFile) {
              {"enrollments.json", R"([{"id": 1}])",
               "enrollments.json couldn't be read: Enrollment [0].user_id is missing"},
              {"assignment_groups.json", " <!DOCTYPE html><html>",
-              "assignment_groups.json holds a web page, not Canvas's JSON."},
+              "assignment_groups.json contains a web page instead of Canvas JSON."},
              {"submissions.json", deep,
               "submissions.json couldn't be read: SubmissionSummary: it nests deeper than 64 "
               "levels"},

@@ -153,7 +153,7 @@ TEST(Session, TwoProgramsAreOne) {
     Program second(linkTo900102);
     EXPECT_EQ(second.status(), 0) << second.errors();
     EXPECT_TRUE(test::until([&] {
-        return first.errors().find("A link asks for course 900102") != std::string::npos;
+        return first.errors().find("A link requested course 900102") != std::string::npos;
     })) << first.errors();
     EXPECT_EQ(first.process.state(), QProcess::Running);
     EXPECT_THAT(first.errors(), HasSubstr("Ellwynd launching"));

@@ -1,4 +1,4 @@
-// The program, wired: every object of a window's life, made once and in order.
+// Creates the objects of the program and connects them.
 #pragma once
 
 #include "preferences/preferencevalue.h"
@@ -23,30 +23,30 @@ class UserDefaults;
 class UserNotifications;
 struct Stores;
 
-/// What the program is started with: its folders, its place on the desktop and what it was told.
+/// The folders, the desktop services and the launch arguments that the program runs with.
 struct ApplicationEnvironment {
-    /// The values forced for this run.
+    /// Preferences set for this run only.
     PreferenceMap launchArguments;
     std::filesystem::path preferencesFile;
-    /// Histories, contacts and templates.
+    /// Folder of the history, contacts and templates.
     std::filesystem::path data;
-    /// What is true of this machine alone.
+    /// Folder of data that applies to this machine only.
     std::filesystem::path state;
-    /// What the program shares with its widgets.
+    /// Folder that the program shares with its widgets.
     std::filesystem::path widgetContainer;
     std::shared_ptr<SecretStore> secrets;
     std::unique_ptr<UserNotifications> notifications;
-    /// Asks the widgets to draw themselves again.
+    /// Makes the widgets reload their file.
     std::function<void()> reloadWidgets = [] {};
-    /// What the appearance "automatic" stands for at the start.
+    /// Whether the desktop is dark at startup, for the appearance "automatic".
     bool desktopIsDark = false;
-    /// Starts the program anew for the other mode; answers what went wrong, or nothing.
+    /// Starts a new instance after a switch of the sample mode. Returns an error message; absent on
+    /// success.
     std::function<std::optional<std::string>()> newInstance = [] { return std::nullopt; };
 };
 
-/// Makes the stores, the controllers and the main window, and connects them. The window is not yet
-/// shown, and nothing is read from Canvas before `launch`. One at a time, on the main thread, after
-/// the QApplication.
+/// Owns the stores, the controllers and the main window. Before `launch` the window is hidden and
+/// nothing is read from Canvas. Create it on the main thread after the QApplication, one at a time.
 class Application {
   public:
     /// @param service must outlive this object; it need not have been started.
@@ -55,10 +55,10 @@ class Application {
     Application(const Application &) = delete;
     Application &operator=(const Application &) = delete;
 
-    /// Shows the window, then loads the courses and opens the links as soon as the event loop runs.
+    /// Shows the window. Once the event loop runs, loads the courses and opens the links.
     void launch(const QStringList &links);
-    /// Follows what happens outside the program: other processes' preferences, the desktop's
-    /// colours, waking up, coming to the front, and the half-hour timer.
+    /// Starts to follow preferences changed by other processes, the desktop's colour scheme,
+    /// wake-up, the network, and the program's activation, and starts the half-hour timer.
     void followDesktop();
 
     [[nodiscard]] UserDefaults &defaults();

@@ -27,9 +27,10 @@ namespace {
 
 using namespace ellwynd;
 
-/// The launch arguments and the links of a command line; absent when it holds anything else, which
-/// is told on standard error. Qt takes its own options out of `argv` when the application is made,
-/// so `before` is what was read before that.
+/// The links on the command line once QApplication has removed its own options from it; absent if
+/// anything but links and launch arguments is left, which is reported on standard error.
+/// @param before the launch arguments parsed before QApplication was created; the remaining ones
+///         are added.
 std::optional<QStringList> linksOf(LaunchArguments &before, int argc, char **argv) {
     LaunchArguments remaining =
         parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));
@@ -50,7 +51,8 @@ std::optional<QStringList> linksOf(LaunchArguments &before, int argc, char **arg
 
 ApplicationEnvironment environment(PreferenceMap launchArguments) {
     const std::filesystem::path preferencesFile = directories::config() / "Preferences.json";
-    // The mode of this run: memories and data source are made for it, and only a relaunch switches.
+    // Fix the mode for this process: the stores and the data source depend on it, and only a
+    // relaunch switches it.
     launchArguments.try_emplace(
         std::string(preferences::sampleData.name),
         UserDefaults(preferencesFile, {}).value(preferences::sampleData));
@@ -64,7 +66,7 @@ ApplicationEnvironment environment(PreferenceMap launchArguments) {
         .notifications = makeUserNotifications(),
         .reloadWidgets = widgetTimelines::reloadAll,
         .desktopIsDark = colorScheme::isDark().value_or(desktopPrefersDark()),
-        // Asked now, since the file may be replaced while the program runs.
+        // Resolve the path now: the file may be replaced while the program runs.
         .newInstance = [program = QApplication::applicationFilePath()] {
             return startDetached(program);
         }};
@@ -72,7 +74,7 @@ ApplicationEnvironment environment(PreferenceMap launchArguments) {
 
 int run(int argc, char **argv) {
     installSystemLog();
-    // Before the application takes its own options away, and the token for its first window.
+    // Read these before QApplication removes its own options and consumes the activation token.
     LaunchArguments arguments =
         parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));
     const QString activationToken = activationTokenOfStart();
@@ -93,8 +95,8 @@ int run(int argc, char **argv) {
         if (!arguments.domain.empty())
             fmt::print(
                 stderr,
-                "ellwynd: Ellwynd is running already; \"-Key value\" pairs hold for a new "
-                "start only.\n");
+                "ellwynd: Ellwynd is running already; \"-Key value\" pairs take effect "
+                "only when it starts.\n");
         return 0;
     case ApplicationService::Outcome::unanswered:
         fmt::print(stderr, "ellwynd: Ellwynd is running already, but does not answer.\n");

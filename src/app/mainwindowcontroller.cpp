@@ -20,11 +20,11 @@ using refresh::Initiative;
 constexpr Log logger{"network"};
 constexpr Log widgetLog{"widgets"};
 
-/// A coarse timer keeps this within a twentieth, well inside the five minutes that it may be off.
+/// A coarse timer is accurate to 5%, which is 90 seconds here; five minutes are acceptable.
 constexpr std::chrono::seconds passInterval{1800};
-/// A key held down in the sidebar passes over courses faster than this.
+/// An arrow key held down in the sidebar changes the selection faster than this.
 constexpr std::chrono::milliseconds selectionSettle{150};
-/// How long scoring in slices holds the event loop.
+/// How long one slice of rescoring may block the event loop.
 constexpr std::chrono::milliseconds sliceLimit{8};
 
 bool isThreshold(std::string_view key) {
@@ -130,15 +130,15 @@ void MainWindowController::timerFired() {
     scheduler.send(Event::Kind::timerFired);
 }
 
-/// A pass that began on another day is about the terms and the trends of that day.
+/// A pass that started on another day used the terms and trends of that day.
 void MainWindowController::checkDay() {
     const auto begun = passController.lastPassAt();
     if (begun && calendar::startOfDay(*begun) != calendar::startOfDay(now()))
         scheduler.send(Event::Kind::dayChanged);
 }
 
-/// The address was saved here, by another process or by another computer. A change of the origin
-/// is a sign-out from the old one.
+/// Called whether this process, another process or another machine saved the address. A change of
+/// the origin signs out of the previous one.
 void MainWindowController::addressDidChange() {
     const std::string before = std::exchange(address, defaults.value(preferences::canvasBaseURL));
     if (haveSameOrigin(before, address))
@@ -155,7 +155,7 @@ void MainWindowController::select(const Selection &selection) {
 
 void MainWindowController::setSelection(const Selection &selection) {
     rosterController.setSelection(selection);
-    // The sample college is asked for nothing, so it need not be spared.
+    // The sample college makes no requests, so there is nothing to save by waiting.
     const bool isSample = defaults.value(preferences::sampleData);
     scheduler.send(
         {.kind = Event::Kind::selectionChanged,
@@ -228,7 +228,7 @@ void MainWindowController::connectionDidFail(const KeychainError &error, Initiat
     scheduler.send(Event::Kind::connectionFailed);
 }
 
-/// What belongs to a connection goes with it, within one turn of the event loop.
+/// Discards all data of the connection at once, without returning to the event loop.
 void MainWindowController::clearEverything() {
     stopList();
     source.reset();
@@ -281,8 +281,8 @@ void MainWindowController::listDidFail(const CanvasError &error) {
     scheduler.send({.kind = Event::Kind::listFailed, .lacksNetwork = error.lacksNetwork()});
 }
 
-/// Selects the course that was waited for, else what was selected if it is still there, else the
-/// dashboard.
+/// Selects the pending course if the list contains it; otherwise keeps the selection if its courses
+/// still exist, or else selects the dashboard.
 void MainWindowController::listDidArrive(ListRead<Course> fetched) {
     courseList.set(std::move(fetched.records), fetched.cutShort);
     setStatus(courseList.statusText());
@@ -356,8 +356,8 @@ std::optional<std::int64_t> MainWindowController::flaggedStudents(std::int64_t c
 
 // ---- Thresholds --------------------------------------------------------------------------------
 
-/// What is on screen at once, the rest in slices. Nothing is fetched, so live figures do not
-/// change.
+/// Rescores the roster on screen immediately and the other cached courses in slices. Nothing is
+/// fetched.
 void MainWindowController::rescoreAll() {
     rosterController.rescore();
     rescoreQueue.clear();
@@ -382,10 +382,10 @@ void MainWindowController::rescoreNext() {
     Q_EMIT coursesDidChange();
 }
 
-// ---- What is said ------------------------------------------------------------------------------
+// ---- Status and errors -------------------------------------------------------------------------
 
-/// What the teacher asked for says that it failed. What the program does by itself says so once,
-/// and only where there is nothing on screen yet.
+/// Failures of reads that the teacher requested are always shown; those of automatic reads only
+/// once, and only while there is nothing to show.
 void MainWindowController::showError(const CanvasError &error, Initiative initiative) {
     const bool isEmpty = courseList.isEmpty() || roster().state == RosterView::State::failed;
     if (initiative == Initiative::program && (alerted || !isEmpty))
@@ -394,7 +394,7 @@ void MainWindowController::showError(const CanvasError &error, Initiative initia
     Q_EMIT errorDidOccur(error);
 }
 
-/// A failure that the status still names is made good.
+/// Replaces a failure in the status line.
 void MainWindowController::readDidSucceed() {
     alerted = false;
     if (statusIsFailure && !courseList.isEmpty())

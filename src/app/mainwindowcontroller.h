@@ -1,4 +1,4 @@
-// The façade that the windows use: refreshing, selecting, and what is on screen.
+// The façade that the windows use: refresh, selection, and the state to show.
 #pragma once
 
 #include "app/courses/connector.h"
@@ -12,36 +12,36 @@
 
 namespace ellwynd {
 
-/// Turns what the teacher and the desktop do into events of the scheduler, and carries out the
+/// Sends the actions of the teacher and the desktop to the scheduler as events, and performs the
 /// reads that it starts: the connection, the course list, the roster on screen and the scoring
-/// passes. Lives on the main thread.
+/// passes. Used on the main thread.
 class MainWindowController : public QObject, private RefreshJobs {
     Q_OBJECT
 
   public:
-    /// The arguments must outlive the controller, also the tasks that it has started.
+    /// The arguments must outlive this object and the tasks that it has started.
     MainWindowController(
         UserDefaults &defaults, const Connector &connector, Stores &stores, TrendSync &trends,
         PassSinks sinks, Clock now = systemNow, ElapsedClock elapsed = elapsedNow);
     ~MainWindowController() override;
 
-    /// Everything: the course list, the roster on screen, then a scoring pass. A request while one
-    /// is running runs once more after that.
+    /// Reads everything again: the course list, the roster on screen, then a scoring pass. Any
+    /// number of calls during a refresh cause one more after it.
     void refresh();
-    /// Only what is on screen.
+    /// Reads only the roster on screen again; everything while not connected.
     void refreshRoster();
     /// The address or the token was saved, or the teacher signed out.
     void connectionDidChange();
     void select(const Selection &selection);
-    /// Opens a course by id: at once when the course list is in, otherwise as soon as it is. An id
-    /// that the list does not hold opens nothing.
+    /// Opens a course by id, if necessary after the course list has arrived. Does nothing if the
+    /// list does not contain the id.
     void showCourse(std::int64_t courseID);
 
-    /// The window came to the front, or left it.
+    /// Called when the program becomes active or inactive.
     void setActive(bool active);
     void computerDidWake();
     void networkDidReturn();
-    /// Schedules the half-hour scoring pass.
+    /// Starts the timer for a scoring pass every half hour.
     void startTimer();
 
     [[nodiscard]] const std::optional<Selection> &selection() const {
@@ -50,31 +50,32 @@ class MainWindowController : public QObject, private RefreshJobs {
     [[nodiscard]] const CourseList &courses() const { return courseList; }
     [[nodiscard]] const RosterView &roster() const { return rosterController.view(); }
     [[nodiscard]] Dashboard &dashboard() { return passController.dashboard(); }
-    /// What can be done with the roster on screen.
+    /// The actions on the roster on screen.
     [[nodiscard]] RosterActions &actions() { return rosterActions; }
-    /// The line below the sidebar.
+    /// The status line below the sidebar.
     [[nodiscard]] const std::string &status() const { return statusText; }
     [[nodiscard]] bool isLoading() const {
         return scheduler.isRefreshing() || scheduler.state().roster.wanted ||
             rosterController.isLoading();
     }
-    /// Flagged students of a course already scored.
+    /// The number of flagged students; absent for a course that has not been scored.
     [[nodiscard]] std::optional<std::int64_t> flaggedStudents(std::int64_t courseID) const;
-    /// What is remembered of a student of the roster on screen.
+    /// The recorded history of a student of the roster on screen.
     [[nodiscard]] StudentHistory studentHistory(const RiskRow &row) const {
         return rosterController.studentHistory(row);
     }
 
   Q_SIGNALS:
-    /// The course list, or the number of flagged students of one of its courses.
+    /// The course list changed, or the number of flagged students of one of its courses.
     void coursesDidChange();
     void rosterDidChange();
-    /// A load began, progressed or ended; `roster` tells how far it is.
+    /// A load started, progressed or ended; see `roster().loadedCourses`.
     void loadingDidChange();
-    /// The scoring pass of a refresh or of the timer ended.
+    /// A scoring pass ended.
+    /// @param complete whether every course of the nearby terms was scored.
     void passDidEnd(bool complete);
     void statusDidChange();
-    /// An error to show, as message and advice.
+    /// An error that must be shown, with advice.
     void errorDidOccur(const ellwynd::CanvasError &error);
 
   private:
@@ -116,7 +117,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     std::stop_source stopConnecting;
     std::stop_source stopListRead;
     bool isActive = false;
-    /// To be opened as soon as the course list is in.
+    /// To be opened when the course list arrives.
     std::optional<std::int64_t> pendingCourseID;
     RosterCache rosterCache;
     CourseList courseList;
@@ -124,13 +125,13 @@ class MainWindowController : public QObject, private RefreshJobs {
     PassController passController;
     RosterActions rosterActions;
     QTimer widgetRefreshTimer;
-    /// Courses in the cache still to be scored with other thresholds, in slices.
+    /// Cached courses not yet rescored with the current thresholds.
     std::vector<std::int64_t> rescoreQueue;
     QTimer rescoreTimer;
     std::string statusText;
     bool statusIsFailure = false;
-    /// An error was shown that the program came upon by itself; the next is only shown after a read
-    /// has succeeded.
+    /// Whether an error was shown since the last successful read. Failures of automatic reads are
+    /// then not shown.
     bool alerted = false;
     std::shared_ptr<void> observing;
 };

@@ -58,7 +58,7 @@ TEST_F(ControllerTest, ShowsOneCourseWithItsMissingWork) {
     EXPECT_EQ(controller.flaggedStudents(900201), 7) << "scored by the pass";
 }
 
-TEST_F(ControllerTest, SidebarListsAsManyTermsAsWanted) {
+TEST_F(ControllerTest, TheSidebarAppliesTheTermLimit) {
     EXPECT_TRUE(controller.courses().sidebarTerms().empty());
     controller.refresh();
     EXPECT_EQ(controller.courses().sidebarTerms().size(), 6U);
@@ -70,13 +70,13 @@ TEST_F(ControllerTest, SidebarListsAsManyTermsAsWanted) {
     EXPECT_EQ(title(all.back()), "Winter 2024");
     defaults.set(preferences::sidebarTermLimit, std::int64_t{1});
     EXPECT_EQ(controller.courses().sidebarTerms().size(), 1U);
-    // A course of an older term opens as any other does.
+    // Courses of older terms open like any other.
     controller.select(CourseSelection{900301});
     EXPECT_EQ(roster().state, RosterView::State::shown);
     EXPECT_FALSE(roster().rows.empty());
 }
 
-TEST_F(ControllerTest, AThresholdScoresAgainWhatIsInMemory) {
+TEST_F(ControllerTest, AThresholdChangeRescoresTheCache) {
     controller.refresh();
     controller.select(CourseSelection{900101});
     const std::size_t before = flagged().size();
@@ -97,10 +97,10 @@ TEST_F(ControllerTest, AThresholdScoresAgainWhatIsInMemory) {
     defaults.set(preferences::defaultPassingScore, 40.0);
     EXPECT_LT(flagged().size(), before);
     defaults.set("Course.7.Icon", std::string("flask"));
-    EXPECT_EQ(announced, 3) << "what scores nothing announces nothing";
+    EXPECT_EQ(announced, 3) << "settings that do not affect scores announce nothing";
 }
 
-TEST_F(ControllerTest, AVisitIsComparedAndThenRecorded) {
+TEST_F(ControllerTest, AVisitShowsTheMovementAndIsRecorded) {
     controller.refresh();
     const auto entriesToday = [this](std::int64_t courseID) {
         return std::ranges::count_if(
@@ -108,7 +108,7 @@ TEST_F(ControllerTest, AVisitIsComparedAndThenRecorded) {
                 return entry.courseID == courseID && entry.recordedAt == test::noon;
             });
     };
-    EXPECT_EQ(entriesToday(900101), 0) << "a term is no visit";
+    EXPECT_EQ(entriesToday(900101), 0) << "showing a term is not a visit";
     controller.select(CourseSelection{900101});
     EXPECT_EQ(
         rememberedLine(roster()),
@@ -120,7 +120,7 @@ TEST_F(ControllerTest, AVisitIsComparedAndThenRecorded) {
         roster().insight->outreachLine, "3 contacted · 1 awaiting follow-up · 7 not yet reached");
     EXPECT_EQ(controller.studentHistory(roster().rows[1]).trend->points.size(), 8U);
 
-    // Opened again on the same day, it says the same; a re-score records nothing.
+    // Another visit on the same day shows the same movement, and rescoring records nothing.
     controller.refreshRoster();
     EXPECT_EQ(roster().movement.size(), 4U);
     defaults.set(preferences::defaultPassingScore, 99.0);
@@ -136,7 +136,7 @@ TEST_F(ControllerTest, AVisitIsComparedAndThenRecorded) {
     EXPECT_EQ(roster().insight->outreachLine, "Contact marks are turned off in Settings.");
 }
 
-TEST_F(ControllerTest, CopiesMessagesAndNotesTheContacts) {
+TEST_F(ControllerTest, CopiesMessagesAndRecordsTheContacts) {
     controller.refresh();
     controller.select(CourseSelection{900101});
     std::vector<std::string> copied;
@@ -157,7 +157,7 @@ TEST_F(ControllerTest, CopiesMessagesAndNotesTheContacts) {
     EXPECT_EQ(copied.size(), 1U);
 }
 
-TEST_F(ControllerTest, ExportsWhatIsOnScreen) {
+TEST_F(ControllerTest, ExportsTheRosterOnScreen) {
     controller.refresh();
     std::vector<std::string> failures;
     QObject::connect(
@@ -186,7 +186,7 @@ TEST_F(ControllerTest, WithoutAConnectionEverythingIsEmpty) {
     EXPECT_TRUE(other.courses().sidebarTerms().empty());
 }
 
-TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
+TEST_F(ControllerTest, OpensCanvasPages) {
     std::vector<std::string> opened;
     int invented = 0;
     const auto listen = [&](MainWindowController &driver) {
@@ -216,7 +216,7 @@ TEST_F(ControllerTest, PagesOfCanvasOpenByAddress) {
             "https://h.example/courses/7/assignments/8"));
 }
 
-/// A program connected to a Canvas with three courses of one student each.
+/// A controller connected to a fake Canvas with three courses of one student each.
 struct LiveControllerTest : testing::Test {
     test::Core core;
     test::FakeCanvas canvas;
@@ -245,7 +245,7 @@ struct LiveControllerTest : testing::Test {
         QObject::connect(
             &controller, &MainWindowController::errorDidOccur, &controller,
             [this](const CanvasError &error) { errors.push_back(error); });
-        // Kept until the list is in.
+        // The selection is kept until the list arrives.
         controller.select(TermSelection{9});
     }
 
@@ -282,7 +282,7 @@ TEST_F(LiveControllerTest, LoadsTheTermAndACourse) {
     EXPECT_EQ(noteText(controller.roster()), "");
 }
 
-TEST_F(LiveControllerTest, AListCutShortIsSaid) {
+TEST_F(LiveControllerTest, IncompleteListsAreReported) {
     const test::FakeReply cut{.headers = {{"Link", R"(<https://elsewhere.example/>; rel="next")"}}};
     controller.refresh();
     ASSERT_TRUE(untilShown("Fall"));
@@ -303,7 +303,7 @@ TEST_F(LiveControllerTest, AListCutShortIsSaid) {
     ASSERT_TRUE(until([&] { return controller.status() == "1 course · list incomplete"; }));
 }
 
-TEST_F(LiveControllerTest, ACourseAskedForByIdOpensWhenTheListIsIn) {
+TEST_F(LiveControllerTest, ACourseRequestedByIdOpensWhenTheListArrives) {
     controller.showCourse(2);
     controller.refresh();
     ASSERT_TRUE(untilShown("Bio"));
@@ -312,7 +312,7 @@ TEST_F(LiveControllerTest, ACourseAskedForByIdOpensWhenTheListIsIn) {
     controller.showCourse(3);
     ASSERT_TRUE(untilShown("Chem"));
 
-    // A course that has left the list gives way to the dashboard.
+    // The dashboard is selected when the selected course is no longer in the list.
     canvas.serve(
         QStringLiteral("/api/v1/courses"),
         {R"({"id":1,"name":"Art","term":{"id":9,"name":"Fall"}})"});
@@ -321,21 +321,21 @@ TEST_F(LiveControllerTest, ACourseAskedForByIdOpensWhenTheListIsIn) {
     EXPECT_EQ(controller.roster().state, RosterView::State::nothingSelected);
 }
 
-TEST_F(LiveControllerTest, TheThreeReadsOfACourseRunSideBySide) {
+TEST_F(LiveControllerTest, TheThreeReadsOfACourseRunConcurrently) {
     controller.refresh();
     ASSERT_TRUE(untilShown("Fall"));
     canvas.maxInFlight = 0;
     canvas.holdUntil(3);
     controller.showCourse(2);
-    ASSERT_TRUE(untilShown("Bio")) << "none is answered before all three are asked";
+    ASSERT_TRUE(untilShown("Bio")) << "no read is answered before all three have started";
     EXPECT_EQ(canvas.maxInFlight, 3);
     const int connections = canvas.connections;
     controller.refreshRoster();
     ASSERT_TRUE(until([&] { return !controller.isLoading(); }));
-    EXPECT_EQ(canvas.connections, connections) << "connections are used again";
+    EXPECT_EQ(canvas.connections, connections) << "connections are reused";
 }
 
-TEST_F(LiveControllerTest, ASlowAnswerNeverOverwritesALaterChoice) {
+TEST_F(LiveControllerTest, ASlowResponseNeverOverwritesALaterSelection) {
     controller.refresh();
     ASSERT_TRUE(untilShown("Fall"));
     canvas.hold(path(1, "enrollments"));
@@ -347,7 +347,7 @@ TEST_F(LiveControllerTest, ASlowAnswerNeverOverwritesALaterChoice) {
     controller.select(CourseSelection{2});
     ASSERT_TRUE(untilShown("Bio"));
     shown.clear();
-    // The slow answer arrives and is dropped.
+    // The slow response arrives and is dropped.
     canvas.release();
     ASSERT_TRUE(until([&] { return core.session.requestLimiter().inFlight() == 0; }));
     QCoreApplication::processEvents();
@@ -355,7 +355,7 @@ TEST_F(LiveControllerTest, ASlowAnswerNeverOverwritesALaterChoice) {
     EXPECT_EQ(controller.roster().title, "Bio");
 }
 
-TEST_F(LiveControllerTest, TenRefreshesDuringOneAreOneMore) {
+TEST_F(LiveControllerTest, TenRefreshesDuringOneCauseOneMore) {
     canvas.hold(QStringLiteral("/api/v1/courses"));
     controller.refresh();
     ASSERT_TRUE(until([&] { return !canvas.requests.empty(); }));
@@ -370,7 +370,7 @@ TEST_F(LiveControllerTest, TenRefreshesDuringOneAreOneMore) {
         2);
 }
 
-TEST_F(LiveControllerTest, AFailedFreshenKeepsTheRows) {
+TEST_F(LiveControllerTest, AFailedRefreshKeepsTheRows) {
     controller.refresh();
     ASSERT_TRUE(untilShown("Fall"));
     controller.select(CourseSelection{1});
@@ -381,8 +381,8 @@ TEST_F(LiveControllerTest, AFailedFreshenKeepsTheRows) {
     ASSERT_TRUE(until([&] { return !controller.roster().staleReason.empty(); }));
     EXPECT_EQ(
         noteText(controller.roster()),
-        "Canvas rejected the access token. Canvas may have refused Art alone. Showing what was "
-        "loaded before.");
+        "Canvas rejected the access token. Canvas may have refused access to Art only. Showing "
+        "what was loaded before.");
     EXPECT_EQ(controller.roster().rows.size(), 1U);
     EXPECT_EQ(controller.roster().fetchedAt, fetched);
     EXPECT_TRUE(errors.empty());
@@ -393,7 +393,7 @@ TEST_F(LiveControllerTest, AFailedFreshenKeepsTheRows) {
     EXPECT_EQ(errors.back(), CanvasError(CanvasError::Kind::notFound));
 }
 
-TEST_F(LiveControllerTest, ARejectedTokenAndASignOut) {
+TEST_F(LiveControllerTest, ARejectedTokenALockedKeyringAndASignOut) {
     canvas.token = "another";
     controller.refresh();
     ASSERT_TRUE(until([&] { return !controller.isLoading(); }));
@@ -406,7 +406,7 @@ TEST_F(LiveControllerTest, ARejectedTokenAndASignOut) {
     core.secrets.failure = KeychainError(KeychainError::locked, "locked");
     controller.refresh();
     EXPECT_TRUE(until([&] { return controller.status() == "Keychain unavailable"; }));
-    EXPECT_EQ(controller.roster().title, "Fall") << "what is on screen stays";
+    EXPECT_EQ(controller.roster().title, "Fall") << "the roster on screen is kept";
     core.secrets.failure.reset();
 
     static_cast<void>(runToEnd(core.check.signOut()));

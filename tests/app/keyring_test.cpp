@@ -1,4 +1,4 @@
-// A running program over a real secret service, which fails it; see support/with-keyring.
+// A connected controller with a real secret service that fails; see support/with-keyring.
 #include "app/mainwindowcontroller.h"
 #include "support/fakecanvas.h"
 #include "support/instants.h"
@@ -12,8 +12,8 @@
 namespace ellwynd {
 namespace {
 
-// One test in order: a keyring that was killed stays so.
-TEST(Keyring, WhatIsOnScreenOutlivesALockedAndAKilledKeyring) {
+// A single test, since killing the keyring would affect any later test.
+TEST(Keyring, TheRosterSurvivesALockedAndAKilledKeyring) {
     test::trustAuthority();
     test::FakeCanvas canvas;
     const auto course = test::inventCourse(4021, {.students = 30, .assignments = 3}, test::noon);
@@ -74,10 +74,10 @@ TEST(Keyring, WhatIsOnScreenOutlivesALockedAndAKilledKeyring) {
     test::unlockKeyring();
     EXPECT_TRUE(refreshed()) << "unlocked";
     test::killKeyring();
-    // Gone, or started anew by the bus and locked.
+    // The keyring is gone, or the bus has restarted it locked.
     refreshInVain("killed");
 
-    // What is on screen can still be freshened with the token already read.
+    // The roster on screen can still be refreshed with the token read before.
     const std::size_t requests = canvas.requests.size();
     controller.refreshRoster();
     EXPECT_TRUE(test::until([&] { return !controller.isLoading(); }));
@@ -85,9 +85,9 @@ TEST(Keyring, WhatIsOnScreenOutlivesALockedAndAKilledKeyring) {
     EXPECT_EQ(controller.roster().rows, rows);
     EXPECT_EQ(controller.roster().staleReason, "");
 
-    // The bus starts it again when it is asked for.
+    // The bus restarts the keyring on demand.
     test::unlockKeyring();
-    EXPECT_TRUE(refreshed()) << "started anew and unlocked";
+    EXPECT_TRUE(refreshed()) << "restarted and unlocked";
 
     EXPECT_THAT(statuses, testing::Not(testing::Contains("Not connected")));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), canvas.address());

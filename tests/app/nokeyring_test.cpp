@@ -1,4 +1,4 @@
-// A program on a desktop without any secret service; see support/with-bus.
+// A controller on a desktop without a secret service; see support/with-bus.
 #include "app/mainwindowcontroller.h"
 #include "support/temporaryfolder.h"
 #include "support/until.h"
@@ -10,7 +10,7 @@
 namespace ellwynd {
 namespace {
 
-TEST(NoKeyring, IsUnavailableAndNoSignOut) {
+TEST(NoKeyring, IsReportedAsUnavailableAndNotASignOut) {
     ASSERT_TRUE(QDBusConnection::sessionBus().isConnected()) << "a bus, but nothing on it";
     const test::TemporaryFolder folder;
     UserDefaults defaults(folder.path() / "Preferences.json", {});
@@ -32,7 +32,7 @@ TEST(NoKeyring, IsUnavailableAndNoSignOut) {
     }
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://canvas.example.edu");
 
-    // The invented college needs no token.
+    // The sample college needs no token.
     defaults.set(preferences::sampleData, true);
     controller.refresh();
     EXPECT_NE(controller.dashboard().shownTerm(), nullptr);

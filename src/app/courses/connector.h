@@ -1,4 +1,4 @@
-// Which data source the preferences name.
+// Opens the data source that the preferences select.
 #pragma once
 
 #include "canvas/asynctokenstore.h"
@@ -10,18 +10,19 @@
 
 namespace ellwynd {
 
-/// Opens the source that rosters are read from: the invented college in sample mode, else the saved
-/// Canvas address with its token.
+/// Opens the source that courses are read from: the sample college in sample mode, otherwise Canvas
+/// at the saved address with its token.
 class Connector {
   public:
-    /// @param now of the invented college.
+    /// The references must outlive this object and the sources that it opens.
+    /// @param now the clock of the sample college.
     Connector(
         UserDefaults &defaults, AsyncTokenStore &tokens, CanvasSession &session,
         Clock now = systemNow);
 
-    /// Null when the program is not connected: no address, or no token for its host.
-    /// @throws KeychainError when the token cannot be read, which is no sign-out; Cancelled once a
-    /// stop is requested.
+    /// Null if the program is not connected, that is without an address or a token for its host.
+    /// @throws KeychainError if the token cannot be read, which is not the same as signed out;
+    /// Cancelled once a stop is requested.
     [[nodiscard]] QCoro::Task<std::shared_ptr<CanvasReading>>
     open(UnlockPrompt prompt, std::stop_token stop = {}) const;
 

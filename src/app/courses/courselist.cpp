@@ -35,7 +35,7 @@ std::vector<TermGroup> CourseList::sidebarTerms() const {
     std::vector<TermGroup> terms = groupByTerm(known());
     const auto limit = std::size_t(defaults.value(preferences::sidebarTermLimit));
     if (limit > 0 && terms.size() > limit) {
-        // The courses without a term are not a term, and are always listed.
+        // The courses without a term do not count as a term and are always listed.
         const bool others = !terms.back().term;
         terms.erase(terms.begin() + std::ptrdiff_t(limit), terms.end() - (others ? 1 : 0));
     }

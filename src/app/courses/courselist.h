@@ -1,4 +1,4 @@
-// The teacher's courses, as last fetched.
+// The teacher's courses as last fetched.
 #pragma once
 
 #include "canvas/listread.h"
@@ -9,8 +9,8 @@
 
 namespace ellwynd {
 
-/// The course list in memory, with what the sidebar makes of it. In the sample college the courses
-/// of its older terms are added. Follows "SidebarTermLimit". Lives on the main thread.
+/// The course list in memory, and the terms that the sidebar shows of it. The sample college adds
+/// courses of older terms. Follows "SidebarTermLimit". Used on the main thread.
 class CourseList : public QObject {
     Q_OBJECT
 
@@ -18,19 +18,21 @@ class CourseList : public QObject {
     /// @param defaults must outlive this object.
     explicit CourseList(UserDefaults &defaults, Clock now = systemNow);
 
-    /// Replaces the list by what Canvas sent; an empty one also stands for "not connected".
-    /// @param cutShort why the list is incomplete; absent for a whole one.
+    /// Replaces the list. It is also empty while not connected.
+    /// @param cutShort why the list is incomplete; absent for a complete list.
     void set(std::vector<Course> courses, std::optional<CutShort> cutShort = std::nullopt);
 
-    /// As fetched, without the sample college's older terms.
+    /// The list as fetched, without the sample college's older terms.
     [[nodiscard]] const std::vector<Course> &latest() const { return latestCourses; }
     [[nodiscard]] bool isEmpty() const { return latestCourses.empty(); }
     /// Every course that can be opened.
     [[nodiscard]] std::vector<Course> known() const;
     [[nodiscard]] bool contains(std::int64_t courseID) const;
-    /// The sidebar's terms, newest first, as many as the teacher wants listed.
+    /// The terms of the sidebar, newest first and limited by "SidebarTermLimit", then the courses
+    /// without a term.
     [[nodiscard]] std::vector<TermGroup> sidebarTerms() const;
-    /// "7 courses", with "Sample college" before it there, and a list that was cut short named so.
+    /// "7 courses"; with the prefix "Sample college · " in sample mode, and the suffix " · list
+    /// incomplete" if the list was cut short.
     [[nodiscard]] std::string statusText() const;
 
   Q_SIGNALS:

@@ -1,4 +1,4 @@
-// What the sidebar has selected.
+// The selection in the sidebar.
 #pragma once
 
 #include <cstdint>

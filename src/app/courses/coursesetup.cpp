@@ -24,12 +24,12 @@ bool isSeparator(QChar c) {
     return c.isSpace() || c == u'-' || c == u'_' || c == u'.' || c == u'/' || c == u':';
 }
 
-/// A subject's letters and a number's digits with the letters right behind them, from one place of
-/// a text.
+/// The result of reading a subject and a number at one position of a text: letters, then digits
+/// with any letters that follow directly.
 struct Reading {
-    /// "CS 101L"; empty where no number follows the letters.
+    /// "CS 101L"; empty if no number follows the letters.
     QString found;
-    /// Behind the letters.
+    /// The position after the letters.
     qsizetype lettersEnd = 0;
 };
 
@@ -55,7 +55,7 @@ Reading readSubjectAndNumber(const QString &code, qsizetype start) {
         .lettersEnd = letters};
 }
 
-/// Whether a reading is a term's, "FALL 2025" or "SP 26", which begins many codes.
+/// Whether a reading is a term, such as "FALL 2025" or "SP 26"; many codes begin with one.
 bool isTerm(const QString &found) {
     static const QRegularExpression term(QStringLiteral(
         "^(FALL|AUTUMN|WINTER|SPRING|SUMMER|TERM|SEM|SEMESTER|QUARTER|YEAR|F|FA|AU|W|WI|SP|SU|AY) "
@@ -73,7 +73,7 @@ bool isEarlier(const std::optional<Term> &term, const std::optional<Term> &own) 
     return term->startAt || own->startAt || term->id < own->id;
 }
 
-/// The first course of the groups whose edition is the wanted one.
+/// The first course of the groups with the wanted edition; absent if that is empty.
 template<class Edition>
 std::optional<std::int64_t>
 newest(const std::vector<TermGroup> &terms, const std::string &wanted, Edition edition) {
@@ -88,7 +88,7 @@ newest(const std::vector<TermGroup> &terms, const std::string &wanted, Edition e
     return std::nullopt;
 }
 
-/// What a setup sets, as preferences of a course.
+/// The values of a setup as preferences of a course.
 PreferenceChanges asChanges(const CourseSetup &setup, std::int64_t courseID) {
     using namespace courseSettings;
     PreferenceChanges changes;
@@ -126,7 +126,7 @@ std::string setupText(const CourseSetup &setup) {
     if (!setup.icon.color.empty())
         parts.emplace_back("colour");
     std::string list = join(parts, ", ");
-    // A sentence begins with it; a number has no capital.
+    // The list begins a sentence. toupper leaves digits unchanged.
     if (!list.empty())
         list.front() = char(std::toupper(static_cast<unsigned char>(list.front())));
     return list;

@@ -41,7 +41,7 @@ std::vector<TermGroup> nearbyTerms(const std::vector<Course> &courses, Date now)
 }
 
 std::optional<Term> automaticTerm(const std::vector<Course> &courses, Date now) {
-    // Newest first, so that the first match has the latest start.
+    // The groups are sorted newest first, so the first match has the latest start.
     const std::vector<TermGroup> groups = groupByTerm(courses);
     for (const auto qualifies : {isInSession, hasStarted}) {
         const auto found = std::ranges::find_if(groups, [&](const TermGroup &group) {

@@ -113,7 +113,7 @@ void Dashboard::termScored(DashboardTerm term) {
         *known = std::move(term);
     else
         current.terms.push_back(std::move(term));
-    // In the order of the prepared terms; one that is not among them any more stands last.
+    // Sort in the order of the prepared terms; terms that are no longer among them come last.
     std::ranges::stable_sort(current.terms, {}, [this](const DashboardTerm &each) {
         return std::ranges::find(prepared, std::optional{each.id}, &TermGroup::id) -
             prepared.begin();

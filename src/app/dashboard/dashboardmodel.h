@@ -1,4 +1,4 @@
-// What the dashboard knows: one card per course of every nearby term.
+// The data of the dashboard: one card for each course of every nearby term.
 #pragma once
 
 #include "app/roster/rosterloader.h"
@@ -14,7 +14,7 @@
 
 namespace ellwynd {
 
-/// The assignment that most of a class is missing.
+/// The assignment that the most students of a course are missing.
 struct MostMissed {
     std::string title;
     /// Students missing it.
@@ -23,20 +23,21 @@ struct MostMissed {
     bool operator==(const MostMissed &) const = default;
 };
 
-/// Where one class stands.
+/// The current figures of one course.
 struct DashboardCourseCard {
     std::int64_t courseID = 0;
     std::string name;
     LevelCounts levels;
     /// All students that were scored.
     std::int64_t total = 0;
-    // Students who moved since the last visit.
+    // Students whose level changed since the last visit.
     std::int64_t slipped = 0;
     std::int64_t newlyFlagged = 0;
     std::int64_t improved = 0;
     std::int64_t awaitingFollowUp = 0;
-    /// Flagged students per recorded day of the last two weeks, oldest first; the last is today.
+    /// Flagged students on each recorded day of the last two weeks, oldest first, and today.
     std::vector<std::int64_t> trend;
+    /// Absent if no assignment is missing.
     std::optional<MostMissed> mostMissed;
 
     [[nodiscard]] std::int64_t flagged() const { return levels.flagged(); }
@@ -46,7 +47,7 @@ struct DashboardCourseCard {
 struct DashboardTerm {
     std::int64_t id = 0;
     std::string title;
-    /// When the pass that made the cards read the term.
+    /// When the last of its courses had been read.
     Date updatedAt;
     std::vector<DashboardCourseCard> cards;
     /// Students with a level in any of the courses, each counted once.
@@ -57,18 +58,19 @@ struct DashboardTerm {
 
 /// The result of scoring passes.
 struct DashboardModel {
-    /// When the last complete pass ended; before the first, when its first term was scored.
+    /// When the last complete pass ended; before that, when the first term was scored.
     Date updatedAt;
-    /// What "Automatic" stands for; absent when no term has started.
+    /// The term that "Automatic" selects; absent if no term has started.
     std::optional<std::int64_t> automaticTermID;
-    /// Every nearby term that was scored whole, newest start first.
+    /// The terms whose courses have all been scored, newest start first. Terms that are no longer
+    /// nearby come last and stay until a pass is complete.
     std::vector<DashboardTerm> terms;
 
     bool operator==(const DashboardModel &) const = default;
 };
 
-/// A course's card. Days that this machine did not record are filled from the shared counts; days
-/// that neither knows carry no value.
+/// Makes a course's card. Days that this machine did not record are taken from the shared counts;
+/// days without either are left out of the trend.
 [[nodiscard]] DashboardCourseCard
 dashboardCard(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date now);
 
@@ -77,54 +79,57 @@ void setCourses(
     DashboardTerm &term, std::span<const SharedCourse> courses, const Stores &stores,
     const TrendSync &trends, Date now);
 
-/// How far a pass is.
+/// The progress of a pass, in courses.
 struct PassProgress {
     bool running = false;
     std::int64_t done = 0;
     std::int64_t total = 0;
-    /// Courses still to score, by term; those that failed are done as well.
+    /// Courses still to be scored, by term. Courses that failed count as done.
     std::map<std::int64_t, std::int64_t> remaining;
 
     bool operator==(const PassProgress &) const = default;
 };
 
-/// The model with what is known before and while it is made. Follows "DashboardTermID". Lives on
-/// the main thread.
+/// The dashboard's model, the terms known before they are scored, and the progress of a pass.
+/// Follows "DashboardTermID". Used on the main thread.
 class Dashboard : public QObject {
     Q_OBJECT
 
   public:
+    /// @param defaults must outlive this object.
     explicit Dashboard(UserDefaults &defaults);
 
-    /// The nearby terms, as soon as the course list is in.
+    /// Sets the nearby terms once the course list has arrived.
     void prepareTerms(std::vector<TermGroup> nearby, const std::optional<Term> &automatic);
     void beginPass();
     void courseScored(std::int64_t termID);
     void courseFailed(std::int64_t termID, const std::string &courseName);
-    /// Adds or replaces a term that was scored whole.
+    /// Adds or replaces a term whose courses have all been scored.
     void termScored(DashboardTerm term);
-    /// A pass whose every term was scored; terms that are no longer nearby go.
+    /// Ends a pass that scored every term, and removes terms that are no longer nearby.
     void passCompleted(Date fetchedAt);
+    /// Ends a pass in which a course could not be scored.
     void passFailed();
-    /// A pass that publishes nothing.
+    /// Ends a pass that was stopped.
     void passAbandoned();
-    /// Signed out: nothing is known any more.
+    /// Removes everything, after a sign-out.
     void clear();
 
-    /// Stores the choice; 0 is Automatic. Nothing is fetched.
+    /// Saves the choice of a term; 0 selects Automatic. Nothing is fetched.
     void selectTerm(std::int64_t termID);
 
     [[nodiscard]] const DashboardModel &model() const { return current; }
     [[nodiscard]] const std::vector<TermGroup> &preparedTerms() const { return prepared; }
     [[nodiscard]] const PassProgress &progress() const { return pass; }
     [[nodiscard]] bool lastPassFailed() const { return failed; }
-    /// The courses of a term that the last pass could not read, by name.
+    /// The names of a term's courses that the last pass could not read.
     [[nodiscard]] std::vector<std::string> failedCourses(std::int64_t termID) const;
-    /// The stored choice where its term is prepared, else 0.
+    /// The saved choice if its term is nearby; otherwise 0.
     [[nodiscard]] std::int64_t chosenTermID() const;
-    /// The term to show: the chosen one, else the automatic one, else the newest prepared.
+    /// The term to show: the chosen one, else the automatic one if it is nearby, else the newest
+    /// nearby one. Absent if no term is nearby.
     [[nodiscard]] std::optional<std::int64_t> shownTermID() const;
-    /// Null while the term is not in the model.
+    /// The term to show; null until it has been scored. Valid until the model changes.
     [[nodiscard]] const DashboardTerm *shownTerm() const;
 
   Q_SIGNALS:

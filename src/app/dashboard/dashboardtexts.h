@@ -1,4 +1,4 @@
-// What the dashboard says, in the window and on the command line alike.
+// The dashboard's texts, for the window and the command line.
 #pragma once
 
 #include "app/dashboard/dashboardmodel.h"
@@ -13,33 +13,34 @@ struct TermMenuItem {
 
     bool operator==(const TermMenuItem &) const = default;
 };
+/// "Automatic" and the nearby terms.
 [[nodiscard]] std::vector<TermMenuItem> termMenu(const Dashboard &dashboard);
 
-/// What stands in place of the cards; absent when the shown term has some.
+/// The text shown in place of the cards; absent once the shown term has been scored.
 [[nodiscard]] std::optional<std::string> waitLine(const Dashboard &dashboard);
 
 /// "23 flagged across 6 courses"
 [[nodiscard]] std::string headline(const DashboardTerm &term);
 /// "17 students need attention in Fall 2026"; before the shown term is scored, the wait line.
 [[nodiscard]] std::string attentionLine(const Dashboard &dashboard);
-/// "Since last time: 4 slipped · 1 awaiting follow-up", or that nobody moved.
+/// "Since last time: 4 slipped · 1 awaiting follow-up", or "No movement since last time."
 [[nodiscard]] std::string movementLine(const DashboardTerm &term);
-/// "updated 9:41", and how far a running pass is.
+/// "updated 09:41:00"; during a pass also its progress.
 [[nodiscard]] std::string stamp(const Dashboard &dashboard);
 
 /// "3 At Risk"
 [[nodiscard]] std::string levelCount(std::int64_t count, RiskLevel level);
-/// "↑ 3  ↓ 1"; empty when nobody moved.
+/// "↑ 3   ↓ 1"; empty if no student's level changed.
 [[nodiscard]] std::string movementMarks(const DashboardCourseCard &card);
-/// A card in words, for screen readers.
+/// A card's text for screen readers.
 [[nodiscard]] std::string accessibleText(const DashboardCourseCard &card);
-/// The help of a card's most missed assignment.
+/// The tooltip of a card's most missed assignment.
 [[nodiscard]] std::string mostMissedHelp(const MostMissed &missed);
 
 inline constexpr std::string_view trendHelp =
     "Flagged students over the last two weeks. The dot is today.";
 
-/// What a word or a mark of the dashboard means.
+/// The explanation of a word or mark on the dashboard.
 struct LegendEntry {
     std::string_view term;
     std::string_view meaning;

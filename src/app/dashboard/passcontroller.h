@@ -1,4 +1,4 @@
-// The scoring passes and the dashboard that they make.
+// Scoring passes, and the dashboard made from their results.
 #pragma once
 
 #include "app/courses/courselist.h"
@@ -6,41 +6,41 @@
 
 namespace ellwynd {
 
-/// Runs a scoring pass when it is told to, and makes the dashboard's cards again, without a fetch,
-/// when thresholds, memories or shared counts change. Lives on the main thread.
+/// Runs scoring passes on request, and rebuilds the dashboard's cards without fetching when
+/// thresholds, the history, contacts or shared counts change. Used on the main thread.
 class PassController : public QObject {
     Q_OBJECT
 
   public:
-    /// The arguments must outlive this object, also the tasks that it has started.
+    /// The arguments must outlive this object and the tasks that it has started.
     PassController(
         UserDefaults &defaults, const CourseList &courseList, Stores &stores, TrendSync &trends,
         RosterCache &rosterCache, PassSinks sinks, Clock now, ElapsedClock elapsed = elapsedNow);
 
-    /// Tells the dashboard which terms are near, from the course list and today's date.
+    /// Sets the dashboard's nearby terms from the course list and today's date.
     void prepareTerms();
-    /// Starts a pass over the terms that are near today; it replaces one that is under way. Courses
-    /// that were read at `freshSince` or later are not read again.
+    /// Starts a pass over the terms that are nearby today, and stops a running one. Courses read at
+    /// `freshSince` or later are taken from the cache; by default all are read.
     void start(std::shared_ptr<CanvasReading> source, ElapsedTime freshSince = ElapsedTime::max());
-    /// Stops the requests of a pass that is under way, which publishes nothing more.
+    /// Stops the running pass and its requests. It publishes nothing more.
     void stop();
-    /// Signed out: stops the pass and forgets the cards.
+    /// Stops the pass and removes the cards, after a sign-out.
     void resetToDisconnected();
 
-    /// A roster on screen was read or scored again: its card follows.
+    /// Updates the card of a course that was read outside a pass.
     void courseDidChange(const SharedCourse &course);
-    /// Scores the cards' courses with the thresholds as they are now, or takes them from the cache
-    /// where that was done.
+    /// Scores the cards' courses with the current thresholds, unless the cache already holds them
+    /// rescored.
     void rescore();
-    /// Makes the cards again from what they were last made from.
+    /// Rebuilds the cards from the same scored courses.
     void rebuildDashboard();
 
     [[nodiscard]] Dashboard &dashboard() { return dashboardModel; }
-    /// When the last pass began; absent before the first.
+    /// When the last pass started; absent before the first.
     [[nodiscard]] std::optional<Date> lastPassAt() const { return pass.lastPassAt(); }
 
   Q_SIGNALS:
-    /// A course's entry in the cache is new.
+    /// A pass stored a course in the cache.
     void courseDidScore(std::int64_t courseID);
     void passDidEnd(ellwynd::PassResult result);
 

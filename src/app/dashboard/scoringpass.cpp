@@ -17,18 +17,18 @@ namespace {
 
 constexpr Log logger{"widgets"};
 
-/// A term whose courses stay out this long no longer holds up the next term.
+/// If no course ends for this long, the next term is started.
 constexpr std::chrono::seconds stallLimit{10};
 
 } // namespace
 
-/// What a pass has gathered so far.
+/// The state of one pass.
 struct ScoringPass::Run {
     std::int64_t generation = 0;
     std::shared_ptr<CanvasReading> source;
     std::stop_source stop;
     ElapsedTime freshSince{};
-    /// In the order of scoring; those before `nextTerm` were begun.
+    /// In the order of scoring; those before `nextTerm` have been started.
     std::vector<TermGroup> terms;
     std::size_t nextTerm = 0;
     std::size_t endedTerms = 0;
@@ -122,7 +122,7 @@ QCoro::Task<> ScoringPass::scoreTerm(std::shared_ptr<Run> of, TermGroup term) {
     termEnded(*of);
 }
 
-/// Null when the course could not be scored, or is no longer wanted.
+/// Null if the course could not be scored, or the pass was stopped.
 QCoro::Task<SharedCourse>
 ScoringPass::scoreOne(std::shared_ptr<Run> of, Course course, std::int64_t termID) {
     const QPointer<ScoringPass> self(this);
@@ -186,7 +186,7 @@ bool ScoringPass::feedsWidgets() const {
     return !defaults.value(preferences::sampleData) || defaults.value(preferences::sampleWidgets);
 }
 
-/// The dashboard first, then the notice, then the widgets.
+/// Publishes the results to the dashboard, then as a notice, then to the widgets.
 void ScoringPass::finish() {
     const std::shared_ptr<Run> ended = std::exchange(run, nullptr);
     stalled.stop();
@@ -218,7 +218,7 @@ void ScoringPass::finish() {
              ended->coursesWithoutNetwork == ended->coursesFailed && ended->coursesFailed > 0});
 }
 
-/// Who newly does worse, of the terms that this pass scored whole.
+/// The students whose level got worse, in the terms that this pass scored completely.
 std::vector<CourseMovement> ScoringPass::movements(const std::vector<std::int64_t> &termIDs) const {
     std::vector<CourseMovement> movements;
     for (const std::int64_t termID : termIDs) {
@@ -235,7 +235,7 @@ std::vector<CourseMovement> ScoringPass::movements(const std::vector<std::int64_
     return movements;
 }
 
-/// The counts of the terms that this pass scored whole, in the order of the prepared terms.
+/// The counts of the terms that this pass scored completely, in the order of the prepared terms.
 WidgetSnapshotFile ScoringPass::snapshot(
     std::int64_t automaticTermID, const std::vector<std::int64_t> &termIDs, Date fetchedAt) const {
     WidgetSnapshotFile snapshot{.updatedAt = fetchedAt, .automaticTermID = automaticTermID};

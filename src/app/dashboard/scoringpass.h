@@ -1,4 +1,4 @@
-// The pass that scores every nearby term.
+// A scoring pass over every nearby term.
 #pragma once
 
 #include "app/dashboard/dashboardmodel.h"
@@ -14,7 +14,7 @@ namespace ellwynd {
 /// Where the results of a pass go, besides the dashboard.
 struct PassSinks {
     WidgetSnapshotWriter &widgets;
-    /// Null for a pass that posts no notice.
+    /// Null if no notices are posted.
     MovementNotifier *notices = nullptr;
 };
 
@@ -22,42 +22,42 @@ struct PassSinks {
 struct PassResult {
     /// Every course of every term was scored.
     bool complete = false;
-    /// Not one course could be read.
+    /// There were courses, but none could be read.
     bool nothingRead = false;
-    /// That was for want of a network.
+    /// No course could be read, each time because there was no network.
     bool lacksNetwork = false;
 };
 
-/// What the dashboard's cards were last made from, by term. A running pass adds a term when it is
-/// whole.
+/// The scored courses that the dashboard's cards were last made from, by term. A running pass
+/// replaces those of a term when all of its courses have been scored.
 using DashboardInputs = std::map<std::int64_t, std::vector<SharedCourse>>;
 
-/// Reads and scores the courses of the nearby terms a term at a time, the dashboard's own first;
-/// the courses of a term go side by side, within the requests that Canvas is asked at once. A term
-/// that makes no progress no longer holds up the next one. A later pass replaces an earlier one, of
-/// which nothing more is published.
+/// Reads and scores the courses of the nearby terms, one term at a time, beginning with the term
+/// that the dashboard shows. The courses of a term are read concurrently, within the limit for
+/// requests in flight. If a term makes no progress for a while, the next one is started beside it.
+/// A new pass replaces a running one, which publishes nothing more. Used on the main thread.
 class ScoringPass : public QObject {
     Q_OBJECT
 
   public:
-    /// The arguments must outlive the pass, also the tasks that it has started.
+    /// The arguments must outlive this object and the tasks that it has started.
     ScoringPass(
         UserDefaults &defaults, Stores &stores, TrendSync &trends, RosterCache &rosterCache,
         Dashboard &dashboard, DashboardInputs &lastDashboardInputs, PassSinks sinks, Clock now,
         ElapsedClock elapsed);
     ~ScoringPass() override;
 
-    /// Begins a pass over the dashboard's prepared terms. Courses that were read at `freshSince` or
-    /// later are not read again.
+    /// Starts a pass over the dashboard's prepared terms. Courses read at `freshSince` or later are
+    /// taken from the cache; by default all are read.
     void start(std::shared_ptr<CanvasReading> source, ElapsedTime freshSince = ElapsedTime::max());
-    /// Stops the requests of a pass that is under way, which publishes nothing more.
+    /// Stops the running pass and its requests. It publishes nothing more.
     void stop();
 
-    /// When the last pass began; absent before the first.
+    /// When the last pass started; absent before the first.
     [[nodiscard]] std::optional<Date> lastPassAt() const { return startedAt; }
 
   Q_SIGNALS:
-    /// A course's entry in the cache is new.
+    /// The pass stored a course in the cache.
     void courseDidScore(std::int64_t courseID);
     void passDidEnd(ellwynd::PassResult result);
 
@@ -87,12 +87,12 @@ class ScoringPass : public QObject {
     PassSinks sinks;
     Clock now;
     ElapsedClock elapsed;
-    /// Identity of the current pass.
+    /// Identifies the current pass.
     std::int64_t widgetGeneration = 0;
     std::optional<Date> startedAt;
-    /// Null while no pass is under way.
+    /// Null while no pass is running.
     std::shared_ptr<Run> run;
-    /// Restarted by every course that comes in.
+    /// Starts the next term when no course has ended for a while.
     QTimer stalled;
 };
 

@@ -1,4 +1,4 @@
-// Carries out what the refresh state decides.
+// Starts and stops the reads that the refresh state machine decides on.
 #pragma once
 
 #include "app/refresh/refreshstate.h"
@@ -10,8 +10,8 @@
 
 namespace ellwynd {
 
-/// The reads that the scheduler starts and stops. Each `open…`, `read…` and `start…` is answered by
-/// one event later, or at once, unless it is stopped first.
+/// The reads that the scheduler starts and stops. Each `open…`, `read…` and `start…` must report
+/// its result to the scheduler as one event, immediately or later, unless it is stopped first.
 class RefreshJobs {
   public:
     RefreshJobs() = default;
@@ -28,8 +28,8 @@ class RefreshJobs {
     virtual void stopPass() = 0;
 };
 
-/// Keeps the state of all reads, feeds it with events and has the jobs do what follows. Events that
-/// a job sends while it is started are handled after it. Lives on the main thread.
+/// Holds the state of all reads, applies events to it and calls the jobs for the resulting actions.
+/// Events sent from within a job are handled after the current actions. Used on the main thread.
 class RefreshScheduler : public QObject {
     Q_OBJECT
 
@@ -41,7 +41,7 @@ class RefreshScheduler : public QObject {
     void send(refresh::Event::Kind kind) { send(refresh::Event{.kind = kind}); }
 
     [[nodiscard]] const refresh::State &state() const { return current; }
-    /// A full refresh, from its request to the end of its course list.
+    /// Whether a full refresh was requested whose course list has not been read yet.
     [[nodiscard]] bool isRefreshing() const { return current.list.wanted || current.list.running; }
 
   Q_SIGNALS:

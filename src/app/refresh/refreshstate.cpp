@@ -17,7 +17,7 @@ bool isOlder(const Job &job, ElapsedTime age, ElapsedTime now) {
     return !job.readAt || now - *job.readAt >= age;
 }
 
-/// Asks for a read that is not under way; one that the teacher asks for stays the teacher's.
+/// Requests a read unless it is running. The teacher's initiative takes precedence.
 void want(Job &job, Initiative initiative) {
     if (job.running)
         job.running = std::max(*job.running, initiative);
@@ -25,7 +25,7 @@ void want(Job &job, Initiative initiative) {
         job.wanted = std::max(job.wanted.value_or(initiative), initiative);
 }
 
-/// One state and the actions gathered on the way to the next.
+/// Turns a state into the next one and collects the actions.
 class Decision {
   public:
     Decision(State state, ElapsedTime now) : state(std::move(state)), now(now) {}
@@ -52,7 +52,7 @@ class Decision {
     std::vector<Action> actions;
 };
 
-/// A refresh during a refresh is one more after it, however many are asked for.
+/// Any number of refreshes requested during one cause one more after it.
 void Decision::requestList(Initiative initiative) {
     if (state.list.running) {
         state.refreshQueued = true;
@@ -63,7 +63,7 @@ void Decision::requestList(Initiative initiative) {
 }
 
 void Decision::comeBack() {
-    // A list that is under way is followed by the rest.
+    // The roster and a pass follow a running list anyway.
     if (!state.started || state.list.running || state.list.wanted)
         return;
     if (isOlder(state.list, listFreshFor, now)) {
@@ -82,7 +82,7 @@ void Decision::comeBack() {
 }
 
 void Decision::fireTimer() {
-    // A list that is under way is followed by a pass.
+    // A pass follows a running list anyway.
     if (!state.started || state.list.running || state.list.wanted)
         return;
     if (isOlder(state.list, listFreshFor, now)) {
@@ -106,7 +106,7 @@ void Decision::changeSelection(const Event &event) {
     }
 }
 
-/// A list is followed by the roster on screen and by a pass, also when another list follows.
+/// A list is followed by the roster on screen and by a pass, even if another refresh is queued.
 void Decision::finishList() {
     const Initiative initiative = state.list.running.value_or(Initiative::program);
     finish(state.list, false);
@@ -131,7 +131,7 @@ void Decision::finish(Job &job, bool lacksNetwork) {
     }
 }
 
-/// Asks again for all that failed for want of a network.
+/// Requests all reads again that failed because there was no network.
 void Decision::retry() {
     state.retryAt.reset();
     for (Job *job : {&state.list, &state.roster, &state.pass}) {
@@ -249,8 +249,8 @@ void Decision::handle(const Event &event) {
     }
 }
 
-/// What is on screen first, so that its requests are not behind those of every other course; but a
-/// course that hangs does not hold the others back.
+/// The roster on screen is read first, so that its requests are not queued behind those of every
+/// other course. A roster that hangs delays the pass only for `rosterGrace`.
 bool Decision::passMayStart() const {
     const bool rosterFirst =
         state.roster.wanted || (state.roster.running && now - *state.rosterStartedAt < rosterGrace);

@@ -1,4 +1,4 @@
-// What is to be read from Canvas next: one pure function of what is known and what happened.
+// Decides what to read from Canvas next, as one pure function of the state and an event.
 #pragma once
 
 #include "base/elapsedtime.h"
@@ -8,51 +8,53 @@
 
 namespace ellwynd::refresh {
 
-/// Who asked for a read. Only the teacher's own may raise an unlock prompt and always counts as a
-/// visit.
+/// Who requested a read. A roster that the teacher requested counts as a visit, and failures of the
+/// teacher's reads are always shown.
 enum class Initiative { program, teacher };
 
 /// One kind of read.
 struct Job {
-    /// Asked for, and not begun yet.
+    /// Requested but not started yet, and by whom; absent otherwise.
     std::optional<Initiative> wanted;
-    /// Under way.
+    /// Running, and for whom; absent otherwise.
     std::optional<Initiative> running;
-    /// When the last one that succeeded ended; absent before.
+    /// When the last successful read ended; absent before the first.
     std::optional<ElapsedTime> readAt;
-    /// The last one failed for want of a network, and is to be tried again.
+    /// The last read failed because there was no network, and must be retried.
     bool lacksNetwork = false;
 
     bool operator==(const Job &) const = default;
 };
 
 struct State {
-    /// The program has asked for its first refresh; nothing else happens before.
+    /// A refresh was requested. Before that, activation, wake-up and the timer are ignored.
     bool started = false;
     bool connected = false;
     /// Reading the token from the secret store.
     Job connection;
     /// The course list.
     Job list;
-    /// The roster on screen; of a term, all of its courses.
+    /// The roster on screen: one course, or all courses of a term.
     Job roster;
     /// A scoring pass over the nearby terms.
     Job pass;
-    /// One more refresh, or pass, follows the one under way.
+    /// Another refresh, or pass, must follow the running one.
     bool refreshQueued = false;
     bool passQueued = false;
-    /// Whether a roster is on screen at all, and not the dashboard.
+    /// Whether a roster is selected, rather than the dashboard.
     bool rosterSelected = false;
-    /// A selection is read once it has stood this long, so that courses passed over are not asked.
+    /// When the new selection may be read; delayed so that courses selected only briefly are not
+    /// read. Absent when there is nothing to wait for.
     std::optional<ElapsedTime> rosterDueAt;
+    /// When the last read of the roster started; absent before the first.
     std::optional<ElapsedTime> rosterStartedAt;
-    /// The next pass follows a list: only what was read after the list is fresh for it.
+    /// The next pass follows a course list, so only courses read after the list count as fresh.
     bool passFollowsList = false;
-    /// Courses read since then need not be read again by the pass under way.
+    /// The running pass does not read courses again that were read since then.
     ElapsedTime passFreshSince{};
-    /// When what failed for want of a network is tried again; absent when it is not.
+    /// When to retry the reads that failed without a network; absent if no retry is planned.
     std::optional<ElapsedTime> retryAt;
-    /// Tries made since the first failure.
+    /// Retries planned since the first failure.
     int retries = 0;
 
     bool operator==(const State &) const = default;
@@ -60,57 +62,61 @@ struct State {
 
 struct Event {
     enum class Kind {
-        /// "Refresh", the start of the program, and a saved connection.
+        /// The command "Refresh", the start of the program, or a saved connection.
         refreshRequested,
-        /// "Refresh roster" and "Try Again".
+        /// The commands "Refresh roster" and "Try Again".
         rosterRequested,
-        /// Another course, term or the dashboard was selected.
+        /// A course, a term or the dashboard was selected.
         selectionChanged,
-        /// The program came to the front.
+        /// The program became active.
         activated,
         /// The computer woke up.
         woke,
-        /// The half-hour timer.
+        /// The half-hour timer fired.
         timerFired,
         networkReachable,
-        /// `nextDeadline` has come.
+        /// The time of `nextDeadline` was reached.
         deadline,
         connectionOpened,
-        /// There is no address or no token: signed out.
+        /// Signed out: there is no address or no token.
         connectionMissing,
         /// The secret store could not be read.
         connectionFailed,
-        /// The address was changed; the caller has cleared what belonged to the other one.
+        /// The address changed; the caller has removed the data of the previous one.
         connectionChanged,
         listRead,
         listFailed,
         rosterRead,
         rosterFailed,
-        /// The pass has read the roster on screen.
+        /// A pass stored a course, and the cache now holds the whole roster on screen.
         rosterCached,
         passEnded,
-        /// The pass under way is about another day.
+        /// The last pass started on an earlier day.
         dayChanged,
     };
 
     Kind kind;
-    /// With `selectionChanged`: whether a roster is selected, and how long the selection has to
-    /// stand before it is read. With this and `rosterCached`: when the cache last read it.
+    /// `selectionChanged`: whether a roster is selected.
     bool rosterSelected = false;
+    /// `selectionChanged` and `rosterCached`: when the oldest course of the selection in the cache
+    /// was read; absent if the cache does not hold all of them.
     std::optional<ElapsedTime> cachedAt;
+    /// `selectionChanged`: how long to wait before the selection is read.
     ElapsedTime settle{};
-    /// With `…Failed` and `passEnded`: nothing could be read for want of a network.
+    /// `listFailed`, `rosterFailed` and `passEnded`: nothing could be read because there was no
+    /// network.
     bool lacksNetwork = false;
-    /// With `passEnded`: every course of every term was read.
+    /// `passEnded`: every course of every term was read.
     bool complete = false;
 };
 
 enum class Action {
-    /// Reads the token; the first may raise an unlock prompt.
+    /// Reads the token for the teacher; a failure is shown.
     openConnection,
+    /// Reads the token for the program, without a prompt; a failure is only logged.
     openConnectionQuietly,
     readList,
-    /// Who asked for it is in the state, also when that changes while it runs.
+    /// `State::roster.running` says for whom, which may change during the read.
     readRoster,
     startPass,
     stopList,
@@ -120,23 +126,23 @@ enum class Action {
 
 struct Step {
     State state;
-    /// In the order in which they are to be carried out.
+    /// In the order of execution.
     std::vector<Action> actions;
 
     bool operator==(const Step &) const = default;
 };
 
-/// What was read less than this ago counts as fresh.
+/// How long a roster or a pass counts as fresh.
 inline constexpr ElapsedTime freshFor = std::chrono::minutes(1);
-/// A course list older than this is read again on coming back.
+/// A course list of this age is read again on activation, on wake-up and by the timer.
 inline constexpr ElapsedTime listFreshFor = std::chrono::hours(24);
-/// A roster that takes longer than this no longer holds the pass back.
+/// How long a pass waits for the roster on screen.
 inline constexpr ElapsedTime rosterGrace = std::chrono::seconds(5);
 
-/// What follows from an event.
+/// The next state and the actions that follow from an event.
 [[nodiscard]] Step step(State state, const Event &event, ElapsedTime now);
 
-/// When `Event::Kind::deadline` is to be sent; absent when nothing waits for time to pass.
+/// When to send `Event::Kind::deadline`; absent if nothing depends on the time.
 [[nodiscard]] std::optional<ElapsedTime> nextDeadline(const State &state, ElapsedTime now);
 
 } // namespace ellwynd::refresh

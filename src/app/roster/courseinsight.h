@@ -1,4 +1,4 @@
-// The band above a course's roster: two weeks in lines, outreach, most missed work.
+// The band above a course's roster: two-week trends, outreach, and the most missed work.
 #pragma once
 
 #include "app/roster/rosterloader.h"
@@ -9,15 +9,15 @@
 namespace ellwynd {
 
 struct CourseInsight {
-    /// Recorded days of the last two weeks, earliest first, and today as it stands, last.
+    /// The recorded days of the last two weeks, earliest first, then today's current levels.
     std::vector<DailyLevels> days;
-    /// A sentence per level, in the order of `allRiskLevels`.
+    /// One sentence for each level, in the order of `allRiskLevels`.
     std::vector<std::string> sentences;
-    /// Absent while contacts are not remembered, or while nobody is flagged.
+    /// Absent if contacts are not recorded, or if nobody is flagged.
     std::optional<OutreachCounts> outreach;
-    /// The counts in a line, or why there are none.
+    /// The counts as text, or the reason why there are none.
     std::string outreachLine;
-    /// The first few of the missed-work list.
+    /// The first three of the course's missed work, or fewer.
     std::vector<MissedAssignment> mostMissed;
 
     bool operator==(const CourseInsight &) const = default;

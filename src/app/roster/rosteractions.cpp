@@ -85,7 +85,8 @@ void RosterActions::openAssignment(std::int64_t courseID, std::int64_t assignmen
         fmt::format("course {}", courseID), courseID);
 }
 
-/// @param courseID what the log names; 0 for a student's page, which names nobody.
+/// @param what the page, in the log line of a failure.
+/// @param courseID the course to log; 0 for a student's page, whose ids are not logged.
 void RosterActions::open(
     const std::optional<std::string> &url, std::string_view what, std::int64_t courseID) {
     if (defaults.value(preferences::sampleData)) {

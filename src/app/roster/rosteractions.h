@@ -1,4 +1,4 @@
-// What the teacher does with the roster on screen.
+// The teacher's actions on the roster on screen.
 #pragma once
 
 #include "app/roster/rosterview.h"
@@ -14,32 +14,35 @@ namespace ellwynd {
 
 /// A roster as a file.
 struct RosterExport {
-    /// What a save panel begins with.
+    /// Suggested in the save dialog.
     std::string fileName;
     std::string text;
 };
 
-/// Writes to students and notes it, saves rosters as files, and opens pages of Canvas. The
-/// clipboard, alerts and the browser belong to who answers the signals.
+/// Fills in messages to students and records the contacts, exports rosters, and opens Canvas pages.
+/// The clipboard, alerts and the browser are left to the receivers of the signals. Used on the main
+/// thread.
 class RosterActions : public QObject {
     Q_OBJECT
 
   public:
-    /// What is handed over outlives the actions.
+    /// The references must outlive this object.
     RosterActions(
         const RosterView &roster, const UserDefaults &defaults, Stores &stores, Clock now);
 
-    /// Notes a contact with each of the students, all of them at one time.
+    /// Records a contact with each of the students, all with the same time.
     void markContacted(const std::vector<RiskRow> &students);
-    /// Fills a template for each of the students, hands the text to the clipboard and notes a
-    /// contact with them.
+    /// Fills in a template for each of the students, requests to copy the text, and records a
+    /// contact with each. Does nothing without students.
     void copyMessages(const MessageTemplate &message, const std::vector<RiskRow> &students);
 
     /// The roster on screen as a file to save.
     [[nodiscard]] RosterExport exported(ExportFormat format) const;
+    /// Replaces the file at `path`, and reports the result by a signal.
     void saveExport(const RosterExport &file, const std::filesystem::path &path);
 
-    /// Open a page of Canvas in the browser.
+    // Request to open a Canvas page in the browser. Without a valid address nothing is opened, and
+    // an error is logged.
     void openCourse(std::int64_t courseID);
     void openGrades(std::int64_t courseID, std::int64_t studentID);
     void openAssignment(std::int64_t courseID, std::int64_t assignmentID);
@@ -49,7 +52,7 @@ class RosterActions : public QObject {
     void exportDidEnd(const QString &fileName);
     void exportDidFail(const QString &why);
     void openURLRequested(const QString &url);
-    /// A page was asked for that the sample college has not.
+    /// A Canvas page was requested in the sample college, which has none.
     void samplePageRequested();
 
   private:

@@ -1,4 +1,4 @@
-// Scored rosters of earlier fetches, in memory alone.
+// An in-memory cache of scored courses.
 #pragma once
 
 #include "app/roster/rosterloader.h"
@@ -7,8 +7,7 @@
 
 namespace ellwynd {
 
-/// Keeps each course as it was last scored, for the life of the process. Its rows are always shown
-/// with the time of their fetch.
+/// Holds each course as last scored, until a sign-out or the end of the process.
 struct RosterCache {
     std::map<std::int64_t, SharedCourse> entries;
 

@@ -21,7 +21,7 @@ std::string unreadText(const Course &course, const CanvasError &failure) {
     const std::string name = displayName(course);
     std::string text = fmt::format("{} couldn’t be read: {}", name, failure.errorDescription());
     if (failure.kind() == CanvasError::Kind::unauthorized)
-        text += fmt::format(" Canvas may have refused {} alone.", name);
+        text += fmt::format(" Canvas may have refused access to {} only.", name);
     return text;
 }
 
@@ -109,7 +109,7 @@ RosterController::load(std::shared_ptr<CanvasReading> source, std::function<Rost
     std::vector<Outcome> outcomes;
     for (auto &read : reads)
         outcomes.push_back(co_await read);
-    // The teacher has moved on: a slow load never overwrites what was chosen after it.
+    // A slow load must not overwrite a later selection.
     if (!self || token != selectionToken)
         co_return;
     setLoading(false);
@@ -154,8 +154,8 @@ void RosterController::stop() {
         setLoading(false);
 }
 
-/// Caches what was read, remembers a single course's visit, and shows the rest beside what the
-/// cache has of the courses that could not be read, which are named.
+/// Caches the courses that were read and, for a single course, records the visit. Courses that
+/// could not be read are shown from the cache, with a note.
 void RosterController::show(const std::vector<Outcome> &outcomes, RosterRead kind) {
     const std::vector<Course> courses = selectedCourses();
     std::vector<SharedCourse> shown;
@@ -183,8 +183,7 @@ void RosterController::show(const std::vector<Outcome> &outcomes, RosterRead kin
     showRoster(shown, std::move(movement));
 }
 
-/// Works out who moved since the last visit, before today's levels and count are recorded, and
-/// forgets whom notices have mentioned.
+/// Determines the movement since the last visit, and then records today's levels and count.
 std::vector<RosterChange> RosterController::remember(const ScoredCourse &course, RosterRead kind) {
     std::vector<RosterChange> movement = movementOf(course, stores);
     if (kind == RosterRead::background)
@@ -196,7 +195,7 @@ std::vector<RosterChange> RosterController::remember(const ScoredCourse &course,
     return movement;
 }
 
-// ---- What is shown -----------------------------------------------------------------------------
+// ---- Display -----------------------------------------------------------------------------------
 
 void RosterController::showSelection() {
     const std::vector<Course> courses = selectedCourses();
@@ -220,7 +219,7 @@ void RosterController::showSelection() {
     Q_EMIT rosterDidChange();
 }
 
-/// Shows the rows again. The notes are kept.
+/// Shows the cached rows again, and keeps the notes.
 void RosterController::redisplayFromCache() {
     if (rosterView.state != RosterView::State::shown)
         return;
@@ -242,11 +241,11 @@ void RosterController::courseDidScore(std::int64_t courseID) {
 }
 
 void RosterController::showFailure(const CanvasError &failure) {
-    // A token that has run out is rejected for every course.
+    // An expired token is rejected for every course, a missing permission only for one.
     const std::vector<Course> courses = selectedCourses();
     const bool isAlone = courses.size() == 1 && failure.kind() == CanvasError::Kind::unauthorized;
     const std::string alone = isAlone
-        ? fmt::format("Canvas may have refused {} alone.", displayName(courses.front()))
+        ? fmt::format("Canvas may have refused access to {} only.", displayName(courses.front()))
         : "";
     if (rosterView.state == RosterView::State::shown) {
         logger.error(
@@ -260,7 +259,7 @@ void RosterController::showFailure(const CanvasError &failure) {
     Q_EMIT rosterDidChange();
 }
 
-/// The stale reason and the courses that could not be read stay as they are.
+/// Keeps the stale reason and the notes on courses that could not be read.
 void RosterController::showRoster(
     const std::vector<SharedCourse> &shared, std::vector<RosterChange> movement) {
     std::vector<const ScoredCourse *> courses;

@@ -1,4 +1,4 @@
-// The roster on screen: what is selected, where it comes from, and what a visit leaves behind.
+// Loads, caches and shows the selected roster, and records visits.
 #pragma once
 
 #include "app/courses/courselist.h"
@@ -17,25 +17,25 @@
 
 namespace ellwynd {
 
-/// How a roster came to be read, which decides what is recorded of it.
+/// Why a roster was read, which determines what is recorded.
 enum class RosterRead {
-    /// The teacher opened the course or refreshed it: everything is recorded.
+    /// The teacher opened or refreshed the course: everything is recorded.
     visit,
-    /// A read of the program's own while the window is in front: levels are recorded only for a day
-    /// that has none.
+    /// An automatic read while the program is active: as a visit, but levels are recorded only if
+    /// the day has none.
     freshen,
-    /// One behind the teacher's back: nothing is recorded.
+    /// An automatic read while the program is inactive: nothing is recorded.
     background,
 };
 
-/// Shows the roster of one course or of a whole term, from the cache at once and then as Canvas has
-/// it. A result whose selection has passed is dropped. Lives on the main thread.
+/// Shows the roster of a course or of a whole term, at first from the cache and then as read from
+/// Canvas. Results of a previous selection are dropped. Used on the main thread.
 class RosterController : public QObject {
     Q_OBJECT
 
   public:
-    /// The arguments must outlive this object, also the tasks that it has started.
-    /// @param notices null where no notices are posted.
+    /// The arguments must outlive this object and the tasks that it has started.
+    /// @param notices null if no notices are posted.
     RosterController(
         const UserDefaults &defaults, const CourseList &courseList, Stores &stores,
         TrendSync &trends, RosterCache &rosterCache, MovementNotifier *notices, Clock now,
@@ -43,50 +43,52 @@ class RosterController : public QObject {
     ~RosterController() override;
 
     [[nodiscard]] const std::optional<Selection> &selection() const { return currentSelection; }
-    /// Shows what the cache has of the selection, or that it is loading. Reads nothing.
-    /// @param selection absent when the program is not connected.
+    /// Shows the selection from the cache, or as loading if the cache lacks a course of it. Stops a
+    /// running load and reads nothing.
+    /// @param selection absent if the program is not connected.
     void setSelection(std::optional<Selection> selection);
-    /// The courses of the selection; none for the dashboard.
+    /// The courses of the selection in the course list; none for the dashboard.
     [[nodiscard]] std::vector<Course> selectedCourses() const;
-    /// When the cache last read all of the selection; absent when it lacks a course.
+    /// When the selection's oldest cached course was read; absent if the cache lacks one.
     [[nodiscard]] std::optional<ElapsedTime> cachedAt() const;
 
-    /// Reads the selection from `source`; replaces a load under way. `loadDidEnd` follows unless
-    /// the load is stopped or replaced.
-    /// @param kind is asked when the records are in.
+    /// Reads the selection from `source`, and replaces a running load. Emits `loadDidEnd` unless it
+    /// is stopped or replaced itself.
+    /// @param kind called when the records have arrived.
     [[nodiscard]] QCoro::Task<>
     load(std::shared_ptr<CanvasReading> source, std::function<RosterRead()> kind);
-    /// Stops the requests of the load under way; what is on screen stays there.
+    /// Stops the running load and its requests. The roster on screen is kept.
     void stop();
 
-    /// A pass has read a course: shows it where it is on screen.
+    /// Shows a course that a pass has scored, if it is on screen.
     void courseDidScore(std::int64_t courseID);
-    /// Scores the roster on screen with the thresholds as they are now.
+    /// Rescores the roster on screen with the current thresholds.
     void rescore();
-    /// What is remembered of the students on screen has changed.
+    /// Updates the roster on screen after a change of the history or the contacts.
     void onHistoryChanged();
-    /// Signed out: drops the load under way and what is on screen.
+    /// Stops the running load and removes the selection and the roster, after a sign-out.
     void resetToDisconnected();
 
     [[nodiscard]] const RosterView &view() const { return rosterView; }
     [[nodiscard]] bool isLoading() const { return loadingRoster; }
-    /// What is remembered of a student on screen.
+    /// The recorded history of a student on screen.
     [[nodiscard]] StudentHistory studentHistory(const RiskRow &row) const;
 
   Q_SIGNALS:
     void rosterDidChange();
-    /// A load began, progressed or ended; the view tells how far it is.
+    /// A load started, progressed or ended; see `RosterView::loadedCourses`.
     void loadingDidChange();
-    /// A course was read or scored again.
+    /// A load has read a course.
     void courseDidChange(ellwynd::SharedCourse course);
-    /// @param failure of the first course that could not be read, when none could.
+    /// @param failure that of the first course if no course could be read; otherwise absent.
     void loadDidEnd(const std::optional<ellwynd::CanvasError> &failure);
 
   private:
-    /// Identity of a roster request; a newer request has a larger one.
+    /// Identifies a load or a selection; newer ones have larger values.
     using Token = std::uint64_t;
-    /// What became of one course.
+    /// The result of reading one course.
     struct Outcome {
+        /// Null on failure.
         SharedCourse course;
         std::optional<CanvasError> failure;
     };
@@ -116,9 +118,9 @@ class RosterController : public QObject {
     std::stop_source stopLoad;
     bool loadingRoster = false;
     RosterView rosterView;
-    /// Why courses of the roster on screen could not be read.
+    /// One note for each course of the roster on screen that could not be read.
     std::vector<std::string> unreadCourses;
-    /// Set while a visit is recorded, whose roster is shown right after.
+    /// Set while a visit is recorded, so that its changes do not redisplay the roster.
     bool recordingVisit = false;
 };
 

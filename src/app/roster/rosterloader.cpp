@@ -11,7 +11,7 @@ namespace ellwynd {
 
 namespace {
 
-/// Fills in what follows from the records and the thresholds.
+/// Sets the thresholds, the rows and the missed work of a course.
 void score(ScoredCourse &course, const CourseThresholds &thresholds) {
     const CourseRecords &records = *course.records;
     const std::vector<Enrollment> roster = reduceToStudents(records.students);
@@ -36,7 +36,7 @@ void score(ScoredCourse &course, const CourseThresholds &thresholds) {
         .passingScore = thresholds.passingScore,
         .inactivityDays = thresholds.inactivityDays,
         .termEndsAt = course.termEndsAt,
-        // Without shares there is nothing to weigh by, and missing work is counted.
+        // Without shares of the grade, missing work is counted instead of weighted.
         .weighting = weighting.sharesByAssignment.empty() ? nullptr : &weighting,
         .names = weighting.namesByAssignment,
         .now = course.fetchedAt,
@@ -44,7 +44,7 @@ void score(ScoredCourse &course, const CourseThresholds &thresholds) {
     course.missedWork = missedWork(submissions, roster.size(), weighting.namesByAssignment);
 }
 
-/// A read that stops the ones beside it when it fails.
+/// Awaits a read, and stops the others if it fails.
 template<class T>
 QCoro::Task<T> stoppingOthers(QCoro::Task<T> read, std::stop_source others) {
     try {
@@ -55,10 +55,11 @@ QCoro::Task<T> stoppingOthers(QCoro::Task<T> read, std::stop_source others) {
     }
 }
 
-/// The result of reads side by side, of which one may have failed.
+/// Collects the exceptions of concurrent reads. The first one that is not Cancelled takes
+/// precedence.
 class Failures {
   public:
-    /// Called while an exception is handled. One that was only stopped says nothing itself.
+    /// Must be called in an exception handler.
     void add() {
         try {
             throw;
@@ -124,7 +125,7 @@ QCoro::Task<ScoredCourse> loadCourse(
     std::stop_source own;
     const std::stop_callback stopsWithCaller(stop, [own]() mutable { own.request_stop(); });
     const auto reads = source->scoped(own.get_token(), priority);
-    // Tasks start at once, so the three reads run side by side.
+    // Tasks start immediately, so the three reads run concurrently.
     auto enrollments = stoppingOthers(reads->fetchEnrollments(course.id), own);
     auto groups = stoppingOthers(reads->fetchAssignmentGroups(course.id), own);
     auto submissions = stoppingOthers(reads->fetchSubmissions(course.id), own);

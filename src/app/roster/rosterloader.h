@@ -1,4 +1,4 @@
-// One course from Canvas's records to scored rows.
+// Loads the records of one course from Canvas and scores them.
 #pragma once
 
 #include "base/elapsedtime.h"
@@ -10,50 +10,52 @@
 
 namespace ellwynd {
 
-/// What Canvas sent of one course, as fetched: several enrollments of one student, submissions of
-/// people off the roster.
+/// The records of one course as fetched: a student may have several enrollments, and there may be
+/// submissions of users who are not on the roster.
 struct CourseRecords {
     std::vector<Enrollment> students;
     std::vector<SubmissionSummary> submissions;
     GradeWeighting weighting;
 };
 
-/// One course scored, with the records it was scored from: a change of thresholds scores them again
-/// instead of fetching.
+/// A scored course, with its records, so that it can be rescored without fetching.
 struct ScoredCourse {
     Course course;
     std::vector<RiskRow> rows;
     std::vector<MissedAssignment> missedWork;
     /// When the records were fetched.
     Date fetchedAt;
-    /// The same for telling their age; set by whoever keeps the course.
+    /// The same, for computing their age. Set by the caller of `loadCourse`.
     ElapsedTime readAt{};
     CourseThresholds thresholds;
+    /// Absent if the course has no term, or the term no end.
     std::optional<Date> termEndsAt;
-    /// What the roster's reader must know: lists that were cut short.
+    /// Sentences about lists that were cut short.
     std::vector<std::string> notes;
-    /// Shared by all that was scored from them.
+    /// Shared by all rescored copies.
     std::shared_ptr<const CourseRecords> records;
 };
 
-/// A scored course as the cache, the screen and the dashboard share it.
+/// A scored course, shared by the cache, the roster on screen and the dashboard.
 using SharedCourse = std::shared_ptr<const ScoredCourse>;
 
-/// Puts fetched records together and scores them.
+/// Scores fetched records.
+/// @param now the time of the fetch.
 [[nodiscard]] ScoredCourse scoreCourse(
     Course course, std::vector<Enrollment> students, const std::vector<AssignmentGroup> &groups,
     std::vector<SubmissionSummary> submissions, const CourseThresholds &thresholds, Date now);
 
-/// The course scored again from the same records. Live figures stay as of the fetch.
+/// The course rescored from the same records. Figures that depend on the time stay as of the fetch.
 [[nodiscard]] ScoredCourse rescored(const ScoredCourse &course, const CourseThresholds &thresholds);
 
-/// The course scored with its thresholds as they are now; the same one where they have not changed.
+/// The course rescored with its current thresholds; the same object if they have not changed.
 [[nodiscard]] SharedCourse
 withCurrentThresholds(const SharedCourse &course, const UserDefaults &defaults);
 
-/// Fetches a course's three record sets side by side and scores them with its thresholds as they
-/// are when the records have arrived. The first of the reads that fails stops the other two.
-/// `defaults` must outlive the task. @throws CanvasError, Cancelled
+/// Fetches a course's enrollments, assignment groups and submissions concurrently, and scores them
+/// with the thresholds in effect when they have arrived. If one of the reads fails, the other two
+/// are stopped. `defaults` must outlive the task.
+/// @throws CanvasError, Cancelled
 [[nodiscard]] QCoro::Task<ScoredCourse> loadCourse(
     std::shared_ptr<CanvasReading> source, Course course, const UserDefaults &defaults, Clock clock,
     std::stop_token stop = {}, RequestPriority priority = RequestPriority::foreground);

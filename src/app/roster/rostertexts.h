@@ -1,4 +1,4 @@
-// How a roster's figures are written, in the windows and on the command line alike.
+// A roster's figures as texts, for the windows and the command line.
 #pragma once
 
 #include "memory/movement.h"
@@ -11,13 +11,13 @@ namespace ellwynd {
 /// "never", "today", "yesterday" or "10 days ago", in days of the user's calendar.
 [[nodiscard]] std::string lastActiveText(const std::optional<Date> &lastActivityAt, Date now);
 
-/// "38% · F"; either part alone where the other is absent, and empty without both.
+/// "38% · F", or only one of them if the other is absent; empty without both.
 [[nodiscard]] std::string scoreAndGradeText(const RiskRow &row);
 
-/// "38%", or a dash.
+/// "38%"; a dash if absent.
 [[nodiscard]] std::string scoreText(const std::optional<double> &score);
 
-/// "13h", or a dash where no time is recorded.
+/// "13h"; a dash if no time is recorded.
 [[nodiscard]] std::string timeInCourseText(const std::optional<std::int64_t> &seconds);
 
 /// The row's reasons joined by " · ".
@@ -29,11 +29,11 @@ namespace ellwynd {
 /// What the arrow means: "Slipped or newly flagged since your last visit."
 [[nodiscard]] std::string_view arrowText(const RosterChange &change);
 
-/// What became of a contact, for a roster's column: "no change" or "worse" for a student awaiting
-/// follow-up, otherwise empty.
+/// The outcome of a contact, for a column of the roster: "no change" or "worse" for a student
+/// awaiting follow-up, otherwise empty.
 [[nodiscard]] std::string_view followUpWord(const OutreachOutcome &outcome);
 
-/// "Nov 12", and the word where there is one: "Nov 12, no change".
+/// "Nov 12", or "Nov 12, no change" with a follow-up word.
 [[nodiscard]] std::string contactedText(const OutreachOutcome &outcome);
 
 /// "26 students".
@@ -42,7 +42,7 @@ namespace ellwynd {
 /// "3 flagged across 2 courses".
 [[nodiscard]] std::string flaggedAcrossText(std::size_t flagged, std::size_t courses);
 
-/// What is shown in place of `hidden` links that a row has no space for: "3 more".
+/// Shown in place of `hidden` links that do not fit in a row: "3 more".
 [[nodiscard]] std::string moreText(std::size_t hidden);
 /// The same for screen readers: "3 more missing, press to show".
 [[nodiscard]] std::string moreAccessibleText(std::size_t hidden);

@@ -1,4 +1,4 @@
-// A roster as the windows show it.
+// The state of the roster pane.
 #pragma once
 
 #include "app/roster/courseinsight.h"
@@ -9,48 +9,50 @@
 
 namespace ellwynd {
 
-/// What the roster pane shows.
+/// The roster on screen, with everything shown around it.
 struct RosterView {
     enum class State { nothingSelected, notConnected, loading, failed, shown };
 
     State state = State::nothingSelected;
-    /// The course's or the term's name.
+    /// The name of the course or the term.
     std::string title;
-    /// Present for a course, absent for a term.
+    /// Absent for a term.
     std::optional<std::int64_t> courseID;
     std::vector<RiskRow> rows;
     std::vector<MissedAssignment> missedWork;
-    /// Who moved since the last visit; empty for a term, whose courses have unrelated histories.
+    /// Changes of level since the last visit; empty for a term, whose courses have separate visits.
     std::vector<RosterChange> movement;
-    /// What became of the students the teacher wrote to.
+    /// The outcomes of contacts, by student.
     std::map<StudentKey, OutreachOutcome> outreach;
     /// Absent for a term.
     std::optional<CourseInsight> insight;
+    /// Absent for a term.
     std::optional<CourseThresholds> thresholds;
-    /// Courses behind the rows: 1 for a course.
+    /// The number of courses that the rows are from, or will be from once loaded.
     std::size_t courseCount = 1;
-    /// While loading, how many of them are in.
+    /// While loading, the number of courses whose read has ended.
     std::size_t loadedCourses = 0;
-    /// When the records behind the rows were fetched; of a term, the oldest of them.
+    /// When the records were fetched; for a term, the earliest time.
     Date fetchedAt;
-    /// Why the rows on screen could not be freshened; empty when they are as Canvas has them.
+    /// Why the last refresh of the rows failed; empty otherwise.
     std::string staleReason;
-    /// What else the reader must know: lists that were cut short, a course that could not be read.
+    /// Sentences about lists that were cut short and courses that could not be read.
     std::vector<std::string> notes;
 };
 
-/// The outcome of every contact with a student of the rows.
+/// The outcome of the last contact with each student of the rows; without an entry for students who
+/// were not contacted.
 [[nodiscard]] std::map<StudentKey, OutreachOutcome>
 outreachOf(const std::vector<RiskRow> &rows, const Stores &stores, Date now);
 
-/// The notes of several courses' rosters, each with its course's name; of a single course without.
+/// The notes of all courses, each with its course's name if there are several.
 [[nodiscard]] std::vector<std::string> notesOf(std::span<const ScoredCourse *const> courses);
 
-/// Everything that the reader of the rows must know, a line each; empty when there is nothing.
+/// The stale reason and the notes, one line each; empty if there are none.
 [[nodiscard]] std::string noteText(const RosterView &roster);
 
-/// What is shown below the title: who moved since the last visit, and how many await follow-up;
-/// empty when there is neither.
+/// The line below the title: the movement since the last visit, and the number of students awaiting
+/// follow-up; empty if there is neither.
 [[nodiscard]] std::string rememberedLine(const RosterView &roster);
 
 } // namespace ellwynd

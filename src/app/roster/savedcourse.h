@@ -7,10 +7,10 @@
 
 namespace ellwynd {
 
-/// Reads "course.json", "enrollments.json", "assignment_groups.json" and "submissions.json", as
-/// Canvas sends them, and scores them as a fetched course is. Touches no store.
-/// @throws FileError with one sentence that names the file, for any of them that is missing, larger
-///         than 64 MiB or not what Canvas sends.
+/// Reads "course.json", "enrollments.json", "assignment_groups.json" and "submissions.json" in the
+/// format of Canvas, and scores them like a fetched course. Reads and writes no stores.
+/// @throws FileError with one sentence, if the folder does not exist, or a file is missing, larger
+///         than 64 MiB or not in that format.
 [[nodiscard]] ScoredCourse
 scoreSavedCourse(const std::filesystem::path &folder, const CourseThresholds &thresholds, Date now);
 

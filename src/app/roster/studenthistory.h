@@ -1,4 +1,4 @@
-// What is remembered of one student in one course.
+// The recorded history of one student in one course.
 #pragma once
 
 #include "app/shell/stores.h"
@@ -9,17 +9,17 @@
 namespace ellwynd {
 
 struct StudentHistory {
-    /// Absent for a student who did not move since the last visit.
+    /// Absent if the student's level has not changed since the last visit.
     std::optional<RosterChange> change;
     /// Absent with fewer than two recorded days.
     std::optional<TermTrend> trend;
-    /// Absent for a student never written to.
+    /// Absent if the student was never contacted.
     std::optional<OutreachOutcome> outreach;
 
     bool operator==(const StudentHistory &) const = default;
 };
 
-/// @param movement of the student's course.
+/// @param movement the movement of the student's course.
 [[nodiscard]] StudentHistory studentHistory(
     const RiskRow &row, const std::vector<RosterChange> &movement, const Stores &stores, Date now);
 

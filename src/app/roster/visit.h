@@ -1,4 +1,4 @@
-// Who moved since the last visit to a course, and what a visit records.
+// The movement since the last visit to a course, and the recording of a visit.
 #pragma once
 
 #include "app/roster/rosterloader.h"
@@ -8,12 +8,12 @@
 
 namespace ellwynd {
 
-/// Who moved since the last visit, without leaving a trace.
+/// The students whose level changed since the last visit. Records nothing.
 [[nodiscard]] std::vector<RosterChange>
 movementOf(const ScoredCourse &course, const Stores &stores);
 
-/// Records the day's levels and its count of flagged students as of the fetch.
-/// @param replacesLevels false records levels only for a day that has none of the course.
+/// Records the levels and shares the count of flagged students, both for the day of the fetch.
+/// @param replacesLevels if false, levels are recorded only if the course has none for that day.
 void recordVisit(
     const ScoredCourse &course, Stores &stores, TrendSync &trends, bool replacesLevels = true);
 

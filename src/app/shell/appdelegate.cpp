@@ -53,7 +53,7 @@ void AppDelegate::openLinks(const QStringList &links, const QString &activationT
     }
     if (!courseID)
         return;
-    clicks.info(fmt::format("A link asks for course {}", *courseID));
+    clicks.info(fmt::format("A link requested course {}", *courseID));
     Q_EMIT activationRequested(activationToken);
     controller.showCourse(*courseID);
 }
@@ -62,18 +62,18 @@ void AppDelegate::openNotice(std::optional<std::int64_t> courseID, const QString
     Q_EMIT activationRequested(activationToken);
     if (!courseID)
         return;
-    clicks.info(fmt::format("A notice asks for course {}", *courseID));
+    clicks.info(fmt::format("A notice requested course {}", *courseID));
     controller.showCourse(*courseID);
 }
 
 void AppDelegate::switchSampleMode() {
     const PreferenceMap saved = defaults.persistentDomain();
     const auto before = saved.find(preferences::sampleData.name);
-    // The opposite of what is shown: a launch argument that forces it ends with this run.
+    // The opposite of the effective value: a launch argument applies to this run only.
     const bool on = !isSampleMode();
     defaults.set(preferences::sampleData, on);
     logger.info(fmt::format("Sample data {}; relaunching", on ? "on" : "off"));
-    // The new instance would otherwise hand over to this one and end.
+    // Otherwise the new instance would forward its links to this one and quit.
     service.releaseName();
     const auto failure = newInstance();
     if (!failure) {
@@ -81,7 +81,7 @@ void AppDelegate::switchSampleMode() {
         return;
     }
     logger.error(fmt::format("Relaunch failed: {}", *failure));
-    // This run goes on, and must not write what belongs to the other mode.
+    // This run continues in its mode, so restore the saved preference.
     if (before != saved.end())
         defaults.set(preferences::sampleData.name, before->second);
     else

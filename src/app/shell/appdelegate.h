@@ -1,5 +1,4 @@
-// The shell: what the program does when it starts, when a link or a notice is clicked, and when the
-// teacher enters or leaves the sample college.
+// Handles the start of the program, clicks on links and notices, and the switch of the sample mode.
 #pragma once
 
 #include "preferences/userdefaults.h"
@@ -15,13 +14,14 @@ class ApplicationService;
 class MainWindowController;
 class Updater;
 
-/// Everything else is handed to the main window's controller; what has to be shown is announced.
+/// Forwards requests to open a course to the main window's controller. What must be shown is
+/// announced by signals. Used on the main thread.
 class AppDelegate : public QObject {
     Q_OBJECT
 
   public:
-    /// Starts a new instance of the program, without launch arguments, and answers what went
-    /// wrong, or nothing.
+    /// Starts a new instance of the program without launch arguments. Returns an error message;
+    /// absent on success.
     using NewInstance = std::function<std::optional<std::string>()>;
 
     /// The arguments must outlive this object.
@@ -29,27 +29,31 @@ class AppDelegate : public QObject {
         UserDefaults &defaults, MainWindowController &controller, ApplicationService &service,
         Updater &updater, NewInstance newInstance);
 
-    /// Loads the courses, opens what the program was started with, and begins to look for updates.
+    /// Loads the courses, opens the links that the program was started with, and starts the update
+    /// checks.
     void launch(const QStringList &links);
 
     [[nodiscard]] bool isSampleMode() const;
 
   public Q_SLOTS:
-    /// Opens the last course among the links, as if they were clicked one after the other, with the
-    /// window in front. When no link names a course nothing happens.
+    /// Raises the window and opens the course of the last valid link, as if the links were clicked
+    /// one after the other. Does nothing if no link names a course.
+    /// @param activationToken the XDG activation token; may be empty.
     void openLinks(const QStringList &links, const QString &activationToken = {});
-    /// A click on a notice: the window comes to the front, and the notice's course is opened if it
-    /// has one.
+    /// Raises the window after a click on a notice, and opens the notice's course.
+    /// @param courseID absent if the notice is about several courses.
+    /// @param activationToken the XDG activation token; may be empty.
     void openNotice(std::optional<std::int64_t> courseID, const QString &activationToken = {});
-    /// Restarts the program in the sample college, or with the teacher's own courses when this run
-    /// shows the sample college, by preference or by launch argument. If no new instance starts,
-    /// everything is as before.
+    /// Restarts the program in the other mode: in the sample college or, if this run shows the
+    /// sample college, with the teacher's own courses. If no new instance can be started, the
+    /// preference is restored and this run continues.
     void switchSampleMode();
 
   Q_SIGNALS:
-    /// The window is to come to the front. The desktop's activation token may be empty.
+    /// The window must be raised. The XDG activation token may be empty.
     void activationRequested(const QString &activationToken);
     void relaunchDidFail(const QString &message);
+    /// A new instance was started, and this one must quit.
     void terminationRequested();
 
   private:
@@ -60,7 +64,8 @@ class AppDelegate : public QObject {
     NewInstance newInstance;
 };
 
-/// Starts the program at a path as a process of its own; answers what went wrong, or nothing.
+/// Starts the executable `program` as an independent process. Returns an error message; absent on
+/// success.
 [[nodiscard]] std::optional<std::string> startDetached(const QString &program);
 
 } // namespace ellwynd

@@ -15,7 +15,7 @@ bool isLetter(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
-/// The host of an authority, without the user before it and the port behind it.
+/// The host of an authority, without user and port.
 std::string_view hostOf(std::string_view authority) {
     authority.remove_prefix(authority.rfind('@') + 1);
     const std::size_t colon = authority.rfind(':');
@@ -38,7 +38,7 @@ std::optional<std::int64_t> decimal(std::string_view text) {
 
 } // namespace
 
-// The text as it is: a parsed address would have scheme and host in small letters already.
+// Works on the text itself: QUrl would convert scheme and host to lower case.
 std::optional<std::int64_t> courseOfLink(std::string_view link) {
     constexpr std::string_view scheme = "ellwynd://";
     if (!link.starts_with(scheme))

@@ -1,4 +1,4 @@
-// The links of the scheme "ellwynd", which widgets, notices and anybody else may open.
+// Links with the scheme "ellwynd". Widgets use them, but any program may open one.
 #pragma once
 
 #include <cstdint>
@@ -7,13 +7,12 @@
 
 namespace ellwynd {
 
-/// The course that a link like "ellwynd://course/4021" names, or nothing for any other text. Scheme
-/// and host have to be written exactly so; the first component of the path is the id, a decimal
-/// number of 64 bits with an optional sign. What follows that component, a query or a fragment
-/// makes no difference.
+/// The course id of a link such as "ellwynd://course/4021"; absent for any other text. Scheme and
+/// host are case-sensitive. The id is the first component of the path, a 64-bit decimal number with
+/// an optional sign; further components, a query and a fragment are ignored.
 [[nodiscard]] std::optional<std::int64_t> courseOfLink(std::string_view link);
 
-/// Whether a word is meant as a link, of whatever scheme: it begins like "scheme:".
+/// Whether a word begins like a link of any scheme: "scheme:".
 [[nodiscard]] bool looksLikeLink(std::string_view word);
 
 } // namespace ellwynd

@@ -9,7 +9,7 @@ namespace ellwynd {
 
 namespace {
 
-/// Days before today on which the invented teacher looked.
+/// The visits of the invented teacher, in days before today.
 constexpr std::array visits{13, 11, 9, 7, 4, 2, 1};
 
 /// A student's level on each visit: R At Risk, C Concern, W Watch, "-" none, "." not on the roster.
@@ -20,8 +20,8 @@ struct StudentLevels {
 };
 
 constexpr StudentLevels students[] = {
-    // A section in mid-term. Jordan slips, Theo is newly flagged, Marcus improves and Ruben leaves
-    // the list.
+    // In mid-term. Jordan slips, Theo is newly flagged, Marcus improves, and Ruben is no longer
+    // flagged.
     {900101, 5001, "-WWCCCC"},
     {900101, 5002, "CRRRRRR"},
     {900101, 5009, "WCCRRRR"},
@@ -38,7 +38,7 @@ constexpr StudentLevels students[] = {
     {900101, 5016, "-------"},
     {900101, 5005, "-------"},
     {900101, 5006, "-------"},
-    // Ethan slips, Omar is newly flagged and Lily leaves the list.
+    // Ethan slips, Omar is newly flagged, and Lily is no longer flagged.
     {900102, 5110, "CCCRRRR"},
     {900102, 5101, "RRRRRRR"},
     {900102, 5107, "--WWWWW"},
@@ -52,7 +52,7 @@ constexpr StudentLevels students[] = {
     {900102, 5109, "-------"},
     {900102, 5113, "-------"},
     {900102, 5006, "-------"},
-    // A term that has ended moves little.
+    // A term that has ended changes little.
     {900201, 5201, "RRRRRRR"},
     {900201, 5214, "CCRRRRR"},
     {900201, 5207, "CCCCCCC"},

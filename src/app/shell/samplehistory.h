@@ -1,4 +1,4 @@
-// The sample college's invented history: two weeks of visits and a few messages.
+// The sample college's invented history: two weeks of visits and a few contacts.
 #pragma once
 
 #include "memory/contactlog.h"
@@ -8,11 +8,11 @@
 
 namespace ellwynd {
 
-/// Levels of some forty students on seven days before today, such that each kind of movement shows
-/// on the first start.
+/// The levels of about forty students on seven earlier days, chosen so that every kind of movement
+/// is shown on the first start.
 [[nodiscard]] std::vector<RosterSnapshot> sampleHistory(Date now);
 
-/// Students written to a few days and more than a week ago.
+/// Contacts from a few days ago and from more than a week ago.
 [[nodiscard]] std::vector<ContactRecord> sampleContacts(Date now);
 
 } // namespace ellwynd

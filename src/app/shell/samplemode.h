@@ -1,16 +1,16 @@
-// The words in which the program offers the sample college, and the way out of it.
+// Texts for entering and leaving the sample college.
 #pragma once
 
 #include <string_view>
 
 namespace ellwynd::samplemode {
 
-/// The menu item that switches.
+/// The title of the menu item that switches the mode.
 [[nodiscard]] constexpr std::string_view menuTitle(bool isSampleMode) {
     return isSampleMode ? "Leave Sample Data…" : "Explore with Sample Data…";
 }
 
-// What is asked before the sample college is entered. Leaving it asks nothing.
+// The alert shown before entering the sample college. Leaving it needs no confirmation.
 inline constexpr std::string_view question = "Explore with sample data?";
 inline constexpr std::string_view explanation =
     "Ellwynd will restart showing an invented college — made-up courses and students, scored "

@@ -1,4 +1,4 @@
-// Writing preferences as the settings window does.
+// Writes validated preferences, and announces their changes to views.
 #pragma once
 
 #include "preferences/userdefaults.h"
@@ -7,13 +7,13 @@
 
 namespace ellwynd {
 
-/// Saves a preference that somebody enters, as its type and within the limits of its control. A key
-/// that the table of preferences does not describe is saved as it is.
+/// Saves a preference that a user entered, converted to its type and checked against its limits. A
+/// key that is not in the table of preferences is saved unchecked.
 /// @throws InvalidPreference
 void writeSetting(UserDefaults &defaults, const std::string &key, PreferenceValue value);
 
-/// Announces the settings that views follow, whoever changes them: this window, another process, or
-/// another machine.
+/// Announces changes of the settings that views follow, whether made by this window, another
+/// process or another machine.
 class Settings : public QObject {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ class Settings : public QObject {
 
     [[nodiscard]] const UserDefaults &defaults() const { return store; }
 
-    /// Within 0.8 to 2.0. A value equal to the current one changes and announces nothing.
+    /// Clamps `scale` to 0.8…2.0. Does nothing if it equals the current value.
     void setTextScale(double scale);
 
   Q_SIGNALS:

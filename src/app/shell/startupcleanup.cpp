@@ -17,13 +17,13 @@ constexpr Log logger{"settings"};
 } // namespace
 
 void removeResidualCacheFiles(const fs::path &cachesFolder) {
-    // Listed first: what is removed under its hands may confuse a listing.
+    // List the files first: removing them may disturb the iteration.
     std::vector<fs::path> residual;
     std::error_code error;
     for (fs::directory_iterator entry(cachesFolder, error), end; !error && entry != end;
          entry.increment(error)) {
         std::error_code unknown;
-        // A link is removed itself, whatever it points at.
+        // A symbolic link is removed itself, even if it points to a folder.
         const bool folder = fs::is_directory(entry->symlink_status(unknown));
         if (!folder && entry->path().filename().string().starts_with("Cache.db"))
             residual.push_back(entry->path());

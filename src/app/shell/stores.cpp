@@ -16,7 +16,7 @@ bool isThere(const std::filesystem::path &file) {
     return std::filesystem::exists(file, error);
 }
 
-/// Whether a memory is switched off for good, not by a launch argument.
+/// Whether the saved preference, not a launch argument, switches a store off.
 bool isOff(const UserDefaults &defaults, const PreferenceKey<bool> &key) {
     const PreferenceMap saved = defaults.persistentDomain();
     const auto value = saved.find(key.name);
@@ -30,7 +30,7 @@ Stores::Stores(UserDefaults &defaults, const std::filesystem::path &directory, C
       contacts(defaults, memoryDirectory(defaults, directory), clock),
       templates(directory, clock) {
     if (!defaults.value(preferences::sampleData)) {
-        // Switched off where it was not in use, as in the sample college.
+        // A store may have been switched off while its file was not in use, such as in sample mode.
         if (isOff(defaults, preferences::rememberRosterHistory) &&
             isThere(directory / "RosterHistory.json"))
             history.deleteAll();

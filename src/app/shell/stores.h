@@ -1,4 +1,4 @@
-// The stores of one run of the program.
+// The stores of the program's recorded data.
 #pragma once
 
 #include "memory/contactlog.h"
@@ -7,15 +7,17 @@
 
 namespace ellwynd {
 
-/// What the program remembers between visits: on disk for a teacher's own courses; for the sample
-/// college in memory alone, filled with an invented history.
+/// The history, contacts and templates. For the teacher's own courses all are files; for the sample
+/// college the history and contacts are invented and held only in memory.
 struct Stores {
+    /// Deletes files of a history or contacts that the teacher has switched off.
+    /// @param defaults must outlive this object.
     /// @param directory the data directory.
     Stores(UserDefaults &defaults, const std::filesystem::path &directory, Clock clock = systemNow);
 
     RosterHistory history;
     ContactLog contacts;
-    /// The teacher's own file, in sample mode too.
+    /// The teacher's own templates, in sample mode too.
     TemplateStore templates;
 };
 

@@ -82,7 +82,7 @@ void SettingsSync::push() {
         if (there == stored.end() || there->second != value)
             store.set(key, value);
     }
-    // What was removed here is removed everywhere; what was never here is another machine's.
+    // Keys removed here are removed everywhere; keys never saved here belong to other machines.
     for (const std::string &key : held) {
         if (!saved.contains(key) && stored.contains(key))
             store.remove(key);
@@ -103,7 +103,7 @@ void SettingsSync::applyExternalChange(const CloudChange &change) {
         if (!preferences::isSynced(key))
             continue;
         const auto value = store.object(key);
-        // A blank address of another machine never disconnects this one.
+        // A blank address from another machine must not disconnect this one.
         const bool address = key == preferences::canvasBaseURL.name;
         if (address && isBlank(value) && !defaults.value(preferences::canvasBaseURL).empty())
             continue;

@@ -1,4 +1,4 @@
-// Settings that follow the teacher from machine to machine.
+// Synchronises settings between the teacher's machines.
 #pragma once
 
 #include "platform/cloud/cloudkeyvaluestore.h"
@@ -11,31 +11,33 @@
 
 namespace ellwynd {
 
-/// Keeps the preferences that the table marks as synced, and every course's own, in step with the
-/// cloud store.
+/// Synchronises the preferences that the table marks as synced, and those of single courses, with
+/// the cloud store. Used on the main thread.
 class SettingsSync : public QObject {
     Q_OBJECT
 
   public:
-    /// @param pushDelay the quiet after the last change before a push.
+    /// `defaults` and `store` must outlive this object.
+    /// @param pushDelay the time from the last local change to a push.
     SettingsSync(
         UserDefaults &defaults, CloudKeyValueStore &store,
         std::chrono::milliseconds pushDelay = std::chrono::seconds(1));
     ~SettingsSync() override;
 
-    /// Does nothing while "SyncSettingsViaICloud" is off or the sample college is shown, nor while
-    /// a launch argument forces a synced setting, which must never reach another machine.
+    /// Starts to sync. Does nothing if "SyncSettingsViaICloud" is off, if the sample college is
+    /// shown, or if a launch argument overrides a synced setting, which must never reach another
+    /// machine.
     void start();
     void stop();
     [[nodiscard]] bool isRunning() const { return observingStore != nullptr; }
 
-    /// Writes every synced setting that differs to the store, and takes out what was removed here.
+    /// Writes the synced settings that differ to the store, and removes those removed here.
     void push();
-    /// Takes every synced setting out of the store; this machine keeps its own.
+    /// Removes all synced settings from the store; this machine keeps its own copies.
     void removeSyncedSettings();
 
   Q_SIGNALS:
-    /// After settings of another machine were applied here.
+    /// Settings of another machine were applied here.
     void settingsDidSyncExternally();
 
   private:
@@ -45,12 +47,14 @@ class SettingsSync : public QObject {
 
     UserDefaults &defaults;
     CloudKeyValueStore &store;
+    /// Null while sync is stopped.
     std::shared_ptr<void> observingStore;
     std::shared_ptr<void> observingDefaults;
     QTimer pushTimer;
-    /// Set while a remote value is being written here, which is no change of the teacher's.
+    /// Set while remote values are written here, so that they are not pushed back.
     bool applyingRemote = false;
-    /// Synced keys that this machine has held since the start.
+    /// Synced keys saved here as of the last push or remote change. One that is no longer saved was
+    /// removed on this machine.
     std::set<std::string, std::less<>> held;
 };
 

@@ -7,7 +7,7 @@ SyncService::SyncService(UserDefaults &defaults, TrendSync &trends, std::filesys
       trends(trends),
       seenFile(std::move(seenFile)),
       observing(defaults.observe([this](std::string_view key) {
-          // Queued: a folder is not closed from inside the change that it reported.
+          // Queued: the folder must not be closed while it reports the change.
           if (key == preferences::syncSettings.name || key == preferences::cloudStoreFolder.name)
               QMetaObject::invokeMethod(this, &SyncService::restart, Qt::QueuedConnection);
       })) {
@@ -46,10 +46,10 @@ std::string SyncService::status() const {
     if (!defaults.value(preferences::syncSettings))
         return "Settings stay on this computer.";
     if (!store)
-        return "Choose a folder that your sync service keeps in step, such as one in Nextcloud, "
+        return "Choose a folder that your sync service synchronises, such as one in Nextcloud, "
                "Syncthing, Dropbox or OneDrive.";
-    return sync->isRunning() ? "Settings are kept in step through this folder."
-                             : "Not syncing: this run was started with settings of its own.";
+    return sync->isRunning() ? "Settings are synced through this folder."
+                             : "Not syncing: Ellwynd was started with settings for this run only.";
 }
 
 void SyncService::removeSyncedSettings() {

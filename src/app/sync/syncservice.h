@@ -1,4 +1,4 @@
-// The sync of settings and trends as the preferences ask for it.
+// Syncs settings and trends as configured in the preferences.
 #pragma once
 
 #include "app/sync/settingssync.h"
@@ -7,19 +7,22 @@
 
 namespace ellwynd {
 
-/// Opens the synced folder that the preferences name and runs settings sync and trend sync over it,
-/// while both the folder is named and sync is switched on; follows both preferences.
+/// Opens the synced folder set in the preferences, and syncs settings and trends through it while
+/// sync is switched on. Follows both preferences. Used on the main thread.
 class SyncService : public QObject {
     Q_OBJECT
 
   public:
-    /// @param seenFile where this machine keeps what it has seen of its folders.
+    /// `defaults` and `trends` must outlive this object.
+    /// @param seenFile stores the last seen contents of this machine's folders.
     SyncService(UserDefaults &defaults, TrendSync &trends, std::filesystem::path seenFile);
     ~SyncService() override;
 
-    /// How it stands, in a sentence.
+    /// The state of the sync, as a sentence for the settings window.
     [[nodiscard]] std::string status() const;
+    /// Whether a synced folder is set.
     [[nodiscard]] bool canRemove() const { return store != nullptr; }
+    /// Removes all synced settings from the folder, if one is set; this machine keeps its own.
     void removeSyncedSettings();
 
   Q_SIGNALS:

@@ -16,7 +16,7 @@ bool isDigit(char c) {
 }
 
 bool isBuild(std::string_view text) {
-    // Every component has a digit: none is empty.
+    // No component may be empty.
     char before = '.';
     for (const char c : text) {
         if (!isDigit(c) && (c != '.' || before == '.'))
@@ -26,7 +26,7 @@ bool isBuild(std::string_view text) {
     return before != '.';
 }
 
-/// Takes the first component off, without the zeros it begins with.
+/// Removes the first component and returns it without leading zeros.
 std::string_view takeComponent(std::string_view &rest) {
     const std::size_t point = rest.find('.');
     std::string_view component = rest.substr(0, point);
@@ -35,7 +35,7 @@ std::string_view takeComponent(std::string_view &rest) {
     return component;
 }
 
-/// A text that can stand in a line of the window, or nothing.
+/// The text if it can be shown on one line of the window; otherwise empty.
 QString shown(const QString &text) {
     const QString line = text.trimmed();
     const bool fits = line.size() <= longestText &&
@@ -61,7 +61,7 @@ std::optional<Update> readItem(QXmlStreamReader &xml) {
             continue;
         }
         if (xml.namespaceUri().isEmpty() && name == u"enclosure") {
-            // What stands in elements comes before what the enclosure says.
+            // Elements take precedence over attributes of the enclosure.
             const QXmlStreamAttributes attributes = xml.attributes();
             const auto take = [&](QString &text, const char *attribute) {
                 if (text.isEmpty())
@@ -102,7 +102,7 @@ std::optional<Update> newestUpdate(std::string_view feed) {
             xml.raiseError(QStringLiteral("it declares a document type"));
     }
     if (xml.isStartElement() && (xml.name() != u"rss" || !xml.namespaceUri().isEmpty()))
-        xml.raiseError(QStringLiteral("it is no RSS"));
+        xml.raiseError(QStringLiteral("it is not RSS"));
     std::optional<Update> newest;
     while (xml.readNextStartElement()) {
         if (xml.name() != u"channel" || !xml.namespaceUri().isEmpty()) {

@@ -1,4 +1,4 @@
-// The feed of updates: RSS whose items carry a build and a version in the appcast's own namespace.
+// Parses the update feed: RSS whose items have a build and a version in the appcast's namespace.
 #pragma once
 
 #include <optional>
@@ -8,31 +8,31 @@
 
 namespace ellwynd {
 
-/// An update that somebody offers.
+/// An update offered by a feed.
 struct Update {
-    /// Numbers joined by points; what updates are compared by.
+    /// Numbers separated by points, by which updates are compared.
     std::string build;
-    /// As it is shown.
+    /// For display.
     std::string version;
 
     bool operator==(const Update &) const = default;
 };
 
-/// A check for updates that failed. The message is one sentence, for the teacher.
+/// A failed check for updates. The message is one sentence for the teacher.
 class UpdateError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/// Whether a build is newer than another: component by component as numbers of any length, where a
-/// component that is not there counts as 0. Never when one of the two is not made of numbers.
+/// Whether a build is newer than another. Components are compared as numbers of any length; a
+/// missing component counts as 0. False if either build is not made of numbers.
 [[nodiscard]] bool isNewerBuild(std::string_view build, std::string_view than);
 
-/// The item with the highest build; absent when the feed has none. An item's build and version
-/// stand in elements of its own or in attributes of its enclosure. Items of a channel that has to
-/// be asked for, and items whose build is not made of numbers, are left out.
-/// @throws UpdateError for a text that is not well-formed, is no RSS, or declares a document type:
-/// no entity is ever expanded.
+/// The item with the highest build; absent if the feed has none. An item's build and version are
+/// elements of the item or attributes of its enclosure. Items of an opt-in channel, and items whose
+/// build is not made of numbers, are ignored.
+/// @throws UpdateError if the text is not well-formed, is not RSS, or declares a document type.
+///         Custom entities are never expanded.
 [[nodiscard]] std::optional<Update> newestUpdate(std::string_view feed);
 
 } // namespace ellwynd

@@ -31,11 +31,11 @@ std::optional<Date> AppcastFeed::lastCheck() const {
 }
 
 QCoro::Task<std::optional<Update>> AppcastFeed::newest(bool counted) {
-    // Before it is known how the check ends: one that always fails is no more frequent.
+    // Saved before the result is known, so that failing checks are not repeated more often.
     defaults.set(preferences::lastUpdateCheck, formatInstant(now()));
     auto url = httpsURL(address);
     if (!url)
-        throw notLoaded("this copy of the program knows no address for it");
+        throw notLoaded("this copy of the program has no address for it");
     if (counted) {
         const QString query = url->query(QUrl::FullyEncoded);
         url->setQuery(query.isEmpty() ? QStringLiteral("fd=1") : query + QStringLiteral("&fd=1"));

@@ -1,4 +1,4 @@
-// Where updates are heard of.
+// The source of information about updates.
 #pragma once
 
 #include "app/updates/appcast.h"
@@ -8,35 +8,36 @@
 
 namespace ellwynd {
 
-/// What the program asks of whoever knows about updates.
+/// A source that lists the available updates.
 class UpdateFeed {
   public:
     virtual ~UpdateFeed() = default;
 
-    /// Whether there is anything to ask.
+    /// Whether updates can be checked for at all.
     [[nodiscard]] virtual bool mayCheck() const = 0;
-    /// Whether the teacher wants to be told without asking.
+    /// Whether the teacher wants automatic checks.
     [[nodiscard]] virtual bool checksAutomatically() const = 0;
-    /// When a check last began, however it ended.
+    /// When the last check started, whatever its result; absent before the first.
     [[nodiscard]] virtual std::optional<Date> lastCheck() const = 0;
-    /// What is newest, older than the running program or not; absent when nothing is offered.
+    /// The newest update, even if it is older than the running program; absent if none is offered.
     /// @param counted marks the request as the first of its day.
     /// @throws UpdateError
     [[nodiscard]] virtual QCoro::Task<std::optional<Update>> newest(bool counted) = 0;
 };
 
-/// What an appcast may cost: it is a short list.
+/// The limits of an appcast, which is a short list.
 inline constexpr DownloadLimits feedLimits{
     .inactivityTimeout = std::chrono::seconds(30),
     .totalTimeout = std::chrono::minutes(2),
     .maxBytes = std::size_t{1024} * 1024};
 
-/// Reads an appcast over HTTPS. Nothing of the response is kept and no redirect is followed.
+/// Reads an appcast over HTTPS, without a cache and without following redirects.
 ///
-/// Lives on the main thread and must outlive the event loop.
+/// Used on the main thread. Must outlive the event loop.
 class AppcastFeed final : public UpdateFeed {
   public:
-    /// @param address of the feed; empty, or any that does not begin with "https://", is none.
+    /// @param defaults must outlive this object.
+    /// @param address the address of the feed; unless it is a valid https URL, nothing is checked.
     AppcastFeed(
         UserDefaults &defaults, std::string address, Clock now = systemNow,
         DownloadLimits limits = feedLimits);

@@ -23,7 +23,7 @@ Updater::Updater(
     timer.setTimerType(Qt::VeryCoarseTimer);
     timer.setInterval(lookEvery);
     connect(&timer, &QTimer::timeout, this, [this] {
-        // By the clock on the wall, which goes on while the machine sleeps.
+        // The interval is measured by the wall clock, which also counts time asleep.
         if (!lookedRecently())
             checkIfDue();
     });
@@ -33,7 +33,7 @@ void Updater::start() {
     const auto pending = pendingUpdate();
     if (!pending)
         forgetPending();
-    // What another copy of the program found could not be withdrawn without a feed.
+    // Without a feed, an update that another copy of the program found could not be withdrawn.
     if (!feed.mayCheck())
         return;
     if (pending)
@@ -51,7 +51,7 @@ std::optional<Update> Updater::pendingUpdate() const {
 
 bool Updater::lookedRecently() const {
     const auto last = feed.lastCheck();
-    // A check in the future was made by a clock that was wrong then.
+    // A last check in the future means that the clock was wrong at the time.
     return last && *last <= now() && now() - *last < minimumInterval;
 }
 
@@ -81,7 +81,7 @@ void Updater::beginCheck() {
 
 QCoro::Task<> Updater::check() {
     const QPointer<Updater> self(this);
-    // The day that the request is counted for, should midnight pass meanwhile.
+    // The day that the request is counted for, even if midnight passes before it ends.
     const std::string today = calendar::dayKey(now());
     const bool firstOfDay = defaults.value(preferences::lastCountedCheckDay) != today;
     std::optional<Update> newest;

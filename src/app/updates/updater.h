@@ -1,4 +1,4 @@
-// The checks for updates. An update is announced; whoever installed the program installs it.
+// Checks for updates. Updates are only announced, not installed.
 #pragma once
 
 #include "app/updates/updatefeed.h"
@@ -8,48 +8,50 @@
 
 namespace ellwynd {
 
-/// Checks for updates by itself once a day and whenever the teacher asks, and remembers what it
-/// found until the running program is as new. The first check of a day is counted: its request says
-/// so, and nothing else.
+/// Checks for updates once a day and when the teacher requests it, and saves the update found until
+/// the running program is as new or the feed no longer offers it. Until a check has succeeded on a
+/// day, the requests of that day are marked, so that the feed's server can count them.
 ///
-/// A check that is under way when this goes is let go of; the feed has to outlive it.
+/// Destroying this object discards the result of a running check. The feed must outlive the check.
+/// Used on the main thread.
 class Updater : public QObject {
     Q_OBJECT
 
   public:
-    /// Between the checks that nobody asked for.
+    /// The time between automatic checks.
     static constexpr std::chrono::hours minimumInterval{24};
 
-    /// @param runningBuild of this program; one that is not made of numbers is older than nothing.
-    /// @param lookEvery how often the clock is looked at for whether a check is due.
+    /// @param runningBuild this program's build. If it is not made of numbers, no update is newer.
+    /// @param lookEvery how often to test whether a check is due.
     Updater(
         UserDefaults &defaults, UpdateFeed &feed, std::string runningBuild, Clock now = systemNow,
         std::chrono::milliseconds lookEvery = std::chrono::hours(1));
 
-    /// Forgets an update that is installed by now, makes the start's own check, and goes on by the
-    /// clock. Where the feed may not be asked nothing more happens.
+    /// Forgets a saved update that is not newer than the running program. Then, if the feed can be
+    /// checked, announces a saved update, checks if that is due, and starts the automatic checks.
     void start();
 
-    /// Whether the teacher can be offered a check at all.
+    /// Whether updates can be checked for at all.
     [[nodiscard]] bool mayCheck() const { return feed.mayCheck(); }
-    /// Announced earlier, and newer than the running program.
+    /// The saved update; absent unless it is newer than the running program.
     [[nodiscard]] std::optional<Update> pendingUpdate() const;
 
   public Q_SLOTS:
-    /// A check that nobody asked for: left out when the feed may not be asked, when the teacher
-    /// does not want it, or when the last check was less than the minimum interval ago.
+    /// Starts an automatic check unless one is running, the feed cannot be checked, the teacher has
+    /// switched automatic checks off, or the last check was less than the minimum interval ago.
     void checkIfDue();
-    /// The teacher's own check. How it ended is always announced.
+    /// Starts a check requested by the teacher, or joins a running one, and announces its result.
+    /// Does nothing if the feed cannot be checked.
     void checkForUpdates();
 
   Q_SIGNALS:
-    /// By any check, or by an earlier run of the program.
+    /// An update was found, by any check or in an earlier run of the program.
     void updateDidAppear(const QString &version);
-    /// Only after the teacher's own check; follows `updateDidAppear`.
+    /// The check requested by the teacher found an update; follows `updateDidAppear`.
     void checkDidFindUpdate(const QString &version);
-    /// What was announced is offered no more.
+    /// The announced update is no longer offered.
     void updateDidDisappear();
-    /// Only after the teacher's own check.
+    // The other results of a check requested by the teacher.
     void checkDidFindNothing();
     void checkDidFail(const QString &message);
 
@@ -66,7 +68,7 @@ class Updater : public QObject {
     Clock now;
     QTimer timer;
     bool checking = false;
-    /// Whether the teacher waits for the check that is under way.
+    /// Whether the teacher requested the running check.
     bool askedFor = false;
 };
 

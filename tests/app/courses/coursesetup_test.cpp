@@ -35,7 +35,7 @@ TEST(CourseSetup, AnEditionIsACodeWithoutItsSection) {
              {"<b>x</b>", "<B>X</B>"},
              {"\xff\xfe 1", "\xEF\xBF\xBD\xEF\xBF\xBD 1"}})
         EXPECT_EQ(editionOf(row.code), row.edition) << row.code;
-    // Texts from anywhere may be of any length.
+    // Codes may be of any length.
     EXPECT_EQ(editionOf(std::string(200'000, '-')).size(), 200'000U);
     EXPECT_EQ(editionOf(std::string(200'000, 'a')).size(), 200'000U);
     EXPECT_EQ(subjectAndNumber("CS 101  4021 - Intro to Programming"), "CS 101");
@@ -70,17 +70,17 @@ TEST(CourseSetup, OffersTheCoursesOfEarlierTermsAndSuggestsTheEarlierEdition) {
               {course(2, spring, "CS 101 1"), course(3, summer, "cs-101"), other},
               {3, 2, 90},
               3},
-             {"the code goes before the name",
+             {"the code takes precedence over the name",
               course(1, fall, "CS 101", "BIO 7"),
               {course(2, summer, "X", "BIO 7"), course(3, spring, "CS101", "Y")},
               {2, 3},
               3},
-             {"no code, the name",
+             {"by name if there is no code",
               course(1, fall, std::nullopt, "CS 101  4021 - Intro"),
               {course(2, spring, "", "cs 101 - Intro"), course(3, summer, std::nullopt)},
               {3, 2},
               2},
-             {"nothing alike", course(1, fall, "CS 101"), {other}, {90}, std::nullopt},
+             {"no similar course", course(1, fall, "CS 101"), {other}, {90}, std::nullopt},
              {"neither code nor name",
               course(1, fall, std::nullopt),
               {course(2, summer, std::nullopt)},
@@ -96,7 +96,7 @@ TEST(CourseSetup, OffersTheCoursesOfEarlierTermsAndSuggestsTheEarlierEdition) {
               {course(2, std::nullopt, "CS 101"), other},
               {90, 2},
               2},
-             {"to a course without a term all are offered",
+             {"all courses are offered to one without a term",
               course(1, std::nullopt, "CS 101"),
               {course(2, fall, "CS 101"), course(3, std::nullopt, "ART 1")},
               {2, 3},
@@ -107,7 +107,7 @@ TEST(CourseSetup, OffersTheCoursesOfEarlierTermsAndSuggestsTheEarlierEdition) {
               {3, 90},
               3},
              {"nothing to offer", course(1, fall, "CS 101"), {}, {}, std::nullopt},
-             {"hostile names are names",
+             {"names may contain markup and control characters",
               course(1, fall, std::nullopt, "<b>\"CS\" 1</b>\n|"),
               {course(
                   2, spring,
@@ -130,7 +130,7 @@ TEST(CourseSetup, OffersTheCoursesOfEarlierTermsAndSuggestsTheEarlierEdition) {
     EXPECT_EQ(setupCandidates({other}, 1), SetupCandidates{}) << "the course is not in the list";
 }
 
-TEST(CourseSetup, SaysWhatIsCopied) {
+TEST(CourseSetup, DescribesWhatIsCopied) {
     struct Row {
         CourseSetup setup;
         const char *text;
@@ -147,7 +147,7 @@ TEST(CourseSetup, SaysWhatIsCopied) {
     EXPECT_THAT(setupSummary({.passingScore = 65}), testing::StartsWith("Passing score 65%. "));
 }
 
-TEST(CourseSetup, IsCopiedAndTakenBack) {
+TEST(CourseSetup, IsCopiedAndUndone) {
     const test::TemporaryFolder folder;
     UserDefaults defaults(folder.path() / "Preferences.json", {});
     defaults.set("Course.1.PassingScore", 65.0);
@@ -161,7 +161,7 @@ TEST(CourseSetup, IsCopiedAndTakenBack) {
     const PreferenceChanges replaced = copyCourseSetup(defaults, 1, 2);
     const CourseSetup copied{
         .passingScore = 65, .inactivityDays = 3, .icon = {.icon = "flask", .color = ""}};
-    EXPECT_EQ(courseSetup(defaults, 2), copied) << "what the source has not set stays";
+    EXPECT_EQ(courseSetup(defaults, 2), copied) << "settings that the source lacks are kept";
     EXPECT_FALSE(courseSettings::has(defaults, 2, courseSettings::iconColor));
     defaults.update(replaced);
     EXPECT_EQ(defaults.persistentDomain(), before);

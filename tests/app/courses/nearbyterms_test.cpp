@@ -22,7 +22,7 @@ Term term(std::int64_t id, const Offset &start, const Offset &end) {
     return {.id = id, .startAt = instant(start), .endAt = instant(end)};
 }
 
-/// One course a term; courses without a term are left aside.
+/// One course for each term, and one without a term.
 std::vector<Course> coursesOf(const std::vector<Term> &terms) {
     std::vector<Course> courses{{.id = 1}};
     for (const Term &each : terms)
@@ -30,7 +30,7 @@ std::vector<Course> coursesOf(const std::vector<Term> &terms) {
     return courses;
 }
 
-TEST(NearbyTerms, BoundsBelongToTheTerm) {
+TEST(NearbyTerms, BoundsAreInclusive) {
     struct Row {
         const char *name;
         Offset start;
@@ -55,7 +55,7 @@ TEST(NearbyTerms, BoundsBelongToTheTerm) {
         {"began 120 days ago without an end", -120 * day, {}, true},
         {"began 120 days and a second ago without an end", -120 * day - 1, {}, false},
         {"began 121 days ago without an end", -121 * day, {}, false},
-        {"began a year ago and still runs", -365 * day, day, true},
+        {"began a year ago and has not ended", -365 * day, day, true},
     };
     for (const Row &row : rows)
         EXPECT_EQ(isNearby(term(7, row.start, row.end), noon), row.nearby) << row.name;
@@ -86,14 +86,14 @@ TEST(AutomaticTerm, IsTheLatestInSessionElseTheLatestStarted) {
         {"one in session", {term(1, -day, day), term(2, -90 * day, -2 * day)}, 1},
         {"overlapping terms", {term(1, -10 * day, day), term(2, -5 * day, 90 * day)}, 2},
         {"a tie", {term(8, -day, day), term(9, -day, 2 * day), term(7, -day, day)}, 9},
-        {"in session before started later",
+        {"in session takes precedence over started later",
          {term(1, -100 * day, day), term(2, -50 * day, -day)},
          1},
         {"starting now", {term(1, -90 * day, day), term(2, 0, 90 * day)}, 2},
         {"ending now", {term(1, -90 * day, 0), term(2, -50 * day, -1)}, 1},
         {"between terms", {term(1, -200 * day, -100 * day), term(2, -90 * day, -day)}, 2},
         {"between terms, another is upcoming", {term(1, -90 * day, -day), term(2, day, {})}, 1},
-        {"long over, so not nearby", {term(1, -400 * day, -300 * day)}, 1},
+        {"long ended, so not nearby", {term(1, -400 * day, -300 * day)}, 1},
         {"no end, 120 days ago", {term(1, -120 * day, {}), term(2, -110 * day, -day)}, 1},
         {"no end, 121 days ago", {term(1, -121 * day, {}), term(2, -150 * day, -day)}, 1},
         {"no end, 121 days ago, another in session",

@@ -30,7 +30,7 @@ struct DashboardTest : testing::Test {
     [[nodiscard]] std::string wait() const { return waitLine(dashboard).value_or("cards"); }
 };
 
-TEST_F(DashboardTest, SaysWhatItWaitsFor) {
+TEST_F(DashboardTest, ShowsWhatItWaitsFor) {
     constexpr auto nothing =
         "Your courses appear here once they load — or pick one from the sidebar.";
     EXPECT_EQ(wait(), nothing);
@@ -51,7 +51,7 @@ TEST_F(DashboardTest, SaysWhatItWaitsFor) {
     EXPECT_EQ(wait(), "Couldn’t finish scoring — Refresh (⌘R) tries again.");
     dashboard.beginPass();
     EXPECT_FALSE(dashboard.lastPassFailed());
-    EXPECT_EQ(dashboard.model().terms.size(), 1U) << "the last pass's terms stay";
+    EXPECT_EQ(dashboard.model().terms.size(), 1U) << "the terms of the last pass are kept";
     dashboard.termScored({.id = 1, .title = "Fall", .updatedAt = noon + days(1)});
     dashboard.passCompleted(noon + days(1));
     EXPECT_EQ(dashboard.model().updatedAt, noon + days(1));
@@ -74,18 +74,18 @@ TEST_F(DashboardTest, TheMenuBeginsWithAutomatic) {
     EXPECT_TRUE(menu()[1].selected);
     EXPECT_EQ(dashboard.shownTermID(), 2);
     dashboard.selectTerm(77);
-    EXPECT_TRUE(menu()[0].selected) << "a term that has aged out";
+    EXPECT_TRUE(menu()[0].selected) << "a term that is no longer nearby";
     dashboard.prepareTerms(twoTerms(), Term{.id = 9, .name = "Long ago"});
     EXPECT_EQ(menu()[0].title, "Automatic") << "not nearby";
     EXPECT_EQ(dashboard.shownTermID(), 2) << "the newest";
-    // A completed pass forgets what is no longer nearby.
+    // A complete pass removes terms that are no longer nearby.
     dashboard.termScored({.id = 9, .updatedAt = noon});
     dashboard.termScored({.id = 1, .updatedAt = noon});
     dashboard.passCompleted(noon);
     EXPECT_EQ(dashboard.model().terms.size(), 1U);
 }
 
-TEST_F(DashboardTest, ATermAndACardInWords) {
+TEST_F(DashboardTest, TextsOfATermAndACard) {
     const DashboardCourseCard quiet{.name = "Art", .total = 20};
     DashboardCourseCard busy{
         .name = "Bio",
@@ -113,7 +113,7 @@ TEST_F(DashboardTest, ATermAndACardInWords) {
         "4 students are missing this same assignment. Open the course for the full list.");
 }
 
-TEST_F(DashboardTest, TheTrendFillsDaysFromOtherMachines) {
+TEST_F(DashboardTest, TheTrendIncludesDaysOfOtherMachines) {
     SyncedFolder cloud(core.folder.path() / "cloud", core.folder.path() / "seen.json");
     core.defaults.set(preferences::syncSettings, true);
     core.trends.setStore(&cloud);
@@ -132,7 +132,7 @@ TEST_F(DashboardTest, TheTrendFillsDaysFromOtherMachines) {
     EXPECT_EQ(card.mostMissed, std::nullopt);
 }
 
-/// A Canvas with a course in the running term, one in the next and one that is long over.
+/// A fake Canvas with a course in the current term, one in the next term and one in an old term.
 struct PassTest : testing::Test {
     test::Core core{{{"MovementNotifications", true}}, test::noonClock};
     test::FakeCanvas canvas;
@@ -161,7 +161,7 @@ struct PassTest : testing::Test {
         return QStringLiteral("/api/v1/courses/%1/").arg(course) + QString::fromUtf8(rest);
     }
 
-    /// Both students of a course stand at that score.
+    /// Serves a course with two students who have this score.
     void serveScore(int course, int score) {
         std::vector<QByteArray> students;
         for (const int id : {1, 2}) {
@@ -203,7 +203,7 @@ TEST_F(PassTest, ScoresTheNearbyTermsAndWritesTheirCounts) {
     EXPECT_EQ(file->terms[0].title, "Winter");
     EXPECT_EQ(file->terms[1].courses[0].name, "Art");
     EXPECT_EQ(widgets().find("Student"), std::string::npos);
-    // A click on a scored course shows it at once.
+    // A scored course is shown at once.
     controller.select(CourseSelection{1});
     EXPECT_EQ(controller.roster().state, RosterView::State::shown);
 
@@ -213,7 +213,7 @@ TEST_F(PassTest, ScoresTheNearbyTermsAndWritesTheirCounts) {
     EXPECT_EQ(core.folder.read("widgets/WidgetSnapshot.json").find("name"), std::string::npos);
 }
 
-TEST_F(PassTest, TheChosenTermComesFirst) {
+TEST_F(PassTest, TheChosenTermIsScoredFirst) {
     core.defaults.set(preferences::dashboardTermID, std::int64_t{10});
     std::vector<std::size_t> order;
     QObject::connect(
@@ -229,13 +229,13 @@ TEST_F(PassTest, TheChosenTermComesFirst) {
 TEST_F(PassTest, ATermWithAFailedCourseIsLeftOut) {
     pass();
     const std::string before = widgets();
-    // Another term than the automatic one: the widgets do without it.
+    // In a term other than the automatic one: the widget file omits the term.
     canvas.plan(path(2, "enrollments"), {{.status = 404}});
     pass();
     EXPECT_FALSE(passes.back());
-    EXPECT_EQ(controller.dashboard().model().terms.size(), 2U) << "the earlier cards stay";
+    EXPECT_EQ(controller.dashboard().model().terms.size(), 2U) << "the earlier cards are kept";
     EXPECT_EQ(decodeWidgetSnapshotFile(widgets())->terms.size(), 1U);
-    // The automatic one: nothing is written.
+    // In the automatic term: nothing is written.
     const std::string kept = widgets();
     const int reloads = core.widgetReloads;
     canvas.plan(path(1, "enrollments"), {{.status = 404}});
@@ -244,7 +244,7 @@ TEST_F(PassTest, ATermWithAFailedCourseIsLeftOut) {
     EXPECT_EQ(core.widgetReloads, reloads);
 }
 
-TEST_F(PassTest, ASignOutOrALaterPassOvertakesIt) {
+TEST_F(PassTest, ASignOutOrALaterPassStopsARunningPass) {
     pass();
     canvas.hold(path(1, "enrollments"));
     controller.refresh();
@@ -260,7 +260,7 @@ TEST_F(PassTest, ASignOutOrALaterPassOvertakesIt) {
     EXPECT_TRUE(widgets().empty());
     EXPECT_TRUE(controller.dashboard().model().terms.empty());
 
-    // A second pass while the first waits: its numbers alone are shown.
+    // A second pass while the first is waiting: only its numbers are shown.
     core.connectTo(canvas.address());
     canvas.hold(path(1, "enrollments"));
     controller.refresh();
@@ -276,7 +276,7 @@ TEST_F(PassTest, ASignOutOrALaterPassOvertakesIt) {
     canvas.release();
     ASSERT_TRUE(test::until([&] { return core.session.requestLimiter().inFlight() == 0; }));
     QCoreApplication::processEvents();
-    EXPECT_EQ(passes.size(), 2U) << "the first pass came to no end of its own";
+    EXPECT_EQ(passes.size(), 2U) << "the replaced pass does not report an end";
     EXPECT_EQ(controller.dashboard().shownTerm()->cards[0].flagged(), 2);
     EXPECT_FALSE(controller.dashboard().progress().running);
 }
@@ -299,7 +299,7 @@ TEST_F(PassTest, AStudentIsMentionedOnceUntilTheCourseIsOpened) {
     EXPECT_EQ(core.notifications.posted.size(), 2U);
 }
 
-TEST_F(PassTest, TheSampleCollegeFeedsWidgetsOnlyWhenAsked) {
+TEST_F(PassTest, TheSampleCollegeFeedsWidgetsOnlyIfEnabled) {
     core.defaults.set(preferences::sampleData, true);
     pass();
     EXPECT_TRUE(widgets().empty());

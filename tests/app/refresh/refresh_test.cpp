@@ -1,4 +1,5 @@
-// What the program asks of Canvas and records, over a term of events, against a Canvas on loopback.
+// What the program requests from Canvas and records after various events, with a fake Canvas
+// server.
 #include "app/mainwindowcontroller.h"
 #include "net/runtoend.h"
 #include "support/core.h"
@@ -18,7 +19,7 @@ using namespace std::chrono_literals;
 using test::noon;
 using test::until;
 
-/// The clock on the wall moves by hand; the machine's goes on, and is moved besides.
+/// The tests set the wall clock. The machine's clock runs, and the tests advance it as well.
 Date wallTime;
 ElapsedTime slept;
 
@@ -30,7 +31,8 @@ ElapsedTime machineClock() {
     return elapsedNow() + slept;
 }
 
-/// A program connected to a Canvas with a term of two courses and one course without a term.
+/// A controller connected to a fake Canvas with a term of two courses and one course without a
+/// term.
 struct RefreshTest : testing::Test {
     test::Core core{{}, wallClock};
     test::FakeCanvas canvas;
@@ -96,7 +98,7 @@ struct RefreshTest : testing::Test {
         });
     }
 
-    /// Started, with a pass, and a course on screen.
+    /// Starts, waits for the first pass, and selects a course.
     void start(std::int64_t courseID = 1) {
         controller->refresh();
         ASSERT_TRUE(until([&] { return passes == 1; }));
@@ -119,7 +121,7 @@ struct RefreshTest : testing::Test {
     }
 };
 
-TEST_F(RefreshTest, SwitchingWindowsAsksForOneFreshenAndOnePass) {
+TEST_F(RefreshTest, SwitchingWindowsReadsEachCourseOnce) {
     start();
     pass(10min);
     for (int i = 0; i < 120; ++i) {
@@ -129,7 +131,7 @@ TEST_F(RefreshTest, SwitchingWindowsAsksForOneFreshenAndOnePass) {
     }
     ASSERT_TRUE(until([&] { return passes == 2; }));
     ASSERT_TRUE(untilQuiet());
-    EXPECT_EQ(canvas.requests.size(), 6U) << "each of the term's two courses once";
+    EXPECT_EQ(canvas.requests.size(), 6U) << "both courses of the term, once each";
     controller->setActive(true);
     pass(59s);
     controller->setActive(true);
@@ -137,7 +139,7 @@ TEST_F(RefreshTest, SwitchingWindowsAsksForOneFreshenAndOnePass) {
     EXPECT_EQ(canvas.requests.size(), 6U) << "fresh";
 }
 
-TEST_F(RefreshTest, AHeldKeyInTheSidebarAsksForTheLastCourseAlone) {
+TEST_F(RefreshTest, AHeldKeyInTheSidebarReadsOnlyTheLastCourse) {
     start(1);
     pass(10min);
     controller->select(CourseSelection{2});
@@ -148,7 +150,7 @@ TEST_F(RefreshTest, AHeldKeyInTheSidebarAsksForTheLastCourseAlone) {
     EXPECT_EQ(asked(path(3, "enrollments")), 1);
 }
 
-TEST_F(RefreshTest, ACourseThatIsRefusedCostsItsOwnTermAndIsNamed) {
+TEST_F(RefreshTest, ARefusedCourseIsNamed) {
     start();
     canvas.plan(path(2, "enrollments"), {{.status = 403}, {.status = 403}, {.status = 403}});
     controller->select(TermSelection{9});
@@ -161,27 +163,27 @@ TEST_F(RefreshTest, ACourseThatIsRefusedCostsItsOwnTermAndIsNamed) {
     controller->refresh();
     ASSERT_TRUE(until([&] { return passes == 2; }));
     EXPECT_THAT(controller->dashboard().failedCourses(9), testing::ElementsAre("Bio"));
-    EXPECT_EQ(controller->dashboard().progress(), PassProgress{}) << "nothing is waited for";
+    EXPECT_EQ(controller->dashboard().progress(), PassProgress{}) << "the pass has ended";
     EXPECT_TRUE(errors.empty());
 }
 
-TEST_F(RefreshTest, AnAutomaticFreshenIsNoVisit) {
+TEST_F(RefreshTest, AnAutomaticRefreshIsNotAVisit) {
     start();
     EXPECT_THAT(levels(1), testing::ElementsAre("OK")) << "the course was opened";
     serveScore(canvas, 1, 20);
     pass(10min);
     controller->setActive(true);
     ASSERT_TRUE(until([&] { return passes == 2; }));
-    EXPECT_EQ(levelCounts(controller->roster().rows).flagged(), 1) << "shown as it is now";
-    EXPECT_THAT(levels(1), testing::ElementsAre("OK")) << "the day has its entry";
+    EXPECT_EQ(levelCounts(controller->roster().rows).flagged(), 1) << "the current level is shown";
+    EXPECT_THAT(levels(1), testing::ElementsAre("OK")) << "the day already has an entry";
 
-    // The next day's first freshen, behind another window, records nothing either.
+    // The next day's first refresh, while the program is inactive, records nothing either.
     pass(24h);
     controller->setActive(false);
     controller->computerDidWake();
     ASSERT_TRUE(until([&] { return passes == 3; }));
     EXPECT_THAT(levels(1), testing::ElementsAre("OK"));
-    // In front it does, once.
+    // While the program is active it does, once.
     pass(10min);
     controller->setActive(true);
     ASSERT_TRUE(until([&] { return passes == 4; }));
@@ -191,12 +193,12 @@ TEST_F(RefreshTest, AnAutomaticFreshenIsNoVisit) {
     EXPECT_EQ(levels(1).size(), 2U);
 }
 
-TEST_F(RefreshTest, AnotherAddressIsASignOutFromTheFirst) {
+TEST_F(RefreshTest, AnotherAddressSignsOutOfTheFirst) {
     start();
     test::FakeCanvas other;
     other.serve(QStringLiteral("/api/v1/courses"), {R"({"id":1,"name":"Other"})"});
     serveScore(other, 1, 90);
-    // Another process saves it.
+    // As if saved by another process.
     core.connectTo(other.address());
     EXPECT_TRUE(controller->courses().isEmpty());
     EXPECT_EQ(controller->flaggedStudents(1), std::nullopt);
@@ -204,7 +206,7 @@ TEST_F(RefreshTest, AnotherAddressIsASignOutFromTheFirst) {
     ASSERT_TRUE(until([&] { return !controller->courses().isEmpty(); }));
     ASSERT_TRUE(untilQuiet());
     EXPECT_EQ(displayName(controller->courses().latest().front()), "Other");
-    EXPECT_TRUE(canvas.requests.empty()) << "the first Canvas is asked nothing more";
+    EXPECT_TRUE(canvas.requests.empty()) << "no more requests to the first Canvas";
 }
 
 TEST_F(RefreshTest, AfterASignOutNoRequestStarts) {
@@ -215,23 +217,24 @@ TEST_F(RefreshTest, AfterASignOutNoRequestStarts) {
     static_cast<void>(runToEnd(core.check.signOut()));
     EXPECT_EQ(controller->status(), "Not connected");
     EXPECT_EQ(controller->roster().state, RosterView::State::notConnected);
-    EXPECT_TRUE(controller->courses().isEmpty()) << "at once, while the list hangs";
+    EXPECT_TRUE(controller->courses().isEmpty())
+        << "at once, although the list is still being read";
     canvas.release();
     ASSERT_TRUE(untilQuiet());
     EXPECT_EQ(canvas.requests.size(), 1U);
 }
 
-TEST_F(RefreshTest, AWakeAfterWeeksScoresTheTermsOfThatDay) {
+TEST_F(RefreshTest, WakingUpMonthsLaterUsesTheTermsOfThatDay) {
     start();
     ASSERT_EQ(controller->dashboard().preparedTerms().size(), 1U);
     pass(24h * 200);
     controller->computerDidWake();
     ASSERT_TRUE(until([&] { return passes == 2; }));
-    EXPECT_TRUE(controller->dashboard().preparedTerms().empty()) << "the term is long over";
+    EXPECT_TRUE(controller->dashboard().preparedTerms().empty()) << "the term has long ended";
     EXPECT_EQ(asked(QStringLiteral("/api/v1/courses")), 1) << "the list is read again";
 }
 
-TEST_F(RefreshTest, ThresholdsAreOneStateInEachResult) {
+TEST_F(RefreshTest, AThresholdChangedDuringAPassAppliesToAllItsCourses) {
     start();
     canvas.hold(path(2, "enrollments"));
     controller->refresh();
@@ -247,7 +250,7 @@ TEST_F(RefreshTest, ThresholdsAreOneStateInEachResult) {
         EXPECT_EQ(course.atRisk + course.concern + course.watch, 1);
 }
 
-TEST_F(RefreshTest, WithoutRowsTheFirstFailureAloneIsShown) {
+TEST_F(RefreshTest, WithoutRowsOnlyTheFirstFailureIsShown) {
     const std::vector<test::FakeReply> down(9, {.status = 404});
     canvas.plan(QStringLiteral("/api/v1/courses"), down);
     controller->refresh();

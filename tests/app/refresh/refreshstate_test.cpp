@@ -13,7 +13,8 @@ using Kind = Event::Kind;
 
 constexpr ElapsedTime noon = 1000h;
 
-/// One letter an action: capitals begin, small letters stop; "q" opens the connection quietly.
+/// One letter for each action: capitals start a read, lower-case letters stop one, and "q" opens
+/// the connection quietly.
 std::string letters(const std::vector<Action> &actions) {
     std::string text;
     for (const Action action : actions)
@@ -21,7 +22,7 @@ std::string letters(const std::vector<Action> &actions) {
     return text;
 }
 
-/// Drives the function through a story.
+/// Applies a sequence of events.
 struct Story {
     State state;
     ElapsedTime now = noon;
@@ -45,7 +46,7 @@ struct Story {
         now += wait;
         return send(kind);
     }
-    /// Lets time pass up to the next deadline; "-" when there is none.
+    /// Advances the time to the next deadline; "-" if there is none.
     std::string toDeadline() {
         const auto deadline = nextDeadline(state, now);
         if (!deadline)
@@ -54,7 +55,7 @@ struct Story {
         return send(Kind::deadline);
     }
 
-    /// Started and read, with a roster on screen.
+    /// Everything has been read, and a roster is on screen.
     static Story idle() {
         Story story;
         story.send(Kind::refreshRequested);
@@ -103,7 +104,7 @@ struct Story {
     }
 };
 
-/// What each event brings about in each state.
+/// The actions that each event causes in each state.
 TEST(RefreshState, EveryEventInEveryState) {
     const std::array<std::pair<const char *, Story>, 9> states{{
         {"not started", Story{}},
@@ -156,9 +157,9 @@ TEST(RefreshState, EveryEventInEveryState) {
     }
 }
 
-TEST(RefreshState, AStartReadsListThenPass) {
+TEST(RefreshState, AStartReadsTheListAndRunsAPass) {
     Story story;
-    EXPECT_EQ(story.send(Kind::activated), "") << "the first window comes to the front";
+    EXPECT_EQ(story.send(Kind::activated), "") << "the first window becomes active";
     EXPECT_EQ(story.send(Kind::refreshRequested), "O");
     EXPECT_EQ(story.send(Kind::activated), "");
     EXPECT_EQ(story.send(Kind::connectionOpened), "L");
@@ -167,7 +168,7 @@ TEST(RefreshState, AStartReadsListThenPass) {
     EXPECT_EQ(story.toDeadline(), "-");
 }
 
-TEST(RefreshState, AnyNumberOfRefreshesAreTwo) {
+TEST(RefreshState, RefreshesDuringOneCauseOneMore) {
     Story story = Story::idle();
     EXPECT_EQ(story.send(Kind::refreshRequested), "O");
     EXPECT_EQ(story.send(Kind::connectionOpened), "L");
@@ -181,13 +182,14 @@ TEST(RefreshState, AnyNumberOfRefreshesAreTwo) {
     EXPECT_EQ(story.endPass(), "");
 }
 
-TEST(RefreshState, EachListThatIsReadIsFollowedByAPass) {
+TEST(RefreshState, APassFollowsEachListRead) {
     Story story = Story::readingList();
     story.send(Kind::refreshRequested);
     EXPECT_EQ(story.send(Kind::listRead), "O");
     EXPECT_EQ(story.send(Kind::connectionOpened), "LR");
     EXPECT_EQ(story.send(Kind::rosterRead), "");
-    EXPECT_EQ(story.send(Kind::listFailed), "P") << "a second refresh that fails takes no pass";
+    EXPECT_EQ(story.send(Kind::listFailed), "P")
+        << "a failed second refresh does not prevent the pass";
 
     Story timer = Story::readingList();
     EXPECT_EQ(timer.send(Kind::timerFired), "");
@@ -195,14 +197,14 @@ TEST(RefreshState, EachListThatIsReadIsFollowedByAPass) {
     EXPECT_EQ(timer.send(Kind::rosterRead), "P");
 }
 
-TEST(RefreshState, ComingBackFreshensWhatIsOlderThanAMinute) {
+TEST(RefreshState, ActivationReadsAgainWhatIsAMinuteOld) {
     Story story = Story::idle();
     story.now += 59s;
     EXPECT_EQ(story.send(Kind::activated), "");
     story.now += 1s;
     EXPECT_EQ(story.send(Kind::activated), "q");
     for (int i = 0; i < 7; ++i)
-        EXPECT_EQ(story.send(Kind::activated), "") << "the same thing is under way";
+        EXPECT_EQ(story.send(Kind::activated), "") << "already under way";
     EXPECT_EQ(story.send(Kind::connectionOpened), "R");
     EXPECT_EQ(story.send(Kind::activated), "");
     EXPECT_EQ(story.send(Kind::rosterRead), "P");
@@ -219,10 +221,10 @@ TEST(RefreshState, ComingBackFreshensWhatIsOlderThanAMinute) {
     EXPECT_EQ(old.send(Kind::woke), "q");
     EXPECT_EQ(old.send(Kind::connectionOpened), "L");
     EXPECT_EQ(old.send(Kind::listRead), "R");
-    EXPECT_EQ(old.state.roster.running, Initiative::program) << "no visit";
+    EXPECT_EQ(old.state.roster.running, Initiative::program) << "not a visit";
 }
 
-TEST(RefreshState, ARosterThatHangsHoldsNothingBack) {
+TEST(RefreshState, AHangingRosterDelaysAPassOnlyBriefly) {
     Story story = Story::readingList();
     EXPECT_EQ(story.send(Kind::listRead), "R");
     EXPECT_EQ(story.toDeadline(), "P");
@@ -230,7 +232,7 @@ TEST(RefreshState, ARosterThatHangsHoldsNothingBack) {
     EXPECT_EQ(story.toDeadline(), "-");
 }
 
-TEST(RefreshState, TheNewestChoiceIsReadAndThosePassedOverAreNot) {
+TEST(RefreshState, OnlyTheLastOfSeveralQuickSelectionsIsRead) {
     Story story = Story::idle();
     for (int i = 0; i < 20; ++i) {
         EXPECT_EQ(story.select(), "");
@@ -243,7 +245,7 @@ TEST(RefreshState, TheNewestChoiceIsReadAndThosePassedOverAreNot) {
     EXPECT_EQ(story.state.roster.running, Initiative::teacher);
 }
 
-TEST(RefreshState, WhatFailedForWantOfANetworkIsTriedAgain) {
+TEST(RefreshState, ReadsThatFailedWithoutANetworkAreRetried) {
     Story story = Story::stale(10min);
     EXPECT_EQ(story.send(Kind::woke), "q");
     EXPECT_EQ(story.send(Kind::connectionOpened), "R");
@@ -259,12 +261,12 @@ TEST(RefreshState, WhatFailedForWantOfANetworkIsTriedAgain) {
         EXPECT_EQ(story.fail(Kind::passEnded), "");
         failedAt = story.now;
     }
-    EXPECT_EQ(story.toDeadline(), "-") << "from then on the network is waited for";
+    EXPECT_EQ(story.toDeadline(), "-") << "no more retries until there is a network";
     EXPECT_EQ(story.after(10h, Kind::networkReachable), "q");
     EXPECT_EQ(story.send(Kind::connectionOpened), "R");
     EXPECT_EQ(story.send(Kind::rosterRead), "P");
     EXPECT_EQ(story.endPass(), "");
-    EXPECT_EQ(story.send(Kind::networkReachable), "") << "all is made good";
+    EXPECT_EQ(story.send(Kind::networkReachable), "") << "nothing is left to retry";
 
     Story start;
     start.send(Kind::refreshRequested);
@@ -273,10 +275,10 @@ TEST(RefreshState, WhatFailedForWantOfANetworkIsTriedAgain) {
     EXPECT_EQ(start.toDeadline(), "q");
     EXPECT_EQ(start.send(Kind::connectionOpened), "L");
     EXPECT_EQ(start.send(Kind::listFailed), "");
-    EXPECT_EQ(start.toDeadline(), "-") << "Canvas has answered";
+    EXPECT_EQ(start.toDeadline(), "-") << "no retry after a response from Canvas";
 }
 
-TEST(RefreshState, APassSlowerThanTheTimerEndsAndIsFollowedByOne) {
+TEST(RefreshState, OnePassFollowsAPassSlowerThanTheTimer) {
     Story story = Story::passing();
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(story.after(30min, Kind::timerFired), "");
@@ -284,7 +286,7 @@ TEST(RefreshState, APassSlowerThanTheTimerEndsAndIsFollowedByOne) {
     EXPECT_EQ(story.send(Kind::connectionOpened), "P");
     EXPECT_EQ(story.endPass(), "");
 
-    // A refresh replaces it only when its list is in.
+    // A refresh replaces a running pass only once its list has been read.
     story = Story::passing();
     EXPECT_EQ(story.send(Kind::refreshRequested), "O");
     EXPECT_EQ(story.send(Kind::connectionOpened), "L");
@@ -292,15 +294,15 @@ TEST(RefreshState, APassSlowerThanTheTimerEndsAndIsFollowedByOne) {
     EXPECT_TRUE(story.state.pass.running);
 }
 
-TEST(RefreshState, AnUnreadableKeyringDropsWhatWasWanted) {
+TEST(RefreshState, AnUnreadableKeyringDropsRequestedReads) {
     Story story = Story::stale(10min);
     EXPECT_EQ(story.send(Kind::timerFired), "q");
     EXPECT_EQ(story.send(Kind::connectionFailed), "");
     EXPECT_EQ(story.toDeadline(), "-");
-    EXPECT_EQ(story.send(Kind::timerFired), "q") << "the next firing asks again";
+    EXPECT_EQ(story.send(Kind::timerFired), "q") << "the timer tries again";
 }
 
-TEST(RefreshState, TheTeachersRequestTurnsAFreshenIntoAVisit) {
+TEST(RefreshState, TheTeachersRequestTurnsARunningReadIntoAVisit) {
     Story story = Story::stale(10min);
     story.send(Kind::activated);
     story.send(Kind::connectionOpened);

@@ -11,7 +11,8 @@ namespace {
 
 using test::TemporaryFolder;
 
-/// A course of two students, one assignment each hands in or not.
+/// A course with one assignment, which one of its two students is missing. A user who is not on the
+/// roster is missing it too.
 struct SavedCourse {
     TemporaryFolder folder;
 
@@ -41,14 +42,14 @@ struct SavedCourse {
     }
 };
 
-TEST(SavedCourse, IsScoredWithoutThePeopleOffTheRoster) {
+TEST(SavedCourse, IsScoredWithoutUsersNotOnTheRoster) {
     const ScoredCourse course = SavedCourse().score();
     ASSERT_EQ(course.rows.size(), 2U);
     EXPECT_EQ(course.rows[0].id, 2);
     EXPECT_EQ(course.rows[0].reasonLines[0].text, "1 of 1 assignments missing — 100% of the grade");
     ASSERT_EQ(course.missedWork.size(), 1U);
     EXPECT_THAT(course.missedWork[0].studentIDs, testing::ElementsAre(2));
-    EXPECT_EQ(course.records->submissions.size(), 2U) << "the records stay as fetched";
+    EXPECT_EQ(course.records->submissions.size(), 2U) << "the records are kept as fetched";
     EXPECT_EQ(levelCounts(course.rows).flagged(), 1);
 }
 
@@ -62,7 +63,7 @@ TEST(SavedCourse, WithoutSharesMissingWorkIsCountedAndNamed) {
     EXPECT_EQ(missingAssignments(row)[0].name, "Essay");
 }
 
-TEST(SavedCourse, OneClearSentenceForEveryBadFile) {
+TEST(SavedCourse, EveryInvalidFileIsReportedInOneSentence) {
     const std::string deep(200'000, '[');
     struct Row {
         const char *file;
@@ -77,7 +78,7 @@ TEST(SavedCourse, OneClearSentenceForEveryBadFile) {
              {"enrollments.json", R"([{"id": 1}])",
               "enrollments.json couldn't be read: Enrollment [0].user_id is missing"},
              {"assignment_groups.json", " <!DOCTYPE html><html>",
-              "assignment_groups.json holds a web page, not Canvas's JSON."},
+              "assignment_groups.json contains a web page instead of Canvas JSON."},
              {"submissions.json", deep,
               "submissions.json couldn't be read: SubmissionSummary: it nests deeper than 64 "
               "levels"},

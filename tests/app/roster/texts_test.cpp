@@ -13,7 +13,7 @@ namespace {
 using test::at;
 using testing::ElementsAre;
 
-TEST(RosterTexts, TellFiguresInWords) {
+TEST(RosterTexts, FormatFigures) {
     const Date now = at("2026-09-24T12:00:00Z"); // seven in the morning in Chicago
     EXPECT_EQ(lastActiveText(std::nullopt, now), "never");
     EXPECT_EQ(lastActiveText(at("2026-09-24T05:00:00Z"), now), "today");
@@ -33,7 +33,7 @@ TEST(RosterTexts, TellFiguresInWords) {
     EXPECT_EQ(moreAccessibleText(3), "3 more missing, press to show");
 }
 
-TEST(TermGroups, StandNewestFirst) {
+TEST(TermGroups, AreSortedNewestFirst) {
     const auto course = [](std::int64_t id, std::optional<Term> term) {
         return Course{.id = id, .term = std::move(term)};
     };
@@ -53,7 +53,7 @@ TEST(TermGroups, StandNewestFirst) {
     EXPECT_EQ(groups[4].id(), std::nullopt);
 }
 
-TEST(TermRows, HoldFlaggedStudentsOfEveryCourse) {
+TEST(TermRows, ContainTheFlaggedStudentsOfEveryCourse) {
     ScoredCourse first;
     ScoredCourse second;
     first.rows = {
@@ -71,7 +71,7 @@ TEST(TermRows, HoldFlaggedStudentsOfEveryCourse) {
         keys, ElementsAre(std::pair(20, 1), std::pair(10, 1), std::pair(10, 2), std::pair(20, 2)));
 }
 
-TEST(CanvasLinks, AreBuiltBelowTheSavedAddress) {
+TEST(CanvasLinks, AreBuiltFromTheSavedAddress) {
     struct Row {
         const char *base;
         std::optional<std::string> course;

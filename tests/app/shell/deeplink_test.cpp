@@ -26,7 +26,7 @@ TEST(DeepLink, NamesACourseOrNothing) {
              Row{"ellwynd://course/4021#top", 4021},
              Row{"ellwynd://course/4021/a?b#c", 4021},
              Row{"ellwynd://somebody@course:80/4021", 4021},
-             // Another scheme or host, or the same in other letters.
+             // Another scheme or host, or a different case.
              Row{"other://course/4021", std::nullopt},
              Row{"Ellwynd://course/4021", std::nullopt},
              Row{"xellwynd://course/4021", std::nullopt},
@@ -39,7 +39,7 @@ TEST(DeepLink, NamesACourseOrNothing) {
              Row{"ellwynd://course@elsewhere/4021", std::nullopt},
              Row{"ellwynd://course:port/4021", std::nullopt},
              Row{"ellwynd:///course/4021", std::nullopt},
-             // No decimal number of 64 bits.
+             // Not a 64-bit decimal number.
              Row{"ellwynd://course", std::nullopt},
              Row{"ellwynd://course/", std::nullopt},
              Row{"ellwynd://course?4021", std::nullopt},
@@ -66,7 +66,7 @@ TEST(DeepLink, NamesACourseOrNothing) {
         EXPECT_EQ(courseOfLink(row.link), row.courseID) << row.link.substr(0, 60);
 }
 
-TEST(DeepLink, WordsAreLinksOrNot) {
+TEST(DeepLink, RecognisesWordsThatLookLikeLinks) {
     for (const char *word : {"ellwynd://course/1", "https://canvas.example.edu", "a+b-c.1:x"})
         EXPECT_TRUE(looksLikeLink(word)) << word;
     for (const char *word :

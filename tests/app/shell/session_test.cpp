@@ -1,4 +1,4 @@
-// One program for a session, on a bus of its own; see support/with-bus.
+// One instance for each session, on a private bus; see support/with-bus.
 #include "app/mainwindowcontroller.h"
 #include "app/shell/appdelegate.h"
 #include "app/updates/updater.h"
@@ -31,8 +31,8 @@ bool nameIsOwned() {
     return QDBusConnection::sessionBus().interface()->isServiceRegistered(name);
 }
 
-/// The program itself, in a home of its own, on this bus and without a display. Its standard error
-/// is a terminal, since the log goes there whether the system keeps a log or not.
+/// The program as a process on this bus, with a temporary home and without a display. Its standard
+/// error is a terminal, since the log is always written to one, even if there is a journal.
 class Program {
   public:
     explicit Program(const QStringList &arguments) {
@@ -46,7 +46,7 @@ class Program {
         std::array<char, 64> terminalName{};
         if (::grantpt(terminal) != 0 || ::unlockpt(terminal) != 0 ||
             ::ptsname_r(terminal, terminalName.data(), terminalName.size()) != 0)
-            throw std::runtime_error("there is no terminal");
+            throw std::runtime_error("no pseudo-terminal");
         process.setStandardErrorFile(QString::fromUtf8(terminalName.data()));
         process.start(QStringLiteral(ELLWYND_PROGRAM), arguments);
     }
@@ -58,7 +58,8 @@ class Program {
     Program(const Program &) = delete;
     Program &operator=(const Program &) = delete;
 
-    /// Its status once it has ended; meanwhile this process goes on answering.
+    /// Waits for its end while handling events. Returns its exit status; negative on a timeout or a
+    /// crash.
     [[nodiscard]] int status() {
         if (!test::until([this] { return process.state() == QProcess::NotRunning; }))
             return -1;
@@ -80,7 +81,7 @@ class Program {
     std::string collected;
 };
 
-/// A program of the session inside this process, on the sample college.
+/// An instance inside this process, with the sample college.
 struct Shell {
     test::Core core{{{"SampleData", true}}};
     MainWindowController controller{core.defaults, core.connector, core.stores,
@@ -104,7 +105,7 @@ struct Shell {
     }
 };
 
-/// Another peer of the bus, which calls as anybody may.
+/// Another peer on the bus, which may make any call.
 struct Peer {
     QDBusConnection bus =
         QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("peer"));
@@ -125,7 +126,7 @@ struct Peer {
 
 const QStringList linkTo900102{QStringLiteral("ellwynd://course/900102")};
 
-TEST(Session, ASecondStartHandsItsLinkOver) {
+TEST(Session, ASecondStartForwardsItsLink) {
     Shell first;
     ASSERT_EQ(first.service.start({}, {}), ApplicationService::Outcome::first);
     first.delegate.launch({});
@@ -136,16 +137,16 @@ TEST(Session, ASecondStartHandsItsLinkOver) {
     EXPECT_EQ(first.courseShown(), 900102);
     EXPECT_THAT(first.activations, ElementsAre("token-of-start"));
     EXPECT_FALSE(std::filesystem::exists(second.home.path() / "Ellwynd"))
-        << "the second start has nothing to do with the files";
+        << "the second start does not touch the files";
 
     Program third({QStringLiteral("-SampleData"), QStringLiteral("YES")});
     EXPECT_EQ(third.status(), 0) << third.errors();
     EXPECT_EQ(first.courseShown(), 900102);
-    EXPECT_EQ(first.activations.size(), 2U) << "without a link the window comes to the front";
+    EXPECT_EQ(first.activations.size(), 2U) << "without a link the window is raised";
 }
 
-TEST(Session, TwoProgramsAreOne) {
-    // The window system's own options may stand anywhere.
+TEST(Session, ASecondProcessForwardsItsLinkAndEnds) {
+    // Qt's own options may come first.
     Program first(
         {QStringLiteral("--platform"), QStringLiteral("offscreen"), QStringLiteral("-SampleData"),
          QStringLiteral("YES")});
@@ -153,14 +154,14 @@ TEST(Session, TwoProgramsAreOne) {
     Program second(linkTo900102);
     EXPECT_EQ(second.status(), 0) << second.errors();
     EXPECT_TRUE(test::until([&] {
-        return first.errors().find("A link asks for course 900102") != std::string::npos;
+        return first.errors().find("A link requested course 900102") != std::string::npos;
     })) << first.errors();
     EXPECT_EQ(first.process.state(), QProcess::Running);
     EXPECT_THAT(first.errors(), HasSubstr("Ellwynd launching"));
     EXPECT_THAT(second.errors(), testing::Not(HasSubstr("Ellwynd launching")));
 }
 
-TEST(Session, NonsenseIsRefused) {
+TEST(Session, InvalidArgumentsAreRejected) {
     for (const char *word : {"--nonsense", "course", "-SampleData", "/etc/passwd"}) {
         Program program({QString::fromUtf8(word)});
         EXPECT_EQ(program.status(), 2) << word;
@@ -169,17 +170,17 @@ TEST(Session, NonsenseIsRefused) {
     EXPECT_FALSE(nameIsOwned());
 }
 
-TEST(Session, ANameWithoutAnAnswerHoldsNobodyUp) {
+TEST(Session, AnInstanceThatDoesNotAnswerIsReported) {
     SessionBusService silent;
     ASSERT_EQ(silent.start({}, {}), ApplicationService::Outcome::first);
     Program second(linkTo900102);
-    // Nobody runs the event loop that would answer.
-    EXPECT_TRUE(second.process.waitForFinished(9000)) << "it waits for ever";
+    // The event loop that would answer is not running.
+    EXPECT_TRUE(second.process.waitForFinished(9000)) << "it waits forever";
     EXPECT_EQ(second.status(), 1);
     EXPECT_THAT(second.errors(), HasSubstr("does not answer"));
 }
 
-TEST(Session, ANameWithoutTheObjectHoldsNobodyUp) {
+TEST(Session, ANameWithoutTheObjectIsReported) {
     QDBusConnection bus = QDBusConnection::sessionBus();
     ASSERT_TRUE(bus.registerService(name));
     Program second({});
@@ -187,7 +188,7 @@ TEST(Session, ANameWithoutTheObjectHoldsNobodyUp) {
     bus.unregisterService(name);
 }
 
-TEST(Session, WithoutABusTheProgramIsAlone) {
+TEST(Session, WithoutABusEveryInstanceIsTheFirst) {
     SessionBusService alone(QDBusConnection(QStringLiteral("no such connection")));
     EXPECT_EQ(alone.start(linkTo900102, {}), ApplicationService::Outcome::first);
     alone.releaseName();
@@ -232,11 +233,11 @@ TEST(Session, CallsOpenACourseOrDoNothing) {
     EXPECT_EQ(open({link(4021)}, nothing), "");
     EXPECT_EQ(shell.courseShown(), asBefore) << "a course that the list does not have";
     EXPECT_EQ(open({QStringLiteral("ellwynd://courses/900101"), QString()}, nothing), "");
-    EXPECT_THAT(shell.activations, ElementsAre()) << "no link";
+    EXPECT_THAT(shell.activations, ElementsAre()) << "not a course link";
     QStringList many(100'000, QString(64, u'x'));
     many << link(900101);
     EXPECT_EQ(open(many, {{token, QString(100'000, u'x')}}), "");
-    EXPECT_EQ(shell.courseShown(), asBefore) << "behind too many";
+    EXPECT_EQ(shell.courseShown(), asBefore) << "after too many links";
     EXPECT_THAT(shell.activations, ElementsAre());
 
     const std::string unknownMethod = "org.freedesktop.DBus.Error.UnknownMethod";
@@ -270,7 +271,7 @@ TEST(Session, CallsOpenACourseOrDoNothing) {
     EXPECT_THAT(shell.activations, ElementsAre("", ""));
 }
 
-TEST(Session, NoticesComeToTheFrontAndOpenTheirCourse) {
+TEST(Session, ANoticeRaisesTheWindowAndOpensItsCourse) {
     Shell shell;
     shell.delegate.launch({});
     shell.delegate.openNotice(900201, QStringLiteral("token"));
@@ -280,7 +281,7 @@ TEST(Session, NoticesComeToTheFrontAndOpenTheirCourse) {
     EXPECT_THAT(shell.activations, ElementsAre("token", ""));
 }
 
-TEST(Session, SwitchingSampleModeFreesTheNameAndStartsAnew) {
+TEST(Session, SwitchingSampleModeReleasesTheNameAndRelaunches) {
     struct Row {
         const char *what;
         PreferenceMap arguments;
@@ -291,12 +292,12 @@ TEST(Session, SwitchingSampleModeFreesTheNameAndStartsAnew) {
     for (const Row &row : {
              Row{"entering", {}, std::nullopt, true, "settings: Sample data on; relaunching"},
              Row{"leaving", {}, true, false, "settings: Sample data off; relaunching"},
-             Row{"leaving what was forced",
+             Row{"leaving when a launch argument forces it",
                  {{"SampleData", true}},
                  std::nullopt,
                  false,
                  "settings: Sample data off; relaunching"},
-             Row{"entering although it is saved",
+             Row{"entering when a launch argument overrides it",
                  {{"SampleData", false}},
                  true,
                  true,
@@ -334,7 +335,7 @@ TEST(Session, SwitchingSampleModeFreesTheNameAndStartsAnew) {
                 EXPECT_EQ(log.lines().back(), "settings: Relaunch failed: no such file");
                 EXPECT_EQ(defaults.persistentDomain(), before) << row.what;
             } else {
-                // What a new instance reads, which has no launch arguments.
+                // As read by a new instance, which has no launch arguments.
                 const UserDefaults next(shell.core.folder.path() / "Other.json", {});
                 EXPECT_EQ(next.value(preferences::sampleData), row.after) << row.what;
             }
@@ -342,7 +343,7 @@ TEST(Session, SwitchingSampleModeFreesTheNameAndStartsAnew) {
     }
 }
 
-TEST(Session, AProgramThatIsNotThereCannotBeStarted) {
+TEST(Session, AMissingExecutableIsReported) {
     const auto failure = startDetached(QStringLiteral("/nonexistent/ellwynd"));
     ASSERT_TRUE(failure);
     EXPECT_NE(*failure, "");

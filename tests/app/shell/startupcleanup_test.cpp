@@ -46,7 +46,7 @@ TEST(StartupCleanup, RemovesTheResidualFilesAndNothingElse) {
             "settings: Removed residual URL cache file Cache.db-shm"));
 }
 
-TEST(StartupCleanup, AFolderThatIsNotThereIsClean) {
+TEST(StartupCleanup, AMissingFolderIsNotAnError) {
     const test::TemporaryFolder folder;
     const test::LogCapture log;
     removeResidualCacheFiles(folder.path() / "nothing");
@@ -54,12 +54,12 @@ TEST(StartupCleanup, AFolderThatIsNotThereIsClean) {
     EXPECT_THAT(log.lines(), ElementsAre());
 }
 
-TEST(StartupCleanup, SaysWhatCannotBeRemoved) {
+TEST(StartupCleanup, LogsWhatCannotBeRemoved) {
     const test::TemporaryFolder folder;
     folder.write("Cache.db", "rows");
     constexpr auto readOnly = fs::perms(0555);
     fs::permissions(folder.path(), readOnly);
-    // Nothing is forbidden to the superuser, as whom tests may run.
+    // Permissions do not restrict the superuser, as whom the tests may run.
     const uid_t user = ::geteuid();
     constexpr uid_t nobody = 65534;
     const test::LogCapture log;

@@ -14,7 +14,7 @@ namespace {
 using testing::ElementsAre;
 using Reason = CloudChange::Reason;
 
-TEST(SyncedFolder, NamesItsFilesAndKnowsConflictCopies) {
+TEST(SyncedFolder, NamesItsFilesAndIgnoresConflictCopies) {
     for (const char *key : {"TextScale", "Course.4021.PassingScore", "Trend.12", "ünï %/..", "a b"})
         EXPECT_EQ(SyncedFolder::keyOf(SyncedFolder::fileName(key)), key);
     EXPECT_EQ(SyncedFolder::fileName("../x"), "..%2Fx.json");
@@ -43,14 +43,14 @@ struct Machine {
     }
 };
 
-TEST(SyncedFolder, ReportsWhatOthersDidOnce) {
+TEST(SyncedFolder, ReportsChangesOfOthersOnce) {
     const test::TemporaryFolder shared;
     Machine first(shared);
     first.store.set("TextScale", 1.5);
     first.store.set("Course.7.InactivityDays", std::int64_t{9});
     first.store.set("SidebarExpandedTerms", IDList{1, 2});
     first.store.synchronize();
-    EXPECT_TRUE(first.changes.empty()) << "no echo of its own";
+    EXPECT_TRUE(first.changes.empty()) << "its own changes are not reported";
 
     Machine second(shared);
     second.store.synchronize();
@@ -64,7 +64,7 @@ TEST(SyncedFolder, ReportsWhatOthersDidOnce) {
 
     first.store.remove("TextScale");
     first.store.set("Course.7.InactivityDays", std::int64_t{10});
-    // A later start of the second machine reports only what changed since.
+    // A later start of the second machine reports only the changes since.
     SyncedFolder again(shared.path() / "Ellwynd", second.home.path() / "Seen.json");
     std::vector<CloudChange> later;
     const auto observing =
@@ -75,7 +75,7 @@ TEST(SyncedFolder, ReportsWhatOthersDidOnce) {
         ElementsAre(CloudChange{Reason::serverChange, {"Course.7.InactivityDays", "TextScale"}}));
 }
 
-TEST(SyncedFolder, KeepsItsLimitsAndSurvivesJunk) {
+TEST(SyncedFolder, EnforcesItsLimitsAndIgnoresInvalidFiles) {
     const test::TemporaryFolder shared;
     Machine machine(shared);
     machine.store.set("Large", std::string(SyncedFolder::maxBytes, 'x'));
@@ -87,7 +87,7 @@ TEST(SyncedFolder, KeepsItsLimitsAndSurvivesJunk) {
         EXPECT_EQ(machine.store.object("Junk"), std::nullopt) << junk;
     }
     EXPECT_EQ(machine.store.all(), (PreferenceMap{{"Small", true}}));
-    // A folder that is gone for a while takes nothing with it.
+    // A folder that is temporarily missing is not reported as a removal of its keys.
     machine.store.synchronize();
     machine.changes.clear();
     std::filesystem::rename(shared.path() / "Ellwynd", shared.path() / "Unmounted");
@@ -97,7 +97,7 @@ TEST(SyncedFolder, KeepsItsLimitsAndSurvivesJunk) {
     EXPECT_TRUE(machine.changes.empty());
 }
 
-TEST(SettingsSync, TwoMachinesTakeOverEachOthersSettings) {
+TEST(SettingsSync, TwoMachinesShareTheirSettings) {
     const test::TemporaryFolder shared;
     Machine desk(shared);
     Machine home(shared);
@@ -117,7 +117,7 @@ TEST(SettingsSync, TwoMachinesTakeOverEachOthersSettings) {
     EXPECT_EQ(home.defaults.value(preferences::accentTheme), "system") << "not a synced setting";
     EXPECT_EQ(home.store.all().size(), 2U);
 
-    // "Use Defaults" on one machine follows the teacher; the other does not bring the value back.
+    // "Use Defaults" on one machine applies to both; the other does not restore the value.
     home.defaults.remove("Course.7.PassingScore");
     home.sync.push();
     desk.store.synchronize();
@@ -125,7 +125,7 @@ TEST(SettingsSync, TwoMachinesTakeOverEachOthersSettings) {
     desk.sync.push();
     EXPECT_EQ(desk.store.object("Course.7.PassingScore"), std::nullopt);
 
-    // A key that a machine never held is never removed by it.
+    // A machine does not remove keys that it never had.
     desk.store.set("Course.8.InactivityDays", std::int64_t{3});
     home.defaults.set(preferences::sidebarTermLimit, std::int64_t{4});
     home.sync.push();
@@ -136,7 +136,7 @@ TEST(SettingsSync, TwoMachinesTakeOverEachOthersSettings) {
     EXPECT_EQ(home.defaults.value(preferences::sidebarTermLimit), 4);
 }
 
-TEST(SettingsSync, ABlankAddressDisconnectsNobody) {
+TEST(SettingsSync, ABlankAddressDoesNotDisconnectAMachine) {
     const test::TemporaryFolder shared;
     Machine desk(shared);
     Machine home(shared);
@@ -152,7 +152,7 @@ TEST(SettingsSync, ABlankAddressDisconnectsNobody) {
     EXPECT_EQ(home.defaults.value(preferences::canvasBaseURL), "https://other.example");
 }
 
-TEST(SettingsSync, StaysOffWhereItMust) {
+TEST(SettingsSync, StartsOnlyWhenAllowed) {
     const test::TemporaryFolder shared;
     struct Row {
         const char *what;
@@ -177,7 +177,7 @@ TEST(SettingsSync, StaysOffWhereItMust) {
     Log::setSink(nullptr);
 }
 
-TEST(SettingsSync, ManyChangesAreOnePushAndRemoteOnesAreNone) {
+TEST(SettingsSync, ManyChangesCauseOnePushAndRemoteChangesNone) {
     const test::TemporaryFolder shared;
     Machine desk(shared);
     Machine home(shared);
@@ -199,7 +199,7 @@ TEST(SettingsSync, ManyChangesAreOnePushAndRemoteOnesAreNone) {
     home.store.synchronize();
     for (int i = 0; i < 5; ++i)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    EXPECT_EQ(stampOf(), written) << "a remote change does not bounce back";
+    EXPECT_EQ(stampOf(), written) << "a remote change is not pushed back";
     EXPECT_EQ(home.defaults.value(preferences::sidebarTermLimit), 10);
 }
 

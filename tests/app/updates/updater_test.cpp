@@ -72,10 +72,10 @@ TEST(Appcast, TheNewestItemIsOffered) {
     };
     for (
         const Row &row : {
-            Row{"the highest, wherever it stands",
+            Row{"the highest build, in any order",
                 feed(item("9", "0.9") + item("10", "1.0") + item("8", "0.8")), Update{"10", "1.0"}},
             Row{"attributes, under any prefix", namespaced, Update{"7", "0.7"}},
-            Row{"elements before attributes",
+            Row{"elements take precedence over attributes",
                 feed(
                     R"(<item><enclosure sparkle:version="3"/><sparkle:version>4</sparkle:version>)"
                     R"(<sparkle:deltas><enclosure sparkle:version="99"/></sparkle:deltas></item>)"),
@@ -86,17 +86,17 @@ TEST(Appcast, TheNewestItemIsOffered) {
                 feed("<item><sparkle:version>5</sparkle:version>"
                      "<sparkle:channel>beta</sparkle:channel></item>"),
                 std::nullopt},
-            Row{"a build that is no number", feed(item("5b", "5")), std::nullopt},
-            Row{"a build without end", feed(item(std::string(5000, '9'), "5")), std::nullopt},
-            Row{"a version without end", feed(item("5", std::string(5000, 'x'))), Update{"5", "5"}},
-            Row{"a version that turns the line around", feed(item("5", "1\u202e2")),
+            Row{"a build that is not a number", feed(item("5b", "5")), std::nullopt},
+            Row{"an overlong build", feed(item(std::string(5000, '9'), "5")), std::nullopt},
+            Row{"an overlong version", feed(item("5", std::string(5000, 'x'))), Update{"5", "5"}},
+            Row{"a version with a bidirectional override", feed(item("5", "1\u202e2")),
                 Update{"5", "5"}},
             Row{"markup is text", feed(item("5", "&lt;b&gt;&#x31;")), Update{"5", "<b>1"}},
         })
         EXPECT_EQ(newestUpdate(row.text), row.offer) << row.what;
 }
 
-TEST(Appcast, WhatIsNoFeedIsAnError) {
+TEST(Appcast, InvalidFeedsAreErrors) {
     const std::string bomb =
         R"(<!DOCTYPE rss [<!ENTITY a "1234567890"><!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;">)"
         R"(<!ENTITY c "&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;">]>)";
@@ -153,7 +153,7 @@ struct UpdaterTest : testing::Test {
         server.answerWith([reply](const test::FakeRequest &) { return reply; });
     }
 
-    /// The teacher's own check, to its end.
+    /// Runs a check requested by the teacher to its end.
     std::vector<std::string> check(Updater &of) {
         told.clear();
         of.checkForUpdates();
@@ -183,14 +183,14 @@ TEST_F(UpdaterTest, TheFirstCheckOfADayIsCountedOnce) {
     check();
     EXPECT_THAT(queries(), ElementsAre("fd=1", "", "fd=1"));
     EXPECT_EQ(countedDay(), "2026-09-25");
-    // Nothing but the marker and the program's name tells one computer from another.
+    // Apart from the marker, the request identifies only the program.
     const auto &headers = server.requests.front().headers;
     EXPECT_EQ(headers.value("user-agent").left(8), "Ellwynd/");
     EXPECT_FALSE(headers.contains("cookie"));
     EXPECT_FALSE(headers.contains("authorization"));
 }
 
-TEST_F(UpdaterTest, ACheckThatFailedIsCountedAgain) {
+TEST_F(UpdaterTest, TheMarkerIsRepeatedAfterAFailedCheck) {
     answer({.status = 500});
     EXPECT_THAT(check(), ElementsAre(HasSubstr("status 500")));
     EXPECT_EQ(countedDay(), "");
@@ -202,7 +202,7 @@ TEST_F(UpdaterTest, ACheckThatFailedIsCountedAgain) {
     EXPECT_THAT(queries(), ElementsAre("fd=1", "fd=1", "fd=1", ""));
 }
 
-TEST_F(UpdaterTest, TheMarkerJoinsAQueryOfTheAddress) {
+TEST_F(UpdaterTest, TheMarkerIsAppendedToTheQueryOfTheAddress) {
     AppcastFeed other(defaults, server.address() + "/feed?os=linux", test::noonClock);
     Updater of(defaults, other, "2", test::noonClock);
     listen(of);
@@ -222,7 +222,7 @@ TEST_F(UpdaterTest, NewerBuildsAreAnnouncedAndRemembered) {
     EXPECT_EQ(defaults.value(preferences::pendingUpdateBuild), "2.1");
     EXPECT_EQ(defaults.value(preferences::pendingUpdateVersion), "0.2.1");
 
-    // A failed check changes nothing; a feed without the update takes it back.
+    // A failed check changes nothing; a feed without the update withdraws it.
     answer({.status = 404});
     check();
     EXPECT_EQ(updater.pendingUpdate(), (Update{"2.1", "0.2.1"}));
@@ -231,7 +231,7 @@ TEST_F(UpdaterTest, NewerBuildsAreAnnouncedAndRemembered) {
     EXPECT_FALSE(defaults.object(preferences::pendingUpdateBuild.name));
 }
 
-TEST_F(UpdaterTest, APendingUpdateEndsOnceItRuns) {
+TEST_F(UpdaterTest, APendingUpdateEndsOnceInstalled) {
     struct Row {
         const char *running;
         bool pending;
@@ -256,7 +256,7 @@ TEST_F(UpdaterTest, APendingUpdateEndsOnceItRuns) {
     }
 }
 
-TEST_F(UpdaterTest, WhatNobodyAskedForIsSkippedAndSilent) {
+TEST_F(UpdaterTest, AutomaticChecksAreLimitedAndSilent) {
     const auto requestsAfter = [this](Date time) {
         currentTime = time;
         log.lines().clear();
@@ -277,7 +277,7 @@ TEST_F(UpdaterTest, WhatNobodyAskedForIsSkippedAndSilent) {
     EXPECT_EQ(requestsAfter(begin), 1U);
     EXPECT_EQ(requestsAfter(begin + 24h - 1s), 1U);
     EXPECT_EQ(requestsAfter(begin + 24h), 2U);
-    EXPECT_EQ(requestsAfter(begin - 24h), 3U) << "a last check in the future is none";
+    EXPECT_EQ(requestsAfter(begin - 24h), 3U) << "a last check in the future is ignored";
     EXPECT_THAT(told, ElementsAre());
 
     log.lines().clear();
@@ -285,10 +285,10 @@ TEST_F(UpdaterTest, WhatNobodyAskedForIsSkippedAndSilent) {
     defaults.set(preferences::automaticUpdateChecks, false);
     updater.checkIfDue();
     EXPECT_THAT(log.lines(), ElementsAre());
-    EXPECT_THAT(check(), ElementsAre("up to date")) << "the teacher may still ask";
+    EXPECT_THAT(check(), ElementsAre("up to date")) << "the teacher may still request a check";
 }
 
-TEST_F(UpdaterTest, AFailedCheckIsNotTriedAgainBeforeItsTime) {
+TEST_F(UpdaterTest, AFailedCheckIsNotRepeatedEarly) {
     answer({.status = 503});
     updater.checkIfDue();
     EXPECT_TRUE(test::until([&] { return log.lines().size() == 2; }));
@@ -309,13 +309,13 @@ TEST_F(UpdaterTest, TheScheduleFollowsTheClock) {
     EXPECT_THAT(log.lines(), testing::Not(Contains(HasSubstr("Skipping"))));
 }
 
-TEST_F(UpdaterTest, TheTeacherJoinsACheckUnderWay) {
+TEST_F(UpdaterTest, ARequestedCheckJoinsARunningOne) {
     updater.checkIfDue();
     EXPECT_THAT(check(), ElementsAre("up to date"));
     EXPECT_EQ(server.requests.size(), 1U);
 }
 
-TEST_F(UpdaterTest, HostileAnswersEndTheCheckWithAMessage) {
+TEST_F(UpdaterTest, InvalidResponsesAreReported) {
     const QByteArray space(2 * 1024 * 1024, ' ');
     struct Row {
         const char *what;
@@ -325,13 +325,13 @@ TEST_F(UpdaterTest, HostileAnswersEndTheCheckWithAMessage) {
     for (const Row &row : {
              Row{"huge", {.body = space}, "it is too long"},
              Row{"huge when unpacked", test::gzipped({.body = space}), "it is too long"},
-             Row{"elsewhere",
+             Row{"redirect",
                  {.status = 302, .headers = {{"Location", "https://elsewhere.example/"}}},
                  "status 302"},
              Row{"cut short",
                  {.body = QByteArray(1000, ' '), .manner = FakeReply::Manner::cut},
                  "couldn’t be"},
-             Row{"hung up", {.manner = FakeReply::Manner::closed}, "couldn’t be loaded"},
+             Row{"connection closed", {.manner = FakeReply::Manner::closed}, "couldn’t be loaded"},
              Row{"a document type",
                  {.body = QByteArray::fromStdString("<!DOCTYPE rss><rss/>")},
                  "declares a document type"},
@@ -342,7 +342,7 @@ TEST_F(UpdaterTest, HostileAnswersEndTheCheckWithAMessage) {
     EXPECT_EQ(countedDay(), "");
 }
 
-TEST_F(UpdaterTest, AnAnswerThatNeverComesIsGivenUp) {
+TEST_F(UpdaterTest, SlowResponsesTimeOut) {
     for (const auto manner : {FakeReply::Manner::silent, FakeReply::Manner::trickle}) {
         AppcastFeed impatient(defaults, server.address(), test::noonClock, {.totalTimeout = 50ms});
         Updater of(defaults, impatient, "2", test::noonClock);
@@ -352,7 +352,7 @@ TEST_F(UpdaterTest, AnAnswerThatNeverComesIsGivenUp) {
     }
 }
 
-TEST_F(UpdaterTest, OnlyACertificateThatTheSystemTrustsWillDo) {
+TEST_F(UpdaterTest, UntrustedCertificatesAreRejected) {
     using Kind = test::CertificateKind;
     for (const Kind kind : {Kind::expired, Kind::otherHost, Kind::unknownAuthority}) {
         const test::FakeCanvas liar(kind);

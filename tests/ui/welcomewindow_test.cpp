@@ -1,7 +1,9 @@
+#include "app/dashboard/dashboardtexts.h"
 #include "app/mainwindowcontroller.h"
 #include "net/runtoend.h"
 #include "support/core.h"
 #include "support/fakecanvas.h"
+#include "support/servedcourse.h"
 #include "support/until.h"
 #include "ui/support/appearance.h"
 #include "ui/welcome/stepdots.h"
@@ -172,6 +174,36 @@ TEST_F(WelcomeWindowTest, ConnectingNeedsOnlyTheKeyboard) {
     open();
     EXPECT_EQ(window->step(), WelcomeWindow::introduction);
     EXPECT_EQ(saved(), WelcomeWindow::finished);
+}
+
+TEST_F(WelcomeWindowTest, TheLastPageSaysWhoNeedsAttention) {
+    const auto course = test::inventCourse(4021, {.students = 30, .assignments = 3}, systemNow());
+    canvas.answerWith(nullptr);
+    test::serve(canvas, std::span(&course, 1));
+    canvas.plan(QStringLiteral("/api/v1/users/self"), {{.body = R"({"name":"Ana Ruiz"})"}});
+    defaults.set(preferences::onboardingStep, std::int64_t{WelcomeWindow::choice});
+    open();
+    QObject::connect(
+        window, &WelcomeWindow::connectionDidChange, &controller,
+        &MainWindowController::connectionDidChange);
+    canvas.hold(QStringLiteral("/api/v1/courses/4021/students/submissions"));
+    field(0)->setText(QString::fromStdString(canvas.address()));
+    field(1)->setFocus();
+    type("secret-token");
+    press(Qt::Key_Return);
+    ASSERT_TRUE(until([&] { return controller.dashboard().progress().running; }));
+    EXPECT_EQ(window->step(), WelcomeWindow::finished);
+    EXPECT_TRUE(says(*waitLine(controller.dashboard())));
+    EXPECT_FALSE(button("Show My Courses")->isEnabled());
+    canvas.release();
+    ASSERT_TRUE(until([&] { return controller.dashboard().shownTerm() != nullptr; }));
+    const std::int64_t flagged = controller.dashboard().shownTerm()->flaggedStudents;
+    ASSERT_GT(flagged, 1);
+    EXPECT_TRUE(says(std::to_string(flagged) + " students need attention in Fall"));
+    ASSERT_EQ(QApplication::focusWidget(), button("Show the Students"));
+    press(Qt::Key_Return);
+    EXPECT_FALSE(window && window->isVisible());
+    EXPECT_EQ(controller.selection(), Selection(TermSelection{9001}));
 }
 
 TEST_F(WelcomeWindowTest, ATokenThatCannotBeSavedDoesNotConnect) {

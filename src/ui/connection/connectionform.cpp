@@ -31,7 +31,7 @@ ConnectionForm::ConnectionForm(ConnectionCheck &check, QObject *parent)
       suggestion(new QPushButton),
       tokenSteps(secondaryLabel(
           nullptr,
-          QStringLiteral("1. Open the page where access tokens are created.\n"
+          QStringLiteral("1. Open the page above, and sign in if Canvas asks you to.\n"
                          "2. Under “Approved Integrations”, choose “+ New Access Token”, and "
                          "then “Generate Token”.\n"
                          "3. Copy the token, which Canvas shows only once, and paste it here."))),

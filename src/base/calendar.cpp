@@ -48,6 +48,13 @@ std::string shortTime(Date date) {
     return QLocale().toString(local(date).time(), QLocale::ShortFormat).toStdString();
 }
 
+std::string relativeDay(Date date, Date now) {
+    const std::int64_t days = daysBetween(date, now);
+    if (days == 0)
+        return {};
+    return days == 1 ? "yesterday" : shortDay(date, now);
+}
+
 std::string shortDay(Date date, Date now) {
     const QDate day = local(date).date();
     const bool thisYear = day.year() == local(now).date().year();

@@ -29,6 +29,9 @@ namespace calendar {
 /// The time of day in the short style of the user's locale, such as "9:41 AM".
 [[nodiscard]] std::string shortTime(Date date);
 
+/// "yesterday", or else "Wed, Sep 23"; empty for the day of `now`.
+[[nodiscard]] std::string relativeDay(Date date, Date now);
+
 /// "Wed, Sep 23"; with the year if it differs from the year of `now`.
 [[nodiscard]] std::string shortDay(Date date, Date now);
 

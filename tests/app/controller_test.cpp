@@ -1,8 +1,7 @@
 #include "app/mainwindowcontroller.h"
-#include "net/runtoend.h"
 #include "support/core.h"
-#include "support/fakecanvas.h"
 #include "support/instants.h"
+#include "support/logcapture.h"
 #include "support/until.h"
 
 #include <QCoreApplication>
@@ -192,7 +191,10 @@ TEST_F(ControllerTest, OpensCanvasPages) {
     const auto listen = [&](MainWindowController &driver) {
         QObject::connect(
             &driver.actions(), &RosterActions::openURLRequested, &driver,
-            [&](const QString &url) { opened.push_back(url.toStdString()); });
+            [&opened, &driver](const QString &url, const QString &page) {
+                opened.push_back(url.toStdString());
+                driver.actions().pageDidOpen(page, !url.contains(QStringLiteral("assignments")));
+            });
         QObject::connect(
             &driver.actions(), &RosterActions::samplePageRequested, &driver, [&] { ++invented; });
     };
@@ -205,6 +207,7 @@ TEST_F(ControllerTest, OpensCanvasPages) {
         connected.defaults, connected.connector, connected.stores, connected.trends,
         connected.sinks);
     listen(real);
+    const test::LogCapture log;
     real.actions().openCourse(7);
     real.actions().openGrades(7, 9);
     real.actions().openAssignment(7, 8);
@@ -214,206 +217,12 @@ TEST_F(ControllerTest, OpensCanvasPages) {
         testing::ElementsAre(
             "https://h.example/courses/7", "https://h.example/courses/7/grades/9",
             "https://h.example/courses/7/assignments/8"));
-}
-
-/// A controller connected to a fake Canvas with three courses of one student each.
-struct LiveControllerTest : testing::Test {
-    test::Core core;
-    test::FakeCanvas canvas;
-    MainWindowController controller{
-        core.defaults, core.connector, core.stores, core.trends, core.sinks};
-    std::vector<CanvasError> errors;
-
-    LiveControllerTest() {
-        test::trustAuthority();
-        core.connectTo(canvas.address());
-        canvas.serve(
-            QStringLiteral("/api/v1/courses"),
-            {R"({"id":1,"name":"Art","term":{"id":9,"name":"Fall"}})",
-             R"({"id":2,"name":"Bio","term":{"id":9,"name":"Fall"}})",
-             R"({"id":3,"name":"Chem"})"});
-        for (const int course : {1, 2, 3}) {
-            canvas.serve(
-                path(course, "enrollments"),
-                {QStringLiteral(R"({"user_id":%1,"user":{"id":%1,"name":"Student"},)"
-                                R"("grades":{"current_score":40}})")
-                     .arg(course * 10)
-                     .toUtf8()});
-            canvas.serve(path(course, "assignment_groups"), {});
-            canvas.serve(path(course, "students/submissions"), {});
-        }
-        QObject::connect(
-            &controller, &MainWindowController::errorDidOccur, &controller,
-            [this](const CanvasError &error) { errors.push_back(error); });
-        // The selection is kept until the list arrives.
-        controller.select(TermSelection{9});
-    }
-
-    static QString path(int course, const char *rest) {
-        return QStringLiteral("/api/v1/courses/%1/").arg(course) + QString::fromUtf8(rest);
-    }
-
-    bool untilShown(const std::string &title) {
-        return until([&] {
-            return controller.roster().state == RosterView::State::shown &&
-                controller.roster().title == title && !controller.isLoading();
-        });
-    }
-};
-
-TEST_F(LiveControllerTest, LoadsTheTermAndACourse) {
-    std::vector<std::size_t> progress;
-    QObject::connect(&controller, &MainWindowController::loadingDidChange, &controller, [&] {
-        const std::size_t loaded = controller.roster().loadedCourses;
-        const bool loading = controller.roster().state == RosterView::State::loading;
-        if (loading && (progress.empty() || progress.back() != loaded))
-            progress.push_back(loaded);
-    });
-    controller.refresh();
-    ASSERT_TRUE(untilShown("Fall"));
-    EXPECT_EQ(progress, (std::vector<std::size_t>{0, 1, 2}));
-    EXPECT_EQ(controller.status(), "3 courses");
-    EXPECT_EQ(controller.roster().rows.size(), 2U);
-    controller.select(CourseSelection{3});
-    EXPECT_EQ(controller.roster().state, RosterView::State::loading);
-    ASSERT_TRUE(untilShown("Chem"));
-    EXPECT_EQ(controller.roster().rows[0].id, 30);
-    EXPECT_TRUE(errors.empty());
-    EXPECT_EQ(noteText(controller.roster()), "");
-}
-
-TEST_F(LiveControllerTest, IncompleteListsAreReported) {
-    const test::FakeReply cut{.headers = {{"Link", R"(<https://elsewhere.example/>; rel="next")"}}};
-    controller.refresh();
-    ASSERT_TRUE(untilShown("Fall"));
-    canvas.plan(path(2, "students/submissions"), {cut, cut});
-    controller.select(CourseSelection{2});
-    ASSERT_TRUE(until([&] { return !controller.roster().notes.empty(); }));
-    const std::string note = "The list of submissions is incomplete: Canvas linked its next page "
-                             "to another address, where your token is not sent.";
-    EXPECT_EQ(noteText(controller.roster()), note);
-    EXPECT_EQ(core.stores.history.entries().size(), 1U) << "recorded as usual";
-    controller.select(TermSelection{9});
-    EXPECT_EQ(noteText(controller.roster()), "Bio: " + note);
-
-    canvas.plan(
-        QStringLiteral("/api/v1/courses"),
-        {{.body = R"([{"id":1,"name":"Art"}])", .headers = cut.headers}});
-    controller.refresh();
-    ASSERT_TRUE(until([&] { return controller.status() == "1 course · list incomplete"; }));
-}
-
-TEST_F(LiveControllerTest, ACourseRequestedByIdOpensWhenTheListArrives) {
-    controller.showCourse(2);
-    controller.refresh();
-    ASSERT_TRUE(untilShown("Bio"));
-    controller.showCourse(99);
-    EXPECT_EQ(controller.roster().title, "Bio");
-    controller.showCourse(3);
-    ASSERT_TRUE(untilShown("Chem"));
-
-    // The dashboard is selected when the selected course is no longer in the list.
-    canvas.serve(
-        QStringLiteral("/api/v1/courses"),
-        {R"({"id":1,"name":"Art","term":{"id":9,"name":"Fall"}})"});
-    controller.refresh();
-    ASSERT_TRUE(until([&] { return controller.selection() == Selection{DashboardSelection{}}; }));
-    EXPECT_EQ(controller.roster().state, RosterView::State::nothingSelected);
-}
-
-TEST_F(LiveControllerTest, TheThreeReadsOfACourseRunConcurrently) {
-    controller.refresh();
-    ASSERT_TRUE(untilShown("Fall"));
-    canvas.maxInFlight = 0;
-    canvas.holdUntil(3);
-    controller.showCourse(2);
-    ASSERT_TRUE(untilShown("Bio")) << "no read is answered before all three have started";
-    EXPECT_EQ(canvas.maxInFlight, 3);
-    const int connections = canvas.connections;
-    controller.refreshRoster();
-    ASSERT_TRUE(until([&] { return !controller.isLoading(); }));
-    EXPECT_EQ(canvas.connections, connections) << "connections are reused";
-}
-
-TEST_F(LiveControllerTest, ASlowResponseNeverOverwritesALaterSelection) {
-    controller.refresh();
-    ASSERT_TRUE(untilShown("Fall"));
-    canvas.hold(path(1, "enrollments"));
-    std::vector<std::string> shown;
-    QObject::connect(&controller, &MainWindowController::rosterDidChange, &controller, [&] {
-        shown.push_back(controller.roster().title);
-    });
-    controller.select(CourseSelection{1});
-    controller.select(CourseSelection{2});
-    ASSERT_TRUE(untilShown("Bio"));
-    shown.clear();
-    // The slow response arrives and is dropped.
-    canvas.release();
-    ASSERT_TRUE(until([&] { return core.session.requestLimiter().inFlight() == 0; }));
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(shown.empty());
-    EXPECT_EQ(controller.roster().title, "Bio");
-}
-
-TEST_F(LiveControllerTest, TenRefreshesDuringOneCauseOneMore) {
-    canvas.hold(QStringLiteral("/api/v1/courses"));
-    controller.refresh();
-    ASSERT_TRUE(until([&] { return !canvas.requests.empty(); }));
-    for (int i = 0; i < 10; ++i)
-        controller.refresh();
-    canvas.release();
-    ASSERT_TRUE(untilShown("Fall"));
-    ASSERT_TRUE(until([&] { return !controller.isLoading(); }));
-    EXPECT_EQ(
-        std::ranges::count(
-            canvas.requests, QStringLiteral("/api/v1/courses"), &test::FakeRequest::path),
-        2);
-}
-
-TEST_F(LiveControllerTest, AFailedRefreshKeepsTheRows) {
-    controller.refresh();
-    ASSERT_TRUE(untilShown("Fall"));
-    controller.select(CourseSelection{1});
-    ASSERT_TRUE(untilShown("Art"));
-    const Date fetched = controller.roster().fetchedAt;
-    canvas.plan(path(1, "enrollments"), {{.status = 401}});
-    controller.refreshRoster();
-    ASSERT_TRUE(until([&] { return !controller.roster().staleReason.empty(); }));
-    EXPECT_EQ(
-        noteText(controller.roster()),
-        "Canvas rejected the access token. Canvas may have refused access to Art only. Showing "
-        "what was loaded before.");
-    EXPECT_EQ(controller.roster().rows.size(), 1U);
-    EXPECT_EQ(controller.roster().fetchedAt, fetched);
-    EXPECT_TRUE(errors.empty());
-
-    canvas.plan(path(3, "enrollments"), {{.status = 404}});
-    controller.select(CourseSelection{3});
-    ASSERT_TRUE(until([&] { return controller.roster().state == RosterView::State::failed; }));
-    EXPECT_EQ(errors.back(), CanvasError(CanvasError::Kind::notFound));
-}
-
-TEST_F(LiveControllerTest, ARejectedTokenALockedKeyringAndASignOut) {
-    canvas.token = "another";
-    controller.refresh();
-    ASSERT_TRUE(until([&] { return !controller.isLoading(); }));
-    EXPECT_FALSE(errors.empty());
-    EXPECT_EQ(controller.status(), "Canvas rejected the token");
-    canvas.token = "secret-token";
-    controller.refresh();
-    ASSERT_TRUE(untilShown("Fall"));
-
-    core.secrets.failure = KeychainError(KeychainError::locked, "locked");
-    controller.refresh();
-    EXPECT_TRUE(until([&] { return controller.status() == "Keychain unavailable"; }));
-    EXPECT_EQ(controller.roster().title, "Fall") << "the roster on screen is kept";
-    core.secrets.failure.reset();
-
-    static_cast<void>(runToEnd(core.check.signOut()));
-    controller.refresh();
-    EXPECT_EQ(controller.status(), "Not connected");
-    EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
-    EXPECT_EQ(controller.flaggedStudents(1), std::nullopt);
+    EXPECT_THAT(
+        test::LogCapture::lines(),
+        testing::ElementsAre(
+            "links: Opening course 7 in Canvas", "links: Opening a student's grades in Canvas",
+            "links: The browser did not open course 7",
+            "links: Couldn't build a Canvas URL for course 0"));
 }
 
 } // namespace

@@ -19,6 +19,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QStatusTipEvent>
 #include <QTest>
@@ -243,119 +244,6 @@ TEST_F(MainWindowTest, TilesFollowTheChosenIconAtOnce) {
     EXPECT_EQ(list(), listBefore);
 }
 
-TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
-    openCourse(900101);
-    SettingsWindow &panes = window.settings();
-    panes.open(SettingsWindow::riskThresholds);
-    auto *passing = panes.findChild<QDoubleSpinBox *>();
-    passing->setValue(90);
-    EXPECT_EQ(controller.roster().thresholds->passingScore, 90);
-    // The pane follows changes made elsewhere.
-    defaults.set(preferences::defaultPassingScore, 65.0);
-    EXPECT_EQ(passing->value(), 65);
-    defaults.set(preferences::sidebarTermLimit, std::int64_t{2});
-    EXPECT_EQ(window.findChild<Sidebar *>()->list()->model()->rowCount(), 3);
-    defaults.set(preferences::textScale, 2.0);
-    EXPECT_EQ(panes.findChild<QSpinBox *>()->value(), 200);
-    defaults.set(preferences::textScale, 1.0);
-}
-
-TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
-    SettingsWindow &panes = window.settings();
-    panes.open(SettingsWindow::connection);
-    const auto fields = panes.findChildren<QLineEdit *>();
-    QLineEdit *address = nullptr;
-    QLineEdit *token = nullptr;
-    for (QLineEdit *field : fields) {
-        if (field->accessibleName() == QStringLiteral("Canvas address"))
-            address = field;
-        if (field->accessibleName() == QStringLiteral("Access token"))
-            token = field;
-    }
-    ASSERT_TRUE(address != nullptr && token != nullptr);
-    EXPECT_EQ(token->echoMode(), QLineEdit::Password);
-    address->setText(QStringLiteral("https://h.example"));
-    token->setText(QStringLiteral("t"));
-    int changes = 0;
-    QObject::connect(&panes, &SettingsWindow::connectionDidChange, &panes, [&] { ++changes; });
-    QPushButton *signOut = button(panes, QStringLiteral("Sign Out"));
-    EXPECT_FALSE(signOut->isEnabled()) << "nothing is saved";
-    button(panes, QStringLiteral("Save"))->click();
-    EXPECT_TRUE(test::until([&] { return changes == 1; }));
-    EXPECT_TRUE(token->text().isEmpty());
-    EXPECT_EQ(token->placeholderText(), QStringLiteral("Token saved — leave blank to keep it"));
-    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://h.example");
-    const auto answer = [&](const char *text) {
-        signOut->click();
-        auto *question = panes.findChild<QMessageBox *>();
-        ASSERT_NE(question, nullptr);
-        button(*question, QString::fromUtf8(text))->click();
-        delete question;
-    };
-    answer("Cancel");
-    EXPECT_FALSE(core.secrets.secrets.empty());
-    answer("Sign Out");
-    EXPECT_TRUE(test::until([&] { return changes == 2; }));
-    EXPECT_FALSE(signOut->isEnabled());
-    EXPECT_TRUE(core.secrets.secrets.empty());
-    EXPECT_TRUE(address->text().isEmpty());
-
-    // A token that cannot be deleted is said to be still there.
-    core.connectTo("https://h.example");
-    EXPECT_TRUE(test::until([&] { return signOut->isEnabled(); })) << "saved elsewhere";
-    core.secrets.failure = KeychainError(KeychainError::locked, "locked");
-    answer("Sign Out");
-    const auto says = [&](const char *text) {
-        const auto labels = panes.findChildren<QLabel *>();
-        return std::ranges::any_of(labels, [text](const QLabel *label) {
-            return label->isVisible() && label->text().contains(QString::fromUtf8(text));
-        });
-    };
-    EXPECT_TRUE(test::until([&] { return says("It is still in your keyring"); }));
-    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "");
-    core.secrets.failure.reset();
-
-    // Signing out stops a running test, whose outcome is not shown.
-    core.connectTo("https://h.example");
-    EXPECT_TRUE(test::until([&] { return says("A token is saved"); }));
-    test::trustAuthority();
-    test::FakeCanvas canvas;
-    canvas.hold(QStringLiteral("/api/v1/users/self"));
-    address->setText(QString::fromStdString(canvas.address()));
-    token->setText(QStringLiteral("t"));
-    button(panes, QStringLiteral("Test Connection"))->click();
-    ASSERT_TRUE(test::until([&] { return !canvas.requests.empty(); }));
-    answer("Sign Out");
-    canvas.release();
-    EXPECT_TRUE(test::until([&] { return core.session.requestLimiter().inFlight() == 0; }));
-    EXPECT_TRUE(test::until([&] { return says("No token saved yet"); }));
-    EXPECT_TRUE(button(panes, QStringLiteral("Test Connection"))->isEnabled());
-
-    panes.close();
-    core.secrets.failure = KeychainError(KeychainError::locked, "locked");
-    defaults.set(preferences::canvasBaseURL, std::string("https://h.example"));
-    panes.open(SettingsWindow::connection);
-    EXPECT_TRUE(test::until([&] { return !token->isEnabled(); }));
-}
-
-TEST_F(MainWindowTest, TheSyncPaneShowsTheStatus) {
-    SettingsWindow &panes = window.settings();
-    panes.open(SettingsWindow::sync);
-    const auto says = [&](const char *text) {
-        for (const QLabel *label : panes.findChildren<QLabel *>()) {
-            if (label->text().contains(QString::fromUtf8(text)))
-                return true;
-        }
-        return false;
-    };
-    // The sample college is a launch argument here.
-    EXPECT_TRUE(says("not synced while the sample college"));
-    EXPECT_FALSE(button(panes, QStringLiteral("Remove Synced Settings"))->isEnabled());
-    defaults.set(preferences::cloudStoreFolder, (core.folder.path() / "cloud").string());
-    QApplication::processEvents();
-    EXPECT_TRUE(button(panes, QStringLiteral("Remove Synced Settings"))->isEnabled());
-}
-
 TEST_F(MainWindowTest, RosterAndSidebarWorkByKeyboard) {
     openCourse(900101);
     action(QStringLiteral("Find Student"))->trigger();
@@ -396,6 +284,24 @@ TEST_F(MainWindowTest, ARefreshKeepsTheSelectionAndAThirdClickRestoresTheOrder) 
     table().selectStudents({{900101, 5014}});
     controller.refreshRoster();
     EXPECT_THAT(selected(), ElementsAre(5014));
+
+    // Also where the teacher has scrolled to, with the selection out of sight.
+    table().selectRow(0);
+    QApplication::processEvents();
+    QScrollBar *scroll = table().verticalScrollBar();
+    scroll->setValue(scroll->maximum());
+    ASSERT_GT(scroll->value(), 0);
+    const int place = scroll->value();
+    const auto before = selected();
+    table().setFocus();
+    controller.refreshRoster();
+    QApplication::processEvents();
+    EXPECT_EQ(scroll->value(), place);
+    EXPECT_EQ(selected(), before);
+    EXPECT_TRUE(table().hasFocus());
+    openCourse(900102);
+    EXPECT_EQ(scroll->value(), 0) << "another course";
+    openCourse(900101);
     const auto first = [this] {
         return static_cast<QTableView &>(table())
             .model()

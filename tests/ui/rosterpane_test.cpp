@@ -2,9 +2,12 @@
 #include "support/mainwindow.h"
 #include "support/servedcourse.h"
 #include "support/until.h"
+#include "ui/dashboard/coursecard.h"
 
 #include <QLineEdit>
 #include <QTest>
+
+#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
@@ -46,6 +49,43 @@ TEST_F(SameTitleTest, ChangingTheCourseClearsTheFilter) {
     EXPECT_EQ(controller.roster().title, "Biology");
     EXPECT_EQ(filter->text(), QString());
     EXPECT_EQ(table().shownCount(), 3);
+}
+
+TEST_F(SameTitleTest, TheNamesOfATermBeingScoredAreShownFirst) {
+    const QString submissions = QStringLiteral("/api/v1/courses/2/students/submissions");
+    canvas.hold(submissions);
+    ASSERT_TRUE(test::until([&] { return controller.dashboard().progress().done == 1; }));
+    const auto cards = [this] {
+        std::vector<std::string> names;
+        for (const CourseCard *card : window.findChildren<CourseCard *>()) {
+            if (card->isVisible())
+                names.push_back(card->accessibleName().toStdString());
+        }
+        return names;
+    };
+    const std::string waiting = "Biology. Being scored. Opens the course.";
+    EXPECT_THAT(cards(), testing::ElementsAre(waiting, waiting));
+    canvas.release();
+    ASSERT_TRUE(test::until([&] { return !controller.dashboard().progress().running; }));
+    EXPECT_THAT(cards(), testing::Each(testing::HasSubstr("students")));
+}
+
+TEST_F(SameTitleTest, AFailedRosterOffersToTryAgain) {
+    int passes = 0;
+    QObject::connect(
+        &controller, &MainWindowController::passDidEnd, &controller, [&] { ++passes; });
+    // Once for the pass, and once for the roster.
+    canvas.plan(
+        QStringLiteral("/api/v1/courses/1/enrollments"), {{.status = 404}, {.status = 404}});
+    ASSERT_TRUE(test::until([&] { return passes == 1; }));
+    controller.select(CourseSelection{1});
+    ASSERT_TRUE(
+        test::until([&] { return controller.roster().state == RosterView::State::failed; }));
+    QPushButton *again = button(*window.roster(), QStringLiteral("Try Again"));
+    EXPECT_TRUE(again->isVisible());
+    again->click();
+    ASSERT_TRUE(test::until([&] { return controller.roster().state == RosterView::State::shown; }));
+    EXPECT_FALSE(again->isVisible());
 }
 
 } // namespace

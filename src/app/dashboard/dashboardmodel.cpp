@@ -12,13 +12,13 @@ namespace ellwynd {
 namespace {
 
 std::vector<std::int64_t>
-flaggedTrend(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date now) {
-    DailyCounts counts = trends.remoteCounts(course.course.id, now);
-    const std::string oldest = calendar::dayKey(calendar::daysBefore(now, trendDays));
-    const std::string today = calendar::dayKey(now);
+flaggedTrend(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date readAt) {
+    DailyCounts counts = trends.remoteCounts(course.course.id, readAt);
+    const std::string oldest = calendar::dayKey(calendar::daysBefore(readAt, trendDays));
+    const std::string today = calendar::dayKey(readAt);
     std::erase_if(
         counts, [&](const auto &day) { return day.first < oldest || day.first >= today; });
-    for (const DailyLevels &day : lastTwoWeeks(stores.history, course.course.id, now))
+    for (const DailyLevels &day : lastTwoWeeks(stores.history, course.course.id, readAt))
         counts.insert_or_assign(calendar::dayKey(day.day), day.counts.flagged());
     std::vector<std::int64_t> trend;
     for (const auto &[day, count] : counts)
@@ -32,7 +32,7 @@ flaggedTrend(const ScoredCourse &course, const Stores &stores, const TrendSync &
 DashboardCourseCard
 dashboardCard(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date now) {
     const MovementCounts movement =
-        movementCounts(changes(stores.history, course.rows, course.course.id, now));
+        movementCounts(changes(stores.history, course.rows, course.course.id, course.fetchedAt));
     DashboardCourseCard card{
         .courseID = course.course.id,
         .name = displayName(course.course),
@@ -43,7 +43,7 @@ dashboardCard(const ScoredCourse &course, const Stores &stores, const TrendSync 
         .improved = movement.improved,
         .awaitingFollowUp =
             outreachCounts(course.rows, stores.contacts, stores.history, now).awaitingFollowUp,
-        .trend = flaggedTrend(course, stores, trends, now)};
+        .trend = flaggedTrend(course, stores, trends, course.fetchedAt)};
     if (!course.missedWork.empty()) {
         const MissedAssignment &first = course.missedWork.front();
         card.mostMissed = MostMissed{first.name, std::int64_t(first.studentIDs.size())};

@@ -71,6 +71,7 @@ struct DashboardModel {
 
 /// Makes a course's card. Days that this machine did not record are taken from the shared counts;
 /// days without either are left out of the trend.
+/// Movement and trend are those of the day on which the course was fetched, as on its roster.
 [[nodiscard]] DashboardCourseCard
 dashboardCard(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date now);
 

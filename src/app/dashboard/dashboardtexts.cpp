@@ -30,6 +30,15 @@ const TermGroup *find(const Dashboard &dashboard, std::optional<std::int64_t> id
     return found != dashboard.preparedTerms().end() ? &*found : nullptr;
 }
 
+/// "Bio couldn’t be read", "Bio and 2 more couldn’t be read"; empty without courses.
+std::string unreadableText(const std::vector<std::string> &courses) {
+    if (courses.empty())
+        return {};
+    const std::string others =
+        courses.size() > 1 ? fmt::format(" and {} more", courses.size() - 1) : "";
+    return courses.front() + others + " couldn’t be read";
+}
+
 } // namespace
 
 std::vector<TermMenuItem> termMenu(const Dashboard &dashboard) {
@@ -38,8 +47,11 @@ std::vector<TermMenuItem> termMenu(const Dashboard &dashboard) {
     std::vector<TermMenuItem> items{
         {automatic != nullptr ? fmt::format("Automatic ({})", title(*automatic)) : "Automatic", 0,
          chosen == 0}};
-    for (const TermGroup &term : dashboard.preparedTerms())
-        items.push_back({title(term), *term.id(), *term.id() == chosen});
+    for (const TermGroup &term : dashboard.preparedTerms()) {
+        items.push_back(
+            {title(term), *term.id(), *term.id() == chosen,
+             unreadableText(dashboard.failedCourses(*term.id()))});
+    }
     return items;
 }
 

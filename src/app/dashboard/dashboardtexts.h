@@ -10,6 +10,8 @@ struct TermMenuItem {
     /// The term's id; 0 for Automatic.
     std::int64_t tag = 0;
     bool selected = false;
+    /// The courses that the last pass could not read; empty if it read them all.
+    std::string note{};
 
     bool operator==(const TermMenuItem &) const = default;
 };

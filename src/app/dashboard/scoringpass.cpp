@@ -225,7 +225,8 @@ std::vector<CourseMovement> ScoringPass::movements(const std::vector<std::int64_
         for (const SharedCourse &course : lastDashboardInputs.at(termID)) {
             const std::int64_t id = course->course.id;
             CourseMovement movement{.courseID = id, .courseName = displayName(course->course)};
-            for (const RosterChange &change : changes(stores.history, course->rows, id, now())) {
+            for (const RosterChange &change :
+                 changes(stores.history, course->rows, id, course->fetchedAt)) {
                 if (isWorse(change))
                     movement.worseStudentIDs.push_back(change.studentID);
             }

@@ -70,37 +70,38 @@ void RosterActions::saveExport(const RosterExport &file, const std::filesystem::
 }
 
 void RosterActions::openCourse(std::int64_t courseID) {
-    open(
-        canvasLinks::course(canvasAddress(), courseID), fmt::format("course {}", courseID),
-        courseID);
+    const std::string course = fmt::format("course {}", courseID);
+    open(canvasLinks::course(canvasAddress(), courseID), course, course);
 }
 
 void RosterActions::openGrades(std::int64_t courseID, std::int64_t studentID) {
-    open(canvasLinks::grades(canvasAddress(), courseID, studentID), "a student", 0);
+    open(
+        canvasLinks::grades(canvasAddress(), courseID, studentID), "a student",
+        "a student's grades");
 }
 
 void RosterActions::openAssignment(std::int64_t courseID, std::int64_t assignmentID) {
-    open(
-        canvasLinks::assignment(canvasAddress(), courseID, assignmentID),
-        fmt::format("course {}", courseID), courseID);
+    const std::string course = fmt::format("course {}", courseID);
+    open(canvasLinks::assignment(canvasAddress(), courseID, assignmentID), course, course);
 }
 
-/// @param what the page, in the log line of a failure.
-/// @param courseID the course to log; 0 for a student's page, whose ids are not logged.
+/// @param owner whose page it is, for the log line of a URL that cannot be built.
+/// @param page the page, for the log; it identifies no student.
 void RosterActions::open(
-    const std::optional<std::string> &url, std::string_view what, std::int64_t courseID) {
-    if (defaults.value(preferences::sampleData)) {
+    const std::optional<std::string> &url, std::string_view owner, const std::string &page) {
+    if (defaults.value(preferences::sampleData))
         Q_EMIT samplePageRequested();
-        return;
-    }
-    if (!url) {
-        links.error(fmt::format("Couldn't build a Canvas URL for {}", what));
-        return;
-    }
-    links.info(
-        courseID != 0 ? fmt::format("Opening course {} in Canvas", courseID)
-                      : "Opening a student's grades in Canvas");
-    Q_EMIT openURLRequested(QString::fromStdString(*url));
+    else if (!url)
+        links.error(fmt::format("Couldn't build a Canvas URL for {}", owner));
+    else
+        Q_EMIT openURLRequested(QString::fromStdString(*url), QString::fromStdString(page));
+}
+
+void RosterActions::pageDidOpen(const QString &page, bool opened) const {
+    if (opened)
+        links.info(fmt::format("Opening {} in Canvas", page.toStdString()));
+    else
+        links.error(fmt::format("The browser did not open {}", page.toStdString()));
 }
 
 std::string RosterActions::canvasAddress() const {

@@ -46,17 +46,21 @@ class RosterActions : public QObject {
     void openCourse(std::int64_t courseID);
     void openGrades(std::int64_t courseID, std::int64_t studentID);
     void openAssignment(std::int64_t courseID, std::int64_t assignmentID);
+    /// Logs whether the browser opened a page.
+    void pageDidOpen(const QString &page, bool opened) const;
 
   Q_SIGNALS:
     void copyRequested(const QString &text);
     void exportDidEnd(const QString &fileName);
     void exportDidFail(const QString &why);
-    void openURLRequested(const QString &url);
+    /// The receiver opens the URL and calls `pageDidOpen` with this name of the page.
+    void openURLRequested(const QString &url, const QString &page);
     /// A Canvas page was requested in the sample college, which has none.
     void samplePageRequested();
 
   private:
-    void open(const std::optional<std::string> &url, std::string_view what, std::int64_t courseID);
+    void
+    open(const std::optional<std::string> &url, std::string_view owner, const std::string &page);
     [[nodiscard]] std::string canvasAddress() const;
 
     const RosterView &roster;

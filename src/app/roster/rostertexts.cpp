@@ -11,11 +11,12 @@ namespace ellwynd {
 std::string lastActiveText(const std::optional<Date> &lastActivityAt, Date now) {
     if (!lastActivityAt)
         return "never";
-    const std::int64_t days =
-        std::max<std::int64_t>(0, calendar::daysBetween(*lastActivityAt, now));
-    if (days == 0)
+    const std::int64_t calendarDays = calendar::daysBetween(*lastActivityAt, now);
+    if (calendarDays <= 0)
         return "today";
-    return days == 1 ? "yesterday" : std::to_string(days) + " days ago";
+    if (calendarDays == 1)
+        return "yesterday";
+    return plural(wholeDaysBetween(*lastActivityAt, now), "day") + " ago";
 }
 
 std::string scoreText(const std::optional<double> &score) {

@@ -8,7 +8,8 @@
 
 namespace ellwynd {
 
-/// "never", "today", "yesterday" or "10 days ago", in days of the user's calendar.
+/// "never", "today", "yesterday" or "10 days ago". Today and yesterday are days of the user's
+/// calendar; older days are counted as in the reasons, in whole times 24 hours.
 [[nodiscard]] std::string lastActiveText(const std::optional<Date> &lastActivityAt, Date now);
 
 /// "38% · F", or only one of them if the other is absent; empty without both.

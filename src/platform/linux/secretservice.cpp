@@ -194,7 +194,8 @@ std::optional<std::string> SecretService::read(
     if (items.empty())
         return std::nullopt;
     // Locked items last, since an open keyring may hold the secret.
-    std::ranges::stable_partition(items, [](const auto &item) { return !isLocked(item); });
+    std::stable_partition(
+        items.begin(), items.end(), [](const auto &item) { return !isLocked(item); });
     std::exception_ptr failure;
     for (const Object<SecretItem> &item : items) {
         try {

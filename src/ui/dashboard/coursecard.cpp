@@ -53,10 +53,20 @@ CourseCard::CourseCard(const UserDefaults &defaults, const Appearance &appearanc
 }
 
 void CourseCard::setCard(const DashboardCourseCard &newCard) {
-    if (newCard == card)
+    if (newCard == card && !isPlaceholder)
         return;
     card = newCard;
+    isPlaceholder = false;
     setAccessibleName(qstring(accessibleText(card)));
+    update();
+}
+
+void CourseCard::setPlaceholder(std::int64_t courseID, const std::string &name) {
+    if (isPlaceholder && card.courseID == courseID && card.name == name)
+        return;
+    card = {.courseID = courseID, .name = name};
+    isPlaceholder = true;
+    setAccessibleName(qstring(name) + QStringLiteral(". Being scored. Opens the course."));
     update();
 }
 
@@ -95,6 +105,8 @@ void CourseCard::paintEvent(QPaintEvent *) {
     const double radius = appearance.px(10);
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
     drawHeading(painter);
+    if (isPlaceholder)
+        return drawPlaceholder(painter);
     drawCount(painter);
     drawLevels(painter);
     drawMostMissed(painter);
@@ -127,6 +139,22 @@ void CourseCard::drawHeading(QPainter &painter) const {
             area.left() + tile + appearance.px(10), area.top(),
             area.width() - tile - appearance.px(10), tile),
         name, appearance.font(1.04, QFont::DemiBold), appearance.theme().text);
+}
+
+/// Bars where the figures will be.
+void CourseCard::drawPlaceholder(QPainter &painter) const {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(appearance.theme().separator);
+    const QRect area = content();
+    const auto bar = [&](double top, double height, int width) {
+        const int tall = appearance.px(height);
+        painter.drawRoundedRect(
+            QRect(area.left(), rect().top() + appearance.px(top), width, tall), tall / 3.0,
+            tall / 3.0);
+    };
+    bar(countTop + 8, 26, area.width() / 4);
+    bar(levelsTop + 4, 14, area.width() / 2);
+    bar(marksTop + 4, 10, area.width() / 3);
 }
 
 void CourseCard::drawCount(QPainter &painter) const {

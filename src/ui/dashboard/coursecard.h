@@ -20,6 +20,8 @@ class CourseCard : public KeyboardButton {
         const UserDefaults &defaults, const Appearance &appearance, QWidget *parent = nullptr);
 
     void setCard(const DashboardCourseCard &card);
+    /// Shows the course's name alone, until its figures are known.
+    void setPlaceholder(std::int64_t courseID, const std::string &name);
     [[nodiscard]] std::int64_t courseID() const { return card.courseID; }
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -35,6 +37,7 @@ class CourseCard : public KeyboardButton {
     [[nodiscard]] QRect trendArea() const;
     [[nodiscard]] QRect mostMissedArea() const;
     void drawHeading(QPainter &painter) const;
+    void drawPlaceholder(QPainter &painter) const;
     void drawCount(QPainter &painter) const;
     void drawLevels(QPainter &painter) const;
     void drawMostMissed(QPainter &painter) const;
@@ -42,6 +45,7 @@ class CourseCard : public KeyboardButton {
     const UserDefaults &defaults;
     const Appearance &appearance;
     DashboardCourseCard card;
+    bool isPlaceholder = false;
     bool hovered = false;
 };
 

@@ -1,10 +1,12 @@
 #include "ui/dashboard/dashboardpane.h"
 
 #include "app/dashboard/dashboardtexts.h"
+#include "base/calendar.h"
 #include "preferences/coursesettings.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/dashboard/legend.h"
 #include "ui/support/appearance.h"
+#include "ui/support/stampline.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
@@ -17,6 +19,7 @@
 #include <QStackedWidget>
 
 #include <algorithm>
+#include <utility>
 
 namespace ellwynd {
 
@@ -27,7 +30,7 @@ DashboardPane::DashboardPane(
       defaults(defaults),
       appearance(appearance),
       headline(new ElidedLabel(this)),
-      subtitle(new ElidedLabel(this)),
+      subtitle(new StampLine(this)),
       terms(new QPushButton(this)),
       refresh(new QPushButton(QStringLiteral("⟳"), this)),
       stack(new QStackedWidget(this)),
@@ -42,7 +45,6 @@ DashboardPane::DashboardPane(
           if (courseSettings::isIconKey(key))
               page->update();
       })) {
-    subtitle->setProperty("secondary", true);
     terms->setMenu(new QMenu(terms));
     terms->setToolTip(QStringLiteral("The term whose courses are shown"));
     refresh->setProperty("quiet", true);
@@ -65,6 +67,7 @@ DashboardPane::DashboardPane(
     page->setObjectName(QStringLiteral("plain"));
     auto *pageColumn = new QVBoxLayout(page);
     pageColumn->setContentsMargins(0, 0, 0, 0);
+    pageColumn->addWidget(progress);
     pageColumn->addLayout(grid);
     pageColumn->addStretch(1);
     // Scrolls with the page, so that it takes no space from the cards when the text is large.
@@ -79,7 +82,6 @@ DashboardPane::DashboardPane(
     auto *waitColumn = new QVBoxLayout(waitPage);
     waitColumn->addStretch(2);
     waitColumn->addWidget(wait);
-    waitColumn->addWidget(progress, 0, Qt::AlignHCenter);
     waitColumn->addStretch(3);
     stack->addWidget(waitPage);
 
@@ -132,38 +134,69 @@ void DashboardPane::resizeEvent(QResizeEvent *event) {
     arrangeCards();
 }
 
+void DashboardPane::setRefreshing(bool refreshing) {
+    if (std::exchange(isRefreshing, refreshing) != refreshing)
+        showModel();
+}
+
 void DashboardPane::showModel() {
     showTermMenu();
     const DashboardTerm *term = dashboard.shownTerm();
+    if (term == nullptr)
+        return showWait();
+    headline->setFullText(qstring(ellwynd::headline(*term)));
+    QStringList note;
+    if (const std::string day = calendar::relativeDay(term->updatedAt, systemNow()); !day.empty())
+        note << qstring(day);
+    if (isRefreshing)
+        note << QStringLiteral("refreshing…");
+    subtitle->setTexts(
+        qstring(movementLine(*term)), qstring(stamp(dashboard)), note.join(QStringLiteral(" · ")));
+    progress->hide();
+    setCardCount(term->cards.size());
+    for (std::size_t i = 0; i < term->cards.size(); ++i)
+        cards[i]->setCard(term->cards[i]);
+    stack->setCurrentIndex(0);
+}
+
+/// While a term is scored for the first time, the names of its courses.
+void DashboardPane::showWait() {
     const PassProgress &pass = dashboard.progress();
-    if (term != nullptr) {
-        headline->setFullText(qstring(ellwynd::headline(*term)));
-        subtitle->setFullText(
-            qstring(movementLine(*term)) + QStringLiteral(" — ") + qstring(stamp(dashboard)));
-        showCards(term->cards);
-    } else {
-        headline->setFullText(QStringLiteral("Dashboard"));
-        subtitle->setFullText({});
-        wait->setText(qstring(waitLine(dashboard).value_or("")));
-        progress->setVisible(pass.running);
-        progress->setRange(0, int(pass.total));
-        progress->setValue(int(pass.done));
+    const std::vector<TermGroup> &terms = dashboard.preparedTerms();
+    const auto term = std::ranges::find(terms, dashboard.shownTermID(), &TermGroup::id);
+    const bool showsNames = pass.running && term != terms.end();
+    const QString line = qstring(waitLine(dashboard).value_or(""));
+    headline->setFullText(showsNames ? qstring(title(*term)) : QStringLiteral("Dashboard"));
+    subtitle->setTexts(showsNames ? line : QString(), {}, {});
+    wait->setText(line);
+    progress->setVisible(showsNames);
+    progress->setRange(0, int(pass.total));
+    progress->setValue(int(pass.done));
+    if (showsNames) {
+        setCardCount(term->courses.size());
+        for (std::size_t i = 0; i < term->courses.size(); ++i)
+            cards[i]->setPlaceholder(term->courses[i].id, displayName(term->courses[i]));
     }
-    stack->setCurrentIndex(term != nullptr ? 0 : 1);
+    stack->setCurrentIndex(showsNames ? 0 : 1);
 }
 
 /// Refills the menu only when its items have changed, so that an open menu stays open.
 void DashboardPane::showTermMenu() {
     const std::vector<TermMenuItem> items = termMenu(dashboard);
     QMenu *menu = terms->menu();
-    const auto same = [](const QAction *action, const TermMenuItem &item) {
-        return action->data().toLongLong() == item.tag && action->text() == menuText(item.title);
+    // After a tab a menu shows a text at its right.
+    const auto textOf = [](const TermMenuItem &item) {
+        const QString note = item.note.empty() ? QString() : u'\t' + menuText(item.note);
+        return menuText(item.title) + note;
+    };
+    const auto same = [&textOf](const QAction *action, const TermMenuItem &item) {
+        return action->data().toLongLong() == item.tag && action->text() == textOf(item);
     };
     const QList<QAction *> actions = menu->actions();
     if (!std::ranges::equal(actions, items, same)) {
         menu->clear();
         for (const TermMenuItem &item : items) {
-            QAction *action = menu->addAction(menuText(item.title));
+            QAction *action = menu->addAction(textOf(item));
             action->setData(qlonglong(item.tag));
             action->setCheckable(true);
         }
@@ -178,8 +211,8 @@ void DashboardPane::showTermMenu() {
     terms->setVisible(!dashboard.preparedTerms().empty());
 }
 
-void DashboardPane::showCards(const std::vector<DashboardCourseCard> &wanted) {
-    while (cards.size() < wanted.size()) {
+void DashboardPane::setCardCount(std::size_t count) {
+    while (cards.size() < count) {
         auto *card = new CourseCard(defaults, appearance, page);
         connect(card, &CourseCard::clicked, this, [this, card] {
             Q_EMIT courseRequested(card->courseID());
@@ -187,11 +220,8 @@ void DashboardPane::showCards(const std::vector<DashboardCourseCard> &wanted) {
         cards.push_back(card);
         columns = 0;
     }
-    for (std::size_t i = 0; i < cards.size(); ++i) {
-        if (i < wanted.size())
-            cards[i]->setCard(wanted[i]);
-        cards[i]->setVisible(i < wanted.size());
-    }
+    for (std::size_t i = 0; i < cards.size(); ++i)
+        cards[i]->setVisible(i < count);
     arrangeCards();
 }
 

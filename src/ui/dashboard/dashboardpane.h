@@ -17,6 +17,7 @@ namespace ellwynd {
 class Appearance;
 class CourseCard;
 class ElidedLabel;
+class StampLine;
 
 /// Shows the dashboard's model and updates in place as terms are scored.
 class DashboardPane : public QWidget {
@@ -26,6 +27,9 @@ class DashboardPane : public QWidget {
     DashboardPane(
         Dashboard &dashboard, UserDefaults &defaults, const Appearance &appearance,
         QWidget *parent = nullptr);
+
+    /// Whether a refresh of everything is under way.
+    void setRefreshing(bool refreshing);
 
     /// Moves the keyboard focus to the first card.
     void focusCards();
@@ -40,7 +44,9 @@ class DashboardPane : public QWidget {
   private:
     void showModel();
     void showTermMenu();
-    void showCards(const std::vector<DashboardCourseCard> &wanted);
+    void showWait();
+    /// Creates cards until there are `count`, and shows as many.
+    void setCardCount(std::size_t count);
     void arrangeCards();
     void applyAppearance();
 
@@ -48,7 +54,7 @@ class DashboardPane : public QWidget {
     UserDefaults &defaults;
     const Appearance &appearance;
     ElidedLabel *headline;
-    ElidedLabel *subtitle;
+    StampLine *subtitle;
     QPushButton *terms;
     QPushButton *refresh;
     QStackedWidget *stack;
@@ -61,6 +67,7 @@ class DashboardPane : public QWidget {
     QWidget *footer;
     std::vector<CourseCard *> cards;
     int columns = 0;
+    bool isRefreshing = false;
     std::shared_ptr<void> observing;
 };
 

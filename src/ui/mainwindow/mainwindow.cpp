@@ -208,6 +208,9 @@ void MainWindow::connectViews() {
     connect(
         dashboardPane, &DashboardPane::refreshRequested, &controller,
         &MainWindowController::refresh);
+    connect(&controller, &MainWindowController::loadingDidChange, this, [this] {
+        dashboardPane->setRefreshing(controller.isLoading());
+    });
     connect(&controller, &MainWindowController::rosterDidChange, this, [this] {
         showPane();
         updateActions();

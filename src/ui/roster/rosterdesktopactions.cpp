@@ -38,9 +38,13 @@ RosterDesktopActions::RosterDesktopActions(
         box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
         box->open();
     });
-    connect(&actions, &RosterActions::openURLRequested, this, [](const QString &url) {
-        QDesktopServices::openUrl(QUrl(url));
-    });
+    const auto open = [this](const QString &url, const QString &page) {
+        const bool opened = QDesktopServices::openUrl(QUrl(url));
+        this->actions.pageDidOpen(page, opened);
+        if (!opened)
+            Q_EMIT noteRequested(QStringLiteral("Your browser could not be opened."));
+    };
+    connect(&actions, &RosterActions::openURLRequested, this, open);
     connect(&actions, &RosterActions::samplePageRequested, this, [this] {
         Q_EMIT noteRequested(
             QStringLiteral("The sample college is invented, so it has no pages in Canvas."));

@@ -3,6 +3,7 @@
 #include "app/roster/rosterview.h"
 #include "theme/courseicon.h"
 #include "ui/support/appearance.h"
+#include "ui/support/stampline.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
@@ -37,7 +38,7 @@ RosterHeader::RosterHeader(
       appearance(appearance),
       tile(new QLabel(this)),
       title(new ElidedLabel(this)),
-      subtitle(new ElidedLabel(this)),
+      subtitle(new StampLine(this)),
       filter(new QLineEdit(this)),
       thresholds(button(
           QStringLiteral("Thresholds"),
@@ -54,7 +55,6 @@ RosterHeader::RosterHeader(
     filter->setPlaceholderText(QStringLiteral("Filter students"));
     filter->setAccessibleName(QStringLiteral("Filter students"));
     filter->setClearButtonEnabled(true);
-    subtitle->setProperty("secondary", true);
 
     auto *names = new QVBoxLayout;
     names->setSpacing(1);
@@ -106,8 +106,8 @@ void RosterHeader::setRoster(const RosterView &roster) {
     arrange();
 }
 
-void RosterHeader::setSubtitle(const QString &text) {
-    subtitle->setFullText(text);
+void RosterHeader::setSubtitle(const QString &text, const QString &stamp, const QString &note) {
+    subtitle->setTexts(text, stamp, note);
 }
 
 void RosterHeader::focusFilter() {

@@ -12,6 +12,7 @@ namespace ellwynd {
 
 class Appearance;
 class ElidedLabel;
+class StampLine;
 class UserDefaults;
 struct RosterView;
 
@@ -26,7 +27,7 @@ class RosterHeader : public QWidget {
 
     void setRoster(const RosterView &roster);
     /// The line below the name.
-    void setSubtitle(const QString &text);
+    void setSubtitle(const QString &text, const QString &stamp, const QString &note);
 
     void focusFilter();
     void clearFilter();
@@ -51,7 +52,7 @@ class RosterHeader : public QWidget {
     const Appearance &appearance;
     QLabel *tile;
     ElidedLabel *title;
-    ElidedLabel *subtitle;
+    StampLine *subtitle;
     QLineEdit *filter;
     QPushButton *thresholds;
     QPushButton *missingWork;

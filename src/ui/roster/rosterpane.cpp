@@ -60,6 +60,7 @@ RosterPane::RosterPane(
       message(secondaryLabel(messagePage)),
       progress(new QProgressBar(messagePage)),
       connectButton(new QPushButton(QStringLiteral("Open Connection Settings…"), messagePage)),
+      retryButton(new QPushButton(QStringLiteral("Try Again"), messagePage)),
       insight(new InsightBand(appearance)),
       insightFrame(new QWidget(this)),
       students(new RosterTable(appearance, this)),
@@ -70,6 +71,8 @@ RosterPane::RosterPane(
     message->setAlignment(Qt::AlignCenter);
     connectButton->setToolTip(QStringLiteral("Enter your Canvas address and token"));
     connectButton->setAutoDefault(false);
+    retryButton->setToolTip(QStringLiteral("Read this roster again (Ctrl+Shift+R)"));
+    retryButton->setAutoDefault(false);
     students->setCompact(defaults.value(preferences::rosterCompactRows));
     students->setContextMenuPolicy(Qt::CustomContextMenu);
 
@@ -79,6 +82,7 @@ RosterPane::RosterPane(
     page->addWidget(message);
     page->addWidget(progress, 0, Qt::AlignHCenter);
     page->addWidget(connectButton, 0, Qt::AlignHCenter);
+    page->addWidget(retryButton, 0, Qt::AlignHCenter);
     page->addStretch(3);
     stack->addWidget(messagePage);
     auto *column = new QVBoxLayout(this);
@@ -112,6 +116,7 @@ void RosterPane::connectViews() {
             preferences::courseInsightPanelMode, std::string(collapsed ? "small" : "shown"));
     });
     connect(connectButton, &QPushButton::clicked, this, &RosterPane::connectionRequested);
+    connect(retryButton, &QPushButton::clicked, this, &RosterPane::refreshRequested);
     connect(students, &QWidget::customContextMenuRequested, this, [this](const QPoint &position) {
         Q_EMIT contextMenuRequested(students->viewport()->mapToGlobal(position));
     });
@@ -171,6 +176,7 @@ void RosterPane::showRoster() {
     message->setText(text);
     showProgress();
     connectButton->setVisible(roster.state == RosterView::State::notConnected);
+    retryButton->setVisible(roster.state == RosterView::State::failed);
     students->setRoster(text.isEmpty() ? roster : RosterView{}, systemNow());
     showInsight();
     stack->setCurrentWidget(text.isEmpty() ? static_cast<QWidget *>(students) : messagePage);
@@ -199,7 +205,7 @@ void RosterPane::showProgress() {
 void RosterPane::showCount() {
     const RosterView &roster = controller.roster();
     if (roster.state != RosterView::State::shown) {
-        header->setSubtitle({});
+        header->setSubtitle({}, {}, {});
         movement->setVisible(false);
         return;
     }
@@ -208,10 +214,14 @@ void RosterPane::showCount() {
         text = QStringLiteral("%1 of ").arg(students->shownCount());
     text += roster.courseID ? qstring(studentsText(roster.rows.size()))
                             : qstring(flaggedAcrossText(roster.rows.size(), roster.courseCount));
-    text += QStringLiteral(" · updated ") + qstring(calendar::shortTime(roster.fetchedAt));
+    QStringList note;
+    if (const std::string day = calendar::relativeDay(roster.fetchedAt, systemNow()); !day.empty())
+        note << qstring(day);
     if (controller.isLoading())
-        text += QStringLiteral(" · refreshing…");
-    header->setSubtitle(text);
+        note << QStringLiteral("refreshing…");
+    header->setSubtitle(
+        text, QStringLiteral("updated ") + qstring(calendar::shortTime(roster.fetchedAt)),
+        note.join(QStringLiteral(" · ")));
     const QString line = qstring(rememberedLine(roster));
     movement->setFullText(line);
     movement->setVisible(!line.isEmpty());

@@ -62,6 +62,7 @@ class RosterPane : public QWidget {
     QLabel *message;
     QProgressBar *progress;
     QPushButton *connectButton;
+    QPushButton *retryButton;
     InsightBand *insight;
     QWidget *insightFrame;
     RosterTable *students;

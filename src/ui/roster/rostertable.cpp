@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -64,18 +65,32 @@ RosterTable::RosterTable(const Appearance &appearance, QWidget *parent)
 }
 
 void RosterTable::setRoster(const RosterView &roster, Date now) {
+    // A roster that was read again stays where the teacher left it.
+    const bool isSame = roster.courseID == courseID && roster.title == title;
+    courseID = roster.courseID;
+    title = roster.title;
     std::set<StudentKey> selected;
     for (const RiskRow &row : selectedRows())
         selected.insert(keyOf(row));
+    const std::optional<StudentKey> current = currentStudent();
+    const int scrolledTo = verticalScrollBar()->value();
     {
         const QScopedValueRollback guard(changingRows, true);
         setColumnHidden(RosterModel::course, roster.courseID.has_value());
         model->setRoster(roster, now);
         sizeColumns();
         sizeRows();
-        selectStudents(selected);
+        select(selected, current);
+        // The range of the scroll bar is otherwise computed later.
+        updateGeometries();
+        verticalScrollBar()->setValue(isSame ? scrolledTo : 0);
     }
     Q_EMIT selectionDidChange();
+}
+
+std::optional<StudentKey> RosterTable::currentStudent() const {
+    const QModelIndex current = currentIndex();
+    return current.isValid() ? std::optional{keyOf(filter->row(current))} : std::nullopt;
 }
 
 void RosterTable::setFilter(const QString &typed) {
@@ -99,21 +114,36 @@ std::vector<RiskRow> RosterTable::selectedRows() const {
 }
 
 void RosterTable::selectStudents(const std::set<StudentKey> &students) {
+    const QModelIndex first = select(students, std::nullopt);
+    if (first.isValid())
+        scrollTo(first);
+}
+
+QModelIndex
+RosterTable::select(const std::set<StudentKey> &students, std::optional<StudentKey> current) {
     QItemSelection selection;
     QModelIndex first;
+    QModelIndex kept;
     for (int row = 0; row < filter->rowCount(); ++row) {
         const QModelIndex index = filter->index(row, 0);
-        if (!students.contains(keyOf(filter->row(index))))
+        const StudentKey key = keyOf(filter->row(index));
+        if (current && key == *current)
+            kept = filter->index(row, RosterModel::student);
+        if (!students.contains(key))
             continue;
         selection.select(index, filter->index(row, RosterModel::columns - 1));
         if (!first.isValid())
             first = filter->index(row, RosterModel::student);
     }
-    if (first.isValid())
-        selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    if (const QModelIndex at = kept.isValid() ? kept : first; at.isValid()) {
+        // The view would scroll to it.
+        const bool scrolls = hasAutoScroll();
+        setAutoScroll(false);
+        selectionModel()->setCurrentIndex(at, QItemSelectionModel::NoUpdate);
+        setAutoScroll(scrolls);
+    }
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-    if (first.isValid())
-        scrollTo(first);
+    return first;
 }
 
 void RosterTable::sortClicked(int column) {

@@ -6,7 +6,9 @@
 #include <QTableView>
 #include <QTimer>
 
+#include <optional>
 #include <set>
+#include <string>
 
 namespace ellwynd {
 
@@ -47,6 +49,9 @@ class RosterTable : public QTableView {
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
   private:
+    [[nodiscard]] std::optional<StudentKey> currentStudent() const;
+    /// Selects the students without scrolling, and returns the first of them.
+    QModelIndex select(const std::set<StudentKey> &students, std::optional<StudentKey> current);
     void sizeColumns();
     void sizeRows();
     void sortClicked(int column);
@@ -57,6 +62,9 @@ class RosterTable : public QTableView {
     RosterDelegate *delegate;
     QTimer rowSizing;
     bool changingRows = false;
+    /// Of the roster on screen; absent for a term.
+    std::optional<std::int64_t> courseID;
+    std::string title;
 };
 
 } // namespace ellwynd

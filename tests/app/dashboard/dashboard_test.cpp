@@ -124,7 +124,9 @@ TEST_F(DashboardTest, TheTrendIncludesDaysOfOtherMachines) {
         {test::entry(7, 1, noon - days(2), "Watch"), test::entry(7, 2, noon - days(2), "Concern"),
          test::entry(7, 1, noon - days(1), "OK")});
     const ScoredCourse course{
-        .course = {.id = 7, .name = "Bio"}, .rows = {test::row(1, "At Risk"), test::row(2, "OK")}};
+        .course = {.id = 7, .name = "Bio"},
+        .rows = {test::row(1, "At Risk"), test::row(2, "OK")},
+        .fetchedAt = noon};
     const DashboardCourseCard card = dashboardCard(course, core.stores, core.trends, noon);
     EXPECT_THAT(card.trend, ElementsAre(7, 2, 0, 1));
     EXPECT_EQ(card.newlyFlagged, 1);

@@ -19,6 +19,9 @@ TEST(RosterTexts, FormatFigures) {
     EXPECT_EQ(lastActiveText(at("2026-09-24T05:00:00Z"), now), "today");
     EXPECT_EQ(lastActiveText(at("2026-09-24T04:59:59Z"), now), "yesterday");
     EXPECT_EQ(lastActiveText(at("2026-09-14T12:00:00Z"), now), "10 days ago");
+    // The day before yesterday, but less than 48 hours ago.
+    EXPECT_EQ(lastActiveText(at("2026-09-23T04:59:00Z"), now), "1 day ago");
+    EXPECT_EQ(lastActiveText(at("2026-09-14T23:00:00Z"), now), "9 days ago");
     EXPECT_EQ(lastActiveText(at("2026-09-30T12:00:00Z"), now), "today");
 
     RiskRow row;

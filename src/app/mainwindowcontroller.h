@@ -43,6 +43,8 @@ class MainWindowController : public QObject, private RefreshJobs {
     void networkDidReturn();
     /// Starts the timer for a scoring pass every half hour.
     void startTimer();
+    /// Half an hour has passed; called by the timer.
+    void timerFired();
 
     [[nodiscard]] const std::optional<Selection> &selection() const {
         return rosterController.selection();
@@ -94,7 +96,6 @@ class MainWindowController : public QObject, private RefreshJobs {
     void listDidFail(const CanvasError &error);
     void rosterDidLoad(const std::optional<CanvasError> &failure);
     void passEnded(const PassResult &result);
-    void timerFired();
     void addressDidChange();
     void clearEverything();
     void checkDay();

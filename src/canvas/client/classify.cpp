@@ -14,7 +14,8 @@ using Kind = CanvasError::Kind;
 bool mentionsRateLimit(std::string_view text) {
     constexpr std::string_view phrase = "rate limit";
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; };
-    return !std::ranges::search(text, phrase, {}, lower).empty();
+    const auto same = [&lower](char left, char right) { return lower(left) == right; };
+    return std::search(text.begin(), text.end(), phrase.begin(), phrase.end(), same) != text.end();
 }
 
 } // namespace

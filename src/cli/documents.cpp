@@ -64,7 +64,7 @@ std::string levelCell(const RiskRow &row, const RosterMemory &memory) {
     std::string cell(levelName(row.level));
     for (const RosterChange &change : memory.movement) {
         if (change.studentID == row.id && change.courseID == row.courseID)
-            cell += " " + std::string(arrowOf(change));
+            cell += fmt::format(" {}", arrowOf(change));
     }
     return cell;
 }
@@ -179,7 +179,7 @@ std::string rosterText(const ScoredCourse &course, const RosterMemory &memory, D
                 {assignment.name, std::to_string(assignment.studentIDs.size()),
                  assignment.isClassWide ? "excluded from risk scores" : ""});
         }
-        text += "\n" + table.text();
+        text += fmt::format("\n{}", table.text());
     }
     return text;
 }

@@ -37,7 +37,7 @@ JSON studentDocument(const RiskRow &row, const StudentHistory &history) {
 std::string studentText(const RiskRow &row, const StudentHistory &history, Date now) {
     std::string text = rowsTable(std::span(&row, 1), {.now = now});
     const auto paragraph = [&text](const std::string &sentence) {
-        text += "\n" + oneLine(sentence) + "\n";
+        text += fmt::format("\n{}\n", oneLine(sentence));
     };
     if (history.change)
         paragraph(changeText(*history.change) + ".");

@@ -13,8 +13,8 @@ struct ScoringInput {
     std::string_view courseName;
     /// As fetched, with one enrollment for each section that a student is in.
     std::span<const Enrollment> enrollments;
-    /// Those of users who are not on the roster count for class-wide missing work; the roster loader
-    /// leaves them out.
+    /// Those of users who are not on the roster count for class-wide missing work; the roster
+    /// loader leaves them out.
     std::span<const SubmissionSummary> submissions;
     /// Percent.
     double passingScore = 70;

@@ -6,13 +6,14 @@
 #include "memory/outreach.h"
 
 #include <algorithm>
+#include <set>
 
 namespace ellwynd {
 
 namespace {
 
-std::vector<std::int64_t>
-flaggedTrend(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date readAt) {
+std::vector<std::int64_t> flaggedTrend(
+    const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date readAt) {
     DailyCounts counts = trends.remoteCounts(course.course.id, readAt);
     const std::string oldest = calendar::dayKey(calendar::daysBefore(readAt, trendDays));
     const std::string today = calendar::dayKey(readAt);

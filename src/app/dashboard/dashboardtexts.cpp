@@ -146,7 +146,7 @@ std::string accessibleText(const DashboardCourseCard &card) {
     if (card.improved > 0)
         text += fmt::format(" {} improved.", card.improved);
     if (card.awaitingFollowUp > 0)
-        text += " " + awaitingText(card.awaitingFollowUp) + ".";
+        text += fmt::format(" {}.", awaitingText(card.awaitingFollowUp));
     if (card.mostMissed)
         text += fmt::format(" Most missed: {}.", card.mostMissed->title);
     return text + " Opens the course.";

@@ -22,7 +22,7 @@ std::string reasonsText(const RiskRow &row) {
             std::vector<std::string> names;
             for (AssignmentRef &assignment : missingAssignments(row))
                 names.push_back(std::move(assignment.name));
-            sentence += " " + join(names, ", ");
+            sentence += fmt::format(" {}", join(names, ", "));
         }
         sentences.push_back(std::move(sentence));
     }

@@ -12,23 +12,30 @@ std::vector<DailyLevels>
 lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now) {
     const Date today = calendar::startOfDay(now);
     const Date first = calendar::startOfDay(calendar::daysBefore(now, trendDays));
-    std::map<Date, DailyLevels> days;
-    DailyLevels *day = nullptr;
+    /// What one visit recorded: all of its entries have the same instant.
+    struct Visit {
+        Date at;
+        LevelCounts counts;
+    };
+    std::map<Date, Visit> days;
+    Visit *visit = nullptr;
     Date lastInstant;
     for (const RosterSnapshot &entry : history.entries()) {
         if (entry.courseID != courseID || entry.recordedAt < first || entry.recordedAt >= today)
             continue;
-        // All entries of a visit have the same instant.
-        if (day == nullptr || entry.recordedAt != lastInstant) {
+        if (visit == nullptr || entry.recordedAt != lastInstant) {
             lastInstant = entry.recordedAt;
-            const Date begins = calendar::startOfDay(entry.recordedAt);
-            day = &days.try_emplace(begins, DailyLevels{.day = begins}).first->second;
+            visit = &days[calendar::startOfDay(entry.recordedAt)];
+            // Visits of two days in another time zone may be on one day in this one.
+            if (entry.recordedAt > visit->at)
+                *visit = {.at = entry.recordedAt};
         }
-        day->counts.add(recordedLevel(entry).level());
+        if (entry.recordedAt == visit->at)
+            visit->counts.add(recordedLevel(entry).level());
     }
     std::vector<DailyLevels> result;
-    for (const auto &[begins, levels] : days)
-        result.push_back(levels);
+    for (const auto &[day, last] : days)
+        result.push_back({.day = day, .counts = last.counts});
     return result;
 }
 

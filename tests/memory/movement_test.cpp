@@ -158,6 +158,20 @@ TEST_F(MovementTest, LevelTrendTextDescribesTwoWeeks) {
     EXPECT_EQ(
         levelTrendText(RiskLevel::concern, earlier, today), "Concern: 0 now, down from 1 earlier.");
     EXPECT_EQ(levelTrendText(RiskLevel::watch, {}, today), "Watch: 2 now, unchanged.");
+
+    // Two visits on one day, of which a change of the zone is the usual cause.
+    for (const bool laterFirst : {false, true}) {
+        std::vector<RosterSnapshot> visits{
+            entry(7, 1, noon - days(2), "At Risk"), entry(7, 2, noon - days(2), "Watch"),
+            entry(7, 1, noon - days(2) + hours(3), "Concern"),
+            entry(7, 2, noon - days(2) + hours(3), "OK")};
+        if (laterFirst)
+            std::ranges::rotate(visits, visits.begin() + 2);
+        history.fill(visits);
+        const auto merged = lastTwoWeeks(history, 7, noon);
+        ASSERT_EQ(merged.size(), 1U);
+        EXPECT_EQ(merged[0].counts, (LevelCounts{.concern = 1}));
+    }
 }
 
 /// Visits around midnight across the end of daylight saving time. The expected values are computed

@@ -6,8 +6,8 @@ namespace ellwynd {
 
 CourseInsight courseInsight(const ScoredCourse &course, const Stores &stores, Date now) {
     CourseInsight insight;
-    insight.days = lastTwoWeeks(stores.history, course.course.id, now);
-    const DailyLevels today = levelsOf(course.rows, now);
+    insight.days = lastTwoWeeks(stores.history, course.course.id, course.fetchedAt);
+    const DailyLevels today = levelsOf(course.rows, course.fetchedAt);
     for (const RiskLevel level : allRiskLevels)
         insight.sentences.push_back(levelTrendText(level, insight.days, today));
     insight.days.push_back(today);

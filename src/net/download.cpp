@@ -18,6 +18,12 @@ bool isOffline() {
         information->reachability() == QNetworkInformation::Reachability::Disconnected;
 }
 
+// A manager keeps some kilobytes of TLS state for every connection it ever had. It is replaced
+// while nothing is under way, after so many requests, or when servers have usually closed its
+// connections.
+constexpr int maxRequests = 1000;
+constexpr std::chrono::minutes maxIdle{1};
+
 TransportFailure failureOf(const QNetworkReply &reply) {
     const auto code = reply.error();
     const bool mayBeOffline = code == QNetworkReply::ConnectionRefusedError ||
@@ -110,10 +116,17 @@ QNetworkRequest statelessRequest(const QUrl &url, const char *accept) {
 }
 
 QNetworkReply *Downloader::send(const QNetworkRequest &request) {
-    std::erase_if(retired, [](const std::unique_ptr<QNetworkAccessManager> &old) {
-        return old->findChild<QNetworkReply *>() == nullptr;
-    });
+    const auto isIdle = [](const std::unique_ptr<QNetworkAccessManager> &each) {
+        return each->findChild<QNetworkReply *>() == nullptr;
+    };
+    std::erase_if(retired, isIdle);
+    const ElapsedTime now = elapsedNow();
+    const bool isOld = now - lastSentAt > maxIdle || ++sent > maxRequests;
+    lastSentAt = now;
+    if (manager && isOld && isIdle(manager))
+        manager.reset();
     if (!manager) {
+        sent = 1;
         manager = std::make_unique<QNetworkAccessManager>();
         manager->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
     }

@@ -1,6 +1,7 @@
 // Downloads over HTTPS with a size limit, time limits and a stop token.
 #pragma once
 
+#include "base/elapsedtime.h"
 #include "net/task.h"
 
 #include <QNetworkAccessManager>
@@ -63,6 +64,9 @@ class Downloader {
     void retireConnectionsOf(const QNetworkReply &reply);
 
     /// Created on first use.
+    /// Requests sent by the manager.
+    int sent = 0;
+    ElapsedTime lastSentAt{};
     std::unique_ptr<QNetworkAccessManager> manager;
     /// Whose connections are used no more; kept while one of their replies is under way.
     std::vector<std::unique_ptr<QNetworkAccessManager>> retired;

@@ -24,6 +24,8 @@ int main(int argc, char **argv) {
          {QStringLiteral("students"), QString(), QStringLiteral("N"), QStringLiteral("120")},
          {QStringLiteral("assignments"), QString(), QStringLiteral("N"), QStringLiteral("40")},
          {QStringLiteral("latency"), QString(), QStringLiteral("MS"), QStringLiteral("0")},
+         {QStringLiteral("requests-per-connection"), QString(), QStringLiteral("N"),
+          QStringLiteral("0")},
          {QStringLiteral("seconds"), QString(), QStringLiteral("N"), QStringLiteral("600")}});
     parser.process(application);
     const auto number = [&](const char *option) {
@@ -32,6 +34,7 @@ int main(int argc, char **argv) {
 
     FakeCanvas canvas;
     canvas.latencyMilliseconds = number("latency");
+    canvas.requestsPerConnection = number("requests-per-connection");
     {
         std::vector<ServedCourse> courses;
         for (int id = 1; id <= number("courses"); ++id)

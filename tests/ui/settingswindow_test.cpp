@@ -59,7 +59,7 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
     QPushButton *signOut = button(panes, QStringLiteral("Sign Out"));
     EXPECT_FALSE(signOut->isEnabled()) << "nothing is saved";
     button(panes, QStringLiteral("Save"))->click();
-    EXPECT_TRUE(test::until([&] { return changes == 1; }));
+    EXPECT_TRUE(test::until([&] { return changes == 1 && signOut->isEnabled(); }));
     EXPECT_TRUE(token->text().isEmpty());
     EXPECT_EQ(token->placeholderText(), QStringLiteral("Token saved — leave blank to keep it"));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://h.example");
@@ -73,7 +73,7 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
     answer("Cancel");
     EXPECT_FALSE(core.secrets.secrets.empty());
     answer("Sign Out");
-    EXPECT_TRUE(test::until([&] { return changes == 2; }));
+    EXPECT_TRUE(test::until([&] { return changes == 2 && address->text().isEmpty(); }));
     EXPECT_FALSE(signOut->isEnabled());
     EXPECT_TRUE(core.secrets.secrets.empty());
     EXPECT_TRUE(address->text().isEmpty());

@@ -199,6 +199,12 @@ TEST_F(WelcomeWindowTest, TheLastPageSaysWhoNeedsAttention) {
     ASSERT_TRUE(until([&] { return controller.dashboard().shownTerm() != nullptr; }));
     const std::int64_t flagged = controller.dashboard().shownTerm()->flaggedStudents;
     ASSERT_GT(flagged, 1);
+    EXPECT_TRUE(until([&] { return !controller.isLoading(); }));
+    EXPECT_EQ(
+        std::ranges::count(
+            canvas.requests, QStringLiteral("/api/v1/courses"), &test::FakeRequest::path),
+        1)
+        << "the change of the address and the saving are one refresh";
     EXPECT_TRUE(says(std::to_string(flagged) + " students need attention in Fall"));
     ASSERT_EQ(QApplication::focusWidget(), button("Show the Students"));
     press(Qt::Key_Return);

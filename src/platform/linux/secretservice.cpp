@@ -63,7 +63,12 @@ class Calls {
         : access(access), cancellable(g_cancellable_new()), context(g_main_context_new()) {
         g_main_context_push_thread_default(context.get());
     }
-    ~Calls() { g_main_context_pop_thread_default(context.get()); }
+    ~Calls() {
+        // Proxies that were released are cleaned up by the context.
+        while (g_main_context_iteration(context.get(), FALSE) != FALSE) {
+        }
+        g_main_context_pop_thread_default(context.get());
+    }
     Calls(const Calls &) = delete;
     Calls &operator=(const Calls &) = delete;
 

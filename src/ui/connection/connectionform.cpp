@@ -121,6 +121,8 @@ QCoro::Task<ConnectionOutcome> ConnectionForm::save() {
     showProgress(QStringLiteral("Saving…"));
     auto saving = check.save(address->text().toStdString(), token->text().toStdString());
     ConnectionOutcome outcome = co_await saving;
+    if (self && outcome.succeeded)
+        Q_EMIT connectionDidChange();
     if (!self || task != tasks)
         co_return outcome;
     setBusy(false);
@@ -144,6 +146,8 @@ QCoro::Task<ConnectionOutcome> ConnectionForm::signOut() {
     showProgress(QStringLiteral("Signing out…"));
     auto leaving = check.signOut();
     const ConnectionOutcome outcome = co_await leaving;
+    if (self)
+        Q_EMIT connectionDidChange();
     if (!self || task != tasks)
         co_return outcome;
     setBusy(false);

@@ -60,6 +60,11 @@ class ConnectionForm : public QObject {
     /// Shown during a test.
     QProgressBar *const progress;
 
+  Q_SIGNALS:
+    /// An address or a token was saved, or the teacher signed out. Emitted before anything is read
+    /// from the new connection.
+    void connectionDidChange();
+
   protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 

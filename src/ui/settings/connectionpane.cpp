@@ -55,6 +55,7 @@ ConnectionPane::ConnectionPane(
         testButton, &QPushButton::clicked, this, [this] { detach(test(), "The connection test"); });
     connect(saveButton, &QPushButton::clicked, this, startSaving);
     connect(form->token, &QLineEdit::returnPressed, this, startSaving);
+    connect(form, &ConnectionForm::connectionDidChange, this, &ConnectionPane::connectionDidChange);
     connect(signOutButton, &QPushButton::clicked, this, &ConnectionPane::confirmSignOut);
     showPreferences();
 }
@@ -96,13 +97,11 @@ QCoro::Task<> ConnectionPane::save() {
         co_return;
     setBusy(true);
     auto saving = form->save();
-    const ConnectionOutcome outcome = co_await saving;
+    co_await saving;
     if (!self)
         co_return;
     shownAddress = check.savedAddress();
     setBusy(false);
-    if (outcome.succeeded)
-        Q_EMIT connectionDidChange();
 }
 
 void ConnectionPane::confirmSignOut() {
@@ -120,12 +119,11 @@ QCoro::Task<> ConnectionPane::signOut() {
         co_return;
     setBusy(true);
     auto leaving = form->signOut();
-    const ConnectionOutcome outcome = co_await leaving;
+    co_await leaving;
     if (!self)
         co_return;
     shownAddress = check.savedAddress();
     setBusy(false);
-    Q_EMIT connectionDidChange();
 }
 
 } // namespace ellwynd

@@ -74,6 +74,7 @@ WelcomeWindow::WelcomeWindow(
         else
             accept();
     });
+    connect(form, &ConnectionForm::connectionDidChange, this, &WelcomeWindow::connectionDidChange);
     connect(connectButton, &QPushButton::clicked, this, [this] {
         detach(connectToCanvas(), "Connecting");
     });
@@ -210,7 +211,6 @@ QCoro::Task<> WelcomeWindow::connectToCanvas() {
     connectedAs->setText(qstring(tested.status));
     showStep(finished);
     Q_EMIT announcementRequested(ConnectionForm::announcement(tested));
-    Q_EMIT connectionDidChange();
 }
 
 } // namespace ellwynd

@@ -24,8 +24,6 @@ constexpr Log widgetLog{"widgets"};
 constexpr std::chrono::seconds passInterval{1800};
 /// An arrow key held down in the sidebar changes the selection faster than this.
 constexpr std::chrono::milliseconds selectionSettle{150};
-/// How long one slice of rescoring may block the event loop.
-constexpr std::chrono::milliseconds sliceLimit{8};
 
 bool isThreshold(std::string_view key) {
     const std::string_view suffix = courseSettings::suffixOf(key);
@@ -78,8 +76,10 @@ MainWindowController::MainWindowController(
     widgetRefreshTimer.setTimerType(Qt::CoarseTimer);
     widgetRefreshTimer.setInterval(passInterval);
     connect(&widgetRefreshTimer, &QTimer::timeout, this, &Self::timerFired);
-    rescoreTimer.setInterval(0);
-    connect(&rescoreTimer, &QTimer::timeout, this, &Self::rescoreNext);
+    connect(&rescoring, &CacheRescoring::rescoringDidEnd, this, [this] {
+        passController.rescore();
+        Q_EMIT coursesDidChange();
+    });
 }
 
 MainWindowController::~MainWindowController() {
@@ -233,7 +233,7 @@ void MainWindowController::clearEverything() {
     stopList();
     source.reset();
     rosterCache.entries.clear();
-    rescoreQueue.clear();
+    rescoring.stop();
     passController.resetToDisconnected();
     widgets.clear();
     rosterController.resetToDisconnected();
@@ -360,26 +360,7 @@ std::optional<std::int64_t> MainWindowController::flaggedStudents(std::int64_t c
 /// fetched.
 void MainWindowController::rescoreAll() {
     rosterController.rescore();
-    rescoreQueue.clear();
-    for (const auto &[id, course] : rosterCache.entries)
-        rescoreQueue.push_back(id);
-    rescoreNext();
-    if (!rescoreQueue.empty())
-        rescoreTimer.start();
-}
-
-void MainWindowController::rescoreNext() {
-    const ElapsedTime begin = elapsedNow();
-    while (!rescoreQueue.empty() && elapsedNow() - begin < sliceLimit) {
-        if (const SharedCourse course = rosterCache.find(rescoreQueue.back()))
-            rosterCache.store(withCurrentThresholds(course, defaults));
-        rescoreQueue.pop_back();
-    }
-    if (!rescoreQueue.empty())
-        return;
-    rescoreTimer.stop();
-    passController.rescore();
-    Q_EMIT coursesDidChange();
+    rescoring.start();
 }
 
 // ---- Status and errors -------------------------------------------------------------------------

@@ -5,6 +5,7 @@
 #include "app/courses/courselist.h"
 #include "app/dashboard/passcontroller.h"
 #include "app/refresh/refreshscheduler.h"
+#include "app/roster/cacherescoring.h"
 #include "app/roster/rosteractions.h"
 #include "app/roster/rostercontroller.h"
 
@@ -100,7 +101,6 @@ class MainWindowController : public QObject, private RefreshJobs {
     void clearEverything();
     void checkDay();
     void rescoreAll();
-    void rescoreNext();
     void setSelection(const Selection &selection);
     [[nodiscard]] RosterRead rosterReadKind() const;
     void showError(const CanvasError &error, refresh::Initiative initiative);
@@ -126,9 +126,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     PassController passController;
     RosterActions rosterActions;
     QTimer widgetRefreshTimer;
-    /// Cached courses not yet rescored with the current thresholds.
-    std::vector<std::int64_t> rescoreQueue;
-    QTimer rescoreTimer;
+    CacheRescoring rescoring{rosterCache, defaults};
     std::string statusText;
     bool statusIsFailure = false;
     /// Whether an error was shown since the last successful read. Failures of automatic reads are

@@ -1,0 +1,41 @@
+// Scores the cached courses again after a change of thresholds.
+#pragma once
+
+#include "app/roster/rostercache.h"
+#include "preferences/userdefaults.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <vector>
+
+namespace ellwynd {
+
+/// Works in slices that let the window paint in between. Nothing is fetched. Lives on the main
+/// thread.
+class CacheRescoring : public QObject {
+    Q_OBJECT
+
+  public:
+    /// The references must outlive this object.
+    CacheRescoring(RosterCache &rosterCache, const UserDefaults &defaults);
+
+    /// Starts again from the first course. A small cache is done when this returns.
+    void start();
+    /// Leaves the rest of the courses as they are.
+    void stop();
+
+  Q_SIGNALS:
+    void rescoringDidEnd();
+
+  private:
+    void runSlice();
+
+    RosterCache &rosterCache;
+    const UserDefaults &defaults;
+    /// The courses still to be scored, by id.
+    std::vector<std::int64_t> queue;
+    QTimer timer;
+};
+
+} // namespace ellwynd

@@ -98,6 +98,12 @@ void MainWindowController::refreshRoster() {
 }
 
 void MainWindowController::connectionDidChange() {
+    // The change of the address has begun to read the connection, after the token was saved.
+    if (!addressJustChanged)
+        reconnect();
+}
+
+void MainWindowController::reconnect() {
     // What is being read may be what was saved before.
     if (scheduler.state().connection.running)
         openConnection(Initiative::teacher);
@@ -141,8 +147,11 @@ void MainWindowController::checkDay() {
 /// the origin signs out of the previous one.
 void MainWindowController::addressDidChange() {
     const std::string before = std::exchange(address, defaults.value(preferences::canvasBaseURL));
+    addressJustChanged = true;
+    QMetaObject::invokeMethod(
+        this, [this] { addressJustChanged = false; }, Qt::QueuedConnection);
     if (haveSameOrigin(before, address))
-        return connectionDidChange();
+        return reconnect();
     if (!before.empty())
         clearEverything();
     scheduler.send(Event::Kind::connectionChanged);

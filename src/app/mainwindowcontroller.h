@@ -98,6 +98,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     void rosterDidLoad(const std::optional<CanvasError> &failure);
     void passEnded(const PassResult &result);
     void addressDidChange();
+    void reconnect();
     void clearEverything();
     void checkDay();
     void rescoreAll();
@@ -115,6 +116,8 @@ class MainWindowController : public QObject, private RefreshJobs {
     /// Null while not connected.
     std::shared_ptr<CanvasReading> source;
     std::string address;
+    /// Set until the event loop runs again.
+    bool addressJustChanged = false;
     std::stop_source stopConnecting;
     std::stop_source stopListRead;
     bool isActive = false;

@@ -46,7 +46,12 @@ struct WelcomeWindowTest : testing::Test {
         });
     }
 
-    void TearDown() override { delete window; }
+    void TearDown() override {
+        delete window;
+        EXPECT_TRUE(until([&] {
+            return !controller.isLoading() && core.session.requestLimiter().inFlight() == 0;
+        }));
+    }
 
     void open() {
         window = new WelcomeWindow(defaults, core.check, controller, appearance);

@@ -11,8 +11,6 @@
 namespace ellwynd {
 namespace {
 
-using test::until;
-
 struct ControllerTest : testing::Test {
     test::Core core{{{"SampleData", true}}, test::noonClock};
     UserDefaults &defaults = core.defaults;

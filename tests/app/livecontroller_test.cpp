@@ -50,7 +50,7 @@ struct LiveControllerTest : testing::Test {
         return QStringLiteral("/api/v1/courses/%1/").arg(course) + QString::fromUtf8(rest);
     }
 
-    bool untilShown(const std::string &title) {
+    bool untilShown(const std::string &title) const {
         return until([&] {
             return controller.roster().state == RosterView::State::shown &&
                 controller.roster().title == title && !controller.isLoading();

@@ -84,7 +84,7 @@ QCoro::Task<> ConnectionForm::readState() {
         showState(state);
 }
 
-void ConnectionForm::showState(const ConnectionState &state) {
+void ConnectionForm::showState(const ConnectionState &state) const {
     token->setPlaceholderText(qstring(state.placeholder));
     // Whether a token is saved is unknown, so the field asks for none.
     token->setEnabled(!state.keychainUnavailable);
@@ -197,7 +197,7 @@ void ConnectionForm::showSuggestion() const {
         suggestion->setText(QStringLiteral("Use %1").arg(qstring(*better)));
 }
 
-void ConnectionForm::useSuggestion() {
+void ConnectionForm::useSuggestion() const {
     const auto better = ConnectionCheck::suggestedAddress(address->text().toStdString());
     if (!better || address->isReadOnly())
         return;

@@ -72,12 +72,12 @@ class ConnectionForm : public QObject {
     /// Starts a task whose outcome is shown unless another one is started.
     [[nodiscard]] int begin();
     QCoro::Task<> readState();
-    void showState(const ConnectionState &state);
+    void showState(const ConnectionState &state) const;
     void showOutcome(const ConnectionOutcome &outcome) const;
     void showProgress(const QString &text) const;
     void setBusy(bool busy) const;
     void showSuggestion() const;
-    void useSuggestion();
+    void useSuggestion() const;
     void openTokenPage() const;
 
     ConnectionCheck &check;

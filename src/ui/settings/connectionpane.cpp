@@ -57,7 +57,7 @@ ConnectionPane::ConnectionPane(
     connect(form->token, &QLineEdit::returnPressed, this, startSaving);
     connect(form, &ConnectionForm::connectionDidChange, this, &ConnectionPane::connectionDidChange);
     connect(signOutButton, &QPushButton::clicked, this, &ConnectionPane::confirmSignOut);
-    showPreferences();
+    ConnectionPane::showPreferences();
 }
 
 void ConnectionPane::reload() {

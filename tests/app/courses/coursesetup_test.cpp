@@ -8,8 +8,6 @@
 namespace ellwynd {
 namespace {
 
-using testing::ElementsAre;
-
 TEST(CourseSetup, AnEditionIsACodeWithoutItsSection) {
     struct Row {
         const char *code;

@@ -91,7 +91,7 @@ struct RefreshTest : testing::Test {
         slept += time;
     }
 
-    bool untilQuiet() {
+    [[nodiscard]] bool untilQuiet() const {
         return until([&] {
             return !controller->isLoading() && !controller->dashboard().progress().running &&
                 core.session.requestLimiter().inFlight() == 0;

@@ -18,8 +18,8 @@ struct DailyLevels {
 /// The length of a trend line in days before today.
 inline constexpr std::int64_t trendDays = 14;
 
-/// The recorded days of a course from 14 days back to yesterday, earliest first. Of two visits on one
-/// day, which a change of the time zone can cause, the later counts.
+/// The recorded days of a course from 14 days back to yesterday, earliest first. Of two visits on
+/// one day, which a change of the time zone can cause, the later counts.
 [[nodiscard]] std::vector<DailyLevels>
 lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now);
 

@@ -1,4 +1,5 @@
 #include "support/fakecanvas.h"
+#include "support/logcapture.h"
 #include "support/mainwindow.h"
 #include "support/until.h"
 #include "ui/settings/settingswindow.h"
@@ -38,7 +39,30 @@ TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     defaults.set(preferences::textScale, 1.0);
 }
 
-TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
+TEST_F(MainWindowTest, TheSampleCollegeLeavesTheConnectionAlone) {
+    core.connectTo("https://h.example");
+    // Reading or deleting the token would throw.
+    core.secrets.failure = KeychainError(KeychainError::failed, "touched");
+    const test::LogCapture log;
+    SettingsWindow &panes = window.settings();
+    panes.open(SettingsWindow::connection);
+    QApplication::processEvents();
+    for (const char *text : {"Sign Out", "Save", "Test Connection"})
+        EXPECT_EQ(button(panes, QString::fromUtf8(text)), nullptr) << text;
+    EXPECT_THAT(test::LogCapture::lines(), testing::IsEmpty());
+    int switches = 0;
+    QObject::connect(&window, &MainWindow::sampleSwitchRequested, &window, [&] { ++switches; });
+    button(panes, QStringLiteral("Leave Sample Data…"))->click();
+    EXPECT_EQ(switches, 1);
+    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://h.example");
+}
+
+/// On the teacher's own data.
+struct ConnectionPaneTest : MainWindowTest {
+    ConnectionPaneTest() : MainWindowTest(PreferenceMap{}) {}
+};
+
+TEST_F(ConnectionPaneTest, TheConnectionIsSavedTestedAndDeleted) {
     SettingsWindow &panes = window.settings();
     panes.open(SettingsWindow::connection);
     const auto fields = panes.findChildren<QLineEdit *>();
@@ -52,7 +76,7 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
     }
     ASSERT_TRUE(address != nullptr && token != nullptr);
     EXPECT_EQ(token->echoMode(), QLineEdit::Password);
-    address->setText(QStringLiteral("https://h.example"));
+    address->setText(QStringLiteral("https://localhost:9"));
     token->setText(QStringLiteral("t"));
     int changes = 0;
     QObject::connect(&panes, &SettingsWindow::connectionDidChange, &panes, [&] { ++changes; });
@@ -62,7 +86,7 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
     EXPECT_TRUE(test::until([&] { return changes == 1 && signOut->isEnabled(); }));
     EXPECT_TRUE(token->text().isEmpty());
     EXPECT_EQ(token->placeholderText(), QStringLiteral("Token saved — leave blank to keep it"));
-    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://h.example");
+    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://localhost:9");
     const auto answer = [&](const char *text) {
         signOut->click();
         auto *question = panes.findChild<QMessageBox *>();
@@ -79,7 +103,7 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
     EXPECT_TRUE(address->text().isEmpty());
 
     // A token that cannot be deleted is said to be still there.
-    core.connectTo("https://h.example");
+    core.connectTo("https://localhost:9");
     EXPECT_TRUE(test::until([&] { return signOut->isEnabled(); })) << "saved elsewhere";
     core.secrets.failure = KeychainError(KeychainError::locked, "locked");
     answer("Sign Out");
@@ -94,7 +118,7 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
     core.secrets.failure.reset();
 
     // Signing out stops a running test, whose outcome is not shown.
-    core.connectTo("https://h.example");
+    core.connectTo("https://localhost:9");
     EXPECT_TRUE(test::until([&] { return says("A token is saved"); }));
     test::trustAuthority();
     test::FakeCanvas canvas;
@@ -111,9 +135,9 @@ TEST_F(MainWindowTest, TheConnectionIsSavedTestedAndDeleted) {
 
     panes.close();
     core.secrets.failure = KeychainError(KeychainError::locked, "locked");
-    defaults.set(preferences::canvasBaseURL, std::string("https://h.example"));
+    defaults.set(preferences::canvasBaseURL, std::string("https://localhost:9"));
     panes.open(SettingsWindow::connection);
-    EXPECT_TRUE(test::until([&] { return !token->isEnabled(); }));
+    EXPECT_TRUE(test::until([&] { return !token->isEnabled() && !controller.isLoading(); }));
 }
 
 TEST_F(MainWindowTest, TheSyncPaneShowsTheStatus) {

@@ -366,6 +366,9 @@ SettingsWindow &MainWindow::settings() {
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,
             &MainWindowController::connectionDidChange);
+        connect(
+            settingsWindow, &SettingsWindow::leaveSampleRequested, this,
+            &MainWindow::sampleSwitchRequested);
     }
     return *settingsWindow;
 }

@@ -1,5 +1,6 @@
 #include "ui/settings/connectionpane.h"
 
+#include "app/shell/samplemode.h"
 #include "net/task.h"
 #include "ui/connection/connectionform.h"
 #include "ui/support/alert.h"
@@ -19,12 +20,30 @@ namespace ellwynd {
 
 ConnectionPane::ConnectionPane(
     UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance)
-    : SettingsPane(QStringLiteral("Connection"), defaults, appearance),
-      check(check),
-      form(new ConnectionForm(check, this)),
-      testButton(new QPushButton(QStringLiteral("Test Connection"))),
-      saveButton(new QPushButton(QStringLiteral("Save"))),
-      signOutButton(new QPushButton(QStringLiteral("Sign Out"))) {
+    : SettingsPane(QStringLiteral("Connection"), defaults, appearance), check(check) {
+    if (defaults.value(preferences::sampleData))
+        makeSampleNote();
+    else
+        makeForm();
+}
+
+void ConnectionPane::makeSampleNote() {
+    addNote(QStringLiteral("You are in the sample college. Your connection to Canvas, with its "
+                           "address and its token, is "
+                           "untouched while you are here."));
+    auto *leave = new QPushButton(qstring(samplemode::menuTitle(true)));
+    leave->setToolTip(QStringLiteral("Restart with your own courses"));
+    leave->setAutoDefault(false);
+    leave->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    addWidget(leave);
+    connect(leave, &QPushButton::clicked, this, &ConnectionPane::leaveSampleRequested);
+}
+
+void ConnectionPane::makeForm() {
+    form = new ConnectionForm(check, this);
+    testButton = new QPushButton(QStringLiteral("Test Connection"));
+    saveButton = new QPushButton(QStringLiteral("Save"));
+    signOutButton = new QPushButton(QStringLiteral("Sign Out"));
     for (QLineEdit *field : {form->address, form->token})
         field->setMinimumWidth(appearance.px(260));
     addWidget(form->addressStatus);
@@ -61,6 +80,8 @@ ConnectionPane::ConnectionPane(
 }
 
 void ConnectionPane::reload() {
+    if (form == nullptr)
+        return;
     shownAddress = check.savedAddress();
     setBusy(false);
     form->reload();
@@ -68,6 +89,8 @@ void ConnectionPane::reload() {
 
 /// The address may also be changed by another process or another computer.
 void ConnectionPane::showPreferences() {
+    if (form == nullptr)
+        return;
     signOutButton->setEnabled(!busy && !check.savedAddress().empty());
     if (!busy && isVisible() && check.savedAddress() != shownAddress)
         reload();

@@ -17,13 +17,17 @@ class ConnectionPane : public SettingsPane {
     Q_OBJECT
 
   public:
+    /// In the sample college the pane only offers to leave it: neither the saved connection nor the
+    /// secret store is touched.
     ConnectionPane(UserDefaults &defaults, ConnectionCheck &check, const Appearance &appearance);
 
-    /// Shows what is saved; reads the secret store.
+    /// Shows what is saved; reads the secret store, except in the sample college.
     void reload();
 
   Q_SIGNALS:
     void connectionDidChange();
+    /// The teacher wants to leave the sample college.
+    void leaveSampleRequested();
     /// Screen readers should announce this text.
     void announcementRequested(const QString &text);
 
@@ -31,6 +35,8 @@ class ConnectionPane : public SettingsPane {
     void showPreferences() override;
 
   private:
+    void makeForm();
+    void makeSampleNote();
     QCoro::Task<> test();
     QCoro::Task<> save();
     void confirmSignOut();
@@ -38,10 +44,11 @@ class ConnectionPane : public SettingsPane {
     void setBusy(bool busy);
 
     ConnectionCheck &check;
-    ConnectionForm *form;
-    QPushButton *testButton;
-    QPushButton *saveButton;
-    QPushButton *signOutButton;
+    /// Null in the sample college, as are the buttons.
+    ConnectionForm *form = nullptr;
+    QPushButton *testButton = nullptr;
+    QPushButton *saveButton = nullptr;
+    QPushButton *signOutButton = nullptr;
     /// The address that the form shows as saved.
     std::string shownAddress;
     bool busy = false;

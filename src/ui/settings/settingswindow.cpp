@@ -59,6 +59,9 @@ SettingsWindow::SettingsWindow(
         connectionPane, &ConnectionPane::connectionDidChange, this,
         &SettingsWindow::connectionDidChange);
     connect(
+        connectionPane, &ConnectionPane::leaveSampleRequested, this,
+        &SettingsWindow::leaveSampleRequested);
+    connect(
         connectionPane, &ConnectionPane::announcementRequested, this,
         [this](const QString &text) { announce(*this, text); });
     connect(&appearance, &Appearance::appearanceDidChange, this, &SettingsWindow::applyAppearance);

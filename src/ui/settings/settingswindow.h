@@ -51,6 +51,8 @@ class SettingsWindow : public QDialog {
   Q_SIGNALS:
     /// An address or a token was saved, or the teacher signed out.
     void connectionDidChange();
+    /// The teacher wants to leave the sample college.
+    void leaveSampleRequested();
 
   private:
     void addPage(const QString &title, QWidget *pane);

@@ -30,8 +30,8 @@ TEST(Files, ReplaceRoundTripsPrivately) {
 
 TEST(Files, ReadRejectsLargeAndIrregularFiles) {
     const TemporaryFolder folder;
-    const auto large = folder.write("large.json", std::string(2 * 1024 * 1024, ' '));
-    EXPECT_THROW((void)files::read(large, 1024 * 1024), FileError);
+    const auto large = folder.write("large.json", std::string(std::size_t{2} << 20, ' '));
+    EXPECT_THROW((void)files::read(large, std::size_t{1} << 20), FileError);
     EXPECT_THROW((void)files::read(folder.path(), 100), FileError);
     const auto pipe = folder.path() / "pipe.json";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);

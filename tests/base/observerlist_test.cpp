@@ -9,8 +9,6 @@
 namespace ellwynd {
 namespace {
 
-using testing::ElementsAre;
-
 /// Three observers that record their names; the first one also runs `action`.
 struct Observed {
     std::optional<ObserverList<int>> list{std::in_place};

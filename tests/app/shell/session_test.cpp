@@ -113,7 +113,7 @@ struct Peer {
     ~Peer() { QDBusConnection::disconnectFromBus(QStringLiteral("peer")); }
 
     /// The name of the error that a call is answered with; empty for success.
-    std::string call(const QString &method, const QVariantList &arguments) {
+    std::string call(const QString &method, const QVariantList &arguments) const {
         QDBusMessage message = QDBusMessage::createMethodCall(
             name, QStringLiteral("/com/varnok/Ellwynd"),
             QStringLiteral("org.freedesktop.Application"), method);

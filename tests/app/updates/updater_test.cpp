@@ -316,7 +316,7 @@ TEST_F(UpdaterTest, ARequestedCheckJoinsARunningOne) {
 }
 
 TEST_F(UpdaterTest, InvalidResponsesAreReported) {
-    const QByteArray space(2 * 1024 * 1024, ' ');
+    const QByteArray space(qsizetype{2} << 20, ' ');
     struct Row {
         const char *what;
         FakeReply reply;

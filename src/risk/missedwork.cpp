@@ -13,8 +13,7 @@ std::vector<MissingPair> missingPairs(std::span<const SubmissionSummary> submiss
             pairs.push_back({submission.assignmentID, submission.userID});
     }
     std::ranges::sort(pairs);
-    const auto repeated = std::ranges::unique(pairs);
-    pairs.erase(repeated.begin(), repeated.end());
+    pairs.erase(std::unique(pairs.begin(), pairs.end()), pairs.end());
     return pairs;
 }
 

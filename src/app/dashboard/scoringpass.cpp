@@ -74,8 +74,8 @@ void ScoringPass::start(std::shared_ptr<CanvasReading> source, ElapsedTime fresh
     run->freshSince = freshSince;
     run->source = std::move(source);
     run->terms = dashboard.preparedTerms();
-    std::ranges::stable_partition(
-        run->terms,
+    std::stable_partition(
+        run->terms.begin(), run->terms.end(),
         [shown = dashboard.shownTermID()](const TermGroup &term) { return term.id() == shown; });
     dashboard.beginPass();
     if (run->terms.empty())

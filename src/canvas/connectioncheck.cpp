@@ -193,6 +193,8 @@ QCoro::Task<ConnectionOutcome> ConnectionCheck::save(std::string address, std::s
         outcome = co_await saving;
     } catch (const KeychainError &error) {
         outcome = failure(error);
+    } catch (const std::exception &error) {
+        outcome = {.status = error.what()};
     }
     co_return outcome;
 }

@@ -18,7 +18,7 @@ static int runDisconnect(CommandContext &context, const QStringList &words) {
     WidgetSnapshotWriter(directories::widgetContainer(), widgetTimelines::reloadAll).clear();
     if (outcome.succeeded)
         return done;
-    context.err << oneLine(outcome.status) << "\n" << oneLine(outcome.advice) << "\n";
+    context.err << oneLine(outcome.status + " " + outcome.advice) << "\n";
     return keychainUnavailable;
 }
 

@@ -19,6 +19,15 @@ std::string lastActiveText(const std::optional<Date> &lastActivityAt, Date now) 
     return plural(wholeDaysBetween(*lastActivityAt, now), "day") + " ago";
 }
 
+std::string stampNote(Date updatedAt, bool refreshing, Date now) {
+    std::vector<std::string> parts;
+    if (std::string day = calendar::relativeDay(updatedAt, now); !day.empty())
+        parts.push_back(std::move(day));
+    if (refreshing)
+        parts.emplace_back("refreshing…");
+    return join(parts, " · ");
+}
+
 std::string scoreText(const std::optional<double> &score) {
     return score ? roundedText(*score) + "%" : "–";
 }

@@ -40,6 +40,10 @@ namespace ellwynd {
 /// "26 students".
 [[nodiscard]] std::string studentsText(std::size_t count);
 
+/// What is shown after "updated 9:41": "yesterday · refreshing…"; empty on the same day and while
+/// nothing is being read.
+[[nodiscard]] std::string stampNote(Date updatedAt, bool refreshing, Date now);
+
 /// "3 flagged across 2 courses".
 [[nodiscard]] std::string flaggedAcrossText(std::size_t flagged, std::size_t courses);
 

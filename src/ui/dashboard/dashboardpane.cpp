@@ -1,7 +1,7 @@
 #include "ui/dashboard/dashboardpane.h"
 
 #include "app/dashboard/dashboardtexts.h"
-#include "base/calendar.h"
+#include "app/roster/rostertexts.h"
 #include "preferences/coursesettings.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/dashboard/legend.h"
@@ -145,13 +145,9 @@ void DashboardPane::showModel() {
     if (term == nullptr)
         return showWait();
     headline->setFullText(qstring(ellwynd::headline(*term)));
-    QStringList note;
-    if (const std::string day = calendar::relativeDay(term->updatedAt, systemNow()); !day.empty())
-        note << qstring(day);
-    if (isRefreshing)
-        note << QStringLiteral("refreshing…");
     subtitle->setTexts(
-        qstring(movementLine(*term)), qstring(stamp(dashboard)), note.join(QStringLiteral(" · ")));
+        qstring(movementLine(*term)), qstring(stamp(dashboard)),
+        qstring(stampNote(term->updatedAt, isRefreshing, systemNow())));
     progress->hide();
     setCardCount(term->cards.size());
     for (std::size_t i = 0; i < term->cards.size(); ++i)

@@ -214,14 +214,9 @@ void RosterPane::showCount() {
         text = QStringLiteral("%1 of ").arg(students->shownCount());
     text += roster.courseID ? qstring(studentsText(roster.rows.size()))
                             : qstring(flaggedAcrossText(roster.rows.size(), roster.courseCount));
-    QStringList note;
-    if (const std::string day = calendar::relativeDay(roster.fetchedAt, systemNow()); !day.empty())
-        note << qstring(day);
-    if (controller.isLoading())
-        note << QStringLiteral("refreshing…");
     header->setSubtitle(
         text, QStringLiteral("updated ") + qstring(calendar::shortTime(roster.fetchedAt)),
-        note.join(QStringLiteral(" · ")));
+        qstring(stampNote(roster.fetchedAt, controller.isLoading(), systemNow())));
     const QString line = qstring(rememberedLine(roster));
     movement->setFullText(line);
     movement->setVisible(!line.isEmpty());

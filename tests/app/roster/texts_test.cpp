@@ -16,6 +16,9 @@ using testing::ElementsAre;
 TEST(RosterTexts, FormatFigures) {
     const Date now = at("2026-09-24T12:00:00Z"); // seven in the morning in Chicago
     EXPECT_EQ(lastActiveText(std::nullopt, now), "never");
+    EXPECT_EQ(stampNote(now, false, now), "");
+    EXPECT_EQ(stampNote(at("2026-09-24T04:59:59Z"), true, now), "yesterday · refreshing…");
+    EXPECT_EQ(stampNote(at("2026-09-20T12:00:00Z"), false, now), "Sun, Sep 20");
     EXPECT_EQ(lastActiveText(at("2026-09-24T05:00:00Z"), now), "today");
     EXPECT_EQ(lastActiveText(at("2026-09-24T04:59:59Z"), now), "yesterday");
     EXPECT_EQ(lastActiveText(at("2026-09-14T12:00:00Z"), now), "10 days ago");

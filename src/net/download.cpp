@@ -21,7 +21,7 @@ bool isOffline() {
 // A manager keeps some kilobytes of TLS state for every connection it ever had. It is replaced
 // while nothing is under way, after so many requests, or when servers have usually closed its
 // connections.
-constexpr int maxRequests = 1000;
+constexpr int maxRequests = 200;
 constexpr std::chrono::minutes maxIdle{1};
 
 TransportFailure failureOf(const QNetworkReply &reply) {

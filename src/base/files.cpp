@@ -53,9 +53,12 @@ void createFolders(const fs::path &folder) {
     }
 }
 
-FileError writeError(const fs::path &file, int code) {
-    return FileError(
-        fmt::format("{} couldn't be written: {}.", file.filename().string(), systemMessage(code)));
+[[noreturn]] void throwWriteError(const fs::path &file, int code) {
+    const std::string message =
+        fmt::format("{} couldn't be written: {}.", file.filename().string(), systemMessage(code));
+    if (code == ENOSPC || code == EDQUOT)
+        throw DiskFullError(message);
+    throw FileError(message);
 }
 
 bool writeAll(int fd, std::string_view bytes) {
@@ -78,31 +81,34 @@ void syncFolder(const fs::path &folder) {
         ::fsync(descriptor.get());
 }
 
+constexpr std::string_view temporaryInfix = ".new-";
+
 /// The common prefix of the temporary files that `replace` creates for a file.
 std::string temporaryPrefix(const fs::path &file) {
-    return "." + file.filename().string() + ".new-";
+    return "." + file.filename().string() + std::string(temporaryInfix);
 }
 
 } // namespace
 
 std::optional<std::string> files::read(const fs::path &file, std::size_t limit) {
     constexpr std::size_t spare = 64;
-    const auto fail = [&](const std::string &why) {
-        throw FileError(fmt::format("{} couldn't be read: {}.", file.filename().string(), why));
+    const auto message = [&](const std::string &why) {
+        return fmt::format("{} couldn't be read: {}.", file.filename().string(), why);
     };
+    const auto fail = [&](int code) { throw FileUnavailable(message(systemMessage(code))); };
     Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (descriptor.get() < 0) {
         if (errno == ENOENT || errno == ENOTDIR)
             return std::nullopt;
-        fail(systemMessage(errno));
+        fail(errno);
     }
     struct stat info {};
     if (::fstat(descriptor.get(), &info) != 0)
-        fail(systemMessage(errno));
+        fail(errno);
     if (!S_ISREG(info.st_mode))
-        fail("it is not a regular file");
+        throw FileError(message("it is not a regular file"));
     if (std::size_t(info.st_size) > limit)
-        fail(fmt::format("it is larger than {} MiB", limit / (1024UL * 1024)));
+        throw FileError(message(fmt::format("it is larger than {} MiB", limit / (1024UL * 1024))));
 
     std::string bytes;
     bytes.reserve(std::size_t(info.st_size) + spare);
@@ -113,7 +119,7 @@ std::optional<std::string> files::read(const fs::path &file, std::size_t limit) 
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0)
-            fail(systemMessage(errno));
+            fail(errno);
         if (got == 0)
             break;
         filled += std::size_t(got);
@@ -127,18 +133,18 @@ files::Replacement::Replacement(fs::path file, std::string_view bytes) : file(st
     createFolders(folder);
     std::error_code error;
     if (fs::is_directory(this->file, error))
-        throw writeError(this->file, EISDIR);
+        throwWriteError(this->file, EISDIR);
     temporary = folder / (temporaryPrefix(this->file) + "XXXXXX");
     // mkostemp creates the file with mode 0600.
     Descriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC));
     if (descriptor.get() < 0)
-        throw writeError(this->file, errno);
+        throwWriteError(this->file, errno);
     // The bytes must be on the disk before the rename.
     if (!writeAll(descriptor.get(), bytes) || ::fsync(descriptor.get()) != 0 ||
         descriptor.close() != 0) {
         const int code = errno;
         ::unlink(temporary.c_str());
-        throw writeError(this->file, code);
+        throwWriteError(this->file, code);
     }
 }
 
@@ -149,7 +155,7 @@ files::Replacement::~Replacement() {
 
 void files::Replacement::commit() {
     if (::rename(temporary.c_str(), file.c_str()) != 0)
-        throw writeError(file, errno);
+        throwWriteError(file, errno);
     temporary.clear();
     syncFolder(file.parent_path());
 }
@@ -178,6 +184,12 @@ void files::removeLeftovers(const fs::path &file) {
     }
     for (const fs::path &leftover : leftovers)
         fs::remove(leftover, error);
+}
+
+bool files::isTemporaryName(std::string_view fileName) {
+    const std::size_t randomPart = temporaryInfix.size() + 6;
+    return fileName.size() > randomPart + 1 && fileName.front() == '.' &&
+        fileName.substr(fileName.size() - randomPart, temporaryInfix.size()) == temporaryInfix;
 }
 
 fs::path files::setAside(const fs::path &file, long long secondsSince1970) {

@@ -18,12 +18,24 @@ class FileError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// A file that could not be opened or read. It may be whole, and readable a moment later.
+class FileUnavailable : public FileError {
+  public:
+    using FileError::FileError;
+};
+
+/// A file that could not be written because the disk, or the user's share of it, is full.
+class DiskFullError : public FileError {
+  public:
+    using FileError::FileError;
+};
+
 namespace files {
 
 /// The bytes of a file; absent when it does not exist. `limit` is in bytes. The string has some
 /// spare capacity, which JSON readers use.
-/// @throws FileError for anything but a regular file, for a file above the limit, and when reading
-///         fails.
+/// @throws FileError for anything but a regular file and for a file above the limit, and
+///         FileUnavailable when it cannot be opened or read.
 [[nodiscard]] std::optional<std::string> read(const std::filesystem::path &file, std::size_t limit);
 
 /// The new contents of a file, written to a temporary file beside it. Most errors occur before
@@ -60,6 +72,9 @@ void createParentFolder(const std::filesystem::path &file);
 /// Removes the temporary files of processes that were killed during `replace`. The caller must hold
 /// the file's lock.
 void removeLeftovers(const std::filesystem::path &file);
+
+/// Whether a file of this name is a temporary file of `replace`, for whatever file.
+[[nodiscard]] bool isTemporaryName(std::string_view fileName);
 
 /// Renames a file within its folder to its base name, ".unreadable-", the whole seconds since 1970
 /// and its extension; returns the new path. If that name is taken, the next free second is used.

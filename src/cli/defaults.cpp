@@ -24,7 +24,7 @@ int listSaved(CommandContext &context, const QStringList &words) {
     if (!line.parse(words))
         return done;
     if (line.wantsJSON()) {
-        line.print(context.defaults().persistentDomainJSON() + "\n");
+        line.print(context.defaults().persistentDomainJSON());
         return done;
     }
     Table table({{"Key"}, {"Value"}});

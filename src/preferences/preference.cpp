@@ -50,23 +50,22 @@ acceptText(const PreferenceValue &value, std::span<const std::string_view> choic
 }
 
 template<class T>
-std::optional<PreferenceValue> acceptOnly(const PreferenceValue &value) {
+std::optional<PreferenceValue> convert(const PreferenceValue &value) {
     const auto converted = valueAs<T>(value);
     return converted ? std::optional<PreferenceValue>(*converted) : std::nullopt;
 }
 
 std::optional<PreferenceValue> accepted(const Preference &row, const PreferenceValue &value) {
     switch (row.type) {
-    case Preference::Type::boolean:
-        return acceptOnly<bool>(value);
     case Preference::Type::integer:
         return acceptInteger(value, row.range);
     case Preference::Type::real:
         return acceptReal(value, row.range);
     case Preference::Type::text:
         return acceptText(value, row.choices);
+    case Preference::Type::boolean:
     case Preference::Type::idList:
-        return acceptOnly<IDList>(value);
+        return row.converted(value);
     }
     return std::nullopt;
 }
@@ -85,6 +84,22 @@ bool Preference::matches(std::string_view name) const {
     const std::string_view id =
         name.substr(before.size(), name.size() - before.size() - after.size());
     return std::ranges::all_of(id, [](char c) { return c >= '0' && c <= '9'; });
+}
+
+std::optional<PreferenceValue> Preference::converted(const PreferenceValue &value) const {
+    switch (type) {
+    case Type::boolean:
+        return convert<bool>(value);
+    case Type::integer:
+        return convert<std::int64_t>(value);
+    case Type::real:
+        return convert<double>(value);
+    case Type::text:
+        return convert<std::string>(value);
+    case Type::idList:
+        return convert<IDList>(value);
+    }
+    return std::nullopt;
 }
 
 std::string Preference::acceptedValues() const {

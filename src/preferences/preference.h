@@ -89,6 +89,9 @@ struct Preference {
     /// "a whole number from 1 to 60".
     [[nodiscard]] std::string acceptedValues() const;
 
+    /// The value as this preference stores it; absent for a value of another type.
+    [[nodiscard]] std::optional<PreferenceValue> converted(const PreferenceValue &value) const;
+
     /// An entered value, converted to the preference's type and checked against its limits.
     /// @param name the key, for the error message.
     /// @throws InvalidPreference

@@ -6,6 +6,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 namespace ellwynd {
 
 namespace {
@@ -31,6 +33,10 @@ std::optional<PreferenceValue> PreferenceFile::value(std::string_view key) const
     return found != saved.end() ? fromJSON(*found) : std::nullopt;
 }
 
+bool PreferenceFile::contains(std::string_view key) const {
+    return saved.contains(key);
+}
+
 PreferenceMap PreferenceFile::values() const {
     PreferenceMap map;
     for (const auto &[key, json] : saved.items()) {
@@ -40,26 +46,29 @@ PreferenceMap PreferenceFile::values() const {
     return map;
 }
 
-std::string PreferenceFile::text() const {
-    return saved.dump(2, ' ', false, json::error_handler_t::replace);
-}
-
-PreferenceFile::Outcome PreferenceFile::update(const PreferenceChanges &changes) {
+PreferenceFile::Outcome PreferenceFile::update(const PreferenceChanges &changes, Removal removal) {
     Outcome outcome;
     const files::Lock lock(path);
+    files::removeLeftovers(path);
     outcome.changedKeys = reloadIfChanged();
+    Changes applied;
     for (const auto &[key, value] : changes) {
         const auto found = saved.find(key);
         const bool isSaved = found != saved.end();
-        if (value ? isSaved && same(*found, asJSON(*value)) : !isSaved)
+        std::optional<json> next;
+        if (value)
+            next = asJSON(*value);
+        else if (removal == Removal::hide)
+            next = json();
+        if (next ? isSaved && same(*found, *next) : !isSaved)
             continue;
         outcome.replaced.emplace(key, isSaved ? fromJSON(*found) : std::nullopt);
-        if (value)
-            saved[key] = asJSON(*value);
-        else
-            saved.erase(key);
+        applied.emplace(key, std::move(next));
     }
-    if (!outcome.replaced.empty())
+    apply(applied);
+    for (auto &[key, value] : applied)
+        unsaved.insert_or_assign(key, std::move(value));
+    if (!unsaved.empty())
         save();
     for (const auto &[key, value] : outcome.replaced) {
         std::erase(outcome.changedKeys, key);
@@ -68,10 +77,21 @@ PreferenceFile::Outcome PreferenceFile::update(const PreferenceChanges &changes)
     return outcome;
 }
 
+void PreferenceFile::apply(const Changes &changes) {
+    for (const auto &[key, value] : changes) {
+        if (value)
+            saved[key] = *value;
+        else
+            saved.erase(key);
+    }
+}
+
 std::vector<std::string> PreferenceFile::reloadIfChanged() {
     const files::Stamp now = files::stamp(path);
     // A missing file is not a change: the in-memory state is kept, and the next save writes it.
-    if (now == seen || now.size < 0)
+    if (now.size == files::Stamp::absent)
+        isReadable = true;
+    if (now.size < 0 || (isReadable && now == seen))
         return {};
     const json before = saved;
     load();
@@ -87,15 +107,25 @@ std::vector<std::string> PreferenceFile::reloadIfChanged() {
     return changed;
 }
 
-/// Replaces the values in memory by those of the file.
+/// Replaces the values in memory by those of the file, and applies what is not saved yet.
 void PreferenceFile::load() {
     seen = files::stamp(path);
     try {
-        const auto bytes = files::read(path, sizeLimit);
+        const bool wasReadable = std::exchange(isReadable, true);
+        std::optional<std::string> bytes;
+        try {
+            bytes = files::read(path, sizeLimit);
+        } catch (const FileUnavailable &error) {
+            if (wasReadable)
+                logger.error(fmt::format("Couldn't read the preferences: {}", error.what()));
+            isReadable = false;
+            return;
+        }
         json read = bytes ? parseJSON(*bytes) : json::object();
         if (!read.is_object())
             throw FileError(path.filename().string() + " is not a JSON object.");
         saved = std::move(read);
+        apply(unsaved);
     } catch (const FileError &error) {
         logger.error(fmt::format("Couldn't read the preferences: {}", error.what()));
         setAside();
@@ -114,8 +144,11 @@ void PreferenceFile::setAside() const {
 }
 
 void PreferenceFile::save() {
+    if (!isReadable)
+        return;
     try {
-        files::replace(path, text() + "\n");
+        files::replace(path, prettyJSON(saved));
+        unsaved.clear();
         seen = files::stamp(path);
     } catch (const FileError &error) {
         logger.error(fmt::format("Couldn't save the preferences: {}", error.what()));

@@ -65,6 +65,12 @@ bool preferences::isSynced(std::string_view key) {
     return row != nullptr ? row->synced : key.starts_with(coursePrefix);
 }
 
+std::optional<PreferenceValue>
+preferences::converted(std::string_view key, const PreferenceValue &value) {
+    const Preference *row = find(key);
+    return row != nullptr ? row->converted(value) : std::optional(value);
+}
+
 PreferenceMap preferences::registeredDefaults() {
     PreferenceMap map;
     for (const Preference &row : table) {

@@ -192,6 +192,11 @@ inline constexpr auto table = std::to_array<Preference>({
      .fallback = "",
      .control = "Settings ▸ Sync",
      .meaning = "The folder that the teacher's own sync service synchronises; empty for none."},
+    {.key = "SyncedFolderMark",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "The mark of the folder that these settings are in step with; empty before the "
+                "first sync."},
 
     // Updates and first run.
     {.key = "AutomaticUpdateChecks",
@@ -298,6 +303,7 @@ inline constexpr PreferenceKey<bool> movementNotifications{row("MovementNotifica
 inline constexpr PreferenceKey<bool> notifyWhileActive{row("NotifyWhileActive")};
 inline constexpr PreferenceKey<bool> syncSettings{row("SyncSettingsViaICloud")};
 inline constexpr PreferenceKey<std::string> cloudStoreFolder{row("CloudStoreFolder")};
+inline constexpr PreferenceKey<std::string> syncedFolderMark{row("SyncedFolderMark")};
 inline constexpr PreferenceKey<bool> automaticUpdateChecks{row("AutomaticUpdateChecks")};
 inline constexpr PreferenceKey<std::string> lastUpdateCheck{row("LastUpdateCheck")};
 inline constexpr PreferenceKey<std::string> lastCountedCheckDay{row("LastCountedCheckDay")};
@@ -316,6 +322,11 @@ inline constexpr PreferenceKey<std::string> helpWindowGeometry{row("HelpWindowGe
 /// Whether a key is synced with the teacher's other computers. Course preferences always are,
 /// including those that only a newer version of the program knows.
 [[nodiscard]] bool isSynced(std::string_view key);
+
+/// A value as the program stores it under the key; absent for a value of the wrong type. Any value
+/// of a key without a row is kept.
+[[nodiscard]] std::optional<PreferenceValue>
+converted(std::string_view key, const PreferenceValue &value);
 
 /// The defaults by key, without those that are empty.
 [[nodiscard]] PreferenceMap registeredDefaults();

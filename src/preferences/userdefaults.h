@@ -17,12 +17,17 @@ namespace ellwynd {
 ///
 /// Values of unknown types in the file are preserved and read as absent.
 ///
+/// While the sample college is shown, the teacher's settings are only read: changes go to a file of
+/// the sample's own beside theirs, Preferences.sample.json, whose values come first. "SampleData"
+/// and "Onboarding.step" alone are still saved in the teacher's file. The mode is that of the
+/// construction.
+///
 /// Observers are called after the change, on the thread that writes or watches.
 class UserDefaults {
   public:
     using Observer = std::function<void(std::string_view key)>;
 
-    /// @param file holds the saved domain; a missing file is an empty domain.
+    /// @param file holds the saved domain of the teacher; a missing file is an empty domain.
     /// @param arguments the domain of the launch arguments.
     UserDefaults(std::filesystem::path file, PreferenceMap arguments);
     ~UserDefaults();
@@ -41,7 +46,8 @@ class UserDefaults {
         return key.normalise(std::move(result));
     }
 
-    /// Saves a value. A failure to write the file is logged; the value is kept in memory.
+    /// Saves a value. A failure to write the file is logged; the value is kept in memory, and saved
+    /// later.
     void set(std::string_view key, PreferenceValue value);
     template<class T>
     void set(const PreferenceKey<T> &key, T value) {
@@ -56,10 +62,14 @@ class UserDefaults {
     /// @return the previous values of those that changed; applying it undoes the change.
     PreferenceChanges update(const PreferenceChanges &changes);
 
+    /// Whether all changes are on disk.
+    [[nodiscard]] bool isSaved() const;
+
     /// The saved values, without launch arguments and defaults.
     [[nodiscard]] PreferenceMap persistentDomain() const;
 
-    /// The saved domain as a JSON object, including values of unknown types.
+    /// The saved domain as a JSON object, including values of unknown types; with a line break at
+    /// the end.
     [[nodiscard]] std::string persistentDomainJSON() const;
 
     /// The launch arguments of this run.
@@ -69,7 +79,8 @@ class UserDefaults {
     /// lives.
     [[nodiscard]] std::shared_ptr<void> observe(Observer observer);
 
-    /// Starts to watch the file for changes of other processes. Needs an event loop.
+    /// Starts to watch the file for changes of other processes, and to save from time to time what
+    /// could not be saved. Needs an event loop.
     void watch();
     /// Rereads the file if another process has replaced it, and notifies the observers of the
     /// changes.

@@ -18,8 +18,9 @@ struct Store {
     TemporaryFolder folder;
     PreferenceMap arguments;
 
-    [[nodiscard]] UserDefaults open() const {
-        return {folder.path() / "Preferences.json", arguments};
+    [[nodiscard]] UserDefaults open() const { return open(arguments); }
+    [[nodiscard]] UserDefaults open(const PreferenceMap &with) const {
+        return {folder.path() / "Preferences.json", with};
     }
 };
 
@@ -188,6 +189,99 @@ TEST(UserDefaults, ChangesOfTwoProcessesAreMerged) {
     store.folder.write("Preferences.json", "{broken");
     window.set("Four", std::int64_t{4});
     EXPECT_EQ(store.open().persistentDomain().size(), 4U);
+}
+
+TEST(UserDefaults, ASampleRunLeavesTheTeachersFileAlone) {
+    const Store store;
+    store.open().update(
+        {{"TextScale", 1.5},
+         {"Course.7.Icon", "book"s},
+         {"SidebarTermLimit", std::int64_t{3}},
+         {"Onboarding.step", std::int64_t{1}}});
+    const std::string teachers = store.folder.read("Preferences.json");
+    const PreferenceMap inSampleMode{{"SampleData", true}};
+    {
+        UserDefaults sample = store.open(inSampleMode);
+        EXPECT_EQ(sample.value(preferences::textScale), 1.5) << "the teacher's value comes second";
+        const PreferenceChanges replaced = sample.update(
+            {{"TextScale", 1.1},
+             {"Course.7.Icon", std::nullopt},
+             {"Never", std::nullopt},
+             {"RosterCompactRows", true}});
+        EXPECT_EQ(
+            replaced,
+            (PreferenceChanges{
+                {"TextScale", 1.5},
+                {"Course.7.Icon", "book"s},
+                {"RosterCompactRows", std::nullopt}}));
+        EXPECT_EQ(store.folder.read("Preferences.json"), teachers);
+    }
+    UserDefaults again = store.open(inSampleMode);
+    EXPECT_EQ(again.value(preferences::textScale), 1.1);
+    EXPECT_EQ(again.object("Course.7.Icon"), std::nullopt) << "the removal hides it";
+    EXPECT_EQ(again.value(preferences::sidebarTermLimit), 3);
+    EXPECT_EQ(again.persistentDomain().count("Course.7.Icon"), 0U);
+    EXPECT_EQ(again.persistentDomain().at("TextScale"), PreferenceValue(1.1));
+    EXPECT_THAT(again.persistentDomainJSON(), testing::Not(testing::HasSubstr("null")));
+    EXPECT_EQ(store.open().value(preferences::textScale), 1.5);
+
+    // Changes of other processes in either file are seen.
+    std::vector<std::string> notified;
+    const auto observing = again.observe([&](std::string_view key) { notified.emplace_back(key); });
+    store.open().update({{"SidebarTermLimit", std::int64_t{4}}, {"TextScale", 1.6}});
+    store.open(inSampleMode).set("TextScale", 1.2);
+    again.reloadIfChanged();
+    EXPECT_THAT(notified, testing::UnorderedElementsAre("SidebarTermLimit", "TextScale"));
+    EXPECT_EQ(again.value(preferences::textScale), 1.2);
+
+    // The step of the first-run setup and the mode itself are the teacher's.
+    again.update({{"Onboarding.step", std::int64_t{2}}, {"SampleData", false}});
+    EXPECT_EQ(store.open().value(preferences::onboardingStep), 2);
+    EXPECT_EQ(store.open().object("SampleData"), PreferenceValue(false));
+}
+
+TEST(UserDefaults, AFileThatCannotBeReadForAMomentIsLeftAlone) {
+    const Store store;
+    const auto file = store.folder.path() / "Preferences.json";
+    store.open().update({{"TextScale", 1.5}, {"SidebarTermLimit", std::int64_t{3}}});
+    const auto away = store.folder.path() / "away";
+    std::filesystem::rename(file, away);
+    std::filesystem::create_symlink(file, file);
+    UserDefaults defaults = store.open();
+    EXPECT_TRUE(defaults.isSaved());
+    defaults.set("TextScale", 1.2);
+    defaults.remove("Never");
+    EXPECT_FALSE(defaults.isSaved());
+    EXPECT_EQ(defaults.value(preferences::textScale), 1.2) << "kept in memory";
+    EXPECT_TRUE(std::filesystem::is_symlink(file));
+    std::filesystem::remove(file);
+    std::filesystem::rename(away, file);
+    defaults.update({});
+    EXPECT_TRUE(defaults.isSaved());
+    const PreferenceMap expected{{"TextScale", 1.2}, {"SidebarTermLimit", std::int64_t{3}}};
+    EXPECT_EQ(store.open().persistentDomain(), expected) << "neither side is lost";
+}
+
+TEST(UserDefaults, WhatCouldNotBeSavedIsSavedLater) {
+    const Store store;
+    const std::filesystem::path folder = store.folder.path();
+    const std::filesystem::path away = folder.string() + ".away";
+    {
+        UserDefaults defaults = store.open();
+        std::filesystem::rename(folder, away);
+        std::ofstream(folder) << "in its place";
+        defaults.set("TextScale", 1.5);
+        EXPECT_FALSE(defaults.isSaved());
+        std::filesystem::remove(folder);
+        std::filesystem::rename(away, folder);
+        store.open().set("SidebarTermLimit", std::int64_t{3});
+    }
+    const PreferenceMap expected{{"TextScale", 1.5}, {"SidebarTermLimit", std::int64_t{3}}};
+    EXPECT_EQ(store.open().persistentDomain(), expected) << "at the end of the program";
+    // A number that is too large costs its key alone.
+    store.folder.write("Preferences.json", R"({"TextScale": 1e999, "SidebarTermLimit": 4})");
+    EXPECT_EQ(
+        store.open().persistentDomain(), (PreferenceMap{{"SidebarTermLimit", std::int64_t{4}}}));
 }
 
 TEST(UserDefaults, AWatchedFileIsReread) {

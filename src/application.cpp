@@ -36,7 +36,7 @@ struct Application::Objects {
           connector(defaults, tokens, session),
           connection(defaults, tokens, session),
           stores(defaults, environment.data),
-          sync(defaults, trends, environment.state / "CloudSeen.json"),
+          sync(defaults, trends, environment.state / "SyncedSettings.json"),
           notices(defaults, *environment.notifications, isActive),
           widgets(environment.widgetContainer, environment.reloadWidgets),
           controller(
@@ -108,12 +108,17 @@ void Application::followDesktop() {
     o.defaults.watch();
     o.observingColors =
         colorScheme::observe([&o](bool dark) { o.appearance.setDesktopIsDark(dark); });
-    o.observingWake = observeWake([&o] { o.controller.computerDidWake(); });
+    o.observingWake = observeWake([&o] {
+        o.controller.computerDidWake();
+        o.sync.scan();
+    });
     o.observingNetwork = observeReachability([&o] { o.controller.networkDidReturn(); });
     QObject::connect(
         qGuiApp, &QGuiApplication::applicationStateChanged, &o.controller,
         [&o](Qt::ApplicationState state) {
             o.controller.setActive(state == Qt::ApplicationActive);
+            if (state == Qt::ApplicationActive)
+                o.sync.scan();
         });
     o.controller.startTimer();
 }

@@ -14,6 +14,9 @@
 
 namespace ellwynd::cli {
 
+/// How long a command waits for the synced folder.
+static constexpr std::chrono::seconds cloudLimit{5};
+
 CommandContext::CommandContext(
     std::istream &in, std::ostream &out, std::ostream &err, std::filesystem::path preferencesFile,
     PreferenceMap arguments, Terminal terminal)
@@ -24,6 +27,10 @@ CommandContext::CommandContext(
       arguments(std::move(arguments)),
       keyboard(terminal.keyboard),
       progressLine(err, std::move(terminal)) {}
+
+CommandContext::~CommandContext() {
+    cloudQueue.finish(cloudLimit);
+}
 
 std::string CommandContext::readSecret(std::string_view prompt) {
     std::string line;
@@ -53,9 +60,13 @@ TrendSync &CommandContext::trends() {
     if (!trendSync) {
         trendSync = std::make_unique<TrendSync>(defaults());
         const std::string folder = defaults().value(preferences::cloudStoreFolder);
-        if (!folder.empty() && defaults().value(preferences::syncSettings))
-            cloud = std::make_unique<SyncedFolder>(folder, directories::state() / "CloudSeen.json");
-        trendSync->setStore(cloud.get());
+        if (!folder.empty()) {
+            cloud = std::make_unique<SyncedFolder>(
+                folder, cloudQueue, defaults().value(preferences::syncedFolderMark));
+            trendSync->setStore(cloud.get());
+            trendSync->start();
+            cloudQueue.finish(cloudLimit);
+        }
     }
     return *trendSync;
 }

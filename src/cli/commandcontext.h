@@ -6,6 +6,7 @@
 #include "canvas/client/canvassession.h"
 #include "cli/progress.h"
 #include "net/runtoend.h"
+#include "platform/background/threadworkqueue.h"
 #include "platform/cloud/syncedfolder.h"
 
 #include <iosfwd>
@@ -50,6 +51,10 @@ class CommandContext {
     CommandContext(
         std::istream &in, std::ostream &out, std::ostream &err,
         std::filesystem::path preferencesFile, PreferenceMap arguments, Terminal terminal);
+    /// Waits a moment for what is still to be written to the synced folder.
+    ~CommandContext();
+    CommandContext(const CommandContext &) = delete;
+    CommandContext &operator=(const CommandContext &) = delete;
 
     std::ostream &out;
     std::ostream &err;
@@ -62,7 +67,8 @@ class CommandContext {
     [[nodiscard]] CanvasSession &http() { return canvasSession; }
     /// Roster history, contacts and templates.
     [[nodiscard]] Stores &stores();
-    /// The counts shared with the teacher's other machines.
+    /// The counts shared with the teacher's other machines. The first call waits a moment for the
+    /// synced folder.
     [[nodiscard]] TrendSync &trends();
     /// Opens the data source. @throws NotConnected, KeychainError
     [[nodiscard]] std::shared_ptr<CanvasReading> connect();
@@ -93,6 +99,7 @@ class CommandContext {
     int keyboard;
     std::unique_ptr<UserDefaults> openedDefaults;
     std::unique_ptr<Stores> openedStores;
+    ThreadWorkQueue cloudQueue;
     std::unique_ptr<SyncedFolder> cloud;
     std::unique_ptr<TrendSync> trendSync;
     AsyncTokenStore tokenStore{makeSecretStore()};

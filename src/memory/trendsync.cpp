@@ -40,14 +40,47 @@ bool TrendSync::isActive() const {
 void TrendSync::start() {
     if (!isActive() || observing)
         return;
-    observing = store->observe([this](const CloudChange &change) {
-        const bool isTrend = std::ranges::any_of(
-            change.keys, [](const std::string &key) { return key.starts_with(prefix); });
-        if (isTrend && isActive())
-            Q_EMIT trendCountsDidSync();
-    });
+    observing = store->observe([this](const CloudChange &change) { storeDidChange(change); });
     store->synchronize();
     logger.info("Trend sync started");
+}
+
+void TrendSync::storeDidChange(const CloudChange &change) {
+    if (!isActive() || change.reason == CloudChange::Reason::quotaViolation)
+        return;
+    const bool isTrend = std::ranges::any_of(
+        change.keys, [](const std::string &key) { return key.starts_with(prefix); });
+    if (!change.followsWrite || isTrend)
+        write();
+    if (isTrend)
+        Q_EMIT trendCountsDidSync();
+}
+
+/// Writes the published counts that the store lacks.
+void TrendSync::write() {
+    PreferenceChanges changes;
+    for (auto &[courseID, days] : published) {
+        DailyCounts merged = counts(courseID);
+        std::erase_if(days, [&](const auto &day) {
+            const auto stored = merged.find(day.first);
+            return stored != merged.end() && stored->second == day.second.count;
+        });
+        if (days.empty())
+            continue;
+        for (const auto &[day, entry] : days) {
+            merged.insert_or_assign(day, entry.count);
+            const std::string oldest = calendar::dayKey(calendar::daysBefore(entry.date, daysKept));
+            std::erase_if(merged, [&](const auto &stored) { return stored.first < oldest; });
+        }
+        try {
+            changes.emplace(keyOf(courseID), nlohmann::json(merged).dump());
+        } catch (const nlohmann::json::exception &) {
+            // A key from another program may not be UTF-8.
+            logger.error(fmt::format("Couldn't encode trend counts for course {}", courseID));
+        }
+    }
+    if (!changes.empty())
+        store->update(std::move(changes));
 }
 
 DailyCounts TrendSync::counts(std::int64_t courseID) const {
@@ -76,16 +109,10 @@ DailyCounts TrendSync::counts(std::int64_t courseID) const {
 void TrendSync::publish(std::int64_t courseID, std::int64_t count, Date date) {
     if (!isActive())
         return;
-    DailyCounts days = counts(courseID);
-    days.insert_or_assign(calendar::dayKey(date), count);
-    const std::string oldest = calendar::dayKey(calendar::daysBefore(date, daysKept));
-    std::erase_if(days, [&](const auto &day) { return day.first < oldest; });
-    try {
-        store->set(keyOf(courseID), nlohmann::json(days).dump());
-    } catch (const nlohmann::json::exception &) {
-        // A key from another program may not be UTF-8.
-        logger.error(fmt::format("Couldn't encode trend counts for course {}", courseID));
-    }
+    published[courseID].insert_or_assign(
+        calendar::dayKey(date), Published{.count = count, .date = date});
+    // The store is scanned before it is written.
+    store->synchronize();
 }
 
 DailyCounts TrendSync::remoteCounts(std::int64_t courseID, Date today) const {

@@ -29,8 +29,8 @@ class TrendSync : public QObject {
 
     /// Starts to observe other machines' counts.
     void start();
-    /// Shares a course's count of flagged students for the day of `date`, and removes days more
-    /// than two weeks before it.
+    /// Shares, as soon as the store can be written, a course's count of flagged students for the
+    /// day of `date`, and removes days more than two weeks before it.
     void publish(std::int64_t courseID, std::int64_t count, Date date);
     /// The course's shared counts except that of `today`, which this machine computes.
     [[nodiscard]] DailyCounts remoteCounts(std::int64_t courseID, Date today) const;
@@ -40,11 +40,21 @@ class TrendSync : public QObject {
     void trendCountsDidSync();
 
   private:
+    struct Published {
+        std::int64_t count = 0;
+        Date date;
+    };
+
     [[nodiscard]] bool isActive() const;
     [[nodiscard]] DailyCounts counts(std::int64_t courseID) const;
+    void storeDidChange(const CloudChange &change);
+    void write();
 
     UserDefaults &defaults;
     CloudKeyValueStore *store = nullptr;
+    /// Counts that are not known to be in the store, by course and day key. They are merged with
+    /// what the store holds when they are written.
+    std::map<std::int64_t, std::map<std::string, Published>> published;
     std::shared_ptr<void> observing;
 };
 

@@ -1,6 +1,8 @@
 #include "memory/outreach.h"
 #include "memory/trendsync.h"
+#include "platform/cloud/foldercontents.h"
 #include "platform/cloud/syncedfolder.h"
+#include "support/directqueue.h"
 #include "support/instants.h"
 #include "support/logcapture.h"
 #include "support/rosters.h"
@@ -175,12 +177,16 @@ TEST_F(OutreachTest, CountsTheFlaggedStudents) {
 }
 
 struct TrendSyncTest : ContactsTest {
-    SyncedFolder here{folder.path() / "cloud", folder.path() / "seen-here.json"};
+    std::filesystem::path cloud = folder.path() / "cloud";
+    test::DirectQueue queue;
+    SyncedFolder here{cloud, queue, {}};
     TrendSync trends{defaults};
 
     TrendSyncTest() {
+        folderContents::create(cloud);
         defaults.set(preferences::syncSettings, true);
         trends.setStore(&here);
+        trends.start();
     }
 };
 
@@ -217,23 +223,37 @@ TEST_F(TrendSyncTest, DoesNothingWhileSwitchedOffOrInTheSampleCollege) {
 }
 
 TEST_F(TrendSyncTest, SignalsOtherMachinesCounts) {
-    here.synchronize();
     int signalled = 0;
     QObject::connect(&trends, &TrendSync::trendCountsDidSync, &trends, [&] { ++signalled; });
-    trends.start();
     trends.start();
     EXPECT_EQ(std::ranges::count(test::LogCapture::lines(), "trendsync: Trend sync started"), 1);
     trends.publish(3, 1, noon);
     here.synchronize();
     EXPECT_EQ(signalled, 0) << "its own counts";
-    SyncedFolder there{folder.path() / "cloud", folder.path() / "seen-there.json"};
+    SyncedFolder there{cloud, queue, {}};
+    there.synchronize();
     there.set("TrendX.1", std::string("{}"));
     here.synchronize();
     EXPECT_EQ(signalled, 0);
-    there.set("Trend.12", std::string("{}"));
-    there.set("Trend.13", std::string("{}"));
+    there.update({{"Trend.12", "{}"}, {"Trend.13", "{}"}});
     here.synchronize();
     EXPECT_EQ(signalled, 1);
+}
+
+TEST_F(TrendSyncTest, PublishesOnceTheFolderIsThereAndKeepsWhatOthersWrote) {
+    const auto away = folder.path() / "unmounted";
+    std::filesystem::rename(cloud, away);
+    trends.publish(1, 2, noon);
+    trends.publish(1, 3, noon + days(1));
+    EXPECT_FALSE(std::filesystem::exists(cloud)) << "a folder that is away is not created";
+    SyncedFolder there{away, queue, {}};
+    there.synchronize();
+    there.set("Trend.1", std::string(R"({"2026-09-23":7})"));
+    std::filesystem::rename(away, cloud);
+    here.synchronize();
+    EXPECT_EQ(
+        here.object("Trend.1"),
+        PreferenceValue(std::string(R"({"2026-09-23":7,"2026-09-24":2,"2026-09-25":3})")));
 }
 
 } // namespace

@@ -1,8 +1,10 @@
+#include "platform/cloud/foldercontents.h"
 #include "support/fakecanvas.h"
 #include "support/logcapture.h"
 #include "support/mainwindow.h"
 #include "support/until.h"
 #include "ui/settings/settingswindow.h"
+#include "ui/settings/syncpane.h"
 #include "ui/sidebar/sidebar.h"
 #include "uikit/labels.h"
 
@@ -152,10 +154,34 @@ TEST_F(MainWindowTest, TheSyncPaneShowsTheStatus) {
     };
     // The sample college is a launch argument here.
     EXPECT_TRUE(says("not synced while the sample college"));
-    EXPECT_FALSE(button(panes, QStringLiteral("Remove Synced Settings"))->isEnabled());
-    defaults.set(preferences::cloudStoreFolder, (core.folder.path() / "cloud").string());
-    QApplication::processEvents();
-    EXPECT_TRUE(button(panes, QStringLiteral("Remove Synced Settings"))->isEnabled());
+    for (const char *text : {"Choose Folder…", "Remove Synced Settings"})
+        EXPECT_FALSE(button(panes, QString::fromUtf8(text))->isEnabled()) << text;
+}
+
+TEST(SyncPane, AsksBeforeItTakesTheOtherComputersSettings) {
+    test::Core core;
+    const auto folder = core.folder.path() / "cloud";
+    folderContents::create(folder);
+    core.defaults.update({{"SyncSettingsViaICloud", true}, {"CloudStoreFolder", folder.string()}});
+    Settings settings{core.defaults};
+    const Appearance appearance{settings, false};
+    SyncService service{core.defaults, core.trends, core.folder.path() / "Synced.json"};
+    SyncPane pane(core.defaults, service, appearance);
+    pane.show();
+    ASSERT_TRUE(test::until([&] { return service.status().starts_with("In step"); }));
+    const auto buttons = pane.findChildren<QPushButton *>();
+    const auto remove =
+        std::ranges::find(buttons, QStringLiteral("Remove Synced Settings"), &QPushButton::text);
+    ASSERT_NE(remove, buttons.end());
+    (*remove)->click();
+    const auto *box = pane.findChild<QMessageBox *>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_TRUE(box->informativeText().contains(QStringLiteral("lose theirs")));
+    EXPECT_TRUE(core.defaults.value(preferences::syncSettings)) << "nothing happens before";
+    ASSERT_EQ(box->buttons().front()->text(), QStringLiteral("Remove Synced Settings"));
+    box->buttons().front()->click();
+    EXPECT_TRUE(test::until([&] { return service.status().starts_with("Removed"); }));
+    EXPECT_FALSE(pane.findChild<QCheckBox *>()->isChecked());
 }
 
 } // namespace

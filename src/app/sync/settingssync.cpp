@@ -1,10 +1,14 @@
 #include "app/sync/settingssync.h"
 
+#include "app/sync/settingsmerge.h"
+#include "base/files.h"
+#include "base/json.h"
 #include "base/log.h"
 
 #include <QScopedValueRollback>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 
@@ -12,18 +16,17 @@ namespace ellwynd {
 
 namespace {
 
-constexpr Log logger{"sync"};
+using nlohmann::json;
 
-bool isBlank(const std::optional<PreferenceValue> &value) {
-    const auto *text = value ? std::get_if<std::string>(&*value) : nullptr;
-    return !value || (text != nullptr && text->empty());
-}
+constexpr Log logger{"sync"};
+constexpr std::size_t agreedLimit = 8UL * 1024 * 1024;
 
 } // namespace
 
 SettingsSync::SettingsSync(
-    UserDefaults &defaults, CloudKeyValueStore &store, std::chrono::milliseconds pushDelay)
-    : defaults(defaults), store(store) {
+    UserDefaults &defaults, CloudKeyValueStore &store, WorkQueue &queue,
+    std::filesystem::path agreedFile, std::chrono::milliseconds pushDelay)
+    : defaults(defaults), store(store), queue(queue), agreedFile(std::move(agreedFile)) {
     pushTimer.setSingleShot(true);
     pushTimer.setInterval(pushDelay);
     pushTimer.setTimerType(Qt::CoarseTimer);
@@ -50,10 +53,8 @@ void SettingsSync::start() {
             fmt::format("Not syncing: launch arguments override {} synced setting(s)", forced));
         return;
     }
-    for (const auto &[key, value] : savedSettings())
-        held.insert(key);
-    observingStore =
-        store.observe([this](const CloudChange &change) { applyExternalChange(change); });
+    loadAgreed();
+    observingStore = store.observe([this](const CloudChange &change) { storeDidChange(change); });
     observingDefaults = defaults.observe([this](std::string_view key) { localChange(key); });
     logger.info("Settings sync started");
     store.synchronize();
@@ -65,68 +66,128 @@ void SettingsSync::stop() {
     observingStore.reset();
     observingDefaults.reset();
     pushTimer.stop();
-    held.clear();
+    changedHere.clear();
     logger.info("Settings sync stopped");
 }
 
 void SettingsSync::localChange(std::string_view key) {
-    if (!applyingRemote && preferences::isSynced(key))
-        pushTimer.start();
+    if (applyingRemote || !preferences::isSynced(key))
+        return;
+    changedHere.emplace(key);
+    pushTimer.start();
 }
 
 void SettingsSync::push() {
-    const PreferenceMap saved = savedSettings();
-    const PreferenceMap stored = store.all();
-    for (const auto &[key, value] : saved) {
-        const auto there = stored.find(key);
-        if (there == stored.end() || there->second != value)
-            store.set(key, value);
-    }
-    // Keys removed here are removed everywhere; keys never saved here belong to other machines.
-    for (const std::string &key : held) {
-        if (!saved.contains(key) && stored.contains(key))
-            store.remove(key);
-    }
-    held.clear();
-    for (const auto &[key, value] : saved)
-        held.insert(key);
+    pushTimer.stop();
+    store.synchronize();
 }
 
-void SettingsSync::applyExternalChange(const CloudChange &change) {
+/// Merges what a scan of the store found with this machine's settings.
+void SettingsSync::storeDidChange(const CloudChange &change) {
     if (change.reason == CloudChange::Reason::quotaViolation) {
         logger.error("iCloud key-value quota violated; settings sync is stalled");
         return;
     }
-    int applied = 0;
-    const QScopedValueRollback guard(applyingRemote, true);
-    for (const std::string &key : change.keys) {
-        if (!preferences::isSynced(key))
-            continue;
-        const auto value = store.object(key);
-        // A blank address from another machine must not disconnect this one.
-        const bool address = key == preferences::canvasBaseURL.name;
-        if (address && isBlank(value) && !defaults.value(preferences::canvasBaseURL).empty())
-            continue;
-        if (value) {
-            defaults.set(key, *value);
-            held.insert(key);
-        } else {
-            defaults.remove(key);
-            held.erase(key);
-        }
-        ++applied;
-    }
-    if (applied == 0)
+    const CloudContents &contents = *store.contents();
+    const bool mayPush = !change.followsWrite || !change.keys.empty();
+    if (contents.mark.empty()) {
+        // It gets its mark with the first write, and is merged once it has one.
+        if (mayPush)
+            store.update({});
         return;
-    logger.info(fmt::format("Applied {} synced settings from iCloud", applied));
+    }
+    if (contents.mark != agreedMark ||
+        contents.mark != defaults.value(preferences::syncedFolderMark))
+        agreed.reset();
+    const PreferenceMap saved = savedSettings();
+    SettingsMerge merge = mergeSettings(saved, agreed, contents, changedHere);
+    apply(std::move(merge.toApply), contents.mark);
+    if (agreed != merge.agreed || agreedMark != contents.mark) {
+        agreed = std::move(merge.agreed);
+        agreedMark = contents.mark;
+        agreedIsUnsaved = true;
+    }
+    saveAgreed();
+    // A change that is still to be followed by others waits for them.
+    if (!mayPush || isPushDue())
+        return;
+    changedHere.clear();
+    if (!merge.toPush.empty())
+        store.update(std::move(merge.toPush));
+}
+
+void SettingsSync::apply(PreferenceChanges changes, const std::string &mark) {
+    const auto count = changes.size();
+    if (defaults.value(preferences::syncedFolderMark) != mark)
+        changes.emplace(preferences::syncedFolderMark.name, mark);
+    if (changes.empty())
+        return;
+    {
+        const QScopedValueRollback guard(applyingRemote, true);
+        defaults.update(changes);
+    }
+    if (count == 0)
+        return;
+    logger.info(fmt::format("Applied {} synced settings from iCloud", count));
     Q_EMIT settingsDidSyncExternally();
 }
 
-void SettingsSync::removeSyncedSettings() {
-    for (const auto &[key, value] : store.all()) {
-        if (preferences::isSynced(key))
-            store.remove(key);
+void SettingsSync::loadAgreed() {
+    agreed.reset();
+    agreedMark.clear();
+    try {
+        const auto text = files::read(agreedFile, agreedLimit);
+        const json read = text ? parseJSON(*text) : json();
+        const auto mark = stringOf(memberOf(read, "folder"));
+        const json &settings = memberOf(read, "settings");
+        if (!mark || !settings.is_object())
+            return;
+        agreedMark = *mark;
+        agreed.emplace();
+        for (const auto &[key, value] : settings.items()) {
+            if (auto known = fromJSON(value))
+                agreed->emplace(key, *std::move(known));
+        }
+    } catch (const FileError &error) {
+        // The next scan is then a first one.
+        logger.error(fmt::format("Couldn't read the settings last synced: {}", error.what()));
     }
+}
+
+/// Saves what was agreed, once the settings that were applied are saved: otherwise their old values
+/// would be taken for later changes at the next start.
+void SettingsSync::saveAgreed() {
+    if (!agreedIsUnsaved || !agreed || !defaults.isSaved())
+        return;
+    agreedIsUnsaved = false;
+    json settings = json::object();
+    for (const auto &[key, value] : *agreed)
+        settings[key] = asJSON(value);
+    auto text = std::make_shared<std::string>(
+        prettyJSON({{"folder", agreedMark}, {"settings", std::move(settings)}}));
+    const auto save = [file = agreedFile, text] {
+        try {
+            const files::Lock lock(file);
+            files::removeLeftovers(file);
+            files::replace(file, *text);
+        } catch (const FileError &error) {
+            logger.error(fmt::format("Couldn't save the settings last synced: {}", error.what()));
+        }
+    };
+    queue.run(save, [] {});
+}
+
+void SettingsSync::removeSyncedSettings() {
+    PreferenceChanges removals;
+    if (const CloudContents *contents = store.contents()) {
+        for (const auto &[key, value] : contents->values)
+            removals.emplace(key, std::nullopt);
+        for (const std::string &key : contents->unreadable)
+            removals.emplace(key, std::nullopt);
+    }
+    std::erase_if(
+        removals, [](const auto &removal) { return !preferences::isSynced(removal.first); });
+    store.update(std::move(removals));
     logger.info("Removed synced settings from iCloud");
 }
 

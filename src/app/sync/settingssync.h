@@ -1,26 +1,35 @@
-// Synchronises settings between the teacher's machines.
+// Settings sync between the teacher's machines.
 #pragma once
 
+#include "platform/background/workqueue.h"
 #include "platform/cloud/cloudkeyvaluestore.h"
 #include "preferences/userdefaults.h"
 
 #include <QObject>
 #include <QTimer>
 
+#include <filesystem>
 #include <set>
 
 namespace ellwynd {
 
 /// Synchronises the preferences that the table marks as synced, and those of single courses, with
 /// the cloud store. Used on the main thread.
+///
+/// What both sides held when they last agreed is saved on this machine. So a change made here while
+/// nothing was synced, or by another process, is pushed later; and what another machine changed
+/// meanwhile is applied.
 class SettingsSync : public QObject {
     Q_OBJECT
 
   public:
-    /// `defaults` and `store` must outlive this object.
+    /// The arguments must outlive this object.
+    /// @param queue saves the file of what was agreed.
+    /// @param agreedFile holds what both sides last agreed on.
     /// @param pushDelay the time from the last local change to a push.
     SettingsSync(
-        UserDefaults &defaults, CloudKeyValueStore &store,
+        UserDefaults &defaults, CloudKeyValueStore &store, WorkQueue &queue,
+        std::filesystem::path agreedFile,
         std::chrono::milliseconds pushDelay = std::chrono::seconds(1));
     ~SettingsSync() override;
 
@@ -31,7 +40,9 @@ class SettingsSync : public QObject {
     void stop();
     [[nodiscard]] bool isRunning() const { return observingStore != nullptr; }
 
-    /// Writes the synced settings that differ to the store, and removes those removed here.
+    /// Whether a local change waits to be pushed.
+    [[nodiscard]] bool isPushDue() const { return pushTimer.isActive(); }
+    /// Merges this machine's settings with the store's, after a scan of the store.
     void push();
     /// Removes all synced settings from the store; this machine keeps its own copies.
     void removeSyncedSettings();
@@ -42,20 +53,30 @@ class SettingsSync : public QObject {
 
   private:
     void localChange(std::string_view key);
-    void applyExternalChange(const CloudChange &change);
+    void storeDidChange(const CloudChange &change);
+    void apply(PreferenceChanges changes, const std::string &mark);
+    void loadAgreed();
+    void saveAgreed();
     [[nodiscard]] PreferenceMap savedSettings() const;
 
     UserDefaults &defaults;
     CloudKeyValueStore &store;
+    WorkQueue &queue;
+    std::filesystem::path agreedFile;
     /// Null while sync is stopped.
     std::shared_ptr<void> observingStore;
     std::shared_ptr<void> observingDefaults;
     QTimer pushTimer;
     /// Set while remote values are written here, so that they are not pushed back.
     bool applyingRemote = false;
-    /// Synced keys saved here as of the last push or remote change. One that is no longer saved was
-    /// removed on this machine.
-    std::set<std::string, std::less<>> held;
+    /// What both sides held at the last merge; absent before the first one with this store.
+    std::optional<PreferenceMap> agreed;
+    /// The mark of the store that `agreed` was agreed with.
+    std::string agreedMark;
+    /// Whether `agreed` differs from its file.
+    bool agreedIsUnsaved = false;
+    /// Synced keys changed here since the sync was started that were not merged yet.
+    std::set<std::string, std::less<>> changedHere;
 };
 
 } // namespace ellwynd

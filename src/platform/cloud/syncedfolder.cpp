@@ -1,259 +1,206 @@
 #include "platform/cloud/syncedfolder.h"
 
-#include "base/files.h"
-#include "base/json.h"
 #include "base/log.h"
 #include "base/observerlist.h"
+#include "platform/cloud/foldercontents.h"
 
 #include <QFileSystemWatcher>
 #include <QTimer>
 
-#include <fmt/format.h>
-#include <nlohmann/json.hpp>
+#include <atomic>
 
 namespace ellwynd {
 
 namespace {
 
-namespace fs = std::filesystem;
-using nlohmann::json;
-
 constexpr Log logger{"sync"};
-constexpr std::string_view extension = ".json";
 /// Sync services replace files in several steps, so a scan waits until the changes have settled.
 constexpr auto settleDelay = std::chrono::milliseconds(200);
-constexpr std::size_t seenLimit = 8UL * 1024 * 1024;
 
-bool isUnescaped(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' ||
-        c == '_';
+/// What one piece of work in the background found.
+struct Outcome {
+    /// Null if the folder could not be scanned.
+    std::shared_ptr<const folderContents::Scan> scan;
+    std::string problem;
+    std::vector<std::string> notWritten;
+};
+
+/// The keys that differ, those removed included.
+std::vector<std::string> changedKeys(const CloudContents &before, const CloudContents &now) {
+    std::vector<std::string> keys;
+    for (const auto &[key, value] : now.values) {
+        const auto old = before.values.find(key);
+        if (old == before.values.end() || old->second != value)
+            keys.push_back(key);
+    }
+    for (const auto &[key, value] : before.values) {
+        if (!now.values.contains(key) && !now.unreadable.contains(key))
+            keys.push_back(key);
+    }
+    return keys;
 }
 
-/// The texts of the folder's files by key.
-using Contents = std::map<std::string, std::string>;
+/// The contents after this process's changes, as far as they were written.
+CloudContents
+withChanges(CloudContents contents, const CloudContents &written, const PreferenceChanges &own) {
+    for (const auto &[key, value] : own) {
+        const auto there = written.values.find(key);
+        if (value && there != written.values.end() && there->second == *value)
+            contents.values.insert_or_assign(key, *value);
+        else if (!value && there == written.values.end())
+            contents.values.erase(key);
+    }
+    return contents;
+}
 
 } // namespace
 
-std::string SyncedFolder::fileName(const std::string &key) {
-    std::string name;
-    for (const char c : key) {
-        if (isUnescaped(c))
-            name += c;
-        else
-            name += fmt::format("%{:02X}", static_cast<unsigned char>(c));
-    }
-    return name + std::string(extension);
-}
+struct SyncedFolder::State : std::enable_shared_from_this<State> {
+    std::filesystem::path folder;
+    WorkQueue &queue;
+    std::string knownMark;
+    Clock now;
 
-std::optional<std::string> SyncedFolder::keyOf(const std::string &fileName) {
-    if (!fileName.ends_with(extension))
-        return std::nullopt;
-    const std::string stem = fileName.substr(0, fileName.size() - extension.size());
-    std::string key;
-    for (std::size_t i = 0; i < stem.size(); ++i) {
-        if (stem[i] == '%' && i + 2 < stem.size()) {
-            key += char(std::strtol(stem.substr(i + 1, 2).c_str(), nullptr, 16));
-            i += 2;
-        } else {
-            key += stem[i];
-        }
-    }
-    // A name that `fileName` does not produce is a conflict copy or another program's file.
-    const bool conflict = stem.find(".sync-conflict-") != std::string::npos;
-    return !key.empty() && !conflict && SyncedFolder::fileName(key) == fileName ? std::optional{key}
-                                                                                : std::nullopt;
-}
-
-struct SyncedFolder::State {
-    fs::path folder;
-    fs::path seenFile;
-    Contents seen;
-    bool isInitialSync = true;
+    /// What the last scan that succeeded found; null before the first.
+    std::shared_ptr<const folderContents::Scan> last;
+    /// Whether the last scan succeeded.
+    bool isAvailable = false;
+    std::string problem;
+    std::optional<Date> lastScan;
+    /// Whether a scan was asked for that has not begun. Cleared in the background.
+    std::shared_ptr<std::atomic<bool>> scanIsQueued = std::make_shared<std::atomic<bool>>(false);
     ObserverList<const CloudChange &> observers;
+    ObserverList<> scanObservers;
     std::unique_ptr<QFileSystemWatcher> watcher;
     QTimer settleTimer;
 
-    [[nodiscard]] Contents read() const {
-        Contents contents;
-        std::error_code error;
-        for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-             entry.increment(error)) {
-            const auto key = keyOf(entry->path().filename());
-            if (!key || contents.size() >= maxKeys)
-                continue;
+    State(std::filesystem::path folder, WorkQueue &queue, std::string knownMark, Clock now)
+        : folder(std::move(folder)), queue(queue), knownMark(std::move(knownMark)), now(now) {}
+
+    /// Adds work to the queue, which scans afterwards.
+    void run(std::function<void(Outcome &)> before, PreferenceChanges own, bool isWrite) {
+        auto outcome = std::make_shared<Outcome>();
+        auto scan = [outcome, before = std::move(before), folder = folder, mark = knownMark] {
             try {
-                if (auto bytes = files::read(entry->path(), maxBytes))
-                    contents.emplace(*key, std::move(*bytes));
-            } catch (const FileError &) {
-                // It may be readable at the next scan.
+                before(*outcome);
+            } catch (const FolderError &error) {
+                outcome->problem = error.what();
             }
-        }
-        return contents;
-    }
-
-    [[nodiscard]] static std::optional<PreferenceValue> parse(const std::string &text) {
-        try {
-            const json read = parseJSON(text);
-            return fromJSON(memberOf(read, "value"));
-        } catch (const FileError &) {
-            return std::nullopt;
-        }
-    }
-
-    void loadSeen() {
-        try {
-            const json all = seenFolders();
-            const json &own = memberOf(all, folder.string());
-            if (!own.is_object())
-                return;
-            for (const auto &[key, text] : own.items()) {
-                if (text.is_string())
-                    seen.emplace(key, text.get<std::string>());
+            try {
+                outcome->scan =
+                    std::make_shared<folderContents::Scan>(folderContents::scan(folder, mark));
+            } catch (const FolderError &error) {
+                outcome->problem = error.what();
             }
-            isInitialSync = false;
-        } catch (const FileError &error) {
-            logger.error(
-                fmt::format("Couldn't read the folder's last seen contents: {}", error.what()));
-        }
+        };
+        auto report = [weak = weak_from_this(), outcome, own = std::move(own), isWrite] {
+            if (const auto alive = weak.lock())
+                alive->scanned(*outcome, own, isWrite);
+        };
+        queue.run(std::move(scan), std::move(report));
     }
 
-    void saveSeen() const {
-        try {
-            const files::Lock lock(seenFile);
-            json all = seenFolders();
-            all[folder.string()] = seen;
-            files::replace(seenFile, all.dump(1, ' ', false, json::error_handler_t::replace));
-        } catch (const FileError &error) {
-            logger.error(
-                fmt::format("Couldn't save the folder's last seen contents: {}", error.what()));
+    void scanned(const Outcome &outcome, const PreferenceChanges &own, bool isWrite) {
+        if (!outcome.problem.empty() && problem != outcome.problem)
+            logger.error(outcome.problem);
+        problem = outcome.problem;
+        isAvailable = outcome.scan != nullptr;
+        if (!outcome.notWritten.empty())
+            observers.notify(
+                {.reason = CloudChange::Reason::quotaViolation, .keys = outcome.notWritten});
+        if (isAvailable) {
+            lastScan = now();
+            watchAgain();
+            observers.notify(takeOver(outcome.scan, own, isWrite));
         }
+        scanObservers.notify();
     }
 
-    /// The last seen contents by folder; an empty object if they are not known.
-    /// @throws FileError when the file cannot be read.
-    [[nodiscard]] json seenFolders() const {
-        const auto bytes = files::read(seenFile, seenLimit);
-        try {
-            json all = bytes ? parseJSON(*bytes) : json::object();
-            return all.is_object() ? all : json::object();
-        } catch (const FileError &) {
-            // The next change rewrites the file.
-            return json::object();
-        }
-    }
-
-    void scan() {
-        std::error_code error;
-        // A missing folder, such as that of an unmounted disk, does not count as deleted keys.
-        if (!fs::is_directory(folder, error))
-            return;
-        const Contents now = read();
-        CloudChange change{
-            .reason = isInitialSync ? CloudChange::Reason::initialSync
-                                    : CloudChange::Reason::serverChange};
-        for (const auto &[key, text] : now) {
-            const auto before = seen.find(key);
-            if (before == seen.end() || before->second != text)
+    /// Makes a scan the last one, and returns what is new in it.
+    CloudChange takeOver(
+        std::shared_ptr<const folderContents::Scan> scan, const PreferenceChanges &own,
+        bool isWrite) {
+        const auto before = std::exchange(last, std::move(scan));
+        const CloudContents &found = last->contents;
+        if (!found.mark.empty())
+            knownMark = found.mark;
+        CloudChange change{.followsWrite = isWrite};
+        // A folder gets its mark with the first write.
+        const bool isSameStore = before &&
+            (before->contents.mark == found.mark || (isWrite && before->contents.mark.empty()));
+        if (isSameStore) {
+            change.keys = changedKeys(withChanges(before->contents, found, own), found);
+        } else {
+            change.reason = CloudChange::Reason::initialSync;
+            for (const auto &[key, value] : found.values)
                 change.keys.push_back(key);
         }
-        for (const auto &[key, text] : seen) {
-            if (!now.contains(key))
-                change.keys.push_back(key);
-        }
-        if (change.keys.empty() && !isInitialSync)
-            return;
-        isInitialSync = false;
-        seen = now;
-        saveSeen();
-        if (!change.keys.empty())
-            observers.notify(change);
+        return change;
     }
 
-    /// Whether the store would stay within its limits with this text under the key.
-    [[nodiscard]] bool fits(const std::string &key, const std::string &text) const {
-        const Contents now = read();
-        std::size_t bytes = text.size();
-        std::size_t keys = 1;
-        for (const auto &[other, content] : now) {
-            if (other != key) {
-                bytes += content.size();
-                ++keys;
-            }
-        }
-        return bytes <= maxBytes && keys <= maxKeys;
+    /// A folder that was away is watched as soon as it is there.
+    void watchAgain() const {
+        if (watcher && watcher->directories().isEmpty())
+            watcher->addPath(QString::fromStdString(folder.string()));
     }
 };
 
-SyncedFolder::SyncedFolder(fs::path folder, fs::path seenFile) : state(std::make_unique<State>()) {
-    state->folder = std::move(folder);
-    state->seenFile = std::move(seenFile);
-    state->loadSeen();
+SyncedFolder::SyncedFolder(
+    std::filesystem::path folder, WorkQueue &queue, std::string knownMark, Clock now)
+    : state(std::make_shared<State>(std::move(folder), queue, std::move(knownMark), now)) {
     state->settleTimer.setSingleShot(true);
     state->settleTimer.setInterval(settleDelay);
-    QObject::connect(&state->settleTimer, &QTimer::timeout, [this] { synchronize(); });
+    QObject::connect(
+        &state->settleTimer, &QTimer::timeout, &state->settleTimer, [this] { synchronize(); });
 }
 
-SyncedFolder::~SyncedFolder() = default;
+SyncedFolder::~SyncedFolder() {
+    // Work in the queue may hold the state for a moment longer.
+    state->settleTimer.stop();
+    state->watcher.reset();
+}
 
 void SyncedFolder::watch() {
-    std::error_code error;
-    fs::create_directories(state->folder, error);
     state->watcher = std::make_unique<QFileSystemWatcher>();
-    state->watcher->addPath(QString::fromStdString(state->folder.string()));
     QObject::connect(
         state->watcher.get(), &QFileSystemWatcher::directoryChanged, &state->settleTimer,
         qOverload<>(&QTimer::start));
 }
 
-std::optional<PreferenceValue> SyncedFolder::object(const std::string &key) const {
-    try {
-        const auto bytes = files::read(state->folder / fileName(key), maxBytes);
-        return bytes ? State::parse(*bytes) : std::nullopt;
-    } catch (const FileError &) {
-        return std::nullopt;
-    }
+const CloudContents *SyncedFolder::contents() const {
+    return state->last ? &state->last->contents : nullptr;
 }
 
-void SyncedFolder::set(const std::string &key, const PreferenceValue &value) {
-    const std::string text = "{\"value\": " + toJSON(value) + "}\n";
-    bool written = state->fits(key, text);
-    try {
-        if (written)
-            files::replace(state->folder / fileName(key), text);
-    } catch (const FileError &error) {
-        logger.error(fmt::format("Couldn't write to the synced folder: {}", error.what()));
-        written = false;
-    }
-    if (!written) {
-        state->observers.notify({.reason = CloudChange::Reason::quotaViolation, .keys = {key}});
+void SyncedFolder::update(PreferenceChanges changes) {
+    if (!state->isAvailable)
         return;
-    }
-    state->seen[key] = text;
-    state->saveSeen();
-}
-
-void SyncedFolder::remove(const std::string &key) {
-    std::error_code error;
-    fs::remove(state->folder / fileName(key), error);
-    state->seen.erase(key);
-    state->saveSeen();
-}
-
-PreferenceMap SyncedFolder::all() const {
-    PreferenceMap map;
-    for (const auto &[key, text] : state->read()) {
-        if (auto value = State::parse(text))
-            map.emplace(key, std::move(*value));
-    }
-    return map;
+    // What is left alone is decided by what the caller knew.
+    auto write = [folder = state->folder, last = state->last, changes](Outcome &outcome) {
+        outcome.notWritten = folderContents::update(folder, *last, changes);
+    };
+    state->run(std::move(write), std::move(changes), true);
 }
 
 void SyncedFolder::synchronize() {
-    state->scan();
+    if (state->scanIsQueued->exchange(true))
+        return;
+    state->run([queued = state->scanIsQueued](Outcome &) { *queued = false; }, {}, false);
 }
 
 std::shared_ptr<void> SyncedFolder::observe(Observer observer) {
     return state->observers.add(std::move(observer));
+}
+
+const std::string &SyncedFolder::problem() const {
+    return state->problem;
+}
+
+std::optional<Date> SyncedFolder::lastScan() const {
+    return state->lastScan;
+}
+
+std::shared_ptr<void> SyncedFolder::observeScans(std::function<void()> observer) {
+    return state->scanObservers.add(std::move(observer));
 }
 
 } // namespace ellwynd

@@ -1,6 +1,8 @@
 // The cloud store as a folder that the teacher's own sync service synchronises.
 #pragma once
 
+#include "base/date.h"
+#include "platform/background/workqueue.h"
 #include "platform/cloud/cloudkeyvaluestore.h"
 
 #include <filesystem>
@@ -9,36 +11,35 @@ namespace ellwynd {
 
 /// One file for each key, replaced as a whole, in a folder that Nextcloud, Syncthing, Dropbox,
 /// OneDrive or the like synchronises with the other machines. Conflict copies of such services are
-/// ignored. The last seen contents of each file are saved on this machine, so that the next start
-/// reports only later changes.
+/// ignored. A folder that is away is waited for; it is never created here.
 class SyncedFolder final : public CloudKeyValueStore {
   public:
-    /// The platform's limits, in bytes of all values together and in keys.
-    static constexpr std::size_t maxBytes = 1024UL * 1024;
-    static constexpr std::size_t maxKeys = 1024;
-
-    /// @param folder is created by `watch` and `set` if it does not exist.
-    /// @param seenFile stores the last seen contents of this machine's folders.
-    SyncedFolder(std::filesystem::path folder, std::filesystem::path seenFile);
+    /// @param queue scans and writes; must outlive this object.
+    /// @param knownMark the mark of the folder that this machine is in step with; empty if none.
+    SyncedFolder(
+        std::filesystem::path folder, WorkQueue &queue, std::string knownMark,
+        Clock now = systemNow);
     ~SyncedFolder() override;
 
-    /// Starts to watch the folder for outside changes. Needs an event loop.
+    /// Starts to watch the folder for outside changes. Needs an event loop. Not every file system
+    /// reports them, so the folder must also be scanned from time to time.
     void watch();
 
-    std::optional<PreferenceValue> object(const std::string &key) const override;
-    void set(const std::string &key, const PreferenceValue &value) override;
-    void remove(const std::string &key) override;
-    PreferenceMap all() const override;
+    const CloudContents *contents() const override;
+    void update(PreferenceChanges changes) override;
     void synchronize() override;
     std::shared_ptr<void> observe(Observer observer) override;
 
-    /// The name of a key's file, and the key of a file's name; absent if the file is not a key's.
-    [[nodiscard]] static std::string fileName(const std::string &key);
-    [[nodiscard]] static std::optional<std::string> keyOf(const std::string &fileName);
+    /// Why the folder could not be used the last time, as a sentence; empty if it could.
+    [[nodiscard]] const std::string &problem() const;
+    /// When the last scan that succeeded ended; absent before.
+    [[nodiscard]] std::optional<Date> lastScan() const;
+    /// Calls `observer` after every scan, failed ones included, and after the observers of changes.
+    [[nodiscard]] std::shared_ptr<void> observeScans(std::function<void()> observer);
 
   private:
     struct State;
-    std::unique_ptr<State> state;
+    std::shared_ptr<State> state;
 };
 
 } // namespace ellwynd

@@ -23,10 +23,12 @@ class SyncPane : public SettingsPane {
 
   private:
     void chooseFolder();
+    void confirmRemoval();
 
     SyncService &service;
     QCheckBox *enabled;
     QLineEdit *folder;
+    QPushButton *choose;
     QPushButton *remove;
     QLabel *status;
 };

@@ -1,7 +1,9 @@
 #include "app/dashboard/dashboardtexts.h"
 #include "app/mainwindowcontroller.h"
 #include "net/runtoend.h"
+#include "platform/cloud/foldercontents.h"
 #include "platform/cloud/syncedfolder.h"
+#include "support/directqueue.h"
 #include "support/core.h"
 #include "support/fakecanvas.h"
 #include "support/instants.h"
@@ -114,9 +116,12 @@ TEST_F(DashboardTest, TextsOfATermAndACard) {
 }
 
 TEST_F(DashboardTest, TheTrendIncludesDaysOfOtherMachines) {
-    SyncedFolder cloud(core.folder.path() / "cloud", core.folder.path() / "seen.json");
+    test::DirectQueue queue;
+    folderContents::create(core.folder.path() / "cloud");
+    SyncedFolder cloud(core.folder.path() / "cloud", queue, {});
     core.defaults.set(preferences::syncSettings, true);
     core.trends.setStore(&cloud);
+    core.trends.start();
     for (const auto &[ago, count] : {std::pair{15, 50}, std::pair{3, 7}, std::pair{2, 8}})
         core.trends.publish(7, count, noon - days(ago));
     core.trends.publish(7, 99, noon);

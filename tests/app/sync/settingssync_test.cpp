@@ -1,206 +1,327 @@
 #include "app/sync/settingssync.h"
 #include "base/log.h"
+#include "platform/cloud/foldercontents.h"
 #include "platform/cloud/syncedfolder.h"
+#include "support/directqueue.h"
+#include "support/logcapture.h"
 #include "support/temporaryfolder.h"
-
-#include <QCoreApplication>
-#include <QDeadlineTimer>
+#include "support/until.h"
 
 #include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
 
-using testing::ElementsAre;
-using Reason = CloudChange::Reason;
+namespace fs = std::filesystem;
 
-TEST(SyncedFolder, NamesItsFilesAndIgnoresConflictCopies) {
-    for (const char *key : {"TextScale", "Course.4021.PassingScore", "Trend.12", "ünï %/..", "a b"})
-        EXPECT_EQ(SyncedFolder::keyOf(SyncedFolder::fileName(key)), key);
-    EXPECT_EQ(SyncedFolder::fileName("../x"), "..%2Fx.json");
-    for (const char *name :
-         {"TextScale (conflicted copy 2026-09-24).json", "TextScale.sync-conflict-20260924-A.json",
-          "TextScale.json~", ".TextScale.json.tmp", ".json", "TextScale", "Text%2.json",
-          "%41.json"})
-        EXPECT_EQ(SyncedFolder::keyOf(name), std::nullopt) << name;
-}
-
+/// One of the teacher's computers. Its program can be started and killed.
 struct Machine {
     test::TemporaryFolder home;
-    UserDefaults defaults;
-    SyncedFolder store;
-    SettingsSync sync;
-    std::vector<CloudChange> changes;
-    std::shared_ptr<void> observing;
+    fs::path folder;
+    PreferenceMap arguments;
+    test::DirectQueue queue;
+    std::optional<UserDefaults> defaults;
+    std::optional<SyncedFolder> store;
+    std::optional<SettingsSync> sync;
 
-    Machine(const test::TemporaryFolder &shared, PreferenceMap arguments = {})
-        : defaults(home.path() / "Preferences.json", std::move(arguments)),
-          store(shared.path() / "Ellwynd", home.path() / "Seen.json"),
-          sync(defaults, store, std::chrono::milliseconds(1)),
-          observing(
-              store.observe([this](const CloudChange &change) { changes.push_back(change); })) {
-        defaults.set(preferences::syncSettings, true);
+    explicit Machine(fs::path folder, PreferenceMap arguments = {})
+        : folder(std::move(folder)), arguments(std::move(arguments)) {
+        UserDefaults(preferences(), {}).set(preferences::syncSettings, true);
+        start();
+    }
+
+    [[nodiscard]] fs::path preferences() const { return home.path() / "Preferences.json"; }
+
+    void start() {
+        stop();
+        defaults.emplace(preferences(), arguments);
+        store.emplace(folder, queue, defaults->value(preferences::syncedFolderMark));
+        sync.emplace(
+            *defaults, *store, queue, home.path() / "Synced.json", std::chrono::milliseconds(1));
+        sync->start();
+    }
+
+    /// What was not pushed yet is not pushed.
+    void stop() {
+        sync.reset();
+        store.reset();
+        defaults.reset();
+    }
+
+    [[nodiscard]] std::optional<PreferenceValue> saved(std::string_view key) const {
+        const PreferenceMap map = defaults->persistentDomain();
+        const auto found = map.find(key);
+        return found != map.end() ? std::optional(found->second) : std::nullopt;
     }
 };
 
-TEST(SyncedFolder, ReportsChangesOfOthersOnce) {
-    const test::TemporaryFolder shared;
-    Machine first(shared);
-    first.store.set("TextScale", 1.5);
-    first.store.set("Course.7.InactivityDays", std::int64_t{9});
-    first.store.set("SidebarExpandedTerms", IDList{1, 2});
-    first.store.synchronize();
-    EXPECT_TRUE(first.changes.empty()) << "its own changes are not reported";
+struct SettingsSyncTest : testing::Test {
+    test::TemporaryFolder shared;
+    fs::path folder = shared.path() / "Ellwynd";
 
-    Machine second(shared);
-    second.store.synchronize();
-    ASSERT_EQ(second.changes.size(), 1U);
-    EXPECT_EQ(second.changes[0].reason, Reason::initialSync);
-    EXPECT_EQ(second.changes[0].keys.size(), 3U);
-    EXPECT_EQ(second.store.all(), first.store.all());
-    EXPECT_EQ(second.store.object("TextScale"), PreferenceValue(1.5));
-    second.store.synchronize();
-    EXPECT_EQ(second.changes.size(), 1U);
+    void SetUp() override { folderContents::create(folder); }
 
-    first.store.remove("TextScale");
-    first.store.set("Course.7.InactivityDays", std::int64_t{10});
-    // A later start of the second machine reports only the changes since.
-    SyncedFolder again(shared.path() / "Ellwynd", second.home.path() / "Seen.json");
-    std::vector<CloudChange> later;
-    const auto observing =
-        again.observe([&](const CloudChange &change) { later.push_back(change); });
-    again.synchronize();
-    EXPECT_THAT(
-        later,
-        ElementsAre(CloudChange{Reason::serverChange, {"Course.7.InactivityDays", "TextScale"}}));
-}
-
-TEST(SyncedFolder, EnforcesItsLimitsAndIgnoresInvalidFiles) {
-    const test::TemporaryFolder shared;
-    Machine machine(shared);
-    machine.store.set("Large", std::string(SyncedFolder::maxBytes, 'x'));
-    EXPECT_EQ(machine.store.object("Large"), std::nullopt);
-    EXPECT_THAT(machine.changes, ElementsAre(CloudChange{Reason::quotaViolation, {"Large"}}));
-    machine.store.set("Small", true);
-    for (const char *junk : {"", "{", "[]", "{\"value\": {}}", "{\"value\": [\"a\"]}"}) {
-        std::ofstream(shared.path() / "Ellwynd" / "Junk.json") << junk;
-        EXPECT_EQ(machine.store.object("Junk"), std::nullopt) << junk;
+    void write(const std::string &key, const std::string &text) const {
+        std::ofstream(folder / folderContents::fileName(key)) << text;
     }
-    EXPECT_EQ(machine.store.all(), (PreferenceMap{{"Small", true}}));
-    // A folder that is temporarily missing is not reported as a removal of its keys.
-    machine.store.synchronize();
-    machine.changes.clear();
-    std::filesystem::rename(shared.path() / "Ellwynd", shared.path() / "Unmounted");
-    machine.store.synchronize();
-    std::filesystem::rename(shared.path() / "Unmounted", shared.path() / "Ellwynd");
-    machine.store.synchronize();
-    EXPECT_TRUE(machine.changes.empty());
-}
+};
 
-TEST(SettingsSync, TwoMachinesShareTheirSettings) {
-    const test::TemporaryFolder shared;
-    Machine desk(shared);
-    Machine home(shared);
-    desk.sync.start();
-    home.sync.start();
-    desk.defaults.set(preferences::textScale, 1.5);
-    desk.defaults.set("Course.7.PassingScore", 60.0);
-    desk.defaults.set(preferences::accentTheme, std::string("teal"));
-    desk.sync.push();
+TEST_F(SettingsSyncTest, TwoMachinesShareTheirSettings) {
+    Machine desk(folder);
+    Machine home(folder);
+    desk.defaults->set(preferences::textScale, 1.5);
+    desk.defaults->set("Course.7.PassingScore", 60.0);
+    desk.defaults->set(preferences::accentTheme, std::string("teal"));
+    desk.sync->push();
     int told = 0;
     QObject::connect(
-        &home.sync, &SettingsSync::settingsDidSyncExternally, &home.sync, [&] { ++told; });
-    home.store.synchronize();
+        &*home.sync, &SettingsSync::settingsDidSyncExternally, &*home.sync, [&] { ++told; });
+    home.sync->push();
     EXPECT_EQ(told, 1);
-    EXPECT_EQ(home.defaults.value(preferences::textScale), 1.5);
-    EXPECT_EQ(home.defaults.object("Course.7.PassingScore"), PreferenceValue(60.0));
-    EXPECT_EQ(home.defaults.value(preferences::accentTheme), "system") << "not a synced setting";
-    EXPECT_EQ(home.store.all().size(), 2U);
+    EXPECT_EQ(home.defaults->value(preferences::textScale), 1.5);
+    EXPECT_EQ(home.saved("Course.7.PassingScore"), PreferenceValue(60.0));
+    EXPECT_EQ(home.defaults->value(preferences::accentTheme), "system") << "not a synced setting";
+    EXPECT_EQ(home.store->all().size(), 2U);
 
     // "Use Defaults" on one machine applies to both; the other does not restore the value.
-    home.defaults.remove("Course.7.PassingScore");
-    home.sync.push();
-    desk.store.synchronize();
-    EXPECT_EQ(desk.defaults.object("Course.7.PassingScore"), std::nullopt);
-    desk.sync.push();
-    EXPECT_EQ(desk.store.object("Course.7.PassingScore"), std::nullopt);
-
-    // A machine does not remove keys that it never had.
-    desk.store.set("Course.8.InactivityDays", std::int64_t{3});
-    home.defaults.set(preferences::sidebarTermLimit, std::int64_t{4});
-    home.sync.push();
-    EXPECT_TRUE(desk.store.object("Course.8.InactivityDays"));
-
-    home.sync.removeSyncedSettings();
-    EXPECT_TRUE(home.store.all().empty());
-    EXPECT_EQ(home.defaults.value(preferences::sidebarTermLimit), 4);
+    home.defaults->remove("Course.7.PassingScore");
+    home.sync->push();
+    desk.sync->push();
+    EXPECT_EQ(desk.saved("Course.7.PassingScore"), std::nullopt);
+    EXPECT_EQ(desk.store->object("Course.7.PassingScore"), std::nullopt);
 }
 
-TEST(SettingsSync, ABlankAddressDoesNotDisconnectAMachine) {
-    const test::TemporaryFolder shared;
-    Machine desk(shared);
-    Machine home(shared);
-    home.defaults.set(preferences::canvasBaseURL, std::string("https://h.example"));
-    home.sync.start();
-    desk.store.set("CanvasBaseURL", std::string());
-    home.store.synchronize();
-    desk.store.remove("CanvasBaseURL");
-    home.store.synchronize();
-    EXPECT_EQ(home.defaults.value(preferences::canvasBaseURL), "https://h.example");
-    desk.store.set("CanvasBaseURL", std::string("https://other.example"));
-    home.store.synchronize();
-    EXPECT_EQ(home.defaults.value(preferences::canvasBaseURL), "https://other.example");
+TEST_F(SettingsSyncTest, AFirstMeetingTakesOverAndThenPushesWhatTheFolderLacks) {
+    Machine desk(folder);
+    desk.defaults->set(preferences::textScale, 1.5);
+    desk.sync->push();
+
+    Machine home(shared.path() / "Elsewhere");
+    home.defaults->set(preferences::textScale, 1.2);
+    home.defaults->set(preferences::sidebarTermLimit, std::int64_t{4});
+    home.folder = folder;
+    home.start();
+    EXPECT_EQ(home.defaults->value(preferences::textScale), 1.5);
+    EXPECT_EQ(home.store->object("SidebarTermLimit"), PreferenceValue(std::int64_t{4}));
+
+    // The same after the preferences were lost.
+    home.stop();
+    fs::remove(home.preferences());
+    UserDefaults(home.preferences(), {}).set(preferences::syncSettings, true);
+    home.start();
+    EXPECT_EQ(home.saved("TextScale"), PreferenceValue(1.5));
+    EXPECT_EQ(home.saved("SidebarTermLimit"), PreferenceValue(std::int64_t{4}));
+    EXPECT_EQ(home.store->all().size(), 2U);
 }
 
-TEST(SettingsSync, StartsOnlyWhenAllowed) {
-    const test::TemporaryFolder shared;
+TEST_F(SettingsSyncTest, NothingIsLostInAFolderThatIsAway) {
+    struct Row {
+        const char *what;
+        std::function<void(const fs::path &folder)> breakIt;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"not there", [](const fs::path &path) { fs::remove_all(path); }},
+             {"empty",
+              [](const fs::path &path) {
+                  fs::remove_all(path);
+                  fs::create_directory(path);
+              }},
+             {"a loop",
+              [](const fs::path &path) {
+                  fs::remove_all(path);
+                  fs::create_symlink(path, path);
+              }},
+             {"without its mark",
+              [](const fs::path &path) { fs::remove(path / folderContents::markName); }},
+             {"another folder",
+              [](const fs::path &path) {
+                  fs::remove_all(path);
+                  folderContents::create(path);
+              }},
+             {"torn files", [](const fs::path &path) {
+                  for (const char *key : {"TextScale", "Course.7.Icon"})
+                      std::ofstream(path / folderContents::fileName(key)) << "{\"val";
+              }}}) {
+        SCOPED_TRACE(row.what);
+        fs::remove_all(folder);
+        folderContents::create(folder);
+        Machine desk(folder);
+        desk.defaults->update({{"TextScale", 1.5}, {"Course.7.Icon", "book"}});
+        desk.sync->push();
+        const PreferenceMap before = desk.defaults->persistentDomain();
+        row.breakIt(folder);
+        for (const bool atStart : {false, true}) {
+            if (atStart)
+                desk.start();
+            else
+                desk.sync->push();
+            EXPECT_EQ(desk.saved("TextScale"), PreferenceValue(1.5)) << atStart;
+            EXPECT_EQ(desk.saved("Course.7.Icon"), PreferenceValue("book")) << atStart;
+        }
+    }
+}
+
+TEST_F(SettingsSyncTest, ARunThatDoesNotSyncHidesNothingFromTheNextOne) {
+    Machine desk(folder);
+    Machine home(folder);
+    desk.defaults->set(preferences::textScale, 1.5);
+    desk.sync->push();
+    home.sync->push();
+    for (const PreferenceMap &arguments :
+         {PreferenceMap{{"TextScale", 1.1}}, PreferenceMap{{"SampleData", true}},
+          PreferenceMap{{"SyncSettingsViaICloud", false}}}) {
+        home.arguments = arguments;
+        home.start();
+        EXPECT_FALSE(home.sync->isRunning());
+        const double next = desk.defaults->value(preferences::textScale) == 1.5 ? 1.6 : 1.5;
+        desk.defaults->set(preferences::textScale, next);
+        desk.sync->push();
+        home.store->synchronize();
+        home.arguments.clear();
+        home.start();
+        EXPECT_EQ(home.defaults->value(preferences::textScale), next);
+        desk.sync->push();
+        EXPECT_EQ(desk.defaults->value(preferences::textScale), next) << "and is not overwritten";
+    }
+}
+
+TEST_F(SettingsSyncTest, ChangesMadeWhileNothingRunsArePushedAndApplied) {
+    Machine desk(folder);
+    Machine home(folder);
+    desk.defaults->update({{"TextScale", 1.5}, {"Course.7.Icon", "book"}});
+    desk.sync->push();
+    home.sync->push();
+
+    // By the command line, or within a second of the end.
+    desk.stop();
+    UserDefaults(desk.preferences(), {})
+        .update({{"TextScale", 1.6}, {"Course.7.Icon", std::nullopt}, {"Course.8.Icon", "leaf"}});
+    home.defaults->set(preferences::rosterCompactRows, true);
+    home.sync->push();
+    desk.start();
+    home.sync->push();
+    for (const Machine *machine : {&desk, &home}) {
+        EXPECT_EQ(machine->saved("TextScale"), PreferenceValue(1.6));
+        EXPECT_EQ(machine->saved("Course.7.Icon"), std::nullopt);
+        EXPECT_EQ(machine->saved("Course.8.Icon"), PreferenceValue("leaf"));
+        EXPECT_EQ(machine->saved("RosterCompactRows"), PreferenceValue(true));
+    }
+}
+
+TEST_F(SettingsSyncTest, APushKeepsChangesThatWereNotNoticedYet) {
+    Machine desk(folder);
+    Machine home(folder);
+    desk.defaults->update({{"TextScale", 1.5}, {"RosterCompactRows", true}});
+    desk.sync->push();
+    home.sync->push();
+    // A writer that changes the file in place.
+    write("TextScale", R"({"value": 1.8})");
+    desk.defaults->set(preferences::rosterCompactRows, false);
+    desk.sync->push();
+    EXPECT_EQ(desk.defaults->value(preferences::textScale), 1.8);
+    EXPECT_EQ(desk.store->object("TextScale"), PreferenceValue(1.8));
+    EXPECT_EQ(desk.store->object("RosterCompactRows"), PreferenceValue(false));
+}
+
+TEST_F(SettingsSyncTest, ATakeOverThatWasKilledIsCompletedLater) {
+    Machine desk(folder);
+    PreferenceChanges many;
+    for (int id = 0; id < 400; ++id)
+        many.emplace("Course." + std::to_string(id) + ".PassingScore", 60.5);
+    desk.defaults->update(many);
+    desk.sync->push();
+    for (int steps = 0; steps < 4; ++steps) {
+        Machine home(shared.path() / "Elsewhere");
+        home.stop();
+        home.folder = folder;
+        home.queue.isHeld = true;
+        home.start();
+        for (int i = 0; i < steps; ++i)
+            home.queue.step();
+        home.stop();
+        home.queue.isHeld = false;
+        home.queue.finish();
+        home.start();
+        EXPECT_EQ(home.saved("Course.399.PassingScore"), PreferenceValue(60.5)) << steps;
+        EXPECT_EQ(home.store->all().size(), many.size());
+    }
+}
+
+TEST_F(SettingsSyncTest, ABlankAddressDoesNotDisconnectAMachine) {
+    Machine home(folder);
+    home.defaults->set(preferences::canvasBaseURL, std::string("https://h.example"));
+    home.sync->push();
+    for (const char *text : {R"({"value": ""})", "", R"({"value": 7})"}) {
+        write("CanvasBaseURL", text);
+        home.sync->push();
+        EXPECT_EQ(home.defaults->value(preferences::canvasBaseURL), "https://h.example") << text;
+    }
+    fs::remove(folder / "CanvasBaseURL.json");
+    home.sync->push();
+    EXPECT_EQ(home.defaults->value(preferences::canvasBaseURL), "https://h.example");
+    write("CanvasBaseURL", R"({"value": "https://other.example"})");
+    home.sync->push();
+    EXPECT_EQ(home.defaults->value(preferences::canvasBaseURL), "https://other.example");
+}
+
+TEST_F(SettingsSyncTest, StartsOnlyWhenAllowed) {
     struct Row {
         const char *what;
         PreferenceMap arguments;
         bool runs;
     };
-    static std::string said;
-    Log::setSink([](std::string_view, Log::Level, std::string_view line) { said = line; });
     for (const Row &row : std::vector<Row>{
              {"plain", {}, true},
              {"sample", {{"SampleData", true}}, false},
              {"switched off", {{"SyncSettingsViaICloud", false}}, false},
-             {"another argument", {{"AccentTheme", std::string("teal")}}, true},
-             {"forced", {{"TextScale", 1.1}, {"Course.7.Icon", std::string("x")}}, false}}) {
-        Machine machine(shared, row.arguments);
-        machine.sync.start();
-        EXPECT_EQ(machine.sync.isRunning(), row.runs) << row.what;
-        if (std::string_view(row.what) == "forced") {
-            EXPECT_EQ(said, "Not syncing: launch arguments override 2 synced setting(s)");
-        }
+             {"another argument", {{"AccentTheme", "teal"}}, true},
+             {"forced", {{"TextScale", 1.1}, {"Course.7.Icon", "x"}}, false}}) {
+        const test::LogCapture log;
+        const Machine machine(folder, row.arguments);
+        EXPECT_EQ(machine.sync->isRunning(), row.runs) << row.what;
+        EXPECT_EQ(
+            std::ranges::count(
+                test::LogCapture::lines(),
+                "sync: Not syncing: launch arguments override 2 synced setting(s)"),
+            row.what == std::string_view("forced") ? 1 : 0);
     }
-    Log::setSink(nullptr);
 }
 
-TEST(SettingsSync, ManyChangesCauseOnePushAndRemoteChangesNone) {
-    const test::TemporaryFolder shared;
-    Machine desk(shared);
-    Machine home(shared);
-    desk.sync.start();
-    home.sync.start();
+TEST_F(SettingsSyncTest, ManyChangesCauseOnePushAndRemoteChangesNone) {
+    Machine desk(folder);
+    Machine home(folder);
     for (int i = 1; i <= 10; ++i)
-        desk.defaults.set(preferences::sidebarTermLimit, std::int64_t{i});
-    EXPECT_TRUE(desk.store.all().empty()) << "the push waits for the last change";
-    QDeadlineTimer bound(10'000);
-    while (desk.store.all().empty() && !bound.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-    EXPECT_EQ(desk.store.object("SidebarTermLimit"), PreferenceValue(std::int64_t{10}));
+        desk.defaults->set(preferences::sidebarTermLimit, std::int64_t{i});
+    EXPECT_TRUE(desk.store->all().empty()) << "the push waits for the last change";
+    ASSERT_TRUE(test::until([&] { return !desk.store->all().empty(); }));
+    EXPECT_EQ(desk.store->object("SidebarTermLimit"), PreferenceValue(std::int64_t{10}));
 
     const auto stampOf = [&] {
-        return std::filesystem::last_write_time(
-            shared.path() / "Ellwynd" / SyncedFolder::fileName("SidebarTermLimit"));
+        return fs::last_write_time(folder / folderContents::fileName("SidebarTermLimit"));
     };
     const auto written = stampOf();
-    home.store.synchronize();
-    for (int i = 0; i < 5; ++i)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    home.sync->push();
+    EXPECT_FALSE(home.sync->isPushDue());
+    home.sync->push();
     EXPECT_EQ(stampOf(), written) << "a remote change is not pushed back";
-    EXPECT_EQ(home.defaults.value(preferences::sidebarTermLimit), 10);
+    EXPECT_EQ(home.defaults->value(preferences::sidebarTermLimit), 10);
+}
+
+TEST_F(SettingsSyncTest, AFullStoreIsReportedOnceForEachPush) {
+    const test::LogCapture log;
+    Machine desk(folder);
+    desk.defaults->set("Course.7.Icon", std::string(folderContents::maxBytes, 'x'));
+    desk.defaults->set(preferences::textScale, 1.5);
+    desk.sync->push();
+    EXPECT_EQ(desk.store->object("TextScale"), PreferenceValue(1.5));
+    EXPECT_EQ(
+        std::ranges::count(
+            test::LogCapture::lines(),
+            "sync: iCloud key-value quota violated; settings sync is stalled"),
+        1);
+    desk.defaults->set("Course.7.Icon", "book");
+    desk.sync->push();
+    EXPECT_EQ(desk.store->object("Course.7.Icon"), PreferenceValue("book"));
 }
 
 } // namespace

@@ -1,0 +1,255 @@
+// The sample college beside a teacher's own files.
+#include "app/mainwindowcontroller.h"
+#include "application.h"
+#include "memory/contactlog.h"
+#include "platform/cloud/foldercontents.h"
+#include "support/fakecanvas.h"
+#include "support/instants.h"
+#include "support/loneservice.h"
+#include "support/memorynotifications.h"
+#include "support/rosters.h"
+#include "support/temporaryfolder.h"
+#include "ui/mainwindow/mainwindow.h"
+#include "ui/settings/settingswindow.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QListView>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QSpinBox>
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <set>
+
+namespace ellwynd {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A keyring that must not be asked.
+class CountingSecrets final : public SecretStore {
+  public:
+    explicit CountingSecrets(int &calls) : calls(calls) {}
+
+    std::optional<std::string>
+    read(const std::string &, const std::string &, const SecretAccess &) override {
+        ++calls;
+        return "secret-token";
+    }
+    void save(const std::string &, const std::string &, const std::string &, const SecretAccess &)
+        override {
+        ++calls;
+    }
+    void remove(const std::string &, const std::string &, const SecretAccess &) override {
+        ++calls;
+    }
+
+  private:
+    int &calls;
+};
+
+void settle() {
+    for (int i = 0; i < 5; ++i)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+/// Uses every control of a window once, and those of the windows that open.
+class Visitor {
+  public:
+    explicit Visitor(QWidget &window) : main(&window) {}
+
+    void visit(QWidget &window) {
+        inUse.push_back(&window);
+        const QList<QWidget *> controls = window.findChildren<QWidget *>();
+        std::vector<QPointer<QWidget>> alive(controls.begin(), controls.end());
+        // Lists last: they change what is shown beside them.
+        std::ranges::stable_sort(alive, {}, [](const QPointer<QWidget> &control) {
+            return qobject_cast<QListView *>(control.data()) != nullptr;
+        });
+        for (const QPointer<QWidget> &control : alive) {
+            if (control && control->isVisible() && control->isEnabled())
+                use(control);
+            answerWindows();
+        }
+        inUse.pop_back();
+    }
+
+    void trigger(QAction &action) {
+        if (!action.isEnabled() || action.menu() != nullptr)
+            return;
+        action.trigger();
+        ++used;
+        settle();
+        answerWindows();
+    }
+
+    int used = 0;
+
+  private:
+    void use(QPointer<QWidget> control) {
+
+        if (auto *button = qobject_cast<QAbstractButton *>(control.data())) {
+            button->click();
+        } else if (auto *number = qobject_cast<QAbstractSpinBox *>(control.data())) {
+            number->stepUp();
+        } else if (auto *choice = qobject_cast<QComboBox *>(control.data())) {
+            choice->setCurrentIndex((choice->currentIndex() + 1) % std::max(1, choice->count()));
+            Q_EMIT choice->activated(choice->currentIndex());
+        } else if (auto *text = qobject_cast<QPlainTextEdit *>(control.data())) {
+            if (!text->isReadOnly())
+                text->setPlainText(QStringLiteral("Dear {name}"));
+        } else if (auto *list = qobject_cast<QListView *>(control.data())) {
+            for (int row = 0; row < list->model()->rowCount(); ++row)
+                list->setCurrentIndex(list->model()->index(row, 0));
+        } else {
+            return;
+        }
+        ++used;
+        settle();
+    }
+
+    /// Uses the windows that opened, and closes them. Alerts are answered as the program asks.
+    void answerWindows() {
+        for (int round = 0; round < 4; ++round) {
+            for (const QPointer<QWidget> window : QApplication::topLevelWidgets()) {
+                if (!window->isVisible() || window == main || isInUse(window))
+                    continue;
+                if (auto *alert = qobject_cast<QMessageBox *>(window.data())) {
+                    alert->buttons().front()->click();
+                } else if (qobject_cast<QFileDialog *>(window.data()) == nullptr) {
+                    visit(*window);
+                }
+                if (window)
+                    window->close();
+                settle();
+                break;
+            }
+        }
+    }
+
+    [[nodiscard]] bool isInUse(const QWidget *window) const {
+        return std::ranges::find(inUse, window) != inUse.end();
+    }
+
+    QWidget *main;
+    std::vector<const QWidget *> inUse;
+};
+
+/// The bytes of every file in a folder, by path.
+std::map<std::string, std::string> filesIn(const fs::path &folder) {
+    std::map<std::string, std::string> all;
+    for (const auto &entry : fs::recursive_directory_iterator(folder)) {
+        const std::string name = entry.path().filename().string();
+        if (!entry.is_regular_file() || name.ends_with(".lock"))
+            continue;
+        std::ifstream file(entry.path(), std::ios::binary);
+        all[fs::relative(entry.path(), folder)] = {std::istreambuf_iterator<char>(file), {}};
+    }
+    return all;
+}
+
+TEST(SampleCollege, UsingEveryControlLeavesTheTeachersFilesAlone) {
+    const test::TemporaryFolder home;
+    const fs::path preferencesFile = home.path() / "Preferences.json";
+    const fs::path cloud = home.path() / "Ellwynd";
+    test::FakeCanvas canvas;
+    folderContents::create(cloud);
+    std::ofstream(cloud / "TextScale.json") << R"({"value": 1.2})";
+    {
+        UserDefaults teachers(preferencesFile, {});
+        teachers.update(
+            {{"CanvasBaseURL", canvas.address()},
+             {"SampleData", true},
+             {"SyncSettingsViaICloud", true},
+             {"CloudStoreFolder", cloud.string()},
+             {"DefaultPassingScore", 65.0},
+             {"Course.900101.PassingScore", 55.0},
+             {"Course.900101.Icon", "book"},
+             {"SidebarExpandedTerms", IDList{1}},
+             {"DashboardTermID", std::int64_t{9001}},
+             {"MovementNotifications", true}});
+        const PreferenceMap notInSampleMode{{"SampleData", false}};
+        UserDefaults inUse(preferencesFile, notInSampleMode);
+        RosterHistory history(inUse, home.path(), test::noonClock);
+        history.record({test::row(5001, "At Risk")}, 4021, test::noon);
+        ContactLog contacts(inUse, home.path(), test::noonClock);
+        contacts.noteContact(4021, 5001, test::noon);
+    }
+    fs::create_directory(home.path() / "widgets");
+    std::ofstream(home.path() / "widgets" / "WidgetSnapshot.json") << "{}";
+    const auto before = filesIn(home.path());
+    ASSERT_EQ(before.size(), 6U);
+
+    int calls = 0;
+    int relaunches = 0;
+    {
+        ApplicationEnvironment environment{
+            .preferencesFile = preferencesFile,
+            .data = home.path(),
+            .state = home.path(),
+            .widgetContainer = home.path() / "widgets",
+            .secrets = std::make_shared<CountingSecrets>(calls),
+            .notifications = std::make_unique<test::MemoryNotifications>(),
+            .newInstance = [&relaunches] {
+                ++relaunches;
+                return std::optional<std::string>("It is a test.");
+            }};
+        test::LoneService service;
+        Application program(std::move(environment), service);
+        MainWindow &window = program.window();
+        window.resize(1280, 800);
+        window.show();
+        program.controller().refresh();
+        settle();
+        Visitor visitor(window);
+        visitor.visit(window);
+        for (const std::int64_t course : {900101, 900102}) {
+            program.controller().select(CourseSelection{course});
+            settle();
+            visitor.visit(window);
+        }
+        SettingsWindow &settings = window.settings();
+        for (int page = SettingsWindow::general; page <= SettingsWindow::sync; ++page) {
+            settings.open(SettingsWindow::Page(page));
+            settle();
+            visitor.visit(settings);
+        }
+        const QList<QAction *> actions = window.findChildren<QAction *>();
+        const std::vector<QPointer<QAction>> alive(actions.begin(), actions.end());
+        for (const QPointer<QAction> &action : alive) {
+            if (action)
+                visitor.trigger(*action);
+        }
+        EXPECT_GT(visitor.used, 100);
+        EXPECT_NE(program.defaults().persistentDomainJSON(), before.at("Preferences.json"));
+    }
+    EXPECT_GE(relaunches, 1);
+    EXPECT_EQ(calls, 0) << "of the keyring";
+    EXPECT_EQ(canvas.requests.size(), 0U);
+
+    auto after = filesIn(home.path());
+    EXPECT_EQ(after.erase("Preferences.sample.json"), 1U);
+    after.erase("MessageTemplates.json");
+    const auto withoutTheMode = [](const std::string &text) {
+        auto object = nlohmann::json::parse(text);
+        object.erase("SampleData");
+        object.erase("Onboarding.step");
+        return object.dump();
+    };
+    EXPECT_EQ(
+        withoutTheMode(after["Preferences.json"]), withoutTheMode(before.at("Preferences.json")));
+    after["Preferences.json"] = before.at("Preferences.json");
+    EXPECT_EQ(after, before);
+}
+
+} // namespace
+} // namespace ellwynd

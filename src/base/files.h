@@ -18,21 +18,40 @@ class FileError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// A file that the system did not let this process read, perhaps only for a moment: no access, no
+/// free descriptor, a loop of links, a fault of the disk. Nothing is known of its content, so it
+/// must be neither set aside nor overwritten.
+class FileUnavailable : public FileError {
+  public:
+    using FileError::FileError;
+};
+
 namespace files {
 
 /// The bytes of a file; absent when it does not exist. `limit` is in bytes. The string has some
 /// spare capacity, which JSON readers use.
-/// @throws FileError for anything but a regular file, for a file above the limit, and when reading
-///         fails.
+/// @throws FileError for anything but a regular file, and for a file above the limit.
+/// @throws FileUnavailable when it cannot be opened or read.
 [[nodiscard]] std::optional<std::string> read(const std::filesystem::path &file, std::size_t limit);
 
 /// The new contents of a file, written to a temporary file beside it. Most errors occur before
 /// `commit`, so that several files can be replaced together or not at all.
 class Replacement {
   public:
-    /// Writes the temporary file. New files and folders are accessible to their owner alone.
+    enum class Access {
+        /// The file is accessible to its owner alone, whatever it was before.
+        ownerOnly,
+        /// For a file of the teacher's, such as an export: an existing one keeps its permissions
+        /// and, where the system allows, its owner and group. Behind a symbolic link, the file that
+        /// it points to is replaced. Only regular files are.
+        keep,
+    };
+
+    /// Writes the temporary file, and removes those of processes that were killed. New files and
+    /// folders are accessible to their owner alone.
     /// @throws FileError when the bytes cannot be written, or the file is a folder.
-    Replacement(std::filesystem::path file, std::string_view bytes);
+    Replacement(
+        std::filesystem::path file, std::string_view bytes, Access access = Access::ownerOnly);
     /// Removes the temporary file unless it was committed.
     ~Replacement();
     Replacement(const Replacement &) = delete;
@@ -46,6 +65,8 @@ class Replacement {
     std::filesystem::path file;
     /// Empty once committed.
     std::string temporary;
+    /// The descriptor of the temporary file, which is locked while it is open.
+    int lock = -1;
 };
 
 /// Replaces a file atomically and durably. New files and folders are accessible to their owner
@@ -53,18 +74,31 @@ class Replacement {
 /// @throws FileError on failure; the old file is then unchanged.
 void replace(const std::filesystem::path &file, std::string_view bytes);
 
+/// The same for a file of the teacher's, with `Replacement::Access::keep`.
+void replaceForTeacher(const std::filesystem::path &file, std::string_view bytes);
+
 /// Creates the file's folder and its missing parents, accessible to their owner alone. A failure is
 /// ignored; the write that follows reports it.
 void createParentFolder(const std::filesystem::path &file);
 
-/// Removes the temporary files of processes that were killed during `replace`. The caller must hold
-/// the file's lock.
+/// Removes the temporary files of processes that were killed while they replaced this file. Those
+/// of other files, and those that are being written, are kept, so no lock is needed. Failures are
+/// ignored.
 void removeLeftovers(const std::filesystem::path &file);
 
 /// Renames a file within its folder to its base name, ".unreadable-", the whole seconds since 1970
 /// and its extension; returns the new path. If that name is taken, the next free second is used.
 /// @throws FileError when it cannot be moved.
 std::filesystem::path setAside(const std::filesystem::path &file, long long secondsSince1970);
+
+/// Removes the copies of a file that `setAside` made before this second; failures are ignored.
+/// @param before seconds since 1970; absent for all copies.
+/// @return whether there were any.
+bool removeSetAside(const std::filesystem::path &file, std::optional<long long> before = {});
+
+/// Removes a file; a missing one is not an error.
+/// @throws FileError when it cannot be removed.
+void remove(const std::filesystem::path &file);
 
 /// Identifies the state of a file without reading it: every replacement changes the stamp.
 struct Stamp {

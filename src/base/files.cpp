@@ -37,6 +37,19 @@ std::optional<long long> secondSetAside(const fs::path &file, const std::string 
     return error == std::errc() && parsed == last ? std::optional{second} : std::nullopt;
 }
 
+/// @param before seconds since 1970; absent for all copies.
+std::vector<fs::path> copiesSetAside(const fs::path &file, std::optional<long long> before) {
+    std::vector<fs::path> copies;
+    std::error_code error;
+    for (fs::directory_iterator entry(file.parent_path(), error), end; !error && entry != end;
+         entry.increment(error)) {
+        const auto second = secondSetAside(file, entry->path().filename().string());
+        if (second && (!before || *second < *before))
+            copies.push_back(entry->path());
+    }
+    return copies;
+}
+
 } // namespace
 
 std::optional<std::string> files::read(const fs::path &file, std::size_t limit) {
@@ -113,18 +126,15 @@ fs::path files::setAside(const fs::path &file, long long secondsSince1970) {
     }
 }
 
-bool files::removeSetAside(const fs::path &file, std::optional<long long> before) {
-    std::vector<fs::path> copies;
-    std::error_code error;
-    for (fs::directory_iterator entry(file.parent_path(), error), end; !error && entry != end;
-         entry.increment(error)) {
-        const auto second = secondSetAside(file, entry->path().filename().string());
-        if (second && (!before || *second < *before))
-            copies.push_back(entry->path());
+bool files::hasSetAside(const fs::path &file) {
+    return !copiesSetAside(file, {}).empty();
+}
+
+void files::removeSetAside(const fs::path &file, std::optional<long long> before) {
+    for (const fs::path &copy : copiesSetAside(file, before)) {
+        std::error_code ignored;
+        fs::remove(copy, ignored);
     }
-    for (const fs::path &copy : copies)
-        fs::remove(copy, error);
-    return !copies.empty();
 }
 
 void files::remove(const fs::path &file) {

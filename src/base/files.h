@@ -91,10 +91,12 @@ void removeLeftovers(const std::filesystem::path &file);
 /// @throws FileError when it cannot be moved.
 std::filesystem::path setAside(const std::filesystem::path &file, long long secondsSince1970);
 
-/// Removes the copies of a file that `setAside` made before this second; failures are ignored.
-/// @param before seconds since 1970; absent for all copies.
-/// @return whether there were any.
-bool removeSetAside(const std::filesystem::path &file, std::optional<long long> before = {});
+/// Whether `setAside` made copies of a file that are still there.
+[[nodiscard]] bool hasSetAside(const std::filesystem::path &file);
+
+/// Removes the copies of a file that `setAside` made; failures are ignored.
+/// @param before only those of earlier seconds since 1970; absent for all.
+void removeSetAside(const std::filesystem::path &file, std::optional<long long> before = {});
 
 /// Removes a file; a missing one is not an error.
 /// @throws FileError when it cannot be removed.

@@ -200,14 +200,15 @@ TEST(Files, CopiesSetAsideAreRemovedByAge) {
     const std::vector<std::string> others{
         "Memory.json", "Memory.unreadable-.json", "Memory.unreadable-9x.json",
         "Other.unreadable-99.json", "Memory.unreadable-99.txt"};
-    EXPECT_TRUE(files::removeSetAside(file, 100));
+    EXPECT_TRUE(files::hasSetAside(file));
+    files::removeSetAside(file, 100);
     auto kept = others;
     kept.emplace_back("Memory.unreadable-100.json");
     EXPECT_THAT(namesIn(folder.path()), testing::UnorderedElementsAreArray(kept));
-    EXPECT_TRUE(files::removeSetAside(file));
+    files::removeSetAside(file);
     EXPECT_THAT(namesIn(folder.path()), testing::UnorderedElementsAreArray(others));
-    EXPECT_FALSE(files::removeSetAside(file));
-    EXPECT_FALSE(files::removeSetAside(folder.path() / "none" / "Memory.json"));
+    EXPECT_FALSE(files::hasSetAside(file));
+    EXPECT_FALSE(files::hasSetAside(folder.path() / "none" / "Memory.json"));
 }
 
 } // namespace

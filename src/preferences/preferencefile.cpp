@@ -114,9 +114,11 @@ void PreferenceFile::setAside() const {
 }
 
 void PreferenceFile::save() {
+    lastSaveSucceeded = false;
     try {
         files::replace(path, text() + "\n");
         seen = files::stamp(path);
+        lastSaveSucceeded = true;
     } catch (const FileError &error) {
         logger.error(fmt::format("Couldn't save the preferences: {}", error.what()));
     }

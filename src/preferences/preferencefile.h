@@ -23,6 +23,9 @@ class PreferenceFile {
     /// The object as JSON, including values of unknown types.
     [[nodiscard]] std::string text() const;
 
+    /// Whether the last save succeeded.
+    [[nodiscard]] bool isSaved() const { return lastSaveSucceeded; }
+
     struct Outcome {
         /// The previous values of the keys that this update changed.
         PreferenceChanges replaced;
@@ -45,6 +48,7 @@ class PreferenceFile {
     nlohmann::json saved = nlohmann::json::object();
     /// The file's stamp when `saved` was read or written.
     files::Stamp seen;
+    bool lastSaveSucceeded = true;
 };
 
 } // namespace ellwynd

@@ -73,6 +73,10 @@ std::string UserDefaults::persistentDomainJSON() const {
     return state->persistent.text();
 }
 
+bool UserDefaults::isSaved() const {
+    return state->persistent.isSaved();
+}
+
 const PreferenceMap &UserDefaults::argumentDomain() const {
     return state->arguments;
 }

@@ -62,6 +62,9 @@ class UserDefaults {
     /// The saved domain as a JSON object, including values of unknown types.
     [[nodiscard]] std::string persistentDomainJSON() const;
 
+    /// Whether all changes are on the disk.
+    [[nodiscard]] bool isSaved() const;
+
     /// The launch arguments of this run.
     [[nodiscard]] const PreferenceMap &argumentDomain() const;
 

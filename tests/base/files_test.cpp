@@ -73,8 +73,25 @@ TEST(Files, TellUnavailableFilesFromUnreadableOnes) {
     EXPECT_FALSE(isUnavailable(folder.path()));
     EXPECT_FALSE(isUnavailable(file / "below"));
     EXPECT_FALSE(isUnavailable(folder.path() / "none"));
-    const ResourceLimit noDescriptor(RLIMIT_NOFILE, 0);
-    EXPECT_TRUE(isUnavailable(file));
+    {
+        const ResourceLimit noDescriptor(RLIMIT_NOFILE, 0);
+        EXPECT_TRUE(isUnavailable(file));
+    }
+    // Permissions do not restrict the superuser, as whom the tests may run.
+    const uid_t user = ::geteuid();
+    constexpr uid_t nobody = 65534;
+    fs::permissions(folder.path(), fs::perms::none);
+    ASSERT_TRUE(user != 0 || ::seteuid(nobody) == 0);
+    const bool hidden = isUnavailable(file);
+    const bool unknown = files::stamp(file).size == files::Stamp::unknown;
+    EXPECT_THROW(files::replace(file, "new"), FileError);
+    EXPECT_THROW(files::remove(file), FileError);
+    EXPECT_NO_THROW(files::removeLeftovers(file));
+    EXPECT_FALSE(files::hasSetAside(file));
+    ASSERT_TRUE(user != 0 || ::seteuid(user) == 0);
+    fs::permissions(folder.path(), fs::perms::owner_all);
+    EXPECT_TRUE(hidden);
+    EXPECT_TRUE(unknown);
 }
 
 TEST(Files, EveryNameThatAFileSystemHoldsCanBeReplaced) {

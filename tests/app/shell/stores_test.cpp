@@ -106,5 +106,22 @@ TEST_F(UnsavedTest, TheStatusTellsIt) {
     EXPECT_EQ(changes, 2);
 }
 
+TEST(UnsavedChanges, ThePassSavesAgain) {
+    test::Core core{{{"SampleData", true}}, noonClock};
+    MainWindowController controller{core.defaults, core.connector, core.stores,
+                                    core.trends,   core.sinks,     noonClock};
+    // The templates are the teacher's own in the sample college, too.
+    core.folder.write("data", "in the way");
+    (void)core.stores.templates.addUntitled();
+    controller.refresh();
+    EXPECT_EQ(
+        controller.status(),
+        "Sample college · 7 courses\nCouldn’t save the templates. Ellwynd will try again.");
+    fs::remove(core.folder.path() / "data");
+    controller.refresh();
+    EXPECT_EQ(controller.status(), "Sample college · 7 courses");
+    EXPECT_TRUE(fs::exists(core.folder.path() / "data" / "MessageTemplates.json"));
+}
+
 } // namespace
 } // namespace ellwynd

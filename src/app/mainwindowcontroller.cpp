@@ -48,6 +48,7 @@ MainWindowController::MainWindowController(
           defaults, courseList, stores, trends, rosterCache, sinks.notices, now, elapsed),
       passController(defaults, courseList, stores, trends, rosterCache, sinks, now, elapsed),
       rosterActions(rosterController.view(), defaults, stores, now),
+      unsavedChanges(stores, defaults),
       observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::canvasBaseURL.name)
               addressDidChange();
@@ -73,6 +74,7 @@ MainWindowController::MainWindowController(
         Q_EMIT coursesDidChange();
     });
     connect(&passController, &PassController::passDidEnd, this, &Self::passEnded);
+    connect(&unsavedChanges, &UnsavedChanges::noteDidChange, this, &Self::statusDidChange);
     widgetRefreshTimer.setTimerType(Qt::CoarseTimer);
     widgetRefreshTimer.setInterval(passInterval);
     connect(&widgetRefreshTimer, &QTimer::timeout, this, &Self::timerFired);
@@ -347,6 +349,7 @@ void MainWindowController::stopPass() {
 }
 
 void MainWindowController::passEnded(const PassResult &result) {
+    unsavedChanges.saveAgain();
     if (result.nothingRead)
         setStatus("None of your courses could be read", true);
     else

@@ -8,6 +8,7 @@
 #include "app/roster/cacherescoring.h"
 #include "app/roster/rosteractions.h"
 #include "app/roster/rostercontroller.h"
+#include "app/shell/unsavedchanges.h"
 
 #include <QObject>
 
@@ -55,8 +56,8 @@ class MainWindowController : public QObject, private RefreshJobs {
     [[nodiscard]] Dashboard &dashboard() { return passController.dashboard(); }
     /// The actions on the roster on screen.
     [[nodiscard]] RosterActions &actions() { return rosterActions; }
-    /// The status line below the sidebar.
-    [[nodiscard]] const std::string &status() const { return statusText; }
+    /// The status below the sidebar, with a second line for what could not be saved.
+    [[nodiscard]] std::string status() const { return unsavedChanges.addedTo(statusText); }
     [[nodiscard]] bool isLoading() const {
         return scheduler.isRefreshing() || scheduler.state().roster.wanted ||
             rosterController.isLoading();
@@ -130,6 +131,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     RosterActions rosterActions;
     QTimer widgetRefreshTimer;
     CacheRescoring rescoring{rosterCache, defaults};
+    UnsavedChanges unsavedChanges;
     std::string statusText;
     bool statusIsFailure = false;
     /// Whether an error was shown since the last successful read. Failures of automatic reads are

@@ -15,17 +15,21 @@ namespace ellwynd {
 /// A file that could not be read or written. The message is one sentence and names the file.
 class FileError : public std::runtime_error {
   public:
-    using std::runtime_error::runtime_error;
+    /// @param code the system's error number; 0 if it has none.
+    explicit FileError(const std::string &message, int code = 0)
+        : std::runtime_error(message), code(code) {}
+
+    /// Whether the disk, or the user's share of it, is full.
+    [[nodiscard]] bool isDiskFull() const;
+
+  private:
+    int code;
 };
 
-/// A file that could not be opened or read. It may be whole, and readable a moment later.
+/// A file that the system did not let this process read, perhaps only for a moment: no access, no
+/// free descriptor, a loop of links, a fault of the disk. Nothing is known of its content, so it
+/// must be neither set aside nor overwritten.
 class FileUnavailable : public FileError {
-  public:
-    using FileError::FileError;
-};
-
-/// A file that could not be written because the disk, or the user's share of it, is full.
-class DiskFullError : public FileError {
   public:
     using FileError::FileError;
 };
@@ -34,17 +38,28 @@ namespace files {
 
 /// The bytes of a file; absent when it does not exist. `limit` is in bytes. The string has some
 /// spare capacity, which JSON readers use.
-/// @throws FileError for anything but a regular file and for a file above the limit, and
-///         FileUnavailable when it cannot be opened or read.
+/// @throws FileError for anything but a regular file, and for a file above the limit.
+/// @throws FileUnavailable when it cannot be opened or read.
 [[nodiscard]] std::optional<std::string> read(const std::filesystem::path &file, std::size_t limit);
 
 /// The new contents of a file, written to a temporary file beside it. Most errors occur before
 /// `commit`, so that several files can be replaced together or not at all.
 class Replacement {
   public:
-    /// Writes the temporary file. New files and folders are accessible to their owner alone.
+    enum class Access {
+        /// The file is accessible to its owner alone, whatever it was before.
+        ownerOnly,
+        /// For a file of the teacher's, such as an export: an existing one keeps its permissions
+        /// and, where the system allows, its owner and group. Behind a symbolic link, the file that
+        /// it points to is replaced. Only regular files are.
+        keep,
+    };
+
+    /// Writes the temporary file, and removes those of processes that were killed. New files and
+    /// folders are accessible to their owner alone.
     /// @throws FileError when the bytes cannot be written, or the file is a folder.
-    Replacement(std::filesystem::path file, std::string_view bytes);
+    Replacement(
+        std::filesystem::path file, std::string_view bytes, Access access = Access::ownerOnly);
     /// Removes the temporary file unless it was committed.
     ~Replacement();
     Replacement(const Replacement &) = delete;
@@ -58,6 +73,8 @@ class Replacement {
     std::filesystem::path file;
     /// Empty once committed.
     std::string temporary;
+    /// The descriptor of the temporary file, which is locked while it is open.
+    int lock = -1;
 };
 
 /// Replaces a file atomically and durably. New files and folders are accessible to their owner
@@ -65,12 +82,16 @@ class Replacement {
 /// @throws FileError on failure; the old file is then unchanged.
 void replace(const std::filesystem::path &file, std::string_view bytes);
 
+/// The same for a file of the teacher's, with `Replacement::Access::keep`.
+void replaceForTeacher(const std::filesystem::path &file, std::string_view bytes);
+
 /// Creates the file's folder and its missing parents, accessible to their owner alone. A failure is
 /// ignored; the write that follows reports it.
 void createParentFolder(const std::filesystem::path &file);
 
-/// Removes the temporary files of processes that were killed during `replace`. The caller must hold
-/// the file's lock.
+/// Removes the temporary files of processes that were killed while they replaced this file. Those
+/// of other files, and those that are being written, are kept, so no lock is needed. Failures are
+/// ignored.
 void removeLeftovers(const std::filesystem::path &file);
 
 /// Whether a file of this name is a temporary file of `replace`, for whatever file.
@@ -80,6 +101,17 @@ void removeLeftovers(const std::filesystem::path &file);
 /// and its extension; returns the new path. If that name is taken, the next free second is used.
 /// @throws FileError when it cannot be moved.
 std::filesystem::path setAside(const std::filesystem::path &file, long long secondsSince1970);
+
+/// Whether `setAside` made copies of a file that are still there.
+[[nodiscard]] bool hasSetAside(const std::filesystem::path &file);
+
+/// Removes the copies of a file that `setAside` made; failures are ignored.
+/// @param before only those of earlier seconds since 1970; absent for all.
+void removeSetAside(const std::filesystem::path &file, std::optional<long long> before = {});
+
+/// Removes a file; a missing one is not an error.
+/// @throws FileError when it cannot be removed.
+void remove(const std::filesystem::path &file);
 
 /// Identifies the state of a file without reading it: every replacement changes the stamp.
 struct Stamp {

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include <charconv>
+#include <cmath>
 
 namespace ellwynd {
 
@@ -88,6 +89,15 @@ std::optional<std::int64_t> integerOf(const json &value) {
 
 std::optional<double> numberOf(const json &value) {
     return value.is_number() ? std::optional{value.get<double>()} : std::nullopt;
+}
+
+bool isOutOfRange(const json &object, std::string_view key) {
+    const json &value = memberOf(object, key);
+    if (value.is_null())
+        return object.is_object() && object.contains(key);
+    constexpr double limit = 0x1p63;
+    return value.is_number_float() ? std::abs(value.get<double>()) >= limit
+                                   : value.is_number_unsigned() && !integerOf(value);
 }
 
 std::optional<std::string> stringOf(const json &value) {

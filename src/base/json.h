@@ -31,6 +31,11 @@ inline constexpr int maxJSONDepth = 64;
 /// Any number. Absent for a value of another type.
 [[nodiscard]] std::optional<double> numberOf(const nlohmann::json &value);
 
+/// Whether a key's value is a number that no 64-bit integer and no date can hold. One that
+/// `parseJSON` read as null counts, so any null does; a missing key and values of other types do
+/// not. An entry of a list is skipped for such a number, so that it does not cost the whole file.
+[[nodiscard]] bool isOutOfRange(const nlohmann::json &object, std::string_view key);
+
 /// A string. Absent for a value of another type.
 [[nodiscard]] std::optional<std::string> stringOf(const nlohmann::json &value);
 

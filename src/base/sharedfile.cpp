@@ -10,10 +10,13 @@ SharedFile::Transaction SharedFile::begin() {
     // with its folder does not count as removed.
     const bool hadFolder = folderExists();
     Transaction transaction(file);
-    // Under the lock no other process is writing, so any temporary file is a leftover.
     files::removeLeftovers(file);
     const files::Stamp current = files::stamp(file);
-    if (current == seen || current.size == files::Stamp::unknown)
+    if (current.size == files::Stamp::unknown) {
+        transaction.externalChange = ExternalChange::unknown;
+        return transaction;
+    }
+    if (current == seen)
         return transaction;
     if (current.size != files::Stamp::absent) {
         // `read` updates `seen`.
@@ -26,8 +29,18 @@ SharedFile::Transaction SharedFile::begin() {
 }
 
 std::optional<std::string> SharedFile::read() {
-    seen = files::stamp(file);
-    return files::read(file, limit);
+    const files::Stamp before = files::stamp(file);
+    seen.reset();
+    try {
+        auto bytes = files::read(file, limit);
+        seen = before;
+        return bytes;
+    } catch (const FileUnavailable &) {
+        throw;
+    } catch (const FileError &) {
+        seen = before;
+        throw;
+    }
 }
 
 void SharedFile::replace(std::string_view bytes) {
@@ -40,8 +53,8 @@ void SharedFile::remove() {
     // Taking the lock would create the folder.
     if (folderExists())
         transaction.emplace(begin());
-    std::error_code ignored;
-    std::filesystem::remove(file, ignored);
+    files::removeSetAside(file);
+    files::remove(file);
     seen = files::stamp(file);
 }
 
@@ -51,8 +64,8 @@ std::filesystem::path SharedFile::setAside(long long secondsSince1970) {
     return aside;
 }
 
-bool SharedFile::exists() const {
-    return files::stamp(file).size >= 0;
+bool SharedFile::mayExist() const {
+    return files::stamp(file).size != files::Stamp::absent;
 }
 
 bool SharedFile::folderExists() const {

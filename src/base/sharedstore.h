@@ -5,6 +5,7 @@
 #include "base/log.h"
 #include "base/sharedfile.h"
 
+#include <chrono>
 #include <functional>
 #include <vector>
 
@@ -33,35 +34,47 @@ struct StoreFileOptions {
     UnreadableFile unreadable = UnreadableFile::replace;
     /// Whether the contents in memory are cleared when another process removed the file.
     bool removalClears = true;
+    /// How long files that were set aside are kept; absent for no limit.
+    std::optional<std::chrono::seconds> copiesKeptFor = std::nullopt;
 };
 
-/// The file of a store. Failures are logged, never thrown.
+/// The file of a store. Failures are logged, never thrown; the log quotes nothing of the contents.
+///
+/// A file that is unavailable, such as one without access, is neither set aside nor replaced: until
+/// it can be read, nothing is saved.
 class StoreFile {
   public:
     StoreFile(StoreFileOptions options, const std::filesystem::path &directory, Clock now);
 
-    [[nodiscard]] bool exists() const { return file.exists(); }
+    [[nodiscard]] bool mayExist() const { return file.mayExist(); }
     [[nodiscard]] bool removalClears() const { return options.removalClears; }
-    [[nodiscard]] SharedFile::Transaction begin() { return file.begin(); }
-    /// Passes the text to `decode`, which throws if it is not valid. False for such a text, and
-    /// when there is no file.
+    [[nodiscard]] SharedFile::Transaction begin();
+    /// Passes the text to `decode`, which throws if it is not valid. False for such a text, for a
+    /// file that is unavailable, and when there is no file.
     bool load(const std::function<void(std::string_view)> &decode);
     bool save(const std::function<std::string()> &encode);
-    void remove() { file.remove(); }
+    /// Removes the file and the copies that were set aside. False if the file remains.
+    bool remove();
+    /// Removes the copies that were kept long enough.
+    void removeOldCopies() const;
 
   private:
+    std::optional<std::string> read();
     void setAside();
+    [[nodiscard]] long long secondsSince1970() const;
 
     StoreFileOptions options;
     SharedFile file;
     Clock now;
     /// Set while an unreadable file could not be set aside.
     bool unreadableRemains = false;
+    /// Set while the file cannot be read for a reason that may pass.
+    bool unavailable = false;
 };
 
 /// Contents that are written as a whole after each change. Changes that another process has saved
-/// are loaded before a change is applied. A change that cannot be saved is kept in memory and
-/// applied again with the next one.
+/// are loaded before a change is applied. A change that cannot be saved is kept in memory, and
+/// saved with the next one or by `saveUnsaved`.
 template<class T>
 class SharedStore {
   public:
@@ -92,7 +105,10 @@ class SharedStore {
 
     /// Reads the file. False when it does not exist or cannot be read.
     bool open() {
-        if (!file || !file->exists())
+        if (!file)
+            return false;
+        file->removeOldCopies();
+        if (!file->mayExist())
             return false;
         const SharedFile::Transaction transaction = file->begin();
         return load();
@@ -102,7 +118,12 @@ class SharedStore {
     /// Changes whenever the contents may have changed.
     [[nodiscard]] std::uint64_t revision() const { return revisionNumber; }
 
-    void change(Change change) { commit(begin(), std::move(change)); }
+    /// Whether all changes are on the disk; true for contents in memory alone.
+    [[nodiscard]] bool isSaved() const { return unsaved.empty(); }
+
+    void change(Change change, Change again = {}) {
+        commit(begin(), std::move(change), std::move(again));
+    }
 
     [[nodiscard]] Transaction begin() {
         Transaction transaction;
@@ -117,12 +138,24 @@ class SharedStore {
     }
 
     /// Ends the transaction.
-    void commit(Transaction transaction, Change change) {
+    /// @param again what is applied instead of `change` to contents loaded later, if that differs.
+    void commit(Transaction transaction, Change change, Change again = {}) {
         const Transaction held = std::move(transaction);
         apply(change);
-        unsaved.push_back(std::move(change));
+        unsaved.push_back(again ? std::move(again) : std::move(change));
         if (save())
             unsaved.clear();
+    }
+
+    /// Tries to save the changes that could not be saved.
+    /// @return whether there were any.
+    bool saveUnsaved() {
+        if (isSaved())
+            return false;
+        const Transaction held = begin();
+        if (save())
+            unsaved.clear();
+        return true;
     }
 
     /// Replaces the contents in memory without saving them.
@@ -131,12 +164,13 @@ class SharedStore {
         ++revisionNumber;
     }
 
-    /// Clears the contents and removes the file.
+    /// Clears the contents, and removes the file and the copies that were set aside. A file that
+    /// cannot be removed is emptied by the next save.
     void clear() {
         fill({});
         unsaved.clear();
-        if (file)
-            file->remove();
+        if (file && !file->remove())
+            unsaved.push_back([](T &contents) { contents = {}; });
     }
 
   private:
@@ -172,7 +206,7 @@ class SharedStore {
     std::optional<StoreFile> file;
     T current;
     std::uint64_t revisionNumber = 0;
-    /// Changes whose save failed.
+    /// Changes whose save failed, in the form that is applied to contents loaded later.
     std::vector<Change> unsaved;
 };
 

@@ -56,6 +56,13 @@ Stores &CommandContext::stores() {
     return *openedStores;
 }
 
+bool CommandContext::isSaved() const {
+    const bool storesAreSaved = !openedStores ||
+        (openedStores->history.isSaved() && openedStores->contacts.isSaved() &&
+         openedStores->templates.isSaved());
+    return storesAreSaved && (!openedDefaults || openedDefaults->isSaved());
+}
+
 TrendSync &CommandContext::trends() {
     if (!trendSync) {
         trendSync = std::make_unique<TrendSync>(defaults());
@@ -113,6 +120,11 @@ const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID) {
     if (found == course.rows.end())
         throw Failure(fmt::format("No student {} in the roster.", studentID));
     return *found;
+}
+
+void requireSaved(CommandContext &context) {
+    if (!context.isSaved())
+        throw Failure("The change couldn't be saved.");
 }
 
 std::int64_t parseID(const std::string &word, const char *what) {

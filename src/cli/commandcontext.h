@@ -67,6 +67,8 @@ class CommandContext {
     [[nodiscard]] CanvasSession &http() { return canvasSession; }
     /// Roster history, contacts and templates.
     [[nodiscard]] Stores &stores();
+    /// Whether all changes of the preferences and the stores that were used are on the disk.
+    [[nodiscard]] bool isSaved() const;
     /// The counts shared with the teacher's other machines. The first call waits a moment for the
     /// synced folder.
     [[nodiscard]] TrendSync &trends();
@@ -122,6 +124,10 @@ void printNotes(CommandContext &context, std::span<const ScoredCourse *const> co
 
 /// The student's row. @throws Failure when it is not in the roster
 [[nodiscard]] const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID);
+
+/// For commands whose purpose is to save. @throws Failure when not all changes of the preferences
+/// and the stores that were used are on the disk
+void requireSaved(CommandContext &context);
 
 /// Parses an id. @param what names its kind in the message, such as "course". @throws UsageError
 [[nodiscard]] std::int64_t parseID(const std::string &word, const char *what);

@@ -25,6 +25,7 @@ static int runConnect(CommandContext &context, const QStringList &words) {
         context.finish("Saving the token…", check.saveOrThrow(address, token));
     if (!saved.succeeded)
         throw Failure(saved.status);
+    requireSaved(context);
     line.print(oneLine(tested.status) + "\n");
     return done;
 }

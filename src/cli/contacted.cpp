@@ -27,6 +27,7 @@ static int runContacted(CommandContext &context, const QStringList &words) {
         throw Failure("Contact marks are turned off in Settings.");
     const Date now = context.now();
     stores.contacts.noteContacts(courseID, ids, now);
+    requireSaved(context);
 
     JSON list = JSON::array();
     std::string text;

@@ -54,15 +54,20 @@ int writeOne(CommandContext &context, const QStringList &words) {
     const bool asksForHelp = words.size() != 2;
     if (!line.parse(asksForHelp ? words : QStringList{QStringLiteral("--")} + words))
         return done;
-    // The store deletes its data when its preference is switched off, so it has to exist.
     const std::string key = line.word(0);
-    if (key == preferences::rememberRosterHistory.name || key == preferences::rememberContacts.name)
+    const PreferenceValue value = parsePreferenceValue(line.word(1));
+    const bool isMemory =
+        key == preferences::rememberRosterHistory.name || key == preferences::rememberContacts.name;
+    // The store deletes its data when its preference is switched off, so it has to exist. Opened
+    // for another value, it might delete data because of a launch argument.
+    if (isMemory && valueAs<bool>(value) == false)
         static_cast<void>(context.stores());
     try {
-        writeSetting(context.defaults(), key, parsePreferenceValue(line.word(1)));
+        writeSetting(context.defaults(), key, value);
     } catch (const InvalidPreference &error) {
         throw UsageError(error.what());
     }
+    requireSaved(context);
     return done;
 }
 
@@ -72,6 +77,7 @@ int deleteOne(CommandContext &context, const QStringList &words) {
     if (!line.parse(words))
         return done;
     context.defaults().remove(line.word(0));
+    requireSaved(context);
     return done;
 }
 

@@ -16,8 +16,10 @@ static int runDisconnect(CommandContext &context, const QStringList &words) {
     ConnectionCheck check(context.defaults(), context.tokens(), context.http());
     const ConnectionOutcome outcome = context.finish("Deleting the token…", check.signOut());
     WidgetSnapshotWriter(directories::widgetContainer(), widgetTimelines::reloadAll).clear();
-    if (outcome.succeeded)
+    if (outcome.succeeded) {
+        requireSaved(context);
         return done;
+    }
     context.err << oneLine(outcome.status + " " + outcome.advice) << "\n";
     return keychainUnavailable;
 }

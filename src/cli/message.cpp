@@ -70,6 +70,7 @@ static int runMessage(CommandContext &context, const QStringList &words) {
         for (const RiskRow &row : rows)
             ids.push_back(row.id);
         context.stores().contacts.noteContacts(id, ids, context.now());
+        requireSaved(context);
     }
     return done;
 }

@@ -21,6 +21,9 @@ static int runPrivacy(CommandContext &context, const QStringList &words) {
     else if (!verb.empty())
         throw UsageError(fmt::format("privacy has no verb {}", verb));
 
+    if (!verb.empty())
+        requireSaved(context);
+
     const std::string history = historyStatus(stores.history);
     const std::string contacts = contactsStatus(stores.contacts);
     line.print(

@@ -32,6 +32,8 @@ static int runThresholds(CommandContext &context, const QStringList &words) {
         writeSetting(
             defaults, courseSettings::key(id, courseSettings::inactivityDays), *inactivity);
 
+    requireSaved(context);
+
     const CourseThresholds thresholds = courseThresholds(defaults, id);
     const std::string summary = thresholdsSummary(thresholds);
     if (line.wantsJSON()) {

@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <map>
 
 namespace ellwynd {
 
@@ -25,25 +26,42 @@ std::int64_t idOf(const nlohmann::json &item, const char *key) {
     return *id;
 }
 
-ContactRecord decodeRecord(const nlohmann::json &item) {
+/// Absent for an entry with a number that is out of range.
+std::optional<ContactRecord> decodeRecord(const nlohmann::json &item) {
+    for (const char *key : {"courseID", "studentID", "contactedAt"}) {
+        if (isOutOfRange(item, key))
+            return std::nullopt;
+    }
     const auto seconds = numberOf(memberOf(item, "contactedAt"));
-    const auto date = seconds ? dateSinceReference(*seconds) : std::nullopt;
-    if (!date)
+    if (!seconds)
         throw FileError("contactedAt is not a date.");
-    return {
-        .courseID = idOf(item, "courseID"),
-        .studentID = idOf(item, "studentID"),
-        .contactedAt = *date};
+    const std::int64_t courseID = idOf(item, "courseID");
+    const std::int64_t studentID = idOf(item, "studentID");
+    const auto date = dateSinceReference(*seconds);
+    return date ? std::optional(ContactRecord{
+                      .courseID = courseID, .studentID = studentID, .contactedAt = *date})
+                : std::nullopt;
 }
 
-/// @throws FileError
+/// Of two records of a student in a course, the later contact counts. @throws FileError
 Records decode(std::string_view text) {
     const nlohmann::json list = parseJSON(text);
     if (!list.is_array())
         throw FileError("Expected an array.");
     Records records;
-    for (const nlohmann::json &item : list)
-        records.push_back(decodeRecord(item));
+    std::map<std::pair<std::int64_t, std::int64_t>, std::size_t> positions;
+    for (const nlohmann::json &item : list) {
+        const auto record = decodeRecord(item);
+        if (!record)
+            continue;
+        const auto [known, isNew] =
+            positions.try_emplace({record->courseID, record->studentID}, records.size());
+        if (isNew)
+            records.push_back(*record);
+        else
+            records[known->second].contactedAt =
+                std::max(records[known->second].contactedAt, record->contactedAt);
+    }
     return records;
 }
 
@@ -64,7 +82,8 @@ StoreFileOptions fileOptions() {
         .fileName = "ContactLog.json",
         .maxSize = 64UL * 1024 * 1024,
         .log = logger,
-        .contents = "the contact log"};
+        .contents = "the contact log",
+        .copiesKeptFor = retention::period};
 }
 
 SharedStore<Records>::Codec codec(Clock clock) {
@@ -91,6 +110,13 @@ void note(Records &records, const ContactRecord &contact) {
         records.push_back(contact);
 }
 
+/// The same, unless a later contact with the student is recorded.
+void noteUnlessOlder(Records &records, const ContactRecord &contact) {
+    const auto known = find(records, contact.courseID, contact.studentID);
+    if (known == records.end() || known->contactedAt < contact.contactedAt)
+        note(records, contact);
+}
+
 } // namespace
 
 ContactLog::ContactLog(
@@ -98,7 +124,8 @@ ContactLog::ContactLog(
     : defaults(defaults),
       store(fileOptions(), codec(clock), directory, clock),
       observing(defaults.observe([this](std::string_view key) {
-          if (key == preferences::rememberContacts.name && !isEnabled())
+          if (key == preferences::rememberContacts.name &&
+              retention::isSwitchedOff(this->defaults, preferences::rememberContacts))
               deleteAll();
       })) {
     if (isEnabled())
@@ -119,10 +146,14 @@ void ContactLog::noteContacts(
     std::int64_t courseID, const std::vector<std::int64_t> &studentIDs, Date date) {
     if (!isEnabled() || studentIDs.empty())
         return;
-    store.change([courseID, studentIDs, date](Records &records) {
-        for (const std::int64_t student : studentIDs)
-            note(records, {.courseID = courseID, .studentID = student, .contactedAt = date});
-    });
+    // Meanwhile another process may save a later contact.
+    const auto noting = [&](auto noteOne) {
+        return [courseID, studentIDs, date, noteOne](Records &records) {
+            for (const std::int64_t student : studentIDs)
+                noteOne(records, {.courseID = courseID, .studentID = student, .contactedAt = date});
+        };
+    };
+    store.change(noting(note), noting(noteUnlessOlder));
     for (std::size_t i = 0; i < studentIDs.size(); ++i)
         logger.info(fmt::format("Noted a contact in course {}", courseID));
     Q_EMIT contactsDidChange();
@@ -137,6 +168,11 @@ void ContactLog::deleteAll() {
     store.clear();
     logger.info("Deleted the contact log");
     Q_EMIT contactsDidChange();
+}
+
+void ContactLog::saveUnsaved() {
+    if (store.saveUnsaved())
+        Q_EMIT contactsDidChange();
 }
 
 std::optional<ContactRecord>

@@ -24,14 +24,15 @@ struct ContactRecord {
 /// The last contact with each student of each course. Stored in one file, "ContactLog.json", which
 /// is rewritten after each change and may be shared with other processes. Used on the main thread.
 ///
-/// While the preference "RememberContacts" is off, nothing is read or recorded; switching it off
-/// deletes all records.
+/// While the preference "RememberContacts" is off, nothing is read or recorded; switching the saved
+/// value off deletes all records.
 class ContactLog : public QObject {
     Q_OBJECT
 
   public:
     /// Reads the file. Contacts older than 365 days and those of the sample college's courses are
-    /// removed from it. A file that cannot be read counts as empty.
+    /// removed from it, as are numbers out of range. A file that cannot be read counts as empty;
+    /// it is replaced by the next save, unless it is unavailable.
     /// @param directory the file's folder; absent for a log in memory alone.
     ContactLog(
         UserDefaults &defaults, std::optional<std::filesystem::path> directory,
@@ -49,9 +50,14 @@ class ContactLog : public QObject {
     noteContacts(std::int64_t courseID, const std::vector<std::int64_t> &studentIDs, Date date);
     /// Replaces the records by sample data; only for a log without a directory.
     void fill(std::vector<ContactRecord> records);
+    /// Also deletes the copies of the file that were set aside.
     void deleteAll();
 
     [[nodiscard]] bool isEnabled() const;
+    /// Whether all changes are on the disk; true for a log in memory alone.
+    [[nodiscard]] bool isSaved() const { return store.isSaved(); }
+    /// Tries to save changes that could not be saved.
+    void saveUnsaved();
 
   Q_SIGNALS:
     void contactsDidChange();

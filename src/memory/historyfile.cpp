@@ -6,6 +6,7 @@
 #include <fmt/compile.h>
 #include <nlohmann/json.hpp>
 
+#include <cmath>
 #include <simdjson.h>
 
 namespace ellwynd {
@@ -35,15 +36,41 @@ std::string problem(simdjson::error_code error) {
     throw FileError(fmt::format("Entry {}: {} {}.", index, key, problem));
 }
 
-template<class T>
-T member(dom::object entry, std::size_t index, std::string_view key) {
-    T value{};
-    const simdjson::error_code error = entry[key].get(value);
-    if (error == simdjson::NO_SUCH_FIELD)
-        fail(index, key, "is missing");
-    if (error != simdjson::SUCCESS)
-        fail(index, key, "has another type");
+[[noreturn]] void fail(std::size_t index, std::string_view key, simdjson::error_code error) {
+    fail(index, key, error == simdjson::NO_SUCH_FIELD ? "is missing" : "has another type");
+}
+
+std::string_view textOf(dom::object entry, std::size_t index, std::string_view key) {
+    std::string_view value;
+    if (const simdjson::error_code error = entry[key].get(value))
+        fail(index, key, error);
     return value;
+}
+
+/// Absent for a number that is out of range, and for null.
+std::optional<std::int64_t> integer(dom::object entry, std::size_t index, std::string_view key) {
+    dom::element value;
+    if (const simdjson::error_code error = entry[key].get(value))
+        fail(index, key, error);
+    std::int64_t number = 0;
+    if (value.get(number) == simdjson::SUCCESS)
+        return number;
+    constexpr double limit = 0x1p63;
+    double real = 0;
+    const bool isLarge = value.get(real) == simdjson::SUCCESS && std::abs(real) >= limit;
+    if (!isLarge && !value.is_null())
+        fail(index, key, "has another type");
+    return std::nullopt;
+}
+
+/// The text with numbers that the parser rejects, such as 1e999, as null or as reals. Absent if the
+/// text is not JSON otherwise.
+std::optional<std::string> withoutHugeNumbers(std::string_view text) {
+    try {
+        return parseJSON(text).dump();
+    } catch (const FileError &) {
+        return std::nullopt;
+    }
 }
 
 /// Only unknown levels can contain characters that JSON must escape.
@@ -61,19 +88,24 @@ std::vector<RosterSnapshot> decodeHistory(std::string_view text) {
     dom::array array;
     if (const auto error = parser.allocate(text.size(), maxJSONDepth))
         throw FileError(problem(error));
-    if (const auto error = parser.parse(text.data(), text.size()).get(array))
+    auto error = parser.parse(text.data(), text.size()).get(array);
+    if (error == simdjson::NUMBER_ERROR) {
+        if (const auto readable = withoutHugeNumbers(text))
+            error = parser.parse(*readable).get(array);
+    }
+    if (error)
         throw FileError(problem(error));
     std::vector<RosterSnapshot> entries;
     entries.reserve(array.size());
+    std::size_t index = 0;
     // All entries of a visit have the same instant, which is parsed once.
     std::string_view lastText;
     Date lastDate;
     for (const dom::element element : array) {
-        const std::size_t index = entries.size();
         dom::object entry;
         if (element.get(entry) != simdjson::SUCCESS)
             fail(index, "the entry", "has another type");
-        const auto instant = member<std::string_view>(entry, index, "recordedAt");
+        const auto instant = textOf(entry, index, "recordedAt");
         if (instant != lastText || index == 0) {
             const auto date = parseInstant(instant);
             if (!date)
@@ -81,12 +113,19 @@ std::vector<RosterSnapshot> decodeHistory(std::string_view text) {
             lastText = instant;
             lastDate = *date;
         }
-        entries.push_back(
-            {.courseID = member<std::int64_t>(entry, index, "courseID"),
-             .studentID = member<std::int64_t>(entry, index, "studentID"),
-             .recordedAt = lastDate,
-             .level = std::string(member<std::string_view>(entry, index, "level")),
-             .missingCount = member<std::int64_t>(entry, index, "missingCount")});
+        const auto courseID = integer(entry, index, "courseID");
+        const auto studentID = integer(entry, index, "studentID");
+        const auto missingCount = integer(entry, index, "missingCount");
+        const auto level = textOf(entry, index, "level");
+        ++index;
+        if (courseID && studentID && missingCount) {
+            entries.push_back(
+                {.courseID = *courseID,
+                 .studentID = *studentID,
+                 .recordedAt = lastDate,
+                 .level = std::string(level),
+                 .missingCount = *missingCount});
+        }
     }
     return entries;
 }

@@ -8,7 +8,8 @@
 
 namespace ellwynd {
 
-/// Unknown keys are ignored, unknown levels are kept.
+/// Unknown keys are ignored, unknown levels are kept. An entry with a number that is out of range,
+/// or null, is left out.
 /// @throws FileError for anything else, such as a missing key, a value of another type or a date
 ///         that is not an ISO 8601 instant.
 [[nodiscard]] std::vector<RosterSnapshot> decodeHistory(std::string_view text);

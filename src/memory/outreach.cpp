@@ -10,11 +10,15 @@ namespace ellwynd {
 
 namespace {
 
-/// The last level recorded up to the contact, else the first one after it.
-RecordedLevel levelAt(const std::vector<const RosterSnapshot *> &entries, Date contactedAt) {
+/// The last level recorded up to the contact, else the first one after it; none of those recorded
+/// later than today.
+RecordedLevel
+levelAt(const std::vector<const RosterSnapshot *> &entries, Date contactedAt, Date now) {
     const RosterSnapshot *before = nullptr;
     const RosterSnapshot *after = nullptr;
     for (const RosterSnapshot *entry : entries) {
+        if (entry->recordedAt > now && entry->recordedAt >= calendar::startOfNextDay(now))
+            continue;
         if (entry->recordedAt <= contactedAt) {
             if (before == nullptr || entry->recordedAt > before->recordedAt)
                 before = entry;
@@ -48,7 +52,7 @@ outcome(const ContactRecord &record, const RiskRow &row, const RosterHistory &hi
     return {
         .contactedAt = record.contactedAt,
         .levelThen =
-            levelAt(history.entries(record.courseID, record.studentID), record.contactedAt),
+            levelAt(history.entries(record.courseID, record.studentID), record.contactedAt, now),
         .levelNow = row.level,
         .daysSince = std::max<std::int64_t>(0, calendar::daysBetween(record.contactedAt, now))};
 }

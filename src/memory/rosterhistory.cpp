@@ -23,7 +23,8 @@ StoreFileOptions fileOptions() {
         .maxSize = 1024UL * 1024 * 1024,
         .log = logger,
         .contents = "roster history",
-        .unreadable = UnreadableFile::setAsideBeforeSaving};
+        .unreadable = UnreadableFile::setAsideBeforeSaving,
+        .copiesKeptFor = retention::period};
 }
 
 SharedStore<Entries>::Codec codec(Clock clock) {
@@ -43,7 +44,8 @@ RosterHistory::RosterHistory(
     : defaults(defaults),
       store(fileOptions(), codec(clock), directory, clock),
       observing(defaults.observe([this](std::string_view key) {
-          if (key == preferences::rememberRosterHistory.name && !isEnabled())
+          if (key == preferences::rememberRosterHistory.name &&
+              retention::isSwitchedOff(this->defaults, preferences::rememberRosterHistory))
               deleteAll();
       })) {
     store.open();
@@ -80,14 +82,28 @@ void RosterHistory::record(const std::vector<RiskRow> &rows, std::int64_t course
     }
     const Date begins = calendar::startOfDay(date);
     const Date ends = calendar::startOfNextDay(date);
-    store.change([courseID, begins, ends, visit = std::move(visit)](Entries &entries) {
-        std::erase_if(entries, [&](const RosterSnapshot &entry) {
-            return entry.courseID == courseID && entry.recordedAt >= begins &&
-                entry.recordedAt < ends;
-        });
+    const auto isOfDay = [courseID, begins, ends](const RosterSnapshot &entry) {
+        return entry.courseID == courseID && entry.recordedAt >= begins && entry.recordedAt < ends;
+    };
+    const auto replaceDay = [isOfDay, visit = std::move(visit)](Entries &entries) {
+        std::erase_if(entries, isOfDay);
         entries.insert(entries.end(), visit.begin(), visit.end());
-    });
+    };
+    // Meanwhile another process may save a later visit of that day.
+    const auto replaceEarlierVisit = [isOfDay, replaceDay, date](Entries &entries) {
+        const bool hasLater = std::ranges::any_of(entries, [&](const RosterSnapshot &entry) {
+            return isOfDay(entry) && entry.recordedAt > date;
+        });
+        if (!hasLater)
+            replaceDay(entries);
+    };
+    store.change(replaceDay, replaceEarlierVisit);
     Q_EMIT historyDidChange();
+}
+
+void RosterHistory::saveUnsaved() {
+    if (store.saveUnsaved())
+        Q_EMIT historyDidChange();
 }
 
 void RosterHistory::fill(std::vector<RosterSnapshot> entries) {

@@ -16,14 +16,15 @@ namespace ellwynd {
 /// Stored in one file, "RosterHistory.json", which is rewritten after each change and may be shared
 /// with other processes. Used on the main thread.
 ///
-/// While the preference "RememberRosterHistory" is off, nothing is recorded; switching it off
-/// deletes all entries.
+/// While the preference "RememberRosterHistory" is off, nothing is recorded; switching the saved
+/// value off deletes all entries.
 class RosterHistory : public QObject {
     Q_OBJECT
 
   public:
     /// Reads the file. Entries older than 365 days and those of the sample college's courses are
-    /// removed from it. A file that cannot be read is set aside.
+    /// removed from it. A file that cannot be read is set aside, unless it is unavailable; a copy
+    /// that was set aside is removed after 365 days.
     /// @param directory the file's folder; absent for a history in memory alone.
     RosterHistory(
         UserDefaults &defaults, std::optional<std::filesystem::path> directory,
@@ -45,9 +46,14 @@ class RosterHistory : public QObject {
     void record(const std::vector<RiskRow> &rows, std::int64_t courseID, Date date);
     /// Replaces the entries by sample data; only for a history without a directory.
     void fill(std::vector<RosterSnapshot> entries);
+    /// Also deletes the copies of the file that were set aside.
     void deleteAll();
 
     [[nodiscard]] bool isEnabled() const;
+    /// Whether all changes are on the disk; true for a history in memory alone.
+    [[nodiscard]] bool isSaved() const { return store.isSaved(); }
+    /// Tries to save changes that could not be saved.
+    void saveUnsaved();
     /// Calendar days with at least one entry of any course.
     [[nodiscard]] std::int64_t dayCount() const;
 

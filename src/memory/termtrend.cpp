@@ -9,10 +9,12 @@
 namespace ellwynd {
 
 std::optional<TermTrend>
-termTrend(const RosterHistory &history, std::int64_t courseID, std::int64_t studentID) {
+termTrend(const RosterHistory &history, std::int64_t courseID, std::int64_t studentID, Date now) {
     TermTrend trend;
+    const Date tomorrow = calendar::startOfNextDay(now);
     for (const RosterSnapshot *entry : history.entries(courseID, studentID)) {
-        if (const RecordedLevel level = recordedLevel(*entry); level.isKnown())
+        const RecordedLevel level = recordedLevel(*entry);
+        if (level.isKnown() && entry->recordedAt < tomorrow)
             trend.points.push_back({calendar::startOfDay(entry->recordedAt), level.level()});
     }
     std::ranges::stable_sort(trend.points, {}, &TermTrend::Point::date);

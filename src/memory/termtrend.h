@@ -20,9 +20,9 @@ struct TermTrend {
     bool operator==(const TermTrend &) const = default;
 };
 
-/// Absent with fewer than two days of known levels.
+/// The days up to that of `now`; absent with fewer than two days of known levels.
 [[nodiscard]] std::optional<TermTrend>
-termTrend(const RosterHistory &history, std::int64_t courseID, std::int64_t studentID);
+termTrend(const RosterHistory &history, std::int64_t courseID, std::int64_t studentID, Date now);
 
 /// "Seen on 6 days between Sep 3 and Sep 18 — started Watch, now Concern, worst At Risk."
 [[nodiscard]] std::string termStory(const TermTrend &trend);

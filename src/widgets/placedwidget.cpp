@@ -68,6 +68,8 @@ std::vector<PlacedWidget> readPlacedWidgets(const std::filesystem::path &file) {
             if (widget && widgets.size() < maxWidgets)
                 widgets.push_back(*widget);
         }
+    } catch (const FileUnavailable &) {
+        throw;
     } catch (const FileError &error) {
         logger.error(fmt::format("Couldn't read the placed widgets: {}", error.what()));
     }
@@ -81,7 +83,7 @@ void savePlacedWidgets(
         list.push_back(asJSON(widget));
     try {
         files::replace(file, prettyJSON({{"widgets", std::move(list)}}));
-    } catch (const std::exception &error) {
+    } catch (const FileError &error) {
         logger.error(fmt::format("Couldn't save the placed widgets: {}", error.what()));
     }
 }

@@ -23,7 +23,8 @@ struct PlacedWidget {
 };
 
 /// Reads a file written by `savePlacedWidgets`: at most 32 widgets, without invalid entries.
-/// Returns none when the file does not exist or, with an error in the log, when it cannot be read.
+/// Returns none when the file does not exist or, with an error in the log, when its content is not
+/// valid. @throws FileUnavailable when it cannot be read for a reason that may pass
 [[nodiscard]] std::vector<PlacedWidget> readPlacedWidgets(const std::filesystem::path &file);
 
 /// Replaces the file. A failure is logged.

@@ -31,8 +31,14 @@ void SnapshotSource::check() {
     const files::Stamp now = files::stamp(container / widgetFiles::versionTwo);
     if (now == seen)
         return;
+    std::optional<WidgetSnapshotFile> read;
+    try {
+        read = readWidgetSnapshot(container);
+    } catch (const FileUnavailable &) {
+        // The last snapshot is shown until a later check can read the file.
+        return;
+    }
     seen = now;
-    auto read = readWidgetSnapshot(container);
     if (read == current)
         return;
     current = std::move(read);

@@ -1,7 +1,12 @@
 #include "widgets/widgetboard.h"
 
+#include "base/files.h"
+#include "base/log.h"
+
 #include <QApplication>
 #include <QScreen>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -10,6 +15,8 @@ namespace ellwynd {
 namespace {
 
 using namespace std::chrono_literals;
+
+constexpr Log logger{"widgets"};
 
 /// Whether the centre of a widget is on a screen.
 bool isOnScreen(const QRect &frame) {
@@ -80,7 +87,13 @@ void WidgetBoard::setDesktopIsDark(bool dark) {
 }
 
 void WidgetBoard::show() {
-    std::vector<PlacedWidget> widgets = readPlacedWidgets(stateFile);
+    std::vector<PlacedWidget> widgets;
+    try {
+        widgets = readPlacedWidgets(stateFile);
+    } catch (const FileUnavailable &error) {
+        logger.error(fmt::format("Couldn't read the placed widgets: {}", error.what()));
+        savesState = false;
+    }
     if (widgets.empty())
         widgets.emplace_back();
     for (const PlacedWidget &widget : widgets)
@@ -140,6 +153,8 @@ void WidgetBoard::presentAll() {
 
 void WidgetBoard::save() {
     saveSoon.stop();
+    if (!savesState)
+        return;
     std::vector<PlacedWidget> widgets;
     widgets.reserve(placed.size());
     for (const auto &window : placed)

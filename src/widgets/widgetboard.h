@@ -23,7 +23,7 @@ class WidgetBoard : public QObject {
         bool desktopIsDark, std::function<void(const QString &)> openLink, Clock now = systemNow);
     ~WidgetBoard() override;
 
-    /// Shows the saved widgets, or a first one.
+    /// Shows the saved widgets, or a first one. While their file is unavailable, nothing is saved.
     void show();
 
     /// Sets whether "automatic" is dark.
@@ -58,6 +58,8 @@ class WidgetBoard : public QObject {
     std::vector<std::unique_ptr<WidgetWindow>> placed;
     QTimer minute;
     QTimer saveSoon;
+    /// False when the saved widgets could not be read; they are then kept.
+    bool savesState = true;
     std::shared_ptr<void> observing;
 };
 

@@ -169,6 +169,15 @@ TEST_F(ControllerTest, ExportsTheRosterOnScreen) {
     EXPECT_THAT(course.text, testing::StartsWith("# CS 101  4021 - Intro to Programming\n"));
     controller.actions().saveExport(course, core.folder.path() / course.fileName);
     EXPECT_EQ(core.folder.read(course.fileName), course.text);
+    // An existing file keeps its permissions, and a link what it points to.
+    constexpr auto shared = std::filesystem::perms(0644);
+    std::filesystem::permissions(core.folder.path() / course.fileName, shared);
+    const auto link = core.folder.path() / "link.md";
+    std::filesystem::create_symlink(course.fileName, link);
+    controller.actions().saveExport(term, link);
+    EXPECT_EQ(core.folder.read(course.fileName), term.text);
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(std::filesystem::status(link).permissions(), shared);
     controller.actions().saveExport(course, core.folder.path() / course.fileName / "x.md");
     EXPECT_EQ(failures.size(), 1U);
 }

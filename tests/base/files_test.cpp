@@ -1,13 +1,28 @@
 #include "base/files.h"
+#include "support/resourcelimit.h"
 #include "support/temporaryfolder.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <sys/stat.h>
+
+#include <csignal>
+#include <unistd.h>
 
 namespace ellwynd {
 namespace {
 
+namespace fs = std::filesystem;
+
+using test::ResourceLimit;
 using test::TemporaryFolder;
+using testing::UnorderedElementsAre;
+
+std::vector<std::string> namesIn(const fs::path &folder) {
+    std::vector<std::string> names;
+    for (const auto &entry : fs::directory_iterator(folder))
+        names.push_back(entry.path().filename().string());
+    return names;
+}
 
 mode_t modeOf(const std::filesystem::path &path) {
     struct stat info {};
@@ -38,6 +53,140 @@ TEST(Files, ReadRejectsLargeAndIrregularFiles) {
     EXPECT_THROW((void)files::read(pipe, 100), FileError);
 }
 
+TEST(Files, TellUnavailableFilesFromUnreadableOnes) {
+    const TemporaryFolder folder;
+    const auto file = folder.write("memory.json", "bytes");
+    fs::create_symlink("loop", folder.path() / "loop");
+    const auto isUnavailable = [](const fs::path &path) {
+        try {
+            static_cast<void>(files::read(path, 3));
+        } catch (const FileUnavailable &) {
+            return true;
+        } catch (const FileError &) {
+        }
+        return false;
+    };
+    EXPECT_TRUE(isUnavailable(folder.path() / "loop"));
+    EXPECT_TRUE(isUnavailable(folder.path() / "loop" / "memory.json"));
+    EXPECT_TRUE(isUnavailable(folder.path() / std::string(300, 'x')));
+    EXPECT_FALSE(isUnavailable(file)) << "too large";
+    EXPECT_FALSE(isUnavailable(folder.path()));
+    EXPECT_FALSE(isUnavailable(file / "below"));
+    EXPECT_FALSE(isUnavailable(folder.path() / "none"));
+    {
+        const ResourceLimit noDescriptor(RLIMIT_NOFILE, 0);
+        EXPECT_TRUE(isUnavailable(file));
+    }
+    // Permissions do not restrict the superuser, as whom the tests may run.
+    const uid_t user = ::geteuid();
+    constexpr uid_t nobody = 65534;
+    fs::permissions(folder.path(), fs::perms::none);
+    ASSERT_TRUE(user != 0 || ::seteuid(nobody) == 0);
+    const bool hidden = isUnavailable(file);
+    const bool unknown = files::stamp(file).size == files::Stamp::unknown;
+    EXPECT_THROW(files::replace(file, "new"), FileError);
+    EXPECT_THROW(files::remove(file), FileError);
+    EXPECT_NO_THROW(files::removeLeftovers(file));
+    EXPECT_FALSE(files::hasSetAside(file));
+    ASSERT_TRUE(user != 0 || ::seteuid(user) == 0);
+    fs::permissions(folder.path(), fs::perms::owner_all);
+    EXPECT_TRUE(hidden);
+    EXPECT_TRUE(unknown);
+}
+
+TEST(Files, EveryNameThatAFileSystemHoldsCanBeReplaced) {
+    const TemporaryFolder folder;
+    std::string accents;
+    while (accents.size() < 254)
+        accents += "é";
+    for (const std::string &name :
+         {std::string("x"), std::string(131, 'a'), std::string(132, 'b'), std::string(255, 'c'),
+          accents, "x" + accents}) {
+        const auto file = folder.path() / name;
+        files::replace(file, "first");
+        files::replaceForTeacher(file, name);
+        EXPECT_EQ(folder.read(name), name);
+        const files::Lock lock(file);
+        EXPECT_EQ(namesIn(folder.path()).size(), 2U) << "the file and its lock";
+        fs::remove_all(folder.path());
+        fs::create_directory(folder.path());
+    }
+}
+
+TEST(Files, ReplacingRemovesTheLeftoversOfKilledWriters) {
+    const TemporaryFolder folder;
+    const auto file = folder.write("a.csv", "old");
+    for (const char *name :
+         {".a.csv.new-abc123", ".a.csv.new-abc1234", ".a.csv.new-b.new-abc123", ".b.csv.new-abc123",
+          "a.csv.new-abc123"})
+        folder.write(name, "of a writer");
+    fs::create_symlink(file, folder.path() / ".a.csv.new-link12");
+    {
+        const files::Replacement underWay(file, "of this process");
+        const auto before = namesIn(folder.path()).size();
+        files::replaceForTeacher(file, "new");
+        EXPECT_EQ(namesIn(folder.path()).size(), before) << "a file being written is kept";
+    }
+    EXPECT_THAT(
+        namesIn(folder.path()),
+        UnorderedElementsAre(
+            "a.csv", ".a.csv.new-abc1234", ".a.csv.new-b.new-abc123", ".b.csv.new-abc123",
+            "a.csv.new-abc123", ".a.csv.new-link12"));
+}
+
+TEST(Files, AFileOfTheTeachersKeepsItsAccess) {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "roster.csv";
+    files::replaceForTeacher(file, "new");
+    EXPECT_EQ(modeOf(file), 0600U);
+    constexpr uid_t nobody = 65534;
+    const uid_t owner = ::geteuid() == 0 ? nobody : ::geteuid();
+    ASSERT_EQ(::chown(file.c_str(), owner, gid_t(-1)), 0);
+    for (const mode_t mode : {0644U, 0660U, 0400U}) {
+        ASSERT_EQ(::chmod(file.c_str(), mode), 0);
+        files::replaceForTeacher(file, "newer");
+        EXPECT_EQ(modeOf(file), mode);
+        struct stat info {};
+        ASSERT_EQ(::stat(file.c_str(), &info), 0);
+        EXPECT_EQ(info.st_uid, owner);
+    }
+    files::replace(file, "private");
+    EXPECT_EQ(modeOf(file), 0600U);
+}
+
+TEST(Files, AFileOfTheTeachersMayBeASymbolicLink) {
+    const TemporaryFolder folder;
+    fs::create_directory(folder.path() / "real");
+    const auto link = folder.path() / "link.csv";
+    fs::create_symlink("middle.csv", link);
+    fs::create_symlink(fs::path("real") / "roster.csv", folder.path() / "middle.csv");
+    for (const char *text : {"to a file that does not exist yet", "to one that does"}) {
+        files::replaceForTeacher(link, text);
+        EXPECT_EQ(folder.read("real/roster.csv"), text);
+        EXPECT_TRUE(fs::is_symlink(link));
+    }
+    fs::create_symlink("loop.csv", folder.path() / "loop.csv");
+    EXPECT_THROW(files::replaceForTeacher(folder.path() / "loop.csv", "new"), FileError);
+    EXPECT_TRUE(fs::is_symlink(folder.path() / "loop.csv"));
+    const auto pipe = folder.path() / "pipe.csv";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_THROW(files::replaceForTeacher(pipe, "new"), FileError);
+    EXPECT_TRUE(fs::is_fifo(pipe));
+}
+
+TEST(Files, AFullDiskKeepsTheOldFile) {
+    const TemporaryFolder folder;
+    const auto file = folder.write("memory.json", "old");
+    const auto before = std::signal(SIGXFSZ, SIG_IGN);
+    {
+        const ResourceLimit full(RLIMIT_FSIZE, 2);
+        EXPECT_THROW(files::replace(file, "new bytes"), FileError);
+    }
+    std::signal(SIGXFSZ, before);
+    EXPECT_EQ(folder.read("memory.json"), "old");
+    EXPECT_EQ(namesIn(folder.path()).size(), 1U);
+}
+
 TEST(Files, FailedReplaceKeepsTheOldFile) {
     const TemporaryFolder folder;
     const auto file = folder.write("memory.json", "old");
@@ -56,6 +205,27 @@ TEST(Files, SettingAsideKeepsTheBytes) {
     EXPECT_EQ(files::setAside(file, 1758700000).filename(), "Memory.unreadable-1758700000.json");
     EXPECT_EQ(folder.read("Memory.unreadable-1758700000.json"), "broken");
     EXPECT_THROW(files::setAside(file, 1758700000), FileError);
+}
+
+TEST(Files, CopiesSetAsideAreRemovedByAge) {
+    const TemporaryFolder folder;
+    const auto file = folder.write("Memory.json", "good");
+    for (const char *name :
+         {"Memory.unreadable-99.json", "Memory.unreadable-100.json", "Memory.unreadable-.json",
+          "Memory.unreadable-9x.json", "Other.unreadable-99.json", "Memory.unreadable-99.txt"})
+        folder.write(name, "broken");
+    const std::vector<std::string> others{
+        "Memory.json", "Memory.unreadable-.json", "Memory.unreadable-9x.json",
+        "Other.unreadable-99.json", "Memory.unreadable-99.txt"};
+    EXPECT_TRUE(files::hasSetAside(file));
+    files::removeSetAside(file, 100);
+    auto kept = others;
+    kept.emplace_back("Memory.unreadable-100.json");
+    EXPECT_THAT(namesIn(folder.path()), testing::UnorderedElementsAreArray(kept));
+    files::removeSetAside(file);
+    EXPECT_THAT(namesIn(folder.path()), testing::UnorderedElementsAreArray(others));
+    EXPECT_FALSE(files::hasSetAside(file));
+    EXPECT_FALSE(files::hasSetAside(folder.path() / "none" / "Memory.json"));
 }
 
 } // namespace

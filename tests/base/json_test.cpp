@@ -21,6 +21,17 @@ TEST(JSON, NumbersTooLargeForADoubleAreNull) {
         EXPECT_EQ(parseJSON(row.text).dump(), row.read) << row.text;
 }
 
+TEST(JSON, NumbersOutOfRangeAreRecognised) {
+    const auto object = parseJSON(
+        R"({"huge": 1e999, "none": null, "beyond": 9223372036854775808, "large": -1e19,
+            "max": 9223372036854775807, "real": 5.5, "text": "1e999"})");
+    for (const char *key : {"huge", "none", "beyond", "large"})
+        EXPECT_TRUE(isOutOfRange(object, key)) << key;
+    for (const char *key : {"max", "real", "text", "absent"})
+        EXPECT_FALSE(isOutOfRange(object, key)) << key;
+    EXPECT_FALSE(isOutOfRange(parseJSON("[null]"), "none"));
+}
+
 TEST(JSON, ErrorsDoNotQuoteTheText) {
     struct Row {
         std::string text;

@@ -1,6 +1,8 @@
 #include "base/date.h"
+#include "base/files.h"
 #include "cli/run.h"
 #include "cli/table.h"
+#include "platform/folders/directories.h"
 #include "support/fakecanvas.h"
 #include "support/temporaryfolder.h"
 
@@ -231,6 +233,39 @@ TEST_F(CommandsTest, DefaultsAreWrittenReadAndDeleted) {
     for (const char *key : {"SidebarTermLimit", "Unknown"})
         EXPECT_EQ(call({"defaults", "delete", key}).status, 0);
     EXPECT_EQ(document({"defaults", "list"}), json::object());
+}
+
+TEST_F(CommandsTest, OnlySwitchingOffDeletesAMemory) {
+    const std::pair<const char *, const char *> memories[] = {
+        {"RememberRosterHistory", "RosterHistory.json"}, {"RememberContacts", "ContactLog.json"}};
+    for (const auto &[key, name] : memories) {
+        const auto file = directories::data() / name;
+        const std::string argument = std::string("-") + key;
+        files::replace(file, "[]");
+        EXPECT_EQ(call({argument, "NO", "defaults", "write", key, "YES"}).status, 0);
+        EXPECT_TRUE(std::filesystem::exists(file)) << key;
+        EXPECT_EQ(call({argument, "YES", "defaults", "write", key, "NO"}).status, 0);
+        EXPECT_FALSE(std::filesystem::exists(file)) << key;
+        EXPECT_EQ(call({"defaults", "delete", key}).status, 0);
+    }
+}
+
+TEST_F(CommandsTest, AChangeThatCannotBeSavedIsAFailure) {
+    const auto loop = folder.path() / "loop";
+    std::filesystem::create_symlink("loop", loop);
+    for (const auto &preferences :
+         {loop / "Preferences.json", std::filesystem::path("/dev/null/Preferences.json")}) {
+        for (const std::vector<std::string> &words : std::vector<std::vector<std::string>>{
+                 {"defaults", "write", "TextScale", "1.2"},
+                 {"--sample", "thresholds", "900101", "--passing", "72.5"}}) {
+            std::istringstream in;
+            std::ostringstream out;
+            std::ostringstream err;
+            EXPECT_EQ(run(words, in, out, err, preferences), 1) << preferences;
+            EXPECT_EQ(err.str(), "The change couldn't be saved.\n");
+            EXPECT_THAT(out.str(), IsEmpty());
+        }
+    }
 }
 
 TEST_F(CommandsTest, ScoringAFolderLeavesThePreferencesAlone) {

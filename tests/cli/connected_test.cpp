@@ -3,6 +3,7 @@
 #include "base/date.h"
 #include "base/log.h"
 #include "cli/run.h"
+#include "platform/folders/directories.h"
 #include "support/fakecanvas.h"
 #include "support/temporaryfolder.h"
 
@@ -69,6 +70,15 @@ TEST(Connected, TheTokenAppearsInNoFileAndNoOutput) {
     EXPECT_THAT(
         call({"roster", "4021", "--csv"}, 0),
         testing::ContainsRegex(",never,,[0-9]{4}-[0-9]{2}-[0-9]{2},no change\n$"));
+    // A contact that cannot be saved is a failure.
+    const std::filesystem::path home = qgetenv("HOME").toStdString();
+    const auto log = directories::data() / "ContactLog.json";
+    std::filesystem::rename(log, home / "elsewhere");
+    std::filesystem::create_symlink("ContactLog.json", log);
+    call({"contacted", "4021", "77001"}, 1);
+    call({"message", "4021", "--template", "Email", "--student", "77001", "--note"}, 1);
+    EXPECT_THAT(allMessages, testing::EndsWith("\nThe change couldn't be saved.\n"));
+    std::filesystem::rename(home / "elsewhere", log);
     // A visit, and what is computed from it.
     EXPECT_EQ(json::parse(call({"privacy", "--json"}, 0))["history"], "Nothing recorded.");
     call({"roster", "4021", "--visit"}, 0);
@@ -80,7 +90,6 @@ TEST(Connected, TheTokenAppearsInNoFileAndNoOutput) {
     const json dashboard = json::parse(call({"dashboard", "--json"}, 0));
     EXPECT_EQ(dashboard["headline"], "0 flagged across 1 course");
     call({"student", "4021", "1"}, 1);
-    const std::filesystem::path home = qgetenv("HOME").toStdString();
     std::vector<std::string> written;
     for (const auto &entry : std::filesystem::recursive_directory_iterator(home)) {
         if (!entry.is_regular_file() || entry.file_size() == 0)

@@ -133,9 +133,21 @@ TEST_F(MovementTest, TermStoryDescribesTheLevels) {
             entries.push_back(entry(7, 1, at("2026-09-03T15:00:00Z") + days(i), each.levels[i]));
         std::ranges::reverse(entries);
         history.fill(entries);
-        const auto trend = termTrend(history, 7, 1);
+        const auto trend = termTrend(history, 7, 1, noon);
         EXPECT_EQ(trend ? termStory(*trend) : "", each.story);
     }
+    // Entries later than today are kept but not shown.
+    std::vector<RosterSnapshot> entries{
+        entry(7, 1, noon - days(1), "Watch"), entry(7, 1, noon, "OK"),
+        entry(7, 1, noon + days(1), "At Risk"), entry(7, 1, noon + days(400), "At Risk")};
+    history.fill(entries);
+    EXPECT_EQ(termTrend(history, 7, 1, noon)->points.size(), 2U);
+    entries.erase(entries.begin());
+    history.fill(entries);
+    EXPECT_EQ(termTrend(history, 7, 1, noon), std::nullopt);
+    EXPECT_FALSE(hasEarlierVisit(history, 7, noon));
+    EXPECT_TRUE(lastTwoWeeks(history, 7, noon).empty());
+
     const Date day = at("2026-09-03T05:00:00Z");
     EXPECT_TRUE(isJoined({day, {}}, {day + days(14), {}}));
     EXPECT_FALSE(isJoined({day, {}}, {day + days(14) + std::chrono::seconds(1), {}}));

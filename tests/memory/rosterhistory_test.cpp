@@ -2,9 +2,11 @@
 #include "memory/rosterhistory.h"
 #include "support/instants.h"
 #include "support/logcapture.h"
+#include "support/resourcelimit.h"
 #include "support/rosters.h"
 #include "support/temporaryfolder.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 
@@ -115,8 +117,9 @@ TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
              {with("\"level\":", "1"), "Entry 0: level has another type."},
              {with("\"level\":", "\"OK\",\"x\":"), ""},
              {with("\"courseID\":", "7.0"), "Entry 0: courseID has another type."},
-             {with("\"missingCount\":", "null"), "Entry 0: missingCount has another type."},
-             {with("\"studentID\":", "9223372036854775808"), "studentID has another type."},
+             {with("\"missingCount\":", "true"), "Entry 0: missingCount has another type."},
+             {with("\"studentID\":", "\"9\""), "studentID has another type."},
+             {"[1e999,]", "It is not valid JSON."},
              {with("\"recordedAt\":", "\"2026-09-24\""), "Entry 0: recordedAt is not an instant."},
              {"[{}]", "is missing"},
              {std::string(200, '[') + std::string(200, ']'), ""},
@@ -142,6 +145,130 @@ TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
     write("again");
     static_cast<void>(open());
     EXPECT_EQ(filesSetAside(), 2U) << "one set aside in the same second is not overwritten";
+}
+
+TEST_F(HistoryTest, ANumberOutOfRangeCostsItsEntry) {
+    const auto entryWith = [](const char *course, const char *student, const char *missing) {
+        return fmt::format(
+            R"({{"courseID":{},"studentID":{},"recordedAt":"2026-09-24T12:00:00Z",)"
+            R"("level":"OK","missingCount":{}}})",
+            course, student, missing);
+    };
+    for (const char *number :
+         {"1e999", "-1e999", "1e300", "9223372036854775808", "99999999999999999999999", "null"}) {
+        write(
+            "[" + entryWith(number, "1", "0") + "," + entryWith("7", "2", "0") + "," +
+            entryWith("7", number, "0") + "," + entryWith("7", "3", number) + "]");
+        EXPECT_THAT(open().entries(), ElementsAre(entry(7, 2, noon, "OK"))) << number;
+    }
+    EXPECT_THAT(test::LogCapture::lines(), testing::IsEmpty());
+}
+
+TEST_F(HistoryTest, AFileThatIsUnavailableIsNeitherSetAsideNorReplaced) {
+    RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon);
+    const std::string before = saved();
+    std::optional<RosterHistory> history;
+    {
+        const test::ResourceLimit noDescriptor(RLIMIT_NOFILE, 0);
+        history.emplace(defaults, data(), noonClock);
+    }
+    EXPECT_THAT(
+        test::LogCapture::lines(),
+        ElementsAre(testing::StartsWith("history: Couldn't read roster history: ")));
+    // A link to itself stands for a file that can be replaced but not read.
+    std::filesystem::rename(data() / fileName, data() / "elsewhere");
+    std::filesystem::create_symlink(fileName, data() / fileName);
+    history->record({row(2, "OK")}, 8, noon);
+    EXPECT_TRUE(std::filesystem::is_symlink(data() / fileName));
+    EXPECT_FALSE(history->isSaved());
+    EXPECT_THAT(history->entries(), ElementsAre(entry(8, 2, noon, "OK")));
+    history->saveUnsaved();
+    EXPECT_FALSE(history->isSaved());
+
+    std::filesystem::rename(data() / "elsewhere", data() / fileName);
+    EXPECT_EQ(saved(), before);
+    history->saveUnsaved();
+    EXPECT_TRUE(history->isSaved());
+    EXPECT_THAT(
+        decodeHistory(saved()), ElementsAre(entry(7, 1, noon, "Watch"), entry(8, 2, noon, "OK")));
+    EXPECT_EQ(filesSetAside(), 0U);
+}
+
+TEST_F(HistoryTest, CopiesSetAsideGoWithTheHistory) {
+    write("broken");
+    const std::int64_t now = noon.time_since_epoch().count() / 1'000'000;
+    const auto copy = [&](std::int64_t age) {
+        return folder.write(fmt::format("data/RosterHistory.unreadable-{}.json", now - age), "old");
+    };
+    const auto kept = copy(31'536'000);
+    const auto expired = copy(31'536'001);
+    RosterHistory history(defaults, data(), noonClock);
+    EXPECT_TRUE(std::filesystem::exists(kept));
+    EXPECT_FALSE(std::filesystem::exists(expired));
+    EXPECT_EQ(filesSetAside(), 2U) << "with the file of today";
+    history.deleteAll();
+    EXPECT_EQ(filesSetAside(), 0U);
+}
+
+TEST_F(HistoryTest, AFileThatCannotBeRemovedIsEmptiedLater) {
+    RosterHistory history(defaults, data(), noonClock);
+    history.record({row(1, "Watch")}, 7, noon);
+    const std::string before = saved();
+    std::filesystem::remove(data() / fileName);
+    std::filesystem::create_directories(data() / fileName / "full");
+    history.deleteAll();
+    EXPECT_TRUE(history.entries().empty());
+    EXPECT_FALSE(history.isSaved());
+    std::filesystem::remove_all(data() / fileName);
+    write(before);
+    history.saveUnsaved();
+    EXPECT_TRUE(history.isSaved());
+    EXPECT_EQ(saved(), "[]");
+}
+
+TEST_F(HistoryTest, AnUnsavedVisitDoesNotReplaceALaterOne) {
+    RosterHistory window(defaults, data(), noonClock);
+    folder.write("data", "in the way");
+    window.record({row(1, "Watch")}, 7, noon);
+    window.record({row(1, "Watch")}, 8, noon);
+    EXPECT_FALSE(window.isSaved());
+    std::filesystem::remove(data());
+    const Date later = noon + seconds(60);
+    const Date earlier = noon - seconds(60);
+    {
+        RosterHistory commandLine(defaults, data(), noonClock);
+        commandLine.record({row(2, "At Risk")}, 7, later);
+        commandLine.record({row(2, "At Risk")}, 8, earlier);
+    }
+    window.saveUnsaved();
+    EXPECT_THAT(
+        decodeHistory(saved()),
+        ElementsAre(entry(7, 2, later, "At Risk"), entry(8, 1, noon, "Watch")));
+    EXPECT_EQ(decodeHistory(saved()), window.entries());
+}
+
+TEST_F(HistoryTest, LaunchArgumentsDeleteNothingWhenThePreferenceChanges) {
+    struct Row {
+        std::optional<bool> argument;
+        bool saved;
+        bool deletes;
+    };
+    for (const Row &each :
+         {Row{std::nullopt, true, false}, Row{std::nullopt, false, true}, Row{true, true, false},
+          Row{true, false, true}, Row{false, true, false}, Row{false, false, true}}) {
+        std::filesystem::remove_all(data());
+        std::filesystem::remove(folder.path() / "Preferences.json");
+        RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon);
+        PreferenceMap arguments;
+        if (each.argument)
+            arguments.emplace(preferences::rememberRosterHistory.name, *each.argument);
+        UserDefaults started(folder.path() / "Preferences.json", arguments);
+        started.set(preferences::rememberRosterHistory, !each.saved);
+        const RosterHistory history(started, data(), noonClock);
+        started.set(preferences::rememberRosterHistory, each.saved);
+        EXPECT_EQ(history.entries().empty(), each.deletes);
+        EXPECT_EQ(std::filesystem::exists(data() / fileName), !each.deletes);
+    }
 }
 
 TEST_F(HistoryTest, TwoProcessesKeepEachOthersEntries) {
@@ -177,11 +304,6 @@ TEST_F(HistoryTest, UnsavedChangesAreSavedWithTheNextOne) {
     std::filesystem::remove(data());
     std::filesystem::rename(elsewhere, data());
     RosterHistory(defaults, data(), noonClock).record({row(9, "OK")}, 9, noon);
-    window.record({row(3, "OK")}, 10, noon);
-    EXPECT_EQ(decodeHistory(saved()).size(), 4U);
-    // A file whose state is unknown does not count as removed.
-    std::filesystem::remove(data() / fileName);
-    std::filesystem::create_symlink(data() / fileName, data() / fileName);
     window.record({row(3, "OK")}, 10, noon);
     EXPECT_EQ(decodeHistory(saved()).size(), 4U);
     // Removing the whole folder does not clear the in-memory state.

@@ -301,6 +301,28 @@ TEST_F(WidgetsTest, LongNamesAndListsFitInEverySize) {
     }
 }
 
+TEST_F(WidgetsTest, FilesThatAreUnavailableAreKept) {
+    const auto snapshot = source.snapshot();
+    ASSERT_TRUE(snapshot);
+    // Links to themselves can be replaced but not read.
+    const auto file = container / widgetFiles::versionTwo;
+    board.reset();
+    for (const auto &each : {file, stateFile}) {
+        std::filesystem::remove(each);
+        std::filesystem::create_symlink(each.filename(), each);
+    }
+    source.check();
+    EXPECT_EQ(source.snapshot(), snapshot);
+    restart();
+    EXPECT_EQ(board->windows().size(), 1U);
+    board.reset();
+    EXPECT_TRUE(std::filesystem::is_symlink(stateFile));
+
+    std::filesystem::remove(file);
+    source.check();
+    EXPECT_EQ(source.snapshot(), std::nullopt);
+}
+
 TEST(PlacedWidgets, InvalidFilesAndEntriesAreIgnored) {
     const test::TemporaryFolder folder;
     const PlacedWidget small{.size = WidgetSize::small};
@@ -319,6 +341,9 @@ TEST(PlacedWidgets, InvalidFilesAndEntriesAreIgnored) {
     for (const auto &[text, widgets] : rows)
         EXPECT_EQ(readPlacedWidgets(folder.write("Widgets.json", text)), widgets) << text;
     EXPECT_THAT(readPlacedWidgets(folder.path() / "none.json"), IsEmpty());
+
+    std::filesystem::create_symlink("loop.json", folder.path() / "loop.json");
+    EXPECT_THROW((void)readPlacedWidgets(folder.path() / "loop.json"), FileUnavailable);
 
     savePlacedWidgets(folder.path() / "Widgets.json", {40, large});
     EXPECT_EQ(readPlacedWidgets(folder.path() / "Widgets.json").size(), 32U);

@@ -17,8 +17,11 @@ std::vector<std::int64_t> flaggedTrend(
     DailyCounts counts = trends.remoteCounts(course.course.id, readAt);
     const std::string oldest = calendar::dayKey(calendar::daysBefore(readAt, trendDays));
     const std::string today = calendar::dayKey(readAt);
-    std::erase_if(
-        counts, [&](const auto &day) { return day.first < oldest || day.first >= today; });
+    const auto students = std::int64_t(course.rows.size());
+    // A count that this roster cannot have is another program's, or damaged.
+    std::erase_if(counts, [&](const auto &day) {
+        return day.first < oldest || day.first >= today || day.second < 0 || day.second > students;
+    });
     for (const DailyLevels &day : lastTwoWeeks(stores.history, course.course.id, readAt))
         counts.insert_or_assign(calendar::dayKey(day.day), day.counts.flagged());
     std::vector<std::int64_t> trend;

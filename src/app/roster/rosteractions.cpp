@@ -59,7 +59,7 @@ RosterExport RosterActions::exported(ExportFormat format) const {
 
 void RosterActions::saveExport(const RosterExport &file, const std::filesystem::path &path) {
     try {
-        files::replace(path, file.text);
+        files::replaceForTeacher(path, file.text);
         const std::string name = path.filename().string();
         exports.info(fmt::format("Exported roster to {}", name));
         Q_EMIT exportDidEnd(QString::fromStdString(name));

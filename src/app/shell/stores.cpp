@@ -1,6 +1,7 @@
 #include "app/shell/stores.h"
 
 #include "app/shell/samplehistory.h"
+#include "base/files.h"
 
 namespace ellwynd {
 
@@ -11,16 +12,9 @@ memoryDirectory(const UserDefaults &defaults, const std::filesystem::path &direc
     return defaults.value(preferences::sampleData) ? std::nullopt : std::optional{directory};
 }
 
-bool isThere(const std::filesystem::path &file) {
-    std::error_code error;
-    return std::filesystem::exists(file, error);
-}
-
-/// Whether the saved preference, not a launch argument, switches a store off.
-bool isOff(const UserDefaults &defaults, const PreferenceKey<bool> &key) {
-    const PreferenceMap saved = defaults.persistentDomain();
-    const auto value = saved.find(key.name);
-    return value != saved.end() && value->second == PreferenceValue(false);
+/// Whether a store has left a file, or copies of it that were set aside.
+bool hasFiles(const std::filesystem::path &file) {
+    return files::stamp(file).size != files::Stamp::absent || files::hasSetAside(file);
 }
 
 } // namespace
@@ -31,11 +25,9 @@ Stores::Stores(UserDefaults &defaults, const std::filesystem::path &directory, C
       templates(directory, clock) {
     if (!defaults.value(preferences::sampleData)) {
         // A store may have been switched off while its file was not in use, such as in sample mode.
-        if (isOff(defaults, preferences::rememberRosterHistory) &&
-            isThere(directory / "RosterHistory.json"))
+        if (!history.isEnabled() && hasFiles(directory / "RosterHistory.json"))
             history.deleteAll();
-        if (isOff(defaults, preferences::rememberContacts) &&
-            isThere(directory / "ContactLog.json"))
+        if (!contacts.isEnabled() && hasFiles(directory / "ContactLog.json"))
             contacts.deleteAll();
         return;
     }

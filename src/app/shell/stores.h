@@ -10,7 +10,8 @@ namespace ellwynd {
 /// The history, contacts and templates. For the teacher's own courses all are files; for the sample
 /// college the history and contacts are invented and held only in memory.
 struct Stores {
-    /// Deletes files of a history or contacts that the teacher has switched off.
+    /// Deletes the files of a history or contacts that the teacher has switched off, be it with a
+    /// launch argument for this run.
     /// @param defaults must outlive this object.
     /// @param directory the data directory.
     Stores(UserDefaults &defaults, const std::filesystem::path &directory, Clock clock = systemNow);

@@ -34,7 +34,11 @@ std::string textOf(const json &item, const char *key) {
     return std::move(*text);
 }
 
-Date dateOf(const json &item, const char *key) {
+/// The date of a key. For a number out of range that of `other`, since a template's text is worth
+/// more than its dates, and for two of them the reference date.
+Date dateOf(const json &item, const char *key, const char *other = nullptr) {
+    if (isOutOfRange(item, key))
+        return other != nullptr ? dateOf(item, other) : referenceDate;
     const auto seconds = numberOf(memberOf(item, key));
     const auto date = seconds ? dateSinceReference(*seconds) : std::nullopt;
     if (!date)
@@ -63,8 +67,8 @@ std::vector<MessageTemplate> decodeTemplates(std::string_view text) {
             {.id = idOf(item),
              .name = textOf(item, "name"),
              .body = textOf(item, "body"),
-             .createdAt = dateOf(item, "createdAt"),
-             .updatedAt = dateOf(item, "updatedAt")});
+             .createdAt = dateOf(item, "createdAt", "updatedAt"),
+             .updatedAt = dateOf(item, "updatedAt", "createdAt")});
     }
     return templates;
 }

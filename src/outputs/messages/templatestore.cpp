@@ -44,6 +44,11 @@ TemplateStore::TemplateStore(const std::filesystem::path &directory, Clock now)
 
 TemplateStore::~TemplateStore() = default;
 
+void TemplateStore::saveUnsaved() {
+    if (store.saveUnsaved())
+        Q_EMIT templatesDidChange();
+}
+
 void TemplateStore::commit(Store::Transaction transaction, Store::Change change) {
     store.commit(std::move(transaction), std::move(change));
     Q_EMIT templatesDidChange();

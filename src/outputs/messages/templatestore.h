@@ -31,7 +31,8 @@ class TemplateStore : public QObject {
     };
 
     /// Reads the file. Without one, the templates are the default ones, and nothing is written
-    /// before the first change. A file that cannot be read is set aside and counts as missing.
+    /// before the first change. A file that cannot be read is set aside and counts as missing; one
+    /// that is unavailable is merged with the changes once it can be read.
     explicit TemplateStore(const std::filesystem::path &directory, Clock now = systemNow);
     ~TemplateStore() override;
 
@@ -55,6 +56,11 @@ class TemplateStore : public QObject {
     Removal restoreDefaults();
     /// Inserts the removed templates again, and removes the added ones unless they were edited.
     void undo(const Removal &removal);
+
+    /// Whether all changes are on the disk.
+    [[nodiscard]] bool isSaved() const { return store.isSaved(); }
+    /// Tries to save changes that could not be saved.
+    void saveUnsaved();
 
   Q_SIGNALS:
     void templatesDidChange();

@@ -13,8 +13,8 @@ constexpr Log logger{"widgets"};
 /// A term of forty courses takes some 8 KiB.
 constexpr std::size_t fileLimit = 4UL * 1024 * 1024;
 
-void logFailure(const std::exception &error) {
-    logger.error(fmt::format("Widget snapshot failed: {}", error.what()));
+void logFailure(std::string_view problem) {
+    logger.error(fmt::format("Widget snapshot failed: {}", problem));
 }
 
 } // namespace
@@ -35,31 +35,38 @@ void WidgetSnapshotWriter::write(const WidgetSnapshotFile &file) const {
         files::Replacement one(container / widgetFiles::versionOne, encode(*automatic));
         two.commit();
         one.commit();
-    } catch (const std::exception &error) {
-        logFailure(error);
-        return;
+    } catch (const FileError &error) {
+        return logFailure(error.what());
+    } catch (const std::exception &) {
+        // The message of a library might quote a name.
+        return logFailure("The counts could not be encoded.");
     }
     reload();
     logger.info(fmt::format("Widget snapshot updated: {} term(s), counts only", file.terms.size()));
 }
 
 void WidgetSnapshotWriter::clear() const {
+    bool cleared = true;
     for (const auto name : {widgetFiles::versionTwo, widgetFiles::versionOne}) {
-        std::error_code error;
-        std::filesystem::remove(container / name, error);
-        if (error) {
-            logFailure(std::system_error(error));
-            return;
+        try {
+            files::removeLeftovers(container / name);
+            files::remove(container / name);
+        } catch (const FileError &error) {
+            logFailure(error.what());
+            cleared = false;
         }
     }
     reload();
-    logger.info("Widget snapshot cleared");
+    if (cleared)
+        logger.info("Widget snapshot cleared");
 }
 
 std::optional<WidgetSnapshotFile> readWidgetSnapshot(const std::filesystem::path &container) {
     try {
         const auto text = files::read(container / widgetFiles::versionTwo, fileLimit);
         return text ? decodeWidgetSnapshotFile(*text) : std::nullopt;
+    } catch (const FileUnavailable &) {
+        throw;
     } catch (const FileError &error) {
         logger.error(error.what());
         return std::nullopt;

@@ -35,7 +35,8 @@ class WidgetSnapshotWriter {
     std::function<void()> reload;
 };
 
-/// Reads the version-2 file. Absent if it does not exist, cannot be read, or is larger than 4 MiB.
+/// Reads the version-2 file. Absent if it does not exist, is not a snapshot, or is larger than
+/// 4 MiB. @throws FileUnavailable when the file cannot be read for a reason that may pass
 [[nodiscard]] std::optional<WidgetSnapshotFile>
 readWidgetSnapshot(const std::filesystem::path &container);
 

@@ -65,6 +65,10 @@ std::int64_t countOf(const json &object, const char *key) {
     return count;
 }
 
+bool hasNumberOutOfRange(const json &object, std::initializer_list<const char *> keys) {
+    return std::ranges::any_of(keys, [&](const char *key) { return isOutOfRange(object, key); });
+}
+
 WidgetCourseSummary courseSummary(const json &object) {
     WidgetCourseSummary course{
         .id = required(integerOf(memberOf(object, "id"))),
@@ -81,8 +85,10 @@ WidgetTermSummary termSummary(const json &object) {
     WidgetTermSummary term{
         .id = required(integerOf(memberOf(object, "id"))),
         .title = required(stringOf(memberOf(object, "title")))};
-    for (const json &course : arrayOf(object, "courses"))
-        term.courses.push_back(courseSummary(course));
+    for (const json &course : arrayOf(object, "courses")) {
+        if (!hasNumberOutOfRange(course, {"id", "atRisk", "concern", "watch", "total"}))
+            term.courses.push_back(courseSummary(course));
+    }
     return term;
 }
 
@@ -125,12 +131,17 @@ std::optional<WidgetSnapshotFile> decodeWidgetSnapshotFile(std::string_view text
         const json object = parseJSON(text);
         WidgetSnapshotFile file{
             .updatedAt = required(parseInstant(required(stringOf(memberOf(object, "updatedAt"))))),
-            .automaticTermID = required(integerOf(memberOf(object, "automaticTermID")))};
+            // Without one, only the chosen terms are shown.
+            .automaticTermID = isOutOfRange(object, "automaticTermID")
+                ? 0
+                : required(integerOf(memberOf(object, "automaticTermID")))};
         const json &terms = arrayOf(object, "terms");
         if (terms.size() > maxTerms)
             return std::nullopt;
-        for (const json &term : terms)
-            file.terms.push_back(termSummary(term));
+        for (const json &term : terms) {
+            if (!isOutOfRange(term, "id"))
+                file.terms.push_back(termSummary(term));
+        }
         return file;
     } catch (const FileError &) {
         return std::nullopt;

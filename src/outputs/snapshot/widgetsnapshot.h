@@ -64,7 +64,8 @@ struct WidgetSnapshot {
 
 /// Reads a version-2 file. Absent for any other text, including a missing key, a value of another
 /// type, a count that is negative or above 1,000,000,000, and more than 1000 terms. Unknown keys
-/// are ignored.
+/// are ignored. A course or term with a number out of range is left out; without a usable automatic
+/// term its id is 0.
 [[nodiscard]] std::optional<WidgetSnapshotFile> decodeWidgetSnapshotFile(std::string_view text);
 
 } // namespace ellwynd

@@ -181,8 +181,7 @@ Scan folderContents::scan(const fs::path &folder, const std::string &knownMark) 
             result.contents.values.emplace(key, *std::move(value));
         } else {
             result.contents.unreadable.insert(key);
-            file.mayReplace =
-                file.mayReplace && isOlderThan(folder / fileName(key), deliveryLimit);
+            file.mayReplace = file.mayReplace && isOlderThan(folder / fileName(key), deliveryLimit);
         }
         result.files.emplace(key, std::move(file));
     }
@@ -232,7 +231,9 @@ folderContents::update(const fs::path &folder, const Scan &last, const Preferenc
             }
             try {
                 files::replace(path, text);
-            } catch (const DiskFullError &) {
+            } catch (const FileError &error) {
+                if (!error.isDiskFull())
+                    throw;
                 full.push_back(key);
                 continue;
             }

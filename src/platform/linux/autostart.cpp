@@ -2,13 +2,10 @@
 
 #include "base/files.h"
 
-#include <fmt/format.h>
-
 #include <glib.h>
 #include <memory>
 #include <optional>
 #include <string_view>
-#include <system_error>
 
 namespace ellwynd {
 
@@ -101,11 +98,7 @@ void autostart::set(const std::filesystem::path &folder, const Entry &entry, boo
         files::replace(file, entryText(entry));
         return;
     }
-    std::error_code error;
-    std::filesystem::remove(file, error);
-    if (error)
-        throw FileError(
-            fmt::format("{} couldn't be removed: {}.", entry.fileName, error.message()));
+    files::remove(file);
 }
 
 } // namespace ellwynd

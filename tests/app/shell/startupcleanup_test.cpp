@@ -46,11 +46,16 @@ TEST(StartupCleanup, RemovesTheResidualFilesAndNothingElse) {
             "settings: Removed residual URL cache file Cache.db-shm"));
 }
 
-TEST(StartupCleanup, AMissingFolderIsNotAnError) {
+TEST(StartupCleanup, AFolderThatCannotBeReadIsNotAnError) {
     const test::TemporaryFolder folder;
     const test::LogCapture log;
-    removeResidualCacheFiles(folder.path() / "nothing");
-    removeResidualCacheFiles(folder.write("file", ""));
+    fs::create_symlink("loop", folder.path() / "loop");
+    folder.write("file", "");
+    const std::string tooLong(300, 'x');
+    for (const std::string &name :
+         {std::string("nothing"), std::string("file"), std::string("loop"),
+          std::string("loop/below"), tooLong})
+        EXPECT_NO_THROW(removeResidualCacheFiles(folder.path() / name)) << name;
     EXPECT_THAT(log.lines(), ElementsAre());
 }
 

@@ -197,8 +197,7 @@ TEST_F(TemplateStoreTest, AnUnreadableFileIsSetAside) {
         with("body", json::array()),
         with("createdAt", "2026-09-24T12:00:00Z"),
         with("createdAt", true),
-        with("updatedAt", 1e300),
-        with("updatedAt", -1e300),
+        with("updatedAt", 1e12),
         "[{\"createdAt\": 1e999}]",
         without("updatedAt"),
         without("body")};
@@ -217,6 +216,42 @@ TEST_F(TemplateStoreTest, AnUnreadableFileIsSetAside) {
         EXPECT_EQ(folder.read("a/Ellwynd/" + aside), bytes) << start;
         std::filesystem::remove(directory / aside);
     }
+}
+
+TEST_F(TemplateStoreTest, ADateOutOfRangeIsReplacedByTheOther) {
+    struct Row {
+        const char *created;
+        const char *updated;
+        const char *createdAt;
+        const char *updatedAt;
+    };
+    for (const Row &row :
+         {Row{"1e999", "5", "2001-01-01T00:00:05Z", "2001-01-01T00:00:05Z"},
+          Row{"5", "-1e300", "2001-01-01T00:00:05Z", "2001-01-01T00:00:05Z"},
+          Row{"1e999", "1e999", "2001-01-01T00:00:00Z", "2001-01-01T00:00:00Z"}}) {
+        write(
+            R"([{"id":"AAAAAAAA-0000-4000-8000-00000000000F","name":"N","body":"b","createdAt":)" +
+            std::string(row.created) + R"(,"updatedAt":)" + row.updated + "}]");
+        const TemplateStore store = open();
+        ASSERT_EQ(store.templates().size(), 1U) << row.created;
+        EXPECT_EQ(store.templates()[0].createdAt, test::at(row.createdAt));
+        EXPECT_EQ(store.templates()[0].updatedAt, test::at(row.updatedAt));
+    }
+}
+
+TEST_F(TemplateStoreTest, AFileThatIsUnavailableIsMergedLater) {
+    std::filesystem::create_directories(directory);
+    (void)folder.write("mine", "[]");
+    std::filesystem::create_symlink("MessageTemplates.json", file);
+    TemplateStore store = open();
+    EXPECT_EQ(store.templates().size(), 3U);
+    (void)store.addUntitled();
+    EXPECT_FALSE(store.isSaved());
+    EXPECT_TRUE(std::filesystem::is_symlink(file));
+    std::filesystem::rename(folder.path() / "mine", file);
+    store.saveUnsaved();
+    EXPECT_TRUE(store.isSaved());
+    EXPECT_THAT(saved(), ElementsAre("Untitled"));
 }
 
 TEST_F(TemplateStoreTest, AFolderInPlaceOfTheFileIsSetAside) {

@@ -116,6 +116,16 @@ TEST_F(WidgetSnapshotTest, ClearingDeletesBothFiles) {
     std::filesystem::remove(container);
     writer.clear();
     EXPECT_EQ(logged().back(), "info widgets: Widget snapshot cleared") << "without any files";
+
+    // What a killed writer left goes too, and one file that cannot be removed keeps no other.
+    std::filesystem::create_directories(container / "WidgetSnapshotV2.json" / "full");
+    for (const char *name : {"WidgetSnapshot.json", ".WidgetSnapshot.json.new-abc123"})
+        files::replace(container / name, "{}");
+    writer.clear();
+    EXPECT_THAT(
+        logged().back(), StartsWith("error widgets: Widget snapshot failed: WidgetSnapshotV2"));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(container), {}), 1);
+    EXPECT_EQ(reloads, 4);
 }
 
 TEST_F(WidgetSnapshotTest, FailuresLeaveThePreviousFiles) {
@@ -163,7 +173,6 @@ TEST_F(WidgetSnapshotTest, RejectsInvalidSnapshots) {
         {"a count as a real", with("\"atRisk\": 4", "\"atRisk\": 4.0")},
         {"a negative count", with("\"atRisk\": 4", "\"atRisk\": -4")},
         {"a count above the limit", with("\"atRisk\": 4", "\"atRisk\": 9000000000000000000")},
-        {"an id of more than 64 bits", with("4021", "18446744073709551615")},
         {"a count missing", with("\"concern\": 2,", "")},
         {"a name of null", with("\"Bio\"", "null")},
         {"a title as a number", with("\"Fall 2026\"", "5")},
@@ -176,6 +185,23 @@ TEST_F(WidgetSnapshotTest, RejectsInvalidSnapshots) {
     };
     for (const auto &[name, text] : rows)
         EXPECT_EQ(decodeWidgetSnapshotFile(text), std::nullopt) << name;
+    // A number out of range costs its course or term.
+    WidgetSnapshotFile without = test::twoTerms();
+    without.terms[0].courses.erase(without.terms[0].courses.begin());
+    for (const char *number : {"1e999", "18446744073709551615"}) {
+        EXPECT_EQ(decodeWidgetSnapshotFile(with("4021", number)), without) << number;
+        EXPECT_EQ(
+            decodeWidgetSnapshotFile(with("\"atRisk\": 4", std::string("\"atRisk\": ") + number)),
+            without);
+    }
+    without = test::twoTerms();
+    without.terms.pop_back();
+    EXPECT_EQ(decodeWidgetSnapshotFile(with("\"id\": 10", "\"id\": 1e999")), without);
+    without = test::twoTerms();
+    without.automaticTermID = 0;
+    EXPECT_EQ(
+        decodeWidgetSnapshotFile(with("\"automaticTermID\": 20", "\"automaticTermID\": 1e999")),
+        without);
     // A newer version may add keys.
     EXPECT_EQ(
         decodeWidgetSnapshotFile(with("\"total\": 26", "\"new\": [{}], \"total\": 26")),

@@ -4,9 +4,11 @@
 #include "base/date.h"
 #include "base/sharedstore.h"
 #include "preferences/userdefaults.h"
+#include "risk/riskrow.h"
 
 #include <QObject>
 
+#include <set>
 #include <vector>
 
 namespace ellwynd {
@@ -21,11 +23,30 @@ struct ContactRecord {
     bool operator==(const ContactRecord &) const = default;
 };
 
+/// The records that a change added, replaced or removed, for undoing it.
+struct ContactChange {
+    struct Entry {
+        /// The index of `before`.
+        std::size_t index = 0;
+        /// Absent for a student without a record.
+        std::optional<ContactRecord> before;
+        /// Absent for a record that was removed.
+        std::optional<ContactRecord> after;
+    };
+    /// At most one per student and course. Removed records are in the order of their index.
+    std::vector<Entry> entries;
+};
+
+/// The removal of all of these records.
+[[nodiscard]] ContactChange removalOf(const std::vector<ContactRecord> &records);
+
 /// The last contact with each student of each course. Stored in one file, "ContactLog.json", which
 /// is rewritten after each change and may be shared with other processes. Used on the main thread.
 ///
 /// While the preference "RememberContacts" is off, nothing is read or recorded; switching it off
 /// deletes all records.
+///
+/// Every change is returned and can be undone, for as long as the caller keeps it.
 class ContactLog : public QObject {
     Q_OBJECT
 
@@ -43,13 +64,21 @@ class ContactLog : public QObject {
     [[nodiscard]] std::optional<ContactRecord>
     lastContact(std::int64_t courseID, std::int64_t studentID) const;
 
-    void noteContact(std::int64_t courseID, std::int64_t studentID, Date date);
+    ContactChange noteContact(std::int64_t courseID, std::int64_t studentID, Date date);
     /// Records contacts with several students of a course, in one write of the file.
-    void
+    ContactChange
     noteContacts(std::int64_t courseID, const std::vector<std::int64_t> &studentIDs, Date date);
+    /// Removes the records of these students, in one write of the file.
+    ContactChange removeContacts(const std::set<StudentKey> &students);
     /// Replaces the records by sample data; only for a log without a directory.
     void fill(std::vector<ContactRecord> records);
-    void deleteAll();
+    /// Removes all records, and the file.
+    ContactChange deleteAll();
+
+    /// Restores the earlier records of those students whose record has not changed since.
+    /// @return the number of students whose record has changed; all of them while contacts are not
+    ///         remembered.
+    std::size_t undo(const ContactChange &change);
 
     [[nodiscard]] bool isEnabled() const;
 
@@ -64,5 +93,8 @@ class ContactLog : public QObject {
 
 /// The line in the privacy settings: "1 student recorded." or "Nothing recorded."
 [[nodiscard]] std::string contactsStatus(const ContactLog &log);
+
+/// "5 contacts in 2 courses"; empty if nothing is recorded.
+[[nodiscard]] std::string contactsContents(const ContactLog &log);
 
 } // namespace ellwynd

@@ -26,9 +26,11 @@ CourseThresholds courseThresholds(const UserDefaults &defaults, std::int64_t cou
         .inactivityOverridden = days.has_value()};
 }
 
-void useDefaults(UserDefaults &defaults, std::int64_t courseID) {
-    courseSettings::set(defaults, courseID, courseSettings::passingScore, std::nullopt);
-    courseSettings::set(defaults, courseID, courseSettings::inactivityDays, std::nullopt);
+PreferenceChanges useDefaults(UserDefaults &defaults, std::int64_t courseID) {
+    using namespace courseSettings;
+    return defaults.update(
+        {{key(courseID, passingScore), std::nullopt},
+         {key(courseID, inactivityDays), std::nullopt}});
 }
 
 std::string thresholdsSummary(const CourseThresholds &thresholds) {

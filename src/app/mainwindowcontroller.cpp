@@ -47,10 +47,12 @@ MainWindowController::MainWindowController(
       rosterController(
           defaults, courseList, stores, trends, rosterCache, sinks.notices, now, elapsed),
       passController(defaults, courseList, stores, trends, rosterCache, sinks, now, elapsed),
-      rosterActions(rosterController.view(), defaults, stores, now),
+      rosterActions(rosterController.view(), defaults, stores, undo, now),
       observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::canvasBaseURL.name)
               addressDidChange();
+          else if (key == preferences::sampleData.name)
+              undo.clear();
           else if (isThreshold(key))
               rescoreAll();
       })) {
@@ -98,6 +100,7 @@ void MainWindowController::refreshRoster() {
 }
 
 void MainWindowController::connectionDidChange() {
+    undo.clear();
     // The change of the address has begun to read the connection, after the token was saved.
     if (!addressJustChanged)
         reconnect();
@@ -147,6 +150,7 @@ void MainWindowController::checkDay() {
 /// the origin signs out of the previous one.
 void MainWindowController::addressDidChange() {
     const std::string before = std::exchange(address, defaults.value(preferences::canvasBaseURL));
+    undo.clear();
     addressJustChanged = true;
     QMetaObject::invokeMethod(
         this, [this] { addressJustChanged = false; }, Qt::QueuedConnection);
@@ -216,6 +220,9 @@ QCoro::Task<> MainWindowController::readConnection(Initiative initiative, std::s
         source = std::move(opened);
         scheduler.send(Event::Kind::connectionOpened);
     } else {
+        // Signed out by another process.
+        if (source)
+            undo.clear();
         clearEverything();
         setStatus("Not connected");
         scheduler.send(Event::Kind::connectionMissing);

@@ -8,6 +8,7 @@
 #include "app/roster/cacherescoring.h"
 #include "app/roster/rosteractions.h"
 #include "app/roster/rostercontroller.h"
+#include "app/undo/undostack.h"
 
 #include <QObject>
 
@@ -55,6 +56,9 @@ class MainWindowController : public QObject, private RefreshJobs {
     [[nodiscard]] Dashboard &dashboard() { return passController.dashboard(); }
     /// The actions on the roster on screen.
     [[nodiscard]] RosterActions &actions() { return rosterActions; }
+    /// The teacher's changes that can be undone. It is cleared when the connection changes, since
+    /// they may be about another account's students.
+    [[nodiscard]] UndoStack &undoStack() { return undo; }
     /// The status line below the sidebar.
     [[nodiscard]] const std::string &status() const { return statusText; }
     [[nodiscard]] bool isLoading() const {
@@ -127,6 +131,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     CourseList courseList;
     RosterController rosterController;
     PassController passController;
+    UndoStack undo;
     RosterActions rosterActions;
     QTimer widgetRefreshTimer;
     CacheRescoring rescoring{rosterCache, defaults};

@@ -4,6 +4,7 @@
 #include "base/log.h"
 #include "net/origin.h"
 #include "net/task.h"
+#include "risk/coursethresholds.h"
 #include "risk/levelcounts.h"
 
 #include <QPointer>
@@ -24,13 +25,6 @@ constexpr Log widgetLog{"widgets"};
 constexpr std::chrono::seconds passInterval{1800};
 /// An arrow key held down in the sidebar changes the selection faster than this.
 constexpr std::chrono::milliseconds selectionSettle{150};
-
-bool isThreshold(std::string_view key) {
-    const std::string_view suffix = courseSettings::suffixOf(key);
-    return key == preferences::defaultPassingScore.name ||
-        key == preferences::defaultInactivityDays.name || suffix == courseSettings::passingScore ||
-        suffix == courseSettings::inactivityDays;
-}
 
 } // namespace
 
@@ -53,7 +47,7 @@ MainWindowController::MainWindowController(
               addressDidChange();
           else if (key == preferences::sampleData.name)
               undo.clear();
-          else if (isThreshold(key))
+          else if (isThresholdKey(key))
               rescoreAll();
       })) {
     using Self = MainWindowController;
@@ -220,7 +214,6 @@ QCoro::Task<> MainWindowController::readConnection(Initiative initiative, std::s
         source = std::move(opened);
         scheduler.send(Event::Kind::connectionOpened);
     } else {
-        // Signed out by another process.
         if (source)
             undo.clear();
         clearEverything();

@@ -9,13 +9,12 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <map>
 
 namespace ellwynd {
 
 namespace {
 
-using Records = std::vector<ContactRecord>;
+using Records = ContactRecords;
 
 constexpr Log logger{"contacts"};
 
@@ -84,78 +83,7 @@ auto find(const Records &records, std::int64_t courseID, std::int64_t studentID)
     });
 }
 
-using Entry = ContactChange::Entry;
-
-StudentKey keyOf(const ContactRecord &record) {
-    return {record.courseID, record.studentID};
-}
-
-StudentKey keyOf(const Entry &entry) {
-    return keyOf(entry.before ? *entry.before : *entry.after);
-}
-
-/// The records with their indices.
-std::map<StudentKey, std::size_t> indicesOf(const Records &records) {
-    std::map<StudentKey, std::size_t> indices;
-    for (std::size_t i = 0; i < records.size(); ++i)
-        indices.emplace(keyOf(records[i]), i);
-    return indices;
-}
-
-/// Replaces, removes and appends the records of the entries.
-void applyEntries(const std::vector<Entry> &entries, Records &records) {
-    std::map<StudentKey, const Entry *> pending;
-    for (const Entry &entry : entries)
-        pending.emplace(keyOf(entry), &entry);
-    Records result;
-    for (const ContactRecord &record : records) {
-        const auto entry = pending.find(keyOf(record));
-        if (entry == pending.end())
-            result.push_back(record);
-        else if (entry->second->after)
-            result.push_back(*entry->second->after);
-        if (entry != pending.end())
-            pending.erase(entry);
-    }
-    for (const Entry &entry : entries) {
-        if (entry.after && pending.contains(keyOf(entry)))
-            result.push_back(*entry.after);
-    }
-    records = std::move(result);
-}
-
-/// Restores the earlier records of the entries; removed ones at their indices.
-void restoreEntries(const std::vector<Entry> &entries, Records &records) {
-    std::vector<Entry> reversed;
-    for (const Entry &entry : entries)
-        reversed.push_back({.index = entry.index, .before = entry.after, .after = entry.before});
-    const auto isRemoved = [](const Entry &entry) { return !entry.before; };
-    std::vector<Entry> removed;
-    std::ranges::copy_if(reversed, std::back_inserter(removed), isRemoved);
-    std::erase_if(reversed, isRemoved);
-    applyEntries(reversed, records);
-    const std::map<StudentKey, std::size_t> present = indicesOf(records);
-    Records result;
-    auto next = records.begin();
-    for (const Entry &entry : removed) {
-        if (present.contains(keyOf(entry)))
-            continue;
-        while (result.size() < entry.index && next != records.end())
-            result.push_back(*next++);
-        result.push_back(*entry.after);
-    }
-    result.insert(result.end(), next, records.end());
-    records = std::move(result);
-}
-
 } // namespace
-
-ContactChange removalOf(const std::vector<ContactRecord> &records) {
-    ContactChange change;
-    for (std::size_t i = 0; i < records.size(); ++i)
-        change.entries.push_back({.index = i, .before = records[i], .after = {}});
-    return change;
-}
 
 ContactLog::ContactLog(
     UserDefaults &defaults, std::optional<std::filesystem::path> directory, Clock clock)
@@ -186,28 +114,11 @@ ContactChange ContactLog::noteContact(std::int64_t courseID, std::int64_t studen
 
 ContactChange ContactLog::noteContacts(
     std::int64_t courseID, const std::vector<std::int64_t> &studentIDs, Date date) {
-    ContactChange change;
     if (!isEnabled() || studentIDs.empty())
-        return change;
+        return {};
     auto transaction = store.begin();
-    const std::map<StudentKey, std::size_t> indices = indicesOf(records());
-    std::set<std::int64_t> noted;
-    for (const std::int64_t student : studentIDs) {
-        if (!noted.insert(student).second)
-            continue;
-        Entry entry{
-            .index = records().size(),
-            .before = {},
-            .after = {{.courseID = courseID, .studentID = student, .contactedAt = date}}};
-        if (const auto known = indices.find({courseID, student}); known != indices.end()) {
-            entry.index = known->second;
-            entry.before = records()[entry.index];
-        }
-        change.entries.push_back(entry);
-    }
-    store.commit(std::move(transaction), [entries = change.entries](Records &records) {
-        applyEntries(entries, records);
-    });
+    ContactChange change = recordingOf(records(), courseID, studentIDs, date);
+    store.commit(std::move(transaction), [change](Records &records) { change.apply(records); });
     for (std::size_t i = 0; i < studentIDs.size(); ++i)
         logger.info(fmt::format("Noted a contact in course {}", courseID));
     Q_EMIT contactsDidChange();
@@ -215,23 +126,19 @@ ContactChange ContactLog::noteContacts(
 }
 
 ContactChange ContactLog::removeContacts(const std::set<StudentKey> &students) {
-    ContactChange change;
+    if (students.empty())
+        return {};
     auto transaction = store.begin();
-    for (std::size_t i = 0; i < records().size(); ++i) {
-        if (students.contains(keyOf(records()[i])))
-            change.entries.push_back({.index = i, .before = records()[i], .after = {}});
-    }
+    ContactChange change = removalOf(records(), students);
     if (change.entries.empty())
         return change;
-    store.commit(std::move(transaction), [entries = change.entries](Records &records) {
-        applyEntries(entries, records);
-    });
+    store.commit(std::move(transaction), [change](Records &records) { change.apply(records); });
     logger.info("Removed contacts");
     Q_EMIT contactsDidChange();
     return change;
 }
 
-void ContactLog::fill(std::vector<ContactRecord> records) {
+void ContactLog::fill(ContactRecords records) {
     store.fill(std::move(records));
     Q_EMIT contactsDidChange();
 }
@@ -240,7 +147,7 @@ ContactChange ContactLog::deleteAll() {
     // Records that another process has saved are deleted too, and can be restored.
     if (!records().empty())
         static_cast<void>(store.begin());
-    ContactChange change = removalOf(records());
+    ContactChange change = removalOfAll(records());
     store.clear();
     logger.info("Deleted the contact log");
     Q_EMIT contactsDidChange();
@@ -251,20 +158,12 @@ std::size_t ContactLog::undo(const ContactChange &change) {
     if (!isEnabled())
         return change.entries.size();
     auto transaction = store.begin();
-    const std::map<StudentKey, std::size_t> indices = indicesOf(records());
-    std::vector<Entry> unchanged;
-    for (const Entry &entry : change.entries) {
-        const auto now = indices.find(keyOf(entry));
-        const auto current =
-            now != indices.end() ? std::optional{records()[now->second]} : std::nullopt;
-        if (current == entry.after)
-            unchanged.push_back(entry);
-    }
-    const std::size_t left = change.entries.size() - unchanged.size();
-    if (unchanged.empty())
+    ContactChange unchanged = change.unchangedIn(records());
+    const std::size_t left = change.entries.size() - unchanged.entries.size();
+    if (unchanged.entries.empty())
         return left;
-    store.commit(std::move(transaction), [entries = std::move(unchanged)](Records &records) {
-        restoreEntries(entries, records);
+    store.commit(std::move(transaction), [unchanged = std::move(unchanged)](Records &records) {
+        unchanged.revert(records);
     });
     logger.info("Restored contacts");
     Q_EMIT contactsDidChange();

@@ -1,44 +1,13 @@
 // When the teacher last contacted each student.
 #pragma once
 
-#include "base/date.h"
 #include "base/sharedstore.h"
+#include "memory/contactchange.h"
 #include "preferences/userdefaults.h"
-#include "risk/riskrow.h"
 
 #include <QObject>
 
-#include <set>
-#include <vector>
-
 namespace ellwynd {
-
-/// A contact with a student of a course. No name or text is stored.
-struct ContactRecord {
-    std::int64_t courseID = 0;
-    std::int64_t studentID = 0;
-    /// When the message was copied.
-    Date contactedAt;
-
-    bool operator==(const ContactRecord &) const = default;
-};
-
-/// The records that a change added, replaced or removed, for undoing it.
-struct ContactChange {
-    struct Entry {
-        /// The index of `before`.
-        std::size_t index = 0;
-        /// Absent for a student without a record.
-        std::optional<ContactRecord> before;
-        /// Absent for a record that was removed.
-        std::optional<ContactRecord> after;
-    };
-    /// At most one per student and course. Removed records are in the order of their index.
-    std::vector<Entry> entries;
-};
-
-/// The removal of all of these records.
-[[nodiscard]] ContactChange removalOf(const std::vector<ContactRecord> &records);
 
 /// The last contact with each student of each course. Stored in one file, "ContactLog.json", which
 /// is rewritten after each change and may be shared with other processes. Used on the main thread.
@@ -59,8 +28,7 @@ class ContactLog : public QObject {
         Clock clock = systemNow);
     ~ContactLog() override;
 
-    /// At most one per student and course, in the order of the first contact.
-    [[nodiscard]] const std::vector<ContactRecord> &records() const { return store.contents(); }
+    [[nodiscard]] const ContactRecords &records() const { return store.contents(); }
     [[nodiscard]] std::optional<ContactRecord>
     lastContact(std::int64_t courseID, std::int64_t studentID) const;
 
@@ -71,7 +39,7 @@ class ContactLog : public QObject {
     /// Removes the records of these students, in one write of the file.
     ContactChange removeContacts(const std::set<StudentKey> &students);
     /// Replaces the records by sample data; only for a log without a directory.
-    void fill(std::vector<ContactRecord> records);
+    void fill(ContactRecords records);
     /// Removes all records, and the file.
     ContactChange deleteAll();
 
@@ -87,7 +55,7 @@ class ContactLog : public QObject {
 
   private:
     UserDefaults &defaults;
-    SharedStore<std::vector<ContactRecord>> store;
+    SharedStore<ContactRecords> store;
     std::shared_ptr<void> observing;
 };
 

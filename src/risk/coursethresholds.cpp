@@ -26,6 +26,13 @@ CourseThresholds courseThresholds(const UserDefaults &defaults, std::int64_t cou
         .inactivityOverridden = days.has_value()};
 }
 
+bool isThresholdKey(std::string_view key) {
+    const std::string_view suffix = courseSettings::suffixOf(key);
+    return key == preferences::defaultPassingScore.name ||
+        key == preferences::defaultInactivityDays.name || suffix == courseSettings::passingScore ||
+        suffix == courseSettings::inactivityDays;
+}
+
 PreferenceChanges useDefaults(UserDefaults &defaults, std::int64_t courseID) {
     using namespace courseSettings;
     return defaults.update(

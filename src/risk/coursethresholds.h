@@ -23,6 +23,9 @@ struct CourseThresholds {
 /// The current thresholds of a course: its overrides, else the defaults.
 [[nodiscard]] CourseThresholds courseThresholds(const UserDefaults &, std::int64_t courseID);
 
+/// Whether a change of the preference changes the thresholds of courses.
+[[nodiscard]] bool isThresholdKey(std::string_view key);
+
 /// Removes both overrides of a course, in one write of the file.
 /// @return the previous values of those that were set, for `UserDefaults::update`.
 PreferenceChanges useDefaults(UserDefaults &, std::int64_t courseID);

@@ -63,7 +63,7 @@ void setRemembersContacts(UserDefaults &defaults, ContactLog &contacts, UndoStac
     else
         switchOff(
             defaults, key, undo, History::contacts,
-            restoring(contacts, removalOf(contacts.records())));
+            restoring(contacts, removalOfAll(contacts.records())));
 }
 
 } // namespace ellwynd

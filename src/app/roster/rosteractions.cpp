@@ -18,9 +18,6 @@ namespace {
 constexpr Log links{"links"};
 constexpr Log exports{"export"};
 
-/// Shown when messages were copied, whether or not contacts are remembered.
-constexpr std::string_view copiedNote = "Copied. Paste it where you write your message.";
-
 std::vector<std::string> namesOf(const std::vector<RiskRow> &students) {
     std::vector<std::string> names;
     for (const RiskRow &row : students)

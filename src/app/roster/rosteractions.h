@@ -20,6 +20,9 @@ struct RosterExport {
     std::string text;
 };
 
+/// Shown when messages were copied.
+inline constexpr std::string_view copiedNote = "Copied. Paste it where you write your message.";
+
 /// Fills in messages to students and records the contacts, exports rosters, and opens Canvas pages.
 /// The clipboard, alerts and the browser are left to the receivers of the signals. Used on the main
 /// thread.

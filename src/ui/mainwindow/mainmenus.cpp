@@ -17,7 +17,11 @@ QAction *add(QMenu &menu, const QString &text, const QList<QKeySequence> &keys =
     return action;
 }
 
-const QString undoCommand = QStringLiteral("&Undo");
+/// @param change empty for none.
+QString undoText(const std::string &change) {
+    const QString text = QStringLiteral("&Undo");
+    return change.empty() ? text : text + u' ' + menuText(change);
+}
 
 /// The text of a menu or command without mnemonic marks.
 std::string plainText(const QAction &action) {
@@ -33,7 +37,7 @@ MainMenus::MainMenus(QMenuBar &bar, UserDefaults &defaults)
       observing(defaults.observe([this](std::string_view key) { showPreference(key); })) {
     makeFileMenu();
     QMenu *edit = bar.addMenu(QStringLiteral("&Edit"));
-    undo = add(*edit, undoCommand, {QKeySequence::Undo});
+    undo = add(*edit, undoText({}), {QKeySequence::Undo});
     showUndo({});
     edit->addSeparator();
     findStudent = add(*edit, QStringLiteral("&Find Student"), {QKeySequence::Find});
@@ -167,7 +171,7 @@ void MainMenus::update(const CommandState &state) {
 }
 
 void MainMenus::showUndo(const std::string &change) {
-    undo->setText(change.empty() ? undoCommand : undoCommand + u' ' + menuText(change));
+    undo->setText(undoText(change));
     undo->setEnabled(!change.empty());
 }
 

@@ -198,8 +198,8 @@ void MainWindow::connectViews() {
         &RosterDesktopActions::fillCopyMenu);
     connect(
         desktopActions, &RosterDesktopActions::noteRequested, this,
-        [this](const QString &note) { notes->show(note); });
-    connect(sheets, &CourseSheets::noteRequested, notes, &StatusNotes::show);
+        [this](const QString &note) { notes->showNote(note); });
+    connect(sheets, &CourseSheets::noteRequested, notes, &StatusNotes::showNote);
     connect(
         details, &StudentDetails::contactsRequested, &controller.actions(),
         &RosterActions::markContacted);

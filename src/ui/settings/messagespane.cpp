@@ -201,6 +201,8 @@ void MessagesPane::restoreDefaults() {
 }
 
 void MessagesPane::pushUndo(TemplateStore::Removal removal, UndoTexts texts) {
+    if (removal.removed.empty() && removal.added.empty())
+        return;
     const QPointer<MessagesPane> self(this);
     undo.push(
         {.texts = std::move(texts), .undo = [&store = store, removal = std::move(removal), self] {

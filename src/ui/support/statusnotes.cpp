@@ -46,7 +46,7 @@ StatusNotes::StatusNotes(
     connect(&undo, &UndoStack::stepDidOccur, this, &StatusNotes::showStep);
     connect(&undo, &UndoStack::undoDidEnd, this, [this](const QString &note) {
         if (this->isInFront())
-            show(note);
+            showNote(note);
     });
     connect(qApp, &QApplication::focusChanged, this, &StatusNotes::focusDidChange);
     connect(&appearance, &Appearance::appearanceDidChange, this, &StatusNotes::applyAppearance);
@@ -54,8 +54,9 @@ StatusNotes::StatusNotes(
     applyAppearance();
 }
 
-void StatusNotes::show(const QString &note) {
+void StatusNotes::showNote(const QString &note) {
     step = 0;
+    returnFocus();
     undoButton->hide();
     present(note, noteDuration);
     announce(*window(), note);
@@ -103,10 +104,15 @@ void StatusNotes::expire() {
 void StatusNotes::dismiss() {
     step = 0;
     timer.stop();
-    if (focusBefore != nullptr && isAncestorOf(QApplication::focusWidget()))
-        focusBefore->setFocus();
+    returnFocus();
     hide();
     window()->setAccessibleDescription({});
+}
+
+/// Before the button is hidden, which would move the focus to another control.
+void StatusNotes::returnFocus() {
+    if (focusBefore != nullptr && isAncestorOf(QApplication::focusWidget()))
+        focusBefore->setFocus();
 }
 
 /// Centres the note over the lower edge of the area, as wide as its text needs.

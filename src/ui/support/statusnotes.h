@@ -31,7 +31,7 @@ class StatusNotes : public QFrame {
         QWidget &area, UndoStack &undo, const Appearance &appearance,
         std::function<bool()> isInFront);
 
-    void show(const QString &note);
+    void showNote(const QString &note);
     /// The note on screen; empty for none.
     [[nodiscard]] QString text() const;
 
@@ -45,6 +45,7 @@ class StatusNotes : public QFrame {
     void showStep();
     void present(const QString &note, std::chrono::milliseconds duration);
     void dismiss();
+    void returnFocus();
     void place();
     void applyAppearance();
     void focusDidChange(QWidget *from, QWidget *to);

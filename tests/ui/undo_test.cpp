@@ -64,6 +64,8 @@ TEST_F(UndoWindowTest, AContactMarkIsUndoneExactly) {
     EXPECT_EQ(table().geometry(), place);
     EXPECT_TRUE(table().hasFocus());
     EXPECT_TRUE(window.rect().contains(notesOf(window).geometry()));
+    const auto *label = notesOf(window).findChild<QLabel *>();
+    EXPECT_LT(label->height(), 2 * label->fontMetrics().height()) << "one line is enough";
 
     undoButton(window).setFocus();
     notesOf(window).expire();

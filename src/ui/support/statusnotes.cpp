@@ -122,13 +122,14 @@ void StatusNotes::place() {
     undoButton->ensurePolished();
     const int margin = appearance.px(12);
     const QMargins around = layout()->contentsMargins();
-    int wanted =
-        around.left() + label->fontMetrics().horizontalAdvance(label->text()) + around.right() + 2;
+    // The width of the text on one line.
+    label->setWordWrap(false);
+    int wanted = around.left() + label->sizeHint().width() + around.right() + 2 * frameWidth() + 4;
+    label->setWordWrap(true);
     if (!undoButton->isHidden())
         wanted += layout()->spacing() + undoButton->sizeHint().width();
     const int widest = std::min(area.width() - 2 * margin, appearance.px(620));
     const int noteWidth = std::max(std::min(wanted, widest), layout()->minimumSize().width());
-    layout()->invalidate();
     resize(noteWidth, layout()->totalHeightForWidth(noteWidth));
     const QPoint origin = area.mapTo(window(), QPoint());
     move(origin.x() + (area.width() - width()) / 2, origin.y() + area.height() - height() - margin);

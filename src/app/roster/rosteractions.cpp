@@ -50,13 +50,16 @@ void RosterActions::mark(const std::vector<RiskRow> &students, UndoTexts texts) 
 }
 
 void RosterActions::removeContactMarks(const std::vector<RiskRow> &students) {
-    std::vector<RiskRow> marked;
     std::set<StudentKey> keys;
-    for (const RiskRow &row : students) {
-        if (stores.contacts.lastContact(row.courseID, row.id) && keys.insert(keyOf(row)).second)
-            marked.push_back(row);
-    }
-    pushContacts(stores.contacts.removeContacts(keys), undotexts::removedMarks(namesOf(marked)));
+    for (const RiskRow &row : students)
+        keys.insert(keyOf(row));
+    ContactChange change = stores.contacts.removeContacts(keys);
+    std::set<StudentKey> removed;
+    for (const ContactChange::Entry &entry : change.entries)
+        removed.insert({entry.before->courseID, entry.before->studentID});
+    std::vector<RiskRow> marked = students;
+    std::erase_if(marked, [&](const RiskRow &row) { return !removed.contains(keyOf(row)); });
+    pushContacts(std::move(change), undotexts::removedMarks(namesOf(marked)));
 }
 
 void RosterActions::pushContacts(ContactChange change, UndoTexts texts) {

@@ -78,6 +78,10 @@ PrivacyPane::PrivacyPane(
     connect(&stores.history, &RosterHistory::historyDidChange, this, &PrivacyPane::showStores);
     connect(&stores.contacts, &ContactLog::contactsDidChange, this, &PrivacyPane::showStores);
     PrivacyPane::showPreferences();
+}
+
+void PrivacyPane::showEvent(QShowEvent *event) {
+    SettingsPane::showEvent(event);
     showStores();
 }
 
@@ -88,8 +92,10 @@ void PrivacyPane::showPreferences() {
     rememberContacts->setChecked(stores.contacts.isEnabled());
 }
 
-/// Counts what is recorded, which takes a while for a long history.
+/// Counts what is recorded. That takes a while for a long history, so it is done only while shown.
 void PrivacyPane::showStores() {
+    if (!isVisible())
+        return;
     showRecorded(
         *historyLine, *deleteHistory, historyStatus(stores.history),
         historyContents(stores.history));

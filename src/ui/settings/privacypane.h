@@ -23,6 +23,7 @@ class PrivacyPane : public SettingsPane {
 
   protected:
     void showPreferences() override;
+    void showEvent(QShowEvent *event) override;
 
   private:
     void showStores();

@@ -4,6 +4,7 @@
 #include "base/log.h"
 #include "net/origin.h"
 #include "net/task.h"
+#include "risk/coursethresholds.h"
 #include "risk/levelcounts.h"
 
 #include <QPointer>
@@ -25,13 +26,6 @@ constexpr std::chrono::seconds passInterval{1800};
 /// An arrow key held down in the sidebar changes the selection faster than this.
 constexpr std::chrono::milliseconds selectionSettle{150};
 
-bool isThreshold(std::string_view key) {
-    const std::string_view suffix = courseSettings::suffixOf(key);
-    return key == preferences::defaultPassingScore.name ||
-        key == preferences::defaultInactivityDays.name || suffix == courseSettings::passingScore ||
-        suffix == courseSettings::inactivityDays;
-}
-
 } // namespace
 
 MainWindowController::MainWindowController(
@@ -47,12 +41,14 @@ MainWindowController::MainWindowController(
       rosterController(
           defaults, courseList, stores, trends, rosterCache, sinks.notices, now, elapsed),
       passController(defaults, courseList, stores, trends, rosterCache, sinks, now, elapsed),
-      rosterActions(rosterController.view(), defaults, stores, now),
+      rosterActions(rosterController.view(), defaults, stores, undo, now),
       unsavedChanges(stores, defaults),
       observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::canvasBaseURL.name)
               addressDidChange();
-          else if (isThreshold(key))
+          else if (key == preferences::sampleData.name)
+              undo.clear();
+          else if (isThresholdKey(key))
               rescoreAll();
       })) {
     using Self = MainWindowController;
@@ -100,6 +96,7 @@ void MainWindowController::refreshRoster() {
 }
 
 void MainWindowController::connectionDidChange() {
+    undo.clear();
     // The change of the address has begun to read the connection, after the token was saved.
     if (!addressJustChanged)
         reconnect();
@@ -149,6 +146,7 @@ void MainWindowController::checkDay() {
 /// the origin signs out of the previous one.
 void MainWindowController::addressDidChange() {
     const std::string before = std::exchange(address, defaults.value(preferences::canvasBaseURL));
+    undo.clear();
     addressJustChanged = true;
     QMetaObject::invokeMethod(
         this, [this] { addressJustChanged = false; }, Qt::QueuedConnection);
@@ -218,6 +216,8 @@ QCoro::Task<> MainWindowController::readConnection(Initiative initiative, std::s
         source = std::move(opened);
         scheduler.send(Event::Kind::connectionOpened);
     } else {
+        if (source)
+            undo.clear();
         clearEverything();
         setStatus("Not connected");
         scheduler.send(Event::Kind::connectionMissing);

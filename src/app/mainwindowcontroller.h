@@ -9,6 +9,7 @@
 #include "app/roster/rosteractions.h"
 #include "app/roster/rostercontroller.h"
 #include "app/shell/unsavedchanges.h"
+#include "app/undo/undostack.h"
 
 #include <QObject>
 
@@ -56,6 +57,9 @@ class MainWindowController : public QObject, private RefreshJobs {
     [[nodiscard]] Dashboard &dashboard() { return passController.dashboard(); }
     /// The actions on the roster on screen.
     [[nodiscard]] RosterActions &actions() { return rosterActions; }
+    /// The teacher's changes that can be undone. It is cleared when the connection changes, since
+    /// they may be about another account's students.
+    [[nodiscard]] UndoStack &undoStack() { return undo; }
     /// The status below the sidebar, with a second line for what could not be saved.
     [[nodiscard]] std::string status() const { return unsavedChanges.addedTo(statusText); }
     [[nodiscard]] bool isLoading() const {
@@ -128,6 +132,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     CourseList courseList;
     RosterController rosterController;
     PassController passController;
+    UndoStack undo;
     RosterActions rosterActions;
     QTimer widgetRefreshTimer;
     CacheRescoring rescoring{rosterCache, defaults};

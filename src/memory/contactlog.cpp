@@ -15,7 +15,7 @@ namespace ellwynd {
 
 namespace {
 
-using Records = std::vector<ContactRecord>;
+using Records = ContactRecords;
 
 constexpr Log logger{"contacts"};
 
@@ -102,19 +102,13 @@ auto find(const Records &records, std::int64_t courseID, std::int64_t studentID)
     });
 }
 
-void note(Records &records, const ContactRecord &contact) {
-    const auto known = find(records, contact.courseID, contact.studentID);
-    if (known != records.end())
-        records[std::size_t(known - records.begin())].contactedAt = contact.contactedAt;
-    else
-        records.push_back(contact);
-}
-
-/// The same, unless a later contact with the student is recorded.
-void noteUnlessOlder(Records &records, const ContactRecord &contact) {
-    const auto known = find(records, contact.courseID, contact.studentID);
-    if (known == records.end() || known->contactedAt < contact.contactedAt)
-        note(records, contact);
+/// The change without the students of whom a later contact is recorded.
+ContactChange withoutOlder(ContactChange change, const Records &records) {
+    std::erase_if(change.entries, [&](const ContactChange::Entry &entry) {
+        const auto known = find(records, entry.after->courseID, entry.after->studentID);
+        return known != records.end() && known->contactedAt > entry.after->contactedAt;
+    });
+    return change;
 }
 
 } // namespace
@@ -124,9 +118,12 @@ ContactLog::ContactLog(
     : defaults(defaults),
       store(fileOptions(), codec(clock), directory, clock),
       observing(defaults.observe([this](std::string_view key) {
-          if (key == preferences::rememberContacts.name &&
-              retention::isSwitchedOff(this->defaults, preferences::rememberContacts))
+          if (key != preferences::rememberContacts.name)
+              return;
+          if (retention::isSwitchedOff(this->defaults, preferences::rememberContacts))
               deleteAll();
+          else // What is shown depends on the preference, even if there are no records.
+              Q_EMIT contactsDidChange();
       })) {
     if (isEnabled())
         store.open();
@@ -138,36 +135,69 @@ bool ContactLog::isEnabled() const {
     return defaults.value(preferences::rememberContacts);
 }
 
-void ContactLog::noteContact(std::int64_t courseID, std::int64_t studentID, Date date) {
-    noteContacts(courseID, {studentID}, date);
+ContactChange ContactLog::noteContact(std::int64_t courseID, std::int64_t studentID, Date date) {
+    return noteContacts(courseID, {studentID}, date);
 }
 
-void ContactLog::noteContacts(
+ContactChange ContactLog::noteContacts(
     std::int64_t courseID, const std::vector<std::int64_t> &studentIDs, Date date) {
     if (!isEnabled() || studentIDs.empty())
-        return;
+        return {};
+    auto transaction = store.begin();
+    ContactChange change = recordingOf(records(), courseID, studentIDs, date);
     // Meanwhile another process may save a later contact.
-    const auto noting = [&](auto noteOne) {
-        return [courseID, studentIDs, date, noteOne](Records &records) {
-            for (const std::int64_t student : studentIDs)
-                noteOne(records, {.courseID = courseID, .studentID = student, .contactedAt = date});
-        };
-    };
-    store.change(noting(note), noting(noteUnlessOlder));
+    store.commit(
+        std::move(transaction), [change](Records &records) { change.apply(records); },
+        [change](Records &records) { withoutOlder(change, records).apply(records); });
     for (std::size_t i = 0; i < studentIDs.size(); ++i)
         logger.info(fmt::format("Noted a contact in course {}", courseID));
     Q_EMIT contactsDidChange();
+    return change;
 }
 
-void ContactLog::fill(std::vector<ContactRecord> records) {
+ContactChange ContactLog::removeContacts(const std::set<StudentKey> &students) {
+    if (students.empty())
+        return {};
+    auto transaction = store.begin();
+    ContactChange change = removalOf(records(), students);
+    if (change.entries.empty())
+        return change;
+    store.commit(std::move(transaction), [change](Records &records) { change.apply(records); });
+    logger.info("Removed contacts");
+    Q_EMIT contactsDidChange();
+    return change;
+}
+
+void ContactLog::fill(ContactRecords records) {
     store.fill(std::move(records));
     Q_EMIT contactsDidChange();
 }
 
-void ContactLog::deleteAll() {
+ContactChange ContactLog::deleteAll() {
+    // Records that another process has saved are deleted too, and can be restored.
+    if (!records().empty())
+        static_cast<void>(store.begin());
+    ContactChange change = removalOfAll(records());
     store.clear();
     logger.info("Deleted the contact log");
     Q_EMIT contactsDidChange();
+    return change;
+}
+
+std::size_t ContactLog::undo(const ContactChange &change) {
+    if (!isEnabled())
+        return change.entries.size();
+    auto transaction = store.begin();
+    ContactChange unchanged = change.unchangedIn(records());
+    const std::size_t left = change.entries.size() - unchanged.entries.size();
+    if (unchanged.entries.empty())
+        return left;
+    store.commit(std::move(transaction), [unchanged = std::move(unchanged)](Records &records) {
+        unchanged.revert(records);
+    });
+    logger.info("Restored contacts");
+    Q_EMIT contactsDidChange();
+    return left;
 }
 
 void ContactLog::saveUnsaved() {
@@ -184,6 +214,16 @@ ContactLog::lastContact(std::int64_t courseID, std::int64_t studentID) const {
 std::string contactsStatus(const ContactLog &log) {
     const auto students = std::int64_t(log.records().size());
     return students == 0 ? "Nothing recorded." : plural(students, "student") + " recorded.";
+}
+
+std::string contactsContents(const ContactLog &log) {
+    if (log.records().empty())
+        return {};
+    std::set<std::int64_t> courses;
+    for (const ContactRecord &record : log.records())
+        courses.insert(record.courseID);
+    return plural(std::int64_t(log.records().size()), "contact") + " in " +
+        plural(std::int64_t(courses.size()), "course");
 }
 
 } // namespace ellwynd

@@ -1,31 +1,21 @@
 // When the teacher last contacted each student.
 #pragma once
 
-#include "base/date.h"
 #include "base/sharedstore.h"
+#include "memory/contactchange.h"
 #include "preferences/userdefaults.h"
 
 #include <QObject>
 
-#include <vector>
-
 namespace ellwynd {
-
-/// A contact with a student of a course. No name or text is stored.
-struct ContactRecord {
-    std::int64_t courseID = 0;
-    std::int64_t studentID = 0;
-    /// When the message was copied.
-    Date contactedAt;
-
-    bool operator==(const ContactRecord &) const = default;
-};
 
 /// The last contact with each student of each course. Stored in one file, "ContactLog.json", which
 /// is rewritten after each change and may be shared with other processes. Used on the main thread.
 ///
 /// While the preference "RememberContacts" is off, nothing is read or recorded; switching the saved
 /// value off deletes all records.
+///
+/// Every change is returned and can be undone, for as long as the caller keeps it.
 class ContactLog : public QObject {
     Q_OBJECT
 
@@ -39,19 +29,25 @@ class ContactLog : public QObject {
         Clock clock = systemNow);
     ~ContactLog() override;
 
-    /// At most one per student and course, in the order of the first contact.
-    [[nodiscard]] const std::vector<ContactRecord> &records() const { return store.contents(); }
+    [[nodiscard]] const ContactRecords &records() const { return store.contents(); }
     [[nodiscard]] std::optional<ContactRecord>
     lastContact(std::int64_t courseID, std::int64_t studentID) const;
 
-    void noteContact(std::int64_t courseID, std::int64_t studentID, Date date);
+    ContactChange noteContact(std::int64_t courseID, std::int64_t studentID, Date date);
     /// Records contacts with several students of a course, in one write of the file.
-    void
+    ContactChange
     noteContacts(std::int64_t courseID, const std::vector<std::int64_t> &studentIDs, Date date);
+    /// Removes the records of these students, in one write of the file.
+    ContactChange removeContacts(const std::set<StudentKey> &students);
     /// Replaces the records by sample data; only for a log without a directory.
-    void fill(std::vector<ContactRecord> records);
-    /// Also deletes the copies of the file that were set aside.
-    void deleteAll();
+    void fill(ContactRecords records);
+    /// Removes all records, the file, and the copies of it that were set aside.
+    ContactChange deleteAll();
+
+    /// Restores the earlier records of those students whose record has not changed since.
+    /// @return the number of students whose record has changed; all of them while contacts are not
+    ///         remembered.
+    std::size_t undo(const ContactChange &change);
 
     [[nodiscard]] bool isEnabled() const;
     /// Whether all changes are on the disk; true for a log in memory alone.
@@ -64,11 +60,14 @@ class ContactLog : public QObject {
 
   private:
     UserDefaults &defaults;
-    SharedStore<std::vector<ContactRecord>> store;
+    SharedStore<ContactRecords> store;
     std::shared_ptr<void> observing;
 };
 
 /// The line in the privacy settings: "1 student recorded." or "Nothing recorded."
 [[nodiscard]] std::string contactsStatus(const ContactLog &log);
+
+/// "5 contacts in 2 courses"; empty if nothing is recorded.
+[[nodiscard]] std::string contactsContents(const ContactLog &log);
 
 } // namespace ellwynd

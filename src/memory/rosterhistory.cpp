@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <set>
+#include <unordered_set>
 
 namespace ellwynd {
 
@@ -36,6 +37,23 @@ SharedStore<Entries>::Codec codec(Clock clock) {
                        }) > 0;
             }};
 }
+
+/// Finds the days of entries, quickly for consecutive ones of a visit.
+class DayOfEntry {
+  public:
+    /// The start of the day.
+    Date operator()(const RosterSnapshot &entry) {
+        if (entry.recordedAt < begins || entry.recordedAt >= ends) {
+            begins = calendar::startOfDay(entry.recordedAt);
+            ends = calendar::startOfNextDay(entry.recordedAt);
+        }
+        return begins;
+    }
+
+  private:
+    Date begins;
+    Date ends;
+};
 
 } // namespace
 
@@ -111,10 +129,36 @@ void RosterHistory::fill(std::vector<RosterSnapshot> entries) {
     Q_EMIT historyDidChange();
 }
 
-void RosterHistory::deleteAll() {
+Entries RosterHistory::deleteAll() {
+    // Entries that another process has saved are deleted too, and can be restored.
+    if (!entries().empty())
+        static_cast<void>(store.begin());
+    Entries deleted = entries();
     store.clear();
     logger.info("Roster history deleted");
     Q_EMIT historyDidChange();
+    return deleted;
+}
+
+bool RosterHistory::restore(const Entries &deleted) {
+    if (!isEnabled())
+        return false;
+    store.change([deleted](Entries &entries) {
+        std::set<std::pair<std::int64_t, Date>> recorded;
+        DayOfEntry dayOf;
+        for (const RosterSnapshot &entry : entries)
+            recorded.emplace(entry.courseID, dayOf(entry));
+        Entries result;
+        result.reserve(deleted.size() + entries.size());
+        std::ranges::copy_if(deleted, std::back_inserter(result), [&](const auto &entry) {
+            return !recorded.contains({entry.courseID, dayOf(entry)});
+        });
+        result.insert(result.end(), entries.begin(), entries.end());
+        entries = std::move(result);
+    });
+    logger.info("Roster history restored");
+    Q_EMIT historyDidChange();
+    return true;
 }
 
 // ---- Queries -----------------------------------------------------------------------------------
@@ -144,15 +188,13 @@ RosterHistory::entries(std::int64_t courseID, std::int64_t studentID) const {
 
 std::int64_t RosterHistory::dayCount() const {
     std::set<Date> days;
-    Date begins;
-    Date ends;
+    DayOfEntry dayOf;
+    const RosterSnapshot *previous = nullptr;
     for (const RosterSnapshot &entry : entries()) {
         // The entries of a visit are consecutive.
-        if (entry.recordedAt < begins || entry.recordedAt >= ends) {
-            begins = calendar::startOfDay(entry.recordedAt);
-            ends = calendar::startOfNextDay(entry.recordedAt);
-            days.insert(begins);
-        }
+        if (previous == nullptr || entry.recordedAt != previous->recordedAt)
+            days.insert(dayOf(entry));
+        previous = &entry;
     }
     return std::int64_t(days.size());
 }
@@ -160,6 +202,19 @@ std::int64_t RosterHistory::dayCount() const {
 std::string historyStatus(const RosterHistory &history) {
     const std::int64_t days = history.dayCount();
     return days == 0 ? "Nothing recorded." : plural(days, "day") + " recorded.";
+}
+
+std::string historyContents(const RosterHistory &history) {
+    if (history.entries().empty())
+        return {};
+    std::unordered_set<std::int64_t> students;
+    std::unordered_set<std::int64_t> courses;
+    for (const RosterSnapshot &entry : history.entries()) {
+        students.insert(entry.studentID);
+        courses.insert(entry.courseID);
+    }
+    return "levels of " + plural(std::int64_t(students.size()), "student") + " in " +
+        plural(std::int64_t(courses.size()), "course");
 }
 
 } // namespace ellwynd

@@ -46,8 +46,13 @@ class RosterHistory : public QObject {
     void record(const std::vector<RiskRow> &rows, std::int64_t courseID, Date date);
     /// Replaces the entries by sample data; only for a history without a directory.
     void fill(std::vector<RosterSnapshot> entries);
-    /// Also deletes the copies of the file that were set aside.
-    void deleteAll();
+    /// Removes all entries, the file, and the copies of it that were set aside.
+    /// @return the entries, for `restore`.
+    std::vector<RosterSnapshot> deleteAll();
+    /// Adds deleted entries again, before the others. Those of a course and a day that was recorded
+    /// since are left out.
+    /// @return false while history is not recorded; nothing is then restored.
+    bool restore(const std::vector<RosterSnapshot> &deleted);
 
     [[nodiscard]] bool isEnabled() const;
     /// Whether all changes are on the disk; true for a history in memory alone.
@@ -75,5 +80,8 @@ class RosterHistory : public QObject {
 
 /// The line in the privacy settings: "12 days recorded." or "Nothing recorded."
 [[nodiscard]] std::string historyStatus(const RosterHistory &history);
+
+/// "levels of 42 students in 3 courses"; empty if nothing is recorded.
+[[nodiscard]] std::string historyContents(const RosterHistory &history);
 
 } // namespace ellwynd

@@ -129,8 +129,9 @@ inline constexpr auto table = std::to_array<Preference>({
     {.key = "SidebarExpandedTerms",
      .type = Type::idList,
      .synced = true,
-     .meaning = "The terms that are expanded in the sidebar; absent until the teacher expands or "
-                "collapses one."},
+     .meaning =
+         "The terms that are expanded in the sidebar, and as negative numbers those that are "
+         "collapsed; of other terms, the newest two are expanded."},
     {.key = "SidebarTermLimit",
      .type = Type::integer,
      .fallback = std::int64_t{6},

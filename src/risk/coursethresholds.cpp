@@ -26,9 +26,18 @@ CourseThresholds courseThresholds(const UserDefaults &defaults, std::int64_t cou
         .inactivityOverridden = days.has_value()};
 }
 
-void useDefaults(UserDefaults &defaults, std::int64_t courseID) {
-    courseSettings::set(defaults, courseID, courseSettings::passingScore, std::nullopt);
-    courseSettings::set(defaults, courseID, courseSettings::inactivityDays, std::nullopt);
+bool isThresholdKey(std::string_view key) {
+    const std::string_view suffix = courseSettings::suffixOf(key);
+    return key == preferences::defaultPassingScore.name ||
+        key == preferences::defaultInactivityDays.name || suffix == courseSettings::passingScore ||
+        suffix == courseSettings::inactivityDays;
+}
+
+PreferenceChanges useDefaults(UserDefaults &defaults, std::int64_t courseID) {
+    using namespace courseSettings;
+    return defaults.update(
+        {{key(courseID, passingScore), std::nullopt},
+         {key(courseID, inactivityDays), std::nullopt}});
 }
 
 std::string thresholdsSummary(const CourseThresholds &thresholds) {

@@ -23,8 +23,12 @@ struct CourseThresholds {
 /// The current thresholds of a course: its overrides, else the defaults.
 [[nodiscard]] CourseThresholds courseThresholds(const UserDefaults &, std::int64_t courseID);
 
-/// Removes both overrides of a course.
-void useDefaults(UserDefaults &, std::int64_t courseID);
+/// Whether a change of the preference changes the thresholds of courses.
+[[nodiscard]] bool isThresholdKey(std::string_view key);
+
+/// Removes both overrides of a course, in one write of the file.
+/// @return the previous values of those that were set, for `UserDefaults::update`.
+PreferenceChanges useDefaults(UserDefaults &, std::int64_t courseID);
 
 /// "Scored at 70% passing, 7 days behind the class. Following the defaults from Settings."
 [[nodiscard]] std::string thresholdsSummary(const CourseThresholds &);

@@ -131,6 +131,42 @@ TEST_F(ControllerTest, AVisitShowsTheMovementAndIsRecorded) {
     defaults.set(preferences::rememberContacts, false);
     EXPECT_TRUE(roster().outreach.empty());
     EXPECT_EQ(roster().insight->outreachLine, "Contact marks are turned off in Settings.");
+    defaults.set(preferences::rememberContacts, true);
+    EXPECT_EQ(
+        roster().insight->outreachLine, "0 contacted · 0 awaiting follow-up · 26 not yet reached");
+}
+
+TEST_F(ControllerTest, AContactMarkCanBeUndoneUntilTheConnectionChanges) {
+    controller.refresh();
+    controller.select(CourseSelection{900101});
+    const auto before = core.stores.contacts.records();
+    UndoStack &undo = controller.undoStack();
+    RosterActions &actions = controller.actions();
+    actions.markContacted({});
+    actions.removeContactMarks({});
+    EXPECT_EQ(undo.newest(), nullptr);
+    actions.markContacted(roster().rows);
+    EXPECT_EQ(rememberedLine(roster()).find("awaiting"), std::string::npos);
+    undo.undo();
+    EXPECT_EQ(core.stores.contacts.records(), before);
+    EXPECT_THAT(rememberedLine(roster()), testing::HasSubstr("1 awaiting follow-up"));
+    actions.removeContactMarks(roster().rows);
+    EXPECT_EQ(undo.newest()->texts.name, "Remove Contact Marks of 3 Students");
+    undo.undo();
+    EXPECT_EQ(core.stores.contacts.records(), before);
+
+    const std::pair<const char *, std::function<void()>> changes[] = {
+        {"another token", [&] { controller.connectionDidChange(); }},
+        {"another address", [&] { defaults.set(preferences::canvasBaseURL, std::string("x")); }},
+        {"the sample college", [&] { defaults.set(preferences::sampleData, false); }}};
+    for (const auto &[what, change] : changes) {
+        actions.markContacted({roster().rows.front()});
+        ASSERT_NE(undo.newest(), nullptr) << what;
+        change();
+        EXPECT_EQ(undo.newest(), nullptr) << what;
+        controller.refresh();
+        controller.select(CourseSelection{900101});
+    }
 }
 
 TEST_F(ControllerTest, CopiesMessagesAndRecordsTheContacts) {

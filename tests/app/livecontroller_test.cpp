@@ -200,17 +200,21 @@ TEST_F(LiveControllerTest, ARejectedTokenALockedKeyringAndASignOut) {
     controller.refresh();
     ASSERT_TRUE(untilShown("Fall"));
 
+    UndoStack &undo = controller.undoStack();
+    undo.push({.texts = {.name = "Mark", .note = {}}, .undo = [] { return UndoResult::all; }});
     core.secrets.failure = KeychainError(KeychainError::locked, "locked");
     controller.refresh();
     EXPECT_TRUE(until([&] { return controller.status() == "Keychain unavailable"; }));
     EXPECT_EQ(controller.roster().title, "Fall") << "the roster on screen is kept";
     core.secrets.failure.reset();
+    EXPECT_NE(undo.newest(), nullptr);
 
     static_cast<void>(runToEnd(core.check.signOut()));
     controller.refresh();
     EXPECT_EQ(controller.status(), "Not connected");
     EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
     EXPECT_EQ(controller.flaggedStudents(1), std::nullopt);
+    EXPECT_EQ(undo.newest(), nullptr);
 }
 
 } // namespace

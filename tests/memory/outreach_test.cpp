@@ -152,6 +152,56 @@ TEST_F(ContactsTest, SwitchingOffDeletesRecordsAndStopsRecording) {
     EXPECT_EQ(contactsStatus(window), "Nothing recorded.");
 }
 
+TEST_F(ContactsTest, ChangesAreUndoneExactly) {
+    ContactLog contacts(defaults, data(), noonClock);
+    using Change = std::function<ContactChange(ContactLog &)>;
+    const Change mark = [](ContactLog &log) { return log.noteContacts(7, {1, 4, 3}, noon); };
+    const Change remove = [](ContactLog &log) {
+        return log.removeContacts({{7, 3}, {7, 2}, {9, 9}});
+    };
+    const Change deleteAll = [](ContactLog &log) { return log.deleteAll(); };
+    const Change nothing = [](ContactLog &) { return ContactChange(); };
+    const Change noteLater = [](ContactLog &log) { return log.noteContact(7, 3, noon + days(1)); };
+    struct Row {
+        const char *why;
+        Change change;
+        /// What another process does meanwhile.
+        Change since;
+        /// How many students' records have changed since.
+        std::size_t left;
+    };
+    for (const Row &each : std::vector<Row>{
+             {"marks", mark, nothing, 0},
+             {"marks, one newer", mark, noteLater, 1},
+             {"removed", remove, nothing, 0},
+             {"removed, one newer", remove, noteLater, 1},
+             {"deleted", deleteAll, nothing, 0},
+             {"deleted, one newer", deleteAll, noteLater, 1}}) {
+        contacts.deleteAll();
+        contacts.noteContacts(7, {3, 1, 2}, noon - days(9));
+        contacts.noteContact(8, 1, noon - days(8));
+        std::vector<ContactRecord> expected = contacts.records();
+        const ContactChange change = each.change(contacts);
+        ContactLog elsewhere(defaults, data(), noonClock);
+        if (!each.since(elsewhere).entries.empty())
+            expected[0].contactedAt = noon + days(1);
+        EXPECT_EQ(contacts.undo(change), each.left) << each.why;
+        if (each.left == 0) {
+            EXPECT_EQ(contacts.records(), expected) << each.why;
+        }
+        EXPECT_THAT(contacts.records(), testing::UnorderedElementsAreArray(expected)) << each.why;
+        EXPECT_EQ(ContactLog(defaults, data(), noonClock).records(), contacts.records());
+    }
+    EXPECT_EQ(contactsContents(contacts), "4 contacts in 2 courses");
+    EXPECT_THAT(
+        test::LogCapture::lines(), testing::Each(testing::Not(testing::HasSubstr("student"))));
+
+    const ContactChange removed = contacts.removeContacts({{8, 1}});
+    defaults.set(preferences::rememberContacts, false);
+    EXPECT_EQ(contacts.undo(removed), 1U);
+    EXPECT_EQ(contactsContents(contacts), "");
+}
+
 struct OutreachTest : ContactsTest {
     RosterHistory history{defaults, std::nullopt, noonClock};
     ContactLog contacts{defaults, std::nullopt, noonClock};

@@ -271,6 +271,36 @@ TEST_F(HistoryTest, LaunchArgumentsDeleteNothingWhenThePreferenceChanges) {
     }
 }
 
+TEST_F(HistoryTest, DeletedEntriesAreRestoredExceptThoseRecordedSince) {
+    using std::chrono::hours;
+    RosterHistory history(defaults, data(), noonClock);
+    history.record({row(1, "Watch"), row(2, "OK")}, 7, noon - hours(24));
+    history.record({row(1, "At Risk"), row(3, "OK")}, 7, noon - hours(2));
+    history.record({row(1, "OK")}, 8, noon - hours(1));
+    EXPECT_EQ(historyContents(history), "levels of 3 students in 2 courses");
+    EXPECT_EQ(historyStatus(history), "2 days recorded.");
+    const std::vector<RosterSnapshot> before = history.entries();
+    // Another process records a visit that this one has not read yet.
+    RosterHistory elsewhere(defaults, data(), noonClock);
+    elsewhere.record({row(4, "OK")}, 9, noon - hours(1));
+    const std::vector<RosterSnapshot> deleted = history.deleteAll();
+    EXPECT_EQ(deleted.size(), before.size() + 1);
+    EXPECT_EQ(historyContents(history), "");
+    EXPECT_FALSE(std::filesystem::exists(data() / "RosterHistory.json"));
+
+    history.record({row(1, "Concern")}, 7, noon);
+    EXPECT_TRUE(history.restore(deleted));
+    EXPECT_THAT(
+        history.entries(),
+        testing::ElementsAre(
+            before[0], before[1], before[4], test::entry(9, 4, noon - hours(1), "OK"),
+            test::entry(7, 1, noon, "Concern")));
+    EXPECT_EQ(RosterHistory(defaults, data(), noonClock).entries(), history.entries());
+    defaults.set(preferences::rememberRosterHistory, false);
+    EXPECT_FALSE(history.restore(deleted));
+    EXPECT_TRUE(history.entries().empty());
+}
+
 TEST_F(HistoryTest, TwoProcessesKeepEachOthersEntries) {
     RosterHistory window(defaults, data(), noonClock);
     RosterHistory commandLine(defaults, data(), noonClock);

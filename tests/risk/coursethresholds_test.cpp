@@ -27,7 +27,11 @@ TEST_F(CourseThresholdsTest, FollowTheDefaultsUntilOverridden) {
     EXPECT_FALSE(courseSettings::has(defaults, 11, "PassingScore"));
 
     courseSettings::set(defaults, 1, courseSettings::inactivityDays, std::int64_t{3});
-    useDefaults(defaults, 1);
+    const auto observing = defaults.observe([this](std::string_view) {
+        EXPECT_FALSE(courseThresholds(defaults, 1).anyOverridden()) << "removed in one write";
+    });
+    const PreferenceChanges replaced = useDefaults(defaults, 1);
+    EXPECT_EQ(replaced.size(), 2U);
     EXPECT_EQ(courseThresholds(defaults, 1), CourseThresholds{.passingScore = 65});
     EXPECT_EQ(defaults.persistentDomain().count("Course.1.PassingScore"), 0U);
 }

@@ -23,6 +23,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QTemporaryDir>
 
@@ -85,6 +87,7 @@ class Screenshots {
         window.roster()->table()->selectStudents({{introToProgramming, 5001}});
         settle();
         save(window, "roster");
+        drawUndo(controller, window);
         if (auto *sheet = window.openThresholds()) {
             settle();
             save(*sheet, "thresholds");
@@ -129,6 +132,12 @@ class Screenshots {
         settings.open(SettingsWindow::privacy);
         settle();
         save(settings, "settings-privacy");
+        for (auto *button : settings.findChildren<QPushButton *>()) {
+            if (button->text() == QStringLiteral("Delete This History"))
+                button->click();
+        }
+        settle();
+        save(settings, "settings-privacy-deleted");
         settings.open(SettingsWindow::sync);
         settle();
         save(settings, "settings-sync");
@@ -197,6 +206,23 @@ class Screenshots {
     [[nodiscard]] bool failed() const { return anyFailed; }
 
   private:
+    /// A note with an Undo button, and the menus of undoing and of contact marks.
+    void drawUndo(MainWindowController &controller, MainWindow &window) {
+        controller.actions().markContacted(window.roster()->table()->selectedRows());
+        settle();
+        save(window, "undo-note");
+        for (QAction *title : window.menuBar()->actions()) {
+            const QString name = title->text().remove(u'&');
+            if (name != QStringLiteral("Edit") && name != QStringLiteral("Student"))
+                continue;
+            title->menu()->popup(window.mapToGlobal(QPoint(40, 40)));
+            settle();
+            save(*title->menu(), ("undo-menu-" + name.toLower().toUtf8()).constData());
+            title->menu()->close();
+        }
+        controller.undoStack().undo();
+    }
+
     void drawCourseSheets(
         UserDefaults &defaults, const MainWindowController &controller,
         const Appearance &appearance, MainWindow &window) {

@@ -7,6 +7,7 @@
 #include "ui/mainwindow/mainwindow.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/support/appearance.h"
+#include "ui/support/statusnotes.h"
 
 #include <QAction>
 #include <QApplication>
@@ -37,6 +38,11 @@ struct MainWindowTest : testing::Test {
     void openCourse(std::int64_t id) {
         controller.select(CourseSelection{id});
         QApplication::processEvents();
+    }
+
+    /// The note over the main window; empty for none.
+    [[nodiscard]] std::string note() const {
+        return window.findChild<StatusNotes *>()->text().toStdString();
     }
 
     [[nodiscard]] RosterTable &table() const { return *window.roster()->table(); }

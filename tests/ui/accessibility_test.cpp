@@ -41,6 +41,9 @@ TEST_F(AccessibilityTest, EveryControlOfEveryWindowHasANameAndIsReachedByTab) {
     check("student");
     table().selectStudents({{900101, 5001}, {900101, 5002}});
     check("students");
+    action(QStringLiteral("Mark as Contacted"))->trigger();
+    EXPECT_NE(note(), "");
+    check("a note with a button");
     for (const char *command :
          {"Missing Work by Assignment…", "Risk Thresholds…", "Icon…", "Copy Course Setup…",
           "Ellwynd Help", "What's New in Ellwynd", "About Ellwynd"}) {

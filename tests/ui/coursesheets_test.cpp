@@ -130,13 +130,13 @@ TEST_F(CourseSheetsTest, TheEarlierEditionIsChosenAndCopied) {
     defaults.set("Course.6.Icon", std::string("code"));
     const PreferenceMap before = defaults.persistentDomain();
     auto *sheet = shown(new CopySetupSheet(7, someCourses, defaults, appearance, nullptr));
-    QString note;
-    PreferenceChanges replaced;
+    std::string from;
+    PreferenceEdit edit;
     QObject::connect(
         sheet, &CopySetupSheet::setupDidChange, sheet,
-        [&](const QString &text, const PreferenceChanges &changes) {
-            note = text;
-            replaced = changes;
+        [&](const std::string &name, const PreferenceEdit &changes) {
+            from = name;
+            edit = changes;
         });
     auto *list = sheet->findChild<QListWidget *>();
     EXPECT_EQ(QApplication::focusWidget(), list);
@@ -163,9 +163,9 @@ TEST_F(CourseSheetsTest, TheEarlierEditionIsChosenAndCopied) {
     press(Qt::Key_Up);
     EXPECT_TRUE(copy->isEnabled());
     press(Qt::Key_Return);
-    EXPECT_EQ(note, QStringLiteral("Copied the setup of CS 101 9 - Intro."));
+    EXPECT_EQ(from, "CS 101 9 - Intro");
     EXPECT_EQ(courseSetup(defaults, 7), courseSetup(defaults, 6));
-    defaults.update(replaced);
+    EXPECT_EQ(undoEdit(defaults, edit), UndoResult::all);
     EXPECT_EQ(defaults.persistentDomain(), before);
 }
 

@@ -5,14 +5,10 @@
 #include "ui/details/studentdetails.h"
 #include "ui/roster/whylayout.h"
 #include "ui/settings/settingswindow.h"
-#include "ui/sheets/copysetupsheet.h"
 #include "ui/sheets/missingworksheet.h"
-#include "ui/sheets/thresholdssheet.h"
 #include "ui/sidebar/sidebar.h"
 #include "uikit/labels.h"
 
-#include <QCheckBox>
-#include <QDoubleSpinBox>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -20,8 +16,6 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
-#include <QStatusBar>
-#include <QStatusTipEvent>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -60,7 +54,7 @@ TEST_F(MainWindowTest, CommandsAreEnabledWhereTheyCanWork) {
     table().selectStudents({{900101, 5002}});
     EXPECT_TRUE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled());
     action(QStringLiteral("Open Grades in Canvas"))->trigger();
-    EXPECT_THAT(window.statusBar()->currentMessage().toStdString(), testing::HasSubstr("invented"));
+    EXPECT_THAT(note(), testing::HasSubstr("invented"));
 }
 
 TEST_F(MainWindowTest, CardsAreReachedAndOpenedByKeyboard) {
@@ -91,6 +85,7 @@ TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
         {"Export Roster as Markdown…", "---TCS"},
         {"Leave Sample Data…", "ODLTCS"},
         {"Settings", "ODLTCS"},
+        {"Undo", "------"},
         {"Find Student", "---TCS"},
         {"Show Dashboard", "--LTCS"},
         {"Compact Rows", "ODLTCS"},
@@ -104,6 +99,7 @@ TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
         {"Open Course in Canvas", "----CS"},
         {"Copy Message About Student", "-----S"},
         {"Mark as Contacted", "-----S"},
+        {"Remove Contact Mark", "------"},
         {"Open Grades in Canvas", "-----S"},
         {"Ellwynd Help", "ODLTCS"},
         {"What's New in Ellwynd", "ODLTCS"},
@@ -149,27 +145,6 @@ TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
     EXPECT_FALSE(action(QStringLiteral("Send Feedback…"))->isVisible());
 }
 
-TEST_F(MainWindowTest, UndoIsShownOnlyWithItsOwnNote) {
-    openCourse(900101);
-    action(QStringLiteral("Copy Course Setup…"))->trigger();
-    auto *sheet = window.findChild<CopySetupSheet *>();
-    ASSERT_NE(sheet, nullptr);
-    Q_EMIT sheet->setupDidChange(
-        QStringLiteral("Copied"), {{"Course.900101.PassingScore", PreferenceValue(61.0)}});
-    // Hovering a menu sends an empty status tip.
-    QStatusTipEvent emptyTip{QString()};
-    QApplication::sendEvent(&window, &emptyTip);
-    QPushButton *undo = button(window, QStringLiteral("Undo"));
-    ASSERT_NE(undo, nullptr);
-    table().selectStudents({{900101, 5002}});
-    controller.actions().openGrades(900101, 5002);
-    EXPECT_EQ(button(window, QStringLiteral("Undo")), nullptr);
-    Q_EMIT sheet->setupDidChange(
-        QStringLiteral("Copied"), {{"Course.900101.PassingScore", PreferenceValue(61.0)}});
-    button(window, QStringLiteral("Undo"))->click();
-    EXPECT_EQ(defaults.object("Course.900101.PassingScore"), PreferenceValue(61.0));
-}
-
 TEST_F(MainWindowTest, AnAssignmentSelectsTheStudentsMissingIt) {
     openCourse(900101);
     window.roster()->findChild<QLineEdit *>()->setText(QStringLiteral("zoe"));
@@ -181,27 +156,6 @@ TEST_F(MainWindowTest, AnAssignmentSelectsTheStudentsMissingIt) {
     button(*sheet, QStringLiteral("Show Students"))->click();
     EXPECT_FALSE(sheet->isVisible());
     EXPECT_THAT(selected(), testing::UnorderedElementsAre(5001, 5009, 5016));
-}
-
-TEST_F(MainWindowTest, TheSheetSetsAndResetsThresholds) {
-    openCourse(900101);
-    ThresholdsSheet *sheet = window.openThresholds();
-    ASSERT_NE(sheet, nullptr);
-    auto *own = sheet->findChildren<QCheckBox *>().first();
-    auto *passing = sheet->findChild<QDoubleSpinBox *>();
-    EXPECT_FALSE(passing->isEnabled());
-    own->click();
-    EXPECT_TRUE(passing->isEnabled());
-    EXPECT_EQ(defaults.object("Course.900101.PassingScore"), PreferenceValue(70.0));
-    passing->setValue(84.7);
-    EXPECT_EQ(defaults.object("Course.900101.PassingScore"), PreferenceValue(84.5));
-    EXPECT_EQ(controller.roster().thresholds->passingScore, 84.5);
-    EXPECT_NE(button(window, QStringLiteral("Thresholds: Custom")), nullptr);
-    button(*sheet, QStringLiteral("Use Defaults"))->click();
-    EXPECT_EQ(defaults.object("Course.900101.PassingScore"), std::nullopt);
-    EXPECT_FALSE(own->isChecked());
-    EXPECT_EQ(passing->value(), 70);
-    sheet->close();
 }
 
 /// Counts a view's paint events.

@@ -1,10 +1,10 @@
 #include "support/temporaryfolder.h"
 #include "ui/settings/messagespane.h"
 #include "ui/support/appearance.h"
-#include "uikit/labels.h"
 
 #include <QAccessible>
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
@@ -26,6 +26,7 @@ struct MessagesPaneTest : testing::Test {
     Settings settings{defaults};
     Appearance appearance{settings, false};
     TemplateStore store{folder.path()};
+    UndoStack undo;
     std::optional<PreviewStudent> student;
     /// A scroll area, as in the settings window.
     std::unique_ptr<QScrollArea> window;
@@ -43,7 +44,7 @@ struct MessagesPaneTest : testing::Test {
     void open() {
         window = std::make_unique<QScrollArea>();
         auto *pane = new MessagesPane(
-            defaults, store, [this] { return student; }, appearance);
+            defaults, store, undo, [this] { return student; }, appearance);
         pane->setObjectName(QStringLiteral("plain"));
         window->setWidget(pane);
         window->setWidgetResizable(true);
@@ -93,8 +94,7 @@ struct MessagesPaneTest : testing::Test {
         return window->findChildren<QPlainTextEdit *>().at(1)->toPlainText().toStdString();
     }
     [[nodiscard]] std::string undoText() const {
-        const auto *label = window->findChild<ElidedLabel *>();
-        return label->isVisible() ? label->accessibleName().toStdString() : "";
+        return undo.newest() != nullptr ? undo.newest()->texts.note : "";
     }
 };
 
@@ -129,10 +129,10 @@ TEST_F(MessagesPaneTest, DeletingAndRestoringCanBeUndone) {
     EXPECT_FALSE(body()->isEnabled());
     EXPECT_EQ(nameOf(focus()), "New Template");
 
-    press("Undo: Deleted “Email”.");
-    EXPECT_EQ(nameOf(focus()), "Message templates");
-    QTest::keyClick(focus(), Qt::Key_Z, Qt::ControlModifier);
-    QTest::keyClick(focus(), Qt::Key_Z, Qt::ControlModifier);
+    undo.undo();
+    EXPECT_EQ(window->findChild<QListWidget *>()->currentItem()->text(), QStringLiteral("Email"));
+    undo.undo();
+    undo.undo();
     EXPECT_THAT(saved(), ElementsAre("Email", "Short Message", "Referral Summary"));
     EXPECT_EQ(undoText(), "");
 
@@ -148,7 +148,7 @@ TEST_F(MessagesPaneTest, DeletingAndRestoringCanBeUndone) {
     tabTo("Message");
     QTest::keyClick(focus(), Qt::Key_Z, Qt::ControlModifier);
     EXPECT_NE(undoText(), "");
-    press("Undo: Restored the default templates.");
+    undo.undo();
     EXPECT_EQ(body()->toPlainText(), QStringLiteral("Gone?"));
 }
 

@@ -5,7 +5,6 @@
 #include <QClipboard>
 #include <QFileDialog>
 #include <QMenu>
-#include <QStatusBar>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -81,7 +80,7 @@ TEST_F(RosterDesktopActionsTest, TheExportIsSavedToTheChosenFile) {
     Q_EMIT panel->fileSelected(QString::fromStdString(file.string()));
     panel->close();
     EXPECT_EQ(core.folder.read("roster.csv").substr(0, 13), "Risk,Student,");
-    EXPECT_EQ(window.statusBar()->currentMessage(), QStringLiteral("Saved roster.csv."));
+    EXPECT_EQ(note(), "Saved roster.csv.");
     action(QStringLiteral("Export Roster as Markdown…"))->trigger();
     panel = window.findChildren<QFileDialog *>().last();
     EXPECT_EQ(panel->directory().path().toStdString(), core.folder.path().string());
@@ -90,7 +89,8 @@ TEST_F(RosterDesktopActionsTest, TheExportIsSavedToTheChosenFile) {
 
 TEST_F(RosterDesktopActionsTest, QuotesInACourseNameDoNotSplitTheFileName) {
     const RosterView roster{.state = RosterView::State::shown, .title = "Course \"1\" & \"2\""};
-    RosterActions actions(roster, defaults, core.stores, systemNow);
+    UndoStack undo;
+    RosterActions actions(roster, defaults, core.stores, undo, systemNow);
     QWidget owner;
     RosterDesktopActions desktopActions(
         actions, core.stores.templates, [] { return std::vector<RiskRow>{}; }, owner);

@@ -16,13 +16,14 @@ CourseList::CourseList(UserDefaults &defaults, Clock now)
 void CourseList::set(std::vector<Course> courses, std::optional<CutShort> cutShort) {
     latestCourses = std::move(courses);
     latestCutShort = cutShort;
+    const bool addsOlder = defaults.value(preferences::sampleData) && !latestCourses.empty();
+    olderCourses = addsOlder ? SampleCanvasClient::olderCourses(now()) : std::vector<Course>();
     Q_EMIT coursesDidChange();
 }
 
 std::vector<Course> CourseList::known() const {
     std::vector<Course> courses = latestCourses;
-    if (defaults.value(preferences::sampleData) && !courses.empty())
-        std::ranges::copy(SampleCanvasClient::olderCourses(now()), std::back_inserter(courses));
+    courses.insert(courses.end(), olderCourses.begin(), olderCourses.end());
     return courses;
 }
 

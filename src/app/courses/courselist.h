@@ -43,6 +43,8 @@ class CourseList : public QObject {
     Clock now;
     std::vector<Course> latestCourses;
     std::optional<CutShort> latestCutShort;
+    /// The sample college's, made together with the list, since their dates depend on the clock.
+    std::vector<Course> olderCourses;
     std::shared_ptr<void> observing;
 };
 

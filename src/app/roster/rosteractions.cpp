@@ -1,6 +1,7 @@
 #include "app/roster/rosteractions.h"
 
 #include "app/shell/stores.h"
+#include "app/undo/undotexts.h"
 #include "base/files.h"
 #include "base/log.h"
 #include "canvas/canvaslinks.h"
@@ -17,19 +18,58 @@ namespace {
 constexpr Log links{"links"};
 constexpr Log exports{"export"};
 
+std::vector<std::string> namesOf(const std::vector<RiskRow> &students) {
+    std::vector<std::string> names;
+    for (const RiskRow &row : students)
+        names.push_back(row.name);
+    return names;
+}
+
 } // namespace
 
 RosterActions::RosterActions(
-    const RosterView &roster, const UserDefaults &defaults, Stores &stores, Clock now)
-    : roster(roster), defaults(defaults), stores(stores), now(now) {}
+    const RosterView &roster, const UserDefaults &defaults, Stores &stores, UndoStack &undo,
+    Clock now)
+    : roster(roster), defaults(defaults), stores(stores), undo(undo), now(now) {}
 
 void RosterActions::markContacted(const std::vector<RiskRow> &students) {
+    mark(students, undotexts::markedContacted(namesOf(students)));
+}
+
+void RosterActions::mark(const std::vector<RiskRow> &students, UndoTexts texts) {
     std::map<std::int64_t, std::vector<std::int64_t>> byCourse;
     for (const RiskRow &row : students)
         byCourse[row.courseID].push_back(row.id);
     const Date date = now();
-    for (const auto &[courseID, ids] : byCourse)
-        stores.contacts.noteContacts(courseID, ids, date);
+    ContactChange all;
+    for (const auto &[courseID, ids] : byCourse) {
+        const ContactChange change = stores.contacts.noteContacts(courseID, ids, date);
+        all.entries.insert(all.entries.end(), change.entries.begin(), change.entries.end());
+    }
+    pushContacts(std::move(all), std::move(texts));
+}
+
+void RosterActions::removeContactMarks(const std::vector<RiskRow> &students) {
+    std::set<StudentKey> keys;
+    for (const RiskRow &row : students)
+        keys.insert(keyOf(row));
+    ContactChange change = stores.contacts.removeContacts(keys);
+    std::set<StudentKey> removed;
+    for (const ContactChange::Entry &entry : change.entries)
+        removed.insert({entry.before->courseID, entry.before->studentID});
+    std::vector<RiskRow> marked = students;
+    std::erase_if(marked, [&](const RiskRow &row) { return !removed.contains(keyOf(row)); });
+    pushContacts(std::move(change), undotexts::removedMarks(namesOf(marked)));
+}
+
+void RosterActions::pushContacts(ContactChange change, UndoTexts texts) {
+    if (change.entries.empty())
+        return;
+    undo.push(
+        {.texts = std::move(texts),
+         .undo = [&contacts = stores.contacts, change = std::move(change)] {
+             return undoResult(contacts.undo(change), change.entries.size());
+         }});
 }
 
 void RosterActions::copyMessages(
@@ -41,7 +81,9 @@ void RosterActions::copyMessages(
         return courseThresholds(defaults, courseID).passingScore;
     });
     Q_EMIT copyRequested(QString::fromStdString(text));
-    markContacted(students);
+    UndoTexts texts = undotexts::markedContacted(namesOf(students));
+    texts.note = copiedNote;
+    mark(students, std::move(texts));
     exports.info(fmt::format("Copied messages for {} student(s)", students.size()));
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/roster/rosterview.h"
+#include "app/undo/undostack.h"
 #include "base/referencedate.h"
 #include "outputs/export/rosterexport.h"
 #include "outputs/messages/messagetemplate.h"
@@ -19,6 +20,9 @@ struct RosterExport {
     std::string text;
 };
 
+/// Shown when messages were copied.
+inline constexpr std::string_view copiedNote = "Copied. Paste it where you write your message.";
+
 /// Fills in messages to students and records the contacts, exports rosters, and opens Canvas pages.
 /// The clipboard, alerts and the browser are left to the receivers of the signals. Used on the main
 /// thread.
@@ -28,10 +32,14 @@ class RosterActions : public QObject {
   public:
     /// The references must outlive this object.
     RosterActions(
-        const RosterView &roster, const UserDefaults &defaults, Stores &stores, Clock now);
+        const RosterView &roster, const UserDefaults &defaults, Stores &stores, UndoStack &undo,
+        Clock now);
 
+    // Marks and their removal are steps of the undo stack.
     /// Records a contact with each of the students, all with the same time.
     void markContacted(const std::vector<RiskRow> &students);
+    /// Removes the contacts with the students; those who have none are ignored.
+    void removeContactMarks(const std::vector<RiskRow> &students);
     /// Fills in a template for each of the students, requests to copy the text, and records a
     /// contact with each. Does nothing without students.
     void copyMessages(const MessageTemplate &message, const std::vector<RiskRow> &students);
@@ -59,6 +67,8 @@ class RosterActions : public QObject {
     void samplePageRequested();
 
   private:
+    void mark(const std::vector<RiskRow> &students, UndoTexts texts);
+    void pushContacts(ContactChange change, UndoTexts texts);
     void
     open(const std::optional<std::string> &url, std::string_view owner, const std::string &page);
     [[nodiscard]] std::string canvasAddress() const;
@@ -66,6 +76,7 @@ class RosterActions : public QObject {
     const RosterView &roster;
     const UserDefaults &defaults;
     Stores &stores;
+    UndoStack &undo;
     Clock now;
 };
 

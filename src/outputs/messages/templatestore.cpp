@@ -142,6 +142,9 @@ void TemplateStore::undo(const Removal &removal) {
                 templates.erase(position);
         }
         for (const auto &[index, message] : removal.removed) {
+            // Another process may have saved an edit of it, which added it again.
+            if (found(templates, message.id) != templates.end())
+                continue;
             const auto at = std::ptrdiff_t(std::min(index, templates.size()));
             templates.insert(templates.begin() + at, message);
         }

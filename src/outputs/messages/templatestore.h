@@ -54,7 +54,8 @@ class TemplateStore : public QObject {
     /// Removes the templates that have the name of a default one, and inserts the default ones
     /// before the others.
     Removal restoreDefaults();
-    /// Inserts the removed templates again, and removes the added ones unless they were edited.
+    /// Inserts the removed templates again unless they exist, and removes the added ones unless
+    /// they were edited.
     void undo(const Removal &removal);
 
     /// Whether all changes are on the disk.

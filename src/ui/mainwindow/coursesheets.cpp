@@ -1,10 +1,12 @@
 #include "ui/mainwindow/coursesheets.h"
 
 #include "app/mainwindowcontroller.h"
+#include "app/undo/undotexts.h"
 #include "ui/sheets/copysetupsheet.h"
 #include "ui/sheets/iconsheet.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
+#include "uikit/convert.h"
 
 namespace ellwynd {
 
@@ -41,14 +43,26 @@ ThresholdsSheet *CourseSheets::openThresholds() {
         return nullptr;
     auto *sheet =
         new ThresholdsSheet(*roster.courseID, roster.title, defaults, appearance, &window);
+    connect(
+        sheet, &ThresholdsSheet::editDidEnd, this,
+        [this, texts = undotexts::changedThresholds(roster.title)](const PreferenceEdit &edit) {
+            pushEdit(controller.undoStack(), defaults, edit, texts);
+        });
     sheet->show();
     return sheet;
 }
 
 void CourseSheets::openIcon() {
     const RosterView &roster = controller.roster();
-    if (roster.courseID)
-        (new IconSheet(*roster.courseID, roster.title, defaults, appearance, &window))->show();
+    if (!roster.courseID)
+        return;
+    auto *sheet = new IconSheet(*roster.courseID, roster.title, defaults, appearance, &window);
+    connect(
+        sheet, &IconSheet::editDidEnd, this,
+        [this, texts = undotexts::changedIcon(roster.title)](const PreferenceEdit &edit) {
+            pushEdit(controller.undoStack(), defaults, edit, texts);
+        });
+    sheet->show();
 }
 
 void CourseSheets::openCopySetup() {
@@ -57,7 +71,14 @@ void CourseSheets::openCopySetup() {
         return;
     auto *sheet =
         new CopySetupSheet(*courseID, controller.courses().known(), defaults, appearance, &window);
-    connect(sheet, &CopySetupSheet::setupDidChange, this, &CourseSheets::setupDidChange);
+    connect(
+        sheet, &CopySetupSheet::setupDidChange, this,
+        [this](const std::string &from, const PreferenceEdit &edit) {
+            const UndoTexts texts = undotexts::copiedSetup(from);
+            pushEdit(controller.undoStack(), defaults, edit, texts);
+            if (edit.isEmpty())
+                Q_EMIT noteRequested(qstring(texts.note));
+        });
     sheet->show();
 }
 

@@ -36,10 +36,8 @@ class CourseSheets : public QObject {
   Q_SIGNALS:
     /// The roster should select these students.
     void studentsRequested(const std::set<ellwynd::StudentKey> &students);
-    /// @param note what was done, in a sentence.
-    /// @param replaced the previous values; undoes the change when passed to
-    /// `UserDefaults::update`.
-    void setupDidChange(const QString &note, const ellwynd::PreferenceChanges &replaced);
+    /// A note about what was done should be shown. What can be undone goes to the undo stack.
+    void noteRequested(const QString &note);
 
   private:
     MainWindowController &controller;

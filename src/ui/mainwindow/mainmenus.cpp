@@ -17,6 +17,12 @@ QAction *add(QMenu &menu, const QString &text, const QList<QKeySequence> &keys =
     return action;
 }
 
+/// @param change empty for none.
+QString undoText(const std::string &change) {
+    const QString text = QStringLiteral("&Undo");
+    return change.empty() ? text : text + u' ' + menuText(change);
+}
+
 /// The text of a menu or command without mnemonic marks.
 std::string plainText(const QAction &action) {
     return action.text().remove(u'&').toStdString();
@@ -31,6 +37,9 @@ MainMenus::MainMenus(QMenuBar &bar, UserDefaults &defaults)
       observing(defaults.observe([this](std::string_view key) { showPreference(key); })) {
     makeFileMenu();
     QMenu *edit = bar.addMenu(QStringLiteral("&Edit"));
+    undo = add(*edit, undoText({}), {QKeySequence::Undo});
+    showUndo({});
+    edit->addSeparator();
     findStudent = add(*edit, QStringLiteral("&Find Student"), {QKeySequence::Find});
     makeViewMenu();
     makeCourseMenus();
@@ -106,6 +115,7 @@ void MainMenus::makeCourseMenus() {
     copyMessage = student.addMenu(QStringLiteral("&Copy Message About Student"));
     markContacted =
         add(student, QStringLiteral("&Mark as Contacted"), {Qt::CTRL | Qt::SHIFT | Qt::Key_M});
+    removeContactMark = add(student, QStringLiteral("&Remove Contact Mark"));
     student.addSeparator();
     openGrades = add(student, QStringLiteral("Open &Grades in Canvas"), {Qt::CTRL | Qt::Key_G});
 }
@@ -157,6 +167,12 @@ void MainMenus::update(const CommandState &state) {
     // Each student would open a page in the browser.
     openGrades->setEnabled(state.oneSelected);
     markContacted->setEnabled(state.anySelected && state.remembersContacts);
+    removeContactMark->setEnabled(state.anyContacted);
+}
+
+void MainMenus::showUndo(const std::string &change) {
+    undo->setText(undoText(change));
+    undo->setEnabled(!change.empty());
 }
 
 std::vector<ShortcutGroup> MainMenus::shortcuts() const {
@@ -167,7 +183,8 @@ std::vector<ShortcutGroup> MainMenus::shortcuts() const {
             const QKeySequence key = action->shortcut();
             if (!key.isEmpty())
                 group.rows.push_back(
-                    {plainText(*action), key.toString(QKeySequence::NativeText).toStdString()});
+                    {action == undo ? "Undo" : plainText(*action),
+                     key.toString(QKeySequence::NativeText).toStdString()});
         }
         if (!group.rows.empty())
             groups.push_back(std::move(group));

@@ -24,6 +24,8 @@ struct CommandState {
     bool anyStudents = false;
     bool anySelected = false;
     bool oneSelected = false;
+    /// A selected student has a contact mark.
+    bool anyContacted = false;
     bool remembersContacts = false;
     /// The teacher has hidden the details pane.
     bool detailsHidden = false;
@@ -40,7 +42,10 @@ class MainMenus : public QObject {
     /// Enables exactly the commands that can run in this state.
     void update(const CommandState &state);
 
-    /// The commands that have a shortcut, grouped by menu.
+    /// Names the change that the Undo command undoes; empty for none.
+    void showUndo(const std::string &change);
+
+    /// The commands that have a shortcut, grouped by menu. Names of students are left out.
     [[nodiscard]] std::vector<ShortcutGroup> shortcuts() const;
 
     // File
@@ -52,6 +57,7 @@ class MainMenus : public QObject {
     QAction *settings = nullptr;
     QAction *quit = nullptr;
     // Edit
+    QAction *undo = nullptr;
     QAction *findStudent = nullptr;
     // View
     QAction *showDashboard = nullptr;
@@ -69,6 +75,7 @@ class MainMenus : public QObject {
     /// Filled by the owner on `aboutToShow`.
     QMenu *copyMessage = nullptr;
     QAction *markContacted = nullptr;
+    QAction *removeContactMark = nullptr;
     QAction *openGrades = nullptr;
     // Help
     QAction *help = nullptr;

@@ -8,7 +8,6 @@
 #include "ui/mainwindow/coursesheets.h"
 #include "ui/mainwindow/helpcommands.h"
 #include "ui/mainwindow/mainmenus.h"
-#include "ui/mainwindow/statusnotes.h"
 #include "ui/roster/rosterdesktopactions.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
@@ -16,12 +15,12 @@
 #include "ui/support/alert.h"
 #include "ui/support/announce.h"
 #include "ui/support/appearance.h"
+#include "ui/support/statusnotes.h"
 #include "ui/support/windowmemory.h"
 #include "ui/welcome/welcomewindow.h"
 #include "uikit/convert.h"
 
 #include <QAction>
-#include <QEvent>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
@@ -75,7 +74,9 @@ MainWindow::MainWindow(
           controller.actions(), stores.templates,
           [this] { return rosterPane->table()->selectedRows(); }, *this)),
       menus(new MainMenus(*menuBar(), defaults)),
-      notes(new StatusNotes(*this)),
+      notes(new StatusNotes(
+          *middle, controller.undoStack(), appearance,
+          [this] { return settingsWindow == nullptr || !settingsWindow->isActiveWindow(); })),
       sheets(new CourseSheets(controller, defaults, appearance, *this)),
       observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::studentDetailsHidden.name)
@@ -113,6 +114,7 @@ void MainWindow::connectCommands() {
     on(menus->sampleMode, &MainWindow::sampleSwitchRequested);
     on(menus->settings, [this] { settings().open(SettingsWindow::general); });
     on(menus->quit, &QWidget::close);
+    on(menus->undo, [this] { controller.undoStack().undo(); });
     on(menus->findStudent, [this] { rosterPane->focusFilter(); });
 
     on(menus->showDashboard, [this] {
@@ -140,6 +142,8 @@ void MainWindow::connectCommands() {
     });
     on(menus->markContacted,
        [this] { controller.actions().markContacted(rosterPane->table()->selectedRows()); });
+    on(menus->removeContactMark,
+       [this] { controller.actions().removeContactMarks(rosterPane->table()->selectedRows()); });
     on(menus->openGrades, [this] {
         const RiskRow row = rosterPane->table()->selectedRows().front();
         controller.actions().openGrades(row.courseID, row.id);
@@ -194,7 +198,8 @@ void MainWindow::connectViews() {
         &RosterDesktopActions::fillCopyMenu);
     connect(
         desktopActions, &RosterDesktopActions::noteRequested, this,
-        [this](const QString &note) { notes->show(note); });
+        [this](const QString &note) { notes->showNote(note); });
+    connect(sheets, &CourseSheets::noteRequested, notes, &StatusNotes::showNote);
     connect(
         details, &StudentDetails::contactsRequested, &controller.actions(),
         &RosterActions::markContacted);
@@ -223,25 +228,26 @@ void MainWindow::connectViews() {
             table->selectStudents(students);
             table->setFocus();
         });
-    connect(
-        sheets, &CourseSheets::setupDidChange, this,
-        [this](const QString &note, const PreferenceChanges &replaced) {
-            notes->showUndoable(note, [this, replaced] { defaults.update(replaced); });
-        });
+    const UndoStack &undo = controller.undoStack();
+    connect(&undo, &UndoStack::newestDidChange, this, [this, &undo] {
+        menus->showUndo(undo.newest() != nullptr ? undo.newest()->texts.name : std::string());
+    });
 }
 
 void MainWindow::updateActions() {
     const RosterView &roster = controller.roster();
     const bool shown = roster.state == RosterView::State::shown;
-    const std::size_t selected = rosterPane->table()->selectedRows().size();
+    const std::vector<RiskRow> selected = rosterPane->table()->selectedRows();
     details->setContactsEnabled(stores.contacts.isEnabled());
     menus->update({
         .rosterPane = showsRoster(roster),
         .rosterShown = shown,
         .oneCourse = roster.courseID.has_value(),
         .anyStudents = shown && !roster.rows.empty(),
-        .anySelected = selected > 0,
-        .oneSelected = selected == 1,
+        .anySelected = !selected.empty(),
+        .oneSelected = selected.size() == 1,
+        .anyContacted = std::ranges::any_of(
+            selected, [&](const RiskRow &row) { return roster.outreach.contains(keyOf(row)); }),
         .remembersContacts = stores.contacts.isEnabled(),
         .detailsHidden = defaults.value(preferences::studentDetailsHidden),
     });
@@ -262,15 +268,11 @@ void MainWindow::showContextMenu(const QPoint &position) {
     QMenu *messages = menu.addMenu(menus->copyMessage->title());
     desktopActions->fillCopyMenu(messages);
     menu.addAction(menus->markContacted);
+    menu.addAction(menus->removeContactMark);
     menu.addSeparator();
     menu.addAction(menus->openGrades);
     menu.addAction(menus->openCourse);
     menu.exec(position);
-}
-
-/// Ignores status tips: no command has one, and an empty tip would clear a note.
-bool MainWindow::event(QEvent *event) {
-    return event->type() == QEvent::StatusTip || QMainWindow::event(event);
 }
 
 /// One alert at a time: a later error replaces it.
@@ -360,8 +362,8 @@ void MainWindow::setUpdateChecksAvailable(bool available) {
 SettingsWindow &MainWindow::settings() {
     if (settingsWindow == nullptr) {
         settingsWindow = new SettingsWindow(
-            defaults, stores, connection, sync, notifications, [this] { return previewStudent(); },
-            appearance, this);
+            defaults, stores, controller.undoStack(), connection, sync, notifications,
+            [this] { return previewStudent(); }, appearance, this);
         settingsWindow->setUpdateChecksAvailable(updateChecksAvailable);
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,

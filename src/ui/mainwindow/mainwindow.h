@@ -71,9 +71,6 @@ class MainWindow : public QMainWindow {
     void sampleSwitchRequested();
     void updateCheckRequested();
 
-  protected:
-    bool event(QEvent *event) override;
-
   private:
     void showWelcome();
     void connectCommands();

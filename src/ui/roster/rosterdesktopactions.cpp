@@ -27,7 +27,7 @@ RosterDesktopActions::RosterDesktopActions(
       exportFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
     connect(&actions, &RosterActions::copyRequested, this, [this](const QString &text) {
         QGuiApplication::clipboard()->setText(text);
-        Q_EMIT noteRequested(QStringLiteral("Copied. Paste it where you write your message."));
+        Q_EMIT noteRequested(qstring(copiedNote));
     });
     connect(&actions, &RosterActions::exportDidEnd, this, [this](const QString &fileName) {
         Q_EMIT noteRequested(QStringLiteral("Saved %1.").arg(fileName));

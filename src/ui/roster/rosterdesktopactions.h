@@ -37,7 +37,7 @@ class RosterDesktopActions : public QObject {
     void fillCopyMenu(QMenu *menu);
 
   Q_SIGNALS:
-    /// A note should be shown in the status bar.
+    /// A note about what was done should be shown.
     void noteRequested(const QString &note);
 
   private:

@@ -1,12 +1,11 @@
 #include "ui/settings/messagespane.h"
 
-#include "ui/support/appearance.h"
+#include "app/undo/undotexts.h"
 #include "uikit/convert.h"
-#include "uikit/labels.h"
 
-#include <QFrame>
 #include <QHBoxLayout>
 #include <QListWidget>
+#include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -29,15 +28,15 @@ QString itemText(const std::string &name) {
 } // namespace
 
 MessagesPane::MessagesPane(
-    UserDefaults &defaults, TemplateStore &store, PreviewSource student,
+    UserDefaults &defaults, TemplateStore &store, UndoStack &undo, PreviewSource student,
     const Appearance &appearance)
     : SettingsPane(QStringLiteral("Messages"), defaults, appearance),
       store(store),
+      undo(undo),
       editor(new TemplateEditor(std::move(student), appearance)) {
     addNote(QStringLiteral(
         "Templates of the messages that you copy for students. Ellwynd does not send them."));
     addWidget(makeList());
-    addWidget(makeUndoBar());
     addWidget(editor);
 
     constexpr int saveDelay = 400;
@@ -56,16 +55,11 @@ MessagesPane::MessagesPane(
         showChosen();
     });
     connect(&store, &TemplateStore::templatesDidChange, this, &MessagesPane::showTemplates);
-    // A focused text field handles the key itself.
-    auto *undoKey = new QShortcut(QKeySequence::Undo, this);
-    undoKey->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(undoKey, &QShortcut::activated, this, &MessagesPane::undo);
     auto *deleteKey = new QShortcut(QKeySequence::Delete, list);
     deleteKey->setContext(Qt::WidgetShortcut);
     connect(deleteKey, &QShortcut::activated, this, &MessagesPane::removeChosen);
 
     showTemplates();
-    showUndoBar();
 }
 
 MessagesPane::~MessagesPane() {
@@ -104,20 +98,6 @@ QWidget *MessagesPane::makeList() {
     connect(deleteButton, &QPushButton::clicked, this, &MessagesPane::removeChosen);
     connect(restoreButton, &QPushButton::clicked, this, &MessagesPane::restoreDefaults);
     return area;
-}
-
-QWidget *MessagesPane::makeUndoBar() {
-    auto *bar = new QFrame;
-    bar->setObjectName(QStringLiteral("card"));
-    undoText = new ElidedLabel;
-    undoButton = new QPushButton(QStringLiteral("Undo"));
-    undoButton->setAutoDefault(false);
-    auto *row = new QHBoxLayout(bar);
-    row->addWidget(undoText, 1);
-    row->addWidget(undoButton);
-    connect(undoButton, &QPushButton::clicked, this, &MessagesPane::undo);
-    undoBar = bar;
-    return bar;
 }
 
 // ---- What is shown -----------------------------------------------------------------------------
@@ -207,8 +187,8 @@ void MessagesPane::removeChosen() {
     const MessageTemplate *message = store.find(chosen());
     if (message == nullptr)
         return;
-    const QString text = QStringLiteral("Deleted “%1”.").arg(itemText(message->name));
-    addUndo(text, store.remove(message->id));
+    const UndoTexts texts = undotexts::deletedTemplate(itemText(message->name).toStdString());
+    pushUndo(store.remove(message->id), texts);
     if (list->count() > 0)
         list->setFocus();
     else
@@ -217,33 +197,22 @@ void MessagesPane::removeChosen() {
 
 void MessagesPane::restoreDefaults() {
     save();
-    addUndo(QStringLiteral("Restored the default templates."), store.restoreDefaults());
+    pushUndo(store.restoreDefaults(), undotexts::restoredTemplates());
 }
 
-void MessagesPane::addUndo(const QString &text, TemplateStore::Removal removal) {
-    undoables.push_back({text, std::move(removal)});
-    showUndoBar();
-}
-
-void MessagesPane::undo() {
-    if (undoables.empty())
+void MessagesPane::pushUndo(TemplateStore::Removal removal, UndoTexts texts) {
+    if (removal.removed.empty() && removal.added.empty())
         return;
-    save();
-    const TemplateStore::Removal removal = std::move(undoables.back().removal);
-    undoables.pop_back();
-    store.undo(removal);
-    if (!removal.removed.empty())
-        choose(removal.removed.front().message.id);
-    list->setFocus();
-    showUndoBar();
-}
-
-void MessagesPane::showUndoBar() {
-    undoBar->setVisible(!undoables.empty());
-    if (undoables.empty())
-        return;
-    undoText->setFullText(undoables.back().text);
-    undoButton->setAccessibleName(QStringLiteral("Undo: %1").arg(undoables.back().text));
+    const QPointer<MessagesPane> self(this);
+    undo.push(
+        {.texts = std::move(texts), .undo = [&store = store, removal = std::move(removal), self] {
+             if (self)
+                 self->save();
+             store.undo(removal);
+             if (self && !removal.removed.empty())
+                 self->choose(removal.removed.front().message.id);
+             return UndoResult::all;
+         }});
 }
 
 } // namespace ellwynd

@@ -1,6 +1,7 @@
 // Settings ▸ Messages.
 #pragma once
 
+#include "app/undo/undostack.h"
 #include "outputs/messages/templatestore.h"
 #include "ui/settings/settingspane.h"
 #include "ui/settings/templateeditor.h"
@@ -12,8 +13,6 @@ class QPushButton;
 
 namespace ellwynd {
 
-class ElidedLabel;
-
 /// The list of message templates and an editor with a preview of the chosen one. Edits are saved
 /// after a short pause, and when the focus moves or the pane is hidden or destroyed. Deleting and
 /// restoring can be undone.
@@ -21,9 +20,9 @@ class MessagesPane : public SettingsPane {
     Q_OBJECT
 
   public:
-    /// @param store must outlive the pane, which saves unsaved edits when destroyed.
+    /// @param store must outlive the stack, and the pane, which saves unsaved edits when destroyed.
     MessagesPane(
-        UserDefaults &defaults, TemplateStore &store, PreviewSource student,
+        UserDefaults &defaults, TemplateStore &store, UndoStack &undo, PreviewSource student,
         const Appearance &appearance);
     ~MessagesPane() override;
 
@@ -36,13 +35,7 @@ class MessagesPane : public SettingsPane {
     void hideEvent(QHideEvent *event) override;
 
   private:
-    struct Undoable {
-        QString text;
-        TemplateStore::Removal removal;
-    };
-
     QWidget *makeList();
-    QWidget *makeUndoBar();
     void showTemplates();
     void showChosen();
     void choose(const std::string &id);
@@ -54,25 +47,20 @@ class MessagesPane : public SettingsPane {
     void duplicate();
     void removeChosen();
     void restoreDefaults();
-    void addUndo(const QString &text, TemplateStore::Removal removal);
-    void undo();
-    void showUndoBar();
+    void pushUndo(TemplateStore::Removal removal, UndoTexts texts);
 
     TemplateStore &store;
+    UndoStack &undo;
     QListWidget *list;
     QPushButton *newButton;
     QPushButton *duplicateButton;
     QPushButton *deleteButton;
-    QWidget *undoBar;
-    ElidedLabel *undoText;
-    QPushButton *undoButton;
     TemplateEditor *editor;
     /// The id of the template in the editor; empty for none.
     std::string shown;
     /// The editor has unsaved edits.
     bool edited = false;
     QTimer saveSoon;
-    std::vector<Undoable> undoables;
 };
 
 } // namespace ellwynd

@@ -8,19 +8,26 @@ class QPushButton;
 
 namespace ellwynd {
 
+class UndoStack;
 struct Stores;
 
-/// Switches for what is remembered of students between visits, and buttons that delete it.
+/// Switches for what is remembered of students between visits, and buttons that delete it. Deleting
+/// can be undone.
 class PrivacyPane : public SettingsPane {
     Q_OBJECT
 
   public:
-    PrivacyPane(UserDefaults &defaults, Stores &stores, const Appearance &appearance);
+    /// The stores and the stack must outlive the pane.
+    PrivacyPane(
+        UserDefaults &defaults, Stores &stores, UndoStack &undo, const Appearance &appearance);
 
   protected:
     void showPreferences() override;
+    void showEvent(QShowEvent *event) override;
 
   private:
+    void showStores();
+
     Stores &stores;
     QCheckBox *rememberHistory;
     QLabel *historyLine;

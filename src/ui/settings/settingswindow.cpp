@@ -11,26 +11,28 @@
 #include "ui/settings/widgetspane.h"
 #include "ui/support/announce.h"
 #include "ui/support/appearance.h"
+#include "ui/support/statusnotes.h"
 
 #include <QHBoxLayout>
 #include <QListWidget>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QStackedWidget>
 
 namespace ellwynd {
 
 SettingsWindow::SettingsWindow(
-    UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &syncService,
-    UserNotifications &notifications, PreviewSource previewStudent, const Appearance &appearance,
-    QWidget *parent)
+    UserDefaults &defaults, Stores &stores, UndoStack &undo, ConnectionCheck &check,
+    SyncService &syncService, UserNotifications &notifications, PreviewSource previewStudent,
+    const Appearance &appearance, QWidget *parent)
     : QDialog(parent),
       appearance(appearance),
       pages(new QListWidget(this)),
       panes(new QStackedWidget(this)),
       generalPane(new GeneralPane(defaults, appearance)),
       connectionPane(new ConnectionPane(defaults, check, appearance)),
-      messagesPane(
-          new MessagesPane(defaults, stores.templates, std::move(previewStudent), appearance)) {
+      messagesPane(new MessagesPane(
+          defaults, stores.templates, undo, std::move(previewStudent), appearance)) {
     setWindowTitle(QStringLiteral("Settings"));
     pages->setObjectName(QStringLiteral("settingsPages"));
     pages->setAccessibleName(QStringLiteral("Settings pages"));
@@ -44,7 +46,7 @@ SettingsWindow::SettingsWindow(
 
     addPage(QStringLiteral("General"), generalPane);
     addPage(QStringLiteral("Connection"), connectionPane);
-    addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, appearance));
+    addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, undo, appearance));
     addPage(QStringLiteral("Messages"), messagesPane);
     addPage(
         QStringLiteral("Notifications"),
@@ -52,9 +54,13 @@ SettingsWindow::SettingsWindow(
     addPage(
         QStringLiteral("Widgets"),
         new WidgetsPane(defaults, appearance, &WidgetsPane::startDetached));
-    addPage(QStringLiteral("Privacy"), new PrivacyPane(defaults, stores, appearance));
+    addPage(QStringLiteral("Privacy"), new PrivacyPane(defaults, stores, undo, appearance));
     addPage(QStringLiteral("Sync"), new SyncPane(defaults, syncService, appearance));
     pages->setCurrentRow(general);
+    new StatusNotes(*panes, undo, appearance, [this] { return isActiveWindow(); });
+    // A focused text field handles the key itself.
+    connect(
+        new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, &undo, &UndoStack::undo);
     connect(
         connectionPane, &ConnectionPane::connectionDidChange, this,
         &SettingsWindow::connectionDidChange);

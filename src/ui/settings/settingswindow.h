@@ -17,6 +17,7 @@ class ConnectionPane;
 class GeneralPane;
 class MessagesPane;
 class SyncService;
+class UndoStack;
 class UserNotifications;
 struct Stores;
 
@@ -37,8 +38,8 @@ class SettingsWindow : public QDialog {
     };
 
     SettingsWindow(
-        UserDefaults &defaults, Stores &stores, ConnectionCheck &check, SyncService &syncService,
-        UserNotifications &notifications, PreviewSource previewStudent,
+        UserDefaults &defaults, Stores &stores, UndoStack &undo, ConnectionCheck &check,
+        SyncService &syncService, UserNotifications &notifications, PreviewSource previewStudent,
         const Appearance &appearance, QWidget *parent = nullptr);
 
     using QDialog::open;

@@ -1,36 +1,38 @@
 #include "ui/settings/thresholdspane.h"
 
+#include "app/undo/undotexts.h"
 #include "ui/support/thresholdeditors.h"
-
-#include <QSignalBlocker>
 
 namespace ellwynd {
 
-ThresholdsPane::ThresholdsPane(UserDefaults &defaults, const Appearance &appearance)
+ThresholdsPane::ThresholdsPane(
+    UserDefaults &defaults, UndoStack &undo, const Appearance &appearance)
     : SettingsPane(QStringLiteral("Risk Thresholds"), defaults, appearance),
       passing(passingScoreEditor(QStringLiteral("Default passing score, percent"), this)),
       inactivity(inactivityEditor(
-          QStringLiteral("Default inactivity window, days behind the class"), this)) {
+          QStringLiteral("Default inactivity window, days behind the class"), this)),
+      passingEdits(defaults, undo, undotexts::changedDefaultPassingScore()),
+      inactivityEdits(defaults, undo, undotexts::changedDefaultInactivity()) {
     addNote(QStringLiteral(
         "Defaults used when scoring a course's at-risk students. Changes apply to the course "
         "currently shown and to courses loaded afterward."));
     addRow(QStringLiteral("Passing score"), passing);
     addRow(QStringLiteral("Inactivity window"), inactivity, QStringLiteral("days"));
-    connect(passing, &QDoubleSpinBox::valueChanged, this, [this](double value) {
-        this->defaults.set(preferences::defaultPassingScore, value);
+    connect(passing, &ThresholdEditor::valueChanged, this, [this](double value) {
+        passingEdits.save(preferences::defaultPassingScore.name, value);
     });
-    connect(inactivity, &QSpinBox::valueChanged, this, [this](int value) {
-        this->defaults.set(preferences::defaultInactivityDays, std::int64_t{value});
+    connect(inactivity, &ThresholdEditor::valueChanged, this, [this](double value) {
+        inactivityEdits.save(preferences::defaultInactivityDays.name, std::int64_t(value));
     });
+    connect(passing, &ThresholdEditor::editingFinished, this, [this] { passingEdits.finish(); });
+    connect(
+        inactivity, &ThresholdEditor::editingFinished, this, [this] { inactivityEdits.finish(); });
     ThresholdsPane::showPreferences();
 }
 
 void ThresholdsPane::showPreferences() {
-    const QSignalBlocker quiet[] = {QSignalBlocker(passing), QSignalBlocker(inactivity)};
-    passing->setValue(defaults.value(preferences::defaultPassingScore));
-    inactivity->setValue(int(std::clamp<std::int64_t>(
-        defaults.value(preferences::defaultInactivityDays), inactivity->minimum(),
-        inactivity->maximum())));
+    passing->showSaved(defaults.value(preferences::defaultPassingScore));
+    inactivity->showSaved(double(defaults.value(preferences::defaultInactivityDays)));
 }
 
 } // namespace ellwynd

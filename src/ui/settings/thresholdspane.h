@@ -1,25 +1,29 @@
 // Settings ▸ Risk Thresholds: the defaults of every course.
 #pragma once
 
+#include "app/undo/preferenceedit.h"
 #include "ui/settings/settingspane.h"
-
-class QDoubleSpinBox;
-class QSpinBox;
 
 namespace ellwynd {
 
+class ThresholdEditor;
+
+/// Changes of each default can be undone.
 class ThresholdsPane : public SettingsPane {
     Q_OBJECT
 
   public:
-    ThresholdsPane(UserDefaults &defaults, const Appearance &appearance);
+    /// @param undo must outlive the pane.
+    ThresholdsPane(UserDefaults &defaults, UndoStack &undo, const Appearance &appearance);
 
   protected:
     void showPreferences() override;
 
   private:
-    QDoubleSpinBox *passing;
-    QSpinBox *inactivity;
+    ThresholdEditor *passing;
+    ThresholdEditor *inactivity;
+    PreferenceEditor passingEdits;
+    PreferenceEditor inactivityEdits;
 };
 
 } // namespace ellwynd

@@ -148,9 +148,10 @@ void CopySetupSheet::copy() {
     if (!source)
         return;
     const QString name = list->currentItem()->data(nameRole).toString();
-    const PreferenceChanges replaced = copyCourseSetup(defaults, *source, courseID);
-    Q_EMIT setupDidChange(QStringLiteral("Copied the setup of %1.").arg(name), replaced);
+    PreferenceEdit edit;
+    edit.add(defaults, copyCourseSetup(defaults, *source, courseID));
     accept();
+    Q_EMIT setupDidChange(name.toStdString(), edit);
 }
 
 } // namespace ellwynd

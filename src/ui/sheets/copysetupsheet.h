@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/courses/coursesetup.h"
+#include "app/undo/preferenceedit.h"
 #include "ui/support/sheet.h"
 
 class QLabel;
@@ -25,9 +26,9 @@ class CopySetupSheet : public Sheet {
 
   Q_SIGNALS:
     /// The setup was copied.
-    /// @param note what was done, in a sentence.
-    /// @param replaced undoes the copy when passed to `UserDefaults::update`.
-    void setupDidChange(const QString &note, const ellwynd::PreferenceChanges &replaced);
+    /// @param from the name of the other course, on one line.
+    /// @param edit what was changed; empty if the course had the same setup.
+    void setupDidChange(const std::string &from, const ellwynd::PreferenceEdit &edit);
 
   private:
     void fillList(const SetupCandidates &candidates);

@@ -12,6 +12,8 @@
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace ellwynd {
 
 namespace {
@@ -147,12 +149,16 @@ void IconSheet::useDefault() {
 }
 
 void IconSheet::apply(const PreferenceChanges &changes) {
-    // merge() keeps the first value of each key.
-    before.merge(defaults.update(changes));
+    edit.add(defaults, defaults.update(changes));
+}
+
+void IconSheet::accept() {
+    Sheet::accept();
+    Q_EMIT editDidEnd(std::exchange(edit, {}));
 }
 
 void IconSheet::reject() {
-    defaults.update(before);
+    undoEdit(defaults, std::exchange(edit, {}));
     Sheet::reject();
 }
 

@@ -1,6 +1,7 @@
 // "Icon…": the glyph and the colour of one course's tile.
 #pragma once
 
+#include "app/undo/preferenceedit.h"
 #include "preferences/coursesettings.h"
 #include "ui/support/sheet.h"
 
@@ -23,7 +24,13 @@ class IconSheet : public Sheet {
         std::int64_t courseID, const std::string &courseName, UserDefaults &defaults,
         const Appearance &appearance, QWidget *parent);
 
+    void accept() override;
     void reject() override;
+
+  Q_SIGNALS:
+    /// The teacher has accepted the choice.
+    /// @param edit what it has changed; may be empty.
+    void editDidEnd(const ellwynd::PreferenceEdit &edit);
 
   private:
     /// Sets every control from the preferences.
@@ -44,8 +51,7 @@ class IconSheet : public Sheet {
     QPushButton *followDefault;
     /// Set while `showChoice` updates the controls.
     bool showing = false;
-    /// The original value of every key that this sheet has changed.
-    PreferenceChanges before;
+    PreferenceEdit edit;
     std::shared_ptr<void> observing;
 };
 

@@ -12,6 +12,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace ellwynd {
 
 ThresholdsSheet::ThresholdsSheet(
@@ -70,11 +72,11 @@ ThresholdsSheet::ThresholdsSheet(
     summary->setMinimumWidth(appearance.px(420));
 
     connect(ownPassing, &QCheckBox::toggled, this, &ThresholdsSheet::writePassing);
-    connect(passing, &QDoubleSpinBox::valueChanged, this, &ThresholdsSheet::writePassing);
+    connect(passing, &ThresholdEditor::valueChanged, this, &ThresholdsSheet::writePassing);
     connect(ownInactivity, &QCheckBox::toggled, this, &ThresholdsSheet::writeInactivity);
-    connect(inactivity, &QSpinBox::valueChanged, this, &ThresholdsSheet::writeInactivity);
+    connect(inactivity, &ThresholdEditor::valueChanged, this, &ThresholdsSheet::writeInactivity);
     connect(followDefaults, &QPushButton::clicked, this, [this] {
-        useDefaults(this->defaults, this->courseID);
+        edit.add(this->defaults, useDefaults(this->defaults, this->courseID));
     });
     connect(finished, &QPushButton::clicked, this, &QDialog::accept);
     showThresholds();
@@ -82,32 +84,39 @@ ThresholdsSheet::ThresholdsSheet(
 
 void ThresholdsSheet::showThresholds() {
     const CourseThresholds thresholds = courseThresholds(defaults, courseID);
-    const QSignalBlocker quiet[] = {
-        QSignalBlocker(ownPassing), QSignalBlocker(passing), QSignalBlocker(ownInactivity),
-        QSignalBlocker(inactivity)};
+    const QSignalBlocker quiet[] = {QSignalBlocker(ownPassing), QSignalBlocker(ownInactivity)};
     ownPassing->setChecked(thresholds.passingOverridden);
     passing->setEnabled(thresholds.passingOverridden);
-    passing->setValue(thresholds.passingScore);
+    passing->showSaved(thresholds.passingScore);
     ownInactivity->setChecked(thresholds.inactivityOverridden);
     inactivity->setEnabled(thresholds.inactivityOverridden);
-    inactivity->setValue(int(std::clamp<std::int64_t>(
-        thresholds.inactivityDays, inactivity->minimum(), inactivity->maximum())));
+    inactivity->showSaved(double(thresholds.inactivityDays));
     followDefaults->setEnabled(thresholds.anyOverridden());
     summary->setText(qstring(thresholdsSummary(thresholds)));
 }
 
 void ThresholdsSheet::writePassing() {
-    courseSettings::set(
-        defaults, courseID, courseSettings::passingScore,
+    write(
+        courseSettings::passingScore,
         ownPassing->isChecked() ? std::optional<PreferenceValue>(passing->value()) : std::nullopt);
 }
 
 void ThresholdsSheet::writeInactivity() {
-    courseSettings::set(
-        defaults, courseID, courseSettings::inactivityDays,
+    write(
+        courseSettings::inactivityDays,
         ownInactivity->isChecked()
             ? std::optional<PreferenceValue>(std::int64_t(inactivity->value()))
             : std::nullopt);
+}
+
+void ThresholdsSheet::write(std::string_view suffix, std::optional<PreferenceValue> value) {
+    edit.add(
+        defaults, defaults.update({{courseSettings::key(courseID, suffix), std::move(value)}}));
+}
+
+void ThresholdsSheet::done(int result) {
+    Sheet::done(result);
+    Q_EMIT editDidEnd(std::exchange(edit, {}));
 }
 
 } // namespace ellwynd

@@ -1,18 +1,18 @@
 // "Risk Thresholds…": the thresholds of one course.
 #pragma once
 
+#include "app/undo/preferenceedit.h"
 #include "risk/coursethresholds.h"
 #include "ui/support/sheet.h"
 
 class QCheckBox;
-class QDoubleSpinBox;
 class QLabel;
 class QPushButton;
-class QSpinBox;
 
 namespace ellwynd {
 
 class Appearance;
+class ThresholdEditor;
 
 /// Edits one course's thresholds. Every change is saved at once, and the roster is scored again.
 class ThresholdsSheet : public Sheet {
@@ -23,20 +23,29 @@ class ThresholdsSheet : public Sheet {
         std::int64_t courseID, const std::string &courseName, UserDefaults &defaults,
         const Appearance &appearance, QWidget *parent);
 
+    void done(int result) override;
+
+  Q_SIGNALS:
+    /// The sheet was closed.
+    /// @param edit what it has changed; may be empty.
+    void editDidEnd(const ellwynd::PreferenceEdit &edit);
+
   private:
     /// Sets every control from the preferences.
     void showThresholds();
     void writePassing();
     void writeInactivity();
+    void write(std::string_view suffix, std::optional<PreferenceValue> value);
 
     std::int64_t courseID;
     UserDefaults &defaults;
     QLabel *summary;
     QCheckBox *ownPassing;
-    QDoubleSpinBox *passing;
+    ThresholdEditor *passing;
     QCheckBox *ownInactivity;
-    QSpinBox *inactivity;
+    ThresholdEditor *inactivity;
     QPushButton *followDefaults;
+    PreferenceEdit edit;
     std::shared_ptr<void> observing;
 };
 

@@ -11,16 +11,7 @@
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace ellwynd {
-
-namespace {
-
-/// How many terms are expanded before the teacher expands or collapses any.
-constexpr int initiallyExpanded = 2;
-
-} // namespace
 
 Sidebar::Sidebar(
     MainWindowController &controller, UserDefaults &defaults, const Appearance &appearance,
@@ -37,6 +28,8 @@ Sidebar::Sidebar(
       observing(defaults.observe([this](std::string_view key) {
           if (courseSettings::isIconKey(key))
               tree->viewport()->update();
+          else if (key == preferences::sidebarExpandedTerms.name)
+              restoreExpansion();
       })) {
     setObjectName(QStringLiteral("sidebarPane"));
     setAttribute(Qt::WA_StyledBackground);
@@ -120,31 +113,33 @@ void Sidebar::reload() {
     }
 }
 
+/// The terms of the sidebar, as they are in the tree.
+std::vector<TermExpansion> Sidebar::shownExpansion() const {
+    std::vector<TermExpansion> terms;
+    for (int row = SidebarModel::firstTerm; row < model->rowCount(); ++row)
+        terms.push_back(
+            {.termID = model->termAt(row), .expanded = tree->isExpanded(model->index(row, 0))});
+    return terms;
+}
+
+/// Shows the saved expansion, which another process or machine may have changed.
 void Sidebar::restoreExpansion() {
-    const bool saved = defaults.object(preferences::sidebarExpandedTerms.name).has_value();
-    const IDList open = defaults.value(preferences::sidebarExpandedTerms);
-    constexpr int first = SidebarModel::firstTerm;
-    for (int row = first; row < model->rowCount(); ++row) {
-        const auto term = model->termAt(row);
-        const bool listed = std::ranges::count(open, term.value_or(0)) > 0;
-        tree->setExpanded(model->index(row, 0), saved ? listed : row < first + initiallyExpanded);
-    }
+    const QScopedValueRollback guard(settingState, true);
+    std::vector<std::optional<std::int64_t>> termIDs;
+    for (const TermExpansion &term : shownExpansion())
+        termIDs.push_back(term.termID);
+    int row = SidebarModel::firstTerm;
+    for (const TermExpansion &term :
+         expansionOf(defaults.value(preferences::sidebarExpandedTerms), termIDs))
+        tree->setExpanded(model->index(row++, 0), term.expanded);
 }
 
 void Sidebar::rememberExpansion() {
     if (settingState)
         return;
-    // Terms that are not listed keep their state.
-    IDList open = defaults.value(preferences::sidebarExpandedTerms);
-    for (int row = SidebarModel::firstTerm; row < model->rowCount(); ++row) {
-        // Courses without a term are stored as term 0, an id that Canvas never uses.
-        const std::int64_t id = model->termAt(row).value_or(0);
-        std::erase(open, id);
-        if (tree->isExpanded(model->index(row, 0)))
-            open.push_back(id);
-    }
-    std::ranges::sort(open);
-    defaults.set(preferences::sidebarExpandedTerms, open);
+    defaults.set(
+        preferences::sidebarExpandedTerms,
+        withExpansion(defaults.value(preferences::sidebarExpandedTerms), shownExpansion()));
 }
 
 } // namespace ellwynd

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/courses/courseselection.h"
+#include "app/courses/termexpansion.h"
 #include "preferences/userdefaults.h"
 
 #include <QTreeView>
@@ -31,6 +32,7 @@ class Sidebar : public QWidget {
 
   private:
     void reload();
+    [[nodiscard]] std::vector<TermExpansion> shownExpansion() const;
     void restoreExpansion();
     void rememberExpansion();
     void showStatus();
@@ -41,7 +43,7 @@ class Sidebar : public QWidget {
     QTreeView *tree;
     QLabel *updateBanner;
     QLabel *status;
-    /// Set while `reload` changes the tree.
+    /// Set while this object changes the tree or saves the expansion.
     bool settingState = false;
     std::shared_ptr<void> observing;
 };

@@ -84,7 +84,7 @@ QListWidget#courses::item:disabled { color: @secondaryText; }
 QListWidget#templates::item:selected, QListWidget#courses::item:selected { background: @selection; color: @text; }
 QFrame#card { border: 1px solid @separator; border-radius: 8px; background: @surface; }
 
-QStatusBar { background: @sidebar; color: @secondaryText; }
+QFrame#statusNote { background: @control; border: 1px solid @outline; border-radius: 8px; }
 QFrame#separator { background: @separator; max-height: 1px; border: none; }
 QLabel[secondary="true"] { color: @secondaryText; }
 QLabel[attention="true"] { color: @attention; }

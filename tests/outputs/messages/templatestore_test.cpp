@@ -101,6 +101,8 @@ TEST_F(TemplateStoreTest, RemovalsCanBeUndone) {
     EXPECT_THAT(saved(), ElementsAre("Email", "Referral Summary"));
     store.undo(removal);
     EXPECT_EQ(store.templates(), initial);
+    store.undo(removal);
+    EXPECT_EQ(store.templates(), initial) << "a template that exists is not inserted again";
 
     store.add(newTemplate("Email 2", "mine", clockNow));
     store.add(newTemplate("Email", "mine as well", clockNow));

@@ -211,17 +211,16 @@ TEST_F(HistoryTest, CopiesSetAsideGoWithTheHistory) {
 }
 
 TEST_F(HistoryTest, AFileThatCannotBeRemovedIsEmptiedLater) {
-    RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon);
-    const std::string before = saved();
-    // Switched off, so that the file is not read.
-    defaults.set(preferences::rememberRosterHistory, false);
     RosterHistory history(defaults, data(), noonClock);
-    std::filesystem::remove(data() / fileName);
-    std::filesystem::create_directories(data() / fileName / "full");
+    history.record({row(1, "Watch")}, 7, noon);
+    const std::filesystem::path elsewhere = folder.path() / "elsewhere";
+    std::filesystem::rename(data(), elsewhere);
+    std::filesystem::create_symlink(data(), data());
     history.deleteAll();
+    EXPECT_TRUE(history.entries().empty());
     EXPECT_FALSE(history.isSaved());
-    std::filesystem::remove_all(data() / fileName);
-    write(before);
+    std::filesystem::remove(data());
+    std::filesystem::rename(elsewhere, data());
     history.saveUnsaved();
     EXPECT_TRUE(history.isSaved());
     EXPECT_EQ(saved(), "[]");

@@ -4,13 +4,13 @@
 #include "app/mainwindowcontroller.h"
 #include "base/log.h"
 #include "canvas/tokenstore.h"
+#include "measuredapplication.h"
 #include "servedcanvas.h"
 #include "support/memorysecrets.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QTemporaryDir>
-#include <QThread>
 
 #include <benchmark/benchmark.h>
 
@@ -22,31 +22,7 @@ namespace {
 using namespace ellwynd;
 using std::chrono::steady_clock;
 
-/// Measures how long the main thread takes to handle each event.
-class MeasuredApplication : public QCoreApplication {
-  public:
-    using QCoreApplication::QCoreApplication;
-
-    static inline steady_clock::duration longestStep{};
-
-    bool notify(QObject *receiver, QEvent *event) override {
-        const bool outermost = !inside;
-        // Nested events are part of the outermost one.
-        if (!outermost)
-            return QCoreApplication::notify(receiver, event);
-        inside = true;
-        const auto begin = steady_clock::now();
-        const bool result = QCoreApplication::notify(receiver, event);
-        if (measuredThread == QThread::currentThread())
-            longestStep = std::max(longestStep, steady_clock::now() - begin);
-        inside = false;
-        return result;
-    }
-
-  private:
-    static inline thread_local bool inside = false;
-    QThread *measuredThread = QThread::currentThread();
-};
+using MeasuredApplication = bench::MeasuredApplication<QCoreApplication>;
 
 void scoreAllCourses(benchmark::State &state) {
     const bench::ServedShape shape{.courses = 10};
@@ -76,7 +52,7 @@ void scoreAllCourses(benchmark::State &state) {
         complete = whole;
         loop.quit();
     });
-    MeasuredApplication::longestStep = {};
+    MeasuredApplication::takeLongestStep();
     std::vector<double> walls;
     for (auto _ : state) {
         begin = {};
@@ -95,8 +71,7 @@ void scoreAllCourses(benchmark::State &state) {
     state.counters["bound_s"] = bound.count();
     state.counters["ratio"] = walls[walls.size() / 2] / bound.count();
     state.counters["peak_MB"] = bench::peakResidentMemory() / 1e6;
-    state.counters["longest_step_ms"] =
-        std::chrono::duration<double, std::milli>(MeasuredApplication::longestStep).count();
+    state.counters["longest_step_ms"] = MeasuredApplication::takeLongestStep();
 }
 
 } // namespace

@@ -48,6 +48,8 @@ class MainWindowController : public QObject, private RefreshJobs {
     void startTimer();
     /// Half an hour has passed; called by the timer.
     void timerFired();
+    /// Does what has become due by the clock of elapsed time; called by a timer of its own.
+    void checkDeadline() { scheduler.send(refresh::Event::Kind::deadline); }
 
     [[nodiscard]] const std::optional<Selection> &selection() const {
         return rosterController.selection();

@@ -49,7 +49,6 @@ PreferenceMap PreferenceFile::values() const {
 PreferenceFile::Outcome PreferenceFile::update(const PreferenceChanges &changes, Removal removal) {
     Outcome outcome;
     const files::Lock lock(path);
-    files::removeLeftovers(path);
     outcome.changedKeys = reloadIfChanged();
     Changes applied;
     for (const auto &[key, value] : changes) {

@@ -19,11 +19,14 @@ class Connector {
     Connector(
         UserDefaults &defaults, AsyncTokenStore &tokens, CanvasSession &session,
         Clock now = systemNow);
+    virtual ~Connector() = default;
+    Connector(const Connector &) = delete;
+    Connector &operator=(const Connector &) = delete;
 
     /// Null if the program is not connected, that is without an address or a token for its host.
     /// @throws KeychainError if the token cannot be read, which is not the same as signed out;
     /// Cancelled once a stop is requested.
-    [[nodiscard]] QCoro::Task<std::shared_ptr<CanvasReading>>
+    [[nodiscard]] virtual QCoro::Task<std::shared_ptr<CanvasReading>>
     open(UnlockPrompt prompt, std::stop_token stop = {}) const;
 
   private:

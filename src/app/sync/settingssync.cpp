@@ -168,7 +168,6 @@ void SettingsSync::saveAgreed() {
     const auto save = [file = agreedFile, text] {
         try {
             const files::Lock lock(file);
-            files::removeLeftovers(file);
             files::replace(file, *text);
         } catch (const FileError &error) {
             logger.error(fmt::format("Couldn't save the settings last synced: {}", error.what()));

@@ -2,6 +2,7 @@
 #include "app/sync/settingssync.h"
 #include "platform/cloud/foldercontents.h"
 #include "platform/cloud/syncedfolder.h"
+#include "support/cloudservice.h"
 #include "support/directqueue.h"
 
 #include <QTemporaryDir>
@@ -35,11 +36,11 @@ struct Step {
         switchOff,
         switchOn,
         upload,
-        download,
-        downloadTorn,
-        downloadOld,
+        deliver,
+        deliverTorn,
+        deliverOld,
     };
-    static constexpr int kinds = int(Kind::downloadOld) + 1;
+    static constexpr int kinds = int(Kind::deliverOld) + 1;
 
     Kind kind{};
     int home = 0;
@@ -77,119 +78,16 @@ PreferenceValue valueOf(int key, int value) {
     }
 }
 
-std::string readFile(const fs::path &path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// What the service holds, with all older contents of each file. Absent for a removed file.
-using Content = std::optional<std::string>;
-using Server = std::map<std::string, std::vector<Content>>;
-
-/// A copy of the folder on one computer, which the service updates.
-struct Replica {
-    fs::path path;
-    fs::path away;
-    Server &server;
-    /// The number of the server's version that the file on this computer is based on, and its
-    /// content when the service last looked.
-    std::map<std::string, std::pair<std::size_t, Content>> base;
-
-    [[nodiscard]] fs::path current() const { return fs::exists(away) ? away : path; }
-    [[nodiscard]] Content content(const std::string &name) const {
-        const fs::path file = current() / name;
-        return fs::exists(file) ? Content(readFile(file)) : std::nullopt;
-    }
-    [[nodiscard]] std::set<std::string> names() const {
-        std::set<std::string> all;
-        for (const auto &[name, versions] : server)
-            all.insert(name);
-        for (const auto &entry : fs::directory_iterator(current()))
-            all.insert(entry.path().filename());
-        return all;
-    }
-
-    void write(const std::string &name, const Content &content) const {
-        if (content)
-            std::ofstream(current() / name, std::ios::binary) << *content;
-        else
-            fs::remove(current() / name);
-    }
-
-    /// Of two changes of one file the service keeps the first that reached it, and leaves the other
-    /// one beside it.
-    void upload(const std::string &name) {
-        auto &[version, known] = base[name];
-        const Content now = content(name);
-        auto &versions = server[name];
-        if (now == known)
-            return;
-        if (version < versions.size()) {
-            if (now)
-                write(name + " (conflicted copy)", now);
-            known = versions.back();
-            version = versions.size();
-            write(name, known);
-            return;
-        }
-        versions.push_back(now);
-        version = versions.size();
-        known = now;
-    }
-
-    /// Delivers the latest content, a part of it, or an older one that this computer does not have
-    /// yet. Its own changes are not delivered to it.
-    void download(const std::string &name, Step::Kind kind, int draw) {
-        if (!pending.contains(name))
-            upload(name);
-        auto &[version, known] = base[name];
-        const auto &versions = server[name];
-        const std::size_t missing = versions.size() - version;
-        if (versions.empty() || (missing == 0 && kind != Step::Kind::download))
-            return;
-        const bool isOld = kind == Step::Kind::downloadOld;
-        known = isOld ? versions[version + std::size_t(draw) % missing] : versions.back();
-        if (kind == Step::Kind::downloadTorn && known)
-            known = known->substr(0, std::size_t(draw) % (known->size() + 1));
-        write(name, known);
-        if (kind == Step::Kind::download) {
-            version = versions.size();
-            pending.erase(name);
-        } else {
-            pending.insert(name);
-        }
-    }
-
-    /// Files whose delivery is not complete.
-    std::set<std::string> pending;
-
-    void downloadAll() {
-        for (const std::string &name : names()) {
-            if (!pending.contains(name))
-                upload(name);
-        }
-        for (const auto &[name, versions] : server) {
-            if (versions.empty())
-                continue;
-            pending.erase(name);
-            if (content(name) != versions.back())
-                write(name, versions.back());
-            base[name] = {versions.size(), versions.back()};
-        }
-    }
-};
-
 struct Home {
     fs::path root;
-    Replica replica;
+    test::Replica replica;
     test::DirectQueue queue;
     std::optional<UserDefaults> defaults;
     std::optional<SyncedFolder> store;
     std::optional<SettingsSync> sync;
 
-    Home(fs::path folder, Server &server)
-        : root(std::move(folder)), replica{root / "cloud", root / "away", server, {}, {}} {
-        fs::create_directories(replica.path);
+    Home(fs::path folder, test::CloudServer &server)
+        : root(std::move(folder)), replica(root / "cloud", root / "away", server) {
         UserDefaults(preferences(), {}).set(preferences::syncSettings, true);
     }
 
@@ -207,7 +105,7 @@ struct Home {
         const bool isOn = defaults->value(preferences::syncSettings);
         if (!isOn && !defaults->value(preferences::sampleData))
             defaults->remove(preferences::syncedFolderMark.name);
-        store.emplace(replica.path, queue, defaults->value(preferences::syncedFolderMark));
+        store.emplace(replica.path(), queue, defaults->value(preferences::syncedFolderMark));
         sync.emplace(*defaults, *store, queue, root / "Synced.json", std::chrono::hours(1));
         sync->start();
     }
@@ -233,11 +131,11 @@ class Histories : public testing::Test {
         const QTemporaryDir folder(
             fs::exists("/dev/shm") ? QStringLiteral("/dev/shm/ellwynd-XXXXXX") : QString());
         const fs::path root = folder.path().toStdString();
-        Server server;
+        test::CloudServer server;
         std::array<Home, 2> homes{Home(root / "a", server), Home(root / "b", server)};
-        folderContents::create(homes[0].replica.path);
-        homes[0].replica.downloadAll();
-        homes[1].replica.downloadAll();
+        folderContents::create(homes[0].replica.path());
+        homes[0].replica.synchronize();
+        homes[1].replica.synchronize();
         for (Home &home : homes)
             home.start();
         std::optional<PreferenceValue> ofFirstHome;
@@ -254,7 +152,7 @@ class Histories : public testing::Test {
             if (step.key == keyOfFirstHome)
                 ofFirstHome = valueOf(step.key, step.value);
         }
-        return end(homes, everSet, wasSwitched ? std::nullopt : ofFirstHome);
+        return end(homes, server, everSet, wasSwitched ? std::nullopt : ofFirstHome);
     }
 
   private:
@@ -263,8 +161,7 @@ class Histories : public testing::Test {
     }
 
     static void perform(const Step &step, Home &home) {
-        Replica &replica = home.replica;
-        const bool isAway = fs::exists(replica.away);
+        test::Replica &replica = home.replica;
         const std::string file = step.value % 8 == 0
             ? std::string(folderContents::markName)
             : folderContents::fileName(keys[std::size_t(step.key)]);
@@ -312,18 +209,13 @@ class Histories : public testing::Test {
             home.start();
             break;
         case Step::Kind::folderAway:
-            if (!isAway)
-                fs::rename(replica.path, replica.away);
+            replica.setAway(true);
             break;
         case Step::Kind::emptyMountPoint:
-            if (isAway && !fs::exists(replica.path))
-                fs::create_directory(replica.path);
+            replica.createMountPoint();
             break;
         case Step::Kind::folderBack:
-            if (isAway) {
-                fs::remove_all(replica.path);
-                fs::rename(replica.away, replica.path);
-            }
+            replica.setAway(false);
             break;
         case Step::Kind::switchOff:
         case Step::Kind::switchOn:
@@ -331,18 +223,24 @@ class Histories : public testing::Test {
             home.restartSync();
             break;
         case Step::Kind::upload:
-            if (!replica.pending.contains(file))
-                replica.upload(file);
+            replica.upload(file);
             break;
-        default:
-            replica.download(file, step.kind, step.value);
+        case Step::Kind::deliver:
+            replica.deliver(file, test::Delivery::latest);
+            break;
+        case Step::Kind::deliverTorn:
+            replica.deliver(file, test::Delivery::torn, step.value);
+            break;
+        case Step::Kind::deliverOld:
+            replica.deliver(file, test::Delivery::old, step.value);
+            break;
         }
     }
 
     /// Lets everything be delivered, and compares.
     static std::string
-    end(std::array<Home, 2> &homes, const std::set<std::string> &everSet,
-        const std::optional<PreferenceValue> &ofFirstHome) {
+    end(std::array<Home, 2> &homes, const test::CloudServer &server,
+        const std::set<std::string> &everSet, const std::optional<PreferenceValue> &ofFirstHome) {
         for (Home &home : homes) {
             perform({.kind = Step::Kind::folderBack}, home);
             home.start();
@@ -351,16 +249,16 @@ class Histories : public testing::Test {
         }
         const auto deliver = [&] {
             for (Home &home : homes) {
-                home.replica.downloadAll();
+                home.replica.synchronize();
                 home.sync->push();
-                home.replica.downloadAll();
+                home.replica.synchronize();
             }
         };
         for (int round = 0; round < 6; ++round)
             deliver();
         const auto versions = [&] {
             std::size_t count = 0;
-            for (const auto &[name, all] : homes[0].replica.server)
+            for (const auto &[name, all] : server)
                 count += all.size();
             return count;
         };

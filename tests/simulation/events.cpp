@@ -1,0 +1,41 @@
+#include "events.h"
+
+#include <fmt/format.h>
+
+#include <random>
+
+namespace ellwynd::simulation {
+
+std::vector<Event> randomTerm(unsigned seed) {
+    using Kind = Event::Kind;
+    std::mt19937 random(seed);
+    const auto draw = [&](int below) { return int(random() % unsigned(below)); };
+    constexpr int days = 120;
+    const int computers = 1 + draw(2);
+    std::vector<Event> events;
+    for (int day = 0; day < days; ++day) {
+        const int count = draw(8);
+        for (int i = 0; i < count; ++i) {
+            Event event{Kind(draw(Event::kinds)), draw(computers), draw(1 << 16)};
+            // What takes everything away is rare.
+            const bool isRare = event.kind == Kind::signOut || event.kind == Kind::deleteHistory ||
+                event.kind == Kind::switchHistory || event.kind == Kind::switchContacts ||
+                event.kind == Kind::loseNetwork || event.kind == Kind::lockKeyring ||
+                event.kind == Kind::setClock || event.kind == Kind::beginTerm;
+            if (isRare && draw(6) != 0)
+                event.kind = Kind::openCourse;
+            events.push_back(event);
+        }
+        events.push_back({Kind::passHours, 0, 8 + draw(20)});
+    }
+    return events;
+}
+
+std::string textOf(const std::vector<Event> &events) {
+    std::string text;
+    for (const Event &event : events)
+        text += fmt::format("{{Kind({}), {}, {}}}, ", int(event.kind), event.computer, event.draw);
+    return text;
+}
+
+} // namespace ellwynd::simulation

@@ -1,0 +1,78 @@
+// What happens to the computers of a simulated teacher.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace ellwynd::simulation {
+
+struct Event {
+    enum class Kind {
+        passSeconds,
+        passMinutes,
+        passHours,
+        openCourse,
+        openTerm,
+        openDashboard,
+        refresh,
+        refreshRoster,
+        activate,
+        deactivate,
+        sleep,
+        timer,
+        loseNetwork,
+        findNetwork,
+        failCourse,
+        failList,
+        endFailures,
+        lockKeyring,
+        unlockKeyring,
+        signOut,
+        signIn,
+        setWork,
+        handIn,
+        grade,
+        beActive,
+        join,
+        leave,
+        comeBack,
+        beginTerm,
+        markContacted,
+        removeMark,
+        undo,
+        changeThreshold,
+        useDefaults,
+        changePreference,
+        switchHistory,
+        switchContacts,
+        deleteHistory,
+        restart,
+        runWithArgument,
+        runInSample,
+        push,
+        upload,
+        deliver,
+        deliverTorn,
+        deliverOld,
+        folderAway,
+        folderBack,
+        travel,
+        setClock,
+    };
+    static constexpr int kinds = int(Kind::setClock) + 1;
+
+    Kind kind{};
+    /// 0 or 1.
+    int computer = 0;
+    /// Chooses among what there is at the time.
+    int draw = 0;
+};
+
+/// The events of a term of 120 days.
+[[nodiscard]] std::vector<Event> randomTerm(unsigned seed);
+
+/// "{Kind(3), 0, 512}, …"
+[[nodiscard]] std::string textOf(const std::vector<Event> &events);
+
+} // namespace ellwynd::simulation

@@ -1,0 +1,82 @@
+// Plays terms of a simulated teacher. Usage: ellwynd-simulation [COUNT] [--seed FIRST]
+// Prints the shortest history of each term that ends with a finding, and how many terms it played
+// each second. The exit status is 1 if there was a finding.
+#include "base/log.h"
+#include "simulation.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+using namespace ellwynd;
+using namespace ellwynd::simulation;
+
+/// The finding of a history; empty if there is none.
+std::string play(const std::vector<Event> &events) {
+    // In memory where there is such a folder: every change is written through to the disk.
+    const QTemporaryDir folder(
+        std::filesystem::exists("/dev/shm") ? QStringLiteral("/dev/shm/ellwynd-XXXXXX")
+                                            : QString());
+    try {
+        Simulation simulation(folder.path().toStdString());
+        simulation.play(events);
+    } catch (const Finding &finding) {
+        return finding.what();
+    }
+    return {};
+}
+
+/// Leaves out events for as long as the history ends with the same finding.
+std::vector<Event> shortest(std::vector<Event> events, const std::string &finding) {
+    for (std::size_t size = events.size() / 2; size > 0; size /= 2) {
+        for (std::size_t at = 0; at + size <= events.size();) {
+            std::vector<Event> fewer = events;
+            const auto first = fewer.begin() + std::ptrdiff_t(at);
+            fewer.erase(first, first + std::ptrdiff_t(size));
+            if (play(fewer) == finding)
+                events = std::move(fewer);
+            else
+                at += size;
+        }
+    }
+    return events;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    const QCoreApplication application(argc, argv);
+    Log::setSink([](std::string_view, Log::Level, std::string_view) {});
+    unsigned count = 200;
+    unsigned first = 1;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--seed") == 0 && i + 1 < argc) {
+            first = unsigned(std::stoul(argv[++i]));
+            count = 1;
+        } else {
+            count = unsigned(std::stoul(argv[i]));
+        }
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    unsigned findings = 0;
+    for (unsigned seed = first; seed < first + count && findings < 3; ++seed) {
+        const std::vector<Event> events = randomTerm(seed);
+        const std::string finding = play(events);
+        if (finding.empty())
+            continue;
+        ++findings;
+        fmt::print("seed {}: {}\n", seed, finding);
+        std::fflush(stdout);
+        fmt::print("{}\n", textOf(shortest(events, finding)));
+        std::fflush(stdout);
+    }
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
+    fmt::print("{} terms, {:.1f} a second\n", count, count / time.count());
+    return findings > 0 ? 1 : 0;
+}

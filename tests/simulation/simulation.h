@@ -1,0 +1,89 @@
+// Plays the events of a term and checks what must hold after each.
+#pragma once
+
+#include "computer.h"
+#include "events.h"
+
+#include <random>
+#include <stdexcept>
+
+namespace ellwynd::simulation {
+
+/// Something that must not happen did. The message is one line.
+class Finding : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Two computers, two institutions and a cloud folder, in a temporary folder and in this process.
+class Simulation {
+  public:
+    /// @param root an empty folder.
+    explicit Simulation(std::filesystem::path root);
+
+    /// Plays the events, and then lets everything be delivered.
+    /// @throws Finding
+    void play(const std::vector<Event> &events);
+
+  private:
+    /// What the teacher did with contacts on one computer, by the rules.
+    struct Contacts {
+        using Records = std::map<StudentKey, Date>;
+        struct Step {
+            std::map<StudentKey, std::optional<Date>> before;
+            std::map<StudentKey, std::optional<Date>> after;
+        };
+        Records records;
+        std::vector<Step> steps;
+
+        void change(const std::map<StudentKey, std::optional<Date>> &after);
+        void undo();
+    };
+    /// What is known about one computer beside its program.
+    struct Known {
+        Contacts contacts;
+        std::size_t noticesSeen = 0;
+        /// Students counted in notices since the course was last on screen, by course.
+        std::map<std::string, std::size_t> mentioned;
+        /// The roster that was on screen when the zone changed; its movement is of the old zone.
+        std::optional<Date> shownInOtherZone;
+        /// Since when nothing but seconds passed after a complete refresh; absent otherwise.
+        std::optional<ElapsedTime> freshSince;
+    };
+
+    void perform(const Event &event);
+    void performInSchools(const Event &event);
+    void performOnScreen(const Event &event, Computer &computer, Known &known);
+    void performOnMachine(const Event &event, Computer &computer, Known &known);
+    void restart(Computer &computer, Known &known, const PreferenceMap &arguments = {});
+    void runInSample(Computer &computer, Known &known);
+    void connect(Computer &computer, int number);
+
+    void settle();
+    void settle(Computer &computer, bool completely);
+    /// The schools change from here on.
+    void schoolsDidChange();
+
+    void check(Computer &computer, Known &known);
+    void checkCourses(const Program &program) const;
+    void checkRoster(const Program &program, const Known &known) const;
+    void checkMovement(const Program &program) const;
+    void checkHistory(const Program &program) const;
+    void checkNotices(Program &program, Known &known) const;
+    void checkFiles(const Computer &computer) const;
+    void end();
+
+    std::filesystem::path root;
+    Schools schools;
+    /// The schools after each change.
+    std::vector<std::shared_ptr<const Schools>> versions;
+    /// The schools that were read at a time.
+    std::map<Date, std::shared_ptr<const Schools>> readAt;
+    test::CloudServer server;
+    std::array<Computer, 2> computers;
+    std::array<Known, 2> known;
+    std::mt19937 random{1};
+    std::int64_t lastTermID = 1;
+};
+
+} // namespace ellwynd::simulation

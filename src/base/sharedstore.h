@@ -103,6 +103,11 @@ class SharedStore {
             file.emplace(std::move(options), *directory, clock);
     }
 
+    /// Tries once more to save what could not be saved.
+    ~SharedStore() { saveUnsaved(); }
+    SharedStore(const SharedStore &) = delete;
+    SharedStore &operator=(const SharedStore &) = delete;
+
     /// Reads the file. False when it does not exist or cannot be read.
     bool open() {
         if (!file)

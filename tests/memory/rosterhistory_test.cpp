@@ -226,6 +226,17 @@ TEST_F(HistoryTest, AFileThatCannotBeRemovedIsEmptiedLater) {
     EXPECT_EQ(saved(), "[]");
 }
 
+TEST_F(HistoryTest, WhatCouldNotBeSavedIsSavedAtTheEnd) {
+    folder.write("data", "in the way");
+    {
+        RosterHistory history(defaults, data(), noonClock);
+        history.record({row(1, "Watch")}, 7, noon);
+        EXPECT_FALSE(history.isSaved());
+        std::filesystem::remove(data());
+    }
+    EXPECT_THAT(decodeHistory(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
+}
+
 TEST_F(HistoryTest, AnUnsavedVisitDoesNotReplaceALaterOne) {
     RosterHistory window(defaults, data(), noonClock);
     folder.write("data", "in the way");

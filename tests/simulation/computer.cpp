@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 
+#include <sys/resource.h>
+
 namespace ellwynd::simulation {
 
 namespace {
@@ -69,6 +71,23 @@ Computer::Computer(std::filesystem::path home, test::CloudServer &server, const 
     : home(std::move(home)),
       replica(this->home / "cloud", this->home / "away", server),
       schools(schools) {}
+
+static void limitFiles(bool full) {
+    rlimit limit{};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = full ? 0 : limit.rlim_max;
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+DiskOf::DiskOf(const Computer &computer) : isFull(computer.diskIsFull) {
+    if (isFull)
+        limitFiles(true);
+}
+
+DiskOf::~DiskOf() {
+    if (isFull)
+        limitFiles(false);
+}
 
 void Computer::start(const PreferenceMap &arguments) {
     program.reset();

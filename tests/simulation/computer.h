@@ -59,7 +59,20 @@ struct Computer {
     const Schools &schools;
     Network network;
     Keyring keyring;
+    bool diskIsFull = false;
     std::optional<Program> program;
+};
+
+/// While it lives, no file grows if the computer's disk is full.
+class DiskOf {
+  public:
+    explicit DiskOf(const Computer &computer);
+    ~DiskOf();
+    DiskOf(const DiskOf &) = delete;
+    DiskOf &operator=(const DiskOf &) = delete;
+
+  private:
+    bool isFull;
 };
 
 } // namespace ellwynd::simulation

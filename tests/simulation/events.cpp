@@ -21,7 +21,8 @@ std::vector<Event> randomTerm(unsigned seed) {
             const bool isRare = event.kind == Kind::signOut || event.kind == Kind::deleteHistory ||
                 event.kind == Kind::switchHistory || event.kind == Kind::switchContacts ||
                 event.kind == Kind::loseNetwork || event.kind == Kind::lockKeyring ||
-                event.kind == Kind::setClock || event.kind == Kind::beginTerm;
+                event.kind == Kind::setClock || event.kind == Kind::fillDisk ||
+                event.kind == Kind::beginTerm;
             if (isRare && draw(6) != 0)
                 event.kind = Kind::openCourse;
             events.push_back(event);

@@ -47,6 +47,8 @@ struct Event {
         switchHistory,
         switchContacts,
         deleteHistory,
+        fillDisk,
+        freeDisk,
         restart,
         runWithArgument,
         runInSample,

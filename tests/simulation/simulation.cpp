@@ -83,20 +83,35 @@ void Simulation::schoolsDidChange() {
 void Simulation::play(const std::vector<Event> &events) {
     std::size_t count = 0;
     for (const Event &event : events) {
-        const auto index = std::size_t(event.computer);
-        if (passesTime(event.kind) || changesSchools(event.kind))
-            settle();
-        perform(event);
-        for (std::size_t i = 0; i < computers.size(); ++i) {
-            settle(computers[i], i != index || event.draw % 4 != 0);
-            check(computers[i], known[i]);
-        }
+        playOne(event);
         if (++count % 25 == 0) {
             for (const Computer &computer : computers)
                 checkFiles(computer);
         }
     }
     end();
+}
+
+void Simulation::playOne(const Event &event) {
+    if (passesTime(event.kind) || changesSchools(event.kind))
+        settle();
+    const auto index = std::size_t(event.computer);
+    Network &network = computers[index].network;
+    const std::size_t requests = network.requests;
+    perform(event);
+    for (std::size_t i = 0; i < computers.size(); ++i) {
+        settle(computers[i], i != index || event.draw % 4 != 0);
+        check(computers[i], known[i]);
+    }
+    Known &what = known[index];
+    // A roster and a pass count as fresh for a minute.
+    if (event.kind == Kind::activate && what.freshSince && elapsed() - *what.freshSince < 50s &&
+        network.requests != requests)
+        throw Finding("what is fresh was read again");
+    const MainWindowController &controller = *computers[index].program->controller;
+    if (event.kind == Kind::refresh && network.isIdle() && network.isOnline &&
+        network.failures.empty() && !controller.isLoading() && !controller.courses().isEmpty())
+        what.freshSince = elapsed();
 }
 
 void Simulation::perform(const Event &event) {
@@ -121,7 +136,14 @@ void Simulation::perform(const Event &event) {
     default:
         break;
     }
+    constexpr std::array asking{Kind::openCourse,    Kind::openTerm,        Kind::refresh,
+                                Kind::refreshRoster, Kind::signIn,          Kind::signOut,
+                                Kind::restart,       Kind::runWithArgument, Kind::runInSample};
+    what.isAsked = what.isAsked || std::ranges::find(asking, event.kind) != asking.end();
     performInSchools(event);
+    if (event.kind >= Kind::upload && event.kind <= Kind::folderBack)
+        return performInCloud(event, computer);
+    const DiskOf disk(computer);
     performOnScreen(event, computer, what);
     performOnMachine(event, computer, what);
 }
@@ -232,11 +254,6 @@ void Simulation::performOnMachine(const Event &event, Computer &computer, Known 
     Program &program = *computer.program;
     UserDefaults &defaults = program.defaults;
     const std::string course = "Course." + std::to_string(100 + event.draw % 2);
-    const std::vector<std::string> files{
-        folderContents::fileName(course + ".PassingScore"),
-        folderContents::fileName("DefaultPassingScore"), folderContents::fileName("CanvasBaseURL"),
-        folderContents::fileName("RosterCompactRows"), std::string(folderContents::markName)};
-    const std::string &file = files[std::size_t(event.draw / 3) % files.size()];
     switch (event.kind) {
     case Kind::sleep:
         passTime(std::chrono::minutes(5 + event.draw % 900));
@@ -299,6 +316,11 @@ void Simulation::performOnMachine(const Event &event, Computer &computer, Known 
     case Kind::deleteHistory:
         program.stores.history.deleteAll();
         break;
+    case Kind::fillDisk:
+    case Kind::freeDisk:
+        // From the next event on.
+        computer.diskIsFull = event.kind == Kind::fillDisk;
+        break;
     case Kind::restart:
         restart(computer, what);
         break;
@@ -311,6 +333,19 @@ void Simulation::performOnMachine(const Event &event, Computer &computer, Known 
     case Kind::push:
         program.sync.push();
         break;
+    default:
+        break;
+    }
+}
+
+/// What the cloud service does on a computer. It has room of its own.
+void Simulation::performInCloud(const Event &event, Computer &computer) {
+    const std::vector<std::string> files{
+        folderContents::fileName("Course.100.PassingScore"),
+        folderContents::fileName("DefaultPassingScore"), folderContents::fileName("CanvasBaseURL"),
+        folderContents::fileName("RosterCompactRows"), std::string(folderContents::markName)};
+    const std::string &file = files[std::size_t(event.draw / 3) % files.size()];
+    switch (event.kind) {
     case Kind::upload:
         computer.replica.upload(file);
         break;
@@ -332,8 +367,24 @@ void Simulation::performOnMachine(const Event &event, Computer &computer, Known 
     }
 }
 
+std::map<StudentKey, Date> Simulation::recordsOf(const Program &program) {
+    std::map<StudentKey, Date> records;
+    for (const ContactRecord &record : program.stores.contacts.records())
+        records[{record.courseID, record.studentID}] = record.contactedAt;
+    return records;
+}
+
 void Simulation::restart(Computer &computer, Known &what, const PreferenceMap &arguments) {
+    const auto isSaved = [](const Program &program) {
+        return program.stores.contacts.isSaved() && program.defaults.isSaved();
+    };
+    const bool isWhole = !computer.program || isSaved(*computer.program);
     computer.start(arguments);
+    if (!isWhole) {
+        // What could not be saved is lost with the program.
+        what.contacts.records = recordsOf(*computer.program);
+        what.hasPreference = false;
+    }
     what.contacts.steps.clear();
     what.noticesSeen = 0;
     what.mentioned.clear();
@@ -351,6 +402,8 @@ void Simulation::runInSample(Computer &computer, Known &what) {
         }
         return all;
     };
+    if (computer.diskIsFull)
+        return;
     computer.program.reset();
     const auto before = contentsOf(computer.home);
     fs::create_directories(computer.home / "data");
@@ -384,6 +437,7 @@ void Simulation::settle() {
 
 void Simulation::settle(Computer &computer, bool completely) {
     constexpr int maxAnswers = 20'000;
+    const DiskOf disk(computer);
     int moments = completely ? 3 : 0;
     for (int i = 0; i < maxAnswers; ++i) {
         QCoreApplication::sendPostedEvents();
@@ -417,11 +471,15 @@ void Simulation::check(Computer &computer, Known &what) {
     checkCourses(program);
     checkRoster(program, what);
     checkHistory(program);
+    checkVisit(program, what);
+    if (computer.network.isIdle() && !program.controller->isLoading())
+        what.isAsked = false;
+    const bool hasPreference = program.defaults.persistentDomain().contains("RosterCompactRows");
+    if (what.hasPreference && !hasPreference)
+        throw Finding("a setting was lost that nobody removed");
+    what.hasPreference = hasPreference;
     checkNotices(program, what);
-    Contacts::Records records;
-    for (const ContactRecord &record : program.stores.contacts.records())
-        records[{record.courseID, record.studentID}] = record.contactedAt;
-    if (records != what.contacts.records)
+    if (recordsOf(program) != what.contacts.records)
         throw Finding("the contacts are not those that the teacher made");
 }
 
@@ -522,6 +580,14 @@ void Simulation::checkHistory(const Program &program) const {
     }
 }
 
+/// What the program reads while nobody looks is no visit.
+void Simulation::checkVisit(const Program &program, Known &what) const {
+    const std::size_t entries = program.stores.history.entries().size();
+    if (entries > what.entries && !program.isActive && !what.isAsked)
+        throw Finding("a visit was recorded although nobody looked");
+    what.entries = entries;
+}
+
 /// Every student is counted in notices at most once until the course is opened.
 void Simulation::checkNotices(Program &program, Known &what) const {
     const std::string address = program.defaults.value(preferences::canvasBaseURL);
@@ -573,6 +639,7 @@ void Simulation::checkFiles(const Computer &computer) const {
 void Simulation::end() {
     for (std::size_t i = 0; i < computers.size(); ++i) {
         computers[i].replica.setAway(false);
+        computers[i].diskIsFull = false;
         restart(computers[i], known[i]);
     }
     settle();

@@ -47,14 +47,22 @@ class Simulation {
         std::map<std::string, std::size_t> mentioned;
         /// The roster that was on screen when the zone changed; its movement is of the old zone.
         std::optional<Date> shownInOtherZone;
-        /// Since when nothing but seconds passed after a complete refresh; absent otherwise.
+        /// When a complete refresh ended after which only seconds passed; absent otherwise.
         std::optional<ElapsedTime> freshSince;
+        /// Whether what the teacher asked for may still be read.
+        bool isAsked = false;
+        /// The entries of the history when it was last checked.
+        std::size_t entries = 0;
+        /// Whether a setting that is never removed was seen.
+        bool hasPreference = false;
     };
 
     void perform(const Event &event);
     void performInSchools(const Event &event);
     void performOnScreen(const Event &event, Computer &computer, Known &known);
+    static void performInCloud(const Event &event, Computer &computer);
     void performOnMachine(const Event &event, Computer &computer, Known &known);
+    [[nodiscard]] static std::map<StudentKey, Date> recordsOf(const Program &program);
     void restart(Computer &computer, Known &known, const PreferenceMap &arguments = {});
     void runInSample(Computer &computer, Known &known);
     void connect(Computer &computer, int number);
@@ -65,6 +73,8 @@ class Simulation {
     void schoolsDidChange();
 
     void check(Computer &computer, Known &known);
+    void checkVisit(const Program &program, Known &known) const;
+    void playOne(const Event &event);
     void checkCourses(const Program &program) const;
     void checkRoster(const Program &program, const Known &known) const;
     void checkMovement(const Program &program) const;

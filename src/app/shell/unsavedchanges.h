@@ -26,7 +26,8 @@ class UnsavedChanges : public QObject {
     /// A status with the note, if there is one, as a second line.
     [[nodiscard]] std::string addedTo(const std::string &status) const;
 
-    /// Tries to save what the stores could not save. Preferences are saved with their next change.
+    /// Tries to save what the stores could not save. The preferences try by themselves, and all of
+    /// them once more at their end.
     void saveAgain();
 
   Q_SIGNALS:

@@ -13,6 +13,7 @@
 #include "support/temporaryfolder.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 #include <sys/wait.h>
 
 #include <cerrno>
@@ -115,6 +116,14 @@ Operation recordVisit(const fs::path &folder) {
     return {
         .run = [=] { opened->store.record(visit, 7, noon); },
         .isInMemory = [=] { return opened->store.entries(7, 1).size() == 1; },
+        .next = [=] { opened->store.record(visit, 5, noon); }};
+}
+
+Operation recordFirstVisit(const fs::path &folder) {
+    const auto opened = std::make_shared<Opened<RosterHistory>>(folder / "new" / "Ellwynd");
+    return {
+        .run = [=] { opened->store.record(visit, 7, noon); },
+        .isInMemory = [=] { return opened->store.entries().size() == 1; },
         .next = [=] { opened->store.record(visit, 5, noon); }};
 }
 
@@ -304,10 +313,13 @@ Operation exportRoster(const fs::path &folder) {
 struct Row {
     const char *name;
     Preparation prepare;
+    /// Whether it replaces a file more than once, so that one may be between old and new.
+    bool hasSteps = false;
 };
 
 const std::vector<Row> operations{
     {"record a visit", recordVisit},
+    {"record the first visit", recordFirstVisit},
     {"delete the history", deleteHistory},
     {"load the history", loadHistory},
     {"set the history aside", setHistoryAside},
@@ -317,7 +329,7 @@ const std::vector<Row> operations{
     {"load the templates", loadTemplates},
     {"set preferences", setPreferences},
     {"load and watch the preferences", loadAndWatchPreferences},
-    {"sync settings", syncSettings},
+    {"sync settings", syncSettings, true},
     {"write the widget files", writeWidgets},
     {"clear the widget files", clearWidgets},
     {"read the widget files", readWidgets},
@@ -355,7 +367,9 @@ std::string runFailing(
         const bool isOld = old != before.end() && old->second == bytes;
         const bool isNew = now != without.end() && now->second == bytes;
         // What could not be removed is a leftover for the next operation.
-        EXPECT_TRUE(isOld || isNew || files::isTemporaryName(fs::path(name).filename().string()))
+        const bool isLeftover = files::isTemporaryName(fs::path(name).filename().string());
+        const bool isWhole = row.hasSteps && nlohmann::json::accept(bytes);
+        EXPECT_TRUE(isOld || isNew || isLeftover || isWhole)
             << what << ": " << name << " is " << bytes;
     }
     operation.next();
@@ -370,6 +384,9 @@ int failedExpectations() {
 
 TEST(FailingCalls, AfterAnyFailureFilesAreWholeAndTheNextOperationSaves) {
     const test::LogCapture log;
+    // In memory, if the system has such a folder: thousands of files are written.
+    if (fs::is_directory("/dev/shm"))
+        qputenv("TMPDIR", "/dev/shm");
     int calls = 0;
     std::map<std::string, int> functions;
     for (const Row &row : operations) {
@@ -401,7 +418,7 @@ TEST(FailingCalls, AfterAnyFailureFilesAreWholeAndTheNextOperationSaves) {
     for (const auto &[function, count] : functions)
         std::cout << ' ' << function << ' ' << count;
     std::cout << '\n';
-    EXPECT_GE(calls, 1);
+    EXPECT_GE(calls, 649) << "calls of the operations above";
 }
 
 /// Two processes change a store a hundred times each, at once.

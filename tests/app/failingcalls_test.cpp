@@ -421,6 +421,19 @@ TEST(FailingCalls, AfterAnyFailureFilesAreWholeAndTheNextOperationSaves) {
     EXPECT_GE(calls, 649) << "calls of the operations above";
 }
 
+TEST(FailingCalls, AFileIsOnTheDiskBeforeItReplacesTheOldOne) {
+    const test::TemporaryFolder folder;
+    const test::FailingCall none(0, {});
+    files::replace(folder.path() / "a", "bytes");
+    std::vector<std::string> order;
+    for (const std::string &function : none.functions()) {
+        if (function == "write" || function == "fsync" || function == "rename")
+            order.push_back(function);
+    }
+    EXPECT_THAT(order, testing::ElementsAre("write", "fsync", "rename", "fsync"))
+        << "the last one is that of the folder";
+}
+
 /// Two processes change a store a hundred times each, at once.
 template<class Change>
 void changeInTwoProcesses(Change change) {

@@ -21,8 +21,7 @@ struct State {
     bool isActive = false;
     int number = 0;
     Fault fault;
-    int calls = 0;
-    const char *function = "";
+    std::vector<std::string> functions;
 };
 thread_local State state;
 
@@ -35,21 +34,28 @@ bool Fault::appliesTo(const std::string &function) const {
 }
 
 FailingCall::FailingCall(int number, Fault fault) {
-    state = {.isActive = true, .number = number, .fault = fault};
+    state = {.isActive = true, .number = number, .fault = fault, .functions = {}};
 }
 
 FailingCall::~FailingCall() {
     state.isActive = false;
 }
 
+const std::vector<std::string> &FailingCall::functions() const {
+    return state.functions;
+}
+
 std::string FailingCall::function() const {
-    return state.function;
+    const auto index = std::size_t(state.number) - 1;
+    return index < state.functions.size() ? state.functions[index] : "";
 }
 
 FailingCall::Outcome FailingCall::next(const char *function) {
-    if (!state.isActive || ++state.calls != state.number)
+    if (!state.isActive)
         return Outcome::real;
-    state.function = function;
+    state.functions.emplace_back(function);
+    if (state.functions.size() != std::size_t(state.number))
+        return Outcome::real;
     if (!state.fault.appliesTo(function))
         return Outcome::real;
     if (state.fault.code == Fault::shortTransfer)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace ellwynd::test {
 
@@ -29,7 +30,9 @@ class FailingCall {
     FailingCall(const FailingCall &) = delete;
     FailingCall &operator=(const FailingCall &) = delete;
 
-    /// The name of the function that was called `number`th; empty if there were fewer calls.
+    /// The names of the functions that were called, in order.
+    [[nodiscard]] const std::vector<std::string> &functions() const;
+    /// The one that was called `number`th; empty if there were fewer calls.
     [[nodiscard]] std::string function() const;
 
     /// The C library's view of whether the current call fails; for failingcalls.cpp.

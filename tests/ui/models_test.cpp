@@ -78,7 +78,7 @@ TEST(RosterModel, SortsByEveryColumn) {
              {RosterModel::lastActive, {2, 4, 3, 1}, {1, 3, 2, 4}},
              {RosterModel::level, {1, 2, 3, 4}, {4, 3, 2, 1}},
              {RosterModel::why, {1, 2, 3, 4}, {4, 3, 2, 1}},
-             {RosterModel::student, {4, 3, 2, 1}, {1, 2, 3, 4}},
+             {RosterModel::student, {4, 3, 1, 2}, {2, 1, 3, 4}},
              {RosterModel::course, {1, 2, 3, 4}, {4, 1, 2, 3}},
              {RosterModel::contacted, {1, 3, 2, 4}, {4, 2, 3, 1}}}) {
         filter.sort(row.column, Qt::AscendingOrder);

@@ -418,7 +418,7 @@ TEST(FailingCalls, AfterAnyFailureFilesAreWholeAndTheNextOperationSaves) {
     for (const auto &[function, count] : functions)
         std::cout << ' ' << function << ' ' << count;
     std::cout << '\n';
-    EXPECT_GE(calls, 649) << "calls of the operations above";
+    EXPECT_GE(calls, 600) << "an operation is not reached any more";
 }
 
 TEST(FailingCalls, AFileIsOnTheDiskBeforeItReplacesTheOldOne) {

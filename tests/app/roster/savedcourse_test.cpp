@@ -74,6 +74,7 @@ TEST(SavedCourse, IsScoredAgainAsOfTheDayItWasRead) {
     const auto read = std::make_shared<const ScoredCourse>(saved.score());
     const SharedCourse again = withCurrentThresholds(read, defaults);
     EXPECT_EQ(again->thresholds.passingScore, 61.5);
+    ASSERT_EQ(again->rows.back().reasonLines.size(), 1U);
     EXPECT_EQ(again->rows.back().reasonLines.back().text, "No recent activity (20 days)");
 }
 

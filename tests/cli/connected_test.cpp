@@ -72,6 +72,7 @@ TEST(Connected, TheTokenAppearsInNoFileAndNoOutput) {
         {"message", "4021", "--template", "Email", "--student", "77001", "--student", "1",
          "--note"},
         1);
+    EXPECT_FALSE(std::filesystem::exists(directories::data() / "ContactLog.json"));
     call({"-RememberContacts", "NO", "contacted", "4021", "77001"}, 1);
     EXPECT_THAT(allMessages, testing::EndsWith("\nContact marks are turned off in Settings.\n"));
     call({"message", "4021", "--template", "Referral Summary", "--student", "77001"}, 0);

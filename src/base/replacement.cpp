@@ -77,15 +77,20 @@ void copyAccess(int fd, const struct stat &from) {
     static_cast<void>(::fchmod(fd, mode));
 }
 
-/// The file behind a symbolic link, which need not exist yet. @throws FileError for a loop
+/// The file behind a symbolic link, which need not exist yet. @throws FileError for a loop, and
+/// when it cannot be determined whether there is a link, which would then be replaced
 fs::path linkTarget(fs::path file) {
     constexpr int maxLinks = 40;
     const fs::path named = file;
     for (int links = 0; links < maxLinks; ++links) {
         std::error_code error;
         const fs::path target = fs::read_symlink(file, error);
-        if (error)
+        const bool isNoLink = error == std::errc::invalid_argument ||
+            error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
+        if (isNoLink)
             return file;
+        if (error)
+            throw writeError(named, error.value());
         file = file.parent_path() / target;
     }
     throw writeError(named, ELOOP);

@@ -88,9 +88,13 @@ void PreferenceFile::apply(const Changes &changes) {
 std::vector<std::string> PreferenceFile::reloadIfChanged() {
     const files::Stamp now = files::stamp(path);
     // A missing file is not a change: the in-memory state is kept, and the next save writes it.
-    if (now.size == files::Stamp::absent)
+    if (now.size == files::Stamp::absent) {
         isReadable = true;
-    if (now.size < 0 || (isReadable && now == seen))
+        return {};
+    }
+    // Where the state cannot be determined, another process may have replaced the file.
+    const bool isSame = now == seen && now.size != files::Stamp::unknown;
+    if (isReadable && isSame)
         return {};
     const json before = saved;
     load();

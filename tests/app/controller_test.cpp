@@ -105,6 +105,9 @@ TEST_F(ControllerTest, AVisitShowsTheMovementAndIsRecorded) {
                 return entry.courseID == courseID && entry.recordedAt == test::noon;
             });
     };
+    controller.select(TermSelection{9001});
+    controller.refreshRoster();
+    ASSERT_EQ(roster().state, RosterView::State::shown);
     EXPECT_EQ(entriesToday(900101), 0) << "showing a term is not a visit";
     controller.select(CourseSelection{900101});
     EXPECT_EQ(

@@ -176,6 +176,9 @@ TEST_F(LiveControllerTest, AFailedRefreshKeepsTheRows) {
     canvas.plan(path(1, "enrollments"), {{.status = 401}});
     controller.refreshRoster();
     ASSERT_TRUE(until([&] { return !controller.roster().staleReason.empty(); }));
+    // The roster is shown again, with the contact.
+    core.stores.contacts.noteContact(1, controller.roster().rows.front().id, fetched);
+    ASSERT_EQ(controller.roster().outreach.size(), 1U);
     EXPECT_EQ(
         noteText(controller.roster()),
         "Canvas rejected the access token. Canvas may have refused access to Art only. Showing "

@@ -76,6 +76,22 @@ TEST(Calendar, DaysFollowTheZone) {
     EXPECT_EQ(calendar::daysBetween(at("2026-03-07T18:00:00Z"), at("2026-03-09T05:30:00Z")), 2);
     EXPECT_EQ(calendar::daysBetween(at("2026-09-24T05:00:00Z"), at("2026-09-24T04:59:59Z")), -1);
     EXPECT_EQ(calendar::dayKey(at("2026-09-24T04:59:59Z")), "2026-09-23");
+    struct Row {
+        const char *noon;
+        const char *begins;
+        const char *ends;
+        const char *noonTwoWeeksBefore;
+    };
+    for (const Row &row :
+         {Row{"2026-03-08T17:00:00Z", "2026-03-08T06:00:00Z", "2026-03-09T05:00:00Z",
+              "2026-02-22T18:00:00Z"},
+          Row{"2026-11-01T18:00:00Z", "2026-11-01T05:00:00Z", "2026-11-02T06:00:00Z",
+              "2026-10-18T17:00:00Z"}}) {
+        const Date noon = at(row.noon);
+        EXPECT_EQ(formatInstant(calendar::startOfDay(noon)), row.begins);
+        EXPECT_EQ(formatInstant(calendar::startOfNextDay(noon)), row.ends);
+        EXPECT_EQ(formatInstant(calendar::daysBefore(noon, 14)), row.noonTwoWeeksBefore);
+    }
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <unistd.h>
 
 namespace ellwynd {
@@ -172,19 +171,6 @@ TEST(Files, AFileOfTheTeachersMayBeASymbolicLink) {
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_THROW(files::replaceForTeacher(pipe, "new"), FileError);
     EXPECT_TRUE(fs::is_fifo(pipe));
-}
-
-TEST(Files, AFullDiskKeepsTheOldFile) {
-    const TemporaryFolder folder;
-    const auto file = folder.write("memory.json", "old");
-    const auto before = std::signal(SIGXFSZ, SIG_IGN);
-    {
-        const ResourceLimit full(RLIMIT_FSIZE, 2);
-        EXPECT_THROW(files::replace(file, "new bytes"), FileError);
-    }
-    std::signal(SIGXFSZ, before);
-    EXPECT_EQ(folder.read("memory.json"), "old");
-    EXPECT_EQ(namesIn(folder.path()).size(), 1U);
 }
 
 TEST(Files, FailedReplaceKeepsTheOldFile) {

@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
 
 #include <sstream>
 
@@ -254,7 +255,7 @@ TEST_F(CommandsTest, AChangeThatCannotBeSavedIsAFailure) {
     const auto loop = folder.path() / "loop";
     std::filesystem::create_symlink("loop", loop);
     for (const auto &preferences :
-         {loop / "Preferences.json", std::filesystem::path("/dev/null/Preferences.json")}) {
+         {loop / "Preferences.json", folder.write("plain", "") / "Preferences.json"}) {
         for (const std::vector<std::string> &words : std::vector<std::vector<std::string>>{
                  {"defaults", "write", "TextScale", "1.2"},
                  {"--sample", "thresholds", "900101", "--passing", "72.5"}}) {
@@ -299,9 +300,12 @@ TEST_F(CommandsTest, WriteTheirResultToAFile) {
     EXPECT_EQ(call({"--sample", "courses", "-o", folder.path() / "link"}).status, 0);
     EXPECT_TRUE(std::filesystem::is_symlink(folder.path() / "link"));
     EXPECT_THAT(folder.read("out.json"), HasSubstr("Fall 2026"));
-    for (const std::string blocked : {"/dev/null", "/proc/nowhere/file", "/"})
+    const std::filesystem::path pipe = folder.path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::filesystem::path &blocked :
+         {pipe, folder.path() / "nowhere" / "file", folder.path()})
         EXPECT_EQ(call({"--sample", "courses", "-o", blocked}).status, 1) << blocked;
-    EXPECT_FALSE(std::filesystem::is_regular_file("/dev/null"));
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }
 
 TEST(Table, AlignsByWidthAndKeepsTheTerminalSafe) {

@@ -22,6 +22,13 @@ using testing::Not;
 
 std::string allMessages;
 
+/// Without locks.
+std::ptrdiff_t filesIn(const std::filesystem::path &folder) {
+    return std::ranges::count_if(
+        std::filesystem::directory_iterator(folder),
+        [](const auto &entry) { return entry.path().extension() == ".json"; });
+}
+
 TEST(Connected, TheTokenAppearsInNoFileAndNoOutput) {
     test::trustAuthority();
     const test::TemporaryFolder folder;
@@ -59,7 +66,15 @@ TEST(Connected, TheTokenAppearsInNoFileAndNoOutput) {
     EXPECT_THAT(call({"thresholds", "4021", "--passing", "40"}, 0), HasSubstr("40% passing"));
     EXPECT_EQ(json::parse(call({"roster", "4021", "--json"}, 0))["rows"][0]["level"], nullptr);
 
-    // A contact is recorded by id, and only with --note.
+    // A contact is recorded by id, only with --note, and not with one that is refused.
+    call({"contacted", "4021", "77001", "1"}, 1);
+    call(
+        {"message", "4021", "--template", "Email", "--student", "77001", "--student", "1",
+         "--note"},
+        1);
+    EXPECT_FALSE(std::filesystem::exists(directories::data() / "ContactLog.json"));
+    call({"-RememberContacts", "NO", "contacted", "4021", "77001"}, 1);
+    EXPECT_THAT(allMessages, testing::EndsWith("\nContact marks are turned off in Settings.\n"));
     call({"message", "4021", "--template", "Referral Summary", "--student", "77001"}, 0);
     EXPECT_THAT(call({"roster", "4021", "--csv"}, 0), testing::EndsWith(",never,,,\n"));
     EXPECT_EQ(
@@ -118,7 +133,9 @@ TEST(Connected, TheTokenAppearsInNoFileAndNoOutput) {
     EXPECT_THAT(allMessages, HasSubstr("\nThe list of submissions is incomplete"));
     canvas.token = "another";
     call({"courses"}, 1);
+    EXPECT_EQ(filesIn(directories::widgetContainer()), 2);
     call({"disconnect"}, 0);
+    EXPECT_EQ(filesIn(directories::widgetContainer()), 0);
     EXPECT_EQ(json::parse(call({"status", "--json"}, 0))["state"], "not connected");
     call({"courses"}, 3);
     Log::setSink(nullptr);

@@ -171,6 +171,22 @@ TEST_F(MovementTest, LevelTrendTextDescribesTwoWeeks) {
         levelTrendText(RiskLevel::concern, earlier, today), "Concern: 0 now, down from 1 earlier.");
     EXPECT_EQ(levelTrendText(RiskLevel::watch, {}, today), "Watch: 2 now, unchanged.");
 
+    // Fourteen days are calendar days, also across a change of the clocks and close to midnight.
+    struct Row {
+        const char *today;
+        const char *recorded;
+        bool counts;
+    };
+    for (const Row &each :
+         {Row{"2026-11-09T05:30:00Z", "2026-10-25T05:30:00Z", true},
+          Row{"2026-11-09T05:30:00Z", "2026-10-25T04:30:00Z", false},
+          Row{"2026-03-15T05:30:00Z", "2026-03-01T06:30:00Z", true},
+          Row{"2026-03-15T05:30:00Z", "2026-03-01T05:30:00Z", false}}) {
+        history.fill({entry(7, 1, at(each.recorded), "Watch")});
+        EXPECT_EQ(lastTwoWeeks(history, 7, at(each.today)).size(), each.counts ? 1U : 0U)
+            << each.recorded;
+    }
+
     // Two visits on one day, of which a change of the zone is the usual cause.
     for (const bool laterFirst : {false, true}) {
         std::vector<RosterSnapshot> visits{

@@ -135,11 +135,33 @@ TEST_F(ContactsTest, AnUnsavedContactDoesNotReplaceALaterOne) {
     EXPECT_EQ(ContactLog(defaults, data(), noonClock).records(), window.records());
 }
 
-TEST_F(ContactsTest, CopiesSetAsideGoWithTheRecords) {
-    write("[]");
-    const auto copy = folder.write("data/ContactLog.unreadable-1790251200.json", "old");
+TEST_F(ContactsTest, CopiesGoWithTheRecords) {
+    for (const bool isDeleted : {false, true}) {
+        write("[]");
+        const auto copy = folder.write("data/ContactLog.unreadable-1790251200.json", "old");
+        ContactLog contacts(defaults, data(), noonClock);
+        const auto unfinished = folder.write("data/.ContactLog.json.new-abc123", "killed");
+        if (isDeleted)
+            contacts.deleteAll();
+        else
+            ContactLog(defaults, data(), noonClock);
+        EXPECT_EQ(std::filesystem::exists(copy), !isDeleted);
+        EXPECT_FALSE(std::filesystem::exists(unfinished)) << isDeleted;
+    }
+}
+
+TEST_F(ContactsTest, ChangesOfAnotherProcessAreTakenOver) {
+    ContactLog window(defaults, data(), noonClock);
+    window.noteContact(7, 1, noon);
+    write("[broken");
+    window.noteContact(7, 2, noon);
+    EXPECT_EQ(window.records().size(), 2U) << "a damaged file empties nothing";
+    EXPECT_EQ(ContactLog(defaults, data(), noonClock).records(), window.records());
     ContactLog(defaults, data(), noonClock).deleteAll();
-    EXPECT_FALSE(std::filesystem::exists(copy));
+    window.noteContact(7, 3, noon);
+    EXPECT_THAT(window.records(), ElementsAre(ContactRecord{7, 3, noon})) << "none comes back";
+    ContactLog(defaults, data(), noonClock).noteContact(7, 4, noon);
+    EXPECT_EQ(window.deleteAll().entries.size(), 2U);
 }
 
 TEST_F(ContactsTest, SwitchingOffDeletesRecordsAndStopsRecording) {
@@ -150,6 +172,17 @@ TEST_F(ContactsTest, SwitchingOffDeletesRecordsAndStopsRecording) {
     EXPECT_FALSE(std::filesystem::exists(data() / "ContactLog.json"));
     window.noteContact(7, 1, noon);
     EXPECT_EQ(contactsStatus(window), "Nothing recorded.");
+
+    // Switched off for one run, in which nothing is read, and by another process.
+    defaults.set(preferences::rememberContacts, true);
+    window.noteContact(7, 1, noon);
+    const auto file = folder.path() / "Preferences.json";
+    UserDefaults forOneRun(file, {{"RememberContacts", false}});
+    EXPECT_TRUE(ContactLog(forOneRun, data(), noonClock).records().empty());
+    UserDefaults(file, {}).set(preferences::rememberContacts, false);
+    EXPECT_TRUE(std::filesystem::exists(data() / "ContactLog.json"));
+    defaults.reloadIfChanged();
+    EXPECT_FALSE(std::filesystem::exists(data() / "ContactLog.json"));
 }
 
 TEST_F(ContactsTest, ChangesAreUndoneExactly) {

@@ -66,6 +66,9 @@ TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
     const Date yesterday = at("2026-09-24T04:59:59Z"); // 23:59:59 in Chicago
     const Date midnight = at("2026-09-24T05:00:00Z");
     const Date evening = at("2026-09-25T04:59:59Z");
+    // As recorded before the clock was set back, or in a zone further east.
+    const Date nextDay = at("2026-09-25T05:00:00Z");
+    history.record({row(1, "Concern")}, 7, nextDay);
     history.record({row(1, "Watch")}, 7, yesterday);
     history.record({row(1, "Watch"), row(2, "OK")}, 7, midnight);
     history.record({row(1, "OK")}, 8, midnight);
@@ -74,10 +77,10 @@ TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
     EXPECT_THAT(
         history.entries(),
         ElementsAre(
-            entry(7, 1, yesterday, "Watch"), entry(8, 1, midnight, "OK"),
-            entry(7, 1, evening, "At Risk", 2)));
-    EXPECT_EQ(history.dayCount(), 2);
-    EXPECT_EQ(history.entries(7, 1).size(), 2U);
+            entry(7, 1, nextDay, "Concern"), entry(7, 1, yesterday, "Watch"),
+            entry(8, 1, midnight, "OK"), entry(7, 1, evening, "At Risk", 2)));
+    EXPECT_EQ(history.dayCount(), 3);
+    EXPECT_EQ(history.entries(7, 1).size(), 3U);
     EXPECT_TRUE(history.entries(7, 2).empty()) << "has left the roster";
 }
 
@@ -206,8 +209,17 @@ TEST_F(HistoryTest, CopiesSetAsideGoWithTheHistory) {
     EXPECT_TRUE(std::filesystem::exists(kept));
     EXPECT_FALSE(std::filesystem::exists(expired));
     EXPECT_EQ(filesSetAside(), 2U) << "with the file of today";
+    history.record({row(1, "Watch")}, 7, noon);
+    const auto unfinished = [&] {
+        return folder.write("data/.RosterHistory.json.new-abc123", "of a killed writer");
+    };
+    const auto atOpen = unfinished();
+    static_cast<void>(open());
+    EXPECT_FALSE(std::filesystem::exists(atOpen));
+    const auto atDelete = unfinished();
     history.deleteAll();
     EXPECT_EQ(filesSetAside(), 0U);
+    EXPECT_FALSE(std::filesystem::exists(atDelete));
 }
 
 TEST_F(HistoryTest, AFileThatCannotBeRemovedIsEmptiedLater) {
@@ -367,6 +379,16 @@ TEST_F(HistoryTest, SwitchingOffDeletesEntriesAndStopsRecording) {
     EXPECT_EQ(historyStatus(history), "Nothing recorded.");
     defaults.set("RememberRosterHistory", std::string("neither"));
     EXPECT_TRUE(history.isEnabled());
+
+    // Switched off by another process.
+    history.record({row(1, "Watch")}, 7, noon);
+    UserDefaults(folder.path() / "Preferences.json", {})
+        .set(preferences::rememberRosterHistory, false);
+    EXPECT_TRUE(std::filesystem::exists(data() / fileName));
+    defaults.reloadIfChanged();
+    EXPECT_TRUE(history.entries().empty());
+    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    defaults.remove("RememberRosterHistory");
 
     RosterHistory inMemory(defaults, std::nullopt, noonClock);
     inMemory.record({row(1, "Watch")}, 900'101, noon);

@@ -296,19 +296,6 @@ TEST(UserDefaults, AWatchedFileIsReread) {
     EXPECT_EQ(window.value(preferences::textScale), 1.5);
 }
 
-TEST(UserDefaults, ValuesThatCannotBeSavedAreKeptInMemory) {
-    const Store store;
-    // A file in place of the folder.
-    (void)store.folder.write("blocked", "");
-    UserDefaults defaults(store.folder.path() / "blocked" / "Preferences.json", {});
-    defaults.set(preferences::textScale, 1.5);
-    EXPECT_EQ(defaults.value(preferences::textScale), 1.5);
-    std::filesystem::remove(store.folder.path() / "blocked");
-    defaults.set(preferences::rosterCompactRows, true);
-    const UserDefaults reopened(store.folder.path() / "blocked" / "Preferences.json", {});
-    EXPECT_EQ(reopened.value(preferences::textScale), 1.5) << "the next save writes it";
-}
-
 TEST(LaunchArguments, LeadingPairsArePreferences) {
     struct Row {
         std::vector<std::string> words;

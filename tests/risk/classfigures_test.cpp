@@ -72,6 +72,7 @@ TEST(ClassFigures, QuietDaysAreWholeAndNeverNegative) {
 TEST(MissedWork, ListsTheMostMissedFirst) {
     Classroom room;
     room.missing(9, {2, 1}).missing(3, {2, 1, 4}).missing(9, {2}).missing(1, {5, 6, 7});
+    room.handedIn(1, {1, 2}).overdue(1, {8});
     const auto work = missedWork(room.submissions, 3, {{1, "b"}, {2, "a"}, {4, "Z"}, {5, ""}});
     std::vector<std::string> names;
     for (const MissedAssignment &assignment : work)

@@ -32,6 +32,8 @@ TEST(Scorer, ScoresASingleStudent) {
     Classroom oddPass = one(72.4);
     oddPass.passing = 72.5;
     const std::initializer_list<std::int64_t> ten{11, 12, 13, 14, 15, 16, 17, 18, 19, 20};
+    Classroom nearFiftyPass = one(50.2).missing(1, {1, 2, 3, 4, 5}).handedIn(1, ten);
+    nearFiftyPass.passing = 50.5;
     const std::vector<Row> rows{
         {"no data", one(std::nullopt), 0, std::nullopt, {}},
         {"damped by fifteen points",
@@ -94,6 +96,21 @@ TEST(Scorer, ScoresASingleStudent) {
          RiskLevel::watch,
          {"6 past-due unsubmitted"}},
         {"due now", one(std::nullopt).overdue(1, {1}, 0), 0, std::nullopt, {}},
+        {"a strong grade damps past-due work",
+         one(100).overdue(1, {1, 2, 3, 4, 5}),
+         0.1 * 0.4,
+         std::nullopt,
+         {"5 past-due unsubmitted"}},
+        {"a strong grade damps low time in course",
+         one(100).student(2, std::nullopt, std::nullopt, 36'000),
+         0.2 * 0.4,
+         std::nullopt,
+         {"Low time in course (0h vs 10h median)"}},
+        {"less than a point between fifty and passing",
+         nearFiftyPass,
+         0.25 * 0.3 + 0.3,
+         RiskLevel::concern,
+         {"5 of 15 assignments missing", "Current score 50% (below 50%)"}},
         {"a negative score", one(-3), 0.5, RiskLevel::atRisk, {"Current score -3% (below 70%)"}},
         {"rounding to zero", one(-0.2), 0.5, RiskLevel::atRisk, {"Current score 0% (below 70%)"}},
         {"a huge score", one(1e300), 0, std::nullopt, {}},
@@ -103,6 +120,37 @@ TEST(Scorer, ScoresASingleStudent) {
         EXPECT_NEAR(scored.score, row.score, 1e-12) << row.what;
         EXPECT_EQ(scored.level, row.level) << row.what;
         EXPECT_EQ(sentences(scored), row.why) << row.what;
+    }
+}
+
+TEST(Scorer, WorkIsSetOnceItIsDueHandedInOrScored) {
+    const Date yesterday = test::noon - std::chrono::days(1);
+    struct Row {
+        SubmissionSummary submission;
+        bool isSet;
+        bool isPastDue = false;
+    };
+    for (const Row &row :
+         {Row{{.workflowState = "unsubmitted"}, false},
+          Row{{.workflowState = "unsubmitted", .cachedDueDate = test::noon}, false},
+          Row{{.workflowState = "unsubmitted", .cachedDueDate = yesterday}, true, true},
+          Row{{.workflowState = "new_state", .cachedDueDate = yesterday}, true},
+          Row{{.workflowState = "submitted", .cachedDueDate = yesterday}, true},
+          Row{{.workflowState = "new_state"}, false},
+          Row{{.workflowState = "unsubmitted", .score = 0}, true},
+          Row{{.workflowState = "submitted"}, true}, Row{{.workflowState = "graded"}, true},
+          Row{{.workflowState = "pending_review"}, true}}) {
+        Classroom room;
+        room.student(1).missing(1, {1});
+        room.submissions.push_back(row.submission);
+        room.submissions.back().userID = 1;
+        room.submissions.back().assignmentID = 2;
+        std::vector<std::string> why{
+            row.isSet ? "1 of 2 assignments missing" : "1 of 1 assignments missing"};
+        if (row.isPastDue)
+            why.emplace_back("1 past-due unsubmitted");
+        EXPECT_EQ(sentences(room.row(1)), why)
+            << row.submission.workflowState << row.submission.cachedDueDate.has_value();
     }
 }
 
@@ -190,6 +238,7 @@ TEST(Scorer, InactivityIsMeasuredAgainstTheClass) {
              {"fourteen behind", 17 * day, 3 * day, 1, {"No recent activity (17 days)"}},
              {"thirty behind", 33 * day, 3 * day, 1, {"No recent activity (33 days)"}},
              {"a quiet class", 20 * day, 15 * day, 0, {}},
+             {"ahead of a quiet class", 0, 20 * day, 0, {}},
              {"no recorded activity", std::nullopt, 3 * day, 1, {"No recorded activity"}},
              {"class quiet for 30 days", std::nullopt, 30 * day, 1, {"No recorded activity"}},
              {"class quiet for longer", std::nullopt, 30 * day + 1, 0, {}},
@@ -265,15 +314,29 @@ TEST(Scorer, SectionsOfAStudentAreMerged) {
     EXPECT_EQ(rows[0].currentScore, 88);
     EXPECT_EQ(rows[0].lastActivityAt, test::noon - std::chrono::days(1));
     EXPECT_EQ(rows[0].totalActivityTime, 18'000);
+
+    Classroom ungradedFirst;
+    ungradedFirst.student(1).student(1, 40).student(1, 88);
+    EXPECT_EQ(ungradedFirst.row(1).currentScore, 40) << "of the first section that has grades";
 }
 
 TEST(Scorer, EqualScoresKeepTheirOrder) {
     Classroom room;
-    room.student(5, 90).student(3, 55).student(9, 90).student(2, 55).student(1, 20);
+    // So many that an unstable sort reorders them.
+    std::vector<std::int64_t> low;
+    std::vector<std::int64_t> fine;
+    for (std::int64_t student = 80; student > 1; --student) {
+        room.student(student, student % 3 == 0 ? 55 : 90);
+        (student % 3 == 0 ? low : fine).push_back(student);
+    }
+    room.student(1, 20);
+    std::vector<std::int64_t> expected{1};
+    expected.insert(expected.end(), low.begin(), low.end());
+    expected.insert(expected.end(), fine.begin(), fine.end());
     std::vector<std::int64_t> order;
     for (const RiskRow &row : room.score())
         order.push_back(row.id);
-    EXPECT_THAT(order, ElementsAre(1, 3, 2, 5, 9));
+    EXPECT_EQ(order, expected);
 }
 
 TEST(Scorer, StudentNamesFallBack) {

@@ -166,6 +166,8 @@ TEST_F(MessagesPaneTest, EditsAreSavedWhenTheFocusMovesOrTheWindowCloses) {
     tabTo("Message");
     const QString before = body()->toPlainText();
     type("Last words. ");
+    // Another process changes another template meanwhile.
+    store.update(store.templates()[0].id, "Email", before.toStdString());
     window.reset();
     const std::vector<MessageTemplate> templates = TemplateStore(folder.path()).templates();
     EXPECT_EQ(templates.back().body, "Last words. " + before.toStdString());

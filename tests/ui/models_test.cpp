@@ -35,6 +35,7 @@ std::vector<RiskRow> someRows() {
     rows[1].level = RiskLevel::watch;
     rows[1].reasonLines = {{.text = "1 of 9 assignments missing"}};
     rows[2].lastActivityAt = test::noon - std::chrono::days(9);
+    rows[3].courseName = "Chem";
     return rows;
 }
 
@@ -51,7 +52,20 @@ TEST(RosterModel, SortsByEveryColumn) {
     RosterFilter filter;
     filter.setSourceModel(&model);
     const QAbstractItemModelTester filterTester(&filter, strict);
-    model.setRoster({.rows = someRows()}, test::noon);
+    RosterView roster{.rows = someRows()};
+    const auto wrote = [&](std::int64_t course, std::int64_t id, int ago, RiskLevel level) {
+        roster.outreach[{course, id}] = {
+            .contactedAt = test::noon - std::chrono::days(ago),
+            .levelThen = RecordedLevel(RiskLevel::watch),
+            .levelNow = level,
+            .daysSince = ago};
+    };
+    // The first awaits follow-up, although another contact is older.
+    wrote(1, 1, 8, RiskLevel::atRisk);
+    roster.rows[1].level = RiskLevel::watch;
+    wrote(1, 2, 3, RiskLevel::watch);
+    roster.outreach[{1, 3}] = {.contactedAt = test::noon - std::chrono::days(20), .daysSince = 20};
+    model.setRoster(roster, test::noon);
     EXPECT_THAT(order(filter), ElementsAre(1, 2, 3, 4));
     struct Row {
         int column;
@@ -62,7 +76,11 @@ TEST(RosterModel, SortsByEveryColumn) {
              {RosterModel::score, {1, 2, 3, 4}, {4, 2, 3, 1}},
              {RosterModel::missing, {1, 2, 3, 4}, {2, 3, 4, 1}},
              {RosterModel::lastActive, {2, 4, 3, 1}, {1, 3, 2, 4}},
-             {RosterModel::level, {1, 2, 3, 4}, {4, 3, 2, 1}}}) {
+             {RosterModel::level, {1, 2, 3, 4}, {4, 3, 2, 1}},
+             {RosterModel::why, {1, 2, 3, 4}, {4, 3, 2, 1}},
+             {RosterModel::student, {4, 3, 1, 2}, {2, 1, 3, 4}},
+             {RosterModel::course, {1, 2, 3, 4}, {4, 1, 2, 3}},
+             {RosterModel::contacted, {1, 3, 2, 4}, {4, 2, 3, 1}}}) {
         filter.sort(row.column, Qt::AscendingOrder);
         EXPECT_EQ(order(filter), row.ascending) << row.column;
         filter.sort(row.column, Qt::DescendingOrder);
@@ -90,6 +108,8 @@ TEST(RosterModel, FiltersByEveryWord) {
              {"missing 8", {}},
              {"<b>", {4}},
              {"at risk", {1}},
+             {"chem", {4}},
+             {"bio watch", {2}},
              {".*", {}}}) {
         filter.setWords(QString::fromUtf8(row.typed));
         EXPECT_EQ(order(filter), row.shown) << row.typed;
@@ -99,12 +119,15 @@ TEST(RosterModel, FiltersByEveryWord) {
 TEST(MissingWorkModel, DescribesItsRows) {
     MissingWorkModel model(
         {{.id = 1, .name = "Essay", .studentIDs = {1, 2, 3}, .rosterSize = 4, .isClassWide = true},
-         {.id = 2, .name = "Quiz", .studentIDs = {1}, .rosterSize = 4}});
+         {.id = 2, .name = "Quiz", .studentIDs = {1}, .rosterSize = 6},
+         {.id = 3, .name = "Lab", .studentIDs = {1}, .rosterSize = 3}});
     const QAbstractItemModelTester tester(&model, strict);
     const auto text = [&](int row, int column, int role) {
         return model.index(row, column).data(role).toString().toStdString();
     };
     EXPECT_EQ(text(0, MissingWorkModel::share, Qt::DisplayRole), "75%");
+    EXPECT_EQ(text(1, MissingWorkModel::share, Qt::DisplayRole), "17%") << "rounded";
+    EXPECT_EQ(text(2, MissingWorkModel::share, Qt::DisplayRole), "33%");
     EXPECT_EQ(text(1, MissingWorkModel::missing, Qt::DisplayRole), "1");
     EXPECT_EQ(text(0, 0, Qt::ToolTipRole), classWideTooltip);
     EXPECT_EQ(text(1, 0, Qt::ToolTipRole), "");
@@ -114,8 +137,10 @@ TEST(MissingWorkModel, DescribesItsRows) {
 }
 
 TEST(SidebarModel, FindsWhatIsSelected) {
-    SidebarModel model(
-        [](std::int64_t id) { return id == 10 ? std::optional<std::int64_t>(3) : std::nullopt; });
+    std::map<std::int64_t, std::int64_t> flagged{{10, 3}, {12, 0}};
+    SidebarModel model([&](std::int64_t id) {
+        return flagged.contains(id) ? std::optional(flagged.at(id)) : std::nullopt;
+    });
     const QAbstractItemModelTester tester(&model, strict);
     const std::vector<TermGroup> terms{
         {.term = Term{.id = 1, .name = "Fall"},
@@ -136,8 +161,23 @@ TEST(SidebarModel, FindsWhatIsSelected) {
 
     // The same terms again only refresh the counts.
     const QPersistentModelIndex kept = bio;
+    std::set<std::int64_t> refreshed;
+    QObject::connect(
+        &model, &SidebarModel::dataChanged, &model, [&](const auto &first, const auto &last) {
+            for (int row = first.row(); row <= last.row(); ++row)
+                refreshed.insert(
+                    first.siblingAtRow(row).data(SidebarModel::courseIDRole).toLongLong());
+        });
+    flagged = {{10, 1}, {11, 2}};
     model.setTerms(terms);
     EXPECT_TRUE(kept.isValid());
+    EXPECT_THAT(refreshed, ElementsAre(10, 11, 12));
+    const auto badge = [&](std::int64_t id) {
+        return model.indexOf(CourseSelection{id}).data(SidebarModel::flaggedRole);
+    };
+    EXPECT_EQ(badge(10).toInt(), 1);
+    EXPECT_EQ(badge(11).toInt(), 2);
+    EXPECT_FALSE(badge(12).isValid());
 }
 
 } // namespace

@@ -5,12 +5,14 @@
 #include "base/json.h"
 #include "base/log.h"
 
+#include <QPointer>
 #include <QScopedValueRollback>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <utility>
 
 namespace ellwynd {
 
@@ -88,6 +90,10 @@ void SettingsSync::storeDidChange(const CloudChange &change) {
         logger.error("iCloud key-value quota violated; settings sync is stalled");
         return;
     }
+    if (agreedIsUnavailable)
+        loadAgreed();
+    if (agreedIsUnavailable)
+        return;
     const CloudContents &contents = *store.contents();
     const bool mayPush = !change.followsWrite || !change.keys.empty();
     if (contents.mark.empty()) {
@@ -135,6 +141,7 @@ void SettingsSync::apply(PreferenceChanges changes, const std::string &mark) {
 void SettingsSync::loadAgreed() {
     agreed.reset();
     agreedMark.clear();
+    const bool wasUnavailable = std::exchange(agreedIsUnavailable, false);
     try {
         const auto text = files::read(agreedFile, agreedLimit);
         const json read = text ? parseJSON(*text) : json();
@@ -148,6 +155,10 @@ void SettingsSync::loadAgreed() {
             if (auto known = fromJSON(value))
                 agreed->emplace(key, *std::move(known));
         }
+    } catch (const FileUnavailable &error) {
+        agreedIsUnavailable = true;
+        if (!wasUnavailable)
+            logger.error(fmt::format("Couldn't read the settings last synced: {}", error.what()));
     } catch (const FileError &error) {
         // The next scan is then a first one.
         logger.error(fmt::format("Couldn't read the settings last synced: {}", error.what()));
@@ -165,15 +176,22 @@ void SettingsSync::saveAgreed() {
         settings[key] = asJSON(value);
     auto text = std::make_shared<std::string>(
         prettyJSON({{"folder", agreedMark}, {"settings", std::move(settings)}}));
-    const auto save = [file = agreedFile, text] {
+    const auto isSaved = std::make_shared<bool>(false);
+    const auto save = [file = agreedFile, text, isSaved] {
         try {
             const files::Lock lock(file);
             files::replace(file, *text);
+            *isSaved = true;
         } catch (const FileError &error) {
             logger.error(fmt::format("Couldn't save the settings last synced: {}", error.what()));
         }
     };
-    queue.run(save, [] {});
+    // The next scan tries again.
+    const auto saved = [self = QPointer(this), isSaved] {
+        if (self && !*isSaved)
+            self->agreedIsUnsaved = true;
+    };
+    queue.run(save, saved);
 }
 
 void SettingsSync::removeSyncedSettings() {

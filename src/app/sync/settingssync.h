@@ -73,6 +73,9 @@ class SettingsSync : public QObject {
     std::optional<PreferenceMap> agreed;
     /// The mark of the store that `agreed` was agreed with.
     std::string agreedMark;
+    /// Whether the file could not be read for a reason that may pass. Nothing is merged before it
+    /// can be: without it, every change made here would count as older than the store's.
+    bool agreedIsUnavailable = false;
     /// Whether `agreed` differs from its file.
     bool agreedIsUnsaved = false;
     /// Synced keys changed here since the sync was started that were not merged yet.

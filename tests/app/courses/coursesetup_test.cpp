@@ -104,6 +104,11 @@ TEST(CourseSetup, OffersTheCoursesOfEarlierTermsAndSuggestsTheEarlierEdition) {
               {course(2, laterUndated, "CS 101"), course(3, fall, "CS 101"), other},
               {3, 90},
               3},
+             {"a term without a date, for a course of a term with one",
+              course(1, fall, "CS 101"),
+              {course(2, undated, "CS 101")},
+              {2},
+              2},
              {"nothing to offer", course(1, fall, "CS 101"), {}, {}, std::nullopt},
              {"names may contain markup and control characters",
               course(1, fall, std::nullopt, "<b>\"CS\" 1</b>\n|"),
@@ -163,6 +168,12 @@ TEST(CourseSetup, IsCopiedAndUndone) {
     EXPECT_FALSE(courseSettings::has(defaults, 2, courseSettings::iconColor));
     defaults.update(replaced);
     EXPECT_EQ(defaults.persistentDomain(), before);
+
+    defaults.update({{"Course.1.InactivityDays", std::int64_t{9}}, {"Course.1.IconColor", "teal"}});
+    (void)copyCourseSetup(defaults, 1, 2);
+    EXPECT_EQ(courseSetup(defaults, 2), courseSetup(defaults, 1));
+    EXPECT_EQ(courseSetup(defaults, 2).inactivityDays, 9);
+    EXPECT_EQ(courseSetup(defaults, 2).icon.color, "teal");
 
     EXPECT_TRUE(copyCourseSetup(defaults, 3, 2).empty());
     EXPECT_EQ(courseSetup(defaults, 3), CourseSetup{});

@@ -141,7 +141,7 @@ TEST_F(DashboardTest, TheTrendIncludesDaysOfOtherMachines) {
     EXPECT_EQ(card.mostMissed, std::nullopt);
 }
 
-/// A fake Canvas with a course in the current term, one in the next term and one in an old term.
+/// A fake Canvas with two courses in the current term, one in the next term and one in an old term.
 struct PassTest : testing::Test {
     test::Core core{{{"MovementNotifications", true}}, test::noonClock};
     test::FakeCanvas canvas;
@@ -157,9 +157,10 @@ struct PassTest : testing::Test {
             {R"({"id":1,"name":"Art","term":{"id":9,"name":"Fall","start_at":"2026-09-01T00:00:00Z",
                  "end_at":"2026-12-20T00:00:00Z"}})",
              R"({"id":2,"name":"Bio","term":{"id":10,"name":"Winter","start_at":"2026-11-01T00:00:00Z"}})",
+             R"({"id":4,"name":"Drama","term":{"id":9,"name":"Fall"}})",
              R"({"id":3,"name":"Old","term":{"id":8,"name":"Spring","start_at":"2026-01-01T00:00:00Z",
                  "end_at":"2026-05-20T00:00:00Z"}})"});
-        for (const int course : {1, 2, 3})
+        for (const int course : {1, 2, 3, 4})
             serveScore(course, 90);
         QObject::connect(
             &controller, &MainWindowController::passDidEnd, &controller,
@@ -201,6 +202,8 @@ TEST_F(PassTest, ScoresTheNearbyTermsAndWritesTheirCounts) {
     EXPECT_THAT(passes, ElementsAre(true));
     ASSERT_EQ(controller.dashboard().model().terms.size(), 2U);
     EXPECT_EQ(controller.dashboard().shownTerm()->title, "Fall");
+    EXPECT_EQ(controller.dashboard().model().terms.front().title, "Winter")
+        << "in the order of the menu, although scored last";
     EXPECT_EQ(controller.dashboard().model().updatedAt, noon);
     EXPECT_EQ(controller.flaggedStudents(2), 0);
     EXPECT_EQ(controller.flaggedStudents(3), std::nullopt) << "not nearby";
@@ -210,7 +213,9 @@ TEST_F(PassTest, ScoresTheNearbyTermsAndWritesTheirCounts) {
     EXPECT_EQ(file->automaticTermID, 9);
     ASSERT_EQ(file->terms.size(), 2U);
     EXPECT_EQ(file->terms[0].title, "Winter");
+    ASSERT_EQ(file->terms[1].courses.size(), 2U);
     EXPECT_EQ(file->terms[1].courses[0].name, "Art");
+    EXPECT_EQ(file->terms[1].courses[1].name, "Drama");
     EXPECT_EQ(widgets().find("Student"), std::string::npos);
     // A scored course is shown at once.
     controller.select(CourseSelection{1});
@@ -247,10 +252,14 @@ TEST_F(PassTest, ATermWithAFailedCourseIsLeftOut) {
     // In the automatic term: nothing is written.
     const std::string kept = widgets();
     const int reloads = core.widgetReloads;
-    canvas.plan(path(1, "enrollments"), {{.status = 404}});
-    pass();
-    EXPECT_EQ(widgets(), kept);
-    EXPECT_EQ(core.widgetReloads, reloads);
+    for (const int failing : {1, 4}) {
+        canvas.plan(path(failing, "enrollments"), {{.status = 404}});
+        pass();
+        EXPECT_FALSE(passes.back());
+        EXPECT_EQ(widgets(), kept) << failing;
+        EXPECT_EQ(core.widgetReloads, reloads) << failing;
+        EXPECT_EQ(controller.dashboard().shownTerm()->cards.size(), 2U) << failing;
+    }
 }
 
 TEST_F(PassTest, ASignOutOrALaterPassStopsARunningPass) {
@@ -268,6 +277,8 @@ TEST_F(PassTest, ASignOutOrALaterPassStopsARunningPass) {
     EXPECT_EQ(passes.size(), 1U);
     EXPECT_TRUE(widgets().empty());
     EXPECT_TRUE(controller.dashboard().model().terms.empty());
+    for (const int course : {1, 2, 4})
+        EXPECT_EQ(controller.flaggedStudents(course), std::nullopt) << "not even cached";
 
     // A second pass while the first is waiting: only its numbers are shown.
     core.connectTo(canvas.address());
@@ -306,6 +317,39 @@ TEST_F(PassTest, AStudentIsMentionedOnceUntilTheCourseIsOpened) {
     controller.select(DashboardSelection{});
     pass();
     EXPECT_EQ(core.notifications.posted.size(), 2U);
+}
+
+TEST_F(PassTest, NoticesAreAboutStudentsWhoGotWorseInWholeTerms) {
+    struct Row {
+        const char *what;
+        /// The level of yesterday, and the score of today, of the students of a course.
+        int course;
+        const char *before;
+        int score;
+        bool isPosted;
+        /// Whether the current term is over, so that the automatic term is not nearby.
+        bool lacksAutomatic = false;
+    };
+    for (const Row &each :
+         {Row{"improved", 1, "At Risk", 90, false}, Row{"unchanged", 1, "OK", 90, false},
+          Row{"slipped", 4, "Watch", 20, true}, Row{"of another term", 2, "OK", 20, true},
+          Row{"without an automatic term", 2, "OK", 20, true, true}}) {
+        core.notifications.posted.clear();
+        for (const int course : {1, 2, 4})
+            serveScore(course, course == each.course ? each.score : 90);
+        if (each.lacksAutomatic) {
+            canvas.serve(
+                QStringLiteral("/api/v1/courses"),
+                {R"({"id":2,"term":{"id":10,"name":"Winter","start_at":"2026-11-01T00:00:00Z"}})"});
+        }
+        core.notices.forget(each.course);
+        core.stores.history.fill(
+            {test::entry(each.course, each.course * 10 + 1, noon - days(1), each.before),
+             test::entry(each.course, each.course * 10 + 2, noon - days(1), each.before)});
+        pass();
+        EXPECT_EQ(core.notifications.posted.size(), each.isPosted ? 1U : 0U) << each.what;
+        EXPECT_EQ(controller.dashboard().model().automaticTermID.has_value(), !each.lacksAutomatic);
+    }
 }
 
 TEST_F(PassTest, TheSampleCollegeFeedsWidgetsOnlyIfEnabled) {

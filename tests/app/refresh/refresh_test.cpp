@@ -150,6 +150,22 @@ TEST_F(RefreshTest, AHeldKeyInTheSidebarReadsOnlyTheLastCourse) {
     EXPECT_EQ(asked(path(3, "enrollments")), 1);
 }
 
+TEST_F(RefreshTest, ATermIsAsOldAsItsOldestCourse) {
+    start(1);
+    pass(10min);
+    controller->select(CourseSelection{2});
+    ASSERT_TRUE(until([&] { return controller->roster().title == "Bio" && untilQuiet(); }));
+    ASSERT_EQ(controller->roster().fetchedAt, noon + 10min);
+    controller->select(TermSelection{9});
+    EXPECT_EQ(controller->roster().fetchedAt, noon);
+    ASSERT_TRUE(untilQuiet());
+
+    // The limit hides terms, and not the courses without one.
+    core.defaults.set(preferences::sidebarTermLimit, std::int64_t{1});
+    EXPECT_EQ(controller->courses().sidebarTerms().size(), 2U);
+    EXPECT_FALSE(controller->courses().sidebarTerms().back().term);
+}
+
 TEST_F(RefreshTest, ARefusedCourseIsNamed) {
     start();
     canvas.plan(path(2, "enrollments"), {{.status = 403}, {.status = 403}, {.status = 403}});

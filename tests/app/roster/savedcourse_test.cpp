@@ -63,6 +63,21 @@ TEST(SavedCourse, WithoutSharesMissingWorkIsCountedAndNamed) {
     EXPECT_EQ(missingAssignments(row)[0].name, "Essay");
 }
 
+TEST(SavedCourse, IsScoredAgainAsOfTheDayItWasRead) {
+    const SavedCourse saved;
+    (void)saved.folder.write(
+        "enrollments.json",
+        R"([{"user_id": 1, "last_activity_at": "2026-09-04T12:00:00Z"},
+            {"user_id": 2, "last_activity_at": "2026-09-24T11:00:00Z"}])");
+    UserDefaults defaults(saved.folder.path() / "Preferences.json", {});
+    defaults.set(preferences::defaultPassingScore, 61.5);
+    const auto read = std::make_shared<const ScoredCourse>(saved.score());
+    const SharedCourse again = withCurrentThresholds(read, defaults);
+    EXPECT_EQ(again->thresholds.passingScore, 61.5);
+    ASSERT_EQ(again->rows.back().reasonLines.size(), 1U);
+    EXPECT_EQ(again->rows.back().reasonLines.back().text, "No recent activity (20 days)");
+}
+
 TEST(SavedCourse, EveryInvalidFileIsReportedInOneSentence) {
     const std::string deep(200'000, '[');
     struct Row {

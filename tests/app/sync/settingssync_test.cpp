@@ -305,6 +305,14 @@ TEST_F(SettingsSyncTest, ManyChangesCauseOnePushAndRemoteChangesNone) {
     home.sync->push();
     EXPECT_EQ(stampOf(), written) << "a remote change is not pushed back";
     EXPECT_EQ(home.defaults->value(preferences::sidebarTermLimit), 10);
+
+    // What a scan finds meanwhile does not push a change before its turn.
+    home.defaults->set(preferences::textScale, 1.5);
+    write("SidebarTermLimit", R"({"value": 9})");
+    home.store->synchronize();
+    EXPECT_EQ(home.defaults->value(preferences::sidebarTermLimit), 9);
+    EXPECT_EQ(home.store->object("TextScale"), std::nullopt);
+    EXPECT_TRUE(home.sync->isPushDue());
 }
 
 TEST_F(SettingsSyncTest, AFullStoreIsReportedOnceForEachPush) {

@@ -176,29 +176,31 @@ TEST_F(CanvasClientTest, ReadsCompressedPages) {
 }
 
 TEST_F(CanvasClientTest, LimitsRequestsInFlight) {
-    canvas.serve(coursesPath, {});
-    canvas.holdUntil(6);
-    std::vector<QCoro::Task<ListRead<Course>>> reads;
+    struct Row {
+        /// The remaining rate limit in the response to a first read; absent without the header.
+        const char *remaining;
+        int atOnce;
+    };
+    std::vector<std::pair<QByteArray, QByteArray>> headers;
+    canvas.answerWith([&](const FakeRequest &) { return FakeReply{.headers = headers}; });
     CanvasClient reading = client();
-    for (int i = 0; i < 20; ++i)
-        reads.push_back(reading.fetchCourses());
-    for (auto &read : reads)
-        (void)runToEnd(std::move(read));
-    EXPECT_EQ(canvas.maxInFlight, 6);
-    EXPECT_EQ(session.requestLimiter().inFlight(), 0);
-
-    // One at a time while the remaining rate limit is low.
-    canvas.maxInFlight = 0;
-    canvas.answerWith([](const FakeRequest &) {
-        return FakeReply{.headers = {{"x-rate-limit-remaining", "199.5"}}, .delayMilliseconds = 5};
-    });
-    (void)runToEnd(reading.fetchCourses());
-    reads.clear();
-    for (int i = 0; i < 6; ++i)
-        reads.push_back(reading.fetchCourses());
-    for (auto &read : reads)
-        (void)runToEnd(std::move(read));
-    EXPECT_EQ(canvas.maxInFlight, 1);
+    for (const Row &row :
+         {Row{nullptr, 6}, Row{"199.5", 1}, Row{"200", 6}, Row{"0", 1}, Row{nullptr, 6},
+          Row{"-50.25", 1}, Row{"unknown", 6}, Row{"650.0", 6}}) {
+        headers.clear();
+        if (row.remaining != nullptr)
+            headers.emplace_back("x-rate-limit-remaining", row.remaining);
+        (void)runToEnd(reading.fetchCourses());
+        std::vector<QCoro::Task<ListRead<Course>>> reads;
+        for (int i = 0; i < 9; ++i)
+            reads.push_back(reading.fetchCourses());
+        // Counted here: Qt itself opens no more than six connections.
+        EXPECT_EQ(session.requestLimiter().inFlight(), row.atOnce)
+            << (row.remaining != nullptr ? row.remaining : "no header");
+        for (auto &read : reads)
+            (void)runToEnd(std::move(read));
+        EXPECT_EQ(session.requestLimiter().inFlight(), 0);
+    }
 }
 
 TEST_F(CanvasClientTest, RetriesTransientFailuresAfterAWait) {
@@ -246,13 +248,19 @@ TEST_F(CanvasClientTest, FailuresAreClassified) {
              {"closed in the middle of the body",
               {.body = list, .manner = Manner::cut},
               CanvasError::network("The connection was interrupted.")},
+             {"closed after a part that is a list",
+              {.body = "[]" + QByteArray(500, ' '), .manner = Manner::cut},
+              CanvasError::network("The connection was interrupted.")},
              {"no response", {.manner = Manner::silent}, CanvasError(Kind::timedOut)},
              {"a slow response", {.manner = Manner::trickle}, CanvasError(Kind::timedOut)},
              {"HTML", {.body = "<!DOCTYPE html><html>"}, CanvasError::notCanvas("localhost")},
              {"not a list", {.body = "{}"}, CanvasError(Kind::decodingFailed)},
              {"not JSON", {.body = "[1,"}, CanvasError(Kind::decodingFailed)},
              {"too large",
-              {.body = "[" + QByteArray(3000, ' ') + "]"},
+              {.body = "[" + QByteArray(1999, ' ') + "]"},
+              CanvasError(Kind::decodingFailed)},
+             {"as large as the limit, which is read",
+              {.body = "{" + QByteArray(1998, ' ') + "]"},
               CanvasError(Kind::decodingFailed)},
              {"bad gzip",
               {.body = "not gzip", .headers = {{"Content-Encoding", "gzip"}}},
@@ -271,9 +279,10 @@ TEST_F(CanvasClientTest, FailuresAreClassified) {
             ADD_FAILURE() << row.what << ": no error";
         } catch (const CanvasError &error) {
             EXPECT_EQ(error.kind(), row.error.kind()) << row.what << ": " << error.what();
-            if (std::string_view(row.what).starts_with("too large")) {
-                EXPECT_EQ(logged.back(), "network: HTTP 200 with a body that is too large to read");
-            }
+            EXPECT_EQ(
+                logged.back() == "network: HTTP 200 with a body that is too large to read",
+                std::string_view(row.what).starts_with("too large"))
+                << row.what;
             if (row.error != CanvasError::network("")) {
                 EXPECT_EQ(error, row.error) << row.what;
             }

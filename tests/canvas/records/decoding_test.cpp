@@ -68,6 +68,14 @@ TEST(Decoding, IntegersMayBeWrittenAsReals) {
     EXPECT_EQ(decodeCourse(R"({"id": 5e3})").id, 5000);
     EXPECT_EQ(decodeCourse(R"({"id": 9223372036854775807})").id, INT64_MAX);
     EXPECT_THROW((void)decodeCourse(R"({"id": 9007199254740993.0})"), DecodingError);
+    // Of nineteen digits, beside one that is rewritten.
+    for (const std::string id : {"1000000000000000001", "-9223372036854775808"}) {
+        EXPECT_EQ(
+            std::to_string(
+                decodeCourse("{\"x\": [100000000000000000000, " + id + "], \"id\": " + id + "}")
+                    .id),
+            id);
+    }
     EXPECT_EQ(
         decodeCourse(
             R"({"id": 9223372036854775807, "x\"\\": 18446744073709551616, "y": -9223372036854775809})")
@@ -136,6 +144,36 @@ TEST(Decoding, ErrorsNameTheRecordAndTheKey) {
     } catch (const DecodingError &error) {
         EXPECT_STREQ(error.what(), "AssignmentGroup [0].assignments[1].id is not a 64-bit integer");
     }
+}
+
+TEST(Decoding, EveryRequiredKeyIsRequired) {
+    const auto missing = [](auto decode, const std::string &json) -> std::string {
+        try {
+            (void)decode(json);
+        } catch (const DecodingError &error) {
+            return error.what();
+        }
+        return "decoded";
+    };
+    const std::vector<std::pair<std::string, std::string>> rows{
+        {missing(decodeCourses, R"([{"name": "Bio"}])"), "Course [0].id is missing"},
+        {missing(decodeCourse, R"({"id": 1, "term": {"name": "Fall"}})"),
+         "Course term.id is missing"},
+        {missing(decodeAssignmentGroups, R"([{"group_weight": 1}])"),
+         "AssignmentGroup [0].id is missing"},
+        {missing(decodeAssignmentGroups, R"([{"id": 1, "assignments": [{"name": "Lab"}]}])"),
+         "AssignmentGroup [0].assignments[0].id is missing"},
+        {missing(decodeEnrollments, R"([{"user": {"id": 1}}])"),
+         "Enrollment [0].user_id is missing"},
+        {missing(decodeEnrollments, R"([{"user_id": 1, "user": {"name": "Ana"}}])"),
+         "Enrollment [0].user.id is missing"},
+        {missing(decodeSubmissions, R"([{"assignment_id": 2, "workflow_state": "graded"}])"),
+         "SubmissionSummary [0].user_id is missing"},
+        {missing(decodeSubmissions, R"([{"user_id": 1, "workflow_state": "graded"}])"),
+         "SubmissionSummary [0].assignment_id is missing"},
+        {missing(decodeUser, "{}"), "decoded"}};
+    for (const auto &[error, expected] : rows)
+        EXPECT_EQ(error, expected);
 }
 
 TEST(Decoding, RejectsInvalidAndTruncatedJSON) {

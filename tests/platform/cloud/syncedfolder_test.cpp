@@ -184,6 +184,13 @@ TEST_F(SyncedFolderTest, AFullStoreRefusesWhatDoesNotFit) {
         ElementsAre(
             CloudChange{Reason::quotaViolation, {"Large"}}, CloudChange{.followsWrite = true}));
     EXPECT_EQ(view.store.all(), (PreferenceMap{{"Small", true}}));
+    // Written again, a key takes the place of its old value.
+    for (const char c : {'x', 'y'}) {
+        const std::string half(folderContents::maxBytes / 2 + 100, c);
+        view.store.update({{"Half", half}});
+        EXPECT_EQ(view.store.object("Half"), PreferenceValue(half)) << c;
+    }
+    view.store.update({{"Half", std::nullopt}});
     PreferenceChanges many;
     for (std::size_t i = 0; i < folderContents::maxKeys; ++i)
         many.emplace("Key" + std::to_string(10'000 + i), true);
@@ -191,6 +198,8 @@ TEST_F(SyncedFolderTest, AFullStoreRefusesWhatDoesNotFit) {
     view.store.update(std::move(many));
     EXPECT_EQ(view.changes.front().keys.size(), 1U) << "one key too many";
     EXPECT_EQ(view.store.all().size(), folderContents::maxKeys);
+    view.store.update({{"Small", false}});
+    EXPECT_EQ(view.store.object("Small"), PreferenceValue(false)) << "no further key";
 }
 
 TEST_F(SyncedFolderTest, RemovesTheTemporaryFilesOfKilledPrograms) {

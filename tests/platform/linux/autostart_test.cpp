@@ -1,3 +1,4 @@
+#include "platform/folders/directories.h"
 #include "platform/session/autostart.h"
 #include "support/temporaryfolder.h"
 
@@ -5,6 +6,23 @@
 
 namespace ellwynd {
 namespace {
+
+namespace fs = std::filesystem;
+
+TEST(Directories, RelativePathsAreIgnored) {
+    const QByteArray before = qgetenv("XDG_DATA_HOME");
+    const fs::path home = qgetenv("HOME").toStdString();
+    for (const auto &[value, expected] : std::initializer_list<std::pair<const char *, fs::path>>{
+             {"/elsewhere", "/elsewhere"},
+             {"data", home / ".local/share"},
+             {"./data", home / ".local/share"},
+             {"", home / ".local/share"}}) {
+        qputenv("XDG_DATA_HOME", value);
+        EXPECT_EQ(directories::data(), expected / "Ellwynd") << value;
+        EXPECT_EQ(directories::widgetContainer().parent_path(), expected) << value;
+    }
+    qputenv("XDG_DATA_HOME", before);
+}
 
 TEST(Autostart, ProgramPathsAreEscaped) {
     const test::TemporaryFolder folder;

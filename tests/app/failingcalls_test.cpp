@@ -1,0 +1,500 @@
+// Every file-system call of the stores fails in turn, and two processes write to them at once.
+#include "app/shell/stores.h"
+#include "app/sync/settingssync.h"
+#include "memory/historyfile.h"
+#include "outputs/snapshot/snapshotfiles.h"
+#include "platform/cloud/syncedfolder.h"
+#include "support/directqueue.h"
+#include "support/failingcalls.h"
+#include "support/instants.h"
+#include "support/logcapture.h"
+#include "support/rosters.h"
+#include "support/snapshots.h"
+#include "support/temporaryfolder.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <iostream>
+#include <unistd.h>
+
+namespace ellwynd {
+namespace {
+
+namespace fs = std::filesystem;
+
+using std::chrono::days;
+using test::entry;
+using test::noon;
+using test::noonClock;
+using test::row;
+
+/// An operation on files.
+struct Operation {
+    /// The operation whose calls fail. Only an export may throw, a FileError.
+    std::function<void()> run;
+    /// Whether memory holds what was done, whatever failed.
+    std::function<bool()> isInMemory = [] { return true; };
+    /// The next operation, without faults. Afterwards the files are as without any fault.
+    std::function<void()> next;
+};
+
+/// Prepares the files in a folder, and returns the operation on them.
+using Preparation = std::function<Operation(const fs::path &)>;
+
+/// The contents of all files below a folder by name; those of locks are left out.
+std::map<std::string, std::string> filesIn(const fs::path &folder) {
+    std::map<std::string, std::string> files;
+    for (const auto &each : fs::recursive_directory_iterator(folder)) {
+        const std::string name = each.path().lexically_relative(folder).string();
+        if (!each.is_regular_file() || name.ends_with(".lock"))
+            continue;
+        std::ifstream file(each.path(), std::ios::binary);
+        files[name].assign(std::istreambuf_iterator<char>(file), {});
+    }
+    return files;
+}
+
+std::ptrdiff_t openDescriptors() {
+    return std::distance(fs::directory_iterator("/proc/self/fd"), {});
+}
+
+void write(const fs::path &file, std::string_view bytes) {
+    fs::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << bytes;
+}
+
+/// One of the stores, with what it depends on.
+template<class Store>
+struct Opened {
+    explicit Opened(const fs::path &folder)
+        : defaults(folder / "Preferences.json", {}), store(defaults, folder, noonClock) {}
+    UserDefaults defaults;
+    Store store;
+};
+
+const std::vector<RiskRow> visit{row(1, "Watch")};
+const MessageTemplate added{
+    .id = "00000000-0000-0000-0000-00000000000A",
+    .name = "New",
+    .createdAt = noon,
+    .updatedAt = noon};
+
+/// Records something in course 8, as another process does, and saves it.
+void change(RosterHistory &history) {
+    history.record({row(9, "Concern")}, 8, noon - days(1));
+}
+void change(ContactLog &contacts) {
+    contacts.noteContact(8, 9, noon - days(1));
+}
+
+template<class Store>
+void changeElsewhere(const fs::path &folder) {
+    Opened<Store> other(folder);
+    change(other.store);
+}
+
+/// An open store whose file another process has replaced since.
+template<class Store>
+std::shared_ptr<Opened<Store>> openedBeforeAChange(const fs::path &folder) {
+    {
+        Opened<Store> first(folder);
+        if constexpr (std::is_same_v<Store, RosterHistory>)
+            first.store.record(visit, 6, noon - days(2));
+        else
+            first.store.noteContact(6, 1, noon - days(2));
+    }
+    auto opened = std::make_shared<Opened<Store>>(folder);
+    changeElsewhere<Store>(folder);
+    return opened;
+}
+
+Operation recordVisit(const fs::path &folder) {
+    const auto opened = openedBeforeAChange<RosterHistory>(folder);
+    return {
+        .run = [=] { opened->store.record(visit, 7, noon); },
+        .isInMemory = [=] { return opened->store.entries(7, 1).size() == 1; },
+        .next = [=] { opened->store.record(visit, 5, noon); }};
+}
+
+Operation recordFirstVisit(const fs::path &folder) {
+    const auto opened = std::make_shared<Opened<RosterHistory>>(folder / "new" / "Ellwynd");
+    return {
+        .run = [=] { opened->store.record(visit, 7, noon); },
+        .isInMemory = [=] { return opened->store.entries().size() == 1; },
+        .next = [=] { opened->store.record(visit, 5, noon); }};
+}
+
+Operation deleteHistory(const fs::path &folder) {
+    const auto opened = openedBeforeAChange<RosterHistory>(folder);
+    write(folder / "RosterHistory.unreadable-1790251200.json", "old");
+    return {
+        .run = [=] { opened->store.deleteAll(); },
+        .isInMemory = [=] { return opened->store.entries().empty(); },
+        .next = [=] { opened->store.deleteAll(); }};
+}
+
+/// Expired entries are removed when the file is read.
+Operation loadHistory(const fs::path &folder) {
+    write(
+        folder / "RosterHistory.json",
+        encodeHistory({entry(7, 1, noon - days(400), "OK"), entry(7, 1, noon - days(1), "OK")}));
+    write(folder / "RosterHistory.unreadable-1690251200.json", "expired");
+    const auto opened = std::make_shared<std::unique_ptr<Opened<RosterHistory>>>();
+    return {
+        .run = [=] { *opened = std::make_unique<Opened<RosterHistory>>(folder); },
+        .next =
+            [=] {
+                (*opened)->store.record(visit, 7, noon);
+                Opened<RosterHistory>{folder};
+            }};
+}
+
+/// A file that is not valid is set aside.
+Operation setHistoryAside(const fs::path &folder) {
+    Operation load = loadHistory(folder);
+    write(folder / "RosterHistory.json", "[broken");
+    return load;
+}
+
+Operation noteContacts(const fs::path &folder) {
+    const auto opened = openedBeforeAChange<ContactLog>(folder);
+    return {
+        .run =
+            [=] {
+                opened->store.noteContacts(7, {1, 2}, noon);
+            },
+        .isInMemory = [=] { return opened->store.lastContact(7, 2).has_value(); },
+        .next = [=] { opened->store.noteContact(5, 1, noon); }};
+}
+
+Operation switchContactsOff(const fs::path &folder) {
+    const auto opened = openedBeforeAChange<ContactLog>(folder);
+    return {
+        .run = [=] { opened->defaults.set(preferences::rememberContacts, false); },
+        .isInMemory = [=] { return opened->store.records().empty(); },
+        .next =
+            [=] {
+                opened->defaults.update({});
+                opened->store.deleteAll();
+            }};
+}
+
+Operation addTemplate(const fs::path &folder) {
+    write(folder / "MessageTemplates.json", "[]");
+    const auto store = std::make_shared<TemplateStore>(folder, noonClock);
+    MessageTemplate theirs = added;
+    theirs.id.back() = 'B';
+    TemplateStore(folder, noonClock).add(theirs);
+    MessageTemplate next = added;
+    next.id.back() = 'C';
+    return {
+        .run = [=] { store->add(added); },
+        .isInMemory = [=] { return store->find(added.id) != nullptr; },
+        .next = [=] { store->add(next); }};
+}
+
+Operation loadTemplates(const fs::path &folder) {
+    write(folder / "MessageTemplates.json", "[]");
+    const auto store = std::make_shared<std::unique_ptr<TemplateStore>>();
+    return {
+        .run = [=] { *store = std::make_unique<TemplateStore>(folder, noonClock); },
+        .next = [=] { TemplateStore(folder, noonClock).add(added); }};
+}
+
+Operation setPreferences(const fs::path &folder) {
+    const fs::path file = folder / "new" / "Preferences.json";
+    UserDefaults(file, {}).update({{"TextScale", 1.25}, {"SidebarTermLimit", std::int64_t{3}}});
+    const auto defaults = std::make_shared<UserDefaults>(file, PreferenceMap());
+    UserDefaults(file, {}).set("DefaultPassingScore", 70.0);
+    return {
+        .run =
+            [=] {
+                defaults->update({{"TextScale", 1.5}, {"SidebarTermLimit", std::nullopt}});
+            },
+        .isInMemory = [=] { return defaults->value(preferences::textScale) == 1.5; },
+        .next = [=] { defaults->update({}); }};
+}
+
+Operation loadAndWatchPreferences(const fs::path &folder) {
+    const fs::path file = folder / "Preferences.json";
+    UserDefaults(file, {}).set("TextScale", 1.25);
+    const auto defaults = std::make_shared<std::unique_ptr<UserDefaults>>();
+    return {
+        .run =
+            [=] {
+                *defaults = std::make_unique<UserDefaults>(file, PreferenceMap());
+                (*defaults)->watch();
+            },
+        .next = [=] { (*defaults)->set("SidebarTermLimit", std::int64_t{3}); }};
+}
+
+/// A machine and the folder that it syncs through.
+struct SyncedMachine {
+    explicit SyncedMachine(const fs::path &folder)
+        : defaults(folder / "Preferences.json", {}),
+          store(folder / "cloud", queue, "mark", noonClock),
+          sync(defaults, store, queue, folder / "Agreed.json") {}
+    UserDefaults defaults;
+    test::DirectQueue queue;
+    SyncedFolder store;
+    SettingsSync sync;
+};
+
+/// Each side has changed one setting and removed another.
+Operation syncSettings(const fs::path &folder) {
+    write(
+        folder / "Preferences.json",
+        R"({"SyncSettingsViaICloud": true, "SyncedFolderMark": "mark", "TextScale": 1.25,)"
+        R"( "SidebarTermLimit": 4, "Course.1.Icon": "book"})");
+    write(
+        folder / "Agreed.json",
+        R"({"folder": "mark", "settings": {"TextScale": 1.25, "SidebarTermLimit": 3,)"
+        R"( "Course.1.Icon": "book", "Course.2.Icon": "book"}})");
+    write(folder / "cloud" / "Ellwynd.folder", R"({"folder": "mark"})");
+    write(folder / "cloud" / "TextScale.json", R"({"value": 1.5})");
+    write(folder / "cloud" / "SidebarTermLimit.json", R"({"value": 3})");
+    write(folder / "cloud" / "Course.2.Icon.json", R"({"value": "book"})");
+    const auto machine = std::make_shared<SyncedMachine>(folder);
+    return {
+        .run =
+            [=] {
+                machine->store.watch();
+                machine->sync.start();
+            },
+        .isInMemory = [=] { return machine->defaults.value(preferences::sidebarTermLimit) == 4; },
+        .next =
+            [=] {
+                machine->defaults.update({});
+                for (int scan = 0; scan < 3; ++scan)
+                    machine->sync.push();
+            }};
+}
+
+Operation writeWidgets(const fs::path &folder) {
+    const WidgetSnapshotWriter writer(folder / "widgets", [] {});
+    WidgetSnapshotFile snapshot = test::twoTerms();
+    writer.write(snapshot);
+    snapshot.terms.front().courses.front().atRisk = 5;
+    const auto again = [=] { writer.write(snapshot); };
+    return {.run = again, .next = again};
+}
+
+Operation clearWidgets(const fs::path &folder) {
+    const WidgetSnapshotWriter writer(folder / "widgets", [] {});
+    writer.write(test::twoTerms());
+    write(folder / "widgets" / ".WidgetSnapshot.json.new-abc123", "of a killed writer");
+    const auto again = [=] { writer.clear(); };
+    return {.run = again, .next = again};
+}
+
+Operation readWidgets(const fs::path &folder) {
+    const Operation writing = writeWidgets(folder);
+    const auto read = [=] {
+        try {
+            const auto snapshot = readWidgetSnapshot(folder / "widgets");
+            EXPECT_EQ(snapshot.value_or(WidgetSnapshotFile()), test::twoTerms());
+        } catch (const FileUnavailable &) {
+            // The board keeps what it shows.
+        }
+    };
+    return {.run = read, .next = read};
+}
+
+Operation exportRoster(const fs::path &folder) {
+    write(folder / "real" / "roster.csv", "old");
+    fs::create_symlink(fs::path("real") / "roster.csv", folder / "roster.csv");
+    const auto again = [=] { files::replaceForTeacher(folder / "roster.csv", "a new export"); };
+    return {.run = again, .next = again};
+}
+
+struct Row {
+    const char *name;
+    Preparation prepare;
+    /// Whether it replaces a file more than once, so that one may be between old and new.
+    bool hasSteps = false;
+};
+
+const std::vector<Row> operations{
+    {"record a visit", recordVisit},
+    {"record the first visit", recordFirstVisit},
+    {"delete the history", deleteHistory},
+    {"load the history", loadHistory},
+    {"set the history aside", setHistoryAside},
+    {"note contacts", noteContacts},
+    {"switch contacts off", switchContactsOff},
+    {"add a template", addTemplate},
+    {"load the templates", loadTemplates},
+    {"set preferences", setPreferences},
+    {"load and watch the preferences", loadAndWatchPreferences},
+    {"sync settings", syncSettings, true},
+    {"write the widget files", writeWidgets},
+    {"clear the widget files", clearWidgets},
+    {"read the widget files", readWidgets},
+    {"export a roster", exportRoster}};
+
+/// Runs an operation with a failing call.
+/// @param without the files as the operation leaves them without one.
+/// @return the function whose call failed; empty if the operation makes fewer calls.
+std::string runFailing(
+    const Row &row, int number, test::Fault fault,
+    const std::map<std::string, std::string> &without,
+    const std::map<std::string, std::string> &afterNext) {
+    const test::TemporaryFolder folder;
+    const Operation operation = row.prepare(folder.path());
+    const auto before = filesIn(folder.path());
+    const auto descriptors = openDescriptors();
+    std::string function;
+    {
+        const test::FailingCall failing(number, fault);
+        try {
+            operation.run();
+        } catch (const FileError &) {
+            EXPECT_STREQ(row.name, "export a roster");
+        }
+        function = failing.function();
+    }
+    if (function.empty())
+        return function;
+    const std::string what = row.name + std::string(", call ") + std::to_string(number) + ", " +
+        function + ", " + std::to_string(fault.code);
+    EXPECT_TRUE(operation.isInMemory()) << what;
+    for (const auto &[name, bytes] : filesIn(folder.path())) {
+        const auto old = before.find(name);
+        const auto now = without.find(name);
+        const bool isOld = old != before.end() && old->second == bytes;
+        const bool isNew = now != without.end() && now->second == bytes;
+        // What could not be removed is a leftover for the next operation.
+        const bool isLeftover = files::isTemporaryName(fs::path(name).filename().string());
+        const bool isWhole = row.hasSteps && nlohmann::json::accept(bytes);
+        EXPECT_TRUE(isOld || isNew || isLeftover || isWhole)
+            << what << ": " << name << " is " << bytes;
+    }
+    operation.next();
+    EXPECT_EQ(filesIn(folder.path()), afterNext) << what;
+    EXPECT_LE(openDescriptors(), descriptors + 3) << what;
+    return function;
+}
+
+int failedExpectations() {
+    return testing::UnitTest::GetInstance()->current_test_info()->result()->total_part_count();
+}
+
+TEST(FailingCalls, AfterAnyFailureFilesAreWholeAndTheNextOperationSaves) {
+    const test::LogCapture log;
+    // In memory, if the system has such a folder: thousands of files are written.
+    if (fs::is_directory("/dev/shm"))
+        qputenv("TMPDIR", "/dev/shm");
+    int calls = 0;
+    std::map<std::string, int> functions;
+    for (const Row &row : operations) {
+        const test::TemporaryFolder folder;
+        const Operation operation = row.prepare(folder.path());
+        operation.run();
+        const auto without = filesIn(folder.path());
+        operation.next();
+        const auto afterNext = filesIn(folder.path());
+        // The first failure of an operation is enough.
+        const int failures = failedExpectations();
+        for (int number = 1; failedExpectations() == failures; ++number) {
+            std::string function;
+            for (const int code :
+                 {ENOSPC, EIO, EACCES, EROFS, EMFILE, EDQUOT, EINTR, test::Fault::shortTransfer}) {
+                if (!function.empty() && !test::Fault{code}.appliesTo(function))
+                    continue;
+                function = runFailing(row, number, {code}, without, afterNext);
+                if (function.empty() || failedExpectations() > failures)
+                    break;
+            }
+            if (function.empty())
+                break;
+            ++calls;
+            ++functions[function];
+        }
+    }
+    std::cout << calls << " calls failed:";
+    for (const auto &[function, count] : functions)
+        std::cout << ' ' << function << ' ' << count;
+    std::cout << '\n';
+    EXPECT_GE(calls, 600) << "an operation is not reached any more";
+}
+
+TEST(FailingCalls, AFileIsOnTheDiskBeforeItReplacesTheOldOne) {
+    const test::TemporaryFolder folder;
+    const test::FailingCall none(0, {});
+    files::replace(folder.path() / "a", "bytes");
+    std::vector<std::string> order;
+    for (const std::string &function : none.functions()) {
+        if (function == "write" || function == "fsync" || function == "rename")
+            order.push_back(function);
+    }
+    EXPECT_THAT(order, testing::ElementsAre("write", "fsync", "rename", "fsync"))
+        << "the last one is that of the folder";
+}
+
+/// Two processes change a store a hundred times each, at once.
+template<class Change>
+void changeInTwoProcesses(Change change) {
+    int begin[2];
+    ASSERT_EQ(::pipe(begin), 0);
+    std::vector<pid_t> children;
+    for (int process = 0; process < 2; ++process) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            ::close(begin[1]);
+            char ignored = 0;
+            // Both begin when the pipe is closed.
+            while (::read(begin[0], &ignored, 1) > 0) {
+            }
+            change(process);
+            ::_exit(0);
+        }
+        children.push_back(child);
+    }
+    ::close(begin[0]);
+    ::close(begin[1]);
+    for (const pid_t child : children) {
+        int status = -1;
+        EXPECT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+    }
+}
+
+TEST(TwoProcesses, LoseNoChangeOfAnother) {
+    constexpr int count = 100;
+    const test::LogCapture log;
+    const test::TemporaryFolder folder;
+    const fs::path file = folder.path() / "Preferences.json";
+    changeInTwoProcesses([&](int process) {
+        UserDefaults defaults(file, {});
+        for (int i = 0; i < count; ++i)
+            defaults.set("Course." + std::to_string(process * count + i) + ".Icon", std::string());
+    });
+    changeInTwoProcesses([&](int process) {
+        Opened<RosterHistory> opened(folder.path());
+        for (int i = 0; i < count; ++i)
+            opened.store.record(visit, process * count + i, noon);
+    });
+    changeInTwoProcesses([&](int process) {
+        Opened<ContactLog> opened(folder.path());
+        for (int i = 0; i < count; ++i)
+            opened.store.noteContact(7, process * count + i, noon);
+    });
+    changeInTwoProcesses([&](int) {
+        TemplateStore store(folder.path(), noonClock);
+        for (int i = 0; i < count; ++i)
+            (void)store.addUntitled();
+    });
+    UserDefaults defaults(file, {});
+    const Stores stores(defaults, folder.path(), noonClock);
+    EXPECT_EQ(defaults.persistentDomain().size(), 2U * count);
+    EXPECT_EQ(stores.history.entries().size(), 2U * count);
+    EXPECT_EQ(stores.contacts.records().size(), 2U * count);
+    EXPECT_EQ(stores.templates.templates().size(), 3 + 2U * count);
+}
+
+} // namespace
+} // namespace ellwynd

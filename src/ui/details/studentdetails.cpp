@@ -11,15 +11,27 @@
 
 #include <QApplication>
 #include <QMenu>
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
 #include <utility>
 
 namespace ellwynd {
+
+namespace {
+
+/// Deletes contents when control is back in the event loop, also in one that was started by hand,
+/// where `deleteLater` has to wait.
+void deleteSoon(QWidget *contents) {
+    QTimer::singleShot(0, qApp, [old = QPointer<QWidget>(contents)] { delete old.data(); });
+}
+
+} // namespace
 
 StudentDetails::StudentDetails(const Appearance &appearance, QWidget *parent)
     : QWidget(parent), appearance(appearance), head(new QWidget(this)), scroll(new QScrollArea) {
@@ -117,13 +129,13 @@ void StudentDetails::replace(QWidget *newHead, QWidget *newBody) {
     const int scrolledTo = scroll->verticalScrollBar()->value();
     if (QWidget *old = scroll->takeWidget()) {
         old->hide();
-        old->deleteLater();
+        deleteSoon(old);
     }
     QWidget *oldHead = std::exchange(head, newHead);
     delete layout()->replaceWidget(oldHead, newHead);
     oldHead->hide();
     oldHead->setParent(nullptr);
-    oldHead->deleteLater();
+    deleteSoon(oldHead);
     scroll->setWidget(newBody);
     newHead->show();
     if (isSame) {

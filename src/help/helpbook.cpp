@@ -16,10 +16,29 @@ namespace {
 
 /// The topics in the order of the book, by the names of their files.
 constexpr std::string_view topicIDs[] = {
-    "getting-started", "connecting",   "sample-college",  "signals",   "reasons",    "thresholds",
-    "class-wide",      "movement",     "contacts",        "templates", "export",     "dashboard",
-    "widgets",         "notices",      "privacy",         "sync",      "appearance", "undo",
-    "keyboard",        "command-line", "troubleshooting", "keychain",
+    "getting-started",
+    "connecting",
+    "sample-college",
+    "roster",
+    "signals",
+    "reasons",
+    "thresholds",
+    "class-wide",
+    "movement",
+    "contacts",
+    "templates",
+    "export",
+    "dashboard",
+    "widgets",
+    "notices",
+    "privacy",
+    "sync",
+    "appearance",
+    "undo",
+    "keyboard",
+    "command-line",
+    "troubleshooting",
+    "keychain",
 };
 
 constexpr std::string_view shortcutsPlaceholder = "{shortcuts}";

@@ -230,7 +230,7 @@ inline constexpr auto table = std::to_array<Preference>({
     // The state of the windows.
     {.key = "CourseInsightPanelMode",
      .type = Type::text,
-     .fallback = "shown",
+     .fallback = "small",
      .choices = panelModes,
      .control = "View ▸ Course Insight",
      .meaning = "The panel above the roster: full, on one line, or hidden."},

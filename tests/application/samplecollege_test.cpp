@@ -97,6 +97,14 @@ class Visitor {
   private:
     void use(QPointer<QWidget> control) {
 
+        const auto *push = qobject_cast<QPushButton *>(control.data());
+        if (push != nullptr && push->menu() != nullptr) {
+            // A click would wait for the menu to close.
+            Q_EMIT push->menu()->aboutToShow();
+            if (!push->menu()->isEmpty())
+                trigger(*push->menu()->actions().front());
+            return;
+        }
         if (auto *button = qobject_cast<QAbstractButton *>(control.data())) {
             button->click();
         } else if (auto *number = qobject_cast<QAbstractSpinBox *>(control.data())) {

@@ -98,6 +98,7 @@ class Screenshots {
         settle();
         save(window, "compact");
         defaults.set(preferences::rosterCompactRows, false);
+        drawWidths(window);
 
         controller.select(CourseSelection{webInterfaceDesign});
         settle();
@@ -198,6 +199,7 @@ class Screenshots {
                   {first + days(29), RiskLevel::concern},
                   {first + days(31), RiskLevel::atRisk},
                   {first + days(36), std::nullopt}}},
+            {.wroteAt = first + days(20), .levelDiffers = true, .level = RiskLevel::watch},
             appearance);
         chart.resize(chart.sizeHint() * 2);
         save(chart, "term-with-gaps");
@@ -206,6 +208,28 @@ class Screenshots {
     [[nodiscard]] bool failed() const { return anyFailed; }
 
   private:
+    /// The roster in a small and in a large window, with a filter and with several students.
+    void drawWidths(MainWindow &window) {
+        RosterTable &table = *window.roster()->table();
+        window.resize(900, 600);
+        settle();
+        save(window, "roster-900");
+        window.resize(2560, 1440);
+        table.selectStudents({{introToProgramming, 5001}, {introToProgramming, 5003}});
+        settle();
+        save(window, "roster-2560");
+        window.resize(1280, 800);
+        table.setQuery(
+            {.chip = RosterChip::everyone, .typed = "quiz", .sort = RosterSort::student});
+        settle();
+        save(window, "roster-filter");
+        table.setQuery({.typed = "nobody"});
+        settle();
+        save(window, "roster-empty");
+        table.setQuery({});
+        settle();
+    }
+
     /// A note with an Undo button, and the menus of undoing and of contact marks.
     void drawUndo(MainWindowController &controller, MainWindow &window) {
         controller.actions().markContacted(window.roster()->table()->selectedRows());

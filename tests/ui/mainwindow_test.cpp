@@ -3,7 +3,6 @@
 #include "support/until.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/details/studentdetails.h"
-#include "ui/roster/whylayout.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sidebar/sidebar.h"
@@ -15,6 +14,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
 
@@ -50,9 +50,11 @@ TEST_F(MainWindowTest, CommandsAreEnabledWhereTheyCanWork) {
     EXPECT_EQ(window.openMissingWork(), nullptr);
     openCourse(900101);
     EXPECT_TRUE(action(missingWork)->isEnabled());
+    EXPECT_THAT(selected(), ElementsAre(5002)) << "the first student is selected";
+    EXPECT_TRUE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled());
+    table().clearSelection();
     EXPECT_FALSE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled());
     table().selectStudents({{900101, 5002}});
-    EXPECT_TRUE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled());
     action(QStringLiteral("Open Grades in Canvas"))->trigger();
     EXPECT_THAT(note(), testing::HasSubstr("invented"));
 }
@@ -134,8 +136,10 @@ TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
     controller.select(TermSelection{9103});
     QObject::disconnect(loading);
     QApplication::processEvents();
+    table().clearSelection();
     record('T', window);
     openCourse(900101);
+    table().clearSelection();
     record('C', window);
     table().selectStudents({{900101, 5002}});
     record('S', window);
@@ -215,18 +219,25 @@ TEST_F(MainWindowTest, RosterAndSidebarWorkByKeyboard) {
     EXPECT_EQ(selected().size(), 2U);
     QTest::keyClick(&table(), Qt::Key_Home);
     EXPECT_THAT(selected(), ElementsAre(5002));
+    // The last row is the line of the others, which Return opens in its place.
+    QTest::keyClick(&table(), Qt::Key_End);
+    EXPECT_EQ(table().shownCount(), 10);
+    QTest::keyClick(&table(), Qt::Key_Return);
+    EXPECT_EQ(table().shownCount(), 26);
+    EXPECT_EQ(table().currentIndex().row(), 10);
     QTest::keyClick(&table(), Qt::Key_End);
     EXPECT_THAT(selected(), ElementsAre(5026));
 
     // The accessible text names hidden work, and Return shows it.
     table().selectStudents({{900101, 5001}});
-    const auto whyText = [&] {
-        const QModelIndex why = table().currentIndex().siblingAtColumn(RosterModel::why);
-        return why.data(Qt::AccessibleTextRole).toString().toStdString();
-    };
-    EXPECT_THAT(whyText(), testing::HasSubstr(" more missing, press to show"));
+    EXPECT_THAT(
+        table().currentIndex().data(Qt::AccessibleTextRole).toString().toStdString(),
+        testing::EndsWith(", 5 more missing, press to show"));
+    defaults.set(preferences::studentDetailsHidden, true);
     QTest::keyClick(&table(), Qt::Key_Return);
-    EXPECT_THAT(whyText(), testing::Not(testing::HasSubstr("press to show")));
+    EXPECT_TRUE(window.findChild<StudentDetails *>()->isVisible());
+    EXPECT_TRUE(window.findChild<StudentDetails *>()->isAncestorOf(QApplication::focusWidget()));
+    table().setFocus();
 
     QTreeView *sidebar = window.findChild<Sidebar *>()->list();
     QTest::keyClick(sidebar, Qt::Key_Down);
@@ -238,6 +249,7 @@ TEST_F(MainWindowTest, ARefreshKeepsTheSelectionAndAThirdClickRestoresTheOrder) 
     table().selectStudents({{900101, 5014}});
     controller.refreshRoster();
     EXPECT_THAT(selected(), ElementsAre(5014));
+    table().setQuery({.chip = RosterChip::everyone});
 
     // Also where the teacher has scrolled to, with the selection out of sight.
     table().selectRow(0);
@@ -286,7 +298,8 @@ TEST_F(MainWindowTest, MarkupInNamesIsShownAsText) {
             found = true;
             EXPECT_EQ(label->textFormat(), Qt::PlainText);
         }
-        if (qobject_cast<TextLink *>(label) != nullptr) {
+        if (qobject_cast<TextLink *>(label) != nullptr &&
+            label->accessibleName() != QStringLiteral("Open Grades")) {
             EXPECT_THAT(label->text().toStdString(), testing::HasSubstr("&lt;a href="));
             EXPECT_FALSE(label->openExternalLinks());
         }
@@ -294,30 +307,132 @@ TEST_F(MainWindowTest, MarkupInNamesIsShownAsText) {
     EXPECT_TRUE(found);
 }
 
-TEST_F(MainWindowTest, NamesThatDoNotFitAreHiddenBehindALink) {
-    RiskRow row{.id = 1, .courseID = 1};
-    ReasonLine line{.text = "5 of 9 assignments missing"};
-    for (std::int64_t id = 1; id <= 5; ++id)
-        line.links.push_back({{0, line.text.size()}, AssignmentRef{id, "Assignment number"}});
-    row.reasonLines = {line};
-    const auto targets = [&](WhyLayout::Form form, int width) {
-        const WhyLayout layout(row, width, form, appearance);
-        std::vector<WhyTarget> seen;
-        for (int y = 1; y < layout.height(); y += 3) {
-            for (int x = 0; x < width; x += 2) {
-                const auto target = layout.targetAt({x, y});
-                if (target && std::ranges::count(seen, *target) == 0)
-                    seen.push_back(*target);
-            }
-        }
-        return seen;
+TEST_F(MainWindowTest, TheFlaggedStudentsOfACourseAreAllOnTheScreen) {
+    openCourse(900101);
+    ASSERT_EQ(table().shownCount(), 10);
+    const auto bottom = [this](int row) {
+        return table().rowViewportPosition(row) + table().rowHeight(row);
     };
-    const auto folded = targets(WhyLayout::Form::normal, 320);
-    EXPECT_LT(folded.size(), 5U);
-    EXPECT_EQ(folded.back(), WhyTarget(ShowMore{6 - folded.size()}));
-    EXPECT_EQ(folded.front(), WhyTarget(AssignmentRef{1, "Assignment number"}));
-    EXPECT_EQ(targets(WhyLayout::Form::expanded, 320).size(), 5U);
-    EXPECT_TRUE(targets(WhyLayout::Form::compact, 320).empty());
+    EXPECT_LE(bottom(10), table().viewport()->height()) << "with the line of the others";
+    EXPECT_EQ(table().verticalScrollBar()->maximum(), 0);
+    const int normal = table().rowHeight(0);
+    defaults.set(preferences::rosterCompactRows, true);
+    EXPECT_LT(table().rowHeight(0), normal);
+    defaults.set(preferences::rosterCompactRows, false);
+    EXPECT_EQ(table().rowHeight(0), normal);
+}
+
+TEST_F(MainWindowTest, RowsAreNeverWiderThanTheRosterAndNamesAreWhole) {
+    RosterView roster{.state = RosterView::State::shown, .title = "Term", .courseCount = 2};
+    const std::vector<std::string> names{
+        "Ana", std::string(90, 'W'), "لمى بنت عبد الرحمن آل سعود الكبير",
+        "一二三四五六七八九十一二三四五六七八九十一二三四五六七八九十"};
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        RiskRow row{.id = std::int64_t(i), .name = names[i], .courseName = "Biology"};
+        row.level = RiskLevel::concern;
+        row.reasonLines = {{.text = "1 of 9 assignments missing"}};
+        roster.rows.push_back(row);
+    }
+    for (const double scale : {1.0, 1.5, 2.0}) {
+        defaults.set(preferences::textScale, scale);
+        RosterTable rows(appearance);
+        rows.setRoster(roster, {}, systemNow());
+        for (const int width : {360, 620, 1000, 2200}) {
+            rows.resize(width, 400);
+            rows.grab();
+            int used = 0;
+            for (int column = 0; column < RosterModel::columns; ++column)
+                used += rows.columnWidth(column);
+            EXPECT_EQ(used, rows.viewport()->width()) << width << " at " << scale;
+            EXPECT_EQ(rows.horizontalScrollBar()->maximum(), 0) << width << " at " << scale;
+            const QFontMetrics metrics(appearance.font(1, QFont::DemiBold));
+            const int lines = metrics.horizontalAdvance(QString::fromStdString(names[1])) /
+                rows.columnWidth(RosterModel::student);
+            EXPECT_GE(rows.rowHeight(1) - rows.rowHeight(0), lines * metrics.ascent())
+                << width << " at " << scale;
+        }
+    }
+}
+
+TEST_F(MainWindowTest, ChipsFilterTheRosterUntilEscape) {
+    openCourse(900101);
+    const auto press = [this](Qt::Key key) {
+        QTest::keyClick(&window, key, Qt::AltModifier);
+        return table().shownCount();
+    };
+    EXPECT_EQ(press(Qt::Key_2), 2);
+    EXPECT_EQ(press(Qt::Key_3), 2);
+    EXPECT_EQ(press(Qt::Key_4), 7);
+    EXPECT_EQ(press(Qt::Key_5), 1);
+    EXPECT_EQ(press(Qt::Key_6), 26);
+    EXPECT_EQ(press(Qt::Key_1), 10);
+    auto *filter = window.roster()->findChild<QLineEdit *>();
+    filter->setText(QStringLiteral("nobody at all"));
+    QPushButton *back = button(*window.roster(), QStringLiteral("Clear the Filter"));
+    ASSERT_NE(back, nullptr);
+    EXPECT_TRUE(back->isVisible());
+    back->click();
+    EXPECT_EQ(table().shownCount(), 10);
+    EXPECT_EQ(filter->text(), QString());
+    filter->setText(QStringLiteral("jordan"));
+    EXPECT_EQ(table().shownCount(), 1);
+    filter->setFocus();
+    QTest::keyClick(filter, Qt::Key_Escape);
+    EXPECT_EQ(table().shownCount(), 10);
+
+    // The unfolded students stay shown, and the order is of the course where it was chosen.
+    press(Qt::Key_6);
+    Q_EMIT table().horizontalHeader()->sectionClicked(RosterModel::score);
+    openCourse(900102);
+    EXPECT_EQ(table().query(), RosterQuery{});
+    openCourse(900101);
+    EXPECT_EQ(table().query(), RosterQuery{.chip = RosterChip::everyone});
+}
+
+TEST_F(MainWindowTest, TheCommandsOfTheDetailsStayInSight) {
+    openCourse(900101);
+    table().selectStudents({{900101, 5001}});
+    auto *details = window.findChild<StudentDetails *>();
+    window.resize(1280, 560);
+    QApplication::processEvents();
+    auto *scroll = details->findChild<QScrollArea *>();
+    ASSERT_GT(scroll->verticalScrollBar()->maximum(), 0);
+    scroll->verticalScrollBar()->setValue(20);
+    QPushButton *mark = button(*details, QStringLiteral("Mark as Contacted"));
+    EXPECT_FALSE(mark->visibleRegion().isEmpty());
+    mark->click();
+    QApplication::processEvents();
+    EXPECT_EQ(scroll->verticalScrollBar()->value(), 20) << "the same student";
+
+    // They need a student and some width, unless they are asked for.
+    window.resize(900, 600);
+    QApplication::processEvents();
+    EXPECT_FALSE(details->isVisible());
+    action(QStringLiteral("Show Student Details"))->trigger();
+    EXPECT_TRUE(details->isVisible());
+    window.resize(1280, 800);
+    QApplication::processEvents();
+    EXPECT_TRUE(details->isVisible());
+    window.roster()->findChild<QLineEdit *>()->setText(QStringLiteral("nobody at all"));
+    EXPECT_FALSE(details->isVisible());
+}
+
+TEST_F(MainWindowTest, AMostMissedAssignmentFiltersTheRoster) {
+    openCourse(900101);
+    for (auto *link : window.roster()->findChildren<TextLink *>()) {
+        if (link->isVisible() && link->accessibleName().startsWith(QStringLiteral("Homework 5")))
+            Q_EMIT link->openRequested();
+    }
+    ASSERT_TRUE(table().query().missing);
+    EXPECT_EQ(table().query().missing->name, "Homework 5");
+    const int shown = table().shownCount();
+    EXPECT_GT(shown, 0);
+    EXPECT_LT(shown, 10);
+    QPushButton *chip = button(*window.roster(), QStringLiteral("Missing Homework 5 ✕"));
+    ASSERT_NE(chip, nullptr);
+    EXPECT_TRUE(chip->isVisible());
+    chip->click();
+    EXPECT_EQ(table().shownCount(), 10);
 }
 
 } // namespace

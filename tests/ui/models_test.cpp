@@ -10,8 +10,6 @@
 namespace ellwynd {
 namespace {
 
-using testing::ElementsAre;
-
 constexpr auto strict = QAbstractItemModelTester::FailureReportingMode::Fatal;
 
 RiskRow student(std::int64_t id, const char *name, double score, std::optional<double> grade) {
@@ -39,81 +37,24 @@ std::vector<RiskRow> someRows() {
     return rows;
 }
 
-std::vector<std::int64_t> order(const RosterFilter &filter) {
-    std::vector<std::int64_t> ids;
-    for (int row = 0; row < filter.rowCount(); ++row)
-        ids.push_back(filter.row(filter.index(row, 0)).id);
-    return ids;
-}
-
-TEST(RosterModel, SortsByEveryColumn) {
+TEST(RosterModel, ShowsTheFoldedStudentsOnOneLine) {
     RosterModel model;
     const QAbstractItemModelTester tester(&model, strict);
-    RosterFilter filter;
-    filter.setSourceModel(&model);
-    const QAbstractItemModelTester filterTester(&filter, strict);
-    RosterView roster{.rows = someRows()};
-    const auto wrote = [&](std::int64_t course, std::int64_t id, int ago, RiskLevel level) {
-        roster.outreach[{course, id}] = {
-            .contactedAt = test::noon - std::chrono::days(ago),
-            .levelThen = RecordedLevel(RiskLevel::watch),
-            .levelNow = level,
-            .daysSince = ago};
-    };
-    // The first awaits follow-up, although another contact is older.
-    wrote(1, 1, 8, RiskLevel::atRisk);
-    roster.rows[1].level = RiskLevel::watch;
-    wrote(1, 2, 3, RiskLevel::watch);
-    roster.outreach[{1, 3}] = {.contactedAt = test::noon - std::chrono::days(20), .daysSince = 20};
-    model.setRoster(roster, test::noon);
-    EXPECT_THAT(order(filter), ElementsAre(1, 2, 3, 4));
-    struct Row {
-        int column;
-        std::vector<std::int64_t> ascending;
-        std::vector<std::int64_t> descending;
-    };
-    for (const Row &row : std::vector<Row>{
-             {RosterModel::score, {1, 2, 3, 4}, {4, 2, 3, 1}},
-             {RosterModel::missing, {1, 2, 3, 4}, {2, 3, 4, 1}},
-             {RosterModel::lastActive, {2, 4, 3, 1}, {1, 3, 2, 4}},
-             {RosterModel::level, {1, 2, 3, 4}, {4, 3, 2, 1}},
-             {RosterModel::why, {1, 2, 3, 4}, {4, 3, 2, 1}},
-             {RosterModel::student, {4, 3, 1, 2}, {2, 1, 3, 4}},
-             {RosterModel::course, {1, 2, 3, 4}, {4, 1, 2, 3}},
-             {RosterModel::contacted, {1, 3, 2, 4}, {4, 2, 3, 1}}}) {
-        filter.sort(row.column, Qt::AscendingOrder);
-        EXPECT_EQ(order(filter), row.ascending) << row.column;
-        filter.sort(row.column, Qt::DescendingOrder);
-        EXPECT_EQ(order(filter), row.descending) << row.column;
-    }
-    filter.sort(-1);
-    EXPECT_THAT(order(filter), ElementsAre(1, 2, 3, 4));
-}
-
-TEST(RosterModel, FiltersByEveryWord) {
-    RosterModel model;
-    RosterFilter filter;
-    filter.setSourceModel(&model);
-    model.setRoster({.rows = someRows()}, test::noon);
-    struct Row {
-        const char *typed;
-        std::vector<std::int64_t> shown;
-    };
-    for (const Row &row : std::vector<Row>{
-             {"", {1, 2, 3, 4}},
-             {"  ", {1, 2, 3, 4}},
-             {"ZO", {1}},
-             {"watch", {2}},
-             {"missing 9", {2}},
-             {"missing 8", {}},
-             {"<b>", {4}},
-             {"at risk", {1}},
-             {"chem", {4}},
-             {"bio watch", {2}},
-             {".*", {}}}) {
-        filter.setWords(QString::fromUtf8(row.typed));
-        EXPECT_EQ(order(filter), row.shown) << row.typed;
-    }
+    const auto rows = std::make_shared<RosterRows>(RosterView{.courseID = 1, .rows = someRows()});
+    model.setRoster(rows, {}, test::noon);
+    ASSERT_EQ(model.rowCount(), 3);
+    EXPECT_EQ(model.studentCount(), 2);
+    EXPECT_TRUE(model.isFold(2));
+    EXPECT_EQ(model.index(2, 0).data().toString().toStdString(), "2 students without a flag");
+    EXPECT_FALSE(model.flags(model.index(2, 0)).testFlag(Qt::ItemIsSelectable));
+    EXPECT_EQ(
+        model.index(1, RosterModel::student).data(Qt::AccessibleTextRole).toString().toStdString(),
+        "Émile. 1 of 9 assignments missing");
+    model.setQuery({.chip = RosterChip::everyone});
+    EXPECT_EQ(model.rowCount(), 4);
+    EXPECT_FALSE(model.isFold(3));
+    for (int column = 0; column < RosterModel::columns; ++column)
+        EXPECT_NE(RosterModel::sortOf(column), RosterSort::worstFirst);
 }
 
 TEST(MissingWorkModel, DescribesItsRows) {

@@ -22,6 +22,7 @@ TEST_F(RosterDesktopActionsTest, TheMenuCopiesMessagesForTheSelectedStudents) {
             copy = menu;
     }
     ASSERT_NE(copy, nullptr);
+    table().clearSelection();
     EXPECT_FALSE(copy->isEnabled());
     table().selectStudents({{900101, 5002}, {900101, 5003}});
     Q_EMIT copy->aboutToShow();

@@ -1,8 +1,27 @@
 #include "app/roster/courseinsight.h"
 
+#include "app/courses/courselabel.h"
+#include "base/text.h"
+
 #include <algorithm>
 
 namespace ellwynd {
+
+std::string levelBrief(const CourseInsight &insight, RiskLevel level) {
+    if (insight.days.empty())
+        return "";
+    const std::int64_t now = insight.days.back().counts[level];
+    const std::int64_t change = now - insight.days.front().counts[level];
+    std::string text = std::to_string(now) + " " + std::string(levelName(level));
+    if (change != 0)
+        text += (change > 0 ? " ↑" : " ↓") + std::to_string(change > 0 ? change : -change);
+    return text;
+}
+
+std::string mostMissedText(const MissedAssignment &assignment) {
+    return collapsed(assignment.name) + " — " +
+        plural(std::int64_t(assignment.studentIDs.size()), "student");
+}
 
 CourseInsight courseInsight(const ScoredCourse &course, const Stores &stores, Date now) {
     CourseInsight insight;

@@ -23,6 +23,13 @@ struct CourseInsight {
     bool operator==(const CourseInsight &) const = default;
 };
 
+/// "3 At Risk ↑2": today's count of a level, and the difference to the earliest day of the two
+/// weeks, if there is one.
+[[nodiscard]] std::string levelBrief(const CourseInsight &insight, RiskLevel level);
+
+/// "Homework 5 — 8 students".
+[[nodiscard]] std::string mostMissedText(const MissedAssignment &assignment);
+
 [[nodiscard]] CourseInsight
 courseInsight(const ScoredCourse &course, const Stores &stores, Date now);
 

@@ -286,6 +286,9 @@ void RosterController::showRoster(
     view.notes = notesOf(courses);
     view.notes.insert(view.notes.end(), unreadCourses.begin(), unreadCourses.end());
     view.outreach = outreachOf(view.rows, stores, now());
+    view.remembersContacts = stores.contacts.isEnabled();
+    view.sortNames = sortNamesOf(courses);
+    view.courseCodes = courseCodesOf(courses);
     rosterView = std::move(view);
     Q_EMIT rosterDidChange();
 }

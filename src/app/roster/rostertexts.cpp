@@ -1,5 +1,6 @@
 #include "app/roster/rostertexts.h"
 
+#include "app/courses/courselabel.h"
 #include "base/calendar.h"
 #include "base/text.h"
 #include "risk/reasons.h"
@@ -50,6 +51,25 @@ std::string reasonsText(const RiskRow &row) {
     for (const ReasonLine &line : row.reasonLines)
         reasons.push_back(line.text);
     return join(reasons, " · ");
+}
+
+std::string figuresText(const RiskRow &row, const OutreachOutcome *outcome, Date now) {
+    std::vector<std::string> figures;
+    if (std::string score = scoreAndGradeText(row); !score.empty())
+        figures.push_back(std::move(score));
+    figures.push_back(lastActiveText(row.lastActivityAt, now));
+    if (outcome != nullptr)
+        figures.push_back(contactedText(*outcome));
+    return join(figures, " · ");
+}
+
+std::string rowDescription(const RiskRow &row) {
+    std::string text = collapsed(row.name);
+    if (!row.reasonLines.empty())
+        text += ". " + reasonsText(row);
+    if (const std::size_t hidden = missingAssignments(row).size(); hidden > 0)
+        text += ", " + moreAccessibleText(hidden);
+    return text;
 }
 
 std::string_view arrowOf(const RosterChange &change) {

@@ -24,6 +24,12 @@ namespace ellwynd {
 /// The row's reasons joined by " · ".
 [[nodiscard]] std::string reasonsText(const RiskRow &row);
 
+/// The figures of a row in one line, without those that are absent: "38% · F · 10 days ago".
+[[nodiscard]] std::string figuresText(const RiskRow &row, const OutreachOutcome *outcome, Date now);
+
+/// A row for screen readers: the name, the reasons, and how many names of missing work are hidden.
+[[nodiscard]] std::string rowDescription(const RiskRow &row);
+
 /// "↑" for a student doing worse, "↓" for one doing better; empty otherwise.
 [[nodiscard]] std::string_view arrowOf(const RosterChange &change);
 

@@ -1,5 +1,7 @@
 #include "app/roster/rosterview.h"
 
+#include "app/courses/courselabel.h"
+
 #include <algorithm>
 
 namespace ellwynd {
@@ -12,6 +14,29 @@ outreachOf(const std::vector<RiskRow> &rows, const Stores &stores, Date now) {
             outcomes.emplace(keyOf(row), *outcome);
     }
     return outcomes;
+}
+
+std::map<StudentKey, std::string> sortNamesOf(std::span<const ScoredCourse *const> courses) {
+    std::map<StudentKey, std::string> names;
+    for (const ScoredCourse *course : courses) {
+        if (!course->records)
+            continue;
+        for (const Enrollment &student : course->records->students) {
+            if (student.user && student.user->sortableName && !student.user->sortableName->empty())
+                names.emplace(
+                    StudentKey{course->course.id, student.userID}, *student.user->sortableName);
+        }
+    }
+    return names;
+}
+
+std::map<std::int64_t, std::string> courseCodesOf(std::span<const ScoredCourse *const> courses) {
+    std::map<std::int64_t, std::string> codes;
+    for (const ScoredCourse *course : courses) {
+        const CourseLabel label = courseLabel(course->course);
+        codes.emplace(course->course.id, label.code.empty() ? label.name : label.code);
+    }
+    return codes;
 }
 
 std::vector<std::string> notesOf(std::span<const ScoredCourse *const> courses) {

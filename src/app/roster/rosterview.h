@@ -24,6 +24,12 @@ struct RosterView {
     std::vector<RosterChange> movement;
     /// The outcomes of contacts, by student.
     std::map<StudentKey, OutreachOutcome> outreach;
+    /// Whether contacts are remembered; otherwise nobody is known to have been written to.
+    bool remembersContacts = true;
+    /// What students are sorted by, where Canvas has a sortable name.
+    std::map<StudentKey, std::string> sortNames;
+    /// The short names of the courses.
+    std::map<std::int64_t, std::string> courseCodes;
     /// Absent for a term.
     std::optional<CourseInsight> insight;
     /// Absent for a term.
@@ -44,6 +50,14 @@ struct RosterView {
 /// were not contacted.
 [[nodiscard]] std::map<StudentKey, OutreachOutcome>
 outreachOf(const std::vector<RiskRow> &rows, const Stores &stores, Date now);
+
+/// The sortable names that Canvas has of the students of these courses.
+[[nodiscard]] std::map<StudentKey, std::string>
+sortNamesOf(std::span<const ScoredCourse *const> courses);
+
+/// The course codes; the name of a course without one.
+[[nodiscard]] std::map<std::int64_t, std::string>
+courseCodesOf(std::span<const ScoredCourse *const> courses);
 
 /// The notes of all courses, each with its course's name if there are several.
 [[nodiscard]] std::vector<std::string> notesOf(std::span<const ScoredCourse *const> courses);

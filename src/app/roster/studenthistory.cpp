@@ -1,8 +1,15 @@
 #include "app/roster/studenthistory.h"
 
+#include "base/calendar.h"
+
 #include <algorithm>
 
 namespace ellwynd {
+
+std::string levelDiffersText(std::optional<RiskLevel> now, std::optional<RiskLevel> recorded) {
+    return "Now " + std::string(levelName(now)) +
+        ". Recorded today: " + std::string(levelName(recorded)) + ".";
+}
 
 StudentHistory studentHistory(
     const RiskRow &row, const std::vector<RosterChange> &movement, const Stores &stores, Date now) {
@@ -12,6 +19,11 @@ StudentHistory studentHistory(
     const auto change = std::ranges::find_if(movement, [&](const RosterChange &candidate) {
         return candidate.studentID == row.id && candidate.courseID == row.courseID;
     });
+    if (history.trend) {
+        const TermTrend::Point &last = history.trend->points.back();
+        history.levelDiffers =
+            last.level != row.level && calendar::daysBetween(last.date, now) == 0;
+    }
     if (change != movement.end())
         history.change = *change;
     return history;

@@ -15,9 +15,16 @@ struct StudentHistory {
     std::optional<TermTrend> trend;
     /// Absent if the student was never contacted.
     std::optional<OutreachOutcome> outreach;
+    /// Set if today's recorded level, the last of the trend, is no longer the student's level.
+    bool levelDiffers = false;
 
     bool operator==(const StudentHistory &) const = default;
 };
+
+/// "Now At Risk. Recorded today: Concern."
+/// @param recorded the level recorded today.
+[[nodiscard]] std::string
+levelDiffersText(std::optional<RiskLevel> now, std::optional<RiskLevel> recorded);
 
 /// @param movement the movement of the student's course.
 [[nodiscard]] StudentHistory studentHistory(

@@ -59,19 +59,18 @@ SettingsMerge mergeSettings(
         const bool isReadable =
             there || !(stored.unreadable.contains(key) || stored.values.contains(key));
         const bool isChanged = agreed ? here != valueOf(*agreed, key) : changedHere.contains(key);
+        const bool isAddressAtRisk =
+            key == preferences::canvasBaseURL.name && isBlank(there) && !isBlank(here);
+        const bool isUnknownThere = !agreed && !there;
         if (isReadable && here == there) {
             assign(merge.agreed, key, here);
-        } else if (isChanged) {
+        } else if (isChanged || (isReadable && isUnknownThere)) {
             // At a first meeting what the store held is the base, so that it stays a change.
             if (!agreed)
                 assign(merge.agreed, key, there);
             merge.toPush.emplace(key, here);
-        } else if (!isReadable) {
-            // Once it can be read it is a difference to be applied.
-            assign(merge.agreed, key, here);
-        } else if (!agreed && !there) {
-            merge.toPush.emplace(key, here);
-        } else if (key == preferences::canvasBaseURL.name && isBlank(there) && !isBlank(here)) {
+        } else if (!isReadable || isAddressAtRisk) {
+            // Once it can be read, or is an address, it is a difference to be applied.
             assign(merge.agreed, key, here);
         } else {
             merge.toApply.emplace(key, there);

@@ -1,15 +1,21 @@
 #include "ui/details/studentdetails.h"
 
+#include "app/courses/courselabel.h"
 #include "app/roster/rostertexts.h"
 #include "ui/details/termchart.h"
 #include "ui/support/appearance.h"
+#include "ui/support/flowlayout.h"
 #include "ui/support/levelpill.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
-#include <QGridLayout>
+#include <QApplication>
 #include <QMenu>
+#include <QPointer>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -17,22 +23,41 @@
 
 namespace ellwynd {
 
+namespace {
+
+/// Deletes contents when control is back in the event loop, also in one that was started by hand,
+/// where `deleteLater` has to wait.
+void deleteSoon(QWidget *contents) {
+    QTimer::singleShot(0, qApp, [old = QPointer<QWidget>(contents)] { delete old.data(); });
+}
+
+} // namespace
+
 StudentDetails::StudentDetails(const Appearance &appearance, QWidget *parent)
-    : QScrollArea(parent), appearance(appearance) {
+    : QWidget(parent), appearance(appearance), head(new QWidget(this)), scroll(new QScrollArea) {
     setObjectName(QStringLiteral("detailsPane"));
+    setAttribute(Qt::WA_StyledBackground);
     setAccessibleName(QStringLiteral("Student details"));
-    setWidgetResizable(true);
-    setFrameShape(QFrame::NoFrame);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(head);
+    column->addWidget(scroll, 1);
     connect(&appearance, &Appearance::appearanceDidChange, this, &StudentDetails::rebuild);
     rebuild();
 }
 
-void StudentDetails::show(std::vector<RiskRow> newRows, StudentHistory newHistory) {
-    if (newRows == rows && newHistory == history && widget() != nullptr)
+void StudentDetails::show(
+    std::vector<RiskRow> newRows, StudentHistory newHistory, const SelectionSummary &newSummary) {
+    if (newRows == rows && newHistory == history && newSummary == summary)
         return;
     rows = std::move(newRows);
     history = std::move(newHistory);
+    summary = newSummary;
     rebuild();
 }
 
@@ -41,107 +66,163 @@ void StudentDetails::setContactsEnabled(bool enabled) {
         rebuild();
 }
 
+void StudentDetails::focusContents() {
+    for (QWidget *part : {scroll->widget(), head}) {
+        for (auto *link : part->findChildren<TextLink *>()) {
+            link->setFocus(Qt::TabFocusReason);
+            return;
+        }
+        for (auto *button : part->findChildren<QPushButton *>()) {
+            button->setFocus(Qt::TabFocusReason);
+            return;
+        }
+    }
+}
+
 void StudentDetails::rebuild() {
-    auto *content = new QWidget;
-    content->setObjectName(QStringLiteral("detailsPane"));
-    content->setAttribute(Qt::WA_StyledBackground);
-    auto *column = new QVBoxLayout(content);
+    auto *newHead = new QWidget;
+    auto *body = new QWidget;
+    for (QWidget *part : {newHead, body}) {
+        part->setObjectName(QStringLiteral("detailsPane"));
+        part->setAttribute(Qt::WA_StyledBackground);
+    }
+    auto *top = new QVBoxLayout(newHead);
+    auto *column = new QVBoxLayout(body);
     const int margin = appearance.px(16);
-    column->setContentsMargins(margin, margin, margin, margin);
+    top->setContentsMargins(margin, margin, margin, appearance.px(4));
+    top->setSpacing(appearance.px(7));
+    column->setContentsMargins(margin, appearance.px(4), margin, margin);
     column->setSpacing(appearance.px(6));
     if (rows.size() == 1) {
         const RiskRow &row = rows.front();
-        addHeading(*column, row);
+        addHeading(*top, row);
+        addButtons(*top);
         addFigures(*column, row);
         addReasons(*column, row);
-        addTerm(*column);
+        addTerm(*column, row);
         addOutreach(*column);
-        addButtons(*column);
     } else if (!rows.empty()) {
+        addSelectionHeading(*top);
+        addButtons(*top);
         addSelection(*column);
-        addButtons(*column);
     } else {
-        auto *hint = secondaryLabel(
-            content, QStringLiteral("Select a student to see why they are flagged."));
+        auto *hint =
+            secondaryLabel(body, QStringLiteral("Select a student to see why they are flagged."));
         hint->setAlignment(Qt::AlignCenter);
         column->addStretch(1);
         column->addWidget(hint);
     }
     column->addStretch(2);
+    replace(newHead, body);
+}
+
+void StudentDetails::replace(QWidget *newHead, QWidget *newBody) {
     // The rebuild may come from the old contents: from their menu, or their focused button. They
     // are deleted later, and the new button of the same name gets the focus.
-    const QWidget *focused = focusWidget();
-    const bool hadFocus = focused != nullptr && focused->hasFocus();
+    const QWidget *focused = QApplication::focusWidget();
+    const bool hadFocus = focused != nullptr && isAncestorOf(focused);
     const QString name = hadFocus ? focused->accessibleName() : QString();
-    if (QWidget *old = takeWidget()) {
+    std::vector<StudentKey> students;
+    for (const RiskRow &row : rows)
+        students.push_back(keyOf(row));
+    const bool isSame = std::exchange(builtFor, students) == students;
+    const int scrolledTo = scroll->verticalScrollBar()->value();
+    if (QWidget *old = scroll->takeWidget()) {
         old->hide();
-        old->deleteLater();
+        deleteSoon(old);
     }
-    setWidget(content);
-    for (auto *button : content->findChildren<QPushButton *>()) {
-        if (hadFocus && button->accessibleName() == name)
-            button->setFocus();
+    QWidget *oldHead = std::exchange(head, newHead);
+    delete layout()->replaceWidget(oldHead, newHead);
+    oldHead->hide();
+    oldHead->setParent(nullptr);
+    deleteSoon(oldHead);
+    scroll->setWidget(newBody);
+    newHead->show();
+    if (isSame) {
+        // The range of the scroll bar is otherwise computed later.
+        newBody->adjustSize();
+        scroll->verticalScrollBar()->setValue(scrolledTo);
+    }
+    for (QWidget *part : {newHead, newBody}) {
+        for (auto *candidate : part->findChildren<QWidget *>()) {
+            if (hadFocus && candidate->accessibleName() == name &&
+                candidate->focusPolicy() != Qt::NoFocus)
+                candidate->setFocus();
+        }
     }
 }
 
 void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
     auto *name = plainLabel(nullptr, true);
     name->setFont(appearance.font(1.22, QFont::Bold));
-    name->setText(qstring(row.name));
+    name->setText(qstring(collapsed(row.name)));
     name->setTextInteractionFlags(Qt::TextSelectableByMouse);
     column.addWidget(name);
+    auto *course = secondaryLabel(nullptr, qstring(collapsed(row.courseName)));
+    course->setFont(appearance.font(0.92));
+    column.addWidget(course);
+    auto *line = new QHBoxLayout;
     auto *pill = new LevelPill(appearance);
     pill->setLevel(row.level);
     pill->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    column.addWidget(pill, 0, Qt::AlignLeft);
+    line->addWidget(pill, 0, Qt::AlignTop);
     if (history.change) {
-        auto *moved = plainLabel(nullptr, true);
-        moved->setText(
+        auto *moved = secondaryLabel(
+            nullptr,
             qstring(arrowOf(*history.change)) + QStringLiteral(" ") +
-            qstring(changeText(*history.change)));
+                qstring(changeText(*history.change)));
+        moved->setFont(appearance.font(0.92));
         moved->setAccessibleName(qstring(changeText(*history.change)));
         moved->setToolTip(qstring(arrowText(*history.change)));
-        column.addWidget(moved);
+        line->addWidget(moved, 1);
+    } else {
+        line->addStretch(1);
     }
-    auto *course = secondaryLabel(nullptr, qstring(row.courseName));
-    column.addWidget(course);
+    column.addLayout(line);
 }
 
 void StudentDetails::addFigures(QVBoxLayout &column, const RiskRow &row) {
     struct Figure {
         QString label;
+        QString spoken;
         QString value;
     };
     QString score = qstring(scoreText(row.currentScore));
     if (row.currentGrade && !row.currentGrade->empty())
         score += QStringLiteral(" ") + qstring(*row.currentGrade);
     const std::vector<Figure> figures{
-        {QStringLiteral("Score"), score},
-        {QStringLiteral("Time in course"), qstring(timeInCourseText(row.totalActivityTime))},
-        {QStringLiteral("Last active"), qstring(lastActiveText(row.lastActivityAt, systemNow()))},
-        {QStringLiteral("Missing"), QString::number(row.missingCount)},
+        {QStringLiteral("Score"), QStringLiteral("Score"), score},
+        {QStringLiteral("Missing"), QStringLiteral("Missing"), QString::number(row.missingCount)},
+        {QStringLiteral("Active"), QStringLiteral("Last active"),
+         qstring(lastActiveText(row.lastActivityAt, systemNow()))},
+        {QStringLiteral("Time"), QStringLiteral("Time in course"),
+         qstring(timeInCourseText(row.totalActivityTime))},
     };
-    auto *grid = new QGridLayout;
-    grid->setHorizontalSpacing(appearance.px(14));
-    grid->setVerticalSpacing(appearance.px(8));
-    for (std::size_t i = 0; i < figures.size(); ++i) {
-        auto *cell = new QVBoxLayout;
+    // Beside each other if they fit.
+    auto *line = new QWidget;
+    auto *flow = new FlowLayout(line);
+    flow->setContentsMargins(0, 0, 0, 0);
+    flow->setSpacing(appearance.px(13));
+    for (const Figure &figure : figures) {
+        auto *box = new QWidget(line);
+        auto *cell = new QVBoxLayout(box);
+        cell->setContentsMargins(0, 0, 0, 0);
         cell->setSpacing(0);
-        auto *label = secondaryLabel(nullptr, figures[i].label);
-        label->setFont(appearance.font(0.92));
-        auto *value = plainLabel(nullptr, true);
-        value->setFont(appearance.font(1.12, QFont::DemiBold));
-        value->setText(figures[i].value);
-        value->setAccessibleName(figures[i].label + QStringLiteral(": ") + figures[i].value);
+        auto *label = secondaryLabel(box, figure.label, false);
+        label->setFont(appearance.font(0.86));
+        auto *value = plainLabel(box);
+        value->setFont(appearance.font(1, QFont::DemiBold));
+        value->setText(figure.value);
+        value->setAccessibleName(figure.spoken + QStringLiteral(": ") + figure.value);
+        box->setToolTip(figure.spoken);
         cell->addWidget(label);
         cell->addWidget(value);
-        cell->addStretch(1);
-        grid->addLayout(cell, int(i / 2), int(i % 2));
+        flow->addWidget(box);
     }
-    grid->setColumnStretch(0, 1);
-    grid->setColumnStretch(1, 1);
-    column.addSpacing(appearance.px(6));
-    column.addLayout(grid);
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    line->setSizePolicy(policy);
+    column.addWidget(line);
 }
 
 void StudentDetails::addSection(QVBoxLayout &column, const QString &title) {
@@ -157,13 +238,20 @@ void StudentDetails::addSection(QVBoxLayout &column, const QString &title) {
     column.addWidget(label);
 }
 
-void StudentDetails::addTerm(QVBoxLayout &column) {
+void StudentDetails::addTerm(QVBoxLayout &column, const RiskRow &row) {
     if (!history.trend)
         return;
     addSection(column, QStringLiteral("This term"));
-    column.addWidget(new TermChart(*history.trend, appearance));
-    auto *story = secondaryLabel(nullptr, qstring(termStory(*history.trend)));
-    column.addWidget(story);
+    ChartMarks marks{.levelDiffers = history.levelDiffers, .level = row.level};
+    if (history.outreach)
+        marks.wroteAt = history.outreach->contactedAt;
+    column.addWidget(new TermChart(*history.trend, marks, appearance));
+    column.addWidget(secondaryLabel(nullptr, qstring(termStory(*history.trend))));
+    if (history.levelDiffers) {
+        auto *differs = plainLabel(nullptr, true);
+        differs->setText(qstring(levelDiffersText(row.level, history.trend->points.back().level)));
+        column.addWidget(differs);
+    }
 }
 
 void StudentDetails::addOutreach(QVBoxLayout &column) {
@@ -175,16 +263,29 @@ void StudentDetails::addOutreach(QVBoxLayout &column) {
     column.addWidget(sentence);
 }
 
-/// The number of selected students and the first names.
-void StudentDetails::addSelection(QVBoxLayout &column) {
+void StudentDetails::addSelectionHeading(QVBoxLayout &column) {
     auto *heading = plainLabel(nullptr, true);
     heading->setFont(appearance.font(1.22, QFont::Bold));
     heading->setText(qstring(studentsText(rows.size())) + QStringLiteral(" selected"));
     column.addWidget(heading);
+    auto *levels = plainLabel(nullptr, true);
+    levels->setText(qstring(summary.levels));
+    column.addWidget(levels);
+    if (!summary.notReached.empty())
+        column.addWidget(secondaryLabel(nullptr, qstring(summary.notReached)));
+}
+
+/// What all of them miss, and the first names.
+void StudentDetails::addSelection(QVBoxLayout &column) {
+    if (!summary.allMissing.empty()) {
+        addSection(column, QStringLiteral("All of them miss"));
+        addAssignments(column, summary.allMissing);
+    }
+    addSection(column, QStringLiteral("Students"));
     constexpr std::size_t listed = 12;
     for (std::size_t i = 0; i < std::min(rows.size(), listed); ++i) {
-        auto *name = new ElidedLabel;
-        name->setFullText(qstring(rows[i].name));
+        auto *name = plainLabel(nullptr, true);
+        name->setText(qstring(collapsed(rows[i].name)));
         column.addWidget(name);
     }
     if (rows.size() > listed) {
@@ -194,17 +295,30 @@ void StudentDetails::addSelection(QVBoxLayout &column) {
     }
 }
 
+/// Links to assignments of the first student's course.
+void StudentDetails::addAssignments(
+    QVBoxLayout &column, const std::vector<AssignmentRef> &assignments) {
+    for (const AssignmentRef &assignment : assignments) {
+        auto *link = new TextLink(qstring(collapsed(assignment.name)));
+        link->setContentsMargins(appearance.px(10), 0, 0, 0);
+        link->setToolTip(QStringLiteral("Open this assignment in Canvas"));
+        connect(
+            link, &TextLink::openRequested, this, [this, row = rows.front(), id = assignment.id] {
+                Q_EMIT assignmentRequested(row, id);
+            });
+        column.addWidget(link);
+    }
+}
+
 void StudentDetails::addButtons(QVBoxLayout &column) {
     const bool one = rows.size() == 1;
-    auto *contacted = new QPushButton(QStringLiteral("Mark as Contacted"));
-    contacted->setAccessibleName(contacted->text());
-    contacted->setToolTip(
-        one ? QStringLiteral("Record that you wrote to this student just now")
-            : QStringLiteral("Record that you wrote to these students just now"));
-    contacted->setEnabled(contactsEnabled);
-    connect(contacted, &QPushButton::clicked, this, [this] { Q_EMIT contactsRequested(rows); });
-    auto *copy = new QPushButton(QStringLiteral("Copy Message ▾"));
+    auto *box = new QWidget;
+    auto *flow = new FlowLayout(box);
+    flow->setContentsMargins(0, 0, 0, 0);
+    flow->setSpacing(appearance.px(6));
+    auto *copy = new QPushButton(QStringLiteral("Copy Message ▾"), box);
     copy->setAccessibleName(QStringLiteral("Copy Message"));
+    copy->setProperty("primary", true);
     copy->setToolTip(
         one ? QStringLiteral("Copy a message about this student to the clipboard")
             : QStringLiteral("Copy a message about each of them to the clipboard"));
@@ -213,15 +327,23 @@ void StudentDetails::addButtons(QVBoxLayout &column) {
     connect(messages, &QMenu::aboutToShow, this, [this, messages] {
         Q_EMIT messagesRequested(messages);
     });
-    column.addSpacing(appearance.px(10));
-    column.addWidget(copy, 0, Qt::AlignLeft);
-    column.addWidget(contacted, 0, Qt::AlignLeft);
-    if (!one)
-        return;
-    auto *grades = new QPushButton(QStringLiteral("Open Grades"));
-    grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
-    connect(grades, &QPushButton::clicked, this, [this] { Q_EMIT gradesRequested(rows.front()); });
-    column.addWidget(grades, 0, Qt::AlignLeft);
+    auto *contacted = new QPushButton(QStringLiteral("Mark as Contacted"), box);
+    contacted->setAccessibleName(contacted->text());
+    contacted->setToolTip(
+        one ? QStringLiteral("Record that you wrote to this student just now")
+            : QStringLiteral("Record that you wrote to these students just now"));
+    contacted->setEnabled(contactsEnabled);
+    connect(contacted, &QPushButton::clicked, this, [this] { Q_EMIT contactsRequested(rows); });
+    for (QPushButton *button : {copy, contacted}) {
+        button->setAutoDefault(false);
+        button->setFont(appearance.font(0.94));
+        button->setProperty("tight", true);
+        flow->addWidget(button);
+    }
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    box->setSizePolicy(policy);
+    column.addWidget(box);
 }
 
 void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {
@@ -243,19 +365,13 @@ void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {
         auto *sentence = plainLabel(nullptr, true);
         sentence->setText(qstring(line.text));
         column.addWidget(sentence);
-        for (const ReasonLink &reasonLink : line.links) {
-            const auto *assignment = std::get_if<AssignmentRef>(&reasonLink.target);
-            if (assignment == nullptr)
-                continue;
-            auto *link = new TextLink(qstring(assignment->name));
-            link->setContentsMargins(appearance.px(12), 0, 0, 0);
-            link->setToolTip(QStringLiteral("Open this assignment in Canvas"));
-            connect(link, &TextLink::openRequested, this, [this, row, id = assignment->id] {
-                Q_EMIT assignmentRequested(row, id);
-            });
-            column.addWidget(link);
-        }
+        if (line.role == ReasonRole::missingWork)
+            addAssignments(column, missingAssignments(row));
     }
+    auto *grades = new TextLink(QStringLiteral("Open Grades"));
+    grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
+    connect(grades, &TextLink::openRequested, this, [this, row] { Q_EMIT gradesRequested(row); });
+    column.addWidget(grades);
 }
 
 } // namespace ellwynd

@@ -1,18 +1,22 @@
-// The details pane: one student with every reason, or several with the commands for them.
+// The details pane: one student with every reason, or several with what they have in common.
 #pragma once
 
+#include "app/roster/selectionsummary.h"
 #include "app/roster/studenthistory.h"
 
-#include <QScrollArea>
+#include <QWidget>
 
 class QMenu;
+class QScrollArea;
 class QVBoxLayout;
 
 namespace ellwynd {
 
 class Appearance;
 
-class StudentDetails : public QScrollArea {
+/// The name, the level and the commands stay in place; the figures, the reasons and the history
+/// scroll below them.
+class StudentDetails : public QWidget {
     Q_OBJECT
 
   public:
@@ -20,9 +24,14 @@ class StudentDetails : public QScrollArea {
 
     /// Shows one student, a summary of several, or a hint when there is none.
     /// @param history of the student when there is exactly one; otherwise ignored.
-    void show(std::vector<RiskRow> rows, StudentHistory history);
+    /// @param summary of the students when there are several; otherwise ignored.
+    void
+    show(std::vector<RiskRow> rows, StudentHistory history, const SelectionSummary &summary = {});
+    using QWidget::show;
     /// Whether contacts are remembered, so that "Mark as Contacted" is enabled.
     void setContactsEnabled(bool enabled);
+    /// Moves the focus to the first link, or else to the first command.
+    void focusContents();
 
   Q_SIGNALS:
     /// The menu of messages is about to open.
@@ -33,19 +42,28 @@ class StudentDetails : public QScrollArea {
 
   private:
     void rebuild();
+    /// Puts the new contents in the place of the old.
+    void replace(QWidget *newHead, QWidget *newBody);
     void addHeading(QVBoxLayout &column, const RiskRow &row);
     void addFigures(QVBoxLayout &column, const RiskRow &row);
     void addReasons(QVBoxLayout &column, const RiskRow &row);
-    void addTerm(QVBoxLayout &column);
+    void addTerm(QVBoxLayout &column, const RiskRow &row);
     void addOutreach(QVBoxLayout &column);
+    void addSelectionHeading(QVBoxLayout &column);
     void addSelection(QVBoxLayout &column);
     void addButtons(QVBoxLayout &column);
     void addSection(QVBoxLayout &column, const QString &title);
+    void addAssignments(QVBoxLayout &column, const std::vector<AssignmentRef> &assignments);
 
     const Appearance &appearance;
     std::vector<RiskRow> rows;
     StudentHistory history;
+    SelectionSummary summary;
     bool contactsEnabled = true;
+    /// The students of the contents on screen.
+    std::vector<StudentKey> builtFor;
+    QWidget *head;
+    QScrollArea *scroll;
 };
 
 } // namespace ellwynd

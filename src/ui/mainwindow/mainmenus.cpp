@@ -170,7 +170,7 @@ void MainMenus::update(const CommandState &state) {
     removeContactMark->setEnabled(state.anyContacted);
 }
 
-void MainMenus::showUndo(const std::string &change) {
+void MainMenus::showUndo(const std::string &change) const {
     undo->setText(undoText(change));
     undo->setEnabled(!change.empty());
 }

@@ -43,7 +43,7 @@ class MainMenus : public QObject {
     void update(const CommandState &state);
 
     /// Names the change that the Undo command undoes; empty for none.
-    void showUndo(const std::string &change);
+    void showUndo(const std::string &change) const;
 
     /// The commands that have a shortcut, grouped by menu. Names of students are left out.
     [[nodiscard]] std::vector<ShortcutGroup> shortcuts() const;

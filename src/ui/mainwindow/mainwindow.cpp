@@ -1,5 +1,6 @@
 #include "ui/mainwindow/mainwindow.h"
 
+#include "app/courses/courselabel.h"
 #include "app/mainwindowcontroller.h"
 #include "platform/session/activation.h"
 #include "risk/coursethresholds.h"
@@ -21,7 +22,7 @@
 #include "uikit/convert.h"
 
 #include <QAction>
-#include <QGuiApplication>
+#include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -40,8 +41,8 @@ enum Pane { sidebarPane, middlePane, detailsPane };
 /// Initial widths of sidebar, roster and details. The outer two grow with the text size, up to a
 /// share of the window.
 QList<int> paneWidths(int window, const Appearance &appearance) {
-    const int left = std::min(appearance.px(224), window * 24 / 100);
-    const int right = std::min(appearance.px(256), window / 4);
+    const int left = std::min(appearance.px(248), window * 30 / 100);
+    const int right = std::min(appearance.px(272), window / 4);
     return {left, window - left - right, right};
 }
 
@@ -121,10 +122,7 @@ void MainWindow::connectCommands() {
         controller.select(DashboardSelection{});
         dashboardPane->focusCards();
     });
-    on(menus->hideDetails, [this] {
-        const bool hidden = defaults.value(preferences::studentDetailsHidden);
-        defaults.set(preferences::studentDetailsHidden, !hidden);
-    });
+    on(menus->hideDetails, [this] { toggleDetails(); });
     on(menus->zoomIn, [this] { appearance.zoom(1); });
     on(menus->zoomOut, [this] { appearance.zoom(-1); });
     on(menus->actualSize, [this] { appearance.zoom(0); });
@@ -176,15 +174,13 @@ void MainWindow::connectViews() {
     connect(rosterPane, &RosterPane::connectionRequested, this, [this] {
         settings().open(SettingsWindow::connection);
     });
-    connect(table, &RosterTable::selectionDidChange, this, [this, table] {
-        const std::vector<RiskRow> selected = table->selectedRows();
-        details->show(
-            selected,
-            selected.size() == 1 ? controller.studentHistory(selected.front()) : StudentHistory{});
+    connect(table, &RosterTable::selectionDidChange, this, &MainWindow::showSelection);
+    connect(table, &RosterTable::detailsRequested, this, &MainWindow::openDetails);
+    connect(rosterPane, &RosterPane::rowsDidChange, this, [this] {
+        showPane();
         updateActions();
-        if (settingsWindow != nullptr)
-            settingsWindow->refreshPreview();
     });
+    connect(&appearance, &Appearance::appearanceDidChange, this, &MainWindow::showPane);
     const auto grades = [this](const RiskRow &row) {
         controller.actions().openGrades(row.courseID, row.id);
     };
@@ -192,7 +188,6 @@ void MainWindow::connectViews() {
         controller.actions().openAssignment(row.courseID, id);
     };
     connect(table, &RosterTable::gradesRequested, this, grades);
-    connect(table, &RosterTable::assignmentRequested, this, assignment);
     connect(
         details, &StudentDetails::messagesRequested, desktopActions,
         &RosterDesktopActions::fillCopyMenu);
@@ -224,7 +219,6 @@ void MainWindow::connectViews() {
     connect(
         sheets, &CourseSheets::studentsRequested, this,
         [this, table](const std::set<StudentKey> &students) {
-            rosterPane->clearFilter();
             table->selectStudents(students);
             table->setFocus();
         });
@@ -249,16 +243,69 @@ void MainWindow::updateActions() {
         .anyContacted = std::ranges::any_of(
             selected, [&](const RiskRow &row) { return roster.outreach.contains(keyOf(row)); }),
         .remembersContacts = stores.contacts.isEnabled(),
-        .detailsHidden = defaults.value(preferences::studentDetailsHidden),
+        .detailsHidden = !wantsDetails(),
     });
 }
 
-/// Shows the dashboard, or a roster with its details. Whether details are hidden does not change.
+void MainWindow::showSelection() {
+    const std::vector<RiskRow> selected = rosterPane->table()->selectedRows();
+    const bool one = selected.size() == 1;
+    details->show(
+        selected, one ? controller.studentHistory(selected.front()) : StudentHistory{},
+        one ? SelectionSummary{} : selectionSummary(selected, controller.roster()));
+    updateActions();
+    if (settingsWindow != nullptr)
+        settingsWindow->refreshPreview();
+}
+
+bool MainWindow::isNarrow() const {
+    constexpr double enough = 1000;
+    return width() < appearance.px(enough);
+}
+
+bool MainWindow::wantsDetails() const {
+    return !defaults.value(preferences::studentDetailsHidden) &&
+        (!isNarrow() || detailsInNarrowWindow);
+}
+
+void MainWindow::openDetails() {
+    detailsInNarrowWindow = true;
+    defaults.set(preferences::studentDetailsHidden, false);
+    showPane();
+    updateActions();
+    details->focusContents();
+}
+
+void MainWindow::toggleDetails() {
+    if (!wantsDetails()) {
+        detailsInNarrowWindow = true;
+        defaults.set(preferences::studentDetailsHidden, false);
+    } else if (isNarrow()) {
+        detailsInNarrowWindow = false;
+    } else {
+        defaults.set(preferences::studentDetailsHidden, true);
+    }
+    showPane();
+    updateActions();
+}
+
+/// Shows the dashboard, or a roster with its details, which need a student and some width.
 void MainWindow::showPane() {
     const RosterView &roster = controller.roster();
     const bool dashboard = roster.state == RosterView::State::nothingSelected;
     middle->setCurrentWidget(dashboard ? static_cast<QWidget *>(dashboardPane) : rosterPane);
-    details->setVisible(showsRoster(roster) && !defaults.value(preferences::studentDetailsHidden));
+    const bool shown = showsRoster(roster) && rosterPane->table()->hasRows() && wantsDetails();
+    if (!shown && details->isAncestorOf(QApplication::focusWidget()))
+        rosterPane->table()->setFocus();
+    details->setVisible(shown);
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event) {
+    QMainWindow::resizeEvent(event);
+    if (!isNarrow())
+        detailsInNarrowWindow = false;
+    showPane();
+    updateActions();
 }
 
 void MainWindow::showContextMenu(const QPoint &position) {
@@ -272,6 +319,16 @@ void MainWindow::showContextMenu(const QPoint &position) {
     menu.addSeparator();
     menu.addAction(menus->openGrades);
     menu.addAction(menus->openCourse);
+    if (!controller.roster().courseID) {
+        const RiskRow row = rosterPane->table()->selectedRows().front();
+        const QAction *course =
+            menu.addAction(QStringLiteral("Show Roster of ") + menuText(collapsed(row.courseName)));
+        connect(course, &QAction::triggered, this, [this, row] {
+            controller.select(CourseSelection{row.courseID});
+            rosterPane->table()->selectStudents({keyOf(row)});
+            rosterPane->table()->setFocus();
+        });
+    }
     menu.exec(position);
 }
 
@@ -297,7 +354,7 @@ void MainWindow::showError(const CanvasError &error) {
 void MainWindow::activate(const QString &activationToken) {
     // Qt's Wayland plugin reads the token from the environment and removes it; no other does.
     if (!activationToken.isEmpty() &&
-        QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+        QApplication::platformName().startsWith(QStringLiteral("wayland")))
         setActivationToken(activationToken);
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();

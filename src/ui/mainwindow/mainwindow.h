@@ -71,6 +71,9 @@ class MainWindow : public QMainWindow {
     void sampleSwitchRequested();
     void updateCheckRequested();
 
+  protected:
+    void resizeEvent(QResizeEvent *event) override;
+
   private:
     void showWelcome();
     void connectCommands();
@@ -78,6 +81,13 @@ class MainWindow : public QMainWindow {
     void connectViews();
     void updateActions();
     void showPane();
+    void showSelection();
+    /// Shows the details, even in a narrow window, and moves the focus to them.
+    void openDetails();
+    void toggleDetails();
+    /// Whether the window is too narrow for the details unless they are asked for.
+    [[nodiscard]] bool isNarrow() const;
+    [[nodiscard]] bool wantsDetails() const;
     void restoreLayout();
     void showContextMenu(const QPoint &position);
     void showError(const CanvasError &error);
@@ -101,6 +111,8 @@ class MainWindow : public QMainWindow {
     CourseSheets *sheets;
     SettingsWindow *settingsWindow = nullptr;
     bool updateChecksAvailable = false;
+    /// The teacher asked for the details in a narrow window.
+    bool detailsInNarrowWindow = false;
     /// The alert of the latest error; null after it was closed.
     QPointer<QMessageBox> errorAlert;
     std::shared_ptr<void> observing;

@@ -1,5 +1,6 @@
 #include "ui/roster/insightband.h"
 
+#include "app/courses/courselabel.h"
 #include "base/calendar.h"
 #include "ui/support/appearance.h"
 #include "ui/support/levelpill.h"
@@ -64,14 +65,10 @@ QLabel *label(const QString &text, const QFont &font, QWidget *parent, bool seco
 } // namespace
 
 InsightBand::InsightBand(const Appearance &appearance, QWidget *parent)
-    : QFrame(parent),
-      appearance(appearance),
-      brief(new ElidedLabel(this)),
-      toggle(new QToolButton(this)) {
+    : QFrame(parent), appearance(appearance), toggle(new QToolButton(this)) {
     setObjectName(QStringLiteral("card"));
     setAccessibleName(qstring(bandLabel));
     auto *row = new QHBoxLayout(this);
-    row->addWidget(brief, 1);
     row->addWidget(toggle, 0, Qt::AlignTop);
     toggle->setAutoRaise(true);
     connect(toggle, &QToolButton::clicked, this, [this] { Q_EMIT collapseRequested(!collapsed); });
@@ -102,53 +99,131 @@ void InsightBand::resizeEvent(QResizeEvent *event) {
 
 void InsightBand::rebuild() {
     delete whole;
+    delete line;
     whole = new QWidget(this);
+    line = new QWidget(this);
     auto *column = new QVBoxLayout(whole);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(appearance.px(5));
-    auto *sections = new QHBoxLayout;
-    sections->setSpacing(appearance.px(28));
+    sections = new QBoxLayout(QBoxLayout::LeftToRight);
+    sections->setSpacing(appearance.px(20));
     column->addLayout(sections);
     sections->addWidget(makeSection(QStringLiteral("Last two weeks"), makeTrend()), 0);
     sections->addWidget(makeSection(QStringLiteral("Outreach"), makeOutreach()), 1);
     if (!insight.mostMissed.empty())
         sections->addWidget(makeSection(QStringLiteral("Most missed"), makeMostMissed()), 1);
     if (insight.outreach) {
-        auto *caption = new ElidedLabel(whole);
+        auto *caption = secondaryLabel(whole, qstring(outreachCaption));
         caption->setFont(appearance.font(0.86));
-        caption->setFullText(qstring(outreachCaption));
-        caption->setProperty("secondary", true);
         column->addWidget(caption);
     }
+    makeLine();
     auto *row = static_cast<QHBoxLayout *>(layout());
     row->insertWidget(0, whole, 1);
-    row->setContentsMargins(
-        appearance.px(14), appearance.px(9), appearance.px(8), appearance.px(9));
+    row->insertWidget(0, line, 1);
 
     QStringList sentences;
     for (const std::string &sentence : insight.sentences)
         sentences << qstring(sentence);
-    const QString all =
-        sentences.join(u' ') + QStringLiteral(" Outreach: ") + qstring(insight.outreachLine);
-    brief->setFont(appearance.font());
-    brief->setFullText(all);
-    setAccessibleDescription(all);
+    setAccessibleDescription(
+        sentences.join(u' ') + QStringLiteral(" Outreach: ") + qstring(insight.outreachLine));
     arrange();
 }
 
-/// Shows the whole band if it fits, else the one-line form.
+/// The levels with their trends, and the most missed assignment.
+void InsightBand::makeLine() {
+    lessImportant.clear();
+    auto *row = new QHBoxLayout(line);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(appearance.px(6));
+    QLabel *heading = label(QStringLiteral("Two weeks"), appearance.font(0.92), line, true);
+    row->addWidget(heading);
+    std::vector<QWidget *> sparklines;
+    for (std::size_t i = 0; i < insight.sentences.size(); ++i) {
+        const RiskLevel level = allRiskLevels[i];
+        QWidget *trend = makeSparkline(level, line);
+        trend->setFixedWidth(appearance.px(48));
+        sparklines.push_back(trend);
+        QLabel *now = label(qstring(levelBrief(insight, level)), appearance.font(0.94), line);
+        now->setAccessibleName(qstring(insight.sentences[i]));
+        now->setToolTip(plainToolTip(qstring(insight.sentences[i])));
+        row->addWidget(trend);
+        row->addWidget(now);
+        row->addSpacing(appearance.px(6));
+    }
+    row->addStretch(1);
+    if (!insight.mostMissed.empty()) {
+        const MissedAssignment &most = insight.mostMissed.front();
+        QLabel *title = label(QStringLiteral("Most missed:"), appearance.font(0.94), line, true);
+        TextLink *link = makeAssignmentLink(most, qstring(mostMissedText(most)), line);
+        row->addWidget(title);
+        row->addWidget(link);
+        lessImportant = {{heading}, sparklines, {title}, {link}};
+    } else {
+        lessImportant = {{heading}, sparklines};
+    }
+}
+
+/// A link that shows the students who are missing an assignment.
+TextLink *InsightBand::makeAssignmentLink(
+    const MissedAssignment &assignment, const QString &text, QWidget *parent) {
+    const QFontMetrics metrics(appearance.font(0.94));
+    auto *link =
+        new TextLink(metrics.elidedText(text, Qt::ElideMiddle, appearance.px(230)), parent);
+    link->setFont(appearance.font(0.94));
+    link->setWordWrap(false);
+    link->setAccessibleName(qstring(missedWorkDescription(assignment)));
+    link->setToolTip(plainToolTip(
+        qstring(missedWorkDescription(assignment)) + QStringLiteral(". Shows these students.")));
+    const AssignmentRef target{.id = assignment.id, .name = assignment.name};
+    connect(link, &TextLink::openRequested, this, [this, target] {
+        Q_EMIT assignmentRequested(target);
+    });
+    return link;
+}
+
+/// Shows the whole band or the line. In a narrow window the sections of the band are below each
+/// other, and the line is shortened.
 void InsightBand::arrange() {
-    const int available = width() - layout()->contentsMargins().left() -
-        layout()->contentsMargins().right() - toggle->sizeHint().width() - layout()->spacing();
-    const bool fits = whole->minimumSizeHint().width() <= available;
-    whole->setVisible(!collapsed && fits);
-    brief->setVisible(collapsed || !fits);
-    toggle->setVisible(fits);
+    auto *row = static_cast<QHBoxLayout *>(layout());
+    const int vertical = appearance.px(collapsed ? 3 : 9);
+    row->setContentsMargins(appearance.px(12), vertical, appearance.px(6), vertical);
+    const int available = width() - row->contentsMargins().left() - row->contentsMargins().right() -
+        toggle->sizeHint().width() - row->spacing();
+    sections->setDirection(QBoxLayout::LeftToRight);
+    if (sections->minimumSize().width() > available)
+        sections->setDirection(QBoxLayout::TopToBottom);
+    const auto setVisible = [this](const std::vector<QWidget *> &parts, bool on) {
+        for (QWidget *part : parts)
+            part->setVisible(on);
+        line->layout()->invalidate();
+    };
+    for (const auto &parts : lessImportant)
+        setVisible(parts, true);
+    for (const auto &parts : lessImportant) {
+        if (line->layout()->minimumSize().width() <= available)
+            break;
+        setVisible(parts, false);
+    }
+    whole->setVisible(!collapsed);
+    line->setVisible(collapsed);
     toggle->setText(collapsed ? QStringLiteral("▾") : QStringLiteral("▴"));
     const QString command = collapsed ? QStringLiteral("Show the whole course insight")
                                       : QStringLiteral("Show the course insight on one line");
     toggle->setToolTip(command);
     toggle->setAccessibleName(command);
+}
+
+QWidget *InsightBand::makeSparkline(RiskLevel level, QWidget *parent) const {
+    auto *sparkline = new Sparkline(
+        appearance, [level](const Theme &theme) { return levelColors(theme, level).text; }, parent);
+    SparklineData trend{.days = trendDays, .highest = highestCount(insight.days)};
+    for (const DailyLevels &day : insight.days) {
+        const std::int64_t before = calendar::daysBetween(day.day, insight.days.back().day);
+        trend.points.push_back({trendDays - before, day.counts[level]});
+    }
+    sparkline->setLine(std::move(trend));
+    return sparkline;
 }
 
 QWidget *InsightBand::makeSection(const QString &title, QWidget *content) {
@@ -170,19 +245,8 @@ QWidget *InsightBand::makeTrend() {
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(appearance.px(14));
     grid->setVerticalSpacing(appearance.px(2));
-    const std::int64_t highest = highestCount(insight.days);
     for (std::size_t i = 0; i < insight.sentences.size(); ++i) {
-        const RiskLevel level = allRiskLevels[i];
-        auto *line = new Sparkline(
-            appearance, [level](const Theme &theme) { return levelColors(theme, level).text; },
-            content);
-        SparklineData trend{.days = trendDays, .highest = highest};
-        for (const DailyLevels &day : insight.days) {
-            const std::int64_t before = calendar::daysBetween(day.day, insight.days.back().day);
-            trend.points.push_back({trendDays - before, day.counts[level]});
-        }
-        line->setLine(std::move(trend));
-        grid->addWidget(line, int(i), 0);
+        grid->addWidget(makeSparkline(allRiskLevels[i], content), int(i), 0);
         grid->addWidget(
             label(qstring(insight.sentences[i]), appearance.font(), content), int(i), 1);
     }
@@ -227,9 +291,8 @@ QWidget *InsightBand::makeMostMissed() {
     grid->setVerticalSpacing(appearance.px(2));
     int row = 0;
     for (const MissedAssignment &assignment : insight.mostMissed) {
-        auto *name = new ElidedLabel(content);
-        name->setFullText(qstring(assignment.name));
-        name->setMinimumWidth(appearance.px(80));
+        TextLink *name =
+            makeAssignmentLink(assignment, qstring(ellwynd::collapsed(assignment.name)), content);
         const auto students = double(assignment.studentIDs.size());
         auto *bar = new ShareBar(
             assignment.rosterSize > 0 ? students / double(assignment.rosterSize) : 0, appearance,

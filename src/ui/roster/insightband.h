@@ -6,18 +6,15 @@
 #include <QFrame>
 
 class QBoxLayout;
-class QGridLayout;
-class QLabel;
 class QToolButton;
 
 namespace ellwynd {
 
 class Appearance;
-class ElidedLabel;
-class Sparkline;
+class TextLink;
 
-/// Two weeks of levels as sparklines and sentences, outreach counts, and the most missed work. It
-/// is reduced to one line when it does not fit or when the teacher collapses it.
+/// Two weeks of levels as sparklines and sentences, outreach counts, and the most missed work; or
+/// one line with the levels and the most missed assignment.
 class InsightBand : public QFrame {
     Q_OBJECT
 
@@ -31,6 +28,8 @@ class InsightBand : public QFrame {
 
   Q_SIGNALS:
     void missingWorkRequested();
+    /// Only the students who are missing an assignment should be shown.
+    void assignmentRequested(const ellwynd::AssignmentRef &assignment);
     /// The teacher asked for one line, or for the whole band.
     void collapseRequested(bool collapsed);
 
@@ -44,12 +43,19 @@ class InsightBand : public QFrame {
     QWidget *makeTrend();
     QWidget *makeOutreach();
     QWidget *makeMostMissed();
+    void makeLine();
+    [[nodiscard]] QWidget *makeSparkline(RiskLevel level, QWidget *parent) const;
+    [[nodiscard]] TextLink *
+    makeAssignmentLink(const MissedAssignment &assignment, const QString &text, QWidget *parent);
 
     const Appearance &appearance;
     CourseInsight insight;
     bool collapsed = false;
     QWidget *whole = nullptr;
-    ElidedLabel *brief;
+    QBoxLayout *sections = nullptr;
+    QWidget *line = nullptr;
+    /// The parts of the line that are left out first when it does not fit.
+    std::vector<std::vector<QWidget *>> lessImportant;
     QToolButton *toggle;
 };
 

@@ -1,5 +1,6 @@
 #include "ui/roster/rosterdelegate.h"
 
+#include "app/courses/courselabel.h"
 #include "app/roster/rostertexts.h"
 #include "base/calendar.h"
 #include "ui/support/appearance.h"
@@ -15,98 +16,229 @@
 #include <QTableView>
 #include <QToolTip>
 
+#include <algorithm>
+#include <cmath>
+
 namespace ellwynd {
 
+namespace {
+
+QFont nameFont(const Appearance &appearance) {
+    return appearance.font(1, QFont::DemiBold);
+}
+
+/// Breaks a text into lines of that width, and returns their height.
+int layLines(QTextLayout &layout, int width, int lineHeight) {
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    int y = 0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(std::max(1, width));
+        line.setPosition({0, y + (lineHeight - line.height()) / 2.0});
+        y += lineHeight;
+    }
+    layout.endLayout();
+    return std::max(lineHeight, y);
+}
+
+} // namespace
+
 RosterDelegate::RosterDelegate(
-    const Appearance &appearance, const RosterFilter &filter, QTableView *view)
-    : QStyledItemDelegate(view), appearance(appearance), filter(filter), view(view) {}
+    const Appearance &appearance, const RosterModel &model, QTableView *view)
+    : QStyledItemDelegate(view), appearance(appearance), model(model), view(view) {}
+
+void RosterDelegate::setForm(const RowForm &newForm) {
+    form = newForm;
+    const QFontMetrics metrics(nameFont(appearance));
+    for (std::size_t c = 0; c < characterWidths.size(); ++c)
+        characterWidths[c] = metrics.horizontalAdvance(QChar(ushort(c)));
+    // No character is wider than this, or the name is measured.
+    widestCharacter = metrics.height() * 2;
+    lineHeight = pillSize(appearance.style(), QStringLiteral("X")).height();
+    reasonHeight = QFontMetrics(reasonFont(appearance)).height();
+}
+
+int RosterDelegate::leftMargin() const {
+    return appearance.px(18);
+}
 
 int RosterDelegate::horizontalPadding() const {
     return appearance.px(10);
 }
 
 int RosterDelegate::verticalPadding() const {
-    return appearance.px(compact ? 5 : 9);
+    return appearance.px(5);
 }
 
-WhyLayout RosterDelegate::layoutOf(const RiskRow &row, int cellWidth) const {
-    const auto form = compact           ? WhyLayout::Form::compact
-        : expanded.contains(keyOf(row)) ? WhyLayout::Form::expanded
-                                        : WhyLayout::Form::normal;
-    return {row, cellWidth - 2 * horizontalPadding(), form, appearance};
-}
-
-QSize RosterDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const {
-    int height = pillSize(appearance.style(), QStringLiteral("X")).height();
+/// Whether a name fits on one line, without measuring it; false if in doubt.
+bool RosterDelegate::surelyFits(const QString &name) const {
     int width = 0;
-    if (index.column() == RosterModel::why) {
-        height = std::max(
-            height, layoutOf(filter.row(index), view->columnWidth(RosterModel::why)).height());
-    } else if (index.column() == RosterModel::level) {
-        width = pillSize(appearance.style(), QStringLiteral("Concern")).width();
-    } else if (index.column() == RosterModel::contacted) {
-        const QFontMetrics metrics(appearance.font());
-        width = metrics.horizontalAdvance(index.data().toString());
-        if (showsFollowUpBelow(filter.row(index)))
-            height += metrics.height();
-    } else {
-        const QFont font = appearance.font(1, QFont::DemiBold);
-        width = QFontMetrics(font).horizontalAdvance(index.data().toString());
+    for (const QChar c : name)
+        width +=
+            c.unicode() < characterWidths.size() ? characterWidths[c.unicode()] : widestCharacter;
+    return width <= form.nameWidth;
+}
+
+int RosterDelegate::nameHeight(const QString &name) const {
+    if (surelyFits(name))
+        return lineHeight;
+    QTextLayout layout(name, nameFont(appearance));
+    return layLines(layout, form.nameWidth, lineHeight);
+}
+
+int RosterDelegate::normalHeight() const {
+    int height = lineHeight + 2 * verticalPadding() + 1;
+    if (!form.compact) {
+        height += (form.reasonLines + (form.narrow ? 1 : 0)) * reasonHeight;
     }
-    return {width + 2 * horizontalPadding(), height + 2 * verticalPadding() + 1};
+    return height;
+}
+
+int RosterDelegate::heightOf(int row) const {
+    if (model.isFold(row))
+        return lineHeight + 2 * appearance.px(8);
+    const RiskRow &student = model.row(row);
+    const QString name = qstring(collapsed(student.name));
+    int height = normalHeight() + nameHeight(name) - lineHeight;
+    if (!form.compact && student.reasonLines.empty())
+        height -= form.reasonLines * reasonHeight;
+    return height;
 }
 
 void RosterDelegate::paint(
     QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
     const Theme &theme = appearance.theme();
-    const RiskRow &row = filter.row(index);
     painter->save();
     painter->setClipRect(option.rect);
+    const bool fold = model.isFold(index.row());
     if (option.state.testFlag(QStyle::State_Selected))
         painter->fillRect(option.rect, theme.selection);
+    else if (fold)
+        painter->fillRect(option.rect, theme.surface);
     painter->fillRect(
         QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1), theme.separator);
-    const bool focused = option.state.testFlag(QStyle::State_HasFocus);
-
-    const QRect cell = option.rect.adjusted(
-        horizontalPadding(), verticalPadding(), -horizontalPadding(), -verticalPadding() - 1);
-    const int lineHeight = pillSize(appearance.style(), QStringLiteral("X")).height();
-    const QRect firstLine(cell.left(), cell.top(), cell.width(), lineHeight);
+    if (fold) {
+        painter->restore();
+        return;
+    }
+    const RiskRow &row = model.row(index.row());
+    const QRect line(
+        option.rect.left() + horizontalPadding(), option.rect.top() + verticalPadding(),
+        option.rect.width() - 2 * horizontalPadding(), lineHeight);
     switch (index.column()) {
     case RosterModel::level: {
-        const int used = drawLevel(*painter, firstLine, row.level, appearance);
-        if (const RosterChange *change = filter.roster().change(row))
-            drawArrow(*painter, firstLine.adjusted(used + appearance.px(5), 0, 0, 0), *change);
+        const QRect place = line.adjusted(leftMargin() - horizontalPadding(), 0, 0, 0);
+        const int used = drawLevel(*painter, place, row.level, appearance);
+        if (const RosterChange *change = model.roster().change(row))
+            drawArrow(*painter, place.adjusted(used + appearance.px(5), 0, 0, 0), *change);
         break;
     }
+    case RosterModel::student:
+        drawName(*painter, line, index.data().toString());
+        break;
     case RosterModel::contacted:
-        if (const OutreachOutcome *outcome = filter.roster().outcome(row))
-            drawContact(*painter, cell, *outcome);
+        if (const OutreachOutcome *outcome = model.roster().outcome(row))
+            drawContact(*painter, line, *outcome);
         break;
-    case RosterModel::why: {
-        const auto hover = hoveredIndex == index ? hovered : std::nullopt;
-        const WhyLayout layout = layoutOf(filter.row(index), option.rect.width());
-        // The first line is aligned with the level pill.
-        const int offset = std::max(0, (lineHeight - QFontMetrics(appearance.font()).height()) / 2);
-        layout.draw(*painter, cell.topLeft() + QPoint(0, offset), hover);
-        break;
-    }
     default: {
-        const bool name = index.column() == RosterModel::student;
-        painter->setFont(appearance.font(1, name ? QFont::DemiBold : QFont::Normal));
+        painter->setFont(appearance.font());
         painter->setPen(index.column() == RosterModel::course ? theme.secondaryText : theme.text);
         const auto align =
             Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()) & Qt::AlignHorizontal_Mask;
-        QString text = index.data().toString();
-        text.replace(u'\n', u' ');
-        drawElided(*painter, firstLine, int(align | Qt::AlignVCenter), text);
+        drawElided(*painter, line, int(align | Qt::AlignVCenter), index.data().toString());
     }
-    }
-    if (focused && index.column() == RosterModel::student) {
-        painter->setRenderHint(QPainter::Antialiasing);
-        drawFocusRing(*painter, QRectF(option.rect).adjusted(2, 2, -2, -3), 4, theme.accent, 1.5);
     }
     painter->restore();
+}
+
+void RosterDelegate::paintText(QPainter &painter, const QRect &rect, int row) const {
+    if (model.isFold(row)) {
+        paintFold(painter, rect, row);
+        return;
+    }
+    const RiskRow &student = model.row(row);
+    const QPoint at = reasonsAt(student, rect);
+    painter.save();
+    painter.setClipRect(rect);
+    if (form.narrow && !form.compact) {
+        painter.setFont(reasonFont(appearance));
+        painter.setPen(appearance.theme().text);
+        drawElided(
+            painter, QRect(at.x(), at.y() - reasonHeight, form.textWidth, reasonHeight),
+            Qt::AlignLeft | Qt::AlignVCenter, model.figures(row, form.severalCourses));
+    }
+    if (!student.reasonLines.empty())
+        reasonsOf(student).draw(painter, at, hoveredRow == row ? hovered : std::nullopt);
+    if (view->hasFocus() && view->currentIndex().row() == row) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        drawFocusRing(
+            painter, QRectF(rect).adjusted(2, 2, -2, -3), 4, appearance.theme().accent, 1.5);
+    }
+    painter.restore();
+}
+
+void RosterDelegate::paintFold(QPainter &painter, const QRect &rect, int row) const {
+    const Theme &theme = appearance.theme();
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double r = appearance.px(3);
+    painter.setPen(QPen(theme.secondaryText, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const QPointF arrow(leftMargin() + r, rect.center().y());
+    painter.drawPolyline(QPolygonF{
+        arrow + QPointF(-r / 2, -r), arrow + QPointF(r / 2, 0), arrow + QPointF(-r / 2, r)});
+    QRect text = rect.adjusted(leftMargin() + appearance.px(14), 0, 0, -1);
+    text.setRight(form.right);
+    painter.setFont(appearance.font(1, QFont::Medium));
+    painter.setPen(theme.text);
+    drawElided(
+        painter, text, Qt::AlignLeft | Qt::AlignVCenter, model.index(row, 0).data().toString());
+    painter.setPen(theme.link);
+    painter.drawText(text, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Show"));
+    if (view->hasFocus() && view->currentIndex().row() == row)
+        drawFocusRing(painter, QRectF(rect).adjusted(2, 2, -2, -3), 4, theme.accent, 1.5);
+    painter.restore();
+}
+
+/// Draws the name with what was searched for marked; in a compact row, the first reason beside it.
+void RosterDelegate::drawName(QPainter &painter, const QRect &cell, const QString &name) const {
+    const Theme &theme = appearance.theme();
+    QTextLayout layout(name, nameFont(appearance));
+    layLines(layout, form.nameWidth, lineHeight);
+    QList<QTextLayout::FormatRange> formats;
+    for (const MatchedPart &part : matchedParts(name.toStdString(), model.query().typed)) {
+        QTextCharFormat format;
+        format.setBackground(theme.watch.fill);
+        format.setForeground(theme.watch.text);
+        formats.push_back({int(part.begin), int(part.length), format});
+    }
+    painter.setPen(theme.text);
+    layout.draw(&painter, QPointF(form.nameLeft, cell.top()), formats);
+}
+
+ReasonLayout RosterDelegate::reasonsOf(const RiskRow &row) const {
+    const RosterRows &roster = model.roster();
+    const std::string match =
+        matchedAssignmentsText(row, roster.courseCode(row), model.query().typed);
+    return {
+        row,
+        qstring(match),
+        {.width = form.textWidth, .lines = form.reasonLines, .firstOnly = form.compact},
+        appearance};
+}
+
+/// The top left corner of a row's reasons.
+QPoint RosterDelegate::reasonsAt(const RiskRow &row, const QRect &rect) const {
+    const int top = rect.top() + verticalPadding();
+    if (form.compact)
+        return {form.textLeft, top + (lineHeight - reasonHeight) / 2};
+    const int names = nameHeight(qstring(collapsed(row.name)));
+    return {form.textLeft, top + names + (form.narrow ? reasonHeight : 0)};
+}
+
+QRect RosterDelegate::rowRect(int row) const {
+    return {0, view->rowViewportPosition(row), view->viewport()->width(), view->rowHeight(row)};
 }
 
 void RosterDelegate::drawArrow(
@@ -117,67 +249,61 @@ void RosterDelegate::drawArrow(
     painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, qstring(arrowOf(change)));
 }
 
-bool RosterDelegate::showsFollowUpBelow(const RiskRow &row) const {
-    const OutreachOutcome *outcome = filter.roster().outcome(row);
-    return !compact && outcome != nullptr && !followUpWord(*outcome).empty();
-}
-
-/// Draws the contact's date, and below it the outcome if the student awaits follow-up.
+/// Draws the contact's date, and beside it the outcome if the student awaits follow-up.
 void RosterDelegate::drawContact(
-    QPainter &painter, const QRect &cell, const OutreachOutcome &outcome) const {
+    QPainter &painter, const QRect &line, const OutreachOutcome &outcome) const {
     const Theme &theme = appearance.theme();
-    const int lineHeight = pillSize(appearance.style(), QStringLiteral("X")).height();
-    const QRect line(cell.left(), cell.top(), cell.width(), lineHeight);
-    const QString word = qstring(followUpWord(outcome));
-    const bool below = !compact && !word.isEmpty();
     painter.setFont(appearance.font());
-    painter.setPen(word.isEmpty() || below ? theme.text : theme.concern.text);
-    const QString text =
-        below ? qstring(calendar::shortDay(outcome.contactedAt)) : qstring(contactedText(outcome));
-    drawElided(painter, line, Qt::AlignLeft | Qt::AlignVCenter, text);
-    if (below) {
-        painter.setPen(theme.concern.text);
-        const QRect second = line.translated(0, painter.fontMetrics().height());
-        painter.drawText(second, Qt::AlignLeft | Qt::AlignVCenter, word);
-    }
+    painter.setPen(theme.text);
+    const int used = drawElided(
+        painter, line, Qt::AlignLeft | Qt::AlignVCenter,
+        qstring(calendar::shortDay(outcome.contactedAt)));
+    painter.setFont(appearance.font(0.92, QFont::Medium));
+    painter.setPen(theme.concern.text);
+    drawElided(
+        painter, line.adjusted(used + appearance.px(6), 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
+        qstring(followUpWord(outcome)));
 }
 
-std::optional<WhyTarget> RosterDelegate::targetAt(
-    QPoint position, const QStyleOptionViewItem &option, const QModelIndex &index) const {
-    if (index.column() != RosterModel::why)
+std::optional<ReasonTarget> RosterDelegate::targetAt(QPoint position, int row) const {
+    if (model.isFold(row) || model.row(row).reasonLines.empty())
         return std::nullopt;
-    const QPoint origin = option.rect.topLeft() + QPoint(horizontalPadding(), verticalPadding());
-    return layoutOf(filter.row(index), option.rect.width()).targetAt(position - origin);
+    const RiskRow &student = model.row(row);
+    return reasonsOf(student).targetAt(position - reasonsAt(student, rowRect(row)));
 }
 
 bool RosterDelegate::editorEvent(
-    QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+    QEvent *event, QAbstractItemModel *abstractModel, const QStyleOptionViewItem &option,
     const QModelIndex &index) {
     if (event->type() == QEvent::MouseMove) {
         const auto target =
-            targetAt(static_cast<QMouseEvent *>(event)->position().toPoint(), option, index);
-        if (target != hovered || hoveredIndex != index) {
+            targetAt(static_cast<QMouseEvent *>(event)->position().toPoint(), index.row());
+        const bool fold = model.isFold(index.row());
+        if (target != hovered || hoveredRow != index.row()) {
             hovered = target;
-            hoveredIndex = index;
-            view->viewport()->setCursor(target ? Qt::PointingHandCursor : Qt::ArrowCursor);
+            hoveredRow = index.row();
+            view->viewport()->setCursor(target || fold ? Qt::PointingHandCursor : Qt::ArrowCursor);
             view->viewport()->update();
         }
         return false;
     }
     if (event->type() != QEvent::MouseButtonRelease)
-        return QStyledItemDelegate::editorEvent(event, model, option, index);
+        return QStyledItemDelegate::editorEvent(event, abstractModel, option, index);
     const auto *mouse = static_cast<QMouseEvent *>(event);
-    const auto target = targetAt(mouse->position().toPoint(), option, index);
-    if (!target || mouse->button() != Qt::LeftButton || mouse->modifiers() != Qt::NoModifier)
+    if (mouse->button() != Qt::LeftButton || mouse->modifiers() != Qt::NoModifier)
         return false;
-    const RiskRow row = filter.row(index);
-    if (const auto *assignment = std::get_if<AssignmentRef>(&*target)) {
-        Q_EMIT assignmentRequested(row, assignment->id);
-    } else if (std::holds_alternative<GradesTarget>(*target)) {
-        Q_EMIT gradesRequested(row);
-    } else {
-        expand(index);
+    if (model.isFold(index.row())) {
+        Q_EMIT unfoldRequested();
+        return true;
     }
+    const auto target = targetAt(mouse->position().toPoint(), index.row());
+    if (!target)
+        return false;
+    const RiskRow row = model.row(index.row());
+    if (*target == ReasonTarget::grades)
+        Q_EMIT gradesRequested(row);
+    else
+        Q_EMIT detailsRequested(row);
     return true;
 }
 
@@ -185,14 +311,16 @@ bool RosterDelegate::helpEvent(
     QHelpEvent *event, QAbstractItemView *where, const QStyleOptionViewItem &option,
     const QModelIndex &index) {
     QString tip = index.data(Qt::ToolTipRole).toString();
-    if (const auto target = targetAt(event->pos(), option, index)) {
-        if (const auto *assignment = std::get_if<AssignmentRef>(&*target))
-            tip = QStringLiteral("Open “%1” in Canvas").arg(qstring(assignment->name));
-        else if (std::holds_alternative<GradesTarget>(*target))
-            tip = QStringLiteral("Open the grades in Canvas");
-        else
-            tip = qstring(moreAccessibleText(std::get<ShowMore>(*target).hidden));
-    } else if (tip.isEmpty()) {
+    if (const auto target = targetAt(event->pos(), index.row())) {
+        tip = *target == ReasonTarget::grades
+            ? QStringLiteral("Open the grades in Canvas")
+            : qstring(moreAccessibleText(missingAssignments(model.row(index.row())).size()));
+    } else if (
+        !model.isFold(index.row()) &&
+        event->pos().y() > option.rect.top() + verticalPadding() + lineHeight) {
+        tip = qstring(reasonsText(model.row(index.row())));
+    }
+    if (tip.isEmpty()) {
         QToolTip::hideText();
         return true;
     }
@@ -200,18 +328,9 @@ bool RosterDelegate::helpEvent(
     return true;
 }
 
-void RosterDelegate::expand(const QModelIndex &index) {
-    expanded.insert(keyOf(filter.row(index)));
-    Q_EMIT rowHeightDidChange(index);
-}
-
-std::size_t RosterDelegate::hiddenNames(const RiskRow &row) const {
-    return layoutOf(row, view->columnWidth(RosterModel::why)).hiddenNames();
-}
-
 void RosterDelegate::clearHover() {
     hovered.reset();
-    hoveredIndex = QModelIndex();
+    hoveredRow = -1;
     view->viewport()->unsetCursor();
     view->viewport()->update();
 }

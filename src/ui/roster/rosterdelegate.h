@@ -1,37 +1,66 @@
-// Draws the rows of a roster and handles clicks on their links.
+// Draws the rows of a roster and handles clicks on their sentences.
 #pragma once
 
+#include "ui/roster/reasonlayout.h"
 #include "ui/roster/rostermodel.h"
-#include "ui/roster/whylayout.h"
 
 #include <QStyledItemDelegate>
 
-#include <set>
+#include <array>
 
 class QTableView;
 
 namespace ellwynd {
 
+/// How rows are laid out in the current width. Lengths are pixels.
+struct RowForm {
+    /// One line for each student.
+    bool compact = false;
+    /// The figures are in a line below the name instead of columns.
+    bool narrow = false;
+    /// The rows are of several courses.
+    bool severalCourses = false;
+    /// The left edge of names.
+    int nameLeft = 0;
+    int nameWidth = 0;
+    /// The left edge of reasons and, in a narrow row, of figures.
+    int textLeft = 0;
+    int textWidth = 0;
+    /// The right edge of the text of the folded students' line.
+    int right = 0;
+    /// How many lines the reasons of every flagged student get.
+    int reasonLines = 1;
+
+    bool operator==(const RowForm &) const = default;
+};
+
+/// A row has the level, the name and the figures; below them, the reasons over the whole width,
+/// which the view draws with `paintText` after its cells.
 class RosterDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
   public:
-    RosterDelegate(const Appearance &appearance, const RosterFilter &filter, QTableView *view);
+    RosterDelegate(const Appearance &appearance, const RosterModel &model, QTableView *view);
 
-    void setCompact(bool on) { compact = on; }
-    /// Hides again what `expand` showed.
-    void collapseAll() { expanded.clear(); }
-    /// Shows the names of all missing work in a row.
-    void expand(const QModelIndex &index);
-    /// How many names of missing work do not fit in a row.
-    [[nodiscard]] std::size_t hiddenNames(const RiskRow &row) const;
+    /// Must be called when the width, the text size or the form of rows has changed.
+    void setForm(const RowForm &form);
+    [[nodiscard]] const RowForm &rowForm() const { return form; }
+    /// The height of a flagged student's row whose name needs one line.
+    [[nodiscard]] int normalHeight() const;
+    [[nodiscard]] int heightOf(int row) const;
+    /// The empty space above and below the text of a row.
+    [[nodiscard]] int verticalPadding() const;
+    /// The space beside the text of a column.
+    [[nodiscard]] int horizontalPadding() const;
+    /// The left edge of the levels.
+    [[nodiscard]] int leftMargin() const;
 
-    [[nodiscard]] QSize
-    sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index)
         const override;
+    /// Draws the parts of a row that span several columns.
+    void paintText(QPainter &painter, const QRect &rowRect, int row) const;
     bool editorEvent(
-        QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+        QEvent *event, QAbstractItemModel *abstractModel, const QStyleOptionViewItem &option,
         const QModelIndex &index) override;
     bool helpEvent(
         QHelpEvent *event, QAbstractItemView *where, const QStyleOptionViewItem &option,
@@ -42,26 +71,35 @@ class RosterDelegate : public QStyledItemDelegate {
 
   Q_SIGNALS:
     void gradesRequested(const ellwynd::RiskRow &row);
-    void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);
-    void rowHeightDidChange(const QModelIndex &index);
+    /// The names of a student's missing work should be shown.
+    void detailsRequested(const ellwynd::RiskRow &row);
+    /// The folded students should be shown.
+    void unfoldRequested();
 
   private:
-    [[nodiscard]] WhyLayout layoutOf(const RiskRow &row, int cellWidth) const;
-    [[nodiscard]] std::optional<WhyTarget>
-    targetAt(QPoint position, const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    [[nodiscard]] int nameHeight(const QString &name) const;
+    [[nodiscard]] bool surelyFits(const QString &name) const;
+    [[nodiscard]] ReasonLayout reasonsOf(const RiskRow &row) const;
+    [[nodiscard]] QPoint reasonsAt(const RiskRow &row, const QRect &rowRect) const;
+    [[nodiscard]] QRect rowRect(int row) const;
+    [[nodiscard]] std::optional<ReasonTarget> targetAt(QPoint position, int row) const;
+    void paintFold(QPainter &painter, const QRect &rect, int row) const;
+    void drawName(QPainter &painter, const QRect &cell, const QString &name) const;
     void drawArrow(QPainter &painter, const QRect &line, const RosterChange &change) const;
-    void drawContact(QPainter &painter, const QRect &cell, const OutreachOutcome &outcome) const;
-    [[nodiscard]] bool showsFollowUpBelow(const RiskRow &row) const;
-    [[nodiscard]] int horizontalPadding() const;
-    [[nodiscard]] int verticalPadding() const;
+    void drawContact(QPainter &painter, const QRect &line, const OutreachOutcome &outcome) const;
 
     const Appearance &appearance;
-    const RosterFilter &filter;
+    const RosterModel &model;
     QTableView *view;
-    bool compact = false;
-    std::set<StudentKey> expanded;
-    QPersistentModelIndex hoveredIndex;
-    std::optional<WhyTarget> hovered;
+    RowForm form;
+    /// The widths of the first 256 characters in the font of names.
+    std::array<int, 256> characterWidths{};
+    int widestCharacter = 0;
+    /// The heights of a line with the level and of a line of reasons, so that rows need no metrics.
+    int lineHeight = 0;
+    int reasonHeight = 0;
+    int hoveredRow = -1;
+    std::optional<ReasonTarget> hovered;
 };
 
 } // namespace ellwynd

@@ -1,5 +1,6 @@
 #include "ui/roster/rosterheader.h"
 
+#include "app/courses/courselabel.h"
 #include "app/roster/rosterview.h"
 #include "theme/courseicon.h"
 #include "ui/support/appearance.h"
@@ -89,7 +90,8 @@ RosterHeader::RosterHeader(
 void RosterHeader::setRoster(const RosterView &roster) {
     const bool course = roster.courseID.has_value();
     setVisible(!roster.title.empty());
-    title->setFullText(qstring(roster.title));
+    const CourseLabel label = courseLabel({.name = roster.title});
+    title->setFullText(qstring(course ? label.name : collapsed(roster.title)));
     tile->setVisible(course);
     if (course) {
         tile->setPixmap(courseTile(
@@ -115,12 +117,9 @@ void RosterHeader::focusFilter() {
     filter->selectAll();
 }
 
-void RosterHeader::clearFilter() {
-    filter->clear();
-}
-
-QString RosterHeader::filterText() const {
-    return filter->text();
+void RosterHeader::setFilterText(const QString &typed) {
+    if (filter->text() != typed)
+        filter->setText(typed);
 }
 
 void RosterHeader::applyAppearance() {

@@ -30,8 +30,7 @@ class RosterHeader : public QWidget {
     void setSubtitle(const QString &text, const QString &stamp, const QString &note);
 
     void focusFilter();
-    void clearFilter();
-    [[nodiscard]] QString filterText() const;
+    void setFilterText(const QString &typed);
 
   Q_SIGNALS:
     void filterDidChange(const QString &typed);

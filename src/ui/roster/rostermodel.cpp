@@ -1,39 +1,63 @@
 #include "ui/roster/rostermodel.h"
 
+#include "app/courses/courselabel.h"
 #include "app/roster/rostertexts.h"
 #include "uikit/convert.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace ellwynd {
 
-void RosterModel::setRoster(const RosterView &roster, Date at) {
+void RosterModel::setRoster(
+    std::shared_ptr<const RosterRows> roster, const RosterQuery &query, Date at) {
     beginResetModel();
-    rows = roster.rows;
-    movement.clear();
-    for (const RosterChange &moved : roster.movement)
-        movement.emplace(StudentKey{moved.courseID, moved.studentID}, moved);
-    outreach = roster.outreach;
+    rows = std::move(roster);
+    shownQuery = query;
+    shown = rows->shown(query);
     now = at;
     endResetModel();
 }
 
-const RosterChange *RosterModel::change(const RiskRow &row) const {
-    const auto found = movement.find(keyOf(row));
-    return found != movement.end() ? &found->second : nullptr;
+void RosterModel::setQuery(const RosterQuery &query) {
+    setRoster(rows, query, now);
 }
 
-const OutreachOutcome *RosterModel::outcome(const RiskRow &row) const {
-    const auto found = outreach.find(keyOf(row));
-    return found != outreach.end() ? &found->second : nullptr;
+QString RosterModel::figures(int index, bool severalCourses) const {
+    const RiskRow &item = row(index);
+    const QString text = qstring(figuresText(item, rows->outcome(item), now));
+    return severalCourses ? display(item, course) + QStringLiteral(" · ") + text : text;
+}
+
+RosterSort RosterModel::sortOf(int column) {
+    switch (column) {
+    case level:
+        return RosterSort::level;
+    case student:
+        return RosterSort::student;
+    case course:
+        return RosterSort::course;
+    case score:
+        return RosterSort::score;
+    case lastActive:
+        return RosterSort::lastActive;
+    case contacted:
+        return RosterSort::contacted;
+    default:
+        return RosterSort::worstFirst;
+    }
 }
 
 int RosterModel::rowCount(const QModelIndex &parent) const {
-    return parent.isValid() ? 0 : int(rows.size());
+    return parent.isValid() ? 0 : studentCount() + (shown.folded > 0 ? 1 : 0);
 }
 
 int RosterModel::columnCount(const QModelIndex &parent) const {
     return parent.isValid() ? 0 : columns;
+}
+
+Qt::ItemFlags RosterModel::flags(const QModelIndex &index) const {
+    // The line of the folded students is reached by the arrow keys, but it is no student.
+    return isFold(index.row()) ? Qt::ItemIsEnabled : QAbstractTableModel::flags(index);
 }
 
 QString RosterModel::display(const RiskRow &row, int column) const {
@@ -41,19 +65,15 @@ QString RosterModel::display(const RiskRow &row, int column) const {
     case level:
         return qstring(levelName(row.level));
     case student:
-        return qstring(row.name);
+        return qstring(collapsed(row.name));
     case course:
-        return qstring(row.courseName);
-    case why:
-        return qstring(reasonsText(row));
+        return qstring(collapsed(rows->courseCode(row)));
     case score:
         return qstring(scoreAndGradeText(row));
-    case missing:
-        return row.missingCount > 0 ? QString::number(row.missingCount) : QString();
     case lastActive:
         return qstring(lastActiveText(row.lastActivityAt, now));
     case contacted: {
-        const OutreachOutcome *since = outcome(row);
+        const OutreachOutcome *since = rows->outcome(row);
         return since != nullptr ? qstring(contactedText(*since)) : QString();
     }
     default:
@@ -61,82 +81,51 @@ QString RosterModel::display(const RiskRow &row, int column) const {
     }
 }
 
-/// Sorts so that the first click on a column puts the most worrying rows on top.
-QVariant RosterModel::sortValue(const RiskRow &row, int index, int column) const {
-    switch (column) {
-    case level:
-    case why:
-        return index;
-    case score:
-        return row.currentScore.value_or(1e9);
-    case missing:
-        return -qlonglong(row.missingCount);
-    case lastActive:
-        return row.lastActivityAt ? qlonglong(row.lastActivityAt->time_since_epoch().count())
-                                  : std::numeric_limits<qlonglong>::min();
-    case contacted: {
-        // Awaiting follow-up first, then by date with the oldest first; students never contacted
-        // last.
-        const OutreachOutcome *since = outcome(row);
-        if (since == nullptr)
-            return std::numeric_limits<qlonglong>::max();
-        const auto date = qlonglong(since->contactedAt.time_since_epoch().count());
-        return isAwaitingFollowUp(*since) ? date - std::numeric_limits<qlonglong>::max() / 2 : date;
-    }
-    default:
-        return display(row, column);
-    }
-}
-
 QString RosterModel::accessibleText(const RiskRow &row, int column) const {
-    const QString shown = display(row, column);
+    const QString text = display(row, column);
     switch (column) {
     case level: {
-        const RosterChange *moved = change(row);
-        return moved != nullptr ? shown + QStringLiteral(". ") + qstring(arrowText(*moved)) : shown;
+        const RosterChange *moved = rows->change(row);
+        return moved != nullptr ? text + QStringLiteral(". ") + qstring(arrowText(*moved)) : text;
     }
-    case missing:
-        return QStringLiteral("%1 missing").arg(row.missingCount);
+    case student:
+        return qstring(rowDescription(row));
     case lastActive:
-        return QStringLiteral("Last active ") + shown;
+        return QStringLiteral("Last active ") + text;
     case contacted:
-        return shown.isEmpty() ? QStringLiteral("Not contacted") : toolTip(row, column);
-    case why:
-        if (const std::size_t hidden = hiddenNames ? hiddenNames(row) : 0; hidden > 0)
-            return shown + QStringLiteral(", ") + qstring(moreAccessibleText(hidden));
-        return shown;
+        return text.isEmpty() ? QStringLiteral("Not contacted") : toolTip(row, column);
     default:
-        return shown;
+        return text;
     }
 }
 
 QString RosterModel::toolTip(const RiskRow &row, int column) const {
     if (column == level) {
-        const RosterChange *moved = change(row);
+        const RosterChange *moved = rows->change(row);
         return moved != nullptr
             ? qstring(changeText(*moved)) + QStringLiteral(". ") + qstring(arrowText(*moved))
             : QString();
     }
     if (column == contacted) {
-        const OutreachOutcome *since = outcome(row);
+        const OutreachOutcome *since = rows->outcome(row);
         return since != nullptr ? qstring(outreachText(*since)) : QString();
     }
-    return display(row, column);
+    return column == course ? qstring(row.courseName) : display(row, column);
 }
 
 QVariant RosterModel::data(const QModelIndex &index, int role) const {
     if (!index.isValid())
         return {};
+    if (isFold(index.row())) {
+        const bool named = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
+        return named ? qstring(foldedText(shown.folded)) : QVariant();
+    }
     const RiskRow &item = row(index.row());
     switch (role) {
     case Qt::DisplayRole:
         return display(item, index.column());
-    case sortRole:
-        return sortValue(item, index.row(), index.column());
-    case Qt::TextAlignmentRole: {
-        const bool number = index.column() == score || index.column() == missing;
-        return int((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignTop);
-    }
+    case Qt::TextAlignmentRole:
+        return int((index.column() == score ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignTop);
     case Qt::AccessibleTextRole:
         return accessibleText(item, index.column());
     case Qt::ToolTipRole:
@@ -149,25 +138,19 @@ QVariant RosterModel::data(const QModelIndex &index, int role) const {
 QVariant RosterModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal)
         return {};
-    if (role == Qt::TextAlignmentRole) {
-        const bool number = section == score || section == missing;
-        return int((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-    }
+    if (role == Qt::TextAlignmentRole)
+        return int((section == score ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     if (role != Qt::DisplayRole)
         return {};
     switch (section) {
     case level:
         return QStringLiteral("Level");
     case student:
-        return QStringLiteral("Student");
+        return QStringLiteral("Student and why");
     case course:
         return QStringLiteral("Course");
-    case why:
-        return QStringLiteral("Why");
     case score:
         return QStringLiteral("Score");
-    case missing:
-        return QStringLiteral("Missing");
     case lastActive:
         return QStringLiteral("Last active");
     case contacted:
@@ -175,46 +158,6 @@ QVariant RosterModel::headerData(int section, Qt::Orientation orientation, int r
     default:
         return {};
     }
-}
-
-RosterFilter::RosterFilter(QObject *parent) : QSortFilterProxyModel(parent) {
-    setSortRole(RosterModel::sortRole);
-    setSortLocaleAware(true);
-    setSortCaseSensitivity(Qt::CaseInsensitive);
-}
-
-void RosterFilter::setWords(const QString &typed) {
-    words = typed.simplified().split(u' ', Qt::SkipEmptyParts);
-    invalidateFilter();
-}
-
-const RosterModel &RosterFilter::roster() const {
-    return *static_cast<const RosterModel *>(sourceModel());
-}
-
-const RiskRow &RosterFilter::row(const QModelIndex &proxyIndex) const {
-    return roster().row(mapToSource(proxyIndex).row());
-}
-
-bool RosterFilter::filterAcceptsRow(int row, const QModelIndex &parent) const {
-    return std::ranges::all_of(words, [&](const QString &word) {
-        for (const int column :
-             {RosterModel::student, RosterModel::level, RosterModel::why, RosterModel::course}) {
-            const QString text = sourceModel()->index(row, column, parent).data().toString();
-            if (text.contains(word, Qt::CaseInsensitive))
-                return true;
-        }
-        return false;
-    });
-}
-
-bool RosterFilter::lessThan(const QModelIndex &left, const QModelIndex &right) const {
-    if (QSortFilterProxyModel::lessThan(left, right))
-        return true;
-    // Rows that are equal in the column keep the roster's order in both directions.
-    if (QSortFilterProxyModel::lessThan(right, left))
-        return false;
-    return sortOrder() == Qt::AscendingOrder ? left.row() < right.row() : right.row() < left.row();
 }
 
 } // namespace ellwynd

@@ -1,74 +1,62 @@
 // Scored students as a table.
 #pragma once
 
-#include "app/roster/rosterview.h"
+#include "app/roster/rosterquery.h"
 
 #include <QAbstractTableModel>
-#include <QSortFilterProxyModel>
 
-#include <functional>
+#include <memory>
 
 namespace ellwynd {
 
-/// The rows in the roster's order, worst first.
+/// The rows of a query on a roster, and below them one line for the folded students. Holds values
+/// only: which rows are shown is decided by `RosterRows`.
 class RosterModel : public QAbstractTableModel {
     Q_OBJECT
 
   public:
-    enum Column { level, student, course, why, score, missing, lastActive, contacted, columns };
-    /// The values that a column sorts by.
-    static constexpr int sortRole = Qt::UserRole;
+    enum Column { level, student, course, score, lastActive, contacted, columns };
 
     explicit RosterModel(QObject *parent = nullptr) : QAbstractTableModel(parent) {}
 
+    /// Resets the model.
     /// @param at "now" for the days since the last activity.
-    void setRoster(const RosterView &roster, Date at);
-    /// Returns how many names of missing work the view hides in a row, for the accessible text. May
-    /// be empty.
-    std::function<std::size_t(const RiskRow &)> hiddenNames;
-    [[nodiscard]] const RiskRow &row(int index) const { return rows[std::size_t(index)]; }
-    /// The student's movement; null for none.
-    [[nodiscard]] const RosterChange *change(const RiskRow &row) const;
-    /// The outcome of the student's last contact; null for none.
-    [[nodiscard]] const OutreachOutcome *outcome(const RiskRow &row) const;
+    void setRoster(std::shared_ptr<const RosterRows> roster, const RosterQuery &query, Date at);
+    /// Resets the model.
+    void setQuery(const RosterQuery &query);
+
+    [[nodiscard]] const RosterRows &roster() const { return *rows; }
+    [[nodiscard]] const RosterQuery &query() const { return shownQuery; }
+    /// How many students are shown, without the folded ones.
+    [[nodiscard]] int studentCount() const { return int(shown.order.size()); }
+    /// Whether a row is the line of the folded students.
+    [[nodiscard]] bool isFold(int row) const { return row == studentCount(); }
+    /// A student's row.
+    [[nodiscard]] const RiskRow &row(int index) const {
+        return rows->rows()[shown.order[std::size_t(index)]];
+    }
+    /// The figures of a student's row in one line, after the course code if there are several
+    /// courses.
+    [[nodiscard]] QString figures(int index, bool severalCourses) const;
+    /// What a column sorts by.
+    [[nodiscard]] static RosterSort sortOf(int column);
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QVariant
     headerData(int section, Qt::Orientation orientation, int role) const override;
 
   private:
     [[nodiscard]] QString display(const RiskRow &row, int column) const;
-    [[nodiscard]] QVariant sortValue(const RiskRow &row, int index, int column) const;
     [[nodiscard]] QString accessibleText(const RiskRow &row, int column) const;
     [[nodiscard]] QString toolTip(const RiskRow &row, int column) const;
 
-    std::vector<RiskRow> rows;
-    std::map<StudentKey, RosterChange> movement;
-    std::map<StudentKey, OutreachOutcome> outreach;
+    std::shared_ptr<const RosterRows> rows = std::make_shared<RosterRows>();
+    RosterQuery shownQuery;
+    ShownRows shown;
     Date now;
-};
-
-/// The rows that contain the typed words, sorted by the chosen column.
-class RosterFilter : public QSortFilterProxyModel {
-    Q_OBJECT
-
-  public:
-    explicit RosterFilter(QObject *parent = nullptr);
-
-    /// Accepts the rows in which every word occurs in the name, course, level or reasons.
-    void setWords(const QString &typed);
-
-    [[nodiscard]] const RosterModel &roster() const;
-    [[nodiscard]] const RiskRow &row(const QModelIndex &proxyIndex) const;
-
-  protected:
-    [[nodiscard]] bool filterAcceptsRow(int row, const QModelIndex &parent) const override;
-    [[nodiscard]] bool lessThan(const QModelIndex &left, const QModelIndex &right) const override;
-
-  private:
-    QStringList words;
 };
 
 } // namespace ellwynd

@@ -1,9 +1,11 @@
 #include "ui/roster/rosterpane.h"
 
+#include "app/courses/courselabel.h"
 #include "app/mainwindowcontroller.h"
 #include "app/roster/rostertexts.h"
 #include "base/calendar.h"
 #include "preferences/coursesettings.h"
+#include "ui/roster/chipbar.h"
 #include "ui/roster/insightband.h"
 #include "ui/roster/rosterheader.h"
 #include "ui/support/appearance.h"
@@ -12,6 +14,7 @@
 
 #include <QProgressBar>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -61,6 +64,8 @@ RosterPane::RosterPane(
       progress(new QProgressBar(messagePage)),
       connectButton(new QPushButton(QStringLiteral("Open Connection Settings…"), messagePage)),
       retryButton(new QPushButton(QStringLiteral("Try Again"), messagePage)),
+      resetButton(new QPushButton(messagePage)),
+      chips(new ChipBar(appearance, this)),
       insight(new InsightBand(appearance)),
       insightFrame(new QWidget(this)),
       students(new RosterTable(appearance, this)),
@@ -73,6 +78,7 @@ RosterPane::RosterPane(
     connectButton->setAutoDefault(false);
     retryButton->setToolTip(QStringLiteral("Read this roster again (Ctrl+Shift+R)"));
     retryButton->setAutoDefault(false);
+    resetButton->setAutoDefault(false);
     students->setCompact(defaults.value(preferences::rosterCompactRows));
     students->setContextMenuPolicy(Qt::CustomContextMenu);
 
@@ -83,6 +89,7 @@ RosterPane::RosterPane(
     page->addWidget(progress, 0, Qt::AlignHCenter);
     page->addWidget(connectButton, 0, Qt::AlignHCenter);
     page->addWidget(retryButton, 0, Qt::AlignHCenter);
+    page->addWidget(resetButton, 0, Qt::AlignHCenter);
     page->addStretch(3);
     stack->addWidget(messagePage);
     auto *column = new QVBoxLayout(this);
@@ -91,6 +98,9 @@ RosterPane::RosterPane(
     column->addWidget(header);
     column->addWidget(movement);
     column->addWidget(notes);
+    auto *chipRow = new QVBoxLayout;
+    chipRow->addWidget(chips);
+    column->addLayout(chipRow);
     auto *around = new QVBoxLayout(insightFrame);
     around->addWidget(insight);
     column->addWidget(insightFrame);
@@ -103,9 +113,25 @@ RosterPane::RosterPane(
 
 void RosterPane::connectViews() {
     connect(header, &RosterHeader::filterDidChange, this, [this](const QString &typed) {
-        students->setFilter(typed);
-        showCount();
+        RosterQuery query = students->query();
+        query.typed = typed.toStdString();
+        if (query != students->query())
+            students->setQuery(query);
     });
+    connect(chips, &ChipBar::queryRequested, this, &RosterPane::setQuery);
+    connect(students, &RosterTable::queryDidChange, this, &RosterPane::showRows);
+    connect(insight, &InsightBand::assignmentRequested, this, [this](const AssignmentRef &missed) {
+        RosterQuery query = students->query();
+        query.missing = missed;
+        setQuery(query);
+    });
+    connect(resetButton, &QPushButton::clicked, this, [this] {
+        resetFilter();
+        focusStudents();
+    });
+    auto *escape = new QShortcut(Qt::Key_Escape, this);
+    escape->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(escape, &QShortcut::activated, this, &RosterPane::resetFilter);
     connect(header, &RosterHeader::studentsRequested, this, &RosterPane::focusStudents);
     connect(header, &RosterHeader::thresholdsRequested, this, &RosterPane::thresholdsRequested);
     connect(header, &RosterHeader::missingWorkRequested, this, &RosterPane::missingWorkRequested);
@@ -140,15 +166,26 @@ void RosterPane::focusFilter() {
 
 /// Moves the focus to the table, which selects its first row if none is selected.
 void RosterPane::focusStudents() {
-    if (students->shownCount() == 0)
+    if (!students->hasRows())
         return;
     students->setFocus();
     if (students->selectedRows().empty())
         students->selectRow(0);
 }
 
-void RosterPane::clearFilter() {
-    header->clearFilter();
+void RosterPane::setQuery(const RosterQuery &query) {
+    students->setQuery(query);
+}
+
+void RosterPane::resetFilter() {
+    setQuery(withoutFilter(students->query()));
+}
+
+/// The query with which the selection is opened: worst first, as far unfolded as it was left.
+RosterQuery RosterPane::firstQuery() const {
+    const std::optional<std::int64_t> course = controller.roster().courseID;
+    const bool everyone = course && unfolded.contains(*course);
+    return {.chip = everyone ? RosterChip::everyone : RosterChip::flagged};
 }
 
 void RosterPane::applyAppearance() {
@@ -160,33 +197,70 @@ void RosterPane::applyAppearance() {
     message->setFont(appearance.font(1.1));
     message->setContentsMargins(around, around, around, around);
     notes->setContentsMargins(side, 0, side, appearance.px(8));
+    chips->setContentsMargins(side, 0, side, appearance.px(8));
     header->setRoster(controller.roster());
 }
 
 void RosterPane::showRoster() {
     const RosterView &roster = controller.roster();
-    // Compares selections, since two courses may have the same title.
-    if (std::exchange(filtered, controller.selection()) != controller.selection())
-        header->clearFilter();
     header->setRoster(roster);
     const std::string note = noteText(roster);
     notes->setVisible(!note.empty());
     notes->setText(qstring(note));
-    const QString text = messageFor(roster);
+    showInsight();
+    RosterQuery query = students->query();
+    if (roster.state == RosterView::State::shown) {
+        // Compares selections, since two courses may have the same title.
+        if (std::exchange(queried, controller.selection()) != controller.selection())
+            query = firstQuery();
+        students->setRoster(roster, query, systemNow());
+    } else {
+        students->setRoster({}, {}, systemNow());
+        queried.reset();
+    }
+    showRows();
+}
+
+void RosterPane::showRows() {
+    const RosterView &roster = controller.roster();
+    const RosterQuery &query = students->query();
+    if (roster.courseID && query.chip == RosterChip::everyone)
+        unfolded.insert(*roster.courseID);
+    else if (roster.courseID && query.chip == RosterChip::flagged)
+        unfolded.erase(*roster.courseID);
+    header->setFilterText(qstring(query.typed));
+    QString text = messageFor(roster);
+    const bool isEmpty = text.isEmpty() && !students->hasRows();
+    if (isEmpty)
+        text = qstring(emptyText(query));
     message->setText(text);
-    showProgress();
+    chips->show(students->roster(), query);
+    chips->setVisible(roster.state == RosterView::State::shown && !roster.rows.empty());
     connectButton->setVisible(roster.state == RosterView::State::notConnected);
     retryButton->setVisible(roster.state == RosterView::State::failed);
-    students->setRoster(text.isEmpty() ? roster : RosterView{}, systemNow());
-    showInsight();
+    resetButton->setVisible(isEmpty);
+    resetButton->setText(qstring(resetText(query)));
     stack->setCurrentWidget(text.isEmpty() ? static_cast<QWidget *>(students) : messagePage);
+    showProgress();
+    Q_EMIT rowsDidChange();
+}
+
+/// Whether the height is needed for the students: the insight gives way.
+bool RosterPane::isShort() const {
+    constexpr double enough = 400;
+    return height() < appearance.px(enough);
+}
+
+void RosterPane::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    showInsight();
 }
 
 void RosterPane::showInsight() {
     const RosterView &roster = controller.roster();
     const std::string mode = defaults.value(preferences::courseInsightPanelMode);
-    const bool wanted = mode != "hidden" && roster.state == RosterView::State::shown &&
-        roster.insight && !roster.rows.empty();
+    const bool wanted = mode != "hidden" && !isShort() &&
+        roster.state == RosterView::State::shown && roster.insight && !roster.rows.empty();
     insightFrame->setVisible(wanted);
     if (wanted)
         insight->setInsight(*roster.insight);
@@ -210,10 +284,16 @@ void RosterPane::showCount() {
         return;
     }
     QString text;
-    if (!header->filterText().trimmed().isEmpty())
+    const RosterQuery &query = students->query();
+    if (query !=
+        RosterQuery{.chip = query.chip, .sort = query.sort, .descending = query.descending})
         text = QStringLiteral("%1 of ").arg(students->shownCount());
     text += roster.courseID ? qstring(studentsText(roster.rows.size()))
                             : qstring(flaggedAcrossText(roster.rows.size(), roster.courseCount));
+    const std::string code =
+        roster.courseID ? courseLabel({.name = roster.title}).code : std::string();
+    if (!code.empty())
+        text += QStringLiteral(" · ") + qstring(code);
     header->setSubtitle(
         text, QStringLiteral("updated ") + qstring(calendar::shortTime(roster.fetchedAt)),
         qstring(stampNote(roster.fetchedAt, controller.isLoading(), systemNow())));

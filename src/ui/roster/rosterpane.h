@@ -15,6 +15,7 @@ class QStackedWidget;
 namespace ellwynd {
 
 class Appearance;
+class ChipBar;
 class ElidedLabel;
 class InsightBand;
 class MainWindowController;
@@ -32,7 +33,6 @@ class RosterPane : public QWidget {
 
     [[nodiscard]] RosterTable *table() const { return students; }
     void focusFilter();
-    void clearFilter();
 
   Q_SIGNALS:
     void thresholdsRequested();
@@ -40,9 +40,20 @@ class RosterPane : public QWidget {
     void refreshRequested();
     void connectionRequested();
     void contextMenuRequested(const QPoint &globalPosition);
+    /// The rows shown have changed, and with them whether there are any.
+    void rowsDidChange();
+
+  protected:
+    void resizeEvent(QResizeEvent *event) override;
 
   private:
+    [[nodiscard]] bool isShort() const;
     void showRoster();
+    /// Shows the table, or the message that stands in its place.
+    void showRows();
+    void setQuery(const RosterQuery &query);
+    void resetFilter();
+    [[nodiscard]] RosterQuery firstQuery() const;
     void focusStudents();
     void showCount();
     void showProgress();
@@ -63,11 +74,15 @@ class RosterPane : public QWidget {
     QProgressBar *progress;
     QPushButton *connectButton;
     QPushButton *retryButton;
+    QPushButton *resetButton;
+    ChipBar *chips;
     InsightBand *insight;
     QWidget *insightFrame;
     RosterTable *students;
-    /// The selection for which the filter was typed.
-    std::optional<Selection> filtered;
+    /// The selection to which the query belongs.
+    std::optional<Selection> queried;
+    /// The courses whose students without a flag the teacher has unfolded.
+    std::set<std::int64_t> unfolded;
     std::shared_ptr<void> observing;
 };
 

@@ -1,74 +1,69 @@
 #include "ui/roster/rostertable.h"
 
+#include "app/roster/rostertexts.h"
 #include "ui/roster/rosterdelegate.h"
 #include "ui/support/appearance.h"
+#include "uikit/convert.h"
+#include "uikit/pill.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
 #include <algorithm>
+#include <array>
+#include <memory>
 
 namespace ellwynd {
+
+namespace {
+
+/// Names get at least this width beside the figures; otherwise the figures move below them.
+constexpr double minNameWidth = 150;
+/// Lines of text are not longer than this, however wide the window.
+constexpr double maxTextWidth = 760;
+
+} // namespace
 
 RosterTable::RosterTable(const Appearance &appearance, QWidget *parent)
     : QTableView(parent),
       appearance(appearance),
       model(new RosterModel(this)),
-      filter(new RosterFilter(this)),
-      delegate(new RosterDelegate(appearance, *filter, this)) {
-    filter->setSourceModel(model);
-    QTableView::setModel(filter);
+      delegate(new RosterDelegate(appearance, *model, this)) {
+    QTableView::setModel(model);
     setItemDelegate(delegate);
-    model->hiddenNames = [this](const RiskRow &row) { return delegate->hiddenNames(row); };
+    setObjectName(QStringLiteral("roster"));
     setAccessibleName(QStringLiteral("Students"));
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setShowGrid(false);
     setMouseTracking(true);
     setTabKeyNavigation(false);
     setWordWrap(false);
     verticalHeader()->hide();
     verticalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setMinimumSectionSize(1);
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setHighlightSections(false);
-    horizontalHeader()->setStretchLastSection(false);
     horizontalHeader()->setSectionsClickable(true);
     horizontalHeader()->setFocusPolicy(Qt::NoFocus);
     horizontalHeader()->setTextElideMode(Qt::ElideRight);
-    setColumnHidden(RosterModel::course, true);
 
-    // Row heights depend on a column's width, so they are computed after all width changes.
-    rowSizing.setSingleShot(true);
-    rowSizing.setInterval(0);
-    connect(&rowSizing, &QTimer::timeout, this, &RosterTable::sizeRows);
     connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &RosterTable::sortClicked);
-    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
-        if (column == RosterModel::why)
-            rowSizing.start();
-    });
-    connect(filter, &QAbstractItemModel::layoutChanged, &rowSizing, qOverload<>(&QTimer::start));
-    connect(filter, &QAbstractItemModel::rowsInserted, &rowSizing, qOverload<>(&QTimer::start));
-    connect(delegate, &RosterDelegate::rowHeightDidChange, this, [this](const QModelIndex &index) {
-        resizeRowToContents(index.row());
-    });
     connect(delegate, &RosterDelegate::gradesRequested, this, &RosterTable::gradesRequested);
-    connect(
-        delegate, &RosterDelegate::assignmentRequested, this, &RosterTable::assignmentRequested);
-    connect(&appearance, &Appearance::appearanceDidChange, this, [this] {
-        sizeColumns();
-        rowSizing.start();
-    });
+    connect(delegate, &RosterDelegate::detailsRequested, this, &RosterTable::detailsRequested);
+    connect(delegate, &RosterDelegate::unfoldRequested, this, &RosterTable::unfold);
+    connect(&appearance, &Appearance::appearanceDidChange, this, &RosterTable::lay);
 }
 
-void RosterTable::setRoster(const RosterView &roster, Date now) {
-    // A roster that was read again stays where the teacher left it.
-    const bool isSame = roster.courseID == courseID && roster.title == title;
-    courseID = roster.courseID;
-    title = roster.title;
+template<class Change>
+void RosterTable::changeRows(Change change, bool keepsPlace) {
     std::set<StudentKey> selected;
     for (const RiskRow &row : selectedRows())
         selected.insert(keyOf(row));
@@ -76,31 +71,55 @@ void RosterTable::setRoster(const RosterView &roster, Date now) {
     const int scrolledTo = verticalScrollBar()->value();
     {
         const QScopedValueRollback guard(changingRows, true);
-        setColumnHidden(RosterModel::course, roster.courseID.has_value());
-        model->setRoster(roster, now);
-        sizeColumns();
-        sizeRows();
+        delegate->clearHover();
+        change();
+        lay();
         select(selected, current);
         // The range of the scroll bar is otherwise computed later.
         updateGeometries();
-        verticalScrollBar()->setValue(isSame ? scrolledTo : 0);
+        verticalScrollBar()->setValue(keepsPlace ? scrolledTo : 0);
     }
     Q_EMIT selectionDidChange();
 }
 
-std::optional<StudentKey> RosterTable::currentStudent() const {
-    const QModelIndex current = currentIndex();
-    return current.isValid() ? std::optional{keyOf(filter->row(current))} : std::nullopt;
+void RosterTable::setRoster(const RosterView &roster, const RosterQuery &query, Date now) {
+    // A roster that was read again stays where the teacher left it.
+    const bool isSame = roster.courseID == courseID && roster.title == title;
+    courseID = roster.courseID;
+    title = roster.title;
+    changeRows([&] { model->setRoster(std::make_shared<RosterRows>(roster), query, now); }, isSame);
+    if (!isSame && selectedRows().empty() && model->studentCount() > 0)
+        select({keyOf(model->row(0))}, std::nullopt);
 }
 
-void RosterTable::setFilter(const QString &typed) {
-    filter->setWords(typed);
+void RosterTable::setQuery(const RosterQuery &query) {
+    RosterQuery unfolded = model->query();
+    unfolded.chip = query.chip;
+    changeRows([&] { model->setQuery(query); }, unfolded == query);
+    Q_EMIT queryDidChange();
+}
+
+/// The students appear where their line was.
+void RosterTable::unfold() {
+    RosterQuery query = model->query();
+    query.chip = RosterChip::everyone;
+    const int row = model->studentCount();
+    const bool wasCurrent = currentIndex().row() == row;
+    setQuery(query);
+    if (wasCurrent && query.sort == RosterSort::worstFirst && row < model->studentCount())
+        selectRow(row);
+}
+
+std::optional<StudentKey> RosterTable::currentStudent() const {
+    const QModelIndex current = currentIndex();
+    return current.isValid() && !model->isFold(current.row())
+        ? std::optional{keyOf(model->row(current.row()))}
+        : std::nullopt;
 }
 
 void RosterTable::setCompact(bool on) {
-    delegate->setCompact(on);
-    delegate->collapseAll();
-    sizeRows();
+    compact = on;
+    lay();
     viewport()->update();
 }
 
@@ -108,12 +127,17 @@ std::vector<RiskRow> RosterTable::selectedRows() const {
     QModelIndexList indexes = selectionModel()->selectedRows();
     std::ranges::sort(indexes, {}, &QModelIndex::row);
     std::vector<RiskRow> rows;
-    for (const QModelIndex &index : indexes)
-        rows.push_back(filter->row(index));
+    for (const QModelIndex &index : indexes) {
+        if (!model->isFold(index.row()))
+            rows.push_back(model->row(index.row()));
+    }
     return rows;
 }
 
 void RosterTable::selectStudents(const std::set<StudentKey> &students) {
+    const RosterQuery wider = roster().revealing(query(), students);
+    if (wider != query())
+        setQuery(wider);
     const QModelIndex first = select(students, std::nullopt);
     if (first.isValid())
         scrollTo(first);
@@ -124,16 +148,15 @@ RosterTable::select(const std::set<StudentKey> &students, std::optional<StudentK
     QItemSelection selection;
     QModelIndex first;
     QModelIndex kept;
-    for (int row = 0; row < filter->rowCount(); ++row) {
-        const QModelIndex index = filter->index(row, 0);
-        const StudentKey key = keyOf(filter->row(index));
+    for (int row = 0; row < model->studentCount(); ++row) {
+        const StudentKey key = keyOf(model->row(row));
         if (current && key == *current)
-            kept = filter->index(row, RosterModel::student);
+            kept = model->index(row, RosterModel::student);
         if (!students.contains(key))
             continue;
-        selection.select(index, filter->index(row, RosterModel::columns - 1));
+        selection.select(model->index(row, 0), model->index(row, RosterModel::columns - 1));
         if (!first.isValid())
-            first = filter->index(row, RosterModel::student);
+            first = model->index(row, RosterModel::student);
     }
     if (const QModelIndex at = kept.isValid() ? kept : first; at.isValid()) {
         // The view would scroll to it.
@@ -147,85 +170,168 @@ RosterTable::select(const std::set<StudentKey> &students, std::optional<StudentK
 }
 
 void RosterTable::sortClicked(int column) {
-    QHeaderView *header = horizontalHeader();
-    const bool sorted = header->isSortIndicatorShown() && filter->sortColumn() == column;
-    if (sorted && filter->sortOrder() == Qt::DescendingOrder) {
-        header->setSortIndicatorShown(false);
-        filter->sort(-1);
+    RosterQuery query = model->query();
+    const RosterSort sort = RosterModel::sortOf(column);
+    if (query.sort != sort) {
+        query.sort = sort;
+        query.descending = false;
+    } else if (!query.descending) {
+        query.descending = true;
     } else {
-        const auto order = sorted ? Qt::DescendingOrder : Qt::AscendingOrder;
-        header->setSortIndicatorShown(true);
-        header->setSortIndicator(column, order);
-        filter->sort(column, order);
+        query.sort = RosterSort::worstFirst;
+        query.descending = false;
     }
-    // The "Why" column makes room for the sort arrow.
-    const int missing = horizontalHeader()->sectionSizeHint(column) - columnWidth(column);
-    if (missing > 0 && column != RosterModel::why) {
-        setColumnWidth(column, columnWidth(column) + missing);
-        setColumnWidth(RosterModel::why, columnWidth(RosterModel::why) - missing);
+    setQuery(query);
+}
+
+void RosterTable::showSortIndicator() {
+    const RosterQuery &query = model->query();
+    QHeaderView *header = horizontalHeader();
+    header->setSortIndicatorShown(query.sort != RosterSort::worstFirst);
+    for (int column = 0; column < RosterModel::columns; ++column) {
+        if (RosterModel::sortOf(column) == query.sort)
+            header->setSortIndicator(
+                column, query.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
     }
 }
 
-/// Gives every column the width of its contents, up to a limit, and "Why" the rest.
-void RosterTable::sizeColumns() {
-    struct Limit {
-        int column;
-        double maxWidth;
-    };
-    constexpr Limit limits[] = {{RosterModel::level, 130},    {RosterModel::student, 150},
-                                {RosterModel::course, 130},   {RosterModel::score, 110},
-                                {RosterModel::missing, 100},  {RosterModel::lastActive, 120},
-                                {RosterModel::contacted, 120}};
-    const QFontMetrics bold(appearance.font(1, QFont::DemiBold));
-    const QFontMetrics regular(appearance.font());
-    int taken = 0;
-    for (const auto [column, maxWidth] : limits) {
-        if (isColumnHidden(column))
-            continue;
-        const QFontMetrics &metrics = column == RosterModel::student ? bold : regular;
-        const bool sorted =
-            horizontalHeader()->isSortIndicatorShown() && filter->sortColumn() == column;
-        int width = bold.horizontalAdvance(
-                        model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString()) +
-            appearance.px(sorted ? 32 : 20);
-        for (int row = 0; row < model->rowCount(); ++row) {
-            const QString text = model->index(row, column).data().toString();
-            const int padding = appearance.px(column == RosterModel::level ? 52 : 21);
-            width = std::max(width, metrics.horizontalAdvance(text) + padding);
+/// The width of a column for the widest text that it usually has. The texts that differ most are
+/// compared by their length, so that no row has to be measured.
+int RosterTable::figureWidth(int column, const QFontMetrics &metrics) const {
+    QString widest;
+    switch (column) {
+    case RosterModel::course:
+        for (int row = 0; row < model->studentCount(); ++row) {
+            const std::string &code = roster().courseCode(model->row(row));
+            if (qsizetype(code.size()) > widest.size())
+                widest = qstring(code);
         }
-        width = std::min(width, appearance.px(maxWidth));
-        if (column == RosterModel::course)
-            width = std::min(width, viewport()->width() / 6);
-        setColumnWidth(column, width);
-        taken += width;
+        break;
+    case RosterModel::score:
+        widest = QStringLiteral("100% · A−");
+        break;
+    case RosterModel::lastActive:
+        widest = QStringLiteral("100 days ago");
+        break;
+    case RosterModel::contacted:
+        widest = QStringLiteral("Sep 30 no change");
+        break;
+    default:
+        break;
     }
-    // In a narrow window names shrink first; after that the table scrolls.
-    const int minWhyWidth = std::min(appearance.px(200), viewport()->width() / 2);
-    const int names = columnWidth(RosterModel::student);
-    const int cut = std::clamp(
-        minWhyWidth + taken - viewport()->width(), 0, std::max(0, names - appearance.px(90)));
-    setColumnWidth(RosterModel::student, names - cut);
-    setColumnWidth(RosterModel::why, std::max(minWhyWidth, viewport()->width() - taken + cut));
+    return metrics.horizontalAdvance(widest);
 }
 
-void RosterTable::sizeRows() {
-    rowSizing.stop();
-    if (filter->rowCount() > 0)
-        resizeRowsToContents();
+/// Lays out columns and rows for the width of the view.
+void RosterTable::lay() {
+    showSortIndicator();
+    const int padding = delegate->horizontalPadding();
+    const QFontMetrics metrics(appearance.font());
+    const QFontMetrics bold(appearance.font(1, QFont::DemiBold));
+    const bool term = !courseID.has_value();
+    const int arrow = bold.horizontalAdvance(u'↑') + appearance.px(5);
+    const int levels = delegate->leftMargin() +
+        pillSize(appearance.style(), QStringLiteral("Concern")).width() + arrow;
+    std::array<int, RosterModel::columns> widths{};
+    int figures = 0;
+    for (int column = RosterModel::course; column < RosterModel::columns; ++column) {
+        if (column == RosterModel::course && !term)
+            continue;
+        const QString heading =
+            model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        const bool sorted = RosterModel::sortOf(column) == query().sort;
+        int width = std::max(
+            bold.horizontalAdvance(heading) + (sorted ? appearance.px(16) : 0),
+            figureWidth(column, metrics));
+        if (column == RosterModel::course)
+            width = std::min(width, appearance.px(150));
+        widths[std::size_t(column)] = width + 2 * padding + 1;
+        figures += widths[std::size_t(column)];
+    }
+    const int total = viewport()->width();
+    RowForm form{.compact = compact, .severalCourses = term};
+    form.narrow = total - levels - figures < appearance.px(minNameWidth);
+    const int all = total - levels - (form.narrow ? 0 : figures);
+    const int student = form.narrow ? std::max(1, all) : std::min(all, appearance.px(maxTextWidth));
+    form.nameLeft = levels + padding;
+    form.nameWidth = std::max(1, student - 2 * padding);
+    form.textLeft = form.narrow ? delegate->leftMargin() : form.nameLeft;
+    form.textWidth =
+        std::max(1, std::min(total - form.textLeft - padding, appearance.px(maxTextWidth)));
+    if (compact) {
+        // The names have up to half of the column, and the first reason the rest.
+        std::size_t longest = 0;
+        for (int row = 0; row < model->studentCount(); ++row)
+            longest = std::max(longest, model->row(row).name.size());
+        const int names = std::min(
+            form.nameWidth / 2,
+            bold.averageCharWidth() * int(std::min<std::size_t>(longest + 2, 24)));
+        form.textLeft = form.nameLeft + names + padding;
+        form.textWidth = std::max(1, form.nameWidth - names - padding);
+        form.nameWidth = names;
+    } else {
+        // Room for a long sentence and the number of the others.
+        const QFontMetrics reasons(reasonFont(appearance));
+        const int sentence = reasons.horizontalAdvance(
+            QStringLiteral("20 of 30 assignments missing — 100% of the grade and 4 more reasons"));
+        constexpr int maxLines = 4;
+        form.reasonLines = std::clamp((sentence * 6 / 5 - 1) / form.textWidth + 1, 1, maxLines);
+        if (sentence <= form.textWidth)
+            form.reasonLines = 1;
+    }
+    form.right =
+        std::min(total - delegate->leftMargin(), levels + padding + appearance.px(maxTextWidth));
+    delegate->setForm(form);
+
+    setColumnWidth(RosterModel::level, levels);
+    setColumnWidth(RosterModel::student, student);
+    for (int column = RosterModel::course; column < RosterModel::columns; ++column) {
+        const int width = form.narrow ? 0 : widths[std::size_t(column)];
+        setColumnHidden(column, width == 0);
+        if (width > 0)
+            setColumnWidth(column, width);
+    }
+    // The rest of a wide window.
+    if (!form.narrow)
+        setColumnWidth(
+            RosterModel::contacted, widths[RosterModel::contacted] + std::max(0, all - student));
+    QHeaderView *heights = verticalHeader();
+    heights->setDefaultSectionSize(delegate->normalHeight());
+    for (int row = 0; row < model->rowCount(); ++row) {
+        const int height = delegate->heightOf(row);
+        if (height != heights->sectionSize(row))
+            heights->resizeSection(row, height);
+    }
+}
+
+void RosterTable::paintEvent(QPaintEvent *event) {
+    QTableView::paintEvent(event);
+    QPainter painter(viewport());
+    painter.setClipRegion(event->region());
+    const int height = viewport()->height();
+    for (int row = std::max(0, rowAt(0)); row < model->rowCount(); ++row) {
+        const int top = rowViewportPosition(row);
+        if (top > height)
+            break;
+        delegate->paintText(painter, {0, top, viewport()->width(), rowHeight(row)}, row);
+    }
 }
 
 void RosterTable::resizeEvent(QResizeEvent *event) {
     QTableView::resizeEvent(event);
     if (event->size().width() != event->oldSize().width())
-        sizeColumns();
+        lay();
 }
 
 void RosterTable::keyPressEvent(QKeyEvent *event) {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && currentIndex().isValid())
-        delegate->expand(currentIndex());
-    else
+    const QModelIndex current = currentIndex();
+    if (!enter || !current.isValid())
         QTableView::keyPressEvent(event);
+    else if (model->isFold(current.row()))
+        unfold();
+    else
+        Q_EMIT detailsRequested();
 }
 
 void RosterTable::leaveEvent(QEvent *event) {
@@ -238,6 +344,11 @@ void RosterTable::selectionChanged(
     QTableView::selectionChanged(selected, deselected);
     if (!changingRows)
         Q_EMIT selectionDidChange();
+}
+
+void RosterTable::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
+    QTableView::currentChanged(current, previous);
+    viewport()->update();
 }
 
 /// The cursor moves by rows: Left and Right do nothing; Home and End go to the first and last row.

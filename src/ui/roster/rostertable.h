@@ -4,7 +4,6 @@
 #include "ui/roster/rostermodel.h"
 
 #include <QTableView>
-#include <QTimer>
 
 #include <optional>
 #include <set>
@@ -15,53 +14,70 @@ namespace ellwynd {
 class Appearance;
 class RosterDelegate;
 
-/// Shows rows worst first until a heading is clicked; a third click on it restores that order. New
-/// rows keep the selected students.
+/// Shows the students of a query, worst first until a heading is clicked; a third click on it
+/// restores that order. New rows keep the selected students. Rows are as wide as the view.
 class RosterTable : public QTableView {
     Q_OBJECT
 
   public:
     RosterTable(const Appearance &appearance, QWidget *parent = nullptr);
 
-    /// Shows the roster; the course column only for a term. @param now for "last active".
-    void setRoster(const RosterView &roster, Date now);
-    void setFilter(const QString &typed);
+    /// Shows the roster. The first student of another roster than before is selected.
+    /// @param now for "last active".
+    void setRoster(const RosterView &roster, const RosterQuery &query, Date now);
+    void setQuery(const RosterQuery &query);
+    [[nodiscard]] const RosterQuery &query() const { return model->query(); }
+    [[nodiscard]] const RosterRows &roster() const { return model->roster(); }
     void setCompact(bool on);
 
     /// The selected rows, from top to bottom.
     [[nodiscard]] std::vector<RiskRow> selectedRows() const;
-    /// Selects exactly those of these students who are shown, and scrolls to the first.
+    /// Selects exactly those of these students who are on the roster, and scrolls to the first. A
+    /// filter that hides one of them is removed.
     void selectStudents(const std::set<StudentKey> &students);
-    [[nodiscard]] int shownCount() const { return filter->rowCount(); }
+    /// How many students are shown, without the folded ones.
+    [[nodiscard]] int shownCount() const { return model->studentCount(); }
+    /// Whether there is a row: a student, or the line of the folded students.
+    [[nodiscard]] bool hasRows() const { return model->rowCount() > 0; }
 
   Q_SIGNALS:
     void selectionDidChange();
+    /// This view has changed the query.
+    void queryDidChange();
     void gradesRequested(const ellwynd::RiskRow &row);
-    void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);
+    /// The details of the selected student should be shown.
+    void detailsRequested();
 
   protected:
+    void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void leaveEvent(QEvent *event) override;
-    /// Return expands the current row.
+    /// Return shows the details of the current student, or the folded students.
     void keyPressEvent(QKeyEvent *event) override;
     void
     selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    /// The end of the row that the cursor leaves is redrawn too.
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
 
   private:
     [[nodiscard]] std::optional<StudentKey> currentStudent() const;
     /// Selects the students without scrolling, and returns the first of them.
     QModelIndex select(const std::set<StudentKey> &students, std::optional<StudentKey> current);
-    void sizeColumns();
-    void sizeRows();
+    /// Applies a change to the model, and restores the selection.
+    template<class Change>
+    void changeRows(Change change, bool keepsPlace);
+    void unfold();
+    void lay();
+    [[nodiscard]] int figureWidth(int column, const QFontMetrics &metrics) const;
+    void showSortIndicator();
     void sortClicked(int column);
 
     const Appearance &appearance;
     RosterModel *model;
-    RosterFilter *filter;
     RosterDelegate *delegate;
-    QTimer rowSizing;
     bool changingRows = false;
+    bool compact = false;
     /// Of the roster on screen; absent for a term.
     std::optional<std::int64_t> courseID;
     std::string title;

@@ -16,7 +16,10 @@ SidebarDelegate::SidebarDelegate(
     : QStyledItemDelegate(parent), defaults(defaults), appearance(appearance) {}
 
 QSize SidebarDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const {
-    return {appearance.px(120), appearance.px(index.parent().isValid() ? 29 : 32)};
+    if (!index.parent().isValid())
+        return {appearance.px(120), appearance.px(32)};
+    const bool two = !index.data(SidebarModel::codeRole).toString().isEmpty();
+    return {appearance.px(120), appearance.px(two ? 40 : 30)};
 }
 
 void SidebarDelegate::paint(
@@ -71,12 +74,12 @@ void SidebarDelegate::paintTerm(
 
 void SidebarDelegate::paintCourse(
     QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
-    const Theme &theme = appearance.theme();
     QRect row = option.rect.adjusted(-appearance.px(10), 0, -appearance.px(12), 0);
-    const qlonglong flagged = index.data(SidebarModel::flaggedRole).toLongLong();
-    if (flagged > 0)
-        row = paintCount(painter, row, QString::number(flagged));
-    const int tile = appearance.px(20);
+    const QVariant flagged = index.data(SidebarModel::flaggedRole);
+    if (flagged.isValid())
+        row = paintCount(painter, row, flagged.toLongLong() > 0 ? flagged.toString() : QString());
+    const bool two = !index.data(SidebarModel::codeRole).toString().isEmpty();
+    const int tile = appearance.px(two ? 26 : 20);
     const std::int64_t courseID = index.data(SidebarModel::courseIDRole).toLongLong();
     painter.drawPixmap(
         row.left(), row.center().y() - tile / 2 + 1,
@@ -84,9 +87,30 @@ void SidebarDelegate::paintCourse(
             courseID, index.data().toString().toStdString(), tile,
             painter.device()->devicePixelRatioF(), courseIcon(defaults, courseID)));
     row.setLeft(row.left() + tile + appearance.px(8));
+    paintNames(painter, row, index);
+}
+
+void SidebarDelegate::paintNames(
+    QPainter &painter, const QRect &row, const QModelIndex &index) const {
+    const Theme &theme = appearance.theme();
+    const QString code = index.data(SidebarModel::codeRole).toString();
+    const QFontMetrics large(appearance.font());
+    const QFontMetrics small(appearance.font(0.86));
+    const int height = large.height() + (code.isEmpty() ? 0 : small.height());
+    const int top = row.center().y() - height / 2 + 1;
+    const auto mode =
+        index.data(SidebarModel::endMattersRole).toBool() ? Qt::ElideMiddle : Qt::ElideRight;
     painter.setFont(appearance.font());
     painter.setPen(theme.text);
-    drawElided(painter, row, Qt::AlignLeft | Qt::AlignVCenter, index.data().toString());
+    painter.drawText(
+        QRect(row.left(), top, row.width(), large.height()),
+        Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+        large.elidedText(index.data(SidebarModel::nameRole).toString(), mode, row.width()));
+    painter.setFont(appearance.font(0.86));
+    painter.setPen(theme.secondaryText);
+    drawElided(
+        painter, QRect(row.left(), top + large.height(), row.width(), small.height()),
+        Qt::AlignLeft | Qt::AlignVCenter, code);
 }
 
 QRect SidebarDelegate::paintCount(QPainter &painter, QRect row, const QString &count) const {
@@ -96,11 +120,16 @@ QRect SidebarDelegate::paintCount(QPainter &painter, QRect row, const QString &c
         appearance.px(20), painter.fontMetrics().horizontalAdvance(count) + appearance.px(11));
     const int height = appearance.px(18);
     const QRect badge(row.right() - width, row.center().y() - height / 2 + 1, width, height);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(theme.controlPressed);
-    painter.drawRoundedRect(badge, height / 2.0, height / 2.0);
-    painter.setPen(theme.secondaryText);
-    painter.drawText(badge, Qt::AlignCenter, count);
+    if (count.isEmpty()) {
+        painter.setPen(theme.ok.text);
+        painter.drawText(badge, Qt::AlignCenter, QStringLiteral("✓"));
+    } else {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(theme.controlPressed);
+        painter.drawRoundedRect(badge, height / 2.0, height / 2.0);
+        painter.setPen(theme.secondaryText);
+        painter.drawText(badge, Qt::AlignCenter, count);
+    }
     row.setRight(badge.left() - appearance.px(6));
     return row;
 }

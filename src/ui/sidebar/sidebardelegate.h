@@ -8,7 +8,8 @@ namespace ellwynd {
 class Appearance;
 class UserDefaults;
 
-/// Draws a term as a small heading, and a course as its tile, name and count.
+/// Draws a term as a small heading, and a course as its tile, its name over its code, and its
+/// count: a tick where nobody is flagged.
 class SidebarDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -30,6 +31,7 @@ class SidebarDelegate : public QStyledItemDelegate {
         QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const;
     /// Draws a course's count at the right of `row` and returns the rest of `row`.
     [[nodiscard]] QRect paintCount(QPainter &painter, QRect row, const QString &count) const;
+    void paintNames(QPainter &painter, const QRect &row, const QModelIndex &index) const;
 
     const UserDefaults &defaults;
     const Appearance &appearance;

@@ -1,7 +1,10 @@
 #include "ui/sidebar/sidebarmodel.h"
 
+#include "app/courses/courselabel.h"
 #include "uikit/convert.h"
 #include "uikit/tooltip.h"
+
+#include <algorithm>
 
 namespace ellwynd {
 
@@ -33,6 +36,13 @@ const Course *SidebarModel::courseAt(const QModelIndex &index) const {
     if (!index.isValid() || index.internalId() == termID)
         return nullptr;
     return &terms[index.internalId() - firstTerm].courses[std::size_t(index.row())];
+}
+
+bool SidebarModel::endMatters(const QModelIndex &index) const {
+    const std::string name = courseLabel(*courseAt(index)).name;
+    const std::vector<Course> &courses = terms[index.internalId() - firstTerm].courses;
+    return std::ranges::any_of(
+        courses, [&](const Course &other) { return beginAlike(name, courseLabel(other).name); });
 }
 
 Selection SidebarModel::selectionAt(const QModelIndex &index) const {
@@ -102,7 +112,7 @@ QVariant SidebarModel::data(const QModelIndex &index, int role) const {
     const auto flagged = flaggedCount(course->id);
     switch (role) {
     case Qt::DisplayRole:
-        return qstring(displayName(*course));
+        return qstring(collapsed(displayName(*course)));
     case Qt::ToolTipRole:
         return plainToolTip(qstring(displayName(*course)));
     case Qt::AccessibleTextRole:
@@ -111,6 +121,12 @@ QVariant SidebarModel::data(const QModelIndex &index, int role) const {
                        : qstring(displayName(*course));
     case flaggedRole:
         return flagged ? QVariant(qlonglong(*flagged)) : QVariant();
+    case nameRole:
+        return qstring(courseLabel(*course).name);
+    case codeRole:
+        return qstring(courseLabel(*course).code);
+    case endMattersRole:
+        return endMatters(index);
     case courseIDRole:
         return qlonglong(course->id);
     default:

@@ -16,7 +16,16 @@ class SidebarModel : public QAbstractItemModel {
     Q_OBJECT
 
   public:
-    enum Role { flaggedRole = Qt::UserRole, courseIDRole };
+    enum Role {
+        /// Absent before the course was scored.
+        flaggedRole = Qt::UserRole,
+        courseIDRole,
+        /// The course's name without its code, and the code, which may be empty.
+        nameRole,
+        codeRole,
+        /// Whether another course of the term has a name that begins alike.
+        endMattersRole
+    };
     /// Returns how many students of a course are flagged; absent before it was scored.
     using FlaggedCount = std::function<std::optional<std::int64_t>(std::int64_t courseID)>;
 
@@ -45,6 +54,7 @@ class SidebarModel : public QAbstractItemModel {
 
   private:
     [[nodiscard]] const Course *courseAt(const QModelIndex &index) const;
+    [[nodiscard]] bool endMatters(const QModelIndex &index) const;
 
     std::vector<TermGroup> terms;
     FlaggedCount flaggedCount;

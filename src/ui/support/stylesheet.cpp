@@ -35,6 +35,13 @@ QPushButton:default { background: @accent; color: @accentText; border-color: @ac
 QPushButton:default:focus { border: 2px solid @text; }
 QPushButton::menu-indicator { image: none; width: 0; }
 QPushButton[quiet="true"] { padding: $5 $8; }
+QPushButton[chip="true"] { border-radius: $10; padding: $2 $8; min-height: $16; }
+QPushButton[chip="true"]:checked { background: @selection; border-color: @accent; }
+QPushButton[chip="true"]:focus { border: 2px solid @accent; padding: $1 $7; }
+QPushButton[tight="true"] { padding: $4 $6; }
+QPushButton[tight="true"]:focus { padding: $3 $5; }
+QPushButton[primary="true"] { background: @accent; color: @accentText; border-color: @accent; }
+QPushButton[primary="true"]:focus { border: 2px solid @text; }
 
 QLineEdit {
     background: @control; color: @text; border: 1px solid @outline; border-radius: 6px;
@@ -58,6 +65,7 @@ QHeaderView::section {
     background: @surface; color: @secondaryText; border: none;
     border-bottom: 1px solid @separator; padding: $5 $10; font-weight: 600;
 }
+QTableView#roster QHeaderView::section:first { padding-left: $18; }
 QHeaderView::section:hover { color: @text; }
 QHeaderView::section:focus { color: @text; }
 

@@ -33,6 +33,12 @@ TEST(RosterTexts, FormatFigures) {
     EXPECT_EQ(scoreAndGradeText(row), "D−");
     row.currentScore = 72.5;
     EXPECT_EQ(scoreAndGradeText(row), "73% · D−");
+    const OutreachOutcome written{.contactedAt = at("2026-09-20T12:00:00Z")};
+    EXPECT_EQ(figuresText(row, nullptr, now), "73% · D− · never");
+    EXPECT_EQ(figuresText(row, &written, now), "73% · D− · never · Sep 20");
+    row.name = "Ana  Zed";
+    row.reasonLines = {{.text = "One"}, {.text = "Two"}};
+    EXPECT_EQ(rowDescription(row), "Ana Zed. One · Two");
     EXPECT_EQ(timeInCourseText(5400), "2h");
     EXPECT_EQ(timeInCourseText(0), "–");
     EXPECT_EQ(moreText(3), "3 more");

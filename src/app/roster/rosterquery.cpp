@@ -1,0 +1,388 @@
+#include "app/roster/rosterquery.h"
+
+#include "app/roster/rostertexts.h"
+#include "base/text.h"
+
+#include <QCollator>
+#include <QString>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+QString qtText(std::string_view text) {
+    return QString::fromUtf8(text.data(), qsizetype(text.size()));
+}
+
+/// One unit for each unit of `text`: lower case, and a letter without its accents.
+QString comparable(const QString &text) {
+    QString result = text;
+    constexpr char16_t firstBeyondAscii = 0x80;
+    for (QChar &c : result) {
+        if (c.unicode() < firstBeyondAscii) {
+            c = c.toLower();
+            continue;
+        }
+        // A letter and a mark; syllables of Hangul consist of letters alone.
+        for (QString parts = c.decomposition(); parts.size() == 2 && parts.at(1).isMark();
+             parts = c.decomposition())
+            c = parts.at(0);
+        c = c.toCaseFolded();
+    }
+    return result;
+}
+
+std::string comparable(std::string_view text) {
+    return comparable(qtText(text)).toStdString();
+}
+
+bool contains(const std::string &text, const std::string &word) {
+    return text.find(word) != std::string::npos;
+}
+
+bool containsAll(const std::string &text, const std::vector<std::string> &words) {
+    return std::ranges::all_of(
+        words, [&](const std::string &word) { return contains(text, word); });
+}
+
+/// The texts of a row except its assignments.
+std::string searchableHead(const RiskRow &row, const std::string &courseCode) {
+    return row.name + '\n' + std::string(levelName(row.level)) + '\n' + row.courseName + '\n' +
+        courseCode;
+}
+
+bool isMissing(const RiskRow &row, std::int64_t assignmentID) {
+    for (const ReasonLine &line : row.reasonLines) {
+        for (const ReasonLink &link : line.links) {
+            const auto *assignment = std::get_if<AssignmentRef>(&link.target);
+            if (assignment != nullptr && assignment->id == assignmentID)
+                return true;
+        }
+    }
+    return false;
+}
+
+/// "flagged student", as the subject of "No …".
+std::string_view subject(RosterChip chip) {
+    switch (chip) {
+    case RosterChip::flagged:
+        return "flagged student";
+    case RosterChip::worse:
+        return "student who got worse";
+    case RosterChip::improved:
+        return "student who improved";
+    case RosterChip::notYetReached:
+        return "flagged student not yet reached";
+    case RosterChip::awaitingFollowUp:
+        return "student awaiting follow-up";
+    case RosterChip::everyone:
+        break;
+    }
+    return "student";
+}
+
+/// Sorts by a key of each row, and keeps the order of equal rows in both directions.
+template<class Key>
+void sortBy(std::vector<std::size_t> &order, bool descending, Key key) {
+    std::ranges::stable_sort(order, [&](std::size_t a, std::size_t b) {
+        return descending ? key(b) < key(a) : key(a) < key(b);
+    });
+}
+
+} // namespace
+
+std::string_view chipName(RosterChip chip) {
+    switch (chip) {
+    case RosterChip::flagged:
+        return "Flagged";
+    case RosterChip::worse:
+        return "Worse";
+    case RosterChip::improved:
+        return "Improved";
+    case RosterChip::notYetReached:
+        return "Not yet reached";
+    case RosterChip::awaitingFollowUp:
+        return "Awaiting follow-up";
+    case RosterChip::everyone:
+        break;
+    }
+    return "Everyone";
+}
+
+RosterRows::RosterRows(const RosterView &roster)
+    : all(roster.rows),
+      outreach(roster.outreach),
+      sortNames(roster.sortNames),
+      courseCodes(roster.courseCodes),
+      oneCourse(roster.courseID.has_value()),
+      remembersContacts(roster.remembersContacts) {
+    for (const RosterChange &moved : roster.movement)
+        movement.emplace(StudentKey{moved.courseID, moved.studentID}, moved);
+}
+
+const RosterChange *RosterRows::change(const RiskRow &row) const {
+    const auto found = movement.find(keyOf(row));
+    return found != movement.end() ? &found->second : nullptr;
+}
+
+const OutreachOutcome *RosterRows::outcome(const RiskRow &row) const {
+    const auto found = outreach.find(keyOf(row));
+    return found != outreach.end() ? &found->second : nullptr;
+}
+
+const std::string &RosterRows::courseCode(const RiskRow &row) const {
+    const auto found = courseCodes.find(row.courseID);
+    return found != courseCodes.end() ? found->second : row.courseName;
+}
+
+const std::string &RosterRows::sortName(const RiskRow &row) const {
+    const auto found = sortNames.find(keyOf(row));
+    return found != sortNames.end() ? found->second : row.name;
+}
+
+std::vector<RosterChip> RosterRows::chips() const {
+    std::vector<RosterChip> offered;
+    for (const RosterChip chip : allRosterChips) {
+        const bool ofCourse = chip == RosterChip::worse || chip == RosterChip::improved ||
+            chip == RosterChip::everyone;
+        const bool ofContacts =
+            chip == RosterChip::notYetReached || chip == RosterChip::awaitingFollowUp;
+        if ((oneCourse || !ofCourse) && (remembersContacts || !ofContacts))
+            offered.push_back(chip);
+    }
+    return offered;
+}
+
+bool RosterRows::belongs(const RiskRow &row, RosterChip chip) const {
+    switch (chip) {
+    case RosterChip::flagged:
+        return row.level.has_value();
+    case RosterChip::worse: {
+        const RosterChange *moved = change(row);
+        return moved != nullptr && isWorse(*moved);
+    }
+    case RosterChip::improved: {
+        const RosterChange *moved = change(row);
+        return moved != nullptr && hasImproved(*moved);
+    }
+    case RosterChip::notYetReached:
+        return row.level && outcome(row) == nullptr;
+    case RosterChip::awaitingFollowUp: {
+        const OutreachOutcome *since = outcome(row);
+        return since != nullptr && isAwaitingFollowUp(*since);
+    }
+    case RosterChip::everyone:
+        break;
+    }
+    return true;
+}
+
+std::size_t RosterRows::count(RosterChip chip) const {
+    return std::size_t(
+        std::ranges::count_if(all, [&](const RiskRow &row) { return belongs(row, chip); }));
+}
+
+std::string RosterRows::searchText(const RiskRow &row) const {
+    std::string text = searchableHead(row, courseCode(row));
+    for (const AssignmentRef &assignment : missingAssignments(row))
+        text += '\n' + assignment.name;
+    return comparable(text);
+}
+
+ShownRows RosterRows::shown(const RosterQuery &query) const {
+    const std::vector<std::string> words = searchWords(query.typed);
+    if (!words.empty() && searchTexts.size() != all.size()) {
+        for (const RiskRow &row : all)
+            searchTexts.push_back(searchText(row));
+    }
+    ShownRows result;
+    std::vector<std::size_t> unflagged;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if ((!words.empty() && !containsAll(searchTexts[i], words)) ||
+            (query.missing && !isMissing(all[i], query.missing->id)))
+            continue;
+        if (belongs(all[i], query.chip))
+            result.order.push_back(i);
+        else if (query.chip == RosterChip::flagged)
+            unflagged.push_back(i);
+    }
+    if (!words.empty() && result.order.empty())
+        result.order = std::move(unflagged);
+    else
+        result.folded = unflagged.size();
+    sort(result.order, query);
+    return result;
+}
+
+void RosterRows::sort(std::vector<std::size_t> &order, const RosterQuery &query) const {
+    const auto byText = [&](auto textOf) {
+        QCollator collator;
+        collator.setCaseSensitivity(Qt::CaseInsensitive);
+        std::map<std::size_t, QCollatorSortKey> keys;
+        for (const std::size_t i : order)
+            keys.emplace(i, collator.sortKey(qtText(textOf(all[i]))));
+        std::ranges::stable_sort(order, [&](std::size_t a, std::size_t b) {
+            const int compared = keys.at(a).compare(keys.at(b));
+            return query.descending ? compared > 0 : compared < 0;
+        });
+    };
+    switch (query.sort) {
+    case RosterSort::worstFirst:
+        break;
+    case RosterSort::level:
+        sortBy(order, query.descending, [](std::size_t i) { return i; });
+        break;
+    case RosterSort::student:
+        byText([this](const RiskRow &row) { return sortName(row); });
+        break;
+    case RosterSort::course:
+        byText([this](const RiskRow &row) { return courseCode(row); });
+        break;
+    case RosterSort::score: {
+        constexpr double unknown = 1e9;
+        sortBy(order, query.descending, [&](std::size_t i) {
+            return all[i].currentScore.value_or(unknown);
+        });
+        break;
+    }
+    case RosterSort::lastActive:
+        // Students without activity count as the longest inactive.
+        sortBy(order, query.descending, [this](std::size_t i) {
+            return all[i].lastActivityAt.value_or(Date::min());
+        });
+        break;
+    case RosterSort::contacted:
+        // Awaiting follow-up first, then by date with the oldest first; students never contacted
+        // last.
+        sortBy(order, query.descending, [this](std::size_t i) {
+            const OutreachOutcome *since = outcome(all[i]);
+            if (since == nullptr)
+                return std::pair(2, Date{});
+            return std::pair(isAwaitingFollowUp(*since) ? 0 : 1, since->contactedAt);
+        });
+        break;
+    }
+}
+
+RosterQuery
+RosterRows::revealing(const RosterQuery &query, const std::set<StudentKey> &students) const {
+    const auto all_of = [&](const RosterQuery &candidate) {
+        const ShownRows rows = shown(candidate);
+        const auto isWanted = [&](std::size_t i) { return students.contains(keyOf(all[i])); };
+        const auto wanted = std::ranges::count_if(
+            all, [&](const RiskRow &row) { return students.contains(keyOf(row)); });
+        return std::ranges::count_if(rows.order, isWanted) == wanted;
+    };
+    if (all_of(query))
+        return query;
+    RosterQuery wider = withoutFilter(query);
+    if (!all_of(wider))
+        wider.chip = RosterChip::everyone;
+    return wider;
+}
+
+std::vector<std::string> searchWords(std::string_view typed) {
+    std::vector<std::string> words;
+    for (const QString &word : qtText(typed).simplified().split(u' ', Qt::SkipEmptyParts))
+        words.push_back(comparable(word).toStdString());
+    return words;
+}
+
+std::vector<MatchedPart> matchedParts(std::string_view text, std::string_view typed) {
+    const QString searched = comparable(qtText(text));
+    std::vector<MatchedPart> parts;
+    for (const std::string &word : searchWords(typed)) {
+        const QString wanted = qtText(word);
+        const qsizetype at = searched.indexOf(wanted);
+        if (at >= 0)
+            parts.push_back({std::size_t(at), std::size_t(wanted.size())});
+    }
+    return parts;
+}
+
+std::string
+matchedAssignmentsText(const RiskRow &row, const std::string &courseCode, std::string_view typed) {
+    const std::string head = comparable(searchableHead(row, courseCode));
+    std::vector<std::string> words = searchWords(typed);
+    std::erase_if(words, [&](const std::string &word) { return contains(head, word); });
+    std::vector<std::string> names;
+    for (const AssignmentRef &assignment : missingAssignments(row)) {
+        const std::string name = comparable(assignment.name);
+        if (std::ranges::any_of(
+                words, [&](const std::string &word) { return contains(name, word); }))
+            names.push_back(oneLine(assignment.name));
+    }
+    return names.empty() ? "" : "Missing " + join(names, ", ");
+}
+
+std::string foldedText(std::size_t count) {
+    return studentsText(count) + " without a flag";
+}
+
+std::string sortedByText(const RosterQuery &query) {
+    switch (query.sort) {
+    case RosterSort::worstFirst:
+        return "";
+    case RosterSort::level:
+        return "Sorted by Level";
+    case RosterSort::student:
+        return "Sorted by Student";
+    case RosterSort::course:
+        return "Sorted by Course";
+    case RosterSort::score:
+        return "Sorted by Score";
+    case RosterSort::lastActive:
+        return "Sorted by Last active";
+    case RosterSort::contacted:
+        break;
+    }
+    return "Sorted by Contacted";
+}
+
+std::string emptyText(const RosterQuery &query) {
+    const std::string typed(trim(query.typed));
+    if (!typed.empty() || query.missing) {
+        std::string text = "No " + std::string(subject(query.chip));
+        if (query.missing)
+            text += " is missing “" + oneLine(query.missing->name) + "”";
+        if (!typed.empty())
+            text += (query.missing ? " and" : "") + (" matches “" + oneLine(typed)) + "”";
+        return text + ".";
+    }
+    switch (query.chip) {
+    case RosterChip::worse:
+        return "No student got worse since your last visit.";
+    case RosterChip::improved:
+        return "No student improved since your last visit.";
+    case RosterChip::notYetReached:
+        return "You have written to every flagged student.";
+    case RosterChip::awaitingFollowUp:
+        return "No student awaits follow-up.";
+    case RosterChip::flagged:
+        return "No student is flagged.";
+    case RosterChip::everyone:
+        break;
+    }
+    return "No students found for this course.";
+}
+
+std::string_view resetText(const RosterQuery &query) {
+    return withoutFilter(query).chip == query.chip ? "Clear the Filter"
+                                                   : "Show All Flagged Students";
+}
+
+RosterQuery withoutFilter(const RosterQuery &query) {
+    const bool everyone = query.chip == RosterChip::everyone;
+    return {
+        .chip = everyone ? RosterChip::everyone : RosterChip::flagged,
+        .sort = query.sort,
+        .descending = query.descending};
+}
+
+std::string moreReasonsText(std::size_t hidden) {
+    return "and " + plural(std::int64_t(hidden), "more reason");
+}
+
+} // namespace ellwynd

@@ -1,0 +1,87 @@
+#include "app/roster/courseinsight.h"
+#include "app/roster/selectionsummary.h"
+#include "app/roster/studenthistory.h"
+#include "support/core.h"
+#include "support/instants.h"
+#include "support/rosters.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+RiskRow missing(std::int64_t id, std::string_view level, std::vector<AssignmentRef> assignments) {
+    RiskRow row = test::row(id, level);
+    ReasonLine line{.text = "assignments missing"};
+    for (AssignmentRef &assignment : assignments)
+        line.links.push_back({{0, line.text.size()}, std::move(assignment)});
+    row.reasonLines = {line};
+    return row;
+}
+
+TEST(SelectionSummary, SaysWhatTheStudentsHaveInCommon) {
+    const AssignmentRef essay{70, "Essay"};
+    const AssignmentRef quiz{71, "Quiz"};
+    RosterView roster;
+    roster.outreach[{7, 1}] = {};
+    const RiskRow ana = missing(1, "At Risk", {essay, quiz});
+    const RiskRow ben = missing(2, "Watch", {quiz});
+    const RiskRow cem = missing(3, "", {quiz});
+    RiskRow elsewhere = missing(4, "Watch", {quiz});
+    elsewhere.courseID = 8;
+    struct Row {
+        std::vector<RiskRow> students;
+        SelectionSummary summary;
+    };
+    for (const Row &row : std::vector<Row>{
+             {{}, {}},
+             {{ana, ben, cem},
+              {"1 At Risk · 1 Watch · 1 without a flag", "1 not yet reached", {quiz}}},
+             {{ana, elsewhere}, {"1 At Risk · 1 Watch", "1 not yet reached", {}}},
+             {{ana, test::row(5, "At Risk")}, {"2 At Risk", "1 not yet reached", {}}}}) {
+        EXPECT_EQ(selectionSummary(row.students, roster), row.summary) << row.summary.levels;
+    }
+    roster.remembersContacts = false;
+    EXPECT_EQ(selectionSummary({ana, ben}, roster).notReached, "");
+}
+
+TEST(StudentHistory, KnowsThatTheLevelHasChangedSinceItWasRecordedToday) {
+    const Date now = test::noon;
+    const auto yesterday = test::entry(7, 1, now - std::chrono::days(1), "Watch");
+    struct Row {
+        const char *name;
+        std::vector<RosterSnapshot> recorded;
+        bool differs;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"recorded today with another level",
+              {yesterday, test::entry(7, 1, now, "Concern")},
+              true},
+             {"recorded today with this level",
+              {yesterday, test::entry(7, 1, now, "At Risk")},
+              false},
+             {"not recorded today",
+              {test::entry(7, 1, now - std::chrono::days(2), "Watch"), yesterday},
+              false}}) {
+        test::Core core({{"SampleData", true}});
+        core.stores.history.fill(row.recorded);
+        EXPECT_EQ(
+            studentHistory(test::row(1, "At Risk"), {}, core.stores, now).levelDiffers, row.differs)
+            << row.name;
+    }
+    EXPECT_EQ(
+        levelDiffersText(RiskLevel::atRisk, std::nullopt), "Now At Risk. Recorded today: OK.");
+}
+
+TEST(CourseInsight, IsShortOnOneLine) {
+    CourseInsight insight;
+    EXPECT_EQ(levelBrief(insight, RiskLevel::watch), "");
+    insight.days = {{.counts = {1, 5, 4}}, {.counts = {9, 9, 9}}, {.counts = {3, 3, 4}}};
+    EXPECT_EQ(levelBrief(insight, RiskLevel::atRisk), "3 At Risk ↑2");
+    EXPECT_EQ(levelBrief(insight, RiskLevel::concern), "3 Concern ↓2");
+    EXPECT_EQ(levelBrief(insight, RiskLevel::watch), "4 Watch");
+    EXPECT_EQ(mostMissedText({.name = "Lab  1", .studentIDs = {5}}), "Lab 1 — 1 student");
+}
+
+} // namespace
+} // namespace ellwynd

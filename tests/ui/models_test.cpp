@@ -112,7 +112,7 @@ TEST(SidebarModel, FindsWhatIsSelected) {
     flagged = {{10, 1}, {11, 2}};
     model.setTerms(terms);
     EXPECT_TRUE(kept.isValid());
-    EXPECT_THAT(refreshed, ElementsAre(10, 11, 12));
+    EXPECT_THAT(refreshed, testing::ElementsAre(10, 11, 12));
     const auto badge = [&](std::int64_t id) {
         return model.indexOf(CourseSelection{id}).data(SidebarModel::flaggedRole);
     };

@@ -194,7 +194,7 @@ void SettingsSync::saveAgreed() {
     queue.run(save, saved);
 }
 
-void SettingsSync::removeSyncedSettings() {
+void removeSyncedSettings(CloudKeyValueStore &store) {
     PreferenceChanges removals;
     if (const CloudContents *contents = store.contents()) {
         for (const auto &[key, value] : contents->values)

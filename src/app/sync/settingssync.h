@@ -44,8 +44,6 @@ class SettingsSync : public QObject {
     [[nodiscard]] bool isPushDue() const { return pushTimer.isActive(); }
     /// Merges this machine's settings with the store's, after a scan of the store.
     void push();
-    /// Removes all synced settings from the store; this machine keeps its own copies.
-    void removeSyncedSettings();
 
   Q_SIGNALS:
     /// Settings of another machine were applied here.
@@ -81,5 +79,8 @@ class SettingsSync : public QObject {
     /// Synced keys changed here since the sync was started that were not merged yet.
     std::set<std::string, std::less<>> changedHere;
 };
+
+/// Removes the synced settings that the last scan of the store found; this machine keeps its own.
+void removeSyncedSettings(CloudKeyValueStore &store);
 
 } // namespace ellwynd

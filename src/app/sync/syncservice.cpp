@@ -71,24 +71,33 @@ bool SyncService::isSwitchedOff() const {
     return !isSavedOn && !isOn();
 }
 
-void SyncService::restart() {
+/// Leaves scans and writes that have not ended unheard.
+void SyncService::closeStore() {
     if (sync)
         sync->stop();
     sync.reset();
     trends.setStore(nullptr);
     observingScans.reset();
     observingRemoval.reset();
-    isRemoving = false;
     store.reset();
+}
+
+void SyncService::openStore() {
+    store = std::make_unique<SyncedFolder>(
+        defaults.value(preferences::cloudStoreFolder), queue,
+        defaults.value(preferences::syncedFolderMark), now);
+}
+
+void SyncService::restart() {
+    closeStore();
+    isRemoving = false;
     if (defaults.value(preferences::sampleData))
         return;
     // Once switched on again, this machine and the folder meet for the first time.
     if (isSwitchedOff() && !defaults.value(preferences::syncedFolderMark).empty())
         defaults.remove(preferences::syncedFolderMark.name);
-    const std::string folder = defaults.value(preferences::cloudStoreFolder);
-    if (!folder.empty()) {
-        store = std::make_unique<SyncedFolder>(
-            folder, queue, defaults.value(preferences::syncedFolderMark), now);
+    if (!defaults.value(preferences::cloudStoreFolder).empty()) {
+        openStore();
         observingScans = store->observeScans([this] { Q_EMIT statusDidChange(); });
         sync = std::make_unique<SettingsSync>(defaults, *store, queue, agreedFile);
         connect(
@@ -115,6 +124,8 @@ void SyncService::scan() {
 std::string SyncService::status() const {
     if (defaults.value(preferences::sampleData))
         return "Settings are not synced while the sample college is shown.";
+    if (isRemoving)
+        return "Removing the synced settings…";
     if (!message.empty())
         return message;
     if (!defaults.value(preferences::syncSettings))
@@ -169,15 +180,17 @@ void SyncService::chooseFolder(const std::filesystem::path &chosen) {
 void SyncService::removeSyncedSettings() {
     if (!canRemove())
         return;
-    // Otherwise the removal would be taken for that of another machine.
-    sync->stop();
+    // Otherwise the removal would be taken for that of another machine, and a scan that is under
+    // way for its result.
+    closeStore();
+    openStore();
     isRemoving = true;
-    showMessage("Removing the synced settings…");
+    showMessage({});
     const auto wasWritten = std::make_shared<bool>(false);
     observingRemoval = store->observe([this, wasWritten](const CloudChange &change) {
         *wasWritten = change.followsWrite;
         if (!change.followsWrite)
-            sync->removeSyncedSettings();
+            ellwynd::removeSyncedSettings(*store);
     });
     observingScans = store->observeScans([this, wasWritten] {
         // Queued: the folder must not be closed while it reports.

@@ -44,6 +44,8 @@ class SyncService : public QObject {
   private:
     void preferenceDidChange(std::string_view key);
     void restart();
+    void closeStore();
+    void openStore();
     void showMessage(std::string text);
     void endRemoval();
     [[nodiscard]] bool isOn() const;

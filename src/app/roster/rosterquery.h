@@ -141,7 +141,9 @@ FittedReasons fittedReasons(const RiskRow &row, Fits fits) {
         for (std::size_t i = 0; i < shown; ++i)
             text += (text.empty() ? "" : " · ") + row.reasonLines[i].text;
         std::string more = shown < count ? moreReasonsText(count - shown) : std::string();
-        if (shown == 1 || fits(more.empty() ? text : text + " " + more))
+        if (!more.empty())
+            text.append(" ").append(more);
+        if (shown == 1 || fits(text))
             return {.shown = shown, .more = std::move(more)};
     }
     return {};

@@ -62,15 +62,14 @@ SettingsMerge mergeSettings(
         const bool isAddressAtRisk =
             key == preferences::canvasBaseURL.name && isBlank(there) && !isBlank(here);
         const bool isUnknownThere = !agreed && !there;
-        if (isReadable && here == there) {
-            assign(merge.agreed, key, here);
-        } else if (isChanged || (isReadable && isUnknownThere)) {
+        const bool isSame = isReadable && here == there;
+        if (!isSame && (isChanged || (isReadable && isUnknownThere))) {
             // At a first meeting what the store held is the base, so that it stays a change.
             if (!agreed)
                 assign(merge.agreed, key, there);
             merge.toPush.emplace(key, here);
-        } else if (!isReadable || isAddressAtRisk) {
-            // Once it can be read, or is an address, it is a difference to be applied.
+        } else if (isSame || !isReadable || isAddressAtRisk) {
+            // What cannot be read, or is no address, is a difference to be applied once it is.
             assign(merge.agreed, key, here);
         } else {
             merge.toApply.emplace(key, there);

@@ -184,7 +184,7 @@ void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
 void StudentDetails::addFigures(QVBoxLayout &column, const RiskRow &row) {
     struct Figure {
         QString label;
-        QString spoken;
+        QString accessible;
         QString value;
     };
     QString score = qstring(scoreText(row.currentScore));
@@ -213,8 +213,8 @@ void StudentDetails::addFigures(QVBoxLayout &column, const RiskRow &row) {
         auto *value = plainLabel(box);
         value->setFont(appearance.font(1, QFont::DemiBold));
         value->setText(figure.value);
-        value->setAccessibleName(figure.spoken + QStringLiteral(": ") + figure.value);
-        box->setToolTip(figure.spoken);
+        value->setAccessibleName(figure.accessible + QStringLiteral(": ") + figure.value);
+        box->setToolTip(figure.accessible);
         cell->addWidget(label);
         cell->addWidget(value);
         flow->addWidget(box);

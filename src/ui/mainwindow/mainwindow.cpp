@@ -218,7 +218,7 @@ void MainWindow::connectViews() {
     connect(&controller, &MainWindowController::errorDidOccur, this, &MainWindow::showError);
     connect(
         sheets, &CourseSheets::studentsRequested, this,
-        [this, table](const std::set<StudentKey> &students) {
+        [table](const std::set<StudentKey> &students) {
             table->selectStudents(students);
             table->setFocus();
         });

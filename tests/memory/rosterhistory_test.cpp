@@ -2,7 +2,6 @@
 #include "memory/rosterhistory.h"
 #include "support/instants.h"
 #include "support/logcapture.h"
-#include "support/resourcelimit.h"
 #include "support/rosters.h"
 #include "support/temporaryfolder.h"
 
@@ -170,28 +169,24 @@ TEST_F(HistoryTest, ANumberOutOfRangeCostsItsEntry) {
 TEST_F(HistoryTest, AFileThatIsUnavailableIsNeitherSetAsideNorReplaced) {
     RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon);
     const std::string before = saved();
-    std::optional<RosterHistory> history;
-    {
-        const test::ResourceLimit noDescriptor(RLIMIT_NOFILE, 0);
-        history.emplace(defaults, data(), noonClock);
-    }
-    EXPECT_THAT(
-        test::LogCapture::lines(),
-        ElementsAre(testing::StartsWith("history: Couldn't read roster history: ")));
     // A link to itself stands for a file that can be replaced but not read.
     std::filesystem::rename(data() / fileName, data() / "elsewhere");
     std::filesystem::create_symlink(fileName, data() / fileName);
-    history->record({row(2, "OK")}, 8, noon);
+    RosterHistory history(defaults, data(), noonClock);
+    EXPECT_THAT(
+        test::LogCapture::lines(),
+        ElementsAre(testing::StartsWith("history: Couldn't read roster history: ")));
+    history.record({row(2, "OK")}, 8, noon);
     EXPECT_TRUE(std::filesystem::is_symlink(data() / fileName));
-    EXPECT_FALSE(history->isSaved());
-    EXPECT_THAT(history->entries(), ElementsAre(entry(8, 2, noon, "OK")));
-    history->saveUnsaved();
-    EXPECT_FALSE(history->isSaved());
+    EXPECT_FALSE(history.isSaved());
+    EXPECT_THAT(history.entries(), ElementsAre(entry(8, 2, noon, "OK")));
+    history.saveUnsaved();
+    EXPECT_FALSE(history.isSaved());
 
     std::filesystem::rename(data() / "elsewhere", data() / fileName);
     EXPECT_EQ(saved(), before);
-    history->saveUnsaved();
-    EXPECT_TRUE(history->isSaved());
+    history.saveUnsaved();
+    EXPECT_TRUE(history.isSaved());
     EXPECT_THAT(
         decodeHistory(saved()), ElementsAre(entry(7, 1, noon, "Watch"), entry(8, 2, noon, "OK")));
     EXPECT_EQ(filesSetAside(), 0U);

@@ -5,12 +5,16 @@
 #include "preferences/coursesettings.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/dashboard/legend.h"
+#include "ui/dashboard/needspane.h"
+#include "ui/dashboard/studentlist.h"
 #include "ui/support/appearance.h"
 #include "ui/support/stampline.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
+#include <QContextMenuEvent>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
@@ -40,7 +44,10 @@ DashboardPane::DashboardPane(
       wait(plainLabel(nullptr, true)),
       progress(new QProgressBar),
       header(new QWidget(this)),
+      needs(new NeedsPane(appearance, page)),
       footer(new QWidget(page)),
+      levelsLink(new TextLink(QStringLiteral("What do the levels mean?"), footer)),
+      legend(new Legend(appearance, footer)),
       observing(defaults.observe([this](std::string_view key) {
           if (courseSettings::isIconKey(key))
               page->update();
@@ -69,9 +76,11 @@ DashboardPane::DashboardPane(
     pageColumn->setContentsMargins(0, 0, 0, 0);
     pageColumn->addWidget(progress);
     pageColumn->addLayout(grid);
-    pageColumn->addStretch(1);
-    // Scrolls with the page, so that it takes no space from the cards when the text is large.
+    auto *needsColumn = new QVBoxLayout;
+    needsColumn->addWidget(needs);
+    pageColumn->addLayout(needsColumn);
     pageColumn->addWidget(footer);
+    pageColumn->addStretch(1);
     scroll->setWidget(page);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
@@ -85,12 +94,13 @@ DashboardPane::DashboardPane(
     waitColumn->addStretch(3);
     stack->addWidget(waitPage);
 
-    auto *line = new QFrame(footer);
-    line->setObjectName(QStringLiteral("separator"));
-    line->setFixedHeight(1);
     auto *footerColumn = new QVBoxLayout(footer);
-    footerColumn->addWidget(line);
-    footerColumn->addWidget(new Legend(appearance, footer));
+    footerColumn->addWidget(levelsLink);
+    footerColumn->addWidget(legend);
+    legend->hide();
+    connect(levelsLink, &TextLink::openRequested, this, [this] {
+        legend->setVisible(!legend->isVisible());
+    });
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -102,6 +112,11 @@ DashboardPane::DashboardPane(
         this->dashboard.selectTerm(chosen->data().toLongLong());
     });
     connect(refresh, &QPushButton::clicked, this, &DashboardPane::refreshRequested);
+    connect(needs, &NeedsPane::termRequested, this, &DashboardPane::termRequested);
+    connect(needs->list(), &StudentList::rowShown, this, [this](const QRect &row) {
+        const QPoint place = needs->list()->viewport()->mapTo(page, row.center());
+        scroll->ensureVisible(place.x(), place.y(), 0, row.height());
+    });
     connect(&dashboard, &Dashboard::dashboardModelDidChange, this, &DashboardPane::showModel);
     connect(&appearance, &Appearance::appearanceDidChange, this, &DashboardPane::applyAppearance);
     applyAppearance();
@@ -115,6 +130,10 @@ void DashboardPane::focusCards() {
         terms->setFocus(Qt::OtherFocusReason);
 }
 
+StudentList *DashboardPane::students() const {
+    return needs->list();
+}
+
 void DashboardPane::applyAppearance() {
     headline->setFont(appearance.font(1.24, QFont::Bold));
     wait->setFont(appearance.font(1.1));
@@ -122,9 +141,10 @@ void DashboardPane::applyAppearance() {
     wait->setContentsMargins(side, side, side, side);
     header->layout()->setContentsMargins(side, appearance.px(14), side, appearance.px(12));
     header->layout()->setSpacing(appearance.px(10));
-    grid->setContentsMargins(side, appearance.px(4), side, side);
-    grid->setSpacing(appearance.px(14));
-    footer->layout()->setContentsMargins(side, 0, side, appearance.px(10));
+    grid->setContentsMargins(side, appearance.px(2), side, appearance.px(14));
+    grid->setSpacing(appearance.px(12));
+    needs->setContentsMargins(side, 0, side, 0);
+    footer->layout()->setContentsMargins(side, appearance.px(10), side, appearance.px(10));
     footer->layout()->setSpacing(appearance.px(8));
     arrangeCards();
 }
@@ -152,6 +172,8 @@ void DashboardPane::showModel() {
     setCardCount(term->cards.size());
     for (std::size_t i = 0; i < term->cards.size(); ++i)
         cards[i]->setCard(term->cards[i]);
+    needs->setTerm(*term);
+    needs->show();
     stack->setCurrentIndex(0);
 }
 
@@ -171,7 +193,8 @@ void DashboardPane::showWait() {
     if (showsNames) {
         setCardCount(term->courses.size());
         for (std::size_t i = 0; i < term->courses.size(); ++i)
-            cards[i]->setPlaceholder(term->courses[i].id, displayName(term->courses[i]));
+            cards[i]->setPlaceholder(term->courses[i]);
+        needs->hide();
     }
     stack->setCurrentIndex(showsNames ? 0 : 1);
 }
@@ -213,12 +236,58 @@ void DashboardPane::setCardCount(std::size_t count) {
         connect(card, &CourseCard::clicked, this, [this, card] {
             Q_EMIT courseRequested(card->courseID());
         });
+        card->installEventFilter(this);
         cards.push_back(card);
         columns = 0;
     }
     for (std::size_t i = 0; i < cards.size(); ++i)
         cards[i]->setVisible(i < count);
     arrangeCards();
+}
+
+bool DashboardPane::eventFilter(QObject *object, QEvent *event) {
+    const auto found = std::ranges::find(cards, object);
+    if (found != cards.end() && event->type() == QEvent::KeyPress)
+        return moveFocus(
+            std::size_t(found - cards.begin()), static_cast<QKeyEvent *>(event)->key());
+    if (found != cards.end() && event->type() == QEvent::ContextMenu) {
+        const auto *menu = static_cast<QContextMenuEvent *>(event);
+        const bool isByKey = menu->reason() == QContextMenuEvent::Keyboard;
+        const QPoint center = (*found)->mapToGlobal((*found)->rect().center());
+        Q_EMIT courseMenuRequested((*found)->courseID(), isByKey ? center : menu->globalPos());
+        return true;
+    }
+    return QWidget::eventFilter(object, event);
+}
+
+bool DashboardPane::moveFocus(std::size_t from, int key) {
+    const auto count =
+        std::ranges::count_if(cards, [](const CourseCard *card) { return card->isVisible(); });
+    std::ptrdiff_t step = 0;
+    switch (key) {
+    case Qt::Key_Left:
+        step = -1;
+        break;
+    case Qt::Key_Right:
+        step = 1;
+        break;
+    case Qt::Key_Up:
+        step = -columns;
+        break;
+    case Qt::Key_Down:
+        step = columns;
+        break;
+    default:
+        return false;
+    }
+    const std::ptrdiff_t to = std::ptrdiff_t(from) + step;
+    if (to < 0)
+        return true;
+    if (to < count)
+        cards[std::size_t(to)]->setFocus(Qt::TabFocusReason);
+    else if (key == Qt::Key_Down && needs->list()->isVisible())
+        needs->list()->setFocus(Qt::TabFocusReason);
+    return true;
 }
 
 /// Arranges the cards in as many columns as fit.

@@ -1,4 +1,4 @@
-// The dashboard: one card per course of a term.
+// The dashboard: one card per course of a term, and its flagged students.
 #pragma once
 
 #include "app/dashboard/dashboardmodel.h"
@@ -17,7 +17,10 @@ namespace ellwynd {
 class Appearance;
 class CourseCard;
 class ElidedLabel;
+class NeedsPane;
 class StampLine;
+class StudentList;
+class TextLink;
 
 /// Shows the dashboard's model and updates in place as terms are scored.
 class DashboardPane : public QWidget {
@@ -33,12 +36,18 @@ class DashboardPane : public QWidget {
 
     /// Moves the keyboard focus to the first card.
     void focusCards();
+    [[nodiscard]] StudentList *students() const;
 
   Q_SIGNALS:
     void courseRequested(std::int64_t courseID);
+    /// The commands of a course should be shown at a position of the screen.
+    void courseMenuRequested(std::int64_t courseID, const QPoint &position);
+    /// The flagged students of all courses of a term should be shown.
+    void termRequested(std::int64_t termID);
     void refreshRequested();
 
   protected:
+    bool eventFilter(QObject *object, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
   private:
@@ -48,6 +57,8 @@ class DashboardPane : public QWidget {
     /// Creates cards until there are `count`, and shows as many.
     void setCardCount(std::size_t count);
     void arrangeCards();
+    /// Moves the focus from a card by an arrow key. Returns whether there is a card.
+    bool moveFocus(std::size_t from, int key);
     void applyAppearance();
 
     Dashboard &dashboard;
@@ -64,7 +75,10 @@ class DashboardPane : public QWidget {
     QLabel *wait;
     QProgressBar *progress;
     QWidget *header;
+    NeedsPane *needs;
     QWidget *footer;
+    TextLink *levelsLink;
+    QWidget *legend;
     std::vector<CourseCard *> cards;
     int columns = 0;
     bool isRefreshing = false;

@@ -1,6 +1,7 @@
 // The main window.
 #pragma once
 
+#include "app/courses/courseselection.h"
 #include "ui/settings/templateeditor.h"
 
 #include <QMainWindow>
@@ -20,6 +21,7 @@ class ConnectionCheck;
 class MainMenus;
 class MainWindowController;
 class MissingWorkSheet;
+class PaneWidths;
 class RosterDesktopActions;
 class RosterPane;
 class SettingsWindow;
@@ -89,7 +91,12 @@ class MainWindow : public QMainWindow {
     [[nodiscard]] bool isNarrow() const;
     [[nodiscard]] bool wantsDetails() const;
     void restoreLayout();
+    /// The students that commands apply to: those selected in the roster, or on the dashboard the
+    /// current one.
+    [[nodiscard]] std::vector<RiskRow> selectedStudents() const;
     void showContextMenu(const QPoint &position);
+    void showMenu(const Selection &selection, const QPoint &position);
+    void showStudent(const StudentKey &student);
     void showError(const CanvasError &error);
 
     MainWindowController &controller;
@@ -110,6 +117,7 @@ class MainWindow : public QMainWindow {
     StatusNotes *notes;
     CourseSheets *sheets;
     SettingsWindow *settingsWindow = nullptr;
+    PaneWidths *widths = nullptr;
     bool updateChecksAvailable = false;
     /// The teacher asked for the details in a narrow window.
     bool detailsInNarrowWindow = false;

@@ -3,7 +3,7 @@
 #include "ui/dashboard/dashboardpane.h"
 #include "ui/dashboard/studentlist.h"
 #include "ui/details/studentdetails.h"
-#include "ui/mainwindow/panewidths.h"
+#include "ui/mainwindow/panesplitter.h"
 #include "ui/sidebar/sidebar.h"
 #include "uikit/labels.h"
 
@@ -165,14 +165,47 @@ TEST_F(DashboardPaneTest, ThePanesGrowWithTheTextAndAreRemembered) {
     for (const auto &[saved, expected] : std::vector<std::pair<const char *, int>>{
              {"150 300", 150}, {"nan 9", 272}, {"-5 1e99", 140}, {"x", 272}, {"", 272}}) {
         defaults.set(preferences::mainWindowColumns, std::string(saved));
-        QSplitter fresh;
+        PaneSplitter fresh(appearance, defaults);
         for (int i = 0; i < 3; ++i)
             fresh.addWidget(new QWidget);
         fresh.widget(0)->setMinimumWidth(140);
         fresh.resize(1400, 600);
-        const PaneWidths widths(fresh, appearance, defaults);
+        fresh.restoreWidths();
         fresh.show();
         EXPECT_NEAR(fresh.sizes().first(), expected, 2) << saved;
+    }
+}
+
+/// The labels and buttons of a window that are smaller than their texts.
+std::vector<std::string> clipped(const QWidget &window) {
+    std::vector<std::string> found;
+    for (const auto *label : window.findChildren<QLabel *>()) {
+        const int needed = label->wordWrap() ? label->heightForWidth(label->width())
+                                             : label->minimumSizeHint().height();
+        if (label->isVisible() && label->height() < needed)
+            found.push_back(label->text().toStdString());
+    }
+    for (const auto *button : window.findChildren<QPushButton *>()) {
+        const bool isCut = button->width() < button->sizeHint().width() ||
+            button->height() < button->minimumSizeHint().height();
+        if (button->isVisible() && isCut)
+            found.push_back(button->text().toStdString());
+    }
+    return found;
+}
+
+TEST_F(DashboardPaneTest, NothingIsClippedInASmallWindowWithLargeText) {
+    for (const auto &[width, height, scale] : std::vector<std::tuple<int, int, double>>{
+             {900, 600, 1.0}, {1280, 800, 2.0}, {900, 600, 2.0}}) {
+        window.resize(width, height);
+        defaults.set(preferences::textScale, scale);
+        for (const Selection &selection :
+             std::initializer_list<Selection>{DashboardSelection{}, CourseSelection{900101}}) {
+            controller.select(selection);
+            for (int i = 0; i < 3; ++i)
+                QApplication::processEvents();
+            EXPECT_THAT(clipped(window), testing::IsEmpty()) << width << " at " << scale;
+        }
     }
 }
 

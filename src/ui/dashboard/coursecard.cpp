@@ -80,7 +80,7 @@ QSize CourseCard::sizeHint() const {
 }
 
 QSize CourseCard::minimumSizeHint() const {
-    return {appearance.px(200), appearance.px(cardHeight)};
+    return {appearance.px(140), appearance.px(cardHeight)};
 }
 
 QRect CourseCard::line(double top) const {

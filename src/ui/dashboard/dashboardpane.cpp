@@ -8,7 +8,6 @@
 #include "ui/dashboard/needspane.h"
 #include "ui/dashboard/studentlist.h"
 #include "ui/support/appearance.h"
-#include "ui/support/stampline.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
@@ -34,13 +33,15 @@ DashboardPane::DashboardPane(
       defaults(defaults),
       appearance(appearance),
       headline(new ElidedLabel(this)),
-      subtitle(new StampLine(this)),
+      movement(secondaryLabel(this)),
+      updated(new ElidedLabel(this)),
       terms(new QPushButton(this)),
       refresh(new QPushButton(QStringLiteral("⟳"), this)),
       stack(new QStackedWidget(this)),
       scroll(new QScrollArea(this)),
       page(new QWidget),
       grid(new QGridLayout),
+      heading(new QBoxLayout(QBoxLayout::LeftToRight)),
       wait(plainLabel(nullptr, true)),
       progress(new QProgressBar),
       header(new QWidget(this)),
@@ -62,14 +63,28 @@ DashboardPane::DashboardPane(
     progress->setTextVisible(false);
     progress->setAccessibleName(QStringLiteral("Scoring"));
 
+    updated->setProperty("secondary", true);
+    updated->setAlignment(Qt::AlignRight);
+    updated->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     auto *names = new QVBoxLayout;
-    names->setSpacing(1);
+    names->setSpacing(2);
     names->addWidget(headline);
-    names->addWidget(subtitle);
-    auto *heading = new QHBoxLayout(header);
+    names->addWidget(movement);
+    names->addStretch(1);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(terms);
+    buttons->addWidget(refresh);
+    auto *commands = new QVBoxLayout;
+    commands->setSpacing(2);
+    commands->addLayout(buttons);
+    commands->addWidget(updated);
+    header->setLayout(heading);
+    QSizePolicy asTallAsNeeded(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    asTallAsNeeded.setHeightForWidth(true);
+    header->setSizePolicy(asTallAsNeeded);
     heading->addLayout(names, 1);
-    heading->addWidget(terms);
-    heading->addWidget(refresh);
+    heading->addLayout(commands);
 
     page->setObjectName(QStringLiteral("plain"));
     auto *pageColumn = new QVBoxLayout(page);
@@ -139,18 +154,29 @@ void DashboardPane::applyAppearance() {
     wait->setFont(appearance.font(1.1));
     const int side = appearance.px(18);
     wait->setContentsMargins(side, side, side, side);
-    header->layout()->setContentsMargins(side, appearance.px(14), side, appearance.px(12));
-    header->layout()->setSpacing(appearance.px(10));
+    heading->setContentsMargins(side, appearance.px(12), side, appearance.px(8));
+    heading->setSpacing(appearance.px(10));
     grid->setContentsMargins(side, appearance.px(2), side, appearance.px(14));
     grid->setSpacing(appearance.px(12));
     needs->setContentsMargins(side, 0, side, 0);
+    // Texts and commands stay close to each other in a very wide window.
+    needs->setMaximumWidth(appearance.px(1500));
     footer->layout()->setContentsMargins(side, appearance.px(10), side, appearance.px(10));
     footer->layout()->setSpacing(appearance.px(8));
+    arrangeHeader();
     arrangeCards();
+}
+
+/// In a narrow pane the commands are below the texts.
+void DashboardPane::arrangeHeader() {
+    constexpr double enough = 520;
+    heading->setDirection(
+        width() < appearance.px(enough) ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 
 void DashboardPane::resizeEvent(QResizeEvent *event) {
     QWidget::resizeEvent(event);
+    arrangeHeader();
     arrangeCards();
 }
 
@@ -165,9 +191,9 @@ void DashboardPane::showModel() {
     if (term == nullptr)
         return showWait();
     headline->setFullText(qstring(ellwynd::headline(*term)));
-    subtitle->setTexts(
-        qstring(movementLine(*term)), qstring(stamp(dashboard)),
-        qstring(stampNote(term->updatedAt, isRefreshing, systemNow())));
+    movement->setText(qstring(movementLine(*term)));
+    const std::string note = stampNote(term->updatedAt, isRefreshing, systemNow());
+    updated->setFullText(qstring(stamp(dashboard) + (note.empty() ? "" : " · " + note)));
     progress->hide();
     setCardCount(term->cards.size());
     for (std::size_t i = 0; i < term->cards.size(); ++i)
@@ -185,7 +211,8 @@ void DashboardPane::showWait() {
     const bool showsNames = pass.running && term != terms.end();
     const QString line = qstring(waitLine(dashboard).value_or(""));
     headline->setFullText(showsNames ? qstring(title(*term)) : QStringLiteral("Dashboard"));
-    subtitle->setTexts(showsNames ? line : QString(), {}, {});
+    movement->setText(showsNames ? line : QString());
+    updated->setFullText({});
     wait->setText(line);
     progress->setVisible(showsNames);
     progress->setRange(0, int(pass.total));
@@ -297,7 +324,7 @@ void DashboardPane::arrangeCards() {
     const int available =
         width() - 2 * appearance.px(18) - scroll->verticalScrollBar()->sizeHint().width();
     const int spacing = grid->spacing();
-    const int fitting = std::max(1, (available + spacing) / (appearance.px(290) + spacing));
+    const int fitting = std::max(1, (available + spacing) / (appearance.px(270) + spacing));
     if (fitting == columns)
         return;
     for (int column = 0; column < std::max(columns, fitting); ++column)

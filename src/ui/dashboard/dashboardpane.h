@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+class QBoxLayout;
 class QGridLayout;
 class QLabel;
 class QProgressBar;
@@ -18,7 +19,6 @@ class Appearance;
 class CourseCard;
 class ElidedLabel;
 class NeedsPane;
-class StampLine;
 class StudentList;
 class TextLink;
 
@@ -56,6 +56,7 @@ class DashboardPane : public QWidget {
     void showWait();
     /// Creates cards until there are `count`, and shows as many.
     void setCardCount(std::size_t count);
+    void arrangeHeader();
     void arrangeCards();
     /// Moves the focus from a card by an arrow key. Returns whether there is a card.
     bool moveFocus(std::size_t from, int key);
@@ -65,13 +66,15 @@ class DashboardPane : public QWidget {
     UserDefaults &defaults;
     const Appearance &appearance;
     ElidedLabel *headline;
-    StampLine *subtitle;
+    QLabel *movement;
+    ElidedLabel *updated;
     QPushButton *terms;
     QPushButton *refresh;
     QStackedWidget *stack;
     QScrollArea *scroll;
     QWidget *page;
     QGridLayout *grid;
+    QBoxLayout *heading;
     QLabel *wait;
     QProgressBar *progress;
     QWidget *header;

@@ -21,7 +21,7 @@ NeedsPane::NeedsPane(const Appearance &appearance, QWidget *parent)
       title(plainLabel(this)),
       heading(new QWidget(this)),
       flow(new FlowLayout(heading)),
-      all(new TextLink({}, this)),
+      all(new TextLink({}, heading)),
       empty(secondaryLabel(this)),
       everyone(new TextLink(QStringLiteral("Show all flagged students"), this)),
       students(new StudentList(appearance, this)) {
@@ -46,13 +46,11 @@ NeedsPane::NeedsPane(const Appearance &appearance, QWidget *parent)
     connect(all, &TextLink::openRequested, this, [this] { Q_EMIT termRequested(term.id); });
     connect(everyone, &TextLink::openRequested, this, [this] { choose(std::nullopt); });
 
-    auto *line = new QHBoxLayout;
-    line->setSpacing(0);
-    line->addWidget(heading, 1);
-    line->addWidget(all, 0, Qt::AlignVCenter);
+    flow->addWidget(all);
+    flow->setAlignment(all, Qt::AlignRight);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
-    column->addLayout(line);
+    column->addWidget(heading);
     column->addWidget(empty);
     column->addWidget(everyone);
     column->addWidget(students);

@@ -24,6 +24,7 @@ StudentList::StudentList(const Appearance &appearance, QWidget *parent)
       write(new QPushButton(commands)),
       contacted(new QPushButton(QStringLiteral("Mark as Contacted"), commands)) {
     setAccessibleName(QStringLiteral("Needs you first"));
+    setObjectName(QStringLiteral("students"));
     setModel(students);
     setItemDelegate(delegate);
     setUniformItemSizes(true);
@@ -93,7 +94,7 @@ QSize StudentList::sizeHint() const {
 }
 
 QSize StudentList::minimumSizeHint() const {
-    return {appearance.px(200), sizeHint().height()};
+    return {appearance.px(120), sizeHint().height()};
 }
 
 void StudentList::applyAppearance() {
@@ -104,13 +105,17 @@ void StudentList::applyAppearance() {
     }
     commands->layout()->setSpacing(appearance.px(6));
     measure();
+    updateGeometry();
     showCommands(commandRow());
 }
 
 void StudentList::measure() {
+    const int height = delegate->rowHeight();
     delegate->setWidth(width(), commands->sizeHint().width() + appearance.px(12));
+    if (delegate->rowHeight() == height && sizeHint().height() == minimumHeight())
+        return;
+    setFixedHeight(sizeHint().height());
     scheduleDelayedItemsLayout();
-    updateGeometry();
 }
 
 QModelIndex StudentList::commandRow() const {
@@ -125,17 +130,24 @@ void StudentList::showCommands(const QModelIndex &index) {
     commands->setVisible(index.isValid());
     if (!index.isValid())
         return;
-    const std::string name = firstNameOf(students->student(index).row->name);
-    write->setText(QStringLiteral("Write to %1…").arg(menuText(name)));
+    const QString name = index.data().toString();
+    const bool isNarrow = delegate->isNarrow();
+    write->setText(
+        isNarrow ? QStringLiteral("Write…")
+                 : QStringLiteral("Write to %1…")
+                       .arg(menuText(firstNameOf(students->student(index).row->name))));
+    write->setAccessibleName(QStringLiteral("Write to %1").arg(name));
     write->setMaximumWidth(width() / 3);
-    contacted->setAccessibleName(
-        QStringLiteral("Mark %1 as contacted").arg(index.data().toString()));
-    delegate->setWidth(width(), commands->sizeHint().width() + appearance.px(12));
+    contacted->setText(isNarrow ? QStringLiteral("✓") : QStringLiteral("Mark as Contacted"));
+    contacted->setAccessibleName(QStringLiteral("Mark %1 as contacted").arg(name));
+    contacted->setToolTip(isNarrow ? QStringLiteral("Mark as Contacted") : QString());
     commands->adjustSize();
+    measure();
     const QRect row = visualRect(index);
+    const QRect place = isNarrow ? delegate->nameLine(row) : row;
     commands->move(
         row.right() - commands->width() - appearance.px(10),
-        row.center().y() - commands->height() / 2);
+        place.center().y() - commands->height() / 2);
 }
 
 bool StudentList::eventFilter(QObject *object, QEvent *event) {

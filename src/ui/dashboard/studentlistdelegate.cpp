@@ -50,7 +50,7 @@ void StudentListDelegate::setWidth(int width, int newCommandsWidth) {
     const QFontMetrics names(nameFont(appearance));
     const QFontMetrics codes(smallFont(appearance));
     // Wide enough for the names, up to a share of the list.
-    const int most = width * 3 / 10;
+    const int most = width * 35 / 100;
     nameWidth = appearance.px(84);
     for (const DashboardStudent &student : model.students()) {
         if (nameWidth >= most)
@@ -75,6 +75,10 @@ int StudentListDelegate::rowHeight() const {
 
 int StudentListDelegate::nameLeft() const {
     return appearance.px(padding) + pillWidth + appearance.px(arrowWidth);
+}
+
+QRect StudentListDelegate::nameLine(const QRect &row) const {
+    return {row.left(), row.top() + appearance.px(verticalPadding), row.width(), lineHeight()};
 }
 
 QSize StudentListDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const {

@@ -27,6 +27,9 @@ class StudentListDelegate : public QStyledItemDelegate {
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index)
         const override;
     [[nodiscard]] int rowHeight() const;
+    [[nodiscard]] bool isNarrow() const { return narrow; }
+    /// The line with the name in a row.
+    [[nodiscard]] QRect nameLine(const QRect &row) const;
 
   private:
     void paintName(QPainter &painter, const QRect &row, const QModelIndex &index) const;

@@ -10,7 +10,7 @@
 #include "ui/mainwindow/coursesheets.h"
 #include "ui/mainwindow/helpcommands.h"
 #include "ui/mainwindow/mainmenus.h"
-#include "ui/mainwindow/panewidths.h"
+#include "ui/mainwindow/panesplitter.h"
 #include "ui/roster/rosterdesktopactions.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
@@ -38,8 +38,6 @@ namespace ellwynd {
 
 namespace {
 
-constexpr int middlePane = 1;
-
 /// Whether a roster is displayed, loading or failed to load.
 bool showsRoster(const RosterView &roster) {
     return roster.state != RosterView::State::nothingSelected &&
@@ -59,7 +57,7 @@ MainWindow::MainWindow(
       sync(sync),
       notifications(notifications),
       appearance(appearance),
-      splitter(new QSplitter(this)),
+      splitter(new PaneSplitter(appearance, defaults, this)),
       sidebar(new Sidebar(controller, defaults, appearance, splitter)),
       middle(new QStackedWidget(splitter)),
       dashboardPane(new DashboardPane(controller.dashboard(), defaults, appearance)),
@@ -84,9 +82,6 @@ MainWindow::MainWindow(
                                                 : QStringLiteral("Ellwynd"));
     middle->addWidget(dashboardPane);
     middle->addWidget(rosterPane);
-    splitter->setChildrenCollapsible(false);
-    splitter->setHandleWidth(1);
-    splitter->setStretchFactor(middlePane, 1);
     setCentralWidget(splitter);
     new HelpCommands(*menus, defaults, appearance, *this);
     connectCommands();
@@ -314,8 +309,8 @@ void MainWindow::showPane() {
         rosterPane->table()->setFocus();
     const bool wasShown = !details->isHidden();
     details->setVisible(shown);
-    if (wasShown != shown && widths != nullptr)
-        widths->apply();
+    if (wasShown != shown)
+        splitter->applyWidths();
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event) {
@@ -498,9 +493,7 @@ void MainWindow::restoreLayout() {
     sidebar->setMinimumWidth(140);
     details->setMinimumWidth(200);
     middle->setMinimumWidth(360);
-    // The splitter gets its size from the layout only once the window is shown.
-    splitter->resize(size());
-    widths = new PaneWidths(*splitter, appearance, defaults);
+    splitter->restoreWidths();
     showPane();
 }
 

@@ -8,7 +8,6 @@
 #include <QMessageBox>
 #include <QPointer>
 
-class QSplitter;
 class QStackedWidget;
 
 namespace ellwynd {
@@ -21,7 +20,7 @@ class ConnectionCheck;
 class MainMenus;
 class MainWindowController;
 class MissingWorkSheet;
-class PaneWidths;
+class PaneSplitter;
 class RosterDesktopActions;
 class RosterPane;
 class SettingsWindow;
@@ -106,7 +105,7 @@ class MainWindow : public QMainWindow {
     SyncService &sync;
     UserNotifications &notifications;
     Appearance &appearance;
-    QSplitter *splitter;
+    PaneSplitter *splitter;
     Sidebar *sidebar;
     QStackedWidget *middle;
     DashboardPane *dashboardPane;
@@ -117,7 +116,6 @@ class MainWindow : public QMainWindow {
     StatusNotes *notes;
     CourseSheets *sheets;
     SettingsWindow *settingsWindow = nullptr;
-    PaneWidths *widths = nullptr;
     bool updateChecksAvailable = false;
     /// The teacher asked for the details in a narrow window.
     bool detailsInNarrowWindow = false;

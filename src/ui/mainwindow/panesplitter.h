@@ -1,11 +1,10 @@
-// The widths of the main window's panes.
+// The panes of the main window side by side.
 #pragma once
 
 #include "preferences/userdefaults.h"
 
+#include <QSplitter>
 #include <QTimer>
-
-class QSplitter;
 
 namespace ellwynd {
 
@@ -14,24 +13,26 @@ class Appearance;
 /// Keeps the widths of the sidebar and the details in units of the text size, so that they grow
 /// with the text, up to a share of the window. The pane between them gets the rest. A width that
 /// the teacher sets is saved shortly afterwards.
-class PaneWidths : public QObject {
+class PaneSplitter : public QSplitter {
     Q_OBJECT
 
   public:
-    /// @param splitter has the sidebar, the middle pane and the details, and owns this object. The
-    ///        other arguments must outlive it.
-    PaneWidths(QSplitter &splitter, const Appearance &appearance, UserDefaults &defaults);
-    ~PaneWidths() override;
+    /// The references must outlive this object.
+    PaneSplitter(const Appearance &appearance, UserDefaults &defaults, QWidget *parent = nullptr);
+    ~PaneSplitter() override;
 
-    /// To be called when the window's width has changed, or the details were shown.
-    void apply();
+    /// To be called when the sidebar, the middle pane and the details have been added.
+    void restoreWidths();
+    /// To be called when the details were shown or hidden.
+    void applyWidths();
+
+  protected:
+    void resizeEvent(QResizeEvent *event) override;
 
   private:
-    void restore();
     void setByTeacher();
     void save();
 
-    QSplitter &splitter;
     const Appearance &appearance;
     UserDefaults &defaults;
     // In units of the text size.

@@ -361,9 +361,9 @@ void MainWindowController::passEnded(const PassResult &result) {
     Q_EMIT passDidEnd(result.complete);
 }
 
-std::optional<std::int64_t> MainWindowController::flaggedStudents(std::int64_t courseID) const {
+std::optional<LevelCounts> MainWindowController::levels(std::int64_t courseID) const {
     const SharedCourse course = rosterCache.find(courseID);
-    return course ? std::optional{levelCounts(course->rows).flagged()} : std::nullopt;
+    return course ? std::optional{levelCounts(course->rows)} : std::nullopt;
 }
 
 // ---- Thresholds --------------------------------------------------------------------------------

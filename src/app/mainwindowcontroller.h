@@ -68,8 +68,8 @@ class MainWindowController : public QObject, private RefreshJobs {
         return scheduler.isRefreshing() || scheduler.state().roster.wanted ||
             rosterController.isLoading();
     }
-    /// The number of flagged students; absent for a course that has not been scored.
-    [[nodiscard]] std::optional<std::int64_t> flaggedStudents(std::int64_t courseID) const;
+    /// How many students are at each level; absent for a course that has not been scored.
+    [[nodiscard]] std::optional<LevelCounts> levels(std::int64_t courseID) const;
     /// The recorded history of a student of the roster on screen.
     [[nodiscard]] StudentHistory studentHistory(const RiskRow &row) const {
         return rosterController.studentHistory(row);

@@ -91,21 +91,23 @@ std::vector<RosterChange> changes(
     return moved;
 }
 
-std::string changeText(const RosterChange &change) {
+std::string movementText(const RosterChange &change) {
     const std::string_view now = levelName(change.currentLevel);
-    std::string what;
-    if (isNewlyFlagged(change)) {
-        what = fmt::format("is newly {}", now);
-    } else if (hasSlipped(change)) {
-        what = fmt::format("slipped from {} to {}", levelName(change.previousLevel.level()), now);
-    } else if (hasImproved(change)) {
-        what = change.currentLevel
-            ? fmt::format("improved from {} to {}", levelName(change.previousLevel.level()), now)
-            : "is no longer flagged";
-    } else {
-        what = change.previousLevel.isKnown() ? "is unchanged" : "is new here";
-    }
-    return change.name + " " + what;
+    if (isNewlyFlagged(change))
+        return fmt::format("newly {}", now);
+    if (hasSlipped(change))
+        return fmt::format("slipped from {} to {}", levelName(change.previousLevel.level()), now);
+    if (hasImproved(change) && change.currentLevel)
+        return fmt::format("improved from {} to {}", levelName(change.previousLevel.level()), now);
+    if (hasImproved(change))
+        return "no longer flagged";
+    return change.previousLevel.isKnown() ? "unchanged" : "new here";
+}
+
+std::string changeText(const RosterChange &change) {
+    const bool hasVerb =
+        hasSlipped(change) || (hasImproved(change) && change.currentLevel.has_value());
+    return fmt::format("{} {}{}", change.name, hasVerb ? "" : "is ", movementText(change));
 }
 
 std::optional<std::string> summaryLine(const std::vector<RosterChange> &changes) {

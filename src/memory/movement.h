@@ -51,6 +51,9 @@ struct MovementCounts {
     const RosterHistory &history, const std::vector<RiskRow> &rows, std::int64_t courseID,
     Date date);
 
+/// "slipped from Watch to Concern", "newly Concern"
+[[nodiscard]] std::string movementText(const RosterChange &change);
+
 /// "Kutran slipped from Watch to Concern"
 [[nodiscard]] std::string changeText(const RosterChange &change);
 

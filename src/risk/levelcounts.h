@@ -23,6 +23,14 @@ struct LevelCounts {
     [[nodiscard]] std::int64_t operator[](RiskLevel level) const { return this->*memberOf(level); }
     /// The sum of all three.
     [[nodiscard]] std::int64_t flagged() const { return atRisk + concern + watch; }
+    /// The most severe level that any student has; absent if nobody is flagged.
+    [[nodiscard]] std::optional<RiskLevel> worst() const {
+        for (const RiskLevel level : allRiskLevels) {
+            if ((*this)[level] > 0)
+                return level;
+        }
+        return std::nullopt;
+    }
     [[nodiscard]] std::int64_t max() const { return std::max({atRisk, concern, watch}); }
 
     bool operator==(const LevelCounts &) const = default;

@@ -59,10 +59,10 @@ Theme lightTheme(const Accent &accent) {
     theme.link = theme.accent;
     theme.selection = mixed(theme.window, theme.accent, 0.09);
     theme.hover = mixed(theme.window, theme.accent, 0.05);
-    theme.atRisk = {QColor(0xb42318), QColor(0xfee4e2)};
-    theme.concern = {QColor(0xa04100), QColor(0xfdebd6)};
-    theme.watch = {QColor(0x6a5a00), QColor(0xfbf2bd)};
-    theme.ok = {QColor(0x23713c), QColor(0xe2f5e7)};
+    theme.atRisk = {QColor(0xb42318), QColor(0xfee4e2), QColor(0xd13b3b)};
+    theme.concern = {QColor(0xa04100), QColor(0xfdebd6), QColor(0xe0873a)};
+    theme.watch = {QColor(0x6a5a00), QColor(0xfbf2bd), QColor(0xd4b72b)};
+    theme.ok = {QColor(0x23713c), QColor(0xe2f5e7), QColor(0x4caf6d)};
     theme.attention = QColor(0xa34a05);
     return theme;
 }
@@ -86,10 +86,10 @@ Theme darkTheme(const Accent &accent) {
     theme.link = theme.accent;
     theme.selection = mixed(theme.window, theme.accent, 0.17);
     theme.hover = mixed(theme.window, theme.accent, 0.08);
-    theme.atRisk = {QColor(0xff9b92), QColor(0x4b2124)};
-    theme.concern = {QColor(0xf7b26a), QColor(0x472f18)};
-    theme.watch = {QColor(0xecdb6a), QColor(0x3f3914)};
-    theme.ok = {QColor(0x7fd69a), QColor(0x1d3a28)};
+    theme.atRisk = {QColor(0xff9b92), QColor(0x4b2124), QColor(0xe0615a)};
+    theme.concern = {QColor(0xf7b26a), QColor(0x472f18), QColor(0xd98a45)};
+    theme.watch = {QColor(0xecdb6a), QColor(0x3f3914), QColor(0xc9b53f)};
+    theme.ok = {QColor(0x7fd69a), QColor(0x1d3a28), QColor(0x56a872)};
     theme.attention = QColor(0xf5a524);
     return theme;
 }

@@ -13,6 +13,8 @@ struct LevelColors {
     /// For text on `fill` and on the plain background; its contrast is at least 4.5 to 1 on both.
     QColor text;
     QColor fill;
+    /// For bars and other areas without text.
+    QColor bar{};
 };
 
 /// A set of colours. Text colours have a contrast of at least 4.5 to 1 on their backgrounds.

@@ -73,12 +73,16 @@ void ElidedLabel::elide() {
 
 TextLink::TextLink(const QString &text, QWidget *parent) : QLabel(parent) {
     setTextFormat(Qt::RichText);
-    setText(QStringLiteral("<a href=\"#\" style=\"text-decoration:none\">%1</a>")
-                .arg(text.toHtmlEscaped()));
-    setAccessibleName(text);
+    setLink(text);
     setWordWrap(true);
     setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
     connect(this, &QLabel::linkActivated, this, &TextLink::openRequested);
+}
+
+void TextLink::setLink(const QString &text) {
+    setText(QStringLiteral("<a href=\"#\" style=\"text-decoration:none\">%1</a>")
+                .arg(text.toHtmlEscaped()));
+    setAccessibleName(text);
 }
 
 } // namespace ellwynd

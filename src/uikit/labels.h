@@ -40,6 +40,7 @@ class TextLink : public QLabel {
 
   public:
     explicit TextLink(const QString &text, QWidget *parent = nullptr);
+    void setLink(const QString &text);
 
   Q_SIGNALS:
     void openRequested();

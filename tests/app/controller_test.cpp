@@ -51,8 +51,8 @@ TEST_F(ControllerTest, ShowsOneCourseWithItsMissingWork) {
     EXPECT_EQ(roster().rows.size(), 18U);
     EXPECT_TRUE(roster().missedWork.front().isClassWide);
     EXPECT_EQ(roster().fetchedAt, test::noon);
-    EXPECT_EQ(controller.flaggedStudents(900102), std::int64_t(flagged().size()));
-    EXPECT_EQ(controller.flaggedStudents(900201), 7) << "scored by the pass";
+    EXPECT_EQ(controller.levels(900102)->flagged(), std::int64_t(flagged().size()));
+    EXPECT_EQ(controller.levels(900201)->flagged(), 7) << "scored by the pass";
 }
 
 TEST_F(ControllerTest, TheSidebarAppliesTheTermLimit) {
@@ -87,7 +87,7 @@ TEST_F(ControllerTest, AThresholdChangeRescoresTheCache) {
     EXPECT_EQ(roster().thresholds->passingScore, 85);
     EXPECT_EQ(roster().fetchedAt, fetched);
     EXPECT_EQ(announced, 1);
-    EXPECT_EQ(controller.flaggedStudents(900101), std::int64_t(flagged().size()));
+    EXPECT_EQ(controller.levels(900101)->flagged(), std::int64_t(flagged().size()));
 
     useDefaults(defaults, 900101);
     EXPECT_EQ(flagged().size(), before);

@@ -216,7 +216,7 @@ TEST_F(LiveControllerTest, ARejectedTokenALockedKeyringAndASignOut) {
     controller.refresh();
     EXPECT_EQ(controller.status(), "Not connected");
     EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
-    EXPECT_EQ(controller.flaggedStudents(1), std::nullopt);
+    EXPECT_EQ(controller.levels(1), std::nullopt);
     EXPECT_EQ(undo.newest(), nullptr);
 }
 

@@ -8,6 +8,7 @@
 #include "support/memorysecrets.h"
 #include "ui/about/aboutwindow.h"
 #include "ui/dashboard/dashboardpane.h"
+#include "ui/dashboard/studentlist.h"
 #include "ui/details/termchart.h"
 #include "ui/help/helpwindow.h"
 #include "ui/mainwindow/mainwindow.h"
@@ -78,6 +79,7 @@ class Screenshots {
         controller.refresh();
         settle();
         save(window, "dashboard");
+        drawDashboard(window);
         controller.select(TermSelection{9001});
         settle();
         save(window, "term");
@@ -168,6 +170,11 @@ class Screenshots {
                  .name = isLong ? "An Introduction to the Comparative History of Long and "
                                   "Winding Course Names, Section 4021 of Many"
                                 : "CS " + std::to_string(100 + i),
+                 .label =
+                     {.name = isLong ? "An Introduction to the Comparative History of Long and "
+                                       "Winding Course Names, Section 4021 of Many"
+                                     : "Computing",
+                      .code = "CS " + std::to_string(100 + i)},
                  .levels =
                      i % 4 == 0 ? LevelCounts{} : LevelCounts{i * 7 % 120, i * 5 % 90, i * 3 % 60},
                  .total = 300,
@@ -177,6 +184,14 @@ class Screenshots {
                  .trend = {3, 3, i % 7, 9, i % 5},
                  .mostMissed =
                      MostMissed{isLong ? term.title + std::string(90, 'x') : "Lab 1", i}});
+        }
+        for (const char *name :
+             {"Bartholomew Featherstonehaugh-Cholmondeley de la Tour", "עידו כהן", "김 지수",
+              "<b>Bob</b>", "Maximilian 😀 von und zu Hohenlohe-Langenburg"}) {
+            RiskRow row{.id = 1, .name = name, .level = RiskLevel::concern, .courseID = 1};
+            row.reasonLines = {{.text = "3 of 8 assignments missing — 44% of the grade"}};
+            term.students.push_back(
+                {.row = std::make_shared<const RiskRow>(row), .courseCode = "CS 101"});
         }
         dashboard.prepareTerms({{.term = Term{.id = 1, .name = "Fall"}, .courses = {}}}, {});
         term.updatedAt = *parseInstant("2026-09-03T05:00:00Z");
@@ -208,6 +223,24 @@ class Screenshots {
     [[nodiscard]] bool failed() const { return anyFailed; }
 
   private:
+    /// The dashboard with a focused student, with a filter, and in a small and a large window.
+    void drawDashboard(MainWindow &window) {
+        auto *list = window.findChild<StudentList *>();
+        list->setFocus();
+        list->setCurrentIndex(list->model()->index(2, 0));
+        settle();
+        save(window, "dashboard-student");
+        window.resize(900, 600);
+        settle();
+        save(window, "dashboard-900");
+        window.resize(2560, 1440);
+        settle();
+        save(window, "dashboard-2560");
+        window.resize(1280, 800);
+        list->setCurrentIndex({});
+        settle();
+    }
+
     /// The roster in a small and in a large window, with a filter and with several students.
     void drawWidths(MainWindow &window) {
         RosterTable &table = *window.roster()->table();

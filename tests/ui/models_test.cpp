@@ -78,9 +78,9 @@ TEST(MissingWorkModel, DescribesItsRows) {
 }
 
 TEST(SidebarModel, FindsWhatIsSelected) {
-    std::map<std::int64_t, std::int64_t> flagged{{10, 3}, {12, 0}};
+    std::map<std::int64_t, LevelCounts> levels{{10, {.concern = 1, .watch = 2}}, {12, {}}};
     SidebarModel model([&](std::int64_t id) {
-        return flagged.contains(id) ? std::optional(flagged.at(id)) : std::nullopt;
+        return levels.contains(id) ? std::optional(levels.at(id)) : std::nullopt;
     });
     const QAbstractItemModelTester tester(&model, strict);
     const std::vector<TermGroup> terms{
@@ -97,6 +97,8 @@ TEST(SidebarModel, FindsWhatIsSelected) {
     EXPECT_FALSE(model.indexOf(CourseSelection{99}).isValid());
     const QModelIndex bio = model.indexOf(CourseSelection{10});
     EXPECT_EQ(bio.data(SidebarModel::flaggedRole).toInt(), 3);
+    EXPECT_EQ(bio.data(SidebarModel::worstLevelRole).toInt(), int(RiskLevel::concern));
+    EXPECT_FALSE(model.indexOf(CourseSelection{12}).data(SidebarModel::worstLevelRole).isValid());
     EXPECT_EQ(bio.data(Qt::AccessibleTextRole).toString().toStdString(), "Bio, 3 flagged");
     EXPECT_FALSE(model.indexOf(CourseSelection{11}).data(SidebarModel::flaggedRole).isValid());
 
@@ -109,7 +111,7 @@ TEST(SidebarModel, FindsWhatIsSelected) {
                 refreshed.insert(
                     first.siblingAtRow(row).data(SidebarModel::courseIDRole).toLongLong());
         });
-    flagged = {{10, 1}, {11, 2}};
+    levels = {{10, {.atRisk = 1}}, {11, {.watch = 2}}};
     model.setTerms(terms);
     EXPECT_TRUE(kept.isValid());
     EXPECT_THAT(refreshed, testing::ElementsAre(10, 11, 12));

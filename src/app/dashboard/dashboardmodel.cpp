@@ -1,5 +1,6 @@
 #include "app/dashboard/dashboardmodel.h"
 
+#include "app/roster/visit.h"
 #include "base/calendar.h"
 #include "memory/dailylevels.h"
 #include "memory/movement.h"
@@ -33,24 +34,26 @@ std::vector<std::int64_t> flaggedTrend(
 
 } // namespace
 
-DashboardCourseCard
-dashboardCard(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date now) {
-    const MovementCounts movement =
-        movementCounts(changes(stores.history, course.rows, course.course.id, course.fetchedAt));
+DashboardCourseCard dashboardCard(
+    const ScoredCourse &course, const std::vector<RosterChange> &movement, const Stores &stores,
+    const TrendSync &trends, Date now) {
+    const MovementCounts counts = movementCounts(movement);
     DashboardCourseCard card{
         .courseID = course.course.id,
         .name = displayName(course.course),
+        .label = courseLabel(course.course),
         .levels = levelCounts(course.rows),
         .total = std::int64_t(course.rows.size()),
-        .slipped = movement.slipped,
-        .newlyFlagged = movement.newlyFlagged,
-        .improved = movement.improved,
+        .slipped = counts.slipped,
+        .newlyFlagged = counts.newlyFlagged,
+        .improved = counts.improved,
         .awaitingFollowUp =
             outreachCounts(course.rows, stores.contacts, stores.history, now).awaitingFollowUp,
         .trend = flaggedTrend(course, stores, trends, course.fetchedAt)};
     if (!course.missedWork.empty()) {
         const MissedAssignment &first = course.missedWork.front();
-        card.mostMissed = MostMissed{first.name, std::int64_t(first.studentIDs.size())};
+        card.mostMissed =
+            MostMissed{first.name, std::int64_t(first.studentIDs.size()), first.isClassWide};
     }
     return card;
 }
@@ -59,14 +62,23 @@ void setCourses(
     DashboardTerm &term, std::span<const SharedCourse> courses, const Stores &stores,
     const TrendSync &trends, Date now) {
     term.cards.clear();
+    term.students.clear();
+    term.remembersContacts = stores.contacts.isEnabled();
     std::set<std::int64_t> flagged;
     for (const SharedCourse &course : courses) {
-        term.cards.push_back(dashboardCard(*course, stores, trends, now));
-        for (const RiskRow &row : course->rows) {
-            if (row.level)
-                flagged.insert(row.id);
+        const std::vector<RosterChange> movement = movementOf(*course, stores);
+        term.cards.push_back(dashboardCard(*course, movement, stores, trends, now));
+        for (DashboardStudent &student : flaggedStudents(course, movement, stores, now)) {
+            flagged.insert(student.row->id);
+            term.students.push_back(std::move(student));
         }
     }
+    for (DashboardCourseCard &card : term.cards) {
+        card.nameEndMatters = std::ranges::any_of(term.cards, [&](const auto &other) {
+            return beginAlike(card.label.name, other.label.name);
+        });
+    }
+    sortByNeed(term.students);
     term.flaggedStudents = std::int64_t(flagged.size());
 }
 

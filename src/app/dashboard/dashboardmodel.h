@@ -1,8 +1,8 @@
 // The data of the dashboard: one card for each course of every nearby term.
 #pragma once
 
-#include "app/roster/rosterloader.h"
-#include "app/shell/stores.h"
+#include "app/courses/courselabel.h"
+#include "app/dashboard/dashboardstudents.h"
 #include "canvas/records/termgroups.h"
 #include "memory/trendsync.h"
 #include "risk/levelcounts.h"
@@ -19,6 +19,8 @@ struct MostMissed {
     std::string title;
     /// Students missing it.
     std::int64_t count = 0;
+    /// Whether it is left out of every student's score, since most of the class is missing it.
+    bool isClassWide = false;
 
     bool operator==(const MostMissed &) const = default;
 };
@@ -27,6 +29,10 @@ struct MostMissed {
 struct DashboardCourseCard {
     std::int64_t courseID = 0;
     std::string name;
+    /// The name in two parts, for the window.
+    CourseLabel label;
+    /// Whether the name begins like that of another course of the term.
+    bool nameEndMatters = false;
     LevelCounts levels;
     /// All students that were scored.
     std::int64_t total = 0;
@@ -52,6 +58,10 @@ struct DashboardTerm {
     std::vector<DashboardCourseCard> cards;
     /// Students with a level in any of the courses, each counted once.
     std::int64_t flaggedStudents = 0;
+    /// The flagged students of all courses, in the order in which they need the teacher.
+    std::vector<DashboardStudent> students;
+    /// Whether contacts are remembered; otherwise nobody is known to have been written to.
+    bool remembersContacts = true;
 
     bool operator==(const DashboardTerm &) const = default;
 };
@@ -70,12 +80,13 @@ struct DashboardModel {
 };
 
 /// Makes a course's card. Days that this machine did not record are taken from the shared counts;
-/// days without either are left out of the trend.
-/// Movement and trend are those of the day on which the course was fetched, as on its roster.
-[[nodiscard]] DashboardCourseCard
-dashboardCard(const ScoredCourse &course, const Stores &stores, const TrendSync &trends, Date now);
+/// days without either are left out of the trend, which ends with the day of the fetch.
+/// @param movement the course's changes of level since the last visit.
+[[nodiscard]] DashboardCourseCard dashboardCard(
+    const ScoredCourse &course, const std::vector<RosterChange> &movement, const Stores &stores,
+    const TrendSync &trends, Date now);
 
-/// Sets the cards and figures of a term from its courses.
+/// Sets the cards, students and figures of a term from its courses.
 void setCourses(
     DashboardTerm &term, std::span<const SharedCourse> courses, const Stores &stores,
     const TrendSync &trends, Date now);

@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "memory/movement.h"
 #include "memory/outreach.h"
+#include "risk/missedwork.h"
 
 #include <fmt/format.h>
 
@@ -83,6 +84,10 @@ std::string headline(const DashboardTerm &term) {
     return flaggedAcrossText(flagged, term.cards.size());
 }
 
+std::string allFlaggedText(const DashboardTerm &term) {
+    return fmt::format("All {} in {} ›", term.students.size(), collapsed(term.title));
+}
+
 std::string attentionLine(const Dashboard &dashboard) {
     const DashboardTerm *term = dashboard.shownTerm();
     if (term == nullptr)
@@ -117,14 +122,22 @@ std::string levelCount(std::int64_t count, RiskLevel level) {
     return fmt::format("{} {}", count, levelName(level));
 }
 
+std::string levelsText(const LevelCounts &levels) {
+    std::vector<std::string> parts;
+    for (const RiskLevel level : allRiskLevels) {
+        if (levels[level] > 0)
+            parts.push_back(levelCount(levels[level], level));
+    }
+    return join(parts, " · ");
+}
+
 std::string movementMarks(const DashboardCourseCard &card) {
-    const std::int64_t worse = card.slipped + card.newlyFlagged;
-    std::string marks;
-    if (worse > 0)
-        marks = fmt::format("↑ {}", worse);
+    std::vector<std::string> marks;
+    if (const std::int64_t worse = card.slipped + card.newlyFlagged; worse > 0)
+        marks.push_back(fmt::format("↑ {}", worse));
     if (card.improved > 0)
-        marks += fmt::format("{}↓ {}", marks.empty() ? "" : "   ", card.improved);
-    return marks;
+        marks.push_back(fmt::format("↓ {}", card.improved));
+    return join(marks, "   ");
 }
 
 std::string accessibleText(const DashboardCourseCard &card) {
@@ -152,9 +165,20 @@ std::string accessibleText(const DashboardCourseCard &card) {
     return text + " Opens the course.";
 }
 
+std::string accessibleTrend(const DashboardCourseCard &card) {
+    if (card.trend.size() < 2)
+        return {};
+    std::vector<std::string> counts;
+    for (const std::int64_t count : card.trend)
+        counts.push_back(std::to_string(count));
+    return "Flagged over the last two weeks: " + join(counts, ", ");
+}
+
 std::string mostMissedHelp(const MostMissed &missed) {
-    return fmt::format("{} students are missing this same assignment. ", missed.count) +
+    const std::string text =
+        fmt::format("{} students are missing this same assignment. ", missed.count) +
         "Open the course for the full list.";
+    return missed.isClassWide ? fmt::format("{} {}", classWideTooltip, text) : text;
 }
 
 } // namespace ellwynd

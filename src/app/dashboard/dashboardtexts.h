@@ -23,6 +23,8 @@ struct TermMenuItem {
 
 /// "23 flagged across 6 courses"
 [[nodiscard]] std::string headline(const DashboardTerm &term);
+/// "All 39 in Fall 2026 ›", the way to the term's roster.
+[[nodiscard]] std::string allFlaggedText(const DashboardTerm &term);
 /// "17 students need attention in Fall 2026"; before the shown term is scored, the wait line.
 [[nodiscard]] std::string attentionLine(const Dashboard &dashboard);
 /// "Since last time: 4 slipped · 1 awaiting follow-up", or "No movement since last time."
@@ -32,10 +34,14 @@ struct TermMenuItem {
 
 /// "3 At Risk"
 [[nodiscard]] std::string levelCount(std::int64_t count, RiskLevel level);
+/// "3 At Risk · 4 Watch", without the levels that nobody has; empty if nobody is flagged.
+[[nodiscard]] std::string levelsText(const LevelCounts &levels);
 /// "↑ 3   ↓ 1"; empty if no student's level changed.
 [[nodiscard]] std::string movementMarks(const DashboardCourseCard &card);
 /// A card's text for screen readers.
 [[nodiscard]] std::string accessibleText(const DashboardCourseCard &card);
+/// The numbers of a card's trend for screen readers; empty for a single day.
+[[nodiscard]] std::string accessibleTrend(const DashboardCourseCard &card);
 /// The tooltip of a card's most missed assignment.
 [[nodiscard]] std::string mostMissedHelp(const MostMissed &missed);
 

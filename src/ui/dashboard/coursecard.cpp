@@ -2,7 +2,6 @@
 
 #include "app/dashboard/dashboardtexts.h"
 #include "base/text.h"
-#include "memory/dailylevels.h"
 #include "memory/outreach.h"
 #include "preferences/coursesettings.h"
 #include "theme/courseicon.h"
@@ -11,11 +10,11 @@
 #include "ui/support/sparkline.h"
 #include "uikit/convert.h"
 #include "uikit/painting.h"
-#include "uikit/pill.h"
 #include "uikit/tooltip.h"
 
 #include <QHelpEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QToolTip>
 
 #include <algorithm>
@@ -24,12 +23,16 @@ namespace ellwynd {
 
 namespace {
 
-// Top edges and heights of the card's lines, at text scale 1.
-constexpr double countTop = 44;
-constexpr double countHeight = 42;
-constexpr double levelsTop = 92;
-constexpr double marksTop = 120;
-constexpr double cardHeight = 190;
+// The card's measures at text scale 1.
+constexpr double cardHeight = 128;
+constexpr double margin = 13;
+constexpr double tileSide = 27;
+constexpr double barTop = 52;
+constexpr double barHeight = 8;
+constexpr double levelsTop = 64;
+constexpr double movementTop = 83;
+constexpr double mostMissedTop = 102;
+constexpr double lineHeight = 17;
 
 /// Draws a text at the left of `rect` and returns the rest of `rect`.
 QRect drawRun(QPainter &painter, QRect rect, const QString &text, const QFont &font, QColor color) {
@@ -58,15 +61,17 @@ void CourseCard::setCard(const DashboardCourseCard &newCard) {
     card = newCard;
     isPlaceholder = false;
     setAccessibleName(qstring(accessibleText(card)));
+    setAccessibleDescription(qstring(accessibleTrend(card)));
     update();
 }
 
-void CourseCard::setPlaceholder(std::int64_t courseID, const std::string &name) {
-    if (isPlaceholder && card.courseID == courseID && card.name == name)
+void CourseCard::setPlaceholder(const Course &course) {
+    if (isPlaceholder && card.courseID == course.id && card.name == displayName(course))
         return;
-    card = {.courseID = courseID, .name = name};
+    card = {.courseID = course.id, .name = displayName(course), .label = courseLabel(course)};
     isPlaceholder = true;
-    setAccessibleName(qstring(name) + QStringLiteral(". Being scored. Opens the course."));
+    setAccessibleName(qstring(card.name) + QStringLiteral(". Being scored. Opens the course."));
+    setAccessibleDescription({});
     update();
 }
 
@@ -75,24 +80,22 @@ QSize CourseCard::sizeHint() const {
 }
 
 QSize CourseCard::minimumSizeHint() const {
-    return {appearance.px(200), appearance.px(cardHeight)};
+    return {appearance.px(140), appearance.px(cardHeight)};
 }
 
-QRect CourseCard::content() const {
-    const int margin = appearance.px(15);
-    return rect().adjusted(margin, margin, -margin, -margin);
+QRect CourseCard::line(double top) const {
+    const int side = appearance.px(margin);
+    return {side, appearance.px(top), width() - 2 * side, appearance.px(lineHeight)};
 }
 
 QRect CourseCard::trendArea() const {
-    const int width = std::min(appearance.px(112), content().width() * 2 / 5);
-    return {
-        content().right() - width, rect().top() + appearance.px(countTop + 2), width,
-        appearance.px(countHeight - 8)};
+    QRect area = line(movementTop);
+    area.setLeft(area.right() - std::min(appearance.px(96), area.width() / 3));
+    return area;
 }
 
 QRect CourseCard::mostMissedArea() const {
-    const int height = QFontMetrics(appearance.font()).height() + 2;
-    return {content().left(), content().bottom() - height, content().width(), height};
+    return line(mostMissedTop);
 }
 
 void CourseCard::paintEvent(QPaintEvent *) {
@@ -104,130 +107,164 @@ void CourseCard::paintEvent(QPaintEvent *) {
     painter.setBrush(isDown() ? theme.controlPressed : hovered ? theme.hover : theme.surface);
     const double radius = appearance.px(10);
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
-    drawHeading(painter);
-    if (isPlaceholder)
-        return drawPlaceholder(painter);
-    drawCount(painter);
-    drawLevels(painter);
-    drawMostMissed(painter);
-
-    SparklineData line;
-    for (std::size_t i = 0; i < card.trend.size(); ++i) {
-        line.points.push_back({std::int64_t(i), card.trend[i]});
-        line.highest = std::max(line.highest, card.trend[i]);
-    }
-    line.days = std::int64_t(card.trend.size()) - 1;
-    // A single day is drawn at the right end, where today always is.
-    if (card.trend.size() == 1)
-        line = {.points = {{1, card.trend[0]}}, .days = 1, .highest = line.highest};
-    drawSparkline(painter, trendArea(), line, theme.link, appearance);
-}
-
-void CourseCard::drawHeading(QPainter &painter) const {
-    const int tile = appearance.px(26);
-    const QRect area = content();
+    const int tile = appearance.px(tileSide);
+    const QPoint corner(appearance.px(margin), appearance.px(margin));
     painter.drawPixmap(
-        area.topLeft(),
+        corner,
         courseTile(
             card.courseID, card.name, tile, devicePixelRatioF(),
             courseIcon(defaults, card.courseID)));
-    QString name = qstring(card.name);
-    name.replace(u'\n', u' ');
+    const int left = corner.x() + tile + appearance.px(9);
+    const int right = isPlaceholder ? line(0).right() : drawCount(painter) - appearance.px(8);
+    drawNames(painter, QRect(left, corner.y(), right - left, tile));
+    if (isPlaceholder)
+        return drawPlaceholder(painter);
+    drawBar(painter);
+    drawLevels(painter);
+    drawMovement(painter);
+    drawTrend(painter);
+    drawMostMissed(painter);
+}
+
+/// Draws the name over the code.
+void CourseCard::drawNames(QPainter &painter, const QRect &area) const {
+    const Theme &theme = appearance.theme();
+    const QFont nameFont = appearance.font(1, QFont::DemiBold);
+    const QFont codeFont = appearance.font(0.88);
+    const QFontMetrics metrics(nameFont);
+    const int codeHeight = card.label.code.empty() ? 0 : QFontMetrics(codeFont).height();
+    const int top = area.center().y() - (metrics.height() + codeHeight) / 2;
+    painter.setFont(nameFont);
+    painter.setPen(theme.text);
+    painter.drawText(
+        QRect(area.left(), top, area.width(), metrics.height()),
+        Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+        metrics.elidedText(
+            qstring(card.label.name), card.nameEndMatters ? Qt::ElideMiddle : Qt::ElideRight,
+            area.width()));
     drawRun(
-        painter,
-        QRect(
-            area.left() + tile + appearance.px(10), area.top(),
-            area.width() - tile - appearance.px(10), tile),
-        name, appearance.font(1.04, QFont::DemiBold), appearance.theme().text);
+        painter, QRect(area.left(), top + metrics.height(), area.width(), codeHeight),
+        qstring(card.label.code), codeFont, theme.secondaryText);
 }
 
 /// Bars where the figures will be.
 void CourseCard::drawPlaceholder(QPainter &painter) const {
     painter.setPen(Qt::NoPen);
     painter.setBrush(appearance.theme().separator);
-    const QRect area = content();
-    const auto bar = [&](double top, double height, int width) {
+    const auto bar = [&](double top, double height, int share) {
+        const QRect area = line(top);
         const int tall = appearance.px(height);
         painter.drawRoundedRect(
-            QRect(area.left(), rect().top() + appearance.px(top), width, tall), tall / 3.0,
-            tall / 3.0);
+            QRect(area.left(), area.top(), area.width() / share, tall), tall / 3.0, tall / 3.0);
     };
-    bar(countTop + 8, 26, area.width() / 4);
-    bar(levelsTop + 4, 14, area.width() / 2);
-    bar(marksTop + 4, 10, area.width() / 3);
+    bar(barTop, barHeight, 1);
+    bar(levelsTop + 4, 10, 2);
+    bar(mostMissedTop + 4, 10, 3);
 }
 
-void CourseCard::drawCount(QPainter &painter) const {
+int CourseCard::drawCount(QPainter &painter) const {
     const Theme &theme = appearance.theme();
-    QRect area(
-        content().left(), rect().top() + appearance.px(countTop),
-        trendArea().left() - content().left() - appearance.px(6), appearance.px(countHeight));
     const bool allOK = card.flagged() == 0;
-    const QFont large = appearance.font(allOK ? 1.8 : 2.4, QFont::Bold);
-    area = drawRun(
-        painter, area, allOK ? QStringLiteral("All OK") : QString::number(card.flagged()), large,
-        allOK ? theme.ok.text : theme.text);
-    // Both texts share a baseline.
-    area.translate(
-        appearance.px(6),
-        QFontMetrics(large).ascent() / 2 - QFontMetrics(appearance.font()).ascent() / 2 -
-            appearance.px(1));
-    area.setRight(trendArea().left() - appearance.px(6));
-    drawRun(
-        painter, area,
-        allOK ? qstring(plural(card.total, "student"))
-              : QStringLiteral("flagged of %1").arg(card.total),
-        appearance.font(), theme.secondaryText);
+    const QFont large = appearance.font(allOK ? 1.2 : 1.8, QFont::Bold);
+    const QString count = allOK ? QStringLiteral("All OK") : QString::number(card.flagged());
+    QRect area = line(margin);
+    area.setHeight(appearance.px(tileSide));
+    painter.setFont(large);
+    painter.setPen(allOK ? theme.ok.text : theme.text);
+    painter.drawText(area, Qt::AlignRight | Qt::AlignVCenter, count);
+    int left = area.right() - painter.fontMetrics().horizontalAdvance(count);
+    if (!allOK) {
+        const int ascent = painter.fontMetrics().ascent();
+        painter.setFont(appearance.font(0.88));
+        painter.setPen(theme.secondaryText);
+        // Both texts share a baseline.
+        const QString word = QStringLiteral("flagged");
+        left -= painter.fontMetrics().horizontalAdvance(word) + appearance.px(7);
+        const int base = area.center().y() - QFontMetrics(large).height() / 2 + ascent;
+        painter.drawText(left, base, word);
+    }
+    return left;
+}
+
+/// The share of each level in the class.
+void CourseCard::drawBar(QPainter &painter) const {
+    const Theme &theme = appearance.theme();
+    const QRectF area(
+        QPointF(line(barTop).topLeft()), QSizeF(line(0).width(), appearance.px(barHeight)));
+    QPainterPath outline;
+    outline.addRoundedRect(area, area.height() / 2, area.height() / 2);
+    painter.save();
+    painter.setClipPath(outline);
+    painter.fillRect(area, theme.controlPressed);
+    double left = area.left();
+    for (const RiskLevel level : allRiskLevels) {
+        const double share =
+            double(card.levels[level]) / double(std::max<std::int64_t>(1, card.total));
+        painter.fillRect(
+            QRectF(left, area.top(), area.width() * share, area.height()),
+            levelColors(theme, level).bar);
+        left += area.width() * share;
+    }
+    painter.restore();
 }
 
 void CourseCard::drawLevels(QPainter &painter) const {
     const Theme &theme = appearance.theme();
-    int left = content().left();
-    const int top = rect().top() + appearance.px(levelsTop);
-    for (const RiskLevel level : allRiskLevels) {
-        const std::int64_t count = card.levels[level];
-        if (count == 0)
-            continue;
-        const QString text = qstring(levelCount(count, level));
-        const QSize size = pillSize(appearance.style(), text);
-        if (left + size.width() > content().right() + appearance.px(8))
-            break;
-        drawPill(
-            painter, QRect(QPoint(left, top), size), text, levelColors(theme, level),
-            appearance.style());
-        left += size.width() + appearance.px(6);
-    }
-    QString marks = qstring(movementMarks(card));
-    if (card.awaitingFollowUp > 0) {
-        if (!marks.isEmpty())
-            marks += QStringLiteral("   ");
-        marks += qstring(awaitingText(card.awaitingFollowUp));
-    }
+    QRect area = line(levelsTop);
+    const bool allOK = card.flagged() == 0;
+    painter.setFont(appearance.font(0.92));
+    painter.setPen(theme.secondaryText);
+    const QString total =
+        allOK ? qstring(plural(card.total, "student")) : QStringLiteral("of %1").arg(card.total);
+    painter.drawText(area, Qt::AlignRight | Qt::AlignVCenter, total);
+    area.setRight(area.right() - painter.fontMetrics().horizontalAdvance(total) - appearance.px(6));
+    drawRun(painter, area, qstring(levelsText(card.levels)), appearance.font(0.92), theme.text);
+}
+
+void CourseCard::drawMovement(QPainter &painter) const {
+    QStringList parts;
+    if (const std::string marks = movementMarks(card); !marks.empty())
+        parts << qstring(marks);
+    if (card.awaitingFollowUp > 0)
+        parts << qstring(awaitingText(card.awaitingFollowUp));
+    QRect area = line(movementTop);
+    area.setRight(trendArea().left() - appearance.px(6));
     drawRun(
-        painter,
-        QRect(
-            content().left(), rect().top() + appearance.px(marksTop), content().width(),
-            QFontMetrics(appearance.font()).height()),
-        marks, appearance.font(), theme.secondaryText);
+        painter, area, parts.join(QStringLiteral(" · ")), appearance.font(0.92),
+        appearance.theme().secondaryText);
+}
+
+/// A single day is no trend.
+void CourseCard::drawTrend(QPainter &painter) const {
+    if (card.trend.size() < 2)
+        return;
+    SparklineData data;
+    for (std::size_t i = 0; i < card.trend.size(); ++i) {
+        data.points.push_back({std::int64_t(i), card.trend[i]});
+        data.highest = std::max(data.highest, card.trend[i]);
+    }
+    data.days = std::int64_t(card.trend.size()) - 1;
+    drawSparkline(painter, trendArea(), data, appearance.theme().link, appearance);
 }
 
 void CourseCard::drawMostMissed(QPainter &painter) const {
     if (!card.mostMissed)
         return;
     const Theme &theme = appearance.theme();
-    const QString tail = QStringLiteral(" — ") + qstring(plural(card.mostMissed->count, "student"));
+    const QFont font = appearance.font(0.92);
+    const bool isClassWide = card.mostMissed->isClassWide;
+    const QString tail = QStringLiteral(" — ") +
+        qstring(plural(card.mostMissed->count, "student")) +
+        (isClassWide ? QStringLiteral(", left out") : QString());
     QRect area = mostMissedArea();
-    area = drawRun(
-        painter, area, QStringLiteral("Most missed: "), appearance.font(), theme.secondaryText);
+    area = drawRun(painter, area, QStringLiteral("Most missed: "), font, theme.secondaryText);
     // The title is elided before the count.
-    const int tailWidth = QFontMetrics(appearance.font()).horizontalAdvance(tail);
-    QString name = qstring(card.mostMissed->title);
-    name.replace(u'\n', u' ');
+    const int tailWidth = QFontMetrics(font).horizontalAdvance(tail);
     area = drawRun(
-        painter, area.adjusted(0, 0, -tailWidth, 0), name, appearance.font(1, QFont::DemiBold),
-        theme.text);
+        painter, area.adjusted(0, 0, -tailWidth, 0), qstring(collapsed(card.mostMissed->title)),
+        appearance.font(0.92, QFont::Medium), theme.text);
     area.setRight(mostMissedArea().right() + 2);
-    drawRun(painter, area, tail, appearance.font(), theme.secondaryText);
+    drawRun(painter, area, tail, font, isClassWide ? theme.attention : theme.secondaryText);
 }
 
 bool CourseCard::event(QEvent *event) {
@@ -235,7 +272,7 @@ bool CourseCard::event(QEvent *event) {
         return KeyboardButton::event(event);
     const auto *help = static_cast<QHelpEvent *>(event);
     QString tip = qstring(card.name);
-    if (trendArea().contains(help->pos()))
+    if (card.trend.size() > 1 && trendArea().contains(help->pos()))
         tip = qstring(trendHelp);
     else if (card.mostMissed && mostMissedArea().contains(help->pos()))
         tip = qstring(mostMissedHelp(*card.mostMissed));

@@ -8,9 +8,9 @@ namespace ellwynd {
 
 class Appearance;
 
-/// A button that opens its course. It shows how many students are flagged, at which levels, who
-/// moved, a two-week sparkline, and the most missed work. It paints itself, so that a page of many
-/// cards updates without flicker.
+/// A button that opens its course. It shows how many students are flagged, at which levels, how
+/// many moved, the last two weeks, and the most missed work. It paints itself, so that a page of
+/// many cards updates without flicker.
 class CourseCard : public KeyboardButton {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ class CourseCard : public KeyboardButton {
 
     void setCard(const DashboardCourseCard &card);
     /// Shows the course's name alone, until its figures are known.
-    void setPlaceholder(std::int64_t courseID, const std::string &name);
+    void setPlaceholder(const Course &course);
     [[nodiscard]] std::int64_t courseID() const { return card.courseID; }
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -33,13 +33,18 @@ class CourseCard : public KeyboardButton {
     bool event(QEvent *event) override;
 
   private:
-    [[nodiscard]] QRect content() const;
+    /// A line of text that begins at `top`, in units of the text size.
+    [[nodiscard]] QRect line(double top) const;
     [[nodiscard]] QRect trendArea() const;
     [[nodiscard]] QRect mostMissedArea() const;
-    void drawHeading(QPainter &painter) const;
+    void drawNames(QPainter &painter, const QRect &area) const;
     void drawPlaceholder(QPainter &painter) const;
-    void drawCount(QPainter &painter) const;
+    /// Draws the number of flagged students, and returns the left edge.
+    int drawCount(QPainter &painter) const;
+    void drawBar(QPainter &painter) const;
     void drawLevels(QPainter &painter) const;
+    void drawMovement(QPainter &painter) const;
+    void drawTrend(QPainter &painter) const;
     void drawMostMissed(QPainter &painter) const;
 
     const UserDefaults &defaults;

@@ -5,12 +5,15 @@
 #include "preferences/coursesettings.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/dashboard/legend.h"
+#include "ui/dashboard/needspane.h"
+#include "ui/dashboard/studentlist.h"
 #include "ui/support/appearance.h"
-#include "ui/support/stampline.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
+#include <QContextMenuEvent>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
@@ -30,17 +33,22 @@ DashboardPane::DashboardPane(
       defaults(defaults),
       appearance(appearance),
       headline(new ElidedLabel(this)),
-      subtitle(new StampLine(this)),
+      movement(secondaryLabel(this)),
+      updated(new ElidedLabel(this)),
       terms(new QPushButton(this)),
       refresh(new QPushButton(QStringLiteral("⟳"), this)),
       stack(new QStackedWidget(this)),
       scroll(new QScrollArea(this)),
       page(new QWidget),
       grid(new QGridLayout),
+      heading(new QBoxLayout(QBoxLayout::LeftToRight)),
       wait(plainLabel(nullptr, true)),
       progress(new QProgressBar),
       header(new QWidget(this)),
+      needs(new NeedsPane(appearance, page)),
       footer(new QWidget(page)),
+      levelsLink(new TextLink(QStringLiteral("What do the levels mean?"), footer)),
+      legend(new Legend(appearance, footer)),
       observing(defaults.observe([this](std::string_view key) {
           if (courseSettings::isIconKey(key))
               page->update();
@@ -55,23 +63,39 @@ DashboardPane::DashboardPane(
     progress->setTextVisible(false);
     progress->setAccessibleName(QStringLiteral("Scoring"));
 
+    updated->setProperty("secondary", true);
+    updated->setAlignment(Qt::AlignRight);
+    updated->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     auto *names = new QVBoxLayout;
-    names->setSpacing(1);
+    names->setSpacing(2);
     names->addWidget(headline);
-    names->addWidget(subtitle);
-    auto *heading = new QHBoxLayout(header);
+    names->addWidget(movement);
+    names->addStretch(1);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(terms);
+    buttons->addWidget(refresh);
+    auto *commands = new QVBoxLayout;
+    commands->setSpacing(2);
+    commands->addLayout(buttons);
+    commands->addWidget(updated);
+    header->setLayout(heading);
+    QSizePolicy asTallAsNeeded(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    asTallAsNeeded.setHeightForWidth(true);
+    header->setSizePolicy(asTallAsNeeded);
     heading->addLayout(names, 1);
-    heading->addWidget(terms);
-    heading->addWidget(refresh);
+    heading->addLayout(commands);
 
     page->setObjectName(QStringLiteral("plain"));
     auto *pageColumn = new QVBoxLayout(page);
     pageColumn->setContentsMargins(0, 0, 0, 0);
     pageColumn->addWidget(progress);
     pageColumn->addLayout(grid);
-    pageColumn->addStretch(1);
-    // Scrolls with the page, so that it takes no space from the cards when the text is large.
+    auto *needsColumn = new QVBoxLayout;
+    needsColumn->addWidget(needs);
+    pageColumn->addLayout(needsColumn);
     pageColumn->addWidget(footer);
+    pageColumn->addStretch(1);
     scroll->setWidget(page);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
@@ -85,12 +109,13 @@ DashboardPane::DashboardPane(
     waitColumn->addStretch(3);
     stack->addWidget(waitPage);
 
-    auto *line = new QFrame(footer);
-    line->setObjectName(QStringLiteral("separator"));
-    line->setFixedHeight(1);
     auto *footerColumn = new QVBoxLayout(footer);
-    footerColumn->addWidget(line);
-    footerColumn->addWidget(new Legend(appearance, footer));
+    footerColumn->addWidget(levelsLink);
+    footerColumn->addWidget(legend);
+    legend->hide();
+    connect(levelsLink, &TextLink::openRequested, this, [this] {
+        legend->setVisible(!legend->isVisible());
+    });
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -102,6 +127,11 @@ DashboardPane::DashboardPane(
         this->dashboard.selectTerm(chosen->data().toLongLong());
     });
     connect(refresh, &QPushButton::clicked, this, &DashboardPane::refreshRequested);
+    connect(needs, &NeedsPane::termRequested, this, &DashboardPane::termRequested);
+    connect(needs->list(), &StudentList::rowShown, this, [this](const QRect &row) {
+        const QPoint place = needs->list()->viewport()->mapTo(page, row.center());
+        scroll->ensureVisible(place.x(), place.y(), 0, row.height());
+    });
     connect(&dashboard, &Dashboard::dashboardModelDidChange, this, &DashboardPane::showModel);
     connect(&appearance, &Appearance::appearanceDidChange, this, &DashboardPane::applyAppearance);
     applyAppearance();
@@ -115,22 +145,38 @@ void DashboardPane::focusCards() {
         terms->setFocus(Qt::OtherFocusReason);
 }
 
+StudentList *DashboardPane::students() const {
+    return needs->list();
+}
+
 void DashboardPane::applyAppearance() {
     headline->setFont(appearance.font(1.24, QFont::Bold));
     wait->setFont(appearance.font(1.1));
     const int side = appearance.px(18);
     wait->setContentsMargins(side, side, side, side);
-    header->layout()->setContentsMargins(side, appearance.px(14), side, appearance.px(12));
-    header->layout()->setSpacing(appearance.px(10));
-    grid->setContentsMargins(side, appearance.px(4), side, side);
-    grid->setSpacing(appearance.px(14));
-    footer->layout()->setContentsMargins(side, 0, side, appearance.px(10));
+    heading->setContentsMargins(side, appearance.px(12), side, appearance.px(8));
+    heading->setSpacing(appearance.px(10));
+    grid->setContentsMargins(side, appearance.px(2), side, appearance.px(14));
+    grid->setSpacing(appearance.px(12));
+    needs->setContentsMargins(side, 0, side, 0);
+    // Texts and commands stay close to each other in a very wide window.
+    needs->setMaximumWidth(appearance.px(1500));
+    footer->layout()->setContentsMargins(side, appearance.px(10), side, appearance.px(10));
     footer->layout()->setSpacing(appearance.px(8));
+    arrangeHeader();
     arrangeCards();
+}
+
+/// In a narrow pane the commands are below the texts.
+void DashboardPane::arrangeHeader() {
+    constexpr double enough = 520;
+    heading->setDirection(
+        width() < appearance.px(enough) ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 
 void DashboardPane::resizeEvent(QResizeEvent *event) {
     QWidget::resizeEvent(event);
+    arrangeHeader();
     arrangeCards();
 }
 
@@ -145,13 +191,15 @@ void DashboardPane::showModel() {
     if (term == nullptr)
         return showWait();
     headline->setFullText(qstring(ellwynd::headline(*term)));
-    subtitle->setTexts(
-        qstring(movementLine(*term)), qstring(stamp(dashboard)),
-        qstring(stampNote(term->updatedAt, isRefreshing, systemNow())));
+    movement->setText(qstring(movementLine(*term)));
+    const std::string note = stampNote(term->updatedAt, isRefreshing, systemNow());
+    updated->setFullText(qstring(stamp(dashboard) + (note.empty() ? "" : " · " + note)));
     progress->hide();
     setCardCount(term->cards.size());
     for (std::size_t i = 0; i < term->cards.size(); ++i)
         cards[i]->setCard(term->cards[i]);
+    needs->setTerm(*term);
+    needs->show();
     stack->setCurrentIndex(0);
 }
 
@@ -163,7 +211,8 @@ void DashboardPane::showWait() {
     const bool showsNames = pass.running && term != terms.end();
     const QString line = qstring(waitLine(dashboard).value_or(""));
     headline->setFullText(showsNames ? qstring(title(*term)) : QStringLiteral("Dashboard"));
-    subtitle->setTexts(showsNames ? line : QString(), {}, {});
+    movement->setText(showsNames ? line : QString());
+    updated->setFullText({});
     wait->setText(line);
     progress->setVisible(showsNames);
     progress->setRange(0, int(pass.total));
@@ -171,7 +220,8 @@ void DashboardPane::showWait() {
     if (showsNames) {
         setCardCount(term->courses.size());
         for (std::size_t i = 0; i < term->courses.size(); ++i)
-            cards[i]->setPlaceholder(term->courses[i].id, displayName(term->courses[i]));
+            cards[i]->setPlaceholder(term->courses[i]);
+        needs->hide();
     }
     stack->setCurrentIndex(showsNames ? 0 : 1);
 }
@@ -213,12 +263,58 @@ void DashboardPane::setCardCount(std::size_t count) {
         connect(card, &CourseCard::clicked, this, [this, card] {
             Q_EMIT courseRequested(card->courseID());
         });
+        card->installEventFilter(this);
         cards.push_back(card);
         columns = 0;
     }
     for (std::size_t i = 0; i < cards.size(); ++i)
         cards[i]->setVisible(i < count);
     arrangeCards();
+}
+
+bool DashboardPane::eventFilter(QObject *object, QEvent *event) {
+    const auto found = std::ranges::find(cards, object);
+    if (found != cards.end() && event->type() == QEvent::KeyPress)
+        return moveFocus(
+            std::size_t(found - cards.begin()), static_cast<QKeyEvent *>(event)->key());
+    if (found != cards.end() && event->type() == QEvent::ContextMenu) {
+        const auto *menu = static_cast<QContextMenuEvent *>(event);
+        const bool isByKey = menu->reason() == QContextMenuEvent::Keyboard;
+        const QPoint center = (*found)->mapToGlobal((*found)->rect().center());
+        Q_EMIT courseMenuRequested((*found)->courseID(), isByKey ? center : menu->globalPos());
+        return true;
+    }
+    return QWidget::eventFilter(object, event);
+}
+
+bool DashboardPane::moveFocus(std::size_t from, int key) {
+    const auto count =
+        std::ranges::count_if(cards, [](const CourseCard *card) { return card->isVisible(); });
+    std::ptrdiff_t step = 0;
+    switch (key) {
+    case Qt::Key_Left:
+        step = -1;
+        break;
+    case Qt::Key_Right:
+        step = 1;
+        break;
+    case Qt::Key_Up:
+        step = -columns;
+        break;
+    case Qt::Key_Down:
+        step = columns;
+        break;
+    default:
+        return false;
+    }
+    const std::ptrdiff_t to = std::ptrdiff_t(from) + step;
+    if (to < 0)
+        return true;
+    if (to < count)
+        cards[std::size_t(to)]->setFocus(Qt::TabFocusReason);
+    else if (key == Qt::Key_Down && needs->list()->isVisible())
+        needs->list()->setFocus(Qt::TabFocusReason);
+    return true;
 }
 
 /// Arranges the cards in as many columns as fit.
@@ -228,7 +324,7 @@ void DashboardPane::arrangeCards() {
     const int available =
         width() - 2 * appearance.px(18) - scroll->verticalScrollBar()->sizeHint().width();
     const int spacing = grid->spacing();
-    const int fitting = std::max(1, (available + spacing) / (appearance.px(290) + spacing));
+    const int fitting = std::max(1, (available + spacing) / (appearance.px(270) + spacing));
     if (fitting == columns)
         return;
     for (int column = 0; column < std::max(columns, fitting); ++column)

@@ -5,10 +5,12 @@
 #include "platform/session/activation.h"
 #include "risk/coursethresholds.h"
 #include "ui/dashboard/dashboardpane.h"
+#include "ui/dashboard/studentlist.h"
 #include "ui/details/studentdetails.h"
 #include "ui/mainwindow/coursesheets.h"
 #include "ui/mainwindow/helpcommands.h"
 #include "ui/mainwindow/mainmenus.h"
+#include "ui/mainwindow/panesplitter.h"
 #include "ui/roster/rosterdesktopactions.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
@@ -36,16 +38,6 @@ namespace ellwynd {
 
 namespace {
 
-enum Pane { sidebarPane, middlePane, detailsPane };
-
-/// Initial widths of sidebar, roster and details. The outer two grow with the text size, up to a
-/// share of the window.
-QList<int> paneWidths(int window, const Appearance &appearance) {
-    const int left = std::min(appearance.px(248), window * 30 / 100);
-    const int right = std::min(appearance.px(272), window / 4);
-    return {left, window - left - right, right};
-}
-
 /// Whether a roster is displayed, loading or failed to load.
 bool showsRoster(const RosterView &roster) {
     return roster.state != RosterView::State::nothingSelected &&
@@ -65,15 +57,14 @@ MainWindow::MainWindow(
       sync(sync),
       notifications(notifications),
       appearance(appearance),
-      splitter(new QSplitter(this)),
+      splitter(new PaneSplitter(appearance, defaults, this)),
       sidebar(new Sidebar(controller, defaults, appearance, splitter)),
       middle(new QStackedWidget(splitter)),
       dashboardPane(new DashboardPane(controller.dashboard(), defaults, appearance)),
       rosterPane(new RosterPane(controller, defaults, appearance)),
       details(new StudentDetails(appearance, splitter)),
       desktopActions(new RosterDesktopActions(
-          controller.actions(), stores.templates,
-          [this] { return rosterPane->table()->selectedRows(); }, *this)),
+          controller.actions(), stores.templates, [this] { return selectedStudents(); }, *this)),
       menus(new MainMenus(*menuBar(), defaults)),
       notes(new StatusNotes(
           *middle, controller.undoStack(), appearance,
@@ -91,9 +82,6 @@ MainWindow::MainWindow(
                                                 : QStringLiteral("Ellwynd"));
     middle->addWidget(dashboardPane);
     middle->addWidget(rosterPane);
-    splitter->setChildrenCollapsible(false);
-    splitter->setHandleWidth(1);
-    splitter->setStretchFactor(middlePane, 1);
     setCentralWidget(splitter);
     new HelpCommands(*menus, defaults, appearance, *this);
     connectCommands();
@@ -138,12 +126,11 @@ void MainWindow::connectCommands() {
     connect(menus->copyMessage, &QMenu::aboutToShow, this, [this] {
         desktopActions->fillCopyMenu(menus->copyMessage);
     });
-    on(menus->markContacted,
-       [this] { controller.actions().markContacted(rosterPane->table()->selectedRows()); });
+    on(menus->markContacted, [this] { controller.actions().markContacted(selectedStudents()); });
     on(menus->removeContactMark,
-       [this] { controller.actions().removeContactMarks(rosterPane->table()->selectedRows()); });
+       [this] { controller.actions().removeContactMarks(selectedStudents()); });
     on(menus->openGrades, [this] {
-        const RiskRow row = rosterPane->table()->selectedRows().front();
+        const RiskRow row = selectedStudents().front();
         controller.actions().openGrades(row.courseID, row.id);
     });
 
@@ -152,7 +139,7 @@ void MainWindow::connectCommands() {
 
 /// The first selected student, or else the first of the roster.
 std::optional<PreviewStudent> MainWindow::previewStudent() const {
-    const std::vector<RiskRow> selected = rosterPane->table()->selectedRows();
+    const std::vector<RiskRow> selected = selectedStudents();
     const RosterView &roster = controller.roster();
     if (selected.empty() && roster.rows.empty())
         return std::nullopt;
@@ -205,6 +192,26 @@ void MainWindow::connectViews() {
         controller.select(CourseSelection{id});
         rosterPane->table()->setFocus();
     });
+    connect(dashboardPane, &DashboardPane::termRequested, this, [this](std::int64_t id) {
+        controller.select(TermSelection{id});
+        rosterPane->table()->setFocus();
+    });
+    connect(
+        dashboardPane, &DashboardPane::courseMenuRequested, this,
+        [this](std::int64_t id, const QPoint &position) {
+            showMenu(CourseSelection{id}, position);
+        });
+    connect(sidebar, &Sidebar::menuRequested, this, &MainWindow::showMenu);
+    const StudentList *needs = dashboardPane->students();
+    connect(needs, &StudentList::studentRequested, this, &MainWindow::showStudent);
+    connect(needs, &StudentList::contextMenuRequested, this, &MainWindow::showContextMenu);
+    connect(needs, &StudentList::selectionDidChange, this, &MainWindow::updateActions);
+    connect(
+        needs, &StudentList::messagesRequested, desktopActions,
+        &RosterDesktopActions::fillCopyMenu);
+    connect(
+        needs, &StudentList::contactsRequested, &controller.actions(),
+        &RosterActions::markContacted);
     connect(
         dashboardPane, &DashboardPane::refreshRequested, &controller,
         &MainWindowController::refresh);
@@ -231,7 +238,7 @@ void MainWindow::connectViews() {
 void MainWindow::updateActions() {
     const RosterView &roster = controller.roster();
     const bool shown = roster.state == RosterView::State::shown;
-    const std::vector<RiskRow> selected = rosterPane->table()->selectedRows();
+    const std::vector<RiskRow> selected = selectedStudents();
     details->setContactsEnabled(stores.contacts.isEnabled());
     menus->update({
         .rosterPane = showsRoster(roster),
@@ -241,7 +248,10 @@ void MainWindow::updateActions() {
         .anySelected = !selected.empty(),
         .oneSelected = selected.size() == 1,
         .anyContacted = std::ranges::any_of(
-            selected, [&](const RiskRow &row) { return roster.outreach.contains(keyOf(row)); }),
+            selected,
+            [this](const RiskRow &row) {
+                return stores.contacts.lastContact(row.courseID, row.id).has_value();
+            }),
         .remembersContacts = stores.contacts.isEnabled(),
         .detailsHidden = !wantsDetails(),
     });
@@ -297,7 +307,10 @@ void MainWindow::showPane() {
     const bool shown = showsRoster(roster) && rosterPane->table()->hasRows() && wantsDetails();
     if (!shown && details->isAncestorOf(QApplication::focusWidget()))
         rosterPane->table()->setFocus();
+    const bool wasShown = !details->isHidden();
     details->setVisible(shown);
+    if (wasShown != shown)
+        splitter->applyWidths();
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event) {
@@ -308,8 +321,20 @@ void MainWindow::resizeEvent(QResizeEvent *event) {
     updateActions();
 }
 
+std::vector<RiskRow> MainWindow::selectedStudents() const {
+    return middle->currentWidget() == dashboardPane ? dashboardPane->students()->selectedRows()
+                                                    : rosterPane->table()->selectedRows();
+}
+
+void MainWindow::showStudent(const StudentKey &student) {
+    controller.select(CourseSelection{student.courseID});
+    rosterPane->table()->selectStudents({student});
+    rosterPane->table()->setFocus();
+}
+
 void MainWindow::showContextMenu(const QPoint &position) {
-    if (rosterPane->table()->selectedRows().empty())
+    const std::vector<RiskRow> selected = selectedStudents();
+    if (selected.empty())
         return;
     QMenu menu(this);
     QMenu *messages = menu.addMenu(menus->copyMessage->title());
@@ -318,15 +343,42 @@ void MainWindow::showContextMenu(const QPoint &position) {
     menu.addAction(menus->removeContactMark);
     menu.addSeparator();
     menu.addAction(menus->openGrades);
-    menu.addAction(menus->openCourse);
-    if (!controller.roster().courseID) {
-        const RiskRow row = rosterPane->table()->selectedRows().front();
-        const QAction *course =
-            menu.addAction(QStringLiteral("Show Roster of ") + menuText(collapsed(row.courseName)));
-        connect(course, &QAction::triggered, this, [this, row] {
-            controller.select(CourseSelection{row.courseID});
-            rosterPane->table()->selectStudents({keyOf(row)});
-            rosterPane->table()->setFocus();
+    if (controller.roster().courseID) {
+        menu.addAction(menus->openCourse);
+    } else {
+        const QAction *course = menu.addAction(
+            QStringLiteral("Show Roster of ") + menuText(collapsed(selected.front().courseName)));
+        connect(course, &QAction::triggered, this, [this, key = keyOf(selected.front())] {
+            showStudent(key);
+        });
+    }
+    menu.exec(position);
+}
+
+/// The commands of a course or a term.
+void MainWindow::showMenu(const Selection &selection, const QPoint &position) {
+    if (std::holds_alternative<DashboardSelection>(selection))
+        return;
+    QMenu menu(this);
+    const auto add = [&](const QString &text, auto &&command) {
+        connect(menu.addAction(text), &QAction::triggered, this, command);
+    };
+    add(QStringLiteral("Show Roster"), [this, selection] {
+        controller.select(selection);
+        rosterPane->table()->setFocus();
+    });
+    if (const auto *course = std::get_if<CourseSelection>(&selection)) {
+        add(menus->openCourse->text(),
+            [this, id = course->courseID] { controller.actions().openCourse(id); });
+        menu.addSeparator();
+        // They are about the course on screen.
+        add(menus->thresholds->text(), [this, selection] {
+            controller.select(selection);
+            openThresholds();
+        });
+        add(menus->courseIcon->text(), [this, selection] {
+            controller.select(selection);
+            sheets->openIcon();
         });
     }
     menu.exec(position);
@@ -438,11 +490,10 @@ void MainWindow::restoreLayout() {
     auto *memory = new WindowMemory(*this, defaults, preferences::mainWindowGeometry);
     if (!memory->restoreGeometry())
         resize(1280, 800);
-    if (!memory->restoreColumns(*splitter, preferences::mainWindowColumns))
-        splitter->setSizes(paneWidths(width(), appearance));
     sidebar->setMinimumWidth(140);
     details->setMinimumWidth(200);
     middle->setMinimumWidth(360);
+    splitter->restoreWidths();
     showPane();
 }
 

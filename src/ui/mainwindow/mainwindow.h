@@ -1,13 +1,13 @@
 // The main window.
 #pragma once
 
+#include "app/courses/courseselection.h"
 #include "ui/settings/templateeditor.h"
 
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
 
-class QSplitter;
 class QStackedWidget;
 
 namespace ellwynd {
@@ -20,6 +20,7 @@ class ConnectionCheck;
 class MainMenus;
 class MainWindowController;
 class MissingWorkSheet;
+class PaneSplitter;
 class RosterDesktopActions;
 class RosterPane;
 class SettingsWindow;
@@ -89,7 +90,12 @@ class MainWindow : public QMainWindow {
     [[nodiscard]] bool isNarrow() const;
     [[nodiscard]] bool wantsDetails() const;
     void restoreLayout();
+    /// The students that commands apply to: those selected in the roster, or on the dashboard the
+    /// current one.
+    [[nodiscard]] std::vector<RiskRow> selectedStudents() const;
     void showContextMenu(const QPoint &position);
+    void showMenu(const Selection &selection, const QPoint &position);
+    void showStudent(const StudentKey &student);
     void showError(const CanvasError &error);
 
     MainWindowController &controller;
@@ -99,7 +105,7 @@ class MainWindow : public QMainWindow {
     SyncService &sync;
     UserNotifications &notifications;
     Appearance &appearance;
-    QSplitter *splitter;
+    PaneSplitter *splitter;
     Sidebar *sidebar;
     QStackedWidget *middle;
     DashboardPane *dashboardPane;

@@ -91,6 +91,8 @@ RosterPane::RosterPane(
     page->addWidget(retryButton, 0, Qt::AlignHCenter);
     page->addWidget(resetButton, 0, Qt::AlignHCenter);
     page->addStretch(3);
+    // It takes no space from the header while the students are shown.
+    messagePage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     stack->addWidget(messagePage);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

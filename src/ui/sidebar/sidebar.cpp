@@ -20,8 +20,7 @@ Sidebar::Sidebar(
       controller(controller),
       defaults(defaults),
       model(new SidebarModel(
-          [&controller](std::int64_t courseID) { return controller.flaggedStudents(courseID); },
-          this)),
+          [&controller](std::int64_t courseID) { return controller.levels(courseID); }, this)),
       tree(new SidebarTree(appearance, this)),
       updateBanner(plainLabel(this, true)),
       status(plainLabel(this, true)),
@@ -73,6 +72,13 @@ Sidebar::Sidebar(
             if (!settingState && current.isValid())
                 this->controller.select(model->selectionAt(current));
         });
+    tree->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(tree, &QTreeView::customContextMenuRequested, this, [this](const QPoint &position) {
+        const QModelIndex index = tree->indexAt(position);
+        if (index.isValid())
+            Q_EMIT menuRequested(
+                model->selectionAt(index), tree->viewport()->mapToGlobal(position));
+    });
     connect(tree, &QTreeView::expanded, this, &Sidebar::rememberExpansion);
     connect(tree, &QTreeView::collapsed, this, &Sidebar::rememberExpansion);
     connect(tree, &QTreeView::doubleClicked, this, [this](const QModelIndex &index) {

@@ -30,6 +30,10 @@ class Sidebar : public QWidget {
     /// Shows the banner of an available update; an empty version hides it.
     void showUpdate(const QString &version);
 
+  Q_SIGNALS:
+    /// The commands of a term or a course should be shown at a position of the screen.
+    void menuRequested(const ellwynd::Selection &selection, const QPoint &position);
+
   private:
     void reload();
     [[nodiscard]] std::vector<TermExpansion> shownExpansion() const;

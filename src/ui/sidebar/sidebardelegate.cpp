@@ -3,6 +3,7 @@
 #include "theme/courseicon.h"
 #include "ui/sidebar/sidebarmodel.h"
 #include "ui/support/appearance.h"
+#include "ui/support/levelpill.h"
 #include "uikit/painting.h"
 
 #include <QPainter>
@@ -75,9 +76,8 @@ void SidebarDelegate::paintTerm(
 void SidebarDelegate::paintCourse(
     QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
     QRect row = option.rect.adjusted(-appearance.px(10), 0, -appearance.px(12), 0);
-    const QVariant flagged = index.data(SidebarModel::flaggedRole);
-    if (flagged.isValid())
-        row = paintCount(painter, row, flagged.toLongLong() > 0 ? flagged.toString() : QString());
+    if (index.data(SidebarModel::flaggedRole).isValid())
+        row = paintCount(painter, row, index);
     const bool two = !index.data(SidebarModel::codeRole).toString().isEmpty();
     const int tile = appearance.px(two ? 26 : 20);
     const std::int64_t courseID = index.data(SidebarModel::courseIDRole).toLongLong();
@@ -113,22 +113,26 @@ void SidebarDelegate::paintNames(
         Qt::AlignLeft | Qt::AlignVCenter, code);
 }
 
-QRect SidebarDelegate::paintCount(QPainter &painter, QRect row, const QString &count) const {
+/// Draws the number of flagged students in the colours of the worst level, or a tick.
+QRect SidebarDelegate::paintCount(QPainter &painter, QRect row, const QModelIndex &index) const {
     const Theme &theme = appearance.theme();
+    const QVariant worst = index.data(SidebarModel::worstLevelRole);
+    const QString count = index.data(SidebarModel::flaggedRole).toString();
     painter.setFont(appearance.font(0.86, QFont::Medium));
     const int width = std::max(
         appearance.px(20), painter.fontMetrics().horizontalAdvance(count) + appearance.px(11));
     const int height = appearance.px(18);
     const QRect badge(row.right() - width, row.center().y() - height / 2 + 1, width, height);
-    if (count.isEmpty()) {
+    if (worst.isValid()) {
+        const LevelColors &colors = levelColors(theme, RiskLevel(worst.toInt()));
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colors.fill);
+        painter.drawRoundedRect(badge, height / 2.0, height / 2.0);
+        painter.setPen(colors.text);
+        painter.drawText(badge, Qt::AlignCenter, count);
+    } else {
         painter.setPen(theme.ok.text);
         painter.drawText(badge, Qt::AlignCenter, QStringLiteral("✓"));
-    } else {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(theme.controlPressed);
-        painter.drawRoundedRect(badge, height / 2.0, height / 2.0);
-        painter.setPen(theme.secondaryText);
-        painter.drawText(badge, Qt::AlignCenter, count);
     }
     row.setRight(badge.left() - appearance.px(6));
     return row;

@@ -30,7 +30,7 @@ class SidebarDelegate : public QStyledItemDelegate {
     void paintCourse(
         QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const;
     /// Draws a course's count at the right of `row` and returns the rest of `row`.
-    [[nodiscard]] QRect paintCount(QPainter &painter, QRect row, const QString &count) const;
+    [[nodiscard]] QRect paintCount(QPainter &painter, QRect row, const QModelIndex &index) const;
     void paintNames(QPainter &painter, const QRect &row, const QModelIndex &index) const;
 
     const UserDefaults &defaults;

@@ -15,8 +15,8 @@ constexpr quintptr termID = quintptr(-1);
 
 } // namespace
 
-SidebarModel::SidebarModel(FlaggedCount flaggedCount, QObject *parent)
-    : QAbstractItemModel(parent), flaggedCount(std::move(flaggedCount)) {}
+SidebarModel::SidebarModel(CourseLevels courseLevels, QObject *parent)
+    : QAbstractItemModel(parent), courseLevels(std::move(courseLevels)) {}
 
 void SidebarModel::setTerms(std::vector<TermGroup> newTerms) {
     if (newTerms == terms) {
@@ -109,18 +109,20 @@ QVariant SidebarModel::data(const QModelIndex &index, int role) const {
         return isDashboard(index) ? QStringLiteral("Dashboard")
                                   : qstring(title(terms[std::size_t(index.row() - firstTerm)]));
     }
-    const auto flagged = flaggedCount(course->id);
+    const std::optional<LevelCounts> levels = courseLevels(course->id);
     switch (role) {
     case Qt::DisplayRole:
         return qstring(collapsed(displayName(*course)));
     case Qt::ToolTipRole:
         return plainToolTip(qstring(displayName(*course)));
     case Qt::AccessibleTextRole:
-        return flagged ? qstring(displayName(*course)) +
-                QStringLiteral(", %1 flagged").arg(QString::number(*flagged))
-                       : qstring(displayName(*course));
+        return levels ? qstring(displayName(*course)) +
+                QStringLiteral(", %1 flagged").arg(QString::number(levels->flagged()))
+                      : qstring(displayName(*course));
     case flaggedRole:
-        return flagged ? QVariant(qlonglong(*flagged)) : QVariant();
+        return levels ? QVariant(qlonglong(levels->flagged())) : QVariant();
+    case worstLevelRole:
+        return levels && levels->worst() ? QVariant(int(*levels->worst())) : QVariant();
     case nameRole:
         return qstring(courseLabel(*course).name);
     case codeRole:

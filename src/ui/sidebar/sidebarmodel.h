@@ -3,6 +3,7 @@
 
 #include "app/courses/courseselection.h"
 #include "canvas/records/termgroups.h"
+#include "risk/levelcounts.h"
 
 #include <QAbstractItemModel>
 
@@ -17,8 +18,10 @@ class SidebarModel : public QAbstractItemModel {
 
   public:
     enum Role {
-        /// Absent before the course was scored.
+        /// How many students are flagged; absent before the course was scored.
         flaggedRole = Qt::UserRole,
+        /// The most severe level of the course; absent if nobody is flagged.
+        worstLevelRole,
         courseIDRole,
         /// The course's name without its code, and the code, which may be empty.
         nameRole,
@@ -26,10 +29,10 @@ class SidebarModel : public QAbstractItemModel {
         /// Whether another course of the term has a name that begins alike.
         endMattersRole
     };
-    /// Returns how many students of a course are flagged; absent before it was scored.
-    using FlaggedCount = std::function<std::optional<std::int64_t>(std::int64_t courseID)>;
+    /// Returns how many students of a course are at each level; absent before it was scored.
+    using CourseLevels = std::function<std::optional<LevelCounts>(std::int64_t courseID)>;
 
-    SidebarModel(FlaggedCount flaggedCount, QObject *parent = nullptr);
+    SidebarModel(CourseLevels courseLevels, QObject *parent = nullptr);
 
     /// Resets the model only if the terms have changed; otherwise updates the counts.
     void setTerms(std::vector<TermGroup> terms);
@@ -57,7 +60,7 @@ class SidebarModel : public QAbstractItemModel {
     [[nodiscard]] bool endMatters(const QModelIndex &index) const;
 
     std::vector<TermGroup> terms;
-    FlaggedCount flaggedCount;
+    CourseLevels courseLevels;
 };
 
 } // namespace ellwynd

@@ -3,12 +3,19 @@
 #include "ui/sidebar/sidebarmodel.h"
 #include "ui/support/appearance.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace ellwynd {
 
 SidebarTree::SidebarTree(const Appearance &appearance, QWidget *parent)
     : QTreeView(parent), appearance(appearance) {}
+
+void SidebarTree::mousePressEvent(QMouseEvent *event) {
+    // The right button opens a menu, and must not open the course.
+    if (event->button() != Qt::RightButton)
+        QTreeView::mousePressEvent(event);
+}
 
 void SidebarTree::drawRow(
     QPainter *painter, const QStyleOptionViewItem &options, const QModelIndex &index) const {

@@ -15,6 +15,7 @@ class SidebarTree : public QTreeView {
     SidebarTree(const Appearance &appearance, QWidget *parent);
 
   protected:
+    void mousePressEvent(QMouseEvent *event) override;
     void drawRow(QPainter *painter, const QStyleOptionViewItem &options, const QModelIndex &index)
         const override;
     void

@@ -66,6 +66,8 @@ int FlowLayout::place(const QRect &rect, bool apply) const {
         int left = area.left();
         for (QLayoutItem *item : line) {
             const QSize size = item->sizeHint().boundedTo({area.width(), QLAYOUTSIZE_MAX});
+            if (item->alignment().testFlag(Qt::AlignRight))
+                left = area.left() + area.width() - size.width();
             if (apply)
                 item->setGeometry(QRect({left, y + (height - size.height()) / 2}, size));
             left += size.width() + spacing();

@@ -8,7 +8,8 @@
 namespace ellwynd {
 
 /// Places its items beside each other, each with the size of its hint, and in as many lines as the
-/// width requires. Items of one line are centred vertically.
+/// width requires. Items of one line are centred vertically; one that is aligned to the right is at
+/// the right edge.
 class FlowLayout : public QLayout {
   public:
     explicit FlowLayout(QWidget *parent);

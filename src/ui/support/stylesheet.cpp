@@ -57,7 +57,7 @@ QPlainTextEdit {
 QPlainTextEdit:focus { border: 2px solid @accent; padding: $2 $3; }
 QPlainTextEdit[readOnly="true"] { background: @surface; }
 
-QTableView, QTreeView { border: none; background: @window; outline: none; }
+QTableView, QTreeView, QListView#students { border: none; background: @window; outline: none; }
 QTableView { gridline-color: @separator; }
 QTreeView#sidebar { background: @sidebar; selection-background-color: transparent; }
 QHeaderView { background: @surface; }

@@ -5,7 +5,6 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
-#include <QSplitter>
 #include <QWidget>
 
 namespace ellwynd {
@@ -72,14 +71,6 @@ bool WindowMemory::restoreGeometry() {
     return true;
 }
 
-bool WindowMemory::restoreColumns(QSplitter &columns, const Key &key) {
-    splitter = &columns;
-    columnsKey = &key;
-    connect(splitter, &QSplitter::splitterMoved, &saveSoon, qOverload<>(&QTimer::start));
-    return splitter->restoreState(
-        QByteArray::fromBase64(QByteArray::fromStdString(defaults.value(key))));
-}
-
 bool WindowMemory::eventFilter(QObject *watched, QEvent *event) {
     const bool changed = event->type() == QEvent::Move || event->type() == QEvent::Resize ||
         event->type() == QEvent::WindowStateChange;
@@ -93,10 +84,7 @@ bool WindowMemory::eventFilter(QObject *watched, QEvent *event) {
 
 void WindowMemory::save() {
     saveSoon.stop();
-    PreferenceChanges changes{{std::string(geometryKey.name), geometryText(window).toStdString()}};
-    if (splitter != nullptr)
-        changes.emplace(columnsKey->name, splitter->saveState().toBase64().toStdString());
-    defaults.update(changes);
+    defaults.set(geometryKey, geometryText(window).toStdString());
 }
 
 } // namespace ellwynd

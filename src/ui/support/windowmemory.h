@@ -1,17 +1,15 @@
-// Saves a window's geometry and the widths of its columns.
+// Saves a window's geometry.
 #pragma once
 
 #include "preferences/userdefaults.h"
 
 #include <QTimer>
 
-class QSplitter;
 class QWidget;
 
 namespace ellwynd {
 
-/// Saves a window's geometry and the columns of a splitter in it shortly after they change, so that
-/// nothing has to be saved at exit.
+/// Saves a window's geometry shortly after it changes, so that nothing has to be saved at exit.
 class WindowMemory : public QObject {
     Q_OBJECT
 
@@ -23,9 +21,6 @@ class WindowMemory : public QObject {
     /// Restores the window's geometry, adjusted to the available screens. The window may be hidden.
     /// False when nothing is saved.
     [[nodiscard]] bool restoreGeometry();
-    /// Restores the widths of the columns, and saves their changes from now on. False when nothing
-    /// is saved.
-    [[nodiscard]] bool restoreColumns(QSplitter &columns, const Key &key);
 
   protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -36,8 +31,6 @@ class WindowMemory : public QObject {
     QWidget &window;
     UserDefaults &defaults;
     const Key &geometryKey;
-    QSplitter *splitter = nullptr;
-    const Key *columnsKey = nullptr;
     QTimer saveSoon;
 };
 

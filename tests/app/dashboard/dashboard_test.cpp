@@ -1,5 +1,6 @@
 #include "app/dashboard/dashboardtexts.h"
 #include "app/mainwindowcontroller.h"
+#include "app/roster/visit.h"
 #include "net/runtoend.h"
 #include "platform/cloud/foldercontents.h"
 #include "platform/cloud/syncedfolder.h"
@@ -134,7 +135,8 @@ TEST_F(DashboardTest, TheTrendIncludesDaysOfOtherMachines) {
         .course = {.id = 7, .name = "Bio"},
         .rows = {test::row(1, "At Risk"), test::row(2, "OK")},
         .fetchedAt = noon};
-    const DashboardCourseCard card = dashboardCard(course, core.stores, core.trends, noon);
+    const DashboardCourseCard card =
+        dashboardCard(course, movementOf(course, core.stores), core.stores, core.trends, noon);
     EXPECT_THAT(card.trend, ElementsAre(2, 2, 0, 1));
     EXPECT_EQ(card.newlyFlagged, 1);
     EXPECT_EQ(card.improved, 1);
@@ -205,8 +207,8 @@ TEST_F(PassTest, ScoresTheNearbyTermsAndWritesTheirCounts) {
     EXPECT_EQ(controller.dashboard().model().terms.front().title, "Winter")
         << "in the order of the menu, although scored last";
     EXPECT_EQ(controller.dashboard().model().updatedAt, noon);
-    EXPECT_EQ(controller.flaggedStudents(2), 0);
-    EXPECT_EQ(controller.flaggedStudents(3), std::nullopt) << "not nearby";
+    EXPECT_EQ(controller.levels(2)->flagged(), 0);
+    EXPECT_EQ(controller.levels(3), std::nullopt) << "not nearby";
     EXPECT_EQ(core.widgetReloads, 1);
     const auto file = decodeWidgetSnapshotFile(widgets());
     ASSERT_TRUE(file);
@@ -278,7 +280,7 @@ TEST_F(PassTest, ASignOutOrALaterPassStopsARunningPass) {
     EXPECT_TRUE(widgets().empty());
     EXPECT_TRUE(controller.dashboard().model().terms.empty());
     for (const int course : {1, 2, 4})
-        EXPECT_EQ(controller.flaggedStudents(course), std::nullopt) << "not even cached";
+        EXPECT_EQ(controller.levels(course), std::nullopt) << "not even cached";
 
     // A second pass while the first is waiting: only its numbers are shown.
     core.connectTo(canvas.address());

@@ -217,7 +217,7 @@ TEST_F(RefreshTest, AnotherAddressSignsOutOfTheFirst) {
     // As if saved by another process.
     core.connectTo(other.address());
     EXPECT_TRUE(controller->courses().isEmpty());
-    EXPECT_EQ(controller->flaggedStudents(1), std::nullopt);
+    EXPECT_EQ(controller->levels(1), std::nullopt);
     EXPECT_TRUE(controller->dashboard().model().terms.empty());
     ASSERT_TRUE(until([&] { return !controller->courses().isEmpty(); }));
     ASSERT_TRUE(untilQuiet());

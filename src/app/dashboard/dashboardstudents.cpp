@@ -1,0 +1,120 @@
+#include "app/dashboard/dashboardstudents.h"
+
+#include "app/courses/courselabel.h"
+#include "app/roster/rosterquery.h"
+#include "app/roster/rostertexts.h"
+#include "base/text.h"
+
+#include <algorithm>
+#include <map>
+
+namespace ellwynd {
+
+namespace {
+
+/// The smaller, the sooner the student needs the teacher.
+int groupOf(const DashboardStudent &student) {
+    if (belongs(student, DashboardChip::worse))
+        return 0;
+    if (belongs(student, DashboardChip::awaitingFollowUp))
+        return 1;
+    return student.row->level == RiskLevel::atRisk && !student.outcome ? 2 : 3;
+}
+
+} // namespace
+
+std::string_view chipName(DashboardChip chip) {
+    switch (chip) {
+    case DashboardChip::worse:
+        return chipName(RosterChip::worse);
+    case DashboardChip::notYetReached:
+        return chipName(RosterChip::notYetReached);
+    case DashboardChip::awaitingFollowUp:
+        return chipName(RosterChip::awaitingFollowUp);
+    case DashboardChip::atRisk:
+        return levelName(RiskLevel::atRisk);
+    }
+    return {};
+}
+
+bool belongs(const DashboardStudent &student, DashboardChip chip) {
+    switch (chip) {
+    case DashboardChip::worse:
+        return student.change && isWorse(*student.change);
+    case DashboardChip::notYetReached:
+        return !student.outcome;
+    case DashboardChip::awaitingFollowUp:
+        return student.outcome && isAwaitingFollowUp(*student.outcome);
+    case DashboardChip::atRisk:
+        return student.row->level == RiskLevel::atRisk;
+    }
+    return false;
+}
+
+std::vector<DashboardStudent> flaggedStudents(
+    const SharedCourse &course, const std::vector<RosterChange> &changes, const Stores &stores,
+    Date now) {
+    std::map<std::int64_t, const RosterChange *> changeOf;
+    for (const RosterChange &change : changes)
+        changeOf.emplace(change.studentID, &change);
+    const CourseLabel label = courseLabel(course->course);
+    const std::string code = label.code.empty() ? label.name : label.code;
+    std::vector<DashboardStudent> students;
+    for (const RiskRow &row : course->rows) {
+        if (!row.level)
+            continue;
+        const auto change = changeOf.find(row.id);
+        students.push_back(
+            {.row = std::shared_ptr<const RiskRow>(course, &row),
+             .courseCode = code,
+             .change = change != changeOf.end() ? std::optional(*change->second) : std::nullopt,
+             .outcome = lastOutcome(row, stores.contacts, stores.history, now)});
+    }
+    return students;
+}
+
+void sortByNeed(std::vector<DashboardStudent> &students) {
+    std::ranges::stable_sort(students, {}, [](const DashboardStudent &student) {
+        return std::pair{groupOf(student), -student.row->score};
+    });
+}
+
+std::string newsText(const DashboardStudent &student, bool remembersContacts) {
+    std::vector<std::string> news;
+    if (student.change)
+        news.push_back(movementText(*student.change));
+    if (belongs(student, DashboardChip::awaitingFollowUp))
+        news.emplace_back("awaiting follow-up");
+    if (student.outcome)
+        news.push_back("wrote " + contactedText(*student.outcome));
+    else if (remembersContacts)
+        news.emplace_back("not yet reached");
+    return join(news, " · ");
+}
+
+std::string_view emptyText(std::optional<DashboardChip> chip) {
+    if (!chip)
+        return "Nobody needs you right now. Every student is OK.";
+    switch (*chip) {
+    case DashboardChip::worse:
+        return "Nobody got worse since your last visit.";
+    case DashboardChip::notYetReached:
+        return "You have written to every flagged student.";
+    case DashboardChip::awaitingFollowUp:
+        return "No student awaits follow-up.";
+    case DashboardChip::atRisk:
+        return "No student is at risk.";
+    }
+    return {};
+}
+
+std::string accessibleText(const DashboardStudent &student, bool remembersContacts) {
+    const RiskRow &row = *student.row;
+    std::string text = collapsed(row.name) + ", " + std::string(levelName(row.level)) + ", " +
+        student.courseCode + ". " + reasonsText(row);
+    if (const std::string news = newsText(student, remembersContacts); !news.empty())
+        text += ". " + news;
+    return text;
+}
+
+} // namespace ellwynd

@@ -1,0 +1,112 @@
+#include "ui/dashboard/needspane.h"
+
+#include "app/dashboard/dashboardtexts.h"
+#include "app/roster/rostertexts.h"
+#include "ui/dashboard/studentlist.h"
+#include "ui/support/appearance.h"
+#include "ui/support/flowlayout.h"
+#include "uikit/convert.h"
+#include "uikit/labels.h"
+
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace ellwynd {
+
+NeedsPane::NeedsPane(const Appearance &appearance, QWidget *parent)
+    : QWidget(parent),
+      appearance(appearance),
+      title(plainLabel(this)),
+      heading(new QWidget(this)),
+      flow(new FlowLayout(heading)),
+      all(new TextLink({}, heading)),
+      empty(secondaryLabel(this)),
+      everyone(new TextLink(QStringLiteral("Show all flagged students"), this)),
+      students(new StudentList(appearance, this)) {
+    title->setText(QStringLiteral("Needs you first"));
+    flow->addWidget(title);
+    for (std::size_t i = 0; i < chips.size(); ++i) {
+        auto *chip = new QPushButton(heading);
+        chip->setProperty("chip", true);
+        chip->setCheckable(true);
+        chip->setAutoDefault(false);
+        connect(chip, &QPushButton::clicked, this, [this, i](bool checked) {
+            choose(checked ? std::optional(allDashboardChips[i]) : std::nullopt);
+        });
+        chips[i] = chip;
+        flow->addWidget(chip);
+    }
+    flow->setContentsMargins(0, 0, 0, 0);
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    heading->setSizePolicy(policy);
+    all->setWordWrap(false);
+    connect(all, &TextLink::openRequested, this, [this] { Q_EMIT termRequested(term.id); });
+    connect(everyone, &TextLink::openRequested, this, [this] { choose(std::nullopt); });
+
+    flow->addWidget(all);
+    flow->setAlignment(all, Qt::AlignRight);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(heading);
+    column->addWidget(empty);
+    column->addWidget(everyone);
+    column->addWidget(students);
+    connect(&appearance, &Appearance::appearanceDidChange, this, &NeedsPane::applyAppearance);
+    applyAppearance();
+}
+
+void NeedsPane::setTerm(const DashboardTerm &newTerm) {
+    if (newTerm.id != term.id)
+        chosen.reset();
+    term = newTerm;
+    showStudents();
+}
+
+void NeedsPane::choose(std::optional<DashboardChip> chip) {
+    chosen = chip;
+    showStudents();
+}
+
+void NeedsPane::showStudents() {
+    for (std::size_t i = 0; i < chips.size(); ++i) {
+        const DashboardChip chip = allDashboardChips[i];
+        const auto count = std::ranges::count_if(
+            term.students, [&](const DashboardStudent &each) { return belongs(each, chip); });
+        const QString name = qstring(chipName(chip));
+        chips[i]->setText(QStringLiteral("%1 %2").arg(name).arg(count));
+        chips[i]->setAccessibleName(
+            name + QStringLiteral(", ") + qstring(studentsText(std::size_t(count))));
+        chips[i]->setChecked(chosen == chip);
+        chips[i]->setVisible(
+            !term.students.empty() &&
+            (term.remembersContacts || chip == DashboardChip::worse ||
+             chip == DashboardChip::atRisk));
+    }
+    std::vector<DashboardStudent> shown = term.students;
+    if (chosen)
+        std::erase_if(shown, [&](const auto &each) { return !belongs(each, *chosen); });
+    empty->setVisible(shown.empty());
+    empty->setText(qstring(emptyText(chosen)));
+    everyone->setVisible(shown.empty() && chosen.has_value());
+    all->setLink(qstring(allFlaggedText(term)));
+    all->setVisible(!term.students.empty());
+    flow->invalidate();
+    students->setVisible(!shown.empty());
+    students->setStudents(std::move(shown), term.remembersContacts);
+}
+
+void NeedsPane::applyAppearance() {
+    title->setFont(appearance.font(1.1, QFont::Bold));
+    title->setContentsMargins(0, 0, appearance.px(12), 0);
+    for (QPushButton *chip : chips)
+        chip->setFont(appearance.font(0.92));
+    all->setFont(appearance.font());
+    flow->setSpacing(appearance.px(6));
+    layout()->setSpacing(appearance.px(9));
+    updateGeometry();
+}
+
+} // namespace ellwynd

@@ -1,0 +1,49 @@
+// Draws the dashboard's students.
+#pragma once
+
+#include <QStyledItemDelegate>
+
+namespace ellwynd {
+
+class Appearance;
+class StudentListModel;
+
+/// The level, the arrow, the name over the course, and the reasons over what changed and what was
+/// written. In a narrow list the reasons are below the name.
+class StudentListDelegate : public QStyledItemDelegate {
+  public:
+    /// The arguments must outlive the delegate.
+    StudentListDelegate(
+        const Appearance &appearance, const StudentListModel &model, QObject *parent);
+
+    /// Measures the names; to be called when they, the width or the text size have changed.
+    /// @param commandsWidth kept free at the right of the row with the commands, in pixels.
+    void setWidth(int width, int commandsWidth);
+    /// The row that has the commands; -1 for none.
+    void setCommandRow(int row) { commandRow = row; }
+
+    [[nodiscard]] QSize
+    sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index)
+        const override;
+    [[nodiscard]] int rowHeight() const;
+    [[nodiscard]] bool isNarrow() const { return narrow; }
+    /// The line with the name in a row.
+    [[nodiscard]] QRect nameLine(const QRect &row) const;
+
+  private:
+    void paintName(QPainter &painter, const QRect &row, const QModelIndex &index) const;
+    void paintReasons(QPainter &painter, const QRect &area, const QModelIndex &index) const;
+    [[nodiscard]] int nameLeft() const;
+    [[nodiscard]] int lineHeight() const;
+
+    const Appearance &appearance;
+    const StudentListModel &model;
+    int pillWidth = 0;
+    int nameWidth = 0;
+    int commandsWidth = 0;
+    int commandRow = -1;
+    bool narrow = false;
+};
+
+} // namespace ellwynd

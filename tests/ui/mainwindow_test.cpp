@@ -90,6 +90,7 @@ TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
         {"Undo", "------"},
         {"Find Student", "---TCS"},
         {"Show Dashboard", "--LTCS"},
+        {"Sort By", "---TCS"},
         {"Compact Rows", "ODLTCS"},
         {"Hide Student Details", "--LTCS"},
         {"Zoom In", "ODLTCS"},
@@ -283,6 +284,12 @@ TEST_F(MainWindowTest, ARefreshKeepsTheSelectionAndAThirdClickRestoresTheOrder) 
     EXPECT_EQ(first(), QStringLiteral("Zoe"));
     Q_EMIT header->sectionClicked(RosterModel::student);
     EXPECT_EQ(first(), worst);
+    // The same by keyboard.
+    QMenu *sortBy = action(QStringLiteral("Sort By"))->menu();
+    Q_EMIT sortBy->aboutToShow();
+    EXPECT_TRUE(sortBy->actions().first()->isChecked());
+    sortBy->actions().at(2)->trigger();
+    EXPECT_EQ(first(), QStringLiteral("Anya"));
 }
 
 TEST_F(MainWindowTest, MarkupInNamesIsShownAsText) {
@@ -386,7 +393,8 @@ TEST_F(MainWindowTest, ChipsFilterTheRosterUntilEscape) {
     openCourse(900102);
     EXPECT_EQ(table().query(), RosterQuery{});
     openCourse(900101);
-    EXPECT_EQ(table().query(), RosterQuery{.chip = RosterChip::everyone});
+    EXPECT_EQ(
+        table().query(), (RosterQuery{.chip = RosterChip::everyone, .sort = RosterSort::score}));
 }
 
 TEST_F(MainWindowTest, TheCommandsOfTheDetailsStayInSight) {

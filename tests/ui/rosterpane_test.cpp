@@ -36,7 +36,7 @@ struct SameTitleTest : test::MainWindowTest {
     }
 };
 
-TEST_F(SameTitleTest, ChangingTheCourseClearsTheFilter) {
+TEST_F(SameTitleTest, AFilterAndASortBelongToTheirCourse) {
     ASSERT_TRUE(test::until([&] { return controller.courses().known().size() == 2; }));
     ASSERT_TRUE(show(1));
     auto *filter = window.roster()->findChild<QLineEdit *>();
@@ -51,6 +51,20 @@ TEST_F(SameTitleTest, ChangingTheCourseClearsTheFilter) {
     const std::size_t all = table().roster().count(RosterChip::everyone);
     EXPECT_EQ(all, 3U);
     EXPECT_EQ(table().query(), RosterQuery{});
+    table().setQuery({.chip = RosterChip::everyone, .sort = RosterSort::student});
+    ASSERT_TRUE(show(1));
+    EXPECT_EQ(filter->text(), QStringLiteral("nobody"));
+    ASSERT_TRUE(show(2));
+    EXPECT_EQ(table().query().sort, RosterSort::student);
+    core.secrets.secrets.clear();
+    controller.connectionDidChange();
+    ASSERT_TRUE(
+        test::until([&] { return controller.roster().state == RosterView::State::notConnected; }));
+    core.connectTo(canvas.address());
+    controller.connectionDidChange();
+    ASSERT_TRUE(test::until([&] { return controller.courses().known().size() == 2; }));
+    ASSERT_TRUE(show(1));
+    EXPECT_EQ(table().query(), RosterQuery{}) << "perhaps another account";
 }
 
 TEST_F(SameTitleTest, TheNamesOfATermBeingScoredAreShownFirst) {

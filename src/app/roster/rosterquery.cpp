@@ -321,24 +321,42 @@ std::string foldedText(std::size_t count) {
     return studentsText(count) + " without a flag";
 }
 
-std::string sortedByText(const RosterQuery &query) {
-    switch (query.sort) {
+std::string_view sortName(RosterSort sort) {
+    switch (sort) {
     case RosterSort::worstFirst:
-        return "";
+        return "Worst First";
     case RosterSort::level:
-        return "Sorted by Level";
+        return "Level";
     case RosterSort::student:
-        return "Sorted by Student";
+        return "Student";
     case RosterSort::course:
-        return "Sorted by Course";
+        return "Course";
     case RosterSort::score:
-        return "Sorted by Score";
+        return "Score";
     case RosterSort::lastActive:
-        return "Sorted by Last active";
+        return "Last Active";
     case RosterSort::contacted:
-        break;
+        return "Contacted";
     }
-    return "Sorted by Contacted";
+    return {};
+}
+
+std::string sortedByText(const RosterQuery &query) {
+    return query.sort == RosterSort::worstFirst ? ""
+                                                : "Sorted by " + std::string(sortName(query.sort));
+}
+
+RosterQuery sortedBy(RosterQuery query, RosterSort sort) {
+    if (query.sort != sort) {
+        query.sort = sort;
+        query.descending = false;
+    } else if (!query.descending && sort != RosterSort::worstFirst) {
+        query.descending = true;
+    } else {
+        query.sort = RosterSort::worstFirst;
+        query.descending = false;
+    }
+    return query;
 }
 
 std::string emptyText(const RosterQuery &query) {

@@ -19,6 +19,12 @@ inline constexpr std::array allRosterChips{RosterChip::flagged,          RosterC
 
 /// What the rows are sorted by; the roster's own order is worst first.
 enum class RosterSort { worstFirst, level, student, course, score, lastActive, contacted };
+inline constexpr std::array allRosterSorts{
+    RosterSort::worstFirst, RosterSort::level,      RosterSort::student,  RosterSort::course,
+    RosterSort::score,      RosterSort::lastActive, RosterSort::contacted};
+
+/// "Last Active".
+[[nodiscard]] std::string_view sortName(RosterSort sort);
 
 /// What the teacher asked to see.
 struct RosterQuery {
@@ -110,6 +116,9 @@ matchedAssignmentsText(const RiskRow &row, const std::string &courseCode, std::s
 
 /// "Sorted by Student"; empty for worst first.
 [[nodiscard]] std::string sortedByText(const RosterQuery &query);
+/// The query after an order was chosen: the first time ascending, then descending, then worst
+/// first again.
+[[nodiscard]] RosterQuery sortedBy(RosterQuery query, RosterSort sort);
 
 /// What is shown when no student matches: "No flagged student matches “zoe”."
 [[nodiscard]] std::string emptyText(const RosterQuery &query);

@@ -71,6 +71,7 @@ void MainMenus::makeViewMenu() {
     QMenu &view = *bar.addMenu(QStringLiteral("&View"));
     showDashboard = add(view, QStringLiteral("Show &Dashboard"), {Qt::CTRL | Qt::Key_D});
     view.addSeparator();
+    sortBy = view.addMenu(QStringLiteral("&Sort By"));
     compactRows = add(view, QStringLiteral("&Compact Rows"), {Qt::CTRL | Qt::SHIFT | Qt::Key_C});
     compactRows->setCheckable(true);
     connect(compactRows, &QAction::triggered, this, [this](bool on) {
@@ -163,6 +164,7 @@ void MainMenus::update(const CommandState &state) {
     for (QAction *command : {missingWork, thresholds, courseIcon, copySetup, openCourse})
         command->setEnabled(state.rosterShown && state.oneCourse);
     findStudent->setEnabled(state.anyStudents);
+    sortBy->setEnabled(state.anyStudents);
     copyMessage->setEnabled(state.anySelected);
     // Each student would open a page in the browser.
     openGrades->setEnabled(state.oneSelected);

@@ -61,6 +61,8 @@ class MainMenus : public QObject {
     QAction *findStudent = nullptr;
     // View
     QAction *showDashboard = nullptr;
+    /// Filled by the owner on `aboutToShow`.
+    QMenu *sortBy = nullptr;
     QAction *hideDetails = nullptr;
     QAction *zoomIn = nullptr;
     QAction *zoomOut = nullptr;

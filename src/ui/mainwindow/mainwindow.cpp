@@ -110,6 +110,7 @@ void MainWindow::connectCommands() {
         controller.select(DashboardSelection{});
         dashboardPane->focusCards();
     });
+    connect(menus->sortBy, &QMenu::aboutToShow, this, &MainWindow::fillSortMenu);
     on(menus->hideDetails, [this] { toggleDetails(); });
     on(menus->zoomIn, [this] { appearance.zoom(1); });
     on(menus->zoomOut, [this] { appearance.zoom(-1); });
@@ -135,6 +136,20 @@ void MainWindow::connectCommands() {
     });
 
     on(menus->checkForUpdates, &MainWindow::updateCheckRequested);
+}
+
+void MainWindow::fillSortMenu() {
+    menus->sortBy->clear();
+    RosterTable *table = rosterPane->table();
+    for (const RosterSort sort : allRosterSorts) {
+        // A course's roster has no column of courses.
+        if (sort == RosterSort::course && controller.roster().courseID)
+            continue;
+        QAction *order = menus->sortBy->addAction(menuText(sortName(sort)));
+        order->setCheckable(true);
+        order->setChecked(table->query().sort == sort);
+        connect(order, &QAction::triggered, this, [table, sort] { table->sortBy(sort); });
+    }
 }
 
 /// The first selected student, or else the first of the roster.

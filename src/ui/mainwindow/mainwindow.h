@@ -78,6 +78,7 @@ class MainWindow : public QMainWindow {
   private:
     void showWelcome();
     void connectCommands();
+    void fillSortMenu();
     [[nodiscard]] std::optional<PreviewStudent> previewStudent() const;
     void connectViews();
     void updateActions();

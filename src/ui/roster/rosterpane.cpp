@@ -183,11 +183,18 @@ void RosterPane::resetFilter() {
     setQuery(withoutFilter(students->query()));
 }
 
-/// The query with which the selection is opened: worst first, as far unfolded as it was left.
-RosterQuery RosterPane::firstQuery() const {
-    const std::optional<std::int64_t> course = controller.roster().courseID;
-    const bool everyone = course && unfolded.contains(*course);
-    return {.chip = everyone ? RosterChip::everyone : RosterChip::flagged};
+/// The query that was left in the selection; at first the flagged students, worst first.
+RosterQuery RosterPane::queryOf(const Selection &selection) const {
+    const auto left =
+        std::ranges::find(queries, selection, [](const auto &entry) { return entry.first; });
+    return left != queries.end() ? left->second : RosterQuery{};
+}
+
+void RosterPane::keepQuery(const RosterQuery &query) {
+    if (!queried)
+        return;
+    std::erase_if(queries, [this](const auto &entry) { return entry.first == *queried; });
+    queries.emplace_back(*queried, query);
 }
 
 void RosterPane::applyAppearance() {
@@ -214,22 +221,22 @@ void RosterPane::showRoster() {
     if (roster.state == RosterView::State::shown) {
         // Compares selections, since two courses may have the same title.
         if (std::exchange(queried, controller.selection()) != controller.selection())
-            query = firstQuery();
+            query = queryOf(*queried);
         students->setRoster(roster, query, systemNow());
     } else {
-        students->setRoster({}, {}, systemNow());
         queried.reset();
+        students->setRoster({}, {}, systemNow());
     }
+    // The courses of another account may have the same ids.
+    if (roster.state == RosterView::State::notConnected)
+        queries.clear();
     showRows();
 }
 
 void RosterPane::showRows() {
     const RosterView &roster = controller.roster();
     const RosterQuery &query = students->query();
-    if (roster.courseID && query.chip == RosterChip::everyone)
-        unfolded.insert(*roster.courseID);
-    else if (roster.courseID && query.chip == RosterChip::flagged)
-        unfolded.erase(*roster.courseID);
+    keepQuery(query);
     header->setFilterText(qstring(query.typed));
     QString text = messageFor(roster);
     const bool isEmpty = text.isEmpty() && !students->hasRows();

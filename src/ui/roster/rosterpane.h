@@ -53,7 +53,8 @@ class RosterPane : public QWidget {
     void showRows();
     void setQuery(const RosterQuery &query);
     void resetFilter();
-    [[nodiscard]] RosterQuery firstQuery() const;
+    [[nodiscard]] RosterQuery queryOf(const Selection &selection) const;
+    void keepQuery(const RosterQuery &query);
     void focusStudents();
     void showCount();
     void showProgress();
@@ -81,8 +82,8 @@ class RosterPane : public QWidget {
     RosterTable *students;
     /// The selection to which the query belongs.
     std::optional<Selection> queried;
-    /// The courses whose students without a flag the teacher has unfolded.
-    std::set<std::int64_t> unfolded;
+    /// What the teacher asked to see in each course and term of this run.
+    std::vector<std::pair<Selection, RosterQuery>> queries;
     std::shared_ptr<void> observing;
 };
 

@@ -55,7 +55,9 @@ RosterTable::RosterTable(const Appearance &appearance, QWidget *parent)
     horizontalHeader()->setFocusPolicy(Qt::NoFocus);
     horizontalHeader()->setTextElideMode(Qt::ElideRight);
 
-    connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &RosterTable::sortClicked);
+    connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) {
+        sortBy(RosterModel::sortOf(column));
+    });
     connect(delegate, &RosterDelegate::gradesRequested, this, &RosterTable::gradesRequested);
     connect(delegate, &RosterDelegate::detailsRequested, this, &RosterTable::detailsRequested);
     connect(delegate, &RosterDelegate::unfoldRequested, this, &RosterTable::unfold);
@@ -169,19 +171,8 @@ RosterTable::select(const std::set<StudentKey> &students, std::optional<StudentK
     return first;
 }
 
-void RosterTable::sortClicked(int column) {
-    RosterQuery query = model->query();
-    const RosterSort sort = RosterModel::sortOf(column);
-    if (query.sort != sort) {
-        query.sort = sort;
-        query.descending = false;
-    } else if (!query.descending) {
-        query.descending = true;
-    } else {
-        query.sort = RosterSort::worstFirst;
-        query.descending = false;
-    }
-    setQuery(query);
+void RosterTable::sortBy(RosterSort sort) {
+    setQuery(sortedBy(model->query(), sort));
 }
 
 void RosterTable::showSortIndicator() {

@@ -26,6 +26,8 @@ class RosterTable : public QTableView {
     /// @param now for "last active".
     void setRoster(const RosterView &roster, const RosterQuery &query, Date now);
     void setQuery(const RosterQuery &query);
+    /// Sorts as a click on the heading does.
+    void sortBy(RosterSort sort);
     [[nodiscard]] const RosterQuery &query() const { return model->query(); }
     [[nodiscard]] const RosterRows &roster() const { return model->roster(); }
     void setCompact(bool on);
@@ -71,7 +73,6 @@ class RosterTable : public QTableView {
     void lay();
     [[nodiscard]] int figureWidth(int column, const QFontMetrics &metrics) const;
     void showSortIndicator();
-    void sortClicked(int column);
 
     const Appearance &appearance;
     RosterModel *model;

@@ -17,13 +17,6 @@ using Placeholder = MessageTemplate::Placeholder;
 /// Indexed by placeholder; an empty text means no value.
 using Values = std::array<std::string, placeholders.size()>;
 
-std::string firstWord(const std::string &name) {
-    const std::size_t begin = name.find_first_not_of(' ');
-    if (begin == std::string::npos)
-        return name;
-    return name.substr(begin, name.find(' ', begin) - begin);
-}
-
 Values
 valuesOf(const RiskRow &row, const std::optional<std::string> &courseName, double passingScore) {
     std::vector<std::string> missing;
@@ -36,7 +29,7 @@ valuesOf(const RiskRow &row, const std::optional<std::string> &courseName, doubl
     const auto set = [&values](Placeholder placeholder, std::string text) {
         values[std::size_t(placeholder)] = std::move(text);
     };
-    set(Placeholder::firstName, firstWord(row.name));
+    set(Placeholder::firstName, firstNameOf(row.name));
     set(Placeholder::name, row.name);
     set(Placeholder::course, courseName.value_or(row.courseName));
     if (row.level)
@@ -123,6 +116,13 @@ std::vector<MessageTemplate> defaultTemplates(Date now) {
         newTemplate("Email", std::string(emailBody), now),
         newTemplate("Short Message", std::string(shortBody), now),
         newTemplate("Referral Summary", std::string(referralBody), now)};
+}
+
+std::string firstNameOf(const std::string &name) {
+    const std::size_t begin = name.find_first_not_of(' ');
+    if (begin == std::string::npos)
+        return name;
+    return name.substr(begin, name.find(' ', begin) - begin);
 }
 
 std::string fill(

@@ -65,6 +65,9 @@ inline constexpr std::array<PlaceholderText, 9> placeholders{{
 /// A template with a new id, created now.
 [[nodiscard]] MessageTemplate newTemplate(std::string name, std::string body, Date now);
 
+/// The first word of a name, the value of {first_name}; the whole name if it has no word.
+[[nodiscard]] std::string firstNameOf(const std::string &name);
+
 /// The message for one student. A line with a placeholder that has no value is omitted; other text
 /// in braces is kept. Placeholders are filled in one after the other, so a value that contains a
 /// later placeholder is filled in as well.

@@ -19,6 +19,7 @@
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/support/appearance.h"
 #include "ui/welcome/welcomewindow.h"
+#include "ui/write/writesheet.h"
 
 #include <QApplication>
 #include <QDir>
@@ -88,6 +89,7 @@ class Screenshots {
         settle();
         save(window, "roster");
         drawUndo(controller, window);
+        drawWrite(defaults, window);
         if (auto *sheet = window.openThresholds()) {
             settle();
             save(*sheet, "thresholds");
@@ -245,6 +247,43 @@ class Screenshots {
             title->menu()->close();
         }
         controller.undoStack().undo();
+    }
+
+    /// The Write sheet over a small window, beside a browser, and at its end.
+    void drawWrite(UserDefaults &defaults, MainWindow &window) {
+        window.resize(900, 600);
+        settle();
+        std::vector<RiskRow> students;
+        for (const RiskRow &row : window.roster()->table()->roster().rows()) {
+            if (students.size() < 12)
+                students.push_back(row);
+        }
+        students[2].name = "Wolfeschlegelsteinhausenbergerdorff, <b>Maria</b>\nTheodora";
+        WriteSheet *sheet = window.openWriteSheet(students);
+        const auto press = [sheet](const QString &text) {
+            for (auto *button : sheet->findChildren<QPushButton *>()) {
+                if (button->text() == text)
+                    button->click();
+            }
+            settle();
+        };
+        settle();
+        press(QStringLiteral("Copy and Next"));
+        press(QStringLiteral("Skip"));
+        save(*sheet, "write");
+        sheet->resize(sheet->minimumSizeHint().width() + 20, 560);
+        settle();
+        save(*sheet, "write-narrow");
+        press(QStringLiteral("Copy All Together"));
+        sheet->resize(560, 420);
+        settle();
+        save(*sheet, "write-end");
+        press(QStringLiteral("Undo"));
+        sheet->reject();
+        settle();
+        defaults.remove(preferences::writeWindowGeometry.name);
+        window.resize(1280, 800);
+        settle();
     }
 
     void drawCourseSheets(

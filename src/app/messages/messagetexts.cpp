@@ -43,4 +43,10 @@ std::string skipped(std::size_t students) {
     return students == 0 ? std::string() : plural(std::int64_t(students), "student") + " skipped";
 }
 
+std::string uncopied(std::size_t messages) {
+    return fmt::format(
+        "{} {} not been copied.", plural(std::int64_t(messages), "edited message"),
+        pluralForm(std::int64_t(messages), "has", "have"));
+}
+
 } // namespace ellwynd::messagetexts

@@ -25,6 +25,9 @@ namespace ellwynd::messagetexts {
 /// "1 student skipped"; empty for none.
 [[nodiscard]] std::string skipped(std::size_t students);
 
+/// "2 edited messages have not been copied."
+[[nodiscard]] std::string uncopied(std::size_t messages);
+
 inline constexpr std::string_view emptyMessage =
     "The message is empty. Choose another template, or write the message.";
 /// The preview of a template without text.

@@ -118,6 +118,11 @@ std::vector<MessageTemplate> defaultTemplates(Date now) {
         newTemplate("Referral Summary", std::string(referralBody), now)};
 }
 
+std::string titleOf(const MessageTemplate &message) {
+    const std::string line = QString::fromStdString(message.name).simplified().toStdString();
+    return line.empty() ? "(no name)" : line;
+}
+
 std::string firstNameOf(const std::string &name) {
     const std::size_t begin = name.find_first_not_of(' ');
     if (begin == std::string::npos)

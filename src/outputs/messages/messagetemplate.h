@@ -65,6 +65,9 @@ inline constexpr std::array<PlaceholderText, 9> placeholders{{
 /// A template with a new id, created now.
 [[nodiscard]] MessageTemplate newTemplate(std::string name, std::string body, Date now);
 
+/// The name on one line for lists and menus; "(no name)" for a template without one.
+[[nodiscard]] std::string titleOf(const MessageTemplate &message);
+
 /// The first word of a name, the value of {first_name}; the whole name if it has no word.
 [[nodiscard]] std::string firstNameOf(const std::string &name);
 

@@ -112,6 +112,7 @@ void MainMenus::makeCourseMenus() {
     openCourse = add(course, QStringLiteral("&Open Course in Canvas"), {Qt::CTRL | Qt::Key_O});
 
     QMenu &student = *bar.addMenu(QStringLiteral("&Student"));
+    write = add(student, QStringLiteral("&Write…"), {Qt::CTRL | Qt::Key_J});
     copyMessage = student.addMenu(QStringLiteral("&Copy Message About Student"));
     markContacted =
         add(student, QStringLiteral("&Mark as Contacted"), {Qt::CTRL | Qt::SHIFT | Qt::Key_M});
@@ -163,6 +164,7 @@ void MainMenus::update(const CommandState &state) {
     for (QAction *command : {missingWork, thresholds, courseIcon, copySetup, openCourse})
         command->setEnabled(state.rosterShown && state.oneCourse);
     findStudent->setEnabled(state.anyStudents);
+    write->setEnabled(state.anySelected);
     copyMessage->setEnabled(state.anySelected);
     // Each student would open a page in the browser.
     openGrades->setEnabled(state.oneSelected);

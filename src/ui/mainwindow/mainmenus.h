@@ -72,6 +72,7 @@ class MainMenus : public QObject {
     QAction *copySetup = nullptr;
     QAction *openCourse = nullptr;
     // Student
+    QAction *write = nullptr;
     /// Filled by the owner on `aboutToShow`.
     QMenu *copyMessage = nullptr;
     QAction *markContacted = nullptr;

@@ -19,6 +19,8 @@
 #include "ui/support/statusnotes.h"
 #include "ui/support/windowmemory.h"
 #include "ui/welcome/welcomewindow.h"
+#include "ui/write/writecommands.h"
+#include "ui/write/writesheet.h"
 #include "uikit/convert.h"
 
 #include <QAction>
@@ -74,10 +76,14 @@ MainWindow::MainWindow(
       desktopActions(new RosterDesktopActions(
           controller.actions(), stores.templates,
           [this] { return rosterPane->table()->selectedRows(); }, *this)),
+      writing(new WriteCommands(defaults, stores, controller.undoStack(), appearance, *this)),
       menus(new MainMenus(*menuBar(), defaults)),
       notes(new StatusNotes(
           *middle, controller.undoStack(), appearance,
-          [this] { return settingsWindow == nullptr || !settingsWindow->isActiveWindow(); })),
+          [this] {
+              return !writing->isInFront() &&
+                  (settingsWindow == nullptr || !settingsWindow->isActiveWindow());
+          })),
       sheets(new CourseSheets(controller, defaults, appearance, *this)),
       observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::studentDetailsHidden.name)
@@ -135,6 +141,7 @@ void MainWindow::connectCommands() {
         if (const auto id = controller.roster().courseID)
             controller.actions().openCourse(*id);
     });
+    on(menus->write, [this] { openWriteSheet(rosterPane->table()->selectedRows()); });
     connect(menus->copyMessage, &QMenu::aboutToShow, this, [this] {
         desktopActions->fillCopyMenu(menus->copyMessage);
     });
@@ -195,6 +202,10 @@ void MainWindow::connectViews() {
         desktopActions, &RosterDesktopActions::noteRequested, this,
         [this](const QString &note) { notes->showNote(note); });
     connect(sheets, &CourseSheets::noteRequested, notes, &StatusNotes::showNote);
+    const auto showTemplates = [this] { settings().open(SettingsWindow::messages); };
+    connect(desktopActions, &RosterDesktopActions::templatesRequested, this, showTemplates);
+    connect(writing, &WriteCommands::templatesRequested, this, showTemplates);
+    connect(details, &StudentDetails::writeRequested, this, &MainWindow::openWriteSheet);
     connect(
         details, &StudentDetails::contactsRequested, &controller.actions(),
         &RosterActions::markContacted);
@@ -312,6 +323,7 @@ void MainWindow::showContextMenu(const QPoint &position) {
     if (rosterPane->table()->selectedRows().empty())
         return;
     QMenu menu(this);
+    menu.addAction(menus->write);
     QMenu *messages = menu.addMenu(menus->copyMessage->title());
     desktopActions->fillCopyMenu(messages);
     menu.addAction(menus->markContacted);
@@ -376,6 +388,10 @@ MissingWorkSheet *MainWindow::openMissingWork() {
 
 ThresholdsSheet *MainWindow::openThresholds() {
     return sheets->openThresholds();
+}
+
+WriteSheet *MainWindow::openWriteSheet(const std::vector<RiskRow> &students) {
+    return writing->open(students);
 }
 
 void MainWindow::showWelcomeIfDue() {

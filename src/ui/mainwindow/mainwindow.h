@@ -30,6 +30,8 @@ class SyncService;
 class ThresholdsSheet;
 class UserDefaults;
 class UserNotifications;
+class WriteCommands;
+class WriteSheet;
 struct Stores;
 
 /// Sidebar, roster and student details side by side, with the menus. It contains no logic: commands
@@ -51,6 +53,9 @@ class MainWindow : public QMainWindow {
     ellwynd::MissingWorkSheet *openMissingWork();
     /// Opens the course's thresholds; null when no course is displayed.
     ellwynd::ThresholdsSheet *openThresholds();
+
+    /// Opens the Write sheet for students of one or several courses; null without students.
+    ellwynd::WriteSheet *openWriteSheet(const std::vector<ellwynd::RiskRow> &students);
 
     /// Shows the welcome window when it is due.
     void showWelcomeIfDue();
@@ -106,6 +111,7 @@ class MainWindow : public QMainWindow {
     RosterPane *rosterPane;
     StudentDetails *details;
     RosterDesktopActions *desktopActions;
+    WriteCommands *writing;
     MainMenus *menus;
     StatusNotes *notes;
     CourseSheets *sheets;

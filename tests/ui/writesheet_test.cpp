@@ -239,7 +239,7 @@ TEST_F(WriteSheetTest, ItStaysBesideTheBrowser) {
         EXPECT_THAT(test::unnamedElements(sheet), testing::IsEmpty());
         EXPECT_THAT(test::unreachableControls(sheet), testing::IsEmpty());
         // Beside the browser it is narrow.
-        sheet.resize(appearance.px(320), 560);
+        sheet.resize(appearance.px(320), appearance.px(480));
         QApplication::processEvents();
         const auto *list = sheet.findChild<WriteList *>();
         EXPECT_LT(list->geometry().bottom(), editor(sheet).mapTo(&sheet, QPoint()).y());

@@ -157,17 +157,19 @@ void MainWindow::connectCommands() {
     on(menus->checkForUpdates, &MainWindow::updateCheckRequested);
 }
 
-/// The first selected student, or else the first of the roster.
-std::optional<PreviewStudent> MainWindow::previewStudent() const {
+/// The students of the roster, of whom the first selected one is previewed.
+PreviewStudents MainWindow::previewStudents() const {
     const std::vector<RiskRow> selected = rosterPane->table()->selectedRows();
-    const RosterView &roster = controller.roster();
-    if (selected.empty() && roster.rows.empty())
-        return std::nullopt;
-    const RiskRow &row = selected.empty() ? roster.rows.front() : selected.front();
-    return PreviewStudent{
-        .row = row,
-        .courseName = row.courseName,
-        .passingScore = courseThresholds(defaults, row.courseID).passingScore};
+    PreviewStudents students;
+    for (const RiskRow &row : controller.roster().rows) {
+        if (!selected.empty() && keyOf(row) == keyOf(selected.front()))
+            students.selected = students.all.size();
+        students.all.push_back(
+            {.row = row,
+             .courseName = row.courseName,
+             .passingScore = courseThresholds(defaults, row.courseID).passingScore});
+    }
+    return students;
 }
 
 void MainWindow::connectViews() {
@@ -195,6 +197,9 @@ void MainWindow::connectViews() {
         controller.actions().openAssignment(row.courseID, id);
     };
     connect(table, &RosterTable::gradesRequested, this, grades);
+    connect(table, &RosterTable::contactRemovalRequested, this, [this](const RiskRow &row) {
+        controller.actions().removeContactMarks({row});
+    });
     connect(
         details, &StudentDetails::messagesRequested, desktopActions,
         &RosterDesktopActions::fillCopyMenu);
@@ -436,7 +441,7 @@ SettingsWindow &MainWindow::settings() {
     if (settingsWindow == nullptr) {
         settingsWindow = new SettingsWindow(
             defaults, stores, controller.undoStack(), connection, sync, notifications,
-            [this] { return previewStudent(); }, appearance, this);
+            [this] { return previewStudents(); }, appearance, this);
         settingsWindow->setUpdateChecksAvailable(updateChecksAvailable);
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,

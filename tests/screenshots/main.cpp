@@ -271,7 +271,8 @@ class Screenshots {
         press(QStringLiteral("Copy and Next"));
         press(QStringLiteral("Skip"));
         save(*sheet, "write");
-        sheet->resize(sheet->minimumSizeHint().width() + 20, 560);
+        sheet->resize(
+            sheet->fontMetrics().averageCharWidth() * 42, sheet->fontMetrics().height() * 30);
         settle();
         save(*sheet, "write-narrow");
         press(QStringLiteral("Copy All Together"));

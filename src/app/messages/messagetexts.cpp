@@ -3,6 +3,8 @@
 #include "base/text.h"
 #include "outputs/messages/messagetemplate.h"
 
+#include <QStringList>
+
 #include <fmt/format.h>
 
 namespace ellwynd::messagetexts {
@@ -47,6 +49,27 @@ std::string uncopied(std::size_t messages) {
     return fmt::format(
         "{} {} not been copied.", plural(std::int64_t(messages), "edited message"),
         pluralForm(std::int64_t(messages), "has", "have"));
+}
+
+std::string templateProblems(const std::string &name, const std::string &body) {
+    std::vector<std::string> problems;
+    if (QString::fromStdString(name).trimmed().isEmpty())
+        problems.emplace_back("This template has no name. It is listed as “(no name)”.");
+    const QString text = QString::fromStdString(body);
+    if (text.trimmed().isEmpty())
+        problems.emplace_back("This template has no text, so there is nothing to copy.");
+    constexpr std::size_t listed = 3;
+    QStringList unknown;
+    for (const auto &[begin, end] : unknownPlaceholders(text)) {
+        const QString token = text.sliced(begin, end - begin);
+        if (!unknown.contains(token) && std::size_t(unknown.size()) < listed)
+            unknown.append(token);
+    }
+    if (!unknown.isEmpty())
+        problems.push_back(
+            "Not a placeholder, so it stays as it is: " +
+            unknown.join(QStringLiteral(", ")).toStdString());
+    return join(problems, "\n");
 }
 
 } // namespace ellwynd::messagetexts

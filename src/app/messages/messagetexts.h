@@ -28,10 +28,12 @@ namespace ellwynd::messagetexts {
 /// "2 edited messages have not been copied."
 [[nodiscard]] std::string uncopied(std::size_t messages);
 
+/// What is wrong with a template, one sentence a line: that it has no name or no text, and which
+/// text in braces is no placeholder. Empty if nothing is.
+[[nodiscard]] std::string templateProblems(const std::string &name, const std::string &body);
+
 inline constexpr std::string_view emptyMessage =
     "The message is empty. Choose another template, or write the message.";
-/// The preview of a template without text.
-inline constexpr std::string_view emptyTemplate = "This template has no text yet.";
 /// The preview of a template of which nothing is left for a student.
 inline constexpr std::string_view emptyPreview =
     "The message is empty: every line has a placeholder without a value.";

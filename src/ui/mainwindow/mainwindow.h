@@ -82,7 +82,7 @@ class MainWindow : public QMainWindow {
   private:
     void showWelcome();
     void connectCommands();
-    [[nodiscard]] std::optional<PreviewStudent> previewStudent() const;
+    [[nodiscard]] PreviewStudents previewStudents() const;
     void connectViews();
     void updateActions();
     void showPane();

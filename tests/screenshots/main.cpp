@@ -11,6 +11,7 @@
 #include "ui/details/termchart.h"
 #include "ui/help/helpwindow.h"
 #include "ui/mainwindow/mainwindow.h"
+#include "ui/print/printsheet.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/copysetupsheet.h"
@@ -90,6 +91,7 @@ class Screenshots {
         save(window, "roster");
         drawUndo(controller, window);
         drawWrite(defaults, window);
+        drawPrint(controller, window);
         if (auto *sheet = window.openThresholds()) {
             settle();
             save(*sheet, "thresholds");
@@ -285,6 +287,38 @@ class Screenshots {
         defaults.remove(preferences::writeWindowGeometry.name);
         window.resize(1280, 800);
         settle();
+    }
+
+    /// The Print sheet, and the PDFs of a roster and of a student.
+    void drawPrint(MainWindowController &controller, MainWindow &window) {
+        for (QAction *title : window.menuBar()->actions()) {
+            for (QAction *command : title->menu()->actions()) {
+                if (command->shortcut() == QKeySequence(QKeySequence::Print))
+                    command->trigger();
+            }
+        }
+        settle();
+        if (auto *sheet = window.findChild<PrintSheet *>()) {
+            save(*sheet, "print");
+            sheet->reject();
+        }
+        RosterView roster = controller.roster();
+        const RiskRow student = window.roster()->table()->selectedRows().front();
+        savePDF(
+            printedStudent(student, controller.studentHistory(student), systemNow()),
+            "print-student");
+        while (roster.rows.size() < 500)
+            roster.rows.push_back(roster.rows[roster.rows.size() % 26]);
+        roster.rows[3].name = "Wolfeschlegelsteinhausenbergerdorff " + std::string(80, 'W');
+        savePDF(printedRoster(roster, false, systemNow()), "print-roster");
+    }
+
+    void savePDF(const PrintedDocument &document, const char *name) {
+        QFile file(
+            target.filePath(QStringLiteral("%1-%2.pdf").arg(QString::fromUtf8(name), suffix)));
+        const bool written = file.open(QIODevice::WriteOnly) && file.write(pdf(document, font)) > 0;
+        anyFailed = anyFailed || !written;
+        fmt::print("{}\n", file.fileName().toStdString());
     }
 
     void drawCourseSheets(

@@ -53,6 +53,7 @@ class MainMenus : public QObject {
     QAction *refreshRoster = nullptr;
     QAction *exportCSV = nullptr;
     QAction *exportMarkdown = nullptr;
+    QAction *print = nullptr;
     QAction *sampleMode = nullptr;
     QAction *settings = nullptr;
     QAction *quit = nullptr;

@@ -118,6 +118,7 @@ void MainWindow::connectCommands() {
     on(menus->refreshRoster, [this] { controller.refreshRoster(); });
     on(menus->exportCSV, [this] { desktopActions->exportRoster(ExportFormat::csv); });
     on(menus->exportMarkdown, [this] { desktopActions->exportRoster(ExportFormat::markdown); });
+    on(menus->print, [this] { sheets->openPrint(rosterPane->table()->selectedRows()); });
     on(menus->sampleMode, &MainWindow::sampleSwitchRequested);
     on(menus->settings, [this] { settings().open(SettingsWindow::general); });
     on(menus->quit, &QWidget::close);

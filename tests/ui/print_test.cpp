@@ -91,9 +91,9 @@ TEST(PrintedPages, AStudentHasWhatTheDetailsShow) {
     const std::string text = textOf(pdf(student, QApplication::font()));
     EXPECT_TRUE(inOrder(
         text,
-        {"李明 O'Neil", "printed 2026-09-24", "Concern", "slipped", "Score", "41% F", "WHY",
-         "61 of 70", "– Lab", "Page 1", "No recent activity", "THIS TERM", "Sep 3", "Seen on 2",
-         "OUTREACH", "Wrote 9 days ago — still Concern", "Page 2"}));
+        {"李明 O'Neil", "printed 2026-09-24", "Concern", "slipped", "Score: 41% F · Missing: 61",
+         "WHY", "61 of 70", "– Lab", "Page 1", "No recent activity", "THIS TERM", "Sep 3",
+         "Seen on 2", "OUTREACH", "Wrote 9 days ago — still Concern", "Page 2"}));
 }
 
 TEST(PrintedPages, ADeviceThatCannotBeOpenedIsReported) {

@@ -9,6 +9,7 @@
 #include <QLocale>
 #include <QPageLayout>
 #include <QPdfWriter>
+#include <QStringList>
 
 #include <algorithm>
 
@@ -184,26 +185,10 @@ class Chart {
 };
 
 void writeFigures(PageWriter &pages, const PrintedStudent &student) {
-    const double width = pages.width() / double(student.figures.size());
-    std::vector<Text> labels;
-    std::vector<Text> values;
-    for (std::size_t i = 0; i < student.figures.size(); ++i) {
-        const double left = width * double(i);
-        const double inside = width - 6;
-        labels.push_back(
-            {.text = qstring(student.figures[i].first),
-             .size = smallSize,
-             .color = paper().secondaryText,
-             .left = left,
-             .width = inside});
-        values.push_back(
-            {.text = qstring(student.figures[i].second),
-             .weight = QFont::DemiBold,
-             .left = left,
-             .width = inside});
-    }
-    pages.row(labels);
-    pages.row(values);
+    QStringList figures;
+    for (const auto &[label, value] : student.figures)
+        figures.append(qstring(label) + QStringLiteral(": ") + qstring(value));
+    pages.paragraph({.text = figures.join(QStringLiteral("   ·   ")), .weight = QFont::DemiBold});
 }
 
 void write(PageWriter &pages, const PrintedStudent &student, const QFont &base) {

@@ -219,9 +219,14 @@ void TemplateEditor::fillPreview() {
     const PreviewStudent &who = students.all[students.selected];
     preview->setAccessibleName(QStringLiteral("Preview for ") + studentChoice->currentText());
     const std::string text = body();
-    preview->setPlainText(
-        shown ? qstring(fill({.body = text}, who.row, who.courseName, who.passingScore))
-              : QString());
+    QString filled = shown
+        ? qstring(fill({.body = text}, who.row, who.courseName, who.passingScore))
+        : QString();
+    // Laying out more would take longer than a key press may.
+    constexpr qsizetype maxLength = 20'000;
+    if (filled.size() > maxLength)
+        filled = filled.left(maxLength) + QStringLiteral("…");
+    preview->setPlainText(filled);
     const std::string found = shown ? messagetexts::templateProblems(name(), text) : std::string();
     problems->setText(qstring(found));
     problems->setVisible(!found.empty());

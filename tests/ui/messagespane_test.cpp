@@ -243,6 +243,8 @@ TEST_F(MessagesPaneTest, PlaceholdersAreOfferedWhileTyping) {
     for (const auto &selection : body()->extraSelections())
         underlined.push_back(selection.cursor.selectedText().toStdString());
     EXPECT_THAT(underlined, ElementsAre("{Name}", "{score }"));
+    body()->setPlainText(QString(1'000'000, u'x'));
+    EXPECT_EQ(preview().size(), 20'000 + std::string("…").size());
     // A brace that is closed already is replaced too.
     body()->setPlainText(QStringLiteral("{}"));
     QTest::keyClick(body(), Qt::Key_Right);

@@ -51,6 +51,18 @@ std::string oneLine(std::string_view text) {
     return line;
 }
 
+std::string shortened(std::string_view text, std::size_t maxLength) {
+    const std::string line = oneLine(text);
+    std::size_t length = 0;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        // Not a continuation byte of UTF-8.
+        const bool begins = (static_cast<unsigned char>(line[i]) & 0xC0U) != 0x80U;
+        if (begins && ++length > maxLength)
+            return std::string(trim(std::string_view(line).substr(0, i))) + "…";
+    }
+    return std::string(trim(line));
+}
+
 std::string plural(std::int64_t count, std::string_view noun) {
     return fmt::format("{} {}{}", count, noun, pluralForm(count, "", "s"));
 }

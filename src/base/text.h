@@ -20,6 +20,9 @@ trim(std::string_view text, std::string_view characters = whiteSpace);
 /// break a layout, forge a log line or move a terminal's cursor.
 [[nodiscard]] std::string oneLine(std::string_view text);
 
+/// The text on one line, with "…" in place of what follows `maxLength` characters.
+[[nodiscard]] std::string shortened(std::string_view text, std::size_t maxLength);
+
 /// `one` for a count of 1, else `many`.
 [[nodiscard]] constexpr std::string_view
 pluralForm(std::int64_t count, std::string_view one, std::string_view many) {

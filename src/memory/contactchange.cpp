@@ -25,6 +25,18 @@ std::map<StudentKey, std::size_t> indicesOf(const ContactRecords &records) {
 
 } // namespace
 
+void ContactChange::append(const ContactChange &later) {
+    std::map<StudentKey, std::size_t> known;
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        known.emplace(keyOf(entries[i]), i);
+    for (const Entry &entry : later.entries) {
+        if (const auto found = known.find(keyOf(entry)); found != known.end())
+            entries[found->second].after = entry.after;
+        else
+            entries.push_back(entry);
+    }
+}
+
 void ContactChange::apply(ContactRecords &records) const {
     std::map<StudentKey, const Entry *> pending;
     for (const Entry &entry : entries)

@@ -36,6 +36,8 @@ struct ContactChange {
     /// At most one per student and course. Removed records are in the order of their index.
     std::vector<Entry> entries;
 
+    /// Adds a change that was made after this one, so that reverting this change reverts both.
+    void append(const ContactChange &later);
     /// Replaces, removes and appends the records of the entries.
     void apply(ContactRecords &records) const;
     /// Restores the earlier records; removed ones at their index, unless there is a newer one.

@@ -228,6 +228,14 @@ inline constexpr auto table = std::to_array<Preference>({
      .meaning = "The current step of the first-run setup; 3 means that it is complete."},
 
     // The state of the windows.
+    {.key = "LastTemplates",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "The message template that was last copied in each course, as JSON."},
+    {.key = "WriteWindowGeometry",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "Saved window state, in Base64."},
     {.key = "CourseInsightPanelMode",
      .type = Type::text,
      .fallback = "small",
@@ -311,6 +319,8 @@ inline constexpr PreferenceKey<std::string> lastCountedCheckDay{row("LastCounted
 inline constexpr PreferenceKey<std::string> pendingUpdateBuild{row("PendingUpdateBuild")};
 inline constexpr PreferenceKey<std::string> pendingUpdateVersion{row("PendingUpdateVersion")};
 inline constexpr PreferenceKey<std::int64_t> onboardingStep{row("Onboarding.step")};
+inline constexpr PreferenceKey<std::string> lastTemplates{row("LastTemplates")};
+inline constexpr PreferenceKey<std::string> writeWindowGeometry{row("WriteWindowGeometry")};
 inline constexpr PreferenceKey<std::string> courseInsightPanelMode{row("CourseInsightPanelMode")};
 inline constexpr PreferenceKey<bool> studentDetailsHidden{row("StudentDetailsHidden")};
 inline constexpr PreferenceKey<std::string> mainWindowGeometry{row("MainWindowGeometry")};

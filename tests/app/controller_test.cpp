@@ -176,12 +176,27 @@ TEST_F(ControllerTest, CopiesMessagesAndRecordsTheContacts) {
     controller.refresh();
     controller.select(CourseSelection{900101});
     std::vector<std::string> copied;
+    bool clipboardIsFree = false;
+    const auto clipboard = [&](const std::string &text) {
+        if (clipboardIsFree)
+            copied.push_back(text);
+        return clipboardIsFree;
+    };
+    std::vector<std::string> shown;
     QObject::connect(
-        &controller.actions(), &RosterActions::copyRequested, &controller,
-        [&](const QString &text) { copied.push_back(text.toStdString()); });
+        &controller.actions(), &RosterActions::noteRequested, &controller,
+        [&](const QString &note) { shown.push_back(note.toStdString()); });
     const MessageTemplate &email = core.stores.templates.templates().front();
     core.stores.contacts.deleteAll();
-    controller.actions().copyMessages(email, roster().rows);
+    controller.actions().copyMessages(email, roster().rows, clipboard);
+    EXPECT_TRUE(core.stores.contacts.records().empty()) << "nothing was copied";
+    clipboardIsFree = true;
+    controller.actions().copyMessages(email, roster().rows, clipboard);
+    EXPECT_THAT(
+        shown,
+        testing::ElementsAre(
+            "Nothing was copied, because another program holds the clipboard. Try again.",
+            "Copied 26 messages, one below the other. Send each to its own student."));
     ASSERT_EQ(copied.size(), 1U);
     EXPECT_EQ(copied[0], fillAll(email, roster().rows, roster().title, [](std::int64_t) {
                   return 70.0;
@@ -189,7 +204,7 @@ TEST_F(ControllerTest, CopiesMessagesAndRecordsTheContacts) {
     ASSERT_EQ(core.stores.contacts.records().size(), 26U);
     for (const ContactRecord &record : core.stores.contacts.records())
         EXPECT_EQ(record.contactedAt, test::noon);
-    controller.actions().copyMessages(email, {});
+    controller.actions().copyMessages(email, {}, clipboard);
     EXPECT_EQ(copied.size(), 1U);
 }
 

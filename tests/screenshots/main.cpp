@@ -12,6 +12,7 @@
 #include "ui/details/termchart.h"
 #include "ui/help/helpwindow.h"
 #include "ui/mainwindow/mainwindow.h"
+#include "ui/print/printsheet.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/copysetupsheet.h"
@@ -20,6 +21,7 @@
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/support/appearance.h"
 #include "ui/welcome/welcomewindow.h"
+#include "ui/write/writesheet.h"
 
 #include <QApplication>
 #include <QDir>
@@ -90,6 +92,8 @@ class Screenshots {
         settle();
         save(window, "roster");
         drawUndo(controller, window);
+        drawWrite(defaults, window);
+        drawPrint(controller, window);
         if (auto *sheet = window.openThresholds()) {
             settle();
             save(*sheet, "thresholds");
@@ -278,6 +282,76 @@ class Screenshots {
             title->menu()->close();
         }
         controller.undoStack().undo();
+    }
+
+    /// The Write sheet over a small window, beside a browser, and at its end.
+    void drawWrite(UserDefaults &defaults, MainWindow &window) {
+        window.resize(900, 600);
+        settle();
+        std::vector<RiskRow> students;
+        for (const RiskRow &row : window.roster()->table()->roster().rows()) {
+            if (students.size() < 12)
+                students.push_back(row);
+        }
+        students[2].name = "Wolfeschlegelsteinhausenbergerdorff, <b>Maria</b>\nTheodora";
+        WriteSheet *sheet = window.openWriteSheet(students);
+        const auto press = [sheet](const QString &text) {
+            for (auto *button : sheet->findChildren<QPushButton *>()) {
+                if (button->text() == text)
+                    button->click();
+            }
+            settle();
+        };
+        settle();
+        press(QStringLiteral("Copy and Next"));
+        press(QStringLiteral("Skip"));
+        save(*sheet, "write");
+        sheet->resize(
+            sheet->fontMetrics().averageCharWidth() * 42, sheet->fontMetrics().height() * 30);
+        settle();
+        save(*sheet, "write-narrow");
+        press(QStringLiteral("Copy All Together"));
+        sheet->resize(560, 420);
+        settle();
+        save(*sheet, "write-end");
+        press(QStringLiteral("Undo"));
+        sheet->reject();
+        settle();
+        defaults.remove(preferences::writeWindowGeometry.name);
+        window.resize(1280, 800);
+        settle();
+    }
+
+    /// The Print sheet, and the PDFs of a roster and of a student.
+    void drawPrint(MainWindowController &controller, MainWindow &window) {
+        for (QAction *title : window.menuBar()->actions()) {
+            for (QAction *command : title->menu()->actions()) {
+                if (command->shortcut() == QKeySequence(QKeySequence::Print))
+                    command->trigger();
+            }
+        }
+        settle();
+        if (auto *sheet = window.findChild<PrintSheet *>()) {
+            save(*sheet, "print");
+            sheet->reject();
+        }
+        RosterView roster = controller.roster();
+        const RiskRow student = window.roster()->table()->selectedRows().front();
+        savePDF(
+            printedStudent(student, controller.studentHistory(student), systemNow()),
+            "print-student");
+        while (roster.rows.size() < 500)
+            roster.rows.push_back(roster.rows[roster.rows.size() % 26]);
+        roster.rows[3].name = "Wolfeschlegelsteinhausenbergerdorff " + std::string(80, 'W');
+        savePDF(printedRoster(roster, false, systemNow()), "print-roster");
+    }
+
+    void savePDF(const PrintedDocument &document, const char *name) {
+        QFile file(
+            target.filePath(QStringLiteral("%1-%2.pdf").arg(QString::fromUtf8(name), suffix)));
+        const bool written = file.open(QIODevice::WriteOnly) && file.write(pdf(document, font)) > 0;
+        anyFailed = anyFailed || !written;
+        fmt::print("{}\n", file.fileName().toStdString());
     }
 
     void drawCourseSheets(

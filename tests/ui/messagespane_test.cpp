@@ -2,8 +2,10 @@
 #include "ui/settings/messagespane.h"
 #include "ui/support/appearance.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QApplication>
+#include <QCompleter>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -27,7 +29,7 @@ struct MessagesPaneTest : testing::Test {
     Appearance appearance{settings, false};
     TemplateStore store{folder.path()};
     UndoStack undo;
-    std::optional<PreviewStudent> student;
+    PreviewStudents students;
     /// A scroll area, as in the settings window.
     std::unique_ptr<QScrollArea> window;
 
@@ -44,7 +46,7 @@ struct MessagesPaneTest : testing::Test {
     void open() {
         window = std::make_unique<QScrollArea>();
         auto *pane = new MessagesPane(
-            defaults, store, undo, [this] { return student; }, appearance);
+            defaults, store, undo, [this] { return students; }, appearance);
         pane->setObjectName(QStringLiteral("plain"));
         window->setWidget(pane);
         window->setWidgetResizable(true);
@@ -92,6 +94,14 @@ struct MessagesPaneTest : testing::Test {
     }
     [[nodiscard]] std::string preview() const {
         return window->findChildren<QPlainTextEdit *>().at(1)->toPlainText().toStdString();
+    }
+    /// What is said to be wrong with the template; empty for nothing.
+    [[nodiscard]] std::string problems() const {
+        for (const QLabel *label : window->findChildren<QLabel *>()) {
+            if (label->property("attention").toBool() && label->isVisible())
+                return label->text().toStdString();
+        }
+        return "";
     }
     [[nodiscard]] std::string undoText() const {
         return undo.newest() != nullptr ? undo.newest()->texts.note : "";
@@ -196,11 +206,77 @@ TEST_F(MessagesPaneTest, TextIsKeptExactly) {
     EXPECT_EQ(body()->toPlainText(), QStringLiteral("y"));
 }
 
+TEST_F(MessagesPaneTest, PlaceholdersAreOfferedWhileTyping) {
+    store.add(newTemplate("", "", {}));
+    window->findChild<QListWidget *>()->setCurrentRow(3);
+    EXPECT_EQ(
+        problems(),
+        "This template has no name. It is listed as “(no name)”.\n"
+        "This template has no text, so there is nothing to copy.");
+    tabTo("Message");
+    QAbstractItemView *offered = body()->findChild<QCompleter *>()->popup();
+    const auto press = [&](Qt::Key key) {
+        QTest::keyClick(offered->isVisible() ? static_cast<QWidget *>(offered) : body(), key);
+    };
+    type("Hi {");
+    ASSERT_TRUE(offered->isVisible());
+    EXPECT_EQ(offered->model()->rowCount(), 9);
+    type("m");
+    EXPECT_EQ(offered->model()->rowCount(), 3);
+    EXPECT_EQ(
+        offered->currentIndex().data().toString(),
+        QStringLiteral("{missing_count} – how many assignments are missing"));
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_FALSE(offered->isVisible());
+    EXPECT_EQ(body()->toPlainText(), QStringLiteral("Hi {missing_list}"));
+    type(" {s");
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(offered->isVisible());
+    press(Qt::Key_Return);
+    EXPECT_EQ(body()->toPlainText(), QStringLiteral("Hi {missing_list} {s\n"));
+    type("{Name} {score}{score }");
+    EXPECT_FALSE(offered->isVisible());
+    EXPECT_THAT(
+        problems(), HasSubstr("\nNot a placeholder, so it stays as it is: {Name}, {score }"));
+    std::vector<std::string> underlined;
+    for (const auto &selection : body()->extraSelections())
+        underlined.push_back(selection.cursor.selectedText().toStdString());
+    EXPECT_THAT(underlined, ElementsAre("{Name}", "{score }"));
+    body()->setPlainText(QString(1'000'000, u'x'));
+    EXPECT_EQ(preview().size(), 20'000 + std::string("…").size());
+    // A brace that is closed already is replaced too.
+    body()->setPlainText(QStringLiteral("{}"));
+    QTest::keyClick(body(), Qt::Key_Right);
+    type("fl");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(body()->toPlainText(), QStringLiteral("{flag}"));
+    EXPECT_EQ(problems(), "This template has no name. It is listed as “(no name)”.");
+}
+
 TEST_F(MessagesPaneTest, ThePreviewUsesARealStudentIfThereIsOne) {
     const auto title = [this] { return nameOf(window->findChildren<QPlainTextEdit *>().at(1)); };
     EXPECT_EQ(title(), "Preview for Robin Example, an invented student");
     EXPECT_THAT(preview(), HasSubstr("• 2 assignment(s) showing as missing:\n    – Essay 2"));
-    student = PreviewStudent{.row = {.name = "<b>Zoë</b> | Q"}, .courseName = "Bio"};
+    students = {
+        .all =
+            {{.row = {.id = 1, .name = "Ada\nL."}},
+             {.row = {.id = 2, .name = "<b>Zoë</b> | Q"}, .courseName = "Bio"}},
+        .selected = 1};
+    window->hide();
+    window->show();
+    EXPECT_EQ(title(), "Preview for <b>Zoë</b> | Q");
+    // The teacher's choice stays while the roster has that student.
+    tabTo("<b>Zoë</b> | Q");
+    QTest::keyClick(focus(), Qt::Key_Up);
+    EXPECT_EQ(title(), "Preview for Ada L.");
+    EXPECT_THAT(preview(), HasSubstr("Hi Ada\nL.,"));
+    std::swap(students.all[0], students.all[1]);
+    students.selected = 0;
+    window->hide();
+    window->show();
+    EXPECT_EQ(title(), "Preview for Ada L.");
+    students = {.all = {students.all[0]}};
     window->hide();
     window->show();
     EXPECT_EQ(title(), "Preview for <b>Zoë</b> | Q");
@@ -233,11 +309,12 @@ TEST_F(MessagesPaneTest, EveryControlIsReachedByTabAndNotCutOff) {
             if (focus() == window.get())
                 QTest::keyClick(focus(), Qt::Key_Tab);
         } while (nameOf(focus()) != names.front() && names.size() < 40);
-        ASSERT_EQ(names.size(), 17U) << scale;
+        ASSERT_EQ(names.size(), 18U) << scale;
         EXPECT_EQ(names[1], "New Template");
         EXPECT_EQ(names[5], "Name");
         EXPECT_EQ(names[6], "Message");
-        EXPECT_EQ(names[7], "Insert {first_name}, the student's first name");
+        EXPECT_EQ(names[7], "Robin Example, an invented student");
+        EXPECT_EQ(names[9], "Insert {first_name}, the student's first name");
     }
 }
 

@@ -1,10 +1,12 @@
 #include "support/mainwindow.h"
 #include "ui/details/studentdetails.h"
 #include "ui/roster/rosterdesktopactions.h"
+#include "ui/settings/settingswindow.h"
 
 #include <QClipboard>
 #include <QFileDialog>
 #include <QMenu>
+#include <QMimeData>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -32,6 +34,10 @@ TEST_F(RosterDesktopActionsTest, TheMenuCopiesMessagesForTheSelectedStudents) {
         QApplication::clipboard()->text().toStdString(),
         testing::AllOf(
             testing::StartsWith("Sam — CS 101"), testing::HasSubstr("\n\nPriya — CS 101")));
+    EXPECT_EQ(note(), "Copied 2 messages, one below the other. Send each to its own student.");
+    EXPECT_EQ(
+        QApplication::clipboard()->mimeData()->data(QStringLiteral("x-kde-passwordManagerHint")),
+        QByteArray("secret"));
     EXPECT_TRUE(controller.roster().outreach.contains({900101, 5002}));
     EXPECT_THAT(selected(), testing::UnorderedElementsAre(5002, 5003)) << "the selection is kept";
     // The details pane also acts on all selected students.
@@ -53,6 +59,8 @@ TEST_F(RosterDesktopActionsTest, TheMenuCopiesMessagesForTheSelectedStudents) {
     Q_EMIT copy->aboutToShow();
     ASSERT_EQ(copy->actions().size(), 1);
     EXPECT_EQ(copy->actions()[0]->text(), QStringLiteral("No templates — add one in Settings"));
+    copy->actions()[0]->trigger();
+    EXPECT_TRUE(window.settings().isVisible());
 }
 
 TEST_F(RosterDesktopActionsTest, TheDetailsAreRebuiltWhileTheirMenuIsOpen) {

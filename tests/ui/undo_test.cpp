@@ -102,6 +102,32 @@ TEST_F(UndoWindowTest, ContactMarksAreRemovedAndRestored) {
     EXPECT_EQ(core.stores.contacts.records(), before);
 }
 
+TEST_F(UndoWindowTest, AClickOnTheContactRemovesTheMark) {
+    QWidget *rows = table().viewport();
+    const auto cellOf = [&](std::int64_t student) {
+        table().selectStudents({{900101, student}});
+        const QModelIndex selected = table().selectionModel()->selectedRows().front();
+        return table().visualRect(selected.siblingAtColumn(RosterModel::contacted));
+    };
+    const QPoint inside(appearance.px(16), appearance.px(16));
+    QTest::mouseClick(rows, Qt::LeftButton, {}, cellOf(5001).topLeft() + inside);
+    EXPECT_EQ(contact(5001), std::nullopt) << "there is no mark to remove";
+
+    const auto before = contact(5004);
+    const QRect cell = cellOf(5004);
+    const QPoint date = cell.topLeft() + inside;
+    const QPoint beside(cell.right() - 2, date.y());
+    QTest::mouseClick(rows, Qt::LeftButton, {}, beside);
+    QTest::mouseClick(rows, Qt::LeftButton, Qt::ControlModifier, date);
+    QTest::mousePress(rows, Qt::LeftButton, {}, beside);
+    QTest::mouseRelease(rows, Qt::LeftButton, {}, date);
+    EXPECT_EQ(contact(5004), before);
+    QTest::mouseClick(rows, Qt::LeftButton, {}, date);
+    EXPECT_EQ(contact(5004), std::nullopt);
+    QTest::keyClick(&window, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(contact(5004), before);
+}
+
 TEST_F(UndoWindowTest, TypingIsUndoneInItsField) {
     table().selectStudents({{900101, 5001}});
     action(QStringLiteral("Mark as Contacted"))->trigger();

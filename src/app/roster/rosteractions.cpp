@@ -1,5 +1,6 @@
 #include "app/roster/rosteractions.h"
 
+#include "app/messages/messagetexts.h"
 #include "app/shell/stores.h"
 #include "app/undo/undotexts.h"
 #include "base/files.h"
@@ -8,8 +9,6 @@
 #include "risk/coursethresholds.h"
 
 #include <fmt/format.h>
-
-#include <map>
 
 namespace ellwynd {
 
@@ -37,16 +36,7 @@ void RosterActions::markContacted(const std::vector<RiskRow> &students) {
 }
 
 void RosterActions::mark(const std::vector<RiskRow> &students, UndoTexts texts) {
-    std::map<std::int64_t, std::vector<std::int64_t>> byCourse;
-    for (const RiskRow &row : students)
-        byCourse[row.courseID].push_back(row.id);
-    const Date date = now();
-    ContactChange all;
-    for (const auto &[courseID, ids] : byCourse) {
-        const ContactChange change = stores.contacts.noteContacts(courseID, ids, date);
-        all.entries.insert(all.entries.end(), change.entries.begin(), change.entries.end());
-    }
-    pushContacts(std::move(all), std::move(texts));
+    pushContacts(noteContacts(stores.contacts, students, now()), std::move(texts));
 }
 
 void RosterActions::removeContactMarks(const std::vector<RiskRow> &students) {
@@ -73,16 +63,21 @@ void RosterActions::pushContacts(ContactChange change, UndoTexts texts) {
 }
 
 void RosterActions::copyMessages(
-    const MessageTemplate &message, const std::vector<RiskRow> &students) {
+    const MessageTemplate &message, const std::vector<RiskRow> &students,
+    const ClipboardWriter &clipboard) {
     if (students.empty())
         return;
     const auto courseName = roster.courseID ? std::optional{roster.title} : std::nullopt;
     const std::string text = fillAll(message, students, courseName, [this](std::int64_t courseID) {
         return courseThresholds(defaults, courseID).passingScore;
     });
-    Q_EMIT copyRequested(QString::fromStdString(text));
+    if (!clipboard(text)) {
+        Q_EMIT noteRequested(QString::fromUtf8(messagetexts::clipboardFailed));
+        return;
+    }
     UndoTexts texts = undotexts::markedContacted(namesOf(students));
-    texts.note = copiedNote;
+    texts.note = messagetexts::copied(students.size());
+    Q_EMIT noteRequested(QString::fromStdString(texts.note));
     mark(students, std::move(texts));
     exports.info(fmt::format("Copied messages for {} student(s)", students.size()));
 }

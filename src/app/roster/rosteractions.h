@@ -1,6 +1,7 @@
 // The teacher's actions on the roster on screen.
 #pragma once
 
+#include "app/messages/contactmarks.h"
 #include "app/roster/rosterview.h"
 #include "app/undo/undostack.h"
 #include "base/referencedate.h"
@@ -20,9 +21,6 @@ struct RosterExport {
     std::string text;
 };
 
-/// Shown when messages were copied.
-inline constexpr std::string_view copiedNote = "Copied. Paste it where you write your message.";
-
 /// Fills in messages to students and records the contacts, exports rosters, and opens Canvas pages.
 /// The clipboard, alerts and the browser are left to the receivers of the signals. Used on the main
 /// thread.
@@ -40,9 +38,12 @@ class RosterActions : public QObject {
     void markContacted(const std::vector<RiskRow> &students);
     /// Removes the contacts with the students; those who have none are ignored.
     void removeContactMarks(const std::vector<RiskRow> &students);
-    /// Fills in a template for each of the students, requests to copy the text, and records a
-    /// contact with each. Does nothing without students.
-    void copyMessages(const MessageTemplate &message, const std::vector<RiskRow> &students);
+    /// Fills in a template for each of the students, copies the messages together, records a
+    /// contact with each, and requests a note. If they were not copied, no contact is recorded.
+    /// Does nothing without students.
+    void copyMessages(
+        const MessageTemplate &message, const std::vector<RiskRow> &students,
+        const ClipboardWriter &clipboard);
 
     /// The roster on screen as a file to save.
     [[nodiscard]] RosterExport exported(ExportFormat format) const;
@@ -58,7 +59,8 @@ class RosterActions : public QObject {
     void pageDidOpen(const QString &page, bool opened) const;
 
   Q_SIGNALS:
-    void copyRequested(const QString &text);
+    /// A note about what was done, or why not, should be shown.
+    void noteRequested(const QString &note);
     void exportDidEnd(const QString &fileName);
     void exportDidFail(const QString &why);
     /// The receiver opens the URL and calls `pageDidOpen` with this name of the page.

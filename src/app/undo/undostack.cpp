@@ -56,10 +56,11 @@ void UndoStack::undo() {
 }
 
 void UndoStack::clear() {
-    if (steps.empty())
-        return;
+    const bool wasEmpty = steps.empty();
     steps.clear();
-    Q_EMIT newestDidChange();
+    if (!wasEmpty)
+        Q_EMIT newestDidChange();
+    Q_EMIT stackDidClear();
 }
 
 } // namespace ellwynd

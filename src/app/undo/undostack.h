@@ -69,6 +69,8 @@ class UndoStack : public QObject {
     void stepDidOccur();
     /// @param note the result, as a sentence.
     void undoDidEnd(const QString &note);
+    /// All steps were removed by `clear`, even if there was none.
+    void stackDidClear();
 
   private:
     struct Numbered {

@@ -11,15 +11,7 @@ namespace {
 /// A name on one line, and not longer than a menu allows.
 std::string shortName(std::string_view name) {
     constexpr std::size_t maxLength = 40;
-    const std::string line = oneLine(name);
-    std::size_t length = 0;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        // Not a continuation byte of UTF-8.
-        const bool begins = (static_cast<unsigned char>(line[i]) & 0xC0U) != 0x80U;
-        if (begins && ++length > maxLength)
-            return std::string(trim(std::string_view(line).substr(0, i))) + "…";
-    }
-    return std::string(trim(line));
+    return shortened(name, maxLength);
 }
 
 std::string count(const std::vector<std::string> &students, std::string_view noun) {

@@ -141,12 +141,14 @@ std::string exportText(
 }
 
 std::string exportFileName(ExportFormat format, std::string_view title, Date now) {
+    return exportFileName(format == ExportFormat::csv ? "csv" : "md", title, now);
+}
+
+std::string exportFileName(std::string_view extension, std::string_view title, Date now) {
     std::string name(title);
     std::ranges::replace_if(
         name, [](char c) { return c == '/' || c == ':'; }, '-');
-    return fmt::format(
-        "Ellwynd — {} — {}.{}", name, calendar::dayKey(now),
-        format == ExportFormat::csv ? "csv" : "md");
+    return fmt::format("Ellwynd — {} — {}.{}", name, calendar::dayKey(now), extension);
 }
 
 } // namespace ellwynd

@@ -42,5 +42,8 @@ markdown(std::string_view title, std::span<const RiskRow> rows, const ExportSour
 
 /// The suggested file name: "Ellwynd — Bio 101- Lab-Field — 2026-09-24.csv".
 [[nodiscard]] std::string exportFileName(ExportFormat format, std::string_view title, Date now);
+/// @param extension without a dot.
+[[nodiscard]] std::string
+exportFileName(std::string_view extension, std::string_view title, Date now);
 
 } // namespace ellwynd

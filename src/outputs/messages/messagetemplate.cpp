@@ -9,6 +9,8 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
+
 namespace ellwynd {
 
 namespace {
@@ -116,6 +118,45 @@ std::vector<MessageTemplate> defaultTemplates(Date now) {
         newTemplate("Email", std::string(emailBody), now),
         newTemplate("Short Message", std::string(shortBody), now),
         newTemplate("Referral Summary", std::string(referralBody), now)};
+}
+
+std::vector<TextRange> unknownPlaceholders(QStringView text) {
+    constexpr qsizetype maxLength = 40;
+    std::vector<TextRange> unknown;
+    qsizetype open = -1;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (c == u'{') {
+            open = i;
+        } else if (c == u'\n' || c == QChar::ParagraphSeparator || c == QChar::LineSeparator) {
+            open = -1;
+        } else if (c == u'}' && open >= 0) {
+            const QStringView token = text.sliced(open, i + 1 - open);
+            const bool known = std::ranges::any_of(placeholders, [token](const auto &each) {
+                return token == QLatin1StringView(each.token.data(), qsizetype(each.token.size()));
+            });
+            if (!known && token.size() <= maxLength)
+                unknown.push_back({open, i + 1});
+            open = -1;
+        }
+    }
+    return unknown;
+}
+
+std::string unfinishedPlaceholder(std::string_view line) {
+    const std::size_t open = line.rfind('{');
+    if (open == std::string_view::npos)
+        return {};
+    const std::string_view token = line.substr(open);
+    const bool isName = std::ranges::all_of(token.substr(1), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+    });
+    return isName ? std::string(token) : std::string();
+}
+
+std::string titleOf(const MessageTemplate &message) {
+    const std::string line = QString::fromStdString(message.name).simplified().toStdString();
+    return line.empty() ? "(no name)" : line;
 }
 
 std::string firstNameOf(const std::string &name) {

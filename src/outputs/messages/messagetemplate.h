@@ -4,6 +4,8 @@
 #include "base/date.h"
 #include "risk/riskrow.h"
 
+#include <QStringView>
+
 #include <array>
 #include <functional>
 #include <span>
@@ -59,11 +61,27 @@ inline constexpr std::array<PlaceholderText, 9> placeholders{{
      "the missing assignments, one a line"},
 }};
 
+/// Where a text has braces, on one line, around a few characters that are no placeholder: most
+/// likely a mistyped one. Half-open, in UTF-16 units.
+struct TextRange {
+    qsizetype begin = 0;
+    qsizetype end = 0;
+
+    bool operator==(const TextRange &) const = default;
+};
+[[nodiscard]] std::vector<TextRange> unknownPlaceholders(QStringView text);
+
+/// The beginning of a placeholder at the end of a line, such as "{mis"; empty if there is none.
+[[nodiscard]] std::string unfinishedPlaceholder(std::string_view line);
+
 /// "Email", "Short Message" and "Referral Summary", each with a new id.
 [[nodiscard]] std::vector<MessageTemplate> defaultTemplates(Date now);
 
 /// A template with a new id, created now.
 [[nodiscard]] MessageTemplate newTemplate(std::string name, std::string body, Date now);
+
+/// The name on one line for lists and menus; "(no name)" for a template without one.
+[[nodiscard]] std::string titleOf(const MessageTemplate &message);
 
 /// The first word of a name, the value of {first_name}; the whole name if it has no word.
 [[nodiscard]] std::string firstNameOf(const std::string &name);

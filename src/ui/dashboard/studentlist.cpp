@@ -8,7 +8,6 @@
 
 #include <QContextMenuEvent>
 #include <QHBoxLayout>
-#include <QMenu>
 #include <QPushButton>
 
 #include <algorithm>
@@ -36,7 +35,6 @@ StudentList::StudentList(const Appearance &appearance, QWidget *parent)
     setMouseTracking(true);
     viewport()->installEventFilter(this);
 
-    write->setMenu(new QMenu(write));
     write->setProperty("primary", true);
     for (QPushButton *button : {write, contacted}) {
         button->setProperty("tight", true);
@@ -47,9 +45,9 @@ StudentList::StudentList(const Appearance &appearance, QWidget *parent)
     row->addWidget(write);
     row->addWidget(contacted);
     commands->hide();
-    connect(write->menu(), &QMenu::aboutToShow, this, [this] {
+    connect(write, &QPushButton::clicked, this, [this] {
         setCurrentIndex(commandRow());
-        Q_EMIT messagesRequested(write->menu());
+        Q_EMIT writeRequested(selectedRows());
     });
     connect(contacted, &QPushButton::clicked, this, [this] {
         setCurrentIndex(commandRow());

@@ -5,7 +5,6 @@
 
 #include <QListView>
 
-class QMenu;
 class QPushButton;
 
 namespace ellwynd {
@@ -33,8 +32,7 @@ class StudentList : public QListView {
   Q_SIGNALS:
     /// The course should be opened with the student selected.
     void studentRequested(const ellwynd::StudentKey &student);
-    /// The menu of messages is about to open for the selected student.
-    void messagesRequested(QMenu *menu);
+    void writeRequested(const std::vector<ellwynd::RiskRow> &students);
     void contactsRequested(const std::vector<ellwynd::RiskRow> &students);
     void contextMenuRequested(const QPoint &position);
     void selectionDidChange();

@@ -1,6 +1,7 @@
 #include "ui/details/studentdetails.h"
 
 #include "app/courses/courselabel.h"
+#include "app/messages/messagetexts.h"
 #include "app/roster/rostertexts.h"
 #include "ui/details/termchart.h"
 #include "ui/support/appearance.h"
@@ -316,9 +317,15 @@ void StudentDetails::addButtons(QVBoxLayout &column) {
     auto *flow = new FlowLayout(box);
     flow->setContentsMargins(0, 0, 0, 0);
     flow->setSpacing(appearance.px(6));
+    const std::string writeTo = messagetexts::writeTo(rows);
+    auto *write = new QPushButton(menuText(writeTo), box);
+    write->setAccessibleName(qstring(writeTo));
+    write->setProperty("primary", true);
+    write->setToolTip(
+        QStringLiteral("Fill in a message, and copy it for one student at a time (Ctrl+J)"));
+    connect(write, &QPushButton::clicked, this, [this] { Q_EMIT writeRequested(rows); });
     auto *copy = new QPushButton(QStringLiteral("Copy Message ▾"), box);
     copy->setAccessibleName(QStringLiteral("Copy Message"));
-    copy->setProperty("primary", true);
     copy->setToolTip(
         one ? QStringLiteral("Copy a message about this student to the clipboard")
             : QStringLiteral("Copy a message about each of them to the clipboard"));
@@ -334,7 +341,7 @@ void StudentDetails::addButtons(QVBoxLayout &column) {
             : QStringLiteral("Record that you wrote to these students just now"));
     contacted->setEnabled(contactsEnabled);
     connect(contacted, &QPushButton::clicked, this, [this] { Q_EMIT contactsRequested(rows); });
-    for (QPushButton *button : {copy, contacted}) {
+    for (QPushButton *button : {write, copy, contacted}) {
         button->setAutoDefault(false);
         button->setFont(appearance.font(0.94));
         button->setProperty("tight", true);

@@ -34,6 +34,7 @@ class StudentDetails : public QWidget {
     void focusContents();
 
   Q_SIGNALS:
+    void writeRequested(const std::vector<ellwynd::RiskRow> &students);
     /// The menu of messages is about to open.
     void messagesRequested(QMenu *menu);
     void contactsRequested(const std::vector<ellwynd::RiskRow> &students);

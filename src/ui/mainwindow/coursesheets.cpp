@@ -1,7 +1,9 @@
 #include "ui/mainwindow/coursesheets.h"
 
 #include "app/mainwindowcontroller.h"
+#include "app/roster/rostertexts.h"
 #include "app/undo/undotexts.h"
+#include "ui/print/printsheet.h"
 #include "ui/sheets/copysetupsheet.h"
 #include "ui/sheets/iconsheet.h"
 #include "ui/sheets/missingworksheet.h"
@@ -80,6 +82,30 @@ void CourseSheets::openCopySetup() {
                 Q_EMIT noteRequested(qstring(texts.note));
         });
     sheet->show();
+}
+
+PrintSheet *CourseSheets::openPrint(const std::vector<RiskRow> &selected) {
+    const RosterView &roster = controller.roster();
+    const Date now = systemNow();
+    PrintedRoster everyone = printedRoster(roster, false, now);
+    PrintedRoster flagged = printedRoster(roster, true, now);
+    const auto title = [](const char *text, const PrintedRoster &printed) {
+        return QStringLiteral("%1: %2").arg(
+            QString::fromUtf8(text), qstring(studentsText(printed.rows.size())));
+    };
+    std::vector<PrintSheet::Choice> choices;
+    if (!flagged.rows.empty() && flagged.rows.size() < everyone.rows.size())
+        choices.push_back({title("Flagged", flagged), std::move(flagged)});
+    choices.push_back({title("Whole roster", everyone), std::move(everyone)});
+    if (selected.size() == 1) {
+        PrintedStudent student =
+            printedStudent(selected.front(), controller.studentHistory(selected.front()), now);
+        choices.push_back({qstring(student.name), std::move(student)});
+    }
+    auto *sheet = new PrintSheet(std::move(choices), appearance, &window);
+    connect(sheet, &PrintSheet::noteRequested, this, &CourseSheets::noteRequested);
+    sheet->show();
+    return sheet;
 }
 
 } // namespace ellwynd

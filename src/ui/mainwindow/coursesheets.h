@@ -15,6 +15,7 @@ namespace ellwynd {
 class Appearance;
 class MainWindowController;
 class MissingWorkSheet;
+class PrintSheet;
 class ThresholdsSheet;
 
 /// Opens sheets over the main window. When no course is displayed, nothing opens and null is
@@ -32,6 +33,9 @@ class CourseSheets : public QObject {
     ThresholdsSheet *openThresholds();
     void openIcon();
     void openCopySetup();
+    /// Opens "Print…" for the displayed roster, of a course or of a term.
+    /// @param selected one of them alone can be printed too.
+    PrintSheet *openPrint(const std::vector<RiskRow> &selected);
 
   Q_SIGNALS:
     /// The roster should select these students.

@@ -59,6 +59,7 @@ void MainMenus::makeFileMenu() {
     exportCSV = add(file, QStringLiteral("Export Roster as &CSV…"), {Qt::CTRL | Qt::Key_E});
     exportMarkdown = add(
         file, QStringLiteral("Export Roster as &Markdown…"), {Qt::CTRL | Qt::SHIFT | Qt::Key_E});
+    print = add(file, QStringLiteral("&Print…"), {QKeySequence::Print});
     file.addSeparator();
     sampleMode =
         add(file, menuText(samplemode::menuTitle(defaults.value(preferences::sampleData))));
@@ -113,6 +114,7 @@ void MainMenus::makeCourseMenus() {
     openCourse = add(course, QStringLiteral("&Open Course in Canvas"), {Qt::CTRL | Qt::Key_O});
 
     QMenu &student = *bar.addMenu(QStringLiteral("&Student"));
+    write = add(student, QStringLiteral("&Write…"), {Qt::CTRL | Qt::Key_J});
     copyMessage = student.addMenu(QStringLiteral("&Copy Message About Student"));
     markContacted =
         add(student, QStringLiteral("&Mark as Contacted"), {Qt::CTRL | Qt::SHIFT | Qt::Key_M});
@@ -163,8 +165,10 @@ void MainMenus::update(const CommandState &state) {
         command->setEnabled(state.rosterShown);
     for (QAction *command : {missingWork, thresholds, courseIcon, copySetup, openCourse})
         command->setEnabled(state.rosterShown && state.oneCourse);
-    findStudent->setEnabled(state.anyStudents);
     sortBy->setEnabled(state.anyStudents);
+    for (QAction *command : {findStudent, print})
+        command->setEnabled(state.anyStudents);
+    write->setEnabled(state.anySelected);
     copyMessage->setEnabled(state.anySelected);
     // Each student would open a page in the browser.
     openGrades->setEnabled(state.oneSelected);

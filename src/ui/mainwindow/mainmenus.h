@@ -53,6 +53,7 @@ class MainMenus : public QObject {
     QAction *refreshRoster = nullptr;
     QAction *exportCSV = nullptr;
     QAction *exportMarkdown = nullptr;
+    QAction *print = nullptr;
     QAction *sampleMode = nullptr;
     QAction *settings = nullptr;
     QAction *quit = nullptr;
@@ -74,6 +75,7 @@ class MainMenus : public QObject {
     QAction *copySetup = nullptr;
     QAction *openCourse = nullptr;
     // Student
+    QAction *write = nullptr;
     /// Filled by the owner on `aboutToShow`.
     QMenu *copyMessage = nullptr;
     QAction *markContacted = nullptr;

@@ -21,6 +21,8 @@
 #include "ui/support/statusnotes.h"
 #include "ui/support/windowmemory.h"
 #include "ui/welcome/welcomewindow.h"
+#include "ui/write/writecommands.h"
+#include "ui/write/writesheet.h"
 #include "uikit/convert.h"
 
 #include <QAction>
@@ -65,10 +67,14 @@ MainWindow::MainWindow(
       details(new StudentDetails(appearance, splitter)),
       desktopActions(new RosterDesktopActions(
           controller.actions(), stores.templates, [this] { return selectedStudents(); }, *this)),
+      writing(new WriteCommands(defaults, stores, controller.undoStack(), appearance, *this)),
       menus(new MainMenus(*menuBar(), defaults)),
       notes(new StatusNotes(
           *middle, controller.undoStack(), appearance,
-          [this] { return settingsWindow == nullptr || !settingsWindow->isActiveWindow(); })),
+          [this] {
+              return !writing->isInFront() &&
+                  (settingsWindow == nullptr || !settingsWindow->isActiveWindow());
+          })),
       sheets(new CourseSheets(controller, defaults, appearance, *this)),
       observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::studentDetailsHidden.name)
@@ -100,6 +106,7 @@ void MainWindow::connectCommands() {
     on(menus->refreshRoster, [this] { controller.refreshRoster(); });
     on(menus->exportCSV, [this] { desktopActions->exportRoster(ExportFormat::csv); });
     on(menus->exportMarkdown, [this] { desktopActions->exportRoster(ExportFormat::markdown); });
+    on(menus->print, [this] { sheets->openPrint(rosterPane->table()->selectedRows()); });
     on(menus->sampleMode, &MainWindow::sampleSwitchRequested);
     on(menus->settings, [this] { settings().open(SettingsWindow::general); });
     on(menus->quit, &QWidget::close);
@@ -124,6 +131,7 @@ void MainWindow::connectCommands() {
         if (const auto id = controller.roster().courseID)
             controller.actions().openCourse(*id);
     });
+    on(menus->write, [this] { openWriteSheet(selectedStudents()); });
     connect(menus->copyMessage, &QMenu::aboutToShow, this, [this] {
         desktopActions->fillCopyMenu(menus->copyMessage);
     });
@@ -152,17 +160,19 @@ void MainWindow::fillSortMenu() {
     }
 }
 
-/// The first selected student, or else the first of the roster.
-std::optional<PreviewStudent> MainWindow::previewStudent() const {
+/// The students of the roster, of whom the first selected one is previewed.
+PreviewStudents MainWindow::previewStudents() const {
     const std::vector<RiskRow> selected = selectedStudents();
-    const RosterView &roster = controller.roster();
-    if (selected.empty() && roster.rows.empty())
-        return std::nullopt;
-    const RiskRow &row = selected.empty() ? roster.rows.front() : selected.front();
-    return PreviewStudent{
-        .row = row,
-        .courseName = row.courseName,
-        .passingScore = courseThresholds(defaults, row.courseID).passingScore};
+    PreviewStudents students;
+    for (const RiskRow &row : controller.roster().rows) {
+        if (!selected.empty() && keyOf(row) == keyOf(selected.front()))
+            students.selected = students.all.size();
+        students.all.push_back(
+            {.row = row,
+             .courseName = row.courseName,
+             .passingScore = courseThresholds(defaults, row.courseID).passingScore});
+    }
+    return students;
 }
 
 void MainWindow::connectViews() {
@@ -190,6 +200,9 @@ void MainWindow::connectViews() {
         controller.actions().openAssignment(row.courseID, id);
     };
     connect(table, &RosterTable::gradesRequested, this, grades);
+    connect(table, &RosterTable::contactRemovalRequested, this, [this](const RiskRow &row) {
+        controller.actions().removeContactMarks({row});
+    });
     connect(
         details, &StudentDetails::messagesRequested, desktopActions,
         &RosterDesktopActions::fillCopyMenu);
@@ -197,6 +210,10 @@ void MainWindow::connectViews() {
         desktopActions, &RosterDesktopActions::noteRequested, this,
         [this](const QString &note) { notes->showNote(note); });
     connect(sheets, &CourseSheets::noteRequested, notes, &StatusNotes::showNote);
+    const auto showTemplates = [this] { settings().open(SettingsWindow::messages); };
+    connect(desktopActions, &RosterDesktopActions::templatesRequested, this, showTemplates);
+    connect(writing, &WriteCommands::templatesRequested, this, showTemplates);
+    connect(details, &StudentDetails::writeRequested, this, &MainWindow::openWriteSheet);
     connect(
         details, &StudentDetails::contactsRequested, &controller.actions(),
         &RosterActions::markContacted);
@@ -221,9 +238,7 @@ void MainWindow::connectViews() {
     connect(needs, &StudentList::studentRequested, this, &MainWindow::showStudent);
     connect(needs, &StudentList::contextMenuRequested, this, &MainWindow::showContextMenu);
     connect(needs, &StudentList::selectionDidChange, this, &MainWindow::updateActions);
-    connect(
-        needs, &StudentList::messagesRequested, desktopActions,
-        &RosterDesktopActions::fillCopyMenu);
+    connect(needs, &StudentList::writeRequested, this, &MainWindow::openWriteSheet);
     connect(
         needs, &StudentList::contactsRequested, &controller.actions(),
         &RosterActions::markContacted);
@@ -352,6 +367,7 @@ void MainWindow::showContextMenu(const QPoint &position) {
     if (selected.empty())
         return;
     QMenu menu(this);
+    menu.addAction(menus->write);
     QMenu *messages = menu.addMenu(menus->copyMessage->title());
     desktopActions->fillCopyMenu(messages);
     menu.addAction(menus->markContacted);
@@ -445,6 +461,10 @@ ThresholdsSheet *MainWindow::openThresholds() {
     return sheets->openThresholds();
 }
 
+WriteSheet *MainWindow::openWriteSheet(const std::vector<RiskRow> &students) {
+    return writing->open(students);
+}
+
 void MainWindow::showWelcomeIfDue() {
     const auto isConnected = [this] {
         return controller.roster().state != RosterView::State::notConnected;
@@ -487,7 +507,7 @@ SettingsWindow &MainWindow::settings() {
     if (settingsWindow == nullptr) {
         settingsWindow = new SettingsWindow(
             defaults, stores, controller.undoStack(), connection, sync, notifications,
-            [this] { return previewStudent(); }, appearance, this);
+            [this] { return previewStudents(); }, appearance, this);
         settingsWindow->setUpdateChecksAvailable(updateChecksAvailable);
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,

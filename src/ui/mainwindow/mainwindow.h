@@ -31,6 +31,8 @@ class SyncService;
 class ThresholdsSheet;
 class UserDefaults;
 class UserNotifications;
+class WriteCommands;
+class WriteSheet;
 struct Stores;
 
 /// Sidebar, roster and student details side by side, with the menus. It contains no logic: commands
@@ -52,6 +54,9 @@ class MainWindow : public QMainWindow {
     ellwynd::MissingWorkSheet *openMissingWork();
     /// Opens the course's thresholds; null when no course is displayed.
     ellwynd::ThresholdsSheet *openThresholds();
+
+    /// Opens the Write sheet for students of one or several courses; null without students.
+    ellwynd::WriteSheet *openWriteSheet(const std::vector<ellwynd::RiskRow> &students);
 
     /// Shows the welcome window when it is due.
     void showWelcomeIfDue();
@@ -79,7 +84,7 @@ class MainWindow : public QMainWindow {
     void showWelcome();
     void connectCommands();
     void fillSortMenu();
-    [[nodiscard]] std::optional<PreviewStudent> previewStudent() const;
+    [[nodiscard]] PreviewStudents previewStudents() const;
     void connectViews();
     void updateActions();
     void showPane();
@@ -113,6 +118,7 @@ class MainWindow : public QMainWindow {
     RosterPane *rosterPane;
     StudentDetails *details;
     RosterDesktopActions *desktopActions;
+    WriteCommands *writing;
     MainMenus *menus;
     StatusNotes *notes;
     CourseSheets *sheets;

@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace ellwynd {
 
@@ -272,20 +273,41 @@ std::optional<ReasonTarget> RosterDelegate::targetAt(QPoint position, int row) c
     return reasonsOf(student).targetAt(position - reasonsAt(student, rowRect(row)));
 }
 
+bool RosterDelegate::isOnContact(
+    QPoint position, const QRect &cell, const QModelIndex &index) const {
+    if (index.column() != RosterModel::contacted || model.isFold(index.row()))
+        return false;
+    const OutreachOutcome *outcome = model.roster().outcome(model.row(index.row()));
+    if (outcome == nullptr)
+        return false;
+    const int width =
+        QFontMetrics(appearance.font()).horizontalAdvance(qstring(contactedText(*outcome)));
+    return QRect(
+               cell.left() + horizontalPadding(), cell.top() + verticalPadding(), width, lineHeight)
+        .contains(position);
+}
+
 bool RosterDelegate::editorEvent(
     QEvent *event, QAbstractItemModel *abstractModel, const QStyleOptionViewItem &option,
     const QModelIndex &index) {
     if (event->type() == QEvent::MouseMove) {
-        const auto target =
-            targetAt(static_cast<QMouseEvent *>(event)->position().toPoint(), index.row());
+        const QPoint at = static_cast<QMouseEvent *>(event)->position().toPoint();
+        const auto target = targetAt(at, index.row());
+        const bool contact = isOnContact(at, option.rect, index);
         const bool fold = model.isFold(index.row());
-        if (target != hovered || hoveredRow != index.row()) {
+        if (target != hovered || hoveredRow != index.row() || hoversContact != contact) {
             hovered = target;
             hoveredRow = index.row();
-            view->viewport()->setCursor(target || fold ? Qt::PointingHandCursor : Qt::ArrowCursor);
+            hoversContact = contact;
+            view->viewport()->setCursor(
+                target || fold || contact ? Qt::PointingHandCursor : Qt::ArrowCursor);
             view->viewport()->update();
         }
         return false;
+    }
+    if (event->type() == QEvent::MouseButtonPress) {
+        const QPoint at = static_cast<QMouseEvent *>(event)->position().toPoint();
+        pressedContact = isOnContact(at, option.rect, index) ? index.row() : -1;
     }
     if (event->type() != QEvent::MouseButtonRelease)
         return QStyledItemDelegate::editorEvent(event, abstractModel, option, index);
@@ -296,10 +318,15 @@ bool RosterDelegate::editorEvent(
         Q_EMIT unfoldRequested();
         return true;
     }
+    const RiskRow row = model.row(index.row());
+    if (std::exchange(pressedContact, -1) == index.row() &&
+        isOnContact(mouse->position().toPoint(), option.rect, index)) {
+        Q_EMIT contactRemovalRequested(row);
+        return true;
+    }
     const auto target = targetAt(mouse->position().toPoint(), index.row());
     if (!target)
         return false;
-    const RiskRow row = model.row(index.row());
     if (*target == ReasonTarget::grades)
         Q_EMIT gradesRequested(row);
     else
@@ -319,6 +346,8 @@ bool RosterDelegate::helpEvent(
         !model.isFold(index.row()) &&
         event->pos().y() > option.rect.top() + verticalPadding() + lineHeight) {
         tip = qstring(reasonsText(model.row(index.row())));
+    } else if (isOnContact(event->pos(), option.rect, index)) {
+        tip += QStringLiteral(". Click to remove the contact mark.");
     }
     if (tip.isEmpty()) {
         QToolTip::hideText();

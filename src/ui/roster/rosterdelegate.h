@@ -73,6 +73,8 @@ class RosterDelegate : public QStyledItemDelegate {
     void gradesRequested(const ellwynd::RiskRow &row);
     /// The names of a student's missing work should be shown.
     void detailsRequested(const ellwynd::RiskRow &row);
+    /// The date of a contact was clicked: the contact mark should be removed.
+    void contactRemovalRequested(const ellwynd::RiskRow &row);
     /// The folded students should be shown.
     void unfoldRequested();
 
@@ -83,6 +85,9 @@ class RosterDelegate : public QStyledItemDelegate {
     [[nodiscard]] QPoint reasonsAt(const RiskRow &row, const QRect &rowRect) const;
     [[nodiscard]] QRect rowRect(int row) const;
     [[nodiscard]] std::optional<ReasonTarget> targetAt(QPoint position, int row) const;
+    /// Whether the position is on the date of a contact, or on the word beside it.
+    [[nodiscard]] bool
+    isOnContact(QPoint position, const QRect &cell, const QModelIndex &index) const;
     void paintFold(QPainter &painter, const QRect &rect, int row) const;
     void drawName(QPainter &painter, const QRect &cell, const QString &name) const;
     void drawArrow(QPainter &painter, const QRect &line, const RosterChange &change) const;
@@ -100,6 +105,9 @@ class RosterDelegate : public QStyledItemDelegate {
     int reasonHeight = 0;
     int hoveredRow = -1;
     std::optional<ReasonTarget> hovered;
+    bool hoversContact = false;
+    /// The row whose contact the mouse button was pressed on; -1 for none.
+    int pressedContact = -1;
 };
 
 } // namespace ellwynd

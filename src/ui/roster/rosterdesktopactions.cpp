@@ -1,15 +1,15 @@
 #include "ui/roster/rosterdesktopactions.h"
 
+#include "app/messages/messagetexts.h"
 #include "app/roster/rosteractions.h"
 #include "outputs/messages/templatestore.h"
 #include "ui/support/alert.h"
+#include "ui/support/messageclipboard.h"
 #include "uikit/convert.h"
 
-#include <QClipboard>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QMenu>
 #include <QMessageBox>
 #include <QStandardPaths>
@@ -25,10 +25,7 @@ RosterDesktopActions::RosterDesktopActions(
       selected(std::move(selected)),
       window(window),
       exportFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
-    connect(&actions, &RosterActions::copyRequested, this, [this](const QString &text) {
-        QGuiApplication::clipboard()->setText(text);
-        Q_EMIT noteRequested(qstring(copiedNote));
-    });
+    connect(&actions, &RosterActions::noteRequested, this, &RosterDesktopActions::noteRequested);
     connect(&actions, &RosterActions::exportDidEnd, this, [this](const QString &fileName) {
         Q_EMIT noteRequested(QStringLiteral("Saved %1.").arg(fileName));
     });
@@ -73,13 +70,17 @@ void RosterDesktopActions::exportRoster(ExportFormat format) {
 void RosterDesktopActions::fillCopyMenu(QMenu *menu) {
     menu->clear();
     for (const MessageTemplate &message : templates.templates()) {
-        QAction *action = menu->addAction(menuText(message.name));
+        const QAction *action = menu->addAction(menuText(titleOf(message)));
         connect(action, &QAction::triggered, this, [this, message] {
-            actions.copyMessages(message, selected());
+            actions.copyMessages(message, selected(), [](const std::string &text) {
+                return copyMessage(QString::fromStdString(text));
+            });
         });
     }
-    if (menu->isEmpty())
-        menu->addAction(QStringLiteral("No templates — add one in Settings"))->setEnabled(false);
+    if (menu->isEmpty()) {
+        const QAction *add = menu->addAction(qstring(messagetexts::noTemplates));
+        connect(add, &QAction::triggered, this, &RosterDesktopActions::templatesRequested);
+    }
 }
 
 } // namespace ellwynd

@@ -33,12 +33,14 @@ class RosterDesktopActions : public QObject {
     /// Opens the save panel for the displayed roster.
     void exportRoster(ExportFormat format);
     /// Fills a menu with one entry per template. An entry copies messages for the students selected
-    /// when it is chosen.
+    /// when it is chosen. Without templates, the only entry leads to their settings.
     void fillCopyMenu(QMenu *menu);
 
   Q_SIGNALS:
     /// A note about what was done should be shown.
     void noteRequested(const QString &note);
+    /// The settings of templates should be shown.
+    void templatesRequested();
 
   private:
     RosterActions &actions;

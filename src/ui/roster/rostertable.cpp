@@ -59,6 +59,9 @@ RosterTable::RosterTable(const Appearance &appearance, QWidget *parent)
         sortBy(RosterModel::sortOf(column));
     });
     connect(delegate, &RosterDelegate::gradesRequested, this, &RosterTable::gradesRequested);
+    connect(
+        delegate, &RosterDelegate::contactRemovalRequested, this,
+        &RosterTable::contactRemovalRequested);
     connect(delegate, &RosterDelegate::detailsRequested, this, &RosterTable::detailsRequested);
     connect(delegate, &RosterDelegate::unfoldRequested, this, &RosterTable::unfold);
     connect(&appearance, &Appearance::appearanceDidChange, this, &RosterTable::lay);

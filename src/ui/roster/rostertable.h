@@ -47,6 +47,7 @@ class RosterTable : public QTableView {
     /// This view has changed the query.
     void queryDidChange();
     void gradesRequested(const ellwynd::RiskRow &row);
+    void contactRemovalRequested(const ellwynd::RiskRow &row);
     /// The details of the selected student should be shown.
     void detailsRequested();
 

@@ -21,19 +21,18 @@ constexpr int idRole = Qt::UserRole;
 
 /// A template's line in the list.
 QString itemText(const std::string &name) {
-    const QString line = qstring(name).simplified();
-    return line.isEmpty() ? QStringLiteral("(no name)") : line;
+    return qstring(titleOf({.name = name}));
 }
 
 } // namespace
 
 MessagesPane::MessagesPane(
-    UserDefaults &defaults, TemplateStore &store, UndoStack &undo, PreviewSource student,
+    UserDefaults &defaults, TemplateStore &store, UndoStack &undo, PreviewSource students,
     const Appearance &appearance)
     : SettingsPane(QStringLiteral("Messages"), defaults, appearance),
       store(store),
       undo(undo),
-      editor(new TemplateEditor(std::move(student), appearance)) {
+      editor(new TemplateEditor(std::move(students), appearance)) {
     addNote(QStringLiteral(
         "Templates of the messages that you copy for students. Ellwynd does not send them."));
     addWidget(makeList());

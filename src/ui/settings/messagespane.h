@@ -22,12 +22,15 @@ class MessagesPane : public SettingsPane {
   public:
     /// @param store must outlive the stack, and the pane, which saves unsaved edits when destroyed.
     MessagesPane(
-        UserDefaults &defaults, TemplateStore &store, UndoStack &undo, PreviewSource student,
+        UserDefaults &defaults, TemplateStore &store, UndoStack &undo, PreviewSource students,
         const Appearance &appearance);
     ~MessagesPane() override;
 
-    /// Shows the preview for the student returned by `PreviewSource`.
-    void refreshPreview() { editor->refreshPreview(); }
+    /// Call when the students of the preview may have changed.
+    void refreshPreview() {
+        if (isVisible())
+            editor->refreshPreview();
+    }
 
   protected:
     void showPreferences() override {}

@@ -1,9 +1,14 @@
 #include "ui/settings/templateeditor.h"
 
+#include "app/courses/courselabel.h"
+#include "app/messages/messagetexts.h"
+#include "ui/settings/templatebody.h"
 #include "ui/support/appearance.h"
+#include "ui/support/editortext.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
+#include <QComboBox>
 #include <QEvent>
 #include <QGridLayout>
 #include <QLineEdit>
@@ -11,6 +16,8 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace ellwynd {
 
@@ -42,41 +49,68 @@ QLabel *titleOf(QWidget *field, const QString &text, QWidget *parent) {
 
 } // namespace
 
-TemplateEditor::TemplateEditor(PreviewSource student, const Appearance &appearance)
-    : student(std::move(student)),
+TemplateEditor::TemplateEditor(PreviewSource source, const Appearance &appearance)
+    : source(std::move(source)),
       appearance(appearance),
       nameField(new QLineEdit),
-      bodyField(new QPlainTextEdit),
-      preview(new QPlainTextEdit) {
-    bodyField->setTabChangesFocus(true);
-    preview->setTabChangesFocus(true);
-    preview->setReadOnly(true);
-    preview->setPlaceholderText(
-        QStringLiteral("The message is empty: every line has a placeholder without a value."));
-
+      bodyField(new TemplateBody(appearance)),
+      previewTitle(plainLabel(nullptr)),
+      studentChoice(new QComboBox),
+      preview(new QPlainTextEdit),
+      fields(new QBoxLayout(QBoxLayout::LeftToRight)),
+      problems(plainLabel(nullptr, true)) {
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(titleOf(nameField, QStringLiteral("Name"), this));
     column->addWidget(nameField);
-    column->addWidget(titleOf(bodyField, QStringLiteral("Message"), this));
-    column->addWidget(bodyField);
+    column->addLayout(makeFields());
+    problems->setProperty("attention", true);
+    column->addWidget(problems);
     placeholderButtons = makePlaceholders();
     column->addWidget(placeholderButtons);
-    previewTitle = titleOf(preview, QStringLiteral("Preview"), this);
-    previewTitle->setWordWrap(true);
-    column->addWidget(previewTitle);
-    column->addWidget(preview);
 
     for (QWidget *field : std::initializer_list<QWidget *>{nameField, bodyField})
         field->installEventFilter(this);
-    connect(nameField, &QLineEdit::textEdited, this, &TemplateEditor::templateDidChange);
-    connect(bodyField, &QPlainTextEdit::textChanged, this, [this] {
-        refreshPreview();
+    connect(nameField, &QLineEdit::textEdited, this, [this] {
+        fillPreview();
         Q_EMIT templateDidChange();
+    });
+    connect(bodyField, &QPlainTextEdit::textChanged, this, [this] {
+        fillPreview();
+        Q_EMIT templateDidChange();
+    });
+    connect(studentChoice, &QComboBox::activated, this, [this](int index) {
+        students.selected = std::size_t(index);
+        chosenStudent = keyOf(students.all[students.selected].row);
+        fillPreview();
     });
     connect(&appearance, &Appearance::appearanceDidChange, this, &TemplateEditor::applyAppearance);
     applyAppearance();
     show(nullptr);
+}
+
+/// The text, and the preview beside it.
+QLayout *TemplateEditor::makeFields() {
+    preview->setTabChangesFocus(true);
+    preview->setReadOnly(true);
+    preview->setPlaceholderText(qstring(messagetexts::emptyPreview));
+    previewTitle->setText(QStringLiteral("Preview for"));
+    previewTitle->setBuddy(studentChoice);
+    studentChoice->setAccessibleName(QStringLiteral("Student of the preview"));
+    studentChoice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    studentChoice->setMinimumContentsLength(6);
+    auto *text = new QVBoxLayout;
+    text->addWidget(titleOf(bodyField, QStringLiteral("Message"), this));
+    text->addWidget(bodyField);
+    auto *filled = new QVBoxLayout;
+    auto *title = new QHBoxLayout;
+    title->addWidget(previewTitle);
+    title->addWidget(studentChoice, 1);
+    filled->addLayout(title);
+    filled->addWidget(preview);
+    fields->addLayout(text, 1);
+    fields->addLayout(filled, 1);
+    return fields;
 }
 
 QWidget *TemplateEditor::makePlaceholders() {
@@ -105,10 +139,11 @@ QWidget *TemplateEditor::makePlaceholders() {
     return area;
 }
 
-/// Arranges the placeholders in two columns if they fit, else in one.
-void TemplateEditor::arrangePlaceholders() {
+/// Arranges the preview beside the text, and the placeholders in two columns, if they fit.
+void TemplateEditor::arrange() {
     constexpr int twoColumnWidth = 560;
     const bool two = width() >= appearance.px(twoColumnWidth);
+    fields->setDirection(two ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
     const int rows = int(placeholderRows.size()) / (two ? 2 : 1) + (two ? 1 : 0);
     for (int i = 0; i < int(placeholderRows.size()); ++i) {
         const auto [insert, meaning] = placeholderRows[std::size_t(i)];
@@ -122,24 +157,25 @@ void TemplateEditor::arrangePlaceholders() {
 
 void TemplateEditor::resizeEvent(QResizeEvent *event) {
     QWidget::resizeEvent(event);
-    arrangePlaceholders();
+    arrange();
 }
 
 void TemplateEditor::applyAppearance() {
-    constexpr int linesOfBody = 9;
-    constexpr int linesOfPreview = 10;
-    const QFontMetrics metrics(appearance.font());
-    const int around = appearance.px(20);
-    bodyField->setFixedHeight(linesOfBody * metrics.lineSpacing() + around);
-    preview->setFixedHeight(linesOfPreview * metrics.lineSpacing() + around);
+    constexpr int lines = 12;
+    const int height = lines * QFontMetrics(appearance.font()).lineSpacing() + appearance.px(20);
+    bodyField->setFixedHeight(height);
+    preview->setFixedHeight(height);
     layout()->setSpacing(appearance.px(6));
+    for (QLayout *each : fields->findChildren<QLayout *>())
+        each->setSpacing(appearance.px(4));
+    fields->setSpacing(appearance.px(10));
     placeholderGrid->setSpacing(appearance.px(6));
-    arrangePlaceholders();
+    arrange();
 }
 
 void TemplateEditor::show(const MessageTemplate *message) {
     for (QWidget *part : std::initializer_list<QWidget *>{
-             nameField, bodyField, placeholderButtons, preview, previewTitle})
+             nameField, bodyField, placeholderButtons, preview, previewTitle, studentChoice})
         part->setEnabled(message != nullptr);
     if (message == nullptr) {
         shown.reset();
@@ -154,20 +190,46 @@ void TemplateEditor::show(const MessageTemplate *message) {
     const QSignalBlocker quiet[] = {QSignalBlocker(nameField), QSignalBlocker(bodyField)};
     nameField->setText(message != nullptr ? qstring(message->name) : QString());
     bodyField->setPlainText(message != nullptr ? qstring(message->body) : QString());
+    // It is not announced as a change of the text.
+    bodyField->underlineUnknown();
     refreshPreview();
 }
 
 void TemplateEditor::refreshPreview() {
-    auto real = student ? student() : std::nullopt;
-    const bool invented = !real;
-    const PreviewStudent who = invented ? inventedStudent() : std::move(*real);
-    const QString title = QStringLiteral("Preview for %1").arg(qstring(who.row.name)) +
-        (invented ? QStringLiteral(", an invented student") : QString());
-    previewTitle->setText(title);
-    preview->setAccessibleName(title);
-    preview->setPlainText(
-        shown ? qstring(fill({.body = body()}, who.row, who.courseName, who.passingScore))
-              : QString());
+    students = source ? source() : PreviewStudents{};
+    const bool invented = students.all.empty();
+    if (invented)
+        students = {.all = {inventedStudent()}};
+    const auto found = std::ranges::find_if(students.all, [this](const PreviewStudent &each) {
+        return chosenStudent == keyOf(each.row);
+    });
+    if (found != students.all.end())
+        students.selected = std::size_t(found - students.all.begin());
+    const QSignalBlocker quiet(studentChoice);
+    studentChoice->clear();
+    for (const PreviewStudent &each : students.all)
+        studentChoice->addItem(
+            qstring(collapsed(each.row.name)) +
+            (invented ? QStringLiteral(", an invented student") : QString()));
+    studentChoice->setCurrentIndex(int(students.selected));
+    fillPreview();
+}
+
+void TemplateEditor::fillPreview() {
+    const PreviewStudent &who = students.all[students.selected];
+    preview->setAccessibleName(QStringLiteral("Preview for ") + studentChoice->currentText());
+    const std::string text = body();
+    QString filled = shown
+        ? qstring(fill({.body = text}, who.row, who.courseName, who.passingScore))
+        : QString();
+    // Laying out more would take longer than a key press may.
+    constexpr qsizetype maxLength = 20'000;
+    if (filled.size() > maxLength)
+        filled = filled.left(maxLength) + QStringLiteral("…");
+    preview->setPlainText(filled);
+    const std::string found = shown ? messagetexts::templateProblems(name(), text) : std::string();
+    problems->setText(qstring(found));
+    problems->setVisible(!found.empty());
 }
 
 void TemplateEditor::beginNaming() {
@@ -180,12 +242,7 @@ std::string TemplateEditor::name() const {
 }
 
 std::string TemplateEditor::body() const {
-    // toPlainText() would replace no-break spaces with spaces. The raw text has Unicode separators
-    // for lines and paragraphs.
-    QString text = bodyField->document()->toRawText();
-    text.replace(QChar::ParagraphSeparator, u'\n');
-    text.replace(QChar::LineSeparator, u'\n');
-    return text.toStdString();
+    return rawText(*bodyField).toStdString();
 }
 
 bool TemplateEditor::eventFilter(QObject *watched, QEvent *event) {

@@ -8,6 +8,8 @@
 #include <functional>
 #include <optional>
 
+class QBoxLayout;
+class QComboBox;
 class QGridLayout;
 class QLabel;
 class QLineEdit;
@@ -16,6 +18,7 @@ class QPlainTextEdit;
 namespace ellwynd {
 
 class Appearance;
+class TemplateBody;
 
 /// The student for whom the preview is filled.
 struct PreviewStudent {
@@ -24,20 +27,27 @@ struct PreviewStudent {
     /// Percent.
     double passingScore = 0;
 };
-/// Returns a student of the displayed roster; absent when there is none.
-using PreviewSource = std::function<std::optional<PreviewStudent>()>;
+/// The students of the displayed roster; none when there is no roster.
+struct PreviewStudents {
+    std::vector<PreviewStudent> all;
+    /// The index of the one to begin with.
+    std::size_t selected = 0;
+};
+using PreviewSource = std::function<PreviewStudents()>;
 
-/// Name and body of a template, a button for each placeholder, and a live preview. It saves
-/// nothing.
+/// Name and body of a template, a live preview for a student of the teacher's choice beside it, and
+/// a button for each placeholder. It saves nothing.
 class TemplateEditor : public QWidget {
     Q_OBJECT
 
   public:
-    TemplateEditor(PreviewSource student, const Appearance &appearance);
+    TemplateEditor(PreviewSource source, const Appearance &appearance);
 
     /// Shows a template; null clears and disables the editor. The cursor is kept when the text is
     /// unchanged.
     void show(const MessageTemplate *message);
+    /// Asks for the students of the preview again. The one that the teacher chose stays chosen
+    /// while the roster has that student.
     void refreshPreview();
     /// Focuses the name and selects it.
     void beginNaming();
@@ -56,19 +66,28 @@ class TemplateEditor : public QWidget {
     void resizeEvent(QResizeEvent *event) override;
 
   private:
+    QLayout *makeFields();
     QWidget *makePlaceholders();
-    void arrangePlaceholders();
+    void arrange();
+    void fillPreview();
     void applyAppearance();
 
-    PreviewSource student;
+    PreviewSource source;
     const Appearance &appearance;
     std::optional<MessageTemplate> shown;
     QLineEdit *nameField;
-    QPlainTextEdit *bodyField;
+    TemplateBody *bodyField;
     QLabel *previewTitle;
+    QComboBox *studentChoice;
     QPlainTextEdit *preview;
+    /// The text beside or above the preview.
+    QBoxLayout *fields;
+    QLabel *problems;
     QWidget *placeholderButtons;
     QGridLayout *placeholderGrid;
+    PreviewStudents students;
+    /// The student whom the teacher chose; absent before.
+    std::optional<StudentKey> chosenStudent;
     /// Each placeholder's button and meaning, in display order.
     std::vector<std::pair<QWidget *, QWidget *>> placeholderRows;
 };

@@ -85,8 +85,8 @@ QListWidget#settingsPages::item:selected { background: @selection; color: @text;
 QWidget#helpSide { background: @sidebar; border-right: 1px solid @separator; }
 QListWidget#helpTopics { background: transparent; border: none; outline: none; }
 QTextBrowser#markdownPage { background: @window; color: @text; border: none; selection-background-color: @accent; selection-color: @accentText; }
-QListWidget#templates, QListWidget#courses { background: @control; border: 1px solid @outline; border-radius: 6px; padding: $3; outline: none; }
-QListWidget#templates:focus, QListWidget#courses:focus { border: 2px solid @accent; padding: $2; }
+QListWidget#templates, QListWidget#courses, QListView#writeStudents { background: @control; border: 1px solid @outline; border-radius: 6px; padding: $3; outline: none; }
+QListWidget#templates:focus, QListWidget#courses:focus, QListView#writeStudents:focus { border: 2px solid @accent; padding: $2; }
 QListWidget#templates::item, QListWidget#courses::item { border-radius: 4px; padding: $3 $6; color: @text; }
 QListWidget#courses::item:disabled { color: @secondaryText; }
 QListWidget#templates::item:selected, QListWidget#courses::item:selected { background: @selection; color: @text; }

@@ -185,5 +185,32 @@ TEST(MessageTemplate, SeveralRowsMayBeOfDifferentCourses) {
     EXPECT_EQ(fillAll(message, {}, "Lab", passing), "");
 }
 
+TEST(MessageTemplates, BracesAroundOtherTextAreFound) {
+    struct Row {
+        const char *text;
+        std::vector<TextRange> unknown;
+        /// At the end of the text.
+        const char *unfinished;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"", {}, ""},
+             {"{name} {missing_lines}", {}, ""},
+             {"{Name}", {{0, 6}}, ""},
+             {"é {firstname}{name}{ score}", {{2, 13}, {19, 27}}, ""},
+             {"{{name}", {}, ""},
+             {"{a\nb}", {}, ""},
+             {"} {}", {{2, 4}}, ""},
+             {"{this is a sentence in braces, which is no placeholder}", {}, ""},
+             {"Hi {", {}, "{"},
+             {"{name} {Mis_", {}, "{Mis_"},
+             {"{not one", {}, ""}}) {
+        EXPECT_EQ(unknownPlaceholders(QString::fromUtf8(row.text)), row.unknown) << row.text;
+        EXPECT_EQ(unfinishedPlaceholder(row.text), row.unfinished) << row.text;
+    }
+    EXPECT_EQ(titleOf({.name = " \n "}), "(no name)");
+    EXPECT_EQ(titleOf({.name = "A\n b"}), "A b");
+    EXPECT_EQ(firstNameOf("  Ana  María Ruiz"), "Ana");
+}
+
 } // namespace
 } // namespace ellwynd

@@ -1,0 +1,50 @@
+// The Print sheet.
+#pragma once
+
+#include "ui/print/printedpages.h"
+#include "ui/support/sheet.h"
+
+#include <filesystem>
+
+class QButtonGroup;
+class QLabel;
+class QPrinter;
+
+namespace ellwynd {
+
+/// Prints the displayed roster, its flagged students or one student, or saves them as a PDF.
+class PrintSheet : public Sheet {
+    Q_OBJECT
+
+  public:
+    /// What can be printed.
+    struct Choice {
+        QString title;
+        PrintedDocument document;
+    };
+
+    /// @param choices at least one; the first is chosen.
+    PrintSheet(std::vector<Choice> choices, const Appearance &appearance, QWidget *parent);
+    ~PrintSheet() override;
+
+  Q_SIGNALS:
+    /// A note about what was done should be shown.
+    void noteRequested(const QString &note);
+
+  private:
+    void print();
+    void printOn(QPrinter &printer);
+    void savePDF();
+    void save(const std::filesystem::path &path);
+    void showProblem(const QString &text);
+    [[nodiscard]] const PrintedDocument &chosen() const;
+
+    std::vector<Choice> choices;
+    const Appearance &appearance;
+    QButtonGroup *group;
+    QLabel *problem;
+    /// While the print dialog is open.
+    std::unique_ptr<QPrinter> printer;
+};
+
+} // namespace ellwynd

@@ -1,0 +1,71 @@
+#include "app/print/printedtexts.h"
+#include "support/instants.h"
+#include "support/rosters.h"
+
+#include <gmock/gmock.h>
+
+namespace ellwynd {
+namespace {
+
+using test::noon;
+using test::row;
+using testing::ElementsAre;
+
+TEST(PrintedTexts, ARosterHasItsRowsAsOnTheScreen) {
+    RosterView roster{.title = "Bio\n<b>", .courseID = 7};
+    roster.rows = {row(1, "Watch"), row(2, ""), row(3, "At Risk")};
+    roster.rows[0].name = "Ada\n\tL.";
+    roster.rows[0].currentScore = 61.5;
+    roster.rows[0].currentGrade = "D";
+    roster.rows[0].reasonLines = {{.text = "One"}, {.text = "Two"}};
+    roster.rows[2].name = std::string(300, 'x');
+    roster.rows[2].lastActivityAt = noon - std::chrono::days(3);
+    roster.outreach[{7, 1}] = {
+        .contactedAt = noon - std::chrono::days(9),
+        .levelThen = {},
+        .levelNow = RiskLevel::watch,
+        .daysSince = 9};
+    roster.courseCodes[7] = "BIO 1";
+    PrintedRoster printed = printedRoster(roster, true, noon);
+    EXPECT_EQ(printed.title, "Bio <b>");
+    EXPECT_EQ(printed.subtitle, "2 flagged students · printed 2026-09-24");
+    ASSERT_EQ(printed.rows.size(), 2U);
+    EXPECT_EQ(printed.rows[0].name, "Ada L.");
+    EXPECT_EQ(printed.rows[0].figures, "62% · D · last active never · contacted Sep 15, no change");
+    EXPECT_EQ(printed.rows[0].reasons, "One · Two");
+    EXPECT_EQ(printed.rows[1].name, std::string(200, 'x') + "…");
+    EXPECT_EQ(printed.rows[1].figures, "last active 3 days ago");
+    EXPECT_EQ(printedRoster(roster, false, noon).subtitle, "3 students · printed 2026-09-24");
+    roster.courseID.reset();
+    printed = printedRoster(roster, true, noon);
+    EXPECT_EQ(printed.rows[1].figures, "BIO 1 · last active 3 days ago");
+}
+
+TEST(PrintedTexts, AStudentHasFiguresReasonsAndHistory) {
+    RiskRow student = row(1, "Watch", 1);
+    student.courseName = "Bio";
+    EXPECT_EQ(printedStudent(student, {}, noon).reasons.front().text, "No reasons for concern.");
+    student.reasonLines = {
+        {.text = "1 missing", .links = {{{}, AssignmentRef{5, "Lab\n1"}}}},
+        {.text = "Score", .role = ReasonRole::currentScore}};
+    StudentHistory history;
+    history.trend = TermTrend{{{noon - std::chrono::days(2), {}}, {noon, RiskLevel::concern}}};
+    history.levelDiffers = true;
+    history.outreach = OutreachOutcome{
+        .contactedAt = noon, .levelThen = {}, .levelNow = RiskLevel::watch, .daysSince = 0};
+    const PrintedStudent printed = printedStudent(student, history, noon);
+    EXPECT_EQ(printed.subtitle, "Bio · printed 2026-09-24");
+    EXPECT_THAT(
+        printed.figures,
+        ElementsAre(
+            std::pair("Score", "–"), std::pair("Missing", "1"), std::pair("Last active", "never"),
+            std::pair("Time in course", "–")));
+    EXPECT_THAT(printed.reasons[0].assignments, ElementsAre("Lab 1"));
+    EXPECT_TRUE(printed.reasons[1].assignments.empty());
+    EXPECT_EQ(printed.story.size(), 2U);
+    EXPECT_EQ(printed.wroteAt, noon);
+    EXPECT_EQ(printed.outreach, "Wrote today — still Watch");
+}
+
+} // namespace
+} // namespace ellwynd

@@ -55,6 +55,7 @@ const std::vector<Reserved> reservedHeaders{
     {"libsecret/", "src/platform/linux/"}, {"systemd/", "src/platform/linux/"},
     {"glib", "src/platform/linux/"},       {"gio/", "src/platform/linux/"},
     {"QNetworkAccessManager", "src/net/"}, {"QSvg", "src/theme/"},
+    {"QPrint", "src/ui/print/"},
 };
 
 const Module *moduleOf(const std::string &path) {

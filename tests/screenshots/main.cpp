@@ -349,7 +349,7 @@ class Screenshots {
     void savePDF(const PrintedDocument &document, const char *name) {
         QFile file(
             target.filePath(QStringLiteral("%1-%2.pdf").arg(QString::fromUtf8(name), suffix)));
-        const bool written = file.open(QIODevice::WriteOnly) && file.write(pdf(document, font)) > 0;
+        const bool written = file.open(QIODevice::WriteOnly) && file.write(pdf(document)) > 0;
         anyFailed = anyFailed || !written;
         fmt::print("{}\n", file.fileName().toStdString());
     }

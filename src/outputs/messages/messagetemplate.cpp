@@ -3,7 +3,6 @@
 #include "base/text.h"
 #include "risk/reasons.h"
 
-#include <QString>
 #include <QUuid>
 
 #include <fmt/format.h>

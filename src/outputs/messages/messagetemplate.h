@@ -4,7 +4,7 @@
 #include "base/date.h"
 #include "risk/riskrow.h"
 
-#include <QStringView>
+#include <QString>
 
 #include <array>
 #include <functional>

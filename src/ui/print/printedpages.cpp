@@ -6,6 +6,7 @@
 #include "uikit/convert.h"
 
 #include <QBuffer>
+#include <QFontDatabase>
 #include <QLocale>
 #include <QPageLayout>
 #include <QPdfWriter>
@@ -29,6 +30,16 @@ constexpr double levelWidth = 55;
 const Theme &paper() {
     static const Theme theme = makeTheme(false, "system");
     return theme;
+}
+
+/// Not the windows' typeface: some of its glyphs, such as a hyphen between figures, stand for no
+/// character, and would be missing from the text of a PDF.
+QFont paperFont() {
+    QFont font;
+    font.setFamilies(
+        {QStringLiteral("Noto Sans"), QStringLiteral("DejaVu Sans"),
+         QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()});
+    return font;
 }
 
 void writeTitle(PageWriter &pages, const std::string &title, const std::string &subtitle) {
@@ -96,13 +107,13 @@ void writeSection(PageWriter &pages, const QString &title) {
 /// One dot for each recorded day, with the most severe level on the top row.
 class Chart {
   public:
-    Chart(const PrintedStudent &student, QFont font, const QRectF &rect)
+    Chart(const PrintedStudent &student, const QRectF &rect)
         : student(student),
           points(student.trend->points),
-          font(std::move(font)),
+          font(paperFont()),
           area(rect.adjusted(labelWidth, rowHeight / 2, -radius, -2 * rowHeight)) {
         // The painter is scaled to points.
-        this->font.setPixelSize(fontSize);
+        font.setPixelSize(fontSize);
     }
 
     void draw(QPainter &painter) const {
@@ -191,7 +202,7 @@ void writeFigures(PageWriter &pages, const PrintedStudent &student) {
     pages.paragraph({.text = figures.join(QStringLiteral("   ·   ")), .weight = QFont::DemiBold});
 }
 
-void write(PageWriter &pages, const PrintedStudent &student, const QFont &base) {
+void write(PageWriter &pages, const PrintedStudent &student) {
     writeTitle(pages, student.name, student.subtitle);
     writeLevel(pages, student.level);
     pages.row(
@@ -214,7 +225,7 @@ void write(PageWriter &pages, const PrintedStudent &student, const QFont &base) 
         pages.keepTogether(chartHeight + 60);
         writeSection(pages, QStringLiteral("THIS TERM"));
         pages.drawing(chartHeight, [&](QPainter &painter, const QRectF &rect) {
-            Chart(student, base, rect).draw(painter);
+            Chart(student, rect).draw(painter);
         });
         for (const std::string &sentence : student.story)
             pages.paragraph({.text = qstring(sentence), .size = textSize});
@@ -232,18 +243,18 @@ const std::string &titleOf(const PrintedDocument &document) {
     return roster != nullptr ? roster->title : std::get<PrintedStudent>(document).name;
 }
 
-bool printPages(QPagedPaintDevice &device, const PrintedDocument &document, const QFont &base) {
-    PageWriter pages(device, base, qstring(titleOf(document)));
+bool printPages(QPagedPaintDevice &device, const PrintedDocument &document) {
+    PageWriter pages(device, paperFont(), qstring(titleOf(document)));
     if (!pages.isActive())
         return false;
     if (const auto *roster = std::get_if<PrintedRoster>(&document))
         write(pages, *roster);
     else
-        write(pages, std::get<PrintedStudent>(document), base);
+        write(pages, std::get<PrintedStudent>(document));
     return true;
 }
 
-QByteArray pdf(const PrintedDocument &document, const QFont &base) {
+QByteArray pdf(const PrintedDocument &document) {
     QBuffer file;
     file.open(QIODevice::WriteOnly);
     QPdfWriter writer(&file);
@@ -253,7 +264,7 @@ QByteArray pdf(const PrintedDocument &document, const QFont &base) {
     writer.setPageSize(QPageSize(inches ? QPageSize::Letter : QPageSize::A4));
     constexpr double margin = 48;
     writer.setPageMargins({margin, margin, margin, margin}, QPageLayout::Point);
-    if (!printPages(writer, document, base))
+    if (!printPages(writer, document))
         return {};
     return file.data();
 }

@@ -3,8 +3,6 @@
 
 #include "app/print/printedtexts.h"
 
-#include <QFont>
-
 class QByteArray;
 class QPagedPaintDevice;
 
@@ -14,13 +12,11 @@ namespace ellwynd {
 using PrintedDocument = std::variant<PrintedRoster, PrintedStudent>;
 
 /// Prints on all pages that are needed, in light colours.
-/// @param base the typeface.
 /// @return false if the device could not be opened, or failed.
-[[nodiscard]] bool
-printPages(QPagedPaintDevice &device, const PrintedDocument &document, const QFont &base);
+[[nodiscard]] bool printPages(QPagedPaintDevice &device, const PrintedDocument &document);
 
 /// The document as a PDF file; empty if it could not be made.
-[[nodiscard]] QByteArray pdf(const PrintedDocument &document, const QFont &base);
+[[nodiscard]] QByteArray pdf(const PrintedDocument &document);
 
 /// The roster's title or the student's name.
 [[nodiscard]] const std::string &titleOf(const PrintedDocument &document);

@@ -30,7 +30,6 @@ constexpr Log exports{"export"};
 PrintSheet::PrintSheet(std::vector<Choice> choices, const Appearance &appearance, QWidget *parent)
     : Sheet(QStringLiteral("Print"), QStringLiteral("Print"), appearance, parent),
       choices(std::move(choices)),
-      appearance(appearance),
       group(new QButtonGroup(this)),
       problem(plainLabel(this, true)) {
     for (const Choice &choice : this->choices) {
@@ -90,7 +89,7 @@ void PrintSheet::print() {
 }
 
 void PrintSheet::printOn(QPrinter &on) {
-    if (!printPages(on, chosen(), appearance.style().base) || on.printerState() == QPrinter::Error)
+    if (!printPages(on, chosen()) || on.printerState() == QPrinter::Error)
         return showProblem(
             QStringLiteral("The printer could not be used. Check that it is on, or save a PDF."));
     Q_EMIT noteRequested(QStringLiteral("Sent to the printer."));
@@ -114,7 +113,7 @@ void PrintSheet::savePDF() {
 }
 
 void PrintSheet::save(const std::filesystem::path &path) {
-    const QByteArray file = pdf(chosen(), appearance.style().base);
+    const QByteArray file = pdf(chosen());
     try {
         files::replaceForTeacher(path, {file.data(), std::size_t(file.size())});
     } catch (const FileError &error) {

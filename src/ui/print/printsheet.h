@@ -40,7 +40,6 @@ class PrintSheet : public Sheet {
     [[nodiscard]] const PrintedDocument &chosen() const;
 
     std::vector<Choice> choices;
-    const Appearance &appearance;
     QButtonGroup *group;
     QLabel *problem;
     /// While the print dialog is open.

@@ -3,6 +3,7 @@
 
 #include "memory/contactlog.h"
 
+#include <functional>
 #include <span>
 
 namespace ellwynd {

@@ -3,6 +3,8 @@
 
 #include "preferences/userdefaults.h"
 
+#include <set>
+
 namespace ellwynd::lastTemplates {
 
 /// The id of the template; empty if none was used in the course.

@@ -32,10 +32,13 @@ void save(
     UserDefaults &defaults, const std::set<std::int64_t> &courseIDs,
     const std::string &templateID) {
     nlohmann::json ids = saved(defaults);
-    const nlohmann::json before = ids;
-    for (const std::int64_t courseID : courseIDs)
-        ids[std::to_string(courseID)] = templateID;
-    if (ids != before)
+    bool changed = false;
+    for (const std::int64_t courseID : courseIDs) {
+        nlohmann::json &id = ids[std::to_string(courseID)];
+        changed = changed || id != templateID;
+        id = templateID;
+    }
+    if (changed)
         defaults.set(preferences::lastTemplates, ids.dump());
 }
 

@@ -3,6 +3,8 @@
 
 #include "app/print/printedtexts.h"
 
+#include <variant>
+
 class QByteArray;
 class QPagedPaintDevice;
 

@@ -5,6 +5,7 @@
 #include "ui/support/sheet.h"
 
 #include <filesystem>
+#include <memory>
 
 class QButtonGroup;
 class QLabel;
@@ -33,7 +34,7 @@ class PrintSheet : public Sheet {
 
   private:
     void print();
-    void printOn(QPrinter &printer);
+    void printOn(QPrinter &on);
     void savePDF();
     void save(const std::filesystem::path &path);
     void showProblem(const QString &text);

@@ -42,7 +42,7 @@ class WriteList : public QListView {
     /// Shows the session's state, and selects its current student.
     void update();
     /// The height of that many rows.
-    [[nodiscard]] int heightOf(int rows) const;
+    [[nodiscard]] int heightOf(int count) const;
 
   Q_SIGNALS:
     void studentRequested(std::size_t index);

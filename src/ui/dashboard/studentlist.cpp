@@ -87,12 +87,16 @@ std::vector<RiskRow> StudentList::selectedRows() const {
                              : std::vector<RiskRow>();
 }
 
+int StudentList::contentsHeight() const {
+    return delegate->rowHeight() * students->rowCount();
+}
+
 QSize StudentList::sizeHint() const {
-    return {appearance.px(300), delegate->rowHeight() * students->rowCount()};
+    return {appearance.px(300), contentsHeight()};
 }
 
 QSize StudentList::minimumSizeHint() const {
-    return {appearance.px(120), sizeHint().height()};
+    return {appearance.px(120), contentsHeight()};
 }
 
 void StudentList::applyAppearance() {
@@ -110,9 +114,9 @@ void StudentList::applyAppearance() {
 void StudentList::measure() {
     const int height = delegate->rowHeight();
     delegate->setWidth(width(), commands->sizeHint().width() + appearance.px(12));
-    if (delegate->rowHeight() == height && sizeHint().height() == minimumHeight())
+    if (delegate->rowHeight() == height && contentsHeight() == minimumHeight())
         return;
-    setFixedHeight(sizeHint().height());
+    setFixedHeight(contentsHeight());
     scheduleDelayedItemsLayout();
 }
 
@@ -139,6 +143,10 @@ void StudentList::showCommands(const QModelIndex &index) {
     contacted->setText(isNarrow ? QStringLiteral("✓") : QStringLiteral("Mark as Contacted"));
     contacted->setAccessibleName(QStringLiteral("Mark %1 as contacted").arg(name));
     contacted->setToolTip(isNarrow ? QStringLiteral("Mark as Contacted") : QString());
+    // Their size is otherwise that without the style sheet before they are first shown.
+    for (QPushButton *button : {write, contacted})
+        button->ensurePolished();
+    commands->layout()->invalidate();
     commands->adjustSize();
     measure();
     const QRect row = visualRect(index);

@@ -51,6 +51,8 @@ class StudentList : public QListView {
   private:
     void applyAppearance();
     void measure();
+    /// The height of all rows.
+    [[nodiscard]] int contentsHeight() const;
     /// Puts the commands on a row.
     void showCommands(const QModelIndex &index);
     /// The row with the commands.

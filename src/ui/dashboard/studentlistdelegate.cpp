@@ -146,7 +146,7 @@ void StudentListDelegate::paintName(
     else
         code.moveTop(name.bottom());
     drawElided(
-        painter, code, Qt::AlignLeft | (narrow ? Qt::AlignVCenter : Qt::AlignTop),
+        painter, code, int(Qt::AlignLeft) | int(narrow ? Qt::AlignVCenter : Qt::AlignTop),
         qstring(model.student(index).courseCode));
 }
 

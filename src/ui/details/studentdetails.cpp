@@ -128,14 +128,15 @@ void StudentDetails::replace(QWidget *newHead, QWidget *newBody) {
         students.push_back(keyOf(row));
     const bool isSame = std::exchange(builtFor, students) == students;
     const int scrolledTo = scroll->verticalScrollBar()->value();
+    // Until then they belong to this widget, which may be deleted first.
     if (QWidget *old = scroll->takeWidget()) {
+        old->setParent(this);
         old->hide();
         deleteSoon(old);
     }
     QWidget *oldHead = std::exchange(head, newHead);
     delete layout()->replaceWidget(oldHead, newHead);
     oldHead->hide();
-    oldHead->setParent(nullptr);
     deleteSoon(oldHead);
     scroll->setWidget(newBody);
     newHead->show();

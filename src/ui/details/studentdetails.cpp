@@ -12,7 +12,6 @@
 
 #include <QApplication>
 #include <QMenu>
-#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -23,16 +22,6 @@
 #include <utility>
 
 namespace ellwynd {
-
-namespace {
-
-/// Deletes contents when control is back in the event loop, also in one that was started by hand,
-/// where `deleteLater` has to wait.
-void deleteSoon(QWidget *contents) {
-    QTimer::singleShot(0, qApp, [old = QPointer<QWidget>(contents)] { delete old.data(); });
-}
-
-} // namespace
 
 StudentDetails::StudentDetails(const Appearance &appearance, QWidget *parent)
     : QWidget(parent), appearance(appearance), head(new QWidget(this)), scroll(new QScrollArea) {
@@ -117,6 +106,15 @@ void StudentDetails::rebuild() {
     replace(newHead, body);
 }
 
+/// Deletes contents when control is back in the event loop, also in one that was started by hand,
+/// where `deleteLater` has to wait.
+void StudentDetails::deleteSoon(QWidget *contents) {
+    contents->hide();
+    contents->setParent(nullptr);
+    replaced.emplace_back(contents);
+    QTimer::singleShot(0, this, [this] { replaced.clear(); });
+}
+
 void StudentDetails::replace(QWidget *newHead, QWidget *newBody) {
     // The rebuild may come from the old contents: from their menu, or their focused button. They
     // are deleted later, and the new button of the same name gets the focus.
@@ -128,15 +126,10 @@ void StudentDetails::replace(QWidget *newHead, QWidget *newBody) {
         students.push_back(keyOf(row));
     const bool isSame = std::exchange(builtFor, students) == students;
     const int scrolledTo = scroll->verticalScrollBar()->value();
-    // Until then they belong to this widget, which may be deleted first.
-    if (QWidget *old = scroll->takeWidget()) {
-        old->setParent(this);
-        old->hide();
+    if (QWidget *old = scroll->takeWidget())
         deleteSoon(old);
-    }
     QWidget *oldHead = std::exchange(head, newHead);
     delete layout()->replaceWidget(oldHead, newHead);
-    oldHead->hide();
     deleteSoon(oldHead);
     scroll->setWidget(newBody);
     newHead->show();

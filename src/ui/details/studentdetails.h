@@ -6,6 +6,8 @@
 
 #include <QWidget>
 
+#include <memory>
+
 class QMenu;
 class QScrollArea;
 class QVBoxLayout;
@@ -45,6 +47,7 @@ class StudentDetails : public QWidget {
     void rebuild();
     /// Puts the new contents in the place of the old.
     void replace(QWidget *newHead, QWidget *newBody);
+    void deleteSoon(QWidget *contents);
     void addHeading(QVBoxLayout &column, const RiskRow &row);
     void addFigures(QVBoxLayout &column, const RiskRow &row);
     void addReasons(QVBoxLayout &column, const RiskRow &row);
@@ -65,6 +68,8 @@ class StudentDetails : public QWidget {
     std::vector<StudentKey> builtFor;
     QWidget *head;
     QScrollArea *scroll;
+    /// Old contents, which may still be in use by the caller.
+    std::vector<std::unique_ptr<QWidget>> replaced;
 };
 
 } // namespace ellwynd

@@ -7,8 +7,7 @@ namespace ellwynd {
 ElapsedTime elapsedNow() {
     timespec now{};
     ::clock_gettime(CLOCK_BOOTTIME, &now);
-    return std::chrono::duration_cast<ElapsedTime>(
-        std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec));
+    return std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
 }
 
 } // namespace ellwynd

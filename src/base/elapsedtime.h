@@ -6,8 +6,9 @@
 namespace ellwynd {
 
 /// Time since the machine started, its sleep included (CLOCK_BOOTTIME): a clock that is set forward
-/// or back does not change it. Two of them tell an age.
-using ElapsedTime = std::chrono::milliseconds;
+/// or back does not change it. Two of them tell an age. Fine enough to tell what was read before a
+/// request from what was read after it.
+using ElapsedTime = std::chrono::nanoseconds;
 
 /// A function that answers "now" for ages.
 using ElapsedClock = ElapsedTime (*)();

@@ -34,7 +34,7 @@ void RefreshScheduler::send(const Event &event) {
     sending = false;
     const auto at = refresh::nextDeadline(current, now());
     if (at)
-        deadline.start(*at - now());
+        deadline.start(std::chrono::ceil<std::chrono::milliseconds>(*at - now()));
     else
         deadline.stop();
     Q_EMIT stateDidChange();

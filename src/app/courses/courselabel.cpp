@@ -15,9 +15,15 @@ std::string collapsed(std::string_view text) {
     return std::string(trim(result));
 }
 
-bool beginAlike(std::string_view a, std::string_view b) {
+void compareNames(std::span<CourseLabel *const> labels) {
     constexpr std::size_t enough = 12;
-    return a != b && a.size() > enough && a.substr(0, enough) == b.substr(0, enough);
+    const auto beginAlike = [](std::string_view a, std::string_view b) {
+        return a != b && a.size() > enough && a.substr(0, enough) == b.substr(0, enough);
+    };
+    for (CourseLabel *label : labels) {
+        label->endMatters = std::ranges::any_of(
+            labels, [&](const CourseLabel *other) { return beginAlike(label->name, other->name); });
+    }
 }
 
 CourseLabel courseLabel(const Course &course) {

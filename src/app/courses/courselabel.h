@@ -3,6 +3,7 @@
 
 #include "canvas/records/records.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -13,7 +14,11 @@ struct CourseLabel {
     std::string name;
     /// "CS 101 4021"; may be empty.
     std::string code;
+    /// Whether the name begins like that of another course, so that its end tells them apart.
+    bool endMatters = false;
 
+    /// The code, or else the name.
+    [[nodiscard]] const std::string &shortName() const { return code.empty() ? name : code; }
     bool operator==(const CourseLabel &) const = default;
 };
 
@@ -21,8 +26,8 @@ struct CourseLabel {
 /// is Canvas's, unless the name shows it. Runs of white space become one blank.
 [[nodiscard]] CourseLabel courseLabel(const Course &course);
 
-/// Whether two names begin alike, so that their ends tell them apart.
-[[nodiscard]] bool beginAlike(std::string_view a, std::string_view b);
+/// Sets `endMatters` of the courses of one term.
+void compareNames(std::span<CourseLabel *const> labels);
 
 /// A text on one line, with runs of white space as one blank and none at the ends.
 [[nodiscard]] std::string collapsed(std::string_view text);

@@ -32,10 +32,8 @@ std::map<StudentKey, std::string> sortNamesOf(std::span<const ScoredCourse *cons
 
 std::map<std::int64_t, std::string> courseCodesOf(std::span<const ScoredCourse *const> courses) {
     std::map<std::int64_t, std::string> codes;
-    for (const ScoredCourse *course : courses) {
-        const CourseLabel label = courseLabel(course->course);
-        codes.emplace(course->course.id, label.code.empty() ? label.name : label.code);
-    }
+    for (const ScoredCourse *course : courses)
+        codes.emplace(course->course.id, courseLabel(course->course).shortName());
     return codes;
 }
 

@@ -6,6 +6,7 @@
 #include "preferences/coursesettings.h"
 #include "theme/courseicon.h"
 #include "ui/support/appearance.h"
+#include "ui/support/drawcourselabel.h"
 #include "ui/support/levelpill.h"
 #include "ui/support/sparkline.h"
 #include "uikit/convert.h"
@@ -116,7 +117,9 @@ void CourseCard::paintEvent(QPaintEvent *) {
             courseIcon(defaults, card.courseID)));
     const int left = corner.x() + tile + appearance.px(9);
     const int right = isPlaceholder ? line(0).right() : drawCount(painter) - appearance.px(8);
-    drawNames(painter, QRect(left, corner.y(), right - left, tile));
+    drawCourseLabel(
+        painter, QRect(left, corner.y(), right - left, tile), card.label, QFont::DemiBold,
+        appearance);
     if (isPlaceholder)
         return drawPlaceholder(painter);
     drawBar(painter);
@@ -124,27 +127,6 @@ void CourseCard::paintEvent(QPaintEvent *) {
     drawMovement(painter);
     drawTrend(painter);
     drawMostMissed(painter);
-}
-
-/// Draws the name over the code.
-void CourseCard::drawNames(QPainter &painter, const QRect &area) const {
-    const Theme &theme = appearance.theme();
-    const QFont nameFont = appearance.font(1, QFont::DemiBold);
-    const QFont codeFont = appearance.font(0.88);
-    const QFontMetrics metrics(nameFont);
-    const int codeHeight = card.label.code.empty() ? 0 : QFontMetrics(codeFont).height();
-    const int top = area.center().y() - (metrics.height() + codeHeight) / 2;
-    painter.setFont(nameFont);
-    painter.setPen(theme.text);
-    painter.drawText(
-        QRect(area.left(), top, area.width(), metrics.height()),
-        Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-        metrics.elidedText(
-            qstring(card.label.name), card.nameEndMatters ? Qt::ElideMiddle : Qt::ElideRight,
-            area.width()));
-    drawRun(
-        painter, QRect(area.left(), top + metrics.height(), area.width(), codeHeight),
-        qstring(card.label.code), codeFont, theme.secondaryText);
 }
 
 /// Bars where the figures will be.

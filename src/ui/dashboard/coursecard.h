@@ -37,7 +37,6 @@ class CourseCard : public KeyboardButton {
     [[nodiscard]] QRect line(double top) const;
     [[nodiscard]] QRect trendArea() const;
     [[nodiscard]] QRect mostMissedArea() const;
-    void drawNames(QPainter &painter, const QRect &area) const;
     void drawPlaceholder(QPainter &painter) const;
     /// Draws the number of flagged students, and returns the left edge.
     int drawCount(QPainter &painter) const;

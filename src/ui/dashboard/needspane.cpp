@@ -1,9 +1,9 @@
 #include "ui/dashboard/needspane.h"
 
 #include "app/dashboard/dashboardtexts.h"
-#include "app/roster/rostertexts.h"
 #include "ui/dashboard/studentlist.h"
 #include "ui/support/appearance.h"
+#include "ui/support/chip.h"
 #include "ui/support/flowlayout.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
@@ -28,10 +28,7 @@ NeedsPane::NeedsPane(const Appearance &appearance, QWidget *parent)
     title->setText(QStringLiteral("Needs you first"));
     flow->addWidget(title);
     for (std::size_t i = 0; i < chips.size(); ++i) {
-        auto *chip = new QPushButton(heading);
-        chip->setProperty("chip", true);
-        chip->setCheckable(true);
-        chip->setAutoDefault(false);
+        QPushButton *chip = makeChip(heading);
         connect(chip, &QPushButton::clicked, this, [this, i](bool checked) {
             choose(checked ? std::optional(allDashboardChips[i]) : std::nullopt);
         });
@@ -59,6 +56,9 @@ NeedsPane::NeedsPane(const Appearance &appearance, QWidget *parent)
 }
 
 void NeedsPane::setTerm(const DashboardTerm &newTerm) {
+    // The model also changes with each course of a pass.
+    if (newTerm == term)
+        return;
     if (newTerm.id != term.id)
         chosen.reset();
     term = newTerm;
@@ -75,11 +75,7 @@ void NeedsPane::showStudents() {
         const DashboardChip chip = allDashboardChips[i];
         const auto count = std::ranges::count_if(
             term.students, [&](const DashboardStudent &each) { return belongs(each, chip); });
-        const QString name = qstring(chipName(chip));
-        chips[i]->setText(QStringLiteral("%1 %2").arg(name).arg(count));
-        chips[i]->setAccessibleName(
-            name + QStringLiteral(", ") + qstring(studentsText(std::size_t(count))));
-        chips[i]->setChecked(chosen == chip);
+        showChip(*chips[i], chipName(chip), std::size_t(count), chosen == chip);
         chips[i]->setVisible(
             !term.students.empty() &&
             (term.remembersContacts || chip == DashboardChip::worse ||

@@ -1,8 +1,8 @@
 #include "ui/roster/chipbar.h"
 
 #include "app/courses/courselabel.h"
-#include "app/roster/rostertexts.h"
 #include "ui/support/appearance.h"
+#include "ui/support/chip.h"
 #include "ui/support/flowlayout.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
@@ -20,15 +20,12 @@ ChipBar::ChipBar(const Appearance &appearance, QWidget *parent)
     : QWidget(parent),
       appearance(appearance),
       flow(new FlowLayout(this)),
-      missing(new QPushButton(this)),
+      missing(makeChip(this)),
       order(new QWidget(this)),
       sortedBy(secondaryLabel(order, {}, false)),
       worstFirst(new TextLink(QStringLiteral("Worst first"), order)) {
     for (std::size_t i = 0; i < chips.size(); ++i) {
-        auto *chip = new QPushButton(this);
-        chip->setProperty("chip", true);
-        chip->setCheckable(true);
-        chip->setAutoDefault(false);
+        QPushButton *chip = makeChip(this);
         const QKeySequence key(int(Qt::ALT) | int(Qt::Key_1 + int(i)));
         chip->setToolTip(key.toString(QKeySequence::NativeText));
         connect(chip, &QPushButton::clicked, this, [this, i] { choose(i); });
@@ -39,9 +36,6 @@ ChipBar::ChipBar(const Appearance &appearance, QWidget *parent)
         chips[i] = chip;
         flow->addWidget(chip);
     }
-    missing->setProperty("chip", true);
-    missing->setAutoDefault(false);
-    missing->setCheckable(true);
     connect(missing, &QPushButton::clicked, this, [this] {
         RosterQuery wanted = query;
         wanted.missing.reset();
@@ -90,11 +84,7 @@ void ChipBar::show(const RosterRows &roster, const RosterQuery &newQuery) {
     for (std::size_t i = 0; i < chips.size(); ++i) {
         const RosterChip chip = allRosterChips[i];
         chips[i]->setVisible(std::ranges::count(offered, chip) > 0);
-        const std::size_t count = roster.count(chip);
-        const QString name = qstring(chipName(chip));
-        chips[i]->setText(QStringLiteral("%1 %2").arg(name).arg(count));
-        chips[i]->setAccessibleName(name + QStringLiteral(", ") + qstring(studentsText(count)));
-        chips[i]->setChecked(chip == query.chip);
+        showChip(*chips[i], chipName(chip), roster.count(chip), chip == query.chip);
     }
     missing->setVisible(query.missing.has_value());
     missing->setChecked(true);

@@ -3,6 +3,7 @@
 #include "theme/courseicon.h"
 #include "ui/sidebar/sidebarmodel.h"
 #include "ui/support/appearance.h"
+#include "ui/support/drawcourselabel.h"
 #include "ui/support/levelpill.h"
 #include "uikit/painting.h"
 
@@ -12,6 +13,14 @@
 
 namespace ellwynd {
 
+namespace {
+
+const CourseLabel &labelOf(const QModelIndex &index) {
+    return static_cast<const SidebarModel *>(index.model())->labelOf(index);
+}
+
+} // namespace
+
 SidebarDelegate::SidebarDelegate(
     const UserDefaults &defaults, const Appearance &appearance, QObject *parent)
     : QStyledItemDelegate(parent), defaults(defaults), appearance(appearance) {}
@@ -19,8 +28,7 @@ SidebarDelegate::SidebarDelegate(
 QSize SidebarDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const {
     if (!index.parent().isValid())
         return {appearance.px(120), appearance.px(32)};
-    const bool two = !index.data(SidebarModel::codeRole).toString().isEmpty();
-    return {appearance.px(120), appearance.px(two ? 40 : 30)};
+    return {appearance.px(120), appearance.px(labelOf(index).code.empty() ? 30 : 40)};
 }
 
 void SidebarDelegate::paint(
@@ -78,8 +86,8 @@ void SidebarDelegate::paintCourse(
     QRect row = option.rect.adjusted(-appearance.px(10), 0, -appearance.px(12), 0);
     if (index.data(SidebarModel::flaggedRole).isValid())
         row = paintCount(painter, row, index);
-    const bool two = !index.data(SidebarModel::codeRole).toString().isEmpty();
-    const int tile = appearance.px(two ? 26 : 20);
+    const CourseLabel &label = labelOf(index);
+    const int tile = appearance.px(label.code.empty() ? 20 : 26);
     const std::int64_t courseID = index.data(SidebarModel::courseIDRole).toLongLong();
     painter.drawPixmap(
         row.left(), row.center().y() - tile / 2 + 1,
@@ -87,30 +95,7 @@ void SidebarDelegate::paintCourse(
             courseID, index.data().toString().toStdString(), tile,
             painter.device()->devicePixelRatioF(), courseIcon(defaults, courseID)));
     row.setLeft(row.left() + tile + appearance.px(8));
-    paintNames(painter, row, index);
-}
-
-void SidebarDelegate::paintNames(
-    QPainter &painter, const QRect &row, const QModelIndex &index) const {
-    const Theme &theme = appearance.theme();
-    const QString code = index.data(SidebarModel::codeRole).toString();
-    const QFontMetrics large(appearance.font());
-    const QFontMetrics small(appearance.font(0.86));
-    const int height = large.height() + (code.isEmpty() ? 0 : small.height());
-    const int top = row.center().y() - height / 2 + 1;
-    const auto mode =
-        index.data(SidebarModel::endMattersRole).toBool() ? Qt::ElideMiddle : Qt::ElideRight;
-    painter.setFont(appearance.font());
-    painter.setPen(theme.text);
-    painter.drawText(
-        QRect(row.left(), top, row.width(), large.height()),
-        Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-        large.elidedText(index.data(SidebarModel::nameRole).toString(), mode, row.width()));
-    painter.setFont(appearance.font(0.86));
-    painter.setPen(theme.secondaryText);
-    drawElided(
-        painter, QRect(row.left(), top + large.height(), row.width(), small.height()),
-        Qt::AlignLeft | Qt::AlignVCenter, code);
+    drawCourseLabel(painter, row, label, QFont::Normal, appearance);
 }
 
 /// Draws the number of flagged students in the colours of the worst level, or a tick.

@@ -31,7 +31,6 @@ class SidebarDelegate : public QStyledItemDelegate {
         QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const;
     /// Draws a course's count at the right of `row` and returns the rest of `row`.
     [[nodiscard]] QRect paintCount(QPainter &painter, QRect row, const QModelIndex &index) const;
-    void paintNames(QPainter &painter, const QRect &row, const QModelIndex &index) const;
 
     const UserDefaults &defaults;
     const Appearance &appearance;

@@ -1,6 +1,5 @@
 #include "ui/sidebar/sidebarmodel.h"
 
-#include "app/courses/courselabel.h"
 #include "uikit/convert.h"
 #include "uikit/tooltip.h"
 
@@ -29,6 +28,16 @@ void SidebarModel::setTerms(std::vector<TermGroup> newTerms) {
     }
     beginResetModel();
     terms = std::move(newTerms);
+    labels.clear();
+    for (const TermGroup &term : terms) {
+        std::vector<CourseLabel> &ofTerm = labels.emplace_back();
+        for (const Course &course : term.courses)
+            ofTerm.push_back(courseLabel(course));
+        std::vector<CourseLabel *> compared;
+        for (CourseLabel &label : ofTerm)
+            compared.push_back(&label);
+        compareNames(compared);
+    }
     endResetModel();
 }
 
@@ -38,11 +47,8 @@ const Course *SidebarModel::courseAt(const QModelIndex &index) const {
     return &terms[index.internalId() - firstTerm].courses[std::size_t(index.row())];
 }
 
-bool SidebarModel::endMatters(const QModelIndex &index) const {
-    const std::string name = courseLabel(*courseAt(index)).name;
-    const std::vector<Course> &courses = terms[index.internalId() - firstTerm].courses;
-    return std::ranges::any_of(
-        courses, [&](const Course &other) { return beginAlike(name, courseLabel(other).name); });
+const CourseLabel &SidebarModel::labelOf(const QModelIndex &index) const {
+    return labels[index.internalId() - firstTerm][std::size_t(index.row())];
 }
 
 Selection SidebarModel::selectionAt(const QModelIndex &index) const {
@@ -123,12 +129,6 @@ QVariant SidebarModel::data(const QModelIndex &index, int role) const {
         return levels ? QVariant(qlonglong(levels->flagged())) : QVariant();
     case worstLevelRole:
         return levels && levels->worst() ? QVariant(int(*levels->worst())) : QVariant();
-    case nameRole:
-        return qstring(courseLabel(*course).name);
-    case codeRole:
-        return qstring(courseLabel(*course).code);
-    case endMattersRole:
-        return endMatters(index);
     case courseIDRole:
         return qlonglong(course->id);
     default:

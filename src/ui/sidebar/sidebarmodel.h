@@ -1,6 +1,7 @@
 // The tree model of terms and courses.
 #pragma once
 
+#include "app/courses/courselabel.h"
 #include "app/courses/courseselection.h"
 #include "canvas/records/termgroups.h"
 #include "risk/levelcounts.h"
@@ -22,12 +23,7 @@ class SidebarModel : public QAbstractItemModel {
         flaggedRole = Qt::UserRole,
         /// The most severe level of the course; absent if nobody is flagged.
         worstLevelRole,
-        courseIDRole,
-        /// The course's name without its code, and the code, which may be empty.
-        nameRole,
-        codeRole,
-        /// Whether another course of the term has a name that begins alike.
-        endMattersRole
+        courseIDRole
     };
     /// Returns how many students of a course are at each level; absent before it was scored.
     using CourseLevels = std::function<std::optional<LevelCounts>(std::int64_t courseID)>;
@@ -45,6 +41,9 @@ class SidebarModel : public QAbstractItemModel {
     [[nodiscard]] std::optional<std::int64_t> termAt(int row) const;
     [[nodiscard]] static bool isDashboard(const QModelIndex &index);
 
+    /// The label of the course in a row, which must be one of a course. Valid until the next reset.
+    [[nodiscard]] const CourseLabel &labelOf(const QModelIndex &index) const;
+
     [[nodiscard]] QModelIndex
     index(int row, int column, const QModelIndex &parent = {}) const override;
     [[nodiscard]] QModelIndex parent(const QModelIndex &child) const override;
@@ -57,9 +56,10 @@ class SidebarModel : public QAbstractItemModel {
 
   private:
     [[nodiscard]] const Course *courseAt(const QModelIndex &index) const;
-    [[nodiscard]] bool endMatters(const QModelIndex &index) const;
 
     std::vector<TermGroup> terms;
+    /// For each term, those of its courses.
+    std::vector<std::vector<CourseLabel>> labels;
     CourseLevels courseLevels;
 };
 

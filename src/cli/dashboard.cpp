@@ -82,14 +82,10 @@ std::string dashboardText(const Dashboard &dashboard) {
          {"Follow-up", true},
          {"Most missed"}});
     for (const DashboardCourseCard &card : shown->cards) {
-        std::vector<std::string> levels;
-        for (const RiskLevel level : allRiskLevels) {
-            if (const std::int64_t count = card.levels[level]; count > 0)
-                levels.push_back(levelCount(count, level));
-        }
+        const std::string levels = levelsText(card.levels, ", ");
         table.add(
             {card.name, fmt::format("{} of {}", card.flagged(), card.total),
-             levels.empty() ? "All OK" : join(levels, ", "), movementMarks(card),
+             levels.empty() ? "All OK" : levels, movementMarks(card),
              card.awaitingFollowUp > 0 ? std::to_string(card.awaitingFollowUp) : "",
              card.mostMissed
                  ? fmt::format("{} ({})", card.mostMissed->title, card.mostMissed->count)

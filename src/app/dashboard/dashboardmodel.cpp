@@ -35,8 +35,8 @@ std::vector<std::int64_t> flaggedTrend(
 } // namespace
 
 DashboardCourseCard dashboardCard(
-    const ScoredCourse &course, const std::vector<RosterChange> &movement, const Stores &stores,
-    const TrendSync &trends, Date now) {
+    const ScoredCourse &course, const std::vector<RosterChange> &movement,
+    const std::vector<DashboardStudent> &flagged, const Stores &stores, const TrendSync &trends) {
     const MovementCounts counts = movementCounts(movement);
     DashboardCourseCard card{
         .courseID = course.course.id,
@@ -47,8 +47,9 @@ DashboardCourseCard dashboardCard(
         .slipped = counts.slipped,
         .newlyFlagged = counts.newlyFlagged,
         .improved = counts.improved,
-        .awaitingFollowUp =
-            outreachCounts(course.rows, stores.contacts, stores.history, now).awaitingFollowUp,
+        .awaitingFollowUp = std::ranges::count_if(
+            flagged,
+            [](const auto &student) { return belongs(student, DashboardChip::awaitingFollowUp); }),
         .trend = flaggedTrend(course, stores, trends, course.fetchedAt)};
     if (!course.missedWork.empty()) {
         const MissedAssignment &first = course.missedWork.front();
@@ -67,17 +68,17 @@ void setCourses(
     std::set<std::int64_t> flagged;
     for (const SharedCourse &course : courses) {
         const std::vector<RosterChange> movement = movementOf(*course, stores);
-        term.cards.push_back(dashboardCard(*course, movement, stores, trends, now));
-        for (DashboardStudent &student : flaggedStudents(course, movement, stores, now)) {
+        std::vector<DashboardStudent> students = flaggedStudents(course, movement, stores, now);
+        term.cards.push_back(dashboardCard(*course, movement, students, stores, trends));
+        for (DashboardStudent &student : students) {
             flagged.insert(student.row->id);
             term.students.push_back(std::move(student));
         }
     }
-    for (DashboardCourseCard &card : term.cards) {
-        card.nameEndMatters = std::ranges::any_of(term.cards, [&](const auto &other) {
-            return beginAlike(card.label.name, other.label.name);
-        });
-    }
+    std::vector<CourseLabel *> labels;
+    for (DashboardCourseCard &card : term.cards)
+        labels.push_back(&card.label);
+    compareNames(labels);
     sortByNeed(term.students);
     term.flaggedStudents = std::int64_t(flagged.size());
 }

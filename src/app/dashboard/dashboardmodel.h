@@ -31,8 +31,6 @@ struct DashboardCourseCard {
     std::string name;
     /// The name in two parts, for the window.
     CourseLabel label;
-    /// Whether the name begins like that of another course of the term.
-    bool nameEndMatters = false;
     LevelCounts levels;
     /// All students that were scored.
     std::int64_t total = 0;
@@ -82,9 +80,10 @@ struct DashboardModel {
 /// Makes a course's card. Days that this machine did not record are taken from the shared counts;
 /// days without either are left out of the trend, which ends with the day of the fetch.
 /// @param movement the course's changes of level since the last visit.
+/// @param flagged the course's flagged students.
 [[nodiscard]] DashboardCourseCard dashboardCard(
-    const ScoredCourse &course, const std::vector<RosterChange> &movement, const Stores &stores,
-    const TrendSync &trends, Date now);
+    const ScoredCourse &course, const std::vector<RosterChange> &movement,
+    const std::vector<DashboardStudent> &flagged, const Stores &stores, const TrendSync &trends);
 
 /// Sets the cards, students and figures of a term from its courses.
 void setCourses(

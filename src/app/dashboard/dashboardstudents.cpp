@@ -21,20 +21,26 @@ int groupOf(const DashboardStudent &student) {
     return student.row->level == RiskLevel::atRisk && !student.outcome ? 2 : 3;
 }
 
+/// The roster's chip of the same name; absent for "At Risk".
+std::optional<RosterChip> rosterChip(DashboardChip chip) {
+    switch (chip) {
+    case DashboardChip::worse:
+        return RosterChip::worse;
+    case DashboardChip::notYetReached:
+        return RosterChip::notYetReached;
+    case DashboardChip::awaitingFollowUp:
+        return RosterChip::awaitingFollowUp;
+    case DashboardChip::atRisk:
+        break;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 std::string_view chipName(DashboardChip chip) {
-    switch (chip) {
-    case DashboardChip::worse:
-        return chipName(RosterChip::worse);
-    case DashboardChip::notYetReached:
-        return chipName(RosterChip::notYetReached);
-    case DashboardChip::awaitingFollowUp:
-        return chipName(RosterChip::awaitingFollowUp);
-    case DashboardChip::atRisk:
-        return levelName(RiskLevel::atRisk);
-    }
-    return {};
+    const std::optional<RosterChip> same = rosterChip(chip);
+    return same ? chipName(*same) : levelName(RiskLevel::atRisk);
 }
 
 bool belongs(const DashboardStudent &student, DashboardChip chip) {
@@ -57,8 +63,7 @@ std::vector<DashboardStudent> flaggedStudents(
     std::map<std::int64_t, const RosterChange *> changeOf;
     for (const RosterChange &change : changes)
         changeOf.emplace(change.studentID, &change);
-    const CourseLabel label = courseLabel(course->course);
-    const std::string code = label.code.empty() ? label.name : label.code;
+    const std::string code = courseLabel(course->course).shortName();
     std::vector<DashboardStudent> students;
     for (const RiskRow &row : course->rows) {
         if (!row.level)
@@ -92,26 +97,19 @@ std::string newsText(const DashboardStudent &student, bool remembersContacts) {
     return join(news, " · ");
 }
 
-std::string_view emptyText(std::optional<DashboardChip> chip) {
+std::string emptyText(std::optional<DashboardChip> chip) {
     if (!chip)
         return "Nobody needs you right now. Every student is OK.";
-    switch (*chip) {
-    case DashboardChip::worse:
-        return "Nobody got worse since your last visit.";
-    case DashboardChip::notYetReached:
-        return "You have written to every flagged student.";
-    case DashboardChip::awaitingFollowUp:
-        return "No student awaits follow-up.";
-    case DashboardChip::atRisk:
-        return "No student is at risk.";
-    }
-    return {};
+    const std::optional<RosterChip> same = rosterChip(*chip);
+    return same ? emptyText(RosterQuery{.chip = *same}) : "No student is at risk.";
 }
 
 std::string accessibleText(const DashboardStudent &student, bool remembersContacts) {
     const RiskRow &row = *student.row;
-    std::string text = collapsed(row.name) + ", " + std::string(levelName(row.level)) + ", " +
-        student.courseCode + ". " + reasonsText(row);
+    std::string text =
+        collapsed(row.name) + ", " + std::string(levelName(row.level)) + ", " + student.courseCode;
+    if (!row.reasonLines.empty())
+        text += ". " + reasonsText(row);
     if (const std::string news = newsText(student, remembersContacts); !news.empty())
         text += ". " + news;
     return text;

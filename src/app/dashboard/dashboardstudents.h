@@ -7,7 +7,6 @@
 #include "memory/outreach.h"
 
 #include <array>
-#include <span>
 
 namespace ellwynd {
 
@@ -51,7 +50,7 @@ void sortByNeed(std::vector<DashboardStudent> &students);
 
 /// Shown in place of the students: "No student awaits follow-up.", or for all of them
 /// "Nobody needs you right now. Every student is OK."
-[[nodiscard]] std::string_view emptyText(std::optional<DashboardChip> chip);
+[[nodiscard]] std::string emptyText(std::optional<DashboardChip> chip);
 
 /// A student for screen readers: the name, the level, the course, the reasons and the news.
 [[nodiscard]] std::string accessibleText(const DashboardStudent &student, bool remembersContacts);

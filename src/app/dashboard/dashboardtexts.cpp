@@ -118,17 +118,13 @@ std::string stamp(const Dashboard &dashboard) {
     return text;
 }
 
-std::string levelCount(std::int64_t count, RiskLevel level) {
-    return fmt::format("{} {}", count, levelName(level));
-}
-
-std::string levelsText(const LevelCounts &levels) {
+std::string levelsText(const LevelCounts &levels, std::string_view separator) {
     std::vector<std::string> parts;
     for (const RiskLevel level : allRiskLevels) {
         if (levels[level] > 0)
-            parts.push_back(levelCount(levels[level], level));
+            parts.push_back(fmt::format("{} {}", levels[level], levelName(level)));
     }
-    return join(parts, " · ");
+    return join(parts, separator);
 }
 
 std::string movementMarks(const DashboardCourseCard &card) {

@@ -32,10 +32,8 @@ struct TermMenuItem {
 /// "updated 09:41:00"; during a pass also its progress.
 [[nodiscard]] std::string stamp(const Dashboard &dashboard);
 
-/// "3 At Risk"
-[[nodiscard]] std::string levelCount(std::int64_t count, RiskLevel level);
 /// "3 At Risk · 4 Watch", without the levels that nobody has; empty if nobody is flagged.
-[[nodiscard]] std::string levelsText(const LevelCounts &levels);
+[[nodiscard]] std::string levelsText(const LevelCounts &levels, std::string_view separator = " · ");
 /// "↑ 3   ↓ 1"; empty if no student's level changed.
 [[nodiscard]] std::string movementMarks(const DashboardCourseCard &card);
 /// A card's text for screen readers.

@@ -61,14 +61,7 @@ PrintedStudent printedStudent(const RiskRow &row, const StudentHistory &history,
         .level = row.level};
     if (history.change)
         printed.change = changeText(*history.change);
-    std::string score = scoreText(row.currentScore);
-    if (row.currentGrade && !row.currentGrade->empty())
-        score += " " + collapsed(*row.currentGrade);
-    printed.figures = {
-        {"Score", score},
-        {"Missing", std::to_string(row.missingCount)},
-        {"Last active", lastActiveText(row.lastActivityAt, now)},
-        {"Time in course", timeInCourseText(row.totalActivityTime)}};
+    printed.figures = studentFigures(row, now);
     for (const ReasonLine &line : row.reasonLines) {
         PrintedStudent::Reason reason{.text = collapsed(line.text), .assignments = {}};
         if (line.role == ReasonRole::missingWork) {

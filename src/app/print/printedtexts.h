@@ -1,6 +1,7 @@
 // The contents of printed rosters and of a printed student.
 #pragma once
 
+#include "app/roster/rostertexts.h"
 #include "app/roster/rosterview.h"
 #include "app/roster/studenthistory.h"
 
@@ -41,7 +42,7 @@ struct PrintedStudent {
     /// Absent if the student's level has not changed since the last visit.
     std::string change;
     /// Labels and values.
-    std::vector<std::pair<std::string, std::string>> figures;
+    std::vector<StudentFigure> figures;
     std::vector<Reason> reasons;
     /// Absent with fewer than two recorded days.
     std::optional<TermTrend> trend;

@@ -63,6 +63,17 @@ std::string figuresText(const RiskRow &row, const OutreachOutcome *outcome, Date
     return join(figures, " · ");
 }
 
+std::vector<StudentFigure> studentFigures(const RiskRow &row, Date now) {
+    std::string score = scoreText(row.currentScore);
+    if (row.currentGrade && !row.currentGrade->empty())
+        score += " " + collapsed(*row.currentGrade);
+    return {
+        {"Score", "Score", score},
+        {"Missing", "Missing", std::to_string(row.missingCount)},
+        {"Last active", "Active", lastActiveText(row.lastActivityAt, now)},
+        {"Time in course", "Time", timeInCourseText(row.totalActivityTime)}};
+}
+
 std::string rowDescription(const RiskRow &row) {
     std::string text = collapsed(row.name);
     if (!row.reasonLines.empty())

@@ -27,6 +27,16 @@ namespace ellwynd {
 /// The figures of a row in one line, without those that are absent: "38% · F · 10 days ago".
 [[nodiscard]] std::string figuresText(const RiskRow &row, const OutreachOutcome *outcome, Date now);
 
+/// A figure of a student with its name.
+struct StudentFigure {
+    std::string_view name;
+    /// For narrow places.
+    std::string_view shortName;
+    std::string value;
+};
+/// "Score", "Missing", "Last active" and "Time in course".
+[[nodiscard]] std::vector<StudentFigure> studentFigures(const RiskRow &row, Date now);
+
 /// A row for screen readers: the name, the reasons, and how many names of missing work are hidden.
 [[nodiscard]] std::string rowDescription(const RiskRow &row);
 

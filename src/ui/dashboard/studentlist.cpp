@@ -113,7 +113,7 @@ void StudentList::applyAppearance() {
 
 void StudentList::measure() {
     const int height = delegate->rowHeight();
-    delegate->setWidth(width(), commands->sizeHint().width() + appearance.px(12));
+    delegate->setWidth(width());
     if (delegate->rowHeight() == height && contentsHeight() == minimumHeight())
         return;
     setFixedHeight(contentsHeight());
@@ -127,11 +127,12 @@ QModelIndex StudentList::commandRow() const {
 }
 
 void StudentList::showCommands(const QModelIndex &index) {
-    delegate->setCommandRow(index.row());
     viewport()->update();
     commands->setVisible(index.isValid());
-    if (!index.isValid())
+    if (!index.isValid()) {
+        delegate->setCommands(-1, 0);
         return;
+    }
     const QString name = index.data().toString();
     const bool isNarrow = delegate->isNarrow();
     write->setText(
@@ -148,7 +149,7 @@ void StudentList::showCommands(const QModelIndex &index) {
         button->ensurePolished();
     commands->layout()->invalidate();
     commands->adjustSize();
-    measure();
+    delegate->setCommands(index.row(), commands->width() + appearance.px(12));
     const QRect row = visualRect(index);
     const QRect place = isNarrow ? delegate->nameLine(row) : row;
     commands->move(

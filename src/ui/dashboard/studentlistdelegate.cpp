@@ -39,8 +39,12 @@ StudentListDelegate::StudentListDelegate(
     const Appearance &appearance, const StudentListModel &model, QObject *parent)
     : QStyledItemDelegate(parent), appearance(appearance), model(model) {}
 
-void StudentListDelegate::setWidth(int width, int newCommandsWidth) {
-    commandsWidth = newCommandsWidth;
+void StudentListDelegate::setCommands(int row, int width) {
+    commandRow = row;
+    commandsWidth = width;
+}
+
+void StudentListDelegate::setWidth(int width) {
     narrow = width < appearance.px(enoughWidth);
     pillWidth = 0;
     for (const RiskLevel level : allRiskLevels) {

@@ -17,10 +17,10 @@ class StudentListDelegate : public QStyledItemDelegate {
         const Appearance &appearance, const StudentListModel &model, QObject *parent);
 
     /// Measures the names; to be called when they, the width or the text size have changed.
-    /// @param commandsWidth kept free at the right of the row with the commands, in pixels.
-    void setWidth(int width, int commandsWidth);
+    void setWidth(int width);
     /// The row that has the commands; -1 for none.
-    void setCommandRow(int row) { commandRow = row; }
+    /// @param width kept free at the right of that row, in pixels.
+    void setCommands(int row, int width);
 
     [[nodiscard]] QSize
     sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;

@@ -177,39 +177,24 @@ void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
 }
 
 void StudentDetails::addFigures(QVBoxLayout &column, const RiskRow &row) {
-    struct Figure {
-        QString label;
-        QString accessible;
-        QString value;
-    };
-    QString score = qstring(scoreText(row.currentScore));
-    if (row.currentGrade && !row.currentGrade->empty())
-        score += QStringLiteral(" ") + qstring(*row.currentGrade);
-    const std::vector<Figure> figures{
-        {QStringLiteral("Score"), QStringLiteral("Score"), score},
-        {QStringLiteral("Missing"), QStringLiteral("Missing"), QString::number(row.missingCount)},
-        {QStringLiteral("Active"), QStringLiteral("Last active"),
-         qstring(lastActiveText(row.lastActivityAt, systemNow()))},
-        {QStringLiteral("Time"), QStringLiteral("Time in course"),
-         qstring(timeInCourseText(row.totalActivityTime))},
-    };
     // Beside each other if they fit.
     auto *line = new QWidget;
     auto *flow = new FlowLayout(line);
     flow->setContentsMargins(0, 0, 0, 0);
     flow->setSpacing(appearance.px(13));
-    for (const Figure &figure : figures) {
+    for (const StudentFigure &figure : studentFigures(row, systemNow())) {
         auto *box = new QWidget(line);
         auto *cell = new QVBoxLayout(box);
         cell->setContentsMargins(0, 0, 0, 0);
         cell->setSpacing(0);
-        auto *label = secondaryLabel(box, figure.label, false);
+        auto *label = secondaryLabel(box, qstring(figure.shortName), false);
         label->setFont(appearance.font(0.86));
         auto *value = plainLabel(box);
         value->setFont(appearance.font(1, QFont::DemiBold));
-        value->setText(figure.value);
-        value->setAccessibleName(figure.accessible + QStringLiteral(": ") + figure.value);
-        box->setToolTip(figure.accessible);
+        value->setText(qstring(figure.value));
+        value->setAccessibleName(
+            qstring(figure.name) + QStringLiteral(": ") + qstring(figure.value));
+        box->setToolTip(qstring(figure.name));
         cell->addWidget(label);
         cell->addWidget(value);
         flow->addWidget(box);

@@ -197,8 +197,8 @@ class Chart {
 
 void writeFigures(PageWriter &pages, const PrintedStudent &student) {
     QStringList figures;
-    for (const auto &[label, value] : student.figures)
-        figures.append(qstring(label) + QStringLiteral(": ") + qstring(value));
+    for (const StudentFigure &figure : student.figures)
+        figures.append(qstring(figure.name) + QStringLiteral(": ") + qstring(figure.value));
     pages.paragraph({.text = figures.join(QStringLiteral("   ·   ")), .weight = QFont::DemiBold});
 }
 

@@ -136,7 +136,7 @@ TEST_F(DashboardTest, TheTrendIncludesDaysOfOtherMachines) {
         .rows = {test::row(1, "At Risk"), test::row(2, "OK")},
         .fetchedAt = noon};
     const DashboardCourseCard card =
-        dashboardCard(course, movementOf(course, core.stores), core.stores, core.trends, noon);
+        dashboardCard(course, movementOf(course, core.stores), {}, core.stores, core.trends);
     EXPECT_THAT(card.trend, ElementsAre(2, 2, 0, 1));
     EXPECT_EQ(card.newlyFlagged, 1);
     EXPECT_EQ(card.improved, 1);

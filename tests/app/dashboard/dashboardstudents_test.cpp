@@ -66,8 +66,7 @@ TEST(DashboardStudents, AreSortedByNeedAndSayWhatIsNew) {
     }
     EXPECT_EQ(newsText(sorted[3], false), "") << "contacts are not remembered";
     EXPECT_EQ(
-        accessibleText(sorted[1], true),
-        "Student 1, Watch, BIO 1. . newly Watch · not yet reached");
+        accessibleText(sorted[1], true), "Student 1, Watch, BIO 1. newly Watch · not yet reached");
 }
 
 TEST(DashboardStudents, BelongToTheChipsThatCountThem) {

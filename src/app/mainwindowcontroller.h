@@ -105,6 +105,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     void rosterDidLoad(const std::optional<CanvasError> &failure);
     void passEnded(const PassResult &result);
     void addressDidChange();
+    void clearWidgetsOfOtherAddress();
     void reconnect();
     void clearEverything();
     void checkDay();

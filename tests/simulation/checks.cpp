@@ -4,7 +4,6 @@
 #include "model.h"
 #include "simulation.h"
 
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <fstream>
@@ -189,7 +188,7 @@ void Simulation::checkOutcomes(const Program &program, const Known &what) const 
         const OutreachOutcome &outcome = shown->second;
         const auto &history = program.stores.history.entries();
         if (outcome.contactedAt != record->second || outcome.levelNow != row.level ||
-            outcome.levelThen != levelAt(record->second, keyOf(row), history))
+            outcome.levelThen != levelAt(record->second, keyOf(row), history, now()))
             throw Finding("an outcome is not that of the last contact");
     }
     if (contacted != roster.outreach.size())

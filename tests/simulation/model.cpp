@@ -1,7 +1,9 @@
 #include "model.h"
 
+#include "base/calendar.h"
+
 #include <algorithm>
-#include <cmath>
+#include <functional>
 #include <set>
 
 namespace ellwynd::simulation {
@@ -9,8 +11,6 @@ namespace ellwynd::simulation {
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr double rounding = 1e-9;
 
 std::optional<RiskLevel> levelOf(double score) {
     if (score >= 0.5)
@@ -99,7 +99,9 @@ double scoreOf(
     const double grade = student.score.value_or(passing);
     const double damping = grade > passing ? 1 - 0.6 * std::min(1.0, (grade - passing) / 15) : 1.0;
     // All work has the same points in one group.
-    const double share = assignments > 0 ? work.missing / double(assignments) : 0;
+    double share = 0;
+    for (double missing = 0; missing < work.missing; ++missing)
+        share += 1 / double(assignments);
     double time = 0;
     if (all.medianSeconds > 0) {
         const double part = double(student.secondsInCourse) / all.medianSeconds;
@@ -116,13 +118,15 @@ double scoreOf(
         else if (limit > 0 && behind > limit)
             inactivity = std::min(1.0, (behind - limit) / limit);
     }
-    double score = damping *
-            (0.3 * std::min(1.0, share / 0.2) + 0.1 * std::min(1.0, work.pastDue / 5) + time) +
+    double gradeSignal = 0;
+    if (grade < passing)
+        gradeSignal = std::min(1.0, (passing - grade) / std::max(1.0, passing - 50));
+    // In the order of the rule, so that sums are rounded alike.
+    double score = 0.3 * std::min(1.0, share / 0.2) * damping +
+        0.1 * std::min(1.0, work.pastDue / 5) * damping + time * damping + 0.25 * gradeSignal +
         0.15 * inactivity;
-    if (grade < passing) {
-        score += 0.25 * std::min(1.0, (passing - grade) / std::max(1.0, passing - 50));
+    if (grade < passing)
         score = std::max(score, grade <= 50 ? 0.5 : 0.1);
-    }
     if (work.missing >= 2 && work.missing / work.soFar >= 0.5)
         score = std::max(score, 0.5);
     return score;
@@ -131,11 +135,11 @@ double scoreOf(
 } // namespace
 
 std::optional<RiskLevel> Judged::level() const {
-    return levelOf(score + rounding);
+    return levelOf(score);
 }
 
 bool Judged::agreesWith(const RiskRow &row) const {
-    return row.id == id && std::abs(row.score - score) < rounding && row.missingCount == missing &&
+    return row.id == id && row.score == score && row.missingCount == missing &&
         row.level == level();
 }
 
@@ -157,16 +161,17 @@ std::vector<Judged> judge(
              .score = scoreOf(student, own, all, course.assignments.size(), thresholds, now),
              .missing = std::int64_t(own.missing)});
     }
-    std::ranges::stable_sort(
-        judged, [](const Judged &a, const Judged &b) { return a.score > b.score + rounding; });
+    std::ranges::stable_sort(judged, std::greater{}, &Judged::score);
     return judged;
 }
 
-RecordedLevel levelAt(Date contact, StudentKey student, std::span<const RosterSnapshot> history) {
+RecordedLevel
+levelAt(Date contact, StudentKey student, std::span<const RosterSnapshot> history, Date today) {
     const RosterSnapshot *last = nullptr;
     const RosterSnapshot *next = nullptr;
     for (const RosterSnapshot &entry : history) {
-        if (entry.courseID != student.courseID || entry.studentID != student.studentID)
+        if (entry.courseID != student.courseID || entry.studentID != student.studentID ||
+            entry.recordedAt >= calendar::startOfNextDay(today))
             continue;
         if (entry.recordedAt <= contact) {
             if (last == nullptr || entry.recordedAt >= last->recordedAt)

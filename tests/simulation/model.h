@@ -30,8 +30,9 @@ struct Judged {
     const School::OneCourse &course, const CourseThresholds &thresholds,
     std::optional<Date> termEnd, Date now);
 
-/// The level that a student was known to have at the time of a contact.
+/// The level that a student was known to have at the time of a contact. Entries of days after
+/// `today` are of a time when the clock was wrong.
 [[nodiscard]] RecordedLevel
-levelAt(Date contact, StudentKey student, std::span<const RosterSnapshot> history);
+levelAt(Date contact, StudentKey student, std::span<const RosterSnapshot> history, Date today);
 
 } // namespace ellwynd::simulation

@@ -108,6 +108,11 @@ class Simulation {
     void checkWidgets(const Computer &computer) const;
     void end();
 
+    struct Start {
+        Start() { resetClocks(); }
+    };
+
+    Start start;
     std::filesystem::path root;
     Schools schools;
     /// The schools after each change.

@@ -187,8 +187,11 @@ void Simulation::checkOutcomes(const Program &program, const Known &what) const 
             throw Finding("no outcome is shown for a student who was written to");
         const OutreachOutcome &outcome = shown->second;
         const auto &history = program.stores.history.entries();
-        if (outcome.contactedAt != record->second || outcome.levelNow != row.level ||
-            outcome.levelThen != levelAt(record->second, keyOf(row), history, now()))
+        // What is on screen is as of before the clock was set.
+        const bool isThen =
+            outcome.levelThen == levelAt(record->second, keyOf(row), history, now()) ||
+            outcome.levelThen == levelAt(record->second, keyOf(row), history, now() + 48h);
+        if (!isThen || outcome.contactedAt != record->second || outcome.levelNow != row.level)
             throw Finding("an outcome is not that of the last contact");
     }
     if (contacted != roster.outreach.size())
@@ -233,8 +236,11 @@ void Simulation::checkCard(Computer &computer, const Known &what) {
         roster.outreach, [](const auto &each) { return isAwaitingFollowUp(each.second); });
     if (card->levels != levelCounts(roster.rows) || card->total != std::int64_t(roster.rows.size()))
         throw Finding("a card has other counts than the roster on screen");
-    if (card->slipped != movement.slipped || card->newlyFlagged != movement.newlyFlagged ||
-        card->improved != movement.improved)
+    // Neither is computed again at once when the days change.
+    const bool hasSameDays = roster.fetchedAt > what.zoneChangedAt;
+    if (hasSameDays &&
+        (card->slipped != movement.slipped || card->newlyFlagged != movement.newlyFlagged ||
+         card->improved != movement.improved))
         throw Finding("a card has another movement than the roster on screen");
     const bool isOfToday = what.freshSince && calendar::startOfDay(now()) == what.freshDay;
     if (isOfToday && card->awaitingFollowUp != awaiting)
@@ -329,32 +335,36 @@ void Simulation::checkVisit(const Program &program, Known &what) const {
     what.entries = entries;
 }
 
-/// Every student is counted in notices at most once until the course is opened.
+/// Every student is counted in notices at most once until the course is opened, and only if the
+/// student is flagged.
 void Simulation::checkNotices(Program &program, Known &what) const {
-    const std::string address = program.defaults.value(preferences::canvasBaseURL);
-    const auto school = schools.find(address);
+    const auto school = schools.find(program.defaults.value(preferences::canvasBaseURL));
     if (school == schools.end())
         return;
+    for (const School::OneCourse &course : school->second.courses) {
+        const auto thresholds = courseThresholds(program.defaults, course.course.id);
+        for (const Judged &each : judge(course, thresholds, course.course.term->endAt, now())) {
+            if (each.level())
+                what.unseen[*course.course.name].flagged.insert(each.id);
+        }
+    }
     const auto &posted = program.notifications.posted;
     for (; what.noticesSeen < posted.size(); ++what.noticesSeen) {
         const UserNotice &notice = posted[what.noticesSeen];
-        for (const School::OneCourse &course : school->second.courses) {
-            const std::string &name = *course.course.name;
+        for (auto &[name, unseen] : what.unseen) {
             const std::size_t at = notice.body.find(name);
             if (at == std::string::npos)
                 continue;
             const bool isOnly = notice.body == name;
-            const std::string count =
-                isOnly ? notice.title : notice.body.substr(at + name.size() + 2);
-            std::size_t &mentioned = what.mentioned[name];
-            mentioned += std::size_t(std::stoul(count));
-            if (mentioned > course.students.size())
+            unseen.mentioned +=
+                std::stoul(isOnly ? notice.title : notice.body.substr(at + name.size() + 2));
+            if (unseen.mentioned > unseen.flagged.size())
                 throw Finding("a student was counted twice in notices: " + notice.body);
         }
     }
     const RosterView &roster = program.controller->roster();
     if (roster.state == RosterView::State::shown && roster.courseID)
-        what.mentioned.erase(roster.title);
+        what.unseen.erase(roster.title);
 }
 
 /// Every file is whole, and none names a student or a grade, or is of what was switched off.

@@ -214,14 +214,19 @@ void Simulation::perform(const Event &event) {
     case Kind::passHours:
         return passTime(std::chrono::minutes(60 * (event.draw % 30) + event.draw % 60));
     case Kind::setClock:
-        return setClock(std::chrono::seconds(event.draw % 200'001 - 100'000));
+        setClock(std::chrono::seconds(event.draw % 200'001 - 100'000));
+        for (Known &each : known)
+            each.zoneChangedAt = now();
+        return;
     case Kind::kill:
         what.killedAt = 1 + event.draw % 60;
         return;
     case Kind::travel:
         setZone(zones[std::size_t(event.draw) % zones.size()]);
-        for (std::size_t i = 0; i < computers.size(); ++i)
+        for (std::size_t i = 0; i < computers.size(); ++i) {
             known[i].shownInOtherZone = computers[i].program->controller->roster().fetchedAt;
+            known[i].zoneChangedAt = now();
+        }
         return;
     default:
         break;
@@ -512,7 +517,7 @@ void Simulation::restart(Computer &computer, Known &what, const PreferenceMap &a
     what.freshSince.reset();
     what.contacts.steps.clear();
     what.noticesSeen = 0;
-    what.mentioned.clear();
+    what.unseen.clear();
 }
 
 void Simulation::runInSample(Computer &computer, Known &what) {

@@ -47,10 +47,19 @@ class Simulation {
     struct Known {
         Contacts contacts;
         std::size_t noticesSeen = 0;
-        /// Students counted in notices since the course was last on screen, by course.
-        std::map<std::string, std::size_t> mentioned;
+        /// What happened in a course since it was last on screen.
+        struct Unseen {
+            /// Students counted in notices.
+            std::size_t mentioned = 0;
+            /// Students who were flagged at any time.
+            std::set<std::int64_t> flagged;
+        };
+        /// By the name of the course.
+        std::map<std::string, Unseen> unseen;
         /// The roster that was on screen when the zone changed; its movement is of the old zone.
         std::optional<Date> shownInOtherZone;
+        /// When the zone or the clock was last changed.
+        Date zoneChangedAt;
         /// When a complete refresh ended after which only seconds passed; absent otherwise.
         std::optional<ElapsedTime> freshSince;
         /// The day of that refresh.

@@ -35,6 +35,7 @@ MainWindowController::MainWindowController(
       connector(connector),
       now(now),
       widgets(sinks.widgets),
+      notices(sinks.notices),
       scheduler(*this, elapsed),
       address(defaults.value(preferences::canvasBaseURL)),
       courseList(defaults, now),
@@ -260,6 +261,8 @@ void MainWindowController::clearEverything() {
     rescoring.stop();
     passController.resetToDisconnected();
     widgets.clear();
+    if (notices != nullptr)
+        notices->forgetAll();
     rosterController.resetToDisconnected();
     courseList.set({});
     alerted = false;

@@ -120,6 +120,8 @@ class MainWindowController : public QObject, private RefreshJobs {
     const Connector &connector;
     Clock now;
     WidgetSnapshotWriter &widgets;
+    /// Null if no notices are posted.
+    MovementNotifier *notices;
     RefreshScheduler scheduler;
     /// Null while not connected.
     std::shared_ptr<CanvasReading> source;

@@ -339,8 +339,10 @@ void Simulation::checkVisit(const Program &program, Known &what) const {
 /// student is flagged.
 void Simulation::checkNotices(Program &program, Known &what) const {
     const auto school = schools.find(program.defaults.value(preferences::canvasBaseURL));
-    if (school == schools.end())
+    if (school == schools.end()) {
+        what.unseen.clear();
         return;
+    }
     for (const School::OneCourse &course : school->second.courses) {
         const auto thresholds = courseThresholds(program.defaults, course.course.id);
         for (const Judged &each : judge(course, thresholds, course.course.term->endAt, now())) {
@@ -363,6 +365,12 @@ void Simulation::checkNotices(Program &program, Known &what) const {
         }
     }
     const RosterView &roster = program.controller->roster();
+    // Signing out of an account is as if its courses had been opened.
+    std::erase_if(what.unseen, [&](const auto &each) {
+        return std::ranges::none_of(school->second.courses, [&](const School::OneCourse &course) {
+            return course.course.name == each.first;
+        });
+    });
     if (roster.state == RosterView::State::shown && roster.courseID)
         what.unseen.erase(roster.title);
 }

@@ -343,6 +343,11 @@ void Simulation::checkNotices(Program &program, Known &what) const {
         what.unseen.clear();
         return;
     }
+    // A course is opened before or after the notice.
+    const RosterView &roster = program.controller->roster();
+    const bool isOpen = roster.state == RosterView::State::shown && roster.courseID;
+    if (isOpen)
+        what.unseen.erase(roster.title);
     for (const School::OneCourse &course : school->second.courses) {
         const auto thresholds = courseThresholds(program.defaults, course.course.id);
         for (const Judged &each : judge(course, thresholds, course.course.term->endAt, now())) {
@@ -364,14 +369,13 @@ void Simulation::checkNotices(Program &program, Known &what) const {
                 throw Finding("a student was counted twice in notices: " + notice.body);
         }
     }
-    const RosterView &roster = program.controller->roster();
     // Signing out of an account is as if its courses had been opened.
     std::erase_if(what.unseen, [&](const auto &each) {
         return std::ranges::none_of(school->second.courses, [&](const School::OneCourse &course) {
             return course.course.name == each.first;
         });
     });
-    if (roster.state == RosterView::State::shown && roster.courseID)
+    if (isOpen)
         what.unseen.erase(roster.title);
 }
 

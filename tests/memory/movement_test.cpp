@@ -179,7 +179,10 @@ TEST_F(MovementTest, LevelTrendTextDescribesTwoWeeks) {
     };
     for (const Row &each :
          {Row{"2026-11-09T05:30:00Z", "2026-10-25T05:30:00Z", true},
+          Row{"2026-11-09T05:30:00Z", "2026-10-25T05:00:00Z", true},
           Row{"2026-11-09T05:30:00Z", "2026-10-25T04:30:00Z", false},
+          Row{"2026-11-09T05:30:00Z", "2026-11-08T05:59:59Z", true},
+          Row{"2026-11-09T05:30:00Z", "2026-11-08T06:00:00Z", false},
           Row{"2026-03-15T05:30:00Z", "2026-03-01T06:30:00Z", true},
           Row{"2026-03-15T05:30:00Z", "2026-03-01T05:30:00Z", false}}) {
         history.fill({entry(7, 1, at(each.recorded), "Watch")});

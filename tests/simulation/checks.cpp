@@ -343,18 +343,21 @@ void Simulation::checkNotices(Program &program, Known &what) const {
         what.unseen.clear();
         return;
     }
-    // A course is opened before or after the notice.
-    const RosterView &roster = program.controller->roster();
-    const bool isOpen = roster.state == RosterView::State::shown && roster.courseID;
-    if (isOpen)
-        what.unseen.erase(roster.title);
+    std::map<std::string, std::set<std::int64_t>> flagged;
     for (const School::OneCourse &course : school->second.courses) {
         const auto thresholds = courseThresholds(program.defaults, course.course.id);
         for (const Judged &each : judge(course, thresholds, course.course.term->endAt, now())) {
             if (each.level())
-                what.unseen[*course.course.name].flagged.insert(each.id);
+                flagged[*course.course.name].insert(each.id);
         }
     }
+    for (const auto &[name, students] : flagged)
+        what.unseen[name].flagged.insert(students.begin(), students.end());
+    // A course is opened before or after the notice.
+    const RosterView &roster = program.controller->roster();
+    const bool isOpen = roster.state == RosterView::State::shown && roster.courseID;
+    if (isOpen)
+        what.unseen[roster.title].mentioned = 0;
     const auto &posted = program.notifications.posted;
     for (; what.noticesSeen < posted.size(); ++what.noticesSeen) {
         const UserNotice &notice = posted[what.noticesSeen];
@@ -376,7 +379,7 @@ void Simulation::checkNotices(Program &program, Known &what) const {
         });
     });
     if (isOpen)
-        what.unseen.erase(roster.title);
+        what.unseen[roster.title] = {.mentioned = 0, .flagged = flagged[roster.title]};
 }
 
 /// Every file is whole, and none names a student or a grade, or is of what was switched off.

@@ -603,11 +603,12 @@ void Simulation::end() {
     }
     settle();
     for (int round = 0; round < 5; ++round) {
-        for (Computer &computer : computers) {
-            computer.replica.synchronize();
-            computer.program->sync.push();
-            settle(computer, true);
-            computer.replica.synchronize();
+        for (std::size_t i = 0; i < computers.size(); ++i) {
+            computers[i].replica.synchronize();
+            computers[i].program->sync.push();
+            settle(computers[i], true);
+            computers[i].replica.synchronize();
+            check(computers[i], known[i]);
         }
     }
     const auto synced = [](const Computer &computer) {

@@ -187,10 +187,11 @@ void Simulation::checkOutcomes(const Program &program, const Known &what) const 
             throw Finding("no outcome is shown for a student who was written to");
         const OutreachOutcome &outcome = shown->second;
         const auto &history = program.stores.history.entries();
-        // What is on screen is as of before the clock was set.
-        const bool isThen =
-            outcome.levelThen == levelAt(record->second, keyOf(row), history, now()) ||
-            outcome.levelThen == levelAt(record->second, keyOf(row), history, now() + 48h);
+        // The clock may have been set since the outcome was put on screen.
+        const bool isThen = std::ranges::any_of(
+            std::array{now(), now() + 48h, record->second, roster.fetchedAt}, [&](Date today) {
+                return outcome.levelThen == levelAt(record->second, keyOf(row), history, today);
+            });
         if (!isThen || outcome.contactedAt != record->second || outcome.levelNow != row.level)
             throw Finding("an outcome is not that of the last contact");
     }
@@ -345,10 +346,13 @@ void Simulation::checkNotices(Program &program, Known &what) const {
     }
     std::map<std::string, std::set<std::int64_t>> flagged;
     for (const School::OneCourse &course : school->second.courses) {
-        const auto thresholds = courseThresholds(program.defaults, course.course.id);
-        for (const Judged &each : judge(course, thresholds, course.course.term->endAt, now())) {
-            if (each.level())
-                flagged[*course.course.name].insert(each.id);
+        // Thresholds of the other computer may have arrived since the notice.
+        for (const Computer &computer : computers) {
+            const auto thresholds = courseThresholds(computer.program->defaults, course.course.id);
+            for (const Judged &each : judge(course, thresholds, course.course.term->endAt, now())) {
+                if (each.level())
+                    flagged[*course.course.name].insert(each.id);
+            }
         }
     }
     for (const auto &[name, students] : flagged)

@@ -602,6 +602,8 @@ void Simulation::end() {
         restart(computers[i], known[i]);
     }
     settle();
+    for (std::size_t i = 0; i < computers.size(); ++i)
+        check(computers[i], known[i]);
     for (int round = 0; round < 5; ++round) {
         for (std::size_t i = 0; i < computers.size(); ++i) {
             computers[i].replica.synchronize();

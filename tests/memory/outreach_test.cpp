@@ -330,6 +330,13 @@ TEST_F(OutreachTest, OutcomesCompareTheLevelsThenAndNow) {
     EXPECT_FALSE(
         outcome({7, 1, noon - days(8)}, row(1, "Watch"), history, noon).levelThen.isKnown())
         << "an entry later than today";
+    for (const auto &[recorded, isKnown] :
+         {std::pair{noon + seconds(3600), true}, std::pair{at("2026-09-25T05:00:00Z"), false}}) {
+        history.fill({entry(7, 1, recorded, "At Risk")});
+        const auto levelThen =
+            outcome({7, 1, noon - days(8)}, row(1, "Watch"), history, noon).levelThen;
+        EXPECT_EQ(levelThen.isKnown(), isKnown) << "today ends at midnight";
+    }
     const auto future = outcome({7, 1, noon + days(2)}, row(1, "OK"), history, noon);
     EXPECT_EQ(future.daysSince, 0) << "a clock that was set back";
 }
@@ -348,6 +355,9 @@ TEST_F(OutreachTest, TheLevelThenIsTheLastBeforeOrTheFirstAfter) {
     EXPECT_EQ(
         then({entry(7, 1, written + days(2), "OK"), entry(7, 1, written + days(1), "At Risk")}),
         RecordedLevel(RiskLevel::atRisk));
+    EXPECT_EQ(
+        then({entry(7, 1, written - days(1), "OK"), entry(7, 1, written, "Concern")}),
+        RecordedLevel(RiskLevel::concern));
     EXPECT_EQ(then({entry(7, 2, written, "OK"), entry(8, 1, written, "OK")}), RecordedLevel());
 }
 

@@ -387,7 +387,7 @@ void Simulation::checkNotices(Program &program, Known &what) const {
 }
 
 /// Every file is whole, and none names a student or a grade, or is of what was switched off.
-void Simulation::checkFiles(const Computer &computer) const {
+void Simulation::checkFiles(const Computer &computer, Known &what) const {
     std::map<std::string, std::size_t> left;
     for (const auto &entry : fs::recursive_directory_iterator(computer.home)) {
         if (!entry.is_regular_file())
@@ -416,11 +416,11 @@ void Simulation::checkFiles(const Computer &computer) const {
         throw Finding("the history's file is there although it is switched off");
     if (!program.stores.contacts.isEnabled() && fs::exists(computer.home / "data/ContactLog.json"))
         throw Finding("the contacts' file is there although they are switched off");
-    checkWidgets(computer);
+    checkWidgets(computer, what);
 }
 
 /// The widgets show nothing of another account, and nothing after signing out.
-void Simulation::checkWidgets(const Computer &computer) const {
+void Simulation::checkWidgets(const Computer &computer, Known &what) const {
     const MainWindowController &controller = *computer.program->controller;
     if (controller.isLoading() || !computer.network.isIdle())
         return;
@@ -433,10 +433,14 @@ void Simulation::checkWidgets(const Computer &computer) const {
     for (const WidgetTermSummary &term : file->terms) {
         for (const WidgetCourseSummary &course : term.courses) {
             const School::OneCourse *own = school->second.find(course.id);
-            if (own == nullptr || own->course.name != course.name)
-                throw Finding("the widgets show a course of another account");
+            if (own != nullptr && own->course.name == course.name)
+                continue;
+            if (what.lostSettings)
+                return;
+            throw Finding("the widgets show a course of another account");
         }
     }
+    what.lostSettings = false;
 }
 
 } // namespace ellwynd::simulation

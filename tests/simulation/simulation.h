@@ -72,12 +72,17 @@ class Simulation {
         std::set<std::string> keys;
         /// The file call at which the program ends during its next event; 0 for none.
         int killedAt = 0;
+        /// Whether the address may be one from before the widgets were written.
+        bool lostSettings = false;
     };
     /// The schools that were read at a time.
     using Reads = std::map<Date, std::shared_ptr<const Schools>>;
 
     void playOne(const Event &event);
     void playKilled(const Event &event, Computer &computer, Known &known);
+    static void checkContactsAfterKill(
+        const Contacts::Records &before, const Contacts::Records &after,
+        const Contacts::Records &saved);
     void noteLeftovers(const Computer &computer);
     void perform(const Event &event);
     void performInSchools(const Event &event);
@@ -113,8 +118,8 @@ class Simulation {
     void checkMovement(const Program &program) const;
     void checkHistory(const Program &program) const;
     void checkNotices(Program &program, Known &known) const;
-    void checkFiles(const Computer &computer) const;
-    void checkWidgets(const Computer &computer) const;
+    void checkFiles(const Computer &computer, Known &known) const;
+    void checkWidgets(const Computer &computer, Known &known) const;
     void end();
 
     struct Start {

@@ -1,24 +1,12 @@
 // The preferences file.
 #include "base/files.h"
-#include "base/log.h"
 #include "fuzz/target.h"
+#include "fuzz/temporaryfolder.h"
 #include "preferences/userdefaults.h"
-
-#include <cstdlib>
-
-namespace {
-
-std::filesystem::path makeFolder() {
-    ellwynd::Log::setSink([](std::string_view, ellwynd::Log::Level, std::string_view) {});
-    std::string pattern = std::filesystem::temp_directory_path() / "preferences.XXXXXX";
-    return mkdtemp(pattern.data());
-}
-
-} // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     using namespace ellwynd;
-    static const std::filesystem::path folder = makeFolder();
+    static const std::filesystem::path folder = fuzz::temporaryFolder();
     const auto file = folder / "Preferences.json";
     files::replace(file, fuzz::text(data, size));
     PreferenceMap before;

@@ -35,6 +35,7 @@ MainWindowController::MainWindowController(
       connector(connector),
       now(now),
       widgets(sinks.widgets),
+      notices(sinks.notices),
       scheduler(*this, elapsed),
       address(defaults.value(preferences::canvasBaseURL)),
       courseList(defaults, now),
@@ -78,6 +79,7 @@ MainWindowController::MainWindowController(
         passController.rescore();
         Q_EMIT coursesDidChange();
     });
+    clearWidgetsOfOtherAddress();
 }
 
 MainWindowController::~MainWindowController() {
@@ -154,7 +156,19 @@ void MainWindowController::addressDidChange() {
         return reconnect();
     if (!before.empty())
         clearEverything();
+    clearWidgetsOfOtherAddress();
     scheduler.send(Event::Kind::connectionChanged);
+}
+
+/// The address may also have changed while the program was not running, or just before it was
+/// killed.
+void MainWindowController::clearWidgetsOfOtherAddress() {
+    const std::string shown = defaults.value(preferences::widgetsAddress);
+    if (shown == address || defaults.value(preferences::sampleData))
+        return;
+    if (!shown.empty() && !haveSameOrigin(shown, address))
+        widgets.clear();
+    defaults.set(preferences::widgetsAddress, address);
 }
 
 void MainWindowController::select(const Selection &selection) {
@@ -247,6 +261,8 @@ void MainWindowController::clearEverything() {
     rescoring.stop();
     passController.resetToDisconnected();
     widgets.clear();
+    if (notices != nullptr)
+        notices->forgetAll();
     rosterController.resetToDisconnected();
     courseList.set({});
     alerted = false;

@@ -105,6 +105,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     void rosterDidLoad(const std::optional<CanvasError> &failure);
     void passEnded(const PassResult &result);
     void addressDidChange();
+    void clearWidgetsOfOtherAddress();
     void reconnect();
     void clearEverything();
     void checkDay();
@@ -119,6 +120,8 @@ class MainWindowController : public QObject, private RefreshJobs {
     const Connector &connector;
     Clock now;
     WidgetSnapshotWriter &widgets;
+    /// Null if no notices are posted.
+    MovementNotifier *notices;
     RefreshScheduler scheduler;
     /// Null while not connected.
     std::shared_ptr<CanvasReading> source;

@@ -171,6 +171,10 @@ inline constexpr auto table = std::to_array<Preference>({
      .fallback = false,
      .control = "Settings ▸ Widgets",
      .meaning = "Leave course names out of the widget files."},
+    {.key = "WidgetsAddress",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "The Canvas address of the courses in the widget files; empty for none."},
     {.key = "MovementNotifications",
      .type = Type::boolean,
      .fallback = false,
@@ -308,6 +312,7 @@ inline constexpr PreferenceKey<bool> rememberRosterHistory{row("RememberRosterHi
 inline constexpr PreferenceKey<bool> rememberContacts{row("RememberContacts")};
 inline constexpr PreferenceKey<std::int64_t> dashboardTermID{row("DashboardTermID")};
 inline constexpr PreferenceKey<bool> widgetsHideCourseNames{row("WidgetsHideCourseNames")};
+inline constexpr PreferenceKey<std::string> widgetsAddress{row("WidgetsAddress")};
 inline constexpr PreferenceKey<bool> movementNotifications{row("MovementNotifications")};
 inline constexpr PreferenceKey<bool> notifyWhileActive{row("NotifyWhileActive")};
 inline constexpr PreferenceKey<bool> syncSettings{row("SyncSettingsViaICloud")};

@@ -43,8 +43,21 @@ struct UserDefaults::State {
     std::unique_ptr<QFileSystemWatcher> watcher;
     QTimer saveTimer{nullptr};
 
+    /// Whether the sample's file takes precedence for a key.
+    [[nodiscard]] bool isOfSample(std::string_view key) const {
+        return sample && sample->contains(key) && !isSavedInSampleMode(key);
+    }
+
     [[nodiscard]] std::optional<PreferenceValue> saved(std::string_view key) const {
-        return sample && sample->contains(key) ? sample->value(key) : teachers.value(key);
+        return isOfSample(key) ? sample->value(key) : teachers.value(key);
+    }
+
+    /// The keys for which the sample's file takes precedence, with its values.
+    [[nodiscard]] nlohmann::json sampleObject() const {
+        nlohmann::json object = sample ? sample->object() : nlohmann::json::object();
+        for (const std::string_view key : savedInSampleMode)
+            object.erase(std::string(key));
+        return object;
     }
 
     [[nodiscard]] std::optional<PreferenceValue> object(std::string_view key) const {
@@ -129,7 +142,7 @@ bool UserDefaults::isSaved() const {
 void UserDefaults::reloadIfChanged() {
     std::vector<std::string> changed = state->teachers.reloadIfChanged();
     if (state->sample) {
-        std::erase_if(changed, [&](const auto &key) { return state->sample->contains(key); });
+        std::erase_if(changed, [&](const auto &key) { return state->isOfSample(key); });
         const auto ofSample = state->sample->reloadIfChanged();
         changed.insert(changed.end(), ofSample.begin(), ofSample.end());
     }
@@ -149,18 +162,18 @@ void UserDefaults::watch() {
 
 PreferenceMap UserDefaults::persistentDomain() const {
     PreferenceMap map = state->teachers.values();
-    if (state->sample) {
-        for (const auto &[key, value] : state->sample->object().items())
-            map.erase(key);
-        map.merge(state->sample->values());
+    const nlohmann::json sample = state->sampleObject();
+    for (const auto &[key, json] : sample.items()) {
+        map.erase(key);
+        if (auto value = fromJSON(json))
+            map.emplace(key, *std::move(value));
     }
     return map;
 }
 
 std::string UserDefaults::persistentDomainJSON() const {
     nlohmann::json object = state->teachers.object();
-    if (state->sample)
-        object.merge_patch(state->sample->object());
+    object.merge_patch(state->sampleObject());
     return prettyJSON(object);
 }
 

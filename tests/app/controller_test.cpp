@@ -2,6 +2,7 @@
 #include "support/core.h"
 #include "support/instants.h"
 #include "support/logcapture.h"
+#include "support/snapshots.h"
 #include "support/until.h"
 
 #include <QCoreApplication>
@@ -284,6 +285,30 @@ TEST_F(ControllerTest, OpensCanvasPages) {
             "links: Opening course 7 in Canvas", "links: Opening a student's grades in Canvas",
             "links: The browser did not open course 7",
             "links: Couldn't build a Canvas URL for course 0"));
+}
+
+TEST(Controller, DeletesTheWidgetFilesOfAnotherAddressAtItsStart) {
+    struct Row {
+        const char *shown;
+        const char *address;
+        bool keeps;
+    };
+    for (const Row &row :
+         {Row{"https://h.example", "https://h.example", true},
+          Row{"https://h.example", "https://H.example/", true},
+          Row{"https://h.example", "https://other.example", false},
+          Row{"https://h.example", "", false}, Row{"", "https://h.example", true}}) {
+        test::Core core;
+        core.widgets.write(test::twoTerms());
+        core.defaults.update(
+            {{"WidgetsAddress", std::string(row.shown)},
+             {"CanvasBaseURL", std::string(row.address)}});
+        const MainWindowController controller(
+            core.defaults, core.connector, core.stores, core.trends, core.sinks);
+        const bool isThere = readWidgetSnapshot(core.folder.path() / "widgets").has_value();
+        EXPECT_EQ(isThere, row.keeps) << row.shown << " " << row.address;
+        EXPECT_EQ(core.defaults.value(preferences::widgetsAddress), row.address);
+    }
 }
 
 } // namespace

@@ -153,6 +153,17 @@ TEST_F(MovementTest, TermStoryDescribesTheLevels) {
     EXPECT_FALSE(isJoined({day, {}}, {day + days(14) + std::chrono::seconds(1), {}}));
 }
 
+TEST_F(MovementTest, TheSameLevelIsNoMovementAndMidnightIsToday) {
+    const RosterChange same{
+        .previousLevel = RecordedLevel(RiskLevel::watch), .currentLevel = RiskLevel::watch};
+    EXPECT_EQ(movementKind(same), MovementKind::unchanged);
+    EXPECT_FALSE(hasSlipped(same) || isNewlyFlagged(same) || hasImproved(same));
+    history.fill({entry(7, 1, at("2026-09-24T05:00:00Z"), "Watch")});
+    EXPECT_FALSE(hasEarlierVisit(history, 7, noon));
+    history.fill({entry(7, 1, at("2026-09-24T04:59:59Z"), "Watch")});
+    EXPECT_TRUE(hasEarlierVisit(history, 7, noon));
+}
+
 TEST_F(MovementTest, LevelTrendTextDescribesTwoWeeks) {
     history.fill(
         {entry(7, 1, noon - days(15), "At Risk"), entry(7, 1, noon - days(14), "Concern"),
@@ -179,7 +190,10 @@ TEST_F(MovementTest, LevelTrendTextDescribesTwoWeeks) {
     };
     for (const Row &each :
          {Row{"2026-11-09T05:30:00Z", "2026-10-25T05:30:00Z", true},
+          Row{"2026-11-09T05:30:00Z", "2026-10-25T05:00:00Z", true},
           Row{"2026-11-09T05:30:00Z", "2026-10-25T04:30:00Z", false},
+          Row{"2026-11-09T05:30:00Z", "2026-11-08T05:59:59Z", true},
+          Row{"2026-11-09T05:30:00Z", "2026-11-08T06:00:00Z", false},
           Row{"2026-03-15T05:30:00Z", "2026-03-01T06:30:00Z", true},
           Row{"2026-03-15T05:30:00Z", "2026-03-01T05:30:00Z", false}}) {
         history.fill({entry(7, 1, at(each.recorded), "Watch")});

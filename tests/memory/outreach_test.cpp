@@ -72,6 +72,12 @@ TEST_F(ContactsTest, DropsOldContactsAndIgnoresUnreadableFiles) {
         EXPECT_EQ(contacts.records()[1].courseID, 920'000);
     }
     EXPECT_EQ(std::ranges::count(saved(), '{'), 2);
+    write("[" + record(900'001, noon) + "]");
+    const ContactLog pruned(defaults, data(), noonClock);
+    EXPECT_EQ(saved(), "[]") << "saved at once";
+    write("[ ]");
+    const ContactLog unchanged(defaults, data(), noonClock);
+    EXPECT_EQ(saved(), "[ ]") << "not saved without a reason";
 
     for (const char *bytes :
          {"", "{}", "[1]", R"([{"courseID":1}])",
@@ -133,6 +139,51 @@ TEST_F(ContactsTest, AnUnsavedContactDoesNotReplaceALaterOne) {
     EXPECT_EQ(window.lastContact(7, 1)->contactedAt, noon + seconds(60));
     EXPECT_EQ(window.lastContact(7, 2)->contactedAt, noon);
     EXPECT_EQ(ContactLog(defaults, data(), noonClock).records(), window.records());
+}
+
+TEST_F(ContactsTest, EachChangeIsSignalledOnceAndLogged) {
+    ContactLog contacts(defaults, data(), noonClock);
+    int signalled = 0;
+    QObject::connect(&contacts, &ContactLog::contactsDidChange, &contacts, [&] { ++signalled; });
+    ContactChange removed;
+    struct Row {
+        const char *what;
+        std::function<void()> change;
+        int signalled;
+        std::size_t records;
+    };
+    for (const Row &each : std::vector<Row>{
+             {"a student twice",
+              [&] {
+                  contacts.noteContacts(7, {1, 1, 2}, noon);
+              },
+              1, 2},
+             {"nobody", [&] { contacts.noteContacts(7, {}, noon); }, 0, 2},
+             {"removed",
+              [&] {
+                  removed = contacts.removeContacts({{7, 1}});
+              },
+              1, 1},
+             {"not recorded",
+              [&] {
+                  contacts.removeContacts({{9, 9}});
+              },
+              0, 1},
+             {"restored", [&] { contacts.undo(removed); }, 1, 2},
+             {"nothing to save", [&] { contacts.saveUnsaved(); }, 0, 2},
+             {"another setting", [&] { defaults.set(preferences::textScale, 1.5); }, 0, 2},
+             {"switched on", [&] { defaults.set(preferences::rememberContacts, true); }, 1, 2},
+             {"deleted", [&] { contacts.deleteAll(); }, 1, 0}}) {
+        signalled = 0;
+        each.change();
+        EXPECT_EQ(signalled, each.signalled) << each.what;
+        EXPECT_EQ(contacts.records().size(), each.records) << each.what;
+    }
+    EXPECT_THAT(
+        test::LogCapture::lines(),
+        testing::IsSupersetOf(
+            {"contacts: Removed contacts", "contacts: Restored contacts",
+             "contacts: Deleted the contact log"}));
 }
 
 TEST_F(ContactsTest, CopiesGoWithTheRecords) {
@@ -279,6 +330,13 @@ TEST_F(OutreachTest, OutcomesCompareTheLevelsThenAndNow) {
     EXPECT_FALSE(
         outcome({7, 1, noon - days(8)}, row(1, "Watch"), history, noon).levelThen.isKnown())
         << "an entry later than today";
+    for (const auto &[recorded, isKnown] :
+         {std::pair{noon + seconds(3600), true}, std::pair{at("2026-09-25T05:00:00Z"), false}}) {
+        history.fill({entry(7, 1, recorded, "At Risk")});
+        const auto levelThen =
+            outcome({7, 1, noon - days(8)}, row(1, "Watch"), history, noon).levelThen;
+        EXPECT_EQ(levelThen.isKnown(), isKnown) << "today ends at midnight";
+    }
     const auto future = outcome({7, 1, noon + days(2)}, row(1, "OK"), history, noon);
     EXPECT_EQ(future.daysSince, 0) << "a clock that was set back";
 }
@@ -297,6 +355,9 @@ TEST_F(OutreachTest, TheLevelThenIsTheLastBeforeOrTheFirstAfter) {
     EXPECT_EQ(
         then({entry(7, 1, written + days(2), "OK"), entry(7, 1, written + days(1), "At Risk")}),
         RecordedLevel(RiskLevel::atRisk));
+    EXPECT_EQ(
+        then({entry(7, 1, written - days(1), "OK"), entry(7, 1, written, "Concern")}),
+        RecordedLevel(RiskLevel::concern));
     EXPECT_EQ(then({entry(7, 2, written, "OK"), entry(8, 1, written, "OK")}), RecordedLevel());
 }
 

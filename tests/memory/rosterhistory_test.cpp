@@ -83,6 +83,22 @@ TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
     EXPECT_TRUE(history.entries(7, 2).empty()) << "has left the roster";
 }
 
+TEST_F(HistoryTest, ACourseHasEntriesFromMidnightToMidnight) {
+    RosterHistory history(defaults, std::nullopt, noonClock);
+    struct Row {
+        std::int64_t course;
+        const char *recorded;
+        bool isOfDay;
+    };
+    for (const Row &each :
+         {Row{7, "2026-09-24T04:59:59Z", false}, Row{7, "2026-09-24T05:00:00Z", true},
+          Row{7, "2026-09-25T04:59:59Z", true}, Row{7, "2026-09-25T05:00:00Z", false},
+          Row{8, "2026-09-24T12:00:00Z", false}}) {
+        history.fill({entry(each.course, 1, at(each.recorded), "OK")});
+        EXPECT_EQ(history.hasEntries(7, noon), each.isOfDay) << each.course << each.recorded;
+    }
+}
+
 TEST_F(HistoryTest, DropsOldEntriesAndThoseOfTheSampleCollege) {
     const Date cutoff = noon - seconds(31'536'000);
     std::vector<RosterSnapshot> entries{
@@ -96,6 +112,12 @@ TEST_F(HistoryTest, DropsOldEntriesAndThoseOfTheSampleCollege) {
         kept.push_back(each.studentID);
     EXPECT_THAT(kept, ElementsAre(1, 3, 6));
     EXPECT_EQ(decodeHistory(saved()), history.entries()) << "an unknown level is kept";
+    write(encodeHistory({entry(900'001, 1, noon, "OK")}));
+    const RosterHistory pruned(defaults, data(), noonClock);
+    EXPECT_EQ(saved(), "[]") << "saved at once";
+    write("[ ]");
+    const RosterHistory unchanged(defaults, data(), noonClock);
+    EXPECT_EQ(saved(), "[ ]") << "not saved without a reason";
 }
 
 TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
@@ -123,7 +145,9 @@ TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
              {with("\"studentID\":", "\"9\""), "studentID has another type."},
              {"[1e999,]", "It is not valid JSON."},
              {with("\"recordedAt\":", "\"2026-09-24\""), "Entry 0: recordedAt is not an instant."},
+             {with("\"recordedAt\":", "\"\""), "Entry 0: recordedAt is not an instant."},
              {"[{}]", "is missing"},
+             {R"([{"recordedAt":"2026-09-24T12:00:00Z"}])", "Entry 0: courseID is missing."},
              {std::string(200, '[') + std::string(200, ']'), ""},
          }) {
         std::filesystem::remove_all(data());

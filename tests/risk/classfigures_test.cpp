@@ -53,9 +53,11 @@ TEST(ClassFigures, TakeMedians) {
             room.student(std::int64_t(room.enrollments.size()), std::nullopt, std::nullopt, time);
         EXPECT_EQ(figuresOf(room).medianActivityTime, row.median);
     }
-    Classroom two;
-    two.student(1, std::nullopt, 500).student(2, std::nullopt, 100).student(3);
-    EXPECT_EQ(figuresOf(two).medianLastActivity, test::noon - std::chrono::seconds(100));
+    Classroom three;
+    three.student(1, std::nullopt, 100).student(2, std::nullopt, 500).student(3);
+    EXPECT_EQ(figuresOf(three).medianLastActivity, test::noon - std::chrono::seconds(100));
+    three.student(4, std::nullopt, 300);
+    EXPECT_EQ(figuresOf(three).medianLastActivity, test::noon - std::chrono::seconds(300));
     EXPECT_EQ(figuresOf({}).medianLastActivity, std::nullopt);
 }
 
@@ -73,11 +75,13 @@ TEST(MissedWork, ListsTheMostMissedFirst) {
     Classroom room;
     room.missing(9, {2, 1}).missing(3, {2, 1, 4}).missing(9, {2}).missing(1, {5, 6, 7});
     room.handedIn(1, {1, 2}).overdue(1, {8});
-    const auto work = missedWork(room.submissions, 3, {{1, "b"}, {2, "a"}, {4, "Z"}, {5, ""}});
+    const auto work =
+        missedWork(room.submissions, 3, {{1, "b"}, {2, "a"}, {4, "Z"}, {5, ""}, {6, "Z"}});
     std::vector<std::string> names;
     for (const MissedAssignment &assignment : work)
         names.push_back(assignment.name);
-    EXPECT_THAT(names, ElementsAre("a", "b", "", "Assignment 6", "Assignment 7", "Z"));
+    EXPECT_THAT(names, ElementsAre("a", "b", "", "Assignment 7", "Z", "Z"));
+    EXPECT_EQ(work[4].id, 4) << "equal names are in the order of their ids";
     EXPECT_THAT(work[0].studentIDs, ElementsAre(3, 9));
     EXPECT_EQ(work[0].rosterSize, 3);
     EXPECT_FALSE(work[0].isClassWide);
@@ -116,8 +120,11 @@ TEST(GradeWeighting, SharesFollowWeightsOrPoints) {
     omitted.omitFromFinalGrade = true;
     const std::vector weighted{
         group(30, {worth(1, 10), worth(2, 30), hidden}),
-        group(10, {worth(3, 0), worth(4, std::nullopt)}), group(0, {worth(5, 10)}),
-        group(std::nullopt, {worth(6, 10), omitted}), group(20, {})};
+        group(10, {worth(3, 0), worth(4, std::nullopt)}),
+        group(0, {worth(5, 10)}),
+        group(std::nullopt, {worth(6, 10), omitted}),
+        group(20, {}),
+        {.id = 2}};
     struct Row {
         const char *what;
         std::vector<AssignmentGroup> groups;
@@ -133,6 +140,14 @@ TEST(GradeWeighting, SharesFollowWeightsOrPoints) {
              {"weights without the course's flag", weighted, std::nullopt, byWeight},
              {"weights switched off", weighted, false, byPoints},
              {"no weights", {group(0, {worth(1, 1), worth(2, 3)})}, true, {{1, 0.25}, {2, 0.75}}},
+             {"weights and points below one",
+              {group(0.25, {worth(1, 0.2), worth(2, 0.6)}), group(0.25, {worth(3, 5)})},
+              true,
+              {{1, 0.125}, {2, 0.375}, {3, 0.5}}},
+             {"points below one",
+              {group(0, {worth(1, 0.2), worth(2, 0.6)})},
+              true,
+              {{1, 0.25}, {2, 0.75}}},
              {"no points", {group(std::nullopt, {worth(1, 0)})}, true, {}},
              {"no groups", {}, std::nullopt, {}},
          }) {

@@ -43,6 +43,15 @@ TEST_F(CourseThresholdsTest, ConvertIntegersAndIgnoreTexts) {
     EXPECT_EQ(courseThresholds(defaults, 2), CourseThresholds{});
 }
 
+TEST(ThresholdKeys, AreTheDefaultsAndTheOverrides) {
+    for (const char *key :
+         {"DefaultPassingScore", "DefaultInactivityDays", "Course.7.PassingScore",
+          "Course.7.InactivityDays"})
+        EXPECT_TRUE(isThresholdKey(key)) << key;
+    for (const char *key : {"TextScale", "Course.7.Icon", "PassingScore", ""})
+        EXPECT_FALSE(isThresholdKey(key)) << key;
+}
+
 TEST(ThresholdsSummary, RoundsAndMentionsOverrides) {
     struct Row {
         CourseThresholds thresholds;

@@ -1,3 +1,4 @@
+#include "risk/reasons.h"
 #include "risk/scorer.h"
 #include "support/classroom.h"
 
@@ -46,6 +47,21 @@ TEST(Scorer, ScoresASingleStudent) {
          0.3 * 0.4,
          RiskLevel::watch,
          {"5 of 15 assignments missing"}},
+        {"damped by a third",
+         one(75).missing(1, {1, 2, 3, 4, 5}).handedIn(1, ten),
+         0.3 * 0.8,
+         RiskLevel::watch,
+         {"5 of 15 assignments missing"}},
+        {"six missing",
+         one(std::nullopt).missing(1, {1, 2, 3, 4, 5, 6}).handedIn(1, ten),
+         0.3,
+         RiskLevel::concern,
+         {"6 of 16 assignments missing"}},
+        {"far below passing",
+         one(30).missing(1, {1, 2, 3, 4, 5}).handedIn(1, ten),
+         0.3 + 0.25,
+         RiskLevel::atRisk,
+         {"5 of 15 assignments missing", "Current score 30% (below 70%)"}},
         {"failing grade", one(49), 0.5, RiskLevel::atRisk, {"Current score 49% (below 70%)"}},
         {"exactly fifty", one(50), 0.5, RiskLevel::atRisk, {"Current score 50% (below 70%)"}},
         {"just above fifty",
@@ -203,6 +219,12 @@ TEST(Scorer, WeightsMissingWorkByItsShare) {
     EXPECT_NEAR(room.row(1).score, 0.3 * 2 / 5, 1e-12);
 }
 
+TEST(Scorer, MissingWorkIsCountedAloneIfNothingIsSet) {
+    const std::vector<std::int64_t> missing{1, 2};
+    const AssignmentNames names;
+    EXPECT_EQ(explain({.missing = missing, .names = names}).at(0).text, "2 missing assignments");
+}
+
 TEST(Scorer, ReasonsLinkToAssignmentsAndGrades) {
     Classroom room;
     room.student(1, 60).missing(1, {9, 8}).handedIn(1, {1, 2, 3});
@@ -261,6 +283,10 @@ TEST(Scorer, InactivityIsMeasuredAgainstTheClass) {
     off.student(4, std::nullopt, 0);
     EXPECT_EQ(off.row(1).score, 0);
     EXPECT_NEAR(off.row(2).score, 0.15, 1e-12);
+    Classroom oneDay;
+    oneDay.student(1, std::nullopt, 2 * day).student(2, std::nullopt, 0).student(3, {}, 0);
+    oneDay.inactivityDays = 1;
+    EXPECT_NEAR(oneDay.row(1).score, 0.15, 1e-12);
 }
 
 TEST(Scorer, TimeInCourseCountsBelowHalfTheMedian) {
@@ -290,6 +316,7 @@ TEST(Scorer, TimeInCourseCountsBelowHalfTheMedian) {
         EXPECT_EQ(sentences(scored), row.why);
     }
     EXPECT_EQ(Classroom().student(1).student(2, std::nullopt, std::nullopt, 0).row(1).score, 0);
+    EXPECT_EQ(Classroom().student(1).student(2, std::nullopt, std::nullopt, 1).row(1).score, 0.2);
 }
 
 TEST(Scorer, ClassWideMissingWorkDoesNotCount) {

@@ -13,8 +13,10 @@ namespace {
 /// 2026-01-20T08:00:00Z.
 constexpr Date firstDay{std::chrono::microseconds(1'768'896'000'000'000)};
 
+constexpr ElapsedTime firstElapsed = std::chrono::hours(1);
+
 Date wallTime = firstDay;
-ElapsedTime machineTime = std::chrono::hours(1);
+ElapsedTime machineTime = firstElapsed;
 
 } // namespace
 
@@ -24,6 +26,11 @@ Date now() {
 
 ElapsedTime elapsed() {
     return machineTime;
+}
+
+void resetClocks() {
+    wallTime = firstDay;
+    machineTime = firstElapsed;
 }
 
 void passTime(ElapsedTime time) {

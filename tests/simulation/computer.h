@@ -15,6 +15,8 @@ namespace ellwynd::simulation {
 /// The clocks of all computers.
 Date now();
 ElapsedTime elapsed();
+/// Each simulation begins at the same time.
+void resetClocks();
 /// Time passes, asleep or awake.
 void passTime(ElapsedTime time);
 /// Somebody sets the clock.

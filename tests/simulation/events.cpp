@@ -22,7 +22,7 @@ std::vector<Event> randomTerm(unsigned seed) {
                 event.kind == Kind::switchHistory || event.kind == Kind::switchContacts ||
                 event.kind == Kind::loseNetwork || event.kind == Kind::lockKeyring ||
                 event.kind == Kind::setClock || event.kind == Kind::fillDisk ||
-                event.kind == Kind::beginTerm;
+                event.kind == Kind::beginTerm || event.kind == Kind::endTerm;
             if (isRare && draw(6) != 0)
                 event.kind = Kind::openCourse;
             events.push_back(event);

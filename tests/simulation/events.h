@@ -30,6 +30,7 @@ struct Event {
         unlockKeyring,
         signOut,
         signIn,
+        saveToken,
         setWork,
         handIn,
         grade,
@@ -37,9 +38,11 @@ struct Event {
         join,
         leave,
         comeBack,
+        endTerm,
         beginTerm,
         markContacted,
         removeMark,
+        copyMessage,
         undo,
         changeThreshold,
         useDefaults,
@@ -58,11 +61,14 @@ struct Event {
         deliverTorn,
         deliverOld,
         folderAway,
+        createMountPoint,
         folderBack,
         travel,
         setClock,
+        /// The next event of the program on this computer ends with a kill.
+        kill,
     };
-    static constexpr int kinds = int(Kind::setClock) + 1;
+    static constexpr int kinds = int(Kind::kill) + 1;
 
     Kind kind{};
     /// 0 or 1.

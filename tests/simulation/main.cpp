@@ -1,6 +1,6 @@
 // Plays terms of a simulated teacher. Usage: ellwynd-simulation [COUNT] [--seed FIRST]
 // Prints the shortest history of each term that ends with a finding, and how many terms it played
-// each second. The exit status is 1 if there was a finding.
+// each second. The exit status is 1 if there was a finding, or if the terms leave memory allocated.
 #include "base/log.h"
 #include "simulation.h"
 
@@ -12,6 +12,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <malloc.h>
 
 namespace {
 
@@ -49,6 +50,32 @@ std::vector<Event> shortest(std::vector<Event> events, const std::string &findin
     return events;
 }
 
+/// Measures what each term leaves in memory.
+class Growth {
+  public:
+    /// Call after each term.
+    void measure() {
+        if (++terms == warmUp)
+            before = allocated();
+    }
+    /// In bytes a term, after the first ones, which fill caches; 0 while there are too few.
+    [[nodiscard]] double perTerm() const {
+        constexpr int enough = 2 * warmUp;
+        return terms < enough ? 0 : (double(allocated()) - double(before)) / (terms - warmUp);
+    }
+
+  private:
+    static constexpr int warmUp = 20;
+
+    static std::size_t allocated() {
+        const struct mallinfo2 info = ::mallinfo2();
+        return info.uordblks + info.hblkhd;
+    }
+
+    int terms = 0;
+    std::size_t before = 0;
+};
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -68,9 +95,12 @@ int main(int argc, char **argv) {
     }
     const auto begin = std::chrono::steady_clock::now();
     unsigned findings = 0;
-    for (unsigned seed = first; seed < first + count && findings < 3; ++seed) {
+    Growth growth;
+    unsigned seed = first;
+    for (; seed < first + count && findings < 3; ++seed) {
         const std::vector<Event> events = randomTerm(seed);
         const std::string finding = play(events);
+        growth.measure();
         if (finding.empty())
             continue;
         ++findings;
@@ -80,6 +110,12 @@ int main(int argc, char **argv) {
         std::fflush(stdout);
     }
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
-    fmt::print("{} terms, {:.1f} a second\n", count, count / time.count());
+    const unsigned played = seed - first;
+    fmt::print("{} terms, {:.1f} a second\n", played, played / time.count());
+    constexpr double maxGrowth = 1024;
+    if (findings == 0 && growth.perTerm() > maxGrowth) {
+        fmt::print("The memory grows by {:.0f} bytes a term.\n", growth.perTerm());
+        ++findings;
+    }
     return findings > 0 ? 1 : 0;
 }

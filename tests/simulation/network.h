@@ -49,6 +49,7 @@ class Network {
     }
 
     [[nodiscard]] bool isIdle() const { return pending.empty(); }
+    [[nodiscard]] std::size_t waiting() const { return pending.size(); }
     /// Answers one of the waiting requests.
     void answer(unsigned draw) {
         const auto chosen = pending.begin() + std::ptrdiff_t(draw % pending.size());

@@ -45,7 +45,8 @@ std::vector<Enrollment> School::enrollments(const OneCourse &course) {
             {.userID = student.id,
              .user = EnrolledUser{.id = student.id, .name = student.name},
              .grades = Grades{.currentScore = student.score},
-             .lastActivityAt = student.lastActivityAt});
+             .lastActivityAt = student.lastActivityAt,
+             .totalActivityTime = student.secondsInCourse});
     }
     return list;
 }
@@ -56,8 +57,10 @@ std::vector<AssignmentGroup> School::groups(const OneCourse &course) {
 
 std::vector<SubmissionSummary> School::submissions(const OneCourse &course, Date now) {
     std::vector<SubmissionSummary> list = course.submissions;
-    for (SubmissionSummary &work : list)
-        work.missing = work.workflowState == "unsubmitted" && work.cachedDueDate < now;
+    for (SubmissionSummary &work : list) {
+        const std::chrono::days grace{work.assignmentID % 3 == 0 ? 2 : 0};
+        work.missing = work.workflowState == "unsubmitted" && work.cachedDueDate < now - grace;
+    }
     return list;
 }
 
@@ -77,6 +80,17 @@ void School::beginTerm(std::int64_t termID, Date now) {
             course.students.back().lastActivityAt = now;
         }
     }
+}
+
+void School::endTerm(std::int64_t termID, Date now) {
+    for (OneCourse &each : courses) {
+        if (each.course.term->id == termID && each.course.term->endAt > now)
+            each.course.term->endAt = now;
+    }
+}
+
+Date School::plannedEnd(const Term &term) {
+    return *term.startAt + termLength;
 }
 
 void School::join(OneCourse &course) {

@@ -1,14 +1,14 @@
 #include "simulation.h"
 
-#include "base/calendar.h"
-#include "memory/movement.h"
+#include "base/files.h"
 #include "platform/cloud/foldercontents.h"
+#include "support/failingcalls.h"
 
 #include <QCoreApplication>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
+#include <cerrno>
 #include <ctime>
 #include <fstream>
 
@@ -23,6 +23,10 @@ using namespace std::chrono_literals;
 const std::array<std::string, 2> addresses{"https://one.example", "https://two.example"};
 const std::array<const char *, 4> zones{"America/Chicago", "UTC", "Asia/Tokyo", "Pacific/Auckland"};
 
+const std::array<PreferenceMap, 4> launchArguments{
+    PreferenceMap{{"TextScale", 1.5}}, PreferenceMap{{"DefaultPassingScore", 55.0}},
+    PreferenceMap{{"RememberContacts", false}}, PreferenceMap{{"RememberRosterHistory", false}}};
+
 bool passesTime(Kind kind) {
     return kind == Kind::passSeconds || kind == Kind::passMinutes || kind == Kind::passHours ||
         kind == Kind::sleep || kind == Kind::setClock || kind == Kind::travel;
@@ -30,6 +34,43 @@ bool passesTime(Kind kind) {
 
 bool changesSchools(Kind kind) {
     return kind >= Kind::setWork && kind <= Kind::beginTerm;
+}
+
+bool isOfCloud(Kind kind) {
+    return kind >= Kind::upload && kind <= Kind::folderBack;
+}
+
+/// An event of the program. A run in the sample college compares files itself.
+bool canBeKilled(Kind kind) {
+    return !changesSchools(kind) && !passesTime(kind) && !isOfCloud(kind) &&
+        kind != Kind::runInSample && kind != Kind::kill;
+}
+
+/// Whether everything that the teacher did is on the disk.
+bool isSaved(const Program &program) {
+    return program.stores.contacts.isSaved() && program.stores.history.isSaved() &&
+        program.defaults.isSaved();
+}
+
+/// One of each kind.
+std::array<CanvasError, 15> failures() {
+    using Error = CanvasError;
+    return {
+        Error::cannotReachHost("one.example"),
+        Error::tlsFailed("one.example"),
+        Error::network("The connection was reset."),
+        Error::forbidden({}),
+        Error::canvasUnavailable(503),
+        Error::unexpectedStatus(418, {}),
+        Error::notCanvas("one.example"),
+        Error(Error::Kind::offline),
+        Error(Error::Kind::timedOut),
+        Error(Error::Kind::unauthorized),
+        Error(Error::Kind::rateLimited),
+        Error(Error::Kind::notFound),
+        Error(Error::Kind::decodingFailed),
+        Error(Error::Kind::nonHTTP),
+        Error(Error::Kind::badURL)};
 }
 
 void setZone(const char *zone) {
@@ -85,8 +126,8 @@ void Simulation::play(const std::vector<Event> &events) {
     for (const Event &event : events) {
         playOne(event);
         if (++count % 25 == 0) {
-            for (const Computer &computer : computers)
-                checkFiles(computer);
+            for (std::size_t i = 0; i < computers.size(); ++i)
+                checkFiles(computers[i], known[i]);
         }
     }
     end();
@@ -96,28 +137,92 @@ void Simulation::playOne(const Event &event) {
     if (passesTime(event.kind) || changesSchools(event.kind))
         settle();
     const auto index = std::size_t(event.computer);
-    Network &network = computers[index].network;
-    const std::size_t requests = network.requests;
-    perform(event);
+    Known &what = known[index];
+    const std::size_t requests = computers[index].network.requests;
+    if (what.killedAt > 0 && canBeKilled(event.kind))
+        playKilled(event, computers[index], what);
+    else
+        perform(event);
     for (std::size_t i = 0; i < computers.size(); ++i) {
         settle(computers[i], i != index || event.draw % 4 != 0);
         check(computers[i], known[i]);
     }
-    Known &what = known[index];
-    // A roster and a pass count as fresh for a minute.
-    if (event.kind == Kind::activate && what.freshSince && elapsed() - *what.freshSince < 50s &&
-        network.requests != requests)
-        throw Finding("what is fresh was read again");
-    const MainWindowController &controller = *computers[index].program->controller;
-    if (event.kind == Kind::refresh && network.isIdle() && network.isOnline &&
-        network.failures.empty() && !controller.isLoading() && !controller.courses().isEmpty())
-        what.freshSince = elapsed();
+    checkRequests(event, computers[index], what, computers[index].network.requests - requests);
+}
+
+/// The program ends at a file call in the middle of an event, and is started again.
+void Simulation::playKilled(const Event &event, Computer &computer, Known &what) {
+    const Contacts::Records before = what.contacts.records;
+    const std::vector<RosterSnapshot> history = computer.program->stores.history.entries();
+    const bool wasSaved = isSaved(*computer.program);
+    const test::Fault fault{
+        .code = what.killedAt % 3 == 0 ? test::Fault::shortTransfer : EIO, .isLasting = true};
+    {
+        const test::FailingCall kill(what.killedAt, fault);
+        perform(event);
+        settle(computer, event.draw % 4 != 0);
+        computer.program.reset();
+    }
+    what.killedAt = 0;
+    noteLeftovers(computer);
+    const Contacts::Records after = what.contacts.records;
+    const DiskOf disk(computer);
+    restart(computer, what);
+    what.contacts.records = recordsOf(*computer.program);
+    if (!wasSaved) {
+        what.keys.clear();
+        what.lostSettings = true;
+        return;
+    }
+    checkContactsAfterKill(before, after, what.contacts.records);
+    if (event.kind == Kind::deleteHistory || !computer.program->stores.history.isEnabled())
+        return;
+    const auto &entries = computer.program->stores.history.entries();
+    const auto contains = [&](const RosterSnapshot &sought) {
+        return std::ranges::any_of(entries, [&](RosterSnapshot entry) {
+            entry.recordedAt = std::chrono::floor<std::chrono::seconds>(entry.recordedAt);
+            return entry == sought;
+        });
+    };
+    for (RosterSnapshot entry : history) {
+        // The file keeps whole seconds. Those of a day may be replaced by its next visit.
+        entry.recordedAt = std::chrono::floor<std::chrono::seconds>(entry.recordedAt);
+        if (entry.recordedAt < now() - 48h && !contains(entry))
+            throw Finding("a kill removed an entry of the history");
+    }
+}
+
+/// The contacts of each course are saved in one write. Each is the old one or the new one.
+void Simulation::checkContactsAfterKill(
+    const Contacts::Records &before, const Contacts::Records &after,
+    const Contacts::Records &saved) {
+    const auto recordIn = [](const Contacts::Records &records, const StudentKey &key) {
+        const auto found = records.find(key);
+        return found != records.end() ? std::optional(found->second) : std::nullopt;
+    };
+    Contacts::Records all = before;
+    all.insert(after.begin(), after.end());
+    all.insert(saved.begin(), saved.end());
+    for (const auto &[key, date] : all) {
+        const auto record = recordIn(saved, key);
+        if (record != recordIn(before, key) && record != recordIn(after, key))
+            throw Finding("a contact after a kill is neither the old one nor the new one");
+    }
+}
+
+/// What a killed program leaves behind stays until the same file is replaced again.
+void Simulation::noteLeftovers(const Computer &computer) {
+    for (const auto &entry : fs::recursive_directory_iterator(computer.home)) {
+        const std::string name = entry.path().filename().string();
+        if (files::isTemporaryName(name))
+            leftovers.insert(name);
+    }
 }
 
 void Simulation::perform(const Event &event) {
     Computer &computer = computers[std::size_t(event.computer)];
     Known &what = known[std::size_t(event.computer)];
-    if (event.kind != Kind::passSeconds && event.kind != Kind::activate)
+    if (!isQuiet(event.kind) && event.kind != Kind::activate)
         what.freshSince.reset();
     switch (event.kind) {
     case Kind::passSeconds:
@@ -127,21 +232,29 @@ void Simulation::perform(const Event &event) {
     case Kind::passHours:
         return passTime(std::chrono::minutes(60 * (event.draw % 30) + event.draw % 60));
     case Kind::setClock:
-        return setClock(std::chrono::seconds(event.draw % 200'001 - 100'000));
+        setClock(std::chrono::seconds(event.draw % 200'001 - 100'000));
+        for (Known &each : known)
+            each.zoneChangedAt = now();
+        return;
+    case Kind::kill:
+        what.killedAt = 1 + event.draw % 60;
+        return;
     case Kind::travel:
         setZone(zones[std::size_t(event.draw) % zones.size()]);
-        for (std::size_t i = 0; i < computers.size(); ++i)
+        for (std::size_t i = 0; i < computers.size(); ++i) {
             known[i].shownInOtherZone = computers[i].program->controller->roster().fetchedAt;
+            known[i].zoneChangedAt = now();
+        }
         return;
     default:
         break;
     }
-    constexpr std::array asking{Kind::openCourse,    Kind::openTerm,        Kind::refresh,
-                                Kind::refreshRoster, Kind::signIn,          Kind::signOut,
-                                Kind::restart,       Kind::runWithArgument, Kind::runInSample};
+    constexpr std::array asking{
+        Kind::openCourse, Kind::openTerm,  Kind::refresh, Kind::refreshRoster,   Kind::signIn,
+        Kind::signOut,    Kind::saveToken, Kind::restart, Kind::runWithArgument, Kind::runInSample};
     what.isAsked = what.isAsked || std::ranges::find(asking, event.kind) != asking.end();
     performInSchools(event);
-    if (event.kind >= Kind::upload && event.kind <= Kind::folderBack)
+    if (isOfCloud(event.kind))
         return performInCloud(event, computer);
     const DiskOf disk(computer);
     performOnScreen(event, computer, what);
@@ -170,10 +283,11 @@ void Simulation::performInSchools(const Event &event) {
         }
         break;
     case Kind::grade:
-        student.score = event.draw % 101;
+        student.score = event.draw % 101 + (event.draw % 2 != 0 ? gradeFraction : 0);
         break;
     case Kind::beActive:
         student.lastActivityAt = now();
+        student.secondsInCourse += event.draw % 20'000;
         break;
     case Kind::join:
         if (course.students.size() < 8)
@@ -182,6 +296,9 @@ void Simulation::performInSchools(const Event &event) {
     case Kind::leave:
     case Kind::comeBack:
         student.enrolled = event.kind == Kind::comeBack;
+        break;
+    case Kind::endTerm:
+        school.endTerm(course.course.term->id, now());
         break;
     case Kind::beginTerm:
         if (lastTermID < 4)
@@ -241,6 +358,10 @@ void Simulation::performOnScreen(const Event &event, Computer &computer, Known &
             what.contacts.change({{key, isMark ? std::optional(now()) : std::nullopt}});
         break;
     }
+    case Kind::copyMessage:
+        if (!rows.empty())
+            copyMessages(event, *computer.program, what);
+        break;
     case Kind::undo:
         controller.undoStack().undo();
         what.contacts.undo();
@@ -248,6 +369,29 @@ void Simulation::performOnScreen(const Event &event, Computer &computer, Known &
     default:
         break;
     }
+}
+
+/// Copies a message to up to three students, which is a contact with each.
+void Simulation::copyMessages(const Event &event, Program &program, Known &what) {
+    RosterActions &actions = program.controller->actions();
+    std::vector<RiskRow> students = program.controller->roster().rows;
+    students.resize(std::min(students.size(), std::size_t(1 + event.draw % 3)));
+    std::string copied;
+    const auto connection =
+        QObject::connect(&actions, &RosterActions::copyRequested, [&](const QString &text) {
+            copied = text.toStdString();
+        });
+    const auto &templates = program.stores.templates.templates();
+    actions.copyMessages(templates[std::size_t(event.draw) % templates.size()], students);
+    QObject::disconnect(connection);
+    if (copied.find(nameMarker) == std::string::npos)
+        throw Finding("the message that was copied does not greet the student");
+    if (program.isSample || !program.stores.contacts.isEnabled())
+        return;
+    std::map<StudentKey, std::optional<Date>> after;
+    for (const RiskRow &student : students)
+        after[keyOf(student)] = now();
+    what.contacts.change(after);
 }
 
 void Simulation::performOnMachine(const Event &event, Computer &computer, Known &what) {
@@ -268,13 +412,10 @@ void Simulation::performOnMachine(const Event &event, Computer &computer, Known 
         break;
     case Kind::failCourse:
     case Kind::failList: {
-        constexpr std::array kinds{
-            CanvasError::Kind::timedOut, CanvasError::Kind::unauthorized,
-            CanvasError::Kind::rateLimited, CanvasError::Kind::decodingFailed,
-            CanvasError::Kind::offline};
         const std::int64_t id = event.kind == Kind::failList ? 0 : 100 + event.draw % 2;
+        const auto all = failures();
         computer.network.failures.insert_or_assign(
-            id, CanvasError(kinds[std::size_t(event.draw / 2) % kinds.size()]));
+            id, all[std::size_t(event.draw / 2) % all.size()]);
         break;
     }
     case Kind::endFailures:
@@ -292,6 +433,9 @@ void Simulation::performOnMachine(const Event &event, Computer &computer, Known 
     case Kind::signIn:
         if (!program.isSample)
             connect(computer, event.draw % 2);
+        break;
+    case Kind::saveToken:
+        program.controller->connectionDidChange();
         break;
     case Kind::changeThreshold:
         if (event.draw % 3 == 0)
@@ -325,7 +469,7 @@ void Simulation::performOnMachine(const Event &event, Computer &computer, Known 
         restart(computer, what);
         break;
     case Kind::runWithArgument:
-        restart(computer, what, {{"TextScale", 1.5}});
+        restart(computer, what, launchArguments[std::size_t(event.draw) % launchArguments.size()]);
         break;
     case Kind::runInSample:
         runInSample(computer, what);
@@ -362,6 +506,9 @@ void Simulation::performInCloud(const Event &event, Computer &computer) {
     case Kind::folderBack:
         computer.replica.setAway(event.kind == Kind::folderAway);
         break;
+    case Kind::createMountPoint:
+        computer.replica.createMountPoint();
+        break;
     default:
         break;
     }
@@ -375,19 +522,21 @@ std::map<StudentKey, Date> Simulation::recordsOf(const Program &program) {
 }
 
 void Simulation::restart(Computer &computer, Known &what, const PreferenceMap &arguments) {
-    const auto isSaved = [](const Program &program) {
-        return program.stores.contacts.isSaved() && program.defaults.isSaved();
-    };
     const bool isWhole = !computer.program || isSaved(*computer.program);
     computer.start(arguments);
     if (!isWhole) {
         // What could not be saved is lost with the program.
         what.contacts.records = recordsOf(*computer.program);
-        what.hasPreference = false;
+        what.keys.clear();
+        what.lostSettings = true;
     }
+    if (!computer.program->isSample && !computer.program->stores.contacts.isEnabled())
+        what.contacts.records.clear();
+    what.isAsked = true;
+    what.freshSince.reset();
     what.contacts.steps.clear();
     what.noticesSeen = 0;
-    what.mentioned.clear();
+    what.unseen.clear();
 }
 
 void Simulation::runInSample(Computer &computer, Known &what) {
@@ -445,6 +594,8 @@ void Simulation::settle(Computer &computer, bool completely) {
         if (computer.program->queue.step())
             continue;
         if (!computer.network.isIdle()) {
+            if (computer.network.waiting() > mostRequests())
+                throw Finding("too many requests are waiting");
             readAt[now()] = versions.back();
             computer.network.answer(unsigned(random()));
             if (!completely && random() % 3 == 0)
@@ -460,180 +611,7 @@ void Simulation::settle(Computer &computer, bool completely) {
     throw Finding("the requests do not end");
 }
 
-// ---- Checks ------------------------------------------------------------------------------------
-
-void Simulation::check(Computer &computer, Known &what) {
-    Program &program = *computer.program;
-    if (program.controller->undoStack().newestID() == 0)
-        what.contacts.steps.clear();
-    if (program.isSample)
-        return;
-    checkCourses(program);
-    checkRoster(program, what);
-    checkHistory(program);
-    checkVisit(program, what);
-    if (computer.network.isIdle() && !program.controller->isLoading())
-        what.isAsked = false;
-    const bool hasPreference = program.defaults.persistentDomain().contains("RosterCompactRows");
-    if (what.hasPreference && !hasPreference)
-        throw Finding("a setting was lost that nobody removed");
-    what.hasPreference = hasPreference;
-    checkNotices(program, what);
-    if (recordsOf(program) != what.contacts.records)
-        throw Finding("the contacts are not those that the teacher made");
-}
-
-/// Nothing of another institution is shown.
-void Simulation::checkCourses(const Program &program) const {
-    const std::string address = program.defaults.value(preferences::canvasBaseURL);
-    const auto &courses = program.controller->courses().latest();
-    if (address.empty()) {
-        if (!courses.empty() || !program.controller->roster().rows.empty())
-            throw Finding("courses are shown after signing out");
-        return;
-    }
-    for (const Course &course : courses) {
-        const School::OneCourse *own = schools.at(address).find(course.id);
-        if (own == nullptr || own->course.name != course.name)
-            throw Finding("a course of another institution is shown");
-    }
-    for (const RiskRow &row : program.controller->roster().rows) {
-        const School::OneCourse *own = schools.at(address).find(row.courseID);
-        if (own == nullptr || own->course.name != row.courseName)
-            throw Finding("a student of another institution is shown");
-    }
-}
-
-/// What is on screen is what the records of its time give.
-void Simulation::checkRoster(const Program &program, const Known &what) const {
-    const RosterView &roster = program.controller->roster();
-    if (roster.state != RosterView::State::shown || !roster.courseID)
-        return;
-    const auto read = readAt.find(roster.fetchedAt);
-    if (read == readAt.end())
-        throw Finding("the roster is of a time at which nothing was read");
-    const std::string address = program.defaults.value(preferences::canvasBaseURL);
-    const School::OneCourse &course = *read->second->at(address).find(*roster.courseID);
-    const ScoredCourse expected = scoreCourse(
-        course.course, School::enrollments(course), School::groups(course),
-        School::submissions(course, roster.fetchedAt),
-        courseThresholds(program.defaults, *roster.courseID), roster.fetchedAt);
-    if (roster.rows != expected.rows)
-        throw Finding("the roster differs from the records of its time");
-    if (what.shownInOtherZone != roster.fetchedAt)
-        checkMovement(program);
-    for (const auto &[key, outcome] : roster.outreach) {
-        if (!what.contacts.records.contains(key))
-            throw Finding("an outcome is shown for a student who was not written to");
-    }
-}
-
-/// Each student is compared with the last entry of an earlier day, and with nothing else.
-void Simulation::checkMovement(const Program &program) const {
-    const RosterView &roster = program.controller->roster();
-    const Date today = calendar::startOfDay(roster.fetchedAt);
-    std::map<std::int64_t, const RosterSnapshot *> last;
-    bool hasEarlier = false;
-    for (const RosterSnapshot &entry : program.stores.history.entries()) {
-        if (entry.courseID != *roster.courseID || entry.recordedAt >= today)
-            continue;
-        hasEarlier = true;
-        const RosterSnapshot *&known = last[entry.studentID];
-        if (known == nullptr || entry.recordedAt > known->recordedAt)
-            known = &entry;
-    }
-    std::set<std::int64_t> expected;
-    for (const RiskRow &row : roster.rows) {
-        const auto before = last.find(row.id);
-        const bool moved = before == last.end() ? row.level.has_value()
-                                                : before->second->level != levelName(row.level);
-        if (hasEarlier && moved && program.stores.history.isEnabled())
-            expected.insert(row.id);
-    }
-    std::set<std::int64_t> shown;
-    for (const RosterChange &change : roster.movement)
-        shown.insert(change.studentID);
-    if (shown != expected)
-        throw Finding("the movement is not that since the last visit of an earlier day");
-}
-
-/// Each course has one visit a day, and its levels are those of the records of its time.
-void Simulation::checkHistory(const Program &program) const {
-    if (!program.stores.history.isEnabled() && !program.stores.history.entries().empty())
-        throw Finding("there is a history although it is switched off");
-    std::set<std::pair<std::int64_t, std::int64_t>> students;
-    std::optional<Date> visit;
-    std::int64_t course = 0;
-    for (const RosterSnapshot &entry : program.stores.history.entries()) {
-        if (visit != entry.recordedAt || course != entry.courseID) {
-            visit = entry.recordedAt;
-            course = entry.courseID;
-            students.clear();
-        }
-        if (!students.emplace(entry.courseID, entry.studentID).second)
-            throw Finding("a student has two entries of one visit");
-        // The file keeps whole seconds.
-        const auto read =
-            readAt.lower_bound(std::chrono::floor<std::chrono::seconds>(entry.recordedAt));
-        if (read == readAt.end() || read->first >= entry.recordedAt + 1s)
-            throw Finding("a visit was recorded when nothing was read");
-    }
-}
-
-/// What the program reads while nobody looks is no visit.
-void Simulation::checkVisit(const Program &program, Known &what) const {
-    const std::size_t entries = program.stores.history.entries().size();
-    if (entries > what.entries && !program.isActive && !what.isAsked)
-        throw Finding("a visit was recorded although nobody looked");
-    what.entries = entries;
-}
-
-/// Every student is counted in notices at most once until the course is opened.
-void Simulation::checkNotices(Program &program, Known &what) const {
-    const std::string address = program.defaults.value(preferences::canvasBaseURL);
-    const auto school = schools.find(address);
-    if (school == schools.end())
-        return;
-    const auto &posted = program.notifications.posted;
-    for (; what.noticesSeen < posted.size(); ++what.noticesSeen) {
-        const UserNotice &notice = posted[what.noticesSeen];
-        for (const School::OneCourse &course : school->second.courses) {
-            const std::string &name = *course.course.name;
-            const std::size_t at = notice.body.find(name);
-            if (at == std::string::npos)
-                continue;
-            const bool isOnly = notice.body == name;
-            const std::string count =
-                isOnly ? notice.title : notice.body.substr(at + name.size() + 2);
-            std::size_t &mentioned = what.mentioned[name];
-            mentioned += std::size_t(std::stoul(count));
-            if (mentioned > course.students.size())
-                throw Finding("a student was counted twice in notices: " + notice.body);
-        }
-    }
-    const RosterView &roster = program.controller->roster();
-    if (roster.state == RosterView::State::shown && roster.courseID)
-        what.mentioned.erase(roster.title);
-}
-
-/// Every file is whole, and none names a student or a token.
-void Simulation::checkFiles(const Computer &computer) const {
-    for (const auto &entry : fs::recursive_directory_iterator(computer.home)) {
-        if (!entry.is_regular_file())
-            continue;
-        std::ifstream file(entry.path(), std::ios::binary);
-        const std::string text(std::istreambuf_iterator<char>(file), {});
-        const std::string name = entry.path().filename().string();
-        if (text.find(nameMarker) != std::string::npos)
-            throw Finding("a student's name is in " + name);
-        const bool isOfService = entry.path().string().find("/cloud/") != std::string::npos ||
-            entry.path().string().find("/away/") != std::string::npos;
-        if (name.ends_with(".json") && !isOfService && !nlohmann::json::accept(text))
-            throw Finding("not whole: " + name);
-        if (name.find(".new-") != std::string::npos)
-            throw Finding("a temporary file is left: " + name);
-    }
-}
+// ---- The end -----------------------------------------------------------------------------------
 
 /// Both computers have the same settings once everything is delivered.
 void Simulation::end() {
@@ -643,12 +621,15 @@ void Simulation::end() {
         restart(computers[i], known[i]);
     }
     settle();
+    for (std::size_t i = 0; i < computers.size(); ++i)
+        check(computers[i], known[i]);
     for (int round = 0; round < 5; ++round) {
-        for (Computer &computer : computers) {
-            computer.replica.synchronize();
-            computer.program->sync.push();
-            settle(computer, true);
-            computer.replica.synchronize();
+        for (std::size_t i = 0; i < computers.size(); ++i) {
+            computers[i].replica.synchronize();
+            computers[i].program->sync.push();
+            settle(computers[i], true);
+            computers[i].replica.synchronize();
+            check(computers[i], known[i]);
         }
     }
     const auto synced = [](const Computer &computer) {
@@ -661,10 +642,17 @@ void Simulation::end() {
     };
     if (synced(computers[0]) != synced(computers[1]))
         throw Finding("the two computers have different settings");
+    for (const School::OneCourse &course : schools.at(addresses[0]).courses) {
+        const auto counts = [&](const Computer &computer) {
+            return computer.program->trends.remoteCounts(course.course.id, Date());
+        };
+        if (counts(computers[0]) != counts(computers[1]))
+            throw Finding("the two computers have different counts of flagged students");
+    }
     settle();
     for (std::size_t i = 0; i < computers.size(); ++i) {
         check(computers[i], known[i]);
-        checkFiles(computers[i]);
+        checkFiles(computers[i], known[i]);
     }
 }
 
@@ -679,6 +667,8 @@ void Simulation::Contacts::change(const std::map<StudentKey, std::optional<Date>
             records.erase(key);
     }
     steps.push_back(std::move(step));
+    if (steps.size() > 100)
+        steps.erase(steps.begin());
 }
 
 /// Restores what has not changed since.

@@ -3,6 +3,7 @@
 
 #include "computer.h"
 #include "events.h"
+#include "model.h"
 
 #include <random>
 #include <stdexcept>
@@ -14,6 +15,9 @@ class Finding : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
+
+/// Whether an event is no reason to read anything.
+bool isQuiet(Event::Kind kind);
 
 /// Two computers, two institutions and a cloud folder, in a temporary folder and in this process.
 class Simulation {
@@ -43,23 +47,47 @@ class Simulation {
     struct Known {
         Contacts contacts;
         std::size_t noticesSeen = 0;
-        /// Students counted in notices since the course was last on screen, by course.
-        std::map<std::string, std::size_t> mentioned;
+        /// What happened in a course since it was last on screen.
+        struct Unseen {
+            /// Students counted in notices.
+            std::size_t mentioned = 0;
+            /// Students who were flagged at any time.
+            std::set<std::int64_t> flagged;
+        };
+        /// By the name of the course.
+        std::map<std::string, Unseen> unseen;
         /// The roster that was on screen when the zone changed; its movement is of the old zone.
         std::optional<Date> shownInOtherZone;
+        /// When the zone or the clock was last changed.
+        Date zoneChangedAt;
         /// When a complete refresh ended after which only seconds passed; absent otherwise.
         std::optional<ElapsedTime> freshSince;
+        /// The day of that refresh.
+        Date freshDay;
         /// Whether what the teacher asked for may still be read.
         bool isAsked = false;
         /// The entries of the history when it was last checked.
         std::size_t entries = 0;
-        /// Whether a setting that is never removed was seen.
-        bool hasPreference = false;
+        /// Settings that were seen and are never removed.
+        std::set<std::string> keys;
+        /// The file call at which the program ends during its next event; 0 for none.
+        int killedAt = 0;
+        /// Whether the address may be one from before the widgets were written.
+        bool lostSettings = false;
     };
+    /// The schools that were read at a time.
+    using Reads = std::map<Date, std::shared_ptr<const Schools>>;
 
+    void playOne(const Event &event);
+    void playKilled(const Event &event, Computer &computer, Known &known);
+    static void checkContactsAfterKill(
+        const Contacts::Records &before, const Contacts::Records &after,
+        const Contacts::Records &saved);
+    void noteLeftovers(const Computer &computer);
     void perform(const Event &event);
     void performInSchools(const Event &event);
     void performOnScreen(const Event &event, Computer &computer, Known &known);
+    static void copyMessages(const Event &event, Program &program, Known &known);
     static void performInCloud(const Event &event, Computer &computer);
     void performOnMachine(const Event &event, Computer &computer, Known &known);
     [[nodiscard]] static std::map<StudentKey, Date> recordsOf(const Program &program);
@@ -74,21 +102,38 @@ class Simulation {
 
     void check(Computer &computer, Known &known);
     void checkVisit(const Program &program, Known &known) const;
-    void playOne(const Event &event);
     void checkCourses(const Program &program) const;
+    static void checkSettings(const Program &program, Known &known);
+    [[nodiscard]] bool wasScored(
+        const Program &program, std::int64_t courseID, Reads::const_iterator read,
+        const std::function<bool(const std::vector<Judged> &)> &agrees) const;
     void checkRoster(const Program &program, const Known &known) const;
+    void checkTermRoster(const Program &program) const;
+    void checkOutcomes(const Program &program, const Known &known) const;
+    void checkDashboard(Program &program) const;
+    static void checkCard(Computer &computer, const Known &known);
+    void checkRequests(
+        const Event &event, const Computer &computer, Known &known, std::size_t requests) const;
+    [[nodiscard]] std::size_t mostRequests() const;
     void checkMovement(const Program &program) const;
     void checkHistory(const Program &program) const;
     void checkNotices(Program &program, Known &known) const;
-    void checkFiles(const Computer &computer) const;
+    void checkFiles(const Computer &computer, Known &known) const;
+    void checkWidgets(const Computer &computer, Known &known) const;
     void end();
 
+    struct Start {
+        Start() { resetClocks(); }
+    };
+
+    Start start;
     std::filesystem::path root;
     Schools schools;
     /// The schools after each change.
     std::vector<std::shared_ptr<const Schools>> versions;
-    /// The schools that were read at a time.
-    std::map<Date, std::shared_ptr<const Schools>> readAt;
+    Reads readAt;
+    /// The names of the temporary files that killed programs left.
+    std::set<std::string> leftovers;
     test::CloudServer server;
     std::array<Computer, 2> computers;
     std::array<Known, 2> known;

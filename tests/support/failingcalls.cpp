@@ -54,6 +54,10 @@ FailingCall::Outcome FailingCall::next(const char *function) {
     if (!state.isActive)
         return Outcome::real;
     state.functions.emplace_back(function);
+    if (state.fault.isLasting && state.functions.size() > std::size_t(state.number)) {
+        errno = EIO;
+        return Outcome::failure;
+    }
     if (state.functions.size() != std::size_t(state.number))
         return Outcome::real;
     if (!state.fault.appliesTo(function))

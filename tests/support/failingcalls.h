@@ -14,6 +14,8 @@ struct Fault {
 
     /// An error number, or `shortTransfer`.
     int code = 0;
+    /// Whether all later calls fail too, as if the program had been killed at this one.
+    bool isLasting = false;
 
     /// Whether the system can answer this call so. An interrupted one is only tried again by those
     /// that may wait.

@@ -125,4 +125,8 @@ void MovementNotifier::forget(std::int64_t courseID) {
     alerted.erase(courseID);
 }
 
+void MovementNotifier::forgetAll() {
+    alerted.clear();
+}
+
 } // namespace ellwynd

@@ -49,6 +49,8 @@ class MovementNotifier : public QObject {
 
     /// Called when a course is opened: its students may be counted again.
     void forget(std::int64_t courseID);
+    /// Called when the teacher signs out: the ids of another institution are of other students.
+    void forgetAll();
 
   Q_SIGNALS:
     /// A notice was clicked.

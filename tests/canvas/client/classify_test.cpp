@@ -94,7 +94,7 @@ TEST(Classify, RetriesTransientFailures) {
 
 TEST(LooksLikeHTML, ExaminesOnlyTheFirstBytes) {
     EXPECT_TRUE(looksLikeHTML("\r\n\t <!DOCTYPE html>"));
-    EXPECT_FALSE(looksLikeHTML(std::string(1000, ' ') + "<html>"));
+    EXPECT_FALSE(looksLikeHTML(std::string(256, ' ') + "<html>"));
     EXPECT_TRUE(looksLikeHTML(std::string(255, ' ') + "<html>"));
     EXPECT_FALSE(looksLikeHTML("<\xff>"));
     EXPECT_FALSE(looksLikeHTML("{}"));
@@ -112,6 +112,9 @@ TEST(NextLink, FindsTheNextRelation) {
              {R"(<https://h/2> ;x=1; rel="next" , <https://h/1>; rel="first")", "https://h/2"},
              {R"(<https://h/2>; rel="next",<https://h/3>; rel="next")", "https://h/2"},
              {R"(https://h/2; rel="next")", "https://h/2"},
+             {R"(<https://h/1>, <https://h/2>;x=1;rel="next")", "https://h/2"},
+             {R"(<https://h/2>;rel="next")", "https://h/2"},
+             {R"(rel="next")", std::nullopt},
              {R"(<https://h/2>; rel=next)", std::nullopt},
              {R"(<https://h/2>; REL="NEXT")", std::nullopt},
              {R"(<https://h/2>; rel="next last")", std::nullopt},
@@ -128,6 +131,7 @@ TEST(Request, EndpointsAreBelowTheSavedAddress) {
     for (const Row &row : std::vector<Row>{
              {"https://h.example", "https://h.example/api/v1/x?a%5B%5D=b&per_page=100"},
              {"https://h.example/", "https://h.example/api/v1/x?a%5B%5D=b&per_page=100"},
+             {"https://h.example/lms/", "https://h.example/lms/api/v1/x?a%5B%5D=b&per_page=100"},
              {"https://h.example/lms//", "https://h.example/lms/api/v1/x?a%5B%5D=b&per_page=100"},
              {"https://h.example?q#f", "https://h.example/api/v1/x?a%5B%5D=b&per_page=100"},
              {"http://h.example", std::nullopt},

@@ -104,6 +104,9 @@ TEST_F(MovementNotifierTest, StudentsCountOnceUntilTheirCourseIsOpened) {
     EXPECT_EQ(system.posted.back().title, "2 students newly need attention");
     EXPECT_EQ(system.posted.back().body, "Bio");
     EXPECT_EQ(system.posted.size(), 3U);
+    notifier.forgetAll();
+    notifier.notify({bio, chem});
+    EXPECT_EQ(system.posted.size(), 4U) << "the students of another account";
 }
 
 TEST_F(MovementNotifierTest, SettingsDecideWhetherANoticeIsPosted) {

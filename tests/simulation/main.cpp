@@ -4,6 +4,7 @@
 #include "base/log.h"
 #include "simulation.h"
 
+#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QTemporaryDir>
 
@@ -11,7 +12,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <malloc.h>
 
 namespace {
@@ -83,16 +83,23 @@ int main(int argc, char **argv) {
     // A write to a full disk fails.
     std::signal(SIGXFSZ, SIG_IGN);
     Log::setSink([](std::string_view, Log::Level, std::string_view) {});
-    unsigned count = 200;
-    unsigned first = 1;
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--seed") == 0 && i + 1 < argc) {
-            first = unsigned(std::stoul(argv[++i]));
-            count = 1;
-        } else {
-            count = unsigned(std::stoul(argv[i]));
-        }
-    }
+    QCommandLineParser parser;
+    parser.addPositionalArgument(
+        QStringLiteral("COUNT"), QStringLiteral("How many terms to play, 200 by default."));
+    const QCommandLineOption seedOption(
+        QStringLiteral("seed"), QStringLiteral("Begins with the term of this seed."),
+        QStringLiteral("SEED"));
+    parser.addOption(seedOption);
+    parser.addHelpOption();
+    parser.process(application);
+    const bool hasSeed = parser.isSet(seedOption);
+    const QStringList counts = parser.positionalArguments();
+    bool isSeed = true;
+    bool isCount = true;
+    const unsigned first = hasSeed ? parser.value(seedOption).toUInt(&isSeed) : 1;
+    const unsigned count = counts.isEmpty() ? (hasSeed ? 1 : 200) : counts.front().toUInt(&isCount);
+    if (!isSeed || !isCount || counts.size() > 1)
+        parser.showHelp(2);
     const auto begin = std::chrono::steady_clock::now();
     unsigned findings = 0;
     Growth growth;

@@ -1,5 +1,6 @@
 #include "simulation.h"
 
+#include "app/messages/writesession.h"
 #include "base/files.h"
 #include "platform/cloud/foldercontents.h"
 #include "support/failingcalls.h"
@@ -377,13 +378,23 @@ void Simulation::copyMessages(const Event &event, Program &program, Known &what)
     std::vector<RiskRow> students = program.controller->roster().rows;
     students.resize(std::min(students.size(), std::size_t(1 + event.draw % 3)));
     std::string copied;
-    const auto connection =
-        QObject::connect(&actions, &RosterActions::copyRequested, [&](const QString &text) {
-            copied = text.toStdString();
-        });
-    const auto &templates = program.stores.templates.templates();
-    actions.copyMessages(templates[std::size_t(event.draw) % templates.size()], students);
-    QObject::disconnect(connection);
+    const ClipboardWriter clipboard = [&](const std::string &text) {
+        copied = text;
+        return true;
+    };
+    if (event.draw % 2 == 0) {
+        const auto &templates = program.stores.templates.templates();
+        actions.copyMessages(
+            templates[std::size_t(event.draw / 6) % templates.size()], students, clipboard);
+    } else {
+        WriteSession session(
+            students, program.defaults, program.stores, program.controller->undoStack(), clipboard,
+            now);
+        while (session.current()) {
+            if (session.copyAndNext() != WriteSession::CopyResult::copied)
+                throw Finding("a message could not be copied");
+        }
+    }
     if (copied.find(nameMarker) == std::string::npos)
         throw Finding("the message that was copied does not greet the student");
     if (program.isSample || !program.stores.contacts.isEnabled())

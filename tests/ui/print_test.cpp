@@ -80,7 +80,7 @@ TEST(PrintedPages, AStudentHasWhatTheDetailsShow) {
         .subtitle = "Bio · printed 2026-09-24",
         .level = RiskLevel::concern,
         .change = "slipped from Watch to Concern",
-        .figures = {{"Score", "41% F"}, {"Missing", "61"}},
+        .figures = {{"Score", "Score", "41% F"}, {"Missing", "Missing", "61"}},
         .reasons =
             {{.text = "61 of 70 assignments missing",
               .assignments = std::vector<std::string>(61, "Lab")},

@@ -139,7 +139,7 @@ struct WeekTest : testing::Test {
             canvas.answerWith(nullptr);
     }
 
-    static void advance(ElapsedTime time) {
+    static void advance(std::chrono::milliseconds time) {
         wallTime += time;
         slept += time;
     }
@@ -163,7 +163,7 @@ struct WeekTest : testing::Test {
         maxAlerts = std::max(maxAlerts, alerts);
     }
 
-    void sleepAndWake(ElapsedTime time) {
+    void sleepAndWake(std::chrono::milliseconds time) {
         bool woke = false;
         const auto observer = observeWake([&woke] { woke = true; });
         advance(time);
@@ -195,7 +195,7 @@ TEST_F(WeekTest, AWeekAsksNoMoreThanOneFreshenAndOnePassAMinute) {
     std::set<std::int64_t> minutes;
     std::set<std::int64_t> minutesCutOff;
     std::size_t more = 0;
-    ElapsedTime untilTimer = 30min;
+    std::chrono::milliseconds untilTimer = 30min;
     // Five readings of the first day, and the last five.
     constexpr std::size_t readings = 5;
     std::vector<double> firstDay;
@@ -203,10 +203,10 @@ TEST_F(WeekTest, AWeekAsksNoMoreThanOneFreshenAndOnePassAMinute) {
     int events = 0;
     while (wallTime < end) {
         ++events;
-        const ElapsedTime step = std::chrono::seconds(draw(20, 900));
+        const std::chrono::seconds step(draw(20, 900));
         advance(step);
         untilTimer -= step;
-        if (untilTimer <= ElapsedTime{}) {
+        if (untilTimer <= 0ms) {
             untilTimer = 30min;
             controller.timerFired();
         }

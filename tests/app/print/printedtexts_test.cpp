@@ -55,11 +55,11 @@ TEST(PrintedTexts, AStudentHasFiguresReasonsAndHistory) {
         .contactedAt = noon, .levelThen = {}, .levelNow = RiskLevel::watch, .daysSince = 0};
     const PrintedStudent printed = printedStudent(student, history, noon);
     EXPECT_EQ(printed.subtitle, "Bio · printed 2026-09-24");
+    std::vector<std::string> figures;
+    for (const StudentFigure &figure : printed.figures)
+        figures.push_back(std::string(figure.name) + ": " + figure.value);
     EXPECT_THAT(
-        printed.figures,
-        ElementsAre(
-            std::pair("Score", "–"), std::pair("Missing", "1"), std::pair("Last active", "never"),
-            std::pair("Time in course", "–")));
+        figures, ElementsAre("Score: –", "Missing: 1", "Last active: never", "Time in course: –"));
     EXPECT_THAT(printed.reasons[0].assignments, ElementsAre("Lab 1"));
     EXPECT_TRUE(printed.reasons[1].assignments.empty());
     EXPECT_EQ(printed.story.size(), 2U);

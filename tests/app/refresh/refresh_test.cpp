@@ -86,7 +86,7 @@ struct RefreshTest : testing::Test {
         server.serve(path(course, "students/submissions"), {});
     }
 
-    void pass(ElapsedTime time) {
+    void pass(std::chrono::milliseconds time) {
         wallTime += time;
         slept += time;
     }

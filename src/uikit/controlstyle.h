@@ -5,7 +5,8 @@
 
 namespace ellwynd {
 
-/// Fusion, with check boxes that are visible in dark themes and controls that grow with the text.
+/// Fusion with controls of the program's own shape: check boxes, choices, number fields and
+/// progress bars that are drawn in the colours of the palette and grow with the text.
 class ControlStyle : public QProxyStyle {
     Q_OBJECT
 
@@ -14,6 +15,18 @@ class ControlStyle : public QProxyStyle {
 
     void drawPrimitive(
         PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+        const QWidget *widget) const override;
+    void drawControl(
+        ControlElement element, const QStyleOption *option, QPainter *painter,
+        const QWidget *widget) const override;
+    void drawComplexControl(
+        ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
+        const QWidget *widget) const override;
+    QRect subControlRect(
+        ComplexControl control, const QStyleOptionComplex *option, SubControl part,
+        const QWidget *widget) const override;
+    QSize sizeFromContents(
+        ContentsType type, const QStyleOption *option, const QSize &contents,
         const QWidget *widget) const override;
     int pixelMetric(
         PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override;

@@ -71,18 +71,4 @@ void ElidedLabel::elide() {
     setToolTip(shown == full ? QString() : plainToolTip(full));
 }
 
-TextLink::TextLink(const QString &text, QWidget *parent) : QLabel(parent) {
-    setTextFormat(Qt::RichText);
-    setLink(text);
-    setWordWrap(true);
-    setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-    connect(this, &QLabel::linkActivated, this, &TextLink::openRequested);
-}
-
-void TextLink::setLink(const QString &text) {
-    setText(QStringLiteral("<a href=\"#\" style=\"text-decoration:none\">%1</a>")
-                .arg(text.toHtmlEscaped()));
-    setAccessibleName(text);
-}
-
 } // namespace ellwynd

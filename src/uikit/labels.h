@@ -34,16 +34,4 @@ class ElidedLabel : public QLabel {
     QString full;
 };
 
-/// A text that is a link. It wraps, and can be reached and opened by keyboard.
-class TextLink : public QLabel {
-    Q_OBJECT
-
-  public:
-    explicit TextLink(const QString &text, QWidget *parent = nullptr);
-    void setLink(const QString &text);
-
-  Q_SIGNALS:
-    void openRequested();
-};
-
 } // namespace ellwynd

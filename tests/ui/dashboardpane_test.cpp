@@ -6,6 +6,7 @@
 #include "ui/mainwindow/panesplitter.h"
 #include "ui/sidebar/sidebar.h"
 #include "uikit/labels.h"
+#include "uikit/textlink.h"
 
 #include <QAbstractItemModelTester>
 #include <QMenu>
@@ -87,7 +88,7 @@ TEST_F(DashboardPaneTest, AnEmptyChipSaysSoAndLeadsBack) {
     EXPECT_TRUE(shown.contains(QStringLiteral("No student awaits follow-up.")));
     for (TextLink *link : window.findChildren<TextLink *>()) {
         if (link->accessibleName() == QStringLiteral("Show all flagged students"))
-            Q_EMIT link->openRequested();
+            Q_EMIT link->clicked();
     }
     EXPECT_EQ(list.model()->rowCount(), 39);
 }
@@ -132,7 +133,7 @@ TEST_F(DashboardPaneTest, TheRightButtonOpensAMenuAndNoCourse) {
     const QModelIndex term = sidebar->list()->model()->index(1, 0);
     const QModelIndex course = sidebar->list()->model()->index(0, 0, term);
     std::optional<Selection> asked;
-    sidebar->disconnect(&window);
+    QObject::disconnect(sidebar, &Sidebar::menuRequested, nullptr, nullptr);
     QObject::connect(sidebar, &Sidebar::menuRequested, sidebar, [&](const Selection &selection) {
         asked = selection;
     });

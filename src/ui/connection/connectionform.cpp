@@ -4,6 +4,7 @@
 #include "net/task.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
+#include "uikit/textlink.h"
 
 #include <QDesktopServices>
 #include <QKeyEvent>
@@ -51,7 +52,7 @@ ConnectionForm::ConnectionForm(ConnectionCheck &check, QObject *parent)
     progress->setAccessibleName(QStringLiteral("Checking the connection"));
     for (QWidget *widget : std::initializer_list<QWidget *>{addressStatus, suggestion, progress})
         widget->hide();
-    connect(tokenPage, &TextLink::openRequested, this, &ConnectionForm::openTokenPage);
+    connect(tokenPage, &QAbstractButton::clicked, this, &ConnectionForm::openTokenPage);
     connect(address, &QLineEdit::textChanged, this, &ConnectionForm::showSuggestion);
     connect(suggestion, &QPushButton::clicked, this, &ConnectionForm::useSuggestion);
 }

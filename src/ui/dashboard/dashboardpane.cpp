@@ -10,6 +10,7 @@
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
+#include "uikit/textlink.h"
 
 #include <QContextMenuEvent>
 #include <QGridLayout>
@@ -113,7 +114,7 @@ DashboardPane::DashboardPane(
     footerColumn->addWidget(levelsLink);
     footerColumn->addWidget(legend);
     legend->hide();
-    connect(levelsLink, &TextLink::openRequested, this, [this] {
+    connect(levelsLink, &QAbstractButton::clicked, this, [this] {
         legend->setVisible(!legend->isVisible());
     });
 

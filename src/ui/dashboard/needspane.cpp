@@ -7,6 +7,7 @@
 #include "ui/support/flowlayout.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
+#include "uikit/textlink.h"
 
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -40,8 +41,8 @@ NeedsPane::NeedsPane(const Appearance &appearance, QWidget *parent)
     policy.setHeightForWidth(true);
     heading->setSizePolicy(policy);
     all->setWordWrap(false);
-    connect(all, &TextLink::openRequested, this, [this] { Q_EMIT termRequested(term.id); });
-    connect(everyone, &TextLink::openRequested, this, [this] { choose(std::nullopt); });
+    connect(all, &QAbstractButton::clicked, this, [this] { Q_EMIT termRequested(term.id); });
+    connect(everyone, &QAbstractButton::clicked, this, [this] { choose(std::nullopt); });
 
     flow->addWidget(all);
     flow->setAlignment(all, Qt::AlignRight);

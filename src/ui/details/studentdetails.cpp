@@ -9,6 +9,7 @@
 #include "ui/support/levelpill.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
+#include "uikit/textlink.h"
 
 #include <QApplication>
 #include <QMenu>
@@ -283,7 +284,7 @@ void StudentDetails::addAssignments(
         link->setContentsMargins(appearance.px(10), 0, 0, 0);
         link->setToolTip(QStringLiteral("Open this assignment in Canvas"));
         connect(
-            link, &TextLink::openRequested, this, [this, row = rows.front(), id = assignment.id] {
+            link, &QAbstractButton::clicked, this, [this, row = rows.front(), id = assignment.id] {
                 Q_EMIT assignmentRequested(row, id);
             });
         column.addWidget(link);
@@ -343,8 +344,9 @@ void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {
         if (line.role == ReasonRole::currentScore) {
             auto *link = new TextLink(qstring(line.text));
             link->setToolTip(QStringLiteral("Open the grades in Canvas"));
-            connect(
-                link, &TextLink::openRequested, this, [this, row] { Q_EMIT gradesRequested(row); });
+            connect(link, &QAbstractButton::clicked, this, [this, row] {
+                Q_EMIT gradesRequested(row);
+            });
             column.addWidget(link);
             continue;
         }
@@ -356,7 +358,7 @@ void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {
     }
     auto *grades = new TextLink(QStringLiteral("Open Grades"));
     grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
-    connect(grades, &TextLink::openRequested, this, [this, row] { Q_EMIT gradesRequested(row); });
+    connect(grades, &QAbstractButton::clicked, this, [this, row] { Q_EMIT gradesRequested(row); });
     column.addWidget(grades);
 }
 

@@ -1,12 +1,13 @@
 #include "ui/mainwindow/mainwindow.h"
 
-#include "app/courses/courselabel.h"
 #include "app/mainwindowcontroller.h"
 #include "platform/session/activation.h"
 #include "risk/coursethresholds.h"
 #include "ui/dashboard/dashboardpane.h"
 #include "ui/dashboard/studentlist.h"
 #include "ui/details/studentdetails.h"
+#include "ui/mainwindow/connectionviews.h"
+#include "ui/mainwindow/contextmenus.h"
 #include "ui/mainwindow/coursesheets.h"
 #include "ui/mainwindow/helpcommands.h"
 #include "ui/mainwindow/mainmenus.h"
@@ -20,7 +21,6 @@
 #include "ui/support/appearance.h"
 #include "ui/support/statusnotes.h"
 #include "ui/support/windowmemory.h"
-#include "ui/welcome/welcomewindow.h"
 #include "ui/write/writecommands.h"
 #include "ui/write/writesheet.h"
 #include "uikit/convert.h"
@@ -76,6 +76,9 @@ MainWindow::MainWindow(
                   (settingsWindow == nullptr || !settingsWindow->isActiveWindow());
           })),
       sheets(new CourseSheets(controller, defaults, appearance, *this)),
+      contextMenus(new ContextMenus(controller, *menus, *desktopActions, *this)),
+      connectionViews(
+          new ConnectionViews(defaults, connection, controller, appearance, *middle, *this)),
       observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::studentDetailsHidden.name)
               showPane();
@@ -183,9 +186,9 @@ void MainWindow::connectViews() {
         rosterPane, &RosterPane::refreshRequested, &controller,
         &MainWindowController::refreshRoster);
     connect(rosterPane, &RosterPane::contextMenuRequested, this, &MainWindow::showContextMenu);
-    connect(rosterPane, &RosterPane::connectionRequested, this, [this] {
-        settings().open(SettingsWindow::connection);
-    });
+    connect(
+        connectionViews, &ConnectionViews::sampleRequested, this,
+        &MainWindow::sampleSwitchRequested);
     connect(table, &RosterTable::selectionDidChange, this, &MainWindow::showSelection);
     connect(table, &RosterTable::detailsRequested, this, &MainWindow::openDetails);
     connect(rosterPane, &RosterPane::rowsDidChange, this, [this] {
@@ -229,11 +232,25 @@ void MainWindow::connectViews() {
         rosterPane->table()->setFocus();
     });
     connect(
-        dashboardPane, &DashboardPane::courseMenuRequested, this,
+        dashboardPane, &DashboardPane::courseMenuRequested, contextMenus,
         [this](std::int64_t id, const QPoint &position) {
-            showMenu(CourseSelection{id}, position);
+            contextMenus->showSelection(CourseSelection{id}, position);
         });
-    connect(sidebar, &Sidebar::menuRequested, this, &MainWindow::showMenu);
+    connect(sidebar, &Sidebar::menuRequested, contextMenus, &ContextMenus::showSelection);
+    connect(contextMenus, &ContextMenus::studentRequested, this, &MainWindow::showStudent);
+    connect(contextMenus, &ContextMenus::rosterRequested, this, [this](const Selection &selection) {
+        controller.select(selection);
+        rosterPane->table()->setFocus();
+    });
+    connect(
+        contextMenus, &ContextMenus::thresholdsRequested, this, [this](const Selection &selection) {
+            controller.select(selection);
+            openThresholds();
+        });
+    connect(contextMenus, &ContextMenus::iconRequested, this, [this](const Selection &selection) {
+        controller.select(selection);
+        sheets->openIcon();
+    });
     const StudentList *needs = dashboardPane->students();
     connect(needs, &StudentList::studentRequested, this, &MainWindow::showStudent);
     connect(needs, &StudentList::contextMenuRequested, this, &MainWindow::showContextMenu);
@@ -332,8 +349,12 @@ void MainWindow::toggleDetails() {
 /// Shows the dashboard, or a roster with its details, which need a student and some width.
 void MainWindow::showPane() {
     const RosterView &roster = controller.roster();
-    const bool dashboard = roster.state == RosterView::State::nothingSelected;
-    middle->setCurrentWidget(dashboard ? static_cast<QWidget *>(dashboardPane) : rosterPane);
+    if (roster.state == RosterView::State::notConnected)
+        connectionViews->showPage();
+    else if (roster.state == RosterView::State::nothingSelected)
+        middle->setCurrentWidget(dashboardPane);
+    else
+        middle->setCurrentWidget(rosterPane);
     const bool shown = showsRoster(roster) && rosterPane->table()->hasRows() && wantsDetails();
     if (!shown && details->isAncestorOf(QApplication::focusWidget()))
         rosterPane->table()->setFocus();
@@ -363,56 +384,7 @@ void MainWindow::showStudent(const StudentKey &student) {
 }
 
 void MainWindow::showContextMenu(const QPoint &position) {
-    const std::vector<RiskRow> selected = selectedStudents();
-    if (selected.empty())
-        return;
-    QMenu menu(this);
-    menu.addAction(menus->write);
-    QMenu *messages = menu.addMenu(menus->copyMessage->title());
-    desktopActions->fillCopyMenu(messages);
-    menu.addAction(menus->markContacted);
-    menu.addAction(menus->removeContactMark);
-    menu.addSeparator();
-    menu.addAction(menus->openGrades);
-    if (controller.roster().courseID) {
-        menu.addAction(menus->openCourse);
-    } else {
-        const QAction *course = menu.addAction(
-            QStringLiteral("Show Roster of ") + menuText(collapsed(selected.front().courseName)));
-        connect(course, &QAction::triggered, this, [this, key = keyOf(selected.front())] {
-            showStudent(key);
-        });
-    }
-    menu.exec(position);
-}
-
-/// The commands of a course or a term.
-void MainWindow::showMenu(const Selection &selection, const QPoint &position) {
-    if (std::holds_alternative<DashboardSelection>(selection))
-        return;
-    QMenu menu(this);
-    const auto add = [&](const QString &text, auto &&command) {
-        connect(menu.addAction(text), &QAction::triggered, this, command);
-    };
-    add(QStringLiteral("Show Roster"), [this, selection] {
-        controller.select(selection);
-        rosterPane->table()->setFocus();
-    });
-    if (const auto *course = std::get_if<CourseSelection>(&selection)) {
-        add(menus->openCourse->text(),
-            [this, id = course->courseID] { controller.actions().openCourse(id); });
-        menu.addSeparator();
-        // They are about the course on screen.
-        add(menus->thresholds->text(), [this, selection] {
-            controller.select(selection);
-            openThresholds();
-        });
-        add(menus->courseIcon->text(), [this, selection] {
-            controller.select(selection);
-            sheets->openIcon();
-        });
-    }
-    menu.exec(position);
+    contextMenus->showStudents(selectedStudents(), position);
 }
 
 /// One alert at a time: a later error replaces it.
@@ -466,34 +438,7 @@ WriteSheet *MainWindow::openWriteSheet(const std::vector<RiskRow> &students) {
 }
 
 void MainWindow::showWelcomeIfDue() {
-    const auto isConnected = [this] {
-        return controller.roster().state != RosterView::State::notConnected;
-    };
-    if (!WelcomeWindow::isDue(defaults, false))
-        return;
-    if (!isConnected())
-        return showWelcome();
-    // It is known later, when the token was looked for.
-    connect(
-        &controller, &MainWindowController::statusDidChange, this,
-        [this, isConnected, waiting = true]() mutable {
-            if (waiting && !isConnected() && WelcomeWindow::isDue(defaults, false))
-                showWelcome();
-            // A later sign-out does not open it.
-            waiting = waiting && isConnected() && controller.courses().isEmpty();
-        });
-}
-
-void MainWindow::showWelcome() {
-    auto *welcome = new WelcomeWindow(defaults, connection, controller, appearance, this);
-    connect(welcome, &WelcomeWindow::sampleRequested, this, &MainWindow::sampleSwitchRequested);
-    connect(
-        welcome, &WelcomeWindow::connectionDidChange, &controller,
-        &MainWindowController::connectionDidChange);
-    connect(
-        welcome, &WelcomeWindow::announcementRequested, welcome,
-        [welcome](const QString &text) { announce(*welcome, text); });
-    welcome->show();
+    connectionViews->showWelcomeIfDue();
 }
 
 void MainWindow::setUpdateChecksAvailable(bool available) {

@@ -14,6 +14,8 @@ namespace ellwynd {
 
 class Appearance;
 class CanvasError;
+class ConnectionViews;
+class ContextMenus;
 class CourseSheets;
 class DashboardPane;
 class ConnectionCheck;
@@ -81,7 +83,6 @@ class MainWindow : public QMainWindow {
     void resizeEvent(QResizeEvent *event) override;
 
   private:
-    void showWelcome();
     void connectCommands();
     void fillSortMenu();
     [[nodiscard]] PreviewStudents previewStudents() const;
@@ -100,7 +101,6 @@ class MainWindow : public QMainWindow {
     /// current one.
     [[nodiscard]] std::vector<RiskRow> selectedStudents() const;
     void showContextMenu(const QPoint &position);
-    void showMenu(const Selection &selection, const QPoint &position);
     void showStudent(const StudentKey &student);
     void showError(const CanvasError &error);
 
@@ -122,6 +122,8 @@ class MainWindow : public QMainWindow {
     MainMenus *menus;
     StatusNotes *notes;
     CourseSheets *sheets;
+    ContextMenus *contextMenus;
+    ConnectionViews *connectionViews;
     SettingsWindow *settingsWindow = nullptr;
     bool updateChecksAvailable = false;
     /// The teacher asked for the details in a narrow window.

@@ -6,6 +6,7 @@
 #include "ui/support/flowlayout.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
+#include "uikit/textlink.h"
 #include "uikit/tooltip.h"
 
 #include <QHBoxLayout>
@@ -43,7 +44,7 @@ ChipBar::ChipBar(const Appearance &appearance, QWidget *parent)
     });
     flow->addWidget(missing);
     worstFirst->setWordWrap(false);
-    connect(worstFirst, &TextLink::openRequested, this, [this] {
+    connect(worstFirst, &QAbstractButton::clicked, this, [this] {
         RosterQuery wanted = query;
         wanted.sort = RosterSort::worstFirst;
         wanted.descending = false;

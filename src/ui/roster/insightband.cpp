@@ -7,6 +7,7 @@
 #include "ui/support/sparkline.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
+#include "uikit/textlink.h"
 #include "uikit/tooltip.h"
 
 #include <QGridLayout>
@@ -176,7 +177,7 @@ TextLink *InsightBand::makeAssignmentLink(
     link->setToolTip(plainToolTip(
         qstring(missedWorkDescription(assignment)) + QStringLiteral(". Shows these students.")));
     const AssignmentRef target{.id = assignment.id, .name = assignment.name};
-    connect(link, &TextLink::openRequested, this, [this, target] {
+    connect(link, &QAbstractButton::clicked, this, [this, target] {
         Q_EMIT assignmentRequested(target);
     });
     return link;
@@ -308,7 +309,7 @@ QWidget *InsightBand::makeMostMissed() {
     }
     auto *link = new TextLink(QStringLiteral("Missing work by assignment"), content);
     link->setWordWrap(false);
-    connect(link, &TextLink::openRequested, this, &InsightBand::missingWorkRequested);
+    connect(link, &QAbstractButton::clicked, this, &InsightBand::missingWorkRequested);
     grid->addWidget(link, row, 0, 1, 3);
     grid->setColumnStretch(0, 1);
     return content;

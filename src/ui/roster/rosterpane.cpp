@@ -33,7 +33,6 @@ QString messageFor(const RosterView &roster) {
     case State::failed:
         return QStringLiteral("Couldn’t load roster.");
     case State::notConnected:
-        return QStringLiteral("Not connected");
     case State::nothingSelected:
         return QStringLiteral(
             "Your courses appear here once they load — or pick one from the sidebar.");
@@ -62,7 +61,6 @@ RosterPane::RosterPane(
       messagePage(new QWidget(this)),
       message(secondaryLabel(messagePage)),
       progress(new QProgressBar(messagePage)),
-      connectButton(new QPushButton(QStringLiteral("Open Connection Settings…"), messagePage)),
       retryButton(new QPushButton(QStringLiteral("Try Again"), messagePage)),
       resetButton(new QPushButton(messagePage)),
       chips(new ChipBar(appearance, this)),
@@ -74,8 +72,6 @@ RosterPane::RosterPane(
     progress->setAccessibleName(QStringLiteral("Loading"));
     notes->setProperty("attention", true);
     message->setAlignment(Qt::AlignCenter);
-    connectButton->setToolTip(QStringLiteral("Enter your Canvas address and token"));
-    connectButton->setAutoDefault(false);
     retryButton->setToolTip(QStringLiteral("Read this roster again (Ctrl+Shift+R)"));
     retryButton->setAutoDefault(false);
     resetButton->setAutoDefault(false);
@@ -87,7 +83,6 @@ RosterPane::RosterPane(
     page->addStretch(2);
     page->addWidget(message);
     page->addWidget(progress, 0, Qt::AlignHCenter);
-    page->addWidget(connectButton, 0, Qt::AlignHCenter);
     page->addWidget(retryButton, 0, Qt::AlignHCenter);
     page->addWidget(resetButton, 0, Qt::AlignHCenter);
     page->addStretch(3);
@@ -143,7 +138,6 @@ void RosterPane::connectViews() {
         defaults.set(
             preferences::courseInsightPanelMode, std::string(collapsed ? "small" : "shown"));
     });
-    connect(connectButton, &QPushButton::clicked, this, &RosterPane::connectionRequested);
     connect(retryButton, &QPushButton::clicked, this, &RosterPane::refreshRequested);
     connect(students, &QWidget::customContextMenuRequested, this, [this](const QPoint &position) {
         Q_EMIT contextMenuRequested(students->viewport()->mapToGlobal(position));
@@ -245,7 +239,6 @@ void RosterPane::showRows() {
     message->setText(text);
     chips->show(students->roster(), query);
     chips->setVisible(roster.state == RosterView::State::shown && !roster.rows.empty());
-    connectButton->setVisible(roster.state == RosterView::State::notConnected);
     retryButton->setVisible(roster.state == RosterView::State::failed);
     resetButton->setVisible(isEmpty);
     resetButton->setText(qstring(resetText(query)));

@@ -38,7 +38,6 @@ class RosterPane : public QWidget {
     void thresholdsRequested();
     void missingWorkRequested();
     void refreshRequested();
-    void connectionRequested();
     void contextMenuRequested(const QPoint &globalPosition);
     /// The rows shown have changed, and with them whether there are any.
     void rowsDidChange();
@@ -73,7 +72,6 @@ class RosterPane : public QWidget {
     QWidget *messagePage;
     QLabel *message;
     QProgressBar *progress;
-    QPushButton *connectButton;
     QPushButton *retryButton;
     QPushButton *resetButton;
     ChipBar *chips;

@@ -6,9 +6,10 @@
 #include "ui/support/alert.h"
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
-#include "uikit/labels.h"
+#include "uikit/textlink.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>

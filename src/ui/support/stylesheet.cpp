@@ -42,6 +42,9 @@ QPushButton[tight="true"] { padding: $4 $6; }
 QPushButton[tight="true"]:focus { padding: $3 $5; }
 QPushButton[primary="true"] { background: @accent; color: @accentText; border-color: @accent; }
 QPushButton[primary="true"]:focus { border: 2px solid @text; }
+QPushButton:default:disabled, QPushButton[primary="true"]:disabled {
+    background: @surface; color: @disabledText; border-color: @separator;
+}
 
 QLineEdit {
     background: @control; color: @text; border: 1px solid @outline; border-radius: 6px;

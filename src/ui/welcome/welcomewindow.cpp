@@ -2,18 +2,14 @@
 
 #include "app/dashboard/dashboardtexts.h"
 #include "app/mainwindowcontroller.h"
-#include "canvas/connectioncheck.h"
-#include "net/task.h"
-#include "ui/connection/connectionform.h"
+#include "ui/connection/connectioncards.h"
 #include "ui/support/appearance.h"
+#include "ui/support/cardpage.h"
 #include "ui/welcome/stepdots.h"
 #include "ui/welcome/welcomepages.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
-#include <QLineEdit>
-#include <QPointer>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QStackedWidget>
@@ -28,20 +24,18 @@ WelcomeWindow::WelcomeWindow(
       defaults(defaults),
       controller(controller),
       appearance(appearance),
-      form(new ConnectionForm(check, this)),
+      cards(new ConnectionCards(check, appearance)),
       dots(new StepDots(finished, appearance, this)),
       pages(new QStackedWidget(this)),
       connectedAs(secondaryLabel(nullptr)),
       attention(plainLabel(nullptr, true)),
       studentsButton(new QPushButton),
-      connectButton(new QPushButton(QStringLiteral("Connect"))),
-      sampleButton(new QPushButton(QStringLiteral("Explore the Sample College"))),
       back(new QPushButton(QStringLiteral("Back"), this)),
       forward(new QPushButton(this)) {
     setWindowTitle(QStringLiteral("Welcome to Ellwynd"));
     setAttribute(Qt::WA_DeleteOnClose);
     pages->addWidget(welcomePages::introduction(windowTitle(), appearance));
-    pages->addWidget(makeChoice());
+    pages->addWidget(cardPage::page(QStringLiteral("Choose where to begin"), {cards}, appearance));
     pages->addWidget(makeEnd());
 
     auto *foot = new QHBoxLayout;
@@ -74,11 +68,17 @@ WelcomeWindow::WelcomeWindow(
         else
             accept();
     });
-    connect(form, &ConnectionForm::connectionDidChange, this, &WelcomeWindow::connectionDidChange);
-    connect(connectButton, &QPushButton::clicked, this, [this] {
-        detach(connectToCanvas(), "Connecting");
+    connect(cards, &ConnectionCards::sampleRequested, this, &WelcomeWindow::sampleRequested);
+    connect(
+        cards, &ConnectionCards::connectionDidChange, this, &WelcomeWindow::connectionDidChange);
+    connect(cards, &ConnectionCards::checkingDidChange, back, &QWidget::setDisabled);
+    connect(cards, &ConnectionCards::connectionDidSucceed, this, [this](const QString &status) {
+        connectedAs->setText(status);
+        showStep(finished);
     });
-    connect(sampleButton, &QPushButton::clicked, this, &WelcomeWindow::sampleRequested);
+    connect(
+        cards, &ConnectionCards::announcementRequested, this,
+        &WelcomeWindow::announcementRequested);
     const bool wasAtChoice = defaults.value(preferences::onboardingStep) == choice;
     showStep(wasAtChoice ? choice : introduction);
 }
@@ -86,35 +86,6 @@ WelcomeWindow::WelcomeWindow(
 bool WelcomeWindow::isDue(const UserDefaults &defaults, bool connected) {
     return !connected && !defaults.value(preferences::sampleData) &&
         defaults.value(preferences::onboardingStep) < finished;
-}
-
-/// The second page: connect to Canvas, or open the sample college.
-QWidget *WelcomeWindow::makeChoice() {
-    using namespace welcomePages;
-    form->reload();
-    auto *addressLabel = text(QStringLiteral("Canvas address"));
-    addressLabel->setBuddy(form->address);
-    auto *tokenLabel = text(QStringLiteral("Access token"));
-    tokenLabel->setBuddy(form->token);
-    return page(
-        QStringLiteral("Choose where to begin"),
-        {card(
-             QStringLiteral("Connect to Canvas"),
-             {text(QStringLiteral(
-                  "Enter the address you use to sign in to Canvas, and an access token, which lets "
-                  "Ellwynd read Canvas as you without your password.")),
-              form->addressStatus, addressLabel, form->address, leftAligned(form->suggestion),
-              form->status, tokenLabel, form->token, form->tokenPage, form->tokenSteps,
-              form->progress, leftAligned(connectButton)},
-             appearance),
-         card(
-             QStringLiteral("Look around first"),
-             {text(QStringLiteral(
-                  "The sample college is invented: made-up courses and students, scored exactly as "
-                  "real ones are. It needs no account, and you can leave it whenever you like.")),
-              leftAligned(sampleButton)},
-             appearance)},
-        appearance);
 }
 
 /// The last page: how many students need attention, and what comes next.
@@ -130,7 +101,7 @@ QWidget *WelcomeWindow::makeEnd() {
         &controller, &MainWindowController::statusDidChange, this, &WelcomeWindow::showAttention);
     showAttention();
     return welcomePages::end(
-        {connectedAs, attention, welcomePages::leftAligned(studentsButton)}, appearance);
+        {connectedAs, attention, cardPage::leftAligned(studentsButton)}, appearance);
 }
 
 void WelcomeWindow::showAttention() {
@@ -169,48 +140,11 @@ void WelcomeWindow::showStep(Step step) {
     back->setVisible(step == choice);
     forward->setVisible(step != choice);
     forward->setText(step == finished ? QStringLiteral("Done") : QStringLiteral("Continue"));
-    (step == choice ? connectButton : forward)->setDefault(true);
-    if (step != choice)
-        forward->setFocus();
-    else if (form->address->text().isEmpty() || !form->token->isEnabled())
-        form->address->setFocus();
+    forward->setDefault(step != choice);
+    if (step == choice)
+        cards->focusFields();
     else
-        form->token->setFocus();
-}
-
-void WelcomeWindow::setChecking(bool checking) {
-    connectButton->setEnabled(!checking);
-    back->setEnabled(!checking);
-    sampleButton->setEnabled(!checking);
-}
-
-QCoro::Task<> WelcomeWindow::connectToCanvas() {
-    const QPointer<WelcomeWindow> self(this);
-    const QPointer<QWidget> focused(focusWidget());
-    setChecking(true);
-    auto testing = form->test();
-    const ConnectionOutcome tested = co_await testing;
-    // Closing the window cancels connecting.
-    if (!self || !isVisible())
-        co_return;
-    ConnectionOutcome outcome = tested;
-    if (tested.succeeded) {
-        auto saving = form->save();
-        outcome = co_await saving;
-        // What is being saved cannot be stopped; only the page is not shown any more.
-        if (!self)
-            co_return;
-    }
-    setChecking(false);
-    if (!outcome.succeeded) {
-        if (focused)
-            focused->setFocus();
-        Q_EMIT announcementRequested(ConnectionForm::announcement(outcome));
-        co_return;
-    }
-    connectedAs->setText(qstring(tested.status));
-    showStep(finished);
-    Q_EMIT announcementRequested(ConnectionForm::announcement(tested));
+        forward->setFocus();
 }
 
 } // namespace ellwynd

@@ -3,7 +3,6 @@
 
 #include "preferences/userdefaults.h"
 
-#include <QCoro/QCoroTask>
 #include <QDialog>
 
 class QLabel;
@@ -13,8 +12,8 @@ class QStackedWidget;
 namespace ellwynd {
 
 class Appearance;
+class ConnectionCards;
 class ConnectionCheck;
-class ConnectionForm;
 class MainWindowController;
 class StepDots;
 
@@ -48,27 +47,22 @@ class WelcomeWindow : public QDialog {
     void announcementRequested(const QString &text);
 
   private:
-    QWidget *makeChoice();
     QWidget *makeEnd();
     void showStep(Step step);
     void showAttention();
     void showStudents();
-    void setChecking(bool checking);
-    QCoro::Task<> connectToCanvas();
 
     UserDefaults &defaults;
     MainWindowController &controller;
     const Appearance &appearance;
     Step current = notStarted;
-    ConnectionForm *form;
+    ConnectionCards *cards;
     StepDots *dots;
     QStackedWidget *pages;
     QLabel *connectedAs;
     /// How many students need attention, once the courses are scored.
     QLabel *attention;
     QPushButton *studentsButton;
-    QPushButton *connectButton;
-    QPushButton *sampleButton;
     QPushButton *back;
     QPushButton *forward;
 };

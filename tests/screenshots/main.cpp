@@ -19,6 +19,7 @@
 #include "ui/sheets/iconsheet.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
+#include "ui/support/alert.h"
 #include "ui/support/appearance.h"
 #include "ui/welcome/welcomewindow.h"
 #include "ui/write/writesheet.h"
@@ -28,6 +29,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
 
@@ -118,6 +120,7 @@ class Screenshots {
         for (const int courses : {1, 12, 40})
             drawCards(defaults, appearance, courses);
         SettingsWindow &settings = window.settings();
+        settings.resize(appearance.px(880), appearance.px(640));
         settings.open(SettingsWindow::general);
         settle();
         save(settings, "settings-general");
@@ -222,6 +225,39 @@ class Screenshots {
             appearance);
         chart.resize(chart.sizeHint() * 2);
         save(chart, "term-with-gaps");
+    }
+
+    /// The main window without a token, and an alert over it.
+    void drawNotConnected(const char *appearanceName, double scale) {
+        const QTemporaryDir home;
+        QApplication::setFont(font);
+        const std::filesystem::path folder(home.path().toStdString());
+        test::LoneService service;
+        Application program(
+            {.launchArguments =
+                 {{"Appearance", std::string(appearanceName)},
+                  {"TextScale", scale},
+                  {"Onboarding.step", std::int64_t{WelcomeWindow::finished}}},
+             .preferencesFile = folder / "Preferences.json",
+             .data = folder,
+             .state = folder,
+             .widgetContainer = folder / "widgets",
+             .secrets = std::make_unique<test::MemorySecrets>(),
+             .notifications = std::make_unique<test::MemoryNotifications>()},
+            service);
+        program.window().resize(1280, 800);
+        program.window().show();
+        program.controller().refresh();
+        settle();
+        save(program.window(), "not-connected");
+        QMessageBox *alert = plainAlert(
+            &program.window(), QStringLiteral("Couldn’t open your email app"),
+            QStringLiteral("Write to the address on the page of your institution."));
+        alert->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
+        alert->open();
+        settle();
+        save(*alert, "alert");
+        alert->close();
     }
 
     [[nodiscard]] bool failed() const { return anyFailed; }
@@ -435,7 +471,9 @@ int main(int argc, char **argv) {
     QDir().mkpath(folder);
     const double scale = argc > 2 ? QByteArray(argv[2]).toDouble() : 1.0;
     Screenshots screenshots(folder);
-    screenshots.draw("light", scale);
-    screenshots.draw("dark", scale);
+    for (const char *appearance : {"light", "dark"}) {
+        screenshots.draw(appearance, scale);
+        screenshots.drawNotConnected(appearance, scale);
+    }
     return screenshots.failed() ? 1 : 0;
 }

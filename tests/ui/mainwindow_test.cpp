@@ -1,6 +1,8 @@
+#include "net/runtoend.h"
 #include "support/fakecanvas.h"
 #include "support/mainwindow.h"
 #include "support/until.h"
+#include "ui/connection/connectioncards.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/details/studentdetails.h"
 #include "ui/settings/settingswindow.h"
@@ -437,6 +439,61 @@ TEST_F(MainWindowTest, AMostMissedAssignmentFiltersTheRoster) {
     EXPECT_TRUE(chip->isVisible());
     chip->click();
     EXPECT_EQ(table().shownCount(), 10);
+}
+
+struct NotConnectedTest : test::MainWindowTest {
+    test::FakeCanvas canvas;
+
+    NotConnectedTest() : MainWindowTest(PreferenceMap{}) {
+        test::trustAuthority();
+        canvas.answerWith([](const test::FakeRequest &request) {
+            return test::FakeReply{
+                .body = request.path.endsWith(QStringLiteral("courses"))
+                    ? "[]"
+                    : R"({"name":"Ana Ruiz"})"};
+        });
+    }
+
+    void SetUp() override {
+        controller.refresh();
+        ASSERT_TRUE(test::until([&] { return isOffered(); }));
+    }
+    void TearDown() override {
+        EXPECT_TRUE(test::until([&] { return core.session.requestLimiter().inFlight() == 0; }));
+    }
+
+    [[nodiscard]] bool isOffered() const {
+        const auto *cards = window.findChild<ConnectionCards *>();
+        return cards != nullptr && cards->isVisible();
+    }
+};
+
+TEST_F(NotConnectedTest, ThePageOffersToConnect) {
+    EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
+    window.findChild<Sidebar *>()->list()->setFocus();
+    EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
+    const auto fields = window.findChild<ConnectionCards *>()->findChildren<QLineEdit *>();
+    QTest::keyClicks(fields[0], QString::fromStdString(canvas.address()));
+    QTest::keyClicks(fields[1], QStringLiteral("secret-token"));
+    QTest::keyClick(fields[1], Qt::Key_Return);
+    EXPECT_TRUE(test::until([&] { return !isOffered() && !controller.isLoading(); }));
+    EXPECT_EQ(controller.status(), "0 courses");
+    // After a sign-out it is offered again, without the token.
+    static_cast<void>(runToEnd(core.check.signOut()));
+    controller.connectionDidChange();
+    EXPECT_TRUE(test::until([&] { return isOffered(); }));
+    EXPECT_EQ(fields[1]->text(), QString());
+}
+
+TEST_F(NotConnectedTest, ThePageOffersTheSampleCollege) {
+    int samples = 0;
+    QObject::connect(
+        &window, &MainWindow::sampleSwitchRequested, &window, [&samples] { ++samples; });
+    QPushButton *sample = button(window, QStringLiteral("Explore the Sample College"));
+    ASSERT_NE(sample, nullptr);
+    QTest::keyClick(sample, Qt::Key_Return);
+    EXPECT_EQ(samples, 1);
+    EXPECT_TRUE(canvas.requests.empty()) << "Return did not connect";
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -115,7 +116,12 @@ TEST_F(MessagesPaneTest, WritingATemplateNeedsOnlyTheKeyboard) {
     tabTo("Message");
     QTest::keyClick(focus(), Qt::Key_End, Qt::ControlModifier);
     type("Well done in ");
-    press("Insert {course}, the course's name");
+    tabTo("Insert a placeholder");
+    // The menu would wait for its own end.
+    for (QAction *action : qobject_cast<QPushButton *>(focus())->menu()->actions()) {
+        if (action->text().startsWith(QStringLiteral("{course}")))
+            action->trigger();
+    }
     EXPECT_EQ(nameOf(focus()), "Message") << "the focus returns to the text";
     type("!");
     EXPECT_EQ(preview(), "Hi Robin,\n\nWell done in Example Course!");
@@ -309,12 +315,12 @@ TEST_F(MessagesPaneTest, EveryControlIsReachedByTabAndNotCutOff) {
             if (focus() == window.get())
                 QTest::keyClick(focus(), Qt::Key_Tab);
         } while (nameOf(focus()) != names.front() && names.size() < 40);
-        ASSERT_EQ(names.size(), 18U) << scale;
+        ASSERT_EQ(names.size(), 10U) << scale;
         EXPECT_EQ(names[1], "New Template");
         EXPECT_EQ(names[5], "Name");
-        EXPECT_EQ(names[6], "Message");
-        EXPECT_EQ(names[7], "Robin Example, an invented student");
-        EXPECT_EQ(names[9], "Insert {first_name}, the student's first name");
+        EXPECT_EQ(names[6], "Insert a placeholder");
+        EXPECT_EQ(names[7], "Message");
+        EXPECT_EQ(names[8], "Robin Example, an invented student");
     }
 }
 

@@ -33,10 +33,13 @@ void ConnectionViews::showPage() {
         connect(
             cards, &ConnectionCards::announcementRequested, &window,
             [this](const QString &text) { announce(window, text); });
-    } else if (panes.currentWidget() != page) {
+    } else if (panes.currentWidget() == page) {
+        return;
+    } else {
         cards->reload();
     }
     panes.setCurrentWidget(page);
+    cards->focusFields();
 }
 
 void ConnectionViews::showWelcomeIfDue() {

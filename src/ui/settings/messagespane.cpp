@@ -1,6 +1,7 @@
 #include "ui/settings/messagespane.h"
 
 #include "app/undo/undotexts.h"
+#include "ui/support/appearance.h"
 #include "uikit/convert.h"
 
 #include <QHBoxLayout>
@@ -35,8 +36,14 @@ MessagesPane::MessagesPane(
       editor(new TemplateEditor(std::move(students), appearance)) {
     addNote(QStringLiteral(
         "Templates of the messages that you copy for students. Ellwynd does not send them."));
-    addWidget(makeList());
-    addWidget(editor);
+    auto *both = new QWidget;
+    columns = new QBoxLayout(QBoxLayout::LeftToRight, both);
+    columns->setContentsMargins(0, 0, 0, 0);
+    columns->addWidget(makeList());
+    columns->addWidget(editor, 1);
+    addFilling(both);
+    connect(&appearance, &Appearance::appearanceDidChange, this, &MessagesPane::arrange);
+    arrange();
 
     constexpr int saveDelay = 400;
     saveSoon.setSingleShot(true);
@@ -72,8 +79,6 @@ QWidget *MessagesPane::makeList() {
     list->setAccessibleName(QStringLiteral("Message templates"));
     list->setTextElideMode(Qt::ElideRight);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // As tall as the buttons beside it.
-    list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     list->setMinimumWidth(1);
     newButton = new QPushButton(QStringLiteral("New Template"));
     duplicateButton = new QPushButton(QStringLiteral("Duplicate"));
@@ -82,21 +87,36 @@ QWidget *MessagesPane::makeList() {
     restoreButton->setToolTip(
         QStringLiteral("Restore the three original templates, replacing those with their names"));
     auto *area = new QWidget;
-    auto *row = new QHBoxLayout(area);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(list, 1);
-    auto *buttons = new QVBoxLayout;
+    auto *column = new QVBoxLayout(area);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(list, 1);
     for (QPushButton *button : {newButton, duplicateButton, deleteButton, restoreButton}) {
         button->setAutoDefault(false);
-        buttons->addWidget(button);
+        column->addWidget(button);
     }
-    buttons->addStretch(1);
-    row->addLayout(buttons);
     connect(newButton, &QPushButton::clicked, this, &MessagesPane::addNew);
     connect(duplicateButton, &QPushButton::clicked, this, &MessagesPane::duplicate);
     connect(deleteButton, &QPushButton::clicked, this, &MessagesPane::removeChosen);
     connect(restoreButton, &QPushButton::clicked, this, &MessagesPane::restoreDefaults);
     return area;
+}
+
+/// Puts the list beside the editor, or above it in a narrow window.
+void MessagesPane::arrange() {
+    constexpr int enough = 560;
+    const bool wide = width() >= appearance.px(enough);
+    columns->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    columns->setSpacing(appearance.px(12));
+    QWidget *area = list->parentWidget();
+    constexpr int listWidth = 160;
+    area->setMaximumWidth(wide ? appearance.px(listWidth) : QWIDGETSIZE_MAX);
+    constexpr int rows = 4;
+    list->setMinimumHeight(rows * appearance.px(24));
+}
+
+void MessagesPane::resizeEvent(QResizeEvent *event) {
+    SettingsPane::resizeEvent(event);
+    arrange();
 }
 
 // ---- What is shown -----------------------------------------------------------------------------

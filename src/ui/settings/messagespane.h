@@ -8,6 +8,7 @@
 
 #include <QTimer>
 
+class QBoxLayout;
 class QListWidget;
 class QPushButton;
 
@@ -36,9 +37,11 @@ class MessagesPane : public SettingsPane {
     void showPreferences() override {}
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
   private:
     QWidget *makeList();
+    void arrange();
     void showTemplates();
     void showChosen();
     void choose(const std::string &id);
@@ -54,6 +57,8 @@ class MessagesPane : public SettingsPane {
 
     TemplateStore &store;
     UndoStack &undo;
+    /// The list beside or above the editor.
+    QBoxLayout *columns;
     QListWidget *list;
     QPushButton *newButton;
     QPushButton *duplicateButton;

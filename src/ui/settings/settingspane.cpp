@@ -62,6 +62,12 @@ QLabel *SettingsPane::addNote(const QString &text) {
     return note;
 }
 
+void SettingsPane::addFilling(QWidget *widget) {
+    const int end = contents->count() - 1;
+    contents->setStretch(end, 0);
+    contents->insertWidget(end, widget, 1);
+}
+
 void SettingsPane::addWidget(QWidget *widget) {
     contents->insertWidget(contents->count() - 1, widget);
 }

@@ -30,6 +30,8 @@ class SettingsPane : public QWidget {
     QLabel *addRow(const QString &label, QWidget *control, const QString &unit = {});
     QLabel *addNote(const QString &text);
     void addWidget(QWidget *widget);
+    /// Adds a widget that gets all the height that is left.
+    void addFilling(QWidget *widget);
     [[nodiscard]] QVBoxLayout &column() const { return *contents; }
 
     UserDefaults &defaults;

@@ -15,6 +15,7 @@
 
 #include <QHBoxLayout>
 #include <QListWidget>
+#include <QScreen>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -72,7 +73,8 @@ SettingsWindow::SettingsWindow(
         [this](const QString &text) { announce(*this, text); });
     connect(&appearance, &Appearance::appearanceDidChange, this, &SettingsWindow::applyAppearance);
     applyAppearance();
-    resize(appearance.px(800), appearance.px(640));
+    const QSize maxSize = screen()->availableSize() * 9 / 10;
+    resize(QSize(appearance.px(880), appearance.px(640)).boundedTo(maxSize));
 }
 
 void SettingsWindow::setUpdateChecksAvailable(bool available) {

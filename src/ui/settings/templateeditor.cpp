@@ -10,8 +10,8 @@
 
 #include <QComboBox>
 #include <QEvent>
-#include <QGridLayout>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -58,16 +58,15 @@ TemplateEditor::TemplateEditor(PreviewSource source, const Appearance &appearanc
       studentChoice(new QComboBox),
       preview(new QPlainTextEdit),
       fields(new QBoxLayout(QBoxLayout::LeftToRight)),
+      placeholderButton(makePlaceholders()),
       problems(plainLabel(nullptr, true)) {
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(titleOf(nameField, QStringLiteral("Name"), this));
     column->addWidget(nameField);
-    column->addLayout(makeFields());
+    column->addLayout(makeFields(), 1);
     problems->setProperty("attention", true);
     column->addWidget(problems);
-    placeholderButtons = makePlaceholders();
-    column->addWidget(placeholderButtons);
 
     for (QWidget *field : std::initializer_list<QWidget *>{nameField, bodyField})
         field->installEventFilter(this);
@@ -100,7 +99,10 @@ QLayout *TemplateEditor::makeFields() {
     studentChoice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     studentChoice->setMinimumContentsLength(6);
     auto *text = new QVBoxLayout;
-    text->addWidget(titleOf(bodyField, QStringLiteral("Message"), this));
+    auto *textTitle = new QHBoxLayout;
+    textTitle->addWidget(titleOf(bodyField, QStringLiteral("Message"), this), 1);
+    textTitle->addWidget(placeholderButton);
+    text->addLayout(textTitle);
     text->addWidget(bodyField);
     auto *filled = new QVBoxLayout;
     auto *title = new QHBoxLayout;
@@ -113,46 +115,34 @@ QLayout *TemplateEditor::makeFields() {
     return fields;
 }
 
-QWidget *TemplateEditor::makePlaceholders() {
-    auto *area = new QWidget;
-    placeholderGrid = new QGridLayout(area);
-    placeholderGrid->setContentsMargins(0, 0, 0, 0);
-    auto *note = secondaryLabel(
-        area,
-        QStringLiteral("Placeholders are filled in for each student. A line with an empty "
-                       "placeholder is left out."));
-    placeholderGrid->addWidget(note, 0, 0, 1, 4);
+/// A button whose menu inserts a placeholder into the text.
+QPushButton *TemplateEditor::makePlaceholders() {
+    auto *button = new QPushButton(QStringLiteral("Insert ▾"));
+    button->setAutoDefault(false);
+    button->setAccessibleName(QStringLiteral("Insert a placeholder"));
+    button->setToolTip(QStringLiteral("Placeholders are filled in for each student. A line with an "
+                                      "empty one is left out. Typing “{” "
+                                      "offers them too."));
+    auto *menu = new QMenu(button);
     for (const PlaceholderText &placeholder : placeholders) {
         const QString token = qstring(placeholder.token);
-        auto *insert = new QPushButton(token, area);
-        insert->setAutoDefault(false);
-        insert->setAccessibleName(
-            QStringLiteral("Insert %1, %2").arg(token, qstring(placeholder.meaning)));
-        connect(insert, &QPushButton::clicked, this, [this, token] {
+        const QAction *insert =
+            menu->addAction(token + QStringLiteral(" – ") + qstring(placeholder.meaning));
+        connect(insert, &QAction::triggered, this, [this, token] {
             bodyField->insertPlainText(token);
             bodyField->setFocus();
         });
-        auto *meaning = plainLabel(area, true);
-        meaning->setText(qstring(placeholder.meaning));
-        placeholderRows.emplace_back(insert, meaning);
     }
-    return area;
+    button->setMenu(menu);
+    return button;
 }
 
-/// Arranges the preview beside the text, and the placeholders in two columns, if they fit.
+/// Arranges the preview beside the text if it fits.
 void TemplateEditor::arrange() {
-    constexpr int twoColumnWidth = 560;
-    const bool two = width() >= appearance.px(twoColumnWidth);
-    fields->setDirection(two ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    const int rows = int(placeholderRows.size()) / (two ? 2 : 1) + (two ? 1 : 0);
-    for (int i = 0; i < int(placeholderRows.size()); ++i) {
-        const auto [insert, meaning] = placeholderRows[std::size_t(i)];
-        const int column = 2 * (i / rows);
-        placeholderGrid->addWidget(insert, 1 + i % rows, column);
-        placeholderGrid->addWidget(meaning, 1 + i % rows, column + 1);
-    }
-    placeholderGrid->setColumnStretch(1, 1);
-    placeholderGrid->setColumnStretch(3, two ? 1 : 0);
+    constexpr int twoColumnWidth = 400;
+    fields->setDirection(
+        width() >= appearance.px(twoColumnWidth) ? QBoxLayout::LeftToRight
+                                                 : QBoxLayout::TopToBottom);
 }
 
 void TemplateEditor::resizeEvent(QResizeEvent *event) {
@@ -161,21 +151,20 @@ void TemplateEditor::resizeEvent(QResizeEvent *event) {
 }
 
 void TemplateEditor::applyAppearance() {
-    constexpr int lines = 12;
+    constexpr int lines = 6;
     const int height = lines * QFontMetrics(appearance.font()).lineSpacing() + appearance.px(20);
-    bodyField->setFixedHeight(height);
-    preview->setFixedHeight(height);
+    bodyField->setMinimumHeight(height);
+    preview->setMinimumHeight(height);
     layout()->setSpacing(appearance.px(6));
     for (QLayout *each : fields->findChildren<QLayout *>())
         each->setSpacing(appearance.px(4));
     fields->setSpacing(appearance.px(10));
-    placeholderGrid->setSpacing(appearance.px(6));
     arrange();
 }
 
 void TemplateEditor::show(const MessageTemplate *message) {
     for (QWidget *part : std::initializer_list<QWidget *>{
-             nameField, bodyField, placeholderButtons, preview, previewTitle, studentChoice})
+             nameField, bodyField, placeholderButton, preview, previewTitle, studentChoice})
         part->setEnabled(message != nullptr);
     if (message == nullptr) {
         shown.reset();

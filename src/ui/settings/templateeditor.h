@@ -10,10 +10,10 @@
 
 class QBoxLayout;
 class QComboBox;
-class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
+class QPushButton;
 
 namespace ellwynd {
 
@@ -36,7 +36,7 @@ struct PreviewStudents {
 using PreviewSource = std::function<PreviewStudents()>;
 
 /// Name and body of a template, a live preview for a student of the teacher's choice beside it, and
-/// a button for each placeholder. It saves nothing.
+/// a menu of the placeholders. It saves nothing.
 class TemplateEditor : public QWidget {
     Q_OBJECT
 
@@ -67,7 +67,7 @@ class TemplateEditor : public QWidget {
 
   private:
     QLayout *makeFields();
-    QWidget *makePlaceholders();
+    QPushButton *makePlaceholders();
     void arrange();
     void fillPreview();
     void applyAppearance();
@@ -82,14 +82,11 @@ class TemplateEditor : public QWidget {
     QPlainTextEdit *preview;
     /// The text beside or above the preview.
     QBoxLayout *fields;
+    QPushButton *placeholderButton;
     QLabel *problems;
-    QWidget *placeholderButtons;
-    QGridLayout *placeholderGrid;
     PreviewStudents students;
     /// The student whom the teacher chose; absent before.
     std::optional<StudentKey> chosenStudent;
-    /// Each placeholder's button and meaning, in display order.
-    std::vector<std::pair<QWidget *, QWidget *>> placeholderRows;
 };
 
 } // namespace ellwynd

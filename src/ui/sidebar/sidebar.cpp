@@ -69,7 +69,9 @@ Sidebar::Sidebar(
     connect(
         tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
         [this](const QModelIndex &current) {
-            if (!settingState && current.isValid())
+            // A tree that gets the focus makes its first row current, even while nothing can be
+            // selected.
+            if (!settingState && current.isValid() && this->controller.selection())
                 this->controller.select(model->selectionAt(current));
         });
     tree->setContextMenuPolicy(Qt::CustomContextMenu);

@@ -285,17 +285,16 @@ void RosterPane::showCount() {
         movement->setVisible(false);
         return;
     }
-    QString text;
+    // The code first: it tells two sections apart, while the chips show the count too.
+    const std::string code =
+        roster.courseID ? courseLabel({.name = roster.title}).code : std::string();
+    QString text = code.empty() ? QString() : qstring(code) + QStringLiteral(" · ");
     const RosterQuery &query = students->query();
     if (query !=
         RosterQuery{.chip = query.chip, .sort = query.sort, .descending = query.descending})
-        text = QStringLiteral("%1 of ").arg(students->shownCount());
+        text += QStringLiteral("%1 of ").arg(students->shownCount());
     text += roster.courseID ? qstring(studentsText(roster.rows.size()))
                             : qstring(flaggedAcrossText(roster.rows.size(), roster.courseCount));
-    const std::string code =
-        roster.courseID ? courseLabel({.name = roster.title}).code : std::string();
-    if (!code.empty())
-        text += QStringLiteral(" · ") + qstring(code);
     header->setSubtitle(
         text, QStringLiteral("updated ") + qstring(calendar::shortTime(roster.fetchedAt)),
         qstring(stampNote(roster.fetchedAt, controller.isLoading(), systemNow())));

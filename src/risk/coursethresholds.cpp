@@ -26,6 +26,12 @@ CourseThresholds courseThresholds(const UserDefaults &defaults, std::int64_t cou
         .inactivityOverridden = days.has_value()};
 }
 
+CourseThresholds defaultThresholds(const UserDefaults &defaults) {
+    return {
+        .passingScore = defaults.value(preferences::defaultPassingScore),
+        .inactivityDays = defaults.value(preferences::defaultInactivityDays)};
+}
+
 bool isThresholdKey(std::string_view key) {
     const std::string_view suffix = courseSettings::suffixOf(key);
     return key == preferences::defaultPassingScore.name ||

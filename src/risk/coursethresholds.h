@@ -23,6 +23,9 @@ struct CourseThresholds {
 /// The current thresholds of a course: its overrides, else the defaults.
 [[nodiscard]] CourseThresholds courseThresholds(const UserDefaults &, std::int64_t courseID);
 
+/// The thresholds of a course without overrides.
+[[nodiscard]] CourseThresholds defaultThresholds(const UserDefaults &);
+
 /// Whether a change of the preference changes the thresholds of courses.
 [[nodiscard]] bool isThresholdKey(std::string_view key);
 

@@ -3,6 +3,7 @@
 
 #include "base/date.h"
 #include "risk/risklevel.h"
+#include "risk/signals.h"
 
 #include <string>
 #include <variant>
@@ -55,9 +56,14 @@ struct RiskRow {
     std::int64_t id = 0;
     /// The student's display name.
     std::string name;
+    /// As Canvas has it ("Lovelace, Ada"); absent if it has none.
+    std::optional<std::string> sortableName;
     std::string courseName;
-    /// The combined score, from 0 upward.
+    /// The combined score, from 0 upward: the sum of the signals, unless a rule has lifted it.
     double score = 0;
+    SignalShares signals;
+    /// The rule that lifted the score above that sum; absent if none did.
+    std::optional<ScoreFloor> floor;
     /// Absent for a student who is not flagged.
     std::optional<RiskLevel> level;
     /// Percent.

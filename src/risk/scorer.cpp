@@ -126,15 +126,33 @@ RiskRow scoreStudent(
             inactive = std::min(1.0, double(behind - window) / double(window));
     }
 
-    double score = missingWeight * missing * damping + pastDueWeight * pastDue * damping +
-        lowTime * damping + gradeWeight * grade + inactivityWeight * inactive;
+    SignalShares signals;
+    if (work.assignedSoFar > 0) {
+        signals[Signal::missing] = missingWeight * missing * damping;
+        signals[Signal::pastDue] = pastDueWeight * pastDue * damping;
+    }
+    if (timeOfMedian)
+        signals[Signal::time] = lowTime * damping;
+    if (current)
+        signals[Signal::grade] = gradeWeight * grade;
+    if (figures.inactivityCounts)
+        signals[Signal::inactivity] = inactivityWeight * inactive;
+
+    double score = signals.sum();
+    std::optional<ScoreFloor> floor;
+    const auto lift = [&](ScoreFloor rule, double minimum) {
+        if (score < minimum) {
+            score = minimum;
+            floor = rule;
+        }
+    };
     if (belowPassing)
-        score = std::max(score, watchFrom);
+        lift(ScoreFloor::belowPassing, watchFrom);
     if (belowPassing && *current <= failingScore)
-        score = std::max(score, atRiskFrom);
+        lift(ScoreFloor::failingGrade, atRiskFrom);
     // At least half of the assignments so far are missing, and more than one.
     if (work.missing.size() >= 2 && missingCount / double(work.assignedSoFar) >= 0.5)
-        score = std::max(score, atRiskFrom);
+        lift(ScoreFloor::mostWorkMissing, atRiskFrom);
 
     ReasonFigures reasons{
         .missing = work.missing,
@@ -153,8 +171,11 @@ RiskRow scoreStudent(
     return {
         .id = student.userID,
         .name = studentName(student),
+        .sortableName = student.user ? student.user->sortableName : std::nullopt,
         .courseName = std::string(input.courseName),
         .score = score,
+        .signals = signals,
+        .floor = floor,
         .level = levelOf(score),
         .currentScore = current,
         .currentGrade = grades.currentGrade,
@@ -177,16 +198,19 @@ std::optional<RiskLevel> levelOf(double score) {
     return std::nullopt;
 }
 
-std::vector<RiskRow> scoreRoster(const ScoringInput &input) {
+ScoredRoster scoreRoster(const ScoringInput &input) {
     const ClassFigures figures =
         classFigures(input.enrollments, input.submissions, input.termEndsAt, input.now);
     const std::vector<StudentWork> work = collectWork(input, figures);
-    std::vector<RiskRow> rows;
+    ScoredRoster scored;
+    std::vector<RiskRow> &rows = scored.rows;
     rows.reserve(figures.roster.size());
     for (std::size_t i = 0; i < figures.roster.size(); ++i)
         rows.push_back(scoreStudent(input, figures, figures.roster[i], work[i]));
     std::ranges::stable_sort(rows, std::greater{}, &RiskRow::score);
-    return rows;
+    scored.coverage =
+        coverageOf(rows, figures, input.weighting != nullptr, input.termEndsAt, input.now);
+    return scored;
 }
 
 } // namespace ellwynd

@@ -1,9 +1,8 @@
 // Scores the roster of a course.
 #pragma once
 
-#include "risk/classfigures.h"
+#include "risk/coverage.h"
 #include "risk/gradeweighting.h"
-#include "risk/riskrow.h"
 
 namespace ellwynd {
 
@@ -29,9 +28,13 @@ struct ScoringInput {
     Date now;
 };
 
-/// One row per student, by falling score and therefore by falling level; equal scores keep the
-/// order of the enrollments.
-[[nodiscard]] std::vector<RiskRow> scoreRoster(const ScoringInput &input);
+struct ScoredRoster {
+    /// One per student, by falling score and therefore by falling level; equal scores keep the
+    /// order of the enrollments.
+    std::vector<RiskRow> rows;
+    Coverage coverage;
+};
+[[nodiscard]] ScoredRoster scoreRoster(const ScoringInput &input);
 
 /// The level of a score: At Risk from 0.5, Concern from 0.25, Watch from 0.1. Absent below that,
 /// and for a score that is not a number.

@@ -62,7 +62,9 @@ struct Classroom {
         return *this;
     }
 
-    [[nodiscard]] std::vector<RiskRow> score() const {
+    [[nodiscard]] std::vector<RiskRow> score() const { return scored().rows; }
+
+    [[nodiscard]] ScoredRoster scored() const {
         return scoreRoster(
             {.courseID = 4021,
              .courseName = "Bio",

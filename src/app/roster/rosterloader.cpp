@@ -28,7 +28,7 @@ void score(ScoredCourse &course, const CourseThresholds &thresholds) {
     const GradeWeighting &weighting = records.weighting;
     const std::string name = displayName(course.course);
     course.thresholds = thresholds;
-    course.rows = scoreRoster({
+    ScoredRoster scored = scoreRoster({
         .courseID = course.course.id,
         .courseName = name,
         .enrollments = roster,
@@ -41,6 +41,8 @@ void score(ScoredCourse &course, const CourseThresholds &thresholds) {
         .names = weighting.namesByAssignment,
         .now = course.fetchedAt,
     });
+    course.rows = std::move(scored.rows);
+    course.coverage = std::move(scored.coverage);
     course.missedWork = missedWork(submissions, roster.size(), weighting.namesByAssignment);
 }
 

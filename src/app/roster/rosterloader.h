@@ -4,9 +4,9 @@
 #include "base/elapsedtime.h"
 #include "canvas/canvasreading.h"
 #include "risk/coursethresholds.h"
+#include "risk/coverage.h"
 #include "risk/gradeweighting.h"
 #include "risk/missedwork.h"
-#include "risk/riskrow.h"
 
 namespace ellwynd {
 
@@ -22,6 +22,8 @@ struct CourseRecords {
 struct ScoredCourse {
     Course course;
     std::vector<RiskRow> rows;
+    /// Which signals count in the course.
+    Coverage coverage;
     std::vector<MissedAssignment> missedWork;
     /// When the records were fetched.
     Date fetchedAt;

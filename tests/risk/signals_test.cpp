@@ -1,0 +1,183 @@
+#include "support/classroom.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+namespace ellwynd {
+namespace {
+
+using test::Classroom;
+
+constexpr std::int64_t day = 86'400;
+
+/// A course with any mixture of data, often without some of it.
+Classroom randomCourse(unsigned seed) {
+    std::mt19937 random(seed);
+    const auto draw = [&random](int most) { return std::int64_t(random() % unsigned(most + 1)); };
+    Classroom room;
+    const bool hasGrades = draw(4) > 0;
+    const bool hasTimes = draw(4) > 0;
+    const bool hasActivity = draw(4) > 0;
+    const std::int64_t quiet = draw(5) == 0 ? 40 : 0;
+    for (std::int64_t id = 1; id <= 1 + draw(11); ++id) {
+        room.student(
+            id, hasGrades && draw(9) > 0 ? std::optional(double(draw(1000)) / 10) : std::nullopt,
+            hasActivity && draw(9) > 0 ? std::optional((quiet + draw(30)) * day) : std::nullopt,
+            hasTimes && draw(9) > 0 ? std::optional(draw(90'000)) : std::nullopt);
+        for (std::int64_t work = 1; work <= draw(8); ++work) {
+            switch (draw(3)) {
+            case 0:
+                room.missing(id, {work});
+                break;
+            case 1:
+                room.handedIn(id, {work});
+                break;
+            case 2:
+                room.overdue(id, {work});
+                break;
+            default:
+                break;
+            }
+        }
+    }
+    if (draw(2) == 0) {
+        room.weighting.emplace();
+        for (std::int64_t work = 1; work <= 8; ++work)
+            room.weighting->sharesByAssignment[work] = double(draw(30)) / 100;
+    }
+    if (draw(5) == 0)
+        room.termEndsAt = test::noon - std::chrono::days(1);
+    room.passing = double(40 + draw(50));
+    return room;
+}
+
+TEST(Signals, AddUpToTheScoreUnlessARuleLiftedIt) {
+    int lifted = 0;
+    for (unsigned seed = 1; seed <= 2000; ++seed) {
+        for (const RiskRow &row : randomCourse(seed).score()) {
+            const double sum = row.signals.sum();
+            if (!row.floor) {
+                EXPECT_NEAR(sum, row.score, 1e-9) << seed;
+                continue;
+            }
+            ++lifted;
+            EXPECT_LT(sum, row.score) << seed;
+            EXPECT_EQ(row.score, row.floor == ScoreFloor::belowPassing ? 0.1 : 0.5) << seed;
+        }
+    }
+    EXPECT_GT(lifted, 1000);
+}
+
+TEST(Signals, CoverageAgreesWithTheRows) {
+    std::map<Signal, std::pair<int, int>> seen;
+    for (unsigned seed = 1; seed <= 2000; ++seed) {
+        const ScoredRoster scored = randomCourse(seed).scored();
+        ASSERT_EQ(scored.coverage.size(), allSignals.size());
+        for (const SignalCoverage &entry : scored.coverage) {
+            auto &[counting, left] = seen[entry.signal];
+            (entry.counts ? counting : left) += 1;
+            EXPECT_TRUE(entry.counts || !entry.note.empty()) << seed;
+            for (const RiskRow &row : scored.rows) {
+                if (!entry.counts) {
+                    EXPECT_EQ(row.signals[entry.signal], std::nullopt) << seed;
+                }
+                for (const ReasonLine &line : row.reasonLines) {
+                    if (line.role == ReasonRole::inactivity && entry.signal == Signal::inactivity) {
+                        EXPECT_TRUE(entry.counts) << seed;
+                    }
+                    if (line.role == ReasonRole::timeInCourse && entry.signal == Signal::time) {
+                        EXPECT_TRUE(entry.counts) << seed;
+                    }
+                }
+            }
+        }
+    }
+    for (const auto &[signal, counts] : seen) {
+        EXPECT_GT(counts.first, 100) << signalName(signal);
+        EXPECT_GT(counts.second, 20) << signalName(signal);
+    }
+}
+
+TEST(Signals, TheFloorNamesTheRule) {
+    struct Row {
+        const char *what;
+        Classroom room;
+        std::optional<ScoreFloor> floor;
+    };
+    const auto graded = [](double score) { return Classroom().student(1, score); };
+    for (const Row &row : std::vector<Row>{
+             {"passing", graded(80), std::nullopt},
+             {"just below passing", graded(69), ScoreFloor::belowPassing},
+             {"below passing, and more than the minimum", graded(55), std::nullopt},
+             {"failing", graded(50), ScoreFloor::failingGrade},
+             {"most work missing", graded(90).missing(1, {1, 2}).handedIn(1, {3, 4}),
+              ScoreFloor::mostWorkMissing},
+             {"failing, and most work missing", graded(50).missing(1, {1, 2}),
+              ScoreFloor::failingGrade}}) {
+        EXPECT_EQ(row.room.row(1).floor, row.floor) << row.what;
+    }
+}
+
+TEST(Signals, CoverageSaysWhatIsNotKnown) {
+    const auto full = [] {
+        Classroom room;
+        room.weighting.emplace();
+        room.weighting->sharesByAssignment[1] = 1;
+        for (std::int64_t id = 1; id <= 5; ++id)
+            room.student(id, 80, day, 3600).handedIn(id, {1});
+        return room;
+    };
+    Classroom unweighted = full();
+    unweighted.weighting.reset();
+    Classroom nothingSet = full();
+    nothingSet.submissions.clear();
+    Classroom ended = full();
+    ended.termEndsAt = test::noon - std::chrono::days(2);
+    Classroom partly = full().student(6, std::nullopt, day, 3600);
+    Classroom ungraded;
+    Classroom withoutTime;
+    Classroom withoutActivity;
+    Classroom quiet;
+    for (std::int64_t id = 1; id <= 5; ++id) {
+        ungraded.student(id, std::nullopt, day, 3600).handedIn(id, {1});
+        withoutTime.student(id, 80, day, 0).handedIn(id, {1});
+        withoutActivity.student(id, 80, std::nullopt, 3600).handedIn(id, {1});
+        quiet.student(id, 80, 40 * day, 3600).handedIn(id, {1});
+    }
+    constexpr auto counted =
+        "Missing work is counted, not weighed: the course has no usable weights.";
+    constexpr auto nothing = "Nothing is due, handed in or graded so far.";
+    struct Row {
+        const char *what;
+        Classroom room;
+        Signal signal;
+        bool counts;
+        std::string note;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"full", full(), Signal::missing, true, ""},
+             {"full", full(), Signal::inactivity, true, ""},
+             {"unweighted", unweighted, Signal::missing, true, counted},
+             {"unweighted", unweighted, Signal::pastDue, true, ""},
+             {"nothing set", nothingSet, Signal::missing, false, nothing},
+             {"nothing set", nothingSet, Signal::pastDue, false, nothing},
+             {"no grades", ungraded, Signal::grade, false, "There are no grades yet."},
+             {"one grade less", partly, Signal::grade, true, "1 student has no score yet."},
+             {"no time", withoutTime, Signal::time, false, "Canvas reports no time in course."},
+             {"no activity", withoutActivity, Signal::inactivity, false,
+              "Canvas reports no activity."},
+             {"ended", ended, Signal::inactivity, false, "Left out, since the term has ended."},
+             {"quiet", quiet, Signal::inactivity, false,
+              "Left out, since most of the class is quiet."}}) {
+        const SignalCoverage entry = row.room.scored().coverage[std::size_t(row.signal)];
+        EXPECT_EQ(entry.signal, row.signal);
+        EXPECT_EQ(entry.counts, row.counts) << row.what;
+        EXPECT_EQ(entry.note, row.note) << row.what;
+    }
+    for (const SignalCoverage &entry : Classroom().student(1).scored().coverage)
+        EXPECT_FALSE(entry.counts) << "all absent: " << signalName(entry.signal);
+}
+
+} // namespace
+} // namespace ellwynd

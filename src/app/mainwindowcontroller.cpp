@@ -77,6 +77,7 @@ MainWindowController::MainWindowController(
     connect(&widgetRefreshTimer, &QTimer::timeout, this, &Self::timerFired);
     connect(&rescoring, &CacheRescoring::rescoringDidEnd, this, [this] {
         passController.rescore();
+        Q_EMIT rescoringDidEnd();
         Q_EMIT coursesDidChange();
     });
     clearWidgetsOfOtherAddress();
@@ -386,6 +387,13 @@ std::optional<LevelCounts> MainWindowController::levels(std::int64_t courseID) c
 
 /// Rescores the roster on screen immediately and the other cached courses in slices. Nothing is
 /// fetched.
+std::vector<SharedCourse> MainWindowController::scoredCourses() const {
+    std::vector<SharedCourse> courses;
+    for (const auto &[id, course] : rosterCache.entries)
+        courses.push_back(course);
+    return courses;
+}
+
 void MainWindowController::rescoreAll() {
     rosterController.rescore();
     rescoring.start();

@@ -4,6 +4,7 @@
 #include "app/courses/connector.h"
 #include "app/courses/courselist.h"
 #include "app/dashboard/passcontroller.h"
+#include "app/explain/othercourses.h"
 #include "app/refresh/refreshscheduler.h"
 #include "app/roster/cacherescoring.h"
 #include "app/roster/rosteractions.h"
@@ -70,12 +71,24 @@ class MainWindowController : public QObject, private RefreshJobs {
     }
     /// How many students are at each level; absent for a course that has not been scored.
     [[nodiscard]] std::optional<LevelCounts> levels(std::int64_t courseID) const;
-    /// The recorded history of a student of the roster on screen.
+    /// What is remembered about a student of the roster on screen, and the other courses in memory
+    /// in which the student is flagged.
     [[nodiscard]] StudentHistory studentHistory(const RiskRow &row) const {
-        return rosterController.studentHistory(row);
+        StudentHistory history = rosterController.studentHistory(row);
+        history.otherCourses = otherCourses(row, rosterCache);
+        return history;
     }
 
+    /// A course as last scored; null if it is not in memory.
+    [[nodiscard]] SharedCourse scoredCourse(std::int64_t courseID) const {
+        return rosterCache.find(courseID);
+    }
+    /// All courses in memory, by id.
+    [[nodiscard]] std::vector<SharedCourse> scoredCourses() const;
+
   Q_SIGNALS:
+    /// All courses in memory were scored again with changed thresholds.
+    void rescoringDidEnd();
     /// The course list changed, or the number of flagged students of one of its courses.
     void coursesDidChange();
     void rosterDidChange();

@@ -80,6 +80,7 @@ void setCourses(
         labels.push_back(&card.label);
     compareNames(labels);
     sortByNeed(term.students);
+    findOtherCourses(term.students);
     term.flaggedStudents = std::int64_t(flagged.size());
 }
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <map>
+#include <unordered_map>
 
 namespace ellwynd {
 
@@ -84,6 +85,19 @@ void sortByNeed(std::vector<DashboardStudent> &students) {
     });
 }
 
+void findOtherCourses(std::vector<DashboardStudent> &students) {
+    std::unordered_map<std::int64_t, std::vector<const DashboardStudent *>> byStudent;
+    for (const DashboardStudent &student : students)
+        byStudent[student.row->id].push_back(&student);
+    for (DashboardStudent &student : students) {
+        student.alsoIn.clear();
+        for (const DashboardStudent *other : byStudent.at(student.row->id)) {
+            if (other != &student)
+                student.alsoIn.push_back(other->courseCode);
+        }
+    }
+}
+
 std::string newsText(const DashboardStudent &student, bool remembersContacts) {
     std::vector<std::string> news;
     if (student.change)
@@ -94,6 +108,8 @@ std::string newsText(const DashboardStudent &student, bool remembersContacts) {
         news.push_back("wrote " + contactedText(*student.outcome));
     else if (remembersContacts)
         news.emplace_back("not yet reached");
+    if (!student.alsoIn.empty())
+        news.push_back("also in " + join(student.alsoIn, ", "));
     return join(news, " · ");
 }
 

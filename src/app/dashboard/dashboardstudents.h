@@ -16,6 +16,8 @@ struct DashboardStudent {
     std::shared_ptr<const RiskRow> row;
     /// The short name of the course.
     std::string courseCode;
+    /// The short names of the term's other courses in which the student is flagged.
+    std::vector<std::string> alsoIn;
     /// Absent if the level is that of the last visit, or if there was none.
     std::optional<RosterChange> change;
     /// Absent if the student was not written to.
@@ -44,7 +46,11 @@ inline constexpr std::array allDashboardChips{
 /// follow-up, those at risk who were not written to, and the others; worst first in each group.
 void sortByNeed(std::vector<DashboardStudent> &students);
 
-/// What changed and what was written: "slipped from Concern to At Risk · wrote Nov 12, worse".
+/// Sets the other courses of each student of a term.
+void findOtherCourses(std::vector<DashboardStudent> &students);
+
+/// What changed, what was written and where else the student is flagged: "slipped from Concern to
+/// At Risk · wrote Nov 12, worse · also in CS 101".
 /// @param remembersContacts otherwise nobody is known to be reached or not.
 [[nodiscard]] std::string newsText(const DashboardStudent &student, bool remembersContacts);
 

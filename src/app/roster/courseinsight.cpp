@@ -40,6 +40,7 @@ CourseInsight courseInsight(const ScoredCourse &course, const Stores &stores, Da
     constexpr std::size_t shown = 3;
     const auto end =
         course.missedWork.begin() + std::ptrdiff_t(std::min(shown, course.missedWork.size()));
+    insight.coverage = course.coverage;
     insight.mostMissed.assign(course.missedWork.begin(), end);
     return insight;
 }

@@ -17,6 +17,8 @@ struct CourseInsight {
     std::optional<OutreachCounts> outreach;
     /// The counts as text, or the reason why there are none.
     std::string outreachLine;
+    /// Which signals count in the course.
+    Coverage coverage;
     /// The first three of the course's missed work, or fewer.
     std::vector<MissedAssignment> mostMissed;
 

@@ -188,6 +188,8 @@ std::vector<RosterChange> RosterController::remember(const ScoredCourse &course,
     std::vector<RosterChange> movement = movementOf(course, stores);
     if (kind == RosterRead::background)
         return movement;
+    if (kind == RosterRead::visit)
+        visitedWith.insert_or_assign(course.course.id, course.thresholds);
     const QScopedValueRollback guard(recordingVisit, true);
     recordVisit(course, stores, trends, kind == RosterRead::visit);
     if (notices != nullptr)
@@ -278,6 +280,10 @@ void RosterController::showRoster(
         view.rows = course.rows;
         view.missedWork = course.missedWork;
         view.thresholds = course.thresholds;
+        const auto visited = visitedWith.find(course.course.id);
+        view.thresholdsChanged = visited != visitedWith.end() &&
+            (visited->second.passingScore != course.thresholds.passingScore ||
+             visited->second.inactivityDays != course.thresholds.inactivityDays);
         view.movement = std::move(movement);
         view.insight = courseInsight(course, stores, now());
     } else {
@@ -287,7 +293,6 @@ void RosterController::showRoster(
     view.notes.insert(view.notes.end(), unreadCourses.begin(), unreadCourses.end());
     view.outreach = outreachOf(view.rows, stores, now());
     view.remembersContacts = stores.contacts.isEnabled();
-    view.sortNames = sortNamesOf(courses);
     view.courseCodes = courseCodesOf(courses);
     rosterView = std::move(view);
     Q_EMIT rosterDidChange();
@@ -312,6 +317,7 @@ void RosterController::onHistoryChanged() {
 }
 
 void RosterController::resetToDisconnected() {
+    visitedWith.clear();
     setSelection(std::nullopt);
 }
 

@@ -120,6 +120,8 @@ class RosterController : public QObject {
     RosterView rosterView;
     /// One note for each course of the roster on screen that could not be read.
     std::vector<std::string> unreadCourses;
+    /// The thresholds at the last visit of this run, by course.
+    std::map<std::int64_t, CourseThresholds> visitedWith;
     /// Set while a visit is recorded, so that its changes do not redisplay the roster.
     bool recordingVisit = false;
 };

@@ -114,7 +114,6 @@ std::string_view chipName(RosterChip chip) {
 RosterRows::RosterRows(const RosterView &roster)
     : all(roster.rows),
       outreach(roster.outreach),
-      sortNames(roster.sortNames),
       courseCodes(roster.courseCodes),
       oneCourse(roster.courseID.has_value()),
       remembersContacts(roster.remembersContacts) {
@@ -138,8 +137,7 @@ const std::string &RosterRows::courseCode(const RiskRow &row) const {
 }
 
 const std::string &RosterRows::sortName(const RiskRow &row) const {
-    const auto found = sortNames.find(keyOf(row));
-    return found != sortNames.end() ? found->second : row.name;
+    return row.sortableName && !row.sortableName->empty() ? *row.sortableName : row.name;
 }
 
 std::vector<RosterChip> RosterRows::chips() const {

@@ -85,7 +85,6 @@ class RosterRows {
     std::vector<RiskRow> all;
     std::map<StudentKey, RosterChange> movement;
     std::map<StudentKey, OutreachOutcome> outreach;
-    std::map<StudentKey, std::string> sortNames;
     std::map<std::int64_t, std::string> courseCodes;
     bool oneCourse = true;
     bool remembersContacts = true;

@@ -16,20 +16,6 @@ outreachOf(const std::vector<RiskRow> &rows, const Stores &stores, Date now) {
     return outcomes;
 }
 
-std::map<StudentKey, std::string> sortNamesOf(std::span<const ScoredCourse *const> courses) {
-    std::map<StudentKey, std::string> names;
-    for (const ScoredCourse *course : courses) {
-        if (!course->records)
-            continue;
-        for (const Enrollment &student : course->records->students) {
-            if (student.user && student.user->sortableName && !student.user->sortableName->empty())
-                names.emplace(
-                    StudentKey{course->course.id, student.userID}, *student.user->sortableName);
-        }
-    }
-    return names;
-}
-
 std::map<std::int64_t, std::string> courseCodesOf(std::span<const ScoredCourse *const> courses) {
     std::map<std::int64_t, std::string> codes;
     for (const ScoredCourse *course : courses)
@@ -61,6 +47,9 @@ std::string rememberedLine(const RosterView &roster) {
         roster.outreach, [](const auto &entry) { return isAwaitingFollowUp(entry.second); });
     if (awaiting > 0)
         line += (line.empty() ? "" : " · ") + awaitingText(awaiting);
+    if (roster.thresholdsChanged)
+        line += line.empty() ? "Thresholds changed since your last visit"
+                             : " · thresholds changed since";
     return line;
 }
 

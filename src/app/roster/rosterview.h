@@ -26,14 +26,15 @@ struct RosterView {
     std::map<StudentKey, OutreachOutcome> outreach;
     /// Whether contacts are remembered; otherwise nobody is known to have been written to.
     bool remembersContacts = true;
-    /// What students are sorted by, where Canvas has a sortable name.
-    std::map<StudentKey, std::string> sortNames;
     /// The short names of the courses.
     std::map<std::int64_t, std::string> courseCodes;
     /// Absent for a term.
     std::optional<CourseInsight> insight;
     /// Absent for a term.
     std::optional<CourseThresholds> thresholds;
+    /// Whether they were others at the last visit of this run, so that the movement may come from
+    /// them.
+    bool thresholdsChanged = false;
     /// The number of courses that the rows are from, or will be from once loaded.
     std::size_t courseCount = 1;
     /// While loading, the number of courses whose read has ended.
@@ -51,10 +52,6 @@ struct RosterView {
 [[nodiscard]] std::map<StudentKey, OutreachOutcome>
 outreachOf(const std::vector<RiskRow> &rows, const Stores &stores, Date now);
 
-/// The sortable names that Canvas has of the students of these courses.
-[[nodiscard]] std::map<StudentKey, std::string>
-sortNamesOf(std::span<const ScoredCourse *const> courses);
-
 /// The course codes; the name of a course without one.
 [[nodiscard]] std::map<std::int64_t, std::string>
 courseCodesOf(std::span<const ScoredCourse *const> courses);
@@ -65,8 +62,8 @@ courseCodesOf(std::span<const ScoredCourse *const> courses);
 /// The stale reason and the notes, one line each; empty if there are none.
 [[nodiscard]] std::string noteText(const RosterView &roster);
 
-/// The line below the title: the movement since the last visit, and the number of students awaiting
-/// follow-up; empty if there is neither.
+/// The line below the title: the movement since the last visit, the number of students awaiting
+/// follow-up, and whether thresholds have changed; empty if there is none of them.
 [[nodiscard]] std::string rememberedLine(const RosterView &roster);
 
 } // namespace ellwynd

@@ -11,6 +11,22 @@ std::string levelDiffersText(std::optional<RiskLevel> now, std::optional<RiskLev
         ". Recorded today: " + std::string(levelName(recorded)) + ".";
 }
 
+namespace {
+
+/// Whether the student has no entry before the last seven days, in a course that has some.
+bool isNew(const RiskRow &row, const RosterHistory &history, Date now) {
+    constexpr int days = 7;
+    const Date boundary = calendar::daysBefore(now, days);
+    const auto own = history.entries(row.courseID, row.id);
+    return std::ranges::none_of(
+               own, [&](const RosterSnapshot *entry) { return entry->recordedAt < boundary; }) &&
+        std::ranges::any_of(history.entries(), [&](const RosterSnapshot &entry) {
+               return entry.courseID == row.courseID && entry.recordedAt < boundary;
+           });
+}
+
+} // namespace
+
 StudentHistory studentHistory(
     const RiskRow &row, const std::vector<RosterChange> &movement, const Stores &stores, Date now) {
     StudentHistory history{
@@ -26,6 +42,7 @@ StudentHistory studentHistory(
     }
     if (change != movement.end())
         history.change = *change;
+    history.isNew = isNew(row, stores.history, now);
     return history;
 }
 

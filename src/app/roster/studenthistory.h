@@ -1,6 +1,7 @@
 // The recorded history of one student in one course.
 #pragma once
 
+#include "app/explain/othercourses.h"
 #include "app/shell/stores.h"
 #include "memory/movement.h"
 #include "memory/outreach.h"
@@ -17,6 +18,10 @@ struct StudentHistory {
     std::optional<OutreachOutcome> outreach;
     /// Set if today's recorded level, the last of the trend, is no longer the student's level.
     bool levelDiffers = false;
+    /// Set for a student who was not on the roster a week ago, while others were.
+    bool isNew = false;
+    /// The other courses in memory in which the student is flagged.
+    std::vector<OtherCourse> otherCourses{};
 
     bool operator==(const StudentHistory &) const = default;
 };
@@ -25,6 +30,10 @@ struct StudentHistory {
 /// @param recorded the level recorded today.
 [[nodiscard]] std::string
 levelDiffersText(std::optional<RiskLevel> now, std::optional<RiskLevel> recorded);
+
+/// "New in this course: not on the roster a week ago."
+inline constexpr std::string_view newStudentText =
+    "New in this course: not on the roster a week ago.";
 
 /// @param movement the movement of the student's course.
 [[nodiscard]] StudentHistory studentHistory(

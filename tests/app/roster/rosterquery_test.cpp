@@ -46,7 +46,12 @@ RosterView someRoster() {
         .levelThen = RecordedLevel(RiskLevel::watch),
         .levelNow = RiskLevel::watch,
         .daysSince = 8};
-    view.sortNames = {{{7, 1}, "Adams, Zoe"}, {{7, 6}, "Zed, Ana"}};
+    for (RiskRow &row : view.rows) {
+        if (row.id == 1)
+            row.sortableName = "Adams, Zoe";
+        else if (row.id == 6)
+            row.sortableName = "Zed, Ana";
+    }
     return view;
 }
 

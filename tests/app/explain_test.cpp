@@ -1,0 +1,226 @@
+#include "app/explain/explaintexts.h"
+#include "app/explain/lookback.h"
+#include "app/explain/othercourses.h"
+#include "app/explain/thresholdeffect.h"
+#include "app/mainwindowcontroller.h"
+#include "app/roster/studenthistory.h"
+#include "support/core.h"
+#include "support/instants.h"
+#include "support/rosters.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+namespace ellwynd {
+namespace {
+
+using std::chrono::days;
+using test::noon;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::int64_t introToProgramming = 900101;
+
+SharedCourse course(
+    std::int64_t id, std::vector<RiskRow> rows, std::int64_t term = 1,
+    std::optional<Date> endsAt = std::nullopt) {
+    ScoredCourse scored{
+        .course = {.id = id, .name = "Course " + std::to_string(id), .term = Term{.id = term}},
+        .rows = std::move(rows),
+        .fetchedAt = noon,
+        .termEndsAt = endsAt};
+    for (RiskRow &row : scored.rows)
+        row.courseID = id;
+    return std::make_shared<const ScoredCourse>(std::move(scored));
+}
+
+TEST(Explain, TheEffectLineSaysHowManyAndWho) {
+    struct Row {
+        const char *what;
+        std::vector<std::pair<const char *, const char *>> levels;
+        double passing;
+        std::int64_t inactivity;
+        std::string line;
+        std::string details;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"nothing changes",
+              {{"Watch", "Watch"}, {"OK", "OK"}},
+              60,
+              7,
+              "At 60 %: 1 flagged, as before.",
+              ""},
+             {"fewer",
+              {{"At Risk", "Concern"}, {"Watch", "OK"}, {"Watch", "Watch"}},
+              62.5,
+              7,
+              "At 62.5 %: 2 flagged instead of 3.",
+              "Now Concern: Student 1. No longer flagged: Student 2."},
+             {"more, by the other threshold",
+              {{"OK", "Watch"}},
+              70,
+              1,
+              "At 1 day: 1 flagged instead of 0.",
+              "Now Watch: Student 1."},
+             {"both, with more names than fit",
+              {{"OK", "At Risk"},
+               {"OK", "At Risk"},
+               {"OK", "At Risk"},
+               {"OK", "At Risk"},
+               {"OK", "At Risk"},
+               {"OK", "At Risk"}},
+              80,
+              14,
+              "At 80 % and 14 days: 6 flagged instead of 0.",
+              "Now At Risk: Student 1, Student 2, Student 3, Student 4 and 2 more."}}) {
+        ScoredCourse before;
+        ScoredCourse after;
+        std::int64_t id = 0;
+        for (const auto &[from, to] : row.levels) {
+            before.rows.push_back(test::row(++id, from));
+            after.rows.insert(after.rows.begin(), test::row(id, to));
+        }
+        const ThresholdEffect effect = thresholdEffect(before, after);
+        EXPECT_EQ(
+            effectLine(effect, {}, {.passingScore = row.passing, .inactivityDays = row.inactivity}),
+            row.line)
+            << row.what;
+        EXPECT_EQ(effectDetails(effect), row.details) << row.what;
+    }
+}
+
+TEST(Explain, TheEffectIsWhatThenHappens) {
+    test::Core core{{{"SampleData", true}}, test::noonClock};
+    MainWindowController controller{core.defaults, core.connector, core.stores,
+                                    core.trends,   core.sinks,     test::noonClock};
+    controller.refresh();
+    controller.select(CourseSelection{introToProgramming});
+    std::mt19937 random(7);
+    std::size_t changes = 0;
+    for (int i = 0; i < 200; ++i) {
+        const SharedCourse before = controller.scoredCourse(introToProgramming);
+        ASSERT_NE(before, nullptr);
+        CourseThresholds then = before->thresholds;
+        then.passingScore = double(40 + random() % 55);
+        then.inactivityDays = std::int64_t(1 + random() % 30);
+        const ThresholdEffect effect = thresholdEffect(*before, rescored(*before, then));
+        core.defaults.update(
+            {{courseSettings::key(introToProgramming, courseSettings::passingScore),
+              then.passingScore},
+             {courseSettings::key(introToProgramming, courseSettings::inactivityDays),
+              then.inactivityDays}});
+        std::map<std::int64_t, std::optional<RiskLevel>> expected;
+        for (const RiskRow &row : before->rows)
+            expected.emplace(row.id, row.level);
+        for (const ThresholdEffect::Change &change : effect.changes) {
+            EXPECT_EQ(expected.at(change.student.studentID), change.from);
+            expected[change.student.studentID] = change.to;
+        }
+        std::int64_t flagged = 0;
+        for (const RiskRow &row : controller.roster().rows) {
+            EXPECT_EQ(row.level, expected.at(row.id)) << row.name << i;
+            flagged += row.level ? 1 : 0;
+        }
+        EXPECT_EQ(effect.flaggedAfter, flagged);
+        changes += effect.changes.size();
+    }
+    EXPECT_GT(changes, 200U);
+    EXPECT_TRUE(controller.roster().thresholdsChanged) << "since the course was opened";
+}
+
+TEST(Explain, OtherCoursesOfTheStudentAreFound) {
+    RosterCache cache;
+    cache.store(course(1, {test::row(5, "Watch"), test::row(6, "At Risk")}));
+    cache.store(course(2, {test::row(5, "Concern"), test::row(7, "Watch")}));
+    cache.store(course(3, {test::row(5, "OK")}));
+    cache.store(course(4, {test::row(5, "At Risk")}, 2, noon + days(9)));
+    cache.store(course(8, {test::row(5, "At Risk")}, 3, noon - days(9)));
+    std::vector<std::string> texts;
+    RiskRow row = test::row(5, "Watch");
+    row.courseID = 1;
+    for (const OtherCourse &other : otherCourses(row, cache))
+        texts.push_back(alsoInText(other));
+    EXPECT_THAT(texts, ElementsAre("Also in Course 4: At Risk", "Also in Course 2: Concern"))
+        << "neither where all is well nor in a term that has ended";
+    row.id = 6;
+    EXPECT_THAT(otherCourses(row, cache), IsEmpty());
+}
+
+TEST(Explain, AStudentIsNewWithinAWeek) {
+    struct Row {
+        const char *what;
+        std::vector<RosterSnapshot> entries;
+        bool isNew;
+    };
+    for (const Row &row : std::vector<Row>{
+             {"nothing is recorded", {}, false},
+             {"the course is new too", {test::entry(7, 2, noon - days(3), "OK")}, false},
+             {"others were there before", {test::entry(7, 2, noon - days(9), "OK")}, true},
+             {"seen lately for the first time",
+              {test::entry(7, 2, noon - days(9), "OK"), test::entry(7, 1, noon - days(6), "OK")},
+              true},
+             {"was there before",
+              {test::entry(7, 2, noon - days(9), "OK"), test::entry(7, 1, noon - days(9), "OK")},
+              false},
+             {"another course is older", {test::entry(8, 2, noon - days(90), "OK")}, false}}) {
+        test::Core core{{}, test::noonClock};
+        core.stores.history.fill(row.entries);
+        EXPECT_EQ(studentHistory(test::row(1, "OK"), {}, core.stores, noon).isNew, row.isNew)
+            << row.what;
+    }
+}
+
+TEST(Explain, TheLookBackIsAGridOfStudentsAndDays) {
+    test::Core core{{}, test::noonClock};
+    core.stores.history.fill(
+        {test::entry(7, 1, noon - days(20), "Watch"), test::entry(7, 9, noon - days(20), "OK"),
+         test::entry(7, 8, noon - days(20), "At Risk"),
+         test::entry(7, 1, noon - days(10), "At Risk"), test::entry(7, 2, noon - days(10), "OK"),
+         test::entry(8, 1, noon - days(5), "OK"), test::entry(7, 1, noon, "Watch"),
+         test::entry(7, 2, noon, "strange")});
+    core.stores.contacts.noteContacts(7, {1}, noon - days(10));
+    core.stores.contacts.noteContacts(7, {8}, noon - days(20));
+    const std::vector<RiskRow> roster{test::row(1, "Watch"), test::row(2, "OK")};
+    const LookBack look = lookBack(7, roster, core.stores.history, core.stores.contacts);
+    std::vector<std::string> lines;
+    for (const LookBack::Row &row : look.rows) {
+        std::string line = row.name + ":";
+        for (const RecordedLevel &level : row.levels)
+            line += level.isKnown() ? std::string(levelLetter(level)) : ".";
+        lines.push_back(line);
+    }
+    EXPECT_EQ(look.days.size(), 3U);
+    EXPECT_THAT(
+        lines, ElementsAre("Student 1:WRW", "Student 2:.–.", "Student 8:R..", "Student 9:–.."));
+    EXPECT_EQ(outreachSummary(look, true), "2 written to, 1 better within two weeks");
+    EXPECT_EQ(outreachSummary(look, false), "Contacts are not remembered.");
+    const LookBack none = lookBack(99, {}, core.stores.history, core.stores.contacts);
+    EXPECT_TRUE(none.days.empty());
+    EXPECT_EQ(outreachSummary(none, true), "You have not written to anyone in this course.");
+}
+
+TEST(Explain, SignalsAndCoverageAsTexts) {
+    RiskRow row = test::row(1, "At Risk");
+    row.score = 0.5;
+    row.signals[Signal::missing] = 0.21;
+    row.signals[Signal::grade] = 0;
+    row.floor = ScoreFloor::mostWorkMissing;
+    EXPECT_EQ(
+        signalsText(row),
+        "Score 0.50, Missing work 0.21, Past due no data, Time in course no data, Current score "
+        "0.00, Inactivity no data. Raised to At Risk, since at least half of the work so far is "
+        "missing.");
+    const Coverage all{{Signal::missing, true, ""}, {Signal::time, true, "limited"}};
+    EXPECT_EQ(coverageLine(all), "All 2 signals count");
+    EXPECT_TRUE(isLimited(all));
+    EXPECT_EQ(coverageText(all[1]), "Time in course counts. limited");
+    const Coverage some{{Signal::missing, true, ""}, {Signal::time, false, "None."}};
+    EXPECT_EQ(coverageLine(some), "1 of 2 signals count");
+    EXPECT_EQ(coverageText(some[1]), "Time in course does not count. None.");
+    EXPECT_FALSE(isLimited({{Signal::missing, true, ""}}));
+    EXPECT_EQ(coverageLine({}), "");
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,5 +1,6 @@
 #include "cli/documents.h"
 
+#include "app/explain/explaintexts.h"
 #include "app/roster/rostertexts.h"
 #include "base/calendar.h"
 #include "base/text.h"
@@ -25,6 +26,42 @@ JSON linkDocument(const ReasonLink &link) {
     if (const auto *assignment = std::get_if<AssignmentRef>(&link.target))
         return {{"target", "assignment"}, {"id", assignment->id}, {"name", assignment->name}};
     return {{"target", "grades"}};
+}
+
+/// The signal's name in documents.
+std::string_view documentName(Signal signal) {
+    switch (signal) {
+    case Signal::missing:
+        return "missing";
+    case Signal::pastDue:
+        return "pastDue";
+    case Signal::time:
+        return "time";
+    case Signal::grade:
+        return "grade";
+    case Signal::inactivity:
+        break;
+    }
+    return "inactivity";
+}
+
+/// Numbers, which add up to the score unless a rule has lifted it.
+JSON signalsDocument(const SignalShares &signals) {
+    JSON shares = JSON::object();
+    for (const Signal signal : allSignals)
+        shares[std::string(documentName(signal))] = signals[signal].value_or(0);
+    return shares;
+}
+
+JSON coverageDocument(const Coverage &coverage) {
+    JSON entries = JSON::array();
+    for (const SignalCoverage &entry : coverage) {
+        entries.push_back(
+            {{"signal", documentName(entry.signal)},
+             {"counts", entry.counts},
+             {"note", entry.note.empty() ? JSON(nullptr) : JSON(entry.note)}});
+    }
+    return entries;
 }
 
 std::string_view kindName(const RosterChange &change) {
@@ -87,9 +124,12 @@ JSON rowDocument(const RiskRow &row, const std::optional<OutreachOutcome> &outre
     return {
         {"id", row.id},
         {"name", row.name},
+        {"sortableName", orNull(row.sortableName)},
         {"courseID", row.courseID},
         {"courseName", row.courseName},
         {"score", row.score},
+        {"signals", signalsDocument(row.signals)},
+        {"floor", row.floor ? JSON(floorName(*row.floor)) : JSON(nullptr)},
         {"level", row.level ? JSON(levelName(*row.level)) : JSON(nullptr)},
         {"currentScore", orNull(row.currentScore)},
         {"currentGrade", orNull(row.currentGrade)},
@@ -124,6 +164,7 @@ JSON rosterDocument(const ScoredCourse &course, const RosterMemory &memory) {
         {"rows", std::move(rows)},
         {"missedWork", std::move(missed)},
         {"movement", movementDocument(memory.movement)},
+        {"coverage", coverageDocument(course.coverage)},
         {"notes", course.notes},
     };
 }
@@ -166,6 +207,13 @@ std::string rosterText(const ScoredCourse &course, const RosterMemory &memory, D
         "{}\n{} · updated {}\n{}\n", oneLine(displayName(course.course)),
         studentsText(course.rows.size()), calendar::shortTime(course.fetchedAt),
         thresholdsSummary(course.thresholds));
+    if (isLimited(course.coverage)) {
+        text += coverageLine(course.coverage) + "\n";
+        for (const SignalCoverage &entry : course.coverage) {
+            if (!entry.counts || !entry.note.empty())
+                text += "  " + coverageText(entry) + "\n";
+        }
+    }
     if (const auto summary = summaryLine(memory.movement))
         text += *summary + "\n";
     text += "\n";

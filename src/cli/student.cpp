@@ -1,3 +1,4 @@
+#include "app/explain/explaintexts.h"
 #include "app/roster/studenthistory.h"
 #include "base/calendar.h"
 #include "base/text.h"
@@ -39,6 +40,9 @@ std::string studentText(const RiskRow &row, const StudentHistory &history, Date 
     const auto paragraph = [&text](const std::string &sentence) {
         text += fmt::format("\n{}\n", oneLine(sentence));
     };
+    paragraph(signalsText(row));
+    if (history.isNew)
+        paragraph(std::string(newStudentText));
     if (history.change)
         paragraph(changeText(*history.change) + ".");
     if (history.trend)

@@ -1,4 +1,6 @@
+#include "app/explain/thresholdeffect.h"
 #include "app/shell/settings.h"
+#include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
@@ -7,12 +9,54 @@
 
 namespace ellwynd::cli {
 
+namespace {
+
+JSON changeDocument(const ThresholdEffect::Change &change) {
+    const auto level = [](std::optional<RiskLevel> of) {
+        return of ? JSON(levelName(*of)) : JSON(nullptr);
+    };
+    return {
+        {"id", change.student.studentID},
+        {"name", change.name},
+        {"from", level(change.from)},
+        {"to", level(change.to)}};
+}
+
+int printEffect(
+    CommandLine &line, CommandContext &context, std::int64_t courseID,
+    std::optional<double> passing, std::optional<std::int64_t> inactivity) {
+    const ScoredCourse course = loadByID(context, courseID);
+    CourseThresholds then =
+        line.has("use-defaults") ? defaultThresholds(context.defaults()) : course.thresholds;
+    then.passingScore = passing.value_or(then.passingScore);
+    then.inactivityDays = inactivity.value_or(then.inactivityDays);
+    const ThresholdEffect effect = thresholdEffect(course, rescored(course, then));
+    if (line.wantsJSON()) {
+        JSON changes = JSON::array();
+        for (const ThresholdEffect::Change &change : effect.changes)
+            changes.push_back(changeDocument(change));
+        line.print(printed(
+            {{"flaggedNow", effect.flaggedBefore},
+             {"flaggedThen", effect.flaggedAfter},
+             {"changes", std::move(changes)}}));
+        return done;
+    }
+    std::string text = effectLine(effect, course.thresholds, then) + "\n";
+    if (const std::string details = effectDetails(effect); !details.empty())
+        text += oneLine(details) + "\n";
+    line.print(text);
+    return done;
+}
+
+} // namespace
+
 static int runThresholds(CommandContext &context, const QStringList &words) {
     CommandLine line(context, "thresholds", "Show, set or reset one course's thresholds.");
     line.argument("COURSE", "The course's id.");
     line.option("passing", "P", "Passing score for this course, percent.");
     line.option("inactivity", "T", "Inactivity window for this course, days behind the class.");
     line.flag("use-defaults", "Follow the defaults again.");
+    line.flag("dry-run", "Show what these thresholds would do, and change nothing.");
     if (!line.parse(words))
         return done;
     const std::int64_t id = parseID(line.word(0), "course");
@@ -21,6 +65,8 @@ static int runThresholds(CommandContext &context, const QStringList &words) {
     if (line.has("use-defaults") && (passing || inactivity))
         throw UsageError("--use-defaults cannot be combined with --passing or --inactivity");
 
+    if (line.has("dry-run"))
+        return printEffect(line, context, id, passing, inactivity);
     const auto source = context.connect();
     static_cast<void>(findCourse(fetchCourses(context, *source), id));
     UserDefaults &defaults = context.defaults();

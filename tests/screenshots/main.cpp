@@ -17,6 +17,7 @@
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/copysetupsheet.h"
 #include "ui/sheets/iconsheet.h"
+#include "ui/sheets/lookbacksheet.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/support/alert.h"
@@ -97,8 +98,21 @@ class Screenshots {
         drawWrite(defaults, window);
         drawPrint(controller, window);
         if (auto *sheet = window.openThresholds()) {
+            writeSetting(
+                defaults, courseSettings::key(introToProgramming, courseSettings::passingScore),
+                60.0);
             settle();
             save(*sheet, "thresholds");
+            sheet->close();
+            controller.undoStack().undo();
+        }
+        for (QAction *command : window.findChildren<QAction *>()) {
+            if (command->text() == QStringLiteral("&Look Back…"))
+                command->trigger();
+        }
+        settle();
+        if (auto *sheet = window.findChild<LookBackSheet *>()) {
+            save(*sheet, "look-back");
             sheet->close();
         }
         drawCourseSheets(defaults, controller, appearance, window);

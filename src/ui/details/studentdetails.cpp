@@ -1,8 +1,10 @@
 #include "ui/details/studentdetails.h"
 
 #include "app/courses/courselabel.h"
+#include "app/explain/explaintexts.h"
 #include "app/messages/messagetexts.h"
 #include "app/roster/rostertexts.h"
+#include "ui/details/signalbars.h"
 #include "ui/details/termchart.h"
 #include "ui/support/appearance.h"
 #include "ui/support/flowlayout.h"
@@ -175,6 +177,11 @@ void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
         line->addStretch(1);
     }
     column.addLayout(line);
+    if (history.isNew) {
+        auto *isNew = secondaryLabel(nullptr, qstring(newStudentText));
+        isNew->setFont(appearance.font(0.92));
+        column.addWidget(isNew);
+    }
 }
 
 void StudentDetails::addFigures(QVBoxLayout &column, const RiskRow &row) {
@@ -356,10 +363,24 @@ void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {
         if (line.role == ReasonRole::missingWork)
             addAssignments(column, missingAssignments(row));
     }
+    column.addWidget(new SignalBars(row, appearance));
+    if (row.floor) {
+        auto *raised = secondaryLabel(nullptr, qstring(floorText(*row.floor)));
+        raised->setFont(appearance.font(0.92));
+        column.addWidget(raised);
+    }
     auto *grades = new TextLink(QStringLiteral("Open Grades"));
     grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
     connect(grades, &QAbstractButton::clicked, this, [this, row] { Q_EMIT gradesRequested(row); });
     column.addWidget(grades);
+    for (const OtherCourse &other : history.otherCourses) {
+        auto *link = new TextLink(qstring(alsoInText(other)));
+        link->setToolTip(QStringLiteral("Show this student in that course"));
+        connect(link, &QAbstractButton::clicked, this, [this, student = other.student] {
+            Q_EMIT studentRequested(student);
+        });
+        column.addWidget(link);
+    }
 }
 
 } // namespace ellwynd

@@ -40,6 +40,8 @@ class StudentDetails : public QWidget {
     /// The menu of messages is about to open.
     void messagesRequested(QMenu *menu);
     void contactsRequested(const std::vector<ellwynd::RiskRow> &students);
+    /// A student should be shown in another course.
+    void studentRequested(const ellwynd::StudentKey &student);
     void gradesRequested(const ellwynd::RiskRow &row);
     void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);
 

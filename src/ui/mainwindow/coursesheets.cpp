@@ -1,23 +1,30 @@
 #include "ui/mainwindow/coursesheets.h"
 
+#include "app/explain/explaintexts.h"
 #include "app/mainwindowcontroller.h"
 #include "app/roster/rostertexts.h"
 #include "app/undo/undotexts.h"
 #include "ui/print/printsheet.h"
 #include "ui/sheets/copysetupsheet.h"
 #include "ui/sheets/iconsheet.h"
+#include "ui/sheets/lookbacksheet.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
+#include "ui/support/alert.h"
 #include "uikit/convert.h"
+
+#include <QMessageBox>
+#include <QPushButton>
 
 namespace ellwynd {
 
 CourseSheets::CourseSheets(
-    MainWindowController &controller, UserDefaults &defaults, const Appearance &appearance,
-    QWidget &window)
+    MainWindowController &controller, UserDefaults &defaults, const Stores &stores,
+    const Appearance &appearance, QWidget &window)
     : QObject(&window),
       controller(controller),
       defaults(defaults),
+      stores(stores),
       appearance(appearance),
       window(window) {}
 
@@ -43,8 +50,9 @@ ThresholdsSheet *CourseSheets::openThresholds() {
     const RosterView &roster = controller.roster();
     if (!roster.courseID)
         return nullptr;
-    auto *sheet =
-        new ThresholdsSheet(*roster.courseID, roster.title, defaults, appearance, &window);
+    auto *sheet = new ThresholdsSheet(
+        *roster.courseID, roster.title, controller.scoredCourse(*roster.courseID), defaults,
+        appearance, &window);
     connect(
         sheet, &ThresholdsSheet::editDidEnd, this,
         [this, texts = undotexts::changedThresholds(roster.title)](const PreferenceEdit &edit) {
@@ -52,6 +60,36 @@ ThresholdsSheet *CourseSheets::openThresholds() {
         });
     sheet->show();
     return sheet;
+}
+
+LookBackSheet *CourseSheets::openLookBack() {
+    const RosterView &roster = controller.roster();
+    if (!roster.courseID)
+        return nullptr;
+    LookBack look = lookBack(*roster.courseID, roster.rows, stores.history, stores.contacts);
+    const QString outreach = qstring(outreachSummary(look, roster.remembersContacts));
+    auto *sheet =
+        new LookBackSheet(std::move(look), qstring(roster.title), outreach, appearance, &window);
+    connect(
+        sheet, &LookBackSheet::studentRequested, this,
+        [this, courseID = *roster.courseID](std::int64_t studentID) {
+            Q_EMIT studentsRequested({{courseID, studentID}});
+        });
+    sheet->show();
+    return sheet;
+}
+
+void CourseSheets::openCoverage() {
+    const RosterView &roster = controller.roster();
+    if (!roster.insight)
+        return;
+    QStringList lines;
+    for (const SignalCoverage &entry : roster.insight->coverage)
+        lines << QStringLiteral("• ") + qstring(coverageText(entry));
+    QMessageBox *box =
+        plainAlert(&window, qstring(coverageLine(roster.insight->coverage)), lines.join(u'\n'));
+    box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
+    box->open();
 }
 
 void CourseSheets::openIcon() {

@@ -12,8 +12,10 @@ class QWidget;
 
 namespace ellwynd {
 
+struct Stores;
 class Appearance;
 class MainWindowController;
+class LookBackSheet;
 class MissingWorkSheet;
 class PrintSheet;
 class ThresholdsSheet;
@@ -26,11 +28,15 @@ class CourseSheets : public QObject {
   public:
     /// @param window owns this object and the sheets; the other arguments must outlive it.
     CourseSheets(
-        MainWindowController &controller, UserDefaults &defaults, const Appearance &appearance,
-        QWidget &window);
+        MainWindowController &controller, UserDefaults &defaults, const Stores &stores,
+        const Appearance &appearance, QWidget &window);
 
     MissingWorkSheet *openMissingWork();
     ThresholdsSheet *openThresholds();
+    /// Opens the levels of the course's students over the term; null when no course is displayed.
+    LookBackSheet *openLookBack();
+    /// Opens the list of the signals that count.
+    void openCoverage();
     void openIcon();
     void openCopySetup();
     /// Opens "Print…" for the displayed roster, of a course or of a term.
@@ -46,6 +52,7 @@ class CourseSheets : public QObject {
   private:
     MainWindowController &controller;
     UserDefaults &defaults;
+    const Stores &stores;
     const Appearance &appearance;
     QWidget &window;
 };

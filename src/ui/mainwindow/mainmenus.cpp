@@ -108,6 +108,7 @@ void MainMenus::makeCourseMenus() {
     missingWork =
         add(course, QStringLiteral("&Missing Work by Assignment…"), {Qt::CTRL | Qt::Key_M});
     thresholds = add(course, QStringLiteral("Risk &Thresholds…"), {Qt::CTRL | Qt::Key_T});
+    lookBack = add(course, QStringLiteral("&Look Back…"), {Qt::CTRL | Qt::Key_L});
     courseIcon = add(course, QStringLiteral("&Icon…"));
     copySetup = add(course, QStringLiteral("Copy Course &Setup…"));
     course.addSeparator();
@@ -163,7 +164,7 @@ void MainMenus::update(const CommandState &state) {
                             : QStringLiteral("&Hide Student Details"));
     for (QAction *command : {exportCSV, exportMarkdown})
         command->setEnabled(state.rosterShown);
-    for (QAction *command : {missingWork, thresholds, courseIcon, copySetup, openCourse})
+    for (QAction *command : {missingWork, thresholds, lookBack, courseIcon, copySetup, openCourse})
         command->setEnabled(state.rosterShown && state.oneCourse);
     sortBy->setEnabled(state.anyStudents);
     for (QAction *command : {findStudent, print})

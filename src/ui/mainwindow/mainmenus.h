@@ -71,6 +71,7 @@ class MainMenus : public QObject {
     // Course
     QAction *missingWork = nullptr;
     QAction *thresholds = nullptr;
+    QAction *lookBack = nullptr;
     QAction *courseIcon = nullptr;
     QAction *copySetup = nullptr;
     QAction *openCourse = nullptr;

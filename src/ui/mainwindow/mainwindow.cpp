@@ -75,7 +75,7 @@ MainWindow::MainWindow(
               return !writing->isInFront() &&
                   (settingsWindow == nullptr || !settingsWindow->isActiveWindow());
           })),
-      sheets(new CourseSheets(controller, defaults, appearance, *this)),
+      sheets(new CourseSheets(controller, defaults, stores, appearance, *this)),
       contextMenus(new ContextMenus(controller, *menus, *desktopActions, *this)),
       connectionViews(
           new ConnectionViews(defaults, connection, controller, appearance, *middle, *this)),
@@ -128,6 +128,7 @@ void MainWindow::connectCommands() {
 
     on(menus->missingWork, &MainWindow::openMissingWork);
     on(menus->thresholds, &MainWindow::openThresholds);
+    on(menus->lookBack, [this] { sheets->openLookBack(); });
     on(menus->courseIcon, [this] { sheets->openIcon(); });
     on(menus->copySetup, [this] { sheets->openCopySetup(); });
     on(menus->openCourse, [this] {
@@ -182,6 +183,7 @@ void MainWindow::connectViews() {
     RosterTable *table = rosterPane->table();
     connect(rosterPane, &RosterPane::thresholdsRequested, this, &MainWindow::openThresholds);
     connect(rosterPane, &RosterPane::missingWorkRequested, this, &MainWindow::openMissingWork);
+    connect(rosterPane, &RosterPane::coverageRequested, sheets, &CourseSheets::openCoverage);
     connect(
         rosterPane, &RosterPane::refreshRequested, &controller,
         &MainWindowController::refreshRoster);
@@ -220,6 +222,7 @@ void MainWindow::connectViews() {
     connect(
         details, &StudentDetails::contactsRequested, &controller.actions(),
         &RosterActions::markContacted);
+    connect(details, &StudentDetails::studentRequested, this, &MainWindow::showStudent);
     connect(details, &StudentDetails::gradesRequested, this, grades);
     connect(details, &StudentDetails::assignmentRequested, this, assignment);
 
@@ -452,7 +455,11 @@ SettingsWindow &MainWindow::settings() {
     if (settingsWindow == nullptr) {
         settingsWindow = new SettingsWindow(
             defaults, stores, controller.undoStack(), connection, sync, notifications,
-            [this] { return previewStudents(); }, appearance, this);
+            [this] { return previewStudents(); }, [this] { return controller.scoredCourses(); },
+            appearance, this);
+        connect(
+            &controller, &MainWindowController::rescoringDidEnd, settingsWindow,
+            &SettingsWindow::showThresholdEffect);
         settingsWindow->setUpdateChecksAvailable(updateChecksAvailable);
         connect(
             settingsWindow, &SettingsWindow::connectionDidChange, &controller,

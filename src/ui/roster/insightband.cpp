@@ -1,6 +1,7 @@
 #include "ui/roster/insightband.h"
 
 #include "app/courses/courselabel.h"
+#include "app/explain/explaintexts.h"
 #include "base/calendar.h"
 #include "ui/support/appearance.h"
 #include "ui/support/levelpill.h"
@@ -118,6 +119,8 @@ void InsightBand::rebuild() {
         caption->setFont(appearance.font(0.86));
         column->addWidget(caption);
     }
+    if (!insight.coverage.empty())
+        column->addWidget(makeCoverage(whole), 0, Qt::AlignLeft);
     makeLine();
     auto *row = static_cast<QHBoxLayout *>(layout());
     row->insertWidget(0, whole, 1);
@@ -152,6 +155,11 @@ void InsightBand::makeLine() {
         row->addWidget(now);
         row->addSpacing(appearance.px(6));
     }
+    if (isLimited(insight.coverage)) {
+        TextLink *coverage = makeCoverage(line);
+        row->addWidget(coverage);
+        lessImportant.push_back({coverage});
+    }
     row->addStretch(1);
     if (!insight.mostMissed.empty()) {
         const MissedAssignment &most = insight.mostMissed.front();
@@ -159,10 +167,23 @@ void InsightBand::makeLine() {
         TextLink *link = makeAssignmentLink(most, qstring(mostMissedText(most)), line);
         row->addWidget(title);
         row->addWidget(link);
-        lessImportant = {{heading}, sparklines, {title}, {link}};
+        lessImportant.insert(lessImportant.end(), {{heading}, sparklines, {title}, {link}});
     } else {
-        lessImportant = {{heading}, sparklines};
+        lessImportant.insert(lessImportant.end(), {{heading}, sparklines});
     }
+}
+
+/// A link to the list of the signals that count.
+TextLink *InsightBand::makeCoverage(QWidget *parent) {
+    auto *link = new TextLink(qstring(coverageLine(insight.coverage)), parent);
+    link->setFont(appearance.font(0.92));
+    link->setWordWrap(false);
+    QStringList lines;
+    for (const SignalCoverage &entry : insight.coverage)
+        lines << qstring(coverageText(entry));
+    link->setToolTip(plainToolTip(lines.join(u'\n')));
+    connect(link, &QAbstractButton::clicked, this, &InsightBand::coverageRequested);
+    return link;
 }
 
 /// A link that shows the students who are missing an assignment.

@@ -28,6 +28,8 @@ class InsightBand : public QFrame {
 
   Q_SIGNALS:
     void missingWorkRequested();
+    /// The list of the signals that count should be shown.
+    void coverageRequested();
     /// Only the students who are missing an assignment should be shown.
     void assignmentRequested(const ellwynd::AssignmentRef &assignment);
     /// The teacher asked for one line, or for the whole band.
@@ -44,6 +46,7 @@ class InsightBand : public QFrame {
     QWidget *makeOutreach();
     QWidget *makeMostMissed();
     void makeLine();
+    [[nodiscard]] TextLink *makeCoverage(QWidget *parent);
     [[nodiscard]] QWidget *makeSparkline(RiskLevel level, QWidget *parent) const;
     [[nodiscard]] TextLink *
     makeAssignmentLink(const MissedAssignment &assignment, const QString &text, QWidget *parent);

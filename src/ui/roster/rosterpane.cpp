@@ -134,6 +134,7 @@ void RosterPane::connectViews() {
     connect(header, &RosterHeader::missingWorkRequested, this, &RosterPane::missingWorkRequested);
     connect(header, &RosterHeader::refreshRequested, this, &RosterPane::refreshRequested);
     connect(insight, &InsightBand::missingWorkRequested, this, &RosterPane::missingWorkRequested);
+    connect(insight, &InsightBand::coverageRequested, this, &RosterPane::coverageRequested);
     connect(insight, &InsightBand::collapseRequested, this, [this](bool collapsed) {
         defaults.set(
             preferences::courseInsightPanelMode, std::string(collapsed ? "small" : "shown"));

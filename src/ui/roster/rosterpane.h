@@ -37,6 +37,7 @@ class RosterPane : public QWidget {
   Q_SIGNALS:
     void thresholdsRequested();
     void missingWorkRequested();
+    void coverageRequested();
     void refreshRequested();
     void contextMenuRequested(const QPoint &globalPosition);
     /// The rows shown have changed, and with them whether there are any.

@@ -25,13 +25,14 @@ namespace ellwynd {
 SettingsWindow::SettingsWindow(
     UserDefaults &defaults, Stores &stores, UndoStack &undo, ConnectionCheck &check,
     SyncService &syncService, UserNotifications &notifications, PreviewSource previewStudent,
-    const Appearance &appearance, QWidget *parent)
+    ScoredCourses courses, const Appearance &appearance, QWidget *parent)
     : QDialog(parent),
       appearance(appearance),
       pages(new QListWidget(this)),
       panes(new QStackedWidget(this)),
       generalPane(new GeneralPane(defaults, appearance)),
       connectionPane(new ConnectionPane(defaults, check, appearance)),
+      thresholdsPane(new ThresholdsPane(defaults, undo, std::move(courses), appearance)),
       messagesPane(new MessagesPane(
           defaults, stores.templates, undo, std::move(previewStudent), appearance)) {
     setWindowTitle(QStringLiteral("Settings"));
@@ -47,7 +48,7 @@ SettingsWindow::SettingsWindow(
 
     addPage(QStringLiteral("General"), generalPane);
     addPage(QStringLiteral("Connection"), connectionPane);
-    addPage(QStringLiteral("Risk Thresholds"), new ThresholdsPane(defaults, undo, appearance));
+    addPage(QStringLiteral("Risk Thresholds"), thresholdsPane);
     addPage(QStringLiteral("Messages"), messagesPane);
     addPage(
         QStringLiteral("Notifications"),
@@ -83,6 +84,10 @@ void SettingsWindow::setUpdateChecksAvailable(bool available) {
 
 void SettingsWindow::refreshPreview() {
     messagesPane->refreshPreview();
+}
+
+void SettingsWindow::showThresholdEffect() {
+    thresholdsPane->showEffect();
 }
 
 void SettingsWindow::addPage(const QString &title, QWidget *pane) {

@@ -3,6 +3,7 @@
 
 #include "preferences/userdefaults.h"
 #include "ui/settings/templateeditor.h"
+#include "ui/settings/thresholdspane.h"
 
 #include <QDialog>
 
@@ -40,7 +41,7 @@ class SettingsWindow : public QDialog {
     SettingsWindow(
         UserDefaults &defaults, Stores &stores, UndoStack &undo, ConnectionCheck &check,
         SyncService &syncService, UserNotifications &notifications, PreviewSource previewStudent,
-        const Appearance &appearance, QWidget *parent = nullptr);
+        ScoredCourses courses, const Appearance &appearance, QWidget *parent = nullptr);
 
     using QDialog::open;
     void open(Page page);
@@ -48,6 +49,8 @@ class SettingsWindow : public QDialog {
     void setUpdateChecksAvailable(bool available);
     /// Call when the student of the message preview may have changed.
     void refreshPreview();
+    /// Call when all courses were scored again.
+    void showThresholdEffect();
 
   Q_SIGNALS:
     /// An address or a token was saved, or the teacher signed out.
@@ -64,6 +67,7 @@ class SettingsWindow : public QDialog {
     QStackedWidget *panes;
     GeneralPane *generalPane;
     ConnectionPane *connectionPane;
+    ThresholdsPane *thresholdsPane;
     MessagesPane *messagesPane;
 };
 

@@ -218,10 +218,46 @@ TEST_F(CommandsTest, ThresholdsAreSetAndReset) {
     EXPECT_EQ(set["inactivityOverridden"], false);
     EXPECT_EQ(document({"--sample", "roster", "900101"})["passingScore"], 72.5);
     EXPECT_EQ(document({"--sample", "roster", "900102"})["passingScore"], 70.0);
+    const json effect =
+        document({"--sample", "thresholds", "900101", "--passing", "60", "--dry-run"});
+    EXPECT_EQ(effect["flaggedThen"], 7);
+    EXPECT_EQ(effect["changes"][0]["from"], "Concern");
+    EXPECT_EQ(effect["changes"][0]["to"], "Watch");
+    EXPECT_EQ(document({"--sample", "roster", "900101"})["passingScore"], 72.5)
+        << "a dry run changes nothing";
     const Outcome reset = call({"--sample", "thresholds", "900101", "--use-defaults"});
     EXPECT_EQ(
         reset.out,
         "Scored at 70% passing, 7 days behind the class. Following the defaults from Settings.\n");
+}
+
+TEST_F(CommandsTest, ADryRunSaysWhomThresholdsWouldFlag) {
+    EXPECT_EQ(
+        call({"--sample", "thresholds", "900101", "--passing", "60", "--dry-run"}).out,
+        "At 60 %: 7 flagged instead of 10.\n"
+        "Now Watch: Nadia, Theo. No longer flagged: Marcus, Iris, Liam.\n");
+    EXPECT_EQ(
+        call({"--sample", "thresholds", "900101", "--dry-run"}).out, "10 flagged, as before.\n");
+}
+
+TEST_F(CommandsTest, RostersExplainTheirScores) {
+    const json roster = document({"--sample", "roster", "900101"});
+    for (const json &row : roster["rows"]) {
+        double sum = 0;
+        for (const char *signal : {"missing", "pastDue", "time", "grade", "inactivity"})
+            sum += row["signals"][signal].get<double>();
+        if (row["floor"].is_null())
+            EXPECT_NEAR(sum, row["score"].get<double>(), 1e-9) << row["name"];
+        else
+            EXPECT_LT(sum, row["score"].get<double>()) << row["name"];
+        EXPECT_TRUE(row.contains("sortableName"));
+    }
+    ASSERT_EQ(roster["coverage"].size(), 5U);
+    EXPECT_EQ(
+        roster["coverage"][1], (json{{"signal", "pastDue"}, {"counts", true}, {"note", nullptr}}));
+    EXPECT_THAT(
+        call({"--sample", "student", "900101", "5001"}).out,
+        HasSubstr("\nScore 0.57, Missing work 0.30, "));
 }
 
 TEST_F(CommandsTest, DefaultsAreWrittenReadAndDeleted) {

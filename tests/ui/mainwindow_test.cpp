@@ -6,11 +6,15 @@
 #include "ui/dashboard/coursecard.h"
 #include "ui/details/studentdetails.h"
 #include "ui/settings/settingswindow.h"
+#include "ui/sheets/lookbacksheet.h"
 #include "ui/sheets/missingworksheet.h"
+#include "ui/sheets/thresholdssheet.h"
 #include "ui/sidebar/sidebar.h"
 #include "uikit/labels.h"
 #include "uikit/textlink.h"
 
+#include <QCheckBox>
+#include <QDoubleSpinBox>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -19,6 +23,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTableView>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -439,6 +444,60 @@ TEST_F(MainWindowTest, AMostMissedAssignmentFiltersTheRoster) {
     EXPECT_TRUE(chip->isVisible());
     chip->click();
     EXPECT_EQ(table().shownCount(), 10);
+}
+
+TEST_F(MainWindowTest, TheLookBackLeadsToAStudent) {
+    openCourse(900101);
+    for (QAction *command : window.findChildren<QAction *>()) {
+        if (command->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_L))
+            command->trigger();
+    }
+    auto *sheet = window.findChild<LookBackSheet *>();
+    ASSERT_NE(sheet, nullptr);
+    auto *grid = sheet->findChild<QTableView *>();
+    EXPECT_EQ(grid->model()->rowCount(), 26);
+    const QModelIndex jordan = grid->model()->index(1, grid->model()->columnCount() - 1);
+    EXPECT_THAT(
+        jordan.data(Qt::AccessibleTextRole).toString().toStdString(),
+        testing::MatchesRegex("Jordan, .*: At Risk"));
+    Q_EMIT grid->activated(jordan);
+    EXPECT_THAT(selected(), ElementsAre(5001));
+    EXPECT_FALSE(sheet->isVisible());
+}
+
+TEST_F(MainWindowTest, ThresholdsShowWhomTheyWouldFlag) {
+    openCourse(900101);
+    const auto says = [](const QWidget &where, const QString &text) {
+        return std::ranges::any_of(where.findChildren<QLabel *>(), [&](const QLabel *label) {
+            return label->isVisible() && label->text() == text;
+        });
+    };
+    const QString line = QStringLiteral("At 60 %: 7 flagged instead of 10.");
+    auto *sheet = window.openThresholds();
+    sheet->findChild<QCheckBox *>()->click();
+    EXPECT_FALSE(says(*sheet, line));
+    auto *passing = sheet->findChild<QDoubleSpinBox *>();
+    passing->setValue(60);
+    EXPECT_TRUE(says(*sheet, line));
+    EXPECT_TRUE(says(
+        *sheet, QStringLiteral("Now Watch: Nadia, Theo. No longer flagged: Marcus, Iris, Liam.")));
+    sheet->findChild<QCheckBox *>()->click();
+    EXPECT_FALSE(says(*sheet, line));
+    sheet->accept();
+    // In Settings, for all courses in memory.
+    SettingsWindow &settings = window.settings();
+    settings.open(SettingsWindow::riskThresholds);
+    defaults.set(preferences::defaultPassingScore, 60.0);
+    const auto effect = [&settings] {
+        for (const QLabel *label : settings.findChildren<QLabel *>()) {
+            if (label->isVisible() && label->text().startsWith(QStringLiteral("At 60 %: ")))
+                return true;
+        }
+        return false;
+    };
+    EXPECT_TRUE(test::until(effect));
+    defaults.set(preferences::defaultPassingScore, 70.0);
+    EXPECT_TRUE(test::until([&] { return !effect(); }));
 }
 
 struct NotConnectedTest : test::MainWindowTest {

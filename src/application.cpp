@@ -13,6 +13,7 @@
 #include "platform/session/wake.h"
 #include "ui/mainwindow/mainwindow.h"
 #include "ui/mainwindow/shellalerts.h"
+#include "ui/mainwindow/statusitem.h"
 #include "ui/support/appearance.h"
 
 #include <QApplication>
@@ -65,6 +66,7 @@ struct Application::Objects {
     AppDelegate shell;
     MainWindow window;
     ShellAlerts alerts{shell, updater, &window};
+    StatusItem statusItem{controller.dashboard(), defaults};
     std::shared_ptr<void> observingColors;
     std::shared_ptr<void> observingWake;
     std::shared_ptr<void> observingNetwork;
@@ -88,17 +90,35 @@ Application::Application(ApplicationEnvironment environment, ApplicationService 
     QObject::connect(
         &o.window, &MainWindow::updateCheckRequested, &o.updater, &Updater::checkForUpdates);
     o.window.setUpdateChecksAvailable(o.updater.mayCheck());
+    const auto keepRunning = [&o] { o.window.setKeepsRunning(o.statusItem.isShown()); };
+    QObject::connect(&o.statusItem, &StatusItem::isShownDidChange, &o.window, keepRunning);
+    keepRunning();
+    QObject::connect(
+        &o.statusItem, &StatusItem::windowRequested, &o.window, [&o] { o.window.activate({}); });
+    QObject::connect(
+        &o.statusItem, &StatusItem::refreshRequested, &o.controller,
+        &MainWindowController::refresh);
+    const auto quit = [&o] {
+        o.window.setKeepsRunning(false);
+        QCoreApplication::quit();
+    };
+    QObject::connect(&o.statusItem, &StatusItem::quitRequested, &o.window, quit);
+    QObject::connect(&o.window, &MainWindow::quitRequested, &o.window, quit);
 }
 
 Application::~Application() = default;
 
 void Application::launch(const QStringList &links) {
-    objects->window.show();
+    const bool inBackground = objects->statusItem.isShown() && links.isEmpty() &&
+        objects->defaults.value(preferences::startInBackground);
+    if (!inBackground)
+        objects->window.show();
     QMetaObject::invokeMethod(
         &objects->shell,
         [this, links] {
             objects->shell.launch(links);
-            objects->window.showWelcomeIfDue();
+            if (objects->window.isVisible())
+                objects->window.showWelcomeIfDue();
         },
         Qt::QueuedConnection);
 }

@@ -3,6 +3,7 @@
 #include "app/shell/startupcleanup.h"
 #include "application.h"
 #include "base/endprocess.h"
+#include "generated/version.h"
 #include "platform/appearance/colorscheme.h"
 #include "platform/folders/directories.h"
 #include "platform/log/systemlog.h"
@@ -26,6 +27,15 @@
 namespace {
 
 using namespace ellwynd;
+
+constexpr std::string_view usage = "Usage: ellwynd [-Key value]... [LINK]\n\n"
+                                   "Shows which students of your Canvas courses need attention.\n\n"
+                                   "  -Key value   sets a preference for this run\n"
+                                   "  LINK         opens a course or a term\n"
+                                   "  --help       shows this text\n"
+                                   "  --version    shows the version\n\n"
+                                   "The window system's own options, such as -platform, are "
+                                   "accepted too. \"man ellwynd\" has more.\n";
 
 /// The links on the command line once QApplication has removed its own options from it; absent if
 /// anything but links and launch arguments is left, which is reported on standard error.
@@ -77,6 +87,11 @@ int run(int argc, char **argv) {
     // Read these before QApplication removes its own options and consumes the activation token.
     LaunchArguments arguments =
         parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));
+    if (const auto answer =
+            answerWithoutWindow(arguments, usage, fmt::format("ellwynd {}", version))) {
+        fmt::print("{}", *answer);
+        return 0;
+    }
     const QString activationToken = activationTokenOfStart();
 
     QApplication application(argc, argv);

@@ -1,5 +1,7 @@
 #include "preferences/launcharguments.h"
 
+#include <algorithm>
+
 namespace ellwynd {
 
 namespace {
@@ -24,6 +26,18 @@ LaunchArguments parseLaunchArguments(std::span<const std::string> words) {
     }
     result.rest.assign(words.begin() + std::ptrdiff_t(next), words.end());
     return result;
+}
+
+std::optional<std::string> answerWithoutWindow(
+    const LaunchArguments &arguments, std::string_view usage, std::string_view nameAndVersion) {
+    const auto has = [&](std::string_view word) {
+        return std::ranges::find(arguments.rest, word) != arguments.rest.end();
+    };
+    if (has("--help") || has("-h"))
+        return std::string(usage);
+    if (has("--version"))
+        return std::string(nameAndVersion) + "\n";
+    return std::nullopt;
 }
 
 } // namespace ellwynd

@@ -20,4 +20,10 @@ struct LaunchArguments {
 /// options of this form.
 [[nodiscard]] LaunchArguments parseLaunchArguments(std::span<const std::string> words);
 
+/// What a program with windows answers without opening any: the usage for "--help", the version for
+/// "--version"; absent for other command lines.
+/// @param usage ends with a line break.
+[[nodiscard]] std::optional<std::string> answerWithoutWindow(
+    const LaunchArguments &arguments, std::string_view usage, std::string_view nameAndVersion);
+
 } // namespace ellwynd

@@ -231,7 +231,21 @@ inline constexpr auto table = std::to_array<Preference>({
      .range = {.minimum = 0, .maximum = 3},
      .meaning = "The current step of the first-run setup; 3 means that it is complete."},
 
+    {.key = "KeepRunningInBackground",
+     .type = Type::boolean,
+     .fallback = false,
+     .control = "Settings ▸ General",
+     .meaning = "Keep running when the window is closed."},
+    {.key = "StartInBackground",
+     .type = Type::boolean,
+     .fallback = false,
+     .meaning = "Start without the window; set by the start with the session."},
+
     // The state of the windows.
+    {.key = "ExportFolder",
+     .type = Type::text,
+     .fallback = "",
+     .meaning = "The folder of the last export; empty for the documents folder."},
     {.key = "LastTemplates",
      .type = Type::text,
      .fallback = "",
@@ -324,6 +338,9 @@ inline constexpr PreferenceKey<std::string> lastCountedCheckDay{row("LastCounted
 inline constexpr PreferenceKey<std::string> pendingUpdateBuild{row("PendingUpdateBuild")};
 inline constexpr PreferenceKey<std::string> pendingUpdateVersion{row("PendingUpdateVersion")};
 inline constexpr PreferenceKey<std::int64_t> onboardingStep{row("Onboarding.step")};
+inline constexpr PreferenceKey<bool> keepRunningInBackground{row("KeepRunningInBackground")};
+inline constexpr PreferenceKey<bool> startInBackground{row("StartInBackground")};
+inline constexpr PreferenceKey<std::string> exportFolder{row("ExportFolder")};
 inline constexpr PreferenceKey<std::string> lastTemplates{row("LastTemplates")};
 inline constexpr PreferenceKey<std::string> writeWindowGeometry{row("WriteWindowGeometry")};
 inline constexpr PreferenceKey<std::string> courseInsightPanelMode{row("CourseInsightPanelMode")};

@@ -1,4 +1,5 @@
 #include "base/files.h"
+#include "generated/version.h"
 #include "platform/appearance/colorscheme.h"
 #include "platform/folders/directories.h"
 #include "platform/log/systemlog.h"
@@ -21,7 +22,29 @@ int main(int argc, char **argv) {
     const LaunchArguments arguments =
         parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));
 
+    if (const auto answer = answerWithoutWindow(
+            arguments,
+            "Usage: ellwynd-widget [-Key value]...\n\n"
+            "Shows the counts of flagged students on the desktop.\n\n"
+            "  -Key value   sets a preference for this run\n"
+            "  --help       shows this text\n"
+            "  --version    shows the version\n\n"
+            "The window system's own options, such as -platform, are accepted too.\n",
+            fmt::format("ellwynd-widget {}", version))) {
+        fmt::print("{}", *answer);
+        return 0;
+    }
+
     QApplication application(argc, argv);
+    const LaunchArguments remaining =
+        parseLaunchArguments(std::vector<std::string>(argv + 1, argv + argc));
+    if (!remaining.rest.empty()) {
+        fmt::print(
+            stderr,
+            "ellwynd-widget: \"{}\" is no \"-Key value\" pair.\nTry \"man ellwynd-widget\".\n",
+            remaining.rest.front());
+        return 2;
+    }
     QApplication::setApplicationName(QStringLiteral("Ellwynd Widgets"));
     QApplication::setDesktopFileName(QStringLiteral("com.varnok.Ellwynd.Widget"));
     QApplication::setWindowIcon(applicationIcon());

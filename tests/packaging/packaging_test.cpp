@@ -178,6 +178,23 @@ TEST(Packaging, EveryCommandAndOptionIsCompletedAndInTheManual) {
     }
 }
 
+TEST(Packaging, ProgramsAnswerWithoutADisplay) {
+    for (const char *program : {ELLWYND_WINDOW, ELLWYND_WIDGET, ELLWYND_CLI}) {
+        const QString path = QString::fromUtf8(program);
+        const std::string name = QFileInfo(path).fileName().toStdString();
+        // The platform does not exist, so that opening a window would fail.
+        qputenv("QT_QPA_PLATFORM", "none");
+        const Outcome help = run(path, {QStringLiteral("--help")});
+        EXPECT_EQ(help.status, 0) << name;
+        EXPECT_THAT(help.out, testing::StartsWith("Usage: " + name + " ["));
+        const Outcome version = run(path, {QStringLiteral("--version")});
+        EXPECT_EQ(version.status, 0) << name;
+        EXPECT_THAT(version.out, testing::MatchesRegex(name + " [0-9.]+\n"));
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        EXPECT_EQ(run(path, {QStringLiteral("stray"), QStringLiteral("words")}).status, 2) << name;
+    }
+}
+
 TEST(Packaging, CompletionDependsOnThePosition) {
     struct Row {
         const char *line;

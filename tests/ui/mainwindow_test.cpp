@@ -5,6 +5,7 @@
 #include "ui/connection/connectioncards.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/details/studentdetails.h"
+#include "ui/mainwindow/statusitem.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/lookbacksheet.h"
 #include "ui/sheets/missingworksheet.h"
@@ -498,6 +499,27 @@ TEST_F(MainWindowTest, ThresholdsShowWhomTheyWouldFlag) {
     EXPECT_TRUE(test::until(effect));
     defaults.set(preferences::defaultPassingScore, 70.0);
     EXPECT_TRUE(test::until([&] { return !effect(); }));
+}
+
+TEST_F(MainWindowTest, ClosingHidesAProgramThatKeepsRunning) {
+    window.settings().open(SettingsWindow::general);
+    window.setKeepsRunning(true);
+    EXPECT_FALSE(window.close());
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_FALSE(window.settings().isVisible());
+    window.activate({});
+    EXPECT_TRUE(window.isVisible());
+    window.setKeepsRunning(false);
+    EXPECT_TRUE(window.close());
+}
+
+TEST_F(MainWindowTest, TheStatusItemCountsStudentsAtRisk) {
+    EXPECT_EQ(statusItemText(controller.dashboard()), "5 at risk in Fall 2026");
+    Dashboard empty(defaults);
+    EXPECT_EQ(statusItemText(empty), "Not scored yet");
+    StatusItem item(empty, defaults);
+    defaults.set(preferences::keepRunningInBackground, true);
+    EXPECT_EQ(item.isShown(), QSystemTrayIcon::isSystemTrayAvailable());
 }
 
 struct NotConnectedTest : test::MainWindowTest {

@@ -1,12 +1,15 @@
 #include "support/mainwindow.h"
+#include "support/temporaryfolder.h"
 #include "ui/details/studentdetails.h"
 #include "ui/roster/rosterdesktopactions.h"
 #include "ui/settings/settingswindow.h"
+#include "ui/support/savepanel.h"
 
 #include <QClipboard>
 #include <QFileDialog>
 #include <QMenu>
 #include <QMimeData>
+#include <QStandardPaths>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -102,13 +105,34 @@ TEST_F(RosterDesktopActionsTest, QuotesInACourseNameDoNotSplitTheFileName) {
     RosterActions actions(roster, defaults, core.stores, undo, systemNow);
     QWidget owner;
     RosterDesktopActions desktopActions(
-        actions, core.stores.templates, [] { return std::vector<RiskRow>{}; }, owner);
+        actions, core.stores.templates, defaults, [] { return std::vector<RiskRow>{}; }, owner);
     desktopActions.exportRoster(ExportFormat::csv);
     const auto *panel = owner.findChild<QFileDialog *>();
     ASSERT_EQ(panel->selectedFiles().size(), 1);
     EXPECT_THAT(
         panel->selectedFiles().first().toStdString(),
         testing::HasSubstr("/Ellwynd — Course '1' & '2' — "));
+}
+
+TEST_F(RosterDesktopActionsTest, TheFolderOfTheLastExportIsRememberedWhileItExists) {
+    const test::TemporaryFolder last;
+    const auto folder = [this] {
+        QWidget owner;
+        QFileDialog *panel = savePanel(
+            {.title = {}, .type = QStringLiteral("text/csv"), .suffix = {}, .fileName = "a.csv"},
+            defaults, owner);
+        const std::string opened = panel->directory().path().toStdString();
+        Q_EMIT panel->fileSelected(panel->directory().filePath(QStringLiteral("a.csv")));
+        return opened;
+    };
+    const std::string documents =
+        QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation).toStdString();
+    EXPECT_EQ(folder(), documents);
+    defaults.set(preferences::exportFolder, last.path().string());
+    EXPECT_EQ(folder(), last.path().string());
+    EXPECT_EQ(defaults.value(preferences::exportFolder), last.path().string());
+    defaults.set(preferences::exportFolder, std::string("/does/not/exist"));
+    EXPECT_EQ(folder(), documents);
 }
 
 } // namespace

@@ -21,46 +21,67 @@ QString text(std::string_view utf8) {
 }
 
 bool isSeparator(QChar c) {
-    return c.isSpace() || c == u'-' || c == u'_' || c == u'.' || c == u'/' || c == u':';
+    return c.isSpace() || QStringView(u"-_./:&").contains(c);
+}
+
+bool isLetter(QChar c) {
+    return c.isLetter() || c.isMark();
+}
+
+template<class Matches>
+qsizetype skip(const QString &code, qsizetype at, Matches matches) {
+    while (at < code.size() && matches(code[at]))
+        ++at;
+    return at;
 }
 
 /// The result of reading a subject and a number at one position of a text: letters, then digits
 /// with any letters that follow directly.
 struct Reading {
-    /// "CS 101L"; empty if no number follows the letters.
+    /// "CS 101L", or "BIO-L 101"; empty if no number follows the letters.
     QString found;
     /// The position after the letters.
     qsizetype lettersEnd = 0;
+    /// The position after the number.
+    qsizetype end = 0;
 };
-
-Reading readSubjectAndNumber(const QString &code, qsizetype start) {
-    const auto skip = [&code](qsizetype at, auto matches) {
-        while (at < code.size() && matches(code[at]))
-            ++at;
-        return at;
-    };
-    const auto isLetter = [](QChar c) { return c.isLetter() || c.isMark(); };
-    const auto isDigit = [](QChar c) { return c.isDigit(); };
-    const qsizetype letters = skip(start, isLetter);
-    if (letters == start)
-        return {.found = {}, .lettersEnd = start};
-    const qsizetype number = skip(letters, isSeparator);
-    const qsizetype digits = skip(number, isDigit);
-    if (digits == number)
-        return {.found = {}, .lettersEnd = letters};
-    const qsizetype end = skip(digits, isLetter);
-    return {
-        .found = code.mid(start, letters - start).toUpper() + u' ' +
-            code.mid(number, end - number).toUpper(),
-        .lettersEnd = letters};
-}
 
 /// Whether a reading is a term, such as "FALL 2025" or "SP 26"; many codes begin with one.
 bool isTerm(const QString &found) {
     static const QRegularExpression term(QStringLiteral(
-        "^(FALL|AUTUMN|WINTER|SPRING|SUMMER|TERM|SEM|SEMESTER|QUARTER|YEAR|F|FA|AU|W|WI|SP|SU|AY) "
-        "(\\d|\\d\\d|20\\d\\d)$"));
+        "^(FALL|AUTUMN|WINTER|SPRING|SUMMER|TERM|SEM|SEMESTER|QUARTER|YEAR|F|FA|AU|W|"
+        "WI|S|SP|SU|AY) (\\d|\\d\\d|20\\d\\d)$"));
     return term.match(found).hasMatch();
+}
+
+/// Whether a reading is a section, such as "SECTION 3"; some codes begin with one.
+bool isSection(const QString &found) {
+    static const QRegularExpression section(QStringLiteral(
+        "^((SECTION|CRN) \\d+|(SECT?|LEC|LECTURE|GROUP|CLASS|PERIOD|BLOCK) \\d\\d?)$"));
+    return section.match(found).hasMatch();
+}
+
+Reading readSubjectAndNumber(const QString &code, qsizetype start) {
+    const auto isDigit = [](QChar c) { return c.isDigit(); };
+    qsizetype letters = skip(code, start, isLetter);
+    if (letters == start)
+        return {.found = {}, .lettersEnd = start, .end = start};
+    // One letter after a hyphen belongs to the subject, as in "BIO-L 101", the laboratory.
+    const bool hasSuffix = letters + 1 < code.size() && code[letters] == u'-' &&
+        skip(code, letters + 1, isLetter) == letters + 2;
+    const QString first = code.mid(start, letters - start).toUpper();
+    if (hasSuffix && !isTerm(first + QStringLiteral(" 1")))
+        letters += 2;
+    const qsizetype number = skip(code, letters, isSeparator);
+    const qsizetype digits = skip(code, number, isDigit);
+    if (digits == number)
+        return {.found = {}, .lettersEnd = letters, .end = letters};
+    const qsizetype end = skip(code, digits, isLetter);
+    return {
+        .found = code.mid(start, letters - start).toUpper() + u' ' +
+            code.mid(number, end - number).toUpper(),
+        .lettersEnd = letters,
+        .end = end};
 }
 
 bool isEarlier(const std::optional<Term> &term, const std::optional<Term> &own) {
@@ -142,16 +163,22 @@ std::string setupSummary(const CourseSetup &setup) {
 std::string editionOf(std::string_view courseCode) {
     const QString code = text(courseCode).simplified();
     for (qsizetype at = 0; at < code.size();) {
-        const auto [found, lettersEnd] = readSubjectAndNumber(code, at);
-        if (!found.isEmpty() && !isTerm(found))
-            return found.toStdString();
-        at = std::max(lettersEnd, at + 1);
+        const Reading reading = readSubjectAndNumber(code, at);
+        const bool isOther = isTerm(reading.found) || isSection(reading.found);
+        if (!reading.found.isEmpty() && !isOther)
+            return reading.found.toStdString();
+        at = std::max(isOther ? reading.end : reading.lettersEnd, at + 1);
     }
     return code.toUpper().toStdString();
 }
 
 std::string subjectAndNumber(std::string_view courseName) {
-    return readSubjectAndNumber(text(courseName).trimmed(), 0).found.toStdString();
+    const QString name = text(courseName).trimmed();
+    Reading reading = readSubjectAndNumber(name, 0);
+    // A name begins with the subject, but for a term or a section before it.
+    while (isTerm(reading.found) || isSection(reading.found))
+        reading = readSubjectAndNumber(name, skip(name, reading.end, isSeparator));
+    return reading.found.toStdString();
 }
 
 SetupCandidates setupCandidates(const std::vector<Course> &courses, std::int64_t courseID) {

@@ -148,7 +148,15 @@ std::string exportFileName(std::string_view extension, std::string_view title, D
     std::string name(title);
     std::ranges::replace_if(
         name, [](char c) { return c == '/' || c == ':'; }, '-');
-    return fmt::format("Ellwynd — {} — {}.{}", name, calendar::dayKey(now), extension);
+    const auto withTitle = [&](std::string_view shown) {
+        return fmt::format("Ellwynd — {} — {}.{}", shown, calendar::dayKey(now), extension);
+    };
+    // File systems take 255 bytes; some are left for the name of a temporary file.
+    constexpr std::size_t maxSize = 240;
+    std::string result = withTitle(name);
+    for (std::size_t length = name.size(); result.size() > maxSize && length > 0; --length)
+        result = withTitle(shortened(name, length));
+    return result;
 }
 
 } // namespace ellwynd

@@ -30,6 +30,12 @@ std::string execArgument(const std::string &program) {
     return text + "\"";
 }
 
+/// The value of "Exec".
+std::string commandOf(const autostart::Entry &entry) {
+    const std::string program = execArgument(entry.program.string());
+    return entry.arguments.empty() ? program : program + " " + entry.arguments;
+}
+
 std::string entryText(const autostart::Entry &entry) {
     const std::string program = entry.program.string();
     const KeyFile file(g_key_file_new(), g_key_file_unref);
@@ -38,7 +44,7 @@ std::string entryText(const autostart::Entry &entry) {
     };
     set(G_KEY_FILE_DESKTOP_KEY_TYPE, G_KEY_FILE_DESKTOP_TYPE_APPLICATION);
     set(G_KEY_FILE_DESKTOP_KEY_NAME, entry.name);
-    set(G_KEY_FILE_DESKTOP_KEY_EXEC, execArgument(program));
+    set(G_KEY_FILE_DESKTOP_KEY_EXEC, commandOf(entry));
     set(G_KEY_FILE_DESKTOP_KEY_TRY_EXEC, program);
     return Text(g_key_file_to_data(file.get(), nullptr, nullptr), g_free).get();
 }
@@ -84,7 +90,7 @@ bool autostart::isOn(const std::filesystem::path &folder, const Entry &entry) {
                 file.get(), text->data(), text->size(), G_KEY_FILE_NONE, nullptr) == FALSE)
             return false;
         const std::string program = entry.program.string();
-        return valueOf(file, G_KEY_FILE_DESKTOP_KEY_EXEC) == execArgument(program) &&
+        return valueOf(file, G_KEY_FILE_DESKTOP_KEY_EXEC) == commandOf(entry) &&
             valueOf(file, G_KEY_FILE_DESKTOP_KEY_TRY_EXEC).value_or(program) == program &&
             !isSwitchedOff(file);
     } catch (const FileError &) {

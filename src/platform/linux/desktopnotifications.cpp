@@ -20,7 +20,6 @@ namespace {
 /// Both the bus name and the interface.
 constexpr QLatin1StringView server("org.freedesktop.Notifications");
 constexpr QLatin1StringView path("/org/freedesktop/Notifications");
-constexpr QLatin1StringView properties("org.freedesktop.DBus.Properties");
 
 // The keys of a notice's actions; "default" is a click on the notice itself.
 constexpr QLatin1StringView defaultAction("default");
@@ -77,9 +76,7 @@ class DesktopNotifications::State : public QObject {
     using Reply = std::function<void(const QDBusMessage &)>;
 
     /// Calls the server and passes on its reply or error; after the time limit, an error.
-    void call(
-        QLatin1StringView interface, const char *method, const QVariantList &parameters,
-        Reply answered) {
+    void call(const char *method, const QVariantList &parameters, Reply answered) {
         // A call without a bus never finishes.
         if (!bus.isConnected()) {
             answered(QDBusMessage::createError(
@@ -87,7 +84,7 @@ class DesktopNotifications::State : public QObject {
             return;
         }
         QDBusMessage message =
-            QDBusMessage::createMethodCall(server, path, interface, QLatin1StringView(method));
+            QDBusMessage::createMethodCall(server, path, server, QLatin1StringView(method));
         message.setArguments(parameters);
         auto *pending =
             new QDBusPendingCallWatcher(bus.asyncCall(message, int(callTimeout.count())), this);
@@ -101,20 +98,18 @@ class DesktopNotifications::State : public QObject {
 
     void authorizationStatus(StatusAnswer answer) {
         // Every server has this method; the call starts a server that is not running.
-        call(
-            server, "GetServerInformation", {},
-            [this, answer = std::move(answer)](const QDBusMessage &reply) mutable {
-                if (reply.type() != QDBusMessage::ReplyMessage)
-                    answer(AuthorizationStatus::denied);
-                else
-                    checkInhibited(std::move(answer));
-            });
+        call("GetServerInformation", {}, [answer = std::move(answer)](const QDBusMessage &reply) {
+            // A server that inhibits notices keeps them in its list.
+            answer(
+                reply.type() == QDBusMessage::ReplyMessage ? AuthorizationStatus::authorized
+                                                           : AuthorizationStatus::denied);
+        });
     }
 
     void post(const UserNotice &notice, Failure failed) {
         connectSignals();
         call(
-            server, "GetCapabilities", {},
+            "GetCapabilities", {},
             [this, notice, failed = std::move(failed)](const QDBusMessage &reply) mutable {
                 const QDBusReply<QStringList> capabilities(reply);
                 if (capabilities.isValid())
@@ -141,22 +136,9 @@ class DesktopNotifications::State : public QObject {
     }
 
   private:
-    void checkInhibited(StatusAnswer answer) {
-        call(
-            properties, "Get", {server, QStringLiteral("Inhibited")},
-            [answer = std::move(answer)](const QDBusMessage &reply) {
-                // Many servers do not have the property; they do not inhibit notices.
-                const QDBusReply<QDBusVariant> inhibited(reply);
-                answer(
-                    inhibited.isValid() && inhibited.value().variant().toBool()
-                        ? AuthorizationStatus::denied
-                        : AuthorizationStatus::authorized);
-            });
-    }
-
     void send(const UserNotice &notice, const QStringList &capabilities, Failure failed) {
         call(
-            server, "Notify", arguments(notice, capabilities),
+            "Notify", arguments(notice, capabilities),
             [this, notice, failed = std::move(failed)](const QDBusMessage &reply) {
                 const QDBusReply<uint> id(reply);
                 if (id.isValid())

@@ -8,7 +8,7 @@
 namespace ellwynd {
 
 /// The notification server of a freedesktop desktop, on the session bus, which starts the server if
-/// it can. The status is `denied` without a session bus and while the server inhibits notices.
+/// it can. The status is `denied` without a server that answers.
 class DesktopNotifications final : public UserNotifications {
   public:
     static constexpr auto defaultCallTimeout = std::chrono::seconds(5);

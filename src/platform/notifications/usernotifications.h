@@ -27,7 +27,7 @@ class UserNotifications {
   public:
     enum class AuthorizationStatus {
         authorized,
-        /// Nothing would be shown: the system has no notices or inhibits them.
+        /// Nothing would be shown: the system has no notices.
         denied,
     };
     using StatusAnswer = std::function<void(AuthorizationStatus)>;

@@ -14,6 +14,8 @@ struct Entry {
     std::string name;
     /// The absolute path of the program. If it no longer exists, the entry has no effect.
     std::filesystem::path program;
+    /// Words that need no quoting; may be empty.
+    std::string arguments{};
 };
 
 /// Whether the folder has the entry for exactly this program, and it is not switched off there.

@@ -140,7 +140,7 @@ PrintSheet *CourseSheets::openPrint(const std::vector<RiskRow> &selected) {
             printedStudent(selected.front(), controller.studentHistory(selected.front()), now);
         choices.push_back({qstring(student.name), std::move(student)});
     }
-    auto *sheet = new PrintSheet(std::move(choices), appearance, &window);
+    auto *sheet = new PrintSheet(std::move(choices), defaults, appearance, &window);
     connect(sheet, &PrintSheet::noteRequested, this, &CourseSheets::noteRequested);
     sheet->show();
     return sheet;

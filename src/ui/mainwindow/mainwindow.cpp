@@ -27,6 +27,8 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
+#include <QDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -66,7 +68,8 @@ MainWindow::MainWindow(
       rosterPane(new RosterPane(controller, defaults, appearance)),
       details(new StudentDetails(appearance, splitter)),
       desktopActions(new RosterDesktopActions(
-          controller.actions(), stores.templates, [this] { return selectedStudents(); }, *this)),
+          controller.actions(), stores.templates, defaults, [this] { return selectedStudents(); },
+          *this)),
       writing(new WriteCommands(defaults, stores, controller.undoStack(), appearance, *this)),
       menus(new MainMenus(*menuBar(), defaults)),
       notes(new StatusNotes(
@@ -112,7 +115,7 @@ void MainWindow::connectCommands() {
     on(menus->print, [this] { sheets->openPrint(rosterPane->table()->selectedRows()); });
     on(menus->sampleMode, &MainWindow::sampleSwitchRequested);
     on(menus->settings, [this] { settings().open(SettingsWindow::general); });
-    on(menus->quit, &QWidget::close);
+    on(menus->quit, &MainWindow::quitRequested);
     on(menus->undo, [this] { controller.undoStack().undo(); });
     on(menus->findStudent, [this] { rosterPane->focusFilter(); });
 
@@ -365,6 +368,19 @@ void MainWindow::showPane() {
     details->setVisible(shown);
     if (wasShown != shown)
         splitter->applyWidths();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event) {
+    QMainWindow::closeEvent(event);
+    // A session that ends is not held up.
+    if (!keepsRunning || qApp->isSavingSession())
+        return;
+    event->ignore();
+    for (auto *other : findChildren<QDialog *>()) {
+        if (other->isVisible() && !other->close())
+            return;
+    }
+    hide();
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event) {

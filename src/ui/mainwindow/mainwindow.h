@@ -62,6 +62,8 @@ class MainWindow : public QMainWindow {
 
     /// Shows the welcome window when it is due.
     void showWelcomeIfDue();
+    /// Whether closing the window only hides it, with its other windows.
+    void setKeepsRunning(bool keeps) { keepsRunning = keeps; }
     /// Whether this build checks for updates, so that the command and the setting are shown.
     void setUpdateChecksAvailable(bool available);
 
@@ -78,8 +80,10 @@ class MainWindow : public QMainWindow {
     /// The teacher asked to enter or leave the sample college.
     void sampleSwitchRequested();
     void updateCheckRequested();
+    void quitRequested();
 
   protected:
+    void closeEvent(QCloseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
   private:
@@ -126,6 +130,7 @@ class MainWindow : public QMainWindow {
     ConnectionViews *connectionViews;
     SettingsWindow *settingsWindow = nullptr;
     bool updateChecksAvailable = false;
+    bool keepsRunning = false;
     /// The teacher asked for the details in a narrow window.
     bool detailsInNarrowWindow = false;
     /// The alert of the latest error; null after it was closed.

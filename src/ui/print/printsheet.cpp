@@ -2,10 +2,10 @@
 
 #include "base/files.h"
 #include "base/log.h"
-#include "base/text.h"
 #include "outputs/export/rosterexport.h"
 #include "ui/support/announce.h"
 #include "ui/support/appearance.h"
+#include "ui/support/savepanel.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
@@ -16,7 +16,6 @@
 #include <QPrinterInfo>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QStandardPaths>
 #include <QVBoxLayout>
 
 namespace ellwynd {
@@ -27,9 +26,12 @@ constexpr Log exports{"export"};
 
 } // namespace
 
-PrintSheet::PrintSheet(std::vector<Choice> choices, const Appearance &appearance, QWidget *parent)
+PrintSheet::PrintSheet(
+    std::vector<Choice> choices, UserDefaults &defaults, const Appearance &appearance,
+    QWidget *parent)
     : Sheet(QStringLiteral("Print"), QStringLiteral("Print"), appearance, parent),
       choices(std::move(choices)),
+      defaults(defaults),
       group(new QButtonGroup(this)),
       problem(plainLabel(this, true)) {
     for (const Choice &choice : this->choices) {
@@ -97,15 +99,12 @@ void PrintSheet::printOn(QPrinter &on) {
 }
 
 void PrintSheet::savePDF() {
-    auto *panel = new QFileDialog(this, QStringLiteral("Save as PDF"));
-    panel->setAcceptMode(QFileDialog::AcceptSave);
-    panel->setMimeTypeFilters({QStringLiteral("application/pdf")});
-    panel->setDefaultSuffix(QStringLiteral("pdf"));
-    panel->setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-    constexpr std::size_t maxTitle = 60;
-    panel->selectFile(
-        panelFileName(exportFileName("pdf", shortened(titleOf(chosen()), maxTitle), systemNow())));
-    panel->setAttribute(Qt::WA_DeleteOnClose);
+    QFileDialog *panel = savePanel(
+        {.title = QStringLiteral("Save as PDF"),
+         .type = QStringLiteral("application/pdf"),
+         .suffix = QStringLiteral("pdf"),
+         .fileName = exportFileName("pdf", titleOf(chosen()), systemNow())},
+        defaults, *this);
     connect(panel, &QFileDialog::fileSelected, this, [this](const QString &file) {
         save(std::filesystem::path(file.toStdString()));
     });

@@ -13,6 +13,8 @@ class QPrinter;
 
 namespace ellwynd {
 
+class UserDefaults;
+
 /// Prints the displayed roster, its flagged students or one student, or saves them as a PDF.
 class PrintSheet : public Sheet {
     Q_OBJECT
@@ -25,7 +27,10 @@ class PrintSheet : public Sheet {
     };
 
     /// @param choices at least one; the first is chosen.
-    PrintSheet(std::vector<Choice> choices, const Appearance &appearance, QWidget *parent);
+    /// @param defaults and `appearance` must outlive the sheet.
+    PrintSheet(
+        std::vector<Choice> choices, UserDefaults &defaults, const Appearance &appearance,
+        QWidget *parent);
     ~PrintSheet() override;
 
   Q_SIGNALS:
@@ -41,6 +46,7 @@ class PrintSheet : public Sheet {
     [[nodiscard]] const PrintedDocument &chosen() const;
 
     std::vector<Choice> choices;
+    UserDefaults &defaults;
     QButtonGroup *group;
     QLabel *problem;
     /// While the print dialog is open.

@@ -5,26 +5,26 @@
 #include "outputs/messages/templatestore.h"
 #include "ui/support/alert.h"
 #include "ui/support/messageclipboard.h"
+#include "ui/support/savepanel.h"
 #include "uikit/convert.h"
 
 #include <QDesktopServices>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QMenu>
 #include <QMessageBox>
-#include <QStandardPaths>
 #include <QUrl>
 
 namespace ellwynd {
 
 RosterDesktopActions::RosterDesktopActions(
-    RosterActions &actions, const TemplateStore &templates, Selected selected, QWidget &window)
+    RosterActions &actions, const TemplateStore &templates, UserDefaults &defaults,
+    Selected selected, QWidget &window)
     : QObject(&window),
       actions(actions),
       templates(templates),
+      defaults(defaults),
       selected(std::move(selected)),
-      window(window),
-      exportFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
+      window(window) {
     connect(&actions, &RosterActions::noteRequested, this, &RosterDesktopActions::noteRequested);
     connect(&actions, &RosterActions::exportDidEnd, this, [this](const QString &fileName) {
         Q_EMIT noteRequested(QStringLiteral("Saved %1.").arg(fileName));
@@ -51,17 +51,14 @@ RosterDesktopActions::RosterDesktopActions(
 void RosterDesktopActions::exportRoster(ExportFormat format) {
     const bool csv = format == ExportFormat::csv;
     const RosterExport roster = actions.exported(format);
-    auto *panel = new QFileDialog(
-        &window,
-        csv ? QStringLiteral("Export Roster as CSV") : QStringLiteral("Export Roster as Markdown"));
-    panel->setAcceptMode(QFileDialog::AcceptSave);
-    panel->setMimeTypeFilters({csv ? QStringLiteral("text/csv") : QStringLiteral("text/markdown")});
-    panel->setDefaultSuffix(csv ? QStringLiteral("csv") : QStringLiteral("md"));
-    panel->setDirectory(exportFolder);
-    panel->selectFile(panelFileName(roster.fileName));
-    panel->setAttribute(Qt::WA_DeleteOnClose);
+    QFileDialog *panel = savePanel(
+        {.title = csv ? QStringLiteral("Export Roster as CSV")
+                      : QStringLiteral("Export Roster as Markdown"),
+         .type = csv ? QStringLiteral("text/csv") : QStringLiteral("text/markdown"),
+         .suffix = csv ? QStringLiteral("csv") : QStringLiteral("md"),
+         .fileName = roster.fileName},
+        defaults, window);
     connect(panel, &QFileDialog::fileSelected, this, [this, roster](const QString &file) {
-        exportFolder = QFileInfo(file).path();
         actions.saveExport(roster, std::filesystem::path(file.toStdString()));
     });
     panel->open();

@@ -15,6 +15,7 @@ namespace ellwynd {
 
 class RosterActions;
 class TemplateStore;
+class UserDefaults;
 struct RiskRow;
 
 /// Connects the actions of the displayed roster to the desktop: text goes to the clipboard, exports
@@ -28,7 +29,8 @@ class RosterDesktopActions : public QObject {
     /// @param selected returns the selected students, for messages.
     /// @param window owns this object; the other arguments must outlive it.
     RosterDesktopActions(
-        RosterActions &actions, const TemplateStore &templates, Selected selected, QWidget &window);
+        RosterActions &actions, const TemplateStore &templates, UserDefaults &defaults,
+        Selected selected, QWidget &window);
 
     /// Opens the save panel for the displayed roster.
     void exportRoster(ExportFormat format);
@@ -45,10 +47,9 @@ class RosterDesktopActions : public QObject {
   private:
     RosterActions &actions;
     const TemplateStore &templates;
+    UserDefaults &defaults;
     Selected selected;
     QWidget &window;
-    /// The folder in which the next save panel opens.
-    QString exportFolder;
 };
 
 } // namespace ellwynd

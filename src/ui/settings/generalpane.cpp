@@ -1,12 +1,20 @@
 #include "ui/settings/generalpane.h"
 
+#include "base/files.h"
+#include "platform/folders/directories.h"
+#include "platform/session/autostart.h"
+#include "ui/support/alert.h"
 #include "uikit/convert.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QSignalBlocker>
 #include <QSpinBox>
+#include <QSystemTrayIcon>
 
 #include <cmath>
 
@@ -29,6 +37,14 @@ void choose(QComboBox &box, const std::string &value) {
     box.setCurrentIndex(std::max(0, box.findData(qstring(value))));
 }
 
+autostart::Entry backgroundEntry() {
+    return {
+        .fileName = "com.varnok.Ellwynd.desktop",
+        .name = "Ellwynd",
+        .program = QApplication::applicationFilePath().toStdString(),
+        .arguments = "-StartInBackground YES"};
+}
+
 constexpr double percent = 100;
 
 int toPercent(double factor) {
@@ -44,6 +60,8 @@ GeneralPane::GeneralPane(UserDefaults &defaults, const Appearance &appearance)
       textSize(new QSpinBox),
       terms(new QSpinBox),
       compactRows(new QCheckBox(QStringLiteral("One line per student in the roster"))),
+      keepRunning(new QCheckBox(QStringLiteral("Keep running when the window is closed"))),
+      withSession(new QCheckBox(QStringLiteral("Start in the background when you log in"))),
       updates(new QCheckBox(QStringLiteral("Check for updates once a day"))) {
     const NumberRange &scale = preferences::textScale.row->range;
     textSize->setRange(toPercent(scale.minimum), toPercent(scale.maximum));
@@ -60,9 +78,19 @@ GeneralPane::GeneralPane(UserDefaults &defaults, const Appearance &appearance)
     addRow(QStringLiteral("Text size"), textSize);
     addRow(QStringLiteral("Terms in the sidebar"), terms);
     addRow(QStringLiteral("Roster"), compactRows);
+    addRow(QStringLiteral("Background"), keepRunning);
+    addRow({}, withSession);
     updatesLabel = addRow(QStringLiteral("Updates"), updates);
     compactRows->setAccessibleName(compactRows->text());
+    keepRunning->setAccessibleName(keepRunning->text());
+    withSession->setAccessibleName(withSession->text());
     updates->setAccessibleName(updates->text());
+    if (QSystemTrayIcon::isSystemTrayAvailable())
+        keepRunning->setToolTip(QStringLiteral(
+            "Notices and widgets go on, and an item in the status area opens the window"));
+    else
+        addNote(QStringLiteral(
+            "Your desktop shows no status items, so Ellwynd ends when its window is closed."));
 
     connect(appearanceChoice, &QComboBox::currentIndexChanged, this, [this] {
         this->defaults.set(
@@ -82,6 +110,13 @@ GeneralPane::GeneralPane(UserDefaults &defaults, const Appearance &appearance)
     connect(compactRows, &QCheckBox::toggled, this, [this](bool on) {
         this->defaults.set(preferences::rosterCompactRows, on);
     });
+    connect(keepRunning, &QCheckBox::toggled, this, [this](bool on) {
+        this->defaults.set(preferences::keepRunningInBackground, on);
+        if (!on)
+            startWithSession(false);
+        GeneralPane::showPreferences();
+    });
+    connect(withSession, &QCheckBox::toggled, this, &GeneralPane::startWithSession);
     connect(updates, &QCheckBox::toggled, this, [this](bool on) {
         this->defaults.set(preferences::automaticUpdateChecks, on);
     });
@@ -97,14 +132,31 @@ void GeneralPane::setUpdateChecksAvailable(bool available) {
 void GeneralPane::showPreferences() {
     choose(*appearanceChoice, defaults.value(preferences::appearance));
     choose(*accent, defaults.value(preferences::accentTheme));
-    const QSignalBlocker quiet[] = {
-        QSignalBlocker(textSize), QSignalBlocker(terms), QSignalBlocker(compactRows),
-        QSignalBlocker(updates)};
+    const QSignalBlocker quiet[] = {QSignalBlocker(textSize),    QSignalBlocker(terms),
+                                    QSignalBlocker(compactRows), QSignalBlocker(keepRunning),
+                                    QSignalBlocker(withSession), QSignalBlocker(updates)};
     textSize->setValue(toPercent(defaults.value(preferences::textScale)));
     terms->setValue(int(
         std::min<std::int64_t>(defaults.value(preferences::sidebarTermLimit), terms->maximum())));
     compactRows->setChecked(defaults.value(preferences::rosterCompactRows));
+    keepRunning->setChecked(defaults.value(preferences::keepRunningInBackground));
+    withSession->setEnabled(keepRunning->isChecked());
+    withSession->setChecked(autostart::isOn(directories::autostart(), backgroundEntry()));
     updates->setChecked(defaults.value(preferences::automaticUpdateChecks));
+}
+
+void GeneralPane::startWithSession(bool on) {
+    try {
+        if (on != autostart::isOn(directories::autostart(), backgroundEntry()))
+            autostart::set(directories::autostart(), backgroundEntry(), on);
+    } catch (const FileError &error) {
+        QMessageBox *box = plainAlert(
+            this, QStringLiteral("The start with the session couldn’t be changed"),
+            qstring(error.what()));
+        box->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
+        box->open();
+    }
+    GeneralPane::showPreferences();
 }
 
 } // namespace ellwynd

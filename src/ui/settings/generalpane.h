@@ -23,11 +23,17 @@ class GeneralPane : public SettingsPane {
     void showPreferences() override;
 
   private:
+    /// Writes or removes the entry of the desktop's autostart folder.
+    void startWithSession(bool on);
+
     QComboBox *appearanceChoice;
     QComboBox *accent;
     QSpinBox *textSize;
     QSpinBox *terms;
     QCheckBox *compactRows;
+    QCheckBox *keepRunning;
+    /// Starts in the background with the session.
+    QCheckBox *withSession;
     QCheckBox *updates;
     QLabel *updatesLabel = nullptr;
 };

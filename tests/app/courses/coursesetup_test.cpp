@@ -21,6 +21,15 @@ TEST(CourseSetup, AnEditionIsACodeWithoutItsSection) {
              {"2026FA-BIO-110.003", "BIO 110"},
              {"Fall 2025 BIO 101", "BIO 101"},
              {"FA25-BIO101", "BIO 101"},
+             {"BIO-L 101", "BIO-L 101"},
+             {"CHEM-L 101", "CHEM-L 101"},
+             {"Section 3 CS 101", "CS 101"},
+             {"Sec 02 - MATH 141", "MATH 141"},
+             {"S26-CS101", "CS 101"},
+             {"PSYC&100 4021", "PSYC 100"},
+             {"FALL 2025 CS 101", "CS 101"},
+             {"FA-L 101", "L 101"},
+             {"Section 3", "SECTION 3"},
              {"SP 26", "SP 26"},
              {"SP 2610", "SP 2610"},
              {"F 101", "F 101"},
@@ -37,6 +46,9 @@ TEST(CourseSetup, AnEditionIsACodeWithoutItsSection) {
     EXPECT_EQ(editionOf(std::string(200'000, '-')).size(), 200'000U);
     EXPECT_EQ(editionOf(std::string(200'000, 'a')).size(), 200'000U);
     EXPECT_EQ(subjectAndNumber("CS 101  4021 - Intro to Programming"), "CS 101");
+    EXPECT_EQ(subjectAndNumber("Sec 02 - MATH 141: Calculus"), "MATH 141");
+    EXPECT_EQ(subjectAndNumber("FALL 2025 CS 101"), "CS 101");
+    EXPECT_EQ(subjectAndNumber("Fall 2025"), "") << "a term alone is no course";
     EXPECT_EQ(subjectAndNumber("Introduction to Chemistry 2"), "");
     EXPECT_EQ(subjectAndNumber("101 Dalmatians"), "");
 }

@@ -1,0 +1,37 @@
+#include "ui/support/savepanel.h"
+
+#include "uikit/convert.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace ellwynd {
+
+namespace {
+
+QString firstFolder(const UserDefaults &defaults) {
+    const QString last = qstring(defaults.value(preferences::exportFolder));
+    if (!last.isEmpty() && QDir(last).exists())
+        return last;
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+} // namespace
+
+QFileDialog *savePanel(const SaveRequest &request, UserDefaults &defaults, QWidget &parent) {
+    auto *panel = new QFileDialog(&parent, request.title);
+    panel->setAcceptMode(QFileDialog::AcceptSave);
+    panel->setMimeTypeFilters({request.type});
+    panel->setDefaultSuffix(request.suffix);
+    panel->setDirectory(firstFolder(defaults));
+    panel->selectFile(panelFileName(request.fileName));
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(panel, &QFileDialog::fileSelected, panel, [&defaults](const QString &file) {
+        defaults.set(preferences::exportFolder, QFileInfo(file).path().toStdString());
+    });
+    return panel;
+}
+
+} // namespace ellwynd

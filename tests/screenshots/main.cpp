@@ -10,6 +10,7 @@
 #include "ui/dashboard/dashboardpane.h"
 #include "ui/dashboard/studentlist.h"
 #include "ui/details/termchart.h"
+#include "ui/find/findpanel.h"
 #include "ui/help/helpwindow.h"
 #include "ui/mainwindow/mainwindow.h"
 #include "ui/print/printsheet.h"
@@ -93,6 +94,7 @@ class Screenshots {
         window.roster()->table()->selectStudents({{introToProgramming, 5001}});
         settle();
         save(window, "roster");
+        drawFind(window);
         drawUndo(controller, window);
         drawWrite(defaults, window);
         drawPrint(controller, window);
@@ -301,6 +303,24 @@ class Screenshots {
         save(window, "roster-empty");
         table.setQuery({});
         settle();
+    }
+
+    /// The panel that finds anyone, with results, without any, and before anything is typed.
+    void drawFind(MainWindow &window) {
+        for (QAction *command : window.findChildren<QAction *>()) {
+            if (command->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_K))
+                command->trigger();
+        }
+        auto *panel = window.findChild<FindPanel *>();
+        settle();
+        save(window, "find-blank");
+        panel->findChild<QLineEdit *>()->setText(QStringLiteral("ch"));
+        settle();
+        save(window, "find");
+        panel->findChild<QLineEdit *>()->setText(QStringLiteral("nobody"));
+        settle();
+        save(window, "find-nobody");
+        panel->dismiss();
     }
 
     /// A note with an Undo button, and the menus of undoing and of contact marks.

@@ -15,8 +15,8 @@ constexpr std::size_t mostSuggestions = 12;
 FindEntry entryOf(const RiskRow &row) {
     return {
         .kind = FoundKind::student,
-        .title = collapsed(row.name),
-        .detail = collapsed(row.courseName),
+        .title = row.name,
+        .detail = row.courseName,
         .level = row.level,
         .id = row.id,
         .courseID = row.courseID};
@@ -25,7 +25,7 @@ FindEntry entryOf(const RiskRow &row) {
 FindEntry entryOf(const TermGroup &term) {
     return {
         .kind = FoundKind::term,
-        .title = collapsed(title(term)),
+        .title = title(term),
         .detail = plural(std::int64_t(term.courses.size()), "course"),
         .id = term.id()};
 }
@@ -36,8 +36,8 @@ FindEntry entryOf(const Course &course) {
     const CourseLabel label = courseLabel(course);
     FindEntry entry{
         .kind = FoundKind::course,
-        .title = collapsed(displayName(course)),
-        .detail = course.term ? collapsed(displayName(*course.term)) : std::string(),
+        .title = displayName(course),
+        .detail = course.term ? displayName(*course.term) : std::string(),
         .id = course.id,
         .courseID = course.id};
     for (const std::string &name : {label.name, label.code, course.courseCode.value_or("")}) {

@@ -114,8 +114,11 @@ FindIndex::Searched FindIndex::prepared(FindEntry entry) {
     searched.names.push_back(joined(searched.title, u" "));
     for (const std::string &name : entry.otherNames) {
         const std::vector<FoldedWord> otherWords = foldedWords(name);
-        for (const FoldedWord &word : otherWords)
-            searched.others.push_back(word.text);
+        // A word that the title shows is not there twice.
+        for (const FoldedWord &word : otherWords) {
+            if (std::ranges::find(searched.title, word.text) == searched.title.end())
+                searched.others.push_back(word.text);
+        }
         searched.names.push_back(joined(wholeWords(otherWords), u" "));
     }
     searched.initials = initialsOf(searched.title);

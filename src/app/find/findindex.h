@@ -19,7 +19,7 @@ enum class FoundKind { student, course, term, command };
 /// Something that can be found. A student of several courses has one entry for each.
 struct FindEntry {
     FoundKind kind = FoundKind::student;
-    /// The name, on one line; may be empty. Names from Canvas are not to be read as markup.
+    /// The name as it is in Canvas, or the command's text; may be empty.
     std::string title;
     /// The course of a student, the term of a course; may be empty.
     std::string detail;

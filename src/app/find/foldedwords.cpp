@@ -6,10 +6,10 @@ namespace ellwynd {
 
 namespace {
 
-/// Letters with a stroke and joined letters, which Unicode does not decompose.
+/// Letters that Unicode does not decompose.
 constexpr std::pair<char32_t, const char *> plainForms[] = {
-    {U'ø', "o"},  {U'Ø', "o"},  {U'ł', "l"},  {U'Ł', "l"},  {U'đ', "d"}, {U'Đ', "d"},
-    {U'æ', "ae"}, {U'Æ', "ae"}, {U'œ', "oe"}, {U'Œ', "oe"}, {U'ı', "i"}};
+    {U'ø', "o"},  {U'Ø', "o"},  {U'ł', "l"},  {U'Ł', "l"}, {U'đ', "d"},  {U'Đ', "d"}, {U'æ', "ae"},
+    {U'Æ', "ae"}, {U'œ', "oe"}, {U'Œ', "oe"}, {U'ı', "i"}, {U'ß', "ss"}, {U'ẞ', "ss"}};
 
 constexpr char32_t firstBeyondAscii = 0x80;
 
@@ -17,8 +17,10 @@ bool isApostrophe(char32_t code) {
     return code == U'\'' || code == U'’' || code == U'ʼ';
 }
 
-/// Whether a character is a part of a word.
+/// Whether a character is a part of a word. What stands for a wrong byte is not.
 bool isInWord(char32_t code) {
+    if (code == QChar::ReplacementCharacter)
+        return false;
     return QChar::isLetterOrNumber(code) || QChar::isMark(code) ||
         QChar::category(code) == QChar::Symbol_Other;
 }

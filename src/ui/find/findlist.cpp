@@ -1,5 +1,6 @@
 #include "ui/find/findlist.h"
 
+#include "app/courses/courselabel.h"
 #include "ui/support/appearance.h"
 #include "ui/support/levelpill.h"
 #include "uikit/convert.h"
@@ -142,7 +143,7 @@ QVariant FindModel::data(const QModelIndex &index, int role) const {
     case Qt::DisplayRole:
         return qstring(entry.title);
     case Qt::ToolTipRole:
-        return plainToolTip(qstring(entry.title) + u'\n' + qstring(entry.detail));
+        return plainToolTip(qstring(entry.title) + QStringLiteral(" · ") + qstring(entry.detail));
     case Qt::AccessibleTextRole: {
         const QString text = QStringLiteral("%1, %2").arg(qstring(entry.title), markText(entry));
         return entry.detail.empty() ? text : text + QStringLiteral(", ") + qstring(entry.detail);
@@ -155,6 +156,10 @@ QVariant FindModel::data(const QModelIndex &index, int role) const {
 void FindModel::show(std::vector<FindEntry> results, std::string query) {
     beginResetModel();
     entries = std::move(results);
+    for (FindEntry &entry : entries) {
+        entry.title = collapsed(entry.title);
+        entry.detail = collapsed(entry.detail);
+    }
     typed = std::move(query);
     endResetModel();
 }

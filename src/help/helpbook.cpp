@@ -20,6 +20,7 @@ constexpr std::string_view topicIDs[] = {
     "connecting",
     "sample-college",
     "roster",
+    "finding",
     "signals",
     "reasons",
     "thresholds",

@@ -249,8 +249,8 @@ TEST_F(CommandsTest, TakeNamesInsteadOfIDs) {
              {{"roster", "itp"}, 1, "No course named itp in the course list.\n"},
              {{"thresholds", "data str"},
               2,
-              "course 900201: CS 260  3310 - Data Structures (Summer 2026)\n"
-              "course 900106: CS 260  8830 - Data Structures (Fall 2026)\n"},
+              "course 900106: CS 260  8830 - Data Structures (Fall 2026)\n"
+              "course 900201: CS 260  3310 - Data Structures (Summer 2026)\n"},
              {{"student", "intro", "a"}, 2, "student 5023: Anya\nstudent 5006: Ava\n"},
              {{"student", "intro", "zebedee"}, 1, "No student named zebedee in the roster.\n"},
              {{"contacted", "intro", "jordan", "zebedee"},

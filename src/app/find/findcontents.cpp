@@ -27,7 +27,8 @@ FindEntry entryOf(const TermGroup &term) {
         .kind = FoundKind::term,
         .title = title(term),
         .detail = plural(std::int64_t(term.courses.size()), "course"),
-        .id = term.id()};
+        .id = term.id(),
+        .beginsAt = term.term ? term.term->startAt : std::nullopt};
 }
 
 } // namespace
@@ -39,7 +40,8 @@ FindEntry entryOf(const Course &course) {
         .title = displayName(course),
         .detail = course.term ? displayName(*course.term) : std::string(),
         .id = course.id,
-        .courseID = course.id};
+        .courseID = course.id,
+        .beginsAt = course.term ? course.term->startAt : std::nullopt};
     for (const std::string &name : {label.name, label.code, course.courseCode.value_or("")}) {
         const bool known = std::ranges::find(entry.otherNames, name) != entry.otherNames.end();
         if (!name.empty() && name != entry.title && !known)

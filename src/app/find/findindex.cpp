@@ -141,9 +141,12 @@ FindIndex::Rank FindIndex::rank(const Searched &searched, const Query &query) {
 bool FindIndex::isBetter(const Match &a, const Match &b) {
     const auto key = [](const Match &match) {
         const FindEntry &entry = match.found->entry;
+        const auto sinceThen =
+            entry.beginsAt ? -entry.beginsAt->time_since_epoch().count() : Date::rep{};
         return std::tuple(
-            match.rank, -severity(entry.level), entry.kind, QStringView(match.found->names.front()),
-            std::string_view(entry.title), entry.id, entry.courseID);
+            match.rank, -severity(entry.level), entry.kind, !entry.beginsAt, sinceThen,
+            QStringView(match.found->names.front()), std::string_view(entry.title), entry.id,
+            entry.courseID);
     };
     return key(a) < key(b);
 }

@@ -3,6 +3,7 @@
 
 #include "app/find/foldedwords.h"
 #include "app/roster/rosterquery.h"
+#include "base/date.h"
 #include "risk/risklevel.h"
 
 #include <cstdint>
@@ -30,6 +31,9 @@ struct FindEntry {
     std::optional<std::int64_t> id;
     /// The student's course, or the course itself; 0 for terms and commands.
     std::int64_t courseID = 0;
+    /// When the term of a course, or the term itself, begins; absent if that is not known, and for
+    /// everything else.
+    std::optional<Date> beginsAt;
     /// Names that are searched but not shown, such as a sortable name or a course code.
     std::vector<std::string> otherNames;
 
@@ -49,7 +53,8 @@ class FindIndex {
 
     /// The entries of which each typed word begins a word, in any order, or whose initials are
     /// typed. Best first: whole names, beginnings of the title, beginnings of its words in order,
-    /// beginnings of other words, initials; among these students with a level, worst first.
+    /// beginnings of other words, initials; among these students with a level, worst first, then
+    /// students, courses, terms and commands; courses and terms with the latest first.
     [[nodiscard]] std::vector<FindEntry> find(std::string_view typed) const;
 
     /// All entries of that whole name; without any, those with a word that begins with each of the

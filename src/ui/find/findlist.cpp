@@ -172,6 +172,7 @@ FindList::FindList(const Appearance &appearance, QWidget *parent)
     setAccessibleName(QStringLiteral("Results"));
     setFocusPolicy(Qt::TabFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setUniformItemSizes(true);
     setMouseTracking(true);

@@ -142,7 +142,9 @@ void FindPanel::place() {
     const int top = std::min(appearance.px(distanceFromTop), owner.height() / 8);
     const int below =
         list->isEmpty() ? hint->heightForWidth(width - 2 * padding) : list->heightOf(mostRows);
-    const int wanted = 2 * padding + field->sizeHint().height() + layout()->spacing() + below;
+    const QMargins border = contentsMargins();
+    const int wanted = border.top() + border.bottom() + 2 * padding + field->sizeHint().height() +
+        layout()->spacing() + below;
     setGeometry(
         (owner.width() - width) / 2, top, width,
         std::min(wanted, std::max(0, owner.height() - top - margin)));

@@ -118,6 +118,21 @@ TEST(FindIndex, OrdersByMatchThenByNeed) {
     EXPECT_THAT(ids(index.find("a r")), ElementsAre(3, 1, 7));
 }
 
+TEST(FindIndex, OrdersCoursesByTheirTerms) {
+    const auto course = [](std::int64_t id, const char *title, const char *beginsAt) {
+        return FindEntry{
+            .kind = FoundKind::course,
+            .title = title,
+            .id = id,
+            .courseID = id,
+            .beginsAt = parseInstant(beginsAt)};
+    };
+    const FindIndex index(
+        {course(1, "PHP 1", "2025-01-09T00:00:00Z"), course(2, "PHP 2", "2026-08-20T00:00:00Z"),
+         course(3, "PHP 0", ""), course(4, "PHP 3", "2026-08-20T00:00:00Z")});
+    EXPECT_THAT(ids(index.find("php")), ElementsAre(2, 4, 1, 3));
+}
+
 TEST(FindIndex, TellsEqualNamesApartByTheCourse) {
     const FindIndex index(
         {student(2, "Ana Ray", {}, chemistry), student(1, "Ana Ray"), student(2, "Ana Ray")});

@@ -1,5 +1,7 @@
 #include "app/find/foldedwords.h"
 
+#include <QList>
+
 #include <utility>
 
 namespace ellwynd {

@@ -65,6 +65,10 @@ class FindDelegate : public QStyledItemDelegate {
             painter->setPen(focused ? QPen(theme.accent, 2) : QPen(Qt::NoPen));
             painter->setBrush(theme.selection);
             painter->drawRoundedRect(QRectF(option.rect).adjusted(1, 1, -1, -1), 5, 5);
+        } else if (option.state.testFlag(QStyle::State_MouseOver)) {
+            painter->setPen(Qt::NoPen);
+            painter->setBrush(theme.hover);
+            painter->drawRoundedRect(QRectF(option.rect).adjusted(1, 1, -1, -1), 5, 5);
         }
         QRect text = option.rect.adjusted(
             appearance.px(8), appearance.px(5), -appearance.px(8), -appearance.px(5));
@@ -175,7 +179,7 @@ FindList::FindList(const Appearance &appearance, QWidget *parent)
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setUniformItemSizes(true);
-    setMouseTracking(true);
+    viewport()->setAttribute(Qt::WA_Hover);
 }
 
 void FindList::show(

@@ -24,10 +24,8 @@ FindCommands::FindCommands(
     connect(
         &controller, &MainWindowController::coursesDidChange, this,
         &FindCommands::coursesDidChange);
-    connect(&controller, &MainWindowController::rosterDidChange, this, [this] {
-        if (panel != nullptr && panel->isVisible())
-            update.start();
-    });
+    connect(&controller, &MainWindowController::rosterDidChange, this, &FindCommands::updateSoon);
+    connect(&controller, &MainWindowController::passDidEnd, this, &FindCommands::updateSoon);
     update.setSingleShot(true);
     update.setInterval(updateDelay);
     connect(&update, &QTimer::timeout, this, [this] {
@@ -61,11 +59,13 @@ FindIndex FindCommands::index() {
 
 /// The list is empty after a sign-out and before another account's courses arrive.
 void FindCommands::coursesDidChange() {
-    if (panel == nullptr || !panel->isVisible())
-        return;
-    if (controller.courses().isEmpty())
+    if (panel != nullptr && controller.courses().isEmpty())
         panel->dismiss();
-    else
+    updateSoon();
+}
+
+void FindCommands::updateSoon() {
+    if (panel != nullptr && panel->isVisible())
         update.start();
 }
 

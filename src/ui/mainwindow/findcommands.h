@@ -41,6 +41,7 @@ class FindCommands : public QObject {
     [[nodiscard]] FindIndex index();
     void openEntry(const FindEntry &entry);
     void coursesDidChange();
+    void updateSoon();
 
     MainWindowController &controller;
     const MainMenus &menus;

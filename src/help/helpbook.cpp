@@ -16,32 +16,11 @@ namespace {
 
 /// The topics in the order of the book, by the names of their files.
 constexpr std::string_view topicIDs[] = {
-    "getting-started",
-    "connecting",
-    "sample-college",
-    "roster",
-    "finding",
-    "signals",
-    "reasons",
-    "thresholds",
-    "class-wide",
-    "movement",
-    "contacts",
-    "writing",
-    "templates",
-    "export",
-    "printing",
-    "dashboard",
-    "widgets",
-    "notices",
-    "privacy",
-    "sync",
-    "appearance",
-    "undo",
-    "keyboard",
-    "command-line",
-    "troubleshooting",
-    "keychain",
+    "getting-started", "connecting", "sample-college", "roster",    "finding",  "signals",
+    "reasons",         "thresholds", "class-wide",     "movement",  "contacts", "writing",
+    "templates",       "export",     "printing",       "dashboard", "widgets",  "notices",
+    "privacy",         "sync",       "appearance",     "undo",      "keyboard", "command-line",
+    "troubleshooting", "keychain",
 };
 
 constexpr std::string_view shortcutsPlaceholder = "{shortcuts}";

@@ -320,7 +320,28 @@ class Screenshots {
         panel->findChild<QLineEdit *>()->setText(QStringLiteral("nobody"));
         settle();
         save(window, "find-nobody");
+        panel->open(FindIndex(unusualNames()));
+        panel->findChild<QLineEdit *>()->setText(QStringLiteral("b"));
+        settle();
+        save(window, "find-names");
         panel->dismiss();
+    }
+
+    /// Names that are long, in other directions and scripts, or look like markup.
+    static std::vector<FindEntry> unusualNames() {
+        std::vector<FindEntry> entries;
+        for (const char *name :
+             {"Bartholomew Featherstonehaugh-Cholmondeley de la Tour et Taxis von "
+              "Hohenlohe-Langenburg",
+              "עידו כהן", "عائشة Bint الزهراء", "山田太郎", "<b>Bob</b>", "Be\u0301la 😀", ""})
+            entries.push_back(
+                {.title = name,
+                 .detail = "An Introduction to the Comparative History of Long and Winding Course "
+                           "Names, Section 4021 of Many",
+                 .level = RiskLevel::atRisk,
+                 .id = std::int64_t(entries.size()),
+                 .otherNames = {"b"}});
+        return entries;
     }
 
     /// A note with an Undo button, and the menus of undoing and of contact marks.

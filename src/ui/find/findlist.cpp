@@ -122,8 +122,11 @@ class FindDelegate : public QStyledItemDelegate {
         layout.setTextOption(option);
         layout.beginLayout();
         QTextLine line = layout.createLine();
-        if (line.isValid())
+        if (line.isValid()) {
             line.setLineWidth(std::max(1, rect.width()));
+            // Other fonts, which are used for some scripts, have higher lines.
+            line.setPosition({0, (titleHeight() - line.height()) / 2});
+        }
         layout.endLayout();
         painter.setPen(theme.text);
         layout.draw(&painter, rect.topLeft(), formats);

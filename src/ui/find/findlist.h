@@ -41,7 +41,7 @@ class FindList : public QListView {
     /// @param current selected if it is still among them; otherwise the first is. Absent for the
     ///        first.
     void show(
-        std::vector<FindEntry> results, std::string query, const std::optional<FindEntry> &current);
+        std::vector<FindEntry> entries, std::string query, const std::optional<FindEntry> &current);
     [[nodiscard]] bool isEmpty() const { return results->rowCount() == 0; }
     /// The selected result; absent without results.
     [[nodiscard]] std::optional<FindEntry> current() const;

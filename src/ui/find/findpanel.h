@@ -46,7 +46,7 @@ class FindPanel : public QFrame {
     void choose(const std::optional<FindEntry> &entry);
     void focusDidChange(const QWidget *now);
     void place();
-    [[nodiscard]] bool contains(const QObject *widget) const;
+    [[nodiscard]] bool contains(const QObject *object) const;
     bool handleKey(QObject *watched, QKeyEvent &key);
     /// Hides the panel.
     void forget();

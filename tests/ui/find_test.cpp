@@ -102,6 +102,28 @@ TEST_F(FindTest, EscapeAndAClickElsewhereGiveTheFocusBack) {
     EXPECT_NE(QApplication::focusWidget(), &table());
 }
 
+/// Takes every key for itself before shortcuts do, as text fields do with some.
+struct GreedyField : QLineEdit {
+    using QLineEdit::QLineEdit;
+    bool event(QEvent *event) override {
+        if (event->type() != QEvent::ShortcutOverride)
+            return QLineEdit::event(event);
+        event->accept();
+        return true;
+    }
+};
+
+TEST_F(FindTest, IsOpenedFromEveryControl) {
+    GreedyField greedy(&window);
+    greedy.show();
+    greedy.setFocus();
+    QTest::keyClick(&greedy, Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::focusWidget(), &greedy) << "another command's keys are the field's";
+    find("");
+    QTest::keyClick(field(), Qt::Key_Escape);
+    EXPECT_EQ(QApplication::focusWidget(), &greedy);
+}
+
 TEST_F(FindTest, KeysMoveTheSelectionWhileTheFieldHasTheFocus) {
     find("c");
     ASSERT_GT(rows(), 20);

@@ -6,6 +6,8 @@
 #include "ui/mainwindow/mainmenus.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
 
 namespace ellwynd {
 
@@ -26,12 +28,28 @@ FindCommands::FindCommands(
         &FindCommands::coursesDidChange);
     connect(&controller, &MainWindowController::rosterDidChange, this, &FindCommands::updateSoon);
     connect(&controller, &MainWindowController::passDidEnd, this, &FindCommands::updateSoon);
+    qApp->installEventFilter(this);
     update.setSingleShot(true);
     update.setInterval(updateDelay);
     connect(&update, &QTimer::timeout, this, [this] {
         if (panel->isVisible())
             panel->setIndex(index());
     });
+}
+
+/// Some desktops give text fields this key for deleting the rest of the line. Here it finds, from
+/// every control of the window.
+bool FindCommands::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto *widget = qobject_cast<const QWidget *>(watched);
+        const auto *key = static_cast<const QKeyEvent *>(event);
+        if (widget != nullptr && widget->window() == &window &&
+            QKeySequence(key->keyCombination()) == menus.find->shortcut()) {
+            event->ignore();
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void FindCommands::open() {

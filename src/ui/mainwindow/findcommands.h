@@ -36,6 +36,10 @@ class FindCommands : public QObject {
     void studentRequested(const ellwynd::StudentKey &student);
     void rosterRequested(const ellwynd::Selection &selection);
 
+  protected:
+    /// Watches the application for the command's keys.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
   private:
     void open();
     [[nodiscard]] FindIndex index();

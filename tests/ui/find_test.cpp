@@ -119,7 +119,7 @@ TEST_F(FindTest, IsOpenedFromEveryControl) {
     greedy.setFocus();
     QTest::keyClick(&greedy, Qt::Key_D, Qt::ControlModifier);
     EXPECT_EQ(QApplication::focusWidget(), &greedy) << "another command's keys are the field's";
-    find("");
+    ASSERT_NO_FATAL_FAILURE(find(""));
     QTest::keyClick(field(), Qt::Key_Escape);
     EXPECT_EQ(QApplication::focusWidget(), &greedy);
 }

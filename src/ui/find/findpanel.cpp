@@ -62,6 +62,11 @@ FindPanel::FindPanel(const Appearance &appearance, QWidget &window)
     });
 }
 
+/// The focus moves while the field and the list are deleted.
+FindPanel::~FindPanel() {
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 void FindPanel::open(FindIndex newIndex) {
     if (!isVisible()) {
         focusBefore = QApplication::focusWidget();

@@ -24,6 +24,7 @@ class FindPanel : public QFrame {
     /// @param appearance must outlive the panel.
     /// @param window owns the panel, which is hidden at first and always fits into it.
     FindPanel(const Appearance &appearance, QWidget &window);
+    ~FindPanel() override;
 
     /// Shows the panel with an empty field, and moves the focus to it.
     void open(FindIndex index);

@@ -56,6 +56,8 @@ class MainWindowController : public QObject, private RefreshJobs {
         return rosterController.selection();
     }
     [[nodiscard]] const CourseList &courses() const { return courseList; }
+    /// Every course that was scored since the connection, as last read.
+    [[nodiscard]] const RosterCache &loadedRosters() const { return rosterCache; }
     [[nodiscard]] const RosterView &roster() const { return rosterController.view(); }
     [[nodiscard]] Dashboard &dashboard() { return passController.dashboard(); }
     /// The actions on the roster on screen.

@@ -8,7 +8,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <istream>
 #include <ostream>
 
@@ -93,33 +92,9 @@ std::vector<Course> fetchCourses(CommandContext &context, CanvasReading &source)
     return std::move(list.records);
 }
 
-Course findCourse(const std::vector<Course> &courses, std::int64_t id) {
-    const auto found = std::ranges::find(courses, id, &Course::id);
-    if (found == courses.end())
-        throw Failure(fmt::format("No course {} in the course list.", id));
-    return *found;
-}
-
-ScoredCourse loadByID(CommandContext &context, std::int64_t courseID) {
-    const auto source = context.connect();
-    const Course course = findCourse(fetchCourses(context, *source), courseID);
-    ScoredCourse scored = context.finish(
-        "Reading the roster…", loadCourse(source, course, context.defaults(), context.now));
-    const ScoredCourse *only = &scored;
-    printNotes(context, {&only, 1});
-    return scored;
-}
-
 void printNotes(CommandContext &context, std::span<const ScoredCourse *const> courses) {
     for (const std::string &note : notesOf(courses))
         context.err << oneLine(note) << "\n";
-}
-
-const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID) {
-    const auto found = std::ranges::find(course.rows, studentID, &RiskRow::id);
-    if (found == course.rows.end())
-        throw Failure(fmt::format("No student {} in the roster.", studentID));
-    return *found;
 }
 
 void requireSaved(CommandContext &context) {

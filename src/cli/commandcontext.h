@@ -112,18 +112,8 @@ class CommandContext {
 /// Fetches the course list. Reports on standard error when it was cut short.
 [[nodiscard]] std::vector<Course> fetchCourses(CommandContext &context, CanvasReading &source);
 
-/// The course with that id. @throws Failure when it is not in the list
-[[nodiscard]] Course findCourse(const std::vector<Course> &courses, std::int64_t id);
-
-/// Fetches and scores the course with that id; its notes go to standard error. @throws Failure,
-/// NotConnected, KeychainError, CanvasError
-[[nodiscard]] ScoredCourse loadByID(CommandContext &context, std::int64_t courseID);
-
 /// Prints the notes of the courses' rosters to standard error, one per line.
 void printNotes(CommandContext &context, std::span<const ScoredCourse *const> courses);
-
-/// The student's row. @throws Failure when it is not in the roster
-[[nodiscard]] const RiskRow &findStudent(const ScoredCourse &course, std::int64_t studentID);
 
 /// For commands whose purpose is to save. @throws Failure when not all changes of the preferences
 /// and the stores that were used are on the disk

@@ -2,37 +2,43 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
+#include "cli/names.h"
 #include "memory/outreach.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <functional>
+
 namespace ellwynd::cli {
 
 static int runContacted(CommandContext &context, const QStringList &words) {
     CommandLine line(context, "contacted", "Record that you wrote to these students just now.");
-    line.argument("COURSE", "The course's id.");
-    line.argument("STUDENT", "A student's id.", true);
+    line.argument("COURSE", "The course's id, name or code.");
+    line.argument("STUDENT", "A student's id or name.", true);
     if (!line.parse(words))
         return done;
-    const std::int64_t courseID = parseID(line.word(0), "course");
-    std::vector<std::int64_t> ids;
+    const Reference wanted = parseReference(line.word(0), "course");
+    std::vector<Reference> students;
     for (qsizetype i = 1; i < line.wordCount(); ++i)
-        ids.push_back(parseID(line.word(i), "student"));
-    const ScoredCourse course = loadByID(context, courseID);
-    for (const std::int64_t id : ids)
-        static_cast<void>(findStudent(course, id));
+        students.push_back(parseReference(line.word(i), "student"));
+    const ScoredCourse course = loadCourse(context, wanted);
+    std::vector<std::reference_wrapper<const RiskRow>> rows;
+    std::vector<std::int64_t> ids;
+    for (const Reference &student : students) {
+        rows.emplace_back(findStudent(course, student));
+        ids.push_back(rows.back().get().id);
+    }
     Stores &stores = context.stores();
     if (!stores.contacts.isEnabled())
         throw Failure("Contact marks are turned off in Settings.");
     const Date now = context.now();
-    stores.contacts.noteContacts(courseID, ids, now);
+    stores.contacts.noteContacts(course.course.id, ids, now);
     requireSaved(context);
 
     JSON list = JSON::array();
     std::string text;
-    for (const std::int64_t id : ids) {
-        const RiskRow &row = findStudent(course, id);
+    for (const RiskRow &row : rows) {
         const auto outreach = lastOutcome(row, stores.contacts, stores.history, now);
         list.push_back(rowDocument(row, outreach));
         text += fmt::format("{}: {}.\n", oneLine(row.name), outreachText(*outreach));

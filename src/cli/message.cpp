@@ -1,6 +1,7 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
+#include "cli/names.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -25,12 +26,12 @@ const MessageTemplate &chosenTemplate(CommandContext &context, const CommandLine
 }
 
 /// The named students' rows in the order of the roster, or every flagged one's when none is named.
-/// @throws Failure for a student who is not on the roster.
-std::vector<RiskRow> chosenRows(const ScoredCourse &course, const std::set<std::int64_t> &named) {
-    for (const std::int64_t id : named) {
-        if (std::ranges::find(course.rows, id, &RiskRow::id) == course.rows.end())
-            throw Failure(fmt::format("No student {} in the roster.", id));
-    }
+/// @throws Failure for a student who is not on the roster, AmbiguousName
+std::vector<RiskRow>
+chosenRows(const ScoredCourse &course, const std::vector<Reference> &students) {
+    std::set<std::int64_t> named;
+    for (const Reference &student : students)
+        named.insert(findStudent(course, student).id);
     std::vector<RiskRow> rows;
     std::ranges::copy_if(course.rows, std::back_inserter(rows), [&named](const RiskRow &row) {
         return named.empty() ? row.level.has_value() : named.contains(row.id);
@@ -43,19 +44,21 @@ std::vector<RiskRow> chosenRows(const ScoredCourse &course, const std::set<std::
 static int runMessage(CommandContext &context, const QStringList &words) {
     CommandLine line(
         context, "message", "Print the message that would be copied for each student.");
-    line.argument("COURSE", "The course's id.");
+    line.argument("COURSE", "The course's id, name or code.");
     line.option("template", "NAME", "The template to fill.");
-    line.option("student", "ID", "A student; may be repeated. Default: every flagged student.");
+    line.option(
+        "student", "STUDENT",
+        "A student's id or name; may be repeated. Default: every flagged student.");
     line.flag("note", "Record a contact for each of these students.");
     if (!line.parse(words))
         return done;
-    const std::int64_t id = parseID(line.word(0), "course");
-    std::set<std::int64_t> students;
+    const Reference course = parseReference(line.word(0), "course");
+    std::vector<Reference> students;
     for (const std::string &word : line.values("student"))
-        students.insert(parseID(word, "student"));
+        students.push_back(parseReference(word, "student"));
     const MessageTemplate message = chosenTemplate(context, line);
 
-    const ScoredCourse scored = loadByID(context, id);
+    const ScoredCourse scored = loadCourse(context, course);
     const std::vector<RiskRow> rows = chosenRows(scored, students);
     const std::string text =
         fillAll(message, rows, displayName(scored.course), [&scored](std::int64_t) {
@@ -69,7 +72,7 @@ static int runMessage(CommandContext &context, const QStringList &words) {
         std::vector<std::int64_t> ids;
         for (const RiskRow &row : rows)
             ids.push_back(row.id);
-        context.stores().contacts.noteContacts(id, ids, context.now());
+        context.stores().contacts.noteContacts(scored.course.id, ids, context.now());
         requireSaved(context);
     }
     return done;

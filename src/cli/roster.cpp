@@ -1,6 +1,7 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
+#include "cli/names.h"
 
 #include <nlohmann/json.hpp>
 
@@ -8,13 +9,13 @@ namespace ellwynd::cli {
 
 static int runRoster(CommandContext &context, const QStringList &words) {
     CommandLine line(context, "roster", "Fetch and score one course, worst first.");
-    line.argument("COURSE", "The course's id.");
+    line.argument("COURSE", "The course's id, name or code.");
     line.flag("visit", "Count as a visit: record today's levels, as opening the course does.");
     addExportFlags(line);
     if (!line.parse(words))
         return done;
     const auto format = exportFormat(line);
-    const ScoredCourse course = loadByID(context, parseID(line.word(0), "course"));
+    const ScoredCourse course = loadCourse(context, parseReference(line.word(0), "course"));
     Stores &stores = context.stores();
     RosterMemory memory;
     memory.movement = movementOf(course, stores);

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "canvas/records/canvaserror.h"
 #include "cli/commands.h"
+#include "cli/names.h"
 #include "generated/version.h"
 #include "preferences/launcharguments.h"
 
@@ -75,6 +76,9 @@ int run(
         if (!out.flush())
             throw Failure("The output couldn't be written.");
         return status;
+    } catch (const AmbiguousName &error) {
+        err << error.what() << "\n";
+        return wrongUsage;
     } catch (const UsageError &error) {
         err << oneLine(error.what()) << "\n";
         return wrongUsage;

@@ -5,6 +5,7 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
+#include "cli/names.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -56,14 +57,14 @@ std::string studentText(const RiskRow &row, const StudentHistory &history, Date 
 
 static int runStudent(CommandContext &context, const QStringList &words) {
     CommandLine line(context, "student", "Show one student's reasons and history.");
-    line.argument("COURSE", "The course's id.");
-    line.argument("STUDENT", "The student's id.");
+    line.argument("COURSE", "The course's id, name or code.");
+    line.argument("STUDENT", "The student's id or name.");
     if (!line.parse(words))
         return done;
-    const std::int64_t courseID = parseID(line.word(0), "course");
-    const std::int64_t studentID = parseID(line.word(1), "student");
-    const ScoredCourse course = loadByID(context, courseID);
-    const RiskRow &row = findStudent(course, studentID);
+    const Reference wanted = parseReference(line.word(0), "course");
+    const Reference student = parseReference(line.word(1), "student");
+    const ScoredCourse course = loadCourse(context, wanted);
+    const RiskRow &row = findStudent(course, student);
     const StudentHistory history =
         studentHistory(row, movementOf(course, context.stores()), context.stores(), context.now());
     line.print(

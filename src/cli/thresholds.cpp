@@ -4,6 +4,7 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
+#include "cli/names.h"
 
 #include <nlohmann/json.hpp>
 
@@ -52,14 +53,14 @@ int printEffect(
 
 static int runThresholds(CommandContext &context, const QStringList &words) {
     CommandLine line(context, "thresholds", "Show, set or reset one course's thresholds.");
-    line.argument("COURSE", "The course's id.");
+    line.argument("COURSE", "The course's id, name or code.");
     line.option("passing", "P", "Passing score for this course, percent.");
     line.option("inactivity", "T", "Inactivity window for this course, days behind the class.");
     line.flag("use-defaults", "Follow the defaults again.");
     line.flag("dry-run", "Show what these thresholds would do, and change nothing.");
     if (!line.parse(words))
         return done;
-    const std::int64_t id = parseID(line.word(0), "course");
+    const Reference course = parseReference(line.word(0), "course");
     const auto passing = passingOption(line);
     const auto inactivity = inactivityOption(line);
     if (line.has("use-defaults") && (passing || inactivity))
@@ -68,7 +69,7 @@ static int runThresholds(CommandContext &context, const QStringList &words) {
     if (line.has("dry-run"))
         return printEffect(line, context, id, passing, inactivity);
     const auto source = context.connect();
-    static_cast<void>(findCourse(fetchCourses(context, *source), id));
+    const std::int64_t id = findCourse(fetchCourses(context, *source), course).id;
     UserDefaults &defaults = context.defaults();
     if (line.has("use-defaults"))
         useDefaults(defaults, id);

@@ -43,6 +43,11 @@ constexpr std::string_view topicIDs[] = {
     "command-line",
     "troubleshooting",
     "keychain",
+    "getting-started", "connecting", "sample-college", "roster",    "finding",  "signals",
+    "reasons",         "thresholds", "class-wide",     "movement",  "contacts", "writing",
+    "templates",       "export",     "printing",       "dashboard", "widgets",  "notices",
+    "privacy",         "sync",       "appearance",     "undo",      "keyboard", "command-line",
+    "troubleshooting", "keychain",
 };
 
 constexpr std::string_view shortcutsPlaceholder = "{shortcuts}";

@@ -57,7 +57,12 @@ TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
              {{"courses"}, 3, "Not connected\n"},
              {{"roster", "1"}, 3, "Not connected\n"},
              {{"--sample", "roster"}, 2, "roster needs more arguments"},
-             {{"--sample", "roster", "x"}, 2, "x is not a course id"},
+             {{"--sample", "roster", "-"}, 2, "“-” is neither the id nor the name of a course\n"},
+             {{"--sample", "student", "900101", ""}, 2, "“” is neither the id nor the name"},
+             {{"--sample", "term", "x"}, 2, "x is not a term id"},
+             {{"roster", "x"}, 3, "Not connected\n"},
+             {{"--sample", "find"}, 2, "find needs more arguments"},
+             {{"--sample", "find", "…"}, 2, "find needs a letter or a digit"},
              {{"--sample", "roster", "1", "2"}, 2, "roster takes no argument 2"},
              {{"--sample", "roster", "1", "--nonsense"}, 2, "nonsense"},
              {{"--sample", "roster", "1"}, 1, "No course 1 in the course list.\n"},
@@ -179,6 +184,90 @@ TEST_F(CommandsTest, PrintARosterDocument) {
     EXPECT_EQ(roster["missedWork"][0]["name"], "Homework 5");
     EXPECT_EQ(roster["missedWork"][0]["rosterSize"], 26);
     EXPECT_THAT(call({"--sample", "roster", "900102"}).out, HasSubstr("excluded from risk scores"));
+}
+
+TEST_F(CommandsTest, FindStudentsAndCourses) {
+    const auto summary = [this](std::vector<std::string> words) {
+        words.insert(words.begin(), {"--sample", "find"});
+        std::vector<std::string> lines;
+        for (const json &found : document(std::move(words))) {
+            EXPECT_EQ(found.size(), 6U);
+            lines.push_back(
+                found["kind"].get<std::string>() + " " + found["id"].dump() + " " +
+                found["courseID"].dump() + " " + found["level"].dump());
+        }
+        return lines;
+    };
+    EXPECT_THAT(summary({"jordan"}), testing::Contains("student 5001 900101 \"At Risk\""));
+    EXPECT_THAT(
+        summary({"Data", "Str"}),
+        testing::UnorderedElementsAre("course 900106 900106 null", "course 900201 900201 null"));
+    EXPECT_THAT(summary({"php sql"}), testing::ElementsAre("course 900103 900103 null"));
+    EXPECT_THAT(summary({"zzzz"}), IsEmpty());
+
+    const json course = document({"--sample", "find", "intro"})[0];
+    EXPECT_EQ(course["name"], document({"--sample", "courses"})[0]["name"]);
+    EXPECT_EQ(course["courseName"], course["name"]);
+    const json student = document({"--sample", "find", "jordan"})[0];
+    EXPECT_EQ(student["name"], "Jordan");
+    EXPECT_EQ(student["courseName"], course["name"]);
+
+    EXPECT_EQ(
+        call({"--sample", "find", "php"}).out,
+        "Level  Student  Course  Name                         In\n"
+        "                900103  CS 230  5140 - PHP with SQL  Fall 2026\n");
+    const Outcome nobody = call({"--sample", "find", "zzzz"});
+    EXPECT_EQ(nobody.status, 0);
+    EXPECT_THAT(nobody.out, IsEmpty());
+    EXPECT_EQ(nobody.err, "Nobody and nothing is named like that.\n");
+}
+
+TEST_F(CommandsTest, TakeNamesInsteadOfIDs) {
+    const auto same = [this](std::vector<std::string> named, std::vector<std::string> withIDs) {
+        const Outcome outcome = call(named);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(outcome.out, call(std::move(withIDs)).out) << testing::PrintToString(named);
+    };
+    same({"--sample", "roster", "INTRO"}, {"--sample", "roster", "900101"});
+    same(
+        {"--sample", "roster", "cs 101 4021 - intro to programming", "--csv"},
+        {"--sample", "roster", "900101", "--csv"});
+    same({"--sample", "student", "cs 101", "JÓRDAN"}, {"--sample", "student", "900101", "5001"});
+    same({"--sample", "thresholds", "php"}, {"--sample", "thresholds", "900103"});
+    same(
+        {"--sample", "message", "intro", "--template", "Email", "--student", "jord"},
+        {"--sample", "message", "900101", "--template", "Email", "--student", "5001"});
+    same({"--sample", "contacted", "intro", "jordan"}, {"--sample", "contacted", "900101", "5001"});
+
+    struct Row {
+        std::vector<std::string> words;
+        int status;
+        const char *err;
+    };
+    for (const Row &row : std::vector<Row>{
+             {{"roster", "astronomy"}, 1, "No course named astronomy in the course list.\n"},
+             {{"roster", "itp"}, 1, "No course named itp in the course list.\n"},
+             {{"thresholds", "data str"},
+              2,
+              "course 900106: CS 260  8830 - Data Structures (Fall 2026)\n"
+              "course 900201: CS 260  3310 - Data Structures (Summer 2026)\n"},
+             {{"student", "intro", "a"}, 2, "student 5023: Anya\nstudent 5006: Ava\n"},
+             {{"student", "intro", "zebedee"}, 1, "No student named zebedee in the roster.\n"},
+             {{"contacted", "intro", "jordan", "zebedee"},
+              1,
+              "No student named zebedee in the roster.\n"},
+             {{"message", "intro", "--template", "Email", "--student", "zebedee", "--note"},
+              1,
+              "No student named zebedee in the roster.\n"},
+             {{"student", "intro", "jordan\nx"}, 1, "No student named jordan x in the roster.\n"},
+         }) {
+        std::vector<std::string> words = row.words;
+        words.insert(words.begin(), "--sample");
+        const Outcome outcome = call(words);
+        EXPECT_EQ(outcome.status, row.status) << testing::PrintToString(words);
+        EXPECT_EQ(outcome.err, row.err);
+        EXPECT_THAT(outcome.out, IsEmpty());
+    }
 }
 
 /// The document without its instants, which differ from run to run.

@@ -105,6 +105,15 @@ TEST(Connected, TheTokenAppearsInNoFileAndNoOutput) {
     const json dashboard = json::parse(call({"dashboard", "--json"}, 0));
     EXPECT_EQ(dashboard["headline"], "0 flagged across 1 course");
     call({"student", "4021", "1"}, 1);
+    // Names are compared with what is read anyway.
+    const auto requestsOf = [&](const std::vector<std::string> &words) {
+        const std::size_t before = canvas.requests.size();
+        call(words, 0);
+        return canvas.requests.size() - before;
+    };
+    EXPECT_EQ(requestsOf({"student", "bio", "quill"}), requestsOf({"student", "4021", "77001"}));
+    EXPECT_EQ(requestsOf({"thresholds", "bio"}), requestsOf({"thresholds", "4021"}));
+    EXPECT_EQ(json::parse(call({"find", "zoe", "--json"}, 0))[0]["id"], 77001);
     std::vector<std::string> written;
     for (const auto &entry : std::filesystem::recursive_directory_iterator(home)) {
         if (!entry.is_regular_file() || entry.file_size() == 0)

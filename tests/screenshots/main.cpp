@@ -10,6 +10,7 @@
 #include "ui/dashboard/dashboardpane.h"
 #include "ui/dashboard/studentlist.h"
 #include "ui/details/termchart.h"
+#include "ui/find/findpanel.h"
 #include "ui/help/helpwindow.h"
 #include "ui/mainwindow/mainwindow.h"
 #include "ui/print/printsheet.h"
@@ -94,6 +95,7 @@ class Screenshots {
         window.roster()->table()->selectStudents({{introToProgramming, 5001}});
         settle();
         save(window, "roster");
+        drawFind(window);
         drawUndo(controller, window);
         drawWrite(defaults, window);
         drawPrint(controller, window);
@@ -315,6 +317,45 @@ class Screenshots {
         save(window, "roster-empty");
         table.setQuery({});
         settle();
+    }
+
+    /// The panel that finds anyone, with results, without any, and before anything is typed.
+    void drawFind(MainWindow &window) {
+        for (QAction *command : window.findChildren<QAction *>()) {
+            if (command->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_K))
+                command->trigger();
+        }
+        auto *panel = window.findChild<FindPanel *>();
+        settle();
+        save(window, "find-blank");
+        panel->findChild<QLineEdit *>()->setText(QStringLiteral("ch"));
+        settle();
+        save(window, "find");
+        panel->findChild<QLineEdit *>()->setText(QStringLiteral("nobody"));
+        settle();
+        save(window, "find-nobody");
+        panel->open(FindIndex(unusualNames()));
+        panel->findChild<QLineEdit *>()->setText(QStringLiteral("b"));
+        settle();
+        save(window, "find-names");
+        panel->dismiss();
+    }
+
+    /// Names that are long, in other directions and scripts, or look like markup.
+    static std::vector<FindEntry> unusualNames() {
+        std::vector<FindEntry> entries;
+        for (const char *name :
+             {"Bartholomew Featherstonehaugh-Cholmondeley de la Tour et Taxis von "
+              "Hohenlohe-Langenburg",
+              "עידו כהן", "عائشة Bint الزهراء", "山田太郎", "<b>Bob</b>", "Be\u0301la 😀", ""})
+            entries.push_back(
+                {.title = name,
+                 .detail = "An Introduction to the Comparative History of Long and Winding Course "
+                           "Names, Section 4021 of Many",
+                 .level = RiskLevel::atRisk,
+                 .id = std::int64_t(entries.size()),
+                 .otherNames = {"b"}});
+        return entries;
     }
 
     /// A note with an Undo button, and the menus of undoing and of contact marks.

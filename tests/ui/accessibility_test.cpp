@@ -44,6 +44,8 @@ TEST_F(AccessibilityTest, EveryControlOfEveryWindowHasANameAndIsReachedByTab) {
     action(QStringLiteral("Mark as Contacted"))->trigger();
     EXPECT_NE(note(), "");
     check("a note with a button");
+    action(QStringLiteral("Find…"))->trigger();
+    check("find");
     for (const char *command :
          {"Missing Work by Assignment…", "Risk Thresholds…", "Icon…", "Copy Course Setup…",
           "Ellwynd Help", "What's New in Ellwynd", "About Ellwynd"}) {

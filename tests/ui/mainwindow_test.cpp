@@ -97,6 +97,7 @@ TEST_F(MainWindowTest, EachCommandIsEnabledExactlyWhenItCanWork) {
         {"Leave Sample Data…", "ODLTCS"},
         {"Settings", "ODLTCS"},
         {"Undo", "------"},
+        {"Find…", "ODLTCS"},
         {"Find Student", "---TCS"},
         {"Show Dashboard", "--LTCS"},
         {"Sort By", "---TCS"},

@@ -40,6 +40,7 @@ MainMenus::MainMenus(QMenuBar &bar, UserDefaults &defaults)
     undo = add(*edit, undoText({}), {QKeySequence::Undo});
     showUndo({});
     edit->addSeparator();
+    find = add(*edit, QStringLiteral("Fi&nd…"), {Qt::CTRL | Qt::Key_K});
     findStudent = add(*edit, QStringLiteral("&Find Student"), {QKeySequence::Find});
     makeViewMenu();
     makeCourseMenus();
@@ -197,6 +198,24 @@ std::vector<ShortcutGroup> MainMenus::shortcuts() const {
             groups.push_back(std::move(group));
     }
     return groups;
+}
+
+std::vector<MainMenus::Found> MainMenus::enabledCommands() const {
+    std::vector<Found> commands;
+    for (const QAction *menu : bar.actions()) {
+        for (QAction *action : menu->menu()->actions()) {
+            if (action == find || action->isSeparator() || action->menu() != nullptr ||
+                !action->isEnabled() || !action->isVisible())
+                continue;
+            const std::string keys =
+                action->shortcut().toString(QKeySequence::NativeText).toStdString();
+            commands.push_back(
+                {.action = action,
+                 .text = plainText(*action),
+                 .place = plainText(*menu) + (keys.empty() ? "" : " · " + keys)});
+        }
+    }
+    return commands;
 }
 
 } // namespace ellwynd

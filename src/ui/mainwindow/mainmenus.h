@@ -48,6 +48,18 @@ class MainMenus : public QObject {
     /// The commands that have a shortcut, grouped by menu. Names of students are left out.
     [[nodiscard]] std::vector<ShortcutGroup> shortcuts() const;
 
+    /// A command as it is found by its name.
+    struct Found {
+        QAction *action;
+        /// Without a mnemonic.
+        std::string text;
+        /// The menu and the keys: "Student · Ctrl+J".
+        std::string place;
+    };
+    /// The commands that can run now, in the order of the menus, except for the command that finds
+    /// them.
+    [[nodiscard]] std::vector<Found> enabledCommands() const;
+
     // File
     QAction *refreshAll = nullptr;
     QAction *refreshRoster = nullptr;
@@ -59,6 +71,9 @@ class MainMenus : public QObject {
     QAction *quit = nullptr;
     // Edit
     QAction *undo = nullptr;
+    /// Finds students, courses, terms and commands.
+    QAction *find = nullptr;
+    /// Filters the roster.
     QAction *findStudent = nullptr;
     // View
     QAction *showDashboard = nullptr;

@@ -9,6 +9,7 @@
 #include "ui/mainwindow/connectionviews.h"
 #include "ui/mainwindow/contextmenus.h"
 #include "ui/mainwindow/coursesheets.h"
+#include "ui/mainwindow/findcommands.h"
 #include "ui/mainwindow/helpcommands.h"
 #include "ui/mainwindow/mainmenus.h"
 #include "ui/mainwindow/panesplitter.h"
@@ -244,10 +245,14 @@ void MainWindow::connectViews() {
         });
     connect(sidebar, &Sidebar::menuRequested, contextMenus, &ContextMenus::showSelection);
     connect(contextMenus, &ContextMenus::studentRequested, this, &MainWindow::showStudent);
-    connect(contextMenus, &ContextMenus::rosterRequested, this, [this](const Selection &selection) {
+    const auto showRoster = [this](const Selection &selection) {
         controller.select(selection);
         rosterPane->table()->setFocus();
-    });
+    };
+    connect(contextMenus, &ContextMenus::rosterRequested, this, showRoster);
+    const auto *finding = new FindCommands(controller, *menus, appearance, *this);
+    connect(finding, &FindCommands::studentRequested, this, &MainWindow::showStudent);
+    connect(finding, &FindCommands::rosterRequested, this, showRoster);
     connect(
         contextMenus, &ContextMenus::thresholdsRequested, this, [this](const Selection &selection) {
             controller.select(selection);

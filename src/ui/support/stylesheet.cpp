@@ -95,6 +95,8 @@ QListWidget#courses::item:disabled { color: @secondaryText; }
 QListWidget#templates::item:selected, QListWidget#courses::item:selected { background: @selection; color: @text; }
 QFrame#card { border: 1px solid @separator; border-radius: 8px; background: @surface; }
 
+QFrame#findPanel { background: @window; border: 1px solid @outline; border-radius: 10px; }
+QListView#findResults { background: transparent; border: none; outline: none; }
 QFrame#statusNote { background: @control; border: 1px solid @outline; border-radius: 8px; }
 QFrame#separator { background: @separator; max-height: 1px; border: none; }
 QLabel[secondary="true"] { color: @secondaryText; }

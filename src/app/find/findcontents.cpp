@@ -1,0 +1,89 @@
+#include "app/find/findcontents.h"
+
+#include "app/courses/courselabel.h"
+#include "app/roster/rosterview.h"
+#include "base/text.h"
+
+#include <algorithm>
+
+namespace ellwynd {
+
+namespace {
+
+constexpr std::size_t mostSuggestions = 12;
+
+FindEntry entryOf(const RiskRow &row) {
+    return {
+        .kind = FoundKind::student,
+        .title = row.name,
+        .detail = row.courseName,
+        .level = row.level,
+        .id = row.id,
+        .courseID = row.courseID};
+}
+
+FindEntry entryOf(const TermGroup &term) {
+    return {
+        .kind = FoundKind::term,
+        .title = title(term),
+        .detail = plural(std::int64_t(term.courses.size()), "course"),
+        .id = term.id(),
+        .beginsAt = term.term ? term.term->startAt : std::nullopt};
+}
+
+} // namespace
+
+FindEntry entryOf(const Course &course) {
+    const CourseLabel label = courseLabel(course);
+    FindEntry entry{
+        .kind = FoundKind::course,
+        .title = displayName(course),
+        .detail = course.term ? displayName(*course.term) : std::string(),
+        .id = course.id,
+        .courseID = course.id,
+        .beginsAt = course.term ? course.term->startAt : std::nullopt};
+    for (const std::string &name : {label.name, label.code, course.courseCode.value_or("")}) {
+        const bool known = std::ranges::find(entry.otherNames, name) != entry.otherNames.end();
+        if (!name.empty() && name != entry.title && !known)
+            entry.otherNames.push_back(name);
+    }
+    return entry;
+}
+
+std::vector<FindEntry> studentsOf(const ScoredCourse &course) {
+    const ScoredCourse *only = &course;
+    const std::map<StudentKey, std::string> sortNames = sortNamesOf({&only, 1});
+    std::vector<FindEntry> entries;
+    for (const RiskRow &row : course.rows) {
+        entries.push_back(entryOf(row));
+        if (const auto found = sortNames.find(keyOf(row)); found != sortNames.end())
+            entries.back().otherNames.push_back(found->second);
+    }
+    return entries;
+}
+
+std::vector<FindEntry> entriesOf(const std::vector<Course> &courses, const RosterCache &cache) {
+    std::vector<FindEntry> entries;
+    for (const Course &course : courses) {
+        entries.push_back(entryOf(course));
+        if (const SharedCourse scored = cache.find(course.id))
+            std::ranges::move(studentsOf(*scored), std::back_inserter(entries));
+    }
+    for (const TermGroup &term : groupByTerm(courses))
+        entries.push_back(entryOf(term));
+    return entries;
+}
+
+std::vector<FindEntry> suggestionsOf(const DashboardTerm *term) {
+    std::vector<FindEntry> entries;
+    if (term == nullptr)
+        return entries;
+    for (const DashboardStudent &student : term->students) {
+        if (entries.size() == mostSuggestions)
+            break;
+        entries.push_back(entryOf(*student.row));
+    }
+    return entries;
+}
+
+} // namespace ellwynd

@@ -24,9 +24,9 @@ JSON changeDocument(const ThresholdEffect::Change &change) {
 }
 
 int printEffect(
-    CommandLine &line, CommandContext &context, std::int64_t courseID,
+    CommandLine &line, CommandContext &context, const Reference &reference,
     std::optional<double> passing, std::optional<std::int64_t> inactivity) {
-    const ScoredCourse course = loadByID(context, courseID);
+    const ScoredCourse course = loadCourse(context, reference);
     CourseThresholds then =
         line.has("use-defaults") ? defaultThresholds(context.defaults()) : course.thresholds;
     then.passingScore = passing.value_or(then.passingScore);
@@ -67,7 +67,7 @@ static int runThresholds(CommandContext &context, const QStringList &words) {
         throw UsageError("--use-defaults cannot be combined with --passing or --inactivity");
 
     if (line.has("dry-run"))
-        return printEffect(line, context, id, passing, inactivity);
+        return printEffect(line, context, course, passing, inactivity);
     const auto source = context.connect();
     const std::int64_t id = findCourse(fetchCourses(context, *source), course).id;
     UserDefaults &defaults = context.defaults();

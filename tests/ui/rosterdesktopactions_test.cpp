@@ -127,6 +127,7 @@ TEST_F(RosterDesktopActionsTest, TheFolderOfTheLastExportIsRememberedWhileItExis
     };
     const std::string documents =
         QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation).toStdString();
+    std::filesystem::create_directories(documents);
     EXPECT_EQ(folder(), documents);
     defaults.set(preferences::exportFolder, last.path().string());
     EXPECT_EQ(folder(), last.path().string());

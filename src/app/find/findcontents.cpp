@@ -51,13 +51,11 @@ FindEntry entryOf(const Course &course) {
 }
 
 std::vector<FindEntry> studentsOf(const ScoredCourse &course) {
-    const ScoredCourse *only = &course;
-    const std::map<StudentKey, std::string> sortNames = sortNamesOf({&only, 1});
     std::vector<FindEntry> entries;
     for (const RiskRow &row : course.rows) {
         entries.push_back(entryOf(row));
-        if (const auto found = sortNames.find(keyOf(row)); found != sortNames.end())
-            entries.back().otherNames.push_back(found->second);
+        if (row.sortableName && !row.sortableName->empty())
+            entries.back().otherNames.push_back(*row.sortableName);
     }
     return entries;
 }

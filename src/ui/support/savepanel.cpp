@@ -12,10 +12,13 @@ namespace ellwynd {
 namespace {
 
 QString firstFolder(const UserDefaults &defaults) {
-    const QString last = qstring(defaults.value(preferences::exportFolder));
-    if (!last.isEmpty() && QDir(last).exists())
-        return last;
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    for (const QString &folder :
+         {qstring(defaults.value(preferences::exportFolder)),
+          QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}) {
+        if (!folder.isEmpty() && QDir(folder).exists())
+            return folder;
+    }
+    return QDir::homePath();
 }
 
 } // namespace

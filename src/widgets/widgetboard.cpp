@@ -116,6 +116,15 @@ void WidgetBoard::place(const PlacedWidget &widget) {
     });
     connect(window, &WidgetWindow::addRequested, this, [this, window] { addBeside(*window); });
     connect(window, &WidgetWindow::removeRequested, this, [this, window] { remove(*window); });
+    connect(
+        window, &WidgetWindow::windowDidClose, this,
+        [this] {
+            // Only "Remove Widget" forgets a widget.
+            const auto isShown = [](const auto &each) { return each->isVisible(); };
+            if (std::ranges::none_of(placed, isShown))
+                Q_EMIT quitRequested();
+        },
+        Qt::QueuedConnection);
     connect(window, &WidgetWindow::quitRequested, this, &WidgetBoard::quitRequested);
     window->show();
     saveSoon.start();

@@ -219,9 +219,8 @@ void WidgetWindow::moveEvent(QMoveEvent *event) {
 
 void WidgetWindow::closeEvent(QCloseEvent *event) {
     QWidget::closeEvent(event);
-    // Quitting closes all windows; their widgets are shown again at the next start.
     if (event->spontaneous())
-        Q_EMIT removeRequested();
+        Q_EMIT windowDidClose();
 }
 
 void WidgetWindow::contextMenuEvent(QContextMenuEvent *event) {

@@ -47,6 +47,8 @@ class WidgetWindow : public QWidget {
     void linkRequested(const QString &link);
     void addRequested();
     void removeRequested();
+    /// The window system has closed the window; the widget is shown again at the next start.
+    void windowDidClose();
     void quitRequested();
 
   protected:

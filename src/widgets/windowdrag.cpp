@@ -5,14 +5,21 @@
 #include <QMouseEvent>
 #include <QWindow>
 
+#include <utility>
+
 namespace ellwynd {
 
-WindowDrag::WindowDrag(QWidget &window) : QObject(&window), window(window) {
+WindowDrag::WindowDrag(QWidget &window, SystemMove systemMove)
+    : QObject(&window), window(window), systemMove(std::move(systemMove)) {
     window.installEventFilter(this);
 }
 
 void WindowDrag::addHandle(QAbstractButton &button) {
     button.installEventFilter(this);
+}
+
+bool WindowDrag::startSystemMove(QWidget &window) {
+    return window.windowHandle()->startSystemMove();
 }
 
 bool WindowDrag::drag(const QMouseEvent &event) {
@@ -21,11 +28,14 @@ bool WindowDrag::drag(const QMouseEvent &event) {
         window.move(pointer - *grip);
         return true;
     }
+    if (isDragging)
+        return true;
     if (!pressedAt || !event.buttons().testFlag(Qt::LeftButton) ||
         (pointer - *pressedAt).manhattanLength() < QApplication::startDragDistance())
         return false;
     // If the window system moves the window, it handles the pointer from here on.
-    if (!window.windowHandle()->startSystemMove())
+    isDragging = true;
+    if (!systemMove(window))
         grip = *pressedAt - window.pos();
     pressedAt.reset();
     return true;
@@ -35,6 +45,7 @@ bool WindowDrag::eventFilter(QObject *watched, QEvent *event) {
     switch (event->type()) {
     case QEvent::MouseButtonPress: {
         const auto *mouse = static_cast<QMouseEvent *>(event);
+        isDragging = false;
         if (mouse->button() == Qt::LeftButton)
             pressedAt = mouse->globalPosition().toPoint();
         break;
@@ -49,6 +60,11 @@ bool WindowDrag::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::MouseButtonRelease:
         pressedAt.reset();
         grip.reset();
+        if (std::exchange(isDragging, false)) {
+            if (auto *button = qobject_cast<QAbstractButton *>(watched))
+                button->setDown(false);
+            return true;
+        }
         break;
     default:
         break;

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QPoint>
 
+#include <functional>
 #include <optional>
 
 class QAbstractButton;
@@ -17,7 +18,10 @@ class WindowDrag : public QObject {
     Q_OBJECT
 
   public:
-    explicit WindowDrag(QWidget &window);
+    /// Asks the window system to move a window with the pointer. Returns false if it cannot.
+    using SystemMove = std::function<bool(QWidget &window)>;
+
+    explicit WindowDrag(QWidget &window, SystemMove systemMove = startSystemMove);
 
     /// Lets the window be dragged by a button in it; such a drag does not click the button.
     void addHandle(QAbstractButton &button);
@@ -26,14 +30,19 @@ class WindowDrag : public QObject {
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
+    static bool startSystemMove(QWidget &window);
     /// Handles a pointer move; true if it is a drag.
     bool drag(const QMouseEvent &event);
 
     QWidget &window;
+    SystemMove systemMove;
     /// Where the button was pressed, in global coordinates.
     std::optional<QPoint> pressedAt;
     /// The pointer's position in the window while the window follows it.
     std::optional<QPoint> grip;
+    /// A drag has begun. The window system may still report moves and the release, which must not
+    /// click.
+    bool isDragging = false;
 };
 
 } // namespace ellwynd

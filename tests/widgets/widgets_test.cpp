@@ -5,9 +5,12 @@
 #include "widgets/courserow.h"
 #include "widgets/termbutton.h"
 #include "widgets/widgetboard.h"
+#include "widgets/windowdrag.h"
 
 #include <QApplication>
+#include <QPushButton>
 #include <QTest>
+#include <qtestspontaneevent.h>
 
 #include <gmock/gmock.h>
 
@@ -230,6 +233,54 @@ TEST_F(WidgetsTest, DraggingMovesTheCardWithoutAClick) {
     EXPECT_EQ(window().placed().place, window().pos());
     QTest::mouseClick(&row, Qt::LeftButton);
     EXPECT_EQ(opened.size(), 1U) << "and a click is a click again";
+}
+
+TEST_F(WidgetsTest, ADragThatTheWindowSystemMovesDoesNotClick) {
+    QWidget card;
+    QPushButton button(&card);
+    int moves = 0;
+    int clicks = 0;
+    QObject::connect(&button, &QPushButton::clicked, [&clicks] { ++clicks; });
+    WindowDrag drag(card, [&moves](QWidget &) {
+        ++moves;
+        return true;
+    });
+    drag.addHandle(button);
+    card.resize(200, 100);
+    card.show();
+    // X11 reports a move over the button and the release after the window was moved.
+    const QPoint grip = button.rect().center();
+    for (int i = 1; i <= 3; ++i) {
+        QTest::mousePress(&button, Qt::LeftButton, {}, grip);
+        for (const int distance : {30, 60, 1})
+            QTest::mouseMove(&button, grip + QPoint(distance, 0));
+        QTest::mouseRelease(&button, Qt::LeftButton, {}, grip);
+        EXPECT_EQ(moves, i);
+        EXPECT_EQ(clicks, 0);
+    }
+    // A window system that keeps the release for itself does not take the next click.
+    QTest::mousePress(&button, Qt::LeftButton, {}, grip);
+    QTest::mouseMove(&button, grip + QPoint(60, 0));
+    QTest::mouseClick(&button, Qt::LeftButton, {}, grip);
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(WidgetsTest, OnlyRemovingAWidgetForgetsIt) {
+    choose(window(), "Add Another Widget");
+    choose(window(1), "Large");
+    int finished = 0;
+    QObject::connect(board.get(), &WidgetBoard::quitRequested, board.get(), [&] { ++finished; });
+    for (const int index : {0, 1}) {
+        QCloseEvent byWindowSystem;
+        QSpontaneKeyEvent::setSpontaneous(&byWindowSystem);
+        qApp->notify(&window(std::size_t(index)), &byWindowSystem);
+        window(std::size_t(index)).hide();
+        QApplication::processEvents();
+        EXPECT_EQ(finished, index) << "after the last one";
+    }
+    restart();
+    ASSERT_EQ(board->windows().size(), 2U);
+    EXPECT_EQ(window(1).placed().size, WidgetSize::large);
 }
 
 TEST_F(WidgetsTest, TheDayIsNamedAfterMidnight) {

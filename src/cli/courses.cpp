@@ -32,6 +32,8 @@ JSON courseDocument(const Course &course) {
 
 static int runCourses(CommandContext &context, const QStringList &words) {
     CommandLine line(context, "courses", "List your active courses.");
+    // The ids are always printed; the flag is that of the other lists.
+    line.flag("ids", "Print the id of every course, as without this option.");
     if (!line.parse(words))
         return done;
     const auto source = context.connect();

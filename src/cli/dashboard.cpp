@@ -67,7 +67,7 @@ JSON dashboardDocument(const Dashboard &dashboard) {
         {"terms", std::move(terms)}};
 }
 
-std::string dashboardText(const Dashboard &dashboard) {
+std::string dashboardText(const Dashboard &dashboard, bool withIDs) {
     const DashboardTerm *shown = dashboard.shownTerm();
     if (shown == nullptr)
         return *waitLine(dashboard) + "\n";
@@ -81,7 +81,11 @@ std::string dashboardText(const Dashboard &dashboard) {
          {"Moved"},
          {"Follow-up", true},
          {"Most missed"}});
+    std::vector<std::int64_t> ids;
+    std::vector<std::string> names;
     for (const DashboardCourseCard &card : shown->cards) {
+        ids.push_back(card.courseID);
+        names.push_back(card.name);
         const std::string levels = levelsText(card.levels, ", ");
         table.add(
             {card.name, fmt::format("{} of {}", card.flagged(), card.total),
@@ -91,6 +95,7 @@ std::string dashboardText(const Dashboard &dashboard) {
                  ? fmt::format("{} ({})", card.mostMissed->title, card.mostMissed->count)
                  : ""});
     }
+    table.addIDs(ids, names, withIDs);
     return text + table.text();
 }
 
@@ -111,6 +116,7 @@ void waitForNotices(UserNotifications &notifications) {
 static int runDashboard(CommandContext &context, const QStringList &words) {
     CommandLine line(context, "dashboard", "Score every course of the nearby terms.");
     line.flag("notify", "Post the notice of students who newly do worse.");
+    line.flag("ids", "Print the id of every course.");
     if (!line.parse(words))
         return done;
     const auto source = context.connect();
@@ -149,7 +155,9 @@ static int runDashboard(CommandContext &context, const QStringList &words) {
     for (const auto &[id, course] : cache.entries)
         scored.push_back(course.get());
     printNotes(context, scored);
-    line.print(line.wantsJSON() ? printed(dashboardDocument(dashboard)) : dashboardText(dashboard));
+    line.print(
+        line.wantsJSON() ? printed(dashboardDocument(dashboard))
+                         : dashboardText(dashboard, line.has("ids")));
     return complete ? done : failed;
 }
 

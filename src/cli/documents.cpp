@@ -185,6 +185,8 @@ std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout) {
         columns.push_back({"Contacted"});
     columns.push_back({"Why"});
     Table table(std::move(columns));
+    std::vector<std::int64_t> ids;
+    std::vector<std::string> names;
     for (const RiskRow &row : rows) {
         std::vector<std::string> cells{levelCell(row, layout.memory), row.name};
         if (layout.withCourse)
@@ -198,11 +200,15 @@ std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout) {
         }
         cells.push_back(reasonsText(row));
         table.add(std::move(cells));
+        ids.push_back(row.id);
+        names.push_back(row.name);
     }
+    table.addIDs(ids, names, layout.withIDs);
     return table.text();
 }
 
-std::string rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now) {
+std::string
+rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now, bool withIDs) {
     std::string text = fmt::format(
         "{}\n{} · updated {}\n{}\n", oneLine(displayName(course.course)),
         studentsText(course.rows.size()), calendar::shortTime(course.fetchedAt),
@@ -219,7 +225,7 @@ std::string rosterText(const ScoredCourse &course, const RosterMemory &memory, D
     text += "\n";
     if (course.rows.empty())
         return text + "No students found for this course.\n";
-    text += rowsTable(course.rows, {.now = now, .memory = memory});
+    text += rowsTable(course.rows, {.withIDs = withIDs, .now = now, .memory = memory});
     if (!course.missedWork.empty()) {
         Table table({{"Missing work by assignment"}, {"Missing", true}, {""}});
         for (const MissedAssignment &assignment : course.missedWork) {

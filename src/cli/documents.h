@@ -32,6 +32,8 @@ struct RosterMemory {
 struct RowsLayout {
     /// Adds the course column, for rows of several courses.
     bool withCourse = false;
+    /// Adds the id of every student; otherwise only of those whose names are alike.
+    bool withIDs = false;
     Date now;
     RosterMemory memory;
 };
@@ -40,7 +42,8 @@ struct RowsLayout {
 [[nodiscard]] std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout);
 
 /// A course's heading, rows and most missed work as plain text.
+/// @param withIDs as in `RowsLayout`.
 [[nodiscard]] std::string
-rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now);
+rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now, bool withIDs);
 
 } // namespace ellwynd::cli

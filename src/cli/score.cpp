@@ -42,7 +42,8 @@ static int runScore(CommandContext &context, const QStringList &words) {
     try {
         const ScoredCourse course = scoreSavedCourse(line.word(0), thresholds, now);
         line.print(
-            line.wantsJSON() ? printed(rosterDocument(course, {})) : rosterText(course, {}, now));
+            line.wantsJSON() ? printed(rosterDocument(course, {}))
+                             : rosterText(course, {}, now, false));
     } catch (const FileError &error) {
         throw Failure(error.what());
     }

@@ -3,6 +3,7 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <map>
 
 namespace ellwynd::cli {
 
@@ -10,6 +11,22 @@ void Table::add(std::vector<std::string> cells) {
     for (std::string &cell : cells)
         cell = oneLine(cell);
     rows.push_back(std::move(cells));
+}
+
+void Table::addIDs(
+    const std::vector<std::int64_t> &ids, const std::vector<std::string> &names, bool all) {
+    std::map<std::string, int> counts;
+    for (const std::string &name : names)
+        ++counts[name];
+    const auto isShown = [&](std::size_t row) { return all || counts.at(names[row]) > 1; };
+    std::vector<std::string> cells;
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        cells.push_back(isShown(row) ? std::to_string(ids[row]) : std::string());
+    if (std::ranges::all_of(cells, &std::string::empty))
+        return;
+    columns.insert(columns.begin(), {"ID", true});
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        rows[row].insert(rows[row].begin(), std::move(cells[row]));
 }
 
 std::string Table::text() const {

@@ -1,6 +1,7 @@
 // Aligned columns of plain text.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,10 @@ class Table {
     explicit Table(std::vector<Column> columns) : columns(std::move(columns)) {}
 
     void add(std::vector<std::string> cells);
+    /// Adds a first column of ids, one for each row: all of them, or else those of rows whose names
+    /// are alike, and no column if there are none.
+    void
+    addIDs(const std::vector<std::int64_t> &ids, const std::vector<std::string> &names, bool all);
     [[nodiscard]] std::string text() const;
 
   private:

@@ -16,6 +16,7 @@ namespace ellwynd::cli {
 static int runTerm(CommandContext &context, const QStringList &words) {
     CommandLine line(context, "term", "Score every course of one term; flagged students only.");
     line.argument("TERM", "The term's id.");
+    line.flag("ids", "Print the id of every student.");
     addExportFlags(line);
     if (!line.parse(words))
         return done;
@@ -57,7 +58,13 @@ static int runTerm(CommandContext &context, const QStringList &words) {
     std::string text = fmt::format(
         "{}\n{}\n\n", oneLine(title(*term)), flaggedAcrossText(rows.size(), scored.size()));
     line.print(
-        text + rowsTable(rows, {.withCourse = true, .now = context.now(), .memory = memory}));
+        text +
+        rowsTable(
+            rows,
+            {.withCourse = true,
+             .withIDs = line.has("ids"),
+             .now = context.now(),
+             .memory = memory}));
     return done;
 }
 

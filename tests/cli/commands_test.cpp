@@ -433,6 +433,24 @@ TEST_F(CommandsTest, WriteTheirResultToAFile) {
     EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }
 
+TEST(Table, IdsTellAlikeNamesApart) {
+    const auto text = [](bool all, std::vector<std::string> names) {
+        Table table({{"Level"}, {"Student"}});
+        std::vector<std::int64_t> ids;
+        for (const std::string &name : names) {
+            table.add({"OK", name});
+            ids.push_back(std::int64_t(7 + ids.size()));
+        }
+        table.addIDs(ids, names, all);
+        return table.text();
+    };
+    EXPECT_EQ(text(false, {"Ana", "Bo"}), "Level  Student\nOK     Ana\nOK     Bo\n");
+    EXPECT_EQ(text(true, {"Ana", "Bo"}), "ID  Level  Student\n 7  OK     Ana\n 8  OK     Bo\n");
+    EXPECT_EQ(
+        text(false, {"Ana", "Bo", "Ana"}),
+        "ID  Level  Student\n 7  OK     Ana\n    OK     Bo\n 9  OK     Ana\n");
+}
+
 TEST(Table, AlignsByWidthAndKeepsTheTerminalSafe) {
     Table table({{"Name"}, {"N", true}, {"Why"}});
     table.add({"山田", "1", "a"});

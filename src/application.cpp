@@ -126,8 +126,9 @@ void Application::launch(const QStringList &links) {
 void Application::followDesktop() {
     Objects &o = *objects;
     o.defaults.watch();
-    o.observingColors =
-        colorScheme::observe([&o](bool dark) { o.appearance.setDesktopIsDark(dark); });
+    o.observingColors = colorScheme::observe([&o](std::optional<bool> dark) {
+        o.appearance.setDesktopIsDark(dark.value_or(o.environment.isDarkWithoutPreference));
+    });
     o.observingWake = observeWake([&o] {
         o.controller.computerDidWake();
         o.sync.scan();

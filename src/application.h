@@ -40,6 +40,8 @@ struct ApplicationEnvironment {
     std::function<void()> reloadWidgets = [] {};
     /// Whether the desktop is dark at startup, for the appearance "automatic".
     bool desktopIsDark = false;
+    /// The same on a desktop that has no preference.
+    bool isDarkWithoutPreference = false;
     /// Starts a new instance after a switch of the sample mode. Returns an error message; absent on
     /// success.
     std::function<std::optional<std::string>()> newInstance = [] { return std::nullopt; };

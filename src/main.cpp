@@ -76,6 +76,7 @@ ApplicationEnvironment environment(PreferenceMap launchArguments) {
         .notifications = makeUserNotifications(),
         .reloadWidgets = widgetTimelines::reloadAll,
         .desktopIsDark = colorScheme::isDark().value_or(desktopPrefersDark()),
+        .isDarkWithoutPreference = desktopPrefersDark(),
         // Resolve the path now: the file may be replaced while the program runs.
         .newInstance = [program = QApplication::applicationFilePath()] {
             return startDetached(program);

@@ -10,9 +10,9 @@ std::span<const std::string_view> promises() {
     using namespace std::string_view_literals;
     static constexpr std::array texts{
         "Nothing is ever sent, posted or filed in Canvas."sv,
-        "No student's name, grade or submission is written to the disk, unless you export a roster."sv,
-        "Your access token is in your desktop's keyring and nowhere else."sv,
-        "No server but your institution's Canvas is contacted about your students."sv,
+        "No student’s name, grade or submission is written to the disk, unless you export a roster."sv,
+        "Your access token is in your desktop’s keyring and nowhere else."sv,
+        "No server but your institution’s Canvas is contacted about your students."sv,
     };
     return texts;
 }
@@ -21,7 +21,7 @@ std::span<const Dependency> dependencies() {
     static constexpr std::array list{
         Dependency{"Qt", "windows, network, the desktop", "LGPL-3.0-only"},
         Dependency{"QCoro", "coroutines", "MIT"},
-        Dependency{"simdjson", "Canvas's JSON", "Apache-2.0"},
+        Dependency{"simdjson", "Canvas’s JSON", "Apache-2.0"},
         Dependency{"nlohmann JSON", "small files", "MIT"},
         Dependency{"fmt", "text", "MIT"},
         Dependency{"GLib", "desktop entries", "LGPL-2.1-or-later"},

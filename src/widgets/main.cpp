@@ -49,7 +49,8 @@ int main(int argc, char **argv) {
     QApplication::setDesktopFileName(QStringLiteral("com.varnok.Ellwynd.Widget"));
     QApplication::setWindowIcon(applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
-    const bool desktopIsDark = colorScheme::isDark().value_or(desktopPrefersDark());
+    const bool isDarkWithoutPreference = desktopPrefersDark();
+    const bool desktopIsDark = colorScheme::isDark().value_or(isDarkWithoutPreference);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
 
     const std::filesystem::path stateFile = directories::state() / "Widgets.json";
@@ -69,7 +70,9 @@ int main(int argc, char **argv) {
         QDesktopServices::openUrl(QUrl(link));
     });
     const auto followingDesktop =
-        colorScheme::observe([&board](bool dark) { board.setDesktopIsDark(dark); });
+        colorScheme::observe([&board, isDarkWithoutPreference](std::optional<bool> dark) {
+            board.setDesktopIsDark(dark.value_or(isDarkWithoutPreference));
+        });
     QObject::connect(&board, &WidgetBoard::quitRequested, &application, &QApplication::quit);
     board.show();
     return QApplication::exec();

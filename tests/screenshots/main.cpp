@@ -133,7 +133,8 @@ class Screenshots {
         }
         settle();
         drawTermWithGaps(appearance);
-        for (const int courses : {1, 12, 40})
+        drawLargeRoster(appearance);
+        for (const int courses : {0, 1, 12, 40})
             drawCards(defaults, appearance, courses);
         SettingsWindow &settings = window.settings();
         settings.resize(appearance.px(880), appearance.px(640));
@@ -208,14 +209,9 @@ class Screenshots {
                  .mostMissed =
                      MostMissed{isLong ? term.title + std::string(90, 'x') : "Lab 1", i}});
         }
-        for (const char *name :
-             {"Bartholomew Featherstonehaugh-Cholmondeley de la Tour", "עידו כהן", "김 지수",
-              "<b>Bob</b>", "Maximilian 😀 von und zu Hohenlohe-Langenburg"}) {
-            RiskRow row{.id = 1, .name = name, .level = RiskLevel::concern, .courseID = 1};
-            row.reasonLines = {{.text = "3 of 8 assignments missing — 44% of the grade"}};
+        for (const RiskRow &row : unusualRows(courses == 0 ? 0 : courses == 40 ? 500 : 5))
             term.students.push_back(
                 {.row = std::make_shared<const RiskRow>(row), .courseCode = "CS 101"});
-        }
         dashboard.prepareTerms({{.term = Term{.id = 1, .name = "Fall"}, .courses = {}}}, {});
         term.updatedAt = *parseInstant("2026-09-03T05:00:00Z");
         dashboard.termScored(std::move(term));
@@ -224,6 +220,35 @@ class Screenshots {
         pane.show();
         settle();
         save(pane, QByteArray("cards-" + QByteArray::number(courses)).constData());
+    }
+
+    /// Flagged students with names that are long, of other scripts, and like markup.
+    static std::vector<RiskRow> unusualRows(int count) {
+        const std::vector<const char *> names{
+            "Bartholomew Featherstonehaugh-Cholmondeley de la Tour", "עידו כהן", "김 지수",
+            "<b>Bob</b>", "Maximilian 😀 von und zu Hohenlohe-Langenburg"};
+        std::vector<RiskRow> rows;
+        for (int i = 0; i < count; ++i) {
+            RiskRow row{
+                .id = i + 1,
+                .name = names[std::size_t(i) % names.size()],
+                .level = allRiskLevels[std::size_t(i) % allRiskLevels.size()],
+                .courseID = 1};
+            row.reasonLines = {{.text = "3 of 8 assignments missing — 44% of the grade"}};
+            rows.push_back(std::move(row));
+        }
+        return rows;
+    }
+
+    void drawLargeRoster(const Appearance &appearance) {
+        RosterTable table(appearance);
+        table.setRoster(
+            {.state = RosterView::State::shown, .courseID = 1, .rows = unusualRows(500)}, {},
+            *parseInstant("2026-09-03T05:00:00Z"));
+        table.resize(734, 600);
+        table.show();
+        settle();
+        save(table, "roster-500");
     }
 
     /// A term chart with a gap of 14 days, which is joined, and one of 15, which is not.

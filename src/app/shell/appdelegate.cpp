@@ -95,7 +95,8 @@ std::optional<std::string> startDetached(const QString &program) {
     process.setProgram(program);
     if (process.startDetached())
         return std::nullopt;
-    return process.errorString().toStdString();
+    return fmt::format(
+        "{} could not be started: {}", program.toStdString(), process.errorString().toStdString());
 }
 
 } // namespace ellwynd

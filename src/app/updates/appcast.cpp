@@ -47,6 +47,7 @@ std::optional<Update> readItem(QXmlStreamReader &xml) {
     QString build;
     QString version;
     QString channel;
+    QString system;
     while (xml.readNextStartElement()) {
         const QStringView name = xml.name();
         if (xml.namespaceUri() == appcastNamespace) {
@@ -70,11 +71,16 @@ std::optional<Update> readItem(QXmlStreamReader &xml) {
             };
             take(build, "version");
             take(version, "shortVersionString");
+            take(system, "os");
         }
         xml.skipCurrentElement();
     }
     const std::string number = build.trimmed().left(longestText + 1).toStdString();
-    if (!channel.trimmed().isEmpty() || !isBuild(number) || number.size() > longestText)
+    // Without a system the item is for all of them.
+    const bool isForOther =
+        !system.trimmed().isEmpty() && system.trimmed().compare(u"linux", Qt::CaseInsensitive) != 0;
+    if (isForOther || !channel.trimmed().isEmpty() || !isBuild(number) ||
+        number.size() > longestText)
         return std::nullopt;
     const QString line = shown(version);
     return Update{.build = number, .version = line.isEmpty() ? number : line.toStdString()};

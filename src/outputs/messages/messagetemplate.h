@@ -47,12 +47,12 @@ struct PlaceholderText {
 
 /// In the order in which they are filled in.
 inline constexpr std::array<PlaceholderText, 9> placeholders{{
-    {MessageTemplate::Placeholder::firstName, "{first_name}", "the student's first name"},
-    {MessageTemplate::Placeholder::name, "{name}", "the student's full name"},
-    {MessageTemplate::Placeholder::course, "{course}", "the course's name"},
+    {MessageTemplate::Placeholder::firstName, "{first_name}", "the student’s first name"},
+    {MessageTemplate::Placeholder::name, "{name}", "the student’s full name"},
+    {MessageTemplate::Placeholder::course, "{course}", "the course’s name"},
     {MessageTemplate::Placeholder::flag, "{flag}", "At Risk, Concern or Watch"},
     {MessageTemplate::Placeholder::score, "{score}", "the current score, such as 73%"},
-    {MessageTemplate::Placeholder::passing, "{passing}", "the course's passing score"},
+    {MessageTemplate::Placeholder::passing, "{passing}", "the course’s passing score"},
     {MessageTemplate::Placeholder::missingCount, "{missing_count}",
      "how many assignments are missing"},
     {MessageTemplate::Placeholder::missingList, "{missing_list}",

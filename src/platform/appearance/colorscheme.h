@@ -12,6 +12,7 @@ namespace ellwynd::colorScheme {
 [[nodiscard]] std::optional<bool> isDark();
 
 /// Calls `changed` whenever the preference changes, for as long as the returned handle lives.
-[[nodiscard]] std::shared_ptr<void> observe(std::function<void(bool dark)> changed);
+/// @param changed gets what `isDark` would return.
+[[nodiscard]] std::shared_ptr<void> observe(std::function<void(std::optional<bool> dark)> changed);
 
 } // namespace ellwynd::colorScheme

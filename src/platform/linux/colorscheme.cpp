@@ -28,11 +28,19 @@ QVariant unwrapped(QVariant value) {
     return value;
 }
 
+/// The value as a preference; absent for none.
+std::optional<bool> preferenceOf(const QVariant &value) {
+    bool isNumber = false;
+    const uint number = unwrapped(value).toUInt(&isNumber);
+    return isNumber && number != noPreference ? std::optional(number == dark) : std::nullopt;
+}
+
 class ColorSchemeObserver : public QObject {
     Q_OBJECT
 
   public:
-    explicit ColorSchemeObserver(std::function<void(bool)> changed) : changed(std::move(changed)) {
+    explicit ColorSchemeObserver(std::function<void(std::optional<bool>)> changed)
+        : changed(std::move(changed)) {
         // The slot's parameter type is looked up by name.
         qRegisterMetaType<QDBusVariant>();
         QDBusConnection::sessionBus().connect(
@@ -44,11 +52,11 @@ class ColorSchemeObserver : public QObject {
     void settingChanged(
         const QString &changedGroup, const QString &changedKey, const QDBusVariant &value) {
         if (changedGroup == group && changedKey == key)
-            changed(unwrapped(value.variant()).toUInt() == dark);
+            changed(preferenceOf(value.variant()));
     }
 
   private:
-    std::function<void(bool)> changed;
+    std::function<void(std::optional<bool>)> changed;
 };
 
 } // namespace
@@ -64,12 +72,10 @@ std::optional<bool> colorScheme::isDark() {
     const QDBusMessage reply = bus.call(call, QDBus::Block, callTimeoutMilliseconds);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
         return std::nullopt;
-    bool isNumber = false;
-    const uint value = unwrapped(reply.arguments().front()).toUInt(&isNumber);
-    return isNumber && value != noPreference ? std::optional(value == dark) : std::nullopt;
+    return preferenceOf(reply.arguments().front());
 }
 
-std::shared_ptr<void> colorScheme::observe(std::function<void(bool dark)> changed) {
+std::shared_ptr<void> colorScheme::observe(std::function<void(std::optional<bool> dark)> changed) {
     return std::make_shared<ColorSchemeObserver>(std::move(changed));
 }
 

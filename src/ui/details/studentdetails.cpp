@@ -370,7 +370,7 @@ void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {
         column.addWidget(raised);
     }
     auto *grades = new TextLink(QStringLiteral("Open Grades"));
-    grades->setToolTip(QStringLiteral("Open this student's grades in Canvas"));
+    grades->setToolTip(QStringLiteral("Open this student’s grades in Canvas"));
     connect(grades, &QAbstractButton::clicked, this, [this, row] { Q_EMIT gradesRequested(row); });
     column.addWidget(grades);
     for (const OtherCourse &other : history.otherCourses) {

@@ -19,7 +19,7 @@ NotificationsPane::NotificationsPane(
       whileActive(new QCheckBox(QStringLiteral("Also while Ellwynd is in front"))),
       turnedOff(plainLabel(nullptr, true)) {
     addNote(
-        QStringLiteral("A notice shows how many students in which courses, never a student's name. "
+        QStringLiteral("A notice shows how many students in which courses, never a student’s name. "
                        "Each student is "
                        "mentioned only once until you open their course. Notices make no sound."));
     addWidget(enabled);

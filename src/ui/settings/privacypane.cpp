@@ -53,7 +53,7 @@ PrivacyPane::PrivacyPane(
       contactsLine(plainLabel(nullptr)),
       deleteContacts(new QPushButton(QStringLiteral("Delete This History"))) {
     addNote(QStringLiteral(
-        "Names, grades and submissions are never written to this computer's disk. Ids, levels and "
+        "Names, grades and submissions are never written to this computer’s disk. Ids, levels and "
         "dates are kept for up to a year, so that Ellwynd can show what changed since your last "
         "visit."));
     addWidget(rememberHistory);

@@ -72,6 +72,12 @@ TEST(Appcast, TheNewestItemIsOffered) {
     };
     for (
         const Row &row : {
+            Row{"for this system or all",
+                feed(R"(<item><enclosure sparkle:version="9" sparkle:os="macos"/></item>)"
+                     R"(<item><enclosure sparkle:version="8" sparkle:os="windows"/></item>)"
+                     R"(<item><enclosure sparkle:version="5" sparkle:os="linux"/></item>)"
+                     R"(<item><enclosure sparkle:version="4"/></item>)"),
+                Update{"5", "5"}},
             Row{"the highest build, in any order",
                 feed(item("9", "0.9") + item("10", "1.0") + item("8", "0.8")), Update{"10", "1.0"}},
             Row{"attributes, under any prefix", namespaced, Update{"7", "0.7"}},

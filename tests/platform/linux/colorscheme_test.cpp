@@ -60,8 +60,9 @@ class Portal : public QObject {
 TEST(ColorScheme, FollowsThePortal) {
     ASSERT_TRUE(QDBusConnection::sessionBus().isConnected());
     EXPECT_EQ(colorScheme::isDark(), std::nullopt) << "no portal";
-    std::vector<bool> changes;
-    const auto handle = colorScheme::observe([&](bool dark) { changes.push_back(dark); });
+    std::vector<std::optional<bool>> changes;
+    const auto handle =
+        colorScheme::observe([&](std::optional<bool> dark) { changes.push_back(dark); });
     Portal portal;
     EXPECT_EQ(colorScheme::isDark(), std::nullopt) << "no preference";
     portal.answer = 1;
@@ -76,14 +77,16 @@ TEST(ColorScheme, FollowsThePortal) {
         return !changes.empty();
     }));
     portal.sendSettingChanged(appearance, "color-scheme", 2);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !changes.back(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return changes.back() == false; }));
     changes.clear();
     portal.sendSettingChanged(appearance, "accent-color", 1);
     portal.sendSettingChanged(QStringLiteral("org.gnome.desktop.interface"), "color-scheme", 1);
     portal.sendSettingChanged(appearance, "color-scheme", 1);
     portal.sendSettingChanged(appearance, "color-scheme", 2);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return changes.size() == 2; }));
-    EXPECT_THAT(changes, testing::ElementsAre(true, false));
+    portal.sendSettingChanged(appearance, "color-scheme", 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return changes.size() == 3; }));
+    EXPECT_THAT(changes, testing::ElementsAre(true, false, std::nullopt))
+        << "no preference means the same as at the start";
 }
 
 } // namespace

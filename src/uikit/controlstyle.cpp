@@ -1,5 +1,6 @@
 #include "uikit/controlstyle.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QPainter>
 #include <QStyleOption>
@@ -44,6 +45,11 @@ void drawCheckBox(const QStyleOption &option, QPainter &painter) {
 /// The height of the text is the unit of these controls.
 int unitOf(const QStyleOption &option) {
     return option.fontMetrics.height();
+}
+
+/// As high as a button.
+int fieldHeight(int unit) {
+    return unit + std::max(12, unit * 3 / 4);
 }
 
 /// The background and outline that choices and number fields have in common with buttons.
@@ -172,6 +178,15 @@ void ControlStyle::drawPrimitive(
         QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
+void ControlStyle::polish(QWidget *widget) {
+    QProxyStyle::polish(widget);
+    // A style sheet computes the size of number fields itself, for narrow buttons.
+    if (auto *spin = qobject_cast<QAbstractSpinBox *>(widget)) {
+        const int unit = spin->fontMetrics().height();
+        spin->setMinimumSize(spin->sizeHint().width() + unit * 5 / 4, fieldHeight(unit));
+    }
+}
+
 void ControlStyle::drawControl(
     ControlElement element, const QStyleOption *option, QPainter *painter,
     const QWidget *widget) const {
@@ -235,12 +250,8 @@ QSize ControlStyle::sizeFromContents(
     const QWidget *widget) const {
     const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
     const int unit = unitOf(*option);
-    // As high as a button.
-    const int height = unit + std::max(12, unit * 3 / 4);
     if (type == CT_ComboBox)
-        return {std::max(size.width(), contents.width() + unit * 5 / 2), height};
-    if (type == CT_SpinBox)
-        return {contents.width() + unit * 3, height};
+        return {std::max(size.width(), contents.width() + unit * 5 / 2), fieldHeight(unit)};
     if (type == CT_ProgressBar)
         return {size.width(), unit / 2};
     return size;

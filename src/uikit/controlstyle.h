@@ -13,6 +13,8 @@ class ControlStyle : public QProxyStyle {
   public:
     ControlStyle();
 
+    using QProxyStyle::polish;
+    void polish(QWidget *widget) override;
     void drawPrimitive(
         PrimitiveElement element, const QStyleOption *option, QPainter *painter,
         const QWidget *widget) const override;

@@ -28,7 +28,7 @@ std::string systemMessage(int code) {
 
 FileError writeError(const fs::path &file, int code) {
     return FileError(
-        fmt::format("{} couldn't be written: {}.", file.filename().string(), systemMessage(code)),
+        fmt::format("{} couldn’t be written: {}.", file.filename().string(), systemMessage(code)),
         code);
 }
 
@@ -42,7 +42,7 @@ void createFolders(const fs::path &folder) {
         syncFolder(folder.parent_path());
     } else if (errno != EEXIST) {
         throw FileError(fmt::format(
-            "The folder {} couldn't be created: {}.", folder.string(), systemMessage(errno)));
+            "The folder {} couldn’t be created: {}.", folder.string(), systemMessage(errno)));
     }
 }
 

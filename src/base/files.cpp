@@ -59,7 +59,7 @@ bool FileError::isDiskFull() const {
 std::optional<std::string> files::read(const fs::path &file, std::size_t limit) {
     constexpr std::size_t spare = 64;
     const auto message = [&file](const std::string &why) {
-        return fmt::format("{} couldn't be read: {}.", file.filename().string(), why);
+        return fmt::format("{} couldn’t be read: {}.", file.filename().string(), why);
     };
     constexpr const char *irregular = "it is not a regular file";
     const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -147,7 +147,7 @@ void files::remove(const fs::path &file) {
         filecalls::syncFolder(file.parent_path());
     else if (error && error != std::errc::not_a_directory)
         throw FileError(
-            fmt::format("{} couldn't be removed: {}.", file.filename().string(), error.message()));
+            fmt::format("{} couldn’t be removed: {}.", file.filename().string(), error.message()));
 }
 
 files::Stamp files::stamp(const fs::path &file) {

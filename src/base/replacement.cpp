@@ -111,7 +111,7 @@ files::Replacement::Replacement(fs::path file, std::string_view bytes, Access ac
         throw writeError(this->file, EISDIR);
     if (exists && access == Access::keep && !S_ISREG(info.st_mode)) {
         throw FileError(fmt::format(
-            "{} couldn't be written: it is not a regular file.", this->file.filename().string()));
+            "{} couldn’t be written: it is not a regular file.", this->file.filename().string()));
     }
     temporary = folder / (temporaryPrefix(this->file) + std::string(randomLength, 'X'));
     Descriptor descriptor = createTemporary(this->file, temporary);

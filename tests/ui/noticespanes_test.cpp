@@ -138,7 +138,7 @@ TEST_F(NoticesPanesTest, WidgetsAreStartedNowAndAtLogin) {
     EXPECT_FALSE(std::filesystem::exists(entry));
     std::filesystem::create_directories(entry / "not a file");
     withSession->click();
-    EXPECT_TRUE(says(pane, "com.varnok.Ellwynd.Widget.desktop couldn't be"));
+    EXPECT_TRUE(says(pane, "com.varnok.Ellwynd.Widget.desktop couldn’t be"));
     EXPECT_FALSE(withSession->isChecked());
     std::filesystem::remove_all(entry);
     EXPECT_FALSE(WidgetsPane::startDetached(QStringLiteral("/nonexistent/ellwynd-widget")));

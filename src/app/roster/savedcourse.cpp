@@ -20,7 +20,7 @@ auto readFrom(const std::filesystem::path &folder, const char *name, Decode deco
     } catch (const DecodingError &error) {
         if (looksLikeHTML(*json))
             throw FileError(std::string(name) + " contains a web page instead of Canvas JSON.");
-        throw FileError(std::string(name) + " couldn't be read: " + error.what() + ".");
+        throw FileError(std::string(name) + " couldn’t be read: " + error.what() + ".");
     }
 }
 

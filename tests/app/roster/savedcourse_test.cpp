@@ -86,16 +86,16 @@ TEST(SavedCourse, EveryInvalidFileIsReportedInOneSentence) {
         const char *sentence;
     };
     for (const Row &row : std::vector<Row>{
-             {"course.json", "", "course.json couldn't be read: Course: the text is empty"},
-             {"course.json", "[]", "course.json couldn't be read: Course is not an object"},
+             {"course.json", "", "course.json couldn’t be read: Course: the text is empty"},
+             {"course.json", "[]", "course.json couldn’t be read: Course is not an object"},
              {"enrollments.json", R"([{"user_id": 1}, {"user_id": 2)",
-              "enrollments.json couldn't be read: Enrollment: it is not valid JSON"},
+              "enrollments.json couldn’t be read: Enrollment: it is not valid JSON"},
              {"enrollments.json", R"([{"id": 1}])",
-              "enrollments.json couldn't be read: Enrollment [0].user_id is missing"},
+              "enrollments.json couldn’t be read: Enrollment [0].user_id is missing"},
              {"assignment_groups.json", " <!DOCTYPE html><html>",
               "assignment_groups.json contains a web page instead of Canvas JSON."},
              {"submissions.json", deep,
-              "submissions.json couldn't be read: SubmissionSummary: it nests deeper than 64 "
+              "submissions.json couldn’t be read: SubmissionSummary: it nests deeper than 64 "
               "levels"},
          }) {
         const SavedCourse saved;

@@ -9,11 +9,13 @@
 #include "ui/about/aboutwindow.h"
 #include "ui/dashboard/dashboardpane.h"
 #include "ui/dashboard/studentlist.h"
+#include "ui/details/studentdetails.h"
 #include "ui/details/termchart.h"
 #include "ui/find/findpanel.h"
 #include "ui/help/helpwindow.h"
 #include "ui/mainwindow/mainwindow.h"
 #include "ui/print/printsheet.h"
+#include "ui/roster/insightband.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/copysetupsheet.h"
@@ -133,6 +135,8 @@ class Screenshots {
         }
         settle();
         drawTermWithGaps(appearance);
+        drawExplained(appearance);
+        drawCoverage(appearance);
         drawLargeRoster(appearance);
         for (const int courses : {0, 1, 12, 40})
             drawCards(defaults, appearance, courses);
@@ -266,6 +270,54 @@ class Screenshots {
             appearance);
         chart.resize(chart.sizeHint() * 2);
         save(chart, "term-with-gaps");
+    }
+
+    /// The details of a new student whose score a rule has raised, and who is flagged elsewhere.
+    void drawExplained(const Appearance &appearance) {
+        RiskRow row{
+            .id = 1,
+            .name = "Robin",
+            .courseName = "CS 101 - Computing",
+            .score = 0.5,
+            .floor = ScoreFloor::mostWorkMissing,
+            .level = RiskLevel::atRisk,
+            .currentScore = 74,
+            .missingCount = 3};
+        row.signals[Signal::missing] = 0.22;
+        row.signals[Signal::pastDue] = 0.02;
+        row.signals[Signal::grade] = 0;
+        row.reasonLines = {{.text = "3 of 5 assignments missing"}};
+        StudentDetails details(appearance);
+        details.show(
+            {row},
+            {.isNew = true,
+             .otherCourses = {
+                 {.courseName = "Web Interface Design", .level = RiskLevel::concern}}});
+        details.resize(appearance.px(272), 700);
+        details.show();
+        settle();
+        save(details, "explained");
+    }
+
+    /// The whole course insight of a course that lacks some data.
+    void drawCoverage(const Appearance &appearance) {
+        InsightBand band(appearance);
+        band.setInsight(
+            {.sentences = {"At Risk: 4 now, up from 2 earlier."},
+             .outreachLine = "Nobody is flagged.",
+             .coverage = {
+                 {.signal = Signal::missing, .counts = true},
+                 {.signal = Signal::pastDue, .counts = true},
+                 {.signal = Signal::time, .note = "Canvas reports no time in course."},
+                 {.signal = Signal::grade, .counts = true},
+                 {.signal = Signal::inactivity, .counts = true}}});
+        for (const bool collapsed : {false, true}) {
+            band.setCollapsed(collapsed);
+            band.resize(700, band.sizeHint().height());
+            band.show();
+            settle();
+            save(band, collapsed ? "coverage-line" : "coverage");
+        }
     }
 
     /// The main window without a token, and an alert over it.

@@ -1,21 +1,14 @@
-#include "net/runtoend.h"
 #include "support/fakecanvas.h"
 #include "support/mainwindow.h"
 #include "support/until.h"
-#include "ui/connection/connectioncards.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/details/studentdetails.h"
-#include "ui/mainwindow/statusitem.h"
 #include "ui/settings/settingswindow.h"
-#include "ui/sheets/lookbacksheet.h"
 #include "ui/sheets/missingworksheet.h"
-#include "ui/sheets/thresholdssheet.h"
 #include "ui/sidebar/sidebar.h"
 #include "uikit/labels.h"
 #include "uikit/textlink.h"
 
-#include <QCheckBox>
-#include <QDoubleSpinBox>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -24,7 +17,6 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTableView>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -446,136 +438,6 @@ TEST_F(MainWindowTest, AMostMissedAssignmentFiltersTheRoster) {
     EXPECT_TRUE(chip->isVisible());
     chip->click();
     EXPECT_EQ(table().shownCount(), 10);
-}
-
-TEST_F(MainWindowTest, TheLookBackLeadsToAStudent) {
-    openCourse(900101);
-    for (QAction *command : window.findChildren<QAction *>()) {
-        if (command->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_L))
-            command->trigger();
-    }
-    auto *sheet = window.findChild<LookBackSheet *>();
-    ASSERT_NE(sheet, nullptr);
-    auto *grid = sheet->findChild<QTableView *>();
-    EXPECT_EQ(grid->model()->rowCount(), 26);
-    const QModelIndex jordan = grid->model()->index(1, grid->model()->columnCount() - 1);
-    EXPECT_THAT(
-        jordan.data(Qt::AccessibleTextRole).toString().toStdString(),
-        testing::MatchesRegex("Jordan, .*: At Risk"));
-    Q_EMIT grid->activated(jordan);
-    EXPECT_THAT(selected(), ElementsAre(5001));
-    EXPECT_FALSE(sheet->isVisible());
-}
-
-TEST_F(MainWindowTest, ThresholdsShowWhomTheyWouldFlag) {
-    openCourse(900101);
-    const auto says = [](const QWidget &where, const QString &text) {
-        return std::ranges::any_of(where.findChildren<QLabel *>(), [&](const QLabel *label) {
-            return label->isVisible() && label->text() == text;
-        });
-    };
-    const QString line = QStringLiteral("At 60 %: 7 flagged instead of 10.");
-    auto *sheet = window.openThresholds();
-    sheet->findChild<QCheckBox *>()->click();
-    EXPECT_FALSE(says(*sheet, line));
-    auto *passing = sheet->findChild<QDoubleSpinBox *>();
-    passing->setValue(60);
-    EXPECT_TRUE(says(*sheet, line));
-    EXPECT_TRUE(says(
-        *sheet, QStringLiteral("Now Watch: Nadia, Theo. No longer flagged: Marcus, Iris, Liam.")));
-    sheet->findChild<QCheckBox *>()->click();
-    EXPECT_FALSE(says(*sheet, line));
-    sheet->accept();
-    // In Settings, for all courses in memory.
-    SettingsWindow &settings = window.settings();
-    settings.open(SettingsWindow::riskThresholds);
-    defaults.set(preferences::defaultPassingScore, 60.0);
-    const auto effect = [&settings] {
-        for (const QLabel *label : settings.findChildren<QLabel *>()) {
-            if (label->isVisible() && label->text().startsWith(QStringLiteral("At 60 %: ")))
-                return true;
-        }
-        return false;
-    };
-    EXPECT_TRUE(test::until(effect));
-    defaults.set(preferences::defaultPassingScore, 70.0);
-    EXPECT_TRUE(test::until([&] { return !effect(); }));
-}
-
-TEST_F(MainWindowTest, ClosingHidesAProgramThatKeepsRunning) {
-    window.settings().open(SettingsWindow::general);
-    window.setKeepsRunning(true);
-    EXPECT_FALSE(window.close());
-    EXPECT_FALSE(window.isVisible());
-    EXPECT_FALSE(window.settings().isVisible());
-    window.activate({});
-    EXPECT_TRUE(window.isVisible());
-    window.setKeepsRunning(false);
-    EXPECT_TRUE(window.close());
-}
-
-TEST_F(MainWindowTest, TheStatusItemCountsStudentsAtRisk) {
-    EXPECT_EQ(statusItemText(controller.dashboard()), "5 at risk in Fall 2026");
-    Dashboard empty(defaults);
-    EXPECT_EQ(statusItemText(empty), "Not scored yet");
-    StatusItem item(empty, defaults);
-    defaults.set(preferences::keepRunningInBackground, true);
-    EXPECT_EQ(item.isShown(), QSystemTrayIcon::isSystemTrayAvailable());
-}
-
-struct NotConnectedTest : test::MainWindowTest {
-    test::FakeCanvas canvas;
-
-    NotConnectedTest() : MainWindowTest(PreferenceMap{}) {
-        test::trustAuthority();
-        canvas.answerWith([](const test::FakeRequest &request) {
-            return test::FakeReply{
-                .body = request.path.endsWith(QStringLiteral("courses"))
-                    ? "[]"
-                    : R"({"name":"Ana Ruiz"})"};
-        });
-    }
-
-    void SetUp() override {
-        controller.refresh();
-        ASSERT_TRUE(test::until([&] { return isOffered(); }));
-    }
-    void TearDown() override {
-        EXPECT_TRUE(test::until([&] { return core.session.requestLimiter().inFlight() == 0; }));
-    }
-
-    [[nodiscard]] bool isOffered() const {
-        const auto *cards = window.findChild<ConnectionCards *>();
-        return cards != nullptr && cards->isVisible();
-    }
-};
-
-TEST_F(NotConnectedTest, ThePageOffersToConnect) {
-    EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
-    window.findChild<Sidebar *>()->list()->setFocus();
-    EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
-    const auto fields = window.findChild<ConnectionCards *>()->findChildren<QLineEdit *>();
-    QTest::keyClicks(fields[0], QString::fromStdString(canvas.address()));
-    QTest::keyClicks(fields[1], QStringLiteral("secret-token"));
-    QTest::keyClick(fields[1], Qt::Key_Return);
-    EXPECT_TRUE(test::until([&] { return !isOffered() && !controller.isLoading(); }));
-    EXPECT_EQ(controller.status(), "0 courses");
-    // After a sign-out it is offered again, without the token.
-    static_cast<void>(runToEnd(core.check.signOut()));
-    controller.connectionDidChange();
-    EXPECT_TRUE(test::until([&] { return isOffered(); }));
-    EXPECT_EQ(fields[1]->text(), QString());
-}
-
-TEST_F(NotConnectedTest, ThePageOffersTheSampleCollege) {
-    int samples = 0;
-    QObject::connect(
-        &window, &MainWindow::sampleSwitchRequested, &window, [&samples] { ++samples; });
-    QPushButton *sample = button(window, QStringLiteral("Explore the Sample College"));
-    ASSERT_NE(sample, nullptr);
-    QTest::keyClick(sample, Qt::Key_Return);
-    EXPECT_EQ(samples, 1);
-    EXPECT_TRUE(canvas.requests.empty()) << "Return did not connect";
 }
 
 } // namespace

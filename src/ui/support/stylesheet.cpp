@@ -69,6 +69,7 @@ QHeaderView::section {
     border-bottom: 1px solid @separator; padding: $5 $10; font-weight: 600;
 }
 QTableView#roster QHeaderView::section:first { padding-left: $18; }
+QTableCornerButton::section { background: @surface; border: none; border-bottom: 1px solid @separator; }
 QHeaderView::section:hover { color: @text; }
 QHeaderView::section:focus { color: @text; }
 

@@ -387,13 +387,6 @@ std::optional<LevelCounts> MainWindowController::levels(std::int64_t courseID) c
 
 /// Rescores the roster on screen immediately and the other cached courses in slices. Nothing is
 /// fetched.
-std::vector<SharedCourse> MainWindowController::scoredCourses() const {
-    std::vector<SharedCourse> courses;
-    for (const auto &[id, course] : rosterCache.entries)
-        courses.push_back(course);
-    return courses;
-}
-
 void MainWindowController::rescoreAll() {
     rosterController.rescore();
     rescoring.start();

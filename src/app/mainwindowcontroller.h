@@ -56,7 +56,7 @@ class MainWindowController : public QObject, private RefreshJobs {
         return rosterController.selection();
     }
     [[nodiscard]] const CourseList &courses() const { return courseList; }
-    /// Every course that was scored since the connection, as last read.
+    /// Every course that was scored since the connection, with its current thresholds.
     [[nodiscard]] const RosterCache &loadedRosters() const { return rosterCache; }
     [[nodiscard]] const RosterView &roster() const { return rosterController.view(); }
     [[nodiscard]] Dashboard &dashboard() { return passController.dashboard(); }
@@ -80,13 +80,6 @@ class MainWindowController : public QObject, private RefreshJobs {
         history.otherCourses = otherCourses(row, rosterCache);
         return history;
     }
-
-    /// A course as last scored; null if it is not in memory.
-    [[nodiscard]] SharedCourse scoredCourse(std::int64_t courseID) const {
-        return rosterCache.find(courseID);
-    }
-    /// All courses in memory, by id.
-    [[nodiscard]] std::vector<SharedCourse> scoredCourses() const;
 
   Q_SIGNALS:
     /// All courses in memory were scored again with changed thresholds.

@@ -99,7 +99,7 @@ void printNotes(CommandContext &context, std::span<const ScoredCourse *const> co
 
 void requireSaved(CommandContext &context) {
     if (!context.isSaved())
-        throw Failure("The change couldn’t be saved.");
+        throw Failure("The change couldn't be saved.");
 }
 
 std::int64_t parseID(const std::string &word, const char *what) {

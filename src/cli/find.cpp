@@ -3,9 +3,9 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
+#include "cli/names.h"
 #include "cli/table.h"
 
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <ostream>
@@ -28,26 +28,14 @@ std::string typedText(const CommandLine &line) {
 std::vector<FindEntry>
 readEntries(CommandContext &context, const std::shared_ptr<CanvasReading> &source) {
     const std::vector<Course> courses = fetchCourses(context, *source);
-    std::vector<QCoro::Task<ScoredCourse>> loads;
-    for (const TermGroup &term : nearbyTerms(courses, context.now())) {
-        for (const Course &course : term.courses)
-            loads.push_back(loadCourse(source, course, context.defaults(), context.now));
-    }
-    std::vector<ScoredCourse> scored;
-    for (auto &load : loads) {
-        scored.push_back(context.finish(
-            fmt::format("Reading {} of {} courses…", scored.size() + 1, loads.size()),
-            std::move(load)));
-    }
+    std::vector<Course> nearby;
+    for (const TermGroup &term : nearbyTerms(courses, context.now()))
+        nearby.insert(nearby.end(), term.courses.begin(), term.courses.end());
     std::vector<FindEntry> entries;
     for (const Course &course : courses)
         entries.push_back(entryOf(course));
-    std::vector<const ScoredCourse *> read;
-    for (const ScoredCourse &course : scored) {
+    for (const ScoredCourse &course : loadCourses(context, source, nearby))
         std::ranges::move(studentsOf(course), std::back_inserter(entries));
-        read.push_back(&course);
-    }
-    printNotes(context, read);
     return entries;
 }
 

@@ -77,6 +77,25 @@ ScoredCourse loadCourse(CommandContext &context, const Reference &reference) {
     return scored;
 }
 
+std::vector<ScoredCourse> loadCourses(
+    CommandContext &context, const std::shared_ptr<CanvasReading> &source,
+    const std::vector<Course> &courses) {
+    std::vector<QCoro::Task<ScoredCourse>> loads;
+    for (const Course &course : courses)
+        loads.push_back(ellwynd::loadCourse(source, course, context.defaults(), context.now));
+    std::vector<ScoredCourse> scored;
+    for (auto &load : loads) {
+        scored.push_back(context.finish(
+            fmt::format("Reading {} of {} courses…", scored.size() + 1, loads.size()),
+            std::move(load)));
+    }
+    std::vector<const ScoredCourse *> read;
+    for (const ScoredCourse &course : scored)
+        read.push_back(&course);
+    printNotes(context, read);
+    return scored;
+}
+
 const RiskRow &findStudent(const ScoredCourse &course, const Reference &reference) {
     const std::int64_t id =
         reference.id ? *reference.id : onlyOne(studentsOf(course), reference, "student", "roster");

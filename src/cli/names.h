@@ -39,6 +39,12 @@ class AmbiguousName : public UsageError {
 /// @throws Failure, AmbiguousName, NotConnected, KeychainError, CanvasError
 [[nodiscard]] ScoredCourse loadCourse(CommandContext &context, const Reference &reference);
 
+/// Fetches and scores these courses at once; their notes go to standard error.
+/// @throws KeychainError, CanvasError
+[[nodiscard]] std::vector<ScoredCourse> loadCourses(
+    CommandContext &context, const std::shared_ptr<CanvasReading> &source,
+    const std::vector<Course> &courses);
+
 /// The row of the student with that id or name, compared in the same way. Valid as long as the
 /// course. @throws Failure when it is not in the roster, AmbiguousName
 [[nodiscard]] const RiskRow &findStudent(const ScoredCourse &course, const Reference &reference);

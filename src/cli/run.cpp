@@ -74,7 +74,7 @@ int run(
         CommandContext context(in, out, err, preferences, arguments.domain, std::move(terminal));
         const int status = runCommand(context, name, std::span(arguments.rest).subspan(1));
         if (!out.flush())
-            throw Failure("The output couldn’t be written.");
+            throw Failure("The output couldn't be written.");
         return status;
     } catch (const AmbiguousName &error) {
         err << error.what() << "\n";

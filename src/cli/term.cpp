@@ -5,6 +5,7 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
+#include "cli/names.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -28,20 +29,11 @@ static int runTerm(CommandContext &context, const QStringList &words) {
     if (term == terms.end())
         throw Failure(fmt::format("No term {} in the course list.", id));
 
-    std::vector<QCoro::Task<ScoredCourse>> loads;
-    for (const Course &course : term->courses)
-        loads.push_back(loadCourse(source, course, context.defaults(), context.now));
-    std::vector<ScoredCourse> scored;
-    for (auto &load : loads) {
-        scored.push_back(context.finish(
-            fmt::format("Reading {} of {} courses…", scored.size() + 1, loads.size()),
-            std::move(load)));
-    }
+    const std::vector<ScoredCourse> scored = loadCourses(context, source, term->courses);
     std::vector<const ScoredCourse *> courses;
     for (const ScoredCourse &course : scored)
         courses.push_back(&course);
     const std::vector<RiskRow> rows = termRows(courses);
-    printNotes(context, courses);
 
     if (format) {
         line.print(exportText(*format, title(*term), rows, exportSource(context, true)));

@@ -388,7 +388,7 @@ TEST_F(CommandsTest, AChangeThatCannotBeSavedIsAFailure) {
             std::ostringstream out;
             std::ostringstream err;
             EXPECT_EQ(run(words, in, out, err, preferences), 1) << preferences;
-            EXPECT_EQ(err.str(), "The change couldn’t be saved.\n");
+            EXPECT_EQ(err.str(), "The change couldn't be saved.\n");
             EXPECT_THAT(out.str(), IsEmpty());
         }
     }
@@ -412,7 +412,7 @@ TEST_F(CommandsTest, AFailedWriteToStandardOutputIsAFailure) {
     const std::vector<std::string> words{"--sample", "courses"};
     std::istringstream in;
     EXPECT_EQ(run(words, in, out, err, folder.path() / "Preferences.json"), 1);
-    EXPECT_EQ(err.str(), "The output couldn’t be written.\n");
+    EXPECT_EQ(err.str(), "The output couldn't be written.\n");
 }
 
 TEST_F(CommandsTest, WriteTheirResultToAFile) {

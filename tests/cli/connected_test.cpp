@@ -92,7 +92,7 @@ TEST(Connected, TheTokenAppearsInNoFileAndNoOutput) {
     std::filesystem::create_symlink("ContactLog.json", log);
     call({"contacted", "4021", "77001"}, 1);
     call({"message", "4021", "--template", "Email", "--student", "77001", "--note"}, 1);
-    EXPECT_THAT(allMessages, testing::EndsWith("\nThe change couldn’t be saved.\n"));
+    EXPECT_THAT(allMessages, testing::EndsWith("\nThe change couldn't be saved.\n"));
     std::filesystem::rename(home / "elsewhere", log);
     // A visit, and what is computed from it.
     EXPECT_EQ(json::parse(call({"privacy", "--json"}, 0))["history"], "Nothing recorded.");

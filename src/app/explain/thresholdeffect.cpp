@@ -46,10 +46,18 @@ ThresholdEffect thresholdEffect(const ScoredCourse &before, const ScoredCourse &
     return effect;
 }
 
-void append(ThresholdEffect &effect, const ThresholdEffect &other) {
-    effect.flaggedBefore += other.flaggedBefore;
-    effect.flaggedAfter += other.flaggedAfter;
-    effect.changes.insert(effect.changes.end(), other.changes.begin(), other.changes.end());
+ThresholdEffect thresholdEffect(const RosterCache &before, const RosterCache &after) {
+    ThresholdEffect all;
+    for (const auto &[id, course] : before.entries) {
+        const SharedCourse scored = after.find(id);
+        if (!scored || scored->records != course->records)
+            continue;
+        ThresholdEffect effect = thresholdEffect(*course, *scored);
+        all.flaggedBefore += effect.flaggedBefore;
+        all.flaggedAfter += effect.flaggedAfter;
+        std::ranges::move(effect.changes, std::back_inserter(all.changes));
+    }
+    return all;
 }
 
 std::string effectLine(

@@ -1,7 +1,7 @@
 // What other thresholds would do to a roster.
 #pragma once
 
-#include "app/roster/rosterloader.h"
+#include "app/roster/rostercache.h"
 
 namespace ellwynd {
 
@@ -29,8 +29,9 @@ struct ThresholdEffect {
 [[nodiscard]] ThresholdEffect
 thresholdEffect(const ScoredCourse &before, const ScoredCourse &after);
 
-/// Adds the effect on another course.
-void append(ThresholdEffect &effect, const ThresholdEffect &other);
+/// The effect on all of these courses, as the cache has them now. A course that was read again
+/// meanwhile is left out, since it says nothing about thresholds.
+[[nodiscard]] ThresholdEffect thresholdEffect(const RosterCache &before, const RosterCache &after);
 
 /// "At 60 %: 7 flagged instead of 10.", or "At 60 %: 10 flagged, as before."; begins with the
 /// thresholds that differ.

@@ -83,7 +83,7 @@ void ConnectionCards::keyPressEvent(QKeyEvent *event) {
 
 void ConnectionCards::hideEvent(QHideEvent *event) {
     QWidget::hideEvent(event);
-    // A window that is only minimised goes on.
+    // Minimising the window does not stop the test.
     if (event->spontaneous())
         return;
     form->stopTest();

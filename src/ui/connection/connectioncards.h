@@ -18,7 +18,7 @@ class ConnectionCards : public QWidget {
     Q_OBJECT
 
   public:
-    /// The arguments must outlive the cards.
+    /// The arguments must outlive this object.
     ConnectionCards(
         ConnectionCheck &check, const Appearance &appearance, QWidget *parent = nullptr);
 

@@ -22,7 +22,7 @@ class NeedsPane : public QWidget {
     Q_OBJECT
 
   public:
-    /// `appearance` must outlive the pane.
+    /// `appearance` must outlive this object.
     explicit NeedsPane(const Appearance &appearance, QWidget *parent = nullptr);
 
     /// Another term is shown without a filter.

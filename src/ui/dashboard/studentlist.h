@@ -19,7 +19,7 @@ class StudentList : public QListView {
     Q_OBJECT
 
   public:
-    /// `appearance` must outlive the list.
+    /// `appearance` must outlive this object.
     explicit StudentList(const Appearance &appearance, QWidget *parent = nullptr);
 
     /// Keeps the current student; if they are no longer shown, the next one becomes the current.

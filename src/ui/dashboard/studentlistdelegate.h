@@ -12,7 +12,7 @@ class StudentListModel;
 /// written. In a narrow list the reasons are below the name.
 class StudentListDelegate : public QStyledItemDelegate {
   public:
-    /// The arguments must outlive the delegate.
+    /// The arguments must outlive this object.
     StudentListDelegate(
         const Appearance &appearance, const StudentListModel &model, QObject *parent);
 

@@ -15,7 +15,7 @@ class SignalBars : public QWidget {
     Q_OBJECT
 
   public:
-    /// @param appearance must outlive the widget.
+    /// @param appearance must outlive this object.
     SignalBars(const RiskRow &row, const Appearance &appearance, QWidget *parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override;

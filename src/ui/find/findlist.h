@@ -34,7 +34,7 @@ class FindList : public QListView {
     Q_OBJECT
 
   public:
-    /// @param appearance must outlive the list.
+    /// @param appearance must outlive this object.
     explicit FindList(const Appearance &appearance, QWidget *parent = nullptr);
 
     /// Replaces the results.

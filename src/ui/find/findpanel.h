@@ -21,7 +21,7 @@ class FindPanel : public QFrame {
     Q_OBJECT
 
   public:
-    /// @param appearance must outlive the panel.
+    /// @param appearance must outlive this object.
     /// @param window owns the panel, which is hidden at first and always fits into it.
     FindPanel(const Appearance &appearance, QWidget &window);
     ~FindPanel() override;

@@ -51,8 +51,9 @@ ThresholdsSheet *CourseSheets::openThresholds() {
     if (!roster.courseID)
         return nullptr;
     auto *sheet = new ThresholdsSheet(
-        *roster.courseID, roster.title, controller.scoredCourse(*roster.courseID), defaults,
-        appearance, &window);
+        *roster.courseID, roster.title, controller.loadedRosters(), defaults, appearance, &window);
+    connect(
+        &controller, &MainWindowController::rescoringDidEnd, sheet, &ThresholdsSheet::showEffect);
     connect(
         sheet, &ThresholdsSheet::editDidEnd, this,
         [this, texts = undotexts::changedThresholds(roster.title)](const PreferenceEdit &edit) {

@@ -476,8 +476,7 @@ SettingsWindow &MainWindow::settings() {
     if (settingsWindow == nullptr) {
         settingsWindow = new SettingsWindow(
             defaults, stores, controller.undoStack(), connection, sync, notifications,
-            [this] { return previewStudents(); }, [this] { return controller.scoredCourses(); },
-            appearance, this);
+            [this] { return previewStudents(); }, controller.loadedRosters(), appearance, this);
         connect(
             &controller, &MainWindowController::rescoringDidEnd, settingsWindow,
             &SettingsWindow::showThresholdEffect);

@@ -27,7 +27,7 @@ class PrintSheet : public Sheet {
     };
 
     /// @param choices at least one; the first is chosen.
-    /// @param defaults and `appearance` must outlive the sheet.
+    /// @param defaults and `appearance` must outlive this object.
     PrintSheet(
         std::vector<Choice> choices, UserDefaults &defaults, const Appearance &appearance,
         QWidget *parent);

@@ -25,14 +25,14 @@ namespace ellwynd {
 SettingsWindow::SettingsWindow(
     UserDefaults &defaults, Stores &stores, UndoStack &undo, ConnectionCheck &check,
     SyncService &syncService, UserNotifications &notifications, PreviewSource previewStudent,
-    ScoredCourses courses, const Appearance &appearance, QWidget *parent)
+    const RosterCache &rosters, const Appearance &appearance, QWidget *parent)
     : QDialog(parent),
       appearance(appearance),
       pages(new QListWidget(this)),
       panes(new QStackedWidget(this)),
       generalPane(new GeneralPane(defaults, appearance)),
       connectionPane(new ConnectionPane(defaults, check, appearance)),
-      thresholdsPane(new ThresholdsPane(defaults, undo, std::move(courses), appearance)),
+      thresholdsPane(new ThresholdsPane(defaults, undo, rosters, appearance)),
       messagesPane(new MessagesPane(
           defaults, stores.templates, undo, std::move(previewStudent), appearance)) {
     setWindowTitle(QStringLiteral("Settings"));

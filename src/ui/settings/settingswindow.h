@@ -41,7 +41,7 @@ class SettingsWindow : public QDialog {
     SettingsWindow(
         UserDefaults &defaults, Stores &stores, UndoStack &undo, ConnectionCheck &check,
         SyncService &syncService, UserNotifications &notifications, PreviewSource previewStudent,
-        ScoredCourses courses, const Appearance &appearance, QWidget *parent = nullptr);
+        const RosterCache &rosters, const Appearance &appearance, QWidget *parent = nullptr);
 
     using QDialog::open;
     void open(Page page);

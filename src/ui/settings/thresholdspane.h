@@ -1,27 +1,23 @@
 // Settings ▸ Risk Thresholds: the defaults of every course.
 #pragma once
 
-#include "app/roster/rosterloader.h"
 #include "app/undo/preferenceedit.h"
 #include "ui/settings/settingspane.h"
-
-#include <functional>
 
 namespace ellwynd {
 
 class ThresholdEditor;
-
-/// All courses in memory, as scored now.
-using ScoredCourses = std::function<std::vector<SharedCourse>()>;
+class ThresholdEffectView;
+struct RosterCache;
 
 /// Changes of each default can be undone. Their effect on the courses in memory is shown.
 class ThresholdsPane : public SettingsPane {
     Q_OBJECT
 
   public:
-    /// @param undo must outlive the pane.
+    /// @param rosters the courses in memory. The references must outlive this object.
     ThresholdsPane(
-        UserDefaults &defaults, UndoStack &undo, ScoredCourses courses,
+        UserDefaults &defaults, UndoStack &undo, const RosterCache &rosters,
         const Appearance &appearance);
 
     /// Call when all courses were scored again.
@@ -35,13 +31,7 @@ class ThresholdsPane : public SettingsPane {
   private:
     ThresholdEditor *passing;
     ThresholdEditor *inactivity;
-    ScoredCourses courses;
-    /// The courses as they were when the pane was shown; none while it is hidden.
-    std::vector<SharedCourse> before;
-    /// The defaults at that time.
-    CourseThresholds defaultsBefore;
-    QLabel *effectTitle;
-    QLabel *effectNames;
+    ThresholdEffectView *effect;
     PreferenceEditor passingEdits;
     PreferenceEditor inactivityEdits;
 };

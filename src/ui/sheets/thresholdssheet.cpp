@@ -1,8 +1,8 @@
 #include "ui/sheets/thresholdssheet.h"
 
-#include "app/explain/thresholdeffect.h"
 #include "ui/support/appearance.h"
 #include "ui/support/thresholdeditors.h"
+#include "ui/support/thresholdeffectview.h"
 #include "uikit/convert.h"
 #include "uikit/labels.h"
 
@@ -18,16 +18,14 @@
 namespace ellwynd {
 
 ThresholdsSheet::ThresholdsSheet(
-    std::int64_t courseID, const std::string &courseName, SharedCourse before,
+    std::int64_t courseID, const std::string &courseName, const RosterCache &rosters,
     UserDefaults &defaults, const Appearance &appearance, QWidget *parent)
     : Sheet(
           QStringLiteral("Risk Thresholds"), QStringLiteral("Risk Thresholds"), appearance, parent),
       courseID(courseID),
-      before(std::move(before)),
       defaults(defaults),
       summary(plainLabel(this, true)),
-      effectTitle(plainLabel(this, true)),
-      effectNames(secondaryLabel(this)),
+      effect(new ThresholdEffectView(rosters, appearance, this)),
       ownPassing(new QCheckBox(QStringLiteral("Use a different passing score"), this)),
       passing(passingScoreEditor(QStringLiteral("Passing score for this course, percent"), this)),
       ownInactivity(new QCheckBox(QStringLiteral("Use a different inactivity window"), this)),
@@ -71,12 +69,7 @@ ThresholdsSheet::ThresholdsSheet(
     column().addWidget(groupTitle);
     column().addWidget(group);
     column().addWidget(summary);
-    effectTitle->setFont(appearance.font(1, QFont::DemiBold));
-    // Room for them, so that the sheet does not grow with each step.
-    effectNames->setMinimumHeight(2 * QFontMetrics(appearance.font()).lineSpacing());
-    effectNames->setAlignment(Qt::AlignTop);
-    column().addWidget(effectTitle);
-    column().addWidget(effectNames);
+    column().addWidget(effect);
     column().addSpacing(appearance.px(8));
     column().addLayout(buttons);
     summary->setMinimumWidth(appearance.px(420));
@@ -90,6 +83,7 @@ ThresholdsSheet::ThresholdsSheet(
     });
     connect(finished, &QPushButton::clicked, this, &QDialog::accept);
     showThresholds();
+    effect->begin(courseThresholds(defaults, courseID), courseID);
 }
 
 void ThresholdsSheet::showThresholds() {
@@ -103,19 +97,10 @@ void ThresholdsSheet::showThresholds() {
     inactivity->showSaved(double(thresholds.inactivityDays));
     followDefaults->setEnabled(thresholds.anyOverridden());
     summary->setText(qstring(thresholdsSummary(thresholds)));
-    showEffect(thresholds);
 }
 
-void ThresholdsSheet::showEffect(const CourseThresholds &thresholds) {
-    effectTitle->clear();
-    effectNames->clear();
-    if (!before ||
-        (before->thresholds.passingScore == thresholds.passingScore &&
-         before->thresholds.inactivityDays == thresholds.inactivityDays))
-        return;
-    const ThresholdEffect effect = thresholdEffect(*before, rescored(*before, thresholds));
-    effectTitle->setText(qstring(effectLine(effect, before->thresholds, thresholds)));
-    effectNames->setText(qstring(effectDetails(effect)));
+void ThresholdsSheet::showEffect() {
+    effect->showEffect(courseThresholds(defaults, courseID));
 }
 
 void ThresholdsSheet::writePassing() {

@@ -1,8 +1,8 @@
 // "Risk Thresholds…": the thresholds of one course.
 #pragma once
 
-#include "app/roster/rosterloader.h"
 #include "app/undo/preferenceedit.h"
+#include "risk/coursethresholds.h"
 #include "ui/support/sheet.h"
 
 class QCheckBox;
@@ -13,18 +13,21 @@ namespace ellwynd {
 
 class Appearance;
 class ThresholdEditor;
+class ThresholdEffectView;
+struct RosterCache;
 
 /// Edits one course's thresholds. Every change is saved at once, and the roster is scored again.
 class ThresholdsSheet : public Sheet {
     Q_OBJECT
 
   public:
-    /// @param before the course as scored when the sheet opens, with which the effect of changes is
-    ///        compared; null shows no effect.
+    /// @param rosters the courses in memory. The references must outlive this object.
     ThresholdsSheet(
-        std::int64_t courseID, const std::string &courseName, SharedCourse before,
+        std::int64_t courseID, const std::string &courseName, const RosterCache &rosters,
         UserDefaults &defaults, const Appearance &appearance, QWidget *parent);
 
+    /// Call when the course was scored again.
+    void showEffect();
     void done(int result) override;
 
   Q_SIGNALS:
@@ -35,18 +38,14 @@ class ThresholdsSheet : public Sheet {
   private:
     /// Sets every control from the preferences.
     void showThresholds();
-    void showEffect(const CourseThresholds &thresholds);
     void writePassing();
     void writeInactivity();
     void write(std::string_view suffix, std::optional<PreferenceValue> value);
 
     std::int64_t courseID;
-    SharedCourse before;
     UserDefaults &defaults;
     QLabel *summary;
-    /// How many are flagged instead of how many, and below, who becomes what.
-    QLabel *effectTitle;
-    QLabel *effectNames;
+    ThresholdEffectView *effect;
     QCheckBox *ownPassing;
     ThresholdEditor *passing;
     QCheckBox *ownInactivity;

@@ -14,7 +14,7 @@ class SidebarDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
   public:
-    /// @param defaults hold the courses' icons. The arguments must outlive the delegate.
+    /// @param defaults hold the courses' icons. The arguments must outlive this object.
     SidebarDelegate(const UserDefaults &defaults, const Appearance &appearance, QObject *parent);
 
     [[nodiscard]] QSize

@@ -22,7 +22,7 @@ struct SaveRequest {
 
 /// A panel that deletes itself when it is closed. It opens in the folder of the last file that was
 /// saved, at first in the documents folder, and emits `fileSelected`.
-/// @param defaults must outlive the panel.
+/// @param defaults must outlive this object.
 [[nodiscard]] QFileDialog *
 savePanel(const SaveRequest &request, UserDefaults &defaults, QWidget &parent);
 

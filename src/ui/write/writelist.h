@@ -15,7 +15,7 @@ class WriteModel : public QAbstractListModel {
     Q_OBJECT
 
   public:
-    /// @param session must outlive the model.
+    /// @param session must outlive this object.
     explicit WriteModel(const WriteSession &session, QObject *parent = nullptr);
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
@@ -36,7 +36,7 @@ class WriteList : public QListView {
     Q_OBJECT
 
   public:
-    /// The arguments must outlive the list.
+    /// The arguments must outlive this object.
     WriteList(const WriteSession &session, const Appearance &appearance, QWidget *parent = nullptr);
 
     /// Shows the session's state, and selects its current student.

@@ -3,6 +3,7 @@
 #include "ui/support/appearance.h"
 #include "uikit/labels.h"
 
+#include <QEvent>
 #include <QVBoxLayout>
 
 namespace ellwynd {
@@ -24,6 +25,18 @@ Sheet::Sheet(
 
 void Sheet::resizeEvent(QResizeEvent *event) {
     QDialog::resizeEvent(event);
+    fitHeight();
+}
+
+bool Sheet::event(QEvent *event) {
+    const bool isHandled = QDialog::event(event);
+    // A text was shown or changed.
+    if (event->type() == QEvent::LayoutRequest)
+        fitHeight();
+    return isHandled;
+}
+
+void Sheet::fitHeight() {
     // A layout's size hint ignores that wrapped labels need more than one line.
     if (contents->hasHeightForWidth())
         setMinimumHeight(contents->minimumHeightForWidth(width()));

@@ -22,8 +22,11 @@ class Sheet : public QDialog {
     /// The layout of the contents below the heading.
     [[nodiscard]] QVBoxLayout &column() const { return *contents; }
     void resizeEvent(QResizeEvent *event) override;
+    bool event(QEvent *event) override;
 
   private:
+    void fitHeight();
+
     QVBoxLayout *contents;
 };
 

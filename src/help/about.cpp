@@ -27,6 +27,7 @@ std::span<const Dependency> dependencies() {
         Dependency{"GLib", "desktop entries", "LGPL-2.1-or-later"},
         Dependency{"libsecret", "the keyring", "LGPL-2.1-or-later"},
         Dependency{"libsystemd", "the journal", "LGPL-2.1-or-later"},
+        Dependency{"CUPS", "print queues", "Apache-2.0 with an exception"},
     };
     return list;
 }

@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QPdfWriter>
+#include <QPrinter>
 #include <QProcess>
 #include <QRadioButton>
 
@@ -110,6 +111,36 @@ struct PrintSheetTest : test::MainWindowTest {
         return window.findChild<PrintSheet *>();
     }
 };
+
+TEST_F(PrintSheetTest, APrinterThatCannotPrintIsReported) {
+    for (const auto &[state, problem] : std::vector<std::pair<PrintQueueState, const char *>>{
+             {PrintQueueState::refusing, "takes no jobs at the moment"},
+             {PrintQueueState::unreachable, "does not answer"},
+             {PrintQueueState::accepting, ""}}) {
+        SCOPED_TRACE(problem);
+        PrintSheet sheet(
+            {{QStringLiteral("Whole roster"), rosterOf(1)}}, core.defaults, appearance, &window,
+            [state = state](const std::string &) { return state; });
+        sheet.show();
+        QPrinter printer;
+        const auto file = core.folder.path() / "printed.pdf";
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(QString::fromStdString(file.string()));
+        sheet.printOn(printer);
+        const bool isPrinted = state == PrintQueueState::accepting;
+        EXPECT_EQ(sheet.isVisible(), !isPrinted);
+        EXPECT_EQ(std::filesystem::exists(file), isPrinted);
+        const auto labels = sheet.findChildren<QLabel *>();
+        for (const QLabel *label : labels) {
+            QCoreApplication::sendPostedEvents(&sheet, QEvent::LayoutRequest);
+            EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+                << "cut: " << label->text().toStdString();
+        }
+        EXPECT_TRUE(std::ranges::any_of(labels, [&](const QLabel *label) {
+            return label->text().contains(QLatin1StringView(problem));
+        }));
+    }
+}
 
 TEST_F(PrintSheetTest, AChoiceIsSavedWhereTheTeacherSays) {
     EXPECT_FALSE(action(QStringLiteral("Print…"))->isEnabled());

@@ -28,10 +28,11 @@ constexpr Log exports{"export"};
 
 PrintSheet::PrintSheet(
     std::vector<Choice> choices, UserDefaults &defaults, const Appearance &appearance,
-    QWidget *parent)
+    QWidget *parent, QueueState queueState)
     : Sheet(QStringLiteral("Print"), QStringLiteral("Print"), appearance, parent),
       choices(std::move(choices)),
       defaults(defaults),
+      queueState(std::move(queueState)),
       group(new QButtonGroup(this)),
       problem(plainLabel(this, true)) {
     for (const Choice &choice : this->choices) {
@@ -91,6 +92,18 @@ void PrintSheet::print() {
 }
 
 void PrintSheet::printOn(QPrinter &on) {
+    switch (queueState(on.printerName().toStdString())) {
+    case PrintQueueState::accepting:
+        break;
+    case PrintQueueState::refusing:
+        return showProblem(
+            QStringLiteral(
+                "“%1” takes no jobs at the moment. Choose another printer, or save a PDF.")
+                .arg(on.printerName()));
+    case PrintQueueState::unreachable:
+        return showProblem(
+            QStringLiteral("The print service does not answer. Try again later, or save a PDF."));
+    }
     if (!printPages(on, chosen()) || on.printerState() == QPrinter::Error)
         return showProblem(
             QStringLiteral("The printer could not be used. Check that it is on, or save a PDF."));

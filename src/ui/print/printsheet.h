@@ -1,10 +1,12 @@
 // The Print sheet.
 #pragma once
 
+#include "platform/printing/printqueue.h"
 #include "ui/print/printedpages.h"
 #include "ui/support/sheet.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 
 class QButtonGroup;
@@ -26,12 +28,18 @@ class PrintSheet : public Sheet {
         PrintedDocument document;
     };
 
+    /// Whether a queue takes jobs; its argument is the printer's name.
+    using QueueState = std::function<PrintQueueState(const std::string &)>;
+
     /// @param choices at least one; the first is chosen.
     /// @param defaults and `appearance` must outlive this object.
     PrintSheet(
         std::vector<Choice> choices, UserDefaults &defaults, const Appearance &appearance,
-        QWidget *parent);
+        QWidget *parent, QueueState queueState = printQueueState);
     ~PrintSheet() override;
+
+    /// Prints the chosen document and closes, or says why it cannot be printed.
+    void printOn(QPrinter &on);
 
   Q_SIGNALS:
     /// A note about what was done should be shown.
@@ -39,7 +47,6 @@ class PrintSheet : public Sheet {
 
   private:
     void print();
-    void printOn(QPrinter &on);
     void savePDF();
     void save(const std::filesystem::path &path);
     void showProblem(const QString &text);
@@ -47,6 +54,7 @@ class PrintSheet : public Sheet {
 
     std::vector<Choice> choices;
     UserDefaults &defaults;
+    QueueState queueState;
     QButtonGroup *group;
     QLabel *problem;
     /// While the print dialog is open.

@@ -16,12 +16,35 @@ namespace {
 
 /// The topics in the order of the book, by the names of their files.
 constexpr std::string_view topicIDs[] = {
-    "getting-started", "connecting",   "sample-college",  "roster",     "finding",    "signals",
-    "figures",         "reasons",      "thresholds",      "class-wide", "movement",   "look-back",
-    "contacts",        "writing",      "templates",       "export",     "printing",   "dashboard",
-    "widgets",         "notices",      "privacy",         "sync",       "appearance", "undo",
-    "keyboard",        "command-line", "troubleshooting", "keychain",
-};
+    "getting-started",
+    "connecting",
+    "sample-college",
+    "roster",
+    "finding",
+    "signals",
+    "figures",
+    "reasons",
+    "thresholds",
+    "class-wide",
+    "movement",
+    "visits",
+    "look-back",
+    "contacts",
+    "writing",
+    "templates",
+    "export",
+    "printing",
+    "dashboard",
+    "widgets",
+    "notices",
+    "privacy",
+    "sync",
+    "appearance",
+    "undo",
+    "keyboard",
+    "command-line",
+    "troubleshooting",
+    "keychain"};
 
 constexpr std::string_view shortcutsPlaceholder = "{shortcuts}";
 constexpr std::string_view withoutShortcuts =
@@ -63,6 +86,24 @@ HelpTopic releaseNotesTopic() {
     for (const Release &release : releases())
         topic.body += fmt::format("## Version {}\n\n{}\n", release.version, release.notes);
     return topic;
+}
+
+/// Words that questions contain and that say nothing about the topic.
+constexpr std::string_view questionWords[] = {
+    "a",    "about", "an",    "and",  "are",  "as",   "at",   "be",  "by",  "can",  "could",
+    "did",  "do",    "does",  "for",  "from", "has",  "have", "how", "i",   "if",   "in",
+    "is",   "it",    "its",   "me",   "my",   "of",   "on",   "or",  "our", "so",   "than",
+    "that", "the",   "them",  "then", "they", "this", "to",   "was", "we",  "were", "what",
+    "when", "where", "which", "will", "with", "you",  "your"};
+
+/// The words that a topic should contain: all but those of a question, unless there are no others.
+std::vector<Word> searchedWords(std::string_view query) {
+    std::vector<Word> words = wordsOf(query);
+    std::vector<Word> result;
+    std::ranges::copy_if(words, std::back_inserter(result), [](const Word &word) {
+        return std::ranges::find(questionWords, word.folded) == std::end(questionWords);
+    });
+    return result.empty() ? words : result;
 }
 
 /// Removes the first line from a text and returns it.
@@ -121,10 +162,14 @@ const HelpTopic *HelpBook::find(std::string_view id) const {
 }
 
 std::vector<HelpHit> HelpBook::search(std::string_view query) const {
-    const std::vector<Word> wanted = wordsOf(query);
+    const std::vector<Word> wanted = searchedWords(query);
+    // A question of several words may use one that the topic does not.
+    constexpr std::size_t wordsForOneMissing = 3;
+    const std::size_t allowedMissing = wanted.size() / wordsForOneMissing;
     const bool blank = query.find_first_not_of(" \t\r\n") == std::string_view::npos;
-    /// Matches in the title, matches in the keywords, whether the text contains the phrase.
-    using Rank = std::tuple<std::size_t, std::size_t, bool>;
+    /// Words that occur, matches in the title, matches in the keywords, whether the text contains
+    /// the phrase.
+    using Rank = std::tuple<std::size_t, std::size_t, std::size_t, bool>;
     std::vector<std::pair<Rank, HelpHit>> hits;
     for (std::size_t i = 0; i < pages.size(); ++i) {
         const Index &index = indexes[i];
@@ -134,7 +179,7 @@ std::vector<HelpHit> HelpBook::search(std::string_view query) const {
             continue;
         std::size_t inTitle = 0;
         std::size_t inKeywords = 0;
-        bool all = true;
+        std::size_t occurring = 0;
         std::size_t first = index.words.size();
         for (const Word &word : wanted) {
             const bool matchesTitle = occurrences(index.title, word.folded) > 0;
@@ -144,16 +189,18 @@ std::vector<HelpHit> HelpBook::search(std::string_view query) const {
             });
             inTitle += matchesTitle ? 1 : 0;
             inKeywords += matchesKeyword ? 1 : 0;
-            all = all && (matchesTitle || matchesKeyword || match != index.words.end());
+            if (matchesTitle || matchesKeyword || match != index.words.end())
+                ++occurring;
             first = std::min(first, std::size_t(match - index.words.begin()));
         }
-        if (!all)
+        if (occurring + allowedMissing < wanted.size())
             continue;
         const std::size_t phrase = phraseAt(index.words, wanted);
         const bool hasPhrase = phrase < index.words.size();
         const std::size_t at = hasPhrase ? phrase : first < index.words.size() ? first : 0;
         hits.push_back(
-            {{inTitle, inKeywords, hasPhrase}, {&pages[i], snippet(index.text, index.words, at)}});
+            {{occurring, inTitle, inKeywords, hasPhrase},
+             {&pages[i], snippet(index.text, index.words, at)}});
     }
     std::ranges::stable_sort(hits, std::greater{}, &std::pair<Rank, HelpHit>::first);
     std::vector<HelpHit> result;

@@ -88,6 +88,30 @@ TEST(HelpBook, FindsTopicsForTypicalQueries) {
     }
 }
 
+TEST(HelpBook, AnswersQuestionsWithinThreeResults) {
+    const HelpBook book;
+    struct Row {
+        const char *question;
+        const char *answer;
+    };
+    for (const Row &row : {
+             Row{"Why is this student flagged?", "reasons"},
+             Row{"How do I open the export in a spreadsheet?", "export"},
+             Row{"How do I leave the sample college?", "sample-college"},
+             Row{"What counts as a visit?", "visits"},
+             Row{"How do I delete everything that Ellwynd stored?", "privacy"},
+             Row{"What are the .lock files for?", "privacy"},
+             Row{"How can I make the text bigger?", "appearance"},
+             Row{"Can I use Ellwynd on two computers?", "sync"},
+             Row{"I marked the wrong student as contacted", "contacts"},
+             Row{"How do I print a page for a parent meeting?", "printing"},
+         }) {
+        auto hits = ids(book.search(row.question));
+        hits.resize(std::min<std::size_t>(hits.size(), 3));
+        EXPECT_THAT(hits, testing::Contains(row.answer)) << row.question;
+    }
+}
+
 TEST(HelpBook, RanksTitlesBeforeKeywordsBeforeText) {
     const HelpBook book;
     const auto hits = ids(book.search("export"));

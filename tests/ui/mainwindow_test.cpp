@@ -3,6 +3,7 @@
 #include "support/until.h"
 #include "ui/dashboard/coursecard.h"
 #include "ui/details/studentdetails.h"
+#include "ui/help/helpwindow.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sidebar/sidebar.h"
@@ -11,6 +12,7 @@
 
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QListView>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
@@ -420,6 +422,40 @@ TEST_F(MainWindowTest, TheCommandsOfTheDetailsStayInSight) {
     EXPECT_TRUE(details->isVisible());
     window.roster()->findChild<QLineEdit *>()->setText(QStringLiteral("nobody at all"));
     EXPECT_FALSE(details->isVisible());
+}
+
+TEST_F(MainWindowTest, EachSentenceOfTheDetailsLeadsToItsTopic) {
+    openCourse(900101);
+    table().selectStudents({{900101, 5004}});
+    const auto *details = window.findChild<StudentDetails *>();
+    std::map<std::string, std::string> topics;
+    for (auto *mark : details->findChildren<QAbstractButton *>()) {
+        const QString question = QStringLiteral("What does this mean? ");
+        if (!mark->accessibleName().startsWith(question))
+            continue;
+        mark->click();
+        const QString sentence = mark->accessibleName().mid(question.size());
+        topics[sentence.section(u' ', 0, 1).toStdString()] = window.findChild<HelpWindow *>()
+                                                                 ->findChild<QListView *>()
+                                                                 ->currentIndex()
+                                                                 .data()
+                                                                 .toString()
+                                                                 .toStdString();
+    }
+    using testing::Pair;
+    EXPECT_THAT(
+        topics,
+        testing::IsSupersetOf(
+            {Pair("2 of", "What Each Reason Means"),
+             Pair("Current score", "What Each Reason Means"),
+             Pair("Seen on", "Movement Since Your Last Visit"),
+             Pair("Wrote 11", "Contacts and Follow-Up")}));
+    auto *help = window.findChild<HelpWindow *>();
+    ASSERT_NE(help, nullptr);
+    help->activateWindow();
+    const double before = defaults.value(preferences::textScale);
+    QTest::keySequence(help, QKeySequence(QKeySequence::ZoomIn));
+    EXPECT_GT(defaults.value(preferences::textScale), before) << "in every window";
 }
 
 TEST_F(MainWindowTest, AMostMissedAssignmentFiltersTheRoster) {

@@ -4,6 +4,7 @@
 #include "app/explain/explaintexts.h"
 #include "app/messages/messagetexts.h"
 #include "app/roster/rostertexts.h"
+#include "ui/details/explainedsentence.h"
 #include "ui/details/signalbars.h"
 #include "ui/details/termchart.h"
 #include "ui/support/appearance.h"
@@ -150,6 +151,12 @@ void StudentDetails::replace(QWidget *newHead, QWidget *newBody) {
     }
 }
 
+QWidget *StudentDetails::explained(QWidget *sentence, const std::string &text, const char *topic) {
+    auto *line = new ExplainedSentence(sentence, qstring(text), topic, appearance);
+    connect(line, &ExplainedSentence::helpRequested, this, &StudentDetails::helpRequested);
+    return line;
+}
+
 void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
     auto *name = plainLabel(nullptr, true);
     name->setFont(appearance.font(1.22, QFont::Bold));
@@ -172,7 +179,7 @@ void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
         moved->setFont(appearance.font(0.92));
         moved->setAccessibleName(qstring(changeText(*history.change)));
         moved->setToolTip(qstring(arrowText(*history.change)));
-        line->addWidget(moved, 1);
+        line->addWidget(explained(moved, changeText(*history.change), "movement"), 1);
     } else {
         line->addStretch(1);
     }
@@ -180,7 +187,7 @@ void StudentDetails::addHeading(QVBoxLayout &column, const RiskRow &row) {
     if (history.isNew) {
         auto *isNew = secondaryLabel(nullptr, qstring(newStudentText));
         isNew->setFont(appearance.font(0.92));
-        column.addWidget(isNew);
+        column.addWidget(explained(isNew, std::string(newStudentText), "figures"));
     }
 }
 
@@ -234,11 +241,13 @@ void StudentDetails::addTerm(QVBoxLayout &column, const RiskRow &row) {
     if (history.outreach)
         marks.wroteAt = history.outreach->contactedAt;
     column.addWidget(new TermChart(*history.trend, marks, appearance));
-    column.addWidget(secondaryLabel(nullptr, qstring(termStory(*history.trend))));
+    const std::string story = termStory(*history.trend);
+    column.addWidget(explained(secondaryLabel(nullptr, qstring(story)), story, "movement"));
     if (history.levelDiffers) {
+        const std::string text = levelDiffersText(row.level, history.trend->points.back().level);
         auto *differs = plainLabel(nullptr, true);
-        differs->setText(qstring(levelDiffersText(row.level, history.trend->points.back().level)));
-        column.addWidget(differs);
+        differs->setText(qstring(text));
+        column.addWidget(explained(differs, text, "movement"));
     }
 }
 
@@ -246,9 +255,10 @@ void StudentDetails::addOutreach(QVBoxLayout &column) {
     if (!history.outreach)
         return;
     addSection(column, QStringLiteral("Outreach"));
+    const std::string text = outreachText(*history.outreach);
     auto *sentence = plainLabel(nullptr, true);
-    sentence->setText(qstring(outreachText(*history.outreach)));
-    column.addWidget(sentence);
+    sentence->setText(qstring(text));
+    column.addWidget(explained(sentence, text, "contacts"));
 }
 
 void StudentDetails::addSelectionHeading(QVBoxLayout &column) {
@@ -354,20 +364,21 @@ void StudentDetails::addReasons(QVBoxLayout &column, const RiskRow &row) {
             connect(link, &QAbstractButton::clicked, this, [this, row] {
                 Q_EMIT gradesRequested(row);
             });
-            column.addWidget(link);
+            column.addWidget(explained(link, line.text, "reasons"));
             continue;
         }
         auto *sentence = plainLabel(nullptr, true);
         sentence->setText(qstring(line.text));
-        column.addWidget(sentence);
+        column.addWidget(explained(sentence, line.text, "reasons"));
         if (line.role == ReasonRole::missingWork)
             addAssignments(column, missingAssignments(row));
     }
     column.addWidget(new SignalBars(row, appearance));
     if (row.floor) {
-        auto *raised = secondaryLabel(nullptr, qstring(floorText(*row.floor)));
+        const std::string text(floorText(*row.floor));
+        auto *raised = secondaryLabel(nullptr, qstring(text));
         raised->setFont(appearance.font(0.92));
-        column.addWidget(raised);
+        column.addWidget(explained(raised, text, "figures"));
     }
     auto *grades = new TextLink(QStringLiteral("Open Grades"));
     grades->setToolTip(QStringLiteral("Open this student’s grades in Canvas"));

@@ -44,6 +44,8 @@ class StudentDetails : public QWidget {
     void studentRequested(const ellwynd::StudentKey &student);
     void gradesRequested(const ellwynd::RiskRow &row);
     void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);
+    /// The help topic with this id should be shown.
+    void helpRequested(const std::string &topic);
 
   private:
     void rebuild();
@@ -59,6 +61,8 @@ class StudentDetails : public QWidget {
     void addSelection(QVBoxLayout &column);
     void addButtons(QVBoxLayout &column);
     void addSection(QVBoxLayout &column, const QString &title);
+    /// A sentence with a button that leads to a help topic.
+    [[nodiscard]] QWidget *explained(QWidget *sentence, const std::string &text, const char *topic);
     void addAssignments(QVBoxLayout &column, const std::vector<AssignmentRef> &assignments);
 
     const Appearance &appearance;

@@ -17,10 +17,8 @@ namespace ellwynd {
 HelpCommands::HelpCommands(
     const MainMenus &menus, UserDefaults &defaults, const Appearance &appearance, QWidget &window)
     : QObject(&window), menus(menus), defaults(defaults), appearance(appearance), window(window) {
-    connect(menus.help, &QAction::triggered, this, [this] { help().showTopic("getting-started"); });
-    connect(menus.keyboardShortcuts, &QAction::triggered, this, [this] {
-        help().showTopic("keyboard");
-    });
+    connect(menus.help, &QAction::triggered, this, [this] { showTopic("getting-started"); });
+    connect(menus.keyboardShortcuts, &QAction::triggered, this, [this] { showTopic("keyboard"); });
     connect(menus.whatsNew, &QAction::triggered, this, [this] { help().showReleaseNotes(); });
     connect(menus.sendFeedback, &QAction::triggered, this, &HelpCommands::sendFeedback);
     connect(menus.about, &QAction::triggered, this, &HelpCommands::showAbout);
@@ -31,6 +29,10 @@ HelpWindow &HelpCommands::help() {
     if (helpWindow == nullptr)
         helpWindow = new HelpWindow(defaults, appearance, menus.shortcuts(), &window);
     return *helpWindow;
+}
+
+void HelpCommands::showTopic(const std::string &id) {
+    help().showTopic(id);
 }
 
 void HelpCommands::showAbout() {

@@ -5,6 +5,8 @@
 
 #include <QObject>
 
+#include <string>
+
 class QWidget;
 
 namespace ellwynd {
@@ -24,6 +26,9 @@ class HelpCommands : public QObject {
     HelpCommands(
         const MainMenus &menus, UserDefaults &defaults, const Appearance &appearance,
         QWidget &window);
+
+    /// Opens the help on a topic, or on the first when no topic has that id.
+    void showTopic(const std::string &id);
 
   private:
     [[nodiscard]] HelpWindow &help();

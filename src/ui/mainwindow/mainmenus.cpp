@@ -86,6 +86,9 @@ void MainMenus::makeViewMenu() {
         add(view, QStringLiteral("Zoom &In"), {QKeySequence::ZoomIn, Qt::CTRL | Qt::Key_Equal});
     zoomOut = add(view, QStringLiteral("Zoom &Out"), {QKeySequence::ZoomOut});
     actualSize = add(view, QStringLiteral("&Actual Size"), {Qt::CTRL | Qt::Key_0});
+    // The text size is that of every window.
+    for (QAction *action : {zoomIn, zoomOut, actualSize})
+        action->setShortcutContext(Qt::ApplicationShortcut);
 }
 
 void MainMenus::makeInsightMenu(QMenu &view) {

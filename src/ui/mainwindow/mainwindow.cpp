@@ -96,7 +96,8 @@ MainWindow::MainWindow(
     middle->addWidget(dashboardPane);
     middle->addWidget(rosterPane);
     setCentralWidget(splitter);
-    new HelpCommands(*menus, defaults, appearance, *this);
+    auto *help = new HelpCommands(*menus, defaults, appearance, *this);
+    connect(details, &StudentDetails::helpRequested, help, &HelpCommands::showTopic);
     connectCommands();
     connectViews();
     restoreLayout();

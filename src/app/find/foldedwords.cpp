@@ -1,5 +1,7 @@
 #include "app/find/foldedwords.h"
 
+#include "app/find/comparabletext.h"
+
 #include <QList>
 
 #include <utility>
@@ -7,17 +9,6 @@
 namespace ellwynd {
 
 namespace {
-
-/// Letters that Unicode does not decompose.
-constexpr std::pair<char32_t, const char *> plainForms[] = {
-    {U'ø', "o"},  {U'Ø', "o"},  {U'ł', "l"},  {U'Ł', "l"}, {U'đ', "d"},  {U'Đ', "d"}, {U'æ', "ae"},
-    {U'Æ', "ae"}, {U'œ', "oe"}, {U'Œ', "oe"}, {U'ı', "i"}, {U'ß', "ss"}, {U'ẞ', "ss"}};
-
-constexpr char32_t firstBeyondAscii = 0x80;
-
-bool isApostrophe(char32_t code) {
-    return code == U'\'' || code == U'’' || code == U'ʼ';
-}
 
 /// Whether a character is a part of a word. What stands for a wrong byte is not.
 bool isInWord(char32_t code) {
@@ -40,24 +31,6 @@ bool beginsAnywhere(char32_t code) {
     }
 }
 
-/// A character without case and accents; empty for an accent.
-QString folded(char32_t code) {
-    if (code < firstBeyondAscii)
-        return QString(QChar(char16_t(code)).toLower());
-    for (const auto &[letter, plain] : plainForms) {
-        if (letter == code)
-            return QString::fromLatin1(plain);
-    }
-    QString result;
-    const QString parts = QString::fromUcs4(&code, 1).normalized(QString::NormalizationForm_KD);
-    for (const char32_t part : parts.toUcs4()) {
-        // The vowel signs of Indic scripts are marks too, but without a combining class.
-        if (!QChar::isMark(part) || QChar::combiningClass(part) == 0)
-            result += QString::fromUcs4(&part, 1);
-    }
-    return result.toCaseFolded();
-}
-
 /// Collects the words of one text.
 class Collector {
   public:
@@ -71,7 +44,7 @@ class Collector {
         }
         if (!isInWord(code))
             return finish();
-        const QString text = folded(code);
+        const QString text = comparableCharacter(code);
         if (text.isEmpty()) {
             if (!word.ends.empty())
                 word.ends.back() = end;

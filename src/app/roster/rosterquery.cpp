@@ -1,5 +1,6 @@
 #include "app/roster/rosterquery.h"
 
+#include "app/find/comparabletext.h"
 #include "app/roster/rostertexts.h"
 #include "base/text.h"
 
@@ -14,28 +15,6 @@ namespace {
 
 QString qtText(std::string_view text) {
     return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
-
-/// One unit for each unit of `text`: lower case, and a letter without its accents.
-QString comparable(const QString &text) {
-    QString result = text;
-    constexpr char16_t firstBeyondAscii = 0x80;
-    for (QChar &c : result) {
-        if (c.unicode() < firstBeyondAscii) {
-            c = c.toLower();
-            continue;
-        }
-        // A letter and a mark; syllables of Hangul consist of letters alone.
-        for (QString parts = c.decomposition(); parts.size() == 2 && parts.at(1).isMark();
-             parts = c.decomposition())
-            c = parts.at(0);
-        c = c.toCaseFolded();
-    }
-    return result;
-}
-
-std::string comparable(std::string_view text) {
-    return comparable(qtText(text)).toStdString();
 }
 
 bool contains(const std::string &text, const std::string &word) {
@@ -186,7 +165,7 @@ std::string RosterRows::searchText(const RiskRow &row) const {
     std::string text = searchableHead(row, courseCode(row));
     for (const AssignmentRef &assignment : missingAssignments(row))
         text += '\n' + assignment.name;
-    return comparable(text);
+    return comparable(text).toStdString();
 }
 
 ShownRows RosterRows::shown(const RosterQuery &query) const {
@@ -283,31 +262,33 @@ RosterRows::revealing(const RosterQuery &query, const std::set<StudentKey> &stud
 
 std::vector<std::string> searchWords(std::string_view typed) {
     std::vector<std::string> words;
-    for (const QString &word : qtText(typed).simplified().split(u' ', Qt::SkipEmptyParts))
-        words.push_back(comparable(word).toStdString());
+    for (const QString &word : comparable(typed).simplified().split(u' ', Qt::SkipEmptyParts))
+        words.push_back(word.toStdString());
     return words;
 }
 
 std::vector<MatchedPart> matchedParts(std::string_view text, std::string_view typed) {
-    const QString searched = comparable(qtText(text));
+    const ComparableText searched = comparableText(text);
     std::vector<MatchedPart> parts;
     for (const std::string &word : searchWords(typed)) {
         const QString wanted = qtText(word);
-        const qsizetype at = searched.indexOf(wanted);
-        if (at >= 0)
-            parts.push_back({std::size_t(at), std::size_t(wanted.size())});
+        const qsizetype at = searched.text.indexOf(wanted);
+        if (at < 0)
+            continue;
+        const std::size_t begin = searched.begins[std::size_t(at)];
+        parts.push_back({begin, searched.ends[std::size_t(at + wanted.size() - 1)] - begin});
     }
     return parts;
 }
 
 std::string
 matchedAssignmentsText(const RiskRow &row, const std::string &courseCode, std::string_view typed) {
-    const std::string head = comparable(searchableHead(row, courseCode));
+    const std::string head = comparable(searchableHead(row, courseCode)).toStdString();
     std::vector<std::string> words = searchWords(typed);
     std::erase_if(words, [&](const std::string &word) { return contains(head, word); });
     std::vector<std::string> names;
     for (const AssignmentRef &assignment : missingAssignments(row)) {
-        const std::string name = comparable(assignment.name);
+        const std::string name = comparable(assignment.name).toStdString();
         if (std::ranges::any_of(
                 words, [&](const std::string &word) { return contains(name, word); }))
             names.push_back(oneLine(assignment.name));

@@ -92,7 +92,7 @@ class RosterRows {
     mutable std::vector<std::string> searchTexts;
 };
 
-/// The typed words in a form for comparing: lower case, without accents.
+/// The typed words in a form for comparing: without case, accents and apostrophes.
 [[nodiscard]] std::vector<std::string> searchWords(std::string_view typed);
 
 /// A part of a name, in UTF-16 units.

@@ -118,6 +118,9 @@ TEST(RosterQuery, ShowsWhatMatched) {
     EXPECT_EQ(matchedAssignmentsText(emile, "BIO", "e"), "") << "in the name";
     EXPECT_THAT(
         matchedParts("Élan é", "e LAN x"), ElementsAre(MatchedPart{0, 1}, MatchedPart{1, 3}));
+    EXPECT_THAT(
+        matchedParts("Søren O’Brien Weiß Zoe\u0308", "soren obrien iss zoë"),
+        ElementsAre(MatchedPart{0, 5}, MatchedPart{6, 7}, MatchedPart{16, 2}, MatchedPart{19, 4}));
 }
 
 TEST(RosterQuery, SortsEqualRowsInTheRostersOrder) {

@@ -1,0 +1,89 @@
+#include "app/find/comparabletext.h"
+
+#include <utility>
+
+namespace ellwynd {
+
+namespace {
+
+/// Letters that Unicode does not decompose.
+constexpr std::pair<char32_t, const char *> plainForms[] = {
+    {U'ø', "o"},  {U'Ø', "o"},  {U'ł', "l"},  {U'Ł', "l"}, {U'đ', "d"},  {U'Đ', "d"}, {U'æ', "ae"},
+    {U'Æ', "ae"}, {U'œ', "oe"}, {U'Œ', "oe"}, {U'ı', "i"}, {U'ß', "ss"}, {U'ẞ', "ss"}};
+
+constexpr char32_t firstBeyondAscii = 0x80;
+
+/// Calls `visit` with each character and where it begins and ends, in UTF-16 units.
+template<typename Visit>
+void forEachCharacter(const QString &text, const Visit &visit) {
+    for (qsizetype at = 0; at < text.size();) {
+        const qsizetype begin = at;
+        char32_t code = text.at(at++).unicode();
+        if (QChar::isHighSurrogate(code) && at < text.size() && text.at(at).isLowSurrogate())
+            code = QChar::surrogateToUcs4(char16_t(code), text.at(at++).unicode());
+        visit(code, std::size_t(begin), std::size_t(at));
+    }
+}
+
+QString fromUtf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), qsizetype(text.size()));
+}
+
+void append(char32_t code, QString &result) {
+    if (code < firstBeyondAscii) {
+        if (!isApostrophe(code))
+            result += QChar(char16_t(code)).toLower();
+        return;
+    }
+    result += comparableCharacter(code);
+}
+
+} // namespace
+
+bool isApostrophe(char32_t code) {
+    return code == U'\'' || code == U'’' || code == U'ʼ';
+}
+
+QString comparableCharacter(char32_t code) {
+    if (isApostrophe(code) || QChar::category(code) == QChar::Other_Format)
+        return {};
+    if (code < firstBeyondAscii)
+        return QString(QChar(char16_t(code)).toLower());
+    for (const auto &[letter, plain] : plainForms) {
+        if (letter == code)
+            return QString::fromLatin1(plain);
+    }
+    QString result;
+    const QString parts = QString::fromUcs4(&code, 1).normalized(QString::NormalizationForm_KD);
+    for (const char32_t part : parts.toUcs4()) {
+        // The vowel signs of Indic scripts are marks too, but without a combining class.
+        if (!QChar::isMark(part) || QChar::combiningClass(part) == 0)
+            result += QString::fromUcs4(&part, 1);
+    }
+    return result.toCaseFolded();
+}
+
+ComparableText comparableText(std::string_view text) {
+    ComparableText result;
+    forEachCharacter(fromUtf8(text), [&](char32_t code, std::size_t begin, std::size_t end) {
+        const qsizetype before = result.text.size();
+        append(code, result.text);
+        const auto added = std::size_t(result.text.size() - before);
+        // An accent that follows its letter belongs to it.
+        if (added == 0 && !result.ends.empty() && QChar::isMark(code))
+            result.ends.back() = end;
+        result.begins.insert(result.begins.end(), added, begin);
+        result.ends.insert(result.ends.end(), added, end);
+    });
+    return result;
+}
+
+QString comparable(std::string_view text) {
+    QString result;
+    result.reserve(qsizetype(text.size()));
+    forEachCharacter(
+        fromUtf8(text), [&](char32_t code, std::size_t, std::size_t) { append(code, result); });
+    return result;
+}
+
+} // namespace ellwynd

@@ -1,5 +1,7 @@
 #include "app/find/comparabletext.h"
 
+#include <QList>
+
 #include <utility>
 
 namespace ellwynd {

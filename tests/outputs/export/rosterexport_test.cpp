@@ -50,7 +50,7 @@ TEST_F(RosterExport, EveryValueHasItsCell) {
         .level = RiskLevel::concern,
         .currentScore = 72.5,
         .currentGrade = "C−",
-        .missingCount = 2,
+        .missingCount = 1,
         // The previous day in Chicago.
         .lastActivityAt = test::at("2026-09-20T04:59:59Z"),
         .courseID = course};
@@ -61,7 +61,7 @@ TEST_F(RosterExport, EveryValueHasItsCell) {
     EXPECT_THAT(
         exportRow(row, source),
         ElementsAre(
-            "Concern", "Ana", "Bio", "73%", "C−", "2", "2026-09-19",
+            "Concern", "Ana", "Bio", "73%", "C−", "1", "2026-09-19",
             "Missing these: Essay, Quiz; 1 past-due unsubmitted", "2026-09-16",
             "no change — awaiting follow-up"));
     EXPECT_EQ(exportHeaders(true).size(), 10U);
@@ -100,7 +100,7 @@ TEST_F(RosterExport, CSVQuotesCellsWithSeparators) {
         {.id = 4, .name = "a\rb"},
         {.id = 5, .name = " 'x'|;\t\u202E "}};
     EXPECT_EQ(
-        csv(rows, source),
+        exportText(ExportFormat::csv, "x", rows, source),
         "Risk,Student,Current score,Grade,Missing,Last active,Why,Contacted,Since contact\n"
         ",\"Ruiz, Ana\",,,,never,,,\n"
         ",\"Bo \"\"Q\"\"\",,,,never,,,\n"
@@ -112,9 +112,9 @@ TEST_F(RosterExport, CSVQuotesCellsWithSeparators) {
 TEST_F(RosterExport, MarkdownKeepsARowOnOneLine) {
     source.wholeTerm = true;
     const std::vector<RiskRow> rows{
-        {.id = 1, .name = "a|b\\|c\r\nd\ne\rf", .courseName = "# *x*", .level = RiskLevel::watch}};
+        {.id = 1, .name = "\r\na|b\\|c\r\nd\ne\rf\r\n", .courseName = "# *x*", .level = RiskLevel::watch}};
     EXPECT_EQ(
-        markdown("Fall | 2026\n# x", rows, source),
+        exportText(ExportFormat::markdown, "Fall | 2026\n# x", rows, source),
         "# Fall | 2026 # x\n"
         "\n"
         "Exported from Ellwynd on 2026-09-24.\n"
@@ -122,7 +122,7 @@ TEST_F(RosterExport, MarkdownKeepsARowOnOneLine) {
         "| Risk | Student | Course | Current score | Grade | Missing | Last active | Why | "
         "Contacted | Since contact |\n"
         "| --- | --- | --- | --- | --- | --- | --- | --- | --- | --- |\n"
-        "| Watch | a\\|b\\\\|c d e f | # *x* |  |  |  | never |  |  |  |\n");
+        "| Watch |  a\\|b\\\\|c d e f  | # *x* |  |  |  | never |  |  |  |\n");
     EXPECT_THAT(markdown("Empty", {}, source), testing::EndsWith(" --- |\n"));
 }
 
@@ -133,6 +133,13 @@ TEST_F(RosterExport, TheFileNameHasNoSeparators) {
     EXPECT_THAT(
         exportFileName(ExportFormat::markdown, "x", test::at("2026-09-24T04:00:00Z")),
         HasSubstr("2026-09-23.md"));
+    constexpr std::size_t limit = 240;
+    const auto named = [](std::size_t length) {
+        return exportFileName("csv", std::string(length, 'x'), noon);
+    };
+    const std::size_t room = limit - named(0).size();
+    EXPECT_THAT(named(room), testing::AllOf(testing::SizeIs(limit), HasSubstr("xx — 2026")));
+    EXPECT_THAT(named(room + 1), testing::AllOf(testing::SizeIs(limit), HasSubstr("x… — 2026")));
 }
 
 } // namespace

@@ -6,8 +6,27 @@
 
 namespace ellwynd::simulation {
 
+using Kind = Event::Kind;
+
+bool passesTime(Kind kind) {
+    return kind == Kind::passSeconds || kind == Kind::passMinutes || kind == Kind::passHours ||
+        kind == Kind::sleep || kind == Kind::setClock || kind == Kind::travel;
+}
+
+bool changesSchools(Kind kind) {
+    return kind >= Kind::setWork && kind <= Kind::beginTerm;
+}
+
+bool isOfCloud(Kind kind) {
+    return kind >= Kind::upload && kind <= Kind::folderBack;
+}
+
+bool canBeKilled(Kind kind) {
+    return !changesSchools(kind) && !passesTime(kind) && !isOfCloud(kind) &&
+        kind != Kind::runInSample && kind != Kind::kill;
+}
+
 std::vector<Event> randomTerm(unsigned seed) {
-    using Kind = Event::Kind;
     std::mt19937 random(seed);
     const auto draw = [&](int below) { return int(random() % unsigned(below)); };
     constexpr int days = 120;

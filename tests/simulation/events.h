@@ -77,6 +77,13 @@ struct Event {
     int draw = 0;
 };
 
+/// Events of the clock, which concern all computers.
+[[nodiscard]] bool passesTime(Event::Kind kind);
+[[nodiscard]] bool changesSchools(Event::Kind kind);
+[[nodiscard]] bool isOfCloud(Event::Kind kind);
+/// Whether it is an event of the program. A run in the sample college compares files itself.
+[[nodiscard]] bool canBeKilled(Event::Kind kind);
+
 /// The events of a term of 120 days.
 [[nodiscard]] std::vector<Event> randomTerm(unsigned seed);
 

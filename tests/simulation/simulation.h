@@ -5,6 +5,7 @@
 #include "events.h"
 #include "model.h"
 
+#include <array>
 #include <random>
 #include <stdexcept>
 
@@ -30,6 +31,8 @@ class Simulation {
     void play(const std::vector<Event> &events);
 
   private:
+    static constexpr std::array addresses{"https://one.example", "https://two.example"};
+
     /// What the teacher did with contacts on one computer, by the rules.
     struct Contacts {
         using Records = std::map<StudentKey, Date>;
@@ -84,6 +87,8 @@ class Simulation {
         const Contacts::Records &before, const Contacts::Records &after,
         const Contacts::Records &saved);
     void noteLeftovers(const Computer &computer);
+    /// Moves all computers to a time zone. @param number any; chooses one.
+    static void enterZone(int number);
     void perform(const Event &event);
     void performInSchools(const Event &event);
     void performOnScreen(const Event &event, Computer &computer, Known &known);

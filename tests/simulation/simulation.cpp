@@ -6,6 +6,8 @@
 
 #include <QCoreApplication>
 
+#include <cerrno>
+
 namespace ellwynd::simulation {
 
 namespace {

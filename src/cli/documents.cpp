@@ -3,8 +3,8 @@
 #include "app/explain/explaintexts.h"
 #include "app/roster/rostertexts.h"
 #include "base/calendar.h"
-#include "base/text.h"
 #include "cli/table.h"
+#include "cli/terminaltext.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -210,7 +210,7 @@ std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout) {
 std::string
 rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now, bool withIDs) {
     std::string text = fmt::format(
-        "{}\n{} · updated {}\n{}\n", oneLine(displayName(course.course)),
+        "{}\n{} · updated {}\n{}\n", terminalText(displayName(course.course)),
         studentsText(course.rows.size()), calendar::shortTime(course.fetchedAt),
         thresholdsSummary(course.thresholds));
     if (isLimited(course.coverage)) {
@@ -228,11 +228,16 @@ rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now, boo
     text += rowsTable(course.rows, {.withIDs = withIDs, .now = now, .memory = memory});
     if (!course.missedWork.empty()) {
         Table table({{"Missing work by assignment"}, {"Missing", true}, {""}});
+        std::vector<std::int64_t> ids;
+        std::vector<std::string> names;
         for (const MissedAssignment &assignment : course.missedWork) {
             table.add(
                 {assignment.name, std::to_string(assignment.studentIDs.size()),
                  assignment.isClassWide ? "excluded from risk scores" : ""});
+            ids.push_back(assignment.id);
+            names.push_back(assignment.name);
         }
+        table.addIDs(ids, names, withIDs);
         text += fmt::format("\n{}", table.text());
     }
     return text;

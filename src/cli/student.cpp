@@ -1,11 +1,11 @@
 #include "app/explain/explaintexts.h"
 #include "app/roster/studenthistory.h"
 #include "base/calendar.h"
-#include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
 #include "cli/names.h"
+#include "cli/terminaltext.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -39,7 +39,7 @@ JSON studentDocument(const RiskRow &row, const StudentHistory &history) {
 std::string studentText(const RiskRow &row, const StudentHistory &history, Date now) {
     std::string text = rowsTable(std::span(&row, 1), {.now = now});
     const auto paragraph = [&text](const std::string &sentence) {
-        text += fmt::format("\n{}\n", oneLine(sentence));
+        text += fmt::format("\n{}\n", terminalText(sentence));
     };
     paragraph(signalsText(row));
     if (history.isNew)

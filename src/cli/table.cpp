@@ -1,24 +1,36 @@
 #include "cli/table.h"
 
+#include "app/find/foldedwords.h"
 #include "base/text.h"
+#include "cli/terminaltext.h"
 
 #include <algorithm>
 #include <map>
 
 namespace ellwynd::cli {
 
+/// A name in the form in which the command line compares names.
+static std::string folded(const std::string &name) {
+    QString text;
+    for (const FoldedWord &word : foldedWords(name))
+        text += word.text + u' ';
+    // A name without letters and digits.
+    return text.isEmpty() ? terminalText(name) : text.toStdString();
+}
+
 void Table::add(std::vector<std::string> cells) {
     for (std::string &cell : cells)
-        cell = oneLine(cell);
+        cell = terminalText(cell);
     rows.push_back(std::move(cells));
 }
 
 void Table::addIDs(
     const std::vector<std::int64_t> &ids, const std::vector<std::string> &names, bool all) {
+    std::vector<std::string> compared;
     std::map<std::string, int> counts;
     for (const std::string &name : names)
-        ++counts[name];
-    const auto isShown = [&](std::size_t row) { return all || counts.at(names[row]) > 1; };
+        ++counts[compared.emplace_back(folded(name))];
+    const auto isShown = [&](std::size_t row) { return all || counts.at(compared[row]) > 1; };
     std::vector<std::string> cells;
     for (std::size_t row = 0; row < rows.size(); ++row)
         cells.push_back(isShown(row) ? std::to_string(ids[row]) : std::string());

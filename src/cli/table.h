@@ -20,7 +20,7 @@ class Table {
 
     void add(std::vector<std::string> cells);
     /// Adds a first column of ids, one for each row: all of them, or else those of rows whose names
-    /// are alike, and no column if there are none.
+    /// are alike (up to letter case and accents), and no column if there are none.
     void
     addIDs(const std::vector<std::int64_t> &ids, const std::vector<std::string> &names, bool all);
     [[nodiscard]] std::string text() const;

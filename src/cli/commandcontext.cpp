@@ -25,6 +25,7 @@ CommandContext::CommandContext(
       preferencesFile(std::move(preferencesFile)),
       arguments(std::move(arguments)),
       keyboard(terminal.keyboard),
+      columns(terminal.outputColumns),
       progressLine(err, std::move(terminal)) {}
 
 CommandContext::~CommandContext() {

@@ -118,6 +118,10 @@ qsizetype CommandLine::wordCount() const {
     return parser.positionalArguments().size();
 }
 
+std::size_t CommandLine::columns() const {
+    return has("output") ? 0 : context.outputColumns();
+}
+
 void CommandLine::print(const std::string &result) const {
     if (const auto file = value("output")) {
         try {

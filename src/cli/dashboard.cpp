@@ -74,7 +74,8 @@ std::string progressText(const PassProgress &pass, const std::string &latest) {
     return fmt::format("Scored {} of {}: {}…", pass.done, pass.total, latest);
 }
 
-std::string dashboardText(const Dashboard &dashboard, bool withIDs) {
+/// @param columns as in `Table::text`.
+std::string dashboardText(const Dashboard &dashboard, bool withIDs, std::size_t columns) {
     const DashboardTerm *shown = dashboard.shownTerm();
     if (shown == nullptr)
         return *waitLine(dashboard) + "\n";
@@ -103,7 +104,7 @@ std::string dashboardText(const Dashboard &dashboard, bool withIDs) {
                  : ""});
     }
     table.addIDs(ids, names, withIDs);
-    return text + table.text();
+    return text + table.text(columns);
 }
 
 } // namespace
@@ -169,7 +170,7 @@ static int runDashboard(CommandContext &context, const QStringList &words) {
     printNotes(context, scored);
     line.print(
         line.wantsJSON() ? printed(dashboardDocument(dashboard))
-                         : dashboardText(dashboard, line.has("ids")));
+                         : dashboardText(dashboard, line.has("ids"), line.columns()));
     return complete ? done : failed;
 }
 

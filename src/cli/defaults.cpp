@@ -32,7 +32,7 @@ int listSaved(CommandContext &context, const QStringList &words) {
     Table table({{"Key"}, {"Value"}});
     for (const auto &[key, value] : context.defaults().persistentDomain())
         table.add({key, plain(value)});
-    line.print(table.text());
+    line.print(table.text(line.columns()));
     return done;
 }
 
@@ -67,7 +67,7 @@ int listKeys(CommandContext &context, const QStringList &words) {
              row.acceptedValues()});
         list.push_back(keyDocument(row, value));
     }
-    line.print(line.wantsJSON() ? printed(list) : table.text());
+    line.print(line.wantsJSON() ? printed(list) : table.text(line.columns()));
     return done;
 }
 

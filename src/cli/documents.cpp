@@ -204,11 +204,10 @@ std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout) {
         names.push_back(row.name);
     }
     table.addIDs(ids, names, layout.withIDs);
-    return table.text();
+    return table.text(layout.columns);
 }
 
-std::string
-rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now, bool withIDs) {
+std::string rosterText(const ScoredCourse &course, const RowsLayout &layout) {
     std::string text = fmt::format(
         "{}\n{} · updated {}\n{}\n", terminalText(displayName(course.course)),
         studentsText(course.rows.size()), calendar::shortTime(course.fetchedAt),
@@ -220,12 +219,12 @@ rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now, boo
                 text += "  " + coverageText(entry) + "\n";
         }
     }
-    if (const auto summary = summaryLine(memory.movement))
+    if (const auto summary = summaryLine(layout.memory.movement))
         text += *summary + "\n";
     text += "\n";
     if (course.rows.empty())
         return text + "No students found for this course.\n";
-    text += rowsTable(course.rows, {.withIDs = withIDs, .now = now, .memory = memory});
+    text += rowsTable(course.rows, layout);
     if (!course.missedWork.empty()) {
         Table table({{"Missing work by assignment"}, {"Missing", true}, {""}});
         std::vector<std::int64_t> ids;
@@ -237,8 +236,8 @@ rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now, boo
             ids.push_back(assignment.id);
             names.push_back(assignment.name);
         }
-        table.addIDs(ids, names, withIDs);
-        text += fmt::format("\n{}", table.text());
+        table.addIDs(ids, names, layout.withIDs);
+        text += fmt::format("\n{}", table.text(layout.columns));
     }
     return text;
 }

@@ -11,12 +11,12 @@
 #include <unistd.h>
 #include <vector>
 
-/// The width of the terminal that standard error is connected to.
-static std::size_t terminalColumns() {
+/// The width of the terminal that a stream is connected to; of a usual one if it is not known.
+static std::size_t columnsOf(int stream) {
     constexpr std::size_t usual = 80;
     ::winsize size{};
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg)
-    const bool known = ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
+    const bool known = ::ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
     return known ? size.ws_col : usual;
 }
 
@@ -28,5 +28,6 @@ int main(int argc, char **argv) {
         words, std::cin, std::cout, std::cerr, ellwynd::directories::config() / "Preferences.json",
         {.present = ::isatty(STDERR_FILENO) != 0,
          .keyboard = ::isatty(STDIN_FILENO) != 0 ? STDIN_FILENO : -1,
-         .columns = terminalColumns}));
+         .outputColumns = ::isatty(STDOUT_FILENO) != 0 ? columnsOf(STDOUT_FILENO) : 0,
+         .columns = [] { return columnsOf(STDERR_FILENO); }}));
 }

@@ -17,7 +17,9 @@ struct Terminal {
     bool present = false;
     /// The file descriptor of standard input if it is a terminal, else -1.
     int keyboard = -1;
-    /// The width of the terminal now, at least 2.
+    /// The width of standard output if it is a terminal, else 0.
+    std::size_t outputColumns = 0;
+    /// The width of standard error's terminal now, at least 2.
     std::function<std::size_t()> columns = [] { return std::size_t{80}; };
     std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
 };

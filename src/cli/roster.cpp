@@ -30,7 +30,12 @@ static int runRoster(CommandContext &context, const QStringList &words) {
     }
     line.print(
         line.wantsJSON() ? printed(rosterDocument(course, memory))
-                         : rosterText(course, memory, context.now(), line.has("ids")));
+                         : rosterText(
+                               course,
+                               {.withIDs = line.has("ids"),
+                                .now = context.now(),
+                                .memory = memory,
+                                .columns = line.columns()}));
     return done;
 }
 

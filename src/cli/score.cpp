@@ -44,7 +44,12 @@ static int runScore(CommandContext &context, const QStringList &words) {
         const ScoredCourse course = scoreSavedCourse(line.word(0), thresholds, now);
         line.print(
             line.wantsJSON() ? printed(rosterDocument(course, {}))
-                             : rosterText(course, {}, now, line.has("ids")));
+                             : rosterText(
+                                   course,
+                                   {.withIDs = line.has("ids"),
+                                    .now = now,
+                                    .memory = {},
+                                    .columns = line.columns()}));
     } catch (const FileError &error) {
         throw Failure(error.what());
     }

@@ -31,7 +31,7 @@ static int runTemplates(CommandContext &context, const QStringList &words) {
     Table table({{"Template"}, {"First line"}});
     for (const MessageTemplate &each : templates)
         table.add({each.name, each.body.substr(0, each.body.find('\n'))});
-    line.print(table.text());
+    line.print(table.text(line.columns()));
     return done;
 }
 

@@ -56,7 +56,8 @@ static int runTerm(CommandContext &context, const QStringList &words) {
             {.withCourse = true,
              .withIDs = line.has("ids"),
              .now = context.now(),
-             .memory = memory}));
+             .memory = memory,
+             .columns = line.columns()}));
     return done;
 }
 

@@ -68,4 +68,22 @@ std::string fitted(std::string text, std::size_t columns) {
     return text + "…";
 }
 
+std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
+    std::vector<std::string> lines(1);
+    while (true) {
+        const std::size_t blank = text.find(' ');
+        const std::string word(text.substr(0, blank));
+        std::string &line = lines.back();
+        if (line.empty())
+            line = word;
+        else if (displayWidth(line) + 1 + displayWidth(word) <= columns)
+            line += ' ' + word;
+        else
+            lines.push_back(word);
+        if (blank == std::string_view::npos)
+            return lines;
+        text.remove_prefix(blank + 1);
+    }
+}
+
 } // namespace ellwynd::cli

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ellwynd::cli {
 
@@ -14,5 +15,9 @@ namespace ellwynd::cli {
 
 /// The text, or its beginning and "…", in at most so many columns. @param columns at least 1.
 [[nodiscard]] std::string fitted(std::string text, std::size_t columns);
+
+/// The text in lines of at most so many columns, broken at blanks. A word that is longer stays
+/// whole. At least one line.
+[[nodiscard]] std::vector<std::string> wrapped(std::string_view text, std::size_t columns);
 
 } // namespace ellwynd::cli

@@ -476,6 +476,20 @@ TEST(Table, AlignsByWidthAndKeepsTheTerminalSafe) {
         "שרה\u200e    3  d\nמوسى\u200e   4  e\n");
 }
 
+TEST(Table, ContinuesItsLastColumnOnATerminal) {
+    Table table({{"N", true}, {"Why"}});
+    table.add({"12", "4 of 16 assignments missing — 28% of the grade"});
+    table.add({"3", "a-word-that-is-longer-than-the-terminal is kept"});
+    const std::string unlimited = table.text();
+    EXPECT_THAT(unlimited, HasSubstr("12  4 of 16 assignments missing — 28% of the grade\n"));
+    EXPECT_EQ(
+        table.text(30),
+        " N  Why\n"
+        "12  4 of 16 assignments\n    missing — 28% of the grade\n"
+        " 3  a-word-that-is-longer-than-the-terminal\n    is kept\n");
+    EXPECT_EQ(table.text(20), unlimited) << "too narrow";
+}
+
 TEST(TerminalText, IsCutToTheColumnsOfTheTerminal) {
     struct Row {
         const char *text;

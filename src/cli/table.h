@@ -23,9 +23,9 @@ class Table {
     /// are alike (up to letter case and accents), and no column if there are none.
     void
     addIDs(const std::vector<std::int64_t> &ids, const std::vector<std::string> &names, bool all);
-    /// @param columns the width of the terminal, in which the last column is continued below its
+    /// @param limit the width of the terminal, in which the last column is continued below its
     /// beginning; 0 for no limit. Ignored where that column would have too little room.
-    [[nodiscard]] std::string text(std::size_t columns = 0) const;
+    [[nodiscard]] std::string text(std::size_t limit = 0) const;
 
   private:
     std::vector<Column> columns;

@@ -2,7 +2,7 @@
 # program.
 
 # Offers the lines of standard input that begin with the given text, with their special characters
-# escaped unless the word on the command line is quoted.
+# escaped. If the word on the command line is quoted, only lines that mean the same within quotes.
 _ellwynd_cli_offer() {
   local typed=$1 quote='' line
   case $typed in
@@ -11,9 +11,13 @@ _ellwynd_cli_offer() {
   esac
   while IFS= read -r line; do
     [[ -n $line && $line == "$typed"* ]] || continue
-    # Bash completes only what follows the last ":" or "=" of a word.
-    [[ $typed != *[:=]* || $COMP_WORDBREAKS != *:* ]] || line=${line:${#typed}-${#current}}
-    [[ -n $quote ]] || printf -v line %q "$line"
+    if [[ -z $quote ]]; then
+      # Bash completes only what follows the last ":" of a word.
+      [[ $typed != *:* || $COMP_WORDBREAKS != *:* ]] || line=${line#"${typed%:*}:"}
+      printf -v line %q "$line"
+    elif [[ $line == *[\"\'\$\`\\!]* ]]; then
+      continue
+    fi
     COMPREPLY+=("$line")
   done
 }

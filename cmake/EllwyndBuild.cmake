@@ -41,6 +41,21 @@ if(LLD)
   target_link_options(ellwynd_options INTERFACE -fuse-ld=lld)
 endif()
 
+# What Debian's packages are hardened with. Not for the sanitizers, which check more, and not without
+# optimisation, where the library's checks of buffer sizes have no effect.
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  include(CheckCXXCompilerFlag)
+  foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+    string(MAKE_C_IDENTIFIER "ELLWYND_HAS${flag}" known)
+    check_cxx_compiler_flag("${flag}" ${known})
+    if(${known})
+      target_compile_options(ellwynd_options INTERFACE "${flag}")
+    endif()
+  endforeach()
+  target_compile_options(ellwynd_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  target_link_options(ellwynd_options INTERFACE -Wl,-z,relro -Wl,-z,now)
+endif()
+
 if(ELLWYND_SANITIZE)
   # Without precompiled headers, a missing #include fails to compile.
   set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)

@@ -2,8 +2,8 @@
 
 #include "app/courses/connector.h"
 #include "app/roster/rosterview.h"
-#include "base/text.h"
 #include "cli/hiddeninput.h"
+#include "cli/terminaltext.h"
 #include "platform/folders/directories.h"
 
 #include <fmt/format.h>
@@ -25,6 +25,7 @@ CommandContext::CommandContext(
       preferencesFile(std::move(preferencesFile)),
       arguments(std::move(arguments)),
       keyboard(terminal.keyboard),
+      columns(terminal.outputColumns),
       progressLine(err, std::move(terminal)) {}
 
 CommandContext::~CommandContext() {
@@ -94,7 +95,7 @@ std::vector<Course> fetchCourses(CommandContext &context, CanvasReading &source)
 
 void printNotes(CommandContext &context, std::span<const ScoredCourse *const> courses) {
     for (const std::string &note : notesOf(courses))
-        context.err << oneLine(note) << "\n";
+        context.err << terminalText(note) << "\n";
 }
 
 void requireSaved(CommandContext &context) {

@@ -78,6 +78,9 @@ class CommandContext {
     /// Reads one line. On a terminal it is asked for on standard error, and not shown.
     [[nodiscard]] std::string readSecret(std::string_view prompt);
 
+    /// The width of standard output; 0 if it is no terminal.
+    [[nodiscard]] std::size_t outputColumns() const { return columns; }
+
     /// Progress of long work on a terminal.
     [[nodiscard]] Progress &progress() { return progressLine; }
 
@@ -99,6 +102,7 @@ class CommandContext {
     std::filesystem::path preferencesFile;
     PreferenceMap arguments;
     int keyboard;
+    std::size_t columns;
     std::unique_ptr<UserDefaults> openedDefaults;
     std::unique_ptr<Stores> openedStores;
     ThreadWorkQueue cloudQueue;

@@ -76,7 +76,9 @@ bool CommandLine::parse(const QStringList &words) {
         const qsizetype options = first.indexOf(QStringLiteral("[options]"));
         if (options >= 0)
             synopsis += first.mid(options + 9);
-        context.out << (synopsis + help.mid(usage)).toStdString();
+        context.out << (synopsis + help.mid(usage)).toStdString()
+                    << "\nBefore the command: --sample for an invented college, and -Key value to "
+                       "override a\npreference for this run.\n";
         return false;
     }
     if (!understood)
@@ -114,6 +116,10 @@ std::string CommandLine::word(qsizetype index) const {
 
 qsizetype CommandLine::wordCount() const {
     return parser.positionalArguments().size();
+}
+
+std::size_t CommandLine::columns() const {
+    return has("output") ? 0 : context.outputColumns();
 }
 
 void CommandLine::print(const std::string &result) const {

@@ -33,6 +33,9 @@ class CommandLine {
     [[nodiscard]] qsizetype wordCount() const;
     [[nodiscard]] bool wantsJSON() const { return has("json"); }
 
+    /// The width of the terminal that a result is printed on; 0 for a file, a pipe or `-o`.
+    [[nodiscard]] std::size_t columns() const;
+
     /// Prints a result, or writes it to the file named with `-o`. @throws Failure
     void print(const std::string &result) const;
 

@@ -1,7 +1,7 @@
-#include "base/text.h"
 #include "canvas/connectioncheck.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
+#include "cli/terminaltext.h"
 
 namespace ellwynd::cli {
 
@@ -26,7 +26,7 @@ static int runConnect(CommandContext &context, const QStringList &words) {
     if (!saved.succeeded)
         throw Failure(saved.status);
     requireSaved(context);
-    line.print(oneLine(tested.status) + "\n");
+    line.print(terminalText(tested.status) + "\n");
     return done;
 }
 

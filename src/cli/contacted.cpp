@@ -1,8 +1,8 @@
-#include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
 #include "cli/names.h"
+#include "cli/terminaltext.h"
 #include "memory/outreach.h"
 
 #include <fmt/format.h>
@@ -41,7 +41,7 @@ static int runContacted(CommandContext &context, const QStringList &words) {
     for (const RiskRow &row : rows) {
         const auto outreach = lastOutcome(row, stores.contacts, stores.history, now);
         list.push_back(rowDocument(row, outreach));
-        text += fmt::format("{}: {}.\n", oneLine(row.name), outreachText(*outreach));
+        text += fmt::format("{}: {}.\n", terminalText(row.name), outreachText(*outreach));
     }
     line.print(line.wantsJSON() ? printed(list) : text);
     return done;

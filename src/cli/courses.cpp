@@ -51,7 +51,7 @@ static int runCourses(CommandContext &context, const QStringList &words) {
             {std::to_string(course.id), course.term ? std::to_string(course.term->id) : "",
              course.term ? displayName(*course.term) : "", displayName(course)});
     }
-    line.print(table.text());
+    line.print(table.text(line.columns()));
     return done;
 }
 

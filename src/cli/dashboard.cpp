@@ -1,10 +1,10 @@
 #include "app/dashboard/dashboardtexts.h"
 #include "app/dashboard/passcontroller.h"
-#include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
 #include "cli/table.h"
+#include "cli/terminaltext.h"
 #include "platform/folders/directories.h"
 #include "platform/notifications/usernotifications.h"
 #include "platform/session/widgettimelines.h"
@@ -67,12 +67,20 @@ JSON dashboardDocument(const Dashboard &dashboard) {
         {"terms", std::move(terms)}};
 }
 
-std::string dashboardText(const Dashboard &dashboard, bool withIDs) {
+/// @param latest the course scored last; empty before the first.
+std::string progressText(const PassProgress &pass, const std::string &latest) {
+    if (latest.empty())
+        return fmt::format("Scored {} of {} courses…", pass.done, pass.total);
+    return fmt::format("Scored {} of {}: {}…", pass.done, pass.total, latest);
+}
+
+/// @param columns as in `Table::text`.
+std::string dashboardText(const Dashboard &dashboard, bool withIDs, std::size_t columns) {
     const DashboardTerm *shown = dashboard.shownTerm();
     if (shown == nullptr)
         return *waitLine(dashboard) + "\n";
     std::string text = fmt::format(
-        "{}\n{}\n{} — {}\n\n", oneLine(shown->title), headline(*shown), movementLine(*shown),
+        "{}\n{}\n{} — {}\n\n", terminalText(shown->title), headline(*shown), movementLine(*shown),
         stamp(dashboard));
     Table table(
         {{"Course"},
@@ -96,7 +104,7 @@ std::string dashboardText(const Dashboard &dashboard, bool withIDs) {
                  : ""});
     }
     table.addIDs(ids, names, withIDs);
-    return text + table.text();
+    return text + table.text(columns);
 }
 
 } // namespace
@@ -137,12 +145,17 @@ static int runDashboard(CommandContext &context, const QStringList &words) {
         complete = result.complete;
         loop.quit();
     });
-    QObject::connect(&dashboard, &Dashboard::dashboardModelDidChange, &loop, [&] {
+    // The names are on standard error only, and only when that is a terminal.
+    std::string latest;
+    const auto showProgress = [&] {
         const PassProgress &pass = dashboard.progress();
-        if (pass.running) {
-            context.progress().begin(
-                fmt::format("Scored {} of {} courses…", pass.done, pass.total));
-        }
+        if (pass.running)
+            context.progress().begin(progressText(pass, latest));
+    };
+    QObject::connect(&dashboard, &Dashboard::dashboardModelDidChange, &loop, showProgress);
+    QObject::connect(&passes, &PassController::courseDidScore, &loop, [&](std::int64_t id) {
+        latest = displayName(cache.find(id)->course);
+        showProgress();
     });
     // Queued, since a pass over the sample college ends before `start` returns.
     QMetaObject::invokeMethod(
@@ -157,7 +170,7 @@ static int runDashboard(CommandContext &context, const QStringList &words) {
     printNotes(context, scored);
     line.print(
         line.wantsJSON() ? printed(dashboardDocument(dashboard))
-                         : dashboardText(dashboard, line.has("ids")));
+                         : dashboardText(dashboard, line.has("ids"), line.columns()));
     return complete ? done : failed;
 }
 

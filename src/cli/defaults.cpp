@@ -2,9 +2,11 @@
 #include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
+#include "cli/documents.h"
 #include "cli/table.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 namespace ellwynd::cli {
 
@@ -30,7 +32,42 @@ int listSaved(CommandContext &context, const QStringList &words) {
     Table table({{"Key"}, {"Value"}});
     for (const auto &[key, value] : context.defaults().persistentDomain())
         table.add({key, plain(value)});
-    line.print(table.text());
+    line.print(table.text(line.columns()));
+    return done;
+}
+
+JSON keyDocument(const Preference &row, const std::optional<PreferenceValue> &value) {
+    JSON choices = JSON::array();
+    if (row.type == Preference::Type::boolean)
+        choices = {"YES", "NO"};
+    for (const std::string_view choice : row.choices)
+        choices.push_back(choice);
+    return {
+        {"key", row.key},
+        {"takes", row.acceptedValues()},
+        {"choices", std::move(choices)},
+        {"value", value ? JSON::parse(toJSON(*value)) : JSON(nullptr)},
+        {"meaning", row.meaning}};
+}
+
+/// The preferences that teachers change, in the order of their table.
+int listKeys(CommandContext &context, const QStringList &words) {
+    CommandLine line(context, "defaults keys", "Show what can be set, and the values in effect.");
+    if (!line.parse(words))
+        return done;
+    // The completions of the shells read these columns.
+    Table table({{"Key"}, {"Value"}, {"Meaning"}, {"Takes"}});
+    JSON list = JSON::array();
+    for (const Preference &row : preferences::table) {
+        if (!row.isForTeachers())
+            continue;
+        const auto value = context.defaults().object(std::string(row.key));
+        table.add(
+            {std::string(row.key), value ? plain(*value) : "", std::string(row.meaning),
+             row.acceptedValues()});
+        list.push_back(keyDocument(row, value));
+    }
+    line.print(line.wantsJSON() ? printed(list) : table.text(line.columns()));
     return done;
 }
 
@@ -88,6 +125,8 @@ static int runDefaults(CommandContext &context, const QStringList &words) {
     const QStringList rest = words.mid(1);
     if (verb == u"list")
         return listSaved(context, rest);
+    if (verb == u"keys")
+        return listKeys(context, rest);
     if (verb == u"read")
         return readOne(context, rest);
     if (verb == u"write")
@@ -95,7 +134,7 @@ static int runDefaults(CommandContext &context, const QStringList &words) {
     if (verb == u"delete")
         return deleteOne(context, rest);
     CommandLine line(context, "defaults", "Show or change the preferences.");
-    line.argument("VERB", "list, read KEY, write KEY VALUE or delete KEY.");
+    line.argument("VERB", "list, keys, read KEY, write KEY VALUE or delete KEY.");
     if (!line.parse(words))
         return done;
     throw UsageError(fmt::format("defaults has no verb {}", verb.toStdString()));

@@ -1,7 +1,7 @@
-#include "base/text.h"
 #include "canvas/connectioncheck.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
+#include "cli/terminaltext.h"
 #include "outputs/snapshot/snapshotfiles.h"
 #include "platform/folders/directories.h"
 #include "platform/session/widgettimelines.h"
@@ -20,7 +20,7 @@ static int runDisconnect(CommandContext &context, const QStringList &words) {
         requireSaved(context);
         return done;
     }
-    context.err << oneLine(outcome.status + " " + outcome.advice) << "\n";
+    context.err << terminalText(outcome.status + " " + outcome.advice) << "\n";
     return keychainUnavailable;
 }
 

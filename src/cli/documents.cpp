@@ -3,8 +3,8 @@
 #include "app/explain/explaintexts.h"
 #include "app/roster/rostertexts.h"
 #include "base/calendar.h"
-#include "base/text.h"
 #include "cli/table.h"
+#include "cli/terminaltext.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -204,13 +204,12 @@ std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout) {
         names.push_back(row.name);
     }
     table.addIDs(ids, names, layout.withIDs);
-    return table.text();
+    return table.text(layout.columns);
 }
 
-std::string
-rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now, bool withIDs) {
+std::string rosterText(const ScoredCourse &course, const RowsLayout &layout) {
     std::string text = fmt::format(
-        "{}\n{} · updated {}\n{}\n", oneLine(displayName(course.course)),
+        "{}\n{} · updated {}\n{}\n", terminalText(displayName(course.course)),
         studentsText(course.rows.size()), calendar::shortTime(course.fetchedAt),
         thresholdsSummary(course.thresholds));
     if (isLimited(course.coverage)) {
@@ -220,20 +219,25 @@ rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now, boo
                 text += "  " + coverageText(entry) + "\n";
         }
     }
-    if (const auto summary = summaryLine(memory.movement))
+    if (const auto summary = summaryLine(layout.memory.movement))
         text += *summary + "\n";
     text += "\n";
     if (course.rows.empty())
         return text + "No students found for this course.\n";
-    text += rowsTable(course.rows, {.withIDs = withIDs, .now = now, .memory = memory});
+    text += rowsTable(course.rows, layout);
     if (!course.missedWork.empty()) {
         Table table({{"Missing work by assignment"}, {"Missing", true}, {""}});
+        std::vector<std::int64_t> ids;
+        std::vector<std::string> names;
         for (const MissedAssignment &assignment : course.missedWork) {
             table.add(
                 {assignment.name, std::to_string(assignment.studentIDs.size()),
                  assignment.isClassWide ? "excluded from risk scores" : ""});
+            ids.push_back(assignment.id);
+            names.push_back(assignment.name);
         }
-        text += fmt::format("\n{}", table.text());
+        table.addIDs(ids, names, layout.withIDs);
+        text += fmt::format("\n{}", table.text(layout.columns));
     }
     return text;
 }

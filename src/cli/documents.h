@@ -36,14 +36,14 @@ struct RowsLayout {
     bool withIDs = false;
     Date now;
     RosterMemory memory;
+    /// As in `Table::text`.
+    std::size_t columns = 0;
 };
 
 /// Rows as aligned columns, in their order. The contact column appears when any row has a contact.
 [[nodiscard]] std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout);
 
 /// A course's heading, rows and most missed work as plain text.
-/// @param withIDs as in `RowsLayout`.
-[[nodiscard]] std::string
-rosterText(const ScoredCourse &course, const RosterMemory &memory, Date now, bool withIDs);
+[[nodiscard]] std::string rosterText(const ScoredCourse &course, const RowsLayout &layout);
 
 } // namespace ellwynd::cli

@@ -50,7 +50,7 @@ JSON foundDocument(const FindEntry &entry) {
         {"level", entry.level ? JSON(levelName(*entry.level)) : JSON(nullptr)}};
 }
 
-std::string foundText(const std::vector<FindEntry> &found) {
+std::string foundText(const std::vector<FindEntry> &found, std::size_t columns) {
     Table table({{"Level"}, {"Student", true}, {"Course", true}, {"Name"}, {"In"}});
     for (const FindEntry &entry : found) {
         const bool isStudent = entry.kind == FoundKind::student;
@@ -59,7 +59,7 @@ std::string foundText(const std::vector<FindEntry> &found) {
              isStudent ? std::to_string(*entry.id) : "", std::to_string(entry.courseID),
              entry.title, entry.detail});
     }
-    return table.text();
+    return table.text(columns);
 }
 
 } // namespace
@@ -82,7 +82,7 @@ static int runFind(CommandContext &context, const QStringList &words) {
     }
     if (found.empty())
         context.err << "Nobody and nothing is named like that.\n";
-    line.print(found.empty() ? "" : foundText(found));
+    line.print(found.empty() ? "" : foundText(found, line.columns()));
     return done;
 }
 

@@ -5,9 +5,20 @@
 
 #include <QCoreApplication>
 
+#include <sys/ioctl.h>
+
 #include <iostream>
 #include <unistd.h>
 #include <vector>
+
+/// The width of the terminal that a stream is connected to; of a usual one if it is not known.
+static std::size_t columnsOf(int stream) {
+    constexpr std::size_t usual = 80;
+    ::winsize size{};
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg)
+    const bool known = ::ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
+    return known ? size.ws_col : usual;
+}
 
 int main(int argc, char **argv) {
     ellwynd::installSystemLog();
@@ -16,5 +27,7 @@ int main(int argc, char **argv) {
     ellwynd::endProcess(ellwynd::cli::run(
         words, std::cin, std::cout, std::cerr, ellwynd::directories::config() / "Preferences.json",
         {.present = ::isatty(STDERR_FILENO) != 0,
-         .keyboard = ::isatty(STDIN_FILENO) != 0 ? STDIN_FILENO : -1}));
+         .keyboard = ::isatty(STDIN_FILENO) != 0 ? STDIN_FILENO : -1,
+         .outputColumns = ::isatty(STDOUT_FILENO) != 0 ? columnsOf(STDOUT_FILENO) : 0,
+         .columns = [] { return columnsOf(STDERR_FILENO); }}));
 }

@@ -2,6 +2,7 @@
 
 #include "app/find/findcontents.h"
 #include "base/text.h"
+#include "cli/terminaltext.h"
 #include "preferences/launcharguments.h"
 
 #include <fmt/format.h>
@@ -15,7 +16,7 @@ namespace {
 /// What tells courses of the same name apart.
 std::string termOf(const FindEntry &entry) {
     const bool known = entry.kind == FoundKind::course && !entry.detail.empty();
-    return known ? fmt::format(" ({})", oneLine(entry.detail)) : "";
+    return known ? fmt::format(" ({})", terminalText(entry.detail)) : "";
 }
 
 /// The only entry of that name.
@@ -29,8 +30,8 @@ std::int64_t onlyOne(
     if (found.size() > 1) {
         std::vector<std::string> lines;
         for (const FindEntry &entry : found)
-            lines.push_back(
-                fmt::format("{} {}: {}{}", what, *entry.id, oneLine(entry.title), termOf(entry)));
+            lines.push_back(fmt::format(
+                "{} {}: {}{}", what, *entry.id, terminalText(entry.title), termOf(entry)));
         throw AmbiguousName(lines);
     }
     return *found.front().id;
@@ -86,7 +87,9 @@ std::vector<ScoredCourse> loadCourses(
     std::vector<ScoredCourse> scored;
     for (auto &load : loads) {
         scored.push_back(context.finish(
-            fmt::format("Reading {} of {} courses…", scored.size() + 1, loads.size()),
+            fmt::format(
+                "Reading {} of {}: {}…", scored.size() + 1, loads.size(),
+                displayName(courses[scored.size()])),
             std::move(load)));
     }
     std::vector<const ScoredCourse *> read;

@@ -1,7 +1,9 @@
 #include "cli/progress.h"
 
 #include "base/text.h"
+#include "cli/terminaltext.h"
 
+#include <algorithm>
 #include <ostream>
 
 namespace ellwynd::cli {
@@ -23,7 +25,7 @@ void Progress::begin(std::string next) {
         return;
     if (!since)
         since = terminal.now();
-    step = std::move(next);
+    step = terminalText(next);
     update();
 }
 
@@ -36,9 +38,11 @@ void Progress::update() {
         return;
     }
     wipe();
+    // The last column stays free: some terminals wrap when it is written to.
+    const std::string line = fitted(step, terminal.columns() - 1);
     // The cursor stays at the start of the line, so that a log line overwrites this one.
-    err << step << '\r' << std::flush;
-    shown = displayWidth(step);
+    err << line << '\r' << std::flush;
+    shown = displayWidth(line);
 }
 
 void Progress::end() {
@@ -48,8 +52,9 @@ void Progress::end() {
 }
 
 void Progress::wipe() {
+    // The terminal may have become narrower since.
     if (shown > 0)
-        err << std::string(shown, ' ') << '\r' << std::flush;
+        err << std::string(std::min(shown, terminal.columns() - 1), ' ') << '\r' << std::flush;
     shown = 0;
 }
 

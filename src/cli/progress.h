@@ -17,16 +17,22 @@ struct Terminal {
     bool present = false;
     /// The file descriptor of standard input if it is a terminal, else -1.
     int keyboard = -1;
+    /// The width of standard output if it is a terminal, else 0.
+    std::size_t outputColumns = 0;
+    /// The width of standard error's terminal now, at least 2.
+    std::function<std::size_t()> columns = [] { return std::size_t{80}; };
     std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
 };
 
 /// One line about work that takes longer than a second, counted from its first step. Each step
 /// overwrites the line and erases it at its end, so that it never mixes with results or messages.
+/// What does not fit the terminal is cut off, since a line that wraps could not be erased.
 class Progress {
   public:
     Progress(std::ostream &err, Terminal terminal);
 
-    /// Starts a step. @param next what is waited for, such as "Reading the roster…"
+    /// Starts a step. @param next what is waited for, such as "Reading the roster…"; may contain
+    /// names from Canvas.
     void begin(std::string next);
     /// Shows the step once a second has passed. Called by a timer.
     void update();

@@ -11,7 +11,7 @@ static int runRoster(CommandContext &context, const QStringList &words) {
     CommandLine line(context, "roster", "Fetch and score one course, worst first.");
     line.argument("COURSE", "The course's id, name or code.");
     line.flag("visit", "Count as a visit: record today's levels, as opening the course does.");
-    line.flag("ids", "Print the id of every student.");
+    line.flag("ids", "Print the id of every student and assignment.");
     addExportFlags(line);
     if (!line.parse(words))
         return done;
@@ -30,7 +30,12 @@ static int runRoster(CommandContext &context, const QStringList &words) {
     }
     line.print(
         line.wantsJSON() ? printed(rosterDocument(course, memory))
-                         : rosterText(course, memory, context.now(), line.has("ids")));
+                         : rosterText(
+                               course,
+                               {.withIDs = line.has("ids"),
+                                .now = context.now(),
+                                .memory = memory,
+                                .columns = line.columns()}));
     return done;
 }
 

@@ -1,9 +1,9 @@
 #include "cli/run.h"
 
-#include "base/text.h"
 #include "canvas/records/canvaserror.h"
 #include "cli/commands.h"
 #include "cli/names.h"
+#include "cli/terminaltext.h"
 #include "generated/version.h"
 #include "preferences/launcharguments.h"
 
@@ -23,8 +23,15 @@ std::string overview() {
     for (const Command &command : commands())
         text += fmt::format("  {:<12}{}\n", command.name, command.summary);
     return text +
-        "\nEvery command accepts --help.\n"
-        "--sample uses an invented college; -Key value overrides a preference for this run.\n";
+        "\nBefore the command:\n"
+        "  --sample            Use an invented college; no account is needed.\n"
+        "  -Key value          Override a preference for this run; \"defaults keys\" lists them.\n"
+        "  -h, --help          Show this help.\n"
+        "  --version           Show the version.\n"
+        "\nAfter every command:\n"
+        "  -h, --help          Show the command's arguments and options.\n"
+        "  --json              Print one JSON document.\n"
+        "  -o, --output FILE   Write to FILE instead of printing.\n";
 }
 
 /// Launch arguments and "--sample", in any order, before the command.
@@ -80,20 +87,20 @@ int run(
         err << error.what() << "\n";
         return wrongUsage;
     } catch (const UsageError &error) {
-        err << oneLine(error.what()) << "\n";
+        err << terminalText(error.what()) << "\n";
         return wrongUsage;
     } catch (const NotConnected &error) {
-        err << oneLine(error.what()) << "\n";
+        err << terminalText(error.what()) << "\n";
         return notConnected;
     } catch (const KeychainError &error) {
-        err << oneLine(error.what()) << "\n";
+        err << terminalText(error.what()) << "\n";
         return keychainUnavailable;
     } catch (const CanvasError &error) {
-        err << oneLine(error.errorDescription()) << "\n"
-            << oneLine(error.recoverySuggestion()) << "\n";
+        err << terminalText(error.errorDescription()) << "\n"
+            << terminalText(error.recoverySuggestion()) << "\n";
         return failed;
     } catch (const std::exception &error) {
-        err << oneLine(error.what()) << "\n";
+        err << terminalText(error.what()) << "\n";
         return failed;
     }
 }

@@ -15,6 +15,7 @@ static int runScore(CommandContext &context, const QStringList &words) {
     line.option("passing", "P", "Passing score, percent.");
     line.option("inactivity", "T", "Inactivity window, days behind the class.");
     line.option("now", "INSTANT", "Score as of this ISO 8601 instant.");
+    line.flag("ids", "Print the id of every student and assignment.");
     if (!line.parse(words))
         return done;
 
@@ -43,7 +44,12 @@ static int runScore(CommandContext &context, const QStringList &words) {
         const ScoredCourse course = scoreSavedCourse(line.word(0), thresholds, now);
         line.print(
             line.wantsJSON() ? printed(rosterDocument(course, {}))
-                             : rosterText(course, {}, now, false));
+                             : rosterText(
+                                   course,
+                                   {.withIDs = line.has("ids"),
+                                    .now = now,
+                                    .memory = {},
+                                    .columns = line.columns()}));
     } catch (const FileError &error) {
         throw Failure(error.what());
     }

@@ -1,8 +1,8 @@
-#include "base/text.h"
 #include "canvas/tokenstore.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
+#include "cli/terminaltext.h"
 
 #include <nlohmann/json.hpp>
 
@@ -22,7 +22,7 @@ std::string stateOf(CommandContext &context, const std::string &address) {
             context.finish("Reading the Keychain…", std::move(reading)).has_value();
         return hasToken ? "connected" : "not connected";
     } catch (const KeychainError &error) {
-        context.err << oneLine(error.what()) << "\n";
+        context.err << terminalText(error.what()) << "\n";
         return "keychain unavailable";
     }
 }
@@ -43,7 +43,7 @@ static int runStatus(CommandContext &context, const QStringList &words) {
         line.print(printed(
             {{"state", state}, {"address", orNull(address)}, {"account", orNull(account)}}));
     } else {
-        line.print(oneLine(state + (address.empty() ? "" : "  " + address)) + "\n");
+        line.print(terminalText(state + (address.empty() ? "" : "  " + address)) + "\n");
     }
     return done;
 }

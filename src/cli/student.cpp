@@ -1,11 +1,11 @@
 #include "app/explain/explaintexts.h"
 #include "app/roster/studenthistory.h"
 #include "base/calendar.h"
-#include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
 #include "cli/names.h"
+#include "cli/terminaltext.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -36,10 +36,12 @@ JSON studentDocument(const RiskRow &row, const StudentHistory &history) {
     };
 }
 
-std::string studentText(const RiskRow &row, const StudentHistory &history, Date now) {
-    std::string text = rowsTable(std::span(&row, 1), {.now = now});
+std::string
+studentText(const RiskRow &row, const StudentHistory &history, Date now, std::size_t columns) {
+    std::string text =
+        rowsTable(std::span(&row, 1), {.now = now, .memory = {}, .columns = columns});
     const auto paragraph = [&text](const std::string &sentence) {
-        text += fmt::format("\n{}\n", oneLine(sentence));
+        text += fmt::format("\n{}\n", terminalText(sentence));
     };
     paragraph(signalsText(row));
     if (history.isNew)
@@ -69,7 +71,7 @@ static int runStudent(CommandContext &context, const QStringList &words) {
         studentHistory(row, movementOf(course, context.stores()), context.stores(), context.now());
     line.print(
         line.wantsJSON() ? printed(studentDocument(row, history))
-                         : studentText(row, history, context.now()));
+                         : studentText(row, history, context.now(), line.columns()));
     return done;
 }
 

@@ -1,24 +1,41 @@
 #include "cli/table.h"
 
+#include "app/find/foldedwords.h"
 #include "base/text.h"
+#include "cli/terminaltext.h"
 
 #include <algorithm>
 #include <map>
+#include <numeric>
 
 namespace ellwynd::cli {
 
+static constexpr std::string_view gap = "  ";
+/// The room that a column needs to be continued on further lines.
+static constexpr std::size_t narrowest = 24;
+
+/// A name in the form in which the command line compares names.
+static std::string folded(const std::string &name) {
+    QString text;
+    for (const FoldedWord &word : foldedWords(name))
+        text += word.text + u' ';
+    // A name without letters and digits.
+    return text.isEmpty() ? terminalText(name) : text.toStdString();
+}
+
 void Table::add(std::vector<std::string> cells) {
     for (std::string &cell : cells)
-        cell = oneLine(cell);
+        cell = terminalText(cell);
     rows.push_back(std::move(cells));
 }
 
 void Table::addIDs(
     const std::vector<std::int64_t> &ids, const std::vector<std::string> &names, bool all) {
+    std::vector<std::string> compared;
     std::map<std::string, int> counts;
     for (const std::string &name : names)
-        ++counts[name];
-    const auto isShown = [&](std::size_t row) { return all || counts.at(names[row]) > 1; };
+        ++counts[compared.emplace_back(folded(name))];
+    const auto isShown = [&](std::size_t row) { return all || counts.at(compared[row]) > 1; };
     std::vector<std::string> cells;
     for (std::size_t row = 0; row < rows.size(); ++row)
         cells.push_back(isShown(row) ? std::to_string(ids[row]) : std::string());
@@ -29,7 +46,7 @@ void Table::addIDs(
         rows[row].insert(rows[row].begin(), std::move(cells[row]));
 }
 
-std::string Table::text() const {
+std::string Table::text(std::size_t limit) const {
     std::vector<std::size_t> widths;
     for (std::size_t c = 0; c < columns.size(); ++c) {
         std::size_t width = displayWidth(columns[c].header);
@@ -37,14 +54,22 @@ std::string Table::text() const {
             width = std::max(width, displayWidth(row[c]));
         widths.push_back(width);
     }
+    const std::size_t last = columns.size() - 1;
+    const std::string indent(
+        std::accumulate(widths.begin(), widths.end() - 1, last * gap.size()), ' ');
+    const bool wraps = limit >= indent.size() + narrowest && !columns[last].rightAligned;
     std::string result;
     const auto line = [&](const auto &cellOf) {
         std::string text;
         for (std::size_t c = 0; c < columns.size(); ++c) {
             const std::string &cell = cellOf(c);
+            text += c > 0 ? gap : "";
+            if (c == last && wraps) {
+                text += join(wrapped(cell, limit - indent.size()), "\n" + indent);
+                continue;
+            }
             const std::string padding(widths[c] - displayWidth(cell), ' ');
-            text +=
-                (c > 0 ? "  " : "") + (columns[c].rightAligned ? padding + cell : cell + padding);
+            text += columns[c].rightAligned ? padding + cell : cell + padding;
         }
         text.erase(text.find_last_not_of(' ') + 1);
         result += text + "\n";

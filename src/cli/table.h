@@ -20,10 +20,12 @@ class Table {
 
     void add(std::vector<std::string> cells);
     /// Adds a first column of ids, one for each row: all of them, or else those of rows whose names
-    /// are alike, and no column if there are none.
+    /// are alike (up to letter case and accents), and no column if there are none.
     void
     addIDs(const std::vector<std::int64_t> &ids, const std::vector<std::string> &names, bool all);
-    [[nodiscard]] std::string text() const;
+    /// @param limit the width of the terminal, in which the last column is continued below its
+    /// beginning; 0 for no limit. Ignored where that column would have too little room.
+    [[nodiscard]] std::string text(std::size_t limit = 0) const;
 
   private:
     std::vector<Column> columns;

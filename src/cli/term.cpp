@@ -1,11 +1,11 @@
 #include "app/roster/rostertexts.h"
 #include "app/roster/termroster.h"
-#include "base/text.h"
 #include "canvas/records/termgroups.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
 #include "cli/names.h"
+#include "cli/terminaltext.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -48,7 +48,7 @@ static int runTerm(CommandContext &context, const QStringList &words) {
         return done;
     }
     std::string text = fmt::format(
-        "{}\n{}\n\n", oneLine(title(*term)), flaggedAcrossText(rows.size(), scored.size()));
+        "{}\n{}\n\n", terminalText(title(*term)), flaggedAcrossText(rows.size(), scored.size()));
     line.print(
         text +
         rowsTable(
@@ -56,7 +56,8 @@ static int runTerm(CommandContext &context, const QStringList &words) {
             {.withCourse = true,
              .withIDs = line.has("ids"),
              .now = context.now(),
-             .memory = memory}));
+             .memory = memory,
+             .columns = line.columns()}));
     return done;
 }
 

@@ -1,10 +1,10 @@
 #include "app/explain/thresholdeffect.h"
 #include "app/shell/settings.h"
-#include "base/text.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/documents.h"
 #include "cli/names.h"
+#include "cli/terminaltext.h"
 
 #include <nlohmann/json.hpp>
 
@@ -44,7 +44,7 @@ int printEffect(
     }
     std::string text = effectLine(effect, course.thresholds, then) + "\n";
     if (const std::string details = effectDetails(effect); !details.empty())
-        text += oneLine(details) + "\n";
+        text += terminalText(details) + "\n";
     line.print(text);
     return done;
 }

@@ -2,6 +2,7 @@
 #include "base/files.h"
 #include "cli/run.h"
 #include "cli/table.h"
+#include "cli/terminaltext.h"
 #include "platform/folders/directories.h"
 #include "support/fakecanvas.h"
 #include "support/temporaryfolder.h"
@@ -107,13 +108,16 @@ TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
 }
 
 TEST_F(CommandsTest, PrintHelp) {
-    EXPECT_THAT(call({"--help"}).out, HasSubstr("Commands:"));
+    for (const char *part : {"Commands:", "--sample", "-Key value", "--json", "-o, --output FILE"})
+        EXPECT_THAT(call({"--help"}).out, HasSubstr(part));
     EXPECT_THAT(call({"--version"}).out, HasSubstr("ellwynd-cli "));
     for (const std::string name :
          {"score", "courses", "roster", "term", "thresholds", "defaults"}) {
         const Outcome outcome = call({name, "--help"});
         EXPECT_EQ(outcome.status, 0);
         EXPECT_THAT(outcome.out, HasSubstr("Usage: ellwynd-cli " + name));
+        for (const char *option : {"--help", "--json", "--output", "--sample", "-Key"})
+            EXPECT_THAT(outcome.out, HasSubstr(option)) << name;
     }
 }
 
@@ -356,6 +360,11 @@ TEST_F(CommandsTest, DefaultsAreWrittenReadAndDeleted) {
     EXPECT_EQ(call({"-SidebarTermLimit", "4", "defaults", "read", "SidebarTermLimit"}).out, "4\n");
     EXPECT_EQ(call({"defaults", "write", "Unknown", "word"}).status, 0);
     EXPECT_EQ(document({"defaults", "list"}), (json{{"SidebarTermLimit", 0}, {"Unknown", "word"}}));
+    const json keys = document({"defaults", "keys"});
+    const auto limit = std::ranges::find(
+        keys, "SidebarTermLimit", [](const json &row) { return row["key"].get<std::string>(); });
+    EXPECT_EQ((*limit)["value"], 0);
+    EXPECT_EQ((*limit)["takes"], "a whole number");
     for (const char *key : {"SidebarTermLimit", "Unknown"})
         EXPECT_EQ(call({"defaults", "delete", key}).status, 0);
     EXPECT_EQ(document({"defaults", "list"}), json::object());
@@ -449,13 +458,53 @@ TEST(Table, IdsTellAlikeNamesApart) {
     EXPECT_EQ(
         text(false, {"Ana", "Bo", "Ana"}),
         "ID  Level  Student\n 7  OK     Ana\n    OK     Bo\n 9  OK     Ana\n");
+    // They look alike, and name either student on the command line.
+    EXPECT_THAT(text(false, {"Jos\u00e9", "Bo", "Jose\u0301"}), testing::StartsWith("ID"));
+    EXPECT_THAT(text(false, {"…", "?"}), testing::StartsWith("Level"));
 }
 
 TEST(Table, AlignsByWidthAndKeepsTheTerminalSafe) {
     Table table({{"Name"}, {"N", true}, {"Why"}});
     table.add({"山田", "1", "a"});
     table.add({"José", "22", "b\x1b[2J\nc\xc2\x9b"});
-    EXPECT_EQ(table.text(), "Name   N  Why\n山田   1  a\nJosé  22  b [2J c\n");
+    // An override is removed. The mark after a name keeps the figures on its right.
+    table.add({"\u202eשרה", "3", "d\u2028"});
+    table.add({"מوسى", "4", "e"});
+    EXPECT_EQ(
+        table.text(),
+        "Name   N  Why\n山田   1  a\nJosé  22  b [2J c\n"
+        "שרה\u200e    3  d\nמوسى\u200e   4  e\n");
+}
+
+TEST(Table, ContinuesItsLastColumnOnATerminal) {
+    Table table({{"N", true}, {"Why"}});
+    table.add({"12", "4 of 16 assignments missing — 28% of the grade"});
+    table.add({"3", "a-word-that-is-longer-than-the-terminal is kept"});
+    const std::string unlimited = table.text();
+    EXPECT_THAT(unlimited, HasSubstr("12  4 of 16 assignments missing — 28% of the grade\n"));
+    EXPECT_EQ(
+        table.text(30),
+        " N  Why\n"
+        "12  4 of 16 assignments\n    missing — 28% of the grade\n"
+        " 3  a-word-that-is-longer-than-the-terminal\n    is kept\n");
+    EXPECT_EQ(table.text(20), unlimited) << "too narrow";
+}
+
+TEST(TerminalText, IsCutToTheColumnsOfTheTerminal) {
+    struct Row {
+        const char *text;
+        std::size_t columns;
+        const char *shown;
+    };
+    for (const Row &row : {
+             Row{"Biology", 7, "Biology"},
+             Row{"Biology", 6, "Biolo…"},
+             Row{"山田太郎", 7, "山田太…"},
+             Row{"山田太郎", 6, "山田…"},
+             Row{"e\u0301e\u0301e\u0301", 2, "e\u0301…"},
+             Row{"Biology", 1, "…"},
+         })
+        EXPECT_EQ(fitted(row.text, row.columns), row.shown) << row.columns;
 }
 
 } // namespace

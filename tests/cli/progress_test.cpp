@@ -64,6 +64,11 @@ TEST(Progress, AppearsAfterASecondAndIsErased) {
               {{0ms, "Reading 9 of 10", ""},
                {2s, "tick", "Reading 9 of 10"},
                {3s, "Done", "Done"}}},
+             {"a narrow terminal shows the beginning",
+              true,
+              {{0ms, "Reading 3 of 12: Programming\x1b[2J in many words…", ""},
+               {1s, "tick", "Reading 3 of 12: Programming [2J in man_"},
+               {2s, "end", ""}}},
              {"a tick after the end",
               true,
               {{0ms, "Reading", ""}, {500ms, "end", ""}, {1s, "tick", ""}}},
@@ -73,7 +78,9 @@ TEST(Progress, AppearsAfterASecondAndIsErased) {
          }) {
         std::ostringstream err;
         steady_clock::time_point time;
-        Progress progress(err, {.present = row.terminal, .now = [&] { return time; }});
+        Progress progress(
+            err,
+            {.present = row.terminal, .columns = [] { return 41U; }, .now = [&] { return time; }});
         for (const Event &event : row.events) {
             time = steady_clock::time_point(event.at);
             if (event.what == "tick")
@@ -121,8 +128,13 @@ TEST(Progress, IsShownByCommandsThatReadCanvas) {
               {"Reading the course list…\r", "Reading the roster…\r"},
               ""},
              {{"--sample", "term", "9001"},
-              {"Reading the course list…\r", "Reading 1 of 6 courses…\r",
-               "Reading 6 of 6 courses…\r"},
+              {"Reading the course list…\r",
+               "Reading 1 of 6: CS 101  4021 - Intro to Programming…\r",
+               "Reading 6 of 6: CS 260  8830 - Data Structures…\r"},
+              ""},
+             {{"--sample", "dashboard", "--json"},
+              {"Scored 0 of 7 courses…\r", "Scored 1 of 7: CS 101  4021 - Intro to Programming…\r",
+               "Scored 7 of 7: CS 260  3310 - Data Structures…\r"},
               ""},
              {{"--sample", "roster", "1"},
               {"Reading the course list…\r"},

@@ -3,9 +3,11 @@
 #include "cli/commands.h"
 #include "cli/run.h"
 #include "help/about.h"
+#include "help/releasenotes.h"
 #include "preferences/preferencekeys.h"
 #include "support/temporaryfolder.h"
 
+#include <QDate>
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
@@ -114,6 +116,45 @@ TEST(Packaging, AllLibrariesAreListedWithTheirLicences) {
     }
 }
 
+TEST(Packaging, TheMetainfoListsTheReleasesOfTheNotes) {
+    const QString metainfo = text("com.varnok.Ellwynd.metainfo.xml");
+    std::vector<std::string> listed;
+    QDate previous;
+    auto matches =
+        QRegularExpression(QStringLiteral("<release version=\"([^\"]+)\" date=\"([^\"]+)\"/?>"))
+            .globalMatch(metainfo);
+    while (matches.hasNext()) {
+        const auto match = matches.next();
+        listed.push_back(match.captured(1).toStdString());
+        const QDate date = QDate::fromString(match.captured(2), Qt::ISODate);
+        EXPECT_TRUE(date.isValid()) << listed.back();
+        EXPECT_TRUE(previous.isNull() || date <= previous) << listed.back();
+        previous = date;
+    }
+    std::vector<std::string> noted;
+    for (const Release &release : releases())
+        noted.push_back(release.version);
+    EXPECT_EQ(listed, noted);
+}
+
+/// Desktops find the entry of a window by its class on X11, which Qt derives from the application's
+/// name, and by its application id on Wayland.
+TEST(Packaging, DesktopEntriesMatchTheWindows) {
+    for (const auto &[source, entry] :
+         {std::pair{"../src/main.cpp", "com.varnok.Ellwynd"},
+          std::pair{"../src/widgets/main.cpp", "com.varnok.Ellwynd.Widget"}}) {
+        const QString program = text(source);
+        const auto set = [&program](const char *what) {
+            return all(
+                program, (std::string(what) + "\\(QStringLiteral\\(\"([^\"]+)\"\\)\\)").c_str());
+        };
+        const QString desktop = text((std::string(entry) + ".desktop").c_str());
+        EXPECT_EQ(set("setDesktopFileName"), Words{entry});
+        EXPECT_EQ(
+            set("QApplication::setApplicationName"), all(desktop, "(?m)^StartupWMClass=(.+)$"));
+    }
+}
+
 TEST(Packaging, AllFilesUseTheSameApplicationID) {
     const QString id = QStringLiteral("com.varnok.Ellwynd");
     const QString desktop = text("com.varnok.Ellwynd.desktop");
@@ -141,26 +182,77 @@ Words optionsOf(const cli::Command &command) {
     const int status =
         cli::run({{command.name, "--help"}}, in, out, err, home.path() / "Preferences.json");
     EXPECT_EQ(status, 0) << err.str();
-    return all(QString::fromStdString(out.str()), "--([a-z][a-z-]+)");
+    return all(QString::fromStdString(out.str()), "(?m)^  (?:-\\w, )?--([a-z][a-z-]+)");
 }
 
-/// The completions that bash offers for the last word of a line.
-Words completed(const QString &line) {
-    const QString script =
-        QStringLiteral("source \"$0\"; compopt() { :; }; COMP_WORDS=(\"$@\"); "
-                       "COMP_CWORD=$(($# - 1)); _ellwynd_cli; printf '%s\\n' \"${COMPREPLY[@]}\"");
-    QStringList arguments{
-        QStringLiteral("-c"), script, folder + QStringLiteral("completions/ellwynd-cli.bash"),
-        QStringLiteral(ELLWYND_CLI)};
-    arguments += line.split(u' ');
-    const Outcome outcome = run(QStringLiteral("bash"), arguments);
-    EXPECT_EQ(outcome.err, "");
-    return all(QString::fromStdString(outcome.out), "(?m)^(.+)$");
+/// Bash calls the function; fish is asked for completions; zsh completes a line on a terminal, and
+/// records what its functions add.
+constexpr const char *bashScript = R"(
+source "$1/ellwynd-cli.bash"
+compopt() { :; }
+COMP_LINE=$2 COMP_POINT=${#2}
+read -ra COMP_WORDS <<<"$2"
+[[ $2 != *' ' ]] || COMP_WORDS+=('')
+COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+_ellwynd_cli
+printf '%s\n' "${COMPREPLY[@]}")";
+constexpr const char *fishScript = R"(
+source $argv[1]/ellwynd-cli.fish
+complete -C $argv[2])";
+constexpr const char *zshScript = R"(
+fpath=($COMPLETIONS $fpath)
+autoload -U compinit && compinit -u -D
+compadd() {
+  local -a offered
+  if ((! ${@[(I)-[OAD]]})); then
+    builtin compadd -O offered "$@"
+    print -lr -- $offered >>$OFFERED
+  fi
+  builtin compadd "$@"
+}
+complete-line() {
+  BUFFER=$LINE CURSOR=$#LINE
+  zle list-choices
+  exit
+}
+zle -N zle-line-init complete-line)";
+
+/// The completions that a shell offers at the end of a line, which begins after the program's name.
+Words completed(const QString &shell, const QString &line) {
+    const test::TemporaryFolder home;
+    const QString completions = folder + QStringLiteral("completions");
+    const QString typed = QStringLiteral("ellwynd-cli ") + line;
+    QString offered = QString::fromStdString((home.path() / "offered").string());
+    qputenv(
+        "PATH",
+        (QFileInfo(QStringLiteral(ELLWYND_CLI)).path() + u':' + qEnvironmentVariable("PATH"))
+            .toUtf8());
+    if (shell == u"zsh") {
+        (void)home.write(".zshrc", zshScript);
+        qputenv("ZDOTDIR", home.path().c_str());
+        qputenv("COMPLETIONS", completions.toUtf8());
+        qputenv("OFFERED", offered.toUtf8());
+        qputenv("LINE", typed.toUtf8());
+        qputenv("TERM", "vt100");
+        (void)run(
+            QStringLiteral("script"),
+            {QStringLiteral("-qec"), QStringLiteral("zsh -d -i"), QStringLiteral("/dev/null")});
+        offered = QFileInfo::exists(offered) ? contents(offered) : QString();
+    } else {
+        QStringList words{QStringLiteral("-c"), QString::fromUtf8(bashScript), shell};
+        if (shell == u"fish")
+            words = {QStringLiteral("-N"), QStringLiteral("-c"), QString::fromUtf8(fishScript)};
+        const Outcome outcome = run(shell, words + QStringList{completions, typed});
+        EXPECT_EQ(outcome.err, "") << shell.toStdString();
+        offered = QString::fromStdString(outcome.out);
+    }
+    // Fish adds a tab and a description.
+    return all(offered, "(?m)^([^\\t\\n]+)");
 }
 
 TEST(Packaging, EveryCommandAndOptionIsCompletedAndInTheManual) {
     const QString page = manual().remove(u'\\');
-    const Words offered = completed(QString());
+    const Words offered = completed(QStringLiteral("bash"), QString());
     ASSERT_FALSE(cli::commands().empty());
     for (const cli::Command &command : cli::commands()) {
         const QString name = QString::fromUtf8(command.name);
@@ -169,7 +261,8 @@ TEST(Packaging, EveryCommandAndOptionIsCompletedAndInTheManual) {
             page.contains(QRegularExpression(QStringLiteral("\\n\\.BI? \"?%1\\b").arg(name))) ||
             page.contains(QStringLiteral("\n.BR %1 ").arg(name)))
             << "man: " << command.name;
-        const Words options = completed(QStringLiteral("--sample -Key value %1 1 --").arg(name));
+        const Words options = completed(
+            QStringLiteral("bash"), QStringLiteral("--sample -Key value %1 1 --").arg(name));
         for (const std::string &option : optionsOf(command)) {
             const QString word = QString::fromStdString(option);
             EXPECT_TRUE(options.contains("--" + option)) << "bash: " << command.name << option;
@@ -200,17 +293,32 @@ TEST(Packaging, CompletionDependsOnThePosition) {
         const char *line;
         Words offered;
     };
-    for (const Row &row : {
-             Row{"--sample ros", {"roster"}},
-             Row{"-TextScale ", {}},
-             Row{"-TextScale 1.5 cour", {"courses"}},
-             Row{"defaults ", {"list", "read", "write", "delete"}},
-             Row{"defaults read ", {}},
-             Row{"privacy forget-h", {"forget-history"}},
-             Row{"thresholds 1 --passing ", {}},
-             Row{"roster 1 --csv --out", {"--output"}},
-         })
-        EXPECT_EQ(completed(QString::fromUtf8(row.line)), row.offered) << row.line;
+    for (const char *shell : {"bash", "zsh", "fish"}) {
+        for (const Row &row : {
+                 Row{"--sample ros", {"roster"}},
+                 Row{"-TextScale ", {}},
+                 Row{"-TextScale 1.5 cour", {"courses"}},
+                 Row{"-SampleW", {"-SampleWidgets"}},
+                 Row{"-SampleWidgets ", {"YES", "NO"}},
+                 Row{"defaults ", {"list", "keys", "read", "write", "delete"}},
+                 Row{"defaults read DefaultP", {"DefaultPassingScore"}},
+                 Row{"defaults write Appearance ", {"automatic", "light", "dark"}},
+                 Row{"defaults write TextScale ", {}},
+                 Row{"privacy forget-h", {"forget-history"}},
+                 Row{"thresholds 1 --passing ", {}},
+                 Row{"roster 1 --csv --out", {"--output"}},
+                 Row{"message 1 --note --template Em", {"Email"}},
+             })
+            EXPECT_EQ(completed(QString::fromUtf8(shell), QString::fromUtf8(row.line)), row.offered)
+                << shell << ": " << row.line;
+    }
+    // Names of templates contain blanks.
+    for (const auto &[shell, name] :
+         {std::pair{"bash", "Short\\ Message"}, std::pair{"fish", "Short Message"},
+          std::pair{"zsh", "Short Message"}})
+        EXPECT_TRUE(completed(QString::fromUtf8(shell), QStringLiteral("message 1 --template "))
+                        .contains(name))
+            << shell;
 }
 
 TEST(Packaging, TheManualNamesEveryPreferenceOfTeachers) {

@@ -112,7 +112,10 @@ TEST_F(RosterExport, CSVQuotesCellsWithSeparators) {
 TEST_F(RosterExport, MarkdownKeepsARowOnOneLine) {
     source.wholeTerm = true;
     const std::vector<RiskRow> rows{
-        {.id = 1, .name = "\r\na|b\\|c\r\nd\ne\rf\r\n", .courseName = "# *x*", .level = RiskLevel::watch}};
+        {.id = 1,
+         .name = "\r\na|b\\|c\r\nd\ne\rf\r\n",
+         .courseName = "# *x*",
+         .level = RiskLevel::watch}};
     EXPECT_EQ(
         exportText(ExportFormat::markdown, "Fall | 2026\n# x", rows, source),
         "# Fall | 2026 # x\n"

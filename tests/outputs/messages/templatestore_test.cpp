@@ -251,7 +251,11 @@ TEST_F(TemplateStoreTest, AFileThatIsUnavailableIsMergedLater) {
     EXPECT_FALSE(store.isSaved());
     EXPECT_TRUE(std::filesystem::is_symlink(file));
     std::filesystem::rename(folder.path() / "mine", file);
+    int changes = 0;
+    QObject::connect(&store, &TemplateStore::templatesDidChange, &store, [&] { ++changes; });
     store.saveUnsaved();
+    store.saveUnsaved();
+    EXPECT_EQ(changes, 1) << "there was something to save only once";
     EXPECT_TRUE(store.isSaved());
     EXPECT_THAT(saved(), ElementsAre("Untitled"));
 }

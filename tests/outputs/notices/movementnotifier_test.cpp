@@ -39,6 +39,7 @@ TEST(MovementTexts, BodiesNameCourses) {
     const auto named = [](std::string name) {
         return CourseMovement{.courseName = std::move(name), .worseStudentIDs = {7, 8}};
     };
+    const std::string nearlyFull(254, 'x');
     std::string cats;
     for (int i = 0; i < 255; ++i)
         cats += "🐈";
@@ -52,11 +53,12 @@ TEST(MovementTexts, BodiesNameCourses) {
              Row{"several have counts", {bio, chem}, "Bio (2) · Chem (1)"},
              Row{"markup is literal", {named("<b>R&amp;D</b>")}, "<b>R&amp;D</b>"},
              Row{"no line breaks", {named("a\r\nb\tc\u2028d\u0085e\x7f")}, "a  b c d e "},
-             Row{"no reordering", {named("\u202E\u2067x"), chem}, "x (2) · Chem (1)"},
+             Row{"no reordering", {named("\u202A\u202E\u2066\u2069x"), chem}, "x (2) · Chem (1)"},
              Row{"other scripts and directional marks", {named("א\u200F 1")}, "א\u200F 1"},
              Row{"no null characters", {named(std::string("a\0b", 3))}, "a b"},
              Row{"the maximum length", {named(std::string(255, 'x'))}, std::string(255, 'x')},
              Row{"too long", {named(std::string(10'000, 'x'))}, std::string(255, 'x') + "…"},
+             Row{"cut before a pair", {named(nearlyFull + "🐈xx")}, nearlyFull + "…"},
              Row{"too long, with surrogate pairs", {named(cats)}, cats.substr(0, 127 * 4) + "…"},
          })
         EXPECT_EQ(movementBody(row.courses), row.body) << row.what;

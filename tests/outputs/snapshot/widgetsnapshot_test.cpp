@@ -163,6 +163,13 @@ TEST_F(WidgetSnapshotTest, RejectsInvalidSnapshots) {
         EXPECT_NE(place, std::string::npos) << from;
         return text.replace(place, from.size(), to);
     };
+    const auto withTerms = [](std::size_t count) {
+        WidgetSnapshotFile file = test::twoTerms();
+        file.terms.resize(count, file.terms.back());
+        return encode(file);
+    };
+    EXPECT_TRUE(decodeWidgetSnapshotFile(withTerms(1000)));
+    EXPECT_TRUE(decodeWidgetSnapshotFile(with("\"atRisk\": 4", "\"atRisk\": 1000000000")));
     const std::pair<const char *, std::string> rows[] = {
         {"an empty text", ""},
         {"truncated", whole.substr(0, whole.size() / 2)},
@@ -172,7 +179,8 @@ TEST_F(WidgetSnapshotTest, RejectsInvalidSnapshots) {
         {"a count as text", with("\"atRisk\": 4", "\"atRisk\": \"4\"")},
         {"a count as a real", with("\"atRisk\": 4", "\"atRisk\": 4.0")},
         {"a negative count", with("\"atRisk\": 4", "\"atRisk\": -4")},
-        {"a count above the limit", with("\"atRisk\": 4", "\"atRisk\": 9000000000000000000")},
+        {"a count above the limit", with("\"atRisk\": 4", "\"atRisk\": 1000000001")},
+        {"more than a thousand terms", withTerms(1001)},
         {"a count missing", with("\"concern\": 2,", "")},
         {"a name of null", with("\"Bio\"", "null")},
         {"a title as a number", with("\"Fall 2026\"", "5")},
@@ -207,8 +215,12 @@ TEST_F(WidgetSnapshotTest, RejectsInvalidSnapshots) {
         decodeWidgetSnapshotFile(with("\"total\": 26", "\"new\": [{}], \"total\": 26")),
         test::twoTerms());
 
-    files::replace(container / widgetFiles::versionTwo, whole + std::string(5 * 1024 * 1024, ' '));
+    const auto file = container / widgetFiles::versionTwo;
+    files::replace(file, whole + std::string(5 * 1024 * 1024, ' '));
     EXPECT_EQ(readWidgetSnapshot(container), std::nullopt);
+    std::filesystem::remove(file);
+    std::filesystem::create_symlink(file.filename(), file);
+    EXPECT_THROW((void)readWidgetSnapshot(container), FileUnavailable) << "no news";
 }
 
 } // namespace

@@ -30,11 +30,10 @@ void WidgetSnapshotWriter::write(const WidgetSnapshotFile &file) const {
         return;
     }
     try {
-        // Write both temporary files before replacing either file.
+        // Both temporary files are written before either file is replaced.
         files::Replacement two(container / widgetFiles::versionTwo, encode(file));
         files::Replacement one(container / widgetFiles::versionOne, encode(*automatic));
-        two.commit();
-        one.commit();
+        two.commitWith(one);
     } catch (const FileError &error) {
         return logFailure(error.what());
     } catch (const std::exception &) {

@@ -27,6 +27,7 @@ std::span<const Dependency> dependencies() {
         Dependency{"GLib", "desktop entries", "LGPL-2.1-or-later"},
         Dependency{"libsecret", "the keyring", "LGPL-2.1-or-later"},
         Dependency{"libsystemd", "the journal", "LGPL-2.1-or-later"},
+        Dependency{"libxcb", "widgets on X11", "MIT"},
     };
     return list;
 }

@@ -3,6 +3,7 @@
 #include "app/shell/startupcleanup.h"
 #include "application.h"
 #include "base/endprocess.h"
+#include "base/log.h"
 #include "generated/version.h"
 #include "platform/appearance/colorscheme.h"
 #include "platform/folders/directories.h"
@@ -11,6 +12,7 @@
 #include "platform/secrets/secretstore.h"
 #include "platform/session/activation.h"
 #include "platform/session/applicationservice.h"
+#include "platform/session/detachedprogram.h"
 #include "platform/session/widgettimelines.h"
 #include "preferences/launcharguments.h"
 #include "preferences/userdefaults.h"
@@ -27,6 +29,8 @@
 namespace {
 
 using namespace ellwynd;
+
+constexpr Log logger{"settings"};
 
 constexpr std::string_view usage = "Usage: ellwynd [-Key value]... [LINK]\n\n"
                                    "Shows which students of your Canvas courses need attention.\n\n"
@@ -83,6 +87,18 @@ ApplicationEnvironment environment(PreferenceMap launchArguments) {
         }};
 }
 
+/// The teacher who starts the program from a menu does not see standard error.
+void reportUnanswered() {
+    fmt::print(stderr, "ellwynd: Ellwynd is running already, but does not answer.\n");
+    const auto failure = postAndWait(
+        {.identifier = "unanswered",
+         .title = "Ellwynd does not answer",
+         .body = "It is running already, but could not be opened. End its process, or log out and "
+                 "in again, then open it once more."});
+    if (failure)
+        logger.error(fmt::format("Couldn't post a notice: {}", *failure));
+}
+
 int run(int argc, char **argv) {
     installSystemLog();
     // Read these before QApplication removes its own options and consumes the activation token.
@@ -115,7 +131,7 @@ int run(int argc, char **argv) {
                 "only when it starts.\n");
         return 0;
     case ApplicationService::Outcome::unanswered:
-        fmt::print(stderr, "ellwynd: Ellwynd is running already, but does not answer.\n");
+        reportUnanswered();
         return 1;
     }
 

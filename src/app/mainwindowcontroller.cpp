@@ -42,6 +42,7 @@ MainWindowController::MainWindowController(
       rosterController(
           defaults, courseList, stores, trends, rosterCache, sinks.notices, now, elapsed),
       passController(defaults, courseList, stores, trends, rosterCache, sinks, now, elapsed),
+      widgetNames(defaults, courseList, widgets),
       rosterActions(rosterController.view(), defaults, stores, undo, now),
       unsavedChanges(stores, defaults),
       observing(defaults.observe([this](std::string_view key) {

@@ -4,6 +4,7 @@
 #include "app/courses/connector.h"
 #include "app/courses/courselist.h"
 #include "app/dashboard/passcontroller.h"
+#include "app/dashboard/widgetnames.h"
 #include "app/explain/othercourses.h"
 #include "app/refresh/refreshscheduler.h"
 #include "app/roster/cacherescoring.h"
@@ -145,6 +146,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     CourseList courseList;
     RosterController rosterController;
     PassController passController;
+    WidgetNames widgetNames;
     UndoStack undo;
     RosterActions rosterActions;
     QTimer widgetRefreshTimer;

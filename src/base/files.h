@@ -68,8 +68,15 @@ class Replacement {
     /// Renames the temporary file to the file. Called at most once.
     /// @throws FileError on failure; the old file is then unchanged.
     void commit();
+    /// The same for two files: both are replaced or, on failure, neither. A process that is killed
+    /// in between leaves the first one new. Called at most once, on neither after `commit`.
+    /// @throws FileError on failure.
+    void commitWith(Replacement &second);
 
   private:
+    [[nodiscard]] std::string linkPrevious() const;
+    void restore(const std::string &previous) const;
+
     std::filesystem::path file;
     /// Empty once committed.
     std::string temporary;

@@ -4,6 +4,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <system_error>
@@ -137,6 +138,45 @@ void files::Replacement::commit() {
     if (::rename(temporary.c_str(), file.c_str()) != 0)
         throw writeError(file, errno);
     temporary.clear();
+    filecalls::syncFolder(file.parent_path());
+}
+
+void files::Replacement::commitWith(Replacement &second) {
+    const std::string previous = linkPrevious();
+    try {
+        commit();
+        second.commit();
+    } catch (const FileError &) {
+        // Unless the first file was replaced, there is nothing to restore.
+        if (temporary.empty())
+            restore(previous);
+        else if (!previous.empty())
+            ::unlink(previous.c_str());
+        throw;
+    }
+    if (!previous.empty())
+        ::unlink(previous.c_str());
+}
+
+/// Gives the file that will be replaced a second name, that of a temporary file. Empty if there is
+/// no such file, or if the file system has no hard links.
+std::string files::Replacement::linkPrevious() const {
+    std::string name = temporary;
+    std::rotate(name.end() - randomLength, name.end() - 1, name.end());
+    if (::link(file.c_str(), name.c_str()) == 0)
+        return name;
+    if (errno == ENOENT || errno == EPERM || errno == EOPNOTSUPP)
+        return {};
+    throw writeError(file, errno);
+}
+
+/// Puts the previous file back. @param previous its second name; empty if it has none
+void files::Replacement::restore(const std::string &previous) const {
+    // On failure the new file stays, which is whole.
+    if (previous.empty())
+        ::unlink(file.c_str());
+    else if (::rename(previous.c_str(), file.c_str()) != 0)
+        ::unlink(previous.c_str());
     filecalls::syncFolder(file.parent_path());
 }
 

@@ -28,6 +28,7 @@ std::span<const Dependency> dependencies() {
         Dependency{"libsecret", "the keyring", "LGPL-2.1-or-later"},
         Dependency{"libsystemd", "the journal", "LGPL-2.1-or-later"},
         Dependency{"CUPS", "print queues", "Apache-2.0 with an exception"},
+        Dependency{"libxcb", "widgets on X11", "MIT"},
     };
     return list;
 }

@@ -16,10 +16,15 @@ constexpr double captionHeight = 18;
 constexpr double levelHeight = 44;
 constexpr double levelHeightWide = 26;
 constexpr double gap = 6;
+constexpr double ringOutset = 5;
 
 } // namespace
 
-SummaryView::SummaryView(QWidget *parent) : QWidget(parent) {}
+SummaryView::SummaryView(QWidget *parent) : KeyboardButton(parent) {
+    setFocusPolicy(Qt::TabFocus);
+    setAttribute(Qt::WA_Hover);
+    setCursor(Qt::PointingHandCursor);
+}
 
 void SummaryView::present(
     const WidgetContent &newContent, const VisualStyle &newStyle, bool newWide) {
@@ -36,15 +41,27 @@ void SummaryView::present(
 void SummaryView::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    drawNumber(painter);
-    drawLevels(painter);
+    if (hasFocus()) {
+        drawFocusRing(
+            painter, QRectF(rect()).adjusted(1, 1, -1, -1), visualStyle.px(7),
+            visualStyle.theme.accent);
+    }
+    // The ring is around the figures, which are in line with the other parts of the card.
+    const QRect figures = rect().adjusted(outset(), outset(), -outset(), -outset());
+    painter.translate(figures.topLeft());
+    drawNumber(painter, figures.size());
+    drawLevels(painter, figures.size());
 }
 
-void SummaryView::drawNumber(QPainter &painter) const {
+int SummaryView::outset() const {
+    return visualStyle.px(ringOutset);
+}
+
+void SummaryView::drawNumber(QPainter &painter, const QSize &area) const {
     const QString number = QString::number(content.flagged);
     const QString caption = qstring(content.attention);
     const QFont large = visualStyle.font(2.7, QFont::Bold);
-    QRect line(0, 0, width(), visualStyle.px(numberHeight));
+    QRect line(0, 0, area.width(), visualStyle.px(numberHeight));
     painter.setFont(large);
     painter.setPen(content.flagged == 0 ? visualStyle.theme.ok.text : visualStyle.theme.text);
     drawElided(painter, line, Qt::AlignLeft | Qt::AlignVCenter, number);
@@ -54,18 +71,18 @@ void SummaryView::drawNumber(QPainter &painter) const {
         line.translate(0, visualStyle.px(6));
         painter.setFont(visualStyle.font(1.1));
     } else {
-        line = QRect(0, visualStyle.px(numberHeight), width(), visualStyle.px(captionHeight));
+        line = QRect(0, visualStyle.px(numberHeight), area.width(), visualStyle.px(captionHeight));
         painter.setFont(visualStyle.font(0.92));
     }
-    painter.setPen(visualStyle.theme.secondaryText);
+    painter.setPen(underMouse() ? visualStyle.theme.text : visualStyle.theme.secondaryText);
     drawElided(painter, line, Qt::AlignLeft | Qt::AlignVCenter, caption);
 }
 
-void SummaryView::drawLevels(QPainter &painter) const {
+void SummaryView::drawLevels(QPainter &painter, const QSize &area) const {
     const int between = visualStyle.px(gap);
-    const int each = (width() - 2 * between) / 3;
+    const int each = (area.width() - 2 * between) / 3;
     const int tall = visualStyle.px(wide ? levelHeightWide : levelHeight);
-    QRect box(0, height() - tall, each, tall);
+    QRect box(0, area.height() - tall, each, tall);
     for (const WidgetLevelCount &count : content.levels) {
         // Levels without students are drawn in neutral colours.
         const LevelColors neutral{visualStyle.theme.secondaryText, visualStyle.theme.surface};

@@ -3,12 +3,12 @@
 
 #include "outputs/snapshot/widgettexts.h"
 #include "theme/visualstyle.h"
-
-#include <QWidget>
+#include "uikit/keyboardbutton.h"
 
 namespace ellwynd {
 
-class SummaryView : public QWidget {
+/// A button; clicking it opens the program.
+class SummaryView : public KeyboardButton {
     Q_OBJECT
 
   public:
@@ -16,13 +16,15 @@ class SummaryView : public QWidget {
 
     /// @param wide whether the number and its caption share a line.
     void present(const WidgetContent &newContent, const VisualStyle &newStyle, bool newWide);
+    /// How far the view extends beyond its figures on each side, for its ring.
+    [[nodiscard]] int outset() const;
 
   protected:
     void paintEvent(QPaintEvent *event) override;
 
   private:
-    void drawNumber(QPainter &painter) const;
-    void drawLevels(QPainter &painter) const;
+    void drawNumber(QPainter &painter, const QSize &area) const;
+    void drawLevels(QPainter &painter, const QSize &area) const;
 
     WidgetContent content;
     VisualStyle visualStyle;

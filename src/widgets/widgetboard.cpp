@@ -17,11 +17,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Log logger{"widgets"};
-
-/// Whether the centre of a widget is on a screen.
-bool isOnScreen(const QRect &frame) {
-    return QGuiApplication::screenAt(frame.center()) != nullptr;
-}
+/// How long cards stay in front while the teacher does not use them.
+constexpr auto frontTime = 10s;
 
 bool isAppearance(std::string_view key) {
     using namespace preferences;
@@ -45,7 +42,7 @@ QPoint placeBeside(const QRect &frame, const QRect &desktop) {
 
 WidgetBoard::WidgetBoard(
     SnapshotSource &source, UserDefaults &defaults, std::filesystem::path stateFile,
-    bool desktopIsDark, std::function<void(const QString &)> openLink, Clock now)
+    bool desktopIsDark, OpenLink openLink, Clock now)
     : source(source),
       defaults(defaults),
       stateFile(std::move(stateFile)),
@@ -66,6 +63,35 @@ WidgetBoard::WidgetBoard(
     saveSoon.setSingleShot(true);
     saveSoon.setInterval(300ms);
     connect(&saveSoon, &QTimer::timeout, this, &WidgetBoard::save);
+    inFront.setSingleShot(true);
+    inFront.setInterval(frontTime);
+    connect(&inFront, &QTimer::timeout, this, [this] {
+        if (QGuiApplication::applicationState() != Qt::ApplicationActive)
+            setBehind();
+    });
+    connect(
+        qGuiApp, &QGuiApplication::applicationStateChanged, this,
+        [this](Qt::ApplicationState state) {
+            if (state != Qt::ApplicationActive)
+                setBehind();
+        });
+    connect(layer.get(), &DesktopLayer::desktopShownDidChange, this, [this] {
+        for (const auto &window : placed) {
+            if (window->isVisible())
+                window->showAgain();
+        }
+    });
+    const auto watch = [this](QScreen *screen) {
+        connect(screen, &QScreen::availableGeometryChanged, this, &WidgetBoard::putAllOnScreen);
+        connect(screen, &QScreen::geometryChanged, this, &WidgetBoard::putAllOnScreen);
+    };
+    for (QScreen *screen : QGuiApplication::screens())
+        watch(screen);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, [this, watch](QScreen *screen) {
+        watch(screen);
+        putAllOnScreen();
+    });
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &WidgetBoard::putAllOnScreen);
     applyStyle();
 }
 
@@ -102,17 +128,17 @@ void WidgetBoard::show() {
 
 void WidgetBoard::place(const PlacedWidget &widget) {
     auto *window =
-        placed.emplace_back(std::make_unique<WidgetWindow>(widget, visualStyle, defaults)).get();
+        placed.emplace_back(std::make_unique<WidgetWindow>(widget, visualStyle, defaults, *layer))
+            .get();
     window->present(source.snapshot(), visualStyle, now());
-    if (widget.place && isOnScreen(QRect(*widget.place, window->size())))
-        window->move(*widget.place);
+    window->putOnScreen();
     connect(window, &WidgetWindow::choiceDidChange, this, [this, window] {
         window->present(source.snapshot(), visualStyle, now());
         saveSoon.start();
     });
     connect(window, &WidgetWindow::placeDidChange, &saveSoon, qOverload<>(&QTimer::start));
-    connect(window, &WidgetWindow::linkRequested, this, [this](const QString &link) {
-        openLink(link);
+    connect(window, &WidgetWindow::linkRequested, this, [this, window](const QString &link) {
+        open(*window, link);
     });
     connect(window, &WidgetWindow::addRequested, this, [this, window] { addBeside(*window); });
     connect(window, &WidgetWindow::removeRequested, this, [this, window] { remove(*window); });
@@ -132,8 +158,11 @@ void WidgetBoard::place(const PlacedWidget &widget) {
 
 void WidgetBoard::addBeside(const WidgetWindow &window) {
     PlacedWidget widget = window.placed();
-    if (widget.place)
-        widget.place = placeBeside(window.frameGeometry(), window.screen()->availableGeometry());
+    if (!layer->knowsPlaces())
+        widget.place.reset();
+    else if (widget.place)
+        widget.place =
+            placeBeside(QRect(*widget.place, window.size()), window.screen()->availableGeometry());
     place(widget);
 }
 
@@ -148,6 +177,39 @@ void WidgetBoard::remove(const WidgetWindow &window) {
     save();
     if (placed.empty())
         Q_EMIT quitRequested();
+}
+
+void WidgetBoard::open(WidgetWindow &window, const QString &link) {
+    const auto failure = openLink(link);
+    if (!failure)
+        return window.present(source.snapshot(), visualStyle, now());
+    logger.error(*failure);
+    window.showFailure(
+        QStringLiteral("Ellwynd couldn’t be opened. ") + QString::fromStdString(*failure));
+}
+
+bool WidgetBoard::showInFront() {
+    bool isInFront = true;
+    for (const auto &window : placed) {
+        window->show();
+        isInFront = layer->setInFront(*window, true) && isInFront;
+    }
+    inFront.start();
+    return isInFront;
+}
+
+void WidgetBoard::setBehind() {
+    for (const auto &window : placed)
+        layer->setInFront(*window, false);
+}
+
+void WidgetBoard::putAllOnScreen() {
+    // While a screen is exchanged for another there may be none.
+    if (QGuiApplication::screens().isEmpty())
+        return;
+    for (const auto &window : placed)
+        window->putOnScreen();
+    presentAll();
 }
 
 void WidgetBoard::refresh() {

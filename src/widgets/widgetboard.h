@@ -2,6 +2,7 @@
 #pragma once
 
 #include "preferences/userdefaults.h"
+#include "widgets/desktop/desktoplayer.h"
 #include "widgets/snapshotsource.h"
 #include "widgets/widgetwindow.h"
 
@@ -15,16 +16,22 @@ class WidgetBoard : public QObject {
     Q_OBJECT
 
   public:
+    using OpenLink = std::function<std::optional<std::string>(const QString &link)>;
+
     /// @param source, defaults must outlive this object.
     /// @param stateFile the file with the saved widgets.
-    /// @param openLink opens a URL of the program's own scheme.
+    /// @param openLink opens a URL of the program's own scheme or, if it is empty, the program.
+    ///        Returns an error message; absent on success.
     WidgetBoard(
         SnapshotSource &source, UserDefaults &defaults, std::filesystem::path stateFile,
-        bool desktopIsDark, std::function<void(const QString &)> openLink, Clock now = systemNow);
+        bool desktopIsDark, OpenLink openLink, Clock now = systemNow);
     ~WidgetBoard() override;
 
     /// Shows the saved widgets, or a first one. While their file is unavailable, nothing is saved.
     void show();
+    /// Shows all cards, closed ones too, in front of other windows until another program is used.
+    /// Returns false if the window system does not let them come to the front.
+    bool showInFront();
 
     /// Sets whether "automatic" is dark.
     void setDesktopIsDark(bool dark);
@@ -45,17 +52,23 @@ class WidgetBoard : public QObject {
     void remove(const WidgetWindow &window);
     void applyStyle();
     void presentAll();
+    void putAllOnScreen();
+    void setBehind();
+    void open(WidgetWindow &window, const QString &link);
     void save();
 
     SnapshotSource &source;
     UserDefaults &defaults;
     std::filesystem::path stateFile;
     bool desktopIsDark;
-    std::function<void(const QString &)> openLink;
+    OpenLink openLink;
     Clock now;
     QFont base;
     VisualStyle visualStyle;
+    std::unique_ptr<DesktopLayer> layer = DesktopLayer::make();
     std::vector<std::unique_ptr<WidgetWindow>> placed;
+    /// Puts the cards behind again if the teacher does not use them.
+    QTimer inFront;
     QTimer minute;
     QTimer saveSoon;
     /// False when the saved widgets could not be read; they are then kept.

@@ -2,16 +2,18 @@
 
 #include "uikit/convert.h"
 #include "uikit/labels.h"
+#include "widgets/cardplaces.h"
 #include "widgets/courserow.h"
+#include "widgets/desktop/desktoplayer.h"
 #include "widgets/summaryview.h"
 #include "widgets/termbutton.h"
+#include "widgets/textbutton.h"
 #include "widgets/widgetlayout.h"
 #include "widgets/windowdrag.h"
 
 #include <QActionGroup>
 #include <QContextMenuEvent>
 #include <QPainter>
-#include <QScreen>
 
 namespace ellwynd {
 
@@ -22,6 +24,13 @@ QLabel *cardLabel(QWidget *card) {
     // The card can be dragged by its labels too.
     label->setAttribute(Qt::WA_TransparentForMouseEvents);
     return label;
+}
+
+/// A window of the type desktop, which a card is while the desktop is shown, is not moved by window
+/// managers.
+bool moveWithPointer(QWidget &card) {
+    return !card.testAttribute(Qt::WA_X11NetWmWindowTypeDesktop) &&
+        WindowDrag::startSystemMove(card);
 }
 
 /// A term's name for a menu, elided if too long.
@@ -35,23 +44,37 @@ QString termText(const std::string &name, const QFontMetrics &metrics) {
 } // namespace
 
 WidgetWindow::WidgetWindow(
-    const PlacedWidget &state, const VisualStyle &visualStyle, const UserDefaults &defaults)
+    const PlacedWidget &state, const VisualStyle &visualStyle, const UserDefaults &defaults,
+    DesktopLayer &layer)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint),
       state(state),
       visualStyle(visualStyle),
       defaults(defaults),
-      dragging(new WindowDrag(*this)),
+      layer(layer),
+      dragging(new WindowDrag(*this, moveWithPointer)),
       title(new TermButton(this)),
       asOf(cardLabel(this)),
-      message(cardLabel(this)),
-      more(cardLabel(this)),
+      message(new TextButton(Qt::AlignCenter | Qt::TextWordWrap, this)),
+      more(new TextButton(Qt::AlignLeft | Qt::AlignVCenter, this)),
       summary(new SummaryView(this)) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
-    summary->setAttribute(Qt::WA_TransparentForMouseEvents);
-    message->setWordWrap(true);
-    message->setAlignment(Qt::AlignCenter);
+    // The cards of a session that starts do not take the keyboard from other programs.
+    setAttribute(Qt::WA_ShowWithoutActivating);
     dragging->addHandle(*title);
+    for (QAbstractButton *opener :
+         {static_cast<QAbstractButton *>(summary), static_cast<QAbstractButton *>(message),
+          static_cast<QAbstractButton *>(more)}) {
+        dragging->addHandle(*opener);
+        connect(opener, &QAbstractButton::clicked, this, [this] { Q_EMIT linkRequested({}); });
+    }
+    if (layer.movesOnRelease()) {
+        dragging->moveOnRelease([this](QPoint distance) {
+            if (const auto place = this->layer.placeOf(*this))
+                this->layer.move(*this, *place + distance);
+            storePlace();
+        });
+    }
     // No control shows a focus ring before the keyboard is used.
     setFocus();
     connect(title, &TermButton::clicked, this, [this] {
@@ -65,11 +88,60 @@ void WidgetWindow::present(
     const std::optional<WidgetSnapshotFile> &file, const VisualStyle &newStyle, Date now) {
     visualStyle = newStyle;
     terms = widgetTermQuery(file);
-    setFixedSize(
-        WidgetLayout::cardSize(state.size, visualStyle).boundedTo(screen()->availableSize()));
+    fitScreen();
     fill(widgetContent(file, state.termID, cardLayout().rowCapacity(), now));
     arrange();
     update();
+}
+
+void WidgetWindow::showFailure(const QString &what) {
+    fill({.message = what.toStdString()});
+    arrange();
+    update();
+}
+
+void WidgetWindow::fitScreen() {
+    setFixedSize(
+        shownFrame(state.place, WidgetLayout::cardSize(state.size, visualStyle), connectedScreens())
+            .size());
+}
+
+void WidgetWindow::putOnScreen() {
+    dragging->end();
+    fitScreen();
+    if (state.place && layer.knowsPlaces())
+        layer.move(*this, shownFrame(state.place, size(), connectedScreens()).topLeft());
+}
+
+void WidgetWindow::showAgain() {
+    const auto place = layer.placeOf(*this);
+    hide();
+    if (place)
+        layer.move(*this, *place);
+    show();
+}
+
+void WidgetWindow::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    layer.prepare(*this);
+    // The window is shown after this event.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (isVisible())
+                layer.didShow(*this);
+        },
+        Qt::QueuedConnection);
+}
+
+/// Stores where the window is, unless it is there only because its screen is not connected.
+void WidgetWindow::storePlace() {
+    const auto place = layer.placeOf(*this);
+    const bool isElsewhere = state.place && !isOnScreen(*state.place, size(), connectedScreens());
+    if (!place || (isElsewhere && !dragging->isActive()))
+        return;
+    state.place = place;
+    Q_EMIT placeDidChange();
 }
 
 void WidgetWindow::fill(const WidgetContent &content) {
@@ -77,14 +149,14 @@ void WidgetWindow::fill(const WidgetContent &content) {
     const bool empty = !content.message.empty();
     const bool large = state.size == WidgetSize::large;
     message->setVisible(empty);
-    message->setText(qstring(content.message));
+    message->present(qstring(content.message), visualStyle, 1.05);
     title->setVisible(!empty);
     title->present(qstring(content.title), visualStyle);
     asOf->setVisible(!empty);
     asOf->setText(qstring(content.asOf));
     summary->setVisible(!empty);
     summary->present(content, visualStyle, large);
-    more->setText(qstring(content.more));
+    more->present(qstring(content.more), visualStyle, 0.86);
     more->setVisible(!content.more.empty() && state.size != WidgetSize::small);
     setWindowTitle(
         empty ? QStringLiteral("Ellwynd") : qstring(content.title) + QStringLiteral(" — Ellwynd"));
@@ -125,7 +197,6 @@ WidgetLayout WidgetWindow::cardLayout() const {
 void WidgetWindow::arrange() {
     const WidgetLayout layout = cardLayout();
     const bool small = state.size == WidgetSize::small;
-    message->setFont(visualStyle.font(1.05));
     message->setGeometry(layout.inner());
     asOf->setFont(visualStyle.font(0.86));
     // Text with a day needs two lines on a small card.
@@ -134,20 +205,20 @@ void WidgetWindow::arrange() {
     const int asOfWidth = asOf->sizeHint().width();
     asOf->setGeometry(layout.asOf(asOfWidth));
     title->setGeometry(layout.title(title->sizeHint().width(), asOfWidth));
-    summary->setGeometry(layout.summary());
-    more->setFont(visualStyle.font(0.86));
+    const int ring = summary->outset();
+    summary->setGeometry(layout.summary().adjusted(-ring, -ring, ring, ring));
     more->setGeometry(layout.footer());
-    QWidget *before = title;
+    setTabOrder(title, summary);
+    QWidget *before = summary;
     for (std::size_t i = 0; i < rowPool.size(); ++i) {
         rowPool[i]->setGeometry(layout.row(i));
         setTabOrder(before, rowPool[i]);
         before = rowPool[i];
     }
-    for (QLabel *label : {asOf, more, message}) {
-        QPalette colors = label->palette();
-        colors.setColor(QPalette::WindowText, visualStyle.theme.secondaryText);
-        label->setPalette(colors);
-    }
+    setTabOrder(before, more);
+    QPalette colors = asOf->palette();
+    colors.setColor(QPalette::WindowText, visualStyle.theme.secondaryText);
+    asOf->setPalette(colors);
 }
 
 void WidgetWindow::paintEvent(QPaintEvent *) {
@@ -182,6 +253,8 @@ QMenu *WidgetWindow::makeTermMenu(QWidget *parent) {
 QMenu *WidgetWindow::makeMenu() {
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(tr("Open Ellwynd"), this, [this] { Q_EMIT linkRequested({}); });
+    menu->addSeparator();
     menu->addMenu(makeTermMenu(menu));
     QMenu *sizes = menu->addMenu(tr("Size"));
     auto *group = new QActionGroup(menu);
@@ -213,8 +286,7 @@ void WidgetWindow::setSize(WidgetSize size) {
 
 void WidgetWindow::moveEvent(QMoveEvent *event) {
     QWidget::moveEvent(event);
-    state.place = pos();
-    Q_EMIT placeDidChange();
+    storePlace();
 }
 
 void WidgetWindow::closeEvent(QCloseEvent *event) {

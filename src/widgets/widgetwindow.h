@@ -12,8 +12,10 @@
 namespace ellwynd {
 
 class CourseRow;
+class DesktopLayer;
 class SummaryView;
 class TermButton;
+class TextButton;
 class WidgetLayout;
 class WindowDrag;
 
@@ -23,20 +25,33 @@ class WidgetWindow : public QWidget {
     Q_OBJECT
 
   public:
-    /// @param defaults hold the courses' icons; must outlive the window.
+    /// @param defaults hold the courses' icons. @param layer, defaults must outlive the window.
     WidgetWindow(
-        const PlacedWidget &state, const VisualStyle &visualStyle, const UserDefaults &defaults);
+        const PlacedWidget &state, const VisualStyle &visualStyle, const UserDefaults &defaults,
+        DesktopLayer &layer);
 
     [[nodiscard]] const PlacedWidget &placed() const { return state; }
 
     void
     present(const std::optional<WidgetSnapshotFile> &file, const VisualStyle &newStyle, Date now);
 
+    /// Shows what went wrong instead of the figures, until they are presented again.
+    void showFailure(const QString &what);
+    /// Moves the window to its saved place, or onto a screen if the saved one is not connected. The
+    /// saved place is kept, so that the window returns with its screen.
+    void putOnScreen();
+    /// Hides the window and shows it at the same place.
+    void showAgain();
+
     /// "Automatic" and the terms of the snapshot, with the displayed one checked.
     [[nodiscard]] QMenu *makeTermMenu(QWidget *parent);
     [[nodiscard]] QMenu *makeMenu();
 
     [[nodiscard]] TermButton *termButton() const { return title; }
+    [[nodiscard]] SummaryView *summaryButton() const { return summary; }
+    /// The text that is shown instead of the figures, and the number of courses left out.
+    [[nodiscard]] TextButton *messageButton() const { return message; }
+    [[nodiscard]] TextButton *moreButton() const { return more; }
     /// The visible rows.
     [[nodiscard]] std::vector<CourseRow *> rows() const;
 
@@ -44,6 +59,7 @@ class WidgetWindow : public QWidget {
     /// The teacher chose another term or size.
     void choiceDidChange();
     void placeDidChange();
+    /// A course, or with an empty link the program itself, was clicked.
     void linkRequested(const QString &link);
     void addRequested();
     void removeRequested();
@@ -54,12 +70,15 @@ class WidgetWindow : public QWidget {
   protected:
     void paintEvent(QPaintEvent *event) override;
     void moveEvent(QMoveEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
   private:
     [[nodiscard]] WidgetLayout cardLayout() const;
     void fill(const WidgetContent &content);
+    void fitScreen();
+    void storePlace();
     [[nodiscard]] CourseIcon tileIcon(const WidgetRow &row) const;
     void arrange();
     void setTerm(const std::optional<std::int64_t> &termID);
@@ -68,14 +87,15 @@ class WidgetWindow : public QWidget {
     PlacedWidget state;
     VisualStyle visualStyle;
     const UserDefaults &defaults;
+    DesktopLayer &layer;
     std::vector<WidgetTermEntity> terms;
     WidgetContent shown;
 
     WindowDrag *dragging;
     TermButton *title;
     QLabel *asOf;
-    QLabel *message;
-    QLabel *more;
+    TextButton *message;
+    TextButton *more;
     SummaryView *summary;
     std::vector<CourseRow *> rowPool;
 };

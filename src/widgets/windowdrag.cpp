@@ -18,6 +18,17 @@ void WindowDrag::addHandle(QAbstractButton &button) {
     button.installEventFilter(this);
 }
 
+void WindowDrag::moveOnRelease(std::function<void(QPoint distance)> move) {
+    moveWhenReleased = std::move(move);
+}
+
+void WindowDrag::end() {
+    pressedAt.reset();
+    grip.reset();
+    draggedFrom.reset();
+    isDragging = false;
+}
+
 bool WindowDrag::startSystemMove(QWidget &window) {
     return window.windowHandle()->startSystemMove();
 }
@@ -35,7 +46,9 @@ bool WindowDrag::drag(const QMouseEvent &event) {
         return false;
     // If the window system moves the window, it handles the pointer from here on.
     isDragging = true;
-    if (!systemMove(window))
+    if (moveWhenReleased)
+        draggedFrom = pressedAt;
+    else if (!systemMove(window))
         grip = *pressedAt - window.pos();
     pressedAt.reset();
     return true;
@@ -45,7 +58,7 @@ bool WindowDrag::eventFilter(QObject *watched, QEvent *event) {
     switch (event->type()) {
     case QEvent::MouseButtonPress: {
         const auto *mouse = static_cast<QMouseEvent *>(event);
-        isDragging = false;
+        end();
         if (mouse->button() == Qt::LeftButton)
             pressedAt = mouse->globalPosition().toPoint();
         break;
@@ -58,9 +71,11 @@ bool WindowDrag::eventFilter(QObject *watched, QEvent *event) {
         }
         break;
     case QEvent::MouseButtonRelease:
-        pressedAt.reset();
-        grip.reset();
-        if (std::exchange(isDragging, false)) {
+        if (draggedFrom) {
+            const auto *mouse = static_cast<QMouseEvent *>(event);
+            moveWhenReleased(mouse->globalPosition().toPoint() - *draggedFrom);
+        }
+        if (const bool wasDragging = isDragging; end(), wasDragging) {
             if (auto *button = qobject_cast<QAbstractButton *>(watched))
                 button->setDown(false);
             return true;

@@ -282,6 +282,12 @@ Operation writeWidgets(const fs::path &folder) {
     return {.run = again, .next = again};
 }
 
+Operation writeFirstWidgets(const fs::path &folder) {
+    const WidgetSnapshotWriter writer(folder / "widgets", [] {});
+    const auto again = [=] { writer.write(test::twoTerms()); };
+    return {.run = again, .next = again};
+}
+
 Operation clearWidgets(const fs::path &folder) {
     const WidgetSnapshotWriter writer(folder / "widgets", [] {});
     writer.write(test::twoTerms());
@@ -315,6 +321,8 @@ struct Row {
     Preparation prepare;
     /// Whether it replaces a file more than once, so that one may be between old and new.
     bool hasSteps = false;
+    /// Whether it replaces all files or none.
+    bool isTogether = false;
 };
 
 const std::vector<Row> operations{
@@ -330,7 +338,8 @@ const std::vector<Row> operations{
     {"set preferences", setPreferences},
     {"load and watch the preferences", loadAndWatchPreferences},
     {"sync settings", syncSettings, true},
-    {"write the widget files", writeWidgets},
+    {"write the widget files", writeWidgets, false, true},
+    {"write the first widget files", writeFirstWidgets, false, true},
     {"clear the widget files", clearWidgets},
     {"read the widget files", readWidgets},
     {"export a roster", exportRoster}};
@@ -361,6 +370,11 @@ std::string runFailing(
     const std::string what = row.name + std::string(", call ") + std::to_string(number) + ", " +
         function + ", " + std::to_string(fault.code);
     EXPECT_TRUE(operation.isInMemory()) << what;
+    auto after = filesIn(folder.path());
+    std::erase_if(after, [](const auto &entry) {
+        return files::isTemporaryName(fs::path(entry.first).filename().string());
+    });
+    EXPECT_TRUE(!row.isTogether || after == before || after == without) << what;
     for (const auto &[name, bytes] : filesIn(folder.path())) {
         const auto old = before.find(name);
         const auto now = without.find(name);

@@ -54,6 +54,7 @@ const std::vector<Reserved> reservedHeaders{
     {"QDBus", "src/platform/linux/"},      {"QtDBus", "src/platform/linux/"},
     {"libsecret/", "src/platform/linux/"}, {"systemd/", "src/platform/linux/"},
     {"glib", "src/platform/linux/"},       {"gio/", "src/platform/linux/"},
+    {"xcb/", "src/widgets/desktop/"},      {"LayerShellQt/", "src/widgets/desktop/"},
     {"QNetworkAccessManager", "src/net/"}, {"QSvg", "src/theme/"},
     {"QPrint", "src/ui/print/"},
 };

@@ -47,7 +47,9 @@ bool draw(const QDir &target, SnapshotSource &source, const char *appearance, do
     savePlacedWidgets(
         folder / "Widgets.json",
         {{.size = WidgetSize::small}, {.size = WidgetSize::medium}, {.size = WidgetSize::large}});
-    WidgetBoard board(source, defaults, folder / "Widgets.json", false, [](const QString &) {});
+    WidgetBoard board(source, defaults, folder / "Widgets.json", false, [](const QString &) {
+        return std::optional<std::string>();
+    });
     board.show();
     settle();
 

@@ -116,6 +116,7 @@ ELLWYND_FAILING(
     int, renameat2,
     (int oldFolder, const char *from, int newFolder, const char *to, unsigned flags),
     (oldFolder, from, newFolder, to, flags), noexcept, -1)
+ELLWYND_FAILING(int, link, (const char *from, const char *to), (from, to), noexcept, -1)
 ELLWYND_FAILING(int, unlink, (const char *path), (path), noexcept, -1)
 ELLWYND_FAILING(
     int, unlinkat, (int folder, const char *path, int flags), (folder, path, flags), noexcept, -1)

@@ -97,12 +97,18 @@ TEST_F(NoticesPanesTest, AnAnswerMayArriveAfterThePaneIsDestroyed) {
 }
 
 TEST_F(NoticesPanesTest, WidgetsAreStartedNowAndAtLogin) {
+    using Answer = widgetService::Answer;
+    Answer answer = Answer::notRunning;
+    std::optional<std::string> failure;
     std::vector<QString> started;
-    bool succeeds = false;
-    WidgetsPane pane(defaults, appearance, [&](const QString &program) {
-        started.push_back(program);
-        return succeeds;
-    });
+    const WidgetsPane::Process process{
+        .show = [&](const std::function<void(Answer)> &answered) { answered(answer); },
+        .start =
+            [&](const QString &program) {
+                started.push_back(program);
+                return failure;
+            }};
+    WidgetsPane pane(defaults, appearance, process);
     pane.show();
     auto *hideNames = pane.findChild<QCheckBox *>();
     hideNames->click();
@@ -112,15 +118,38 @@ TEST_F(NoticesPanesTest, WidgetsAreStartedNowAndAtLogin) {
 
     auto *show = pane.findChild<QPushButton *>();
     EXPECT_EQ(show->text(), QStringLiteral("Show Widgets"));
+    failure = "/opt/ellwynd-widget could not be started: why";
     show->click();
-    EXPECT_TRUE(says(pane, "The widgets couldn’t be started."));
-    succeeds = true;
+    EXPECT_TRUE(says(pane, ("The widgets couldn’t be started. " + *failure).c_str()));
+    failure.reset();
     show->click();
-    EXPECT_FALSE(says(pane, "The widgets couldn’t be started."));
+    EXPECT_TRUE(says(pane, "The widgets were started."));
     EXPECT_THAT(
         started,
         testing::Each(QApplication::applicationDirPath() + QStringLiteral("/ellwynd-widget")));
-    EXPECT_EQ(started.size(), 2U);
+    const std::pair<Answer, const char *> answers[] = {
+        {Answer::inFront, "The widgets are in front of other windows"},
+        {Answer::behind, "The widgets are shown. This desktop does not let them"},
+        {Answer::silent, "The widgets are running, but do not answer."}};
+    for (const auto &[each, text] : answers) {
+        answer = each;
+        show->click();
+        EXPECT_TRUE(says(pane, text));
+    }
+    EXPECT_EQ(started.size(), 2U) << "only when they were not running";
+    answer = Answer::inFront;
+    defaults.set(preferences::sampleData, true);
+    const auto saysSample = [&pane] {
+        return std::ranges::any_of(pane.findChildren<QLabel *>(), [](const QLabel *label) {
+            return label->text().endsWith(
+                QStringLiteral("the sample college’s are not written for widgets."));
+        });
+    };
+    show->click();
+    EXPECT_TRUE(saysSample());
+    defaults.set(preferences::sampleWidgets, true);
+    show->click();
+    EXPECT_FALSE(saysSample());
 
     // The desktop starts the widgets at login, from an entry in the autostart folder.
     QCheckBox *withSession = pane.findChildren<QCheckBox *>().at(1);
@@ -141,7 +170,6 @@ TEST_F(NoticesPanesTest, WidgetsAreStartedNowAndAtLogin) {
     EXPECT_TRUE(says(pane, "com.varnok.Ellwynd.Widget.desktop couldn’t be"));
     EXPECT_FALSE(withSession->isChecked());
     std::filesystem::remove_all(entry);
-    EXPECT_FALSE(WidgetsPane::startDetached(QStringLiteral("/nonexistent/ellwynd-widget")));
 }
 
 } // namespace

@@ -2,13 +2,17 @@
 #include "support/accessibility.h"
 #include "support/snapshots.h"
 #include "support/temporaryfolder.h"
+#include "widgets/cardplaces.h"
 #include "widgets/courserow.h"
+#include "widgets/summaryview.h"
 #include "widgets/termbutton.h"
+#include "widgets/textbutton.h"
 #include "widgets/widgetboard.h"
 #include "widgets/windowdrag.h"
 
 #include <QApplication>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <qtestspontaneevent.h>
 
@@ -34,6 +38,8 @@ struct WidgetsTest : testing::Test {
     UserDefaults defaults{folder.path() / "Preferences.json", {}};
     SnapshotSource source{container};
     std::vector<std::string> opened;
+    /// With which links are opened.
+    std::optional<std::string> failure;
     std::unique_ptr<WidgetBoard> board;
 
     void SetUp() override {
@@ -59,7 +65,10 @@ struct WidgetsTest : testing::Test {
         board.reset();
         board = std::make_unique<WidgetBoard>(
             source, defaults, stateFile, false,
-            [this](const QString &link) { opened.push_back(link.toStdString()); },
+            [this](const QString &link) {
+                opened.push_back(link.toStdString());
+                return failure;
+            },
             [] { return currentTime(); });
         board->show();
     }
@@ -74,6 +83,10 @@ struct WidgetsTest : testing::Test {
         for (const QLabel *label : window.findChildren<QLabel *>()) {
             if (label->isVisible())
                 texts.push_back(label->text().toStdString());
+        }
+        for (const TextButton *button : {window.messageButton(), window.moreButton()}) {
+            if (button->isVisible())
+                texts.push_back(button->shownText().toStdString());
         }
         return texts;
     }
@@ -131,11 +144,97 @@ TEST_F(WidgetsTest, RowsOpenTheirCourseByMouseAndKeyboard) {
     QTest::keyClick(&window(), Qt::Key_Tab);
     EXPECT_TRUE(window().termButton()->hasFocus());
     QTest::keyClick(window().focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(window().summaryButton()->hasFocus());
+    QTest::keyClick(window().focusWidget(), Qt::Key_Tab);
     QTest::keyClick(window().focusWidget(), Qt::Key_Down);
     QTest::keyClick(window().focusWidget(), Qt::Key_Return);
     EXPECT_THAT(opened, ElementsAre("ellwynd://course/4021", "ellwynd://course/4022"));
     EXPECT_THAT(test::unnamedElements(window()), IsEmpty());
     EXPECT_THAT(test::unreachableControls(window()), IsEmpty());
+}
+
+TEST_F(WidgetsTest, EveryPartOpensEllwynd) {
+    WidgetSnapshotFile file = test::twoTerms();
+    file.terms[0].courses.assign(9, file.terms[0].courses[0]);
+    writer.write(file);
+    source.check();
+    const auto press = [this](QAbstractButton *part) {
+        opened.clear();
+        EXPECT_TRUE(part->isVisible());
+        QTest::mouseClick(part, Qt::LeftButton);
+        QTest::keyClick(part, Qt::Key_Return);
+        EXPECT_THAT(opened, ElementsAre("", ""));
+        EXPECT_NE(part->accessibleName(), QString());
+    };
+    press(window().summaryButton());
+    press(window().moreButton());
+    choose(window(), "Open Ellwynd");
+    EXPECT_EQ(opened.size(), 3U);
+    writer.clear();
+    source.check();
+    press(window().messageButton());
+}
+
+TEST_F(WidgetsTest, AFailedOpeningIsShownUntilTheNextOne) {
+    start({{WidgetSize::small}, {WidgetSize::medium}});
+    failure = "/usr/bin/ellwynd could not be started: No such file or directory";
+    QTest::mouseClick(window(1).rows()[0], Qt::LeftButton);
+    const std::string shown = "Ellwynd couldn’t be opened. " + *failure;
+    EXPECT_THAT(labels(window(1)), ElementsAre(shown));
+    EXPECT_EQ(window(1).accessibleName().toStdString(), shown);
+    EXPECT_THAT(courses(window(1)), IsEmpty());
+    EXPECT_THAT(labels(window(0)), ElementsAre("as of 07:00:00"));
+    failure.reset();
+    QTest::mouseClick(window(1).messageButton(), Qt::LeftButton);
+    EXPECT_THAT(courses(window(1)), ElementsAre("Bio", "Chem"));
+}
+
+TEST_F(WidgetsTest, ACardOfAnAbsentScreenReturnsToIt) {
+    const QPoint away(4000, 300);
+    for (const WidgetSize size : {WidgetSize::small, WidgetSize::large}) {
+        start({{.size = size, .place = away}});
+        EXPECT_TRUE(window().screen()->availableGeometry().contains(window().frameGeometry()));
+        board->refresh();
+        choose(window(), "Summer 2026");
+        board.reset();
+        EXPECT_EQ(readPlacedWidgets(stateFile).at(0).place, away);
+        // Dragging it gives it a new place.
+        restart();
+        const QPoint grip = window().rect().center();
+        QTest::mousePress(&window(), Qt::LeftButton, {}, grip);
+        QTest::mouseMove(&window(), grip - QPoint(30, 0));
+        QTest::mouseMove(&window(), grip - QPoint(60, 0));
+        QTest::mouseRelease(&window(), Qt::LeftButton, {}, grip);
+        EXPECT_NE(window().placed().place, away);
+        EXPECT_EQ(window().placed().place, window().pos());
+    }
+}
+
+TEST(CardPlaces, AreOnConnectedScreens) {
+    const ScreenArea main{{0, 0, 1000, 800}, {0, 30, 1000, 770}};
+    const ScreenArea right{{1000, 0, 600, 400}, {1000, 0, 600, 400}};
+    const QSize card(452, 450);
+    struct Row {
+        const char *what;
+        std::optional<QPoint> saved;
+        std::vector<ScreenArea> screens;
+        QRect frame;
+    };
+    const Row rows[] = {
+        {"never placed", std::nullopt, {main}, {0, 30, 452, 450}},
+        {"on the screen", QPoint(100, 100), {main}, {100, 100, 452, 450}},
+        {"dragged partly over the edge", QPoint(700, 400), {main}, {700, 400, 452, 450}},
+        {"on the right one, which is smaller",
+         QPoint(1020, 20),
+         {main, right},
+         {1020, 20, 452, 400}},
+        {"the right one is away", QPoint(1020, 20), {main}, {548, 30, 452, 450}},
+        {"below all", QPoint(100, 5000), {main, right}, {100, 350, 452, 450}},
+        {"above the right one", QPoint(1200, -900), {main, right}, {1148, 0, 452, 400}},
+        {"far left of a small one", QPoint(-9000, 0), {right}, {1000, 0, 452, 400}},
+    };
+    for (const Row &row : rows)
+        EXPECT_EQ(shownFrame(row.saved, card, row.screens), row.frame) << row.what;
 }
 
 TEST_F(WidgetsTest, TheFileMayBeReplacedRemovedAndMoved) {

@@ -1,5 +1,6 @@
 #include "app/dashboard/scoringpass.h"
 
+#include "app/dashboard/widgetnames.h"
 #include "base/log.h"
 #include "canvas/records/canvaserror.h"
 #include "memory/movement.h"
@@ -182,10 +183,6 @@ void ScoringPass::termEnded(Run &of) {
         startNextTerm();
 }
 
-bool ScoringPass::feedsWidgets() const {
-    return !defaults.value(preferences::sampleData) || defaults.value(preferences::sampleWidgets);
-}
-
 /// Publishes the results to the dashboard, then as a notice, then to the widgets.
 void ScoringPass::finish() {
     const std::shared_ptr<Run> ended = std::exchange(run, nullptr);
@@ -208,7 +205,7 @@ void ScoringPass::finish() {
     } else {
         if (sinks.notices != nullptr)
             sinks.notices->notify(movements(ended->wholeTerms));
-        if (isWhole && feedsWidgets())
+        if (isWhole && feedsWidgets(defaults))
             sinks.widgets.write(snapshot(*automatic, ended->wholeTerms, fetchedAt));
     }
     Q_EMIT passDidEnd(

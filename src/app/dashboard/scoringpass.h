@@ -76,7 +76,6 @@ class ScoringPass : public QObject {
         std::int64_t automaticTermID, const std::vector<std::int64_t> &termIDs,
         Date fetchedAt) const;
     [[nodiscard]] bool isCurrent(const Run &of) const;
-    [[nodiscard]] bool feedsWidgets() const;
 
     UserDefaults &defaults;
     Stores &stores;

@@ -6,8 +6,6 @@
 #include "base/log.h"
 #include "platform/session/applicationservice.h"
 
-#include <QProcess>
-
 #include <fmt/format.h>
 
 namespace ellwynd {
@@ -88,15 +86,6 @@ void AppDelegate::switchSampleMode() {
         defaults.remove(preferences::sampleData.name);
     service.reclaimName();
     Q_EMIT relaunchDidFail(QString::fromStdString(*failure));
-}
-
-std::optional<std::string> startDetached(const QString &program) {
-    QProcess process;
-    process.setProgram(program);
-    if (process.startDetached())
-        return std::nullopt;
-    return fmt::format(
-        "{} could not be started: {}", program.toStdString(), process.errorString().toStdString());
 }
 
 } // namespace ellwynd

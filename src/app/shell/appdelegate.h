@@ -64,8 +64,4 @@ class AppDelegate : public QObject {
     NewInstance newInstance;
 };
 
-/// Starts the executable `program` as an independent process. Returns an error message; absent on
-/// success.
-[[nodiscard]] std::optional<std::string> startDetached(const QString &program);
-
 } // namespace ellwynd

@@ -5,6 +5,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace ellwynd {
 
 namespace {
@@ -30,11 +32,10 @@ void WidgetSnapshotWriter::write(const WidgetSnapshotFile &file) const {
         return;
     }
     try {
-        // Write both temporary files before replacing either file.
+        // Both temporary files are written before either file is replaced.
         files::Replacement two(container / widgetFiles::versionTwo, encode(file));
         files::Replacement one(container / widgetFiles::versionOne, encode(*automatic));
-        two.commit();
-        one.commit();
+        two.commitWith(one);
     } catch (const FileError &error) {
         return logFailure(error.what());
     } catch (const std::exception &) {
@@ -43,6 +44,40 @@ void WidgetSnapshotWriter::write(const WidgetSnapshotFile &file) const {
     }
     reload();
     logger.info(fmt::format("Widget snapshot updated: {} term(s), counts only", file.terms.size()));
+}
+
+void WidgetSnapshotWriter::hideNames() const {
+    rename([](WidgetCourseSummary &course) { course.name.reset(); });
+}
+
+void WidgetSnapshotWriter::showNames(const std::map<std::int64_t, std::string> &names) const {
+    rename([&names](WidgetCourseSummary &course) {
+        const auto found = names.find(course.id);
+        if (found != names.end())
+            course.name = found->second;
+    });
+}
+
+void WidgetSnapshotWriter::rename(
+    const std::function<void(WidgetCourseSummary &course)> &change) const {
+    try {
+        const auto before = readWidgetSnapshot(container);
+        if (!before) {
+            const auto exists = [this](std::string_view name) {
+                return files::stamp(container / name).size != files::Stamp::absent;
+            };
+            if (exists(widgetFiles::versionTwo) || exists(widgetFiles::versionOne))
+                clear();
+            return;
+        }
+        WidgetSnapshotFile after = *before;
+        for (WidgetTermSummary &term : after.terms)
+            std::ranges::for_each(term.courses, change);
+        if (after != *before)
+            write(after);
+    } catch (const FileError &error) {
+        logFailure(error.what());
+    }
 }
 
 void WidgetSnapshotWriter::clear() const {

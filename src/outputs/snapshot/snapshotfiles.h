@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 
 namespace ellwynd {
 
@@ -27,10 +28,20 @@ class WidgetSnapshotWriter {
     /// widgets keep the previous complete numbers.
     void write(const WidgetSnapshotFile &file) const;
 
+    /// Removes the course names from both files, at once and with the same counts and time. Files
+    /// that are no snapshot are deleted, since they may contain names.
+    void hideNames() const;
+    /// Puts names into both files, likewise. Courses without one keep theirs.
+    /// @param names by course id.
+    void showNames(const std::map<std::int64_t, std::string> &names) const;
+
     /// Deletes both files, when the teacher signs out.
     void clear() const;
 
   private:
+    /// Writes the files again with another name of each course; unless nothing changes.
+    void rename(const std::function<void(WidgetCourseSummary &course)> &change) const;
+
     std::filesystem::path container;
     std::function<void()> reload;
 };

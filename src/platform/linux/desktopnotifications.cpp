@@ -190,6 +190,24 @@ std::shared_ptr<void> DesktopNotifications::observeClicks(ClickObserver observer
     return state->clickObservers.add(std::move(observer));
 }
 
+std::optional<std::string> postAndWait(const UserNotice &notice) {
+    constexpr int timeout = 2000;
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    const auto call = [&bus](const char *method, const QVariantList &parameters) {
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(server, path, server, QLatin1StringView(method));
+        message.setArguments(parameters);
+        return bus.call(message, QDBus::Block, timeout);
+    };
+    const QDBusReply<QStringList> capabilities(call("GetCapabilities", {}));
+    if (!capabilities.isValid())
+        return capabilities.error().message().toStdString();
+    QStringList withoutActions = capabilities.value();
+    withoutActions.removeAll(QStringLiteral("actions"));
+    const QDBusReply<uint> id(call("Notify", arguments(notice, withoutActions)));
+    return id.isValid() ? std::nullopt : std::optional{id.error().message().toStdString()};
+}
+
 std::unique_ptr<UserNotifications> makeUserNotifications() {
     return std::make_unique<DesktopNotifications>();
 }

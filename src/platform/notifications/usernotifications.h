@@ -53,4 +53,8 @@ class UserNotifications {
 /// The desktop's notices.
 [[nodiscard]] std::unique_ptr<UserNotifications> makeUserNotifications();
 
+/// Shows a notice that does nothing when it is clicked, for a process that is about to end. Blocks
+/// until the system has it, at most for a few seconds. Returns an error message; absent on success.
+[[nodiscard]] std::optional<std::string> postAndWait(const UserNotice &notice);
+
 } // namespace ellwynd

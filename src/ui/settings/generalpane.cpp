@@ -87,7 +87,8 @@ GeneralPane::GeneralPane(UserDefaults &defaults, const Appearance &appearance)
     updates->setAccessibleName(updates->text());
     if (QSystemTrayIcon::isSystemTrayAvailable())
         keepRunning->setToolTip(QStringLiteral(
-            "Notices and widgets go on, and an item in the status area opens the window"));
+            "Notices and widgets go on. An item in the status area opens the window, and so does "
+            "starting Ellwynd again"));
     else
         addNote(QStringLiteral(
             "Your desktop shows no status items, so Ellwynd ends when its window is closed."));

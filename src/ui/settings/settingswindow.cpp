@@ -53,9 +53,7 @@ SettingsWindow::SettingsWindow(
     addPage(
         QStringLiteral("Notifications"),
         new NotificationsPane(defaults, notifications, appearance));
-    addPage(
-        QStringLiteral("Widgets"),
-        new WidgetsPane(defaults, appearance, &WidgetsPane::startDetached));
+    addPage(QStringLiteral("Widgets"), new WidgetsPane(defaults, appearance));
     addPage(QStringLiteral("Privacy"), new PrivacyPane(defaults, stores, undo, appearance));
     addPage(QStringLiteral("Sync"), new SyncPane(defaults, syncService, appearance));
     pages->setCurrentRow(general);

@@ -1,6 +1,7 @@
 // Settings ▸ Widgets.
 #pragma once
 
+#include "platform/session/widgetservice.h"
 #include "ui/settings/settingspane.h"
 
 #include <functional>
@@ -14,12 +15,18 @@ class WidgetsPane : public SettingsPane {
     Q_OBJECT
 
   public:
-    /// Starts a program by its path as a detached process; false on failure.
-    using Start = std::function<bool(const QString &program)>;
+    /// The process of the widgets.
+    struct Process {
+        /// Asks the running widgets to come to the front.
+        std::function<void(std::function<void(widgetService::Answer)> answered)> show =
+            widgetService::show;
+        /// Starts them by their program's path. Returns an error message; absent on success.
+        std::function<std::optional<std::string>(const QString &program)> start = startInFront;
+    };
 
-    WidgetsPane(UserDefaults &defaults, const Appearance &appearance, Start start);
-
-    [[nodiscard]] static bool startDetached(const QString &program);
+    WidgetsPane(UserDefaults &defaults, const Appearance &appearance, Process process);
+    WidgetsPane(UserDefaults &defaults, const Appearance &appearance)
+        : WidgetsPane(defaults, appearance, Process()) {}
 
   protected:
     void showPreferences() override;
@@ -27,14 +34,16 @@ class WidgetsPane : public SettingsPane {
     void showEvent(QShowEvent *event) override;
 
   private:
+    static std::optional<std::string> startInFront(const QString &program);
     void showWidgets();
+    void widgetsDidAnswer(widgetService::Answer answer);
     void setAutostart(bool on);
-    void showFailure(const QString &what);
+    void showResult(const QString &what, bool failed);
 
-    Start start;
+    Process process;
     QCheckBox *hideNames;
     QCheckBox *withSession;
-    QLabel *failure;
+    QLabel *result;
 };
 
 } // namespace ellwynd

@@ -194,6 +194,16 @@ struct PassTest : testing::Test {
         ASSERT_TRUE(test::until([&] { return passes.size() > before; }));
     }
 
+    /// Whether the widget files contain names of courses; of both or of neither.
+    [[nodiscard]] bool filesHaveNames() const {
+        const auto hasNames = [this](const char *file) {
+            return core.folder.read(file).find("name") != std::string::npos;
+        };
+        const bool has = hasNames("widgets/WidgetSnapshotV2.json");
+        EXPECT_EQ(hasNames("widgets/WidgetSnapshot.json"), has);
+        return has;
+    }
+
     [[nodiscard]] std::string widgets() const {
         return core.folder.read("widgets/WidgetSnapshotV2.json");
     }
@@ -225,8 +235,31 @@ TEST_F(PassTest, ScoresTheNearbyTermsAndWritesTheirCounts) {
 
     core.defaults.set(preferences::widgetsHideCourseNames, true);
     pass();
-    EXPECT_EQ(widgets().find("name"), std::string::npos);
-    EXPECT_EQ(core.folder.read("widgets/WidgetSnapshot.json").find("name"), std::string::npos);
+    EXPECT_FALSE(filesHaveNames());
+}
+
+TEST_F(PassTest, CourseNamesAreHiddenAndShownAtOnce) {
+    pass();
+    const std::string named = widgets();
+    EXPECT_TRUE(filesHaveNames());
+    core.defaults.set(preferences::widgetsHideCourseNames, true);
+    EXPECT_FALSE(filesHaveNames());
+    EXPECT_EQ(decodeWidgetSnapshotFile(widgets())->updatedAt, noon);
+    EXPECT_EQ(core.widgetReloads, 2);
+    core.defaults.set(preferences::widgetsHideCourseNames, false);
+    EXPECT_EQ(widgets(), named);
+
+    // The teacher's widgets do not follow the sample college.
+    core.defaults.set(preferences::sampleData, true);
+    core.defaults.set(preferences::widgetsHideCourseNames, true);
+    EXPECT_EQ(widgets(), named);
+    core.defaults.remove(preferences::sampleData.name);
+    // The preference was changed while the program was not running.
+    const MainWindowController next(
+        core.defaults, core.connector, core.stores, core.trends, core.sinks, test::noonClock);
+    EXPECT_FALSE(filesHaveNames());
+    core.defaults.set(preferences::widgetsHideCourseNames, false);
+    EXPECT_TRUE(filesHaveNames()) << "by the controller that has the courses";
 }
 
 TEST_F(PassTest, TheChosenTermIsScoredFirst) {

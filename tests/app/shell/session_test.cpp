@@ -3,12 +3,14 @@
 #include "app/shell/appdelegate.h"
 #include "app/updates/updater.h"
 #include "platform/linux/sessionbusservice.h"
+#include "platform/session/detachedprogram.h"
 #include "support/core.h"
 #include "support/instants.h"
 #include "support/logcapture.h"
 #include "support/until.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusVirtualObject>
 #include <QProcess>
 
 #include <gmock/gmock.h>
@@ -180,6 +182,66 @@ TEST(Session, AnInstanceThatDoesNotAnswerIsReported) {
     EXPECT_THAT(second.errors(), HasSubstr("does not answer"));
 }
 
+/// An object on a bus connection of its own, which answers calls as the test says.
+class ScriptedObject : public QDBusVirtualObject {
+  public:
+    /// Returns the arguments of the answer; absent if there is none.
+    using Answer = std::function<std::optional<QVariantList>(const QDBusMessage &)>;
+
+    ScriptedObject(const QString &service, const QString &path, Answer answer)
+        : answer(std::move(answer)),
+          path(path),
+          bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, service)) {
+        EXPECT_TRUE(bus.registerVirtualObject(path, this) && bus.registerService(service));
+    }
+    ~ScriptedObject() override {
+        bus.unregisterObject(path);
+        QDBusConnection::disconnectFromBus(bus.name());
+    }
+
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &from) override {
+        if (const auto arguments = answer(message))
+            from.send(message.createReply(*arguments));
+        return true;
+    }
+
+  private:
+    Answer answer;
+    QString path;
+    QDBusConnection bus;
+};
+
+TEST(Session, AHungInstanceIsReportedInANotice) {
+    for (const bool serverHangs : {false, true}) {
+        const ScriptedObject hung(
+            name, QStringLiteral("/com/varnok/Ellwynd"),
+            [](const QDBusMessage &) { return std::nullopt; });
+        std::vector<QVariantList> notices;
+        const ScriptedObject server(
+            QStringLiteral("org.freedesktop.Notifications"),
+            QStringLiteral("/org/freedesktop/Notifications"),
+            [&](const QDBusMessage &call) -> std::optional<QVariantList> {
+                if (serverHangs)
+                    return std::nullopt;
+                if (call.member() == QStringLiteral("GetCapabilities"))
+                    return QVariantList{
+                        QStringList{QStringLiteral("body"), QStringLiteral("actions")}};
+                notices.push_back(call.arguments());
+                return QVariantList{1U};
+            });
+        Program second({});
+        EXPECT_EQ(second.status(), 1) << second.errors();
+        EXPECT_THAT(second.errors(), HasSubstr("does not answer"));
+        ASSERT_EQ(notices.size(), serverHangs ? 0U : 1U);
+        if (serverHangs)
+            continue;
+        EXPECT_EQ(notices[0][3].toString(), QStringLiteral("Ellwynd does not answer"));
+        EXPECT_NE(notices[0][4].toString(), QString());
+        EXPECT_EQ(notices[0][5].toStringList(), QStringList()) << "nothing to click";
+    }
+}
+
 TEST(Session, ANameWithoutTheObjectIsReported) {
     QDBusConnection bus = QDBusConnection::sessionBus();
     ASSERT_TRUE(bus.registerService(name));
@@ -346,7 +408,7 @@ TEST(Session, SwitchingSampleModeReleasesTheNameAndRelaunches) {
 TEST(Session, AMissingExecutableIsReported) {
     const auto failure = startDetached(QStringLiteral("/nonexistent/ellwynd"));
     ASSERT_TRUE(failure);
-    EXPECT_NE(*failure, "");
+    EXPECT_THAT(*failure, testing::StartsWith("/nonexistent/ellwynd could not be started: "));
     EXPECT_EQ(startDetached(QStringLiteral("/bin/true")), std::nullopt);
 }
 

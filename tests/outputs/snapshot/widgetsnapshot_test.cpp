@@ -128,6 +128,21 @@ TEST_F(WidgetSnapshotTest, ClearingDeletesBothFiles) {
     EXPECT_EQ(reloads, 4);
 }
 
+TEST_F(WidgetSnapshotTest, HidingNamesDeletesWhatIsNoSnapshot) {
+    writer.hideNames();
+    EXPECT_EQ(reloads, 0) << "without any files";
+    writer.write(test::twoTerms());
+    files::replace(container / "WidgetSnapshotV2.json", "[\"Bio\"]");
+    writer.hideNames();
+    EXPECT_TRUE(std::filesystem::is_empty(container));
+
+    // What cannot be read is kept, and reported.
+    std::filesystem::create_symlink("WidgetSnapshotV2.json", container / "WidgetSnapshotV2.json");
+    writer.hideNames();
+    EXPECT_THAT(logged().back(), StartsWith("error widgets: Widget snapshot failed: "));
+    EXPECT_FALSE(std::filesystem::is_empty(container));
+}
+
 TEST_F(WidgetSnapshotTest, FailuresLeaveThePreviousFiles) {
     writer.write(test::twoTerms());
     const std::string before = text("WidgetSnapshotV2.json");

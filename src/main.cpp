@@ -13,6 +13,7 @@
 #include "platform/session/activation.h"
 #include "platform/session/applicationservice.h"
 #include "platform/session/detachedprogram.h"
+#include "platform/session/statusarea.h"
 #include "platform/session/widgettimelines.h"
 #include "preferences/launcharguments.h"
 #include "preferences/userdefaults.h"
@@ -31,6 +32,8 @@ namespace {
 using namespace ellwynd;
 
 constexpr Log logger{"settings"};
+/// How long the desktop may take at login to show status items.
+constexpr std::chrono::seconds statusAreaTime{10};
 
 constexpr std::string_view usage = "Usage: ellwynd [-Key value]... [LINK]\n\n"
                                    "Shows which students of your Canvas courses need attention.\n\n"
@@ -87,6 +90,13 @@ ApplicationEnvironment environment(PreferenceMap launchArguments) {
         }};
 }
 
+/// Whether the program starts without its window, if there is a status area.
+bool startsInBackground(const PreferenceMap &launchArguments) {
+    const UserDefaults defaults(directories::config() / "Preferences.json", launchArguments);
+    return defaults.value(preferences::keepRunningInBackground) &&
+        defaults.value(preferences::startInBackground);
+}
+
 /// The teacher who starts the program from a menu does not see standard error.
 void reportUnanswered() {
     fmt::print(stderr, "ellwynd: Ellwynd is running already, but does not answer.\n");
@@ -119,6 +129,8 @@ int run(int argc, char **argv) {
     if (!links)
         return 2;
 
+    if (links->isEmpty() && startsInBackground(arguments.domain))
+        waitForStatusArea(statusAreaTime);
     const auto service = makeApplicationService();
     switch (service->start(*links, activationToken)) {
     case ApplicationService::Outcome::first:

@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QLockFile>
+#include <QStandardPaths>
 #include <QStyleFactory>
 #include <QUrl>
 
@@ -40,10 +41,19 @@ constexpr std::string_view usage =
 std::optional<std::string> openProgram(const QString &link) {
     const QString program = QApplication::applicationDirPath() + QStringLiteral("/ellwynd");
     const QStringList links = link.isEmpty() ? QStringList() : QStringList(link);
-    const auto failure = startDetached(program, links);
-    if (failure && !link.isEmpty() && QDesktopServices::openUrl(QUrl(link)))
+    const auto openLink = [&link] {
+        return !link.isEmpty() && QDesktopServices::openUrl(QUrl(link));
+    };
+    // On Wayland a window comes to the front only with a token, which Qt passes on with a link.
+    const bool isInstalled =
+        !QStandardPaths::locate(
+             QStandardPaths::ApplicationsLocation, QStringLiteral("com.varnok.Ellwynd.desktop"))
+             .isEmpty();
+    const bool isWayland = QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+    if (isInstalled && isWayland && openLink())
         return std::nullopt;
-    return failure;
+    const auto failure = startDetached(program, links);
+    return failure && openLink() ? std::nullopt : failure;
 }
 
 /// Asks the widgets that are running to come to the front, and reports what they answered.

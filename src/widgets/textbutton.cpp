@@ -29,7 +29,7 @@ void TextButton::paintEvent(QPaintEvent *) {
     if ((flags & Qt::TextWordWrap) != 0)
         painter.drawText(rect(), flags, shown);
     else
-        drawElided(painter, rect(), Qt::Alignment(flags), shown);
+        drawElided(painter, rect(), flags, shown);
     if (hasFocus()) {
         drawFocusRing(
             painter, QRectF(rect()).adjusted(1, 1, -1, -1), visualStyle.px(7),

@@ -216,18 +216,37 @@ void WidgetWindow::arrange() {
         before = rowPool[i];
     }
     setTabOrder(before, more);
+    cutCorners();
     QPalette colors = asOf->palette();
     colors.setColor(QPalette::WindowText, visualStyle.theme.secondaryText);
     asOf->setPalette(colors);
 }
 
+QPainterPath WidgetWindow::outline(double inset) const {
+    QPainterPath path;
+    path.addRoundedRect(
+        QRectF(rect()).adjusted(inset, inset, -inset, -inset), visualStyle.px(14),
+        visualStyle.px(14));
+    return path;
+}
+
+/// Gives the window itself round corners where it cannot be transparent.
+void WidgetWindow::cutCorners() {
+    if (layer.isComposited())
+        clearMask();
+    else
+        setMask(QRegion(outline(0).toFillPolygon().toPolygon()));
+}
+
 void WidgetWindow::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    if (!mask().isEmpty())
+        painter.fillRect(rect(), visualStyle.theme.outline);
     painter.setPen(visualStyle.theme.outline);
     painter.setBrush(visualStyle.theme.window);
-    painter.drawRoundedRect(
-        QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), visualStyle.px(14), visualStyle.px(14));
+    // The middle of a line of one pixel.
+    painter.drawPath(outline(0.5));
     if (const auto line = cardLayout().separator(); line && shown.message.empty()) {
         painter.setPen(visualStyle.theme.separator);
         painter.drawLine(*line);

@@ -8,6 +8,7 @@
 
 #include <QLabel>
 #include <QMenu>
+#include <QPainterPath>
 
 namespace ellwynd {
 
@@ -81,6 +82,8 @@ class WidgetWindow : public QWidget {
     void storePlace();
     [[nodiscard]] CourseIcon tileIcon(const WidgetRow &row) const;
     void arrange();
+    void cutCorners();
+    [[nodiscard]] QPainterPath outline(double inset) const;
     void setTerm(const std::optional<std::int64_t> &termID);
     void setSize(WidgetSize size);
 

@@ -1,6 +1,7 @@
 // The item in the status area, on a private session bus and an X11 display with a window manager.
 #include "app/mainwindowcontroller.h"
 #include "application.h"
+#include "platform/session/statusarea.h"
 #include "support/loneservice.h"
 #include "support/memorynotifications.h"
 #include "support/memorysecrets.h"
@@ -240,6 +241,15 @@ TEST_F(StatusItemTest, ThePanelOpensRefreshesAndQuitsAHiddenProgram) {
     QObject::connect(&bound, &QTimer::timeout, qApp, [] { QCoreApplication::exit(1); });
     bound.start(std::chrono::seconds(10));
     EXPECT_EQ(QApplication::exec(), 0) << "it did not quit";
+}
+
+TEST(StatusAreaTest, IsWaitedForAtLogin) {
+    EXPECT_FALSE(waitForStatusArea(std::chrono::milliseconds(0)));
+    std::optional<StatusArea> area;
+    QTimer::singleShot(0, qApp, [&area] { area.emplace(); });
+    EXPECT_TRUE(waitForStatusArea(std::chrono::seconds(10)));
+    EXPECT_TRUE(area);
+    EXPECT_TRUE(waitForStatusArea(std::chrono::seconds(10))) << "at once";
 }
 
 } // namespace

@@ -2,16 +2,13 @@
 #include "support/accessibility.h"
 #include "support/snapshots.h"
 #include "support/temporaryfolder.h"
-#include "widgets/cardplaces.h"
 #include "widgets/courserow.h"
 #include "widgets/summaryview.h"
 #include "widgets/termbutton.h"
 #include "widgets/textbutton.h"
 #include "widgets/widgetboard.h"
-#include "widgets/windowdrag.h"
 
 #include <QApplication>
-#include <QPushButton>
 #include <QScreen>
 #include <QTest>
 #include <qtestspontaneevent.h>
@@ -210,33 +207,6 @@ TEST_F(WidgetsTest, ACardOfAnAbsentScreenReturnsToIt) {
     }
 }
 
-TEST(CardPlaces, AreOnConnectedScreens) {
-    const ScreenArea main{{0, 0, 1000, 800}, {0, 30, 1000, 770}};
-    const ScreenArea right{{1000, 0, 600, 400}, {1000, 0, 600, 400}};
-    const QSize card(452, 450);
-    struct Row {
-        const char *what;
-        std::optional<QPoint> saved;
-        std::vector<ScreenArea> screens;
-        QRect frame;
-    };
-    const Row rows[] = {
-        {"never placed", std::nullopt, {main}, {0, 30, 452, 450}},
-        {"on the screen", QPoint(100, 100), {main}, {100, 100, 452, 450}},
-        {"dragged partly over the edge", QPoint(700, 400), {main}, {700, 400, 452, 450}},
-        {"on the right one, which is smaller",
-         QPoint(1020, 20),
-         {main, right},
-         {1020, 20, 452, 400}},
-        {"the right one is away", QPoint(1020, 20), {main}, {548, 30, 452, 450}},
-        {"below all", QPoint(100, 5000), {main, right}, {100, 350, 452, 450}},
-        {"above the right one", QPoint(1200, -900), {main, right}, {1148, 0, 452, 400}},
-        {"far left of a small one", QPoint(-9000, 0), {right}, {1000, 0, 452, 400}},
-    };
-    for (const Row &row : rows)
-        EXPECT_EQ(shownFrame(row.saved, card, row.screens), row.frame) << row.what;
-}
-
 TEST_F(WidgetsTest, TheFileMayBeReplacedRemovedAndMoved) {
     const auto shows = [this](const std::vector<std::string> &expected) {
         return QTest::qWaitFor([&] { return courses(window()) == expected; });
@@ -332,36 +302,6 @@ TEST_F(WidgetsTest, DraggingMovesTheCardWithoutAClick) {
     EXPECT_EQ(window().placed().place, window().pos());
     QTest::mouseClick(&row, Qt::LeftButton);
     EXPECT_EQ(opened.size(), 1U) << "and a click is a click again";
-}
-
-TEST_F(WidgetsTest, ADragThatTheWindowSystemMovesDoesNotClick) {
-    QWidget card;
-    QPushButton button(&card);
-    int moves = 0;
-    int clicks = 0;
-    QObject::connect(&button, &QPushButton::clicked, [&clicks] { ++clicks; });
-    WindowDrag drag(card, [&moves](QWidget &) {
-        ++moves;
-        return true;
-    });
-    drag.addHandle(button);
-    card.resize(200, 100);
-    card.show();
-    // X11 reports a move over the button and the release after the window was moved.
-    const QPoint grip = button.rect().center();
-    for (int i = 1; i <= 3; ++i) {
-        QTest::mousePress(&button, Qt::LeftButton, {}, grip);
-        for (const int distance : {30, 60, 1})
-            QTest::mouseMove(&button, grip + QPoint(distance, 0));
-        QTest::mouseRelease(&button, Qt::LeftButton, {}, grip);
-        EXPECT_EQ(moves, i);
-        EXPECT_EQ(clicks, 0);
-    }
-    // A window system that keeps the release for itself does not take the next click.
-    QTest::mousePress(&button, Qt::LeftButton, {}, grip);
-    QTest::mouseMove(&button, grip + QPoint(60, 0));
-    QTest::mouseClick(&button, Qt::LeftButton, {}, grip);
-    EXPECT_EQ(clicks, 1);
 }
 
 TEST_F(WidgetsTest, OnlyRemovingAWidgetForgetsIt) {
@@ -471,32 +411,6 @@ TEST_F(WidgetsTest, FilesThatAreUnavailableAreKept) {
     std::filesystem::remove(file);
     source.check();
     EXPECT_EQ(source.snapshot(), std::nullopt);
-}
-
-TEST(PlacedWidgets, InvalidFilesAndEntriesAreIgnored) {
-    const test::TemporaryFolder folder;
-    const PlacedWidget small{.size = WidgetSize::small};
-    const PlacedWidget large{.size = WidgetSize::large, .termID = -5, .place = QPoint(-20, 30)};
-    const std::pair<std::string, std::vector<PlacedWidget>> rows[] = {
-        {"", {}},
-        {"{\"widgets\":[", {}},
-        {"[1]", {}},
-        {R"({"widgets":{"size":"small"}})", {}},
-        {R"({"widgets":[{"size":"huge"},{"size":3},5,{"size":"small"}]})", {small}},
-        {R"({"widgets":[{"size":"small","term":"1","x":1e300,"y":2}]})", {small}},
-        {R"({"widgets":[{"size":"small","x":99999999,"y":2}]})", {small}},
-        {R"({"widgets":[{"size":"large","term":-5,"x":-20,"y":30}]})", {large}},
-        {std::string(70'000, ' ') + R"({"widgets":[{"size":"small"}]})", {}},
-    };
-    for (const auto &[text, widgets] : rows)
-        EXPECT_EQ(readPlacedWidgets(folder.write("Widgets.json", text)), widgets) << text;
-    EXPECT_THAT(readPlacedWidgets(folder.path() / "none.json"), IsEmpty());
-
-    std::filesystem::create_symlink("loop.json", folder.path() / "loop.json");
-    EXPECT_THROW((void)readPlacedWidgets(folder.path() / "loop.json"), FileUnavailable);
-
-    savePlacedWidgets(folder.path() / "Widgets.json", {40, large});
-    EXPECT_EQ(readPlacedWidgets(folder.path() / "Widgets.json").size(), 32U);
 }
 
 } // namespace

@@ -189,6 +189,19 @@ TEST_F(X11DesktopTest, CardsComeToTheFrontUntilAnotherWindowIsUsed) {
         EXPECT_TRUE(QTest::qWaitFor([&] { return server.isInFront(other, idOf(*each)); }));
 }
 
+TEST_F(X11DesktopTest, CornersAreCutWithoutACompositor) {
+    EXPECT_FALSE(card(0).mask().contains(QPoint(0, 0)));
+    EXPECT_TRUE(card(0).mask().contains(card(0).rect().center()));
+    EXPECT_EQ(card(0).mask().boundingRect(), card(0).rect());
+    xcb_set_selection_owner(
+        program->connection, other, server.atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
+    xcb_flush(program->connection);
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        board->refresh();
+        return card(0).mask().isEmpty();
+    }));
+}
+
 TEST_F(X11DesktopTest, TheWindowManagerMayCloseACard) {
     expectOnDesktop(card(0));
     server.request(idOf(card(0)), "_NET_CLOSE_WINDOW", 0);

@@ -35,6 +35,10 @@ class DesktopLayer : public QObject {
     /// move under the pointer's coordinates.
     [[nodiscard]] virtual bool movesOnRelease() const { return false; }
 
+    /// Whether windows are drawn with transparency. Otherwise what a window leaves unpainted is
+    /// black. It may change at any time.
+    [[nodiscard]] virtual bool isComposited() const { return true; }
+
     /// Puts a shown card in front of other windows, or behind them again. Called for all cards
     /// alike. Returns false where the window
     /// system does not let a program do so.

@@ -21,7 +21,7 @@ constexpr std::uint32_t allDesktops = 0xffffffff;
 constexpr std::uint32_t fromUser = 2;
 
 /// The names of X11Desktop::Atom, in its order.
-constexpr std::array<std::string_view, 8> atomNames{
+constexpr std::array<std::string_view, 9> atomNames{
     "_NET_WM_STATE",
     "_NET_WM_STATE_BELOW",
     "_NET_WM_STATE_STICKY",
@@ -29,7 +29,8 @@ constexpr std::array<std::string_view, 8> atomNames{
     "_NET_WM_STATE_SKIP_PAGER",
     "_NET_WM_DESKTOP",
     "_NET_ACTIVE_WINDOW",
-    "_NET_SHOWING_DESKTOP"};
+    "_NET_SHOWING_DESKTOP",
+    "_NET_WM_CM_S0"};
 
 template<class Reply>
 using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
@@ -79,6 +80,14 @@ void X11Desktop::didShow(QWidget &card) {
     setState(card, true, skipTaskbar, atoms[skipPager]);
     setState(card, !cardsAreInFront, below);
     request(card, desktop, {allDesktops, fromUser});
+}
+
+bool X11Desktop::isComposited() const {
+    const Owned<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(
+            connection, xcb_get_selection_owner(connection, atoms[compositor]), nullptr),
+        &std::free);
+    return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
 bool X11Desktop::setInFront(QWidget &card, bool inFront) {

@@ -24,10 +24,21 @@ class X11Desktop final : public DesktopLayer, private QAbstractNativeEventFilter
 
     void prepare(QWidget &card) override;
     void didShow(QWidget &card) override;
+    [[nodiscard]] bool isComposited() const override;
     bool setInFront(QWidget &card, bool inFront) override;
 
   private:
-    enum Atom { state, below, sticky, skipTaskbar, skipPager, desktop, active, showingDesktop };
+    enum Atom {
+        state,
+        below,
+        sticky,
+        skipTaskbar,
+        skipPager,
+        desktop,
+        active,
+        showingDesktop,
+        compositor
+    };
 
     bool nativeEventFilter(const QByteArray &type, void *message, qintptr *result) override;
     /// Asks the window manager to change a shown window.
@@ -37,7 +48,7 @@ class X11Desktop final : public DesktopLayer, private QAbstractNativeEventFilter
 
     xcb_connection_t *connection;
     std::uint32_t root;
-    std::array<std::uint32_t, 8> atoms{};
+    std::array<std::uint32_t, 9> atoms{};
     bool isDesktopShown = false;
     bool cardsAreInFront = false;
 };

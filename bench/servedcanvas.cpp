@@ -5,7 +5,9 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <fstream>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace ellwynd::bench {
 
@@ -36,7 +38,8 @@ ServedCanvas::ServedCanvas(const ServedShape &shape) {
     server.start(
         QStringLiteral(ELLWYND_FAKE_CANVAS),
         {option("courses", shape.courses), option("students", shape.students),
-         option("assignments", shape.assignments), option("latency", shape.latency.count())});
+         option("assignments", shape.assignments), option("latency", shape.latency.count()),
+         option("new-students", shape.newStudents), option("seconds", shape.lifetime.count())});
     const auto line = [this] {
         while (!server.canReadLine()) {
             if (!server.waitForReadyRead())
@@ -51,6 +54,13 @@ ServedCanvas::ServedCanvas(const ServedShape &shape) {
 ServedCanvas::~ServedCanvas() {
     server.closeWriteChannel();
     server.waitForFinished();
+}
+
+double residentMemory() {
+    std::int64_t pages = 0;
+    std::int64_t resident = 0;
+    std::ifstream("/proc/self/statm") >> pages >> resident;
+    return double(resident) * double(sysconf(_SC_PAGESIZE));
 }
 
 double peakResidentMemory() {

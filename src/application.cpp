@@ -36,7 +36,8 @@ struct Application::Objects {
           tokens(environment.secrets),
           connector(defaults, tokens, session, environment.clock),
           connection(defaults, tokens, session),
-          stores(defaults, environment.data, environment.clock),
+          stores(
+              defaults, environment.data, environment.clock, RosterHistory::Saving::inBackground),
           sync(defaults, trends, environment.state / "SyncedSettings.json"),
           notices(defaults, *environment.notifications, isActive),
           widgets(environment.widgetContainer, environment.reloadWidgets),

@@ -294,9 +294,12 @@ void MainWindow::connectViews() {
 }
 
 void MainWindow::updateActions() {
+    updateActionsFor(selectedStudents());
+}
+
+void MainWindow::updateActionsFor(const std::vector<RiskRow> &selected) {
     const RosterView &roster = controller.roster();
     const bool shown = roster.state == RosterView::State::shown;
-    const std::vector<RiskRow> selected = selectedStudents();
     details->setContactsEnabled(stores.contacts.isEnabled());
     menus->update({
         .rosterPane = showsRoster(roster),
@@ -321,7 +324,10 @@ void MainWindow::showSelection() {
     details->show(
         selected, one ? controller.studentHistory(selected.front()) : StudentHistory{},
         one ? SelectionSummary{} : selectionSummary(selected, controller.roster()));
-    updateActions();
+    if (middle->currentWidget() == dashboardPane)
+        updateActions();
+    else
+        updateActionsFor(selected);
     if (settingsWindow != nullptr)
         settingsWindow->refreshPreview();
 }

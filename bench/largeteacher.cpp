@@ -10,6 +10,7 @@
 // simulated time apart.
 #include "app/mainwindowcontroller.h"
 #include "application.h"
+#include "base/heap.h"
 #include "base/log.h"
 #include "canvas/tokenstore.h"
 #include "measuredapplication.h"
@@ -85,7 +86,7 @@ struct Teacher {
                 }
             }
         }
-        std::ofstream(home / "RosterHistory.json") << encodeHistory(entries);
+        std::ofstream(home / "RosterHistory.json") << encodeHistory(visitsOf(entries));
         constexpr int contacts = 2000;
         std::ofstream log(home / "ContactLog.json");
         for (int i = 0; i < contacts; ++i) {
@@ -249,11 +250,9 @@ class Measurement {
         } else {
             fmt::print("Find did not open\n");
         }
-        phase("a contact, dashboard shown", [&] {
-            const RiskRow row = controller().roster().rows.at(2);
-            controller().select(DashboardSelection{});
-            controller().actions().markContacted({row});
-        });
+        const RiskRow row = controller().roster().rows.at(2);
+        phase("back to the dashboard", [&] { controller().select(DashboardSelection{}); });
+        phase("a contact, dashboard shown", [&] { controller().actions().markContacted({row}); });
     }
 
     int passesEnded = 0;
@@ -282,6 +281,7 @@ class Measurement {
 } // namespace
 
 int main(int argc, char **argv) {
+    returnLargeBlocks();
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QTemporaryDir folder;
     qputenv("XDG_RUNTIME_DIR", folder.path().toLocal8Bit());

@@ -42,7 +42,8 @@ ServedCanvas::ServedCanvas(const ServedShape &shape) {
          option("new-students", shape.newStudents), option("seconds", shape.lifetime.count())});
     const auto line = [this] {
         while (!server.canReadLine()) {
-            if (!server.waitForReadyRead())
+            constexpr int limit = 300'000;
+            if (!server.waitForReadyRead(limit))
                 throw std::runtime_error("the fake Canvas did not start");
         }
         return server.readLine().trimmed().toStdString();

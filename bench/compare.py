@@ -174,7 +174,11 @@ def table(head, rows):
 
 
 def main():
-    rows = compare_passes() + compare_decoding() + compare_startup() + simple_rows()
+    rows = []
+    for measure in (compare_startup, compare_decoding, simple_rows, compare_passes):
+        for row in measure():
+            print(*row.cells(), sep=" | ", file=sys.stderr, flush=True)
+            rows.append(row)
     phases, memory = large_teacher()
     rows.append(memory)
     growth = run(BENCHES / "growth_bench").rstrip()

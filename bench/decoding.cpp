@@ -74,7 +74,8 @@ void handWrittenLoop(benchmark::State &state) {
         decoded.reserve(list.size());
         for (const dom::element item : list) {
             ellwynd::SubmissionSummary &record = decoded.emplace_back();
-            for (const auto [key, value] : item.get_object().value()) {
+            const dom::object object = item.get_object().value();
+            for (const auto [key, value] : object) {
                 if (key == "user_id")
                     record.userID = value.get_int64().value();
                 else if (key == "assignment_id")

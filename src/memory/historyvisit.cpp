@@ -17,10 +17,12 @@ constexpr std::array<std::optional<RiskLevel>, allRiskLevels.size() + 1> knownLe
 
 } // namespace
 
-HistoryVisit::HistoryVisit(std::span<const RosterSnapshot> from)
-    : course(from.front().courseID), instant(from.front().recordedAt), byStudent(from.size()) {
-    entries.reserve(from.size());
-    for (const RosterSnapshot &entry : from) {
+HistoryVisit::HistoryVisit(std::span<const RosterSnapshot> entries)
+    : course(entries.front().courseID),
+      instant(entries.front().recordedAt),
+      byStudent(entries.size()) {
+    this->entries.reserve(entries.size());
+    for (const RosterSnapshot &entry : entries) {
         const auto known =
             std::ranges::find(knownLevels, entry.level, [](std::optional<RiskLevel> level) {
                 return levelName(level);
@@ -32,7 +34,7 @@ HistoryVisit::HistoryVisit(std::span<const RosterSnapshot> from)
             if (other == otherLevels.end())
                 otherLevels.push_back(entry.level);
         }
-        entries.push_back({entry.studentID, entry.missingCount, std::uint32_t(level)});
+        this->entries.push_back({entry.studentID, entry.missingCount, std::uint32_t(level)});
     }
     otherLevels.shrink_to_fit();
     std::iota(byStudent.begin(), byStudent.end(), 0U);

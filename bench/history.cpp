@@ -41,7 +41,7 @@ struct Year {
                 }
             }
         }
-        std::ofstream(home / "RosterHistory.json") << encodeHistory(entries);
+        std::ofstream(home / "RosterHistory.json") << encodeHistory(visitsOf(entries));
     }
 };
 
@@ -49,7 +49,7 @@ void loadYear(benchmark::State &state) {
     Year year(state.range(0));
     for (auto _ : state) {
         const RosterHistory history(year.defaults, year.home, clockToday);
-        benchmark::DoNotOptimize(history.entries().data());
+        benchmark::DoNotOptimize(history.visits().data());
     }
 }
 

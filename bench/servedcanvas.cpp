@@ -5,7 +5,9 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <fstream>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace ellwynd::bench {
 
@@ -36,10 +38,12 @@ ServedCanvas::ServedCanvas(const ServedShape &shape) {
     server.start(
         QStringLiteral(ELLWYND_FAKE_CANVAS),
         {option("courses", shape.courses), option("students", shape.students),
-         option("assignments", shape.assignments), option("latency", shape.latency.count())});
+         option("assignments", shape.assignments), option("latency", shape.latency.count()),
+         option("new-students", shape.newStudents), option("seconds", shape.lifetime.count())});
     const auto line = [this] {
         while (!server.canReadLine()) {
-            if (!server.waitForReadyRead())
+            constexpr int limit = 300'000;
+            if (!server.waitForReadyRead(limit))
                 throw std::runtime_error("the fake Canvas did not start");
         }
         return server.readLine().trimmed().toStdString();
@@ -51,6 +55,13 @@ ServedCanvas::ServedCanvas(const ServedShape &shape) {
 ServedCanvas::~ServedCanvas() {
     server.closeWriteChannel();
     server.waitForFinished();
+}
+
+double residentMemory() {
+    std::int64_t pages = 0;
+    std::int64_t resident = 0;
+    std::ifstream("/proc/self/statm") >> pages >> resident;
+    return double(resident) * double(sysconf(_SC_PAGESIZE));
 }
 
 double peakResidentMemory() {

@@ -14,6 +14,10 @@ struct ServedShape {
     std::int64_t students = 120;
     std::int64_t assignments = 40;
     std::chrono::milliseconds latency{50};
+    /// Students of each course who are not in the course before it.
+    std::int64_t newStudents = 0;
+    /// How long the server runs.
+    std::chrono::seconds lifetime{600};
 
     /// The lower bound of the time to read all courses: each page takes the latency and nothing
     /// else takes time, the pages of a list are sequential, and six requests are in flight.
@@ -37,6 +41,9 @@ class ServedCanvas {
     QProcess server;
     std::string base;
 };
+
+/// The resident memory of this process now, in bytes.
+[[nodiscard]] double residentMemory();
 
 /// The peak resident memory of this process, in bytes.
 [[nodiscard]] double peakResidentMemory();

@@ -1,5 +1,6 @@
-// The time from process start to the first painted card of the sample college's dashboard. This
-// program starts itself repeatedly as the window program, on the offscreen platform.
+// The time from process start to the first painted card of the sample college's dashboard, beside
+// that of an empty window of the same toolkit. This program starts itself repeatedly as either of
+// them, in pairs, on the offscreen platform.
 #include "application.h"
 #include "platform/notifications/usernotifications.h"
 #include "platform/secrets/secretstore.h"
@@ -7,6 +8,7 @@
 #include "ui/dashboard/coursecard.h"
 
 #include <QApplication>
+#include <QMainWindow>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -14,17 +16,19 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
 #include <vector>
 
 namespace {
 
 using namespace ellwynd;
 
-/// Exits the process when the first card is painted.
-class FirstCard : public QObject {
+/// Exits the process when the first widget of a class is painted.
+template<class Painted>
+class FirstPaint : public QObject {
   public:
     bool eventFilter(QObject *object, QEvent *event) override {
-        if (event->type() == QEvent::Paint && qobject_cast<CourseCard *>(object) != nullptr)
+        if (event->type() == QEvent::Paint && qobject_cast<Painted *>(object) != nullptr)
             QMetaObject::invokeMethod(
                 qApp, [] { std::_Exit(0); }, Qt::QueuedConnection);
         return false;
@@ -33,7 +37,7 @@ class FirstCard : public QObject {
 
 int showDashboard(int argc, char **argv) {
     QApplication application(argc, argv);
-    FirstCard firstCard;
+    FirstPaint<CourseCard> firstCard;
     application.installEventFilter(&firstCard);
     const std::filesystem::path home = QString::fromLocal8Bit(argv[1]).toStdString();
     const auto service = makeApplicationService();
@@ -51,30 +55,60 @@ int showDashboard(int argc, char **argv) {
     return QApplication::exec();
 }
 
+int showEmptyWindow(int argc, char **argv) {
+    QApplication application(argc, argv);
+    FirstPaint<QMainWindow> painted;
+    application.installEventFilter(&painted);
+    QMainWindow window;
+    window.resize(1280, 800);
+    window.show();
+    return QApplication::exec();
+}
+
+/// In milliseconds; absent if the program did not start.
+std::optional<double> timeOf(const QString &program, const QStringList &arguments) {
+    const auto begin = std::chrono::steady_clock::now();
+    if (QProcess::execute(program, arguments) != 0)
+        return std::nullopt;
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
+        .count();
+}
+
+void print(const char *what, std::vector<double> figures, const char *unit) {
+    std::ranges::sort(figures);
+    fmt::print(
+        "{}: median {:.2f}{}, lowest {:.2f}, highest {:.2f}, of {}\n", what,
+        figures[figures.size() / 2], unit, figures.front(), figures.back(), figures.size());
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
     if (argc > 1 && argv[1][0] == '/')
-        return showDashboard(argc, argv);
+        return argc > 2 ? showEmptyWindow(argc, argv) : showDashboard(argc, argv);
     const QTemporaryDir home;
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("XDG_RUNTIME_DIR", home.path().toLocal8Bit());
     std::vector<double> starts;
+    std::vector<double> empty;
+    std::vector<double> ratios;
     constexpr int warmUp = 2;
-    constexpr int measured = 10;
+    constexpr int measured = 15;
+    const QString program = QString::fromLocal8Bit(argv[0]);
     for (int run = 0; run < warmUp + measured; ++run) {
-        const auto begin = std::chrono::steady_clock::now();
-        if (QProcess::execute(QString::fromLocal8Bit(argv[0]), {home.path()}) != 0) {
+        const auto start = timeOf(program, {home.path()});
+        const auto window = timeOf(program, {home.path(), QStringLiteral("empty")});
+        if (!start || !window) {
             fmt::print(stderr, "The program did not start.\n");
             return 1;
         }
-        const std::chrono::duration<double, std::milli> spent =
-            std::chrono::steady_clock::now() - begin;
-        if (run >= warmUp)
-            starts.push_back(spent.count());
+        if (run < warmUp)
+            continue;
+        starts.push_back(*start);
+        empty.push_back(*window);
+        ratios.push_back(*start / *window);
     }
-    std::ranges::sort(starts);
-    fmt::print(
-        "startup: median {:.0f} ms of {}, fastest {:.0f}, slowest {:.0f}\n", starts[measured / 2],
-        measured, starts.front(), starts.back());
+    print("startup", starts, " ms");
+    print("empty window", empty, " ms");
+    print("ratio of a pair", ratios, "");
 }

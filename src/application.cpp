@@ -34,14 +34,16 @@ struct Application::Objects {
           defaults(environment.preferencesFile, environment.launchArguments),
           appearance(settings, environment.desktopIsDark),
           tokens(environment.secrets),
-          connector(defaults, tokens, session),
+          connector(defaults, tokens, session, environment.clock),
           connection(defaults, tokens, session),
-          stores(defaults, environment.data),
+          stores(
+              defaults, environment.data, environment.clock, RosterHistory::Saving::inBackground),
           sync(defaults, trends, environment.state / "SyncedSettings.json"),
           notices(defaults, *environment.notifications, isActive),
           widgets(environment.widgetContainer, environment.reloadWidgets),
           controller(
-              defaults, connector, stores, trends, {.widgets = widgets, .notices = &notices}),
+              defaults, connector, stores, trends, {.widgets = widgets, .notices = &notices},
+              environment.clock, environment.elapsed),
           shell(defaults, controller, service, updater, environment.newInstance),
           window(
               controller, defaults, stores, connection, sync, *environment.notifications,

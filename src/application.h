@@ -1,6 +1,8 @@
 // Creates the objects of the program and connects them.
 #pragma once
 
+#include "base/date.h"
+#include "base/elapsedtime.h"
 #include "preferences/preferencevalue.h"
 
 #include <QStringList>
@@ -42,6 +44,9 @@ struct ApplicationEnvironment {
     bool desktopIsDark = false;
     /// The same on a desktop that has no preference.
     bool isDarkWithoutPreference = false;
+    /// The time of day, and the time for ages. Those of the machine unless time is simulated.
+    Clock clock = systemNow;
+    ElapsedClock elapsed = elapsedNow;
     /// Starts a new instance after a switch of the sample mode. Returns an error message; absent on
     /// success.
     std::function<std::optional<std::string>()> newInstance = [] { return std::nullopt; };

@@ -3,6 +3,7 @@
 #include "app/shell/startupcleanup.h"
 #include "application.h"
 #include "base/endprocess.h"
+#include "base/heap.h"
 #include "base/log.h"
 #include "generated/version.h"
 #include "platform/appearance/colorscheme.h"
@@ -157,5 +158,6 @@ int run(int argc, char **argv) {
 } // namespace
 
 int main(int argc, char **argv) {
+    ellwynd::returnLargeBlocks();
     ellwynd::endProcess(run(argc, argv));
 }

@@ -60,9 +60,9 @@ MainWindowController::MainWindowController(
     connect(&rosterController, &RosterController::loadingDidChange, this, &Self::loadingDidChange);
     connect(&rosterController, &RosterController::loadDidEnd, this, &Self::rosterDidLoad);
     connect(
-        &rosterController, &RosterController::courseDidChange, this,
-        [this](const SharedCourse &course) {
-            passController.courseDidChange(course);
+        &rosterController, &RosterController::coursesDidChange, this,
+        [this](const std::vector<SharedCourse> &courses) {
+            passController.coursesDidChange(courses);
             Q_EMIT coursesDidChange();
         });
     connect(&passController, &PassController::courseDidScore, this, [this](std::int64_t courseID) {
@@ -76,7 +76,11 @@ MainWindowController::MainWindowController(
     widgetRefreshTimer.setTimerType(Qt::CoarseTimer);
     widgetRefreshTimer.setInterval(passInterval);
     connect(&widgetRefreshTimer, &QTimer::timeout, this, &Self::timerFired);
+    connect(
+        &rescoring, &CacheRescoring::courseDidRescore, &passController,
+        &PassController::courseDidRescore);
     connect(&rescoring, &CacheRescoring::rescoringDidEnd, this, [this] {
+        rosterController.rescore();
         passController.rescore();
         Q_EMIT rescoringDidEnd();
         Q_EMIT coursesDidChange();
@@ -386,10 +390,11 @@ std::optional<LevelCounts> MainWindowController::levels(std::int64_t courseID) c
 
 // ---- Thresholds --------------------------------------------------------------------------------
 
-/// Rescores the roster on screen immediately and the other cached courses in slices. Nothing is
+/// Rescores the course on screen immediately, and all other cached courses in slices. Nothing is
 /// fetched.
 void MainWindowController::rescoreAll() {
-    rosterController.rescore();
+    if (rosterController.selectedCourses().size() == 1)
+        rosterController.rescore();
     rescoring.start();
 }
 

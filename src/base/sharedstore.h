@@ -7,6 +7,8 @@
 
 #include <chrono>
 #include <functional>
+#include <future>
+#include <utility>
 #include <vector>
 
 namespace ellwynd {
@@ -75,6 +77,11 @@ class StoreFile {
 /// Contents that are written as a whole after each change. Changes that another process has saved
 /// are loaded before a change is applied. A change that cannot be saved is kept in memory, and
 /// saved with the next one or by `saveUnsaved`.
+///
+/// A store with large contents can save in the background instead. A change is then applied to the
+/// contents in memory at once. A thread locks the file, applies the change to what another process
+/// has saved meanwhile, and replaces the file; its result replaces the contents in memory. Changes
+/// made during that are saved together after it. T is then copied for each save.
 template<class T>
 class SharedStore {
   public:
@@ -104,17 +111,39 @@ class SharedStore {
     }
 
     /// Tries once more to save what could not be saved.
-    ~SharedStore() { saveUnsaved(); }
+    ~SharedStore() {
+        finishSaving();
+        post = nullptr;
+        saveUnsaved();
+    }
     SharedStore(const SharedStore &) = delete;
     SharedStore &operator=(const SharedStore &) = delete;
 
-    /// Reads the file. False when it does not exist or cannot be read.
+    /// Calls a function on the thread of this object once its event loop runs; may be called from
+    /// any thread.
+    using Post = std::function<void(std::function<void()>)>;
+    /// Reads and saves in the background from now on, except where the file is removed and at
+    /// destruction.
+    /// @param didSave called on the thread of this object when the contents were replaced by those
+    ///        of the file, and when `isSaved` has changed. The calls end with this object.
+    void workInBackground(Post newPost, std::function<void()> newDidSave) {
+        if (!file)
+            return;
+        post = std::move(newPost);
+        didSave = std::move(newDidSave);
+    }
+
+    /// Reads the file. False when it does not exist, cannot be read, or is read in the background.
     bool open() {
         if (!file)
             return false;
         file->removeOldCopies();
         if (!file->mayExist())
             return false;
+        if (post) {
+            startSaving(Reading::always);
+            return false;
+        }
         const SharedFile::Transaction transaction = file->begin();
         return load();
     }
@@ -123,14 +152,20 @@ class SharedStore {
     /// Changes whenever the contents may have changed.
     [[nodiscard]] std::uint64_t revision() const { return revisionNumber; }
 
-    /// Whether all changes are on the disk; true for contents in memory alone.
-    [[nodiscard]] bool isSaved() const { return unsaved.empty(); }
+    /// Whether all changes are on the disk, or on their way to it after no failure; true for
+    /// contents in memory alone.
+    [[nodiscard]] bool isSaved() const { return unsaved.empty() || (isSaving() && !saveFailed); }
 
     void change(Change change, Change again = {}) {
-        commit(begin(), std::move(change), std::move(again));
+        if (!post)
+            return commit(begin(), std::move(change), std::move(again));
+        apply(change);
+        unsaved.push_back(again ? std::move(again) : std::move(change));
+        startSaving();
     }
 
     [[nodiscard]] Transaction begin() {
+        finishSaving();
         Transaction transaction;
         if (!file)
             return transaction;
@@ -153,9 +188,15 @@ class SharedStore {
     }
 
     /// Tries to save the changes that could not be saved.
-    /// @return whether there were any.
+    /// @return whether there were any, and the attempt has ended.
     bool saveUnsaved() {
-        if (isSaved())
+        if (post) {
+            if (!unsaved.empty())
+                startSaving();
+            return false;
+        }
+        finishSaving();
+        if (unsaved.empty())
             return false;
         const Transaction held = begin();
         if (save())
@@ -165,8 +206,8 @@ class SharedStore {
 
     /// Replaces the contents in memory without saving them.
     void fill(T contents) {
-        current = std::move(contents);
-        ++revisionNumber;
+        finishSaving();
+        replaceContents(std::move(contents));
     }
 
     /// Clears the contents, and removes the file and the copies that were set aside. A file that
@@ -174,15 +215,41 @@ class SharedStore {
     void clear() {
         fill({});
         unsaved.clear();
+        saveFailed = false;
         if (file && !file->remove())
             unsaved.push_back([](T &contents) { contents = {}; });
     }
 
   private:
+    enum class Reading { ifChanged, always };
+    /// What a save in the background did.
+    struct Saved {
+        bool succeeded = false;
+        /// Present if the file was read, or another process had removed it.
+        std::optional<T> merged;
+        /// How many of the unsaved changes it contains.
+        std::size_t changes = 0;
+    };
+
+    void replaceContents(T contents) {
+        current = std::move(contents);
+        ++revisionNumber;
+    }
+
+    /// Absent when there is nothing to read.
+    std::optional<T> read() {
+        std::optional<T> contents;
+        static_cast<void>(
+            file->load([&](std::string_view text) { contents.emplace(codec.decode(text)); }));
+        return contents;
+    }
+
     /// False when there is nothing to read; the contents are then unchanged.
     bool load() {
-        if (!file->load([this](std::string_view text) { fill(codec.decode(text)); }))
+        std::optional<T> contents = read();
+        if (!contents)
             return false;
+        replaceContents(std::move(*contents));
         if (codec.prune && codec.prune(current))
             save();
         return true;
@@ -194,8 +261,76 @@ class SharedStore {
             return load();
         const bool cleared = change == ExternalChange::removed && file->removalClears();
         if (cleared)
-            fill({});
+            replaceContents({});
         return cleared;
+    }
+
+    [[nodiscard]] bool isSaving() const { return saving.valid(); }
+
+    /// Called on a thread of its own, which alone uses the file until `finishSaving`.
+    Saved saveElsewhere(T contents, const std::vector<Change> &changes, Reading reading) {
+        Saved result{.changes = changes.size()};
+        const SharedFile::Transaction held = file->begin();
+        if (reading == Reading::always || held.externalChange == ExternalChange::replaced)
+            result.merged = read();
+        else if (held.externalChange == ExternalChange::removed && file->removalClears())
+            result.merged.emplace();
+        bool isChanged = !changes.empty();
+        if (result.merged) {
+            isChanged = (codec.prune && codec.prune(*result.merged)) || isChanged;
+            for (const Change &change : changes)
+                change(*result.merged);
+        }
+        if (!isChanged) {
+            result.succeeded = true;
+            return result;
+        }
+        const T &newest = result.merged ? *result.merged : contents;
+        result.succeeded = file->save([&] { return codec.encode(newest); });
+        return result;
+    }
+
+    /// Unless a save is under way; the changes since its start are saved after it.
+    void startSaving(Reading reading = Reading::ifChanged) {
+        if (isSaving())
+            return;
+        saving = std::async(
+            std::launch::async, [this, reading, contents = current, changes = unsaved]() mutable {
+                Saved result = saveElsewhere(std::move(contents), changes, reading);
+                post([this] { savingDidEnd(); });
+                return result;
+            });
+    }
+
+    /// Waits for a save in the background, if there is one.
+    /// @return whether observers have to be told.
+    bool finishSaving() {
+        if (!isSaving())
+            return false;
+        Saved result = saving.get();
+        const bool failedBefore = std::exchange(saveFailed, !result.succeeded);
+        if (result.succeeded)
+            unsaved.erase(unsaved.begin(), unsaved.begin() + std::ptrdiff_t(result.changes));
+        if (result.merged) {
+            replaceContents(std::move(*result.merged));
+            // Those made while it was saved; all changes are in it if the save failed.
+            const std::size_t begin = result.succeeded ? 0 : result.changes;
+            for (std::size_t i = begin; i < unsaved.size(); ++i)
+                apply(unsaved[i]);
+        }
+        return result.merged || failedBefore != saveFailed;
+    }
+
+    void savingDidEnd() {
+        if (!isSaving())
+            return;
+        const std::size_t before = unsaved.size();
+        const bool changed = finishSaving();
+        // Unless it would fail again at once.
+        if (!unsaved.empty() && (unsaved.size() < before || !saveFailed))
+            startSaving();
+        if (changed)
+            didSave();
     }
 
     void apply(const Change &change) {
@@ -213,6 +348,13 @@ class SharedStore {
     std::uint64_t revisionNumber = 0;
     /// Changes whose save failed, in the form that is applied to contents loaded later.
     std::vector<Change> unsaved;
+    /// Null unless the store saves in the background.
+    Post post;
+    std::function<void()> didSave;
+    /// Whether the last save in the background failed.
+    bool saveFailed = false;
+    /// Valid while a thread saves. Destroyed first: it waits for the thread.
+    std::future<Saved> saving;
 };
 
 } // namespace ellwynd

@@ -205,10 +205,33 @@ void ContactLog::saveUnsaved() {
         Q_EMIT contactsDidChange();
 }
 
+const ContactLog::CourseContacts &ContactLog::course(std::int64_t courseID) const {
+    if (coursesRevision != store.revision()) {
+        std::unordered_map<std::int64_t, CourseContacts> updated;
+        for (const ContactRecord &record : records())
+            updated[record.courseID].records.emplace(record.studentID, record);
+        for (auto &[id, course] : updated) {
+            const auto known = courses.find(id);
+            const bool isSame = known != courses.end() && known->second.records == course.records;
+            course.revision = isSame ? known->second.revision : store.revision();
+        }
+        courses = std::move(updated);
+        coursesRevision = store.revision();
+    }
+    static const CourseContacts none;
+    const auto found = courses.find(courseID);
+    return found != courses.end() ? found->second : none;
+}
+
 std::optional<ContactRecord>
 ContactLog::lastContact(std::int64_t courseID, std::int64_t studentID) const {
-    const auto found = find(records(), courseID, studentID);
-    return found != records().end() ? std::optional{*found} : std::nullopt;
+    const auto &known = course(courseID).records;
+    const auto found = known.find(studentID);
+    return found != known.end() ? std::optional{found->second} : std::nullopt;
+}
+
+std::uint64_t ContactLog::revision(std::int64_t courseID) const {
+    return course(courseID).revision;
 }
 
 std::string contactsStatus(const ContactLog &log) {

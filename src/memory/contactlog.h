@@ -7,6 +7,9 @@
 
 #include <QObject>
 
+#include <map>
+#include <unordered_map>
+
 namespace ellwynd {
 
 /// The last contact with each student of each course. Stored in one file, "ContactLog.json", which
@@ -32,6 +35,8 @@ class ContactLog : public QObject {
     [[nodiscard]] const ContactRecords &records() const { return store.contents(); }
     [[nodiscard]] std::optional<ContactRecord>
     lastContact(std::int64_t courseID, std::int64_t studentID) const;
+    /// Differs from earlier values once the contacts with the students of a course have changed.
+    [[nodiscard]] std::uint64_t revision(std::int64_t courseID) const;
 
     ContactChange noteContact(std::int64_t courseID, std::int64_t studentID, Date date);
     /// Records contacts with several students of a course, in one write of the file.
@@ -61,6 +66,14 @@ class ContactLog : public QObject {
   private:
     UserDefaults &defaults;
     SharedStore<ContactRecords> store;
+    /// The records by course and student; updated on first use after a change.
+    struct CourseContacts {
+        std::map<std::int64_t, ContactRecord> records;
+        std::uint64_t revision = 0;
+    };
+    [[nodiscard]] const CourseContacts &course(std::int64_t courseID) const;
+    mutable std::unordered_map<std::int64_t, CourseContacts> courses;
+    mutable std::optional<std::uint64_t> coursesRevision;
     std::shared_ptr<void> observing;
 };
 

@@ -18,20 +18,16 @@ lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now) {
         LevelCounts counts;
     };
     std::map<Date, Visit> days;
-    Visit *visit = nullptr;
-    Date lastInstant;
-    for (const RosterSnapshot &entry : history.entries()) {
-        if (entry.courseID != courseID || entry.recordedAt < first || entry.recordedAt >= today)
+    for (const auto &recorded : history.visits(courseID)) {
+        const Date at = recorded->recordedAt();
+        if (at < first || at >= today)
             continue;
-        if (visit == nullptr || entry.recordedAt != lastInstant) {
-            lastInstant = entry.recordedAt;
-            visit = &days[calendar::startOfDay(entry.recordedAt)];
-            // Visits of two days in another time zone may be on one day in this one.
-            if (entry.recordedAt > visit->at)
-                *visit = {.at = entry.recordedAt};
-        }
-        if (entry.recordedAt == visit->at)
-            visit->counts.add(recordedLevel(entry).level());
+        Visit &visit = days[calendar::startOfDay(at)];
+        // Visits of two days in another time zone may be on one day in this one.
+        if (at > visit.at)
+            visit = {.at = at};
+        for (std::size_t i = 0; at == visit.at && i < recorded->size(); ++i)
+            visit.counts.add(recorded->level(i).level());
     }
     std::vector<DailyLevels> result;
     for (const auto &[day, last] : days)

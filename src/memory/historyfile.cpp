@@ -73,17 +73,16 @@ std::optional<std::string> withoutHugeNumbers(std::string_view text) {
     }
 }
 
-/// Only unknown levels can contain characters that JSON must escape.
-std::string quoted(const RosterSnapshot &entry) {
+/// A level's text in JSON. Only unknown ones can contain characters that must be escaped.
+std::string quoted(RecordedLevel level, std::string_view text) {
     using json = nlohmann::json;
-    return recordedLevel(entry).isKnown()
-        ? "\"" + entry.level + "\""
-        : json(entry.level).dump(-1, ' ', false, json::error_handler_t::replace);
+    return level.isKnown() ? fmt::format("\"{}\"", text)
+                           : json(text).dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
 } // namespace
 
-std::vector<RosterSnapshot> decodeHistory(std::string_view text) {
+HistoryVisits decodeHistory(std::string_view text) {
     dom::parser parser;
     dom::array array;
     if (const auto error = parser.allocate(text.size(), maxJSONDepth))
@@ -95,8 +94,14 @@ std::vector<RosterSnapshot> decodeHistory(std::string_view text) {
     }
     if (error)
         throw FileError(problem(error));
+    HistoryVisits visits;
+    // The entries of the visit that is being read.
     std::vector<RosterSnapshot> entries;
-    entries.reserve(array.size());
+    const auto endVisit = [&] {
+        if (!entries.empty())
+            visits.push_back(std::make_shared<const HistoryVisit>(entries));
+        entries.clear();
+    };
     std::size_t index = 0;
     // All entries of a visit have the same instant, which is parsed once.
     std::string_view lastText;
@@ -119,6 +124,9 @@ std::vector<RosterSnapshot> decodeHistory(std::string_view text) {
         const auto level = textOf(entry, index, "level");
         ++index;
         if (courseID && studentID && missingCount) {
+            if (!entries.empty() &&
+                (entries.back().courseID != *courseID || entries.back().recordedAt != lastDate))
+                endVisit();
             entries.push_back(
                 {.courseID = *courseID,
                  .studentID = *studentID,
@@ -127,28 +135,35 @@ std::vector<RosterSnapshot> decodeHistory(std::string_view text) {
                  .missingCount = *missingCount});
         }
     }
-    return entries;
+    endVisit();
+    return visits;
 }
 
-std::string encodeHistory(const std::vector<RosterSnapshot> &entries) {
+std::string encodeHistory(const HistoryVisits &visits) {
     constexpr std::size_t typicalEntrySize = 120;
+    std::size_t entries = 0;
+    for (const auto &visit : visits)
+        entries += visit->size();
     std::string text;
-    text.reserve(2 + entries.size() * typicalEntrySize);
+    text.reserve(2 + entries * typicalEntrySize);
     text += '[';
     std::string instant;
     std::optional<Date> written;
-    for (const RosterSnapshot &entry : entries) {
-        if (entry.recordedAt != written) {
-            instant = formatInstant(entry.recordedAt);
-            written = entry.recordedAt;
+    for (const auto &visit : visits) {
+        if (visit->recordedAt() != written) {
+            instant = formatInstant(visit->recordedAt());
+            written = visit->recordedAt();
         }
-        if (text.size() > 1)
-            text += ',';
-        fmt::format_to(
-            std::back_inserter(text),
-            FMT_COMPILE("{{\"courseID\":{},\"studentID\":{},\"recordedAt\":\"{}\",\"level\":{},"
-                        "\"missingCount\":{}}}"),
-            entry.courseID, entry.studentID, instant, quoted(entry), entry.missingCount);
+        for (std::size_t i = 0; i < visit->size(); ++i) {
+            if (text.size() > 1)
+                text += ',';
+            fmt::format_to(
+                std::back_inserter(text),
+                FMT_COMPILE("{{\"courseID\":{},\"studentID\":{},\"recordedAt\":\"{}\",\"level\":{},"
+                            "\"missingCount\":{}}}"),
+                visit->courseID(), visit->studentID(i), instant,
+                quoted(visit->level(i), visit->levelText(i)), visit->missingCount(i));
+        }
     }
     text += ']';
     return text;

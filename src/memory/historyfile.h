@@ -1,10 +1,10 @@
 // The format of the history file: a compact JSON array of entries.
 #pragma once
 
-#include "memory/rostersnapshot.h"
+#include "memory/historyvisit.h"
 
+#include <string>
 #include <string_view>
-#include <vector>
 
 namespace ellwynd {
 
@@ -12,9 +12,9 @@ namespace ellwynd {
 /// or null, is left out.
 /// @throws FileError for anything else, such as a missing key, a value of another type or a date
 ///         that is not an ISO 8601 instant.
-[[nodiscard]] std::vector<RosterSnapshot> decodeHistory(std::string_view text);
+[[nodiscard]] HistoryVisits decodeHistory(std::string_view text);
 
 /// Keys are in the order of the record's members, dates in ISO 8601 to the second.
-[[nodiscard]] std::string encodeHistory(const std::vector<RosterSnapshot> &entries);
+[[nodiscard]] std::string encodeHistory(const HistoryVisits &visits);
 
 } // namespace ellwynd

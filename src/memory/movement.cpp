@@ -16,16 +16,15 @@ int difference(const RosterChange &change) {
     return change.previousLevel.worseningTo(change.currentLevel);
 }
 
-/// The student's latest entry before `today`; among equal instants the first in stored order.
-const RosterSnapshot *latestBefore(
-    const RosterHistory &history, std::int64_t courseID, std::int64_t studentID, Date today) {
-    const RosterSnapshot *latest = nullptr;
-    for (const RosterSnapshot *entry : history.entries(courseID, studentID)) {
-        if (entry->recordedAt < today &&
-            (latest == nullptr || entry->recordedAt > latest->recordedAt))
-            latest = entry;
-    }
-    return latest;
+/// The visits to a course before `today`, the latest first; among equal instants in stored order.
+HistoryVisits earlierVisits(const RosterHistory &history, std::int64_t courseID, Date today) {
+    HistoryVisits earlier;
+    std::ranges::copy_if(
+        history.visits(courseID), std::back_inserter(earlier),
+        [today](const auto &visit) { return visit->recordedAt() < today; });
+    std::ranges::stable_sort(
+        earlier, std::greater{}, [](const auto &visit) { return visit->recordedAt(); });
+    return earlier;
 }
 
 } // namespace
@@ -60,30 +59,35 @@ MovementCounts movementCounts(const std::vector<RosterChange> &changes) {
 
 bool hasEarlierVisit(const RosterHistory &history, std::int64_t courseID, Date date) {
     const Date today = calendar::startOfDay(date);
-    return std::ranges::any_of(history.entries(), [&](const RosterSnapshot &entry) {
-        return entry.courseID == courseID && entry.recordedAt < today;
-    });
+    return std::ranges::any_of(
+        history.visits(courseID), [&](const auto &visit) { return visit->recordedAt() < today; });
 }
 
 std::vector<RosterChange> changes(
     const RosterHistory &history, const std::vector<RiskRow> &rows, std::int64_t courseID,
     Date date) {
     std::vector<RosterChange> moved;
-    if (!hasEarlierVisit(history, courseID, date))
+    const HistoryVisits earlier = earlierVisits(history, courseID, calendar::startOfDay(date));
+    if (earlier.empty())
         return moved;
-    const Date today = calendar::startOfDay(date);
     for (const RiskRow &row : rows) {
         RosterChange change{
-            .studentID = row.id, .courseID = courseID, .name = row.name, .currentLevel = row.level};
-        const RosterSnapshot *earlier = latestBefore(history, courseID, row.id, today);
-        if (earlier != nullptr) {
-            change.previousLevel = recordedLevel(*earlier);
-            change.previousDate = earlier->recordedAt;
+            .studentID = row.id, .courseID = courseID, .name = {}, .currentLevel = row.level};
+        // Most students were there at the last visit.
+        for (const auto &visit : earlier) {
+            const auto found = visit->find(row.id);
+            if (found.empty())
+                continue;
+            change.previousLevel = visit->level(found.front());
+            change.previousDate = visit->recordedAt();
+            break;
         }
         const bool isMovement = change.previousLevel.isKnown() ? difference(change) != 0
                                                                : change.currentLevel.has_value();
-        if (isMovement)
+        if (isMovement) {
+            change.name = row.name;
             moved.push_back(std::move(change));
+        }
     }
     std::ranges::stable_sort(moved, {}, [](const RosterChange &change) {
         return std::pair{movementKind(change), -severity(change.currentLevel)};

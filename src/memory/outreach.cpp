@@ -12,22 +12,21 @@ namespace {
 
 /// The last level recorded up to the contact, else the first one after it; none of those recorded
 /// later than today.
-RecordedLevel
-levelAt(const std::vector<const RosterSnapshot *> &entries, Date contactedAt, Date now) {
-    const RosterSnapshot *before = nullptr;
-    const RosterSnapshot *after = nullptr;
-    for (const RosterSnapshot *entry : entries) {
-        if (entry->recordedAt > now && entry->recordedAt >= calendar::startOfNextDay(now))
+RecordedLevel levelAt(const std::vector<StudentVisit> &entries, Date contactedAt, Date now) {
+    const StudentVisit *before = nullptr;
+    const StudentVisit *after = nullptr;
+    for (const StudentVisit &entry : entries) {
+        if (entry.recordedAt > now && entry.recordedAt >= calendar::startOfNextDay(now))
             continue;
-        if (entry->recordedAt <= contactedAt) {
-            if (before == nullptr || entry->recordedAt > before->recordedAt)
-                before = entry;
-        } else if (after == nullptr || entry->recordedAt < after->recordedAt) {
-            after = entry;
+        if (entry.recordedAt <= contactedAt) {
+            if (before == nullptr || entry.recordedAt > before->recordedAt)
+                before = &entry;
+        } else if (after == nullptr || entry.recordedAt < after->recordedAt) {
+            after = &entry;
         }
     }
-    const RosterSnapshot *then = before != nullptr ? before : after;
-    return then != nullptr ? recordedLevel(*then) : RecordedLevel();
+    const StudentVisit *then = before != nullptr ? before : after;
+    return then != nullptr ? then->level : RecordedLevel();
 }
 
 /// Above zero if the level is worse than at the contact; zero if that one is unknown.

@@ -13,8 +13,6 @@ namespace ellwynd {
 
 namespace {
 
-using Entries = std::vector<RosterSnapshot>;
-
 constexpr Log logger{"history"};
 
 StoreFileOptions fileOptions() {
@@ -28,37 +26,22 @@ StoreFileOptions fileOptions() {
         .copiesKeptFor = retention::period};
 }
 
-SharedStore<Entries>::Codec codec(Clock clock) {
-    return {.decode = decodeHistory, .encode = encodeHistory, .prune = [clock](Entries &entries) {
-                const Date cutoff = retention::cutoff(clock());
-                return std::erase_if(entries, [cutoff](const RosterSnapshot &entry) {
-                           return entry.recordedAt < cutoff ||
-                               retention::isSampleCourse(entry.courseID);
-                       }) > 0;
-            }};
+SharedStore<HistoryVisits>::Codec codec(Clock clock) {
+    return {
+        .decode = decodeHistory, .encode = encodeHistory, .prune = [clock](HistoryVisits &visits) {
+            const Date cutoff = retention::cutoff(clock());
+            return std::erase_if(visits, [cutoff](const auto &visit) {
+                       return visit->recordedAt() < cutoff ||
+                           retention::isSampleCourse(visit->courseID());
+                   }) > 0;
+        }};
 }
-
-/// Finds the days of entries, quickly for consecutive ones of a visit.
-class DayOfEntry {
-  public:
-    /// The start of the day.
-    Date operator()(const RosterSnapshot &entry) {
-        if (entry.recordedAt < begins || entry.recordedAt >= ends) {
-            begins = calendar::startOfDay(entry.recordedAt);
-            ends = calendar::startOfNextDay(entry.recordedAt);
-        }
-        return begins;
-    }
-
-  private:
-    Date begins;
-    Date ends;
-};
 
 } // namespace
 
 RosterHistory::RosterHistory(
-    UserDefaults &defaults, std::optional<std::filesystem::path> directory, Clock clock)
+    UserDefaults &defaults, std::optional<std::filesystem::path> directory, Clock clock,
+    Saving saving)
     : defaults(defaults),
       store(fileOptions(), codec(clock), directory, clock),
       observing(defaults.observe([this](std::string_view key) {
@@ -66,6 +49,12 @@ RosterHistory::RosterHistory(
               retention::isSwitchedOff(this->defaults, preferences::rememberRosterHistory))
               deleteAll();
       })) {
+    if (saving == Saving::inBackground)
+        store.workInBackground(
+            [this](std::function<void()> run) {
+                QMetaObject::invokeMethod(this, std::move(run), Qt::QueuedConnection);
+            },
+            [this] { Q_EMIT historyDidChange(); });
     store.open();
 }
 
@@ -80,40 +69,42 @@ bool RosterHistory::isEnabled() const {
 bool RosterHistory::hasEntries(std::int64_t courseID, Date date) const {
     const Date begins = calendar::startOfDay(date);
     const Date ends = calendar::startOfNextDay(date);
-    return std::ranges::any_of(entries(), [&](const RosterSnapshot &entry) {
-        return entry.courseID == courseID && entry.recordedAt >= begins && entry.recordedAt < ends;
+    return std::ranges::any_of(visits(courseID), [&](const auto &visit) {
+        return visit->recordedAt() >= begins && visit->recordedAt() < ends;
     });
 }
 
 void RosterHistory::record(const std::vector<RiskRow> &rows, std::int64_t courseID, Date date) {
     if (!isEnabled() || rows.empty())
         return;
-    Entries visit;
-    visit.reserve(rows.size());
+    std::vector<RosterSnapshot> entries;
+    entries.reserve(rows.size());
     for (const RiskRow &row : rows) {
-        visit.push_back(
+        entries.push_back(
             {.courseID = courseID,
              .studentID = row.id,
              .recordedAt = date,
              .level = std::string(levelName(row.level)),
              .missingCount = row.missingCount});
     }
+    const auto visit = std::make_shared<const HistoryVisit>(entries);
     const Date begins = calendar::startOfDay(date);
     const Date ends = calendar::startOfNextDay(date);
-    const auto isOfDay = [courseID, begins, ends](const RosterSnapshot &entry) {
-        return entry.courseID == courseID && entry.recordedAt >= begins && entry.recordedAt < ends;
+    const auto isOfDay = [courseID, begins, ends](const auto &other) {
+        return other->courseID() == courseID && other->recordedAt() >= begins &&
+            other->recordedAt() < ends;
     };
-    const auto replaceDay = [isOfDay, visit = std::move(visit)](Entries &entries) {
-        std::erase_if(entries, isOfDay);
-        entries.insert(entries.end(), visit.begin(), visit.end());
+    const auto replaceDay = [isOfDay, visit](HistoryVisits &visits) {
+        std::erase_if(visits, isOfDay);
+        visits.push_back(visit);
     };
     // Meanwhile another process may save a later visit of that day.
-    const auto replaceEarlierVisit = [isOfDay, replaceDay, date](Entries &entries) {
-        const bool hasLater = std::ranges::any_of(entries, [&](const RosterSnapshot &entry) {
-            return isOfDay(entry) && entry.recordedAt > date;
+    const auto replaceEarlierVisit = [isOfDay, replaceDay, date](HistoryVisits &visits) {
+        const bool hasLater = std::ranges::any_of(visits, [&](const auto &other) {
+            return isOfDay(other) && other->recordedAt() > date;
         });
         if (!hasLater)
-            replaceDay(entries);
+            replaceDay(visits);
     };
     store.change(replaceDay, replaceEarlierVisit);
     Q_EMIT historyDidChange();
@@ -124,37 +115,37 @@ void RosterHistory::saveUnsaved() {
         Q_EMIT historyDidChange();
 }
 
-void RosterHistory::fill(std::vector<RosterSnapshot> entries) {
-    store.fill(std::move(entries));
+void RosterHistory::fill(const std::vector<RosterSnapshot> &entries) {
+    store.fill(visitsOf(entries));
     Q_EMIT historyDidChange();
 }
 
-Entries RosterHistory::deleteAll() {
+HistoryVisits RosterHistory::deleteAll() {
     // Entries that another process has saved are deleted too, and can be restored.
-    if (!entries().empty())
+    if (!visits().empty())
         static_cast<void>(store.begin());
-    Entries deleted = entries();
+    HistoryVisits deleted = visits();
     store.clear();
     logger.info("Roster history deleted");
     Q_EMIT historyDidChange();
     return deleted;
 }
 
-bool RosterHistory::restore(const Entries &deleted) {
+bool RosterHistory::restore(const HistoryVisits &deleted) {
     if (!isEnabled())
         return false;
-    store.change([deleted](Entries &entries) {
+    store.change([deleted](HistoryVisits &visits) {
         std::set<std::pair<std::int64_t, Date>> recorded;
-        DayOfEntry dayOf;
-        for (const RosterSnapshot &entry : entries)
-            recorded.emplace(entry.courseID, dayOf(entry));
-        Entries result;
-        result.reserve(deleted.size() + entries.size());
-        std::ranges::copy_if(deleted, std::back_inserter(result), [&](const auto &entry) {
-            return !recorded.contains({entry.courseID, dayOf(entry)});
+        for (const auto &visit : visits)
+            recorded.emplace(visit->courseID(), calendar::startOfDay(visit->recordedAt()));
+        HistoryVisits result;
+        result.reserve(deleted.size() + visits.size());
+        std::ranges::copy_if(deleted, std::back_inserter(result), [&](const auto &visit) {
+            return !recorded.contains(
+                {visit->courseID(), calendar::startOfDay(visit->recordedAt())});
         });
-        result.insert(result.end(), entries.begin(), entries.end());
-        entries = std::move(result);
+        result.insert(result.end(), visits.begin(), visits.end());
+        visits = std::move(result);
     });
     logger.info("Roster history restored");
     Q_EMIT historyDidChange();
@@ -163,39 +154,46 @@ bool RosterHistory::restore(const Entries &deleted) {
 
 // ---- Queries -----------------------------------------------------------------------------------
 
-std::size_t RosterHistory::StudentKeyHash::operator()(const StudentKey &key) const {
-    constexpr std::uint64_t odd = 0x9e37'79b9'7f4a'7c15;
-    return std::size_t((std::uint64_t(key.courseID) * odd) ^ std::uint64_t(key.studentID));
+const RosterHistory::CourseVisits &RosterHistory::course(std::int64_t courseID) const {
+    if (coursesRevision != store.revision()) {
+        std::unordered_map<std::int64_t, CourseVisits> updated;
+        for (const auto &visit : visits())
+            updated[visit->courseID()].visits.push_back(visit);
+        for (auto &[id, course] : updated) {
+            const auto known = courses.find(id);
+            const bool isSame = known != courses.end() && known->second.visits == course.visits;
+            course.revision = isSame ? known->second.revision : store.revision();
+        }
+        courses = std::move(updated);
+        coursesRevision = store.revision();
+    }
+    static const CourseVisits none;
+    const auto found = courses.find(courseID);
+    return found != courses.end() ? found->second : none;
 }
 
-std::vector<const RosterSnapshot *>
+const HistoryVisits &RosterHistory::visits(std::int64_t courseID) const {
+    return course(courseID).visits;
+}
+
+std::uint64_t RosterHistory::revision(std::int64_t courseID) const {
+    return course(courseID).revision;
+}
+
+std::vector<StudentVisit>
 RosterHistory::entries(std::int64_t courseID, std::int64_t studentID) const {
-    const Entries &all = entries();
-    if (positionsRevision != store.revision()) {
-        positions.clear();
-        for (std::size_t i = 0; i < all.size(); ++i)
-            positions[{all[i].courseID, all[i].studentID}].push_back(std::uint32_t(i));
-        positionsRevision = store.revision();
-    }
-    std::vector<const RosterSnapshot *> found;
-    if (const auto student = positions.find({courseID, studentID}); student != positions.end()) {
-        found.reserve(student->second.size());
-        for (const std::uint32_t position : student->second)
-            found.push_back(&all[position]);
+    std::vector<StudentVisit> found;
+    for (const auto &visit : visits(courseID)) {
+        for (const std::uint32_t index : visit->find(studentID))
+            found.push_back({visit->recordedAt(), visit->level(index)});
     }
     return found;
 }
 
 std::int64_t RosterHistory::dayCount() const {
     std::set<Date> days;
-    DayOfEntry dayOf;
-    const RosterSnapshot *previous = nullptr;
-    for (const RosterSnapshot &entry : entries()) {
-        // The entries of a visit are consecutive.
-        if (previous == nullptr || entry.recordedAt != previous->recordedAt)
-            days.insert(dayOf(entry));
-        previous = &entry;
-    }
+    for (const auto &visit : visits())
+        days.insert(calendar::startOfDay(visit->recordedAt()));
     return std::int64_t(days.size());
 }
 
@@ -205,13 +203,14 @@ std::string historyStatus(const RosterHistory &history) {
 }
 
 std::string historyContents(const RosterHistory &history) {
-    if (history.entries().empty())
+    if (history.visits().empty())
         return {};
     std::unordered_set<std::int64_t> students;
     std::unordered_set<std::int64_t> courses;
-    for (const RosterSnapshot &entry : history.entries()) {
-        students.insert(entry.studentID);
-        courses.insert(entry.courseID);
+    for (const auto &visit : history.visits()) {
+        courses.insert(visit->courseID());
+        for (std::size_t i = 0; i < visit->size(); ++i)
+            students.insert(visit->studentID(i));
     }
     return "levels of " + plural(std::int64_t(students.size()), "student") + " in " +
         plural(std::int64_t(courses.size()), "course");

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/sharedstore.h"
-#include "memory/rostersnapshot.h"
+#include "memory/historyvisit.h"
 #include "preferences/userdefaults.h"
 #include "risk/riskrow.h"
 
@@ -11,6 +11,12 @@
 #include <unordered_map>
 
 namespace ellwynd {
+
+/// A student's level at a visit.
+struct StudentVisit {
+    Date recordedAt;
+    RecordedLevel level;
+};
 
 /// One entry for each student, course and calendar day on which the teacher opened the course.
 /// Stored in one file, "RosterHistory.json", which is rewritten after each change and may be shared
@@ -22,20 +28,34 @@ class RosterHistory : public QObject {
     Q_OBJECT
 
   public:
+    /// When the file is read and rewritten.
+    enum class Saving {
+        /// Before the call that needs it returns.
+        immediate,
+        /// By a thread of its own, beginning with the construction. `historyDidChange` is emitted
+        /// once it was read.
+        inBackground,
+    };
+
     /// Reads the file. Entries older than 365 days and those of the sample college's courses are
     /// removed from it. A file that cannot be read is set aside, unless it is unavailable; a copy
     /// that was set aside is removed after 365 days.
     /// @param directory the file's folder; absent for a history in memory alone.
     RosterHistory(
         UserDefaults &defaults, std::optional<std::filesystem::path> directory,
-        Clock clock = systemNow);
+        Clock clock = systemNow, Saving saving = Saving::immediate);
     ~RosterHistory() override;
 
-    /// In the order in which they were recorded.
-    [[nodiscard]] const std::vector<RosterSnapshot> &entries() const { return store.contents(); }
-    /// The student's entries in that course, in that order; empty if there are none. Valid until
-    /// the next change.
-    [[nodiscard]] std::vector<const RosterSnapshot *>
+    /// All visits, in the order in which they were recorded.
+    [[nodiscard]] const HistoryVisits &visits() const { return store.contents(); }
+    /// Those to a course, in that order. Valid until the next change.
+    [[nodiscard]] const HistoryVisits &visits(std::int64_t courseID) const;
+    /// Differs from earlier values once the visits to the course have changed.
+    [[nodiscard]] std::uint64_t revision(std::int64_t courseID) const;
+    /// A copy of all entries.
+    [[nodiscard]] std::vector<RosterSnapshot> entries() const { return snapshotsOf(visits()); }
+    /// The student's levels in that course, in the order of recording; empty if there are none.
+    [[nodiscard]] std::vector<StudentVisit>
     entries(std::int64_t courseID, std::int64_t studentID) const;
 
     /// Whether the course has an entry for the day of `date`.
@@ -45,14 +65,14 @@ class RosterHistory : public QObject {
     /// that day. An empty roster is ignored.
     void record(const std::vector<RiskRow> &rows, std::int64_t courseID, Date date);
     /// Replaces the entries by sample data; only for a history without a directory.
-    void fill(std::vector<RosterSnapshot> entries);
+    void fill(const std::vector<RosterSnapshot> &entries);
     /// Removes all entries, the file, and the copies of it that were set aside.
-    /// @return the entries, for `restore`.
-    std::vector<RosterSnapshot> deleteAll();
+    /// @return the visits, for `restore`.
+    HistoryVisits deleteAll();
     /// Adds deleted entries again, before the others. Those of a course and a day that was recorded
     /// since are left out.
     /// @return false while history is not recorded; nothing is then restored.
-    bool restore(const std::vector<RosterSnapshot> &deleted);
+    bool restore(const HistoryVisits &deleted);
 
     [[nodiscard]] bool isEnabled() const;
     /// Whether all changes are on the disk; true for a history in memory alone.
@@ -66,15 +86,17 @@ class RosterHistory : public QObject {
     void historyDidChange();
 
   private:
-    struct StudentKeyHash {
-        std::size_t operator()(const StudentKey &key) const;
+    struct CourseVisits {
+        HistoryVisits visits;
+        std::uint64_t revision = 0;
     };
+    [[nodiscard]] const CourseVisits &course(std::int64_t courseID) const;
 
     UserDefaults &defaults;
-    SharedStore<std::vector<RosterSnapshot>> store;
-    /// Indices of the entries by student; rebuilt on first use after a change.
-    mutable std::unordered_map<StudentKey, std::vector<std::uint32_t>, StudentKeyHash> positions;
-    mutable std::optional<std::uint64_t> positionsRevision;
+    SharedStore<HistoryVisits> store;
+    /// The visits by course; updated on first use after a change.
+    mutable std::unordered_map<std::int64_t, CourseVisits> courses;
+    mutable std::optional<std::uint64_t> coursesRevision;
     std::shared_ptr<void> observing;
 };
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "base/date.h"
-#include "memory/recordedlevel.h"
 
+#include <cstdint>
 #include <string>
 
 namespace ellwynd {
@@ -21,15 +21,5 @@ struct RosterSnapshot {
 
     bool operator==(const RosterSnapshot &) const = default;
 };
-
-/// The level of an entry; unknown for an unknown text.
-[[nodiscard]] inline RecordedLevel recordedLevel(const RosterSnapshot &entry) {
-    for (const RiskLevel level : allRiskLevels) {
-        if (entry.level == levelName(level))
-            return RecordedLevel(level);
-    }
-    constexpr std::optional<RiskLevel> none;
-    return entry.level == levelName(none) ? RecordedLevel(none) : RecordedLevel();
-}
 
 } // namespace ellwynd

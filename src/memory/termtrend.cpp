@@ -12,10 +12,9 @@ std::optional<TermTrend>
 termTrend(const RosterHistory &history, std::int64_t courseID, std::int64_t studentID, Date now) {
     TermTrend trend;
     const Date tomorrow = calendar::startOfNextDay(now);
-    for (const RosterSnapshot *entry : history.entries(courseID, studentID)) {
-        const RecordedLevel level = recordedLevel(*entry);
-        if (level.isKnown() && entry->recordedAt < tomorrow)
-            trend.points.push_back({calendar::startOfDay(entry->recordedAt), level.level()});
+    for (const StudentVisit &entry : history.entries(courseID, studentID)) {
+        if (entry.level.isKnown() && entry.recordedAt < tomorrow)
+            trend.points.push_back({calendar::startOfDay(entry.recordedAt), entry.level.level()});
     }
     std::ranges::stable_sort(trend.points, {}, &TermTrend::Point::date);
     return trend.points.size() >= 2 ? std::optional{std::move(trend)} : std::nullopt;

@@ -98,6 +98,26 @@ TEST_F(ControllerTest, AThresholdChangeRescoresTheCache) {
     EXPECT_EQ(announced, 3) << "settings that do not affect scores announce nothing";
 }
 
+TEST_F(ControllerTest, AThresholdChangeRescoresATermAndTheCards) {
+    controller.refresh();
+    controller.select(TermSelection{9001});
+    const std::size_t before = roster().rows.size();
+    const auto cards = controller.dashboard().shownTerm()->flaggedStudents;
+    int ended = 0;
+    QObject::connect(
+        &controller, &MainWindowController::rescoringDidEnd, &controller, [&] { ++ended; });
+    defaults.set(preferences::defaultPassingScore, 95.0);
+    EXPECT_TRUE(test::until([&] { return ended > 0; }));
+    EXPECT_GT(roster().rows.size(), before);
+    EXPECT_GT(controller.dashboard().shownTerm()->flaggedStudents, cards);
+    // A newer change replaces a running one.
+    defaults.set(preferences::defaultPassingScore, 20.0);
+    defaults.set(preferences::defaultPassingScore, 70.0);
+    EXPECT_TRUE(test::until([&] { return roster().rows.size() == before; }));
+    EXPECT_TRUE(
+        test::until([&] { return controller.dashboard().shownTerm()->flaggedStudents == cards; }));
+}
+
 TEST_F(ControllerTest, AVisitShowsTheMovementAndIsRecorded) {
     controller.refresh();
     const auto entriesToday = [this](std::int64_t courseID) {

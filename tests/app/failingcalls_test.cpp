@@ -140,7 +140,8 @@ Operation deleteHistory(const fs::path &folder) {
 Operation loadHistory(const fs::path &folder) {
     write(
         folder / "RosterHistory.json",
-        encodeHistory({entry(7, 1, noon - days(400), "OK"), entry(7, 1, noon - days(1), "OK")}));
+        test::historyText(
+            {entry(7, 1, noon - days(400), "OK"), entry(7, 1, noon - days(1), "OK")}));
     write(folder / "RosterHistory.unreadable-1690251200.json", "expired");
     const auto opened = std::make_shared<std::unique_ptr<Opened<RosterHistory>>>();
     return {

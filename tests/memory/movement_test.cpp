@@ -262,7 +262,7 @@ TEST_F(MovementTest, AMonthOfVisitsInTwoZones) {
             std::int64_t worse = 0;
             std::int64_t better = 0;
             for (std::size_t i = 0; last != nullptr && i < rows.size(); ++i) {
-                const int step = recordedLevel((*last)[i]).worseningTo(rows[i].level);
+                const int step = test::recordedLevel((*last)[i]).worseningTo(rows[i].level);
                 worse += step > 0;
                 better += step < 0;
             }

@@ -1,9 +1,9 @@
-#include "memory/historyfile.h"
 #include "memory/rosterhistory.h"
 #include "support/instants.h"
 #include "support/logcapture.h"
 #include "support/rosters.h"
 #include "support/temporaryfolder.h"
+#include "support/until.h"
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -15,9 +15,12 @@
 namespace ellwynd {
 namespace {
 
+using std::chrono::days;
 using std::chrono::seconds;
 using test::at;
 using test::entry;
+using test::historyEntries;
+using test::historyText;
 using test::noon;
 using test::noonClock;
 using test::row;
@@ -105,14 +108,14 @@ TEST_F(HistoryTest, DropsOldEntriesAndThoseOfTheSampleCollege) {
         entry(7, 1, cutoff, "OK"),        entry(7, 2, cutoff - seconds(1), "OK"),
         entry(899'999, 3, noon, "OK"),    entry(900'000, 4, noon, "OK"),
         entry(919'999, 5, noon, "Watch"), entry(920'000, 6, noon, "Purple")};
-    write(encodeHistory(entries));
+    write(historyText(entries));
     const RosterHistory history(defaults, data(), noonClock);
     std::vector<std::int64_t> kept;
     for (const RosterSnapshot &each : history.entries())
         kept.push_back(each.studentID);
     EXPECT_THAT(kept, ElementsAre(1, 3, 6));
-    EXPECT_EQ(decodeHistory(saved()), history.entries()) << "an unknown level is kept";
-    write(encodeHistory({entry(900'001, 1, noon, "OK")}));
+    EXPECT_EQ(historyEntries(saved()), history.entries()) << "an unknown level is kept";
+    write(historyText({entry(900'001, 1, noon, "OK")}));
     const RosterHistory pruned(defaults, data(), noonClock);
     EXPECT_EQ(saved(), "[]") << "saved at once";
     write("[ ]");
@@ -166,7 +169,7 @@ TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
             "history: Set it aside at RosterHistory.unreadable-1790251200.json");
         EXPECT_EQ(folder.read("data/RosterHistory.unreadable-1790251200.json"), row.bytes);
         history.record({test::row(1, "OK")}, 7, noon);
-        EXPECT_EQ(decodeHistory(saved()).size(), 1U);
+        EXPECT_EQ(historyEntries(saved()).size(), 1U);
     }
     write("again");
     static_cast<void>(open());
@@ -212,7 +215,7 @@ TEST_F(HistoryTest, AFileThatIsUnavailableIsNeitherSetAsideNorReplaced) {
     history.saveUnsaved();
     EXPECT_TRUE(history.isSaved());
     EXPECT_THAT(
-        decodeHistory(saved()), ElementsAre(entry(7, 1, noon, "Watch"), entry(8, 2, noon, "OK")));
+        historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch"), entry(8, 2, noon, "OK")));
     EXPECT_EQ(filesSetAside(), 0U);
 }
 
@@ -265,7 +268,7 @@ TEST_F(HistoryTest, WhatCouldNotBeSavedIsSavedAtTheEnd) {
         EXPECT_FALSE(history.isSaved());
         std::filesystem::remove(data());
     }
-    EXPECT_THAT(decodeHistory(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
+    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
 }
 
 TEST_F(HistoryTest, AnUnsavedVisitDoesNotReplaceALaterOne) {
@@ -284,9 +287,9 @@ TEST_F(HistoryTest, AnUnsavedVisitDoesNotReplaceALaterOne) {
     }
     window.saveUnsaved();
     EXPECT_THAT(
-        decodeHistory(saved()),
+        historyEntries(saved()),
         ElementsAre(entry(7, 2, later, "At Risk"), entry(8, 1, noon, "Watch")));
-    EXPECT_EQ(decodeHistory(saved()), window.entries());
+    EXPECT_EQ(historyEntries(saved()), window.entries());
 }
 
 TEST_F(HistoryTest, LaunchArgumentsDeleteNothingWhenThePreferenceChanges) {
@@ -325,8 +328,8 @@ TEST_F(HistoryTest, DeletedEntriesAreRestoredExceptThoseRecordedSince) {
     // Another process records a visit that this one has not read yet.
     RosterHistory elsewhere(defaults, data(), noonClock);
     elsewhere.record({row(4, "OK")}, 9, noon - hours(1));
-    const std::vector<RosterSnapshot> deleted = history.deleteAll();
-    EXPECT_EQ(deleted.size(), before.size() + 1);
+    const HistoryVisits deleted = history.deleteAll();
+    EXPECT_EQ(snapshotsOf(deleted).size(), before.size() + 1);
     EXPECT_EQ(historyContents(history), "");
     EXPECT_FALSE(std::filesystem::exists(data() / "RosterHistory.json"));
 
@@ -349,14 +352,14 @@ TEST_F(HistoryTest, TwoProcessesKeepEachOthersEntries) {
     commandLine.record({row(1, "Watch")}, 7, noon);
     window.record({row(2, "OK")}, 8, noon);
     commandLine.record({row(3, "OK")}, 9, noon);
-    EXPECT_EQ(decodeHistory(saved()).size(), 3U);
+    EXPECT_EQ(historyEntries(saved()).size(), 3U);
     commandLine.deleteAll();
     window.record({row(4, "OK")}, 8, noon);
-    EXPECT_THAT(decodeHistory(saved()), ElementsAre(entry(8, 4, noon, "OK")))
+    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(8, 4, noon, "OK")))
         << "entries deleted by another process must not come back";
     write("broken");
     window.record({row(5, "OK")}, 9, noon);
-    EXPECT_EQ(decodeHistory(saved()).size(), 2U);
+    EXPECT_EQ(historyEntries(saved()).size(), 2U);
     EXPECT_EQ(filesSetAside(), 1U);
 }
 
@@ -377,11 +380,11 @@ TEST_F(HistoryTest, UnsavedChangesAreSavedWithTheNextOne) {
     std::filesystem::rename(elsewhere, data());
     RosterHistory(defaults, data(), noonClock).record({row(9, "OK")}, 9, noon);
     window.record({row(3, "OK")}, 10, noon);
-    EXPECT_EQ(decodeHistory(saved()).size(), 4U);
+    EXPECT_EQ(historyEntries(saved()).size(), 4U);
     // Removing the whole folder does not clear the in-memory state.
     std::filesystem::remove_all(data());
     window.record({row(4, "OK")}, 11, noon);
-    EXPECT_EQ(decodeHistory(saved()).size(), 5U);
+    EXPECT_EQ(historyEntries(saved()).size(), 5U);
 }
 
 TEST_F(HistoryTest, SwitchingOffDeletesEntriesAndStopsRecording) {
@@ -415,6 +418,86 @@ TEST_F(HistoryTest, SwitchingOffDeletesEntriesAndStopsRecording) {
     EXPECT_FALSE(std::filesystem::exists(data() / fileName));
 }
 
+/// A history that works in the background, and waiting for it.
+struct BackgroundTest : HistoryTest {
+    int signalled = 0;
+
+    [[nodiscard]] std::unique_ptr<RosterHistory> openInBackground() {
+        auto history = std::make_unique<RosterHistory>(
+            defaults, data(), noonClock, RosterHistory::Saving::inBackground);
+        QObject::connect(history.get(), &RosterHistory::historyDidChange, history.get(), [this] {
+            ++signalled;
+        });
+        return history;
+    }
+    /// Whether the file has that many entries within a bounded time.
+    [[nodiscard]] bool hasSaved(std::size_t count) const {
+        return test::until([&] {
+            return std::filesystem::exists(data() / fileName) &&
+                historyEntries(saved()).size() == count;
+        });
+    }
+};
+
+TEST_F(BackgroundTest, IsReadAfterTheConstruction) {
+    RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon - days(1));
+    const auto history = openInBackground();
+    EXPECT_TRUE(history->entries().empty());
+    // A visit before the file was read.
+    history->record({row(1, "OK")}, 7, noon);
+    EXPECT_THAT(history->entries(), ElementsAre(entry(7, 1, noon, "OK")));
+    EXPECT_TRUE(history->isSaved());
+    EXPECT_TRUE(hasSaved(2));
+    EXPECT_TRUE(test::until([&] { return signalled == 2; })) << "recorded, read";
+    EXPECT_THAT(
+        history->entries(),
+        ElementsAre(entry(7, 1, noon - days(1), "Watch"), entry(7, 1, noon, "OK")));
+    EXPECT_EQ(history->entries(), historyEntries(saved()));
+}
+
+TEST_F(BackgroundTest, KeepsWhatAnotherProcessSaved) {
+    const auto history = openInBackground();
+    RosterHistory commandLine(defaults, data(), noonClock);
+    for (std::int64_t course = 1; course <= 20; ++course) {
+        history->record({row(1, "Watch")}, course, noon);
+        commandLine.record({row(2, "OK")}, 100 + course, noon);
+    }
+    EXPECT_TRUE(hasSaved(40));
+    commandLine.deleteAll();
+    history->record({row(3, "OK")}, 200, noon);
+    EXPECT_TRUE(hasSaved(1)) << "entries deleted by another process must not come back";
+    EXPECT_TRUE(test::until([&] { return history->entries() == historyEntries(saved()); }));
+}
+
+TEST_F(BackgroundTest, ReportsAFailureAndSavesLater) {
+    folder.write("data", "in the way");
+    const auto history = openInBackground();
+    history->record({row(1, "Watch")}, 7, noon);
+    EXPECT_TRUE(test::until([&] { return !history->isSaved(); }));
+    EXPECT_EQ(signalled, 2) << "recorded, failed";
+    std::filesystem::remove(data());
+    history->saveUnsaved();
+    EXPECT_TRUE(test::until([&] { return signalled == 3; }));
+    EXPECT_TRUE(history->isSaved());
+    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
+}
+
+TEST_F(BackgroundTest, ADeletionIsNotUndoneByASave) {
+    const auto history = openInBackground();
+    for (std::int64_t course = 1; course <= 20; ++course)
+        history->record({row(1, "Watch")}, course, noon);
+    EXPECT_EQ(history->deleteAll().size(), 20U);
+    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    EXPECT_TRUE(history->entries().empty());
+}
+
+TEST_F(BackgroundTest, TheEndWaitsForASave) {
+    openInBackground()->record({row(1, "Watch")}, 7, noon);
+    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
+}
+
 /// Hundreds of saves in processes that are killed at an arbitrary moment.
 TEST_F(HistoryTest, AKilledProcessLeavesAValidFile) {
     for (int round = 0; round < 20; ++round) {
@@ -440,7 +523,7 @@ TEST_F(HistoryTest, AKilledProcessLeavesAValidFile) {
         ::kill(writer, SIGKILL);
         ASSERT_EQ(::waitpid(writer, nullptr, 0), writer);
         ::close(progress[0]);
-        EXPECT_EQ(decodeHistory(saved()).size() % 200, 0U);
+        EXPECT_EQ(historyEntries(saved()).size() % 200, 0U);
     }
     static_cast<void>(open());
     const auto left = std::distance(std::filesystem::directory_iterator(data()), {});

@@ -282,7 +282,8 @@ void Simulation::checkMovement(const Program &program) const {
     const Date today = calendar::startOfDay(roster.fetchedAt);
     std::map<std::int64_t, const RosterSnapshot *> last;
     bool hasEarlier = false;
-    for (const RosterSnapshot &entry : program.stores.history.entries()) {
+    const std::vector<RosterSnapshot> entries = program.stores.history.entries();
+    for (const RosterSnapshot &entry : entries) {
         if (entry.courseID != *roster.courseID || entry.recordedAt >= today)
             continue;
         hasEarlier = true;

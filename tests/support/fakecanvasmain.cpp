@@ -1,5 +1,6 @@
 // The fake Canvas as a program that serves invented courses. Prints its address and the file of its
-// certificate authority, one per line. Ends when its standard input ends, or after --seconds.
+// certificate authority, one per line. Ends when its standard input ends, or after --seconds. Each
+// course has --new-students that the course before it does not have.
 #include "support/fakecanvas.h"
 #include "support/servedcourse.h"
 
@@ -23,6 +24,7 @@ int main(int argc, char **argv) {
         {{QStringLiteral("courses"), QString(), QStringLiteral("N"), QStringLiteral("1")},
          {QStringLiteral("students"), QString(), QStringLiteral("N"), QStringLiteral("120")},
          {QStringLiteral("assignments"), QString(), QStringLiteral("N"), QStringLiteral("40")},
+         {QStringLiteral("new-students"), QString(), QStringLiteral("N"), QStringLiteral("0")},
          {QStringLiteral("latency"), QString(), QStringLiteral("MS"), QStringLiteral("0")},
          {QStringLiteral("requests-per-connection"), QString(), QStringLiteral("N"),
           QStringLiteral("0")},
@@ -32,6 +34,7 @@ int main(int argc, char **argv) {
         return parser.value(QString::fromLatin1(option)).toInt();
     };
 
+    const std::int64_t firstStudent = CourseSize{}.firstStudent;
     FakeCanvas canvas;
     canvas.latencyMilliseconds = number("latency");
     canvas.requestsPerConnection = number("requests-per-connection");
@@ -39,7 +42,10 @@ int main(int argc, char **argv) {
         std::vector<ServedCourse> courses;
         for (int id = 1; id <= number("courses"); ++id)
             courses.push_back(inventCourse(
-                id, {.students = number("students"), .assignments = number("assignments")},
+                id,
+                {.students = number("students"),
+                 .assignments = number("assignments"),
+                 .firstStudent = firstStudent + std::int64_t(id - 1) * number("new-students")},
                 systemNow()));
         serve(canvas, courses);
     }

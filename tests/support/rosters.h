@@ -1,6 +1,7 @@
 // Short constructors of scored rows and history entries.
 #pragma once
 
+#include "memory/historyfile.h"
 #include "memory/rosterhistory.h"
 
 namespace ellwynd::test {
@@ -20,6 +21,24 @@ inline RosterSnapshot entry(
     std::int64_t course, std::int64_t student, Date date, std::string level,
     std::int64_t missing = 0) {
     return {course, student, date, std::move(level), missing};
+}
+
+/// The level of an entry; unknown for an unknown text.
+[[nodiscard]] inline RecordedLevel recordedLevel(const RosterSnapshot &entry) {
+    for (const RiskLevel level : allRiskLevels) {
+        if (entry.level == levelName(level))
+            return RecordedLevel(level);
+    }
+    constexpr std::optional<RiskLevel> none;
+    return entry.level == levelName(none) ? RecordedLevel(none) : RecordedLevel();
+}
+
+/// A history file with these entries, and the entries of such a file.
+inline std::string historyText(const std::vector<RosterSnapshot> &entries) {
+    return encodeHistory(visitsOf(entries));
+}
+inline std::vector<RosterSnapshot> historyEntries(std::string_view text) {
+    return snapshotsOf(decodeHistory(text));
 }
 
 } // namespace ellwynd::test

@@ -15,7 +15,6 @@ using JSON = nlohmann::ordered_json;
 using std::chrono::hours;
 
 constexpr std::int64_t groupSize = 10;
-constexpr std::int64_t firstStudent = 90'000;
 constexpr std::int64_t firstAssignment = 500;
 
 /// Names with other scripts, diacritics, and characters that JSON must escape.
@@ -272,7 +271,7 @@ ServedCourse inventCourse(std::int64_t id, CourseSize size, Date instant) {
                     .endAt = now + hours(24 * 70)},
             .appliesGroupWeights = id % 2 == 1}};
     for (std::int64_t i = 0; i < size.students; ++i)
-        served.enrollments.push_back(inventEnrollment(firstStudent + i, now));
+        served.enrollments.push_back(inventEnrollment(size.firstStudent + i, now));
     for (std::int64_t i = 0; i < size.assignments; ++i) {
         if (i % groupSize == 0) {
             served.groups.push_back(

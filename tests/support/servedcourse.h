@@ -20,6 +20,8 @@ struct ServedCourse {
 struct CourseSize {
     std::int64_t students = 120;
     std::int64_t assignments = 40;
+    /// The id of the first student; the others follow.
+    std::int64_t firstStudent = 90'000;
 };
 
 /// A course in the middle of its term at `now`: weighted groups of ten assignments, and a

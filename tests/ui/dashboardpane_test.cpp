@@ -43,6 +43,17 @@ struct DashboardPaneTest : test::MainWindowTest {
     }
 };
 
+TEST_F(DashboardPaneTest, ShowsWhatChangedWhileAnotherPaneWasShown) {
+    ASSERT_THAT(text(0), testing::AllOf(StartsWith("Jordan"), testing::HasSubstr("awaiting")));
+    openCourse(900101);
+    const auto &rows = controller.roster().rows;
+    controller.actions().markContacted({*std::ranges::find(rows, "Jordan", &RiskRow::name)});
+    controller.select(DashboardSelection{});
+    EXPECT_THAT(
+        text(0),
+        testing::AllOf(StartsWith("Jordan"), testing::Not(testing::HasSubstr("awaiting"))));
+}
+
 TEST_F(DashboardPaneTest, NamesWhoNeedsTheTeacherFirst) {
     const QAbstractItemModelTester tester(
         list.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);

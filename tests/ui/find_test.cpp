@@ -244,6 +244,32 @@ TEST_F(ConnectedFindTest, FindsWhatIsInMemoryOfThisAccountAlone) {
     EXPECT_EQ(rows(), 0);
 }
 
+/// So many that their names are prepared by a thread.
+TEST_F(ConnectedFindTest, FindsAmongThousandsAndForgetsThemWithTheAccount) {
+    std::vector<QByteArray> students;
+    for (int id = 1; id <= 2500; ++id)
+        students.push_back(QByteArray::fromStdString(
+            R"({"user_id":)" + std::to_string(id) + R"(,"user":{"id":)" + std::to_string(id) +
+            R"(,"name":"Zoe )" + std::to_string(id) + R"("}})"));
+    canvas.serve(QStringLiteral("/api/v1/courses/4021/enrollments"), std::move(students));
+    core.connectTo(canvas.address());
+    EXPECT_TRUE(test::until([&] { return controller.loadedRosters().find(4021) != nullptr; }));
+    find("zoe 2499");
+    EXPECT_TRUE(test::until([&] { return rows() == 1; }));
+    field()->setText(QStringLiteral("settings"));
+    EXPECT_EQ(rows(), 1) << "a command";
+
+    panel()->dismiss();
+    action(QStringLiteral("Find…"))->trigger();
+    core.connectTo(otherCanvas.address());
+    EXPECT_FALSE(isOpen());
+    action(QStringLiteral("Find…"))->trigger();
+    field()->setText(QStringLiteral("settings"));
+    EXPECT_TRUE(test::until([&] { return rows() == 1; }));
+    field()->setText(QStringLiteral("zoe"));
+    EXPECT_EQ(rows(), 0) << "of the other account";
+}
+
 TEST(FindList, ShowsNamesAsPlainTextOnOneLine) {
     UserDefaults defaults({}, {});
     Settings settings(defaults);

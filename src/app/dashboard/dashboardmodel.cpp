@@ -1,13 +1,11 @@
 #include "app/dashboard/dashboardmodel.h"
 
-#include "app/roster/visit.h"
 #include "base/calendar.h"
 #include "memory/dailylevels.h"
 #include "memory/movement.h"
 #include "memory/outreach.h"
 
 #include <algorithm>
-#include <set>
 
 namespace ellwynd {
 
@@ -57,31 +55,6 @@ DashboardCourseCard dashboardCard(
             MostMissed{first.name, std::int64_t(first.studentIDs.size()), first.isClassWide};
     }
     return card;
-}
-
-void setCourses(
-    DashboardTerm &term, std::span<const SharedCourse> courses, const Stores &stores,
-    const TrendSync &trends, Date now) {
-    term.cards.clear();
-    term.students.clear();
-    term.remembersContacts = stores.contacts.isEnabled();
-    std::set<std::int64_t> flagged;
-    for (const SharedCourse &course : courses) {
-        const std::vector<RosterChange> movement = movementOf(*course, stores);
-        std::vector<DashboardStudent> students = flaggedStudents(course, movement, stores, now);
-        term.cards.push_back(dashboardCard(*course, movement, students, stores, trends));
-        for (DashboardStudent &student : students) {
-            flagged.insert(student.row->id);
-            term.students.push_back(std::move(student));
-        }
-    }
-    std::vector<CourseLabel *> labels;
-    for (DashboardCourseCard &card : term.cards)
-        labels.push_back(&card.label);
-    compareNames(labels);
-    sortByNeed(term.students);
-    findOtherCourses(term.students);
-    term.flaggedStudents = std::int64_t(flagged.size());
 }
 
 Dashboard::Dashboard(UserDefaults &defaults)

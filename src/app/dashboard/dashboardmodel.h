@@ -10,7 +10,6 @@
 #include <QObject>
 
 #include <map>
-#include <span>
 
 namespace ellwynd {
 
@@ -84,11 +83,6 @@ struct DashboardModel {
 [[nodiscard]] DashboardCourseCard dashboardCard(
     const ScoredCourse &course, const std::vector<RosterChange> &movement,
     const std::vector<DashboardStudent> &flagged, const Stores &stores, const TrendSync &trends);
-
-/// Sets the cards, students and figures of a term from its courses.
-void setCourses(
-    DashboardTerm &term, std::span<const SharedCourse> courses, const Stores &stores,
-    const TrendSync &trends, Date now);
 
 /// The progress of a pass, in courses.
 struct PassProgress {

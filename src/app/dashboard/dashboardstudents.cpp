@@ -80,20 +80,37 @@ std::vector<DashboardStudent> flaggedStudents(
 }
 
 void sortByNeed(std::vector<DashboardStudent> &students) {
-    std::ranges::stable_sort(students, {}, [](const DashboardStudent &student) {
-        return std::pair{groupOf(student), -student.row->score};
-    });
+    struct Place {
+        int group;
+        double score;
+        std::size_t index;
+        auto operator<=>(const Place &) const = default;
+    };
+    std::vector<Place> places;
+    places.reserve(students.size());
+    for (std::size_t i = 0; i < students.size(); ++i)
+        places.push_back({groupOf(students[i]), -students[i].row->score, i});
+    std::ranges::sort(places, std::less{});
+    std::vector<DashboardStudent> sorted;
+    sorted.reserve(students.size());
+    for (const Place &place : places)
+        sorted.push_back(std::move(students[place.index]));
+    students = std::move(sorted);
 }
 
 void findOtherCourses(std::vector<DashboardStudent> &students) {
-    std::unordered_map<std::int64_t, std::vector<const DashboardStudent *>> byStudent;
-    for (const DashboardStudent &student : students)
-        byStudent[student.row->id].push_back(&student);
-    for (DashboardStudent &student : students) {
+    std::unordered_map<std::int64_t, std::vector<std::size_t>> byStudent;
+    byStudent.reserve(students.size());
+    for (std::size_t i = 0; i < students.size(); ++i)
+        byStudent[students[i].row->id].push_back(i);
+    for (DashboardStudent &student : students)
         student.alsoIn.clear();
-        for (const DashboardStudent *other : byStudent.at(student.row->id)) {
-            if (other != &student)
-                student.alsoIn.push_back(other->courseCode);
+    for (const auto &[id, entries] : byStudent) {
+        for (std::size_t i = 0; entries.size() > 1 && i < entries.size(); ++i) {
+            for (std::size_t j = 0; j < entries.size(); ++j) {
+                if (j != i)
+                    students[entries[i]].alsoIn.push_back(students[entries[j]].courseCode);
+            }
         }
     }
 }

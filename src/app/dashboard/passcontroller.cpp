@@ -12,14 +12,15 @@ PassController::PassController(
     : defaults(defaults),
       courseList(courseList),
       stores(stores),
-      trends(trends),
       rosterCache(rosterCache),
       now(now),
       dashboardModel(defaults),
+      summaries(stores, trends),
       pass(
-          defaults, stores, trends, rosterCache, dashboardModel, lastDashboardInputs, sinks, now,
+          defaults, stores, rosterCache, dashboardModel, lastDashboardInputs, summaries, sinks, now,
           elapsed) {
     connect(&pass, &ScoringPass::courseDidScore, this, &PassController::courseDidScore);
+    connect(&pass, &ScoringPass::passDidEnd, this, &PassController::forgetOldSummaries);
     connect(&pass, &ScoringPass::passDidEnd, this, &PassController::passDidEnd);
     connect(
         &stores.history, &RosterHistory::historyDidChange, this, &PassController::rebuildDashboard);
@@ -46,19 +47,36 @@ void PassController::stop() {
 void PassController::resetToDisconnected() {
     pass.stop();
     lastDashboardInputs.clear();
+    forgetOldSummaries();
     dashboardModel.clear();
 }
 
-void PassController::courseDidChange(const SharedCourse &course) {
-    for (auto &[termID, courses] : lastDashboardInputs) {
-        const auto same = std::ranges::find_if(courses, [&](const SharedCourse &each) {
-            return each->course.id == course->course.id;
-        });
-        if (same != courses.end()) {
-            *same = course;
-            rebuildTerm(termID);
+void PassController::coursesDidChange(const std::vector<SharedCourse> &courses) {
+    std::map<std::int64_t, SharedCourse> changed;
+    for (const SharedCourse &course : courses)
+        changed.emplace(course->course.id, course);
+    for (auto &[termID, shown] : lastDashboardInputs) {
+        bool isChanged = false;
+        for (SharedCourse &each : shown) {
+            if (const auto found = changed.find(each->course.id); found != changed.end()) {
+                each = found->second;
+                isChanged = true;
+            }
         }
+        if (isChanged)
+            rebuildTerm(termID);
     }
+    forgetOldSummaries();
+}
+
+void PassController::courseDidRescore(const SharedCourse &course) {
+    const bool isShown = std::ranges::any_of(lastDashboardInputs, [&](const auto &term) {
+        return std::ranges::any_of(term.second, [&](const SharedCourse &each) {
+            return each->records == course->records;
+        });
+    });
+    if (isShown)
+        static_cast<void>(summaries.of(course, now()));
 }
 
 void PassController::rescore() {
@@ -70,6 +88,7 @@ void PassController::rescore() {
         }
     }
     rebuildDashboard();
+    forgetOldSummaries();
 }
 
 void PassController::rebuildDashboard() {
@@ -83,9 +102,16 @@ void PassController::rebuildTerm(std::int64_t termID) {
     if (shown == terms.end())
         return;
     DashboardTerm rebuilt = *shown;
-    setCourses(rebuilt, lastDashboardInputs.at(termID), stores, trends, now());
+    setCourses(rebuilt, lastDashboardInputs.at(termID), summaries, stores, now());
     if (rebuilt != *shown)
         dashboardModel.termScored(std::move(rebuilt));
+}
+
+void PassController::forgetOldSummaries() {
+    std::vector<SharedCourse> shown;
+    for (const auto &[termID, courses] : lastDashboardInputs)
+        shown.insert(shown.end(), courses.begin(), courses.end());
+    summaries.keep(shown);
 }
 
 } // namespace ellwynd

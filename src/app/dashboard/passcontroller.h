@@ -27,8 +27,10 @@ class PassController : public QObject {
     /// Stops the pass and removes the cards, after a sign-out.
     void resetToDisconnected();
 
-    /// Updates the card of a course that was read outside a pass.
-    void courseDidChange(const SharedCourse &course);
+    /// Updates the cards of courses that were read outside a pass.
+    void coursesDidChange(const std::vector<SharedCourse> &courses);
+    /// Prepares the card of a course that was scored again, ahead of `rescore`.
+    void courseDidRescore(const SharedCourse &course);
     /// Scores the cards' courses with the current thresholds, unless the cache already holds them
     /// rescored.
     void rescore();
@@ -46,15 +48,16 @@ class PassController : public QObject {
 
   private:
     void rebuildTerm(std::int64_t termID);
+    void forgetOldSummaries();
 
     UserDefaults &defaults;
     const CourseList &courseList;
     Stores &stores;
-    TrendSync &trends;
     RosterCache &rosterCache;
     Clock now;
     Dashboard dashboardModel;
     DashboardInputs lastDashboardInputs;
+    CourseSummaries summaries;
     ScoringPass pass;
 };
 

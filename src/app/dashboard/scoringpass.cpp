@@ -3,7 +3,6 @@
 #include "app/dashboard/widgetnames.h"
 #include "base/log.h"
 #include "canvas/records/canvaserror.h"
-#include "memory/movement.h"
 #include "net/task.h"
 
 #include <QPointer>
@@ -40,15 +39,15 @@ struct ScoringPass::Run {
 };
 
 ScoringPass::ScoringPass(
-    UserDefaults &defaults, Stores &stores, TrendSync &trends, RosterCache &rosterCache,
-    Dashboard &dashboard, DashboardInputs &lastDashboardInputs, PassSinks sinks, Clock now,
+    UserDefaults &defaults, Stores &stores, RosterCache &rosterCache, Dashboard &dashboard,
+    DashboardInputs &lastDashboardInputs, CourseSummaries &summaries, PassSinks sinks, Clock now,
     ElapsedClock elapsed)
     : defaults(defaults),
       stores(stores),
-      trends(trends),
       rosterCache(rosterCache),
       dashboard(dashboard),
       lastDashboardInputs(lastDashboardInputs),
+      summaries(summaries),
       sinks(sinks),
       now(now),
       elapsed(elapsed) {
@@ -162,6 +161,8 @@ ScoringPass::scoreOne(std::shared_ptr<Run> of, Course course, std::int64_t termI
     }
     ++of->coursesRead;
     rosterCache.store(entry);
+    // So that little is left to do once the last course of the term was read.
+    static_cast<void>(summaries.of(entry, now()));
     dashboard.courseScored(termID);
     Q_EMIT courseDidScore(id);
     co_return entry;
@@ -171,7 +172,7 @@ void ScoringPass::publishTerm(const TermGroup &term, std::vector<SharedCourse> c
     DashboardTerm cards{.id = *term.id(), .title = title(term), .updatedAt = now()};
     for (SharedCourse &course : courses)
         course = withCurrentThresholds(course, defaults);
-    setCourses(cards, courses, stores, trends, now());
+    setCourses(cards, courses, summaries, stores, now());
     lastDashboardInputs.insert_or_assign(cards.id, std::move(courses));
     dashboard.termScored(std::move(cards));
 }
@@ -204,7 +205,7 @@ void ScoringPass::finish() {
         logger.error("Widget snapshot skipped: automatic term incomplete");
     } else {
         if (sinks.notices != nullptr)
-            sinks.notices->notify(movements(ended->wholeTerms));
+            sinks.notices->notify(movements(ended->wholeTerms, fetchedAt));
         if (isWhole && feedsWidgets(defaults))
             sinks.widgets.write(snapshot(*automatic, ended->wholeTerms, fetchedAt));
     }
@@ -216,14 +217,14 @@ void ScoringPass::finish() {
 }
 
 /// The students whose level got worse, in the terms that this pass scored completely.
-std::vector<CourseMovement> ScoringPass::movements(const std::vector<std::int64_t> &termIDs) const {
+std::vector<CourseMovement>
+ScoringPass::movements(const std::vector<std::int64_t> &termIDs, Date now) const {
     std::vector<CourseMovement> movements;
     for (const std::int64_t termID : termIDs) {
         for (const SharedCourse &course : lastDashboardInputs.at(termID)) {
             const std::int64_t id = course->course.id;
             CourseMovement movement{.courseID = id, .courseName = displayName(course->course)};
-            for (const RosterChange &change :
-                 changes(stores.history, course->rows, id, course->fetchedAt)) {
+            for (const RosterChange &change : summaries.of(course, now).movement) {
                 if (isWorse(change))
                     movement.worseStudentIDs.push_back(change.studentID);
             }

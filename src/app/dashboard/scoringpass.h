@@ -1,7 +1,7 @@
 // A scoring pass over every nearby term.
 #pragma once
 
-#include "app/dashboard/dashboardmodel.h"
+#include "app/dashboard/coursesummary.h"
 #include "app/roster/rostercache.h"
 #include "canvas/canvasreading.h"
 #include "outputs/notices/movementnotifier.h"
@@ -42,9 +42,9 @@ class ScoringPass : public QObject {
   public:
     /// The arguments must outlive this object and the tasks that it has started.
     ScoringPass(
-        UserDefaults &defaults, Stores &stores, TrendSync &trends, RosterCache &rosterCache,
-        Dashboard &dashboard, DashboardInputs &lastDashboardInputs, PassSinks sinks, Clock now,
-        ElapsedClock elapsed);
+        UserDefaults &defaults, Stores &stores, RosterCache &rosterCache, Dashboard &dashboard,
+        DashboardInputs &lastDashboardInputs, CourseSummaries &summaries, PassSinks sinks,
+        Clock now, ElapsedClock elapsed);
     ~ScoringPass() override;
 
     /// Starts a pass over the dashboard's prepared terms. Courses read at `freshSince` or later are
@@ -71,7 +71,7 @@ class ScoringPass : public QObject {
     void termEnded(Run &of);
     void finish();
     [[nodiscard]] std::vector<CourseMovement>
-    movements(const std::vector<std::int64_t> &termIDs) const;
+    movements(const std::vector<std::int64_t> &termIDs, Date now) const;
     [[nodiscard]] WidgetSnapshotFile snapshot(
         std::int64_t automaticTermID, const std::vector<std::int64_t> &termIDs,
         Date fetchedAt) const;
@@ -79,10 +79,10 @@ class ScoringPass : public QObject {
 
     UserDefaults &defaults;
     Stores &stores;
-    TrendSync &trends;
     RosterCache &rosterCache;
     Dashboard &dashboard;
     DashboardInputs &lastDashboardInputs;
+    CourseSummaries &summaries;
     PassSinks sinks;
     Clock now;
     ElapsedClock elapsed;

@@ -43,11 +43,10 @@ LookBack lookBack(
     const ContactLog &contacts) {
     std::unordered_map<std::int64_t, Levels> levelsOf;
     std::set<Date> days;
-    for (const RosterSnapshot &entry : history.entries()) {
-        if (entry.courseID != courseID)
-            continue;
-        const Date day = calendar::startOfDay(entry.recordedAt);
-        levelsOf[entry.studentID].insert_or_assign(day, recordedLevel(entry));
+    for (const auto &visit : history.visits(courseID)) {
+        const Date day = calendar::startOfDay(visit->recordedAt());
+        for (std::size_t i = 0; i < visit->size(); ++i)
+            levelsOf[visit->studentID(i)].insert_or_assign(day, visit->level(i));
         days.insert(day);
     }
     LookBack look{.days = {days.begin(), days.end()}, .rows = {}};

@@ -21,8 +21,11 @@ void CacheRescoring::start() {
     queue.clear();
     for (const auto &[id, course] : rosterCache.entries)
         queue.push_back(id);
-    timer.start();
     runSlice();
+    if (queue.empty())
+        end();
+    else
+        timer.start();
 }
 
 void CacheRescoring::stop() {
@@ -31,14 +34,24 @@ void CacheRescoring::stop() {
 }
 
 void CacheRescoring::runSlice() {
+    // What follows the end is a step of its own.
+    if (queue.empty())
+        return end();
     const ElapsedTime begin = elapsedNow();
     while (!queue.empty() && elapsedNow() - begin < sliceLimit) {
-        if (const SharedCourse course = rosterCache.find(queue.back()))
-            rosterCache.store(withCurrentThresholds(course, defaults));
+        const SharedCourse course = rosterCache.find(queue.back());
         queue.pop_back();
+        if (!course)
+            continue;
+        const SharedCourse current = withCurrentThresholds(course, defaults);
+        if (current == course)
+            continue;
+        rosterCache.store(current);
+        Q_EMIT courseDidRescore(current);
     }
-    if (!queue.empty())
-        return;
+}
+
+void CacheRescoring::end() {
     timer.stop();
     Q_EMIT rescoringDidEnd();
 }

@@ -26,10 +26,13 @@ class CacheRescoring : public QObject {
     void stop();
 
   Q_SIGNALS:
+    /// A course was scored again with other thresholds, and stored in the cache.
+    void courseDidRescore(const ellwynd::SharedCourse &course);
     void rescoringDidEnd();
 
   private:
     void runSlice();
+    void end();
 
     RosterCache &rosterCache;
     const UserDefaults &defaults;

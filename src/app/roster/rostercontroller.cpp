@@ -159,13 +159,14 @@ void RosterController::stop() {
 void RosterController::show(const std::vector<Outcome> &outcomes, RosterRead kind) {
     const std::vector<Course> courses = selectedCourses();
     std::vector<SharedCourse> shown;
+    std::vector<SharedCourse> read;
     std::vector<std::string> notes;
     for (std::size_t i = 0; i < outcomes.size(); ++i) {
         SharedCourse course = outcomes[i].course;
         if (course) {
             course = withCurrentThresholds(course, defaults);
             rosterCache.store(course);
-            Q_EMIT courseDidChange(course);
+            read.push_back(course);
         } else {
             notes.push_back(unreadText(courses[i], *outcomes[i].failure));
             course = rosterCache.find(courses[i].id);
@@ -173,6 +174,7 @@ void RosterController::show(const std::vector<Outcome> &outcomes, RosterRead kin
         if (course)
             shown.push_back(std::move(course));
     }
+    Q_EMIT coursesDidChange(read);
     if (shown.empty())
         return;
     std::vector<RosterChange> movement;
@@ -202,6 +204,7 @@ std::vector<RosterChange> RosterController::remember(const ScoredCourse &course,
 void RosterController::showSelection() {
     const std::vector<Course> courses = selectedCourses();
     rosterView = {};
+    shownCourses.clear();
     unreadCourses.clear();
     if (courses.empty()) {
         if (!currentSelection)
@@ -226,8 +229,22 @@ void RosterController::redisplayFromCache() {
     if (rosterView.state != RosterView::State::shown)
         return;
     const std::vector<SharedCourse> cached = cachedCourses();
-    if (!cached.empty())
-        showRoster(cached, movementOf(*cached.front(), stores));
+    if (cached.empty())
+        return;
+    if (cached != shownCourses)
+        return showRoster(cached, movementOf(*cached.front(), stores));
+    if (rosterView.courseID)
+        rosterView.movement = movementOf(*cached.front(), stores);
+    showMemory();
+    Q_EMIT rosterDidChange();
+}
+
+/// Updates what comes from the history and the contacts, but for the movement.
+void RosterController::showMemory() {
+    if (rosterView.courseID)
+        rosterView.insight = courseInsight(*shownCourses.front(), stores, now());
+    rosterView.outreach = outreachOf(rosterView.rows, stores, now());
+    rosterView.remembersContacts = stores.contacts.isEnabled();
 }
 
 void RosterController::courseDidScore(std::int64_t courseID) {
@@ -285,16 +302,15 @@ void RosterController::showRoster(
             (visited->second.passingScore != course.thresholds.passingScore ||
              visited->second.inactivityDays != course.thresholds.inactivityDays);
         view.movement = std::move(movement);
-        view.insight = courseInsight(course, stores, now());
     } else {
         view.rows = termRows(courses);
     }
     view.notes = notesOf(courses);
     view.notes.insert(view.notes.end(), unreadCourses.begin(), unreadCourses.end());
-    view.outreach = outreachOf(view.rows, stores, now());
-    view.remembersContacts = stores.contacts.isEnabled();
     view.courseCodes = courseCodesOf(courses);
     rosterView = std::move(view);
+    shownCourses = shared;
+    showMemory();
     Q_EMIT rosterDidChange();
 }
 
@@ -307,7 +323,8 @@ void RosterController::rescore() {
         changed = true;
         rosterCache.store(current);
     }
-    if (changed)
+    // Others may have scored them.
+    if (changed || cachedCourses() != shownCourses)
         redisplayFromCache();
 }
 

@@ -62,7 +62,8 @@ class RosterController : public QObject {
 
     /// Shows a course that a pass has scored, if it is on screen.
     void courseDidScore(std::int64_t courseID);
-    /// Rescores the roster on screen with the current thresholds.
+    /// Rescores the roster on screen with the current thresholds, and shows the scores of the
+    /// cache.
     void rescore();
     /// Updates the roster on screen after a change of the history or the contacts.
     void onHistoryChanged();
@@ -78,8 +79,8 @@ class RosterController : public QObject {
     void rosterDidChange();
     /// A load started, progressed or ended; see `RosterView::loadedCourses`.
     void loadingDidChange();
-    /// A load has read a course.
-    void courseDidChange(ellwynd::SharedCourse course);
+    /// A load has read these courses.
+    void coursesDidChange(const std::vector<ellwynd::SharedCourse> &courses);
     /// @param failure that of the first course if no course could be read; otherwise absent.
     void loadDidEnd(const std::optional<ellwynd::CanvasError> &failure);
 
@@ -99,6 +100,7 @@ class RosterController : public QObject {
     [[nodiscard]] std::vector<RosterChange> remember(const ScoredCourse &course, RosterRead kind);
     void showSelection();
     void redisplayFromCache();
+    void showMemory();
     void showFailure(const CanvasError &failure);
     void showRoster(const std::vector<SharedCourse> &shared, std::vector<RosterChange> movement);
     void setLoading(bool loading);
@@ -118,6 +120,8 @@ class RosterController : public QObject {
     std::stop_source stopLoad;
     bool loadingRoster = false;
     RosterView rosterView;
+    /// Those that the view was made from.
+    std::vector<SharedCourse> shownCourses;
     /// One note for each course of the roster on screen that could not be read.
     std::vector<std::string> unreadCourses;
     /// The thresholds at the last visit of this run, by course.

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace ellwynd {
 
@@ -197,11 +198,19 @@ void RosterRows::sort(std::vector<std::size_t> &order, const RosterQuery &query)
     const auto byText = [&](auto textOf) {
         QCollator collator;
         collator.setCaseSensitivity(Qt::CaseInsensitive);
-        std::map<std::size_t, QCollatorSortKey> keys;
-        for (const std::size_t i : order)
-            keys.emplace(i, collator.sortKey(qtText(textOf(all[i]))));
+        // Many rows may have the same text, such as that of their course.
+        std::unordered_map<std::string, std::size_t> indexOf;
+        std::vector<QCollatorSortKey> keys;
+        std::vector<std::size_t> keyOfRow(all.size());
+        for (const std::size_t i : order) {
+            const std::string &text = textOf(all[i]);
+            const auto [known, isNew] = indexOf.emplace(text, keys.size());
+            if (isNew)
+                keys.push_back(collator.sortKey(qtText(text)));
+            keyOfRow[i] = known->second;
+        }
         std::ranges::stable_sort(order, [&](std::size_t a, std::size_t b) {
-            const int compared = keys.at(a).compare(keys.at(b));
+            const int compared = keys[keyOfRow[a]].compare(keys[keyOfRow[b]]);
             return query.descending ? compared > 0 : compared < 0;
         });
     };

@@ -19,9 +19,9 @@ bool isNew(const RiskRow &row, const RosterHistory &history, Date now) {
     const Date boundary = calendar::daysBefore(now, days);
     const auto own = history.entries(row.courseID, row.id);
     return std::ranges::none_of(
-               own, [&](const RosterSnapshot *entry) { return entry->recordedAt < boundary; }) &&
-        std::ranges::any_of(history.entries(), [&](const RosterSnapshot &entry) {
-               return entry.courseID == row.courseID && entry.recordedAt < boundary;
+               own, [&](const StudentVisit &entry) { return entry.recordedAt < boundary; }) &&
+        std::ranges::any_of(history.visits(row.courseID), [&](const auto &visit) {
+               return visit->recordedAt() < boundary;
            });
 }
 

@@ -19,8 +19,10 @@ bool hasFiles(const std::filesystem::path &file) {
 
 } // namespace
 
-Stores::Stores(UserDefaults &defaults, const std::filesystem::path &directory, Clock clock)
-    : history(defaults, memoryDirectory(defaults, directory), clock),
+Stores::Stores(
+    UserDefaults &defaults, const std::filesystem::path &directory, Clock clock,
+    RosterHistory::Saving saving)
+    : history(defaults, memoryDirectory(defaults, directory), clock, saving),
       contacts(defaults, memoryDirectory(defaults, directory), clock),
       templates(directory, clock) {
     if (!defaults.value(preferences::sampleData)) {

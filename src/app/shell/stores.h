@@ -14,7 +14,10 @@ struct Stores {
     /// launch argument for this run.
     /// @param defaults must outlive this object.
     /// @param directory the data directory.
-    Stores(UserDefaults &defaults, const std::filesystem::path &directory, Clock clock = systemNow);
+    /// @param saving how the history is read and saved.
+    Stores(
+        UserDefaults &defaults, const std::filesystem::path &directory, Clock clock = systemNow,
+        RosterHistory::Saving saving = RosterHistory::Saving::immediate);
 
     RosterHistory history;
     ContactLog contacts;

@@ -8,7 +8,7 @@ namespace {
 
 using undotexts::History;
 
-std::function<UndoResult()> restoring(RosterHistory &history, std::vector<RosterSnapshot> deleted) {
+std::function<UndoResult()> restoring(RosterHistory &history, HistoryVisits deleted) {
     return [&history, deleted = std::move(deleted)] {
         return history.restore(deleted) ? UndoResult::all : UndoResult::none;
     };
@@ -50,10 +50,10 @@ void deleteContacts(ContactLog &contacts, UndoStack &undo) {
 
 void setRemembersLevels(UserDefaults &defaults, RosterHistory &history, UndoStack &undo, bool on) {
     const auto &key = preferences::rememberRosterHistory;
-    if (on || history.entries().empty())
+    if (on || history.visits().empty())
         defaults.set(key, on);
     else
-        switchOff(defaults, key, undo, History::levels, restoring(history, history.entries()));
+        switchOff(defaults, key, undo, History::levels, restoring(history, history.visits()));
 }
 
 void setRemembersContacts(UserDefaults &defaults, ContactLog &contacts, UndoStack &undo, bool on) {

@@ -181,12 +181,23 @@ void DashboardPane::resizeEvent(QResizeEvent *event) {
     arrangeCards();
 }
 
+void DashboardPane::showEvent(QShowEvent *event) {
+    wasShown = true;
+    if (isOutdated)
+        showModel();
+    QWidget::showEvent(event);
+}
+
 void DashboardPane::setRefreshing(bool refreshing) {
     if (std::exchange(isRefreshing, refreshing) != refreshing)
         showModel();
 }
 
+/// While another pane is shown, a change waits until this one is shown again.
 void DashboardPane::showModel() {
+    isOutdated = wasShown && isHidden();
+    if (isOutdated)
+        return;
     showTermMenu();
     const DashboardTerm *term = dashboard.shownTerm();
     if (term == nullptr)

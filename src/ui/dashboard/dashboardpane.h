@@ -49,6 +49,7 @@ class DashboardPane : public QWidget {
   protected:
     bool eventFilter(QObject *object, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
   private:
     void showModel();
@@ -85,6 +86,9 @@ class DashboardPane : public QWidget {
     std::vector<CourseCard *> cards;
     int columns = 0;
     bool isRefreshing = false;
+    /// Whether the model has changed since the pane was left.
+    bool isOutdated = false;
+    bool wasShown = false;
     std::shared_ptr<void> observing;
 };
 

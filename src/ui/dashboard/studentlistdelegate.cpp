@@ -56,14 +56,32 @@ void StudentListDelegate::setWidth(int width) {
     // Wide enough for the names, up to a share of the list.
     const int most = width * 35 / 100;
     nameWidth = appearance.px(84);
-    for (const DashboardStudent &student : model.students()) {
+    for (const DashboardStudent *student : studentsToMeasure()) {
         if (nameWidth >= most)
             break;
         nameWidth = std::max(
-            {nameWidth, names.horizontalAdvance(qstring(student.row->name)),
-             codes.horizontalAdvance(qstring(student.courseCode))});
+            {nameWidth, names.horizontalAdvance(qstring(student->row->name)),
+             codes.horizontalAdvance(qstring(student->courseCode))});
     }
     nameWidth = std::min(nameWidth, most);
+}
+
+/// The students among whom the widest name is sought. In a long list they are those with the most
+/// letters, so that its length does not matter.
+std::vector<const DashboardStudent *> StudentListDelegate::studentsToMeasure() const {
+    constexpr std::ptrdiff_t measured = 64;
+    std::vector<const DashboardStudent *> students;
+    students.reserve(model.students().size());
+    for (const DashboardStudent &student : model.students())
+        students.push_back(&student);
+    const auto lengthOf = [](const DashboardStudent *student) {
+        return std::max(student->row->name.size(), student->courseCode.size());
+    };
+    if (std::ssize(students) > measured) {
+        std::ranges::nth_element(students, students.begin() + measured, std::greater{}, lengthOf);
+        students.resize(measured);
+    }
+    return students;
 }
 
 int StudentListDelegate::lineHeight() const {

@@ -3,10 +3,13 @@
 
 #include <QStyledItemDelegate>
 
+#include <vector>
+
 namespace ellwynd {
 
 class Appearance;
 class StudentListModel;
+struct DashboardStudent;
 
 /// The level, the arrow, the name over the course, and the reasons over what changed and what was
 /// written. In a narrow list the reasons are below the name.
@@ -34,6 +37,7 @@ class StudentListDelegate : public QStyledItemDelegate {
   private:
     void paintName(QPainter &painter, const QRect &row, const QModelIndex &index) const;
     void paintReasons(QPainter &painter, const QRect &area, const QModelIndex &index) const;
+    [[nodiscard]] std::vector<const DashboardStudent *> studentsToMeasure() const;
     [[nodiscard]] int nameLeft() const;
     [[nodiscard]] int lineHeight() const;
 

@@ -9,10 +9,14 @@
 #include <QApplication>
 #include <QKeyEvent>
 
+#include <utility>
+
 namespace ellwynd {
 
 /// How long changes are collected while a scoring pass runs.
 static constexpr std::chrono::milliseconds updateDelay{250};
+/// More entries are prepared by a thread, so that the window does not wait.
+static constexpr std::size_t preparedAtOnce = 2000;
 
 FindCommands::FindCommands(
     MainWindowController &controller, const MainMenus &menus, const Appearance &appearance,
@@ -33,7 +37,7 @@ FindCommands::FindCommands(
     update.setInterval(updateDelay);
     connect(&update, &QTimer::timeout, this, [this] {
         if (panel->isVisible())
-            panel->setIndex(index());
+            updateIndex();
     });
 }
 
@@ -57,22 +61,69 @@ void FindCommands::open() {
         panel = new FindPanel(appearance, window);
         connect(panel, &FindPanel::entryRequested, this, &FindCommands::openEntry);
     }
-    panel->open(index());
+    std::vector<FindEntry> found = entries();
+    const bool isMany = found.size() > preparedAtOnce;
+    panel->open(isMany ? FindIndex({}, suggestions()) : FindIndex(found, suggestions()));
+    commands = std::exchange(nextCommands, {});
+    isOutdated = preparing.valid();
+    if (isMany)
+        prepare(std::move(found));
 }
 
-FindIndex FindCommands::index() {
+std::vector<FindEntry> FindCommands::entries() {
     std::vector<FindEntry> entries =
         entriesOf(controller.courses().known(), controller.loadedRosters());
-    commands.clear();
+    nextCommands.clear();
     for (const MainMenus::Found &command : menus.enabledCommands()) {
         entries.push_back(
             {.kind = FoundKind::command,
              .title = command.text,
              .detail = command.place,
-             .id = std::int64_t(commands.size())});
-        commands.emplace_back(command.action);
+             .id = std::int64_t(nextCommands.size())});
+        nextCommands.emplace_back(command.action);
     }
-    return FindIndex(std::move(entries), suggestionsOf(controller.dashboard().shownTerm()));
+    return entries;
+}
+
+std::vector<FindEntry> FindCommands::suggestions() {
+    return suggestionsOf(controller.dashboard().shownTerm());
+}
+
+void FindCommands::updateIndex() {
+    std::vector<FindEntry> found = entries();
+    isOutdated = preparing.valid();
+    if (found.size() > preparedAtOnce)
+        prepare(std::move(found));
+    else
+        setIndex(FindIndex(std::move(found), suggestions()));
+}
+
+/// The panel keeps its index until the new one is prepared, and until one that is outdated is
+/// prepared again.
+void FindCommands::prepare(std::vector<FindEntry> found) {
+    if (preparing.valid())
+        return;
+    preparing = std::async(
+        std::launch::async, [this, found = std::move(found), suggested = suggestions()]() mutable {
+            FindIndex index(std::move(found), suggested);
+            QMetaObject::invokeMethod(this, &FindCommands::indexDidEnd, Qt::QueuedConnection);
+            return index;
+        });
+}
+
+void FindCommands::indexDidEnd() {
+    FindIndex index = preparing.get();
+    if (!panel->isVisible())
+        return;
+    if (isOutdated)
+        updateIndex();
+    else
+        setIndex(std::move(index));
+}
+
+void FindCommands::setIndex(FindIndex index) {
+    panel->setIndex(std::move(index));
+    commands = std::exchange(nextCommands, {});
 }
 
 /// The list is empty after a sign-out and before another account's courses arrive.

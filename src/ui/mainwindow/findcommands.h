@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <future>
 #include <vector>
 
 class QAction;
@@ -42,7 +43,13 @@ class FindCommands : public QObject {
 
   private:
     void open();
-    [[nodiscard]] FindIndex index();
+    /// Everything that can be found now, for the next index.
+    [[nodiscard]] std::vector<FindEntry> entries();
+    [[nodiscard]] std::vector<FindEntry> suggestions();
+    void updateIndex();
+    void prepare(std::vector<FindEntry> found);
+    void indexDidEnd();
+    void setIndex(FindIndex index);
     void openEntry(const FindEntry &entry);
     void coursesDidChange();
     void updateSoon();
@@ -54,8 +61,14 @@ class FindCommands : public QObject {
     FindPanel *panel = nullptr;
     /// The commands in the index, by their positions.
     std::vector<QPointer<QAction>> commands;
+    /// Those in the index that is prepared.
+    std::vector<QPointer<QAction>> nextCommands;
     /// One update for the changes of a moment.
     QTimer update;
+    /// Valid while a thread prepares the index of many entries.
+    std::future<FindIndex> preparing;
+    /// Whether the entries have changed since its start.
+    bool isOutdated = false;
 };
 
 } // namespace ellwynd

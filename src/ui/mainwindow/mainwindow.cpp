@@ -119,9 +119,12 @@ PreviewStudents MainWindow::previewStudents() const {
 }
 
 void MainWindow::updateActions() {
+    updateActionsFor(selectedStudents());
+}
+
+void MainWindow::updateActionsFor(const std::vector<RiskRow> &selected) {
     const RosterView &roster = controller.roster();
     const bool shown = roster.state == RosterView::State::shown;
-    const std::vector<RiskRow> selected = selectedStudents();
     details->setContactsEnabled(stores.contacts.isEnabled());
     menus->update({
         .rosterPane = showsRoster(roster),
@@ -146,7 +149,10 @@ void MainWindow::showSelection() {
     details->show(
         selected, one ? controller.studentHistory(selected.front()) : StudentHistory{},
         one ? SelectionSummary{} : selectionSummary(selected, controller.roster()));
-    updateActions();
+    if (middle->currentWidget() == dashboardPane)
+        updateActions();
+    else
+        updateActionsFor(selected);
     if (settingsWindow != nullptr)
         settingsWindow->refreshPreview();
 }

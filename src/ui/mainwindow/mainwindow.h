@@ -92,6 +92,7 @@ class MainWindow : public QMainWindow {
     [[nodiscard]] PreviewStudents previewStudents() const;
     void connectViews();
     void updateActions();
+    void updateActionsFor(const std::vector<RiskRow> &selected);
     void showPane();
     void showSelection();
     /// Shows the details, even in a narrow window, and moves the focus to them.

@@ -216,8 +216,11 @@ int RosterTable::figureWidth(int column, const QFontMetrics &metrics) const {
     return metrics.horizontalAdvance(widest);
 }
 
-/// Lays out columns and rows for the width of the view.
+/// Lays out columns and rows for the width of the view. Without rows another view is shown, and the
+/// fonts need not be loaded yet.
 void RosterTable::lay() {
+    if (model->rowCount() == 0)
+        return;
     showSortIndicator();
     const int padding = delegate->horizontalPadding();
     const QFontMetrics metrics(appearance.font());

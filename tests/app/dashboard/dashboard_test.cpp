@@ -1,3 +1,4 @@
+#include "app/dashboard/coursesummary.h"
 #include "app/dashboard/dashboardtexts.h"
 #include "app/mainwindowcontroller.h"
 #include "app/roster/visit.h"
@@ -141,6 +142,39 @@ TEST_F(DashboardTest, TheTrendIncludesDaysOfOtherMachines) {
     EXPECT_EQ(card.newlyFlagged, 1);
     EXPECT_EQ(card.improved, 1);
     EXPECT_EQ(card.mostMissed, std::nullopt);
+}
+
+TEST_F(DashboardTest, ASummaryIsMadeAgainOnlyAfterAChangeOfItsCourse) {
+    const auto scored = [](std::int64_t id) {
+        RiskRow student = test::row(1, "At Risk");
+        student.courseID = id;
+        return std::make_shared<const ScoredCourse>(
+            ScoredCourse{.course = {.id = id}, .rows = {student}, .fetchedAt = noon});
+    };
+    const SharedCourse bio = scored(7);
+    const SharedCourse art = scored(8);
+    core.stores.history.fill({test::entry(7, 1, noon - days(2), "Watch")});
+    CourseSummaries summaries(core.stores, core.trends);
+    // The list of the students is another one once it was made again.
+    const auto made = [&](const SharedCourse &course, Date now) {
+        return summaries.of(course, now).students.data();
+    };
+    const auto *ofBio = made(bio, noon);
+    const auto *ofArt = made(art, noon);
+    EXPECT_EQ(summaries.of(bio, noon).card.slipped, 1);
+    EXPECT_EQ(made(bio, noon + std::chrono::hours(1)), ofBio);
+
+    core.stores.contacts.noteContact(7, 1, noon);
+    EXPECT_EQ(made(art, noon), ofArt) << "of another course";
+    EXPECT_TRUE(summaries.of(bio, noon).students.front().outcome);
+    core.stores.history.record({test::row(1, "At Risk")}, 7, noon - days(1));
+    EXPECT_EQ(made(art, noon), ofArt);
+    EXPECT_EQ(summaries.of(bio, noon).card.slipped, 0);
+    EXPECT_EQ(summaries.of(bio, noon).card.trend.size(), 3U);
+    EXPECT_EQ(summaries.of(bio, noon + days(1)).students.front().outcome->daysSince, 1)
+        << "on another day";
+    core.stores.history.deleteAll();
+    EXPECT_EQ(summaries.of(bio, noon).card.trend.size(), 1U);
 }
 
 /// A fake Canvas with two courses in the current term, one in the next term and one in an old term.

@@ -1,0 +1,11 @@
+// How the C library's heap treats large blocks.
+#pragma once
+
+namespace ellwynd {
+
+/// Returns each freed block of a megabyte or more to the system. By default the C library begins to
+/// keep such blocks after the first is freed, so that a process stays as large as its largest file,
+/// once for each thread. Called once at the start of a process, before other threads.
+void returnLargeBlocks();
+
+} // namespace ellwynd

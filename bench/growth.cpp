@@ -60,9 +60,10 @@ void grow(const char *what, std::int64_t size, Prepare prepare) {
     std::fflush(stdout);
 }
 
-std::vector<SubmissionSummary> submissionsOf(std::int64_t students, std::int64_t assignments) {
+std::vector<SubmissionSummary>
+submissionsOf(std::int64_t students, std::int64_t assignments, std::int64_t first) {
     std::vector<SubmissionSummary> submissions;
-    for (std::int64_t id = 0; id < students; ++id) {
+    for (std::int64_t id = first; id < first + students; ++id) {
         for (std::int64_t assignment = 0; assignment < assignments; ++assignment) {
             const bool missing = (id * 7 + assignment * 13) % 11 == 0;
             submissions.push_back(
@@ -77,7 +78,7 @@ std::vector<SubmissionSummary> submissionsOf(std::int64_t students, std::int64_t
     return submissions;
 }
 
-std::vector<Enrollment> studentsOf(std::int64_t count, std::int64_t first = 0) {
+std::vector<Enrollment> studentsOf(std::int64_t count, std::int64_t first) {
     std::vector<Enrollment> students;
     for (std::int64_t i = 0; i < count; ++i) {
         const std::int64_t id = first + i;
@@ -92,10 +93,12 @@ std::vector<Enrollment> studentsOf(std::int64_t count, std::int64_t first = 0) {
     return students;
 }
 
+/// Half of its students are in the course before it too.
 SharedCourse courseOf(std::int64_t id, std::int64_t students) {
+    const std::int64_t first = id * students / 2;
     ScoredCourse course = scoreCourse(
         {.id = id, .name = fmt::format("Course {}", id), .courseCode = fmt::format("C {}", id)},
-        studentsOf(students), {}, submissionsOf(students, 20), {}, now);
+        studentsOf(students, first), {}, submissionsOf(students, 20, first), {}, now);
     return std::make_shared<const ScoredCourse>(std::move(course));
 }
 
@@ -106,7 +109,8 @@ std::vector<RosterSnapshot> historyOf(std::int64_t courses) {
     constexpr std::int64_t students = 50;
     for (std::int64_t day = recordedDays; day > 0; --day) {
         for (std::int64_t course = 1; course <= courses; ++course) {
-            for (std::int64_t id = 0; id < students; ++id)
+            for (std::int64_t id = course * students / 2; id < course * students / 2 + students;
+                 ++id)
                 entries.push_back(
                     {course, id, now - std::chrono::days(day),
                      std::string(levelName(RiskLevel((id + day) % 3))), 2});

@@ -159,7 +159,12 @@ RosterTable::select(const std::set<StudentKey> &students, std::optional<StudentK
             kept = model->index(row, RosterModel::student);
         if (!students.contains(key))
             continue;
-        selection.select(model->index(row, 0), model->index(row, RosterModel::columns - 1));
+        // One range for rows in a row: a selection of many ranges takes quadratic time.
+        const QModelIndex last = model->index(row, RosterModel::columns - 1);
+        if (!selection.isEmpty() && selection.last().bottom() == row - 1)
+            selection.last() = QItemSelectionRange(selection.last().topLeft(), last);
+        else
+            selection.select(model->index(row, 0), last);
         if (!first.isValid())
             first = model->index(row, RosterModel::student);
     }

@@ -113,7 +113,7 @@ void WidgetWindow::putOnScreen() {
         layer.move(*this, shownFrame(state.place, size(), connectedScreens()).topLeft());
 }
 
-void WidgetWindow::showAgain() {
+void WidgetWindow::reshow() {
     const auto place = layer.placeOf(*this);
     hide();
     if (place)

@@ -123,6 +123,9 @@ void WidgetWindow::reshow() {
 
 void WidgetWindow::showEvent(QShowEvent *event) {
     QWidget::showEvent(event);
+    // The window system only restored it.
+    if (event->spontaneous())
+        return;
     layer.prepare(*this);
     // The window is shown after this event.
     QMetaObject::invokeMethod(

@@ -78,7 +78,7 @@ WidgetBoard::WidgetBoard(
     connect(layer.get(), &DesktopLayer::desktopShownDidChange, this, [this] {
         for (const auto &window : placed) {
             if (window->isVisible())
-                window->showAgain();
+                window->reshow();
         }
     });
     const auto watch = [this](QScreen *screen) {

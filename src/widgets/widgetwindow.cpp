@@ -113,7 +113,7 @@ void WidgetWindow::putOnScreen() {
         layer.move(*this, shownFrame(state.place, size(), connectedScreens()).topLeft());
 }
 
-void WidgetWindow::showAgain() {
+void WidgetWindow::reshow() {
     const auto place = layer.placeOf(*this);
     hide();
     if (place)
@@ -123,6 +123,9 @@ void WidgetWindow::showAgain() {
 
 void WidgetWindow::showEvent(QShowEvent *event) {
     QWidget::showEvent(event);
+    // The window system only restored it.
+    if (event->spontaneous())
+        return;
     layer.prepare(*this);
     // The window is shown after this event.
     QMetaObject::invokeMethod(

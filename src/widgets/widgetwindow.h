@@ -42,7 +42,7 @@ class WidgetWindow : public QWidget {
     /// saved place is kept, so that the window returns with its screen.
     void putOnScreen();
     /// Hides the window and shows it at the same place.
-    void showAgain();
+    void reshow();
 
     /// "Automatic" and the terms of the snapshot, with the displayed one checked.
     [[nodiscard]] QMenu *makeTermMenu(QWidget *parent);

@@ -149,7 +149,7 @@ TEST_F(X11DesktopTest, CardsAreBehindWindowsOnEveryWorkspaceAndInNoList) {
         EXPECT_TRUE(QTest::qWaitFor([&] { return !server.isViewable(idOf(*each)); }));
         each->show();
         expectOnDesktop(*each);
-        each->showAgain();
+        each->reshow();
         expectOnDesktop(*each);
     }
     EXPECT_EQ(card(0).pos(), QPoint(200, 200));

@@ -20,6 +20,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextBrowser>
 
 #include <gmock/gmock.h>
 
@@ -456,6 +457,10 @@ TEST_F(MainWindowTest, EachSentenceOfTheDetailsLeadsToItsTopic) {
     const double before = defaults.value(preferences::textScale);
     QTest::keySequence(help, QKeySequence(QKeySequence::ZoomIn));
     EXPECT_GT(defaults.value(preferences::textScale), before) << "in every window";
+    action(QStringLiteral("Keyboard Shortcuts"))->trigger();
+    EXPECT_TRUE(
+        help->findChild<QTextBrowser *>()->toPlainText().contains(QStringLiteral("Ctrl++, Ctrl+=")))
+        << "all keys of a command";
 }
 
 TEST_F(MainWindowTest, AMostMissedAssignmentFiltersTheRoster) {

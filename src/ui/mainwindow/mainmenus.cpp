@@ -191,11 +191,13 @@ std::vector<ShortcutGroup> MainMenus::shortcuts() const {
     for (const QAction *menu : bar.actions()) {
         ShortcutGroup group{.title = plainText(*menu)};
         for (const QAction *action : menu->menu()->actions()) {
-            const QKeySequence key = action->shortcut();
-            if (!key.isEmpty())
+            QStringList keys;
+            for (const QKeySequence &key : action->shortcuts())
+                keys.append(key.toString(QKeySequence::NativeText));
+            if (!keys.isEmpty())
                 group.rows.push_back(
                     {action == undo ? "Undo" : plainText(*action),
-                     key.toString(QKeySequence::NativeText).toStdString()});
+                     keys.join(QStringLiteral(", ")).toStdString()});
         }
         if (!group.rows.empty())
             groups.push_back(std::move(group));

@@ -74,8 +74,14 @@ class Replacement {
     void commitWith(Replacement &second);
 
   private:
-    [[nodiscard]] std::string linkPrevious() const;
-    void restore(const std::string &previous) const;
+    /// The file that is replaced, under a second name.
+    struct Previous {
+        /// Empty if there is none, or if the file system has no hard links.
+        std::string name;
+        bool existed = false;
+    };
+    [[nodiscard]] Previous linkPrevious() const;
+    void restore(const Previous &previous) const;
 
     std::filesystem::path file;
     /// Empty once committed.

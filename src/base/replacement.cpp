@@ -142,7 +142,7 @@ void files::Replacement::commit() {
 }
 
 void files::Replacement::commitWith(Replacement &second) {
-    const std::string previous = linkPrevious();
+    const Previous previous = linkPrevious();
     try {
         commit();
         second.commit();
@@ -150,33 +150,33 @@ void files::Replacement::commitWith(Replacement &second) {
         // Unless the first file was replaced, there is nothing to restore.
         if (temporary.empty())
             restore(previous);
-        else if (!previous.empty())
-            ::unlink(previous.c_str());
+        else if (!previous.name.empty())
+            ::unlink(previous.name.c_str());
         throw;
     }
-    if (!previous.empty())
-        ::unlink(previous.c_str());
+    if (!previous.name.empty())
+        ::unlink(previous.name.c_str());
 }
 
-/// Gives the file that will be replaced a second name, that of a temporary file. Empty if there is
-/// no such file, or if the file system has no hard links.
-std::string files::Replacement::linkPrevious() const {
+/// Gives the file that will be replaced a second name, that of a temporary file.
+files::Replacement::Previous files::Replacement::linkPrevious() const {
     std::string name = temporary;
     std::rotate(name.end() - randomLength, name.end() - 1, name.end());
     if (::link(file.c_str(), name.c_str()) == 0)
-        return name;
-    if (errno == ENOENT || errno == EPERM || errno == EOPNOTSUPP)
+        return {.name = std::move(name), .existed = true};
+    if (errno == ENOENT)
         return {};
+    if (errno == EPERM || errno == EOPNOTSUPP)
+        return {.name = {}, .existed = true};
     throw writeError(file, errno);
 }
 
-/// Puts the previous file back. @param previous its second name; empty if it has none
-void files::Replacement::restore(const std::string &previous) const {
-    // On failure the new file stays, which is whole.
-    if (previous.empty())
+/// Puts the previous file back. If that is impossible, the new file stays, which is whole.
+void files::Replacement::restore(const Previous &previous) const {
+    if (!previous.existed)
         ::unlink(file.c_str());
-    else if (::rename(previous.c_str(), file.c_str()) != 0)
-        ::unlink(previous.c_str());
+    else if (!previous.name.empty() && ::rename(previous.name.c_str(), file.c_str()) != 0)
+        ::unlink(previous.name.c_str());
     filecalls::syncFolder(file.parent_path());
 }
 

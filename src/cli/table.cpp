@@ -11,7 +11,7 @@
 namespace ellwynd::cli {
 
 static constexpr std::string_view gap = "  ";
-/// The room that a column needs to be continued on further lines.
+/// The least width in which a column is continued on further lines.
 static constexpr std::size_t narrowest = 24;
 
 /// A name in the form in which the command line compares names.

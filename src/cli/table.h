@@ -24,7 +24,7 @@ class Table {
     void
     addIDs(const std::vector<std::int64_t> &ids, const std::vector<std::string> &names, bool all);
     /// @param limit the width of the terminal, in which the last column is continued below its
-    /// beginning; 0 for no limit. Ignored where that column would have too little room.
+    /// beginning; 0 for no limit. Ignored where that column would be too narrow.
     [[nodiscard]] std::string text(std::size_t limit = 0) const;
 
   private:

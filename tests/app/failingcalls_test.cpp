@@ -1,6 +1,7 @@
 // Every file-system call of the stores fails in turn, and two processes write to them at once.
 #include "app/shell/stores.h"
 #include "app/sync/settingssync.h"
+#include "base/files.h"
 #include "memory/historyfile.h"
 #include "outputs/snapshot/snapshotfiles.h"
 #include "platform/cloud/syncedfolder.h"
@@ -509,6 +510,28 @@ TEST(TwoProcesses, LoseNoChangeOfAnother) {
     EXPECT_EQ(stores.history.entries().size(), 2U * count);
     EXPECT_EQ(stores.contacts.records().size(), 2U * count);
     EXPECT_EQ(stores.templates.templates().size(), 3 + 2U * count);
+}
+
+TEST(FailingCalls, AFileThatCannotBeRestoredStaysNew) {
+    const test::TemporaryFolder folder;
+    const fs::path first = folder.write("first", "old");
+    const fs::path second = folder.path() / "second";
+    const auto replaceBoth = [&](int failing) {
+        files::Replacement one(first, "new");
+        files::Replacement two(second, "new");
+        fs::create_directory(second);
+        const test::FailingCall calls(failing, {.code = EPERM});
+        EXPECT_THROW(one.commitWith(two), FileError);
+        ::rmdir(second.c_str());
+        return calls.functions();
+    };
+    const std::vector<std::string> called = replaceBoth(0);
+    EXPECT_EQ(folder.read("first"), "old");
+    const auto link = std::ranges::find(called, "link");
+    ASSERT_NE(link, called.end());
+    // File systems without hard links refuse it.
+    replaceBoth(int(link - called.begin()) + 1);
+    EXPECT_EQ(folder.read("first"), "new");
 }
 
 } // namespace

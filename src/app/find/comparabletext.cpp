@@ -15,29 +15,16 @@ constexpr std::pair<char32_t, const char *> plainForms[] = {
 
 constexpr char32_t firstBeyondAscii = 0x80;
 
-/// Calls `visit` with each character and where it begins and ends, in UTF-16 units.
-template<typename Visit>
-void forEachCharacter(const QString &text, const Visit &visit) {
-    for (qsizetype at = 0; at < text.size();) {
-        const qsizetype begin = at;
-        char32_t code = text.at(at++).unicode();
-        if (QChar::isHighSurrogate(code) && at < text.size() && text.at(at).isLowSurrogate())
-            code = QChar::surrogateToUcs4(char16_t(code), text.at(at++).unicode());
-        visit(code, std::size_t(begin), std::size_t(at));
-    }
-}
-
 QString fromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), qsizetype(text.size()));
 }
 
+/// Most characters are ASCII, for which no text of their own is made.
 void append(char32_t code, QString &result) {
-    if (code < firstBeyondAscii) {
-        if (!isApostrophe(code))
-            result += QChar(char16_t(code)).toLower();
-        return;
-    }
-    result += comparableCharacter(code);
+    if (code >= firstBeyondAscii)
+        result += comparableCharacter(code);
+    else if (!isApostrophe(code))
+        result += QChar(char16_t(code)).toLower();
 }
 
 } // namespace
@@ -67,24 +54,26 @@ QString comparableCharacter(char32_t code) {
 
 ComparableText comparableText(std::string_view text) {
     ComparableText result;
-    forEachCharacter(fromUtf8(text), [&](char32_t code, std::size_t begin, std::size_t end) {
-        const qsizetype before = result.text.size();
+    std::size_t end = 0;
+    for (const char32_t code : fromUtf8(text).toUcs4()) {
+        const std::size_t begin = end;
+        end += QChar::requiresSurrogates(code) ? 2 : 1;
         append(code, result.text);
-        const auto added = std::size_t(result.text.size() - before);
+        const std::size_t added = std::size_t(result.text.size()) - result.ends.size();
         // An accent that follows its letter belongs to it.
         if (added == 0 && !result.ends.empty() && QChar::isMark(code))
             result.ends.back() = end;
         result.begins.insert(result.begins.end(), added, begin);
         result.ends.insert(result.ends.end(), added, end);
-    });
+    }
     return result;
 }
 
 QString comparable(std::string_view text) {
     QString result;
     result.reserve(qsizetype(text.size()));
-    forEachCharacter(
-        fromUtf8(text), [&](char32_t code, std::size_t, std::size_t) { append(code, result); });
+    for (const char32_t code : fromUtf8(text).toUcs4())
+        append(code, result);
     return result;
 }
 

@@ -14,7 +14,13 @@ constexpr std::chrono::milliseconds sliceLimit{8};
 CacheRescoring::CacheRescoring(RosterCache &rosterCache, const UserDefaults &defaults)
     : rosterCache(rosterCache), defaults(defaults) {
     timer.setInterval(0);
-    connect(&timer, &QTimer::timeout, this, &CacheRescoring::runSlice);
+    connect(&timer, &QTimer::timeout, this, [this] {
+        // What follows the end is a step of its own.
+        if (queue.empty())
+            end();
+        else
+            runSlice();
+    });
 }
 
 void CacheRescoring::start() {
@@ -34,9 +40,6 @@ void CacheRescoring::stop() {
 }
 
 void CacheRescoring::runSlice() {
-    // What follows the end is a step of its own.
-    if (queue.empty())
-        return end();
     const ElapsedTime begin = elapsedNow();
     while (!queue.empty() && elapsedNow() - begin < sliceLimit) {
         const SharedCourse course = rosterCache.find(queue.back());

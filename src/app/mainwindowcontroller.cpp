@@ -78,7 +78,10 @@ MainWindowController::MainWindowController(
     connect(&widgetRefreshTimer, &QTimer::timeout, this, &Self::timerFired);
     connect(
         &rescoring, &CacheRescoring::courseDidRescore, &passController,
-        &PassController::courseDidRescore);
+        &PassController::prepareCard);
+    connect(
+        &rosterController, &RosterController::courseDidArrive, &passController,
+        &PassController::prepareCard);
     connect(&rescoring, &CacheRescoring::rescoringDidEnd, this, [this] {
         rosterController.rescore();
         passController.rescore();
@@ -393,9 +396,10 @@ std::optional<LevelCounts> MainWindowController::levels(std::int64_t courseID) c
 /// Rescores the course on screen immediately, and all other cached courses in slices. Nothing is
 /// fetched.
 void MainWindowController::rescoreAll() {
+    const ElapsedTime begun = elapsedNow();
     if (rosterController.selectedCourses().size() == 1)
         rosterController.rescore();
-    rescoring.start();
+    rescoring.start(begun);
 }
 
 // ---- Status and errors -------------------------------------------------------------------------

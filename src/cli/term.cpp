@@ -33,7 +33,7 @@ static int runTerm(CommandContext &context, const QStringList &words) {
     std::vector<const ScoredCourse *> courses;
     for (const ScoredCourse &course : scored)
         courses.push_back(&course);
-    const std::vector<RiskRow> rows = termRows(courses);
+    const SharedList<RiskRow> rows = termRows(courses);
 
     if (format) {
         line.print(exportText(*format, title(*term), rows, exportSource(context, true)));

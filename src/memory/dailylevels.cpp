@@ -35,7 +35,7 @@ lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now) {
     return result;
 }
 
-DailyLevels levelsOf(const std::vector<RiskRow> &rows, Date now) {
+DailyLevels levelsOf(const SharedList<RiskRow> &rows, Date now) {
     return {.day = calendar::startOfDay(now), .counts = levelCounts(rows)};
 }
 

@@ -24,7 +24,7 @@ inline constexpr std::int64_t trendDays = 14;
 lastTwoWeeks(const RosterHistory &history, std::int64_t courseID, Date now);
 
 /// The levels of a roster, as those of the day of `now`.
-[[nodiscard]] DailyLevels levelsOf(const std::vector<RiskRow> &rows, Date now);
+[[nodiscard]] DailyLevels levelsOf(const SharedList<RiskRow> &rows, Date now);
 
 /// "At Risk: 4 now, up from 2 earlier."
 [[nodiscard]] std::string

@@ -64,7 +64,7 @@ bool hasEarlierVisit(const RosterHistory &history, std::int64_t courseID, Date d
 }
 
 std::vector<RosterChange> changes(
-    const RosterHistory &history, const std::vector<RiskRow> &rows, std::int64_t courseID,
+    const RosterHistory &history, const SharedList<RiskRow> &rows, std::int64_t courseID,
     Date date) {
     std::vector<RosterChange> moved;
     const HistoryVisits earlier = earlierVisits(history, courseID, calendar::startOfDay(date));

@@ -48,7 +48,7 @@ struct MovementCounts {
 /// The students of a scored roster whose level changed since their last entry from an earlier day,
 /// worse ones first; none on the first day a course is opened. Entries of the same day are ignored.
 [[nodiscard]] std::vector<RosterChange> changes(
-    const RosterHistory &history, const std::vector<RiskRow> &rows, std::int64_t courseID,
+    const RosterHistory &history, const SharedList<RiskRow> &rows, std::int64_t courseID,
     Date date);
 
 /// "slipped from Watch to Concern", "newly Concern"

@@ -81,7 +81,7 @@ std::string_view outcomeWord(const OutreachOutcome &outcome) {
 }
 
 OutreachCounts outreachCounts(
-    const std::vector<RiskRow> &rows, const ContactLog &contacts, const RosterHistory &history,
+    const SharedList<RiskRow> &rows, const ContactLog &contacts, const RosterHistory &history,
     Date now) {
     OutreachCounts counts;
     for (const RiskRow &row : rows) {

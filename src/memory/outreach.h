@@ -44,7 +44,7 @@ struct OutreachCounts {
     bool operator==(const OutreachCounts &) const = default;
 };
 [[nodiscard]] OutreachCounts outreachCounts(
-    const std::vector<RiskRow> &rows, const ContactLog &contacts, const RosterHistory &history,
+    const SharedList<RiskRow> &rows, const ContactLog &contacts, const RosterHistory &history,
     Date now);
 
 /// "3 awaiting follow-up"

@@ -74,7 +74,7 @@ bool RosterHistory::hasEntries(std::int64_t courseID, Date date) const {
     });
 }
 
-void RosterHistory::record(const std::vector<RiskRow> &rows, std::int64_t courseID, Date date) {
+void RosterHistory::record(const SharedList<RiskRow> &rows, std::int64_t courseID, Date date) {
     if (!isEnabled() || rows.empty())
         return;
     std::vector<RosterSnapshot> entries;

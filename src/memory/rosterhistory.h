@@ -63,7 +63,7 @@ class RosterHistory : public QObject {
 
     /// Records a course's scored roster for the day of `date`, replacing the course's entries of
     /// that day. An empty roster is ignored.
-    void record(const std::vector<RiskRow> &rows, std::int64_t courseID, Date date);
+    void record(const SharedList<RiskRow> &rows, std::int64_t courseID, Date date);
     /// Replaces the entries by sample data; only for a history without a directory.
     void fill(const std::vector<RosterSnapshot> &entries);
     /// Removes all entries, the file, and the copies of it that were set aside.

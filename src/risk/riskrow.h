@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/date.h"
+#include "base/sharedlist.h"
 #include "risk/risklevel.h"
 #include "risk/signals.h"
 
@@ -75,7 +76,7 @@ struct RiskRow {
     std::optional<std::int64_t> totalActivityTime;
     std::int64_t courseID = 0;
     /// The explanation, in the order of the signals; a compact roster shows only the first line.
-    std::vector<ReasonLine> reasonLines;
+    SharedList<ReasonLine> reasonLines;
 
     bool operator==(const RiskRow &) const = default;
 };

@@ -25,13 +25,13 @@ constexpr std::int64_t introToProgramming = 900101;
 SharedCourse course(
     std::int64_t id, std::vector<RiskRow> rows, std::int64_t term = 1,
     std::optional<Date> endsAt = std::nullopt) {
+    for (RiskRow &row : rows)
+        row.courseID = id;
     ScoredCourse scored{
         .course = {.id = id, .name = "Course " + std::to_string(id), .term = Term{.id = term}},
         .rows = std::move(rows),
         .fetchedAt = noon,
         .termEndsAt = endsAt};
-    for (RiskRow &row : scored.rows)
-        row.courseID = id;
     return std::make_shared<const ScoredCourse>(std::move(scored));
 }
 
@@ -74,13 +74,17 @@ TEST(Explain, TheEffectLineSaysHowManyAndWho) {
               14,
               "At 80 % and 14 days: 6 flagged instead of 0.",
               "Now At Risk: Student 1, Student 2, Student 3, Student 4 and 2 more."}}) {
-        ScoredCourse before;
-        ScoredCourse after;
+        std::vector<RiskRow> rowsBefore;
+        std::vector<RiskRow> rowsAfter;
         std::int64_t id = 0;
         for (const auto &[from, to] : row.levels) {
-            before.rows.push_back(test::row(++id, from));
-            after.rows.insert(after.rows.begin(), test::row(id, to));
+            rowsBefore.push_back(test::row(++id, from));
+            rowsAfter.insert(rowsAfter.begin(), test::row(id, to));
         }
+        ScoredCourse before;
+        ScoredCourse after;
+        before.rows = rowsBefore;
+        after.rows = rowsAfter;
         const ThresholdEffect effect = thresholdEffect(before, after);
         EXPECT_EQ(
             effectLine(effect, {}, {.passingScore = row.passing, .inactivityDays = row.inactivity}),

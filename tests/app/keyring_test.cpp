@@ -52,7 +52,7 @@ TEST(Keyring, TheRosterSurvivesALockedAndAKilledKeyring) {
     controller.showCourse(4021);
     ASSERT_TRUE(refreshed());
     ASSERT_EQ(controller.roster().state, RosterView::State::shown);
-    const std::vector<RiskRow> rows = controller.roster().rows;
+    const SharedList<RiskRow> rows = controller.roster().rows;
     ASSERT_EQ(rows.size(), 30U);
 
     const auto refreshInVain = [&](const char *what) {

@@ -213,9 +213,11 @@ class Screenshots {
                  .mostMissed =
                      MostMissed{isLong ? term.title + std::string(90, 'x') : "Lab 1", i}});
         }
+        std::vector<DashboardStudent> students;
         for (const RiskRow &row : unusualRows(courses == 0 ? 0 : courses == 40 ? 500 : 5))
-            term.students.push_back(
+            students.push_back(
                 {.row = std::make_shared<const RiskRow>(row), .courseCode = "CS 101"});
+        term.students = std::move(students);
         dashboard.prepareTerms({{.term = Term{.id = 1, .name = "Fall"}, .courses = {}}}, {});
         term.updatedAt = *parseInstant("2026-09-03T05:00:00Z");
         dashboard.termScored(std::move(term));
@@ -508,9 +510,11 @@ class Screenshots {
         savePDF(
             printedStudent(student, controller.studentHistory(student), systemNow()),
             "print-student");
-        while (roster.rows.size() < 500)
-            roster.rows.push_back(roster.rows[roster.rows.size() % 26]);
-        roster.rows[3].name = "Wolfeschlegelsteinhausenbergerdorff " + std::string(80, 'W');
+        std::vector<RiskRow> rows(roster.rows.begin(), roster.rows.end());
+        while (rows.size() < 500)
+            rows.push_back(rows[rows.size() % 26]);
+        rows[3].name = "Wolfeschlegelsteinhausenbergerdorff " + std::string(80, 'W');
+        roster.rows = std::move(rows);
         savePDF(printedRoster(roster, false, systemNow()), "print-roster");
     }
 

@@ -29,7 +29,7 @@ LevelCounts levelsOf(const std::vector<Judged> &students) {
     return counts;
 }
 
-bool areTheSame(const std::vector<Judged> &students, const std::vector<RiskRow> &rows) {
+bool areTheSame(const std::vector<Judged> &students, const SharedList<RiskRow> &rows) {
     return std::ranges::equal(students, rows, [](const Judged &student, const RiskRow &row) {
         return student.agreesWith(row);
     });

@@ -146,7 +146,7 @@ void Simulation::performOnScreen(const Event &event, Computer &computer, Known &
     const auto chosen = [&](const auto &list) -> const auto & {
         return list[std::size_t(event.draw) % list.size()];
     };
-    const std::vector<RiskRow> rows = controller.roster().rows;
+    const SharedList<RiskRow> rows = controller.roster().rows;
     switch (event.kind) {
     case Kind::openCourse:
         if (!courses.empty())
@@ -204,8 +204,9 @@ void Simulation::performOnScreen(const Event &event, Computer &computer, Known &
 /// Copies a message to up to three students, which is a contact with each.
 void Simulation::copyMessages(const Event &event, Program &program, Known &what) {
     RosterActions &actions = program.controller->actions();
-    std::vector<RiskRow> students = program.controller->roster().rows;
-    students.resize(std::min(students.size(), std::size_t(1 + event.draw % 3)));
+    const SharedList<RiskRow> &rows = program.controller->roster().rows;
+    const std::vector<RiskRow> students(
+        rows.begin(), rows.begin() + std::min(rows.size(), std::size_t(1 + event.draw % 3)));
     std::string copied;
     const ClipboardWriter clipboard = [&](const std::string &text) {
         copied = text;

@@ -50,7 +50,7 @@ TEST_F(MainWindowTest, ThresholdsShowWhomTheyWouldFlag) {
     EXPECT_FALSE(says(*sheet, line));
     auto *passing = sheet->findChild<QDoubleSpinBox *>();
     passing->setValue(60);
-    EXPECT_TRUE(says(*sheet, line));
+    EXPECT_TRUE(test::until([&] { return says(*sheet, line); }));
     EXPECT_TRUE(says(
         *sheet, QStringLiteral("Now Watch: Nadia, Theo. No longer flagged: Marcus, Iris, Liam.")));
     sheet->findChild<QCheckBox *>()->click();

@@ -300,8 +300,9 @@ TEST_F(MainWindowTest, ARefreshKeepsTheSelectionAndAThirdClickRestoresTheOrder) 
 TEST_F(MainWindowTest, MarkupInNamesIsShownAsText) {
     RiskRow row{.id = 1, .name = "<img src=x>\n<b>Bob</b> & \u202Eevil", .courseID = 1};
     row.level = RiskLevel::atRisk;
-    row.reasonLines = {{.text = "1 missing assignment"}};
-    row.reasonLines[0].links = {{{0, 20}, AssignmentRef{7, "<a href='http://h.example'>x</a>"}}};
+    row.reasonLines = {
+        {.text = "1 missing assignment",
+         .links = {{{0, 20}, AssignmentRef{7, "<a href='http://h.example'>x</a>"}}}}};
     StudentDetails details(appearance);
     details.show({row}, {});
     bool found = false;
@@ -334,12 +335,15 @@ TEST_F(MainWindowTest, RowsAreNeverWiderThanTheRosterAndNamesAreWhole) {
     const std::vector<std::string> names{
         "Ana", std::string(90, 'W'), "لمى بنت عبد الرحمن آل سعود الكبير",
         "一二三四五六七八九十一二三四五六七八九十一二三四五六七八九十"};
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        RiskRow row{.id = std::int64_t(i), .name = names[i], .courseName = "Biology"};
-        row.level = RiskLevel::concern;
-        row.reasonLines = {{.text = "1 of 9 assignments missing"}};
-        roster.rows.push_back(row);
-    }
+    std::vector<RiskRow> students;
+    for (const std::string &name : names)
+        students.push_back(
+            {.id = std::int64_t(students.size()),
+             .name = name,
+             .courseName = "Biology",
+             .level = RiskLevel::concern,
+             .reasonLines = {{.text = "1 of 9 assignments missing"}}});
+    roster.rows = students;
     for (const double scale : {1.0, 1.5, 2.0}) {
         defaults.set(preferences::textScale, scale);
         RosterTable rows(appearance);

@@ -87,7 +87,7 @@ TEST_F(WriteSheetTest, ThreeStudentsNeedFourPressesAndOneLetterEach) {
     const std::map<std::int64_t, std::optional<ContactRecord>> before{
         {5002, contact(5002)}, {5003, contact(5003)}, {5004, contact(5004)}};
     WriteSheet &sheet = write({5002, 5003, 5004});
-    const std::vector<RiskRow> students = table().selectedRows();
+    const SharedList<RiskRow> students = table().selectedRows();
     ASSERT_EQ(students.size(), 3U);
     for (const RiskRow &student : students) {
         EXPECT_EQ(sheet.windowTitle().toStdString(), "Write to " + student.name);

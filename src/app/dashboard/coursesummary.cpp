@@ -39,7 +39,7 @@ void setCourses(
     DashboardTerm &term, std::span<const SharedCourse> courses, CourseSummaries &summaries,
     const Stores &stores, Date now) {
     term.cards.clear();
-    term.students.clear();
+    std::vector<DashboardStudent> students;
     term.remembersContacts = stores.contacts.isEnabled();
     std::unordered_set<std::int64_t> flagged;
     for (const SharedCourse &course : courses) {
@@ -47,15 +47,16 @@ void setCourses(
         term.cards.push_back(summary.card);
         for (const DashboardStudent &student : summary.students) {
             flagged.insert(student.row->id);
-            term.students.push_back(student);
+            students.push_back(student);
         }
     }
     std::vector<CourseLabel *> labels;
     for (DashboardCourseCard &card : term.cards)
         labels.push_back(&card.label);
     compareNames(labels);
-    sortByNeed(term.students);
-    findOtherCourses(term.students);
+    sortByNeed(students);
+    findOtherCourses(students);
+    term.students = SharedList<DashboardStudent>::large(std::move(students));
     term.flaggedStudents = std::int64_t(flagged.size());
 }
 

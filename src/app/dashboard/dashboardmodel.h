@@ -3,6 +3,7 @@
 
 #include "app/courses/courselabel.h"
 #include "app/dashboard/dashboardstudents.h"
+#include "base/sharedlist.h"
 #include "canvas/records/termgroups.h"
 #include "memory/trendsync.h"
 #include "risk/levelcounts.h"
@@ -56,7 +57,7 @@ struct DashboardTerm {
     /// Students with a level in any of the courses, each counted once.
     std::int64_t flaggedStudents = 0;
     /// The flagged students of all courses, in the order in which they need the teacher.
-    std::vector<DashboardStudent> students;
+    SharedList<DashboardStudent> students;
     /// Whether contacts are remembered; otherwise nobody is known to have been written to.
     bool remembersContacts = true;
 

@@ -69,10 +69,10 @@ void PassController::coursesDidChange(const std::vector<SharedCourse> &courses) 
     forgetOldSummaries();
 }
 
-void PassController::courseDidRescore(const SharedCourse &course) {
+void PassController::prepareCard(const SharedCourse &course) {
     const bool isShown = std::ranges::any_of(lastDashboardInputs, [&](const auto &term) {
         return std::ranges::any_of(term.second, [&](const SharedCourse &each) {
-            return each->records == course->records;
+            return each->course.id == course->course.id;
         });
     });
     if (isShown)

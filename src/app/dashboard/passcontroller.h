@@ -29,8 +29,9 @@ class PassController : public QObject {
 
     /// Updates the cards of courses that were read outside a pass.
     void coursesDidChange(const std::vector<SharedCourse> &courses);
-    /// Prepares the card of a course that was scored again, ahead of `rescore`.
-    void courseDidRescore(const SharedCourse &course);
+    /// Prepares the card of a course that was read or scored again, ahead of `coursesDidChange` and
+    /// `rescore`.
+    void prepareCard(const SharedCourse &course);
     /// Scores the cards' courses with the current thresholds, unless the cache already holds them
     /// rescored.
     void rescore();

@@ -1,6 +1,7 @@
 #include "app/dashboard/scoringpass.h"
 
 #include "app/dashboard/widgetnames.h"
+#include "base/largevalue.h"
 #include "base/log.h"
 #include "canvas/records/canvaserror.h"
 #include "net/task.h"
@@ -139,7 +140,7 @@ ScoringPass::scoreOne(std::shared_ptr<Run> of, Course course, std::int64_t termI
                 RequestPriority::background);
             ScoredCourse scored = co_await loading;
             scored.readAt = elapsed();
-            entry = std::make_shared<const ScoredCourse>(std::move(scored));
+            entry = shareLarge(std::move(scored));
         } catch (const Cancelled &) {
             co_return nothing;
         } catch (const CanvasError &error) {

@@ -2,6 +2,7 @@
 
 #include <QList>
 
+#include <algorithm>
 #include <utility>
 
 namespace ellwynd {
@@ -69,12 +70,21 @@ ComparableText comparableText(std::string_view text) {
     return result;
 }
 
-QString comparable(std::string_view text) {
+std::string comparable(std::string_view text) {
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < firstBeyondAscii; };
+    if (std::ranges::all_of(text, isAscii)) {
+        std::string result;
+        result.reserve(text.size());
+        for (const char c : text) {
+            if (!isApostrophe(char32_t(c)))
+                result += c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
+        }
+        return result;
+    }
     QString result;
-    result.reserve(qsizetype(text.size()));
     for (const char32_t code : fromUtf8(text).toUcs4())
         append(code, result);
-    return result;
+    return result.toStdString();
 }
 
 } // namespace ellwynd

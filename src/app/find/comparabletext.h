@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -25,7 +26,7 @@ struct ComparableText {
 
 /// @param text UTF-8.
 [[nodiscard]] ComparableText comparableText(std::string_view text);
-/// The same without the places.
-[[nodiscard]] QString comparable(std::string_view text);
+/// The same without the places, in UTF-8.
+[[nodiscard]] std::string comparable(std::string_view text);
 
 } // namespace ellwynd

@@ -35,7 +35,7 @@ std::string onClipboard(const std::vector<std::string> &students) {
     return "On the clipboard: the message for " + shortened(students.front(), maxNameLength);
 }
 
-std::string writeTo(const std::vector<RiskRow> &students) {
+std::string writeTo(const SharedList<RiskRow> &students) {
     if (students.size() != 1)
         return fmt::format("Write to {} Students", students.size());
     return "Write to " + shortened(firstNameOf(students.front().name), maxFirstNameLength);

@@ -20,7 +20,7 @@ namespace ellwynd::messagetexts {
 [[nodiscard]] std::string onClipboard(const std::vector<std::string> &students);
 
 /// The command for these students: "Write to Ada", "Write to 3 Students".
-[[nodiscard]] std::string writeTo(const std::vector<RiskRow> &students);
+[[nodiscard]] std::string writeTo(const SharedList<RiskRow> &students);
 
 /// "1 student skipped"; empty for none.
 [[nodiscard]] std::string skipped(std::size_t students);

@@ -35,11 +35,11 @@ std::set<StudentKey> studentsOf(const ContactChange &change) {
 } // namespace
 
 WriteSession::WriteSession(
-    std::vector<RiskRow> rows, UserDefaults &defaults, Stores &stores, UndoStack &undo,
+    const SharedList<RiskRow> &rows, UserDefaults &defaults, Stores &stores, UndoStack &undo,
     ClipboardWriter clipboard, Clock now)
     : defaults(defaults), stores(stores), undo(undo), clipboard(std::move(clipboard)), now(now) {
-    for (RiskRow &row : rows)
-        all.push_back({.row = std::move(row), .text = {}, .templateID = {}});
+    for (const RiskRow &row : rows)
+        all.push_back({.row = row, .text = {}, .templateID = {}});
     if (!all.empty())
         shown = 0;
     connect(
@@ -65,7 +65,7 @@ void WriteSession::setCurrent(std::size_t index) {
     Q_EMIT sessionDidChange();
 }
 
-void WriteSession::add(const std::vector<RiskRow> &rows) {
+void WriteSession::add(const SharedList<RiskRow> &rows) {
     const std::size_t known = all.size();
     std::optional<std::size_t> first;
     for (const RiskRow &row : rows) {

@@ -43,7 +43,7 @@ class WriteSession : public QObject {
     /// @param rows the students, each once, in the order of the roster.
     /// The references must outlive this object. Steps of the stack may outlive it.
     WriteSession(
-        std::vector<RiskRow> rows, UserDefaults &defaults, Stores &stores, UndoStack &undo,
+        const SharedList<RiskRow> &rows, UserDefaults &defaults, Stores &stores, UndoStack &undo,
         ClipboardWriter clipboard, Clock now = systemNow);
 
     [[nodiscard]] const std::vector<Student> &students() const { return all; }
@@ -55,7 +55,7 @@ class WriteSession : public QObject {
     void setCurrent(std::size_t index);
     /// Adds students who are not in the session yet. The first of them is shown; if there is none,
     /// the first of these students.
-    void add(const std::vector<RiskRow> &rows);
+    void add(const SharedList<RiskRow> &rows);
 
     /// The message to the current student; empty when everything is done.
     [[nodiscard]] std::string text() const;

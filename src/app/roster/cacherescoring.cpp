@@ -1,7 +1,5 @@
 #include "app/roster/cacherescoring.h"
 
-#include "base/elapsedtime.h"
-
 namespace ellwynd {
 
 namespace {
@@ -19,15 +17,15 @@ CacheRescoring::CacheRescoring(RosterCache &rosterCache, const UserDefaults &def
         if (queue.empty())
             end();
         else
-            runSlice();
+            runSlice(elapsedNow());
     });
 }
 
-void CacheRescoring::start() {
+void CacheRescoring::start(ElapsedTime begun) {
     queue.clear();
     for (const auto &[id, course] : rosterCache.entries)
         queue.push_back(id);
-    runSlice();
+    runSlice(begun);
     if (queue.empty())
         end();
     else
@@ -39,9 +37,8 @@ void CacheRescoring::stop() {
     timer.stop();
 }
 
-void CacheRescoring::runSlice() {
-    const ElapsedTime begin = elapsedNow();
-    while (!queue.empty() && elapsedNow() - begin < sliceLimit) {
+void CacheRescoring::runSlice(ElapsedTime begun) {
+    while (!queue.empty() && elapsedNow() - begun < sliceLimit) {
         const SharedCourse course = rosterCache.find(queue.back());
         queue.pop_back();
         if (!course)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/roster/rostercache.h"
+#include "base/elapsedtime.h"
 #include "preferences/userdefaults.h"
 
 #include <QObject>
@@ -21,7 +22,8 @@ class CacheRescoring : public QObject {
     CacheRescoring(RosterCache &rosterCache, const UserDefaults &defaults);
 
     /// Starts again from the first course. A small cache is done when this returns.
-    void start();
+    /// @param begun when the caller began its own work, which takes time from the first slice.
+    void start(ElapsedTime begun);
     /// Leaves the rest of the courses as they are.
     void stop();
 
@@ -31,7 +33,7 @@ class CacheRescoring : public QObject {
     void rescoringDidEnd();
 
   private:
-    void runSlice();
+    void runSlice(ElapsedTime begun);
     void end();
 
     RosterCache &rosterCache;

@@ -10,6 +10,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace ellwynd {
 
 namespace {
@@ -17,7 +19,7 @@ namespace {
 constexpr Log links{"links"};
 constexpr Log exports{"export"};
 
-std::vector<std::string> namesOf(const std::vector<RiskRow> &students) {
+std::vector<std::string> namesOf(const SharedList<RiskRow> &students) {
     std::vector<std::string> names;
     for (const RiskRow &row : students)
         names.push_back(row.name);
@@ -31,15 +33,15 @@ RosterActions::RosterActions(
     Clock now)
     : roster(roster), defaults(defaults), stores(stores), undo(undo), now(now) {}
 
-void RosterActions::markContacted(const std::vector<RiskRow> &students) {
+void RosterActions::markContacted(const SharedList<RiskRow> &students) {
     mark(students, undotexts::markedContacted(namesOf(students)));
 }
 
-void RosterActions::mark(const std::vector<RiskRow> &students, UndoTexts texts) {
+void RosterActions::mark(const SharedList<RiskRow> &students, UndoTexts texts) {
     pushContacts(noteContacts(stores.contacts, students, now()), std::move(texts));
 }
 
-void RosterActions::removeContactMarks(const std::vector<RiskRow> &students) {
+void RosterActions::removeContactMarks(const SharedList<RiskRow> &students) {
     std::set<StudentKey> keys;
     for (const RiskRow &row : students)
         keys.insert(keyOf(row));
@@ -47,8 +49,10 @@ void RosterActions::removeContactMarks(const std::vector<RiskRow> &students) {
     std::set<StudentKey> removed;
     for (const ContactChange::Entry &entry : change.entries)
         removed.insert({entry.before->courseID, entry.before->studentID});
-    std::vector<RiskRow> marked = students;
-    std::erase_if(marked, [&](const RiskRow &row) { return !removed.contains(keyOf(row)); });
+    std::vector<RiskRow> marked;
+    std::ranges::copy_if(students, std::back_inserter(marked), [&](const RiskRow &row) {
+        return removed.contains(keyOf(row));
+    });
     pushContacts(std::move(change), undotexts::removedMarks(namesOf(marked)));
 }
 
@@ -63,7 +67,7 @@ void RosterActions::pushContacts(ContactChange change, UndoTexts texts) {
 }
 
 void RosterActions::copyMessages(
-    const MessageTemplate &message, const std::vector<RiskRow> &students,
+    const MessageTemplate &message, const SharedList<RiskRow> &students,
     const ClipboardWriter &clipboard) {
     if (students.empty())
         return;

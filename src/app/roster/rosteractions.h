@@ -35,14 +35,14 @@ class RosterActions : public QObject {
 
     // Marks and their removal are steps of the undo stack.
     /// Records a contact with each of the students, all with the same time.
-    void markContacted(const std::vector<RiskRow> &students);
+    void markContacted(const SharedList<RiskRow> &students);
     /// Removes the contacts with the students; those who have none are ignored.
-    void removeContactMarks(const std::vector<RiskRow> &students);
+    void removeContactMarks(const SharedList<RiskRow> &students);
     /// Fills in a template for each of the students, copies the messages together, records a
     /// contact with each, and requests a note. If they were not copied, no contact is recorded.
     /// Does nothing without students.
     void copyMessages(
-        const MessageTemplate &message, const std::vector<RiskRow> &students,
+        const MessageTemplate &message, const SharedList<RiskRow> &students,
         const ClipboardWriter &clipboard);
 
     /// The roster on screen as a file to save.
@@ -69,7 +69,7 @@ class RosterActions : public QObject {
     void samplePageRequested();
 
   private:
-    void mark(const std::vector<RiskRow> &students, UndoTexts texts);
+    void mark(const SharedList<RiskRow> &students, UndoTexts texts);
     void pushContacts(ContactChange change, UndoTexts texts);
     void
     open(const std::optional<std::string> &url, std::string_view owner, const std::string &page);

@@ -2,6 +2,7 @@
 
 #include "app/roster/termroster.h"
 #include "app/roster/visit.h"
+#include "base/largevalue.h"
 #include "base/log.h"
 
 #include <QPointer>
@@ -134,7 +135,7 @@ RosterController::readCourse(std::shared_ptr<CanvasReading> source, Course cours
             loadCourse(std::move(source), std::move(course), defaults, now, stopLoad.get_token());
         ScoredCourse scored = co_await loading;
         scored.readAt = elapsed();
-        outcome.course = std::make_shared<const ScoredCourse>(std::move(scored));
+        outcome.course = shareLarge(std::move(scored));
     } catch (const CanvasError &error) {
         outcome.failure = error;
     } catch (const std::exception &error) {
@@ -142,6 +143,8 @@ RosterController::readCourse(std::shared_ptr<CanvasReading> source, Course cours
     }
     if (self && token == selectionToken) {
         ++rosterView.loadedCourses;
+        if (outcome.course)
+            Q_EMIT courseDidArrive(outcome.course);
         Q_EMIT loadingDidChange();
     }
     co_return outcome;

@@ -79,6 +79,8 @@ class RosterController : public QObject {
     void rosterDidChange();
     /// A load started, progressed or ended; see `RosterView::loadedCourses`.
     void loadingDidChange();
+    /// A load has read one of its courses, which is not shown before the others have arrived.
+    void courseDidArrive(const ellwynd::SharedCourse &course);
     /// A load has read these courses.
     void coursesDidChange(const std::vector<ellwynd::SharedCourse> &courses);
     /// @param failure that of the first course if no course could be read; otherwise absent.

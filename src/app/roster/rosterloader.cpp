@@ -1,5 +1,6 @@
 #include "app/roster/rosterloader.h"
 
+#include "base/largevalue.h"
 #include "net/task.h"
 #include "risk/scorer.h"
 
@@ -116,9 +117,7 @@ ScoredCourse rescored(const ScoredCourse &course, const CourseThresholds &thresh
 
 SharedCourse withCurrentThresholds(const SharedCourse &course, const UserDefaults &defaults) {
     const CourseThresholds thresholds = courseThresholds(defaults, course->course.id);
-    return thresholds == course->thresholds
-        ? course
-        : std::make_shared<const ScoredCourse>(rescored(*course, thresholds));
+    return thresholds == course->thresholds ? course : shareLarge(rescored(*course, thresholds));
 }
 
 QCoro::Task<ScoredCourse> loadCourse(

@@ -21,7 +21,7 @@ struct CourseRecords {
 /// A scored course, with its records, so that it can be rescored without fetching.
 struct ScoredCourse {
     Course course;
-    std::vector<RiskRow> rows;
+    SharedList<RiskRow> rows;
     /// Which signals count in the course.
     Coverage coverage;
     std::vector<MissedAssignment> missedWork;

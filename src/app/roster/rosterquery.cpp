@@ -22,11 +22,6 @@ bool contains(const std::string &text, const std::string &word) {
     return text.find(word) != std::string::npos;
 }
 
-bool containsAll(const std::string &text, const std::vector<std::string> &words) {
-    return std::ranges::all_of(
-        words, [&](const std::string &word) { return contains(text, word); });
-}
-
 /// The texts of a row except its assignments.
 std::string searchableHead(const RiskRow &row, const std::string &courseCode) {
     return row.name + '\n' + std::string(levelName(row.level)) + '\n' + row.courseName + '\n' +
@@ -162,23 +157,16 @@ std::size_t RosterRows::count(RosterChip chip) const {
         std::ranges::count_if(all, [&](const RiskRow &row) { return belongs(row, chip); }));
 }
 
-std::string RosterRows::searchText(const RiskRow &row) const {
-    std::string text = searchableHead(row, courseCode(row));
-    for (const AssignmentRef &assignment : missingAssignments(row))
-        text += '\n' + assignment.name;
-    return comparable(text).toStdString();
-}
-
 ShownRows RosterRows::shown(const RosterQuery &query) const {
     const std::vector<std::string> words = searchWords(query.typed);
-    if (!words.empty() && searchTexts.size() != all.size()) {
-        for (const RiskRow &row : all)
-            searchTexts.push_back(searchText(row));
-    }
+    if (!words.empty() && !search)
+        search = std::make_shared<const RowSearch>(all, courseCodes);
+    const std::vector<bool> matching =
+        words.empty() ? std::vector<bool>() : search->rowsWith(words);
     ShownRows result;
     std::vector<std::size_t> unflagged;
     for (std::size_t i = 0; i < all.size(); ++i) {
-        if ((!words.empty() && !containsAll(searchTexts[i], words)) ||
+        if ((!words.empty() && !matching[i]) ||
             (query.missing && !isMissing(all[i], query.missing->id)))
             continue;
         if (belongs(all[i], query.chip))
@@ -271,7 +259,8 @@ RosterRows::revealing(const RosterQuery &query, const std::set<StudentKey> &stud
 
 std::vector<std::string> searchWords(std::string_view typed) {
     std::vector<std::string> words;
-    for (const QString &word : comparable(typed).simplified().split(u' ', Qt::SkipEmptyParts))
+    for (const QString &word :
+         qtText(comparable(typed)).simplified().split(u' ', Qt::SkipEmptyParts))
         words.push_back(word.toStdString());
     return words;
 }
@@ -292,12 +281,12 @@ std::vector<MatchedPart> matchedParts(std::string_view text, std::string_view ty
 
 std::string
 matchedAssignmentsText(const RiskRow &row, const std::string &courseCode, std::string_view typed) {
-    const std::string head = comparable(searchableHead(row, courseCode)).toStdString();
+    const std::string head = comparable(searchableHead(row, courseCode));
     std::vector<std::string> words = searchWords(typed);
     std::erase_if(words, [&](const std::string &word) { return contains(head, word); });
     std::vector<std::string> names;
     for (const AssignmentRef &assignment : missingAssignments(row)) {
-        const std::string name = comparable(assignment.name).toStdString();
+        const std::string name = comparable(assignment.name);
         if (std::ranges::any_of(
                 words, [&](const std::string &word) { return contains(name, word); }))
             names.push_back(oneLine(assignment.name));

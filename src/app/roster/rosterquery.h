@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/roster/rosterview.h"
+#include "app/roster/rowsearch.h"
 
 #include <array>
 #include <set>
@@ -53,7 +54,7 @@ class RosterRows {
     RosterRows() = default;
     explicit RosterRows(const RosterView &roster);
 
-    [[nodiscard]] const std::vector<RiskRow> &rows() const { return all; }
+    [[nodiscard]] const SharedList<RiskRow> &rows() const { return all; }
     /// The student's movement; null for none. Valid as long as this object.
     [[nodiscard]] const RosterChange *change(const RiskRow &row) const;
     /// The outcome of the student's last contact; null for none. Valid as long as this object.
@@ -78,18 +79,16 @@ class RosterRows {
     revealing(const RosterQuery &query, const std::set<StudentKey> &students) const;
 
   private:
-    /// The texts in which typed words are searched, in a form for comparing.
-    [[nodiscard]] std::string searchText(const RiskRow &row) const;
     void sort(std::vector<std::size_t> &order, const RosterQuery &query) const;
 
-    std::vector<RiskRow> all;
+    SharedList<RiskRow> all;
     std::map<StudentKey, RosterChange> movement;
     std::map<StudentKey, OutreachOutcome> outreach;
     std::map<std::int64_t, std::string> courseCodes;
     bool oneCourse = true;
     bool remembersContacts = true;
-    /// One for each row; made by the first search.
-    mutable std::vector<std::string> searchTexts;
+    /// Made by the first search.
+    mutable std::shared_ptr<const RowSearch> search;
 };
 
 /// The typed words in a form for comparing: without case, accents and apostrophes.

@@ -7,7 +7,7 @@
 namespace ellwynd {
 
 std::map<StudentKey, OutreachOutcome>
-outreachOf(const std::vector<RiskRow> &rows, const Stores &stores, Date now) {
+outreachOf(const SharedList<RiskRow> &rows, const Stores &stores, Date now) {
     std::map<StudentKey, OutreachOutcome> outcomes;
     for (const RiskRow &row : rows) {
         if (const auto outcome = lastOutcome(row, stores.contacts, stores.history, now))

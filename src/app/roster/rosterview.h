@@ -18,7 +18,7 @@ struct RosterView {
     std::string title;
     /// Absent for a term.
     std::optional<std::int64_t> courseID;
-    std::vector<RiskRow> rows;
+    SharedList<RiskRow> rows;
     std::vector<MissedAssignment> missedWork;
     /// Changes of level since the last visit; empty for a term, whose courses have separate visits.
     std::vector<RosterChange> movement;
@@ -50,7 +50,7 @@ struct RosterView {
 /// The outcome of the last contact with each student of the rows; without an entry for students who
 /// were not contacted.
 [[nodiscard]] std::map<StudentKey, OutreachOutcome>
-outreachOf(const std::vector<RiskRow> &rows, const Stores &stores, Date now);
+outreachOf(const SharedList<RiskRow> &rows, const Stores &stores, Date now);
 
 /// The course codes; the name of a course without one.
 [[nodiscard]] std::map<std::int64_t, std::string>

@@ -8,7 +8,7 @@ namespace ellwynd {
 
 namespace {
 
-std::vector<AssignmentRef> missedByAll(const std::vector<RiskRow> &students) {
+std::vector<AssignmentRef> missedByAll(const SharedList<RiskRow> &students) {
     std::vector<AssignmentRef> common = missingAssignments(students.front());
     for (const RiskRow &row : students) {
         if (row.courseID != students.front().courseID)
@@ -23,7 +23,7 @@ std::vector<AssignmentRef> missedByAll(const std::vector<RiskRow> &students) {
 
 } // namespace
 
-SelectionSummary selectionSummary(const std::vector<RiskRow> &students, const RosterView &roster) {
+SelectionSummary selectionSummary(const SharedList<RiskRow> &students, const RosterView &roster) {
     if (students.empty())
         return {};
     std::vector<std::string> levels;

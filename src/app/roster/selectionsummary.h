@@ -17,6 +17,6 @@ struct SelectionSummary {
 };
 
 [[nodiscard]] SelectionSummary
-selectionSummary(const std::vector<RiskRow> &students, const RosterView &roster);
+selectionSummary(const SharedList<RiskRow> &students, const RosterView &roster);
 
 } // namespace ellwynd

@@ -4,15 +4,20 @@
 
 namespace ellwynd {
 
-std::vector<RiskRow> termRows(std::span<const ScoredCourse *const> courses) {
-    std::vector<RiskRow> rows;
+SharedList<RiskRow> termRows(std::span<const ScoredCourse *const> courses) {
+    std::vector<const RiskRow *> flagged;
     for (const ScoredCourse *course : courses) {
-        std::ranges::copy_if(course->rows, std::back_inserter(rows), [](const RiskRow &row) {
-            return row.level.has_value();
-        });
+        for (const RiskRow &row : course->rows) {
+            if (row.level)
+                flagged.push_back(&row);
+        }
     }
-    std::ranges::stable_sort(rows, std::greater{}, &RiskRow::score);
-    return rows;
+    std::ranges::stable_sort(flagged, std::greater{}, &RiskRow::score);
+    std::vector<RiskRow> rows;
+    rows.reserve(flagged.size());
+    for (const RiskRow *row : flagged)
+        rows.push_back(*row);
+    return SharedList<RiskRow>::large(std::move(rows));
 }
 
 } // namespace ellwynd

@@ -9,6 +9,6 @@ namespace ellwynd {
 
 /// The flagged students of several courses in one list: highest score first, equal scores in the
 /// order of the courses and of their rosters. A student flagged in two courses has two rows.
-[[nodiscard]] std::vector<RiskRow> termRows(std::span<const ScoredCourse *const> courses);
+[[nodiscard]] SharedList<RiskRow> termRows(std::span<const ScoredCourse *const> courses);
 
 } // namespace ellwynd

@@ -82,9 +82,14 @@ void NeedsPane::showStudents() {
             (term.remembersContacts || chip == DashboardChip::worse ||
              chip == DashboardChip::atRisk));
     }
-    std::vector<DashboardStudent> shown = term.students;
-    if (chosen)
-        std::erase_if(shown, [&](const auto &each) { return !belongs(each, *chosen); });
+    SharedList<DashboardStudent> shown = term.students;
+    if (chosen) {
+        std::vector<DashboardStudent> belonging;
+        std::ranges::copy_if(shown, std::back_inserter(belonging), [this](const auto &each) {
+            return belongs(each, *chosen);
+        });
+        shown = std::move(belonging);
+    }
     empty->setVisible(shown.empty());
     empty->setText(qstring(emptyText(chosen)));
     everyone->setVisible(shown.empty() && chosen.has_value());

@@ -60,7 +60,7 @@ StudentList::StudentList(const Appearance &appearance, QWidget *parent)
     applyAppearance();
 }
 
-void StudentList::setStudents(std::vector<DashboardStudent> newStudents, bool remembersContacts) {
+void StudentList::setStudents(SharedList<DashboardStudent> newStudents, bool remembersContacts) {
     contacted->setEnabled(remembersContacts);
     if (newStudents == students->students())
         return;
@@ -81,10 +81,11 @@ void StudentList::setStudents(std::vector<DashboardStudent> newStudents, bool re
     Q_EMIT selectionDidChange();
 }
 
-std::vector<RiskRow> StudentList::selectedRows() const {
+SharedList<RiskRow> StudentList::selectedRows() const {
     const QModelIndex current = currentIndex();
-    return current.isValid() ? std::vector{*students->student(current).row}
-                             : std::vector<RiskRow>();
+    if (!current.isValid())
+        return {};
+    return {*students->student(current).row};
 }
 
 int StudentList::contentsHeight() const {

@@ -23,17 +23,17 @@ class StudentList : public QListView {
     explicit StudentList(const Appearance &appearance, QWidget *parent = nullptr);
 
     /// Keeps the current student; if they are no longer shown, the next one becomes the current.
-    void setStudents(std::vector<DashboardStudent> students, bool remembersContacts);
+    void setStudents(SharedList<DashboardStudent> students, bool remembersContacts);
     /// The current student; none before the list had the focus.
-    [[nodiscard]] std::vector<RiskRow> selectedRows() const;
+    [[nodiscard]] SharedList<RiskRow> selectedRows() const;
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   Q_SIGNALS:
     /// The course should be opened with the student selected.
     void studentRequested(const ellwynd::StudentKey &student);
-    void writeRequested(const std::vector<ellwynd::RiskRow> &students);
-    void contactsRequested(const std::vector<ellwynd::RiskRow> &students);
+    void writeRequested(const ellwynd::SharedList<ellwynd::RiskRow> &students);
+    void contactsRequested(const ellwynd::SharedList<ellwynd::RiskRow> &students);
     void contextMenuRequested(const QPoint &position);
     void selectionDidChange();
     /// A row became the current one, in the list's coordinates.

@@ -8,7 +8,7 @@
 namespace ellwynd {
 
 void StudentListModel::setStudents(
-    std::vector<DashboardStudent> students, bool newRemembersContacts) {
+    SharedList<DashboardStudent> students, bool newRemembersContacts) {
     beginResetModel();
     all = std::move(students);
     remembersContacts = newRemembersContacts;

@@ -13,8 +13,8 @@ class StudentListModel : public QAbstractListModel {
   public:
     using QAbstractListModel::QAbstractListModel;
 
-    void setStudents(std::vector<DashboardStudent> students, bool remembersContacts);
-    [[nodiscard]] const std::vector<DashboardStudent> &students() const { return all; }
+    void setStudents(SharedList<DashboardStudent> students, bool remembersContacts);
+    [[nodiscard]] const SharedList<DashboardStudent> &students() const { return all; }
     [[nodiscard]] const DashboardStudent &student(const QModelIndex &index) const;
     /// What changed and what was written.
     [[nodiscard]] QString news(const QModelIndex &index) const;
@@ -23,7 +23,7 @@ class StudentListModel : public QAbstractListModel {
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
 
   private:
-    std::vector<DashboardStudent> all;
+    SharedList<DashboardStudent> all;
     bool remembersContacts = true;
 };
 

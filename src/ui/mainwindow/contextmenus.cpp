@@ -20,7 +20,7 @@ ContextMenus::ContextMenus(
       desktopActions(desktopActions),
       window(window) {}
 
-void ContextMenus::showStudents(const std::vector<RiskRow> &students, const QPoint &position) {
+void ContextMenus::showStudents(const SharedList<RiskRow> &students, const QPoint &position) {
     if (students.empty())
         return;
     QMenu menu(&window);

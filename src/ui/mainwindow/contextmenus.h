@@ -26,7 +26,7 @@ class ContextMenus : public QObject {
         RosterDesktopActions &desktopActions, QWidget &window);
 
     /// Shows the commands of the selected students; nothing without students.
-    void showStudents(const std::vector<RiskRow> &students, const QPoint &position);
+    void showStudents(const SharedList<RiskRow> &students, const QPoint &position);
     /// Shows the commands of a course or a term; nothing for the dashboard.
     void showSelection(const Selection &selection, const QPoint &position);
 

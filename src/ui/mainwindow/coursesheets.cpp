@@ -123,7 +123,7 @@ void CourseSheets::openCopySetup() {
     sheet->show();
 }
 
-PrintSheet *CourseSheets::openPrint(const std::vector<RiskRow> &selected) {
+PrintSheet *CourseSheets::openPrint(const SharedList<RiskRow> &selected) {
     const RosterView &roster = controller.roster();
     const Date now = systemNow();
     PrintedRoster everyone = printedRoster(roster, false, now);

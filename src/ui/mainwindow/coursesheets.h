@@ -41,7 +41,7 @@ class CourseSheets : public QObject {
     void openCopySetup();
     /// Opens "Print…" for the displayed roster, of a course or of a term.
     /// @param selected one of them alone can be printed too.
-    PrintSheet *openPrint(const std::vector<RiskRow> &selected);
+    PrintSheet *openPrint(const SharedList<RiskRow> &selected);
 
   Q_SIGNALS:
     /// The roster should select these students.

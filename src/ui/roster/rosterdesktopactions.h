@@ -24,7 +24,7 @@ class RosterDesktopActions : public QObject {
     Q_OBJECT
 
   public:
-    using Selected = std::function<std::vector<RiskRow>()>;
+    using Selected = std::function<SharedList<RiskRow>()>;
 
     /// @param selected returns the selected students, for messages.
     /// @param window owns this object; the other arguments must outlive it.

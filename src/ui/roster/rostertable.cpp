@@ -69,17 +69,18 @@ RosterTable::RosterTable(const Appearance &appearance, QWidget *parent)
 
 template<class Change>
 void RosterTable::changeRows(Change change, bool keepsPlace) {
-    std::set<StudentKey> selected;
+    std::set<StudentKey> keys;
     for (const RiskRow &row : selectedRows())
-        selected.insert(keyOf(row));
+        keys.insert(keyOf(row));
     const std::optional<StudentKey> current = currentStudent();
     const int scrolledTo = verticalScrollBar()->value();
     {
         const QScopedValueRollback guard(changingRows, true);
         delegate->clearHover();
         change();
+        selected.reset();
         lay();
-        select(selected, current);
+        select(keys, current);
         // The range of the scroll bar is otherwise computed later.
         updateGeometries();
         verticalScrollBar()->setValue(keepsPlace ? scrolledTo : 0);
@@ -128,15 +129,22 @@ void RosterTable::setCompact(bool on) {
     viewport()->update();
 }
 
-std::vector<RiskRow> RosterTable::selectedRows() const {
-    QModelIndexList indexes = selectionModel()->selectedRows();
-    std::ranges::sort(indexes, {}, &QModelIndex::row);
-    std::vector<RiskRow> rows;
-    for (const QModelIndex &index : indexes) {
-        if (!model->isFold(index.row()))
-            rows.push_back(model->row(index.row()));
+SharedList<RiskRow> RosterTable::selectedRows() const {
+    if (!selected) {
+        // Whole rows are selected.
+        std::set<int> positions;
+        for (const QItemSelectionRange &range : selectionModel()->selection()) {
+            for (int row = range.top(); row <= range.bottom(); ++row)
+                positions.insert(positions.end(), row);
+        }
+        std::vector<RiskRow> rows;
+        for (const int row : positions) {
+            if (!model->isFold(row))
+                rows.push_back(model->row(row));
+        }
+        selected = SharedList<RiskRow>::large(std::move(rows));
     }
-    return rows;
+    return *selected;
 }
 
 void RosterTable::selectStudents(const std::set<StudentKey> &students) {
@@ -342,8 +350,9 @@ void RosterTable::leaveEvent(QEvent *event) {
 }
 
 void RosterTable::selectionChanged(
-    const QItemSelection &selected, const QItemSelection &deselected) {
-    QTableView::selectionChanged(selected, deselected);
+    const QItemSelection &newlySelected, const QItemSelection &deselected) {
+    selected.reset();
+    QTableView::selectionChanged(newlySelected, deselected);
     if (!changingRows)
         Q_EMIT selectionDidChange();
 }

@@ -33,7 +33,7 @@ class RosterTable : public QTableView {
     void setCompact(bool on);
 
     /// The selected rows, from top to bottom.
-    [[nodiscard]] std::vector<RiskRow> selectedRows() const;
+    [[nodiscard]] SharedList<RiskRow> selectedRows() const;
     /// Selects exactly those of these students who are on the roster, and scrolls to the first. A
     /// filter that hides one of them is removed.
     void selectStudents(const std::set<StudentKey> &students);
@@ -57,8 +57,8 @@ class RosterTable : public QTableView {
     void leaveEvent(QEvent *event) override;
     /// Return shows the details of the current student, or the folded students.
     void keyPressEvent(QKeyEvent *event) override;
-    void
-    selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+    void selectionChanged(
+        const QItemSelection &newlySelected, const QItemSelection &deselected) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     /// The end of the row that the cursor leaves is redrawn too.
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
@@ -78,6 +78,8 @@ class RosterTable : public QTableView {
     const Appearance &appearance;
     RosterModel *model;
     RosterDelegate *delegate;
+    /// The selected rows; absent until they are asked for.
+    mutable std::optional<SharedList<RiskRow>> selected;
     bool changingRows = false;
     bool compact = false;
     /// Of the roster on screen; absent for a term.

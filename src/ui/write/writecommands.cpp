@@ -22,7 +22,7 @@ WriteCommands::~WriteCommands() {
     delete sheet.data();
 }
 
-WriteSheet *WriteCommands::open(const std::vector<RiskRow> &students) {
+WriteSheet *WriteCommands::open(const SharedList<RiskRow> &students) {
     if (students.empty())
         return nullptr;
     if (sheet != nullptr && sheet->isVisible() && sheet->isUnfinished()) {

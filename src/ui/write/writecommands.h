@@ -29,7 +29,7 @@ class WriteCommands : public QObject {
 
     /// Opens the sheet for these students, of one or several courses. An unfinished sheet gets them
     /// in addition to its own. Null without students.
-    WriteSheet *open(const std::vector<RiskRow> &students);
+    WriteSheet *open(const SharedList<RiskRow> &students);
     /// Whether the sheet is the active window.
     [[nodiscard]] bool isInFront() const;
 

@@ -46,7 +46,7 @@ QPushButton *quietButton(const QString &text, const QString &toolTip) {
 } // namespace
 
 WriteSheet::WriteSheet(
-    const std::vector<RiskRow> &students, UserDefaults &defaults, Stores &stores, UndoStack &undo,
+    const SharedList<RiskRow> &students, UserDefaults &defaults, Stores &stores, UndoStack &undo,
     const Appearance &appearance, const QWidget &over)
     // Without a parent, since a dialog is kept above its parent, and so above the browser.
     : QDialog(nullptr, Qt::Window),
@@ -245,7 +245,7 @@ void WriteSheet::arrange() {
 
 // ---- What is shown -----------------------------------------------------------------------------
 
-void WriteSheet::add(const std::vector<RiskRow> &students) {
+void WriteSheet::add(const SharedList<RiskRow> &students) {
     session->add(students);
     copyButton->setFocus();
 }

@@ -29,13 +29,13 @@ class WriteSheet : public QDialog {
     /// @param over the window over which the sheet opens; it is smaller than that.
     /// The other arguments must outlive the sheet.
     WriteSheet(
-        const std::vector<RiskRow> &students, UserDefaults &defaults, Stores &stores,
+        const SharedList<RiskRow> &students, UserDefaults &defaults, Stores &stores,
         UndoStack &undo, const Appearance &appearance, const QWidget &over);
 
     /// Whether students are waiting, so that others can be added.
     [[nodiscard]] bool isUnfinished() const { return session->current().has_value(); }
     /// Adds students and shows the first of them.
-    void add(const std::vector<RiskRow> &students);
+    void add(const SharedList<RiskRow> &students);
     /// Asks first if edited messages were not copied.
     void reject() override;
 

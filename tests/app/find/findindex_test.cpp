@@ -245,11 +245,13 @@ TEST(FindContents, AreTheCoursesTheirTermsAndTheStudentsInMemory) {
 }
 
 TEST(FindContents, SuggestTheFirstStudentsWhoNeedTheTeacher) {
-    DashboardTerm term;
+    std::vector<DashboardStudent> students;
     for (std::int64_t id = 20; id > 0; --id) {
         const RiskRow row{.id = id, .name = "S", .level = RiskLevel::watch, .courseID = biology};
-        term.students.push_back({.row = std::make_shared<const RiskRow>(row), .courseCode = "B"});
+        students.push_back({.row = std::make_shared<const RiskRow>(row), .courseCode = "B"});
     }
+    DashboardTerm term;
+    term.students = students;
     EXPECT_THAT(
         ids(suggestionsOf(&term)), ElementsAre(20, 19, 18, 17, 16, 15, 14, 13, 12, 11, 10, 9));
 }

@@ -12,14 +12,15 @@ using test::row;
 using testing::ElementsAre;
 
 TEST(PrintedTexts, ARosterHasItsRowsAsOnTheScreen) {
-    RosterView roster{.title = "Bio\n<b>", .courseID = 7};
-    roster.rows = {row(1, "Watch"), row(2, ""), row(3, "At Risk")};
-    roster.rows[0].name = "Ada\n\tL.";
-    roster.rows[0].currentScore = 61.5;
-    roster.rows[0].currentGrade = "D";
-    roster.rows[0].reasonLines = {{.text = "One"}, {.text = "Two"}};
-    roster.rows[2].name = std::string(300, 'x');
-    roster.rows[2].lastActivityAt = noon - std::chrono::days(3);
+    RiskRow first = row(1, "Watch");
+    first.name = "Ada\n\tL.";
+    first.currentScore = 61.5;
+    first.currentGrade = "D";
+    first.reasonLines = {{.text = "One"}, {.text = "Two"}};
+    RiskRow last = row(3, "At Risk");
+    last.name = std::string(300, 'x');
+    last.lastActivityAt = noon - std::chrono::days(3);
+    RosterView roster{.title = "Bio\n<b>", .courseID = 7, .rows = {first, row(2, ""), last}};
     roster.outreach[{7, 1}] = {
         .contactedAt = noon - std::chrono::days(9),
         .levelThen = {},

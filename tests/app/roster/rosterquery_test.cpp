@@ -12,26 +12,29 @@ using testing::ElementsAre;
 
 /// Six students: 1 and 2 flagged, 2 worse and awaiting follow-up, 3 improved off the list.
 RosterView someRoster() {
-    RosterView view{.state = RosterView::State::shown, .courseID = 7};
+    std::vector<RiskRow> rows;
     for (const auto &[id, level] : std::vector<std::pair<std::int64_t, const char *>>{
              {1, "At Risk"}, {2, "Watch"}, {3, ""}, {4, ""}, {5, ""}, {6, ""}})
-        view.rows.push_back(test::row(id, level));
+        rows.push_back(test::row(id, level));
     const std::vector<std::pair<const char *, std::optional<double>>> figures{
         {"zoe Adams", 40},  {"Émile", 66},   {"Ana", 66},
         {"<b>Bob</b>", {}}, {"김 지수", 90}, {"Ana Zed", 95}};
     for (std::size_t i = 0; i < figures.size(); ++i) {
-        view.rows[i].name = figures[i].first;
-        view.rows[i].currentScore = figures[i].second;
-        view.rows[i].courseName = "Biology";
+        rows[i].name = figures[i].first;
+        rows[i].currentScore = figures[i].second;
+        rows[i].courseName = "Biology";
     }
-    view.rows[0].lastActivityAt = test::noon;
-    view.rows[2].lastActivityAt = test::noon - std::chrono::days(9);
+    rows[0].lastActivityAt = test::noon;
+    rows[2].lastActivityAt = test::noon - std::chrono::days(9);
     ReasonLine missing{.text = "2 of 9 assignments missing"};
     missing.links = {
         {{0, 26}, AssignmentRef{70, "Homework 5"}}, {{0, 26}, AssignmentRef{71, "Essay"}}};
-    view.rows[1].reasonLines = {missing};
+    rows[1].reasonLines = {missing};
     missing.links.pop_back();
-    view.rows[2].reasonLines = {missing};
+    rows[2].reasonLines = {missing};
+    rows[0].sortableName = "Adams, Zoe";
+    rows[5].sortableName = "Zed, Ana";
+    RosterView view{.state = RosterView::State::shown, .courseID = 7, .rows = std::move(rows)};
     view.movement = {
         {.studentID = 2,
          .courseID = 7,
@@ -46,12 +49,6 @@ RosterView someRoster() {
         .levelThen = RecordedLevel(RiskLevel::watch),
         .levelNow = RiskLevel::watch,
         .daysSince = 8};
-    for (RiskRow &row : view.rows) {
-        if (row.id == 1)
-            row.sortableName = "Adams, Zoe";
-        else if (row.id == 6)
-            row.sortableName = "Zed, Ana";
-    }
     return view;
 }
 

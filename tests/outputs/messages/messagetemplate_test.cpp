@@ -20,15 +20,17 @@ RiskRow student(
         .currentScore = score,
         .missingCount = std::int64_t(missing.size()),
         .courseID = 4021};
+    std::vector<ReasonLine> reasons;
     if (!missing.empty()) {
         ReasonLine line{.text = "missing work"};
         std::int64_t id = 0;
         for (std::string &name : missing)
             line.links.push_back({{0, line.text.size()}, AssignmentRef{++id, std::move(name)}});
-        row.reasonLines.push_back(std::move(line));
+        reasons.push_back(std::move(line));
     }
     if (score)
-        row.reasonLines.push_back({.text = "Current score", .links = {{{0, 13}, GradesTarget{}}}});
+        reasons.push_back({.text = "Current score", .links = {{{0, 13}, GradesTarget{}}}});
+    row.reasonLines = std::move(reasons);
     return row;
 }
 

@@ -72,6 +72,19 @@ std::vector<FindEntry> entriesOf(const std::vector<Course> &courses, const Roste
     return entries;
 }
 
+std::size_t FindContents::count() const {
+    std::size_t count = courses.size() + commands.size();
+    for (const auto &[id, course] : rosters.entries)
+        count += course->rows.size();
+    return count;
+}
+
+FindIndex indexOf(const FindContents &contents) {
+    std::vector<FindEntry> entries = entriesOf(contents.courses, contents.rosters);
+    entries.insert(entries.end(), contents.commands.begin(), contents.commands.end());
+    return FindIndex(std::move(entries), contents.suggestions);
+}
+
 std::vector<FindEntry> suggestionsOf(const DashboardTerm *term) {
     std::vector<FindEntry> entries;
     if (term == nullptr)

@@ -17,6 +17,19 @@ namespace ellwynd {
 [[nodiscard]] std::vector<FindEntry>
 entriesOf(const std::vector<Course> &courses, const RosterCache &cache);
 
+/// What an index is made from. It shares the students with the cache, so that a thread can make the
+/// index.
+struct FindContents {
+    std::vector<Course> courses;
+    RosterCache rosters;
+    std::vector<FindEntry> commands;
+    std::vector<FindEntry> suggestions;
+
+    /// How many entries the index has, without the terms.
+    [[nodiscard]] std::size_t count() const;
+};
+[[nodiscard]] FindIndex indexOf(const FindContents &contents);
+
 /// The flagged students of a term who need the teacher first.
 /// @param term null for none.
 [[nodiscard]] std::vector<FindEntry> suggestionsOf(const DashboardTerm *term);

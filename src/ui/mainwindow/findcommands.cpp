@@ -61,54 +61,51 @@ void FindCommands::open() {
         panel = new FindPanel(appearance, window);
         connect(panel, &FindPanel::entryRequested, this, &FindCommands::openEntry);
     }
-    std::vector<FindEntry> found = entries();
-    const bool isMany = found.size() > preparedAtOnce;
-    panel->open(isMany ? FindIndex({}, suggestions()) : FindIndex(found, suggestions()));
+    FindContents found = contents();
+    const bool isMany = found.count() > preparedAtOnce;
+    panel->open(isMany ? FindIndex({}, found.suggestions) : indexOf(found));
     commands = std::exchange(nextCommands, {});
     isOutdated = preparing.valid();
     if (isMany)
         prepare(std::move(found));
 }
 
-std::vector<FindEntry> FindCommands::entries() {
-    std::vector<FindEntry> entries =
-        entriesOf(controller.courses().known(), controller.loadedRosters());
+FindContents FindCommands::contents() {
+    FindContents contents{
+        .courses = controller.courses().known(),
+        .rosters = controller.loadedRosters(),
+        .suggestions = suggestionsOf(controller.dashboard().shownTerm())};
     nextCommands.clear();
     for (const MainMenus::Found &command : menus.enabledCommands()) {
-        entries.push_back(
+        contents.commands.push_back(
             {.kind = FoundKind::command,
              .title = command.text,
              .detail = command.place,
              .id = std::int64_t(nextCommands.size())});
         nextCommands.emplace_back(command.action);
     }
-    return entries;
-}
-
-std::vector<FindEntry> FindCommands::suggestions() {
-    return suggestionsOf(controller.dashboard().shownTerm());
+    return contents;
 }
 
 void FindCommands::updateIndex() {
-    std::vector<FindEntry> found = entries();
+    FindContents found = contents();
     isOutdated = preparing.valid();
-    if (found.size() > preparedAtOnce)
+    if (found.count() > preparedAtOnce)
         prepare(std::move(found));
     else
-        setIndex(FindIndex(std::move(found), suggestions()));
+        setIndex(indexOf(found));
 }
 
 /// The panel keeps its index until the new one is prepared, and until one that is outdated is
 /// prepared again.
-void FindCommands::prepare(std::vector<FindEntry> found) {
+void FindCommands::prepare(FindContents found) {
     if (preparing.valid())
         return;
-    preparing = std::async(
-        std::launch::async, [this, found = std::move(found), suggested = suggestions()]() mutable {
-            FindIndex index(std::move(found), suggested);
-            QMetaObject::invokeMethod(this, &FindCommands::indexDidEnd, Qt::QueuedConnection);
-            return index;
-        });
+    preparing = std::async(std::launch::async, [this, found = std::move(found)] {
+        FindIndex index = indexOf(found);
+        QMetaObject::invokeMethod(this, &FindCommands::indexDidEnd, Qt::QueuedConnection);
+        return index;
+    });
 }
 
 void FindCommands::indexDidEnd() {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/courses/courseselection.h"
-#include "app/find/findindex.h"
+#include "app/find/findcontents.h"
 #include "risk/riskrow.h"
 
 #include <QObject>
@@ -44,10 +44,9 @@ class FindCommands : public QObject {
   private:
     void open();
     /// Everything that can be found now, for the next index.
-    [[nodiscard]] std::vector<FindEntry> entries();
-    [[nodiscard]] std::vector<FindEntry> suggestions();
+    [[nodiscard]] FindContents contents();
     void updateIndex();
-    void prepare(std::vector<FindEntry> found);
+    void prepare(FindContents found);
     void indexDidEnd();
     void setIndex(FindIndex index);
     void openEntry(const FindEntry &entry);

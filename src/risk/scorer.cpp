@@ -39,8 +39,9 @@ struct StudentWork {
     std::int64_t assignedSoFar = 0;
 };
 
-bool hasHandedIn(const std::string &state) {
-    return state == "submitted" || state == "graded" || state == "pending_review";
+bool hasHandedIn(WorkflowState state) {
+    return state == WorkflowState::submitted || state == WorkflowState::graded ||
+        state == WorkflowState::pendingReview;
 }
 
 /// By position in the roster.
@@ -61,7 +62,7 @@ std::vector<StudentWork> collectWork(const ScoringInput &input, const ClassFigur
         const bool pastDue = submission.cachedDueDate && *submission.cachedDueDate < input.now;
         if (missing)
             student.missing.push_back(submission.assignmentID);
-        else if (pastDue && submission.workflowState == "unsubmitted")
+        else if (pastDue && submission.workflowState == WorkflowState::unsubmitted)
             ++student.pastDue;
         if (missing || pastDue || submission.score || hasHandedIn(submission.workflowState))
             ++student.assignedSoFar;

@@ -1,8 +1,11 @@
+#include "net/inthread.h"
 #include "net/runtoend.h"
 #include "net/task.h"
 #include "support/logcapture.h"
 
 #include <gmock/gmock.h>
+
+#include <thread>
 
 namespace ellwynd {
 namespace {
@@ -23,6 +26,31 @@ TEST(Detach, LogsExceptions) {
     EXPECT_THAT(
         test::LogCapture::lines(),
         testing::ElementsAre("network: Counting failed: no such file", "network: Guessing failed"));
+}
+
+QCoro::Task<std::string> answerOf(int question) {
+    const std::thread::id mainThread = std::this_thread::get_id();
+    std::thread::id worker;
+    auto working = inThread([&worker, question] {
+        worker = std::this_thread::get_id();
+        if (question < 0)
+            throw std::runtime_error("no such question");
+        return question;
+    });
+    std::string answer;
+    try {
+        answer = std::to_string(co_await working);
+    } catch (const std::runtime_error &error) {
+        answer = error.what();
+    }
+    if (worker == mainThread || std::this_thread::get_id() != mainThread)
+        answer += " on the wrong thread";
+    co_return answer;
+}
+
+TEST(InThread, EndsOnTheThreadThatAwaitsIt) {
+    EXPECT_EQ(runToEnd(answerOf(42)), "42");
+    EXPECT_EQ(runToEnd(answerOf(-1)), "no such question");
 }
 
 /// How much too short a wait was; negative when it was longer.

@@ -166,7 +166,7 @@ TEST(Scorer, WorkIsSetOnceItIsDueHandedInOrScored) {
         if (row.isPastDue)
             why.emplace_back("1 past-due unsubmitted");
         EXPECT_EQ(sentences(room.row(1)), why)
-            << row.submission.workflowState << row.submission.cachedDueDate.has_value();
+            << row.submission.workflowState.name() << row.submission.cachedDueDate.has_value();
     }
 }
 

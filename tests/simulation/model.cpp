@@ -84,7 +84,7 @@ Work workOf(
             continue;
         const bool isMissing = each.missing.value_or(false);
         const bool isDue = each.cachedDueDate < now;
-        const bool isOpen = each.workflowState == "unsubmitted";
+        const bool isOpen = each.workflowState == WorkflowState::unsubmitted;
         result.missing += isMissing ? 1 : 0;
         result.pastDue += isOpen && isDue && !isMissing ? 1 : 0;
         result.soFar += isMissing || !isOpen || isDue ? 1 : 0;

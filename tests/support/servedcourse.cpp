@@ -204,7 +204,7 @@ JSON json(const AssignmentGroup &group, std::int64_t courseID) {
 }
 
 JSON json(const SubmissionSummary &work, std::int64_t courseID) {
-    const bool handedIn = work.workflowState != "unsubmitted";
+    const bool handedIn = work.workflowState != WorkflowState::unsubmitted;
     const auto essay = std::size_t(draw(work.userID, work.assignmentID, 900));
     const std::string page = fmt::format(
         "https://canvas.example.edu/courses/{}/assignments/{}", courseID, work.assignmentID);
@@ -219,7 +219,7 @@ JSON json(const SubmissionSummary &work, std::int64_t courseID) {
         {"assignment_id", work.assignmentID},
         {"user_id", work.userID},
         {"submission_type", handedIn ? JSON("online_text_entry") : JSON(nullptr)},
-        {"workflow_state", work.workflowState},
+        {"workflow_state", work.workflowState.name()},
         {"grade_matches_current_submission", true},
         {"graded_at", handedInAt},
         {"grader_id", work.score ? JSON(-42) : JSON(nullptr)},

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/date.h"
+#include "canvas/records/workflowstate.h"
 
 #include <cstdint>
 #include <optional>
@@ -84,8 +85,8 @@ struct Enrollment {
 struct SubmissionSummary {
     std::int64_t userID = 0;
     std::int64_t assignmentID = 0;
-    /// "unsubmitted", "submitted", "graded", "pending_review", or another state, which is ignored.
-    std::string workflowState;
+    /// Another state than those of `WorkflowState` has no effect on a score.
+    WorkflowState workflowState;
     /// Absent reads as false.
     std::optional<bool> missing;
     std::optional<bool> late;

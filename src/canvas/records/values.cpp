@@ -49,4 +49,11 @@ void decodeValue(const dom::element &value, Date &into) {
     into = *date;
 }
 
+void decodeValue(const dom::element &value, WorkflowState &into) {
+    std::string_view text;
+    if (value.get(text) != simdjson::SUCCESS)
+        fail("", "is not a string");
+    into = text;
+}
+
 } // namespace ellwynd::decoding

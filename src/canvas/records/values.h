@@ -21,6 +21,7 @@ void decodeValue(const simdjson::dom::element &value, double &into);
 void decodeValue(const simdjson::dom::element &value, bool &into);
 void decodeValue(const simdjson::dom::element &value, std::string &into);
 void decodeValue(const simdjson::dom::element &value, Date &into);
+void decodeValue(const simdjson::dom::element &value, WorkflowState &into);
 
 template<class Record>
 void decodeRecord(const simdjson::dom::element &value, Record &into);
@@ -70,6 +71,18 @@ void decodeField(
     }
 }
 
+/// The lengths of a record's keys, as bits. Most keys that Canvas sends have another length.
+template<class Record>
+constexpr std::uint64_t keyLengths = std::apply(
+    [](const auto &...field) { return ((std::uint64_t{1} << field.key.size()) | ...); },
+    Schema<Record>::fields);
+
+template<class Record>
+bool mayBeKey(std::string_view name) {
+    constexpr std::size_t lengths = 64;
+    return name.size() < lengths && ((keyLengths<Record> >> name.size()) & 1) != 0;
+}
+
 template<class Record>
 void decodeRecord(const simdjson::dom::element &value, Record &into) {
     simdjson::dom::object object;
@@ -79,6 +92,8 @@ void decodeRecord(const simdjson::dom::element &value, Record &into) {
     unsigned seen = 0;
     for (const auto [key, item] : object) {
         const std::string_view name = key;
+        if (!mayBeKey<Record>(name))
+            continue;
         const simdjson::dom::element element = item;
         std::apply(
             [&](const auto &...field) {

@@ -60,6 +60,8 @@ TEST(Decoding, ReadsEveryMember) {
         .score = 8,
         .cachedDueDate = test::noon};
     EXPECT_EQ(submissions, std::vector{summary});
+    EXPECT_EQ(submissions[0].workflowState.name(), "new_state");
+    EXPECT_NE(submissions[0].workflowState, WorkflowState("another_new_state"));
     EXPECT_TRUE(decodeSubmissions(" [ ] \n").empty());
 }
 

@@ -3,6 +3,8 @@
 #include <QDateTime>
 #include <QLocale>
 
+#include <fmt/format.h>
+
 namespace ellwynd::calendar {
 
 namespace {
@@ -37,7 +39,8 @@ std::int64_t daysBetween(Date from, Date to) {
 }
 
 std::string dayKey(Date date) {
-    return QLocale::c().toString(local(date).date(), QStringLiteral("yyyy-MM-dd")).toStdString();
+    const QDate day = local(date).date();
+    return fmt::format("{:04}-{:02}-{:02}", day.year(), day.month(), day.day());
 }
 
 std::string shortDay(Date date) {

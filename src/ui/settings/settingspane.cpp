@@ -1,5 +1,6 @@
 #include "ui/settings/settingspane.h"
 
+#include "preferences/coursesettings.h"
 #include "ui/support/appearance.h"
 #include "uikit/labels.h"
 
@@ -15,7 +16,11 @@ SettingsPane::SettingsPane(
     : defaults(defaults),
       appearance(appearance),
       contents(new QVBoxLayout(this)),
-      observing(defaults.observe([this](std::string_view) { showPreferences(); })) {
+      observing(defaults.observe([this](std::string_view key) {
+          // Courses have settings of their own elsewhere, and may all change at once.
+          if (courseSettings::suffixOf(key).empty())
+              showPreferences();
+      })) {
     auto *heading = plainLabel(this);
     heading->setText(title);
     contents->addWidget(heading);

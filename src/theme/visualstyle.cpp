@@ -19,7 +19,9 @@ constexpr double minPointSize = 9.75;
 
 QFont VisualStyle::font(double factor, QFont::Weight weight) const {
     QFont result = base;
-    result.setPointSizeF(base.pointSizeF() * scale * factor);
+    // Nearly equal sizes become one, since each size of a font takes milliseconds to load.
+    constexpr double steps = 16;
+    result.setPointSizeF(base.pointSizeF() * scale * std::round(factor * steps) / steps);
     result.setWeight(weight);
     return result;
 }

@@ -45,9 +45,9 @@ struct MainWindowTest : testing::Test {
         return window.findChild<StatusNotes *>()->text().toStdString();
     }
 
-    [[nodiscard]] RosterTable &table() const { return *window.roster()->table(); }
+    [[nodiscard]] RosterTable &table() { return *window.roster()->table(); }
 
-    [[nodiscard]] std::vector<std::int64_t> selected() const {
+    [[nodiscard]] std::vector<std::int64_t> selected() {
         std::vector<std::int64_t> ids;
         for (const RiskRow &row : table().selectedRows())
             ids.push_back(row.id);

@@ -23,9 +23,27 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace ellwynd {
+
+namespace {
+
+/// How many names of several students are shown.
+constexpr std::size_t listed = 12;
+
+/// Several students are compared by what is shown of them, besides their summary.
+bool lookTheSame(const SharedList<RiskRow> &a, const SharedList<RiskRow> &b) {
+    if (a.size() == 1 || a.size() != b.size())
+        return a == b;
+    const auto look = [](const RiskRow &row) { return std::tie(row.courseID, row.id, row.name); };
+    return std::equal(
+        a.begin(), a.begin() + std::min(a.size(), listed), b.begin(),
+        [&look](const RiskRow &one, const RiskRow &other) { return look(one) == look(other); });
+}
+
+} // namespace
 
 StudentDetails::StudentDetails(const Appearance &appearance, QWidget *parent)
     : QWidget(parent), appearance(appearance), head(new QWidget(this)), scroll(new QScrollArea) {
@@ -46,10 +64,13 @@ StudentDetails::StudentDetails(const Appearance &appearance, QWidget *parent)
 }
 
 void StudentDetails::show(
-    std::vector<RiskRow> newRows, StudentHistory newHistory, const SelectionSummary &newSummary) {
-    if (newRows == rows && newHistory == history && newSummary == summary)
-        return;
+    SharedList<RiskRow> newRows, StudentHistory newHistory, const SelectionSummary &newSummary) {
+    const bool isSame =
+        lookTheSame(newRows, rows) && newHistory == history && newSummary == summary;
+    // Also when they are equal, since the old ones keep old data in memory.
     rows = std::move(newRows);
+    if (isSame)
+        return;
     history = std::move(newHistory);
     summary = newSummary;
     rebuild();
@@ -73,7 +94,18 @@ void StudentDetails::focusContents() {
     }
 }
 
+void StudentDetails::showEvent(QShowEvent *event) {
+    wasShown = true;
+    if (isOutdated)
+        rebuild();
+    QWidget::showEvent(event);
+}
+
+/// While the pane is hidden, a change waits until it is shown again.
 void StudentDetails::rebuild() {
+    isOutdated = wasShown && isHidden();
+    if (isOutdated)
+        return;
     auto *newHead = new QWidget;
     auto *body = new QWidget;
     for (QWidget *part : {newHead, body}) {
@@ -280,7 +312,6 @@ void StudentDetails::addSelection(QVBoxLayout &column) {
         addAssignments(column, summary.allMissing);
     }
     addSection(column, QStringLiteral("Students"));
-    constexpr std::size_t listed = 12;
     for (std::size_t i = 0; i < std::min(rows.size(), listed); ++i) {
         auto *name = plainLabel(nullptr, true);
         name->setText(qstring(collapsed(rows[i].name)));

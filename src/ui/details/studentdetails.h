@@ -28,7 +28,7 @@ class StudentDetails : public QWidget {
     /// @param history of the student when there is exactly one; otherwise ignored.
     /// @param summary of the students when there are several; otherwise ignored.
     void
-    show(std::vector<RiskRow> rows, StudentHistory history, const SelectionSummary &summary = {});
+    show(SharedList<RiskRow> rows, StudentHistory history, const SelectionSummary &summary = {});
     using QWidget::show;
     /// Whether contacts are remembered, so that "Mark as Contacted" is enabled.
     void setContactsEnabled(bool enabled);
@@ -36,16 +36,19 @@ class StudentDetails : public QWidget {
     void focusContents();
 
   Q_SIGNALS:
-    void writeRequested(const std::vector<ellwynd::RiskRow> &students);
+    void writeRequested(const ellwynd::SharedList<ellwynd::RiskRow> &students);
     /// The menu of messages is about to open.
     void messagesRequested(QMenu *menu);
-    void contactsRequested(const std::vector<ellwynd::RiskRow> &students);
+    void contactsRequested(const ellwynd::SharedList<ellwynd::RiskRow> &students);
     /// A student should be shown in another course.
     void studentRequested(const ellwynd::StudentKey &student);
     void gradesRequested(const ellwynd::RiskRow &row);
     void assignmentRequested(const ellwynd::RiskRow &row, std::int64_t assignmentID);
     /// The help topic with this id should be shown.
     void helpRequested(const std::string &topic);
+
+  protected:
+    void showEvent(QShowEvent *event) override;
 
   private:
     void rebuild();
@@ -66,10 +69,12 @@ class StudentDetails : public QWidget {
     void addAssignments(QVBoxLayout &column, const std::vector<AssignmentRef> &assignments);
 
     const Appearance &appearance;
-    std::vector<RiskRow> rows;
+    SharedList<RiskRow> rows;
     StudentHistory history;
     SelectionSummary summary;
     bool contactsEnabled = true;
+    bool wasShown = false;
+    bool isOutdated = false;
     /// The students of the contents on screen.
     std::vector<StudentKey> builtFor;
     QWidget *head;

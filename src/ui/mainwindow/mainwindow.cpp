@@ -19,6 +19,7 @@
 #include "ui/support/alert.h"
 #include "ui/support/announce.h"
 #include "ui/support/appearance.h"
+#include "ui/support/fontloader.h"
 #include "ui/support/statusnotes.h"
 #include "ui/support/windowmemory.h"
 #include "ui/write/writecommands.h"
@@ -35,6 +36,7 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -65,7 +67,6 @@ MainWindow::MainWindow(
       sidebar(new Sidebar(controller, defaults, appearance, splitter)),
       middle(new QStackedWidget(splitter)),
       dashboardPane(new DashboardPane(controller.dashboard(), defaults, appearance)),
-      rosterPane(new RosterPane(controller, defaults, appearance)),
       details(new StudentDetails(appearance, splitter)),
       desktopActions(new RosterDesktopActions(
           controller.actions(), stores.templates, defaults, [this] { return selectedStudents(); },
@@ -82,6 +83,7 @@ MainWindow::MainWindow(
       contextMenus(new ContextMenus(controller, *menus, *desktopActions, *this)),
       connectionViews(
           new ConnectionViews(defaults, connection, controller, appearance, *middle, *this)),
+      fontLoader(new FontLoader(this)),
       observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::studentDetailsHidden.name)
               showPane();
@@ -93,7 +95,6 @@ MainWindow::MainWindow(
         defaults.value(preferences::sampleData) ? QStringLiteral("Ellwynd — Sample Data")
                                                 : QStringLiteral("Ellwynd"));
     middle->addWidget(dashboardPane);
-    middle->addWidget(rosterPane);
     setCentralWidget(splitter);
     auto *help = new HelpCommands(*menus, defaults, appearance, *this);
     connect(details, &StudentDetails::helpRequested, help, &HelpCommands::showTopic);
@@ -105,7 +106,7 @@ MainWindow::MainWindow(
 
 /// The students of the roster, of whom the first selected one is previewed.
 PreviewStudents MainWindow::previewStudents() const {
-    const std::vector<RiskRow> selected = selectedStudents();
+    const SharedList<RiskRow> selected = selectedStudents();
     PreviewStudents students;
     for (const RiskRow &row : controller.roster().rows) {
         if (!selected.empty() && keyOf(row) == keyOf(selected.front()))
@@ -118,11 +119,21 @@ PreviewStudents MainWindow::previewStudents() const {
     return students;
 }
 
+RosterPane *MainWindow::roster() {
+    if (rosterPane == nullptr) {
+        rosterPane = new RosterPane(controller, defaults, appearance);
+        middle->addWidget(rosterPane);
+        connectRoster();
+        showSelection();
+    }
+    return rosterPane;
+}
+
 void MainWindow::updateActions() {
     updateActionsFor(selectedStudents());
 }
 
-void MainWindow::updateActionsFor(const std::vector<RiskRow> &selected) {
+void MainWindow::updateActionsFor(const SharedList<RiskRow> &selected) {
     const RosterView &roster = controller.roster();
     const bool shown = roster.state == RosterView::State::shown;
     details->setContactsEnabled(stores.contacts.isEnabled());
@@ -144,7 +155,7 @@ void MainWindow::updateActionsFor(const std::vector<RiskRow> &selected) {
 }
 
 void MainWindow::showSelection() {
-    const std::vector<RiskRow> selected = rosterPane->table()->selectedRows();
+    const SharedList<RiskRow> selected = rosterPane->table()->selectedRows();
     const bool one = selected.size() == 1;
     details->show(
         selected, one ? controller.studentHistory(selected.front()) : StudentHistory{},
@@ -196,10 +207,10 @@ void MainWindow::showPane() {
     else if (roster.state == RosterView::State::nothingSelected)
         middle->setCurrentWidget(dashboardPane);
     else
-        middle->setCurrentWidget(rosterPane);
-    const bool shown = showsRoster(roster) && rosterPane->table()->hasRows() && wantsDetails();
+        middle->setCurrentWidget(this->roster());
+    const bool shown = showsRoster(roster) && this->roster()->table()->hasRows() && wantsDetails();
     if (!shown && details->isAncestorOf(QApplication::focusWidget()))
-        rosterPane->table()->setFocus();
+        this->roster()->table()->setFocus();
     const bool wasShown = !details->isHidden();
     details->setVisible(shown);
     if (wasShown != shown)
@@ -219,6 +230,28 @@ void MainWindow::closeEvent(QCloseEvent *event) {
     hide();
 }
 
+void MainWindow::showEvent(QShowEvent *event) {
+    QMainWindow::showEvent(event);
+    constexpr std::chrono::milliseconds afterFirstPaint{500};
+    if (rosterPane == nullptr)
+        QTimer::singleShot(afterFirstPaint, this, &MainWindow::prepareRoster);
+}
+
+/// Makes the views of a roster and loads their fonts, so that opening a course does not wait.
+void MainWindow::prepareRoster() {
+    static_cast<void>(roster());
+    std::vector<QFont> fonts;
+    for (const double factor : {1.0, 0.94, 0.86, 0.8})
+        fonts.push_back(appearance.font(factor));
+    for (const double factor : {1.0, 0.94, 0.86, 0.8, 0.78})
+        fonts.push_back(appearance.font(factor, QFont::DemiBold));
+    for (const double factor : {1.0, 0.94})
+        fonts.push_back(appearance.font(factor, QFont::Medium));
+    for (const double factor : {1.0, 1.22})
+        fonts.push_back(appearance.font(factor, QFont::Bold));
+    fontLoader->load(std::move(fonts));
+}
+
 void MainWindow::resizeEvent(QResizeEvent *event) {
     QMainWindow::resizeEvent(event);
     if (!isNarrow())
@@ -227,15 +260,16 @@ void MainWindow::resizeEvent(QResizeEvent *event) {
     updateActions();
 }
 
-std::vector<RiskRow> MainWindow::selectedStudents() const {
-    return middle->currentWidget() == dashboardPane ? dashboardPane->students()->selectedRows()
-                                                    : rosterPane->table()->selectedRows();
+SharedList<RiskRow> MainWindow::selectedStudents() const {
+    if (middle->currentWidget() == dashboardPane)
+        return dashboardPane->students()->selectedRows();
+    return rosterPane != nullptr ? rosterPane->table()->selectedRows() : SharedList<RiskRow>();
 }
 
 void MainWindow::showStudent(const StudentKey &student) {
     controller.select(CourseSelection{student.courseID});
-    rosterPane->table()->selectStudents({student});
-    rosterPane->table()->setFocus();
+    roster()->table()->selectStudents({student});
+    roster()->table()->setFocus();
 }
 
 void MainWindow::showContextMenu(const QPoint &position) {
@@ -288,7 +322,7 @@ ThresholdsSheet *MainWindow::openThresholds() {
     return sheets->openThresholds();
 }
 
-WriteSheet *MainWindow::openWriteSheet(const std::vector<RiskRow> &students) {
+WriteSheet *MainWindow::openWriteSheet(const SharedList<RiskRow> &students) {
     return writing->open(students);
 }
 

@@ -18,6 +18,7 @@ class ConnectionViews;
 class ContextMenus;
 class CourseSheets;
 class DashboardPane;
+class FontLoader;
 class ConnectionCheck;
 class MainMenus;
 class MainWindowController;
@@ -49,7 +50,8 @@ class MainWindow : public QMainWindow {
         ConnectionCheck &connection, SyncService &sync, UserNotifications &notifications,
         Appearance &appearance);
 
-    [[nodiscard]] RosterPane *roster() const { return rosterPane; }
+    /// Made on first use, or when the window has been shown for a moment.
+    [[nodiscard]] RosterPane *roster();
 
   public Q_SLOTS:
     /// Opens "Missing Work by Assignment…"; null when no course is displayed.
@@ -58,7 +60,7 @@ class MainWindow : public QMainWindow {
     ellwynd::ThresholdsSheet *openThresholds();
 
     /// Opens the Write sheet for students of one or several courses; null without students.
-    ellwynd::WriteSheet *openWriteSheet(const std::vector<ellwynd::RiskRow> &students);
+    ellwynd::WriteSheet *openWriteSheet(const ellwynd::SharedList<ellwynd::RiskRow> &students);
 
     /// Shows the welcome window when it is due.
     void showWelcomeIfDue();
@@ -84,6 +86,7 @@ class MainWindow : public QMainWindow {
 
   protected:
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
   private:
@@ -91,8 +94,11 @@ class MainWindow : public QMainWindow {
     void fillSortMenu();
     [[nodiscard]] PreviewStudents previewStudents() const;
     void connectViews();
+    void connectRoster();
+    void connectDetails();
+    void prepareRoster();
     void updateActions();
-    void updateActionsFor(const std::vector<RiskRow> &selected);
+    void updateActionsFor(const SharedList<RiskRow> &selected);
     void showPane();
     void showSelection();
     /// Shows the details, even in a narrow window, and moves the focus to them.
@@ -104,7 +110,7 @@ class MainWindow : public QMainWindow {
     void restoreLayout();
     /// The students that commands apply to: those selected in the roster, or on the dashboard the
     /// current one.
-    [[nodiscard]] std::vector<RiskRow> selectedStudents() const;
+    [[nodiscard]] SharedList<RiskRow> selectedStudents() const;
     void showContextMenu(const QPoint &position);
     void showStudent(const StudentKey &student);
     void showError(const CanvasError &error);
@@ -120,7 +126,8 @@ class MainWindow : public QMainWindow {
     Sidebar *sidebar;
     QStackedWidget *middle;
     DashboardPane *dashboardPane;
-    RosterPane *rosterPane;
+    /// Null until it is needed.
+    RosterPane *rosterPane = nullptr;
     StudentDetails *details;
     RosterDesktopActions *desktopActions;
     WriteCommands *writing;
@@ -129,6 +136,7 @@ class MainWindow : public QMainWindow {
     CourseSheets *sheets;
     ContextMenus *contextMenus;
     ConnectionViews *connectionViews;
+    FontLoader *fontLoader;
     SettingsWindow *settingsWindow = nullptr;
     bool updateChecksAvailable = false;
     bool keepsRunning = false;

@@ -33,12 +33,12 @@ void MainWindow::connectCommands() {
     on(menus->refreshRoster, [this] { controller.refreshRoster(); });
     on(menus->exportCSV, [this] { desktopActions->exportRoster(ExportFormat::csv); });
     on(menus->exportMarkdown, [this] { desktopActions->exportRoster(ExportFormat::markdown); });
-    on(menus->print, [this] { sheets->openPrint(rosterPane->table()->selectedRows()); });
+    on(menus->print, [this] { sheets->openPrint(roster()->table()->selectedRows()); });
     on(menus->sampleMode, &MainWindow::sampleSwitchRequested);
     on(menus->settings, [this] { settings().open(SettingsWindow::general); });
     on(menus->quit, &MainWindow::quitRequested);
     on(menus->undo, [this] { controller.undoStack().undo(); });
-    on(menus->findStudent, [this] { rosterPane->focusFilter(); });
+    on(menus->findStudent, [this] { roster()->focusFilter(); });
 
     on(menus->showDashboard, [this] {
         controller.select(DashboardSelection{});
@@ -76,7 +76,7 @@ void MainWindow::connectCommands() {
 
 void MainWindow::fillSortMenu() {
     menus->sortBy->clear();
-    RosterTable *table = rosterPane->table();
+    RosterTable *table = roster()->table();
     for (const RosterSort sort : allRosterSorts) {
         // A course's roster has no column of courses.
         if (sort == RosterSort::course && controller.roster().courseID)
@@ -88,7 +88,8 @@ void MainWindow::fillSortMenu() {
     }
 }
 
-void MainWindow::connectViews() {
+/// Called when the roster is made.
+void MainWindow::connectRoster() {
     RosterTable *table = rosterPane->table();
     connect(rosterPane, &RosterPane::thresholdsRequested, this, &MainWindow::openThresholds);
     connect(rosterPane, &RosterPane::missingWorkRequested, this, &MainWindow::openMissingWork);
@@ -97,29 +98,44 @@ void MainWindow::connectViews() {
         rosterPane, &RosterPane::refreshRequested, &controller,
         &MainWindowController::refreshRoster);
     connect(rosterPane, &RosterPane::contextMenuRequested, this, &MainWindow::showContextMenu);
-    connect(
-        connectionViews, &ConnectionViews::sampleRequested, this,
-        &MainWindow::sampleSwitchRequested);
-    connect(table, &RosterTable::selectionDidChange, this, &MainWindow::showSelection);
-    connect(table, &RosterTable::detailsRequested, this, &MainWindow::openDetails);
     connect(rosterPane, &RosterPane::rowsDidChange, this, [this] {
         showPane();
         updateActions();
     });
-    connect(&appearance, &Appearance::appearanceDidChange, this, &MainWindow::showPane);
-    const auto grades = [this](const RiskRow &row) {
+    connect(table, &RosterTable::selectionDidChange, this, &MainWindow::showSelection);
+    connect(table, &RosterTable::detailsRequested, this, &MainWindow::openDetails);
+    connect(table, &RosterTable::gradesRequested, this, [this](const RiskRow &row) {
         controller.actions().openGrades(row.courseID, row.id);
-    };
-    const auto assignment = [this](const RiskRow &row, std::int64_t id) {
-        controller.actions().openAssignment(row.courseID, id);
-    };
-    connect(table, &RosterTable::gradesRequested, this, grades);
+    });
     connect(table, &RosterTable::contactRemovalRequested, this, [this](const RiskRow &row) {
         controller.actions().removeContactMarks({row});
     });
+}
+
+void MainWindow::connectDetails() {
+    RosterActions &actions = controller.actions();
     connect(
         details, &StudentDetails::messagesRequested, desktopActions,
         &RosterDesktopActions::fillCopyMenu);
+    connect(details, &StudentDetails::writeRequested, this, &MainWindow::openWriteSheet);
+    connect(details, &StudentDetails::contactsRequested, &actions, &RosterActions::markContacted);
+    connect(details, &StudentDetails::studentRequested, this, &MainWindow::showStudent);
+    connect(details, &StudentDetails::gradesRequested, this, [&actions](const RiskRow &row) {
+        actions.openGrades(row.courseID, row.id);
+    });
+    connect(
+        details, &StudentDetails::assignmentRequested, this,
+        [&actions](const RiskRow &row, std::int64_t id) {
+            actions.openAssignment(row.courseID, id);
+        });
+}
+
+void MainWindow::connectViews() {
+    connectDetails();
+    connect(
+        connectionViews, &ConnectionViews::sampleRequested, this,
+        &MainWindow::sampleSwitchRequested);
+    connect(&appearance, &Appearance::appearanceDidChange, this, &MainWindow::showPane);
     connect(
         desktopActions, &RosterDesktopActions::noteRequested, this,
         [this](const QString &note) { notes->showNote(note); });
@@ -127,21 +143,14 @@ void MainWindow::connectViews() {
     const auto showTemplates = [this] { settings().open(SettingsWindow::messages); };
     connect(desktopActions, &RosterDesktopActions::templatesRequested, this, showTemplates);
     connect(writing, &WriteCommands::templatesRequested, this, showTemplates);
-    connect(details, &StudentDetails::writeRequested, this, &MainWindow::openWriteSheet);
-    connect(
-        details, &StudentDetails::contactsRequested, &controller.actions(),
-        &RosterActions::markContacted);
-    connect(details, &StudentDetails::studentRequested, this, &MainWindow::showStudent);
-    connect(details, &StudentDetails::gradesRequested, this, grades);
-    connect(details, &StudentDetails::assignmentRequested, this, assignment);
 
     connect(dashboardPane, &DashboardPane::courseRequested, this, [this](std::int64_t id) {
         controller.select(CourseSelection{id});
-        rosterPane->table()->setFocus();
+        roster()->table()->setFocus();
     });
     connect(dashboardPane, &DashboardPane::termRequested, this, [this](std::int64_t id) {
         controller.select(TermSelection{id});
-        rosterPane->table()->setFocus();
+        roster()->table()->setFocus();
     });
     connect(
         dashboardPane, &DashboardPane::courseMenuRequested, contextMenus,
@@ -152,7 +161,7 @@ void MainWindow::connectViews() {
     connect(contextMenus, &ContextMenus::studentRequested, this, &MainWindow::showStudent);
     const auto showRoster = [this](const Selection &selection) {
         controller.select(selection);
-        rosterPane->table()->setFocus();
+        roster()->table()->setFocus();
     };
     connect(contextMenus, &ContextMenus::rosterRequested, this, showRoster);
     const auto *finding = new FindCommands(controller, *menus, appearance, *this);
@@ -181,16 +190,19 @@ void MainWindow::connectViews() {
     connect(&controller, &MainWindowController::loadingDidChange, this, [this] {
         dashboardPane->setRefreshing(controller.isLoading());
     });
+    // Once there is a roster, it announces its changes.
     connect(&controller, &MainWindowController::rosterDidChange, this, [this] {
+        if (rosterPane != nullptr)
+            return;
         showPane();
         updateActions();
     });
     connect(&controller, &MainWindowController::errorDidOccur, this, &MainWindow::showError);
     connect(
         sheets, &CourseSheets::studentsRequested, this,
-        [table](const std::set<StudentKey> &students) {
-            table->selectStudents(students);
-            table->setFocus();
+        [this](const std::set<StudentKey> &students) {
+            roster()->table()->selectStudents(students);
+            roster()->table()->setFocus();
         });
     const UndoStack &undo = controller.undoStack();
     connect(&undo, &UndoStack::newestDidChange, this, [this, &undo] {

@@ -52,13 +52,25 @@ RosterDelegate::RosterDelegate(
 
 void RosterDelegate::setForm(const RowForm &newForm) {
     form = newForm;
-    const QFontMetrics metrics(nameFont(appearance));
-    for (std::size_t c = 0; c < characterWidths.size(); ++c)
-        characterWidths[c] = metrics.horizontalAdvance(QChar(ushort(c)));
-    // No character is wider than this, or the name is measured.
-    widestCharacter = metrics.height() * 2;
+    measureCharacters();
     lineHeight = pillSize(appearance.style(), QStringLiteral("X")).height();
     reasonHeight = QFontMetrics(reasonFont(appearance)).height();
+}
+
+void RosterDelegate::measureCharacters() {
+    const QFont font = nameFont(appearance);
+    if (widestCharacter > 0 && font == measuredFont)
+        return;
+    measuredFont = font;
+    const QFontMetrics metrics(font);
+    // No character is wider than this, or the name is measured.
+    widestCharacter = metrics.height() * 2;
+    for (std::size_t c = 0; c < characterWidths.size(); ++c) {
+        const QChar character{ushort(c)};
+        // For a character that no font has, all fonts are searched.
+        characterWidths[c] =
+            character.isPrint() ? metrics.horizontalAdvance(character) : widestCharacter;
+    }
 }
 
 int RosterDelegate::leftMargin() const {

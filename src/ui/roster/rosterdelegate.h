@@ -79,6 +79,7 @@ class RosterDelegate : public QStyledItemDelegate {
     void unfoldRequested();
 
   private:
+    void measureCharacters();
     [[nodiscard]] int nameHeight(const QString &name) const;
     [[nodiscard]] bool surelyFits(const QString &name) const;
     [[nodiscard]] ReasonLayout reasonsOf(const RiskRow &row) const;
@@ -100,6 +101,8 @@ class RosterDelegate : public QStyledItemDelegate {
     /// The widths of the first 256 characters in the font of names.
     std::array<int, 256> characterWidths{};
     int widestCharacter = 0;
+    /// The font that they are of.
+    QFont measuredFont;
     /// The heights of a line with the level and of a line of reasons, so that rows need no metrics.
     int lineHeight = 0;
     int reasonHeight = 0;

@@ -146,27 +146,31 @@ def simple_rows():
 
 
 def large_teacher():
-    """The longest step of each phase, and the memory of the window program."""
-    text = run(BENCHES / "largeteacher_bench")
-    steps, named = [], []
-    section = "first"
-    for line in text.splitlines():
-        if line.startswith("After"):
-            section = "after"
-        phase = re.match(r"( *\S.*?) {2,}([\d.]+) +([\d.]+) +([\d.]+) +(\d+)", line)
-        if phase:
-            steps.append((section, phase[1].strip(), float(phase[2]), float(phase[3]),
-                          int(phase[5])))
-    worst = {}
-    for section, name, processor, wall, _ in steps:
-        worst.setdefault(name, []).append((processor, wall))
-    rows = []
-    for name, figures in worst.items():
-        processor = max(each[0] for each in figures)
-        wall = max(each[1] for each in figures)
-        rows.append((name, processor, wall))
-    memory = max(each[4] for each in steps)
-    return rows, Row("window program with the large teacher, resident memory", "MB", [memory], 260)
+    """The longest steps of each phase in each run, and the memory of the window program."""
+    phases, memory = {}, []
+    for _ in range(RUNS):
+        worst, resident = {}, 0
+        for line in run(BENCHES / "largeteacher_bench").splitlines():
+            phase = re.match(r" *(\S.*?) {2,}([\d.]+) +([\d.]+) +([\d.]+) +(\d+)", line)
+            if phase:
+                name, step = phase[1], (float(phase[2]), float(phase[3]))
+                worst[name] = tuple(map(max, worst.get(name, step), step))
+                resident = max(resident, int(phase[5]))
+        for name, step in worst.items():
+            phases.setdefault(name, []).append(step)
+        memory.append(resident)
+    return phases, Row(
+        "window program with the large teacher, resident memory", "MB", memory, 260)
+
+
+def long_run():
+    """The memory of the window program after the second and after the hundredth pass."""
+    passes = 5 if RUNS == 1 else 100
+    text = run(BENCHES / "largeteacher_bench", "--passes", passes)
+    early, late = ([float(value) for value in readings.split()] for readings in
+                   re.findall(r"^memory after \d+ passes, MB: (.*)$", text, re.M))
+    return Row(f"its memory after {passes} passes", "MB", late, max(early), early,
+               "after two passes")
 
 
 def table(head, rows):
@@ -182,7 +186,7 @@ def main():
             print(*row.cells(), sep=" | ", file=sys.stderr, flush=True)
             rows.append(row)
     phases, memory = large_teacher()
-    rows.append(memory)
+    rows += [memory, long_run()]
     write_document(rows, phases)
 
 
@@ -197,10 +201,15 @@ def steps_only():
 
 
 def steps_table(phases):
-    return table(
-        ["phase", "processor time, ms", "wall time, ms", "at most 16 ms"],
-        [[name, f"{processor:.1f}", f"{wall:.1f}", "yes" if processor <= 16 else "**no**"]
-         for name, processor, wall in phases])
+    def cell(values):
+        return f"{statistics.median(values):.1f} ({min(values):.1f} to {max(values):.1f})"
+
+    rows = []
+    for name, steps in phases.items():
+        processor, wall = zip(*steps)
+        held = max(processor) <= 16
+        rows.append([name, cell(processor), cell(wall), "yes" if held else "**no**"])
+    return table(["phase", "processor time, ms", "wall time, ms", "at most 16 ms"], rows)
 
 
 def write_document(rows, phases):
@@ -238,7 +247,7 @@ the end of the run its load was {load}. With other programs on the machine, wall
   processor time, which other programs change less.
 - The large teacher has 40 courses of 200 students and 60 assignments, 216,000 recorded levels on 27
   days, 2,000 contacts and settings of 500 courses. The worse of the figures after the first and after
-  the second pass is shown.
+  the second pass counts for a run; a phase holds if it does in every run.
 
 ## Goals
 

@@ -7,7 +7,7 @@
 //     largeteacher_bench [--courses N] [--students N] [--assignments N] [--passes N]
 //
 // The phases are measured after the first pass, and again after all passes, half an hour of
-// simulated time apart.
+// simulated time apart: 48 passes are a day.
 #include "app/mainwindowcontroller.h"
 #include "application.h"
 #include "base/heap.h"
@@ -169,6 +169,17 @@ class Measurement {
             name, [this] { controller().timerFired(); },
             [this, ended] { return passesEnded > ended; });
         print("  the end of the pass", MeasuredApplication::takeNamed(), 0);
+    }
+
+    /// Prints what is resident while nothing happens, five times.
+    void printMemory() const {
+        fmt::print("memory after {} passes, MB:", passesEnded);
+        constexpr int readings = 5;
+        for (int i = 0; i < readings; ++i) {
+            settle();
+            fmt::print(" {:.1f}", bench::residentMemory() / 1e6);
+        }
+        fmt::print("\n");
     }
 
     static void type(QWidget *field, QChar key) {
@@ -349,7 +360,11 @@ int main(int argc, char **argv) {
     for (std::int64_t pass = 2; pass <= number("passes"); ++pass) {
         simulated += std::chrono::minutes(30);
         measurement.passPhase(fmt::format("pass {}", pass));
+        if (pass == 2)
+            measurement.printMemory();
     }
+    if (measurement.passesEnded > 2)
+        measurement.printMemory();
     fmt::print("After {} passes:\n", measurement.passesEnded);
     measurement.workPhases();
     fmt::print(

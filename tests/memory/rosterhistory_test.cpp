@@ -1,5 +1,6 @@
 #include "memory/rosterhistory.h"
 #include "support/instants.h"
+#include "support/latework.h"
 #include "support/logcapture.h"
 #include "support/rosters.h"
 #include "support/temporaryfolder.h"
@@ -423,8 +424,7 @@ struct BackgroundTest : HistoryTest {
     int signalled = 0;
 
     [[nodiscard]] std::unique_ptr<RosterHistory> openInBackground() {
-        auto history = std::make_unique<RosterHistory>(
-            defaults, data(), noonClock, RosterHistory::Saving::inBackground);
+        auto history = std::make_unique<RosterHistory>(defaults, data(), noonClock, startThread);
         QObject::connect(history.get(), &RosterHistory::historyDidChange, history.get(), [this] {
             ++signalled;
         });
@@ -491,6 +491,20 @@ TEST_F(BackgroundTest, ADeletionIsNotUndoneByASave) {
     QCoreApplication::processEvents();
     EXPECT_FALSE(std::filesystem::exists(data() / fileName));
     EXPECT_TRUE(history->entries().empty());
+}
+
+TEST_F(BackgroundTest, TheEndOfASaveThatWasWaitedForIsNotThatOfALaterOne) {
+    test::LateWork work;
+    RosterHistory history(defaults, data(), noonClock, work.starter());
+    history.record({row(1, "Watch")}, 7, noon);
+    work.finish();
+    history.deleteAll();
+    history.record({row(2, "OK")}, 8, noon);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(work.isPending()) << "the event loop waited for the second save";
+    work.finish();
+    QCoreApplication::processEvents();
+    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(8, 2, noon, "OK")));
 }
 
 TEST_F(BackgroundTest, TheEndWaitsForASave) {

@@ -156,6 +156,8 @@ class SharedStore {
     }
 
     [[nodiscard]] const T &contents() const { return current; }
+    /// False only if there is certainly no file.
+    [[nodiscard]] bool mayHaveFile() const { return file && file->mayExist(); }
     /// Changes whenever the contents may have changed.
     [[nodiscard]] std::uint64_t revision() const { return revisionNumber; }
 

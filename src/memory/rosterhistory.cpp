@@ -122,8 +122,9 @@ void RosterHistory::fill(const std::vector<RosterSnapshot> &entries) {
 }
 
 HistoryVisits RosterHistory::deleteAll() {
-    // Entries that another process has saved are deleted too, and can be restored.
-    if (!visits().empty())
+    // Entries that another process has saved, or that were not read yet, are deleted too, and can be
+    // restored.
+    if (!visits().empty() || store.mayHaveFile())
         static_cast<void>(store.begin());
     HistoryVisits deleted = visits();
     store.clear();

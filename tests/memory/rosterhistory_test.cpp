@@ -507,6 +507,16 @@ TEST_F(BackgroundTest, TheEndOfASaveThatWasWaitedForIsNotThatOfALaterOne) {
     EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(8, 2, noon, "OK")));
 }
 
+TEST_F(BackgroundTest, ADeletionBeforeTheFileWasReadCanBeUndone) {
+    RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon);
+    test::LateWork work;
+    RosterHistory history(defaults, data(), noonClock, work.starter());
+    const HistoryVisits deleted = history.deleteAll();
+    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    EXPECT_TRUE(history.restore(deleted));
+    EXPECT_THAT(history.entries(), ElementsAre(entry(7, 1, noon, "Watch")));
+}
+
 TEST_F(BackgroundTest, TheEndWaitsForASave) {
     openInBackground()->record({row(1, "Watch")}, 7, noon);
     EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));

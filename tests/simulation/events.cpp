@@ -38,10 +38,11 @@ std::vector<Event> randomTerm(unsigned seed) {
             Event event{Kind(draw(Event::kinds)), draw(computers), draw(1 << 16)};
             // What takes everything away is rare.
             const bool isRare = event.kind == Kind::signOut || event.kind == Kind::deleteHistory ||
-                event.kind == Kind::switchHistory || event.kind == Kind::switchContacts ||
-                event.kind == Kind::loseNetwork || event.kind == Kind::lockKeyring ||
-                event.kind == Kind::setClock || event.kind == Kind::fillDisk ||
-                event.kind == Kind::beginTerm || event.kind == Kind::endTerm;
+                event.kind == Kind::deleteElsewhere || event.kind == Kind::switchHistory ||
+                event.kind == Kind::switchContacts || event.kind == Kind::loseNetwork ||
+                event.kind == Kind::lockKeyring || event.kind == Kind::setClock ||
+                event.kind == Kind::fillDisk || event.kind == Kind::beginTerm ||
+                event.kind == Kind::endTerm;
             if (isRare && draw(6) != 0)
                 event.kind = Kind::openCourse;
             events.push_back(event);

@@ -50,6 +50,9 @@ struct Event {
         switchHistory,
         switchContacts,
         deleteHistory,
+        /// By the command line on the same computer.
+        visitElsewhere,
+        deleteElsewhere,
         fillDisk,
         freeDisk,
         restart,

@@ -415,6 +415,7 @@ TEST_F(TrendSyncTest, DoesNothingWhileSwitchedOffOrInTheSampleCollege) {
         defaults.remove(key.name);
         defaults.set(preferences::syncSettings, true);
     }
+    here.synchronize();
     EXPECT_THAT(trends.remoteCounts(1, noon + days(3)), ElementsAre(Pair("2026-09-24", 2)));
 }
 

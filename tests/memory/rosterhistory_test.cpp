@@ -75,7 +75,11 @@ TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
     history.record({row(1, "Watch")}, 7, yesterday);
     history.record({row(1, "Watch"), row(2, "OK")}, 7, midnight);
     history.record({row(1, "OK")}, 8, midnight);
+    const std::uint64_t ofSeven = history.revision(7);
+    const std::uint64_t ofEight = history.revision(8);
     history.record({row(1, "At Risk", 2)}, 7, evening);
+    EXPECT_NE(history.revision(7), ofSeven);
+    EXPECT_EQ(history.revision(8), ofEight);
     history.record({}, 7, evening);
     EXPECT_THAT(
         history.entries(),
@@ -115,7 +119,8 @@ TEST_F(HistoryTest, DropsOldEntriesAndThoseOfTheSampleCollege) {
     for (const RosterSnapshot &each : history.entries())
         kept.push_back(each.studentID);
     EXPECT_THAT(kept, ElementsAre(1, 3, 6));
-    EXPECT_EQ(historyEntries(saved()), history.entries()) << "an unknown level is kept";
+    EXPECT_EQ(history.entries().back(), entries.back()) << "an unknown level is kept";
+    EXPECT_EQ(historyEntries(saved()), history.entries());
     write(historyText({entry(900'001, 1, noon, "OK")}));
     const RosterHistory pruned(defaults, data(), noonClock);
     EXPECT_EQ(saved(), "[]") << "saved at once";
@@ -336,6 +341,7 @@ TEST_F(HistoryTest, DeletedEntriesAreRestoredExceptThoseRecordedSince) {
 
     history.record({row(1, "Concern")}, 7, noon);
     EXPECT_TRUE(history.restore(deleted));
+    EXPECT_EQ(test::LogCapture::lines().back(), "history: Roster history restored");
     EXPECT_THAT(
         history.entries(),
         testing::ElementsAre(

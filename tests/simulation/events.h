@@ -47,6 +47,9 @@ struct Event {
         changeThreshold,
         useDefaults,
         changePreference,
+        /// By the command line on the same computer.
+        changeElsewhere,
+        switchSync,
         switchHistory,
         switchContacts,
         deleteHistory,

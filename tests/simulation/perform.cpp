@@ -291,7 +291,24 @@ void Simulation::performOnMachine(const Event &event, Computer &computer, Known 
         defaults.remove(course + ".PassingScore");
         break;
     case Kind::changePreference:
-        defaults.set(preferences::rosterCompactRows, event.draw % 2 == 0);
+        changePreference(defaults, event);
+        break;
+    case Kind::changeElsewhere:
+        // A change that cannot be saved ends with the command line.
+        if (!computer.diskIsFull) {
+            UserDefaults commandLine(computer.home / "Preferences.json", {});
+            changePreference(commandLine, event);
+        }
+        if (event.draw % 5 != 0)
+            defaults.reloadIfChanged();
+        break;
+    case Kind::switchSync:
+        defaults.set(preferences::syncSettings, event.draw % 2 == 0);
+        if (event.draw % 2 != 0) {
+            defaults.remove(preferences::syncedFolderMark.name);
+            folderIsForgotten();
+        }
+        restart(computer, what);
         break;
     case Kind::switchHistory: {
         const std::vector<RosterSnapshot> before = program.stores.history.entries();
@@ -332,6 +349,23 @@ void Simulation::performOnMachine(const Event &event, Computer &computer, Known 
     }
 }
 
+void Simulation::folderIsForgotten() {
+    hasForgottenFolder = true;
+    latestValue.reset();
+}
+
+/// A setting that both computers change, or one of a newer version that only the first one changes.
+void Simulation::changePreference(UserDefaults &defaults, const Event &event) {
+    if (event.computer != 0 || event.draw % 3 == 0) {
+        defaults.set(preferences::rosterCompactRows, event.draw % 2 == 0);
+        return;
+    }
+    const PreferenceValue value = double(event.draw);
+    defaults.set(std::string(newerSetting), value);
+    if (!hasForgottenFolder)
+        latestValue = value;
+}
+
 /// What the command line does on the computer meanwhile.
 void Simulation::performElsewhere(const Event &event, Computer &computer, Known &what) {
     if (event.kind != Kind::visitElsewhere && event.kind != Kind::deleteElsewhere)
@@ -364,8 +398,11 @@ void Simulation::performElsewhere(const Event &event, Computer &computer, Known 
 void Simulation::performInCloud(const Event &event, Computer &computer) {
     const std::vector<std::string> files{
         folderContents::fileName("Course.100.PassingScore"),
-        folderContents::fileName("DefaultPassingScore"), folderContents::fileName("CanvasBaseURL"),
-        folderContents::fileName("RosterCompactRows"), std::string(folderContents::markName)};
+        folderContents::fileName("DefaultPassingScore"),
+        folderContents::fileName("CanvasBaseURL"),
+        folderContents::fileName("RosterCompactRows"),
+        folderContents::fileName(newerSetting),
+        std::string(folderContents::markName)};
     const std::string &file = files[std::size_t(event.draw / 3) % files.size()];
     switch (event.kind) {
     case Kind::upload:

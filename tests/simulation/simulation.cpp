@@ -86,7 +86,7 @@ void Simulation::playOne(const Event &event) {
         settle();
     for (Computer &computer : computers) {
         // The program learns of the end of a save during or after the event.
-        if (random() % 3 == 0)
+        if (random() % 4 == 0)
             finishWork(computer);
     }
     const auto index = std::size_t(event.computer);
@@ -122,6 +122,11 @@ void Simulation::playKilled(const Event &event, Computer &computer, Known &what)
     const DiskOf disk(computer);
     restart(computer, what);
     what.contacts.records = recordsOf(*computer.program);
+    if (latestValue && &computer == computers.data()) {
+        const PreferenceMap settings = computer.program->defaults.persistentDomain();
+        const auto newer = settings.find(std::string(newerSetting));
+        latestValue = newer != settings.end() ? std::optional(newer->second) : std::nullopt;
+    }
     constexpr std::array deleting{
         Kind::deleteHistory, Kind::deleteElsewhere, Kind::switchHistory, Kind::runWithArgument};
     if (std::ranges::find(deleting, event.kind) != deleting.end())
@@ -131,6 +136,7 @@ void Simulation::playKilled(const Event &event, Computer &computer, Known &what)
     if (!wasSaved) {
         what.keys.clear();
         what.lostSettings = true;
+        folderIsForgotten();
         return;
     }
     checkContactsAfterKill(before, after, what.contacts.records);
@@ -192,6 +198,7 @@ void Simulation::restart(Computer &computer, Known &what, const PreferenceMap &a
         what.contacts.records = recordsOf(*computer.program);
         what.keys.clear();
         what.lostSettings = true;
+        folderIsForgotten();
     }
     if (!computer.program->isSample && !computer.program->stores.contacts.isEnabled())
         what.contacts.records.clear();
@@ -267,7 +274,7 @@ void Simulation::settle(Computer &computer, bool completely) {
         QCoreApplication::processEvents();
         if (computer.program->queue.step())
             continue;
-        if (random() % 8 == 0)
+        if (random() % 64 == 0)
             computer.program->work.finish();
         if (!computer.network.isIdle()) {
             if (computer.network.waiting() > mostRequests())
@@ -294,13 +301,15 @@ void Simulation::end() {
     for (std::size_t i = 0; i < computers.size(); ++i) {
         computers[i].replica.setAway(false);
         computers[i].diskIsFull = false;
+        computers[i].program->defaults.set(preferences::syncSettings, true);
         restart(computers[i], known[i]);
-        finishWork(computers[i]);
+        // A visit while the history is read, and is then to be saved.
+        computers[i].program->controller->select(CourseSelection{100});
     }
     settle();
     for (std::size_t i = 0; i < computers.size(); ++i)
         check(computers[i], known[i]);
-    for (int round = 0; round < 5; ++round) {
+    const auto deliver = [&] {
         for (std::size_t i = 0; i < computers.size(); ++i) {
             computers[i].replica.synchronize();
             computers[i].program->sync.push();
@@ -308,17 +317,34 @@ void Simulation::end() {
             computers[i].replica.synchronize();
             check(computers[i], known[i]);
         }
-    }
-    const auto synced = [](const Computer &computer) {
-        PreferenceMap map = computer.program->defaults.persistentDomain();
+    };
+    for (int round = 0; round < 5; ++round)
+        deliver();
+    const auto versions = [&] {
+        std::size_t count = 0;
+        for (const auto &[name, all] : server)
+            count += all.size();
+        return count;
+    };
+    const std::size_t before = versions();
+    deliver();
+    if (versions() != before)
+        throw Finding("the settings of the two computers do not come to rest");
+    const auto synced = [](PreferenceMap map) {
         std::erase_if(map, [](const auto &entry) {
             // An address is never replaced by none.
             return !preferences::isSynced(entry.first) || entry.first == "CanvasBaseURL";
         });
         return map;
     };
-    if (synced(computers[0]) != synced(computers[1]))
+    const PreferenceMap settings = synced(computers[0].program->defaults.persistentDomain());
+    if (settings != synced(computers[1].program->defaults.persistentDomain()))
         throw Finding("the two computers have different settings");
+    if (settings != synced(computers[0].program->store.all()))
+        throw Finding("the folder has other settings than the computers");
+    const auto newer = settings.find(std::string(newerSetting));
+    if (latestValue && (newer == settings.end() || newer->second != *latestValue))
+        throw Finding("the last value of a setting is not in effect");
     for (const School::OneCourse &course : schools.at(addresses[0]).courses) {
         const auto counts = [&](const Computer &computer) {
             return computer.program->trends.remoteCounts(course.course.id, Date());
@@ -328,10 +354,14 @@ void Simulation::end() {
     }
     settle();
     for (std::size_t i = 0; i < computers.size(); ++i) {
-        finishWork(computers[i]);
-        settle();
+        while (computers[i].program->work.isPending()) {
+            finishWork(computers[i]);
+            settle();
+        }
         check(computers[i], known[i]);
         checkFiles(computers[i], known[i]);
+        if (!isSaved(*computers[i].program))
+            throw Finding("something is not saved although it can be");
         std::vector<RosterSnapshot> history = computers[i].program->stores.history.entries();
         for (RosterSnapshot &entry : history)
             entry.recordedAt = std::chrono::floor<std::chrono::seconds>(entry.recordedAt);

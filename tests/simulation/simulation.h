@@ -101,6 +101,7 @@ class Simulation {
     static void copyMessages(const Event &event, Program &program, Known &known);
     static void performInCloud(const Event &event, Computer &computer);
     void performOnMachine(const Event &event, Computer &computer, Known &known);
+    void changePreference(UserDefaults &defaults, const Event &event);
     void performElsewhere(const Event &event, Computer &computer, Known &known);
     [[nodiscard]] static std::set<VisitKey> visitsOf(const std::vector<RosterSnapshot> &entries);
     static void noteDeleted(const std::vector<RosterSnapshot> &entries, Known &known);
@@ -159,6 +160,12 @@ class Simulation {
     std::array<Known, 2> known;
     std::mt19937 random{1};
     std::int64_t lastTermID = 1;
+    /// A setting that only the first computer changes, and its value; absent if that is not known.
+    static constexpr std::string_view newerSetting = "Course.100.OfANewerVersion";
+    std::optional<PreferenceValue> latestValue;
+    /// Whether a computer forgot its folder at any time. Older values may then be taken over.
+    bool hasForgottenFolder = false;
+    void folderIsForgotten();
 };
 
 } // namespace ellwynd::simulation

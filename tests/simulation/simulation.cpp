@@ -303,8 +303,15 @@ void Simulation::end() {
         computers[i].diskIsFull = false;
         computers[i].program->defaults.set(preferences::syncSettings, true);
         restart(computers[i], known[i]);
-        // A visit while the history is read, and is then to be saved.
-        computers[i].program->controller->select(CourseSelection{100});
+    }
+    settle();
+    // Visits that follow each other fast: one is made while the other is saved.
+    for (std::size_t i = 0; i < computers.size(); ++i) {
+        known[i].isAsked = true;
+        for (const Course &course : computers[i].program->controller->courses().latest()) {
+            computers[i].program->controller->select(CourseSelection{course.id});
+            settle(computers[i], false);
+        }
     }
     settle();
     for (std::size_t i = 0; i < computers.size(); ++i)
@@ -354,10 +361,10 @@ void Simulation::end() {
     }
     settle();
     for (std::size_t i = 0; i < computers.size(); ++i) {
-        while (computers[i].program->work.isPending()) {
+        do {
             finishWork(computers[i]);
-            settle();
-        }
+            QCoreApplication::sendPostedEvents();
+        } while (computers[i].program->work.isPending());
         check(computers[i], known[i]);
         checkFiles(computers[i], known[i]);
         if (!isSaved(*computers[i].program))

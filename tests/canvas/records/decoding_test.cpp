@@ -86,6 +86,12 @@ TEST(Decoding, IntegersMayBeWrittenAsReals) {
             R"([{"user_id": 1, "grades": {"current_score": -100000000000000000000}}])")[0]
             .grades->currentScore,
         -1e20);
+    // Digits in a text are no number.
+    const Course digits = decodeCourse(
+        R"({"y": 99999999999999999999, "id": 1, "name": "100000000000000000000",
+            "course_code": "x100000000000000000000"})");
+    EXPECT_EQ(digits.name, "100000000000000000000");
+    EXPECT_EQ(digits.courseCode, "x100000000000000000000");
     EXPECT_EQ(decodeCourse(R"({"id": 1, "id": 2})").id, 2);
     EXPECT_EQ(decodeCourse(R"({"\u0069d": 3})").id, 3);
 }

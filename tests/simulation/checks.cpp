@@ -189,7 +189,8 @@ void Simulation::checkOutcomes(const Program &program, const Known &what) const 
         const auto &history = program.stores.history.entries();
         // The clock may have been set since the outcome was put on screen.
         const bool isThen = std::ranges::any_of(
-            std::array{now(), now() + 48h, record->second, roster.fetchedAt}, [&](Date today) {
+            std::array{now(), now() + 48h, record->second, roster.fetchedAt, what.zoneChangedAt},
+            [&](Date today) {
                 return outcome.levelThen == levelAt(record->second, keyOf(row), history, today);
             });
         if (!isThen || outcome.contactedAt != record->second || outcome.levelNow != row.level)

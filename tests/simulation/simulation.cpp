@@ -219,23 +219,24 @@ std::vector<RosterSnapshot> Simulation::savedHistory(const Computer &computer) {
     return snapshotsOf(decodeHistory(text));
 }
 
-/// Each entry is in the file, unless it was deleted or its day has another visit.
+/// Each entry is in the file, unless its day has, or had before a deletion, another visit.
 void Simulation::checkHistoryIsKept(
     const std::vector<RosterSnapshot> &entries, const Computer &computer, const Known &what,
     const std::string &finding) {
     if (entries.empty())
         return;
     const std::vector<RosterSnapshot> saved = savedHistory(computer);
+    std::set<VisitKey> others = visitsOf(saved);
+    others.insert(what.everDeleted.begin(), what.everDeleted.end());
     for (RosterSnapshot entry : entries) {
         entry.recordedAt = std::chrono::floor<std::chrono::seconds>(entry.recordedAt);
-        const auto explains = [&](const RosterSnapshot &other) {
+        const VisitKey own{entry.courseID, entry.recordedAt};
+        const bool mayBeReplaced = std::ranges::any_of(others, [&](const VisitKey &other) {
             // The day may be that of another zone.
-            return other == entry ||
-                (other.courseID == entry.courseID && other.recordedAt != entry.recordedAt &&
-                 std::chrono::abs(other.recordedAt - entry.recordedAt) < 24h);
-        };
-        if (!what.everDeleted.contains({entry.courseID, entry.recordedAt}) &&
-            std::ranges::none_of(saved, explains))
+            return other.first == own.first && std::chrono::abs(other.second - own.second) < 24h &&
+                (other != own || what.everDeleted.contains(own));
+        });
+        if (!mayBeReplaced && std::ranges::find(saved, entry) == saved.end())
             throw Finding(finding);
     }
 }

@@ -36,8 +36,7 @@ struct Application::Objects {
           tokens(environment.secrets),
           connector(defaults, tokens, session, environment.clock),
           connection(defaults, tokens, session),
-          stores(
-              defaults, environment.data, environment.clock, RosterHistory::Saving::inBackground),
+          stores(defaults, environment.data, environment.clock, startThread),
           sync(defaults, trends, environment.state / "SyncedSettings.json"),
           notices(defaults, *environment.notifications, isActive),
           widgets(environment.widgetContainer, environment.reloadWidgets),

@@ -4,6 +4,10 @@
 
 namespace ellwynd {
 
+std::future<void> startThread(std::function<void()> work) {
+    return std::async(std::launch::async, std::move(work));
+}
+
 StoreFile::StoreFile(StoreFileOptions options, const std::filesystem::path &directory, Clock now)
     : options(options), file(directory / options.fileName, options.maxSize), now(now) {}
 

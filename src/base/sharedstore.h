@@ -74,6 +74,12 @@ class StoreFile {
     bool unavailable = false;
 };
 
+/// Starts work beside the thread of its caller; the future waits for its end.
+using StartWork = std::function<std::future<void>(std::function<void()> work)>;
+
+/// Starts work on a thread of its own.
+[[nodiscard]] std::future<void> startThread(std::function<void()> work);
+
 /// Contents that are written as a whole after each change. Changes that another process has saved
 /// are loaded before a change is applied. A change that cannot be saved is kept in memory, and
 /// saved with the next one or by `saveUnsaved`.
@@ -113,7 +119,7 @@ class SharedStore {
     /// Tries once more to save what could not be saved.
     ~SharedStore() {
         finishSaving();
-        post = nullptr;
+        startWork = nullptr;
         saveUnsaved();
     }
     SharedStore(const SharedStore &) = delete;
@@ -126,9 +132,10 @@ class SharedStore {
     /// destruction.
     /// @param didSave called on the thread of this object when the contents were replaced by those
     ///        of the file, and when `isSaved` has changed. The calls end with this object.
-    void workInBackground(Post newPost, std::function<void()> newDidSave) {
+    void workInBackground(StartWork newStartWork, Post newPost, std::function<void()> newDidSave) {
         if (!file)
             return;
+        startWork = std::move(newStartWork);
         post = std::move(newPost);
         didSave = std::move(newDidSave);
     }
@@ -140,7 +147,7 @@ class SharedStore {
         file->removeOldCopies();
         if (!file->mayExist())
             return false;
-        if (post) {
+        if (startWork) {
             startSaving(Reading::always);
             return false;
         }
@@ -149,6 +156,8 @@ class SharedStore {
     }
 
     [[nodiscard]] const T &contents() const { return current; }
+    /// False only if there is certainly no file.
+    [[nodiscard]] bool mayHaveFile() const { return file && file->mayExist(); }
     /// Changes whenever the contents may have changed.
     [[nodiscard]] std::uint64_t revision() const { return revisionNumber; }
 
@@ -157,7 +166,7 @@ class SharedStore {
     [[nodiscard]] bool isSaved() const { return unsaved.empty() || (isSaving() && !saveFailed); }
 
     void change(Change change, Change again = {}) {
-        if (!post)
+        if (!startWork)
             return commit(begin(), std::move(change), std::move(again));
         apply(change);
         unsaved.push_back(again ? std::move(again) : std::move(change));
@@ -190,7 +199,7 @@ class SharedStore {
     /// Tries to save the changes that could not be saved.
     /// @return whether there were any, and the attempt has ended.
     bool saveUnsaved() {
-        if (post) {
+        if (startWork) {
             if (!unsaved.empty())
                 startSaving();
             return false;
@@ -294,11 +303,11 @@ class SharedStore {
     void startSaving(Reading reading = Reading::ifChanged) {
         if (isSaving())
             return;
-        saving = std::async(
-            std::launch::async, [this, reading, contents = current, changes = unsaved]() mutable {
-                Saved result = saveElsewhere(std::move(contents), changes, reading);
-                post([this] { savingDidEnd(); });
-                return result;
+        ++saveNumber;
+        saving = startWork(
+            [this, reading, number = saveNumber, contents = current, changes = unsaved]() mutable {
+                saved = saveElsewhere(std::move(contents), changes, reading);
+                post([this, number] { savingDidEnd(number); });
             });
     }
 
@@ -307,7 +316,8 @@ class SharedStore {
     bool finishSaving() {
         if (!isSaving())
             return false;
-        Saved result = saving.get();
+        saving.get();
+        Saved result = std::move(saved);
         const bool failedBefore = std::exchange(saveFailed, !result.succeeded);
         if (result.succeeded)
             unsaved.erase(unsaved.begin(), unsaved.begin() + std::ptrdiff_t(result.changes));
@@ -321,8 +331,9 @@ class SharedStore {
         return result.merged || failedBefore != saveFailed;
     }
 
-    void savingDidEnd() {
-        if (!isSaving())
+    /// Does nothing if the save was waited for, and does not wait for a later one.
+    void savingDidEnd(std::uint64_t number) {
+        if (!isSaving() || number != saveNumber)
             return;
         const std::size_t before = unsaved.size();
         const bool changed = finishSaving();
@@ -349,12 +360,17 @@ class SharedStore {
     /// Changes whose save failed, in the form that is applied to contents loaded later.
     std::vector<Change> unsaved;
     /// Null unless the store saves in the background.
+    StartWork startWork;
     Post post;
     std::function<void()> didSave;
     /// Whether the last save in the background failed.
     bool saveFailed = false;
+    /// Of the last save in the background.
+    std::uint64_t saveNumber = 0;
+    /// Written by that save, and read once it was waited for.
+    Saved saved;
     /// Valid while a thread saves. Destroyed first: it waits for the thread.
-    std::future<Saved> saving;
+    std::future<void> saving;
 };
 
 } // namespace ellwynd

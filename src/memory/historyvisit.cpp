@@ -62,9 +62,11 @@ RosterSnapshot HistoryVisit::snapshot(std::size_t index) const {
 }
 
 std::span<const std::uint32_t> HistoryVisit::find(std::int64_t studentID) const {
-    const auto found = std::ranges::equal_range(
-        byStudent, studentID, {}, [this](std::uint32_t i) { return this->studentID(i); });
-    return {found.begin(), found.end()};
+    // Not equal_range, whose result clang 14 rejects with this standard library.
+    const auto student = [this](std::uint32_t i) { return this->studentID(i); };
+    const auto first = std::ranges::lower_bound(byStudent, studentID, {}, student);
+    const auto last = std::ranges::upper_bound(first, byStudent.end(), studentID, {}, student);
+    return {first, last};
 }
 
 HistoryVisits visitsOf(std::span<const RosterSnapshot> entries) {

@@ -41,7 +41,7 @@ SharedStore<HistoryVisits>::Codec codec(Clock clock) {
 
 RosterHistory::RosterHistory(
     UserDefaults &defaults, std::optional<std::filesystem::path> directory, Clock clock,
-    Saving saving)
+    StartWork startWork)
     : defaults(defaults),
       store(fileOptions(), codec(clock), directory, clock),
       observing(defaults.observe([this](std::string_view key) {
@@ -49,8 +49,9 @@ RosterHistory::RosterHistory(
               retention::isSwitchedOff(this->defaults, preferences::rememberRosterHistory))
               deleteAll();
       })) {
-    if (saving == Saving::inBackground)
+    if (startWork)
         store.workInBackground(
+            std::move(startWork),
             [this](std::function<void()> run) {
                 QMetaObject::invokeMethod(this, std::move(run), Qt::QueuedConnection);
             },
@@ -121,8 +122,9 @@ void RosterHistory::fill(const std::vector<RosterSnapshot> &entries) {
 }
 
 HistoryVisits RosterHistory::deleteAll() {
-    // Entries that another process has saved are deleted too, and can be restored.
-    if (!visits().empty())
+    // Entries that another process has saved, or that were not read yet, are deleted too, and can be
+    // restored.
+    if (!visits().empty() || store.mayHaveFile())
         static_cast<void>(store.begin());
     HistoryVisits deleted = visits();
     store.clear();

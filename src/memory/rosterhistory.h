@@ -28,22 +28,17 @@ class RosterHistory : public QObject {
     Q_OBJECT
 
   public:
-    /// When the file is read and rewritten.
-    enum class Saving {
-        /// Before the call that needs it returns.
-        immediate,
-        /// By a thread of its own, beginning with the construction. `historyDidChange` is emitted
-        /// once it was read.
-        inBackground,
-    };
-
     /// Reads the file. Entries older than 365 days and those of the sample college's courses are
     /// removed from it. A file that cannot be read is set aside, unless it is unavailable; a copy
     /// that was set aside is removed after 365 days.
     /// @param directory the file's folder; absent for a history in memory alone.
+    /// @param startWork reads and saves the file in the background, beginning with the
+    /// construction;
+    ///        `historyDidChange` is emitted once it was read. Null if the file is read and saved
+    ///        before the call that needs it returns.
     RosterHistory(
         UserDefaults &defaults, std::optional<std::filesystem::path> directory,
-        Clock clock = systemNow, Saving saving = Saving::immediate);
+        Clock clock = systemNow, StartWork startWork = nullptr);
     ~RosterHistory() override;
 
     /// All visits, in the order in which they were recorded.

@@ -121,6 +121,8 @@ TEST_F(MovementTest, TermStoryDescribesTheLevels) {
              {{"Watch"}, ""},
              {{"Watch", "Purple"}, ""},
              {{"Watch", "Watch"}, "Seen on 2 days between Sep 3 and Sep 4 — Watch throughout."},
+             {{"Watch", "At Risk"},
+              "Seen on 2 days between Sep 3 and Sep 4 — started Watch, now At Risk."},
              {{"At Risk", "Watch", "At Risk"},
               "Seen on 3 days between Sep 3 and Sep 5 — At Risk now, as at the start."},
              {{"OK", "Concern", "OK"},
@@ -139,7 +141,8 @@ TEST_F(MovementTest, TermStoryDescribesTheLevels) {
     // Entries later than today are kept but not shown.
     std::vector<RosterSnapshot> entries{
         entry(7, 1, noon - days(1), "Watch"), entry(7, 1, noon, "OK"),
-        entry(7, 1, noon + days(1), "At Risk"), entry(7, 1, noon + days(400), "At Risk")};
+        entry(7, 1, at("2026-09-25T05:00:00Z"), "At Risk"),
+        entry(7, 1, noon + days(400), "At Risk")};
     history.fill(entries);
     EXPECT_EQ(termTrend(history, 7, 1, noon)->points.size(), 2U);
     entries.erase(entries.begin());
@@ -201,11 +204,13 @@ TEST_F(MovementTest, LevelTrendTextDescribesTwoWeeks) {
             << each.recorded;
     }
 
-    // Two visits on one day, of which a change of the zone is the usual cause.
+    // Two visits on one day, of which a change of the zone is the usual cause. The entries of one
+    // are not in a row.
     for (const bool laterFirst : {false, true}) {
         std::vector<RosterSnapshot> visits{
             entry(7, 1, noon - days(2), "At Risk"), entry(7, 2, noon - days(2), "Watch"),
             entry(7, 1, noon - days(2) + hours(3), "Concern"),
+            entry(8, 1, noon - days(2) + hours(3), "OK"),
             entry(7, 2, noon - days(2) + hours(3), "OK")};
         if (laterFirst)
             std::ranges::rotate(visits, visits.begin() + 2);

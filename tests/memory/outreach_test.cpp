@@ -41,7 +41,11 @@ TEST_F(ContactsTest, KeepsOneRecordPerStudentAndCourse) {
     contacts.noteContact(7, 1, at("2026-09-01T12:00:00Z"));
     contacts.noteContacts(7, {2, 3}, at("2026-09-02T12:00:00Z"));
     contacts.noteContact(8, 1, at("2026-09-03T12:00:00Z"));
+    const std::uint64_t ofSeven = contacts.revision(7);
+    const std::uint64_t ofEight = contacts.revision(8);
     contacts.noteContact(7, 1, at("2026-09-04T12:00:00.25Z"));
+    EXPECT_NE(contacts.revision(7), ofSeven);
+    EXPECT_EQ(contacts.revision(8), ofEight);
     EXPECT_EQ(
         saved(),
         R"([{"courseID":7,"studentID":1,"contactedAt":810216000.25},)"
@@ -415,6 +419,7 @@ TEST_F(TrendSyncTest, DoesNothingWhileSwitchedOffOrInTheSampleCollege) {
         defaults.remove(key.name);
         defaults.set(preferences::syncSettings, true);
     }
+    here.synchronize();
     EXPECT_THAT(trends.remoteCounts(1, noon + days(3)), ElementsAre(Pair("2026-09-24", 2)));
 }
 

@@ -1,16 +1,6 @@
-#include "memory/rosterhistory.h"
-#include "support/instants.h"
-#include "support/logcapture.h"
-#include "support/rosters.h"
-#include "support/temporaryfolder.h"
-#include "support/until.h"
+#include "historytest.h"
 
 #include <fmt/format.h>
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-
-#include <csignal>
-#include <unistd.h>
 
 namespace ellwynd {
 namespace {
@@ -20,33 +10,14 @@ using std::chrono::seconds;
 using test::at;
 using test::entry;
 using test::historyEntries;
+using test::HistoryTest;
 using test::historyText;
 using test::noon;
 using test::noonClock;
 using test::row;
 using testing::ElementsAre;
 
-constexpr auto fileName = "RosterHistory.json";
-
-struct HistoryTest : testing::Test {
-    test::TemporaryFolder folder;
-    test::LogCapture log;
-    UserDefaults defaults{folder.path() / "Preferences.json", {}};
-
-    [[nodiscard]] std::filesystem::path data() const { return folder.path() / "data"; }
-    [[nodiscard]] std::string saved() const { return folder.read(std::string("data/") + fileName); }
-    void write(const std::string &bytes) const {
-        std::filesystem::create_directories(data());
-        folder.write(std::string("data/") + fileName, bytes);
-    }
-    [[nodiscard]] RosterHistory open() { return {defaults, data(), noonClock}; }
-    [[nodiscard]] std::size_t filesSetAside() const {
-        return std::size_t(std::ranges::count_if(
-            std::filesystem::directory_iterator(data()), [](const auto &file) {
-                return file.path().filename().string().find("unreadable") != std::string::npos;
-            }));
-    }
-};
+constexpr auto fileName = test::historyFileName;
 
 TEST_F(HistoryTest, RoundTripsThroughItsFile) {
     {
@@ -74,7 +45,11 @@ TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
     history.record({row(1, "Watch")}, 7, yesterday);
     history.record({row(1, "Watch"), row(2, "OK")}, 7, midnight);
     history.record({row(1, "OK")}, 8, midnight);
+    const std::uint64_t ofSeven = history.revision(7);
+    const std::uint64_t ofEight = history.revision(8);
     history.record({row(1, "At Risk", 2)}, 7, evening);
+    EXPECT_NE(history.revision(7), ofSeven);
+    EXPECT_EQ(history.revision(8), ofEight);
     history.record({}, 7, evening);
     EXPECT_THAT(
         history.entries(),
@@ -114,7 +89,8 @@ TEST_F(HistoryTest, DropsOldEntriesAndThoseOfTheSampleCollege) {
     for (const RosterSnapshot &each : history.entries())
         kept.push_back(each.studentID);
     EXPECT_THAT(kept, ElementsAre(1, 3, 6));
-    EXPECT_EQ(historyEntries(saved()), history.entries()) << "an unknown level is kept";
+    EXPECT_EQ(history.entries().back(), entries.back()) << "an unknown level is kept";
+    EXPECT_EQ(historyEntries(saved()), history.entries());
     write(historyText({entry(900'001, 1, noon, "OK")}));
     const RosterHistory pruned(defaults, data(), noonClock);
     EXPECT_EQ(saved(), "[]") << "saved at once";
@@ -335,6 +311,7 @@ TEST_F(HistoryTest, DeletedEntriesAreRestoredExceptThoseRecordedSince) {
 
     history.record({row(1, "Concern")}, 7, noon);
     EXPECT_TRUE(history.restore(deleted));
+    EXPECT_EQ(test::LogCapture::lines().back(), "history: Roster history restored");
     EXPECT_THAT(
         history.entries(),
         testing::ElementsAre(
@@ -416,118 +393,6 @@ TEST_F(HistoryTest, SwitchingOffDeletesEntriesAndStopsRecording) {
     inMemory.record({row(1, "Watch")}, 900'101, noon);
     EXPECT_EQ(inMemory.entries().size(), 1U);
     EXPECT_FALSE(std::filesystem::exists(data() / fileName));
-}
-
-/// A history that works in the background, and waiting for it.
-struct BackgroundTest : HistoryTest {
-    int signalled = 0;
-
-    [[nodiscard]] std::unique_ptr<RosterHistory> openInBackground() {
-        auto history = std::make_unique<RosterHistory>(
-            defaults, data(), noonClock, RosterHistory::Saving::inBackground);
-        QObject::connect(history.get(), &RosterHistory::historyDidChange, history.get(), [this] {
-            ++signalled;
-        });
-        return history;
-    }
-    /// Whether the file has that many entries within a bounded time.
-    [[nodiscard]] bool hasSaved(std::size_t count) const {
-        return test::until([&] {
-            return std::filesystem::exists(data() / fileName) &&
-                historyEntries(saved()).size() == count;
-        });
-    }
-};
-
-TEST_F(BackgroundTest, IsReadAfterTheConstruction) {
-    RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon - days(1));
-    const auto history = openInBackground();
-    EXPECT_TRUE(history->entries().empty());
-    // A visit before the file was read.
-    history->record({row(1, "OK")}, 7, noon);
-    EXPECT_THAT(history->entries(), ElementsAre(entry(7, 1, noon, "OK")));
-    EXPECT_TRUE(history->isSaved());
-    EXPECT_TRUE(hasSaved(2));
-    EXPECT_TRUE(test::until([&] { return signalled == 2; })) << "recorded, read";
-    EXPECT_THAT(
-        history->entries(),
-        ElementsAre(entry(7, 1, noon - days(1), "Watch"), entry(7, 1, noon, "OK")));
-    EXPECT_EQ(history->entries(), historyEntries(saved()));
-}
-
-TEST_F(BackgroundTest, KeepsWhatAnotherProcessSaved) {
-    const auto history = openInBackground();
-    RosterHistory commandLine(defaults, data(), noonClock);
-    for (std::int64_t course = 1; course <= 20; ++course) {
-        history->record({row(1, "Watch")}, course, noon);
-        commandLine.record({row(2, "OK")}, 100 + course, noon);
-    }
-    EXPECT_TRUE(hasSaved(40));
-    commandLine.deleteAll();
-    history->record({row(3, "OK")}, 200, noon);
-    EXPECT_TRUE(hasSaved(1)) << "entries deleted by another process must not come back";
-    EXPECT_TRUE(test::until([&] { return history->entries() == historyEntries(saved()); }));
-}
-
-TEST_F(BackgroundTest, ReportsAFailureAndSavesLater) {
-    folder.write("data", "in the way");
-    const auto history = openInBackground();
-    history->record({row(1, "Watch")}, 7, noon);
-    EXPECT_TRUE(test::until([&] { return !history->isSaved(); }));
-    EXPECT_EQ(signalled, 2) << "recorded, failed";
-    std::filesystem::remove(data());
-    history->saveUnsaved();
-    EXPECT_TRUE(test::until([&] { return signalled == 3; }));
-    EXPECT_TRUE(history->isSaved());
-    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
-}
-
-TEST_F(BackgroundTest, ADeletionIsNotUndoneByASave) {
-    const auto history = openInBackground();
-    for (std::int64_t course = 1; course <= 20; ++course)
-        history->record({row(1, "Watch")}, course, noon);
-    EXPECT_EQ(history->deleteAll().size(), 20U);
-    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
-    EXPECT_TRUE(history->entries().empty());
-}
-
-TEST_F(BackgroundTest, TheEndWaitsForASave) {
-    openInBackground()->record({row(1, "Watch")}, 7, noon);
-    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
-}
-
-/// Hundreds of saves in processes that are killed at an arbitrary moment.
-TEST_F(HistoryTest, AKilledProcessLeavesAValidFile) {
-    for (int round = 0; round < 20; ++round) {
-        int progress[2];
-        ASSERT_EQ(::pipe(progress), 0);
-        const pid_t writer = ::fork();
-        ASSERT_GE(writer, 0);
-        if (writer == 0) {
-            RosterHistory history(defaults, data(), noonClock);
-            std::vector<RiskRow> rows;
-            for (std::int64_t id = 0; id < 200; ++id)
-                rows.push_back(row(id, "Watch", id));
-            for (std::int64_t course = 1;; ++course) {
-                history.record(rows, 1 + course % 20, noon);
-                static_cast<void>(!::write(progress[1], "x", 1));
-            }
-        }
-        ::close(progress[1]);
-        // Kills the writer at an arbitrary point after this many saves.
-        char done = 0;
-        for (int saves = 0; saves < 5 + round; ++saves)
-            ASSERT_EQ(::read(progress[0], &done, 1), 1);
-        ::kill(writer, SIGKILL);
-        ASSERT_EQ(::waitpid(writer, nullptr, 0), writer);
-        ::close(progress[0]);
-        EXPECT_EQ(historyEntries(saved()).size() % 200, 0U);
-    }
-    static_cast<void>(open());
-    const auto left = std::distance(std::filesystem::directory_iterator(data()), {});
-    EXPECT_EQ(left, 2) << "the file and its lock";
 }
 
 } // namespace

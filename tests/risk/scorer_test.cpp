@@ -69,7 +69,11 @@ TEST(Scorer, ScoresASingleStudent) {
          0.25 * (19.9 / 20),
          RiskLevel::watch,
          {"Current score 50% (below 70%)"}},
-        {"below passing", one(55), 0.1875, RiskLevel::watch, {"Current score 55% (below 70%)"}},
+        {"below passing",
+         one(55.495),
+         0.25 * (14.505 / 20),
+         RiskLevel::watch,
+         {"Current score 55% (below 70%)"}},
         {"barely below passing",
          one(69.6),
          0.1,
@@ -305,6 +309,7 @@ TEST(Scorer, TimeInCourseCountsBelowHalfTheMedian) {
               {"Low time in course (4h vs 10h median)"}},
              {5'400, 0.14, {"Low time in course (2h vs 10h median)"}},
              {0, 0.2, {"Low time in course (0h vs 10h median)"}},
+             {-3'600, 0.2, {"Low time in course (-1h vs 10h median)"}},
              {std::nullopt, 0.2, {"Low time in course (0h vs 10h median)"}},
          }) {
         Classroom room;

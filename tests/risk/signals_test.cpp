@@ -145,6 +145,8 @@ TEST(Signals, CoverageSaysWhatIsNotKnown) {
         withoutActivity.student(id, 80, std::nullopt, 3600).handedIn(id, {1});
         quiet.student(id, 80, 40 * day, 3600).handedIn(id, {1});
     }
+    Classroom quietAtTheEnd = quiet;
+    quietAtTheEnd.termEndsAt = test::noon;
     constexpr auto counted =
         "Missing work is counted, not weighed: the course has no usable weights.";
     constexpr auto nothing = "Nothing is due, handed in or graded so far.";
@@ -169,6 +171,8 @@ TEST(Signals, CoverageSaysWhatIsNotKnown) {
               "Canvas reports no activity."},
              {"ended", ended, Signal::inactivity, false, "Left out, since the term has ended."},
              {"quiet", quiet, Signal::inactivity, false,
+              "Left out, since most of the class is quiet."},
+             {"quiet, at the end of the term", quietAtTheEnd, Signal::inactivity, false,
               "Left out, since most of the class is quiet."}}) {
         const SignalCoverage entry = row.room.scored().coverage[std::size_t(row.signal)];
         EXPECT_EQ(entry.signal, row.signal);

@@ -189,7 +189,8 @@ void Simulation::checkOutcomes(const Program &program, const Known &what) const 
         const auto &history = program.stores.history.entries();
         // The clock may have been set since the outcome was put on screen.
         const bool isThen = std::ranges::any_of(
-            std::array{now(), now() + 48h, record->second, roster.fetchedAt}, [&](Date today) {
+            std::array{now(), now() + 48h, record->second, roster.fetchedAt, what.zoneChangedAt},
+            [&](Date today) {
                 return outcome.levelThen == levelAt(record->second, keyOf(row), history, today);
             });
         if (!isThen || outcome.contactedAt != record->second || outcome.levelNow != row.level)
@@ -330,11 +331,14 @@ void Simulation::checkHistory(const Program &program) const {
 }
 
 /// What the program reads while nobody looks is no visit.
-void Simulation::checkVisit(const Program &program, Known &what) const {
-    const std::size_t entries = program.stores.history.entries().size();
-    if (entries > what.entries && !program.isActive && !what.isAsked)
+void Simulation::checkVisit(const Program &program, Known &what) {
+    bool isNew = false;
+    for (const auto &visit : program.stores.history.visits()) {
+        const auto second = std::chrono::floor<std::chrono::seconds>(visit->recordedAt());
+        isNew = what.visits.emplace(visit->courseID(), second).second || isNew;
+    }
+    if (isNew && !program.isActive && !what.isAsked)
         throw Finding("a visit was recorded although nobody looked");
-    what.entries = entries;
 }
 
 /// Every student is counted in notices at most once until the course is opened, and only if the
@@ -414,6 +418,10 @@ void Simulation::checkFiles(const Computer &computer, Known &what) const {
     const Program &program = *computer.program;
     if (program.isSample)
         return;
+    for (const RosterSnapshot &entry : savedHistory(computer)) {
+        if (what.deleted.contains({entry.courseID, entry.recordedAt}))
+            throw Finding("a deleted visit came back");
+    }
     if (!program.stores.history.isEnabled() &&
         fs::exists(computer.home / "data/RosterHistory.json"))
         throw Finding("the history's file is there although it is switched off");

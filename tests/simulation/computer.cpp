@@ -49,7 +49,7 @@ Program::Program(
     : defaults(home / "Preferences.json", arguments),
       network(network),
       connector(defaults, tokens, session, schools, network, keyring, now),
-      stores(defaults, home / "data", now),
+      stores(defaults, home / "data", now, work.starter()),
       store(folder, queue, defaults.value(preferences::syncedFolderMark), now),
       sync(defaults, store, queue, home / "Synced.json", std::chrono::hours(1)),
       notices(defaults, notifications, [this] { return isActive; }),

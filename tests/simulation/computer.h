@@ -7,6 +7,7 @@
 #include "platform/cloud/syncedfolder.h"
 #include "support/cloudservice.h"
 #include "support/directqueue.h"
+#include "support/latework.h"
 #include "support/memorynotifications.h"
 #include "support/memorysecrets.h"
 
@@ -38,6 +39,8 @@ struct Program {
     CanvasSession session;
     Network &network;
     SimulatedConnector connector;
+    /// Reads and saves the history.
+    test::LateWork work;
     Stores stores;
     TrendSync trends{defaults};
     test::DirectQueue queue;

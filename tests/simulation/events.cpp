@@ -31,6 +31,8 @@ std::vector<Event> randomTerm(unsigned seed) {
     const auto draw = [&](int below) { return int(random() % unsigned(below)); };
     constexpr int days = 120;
     const int computers = 1 + draw(2);
+    // Without it the last value of each setting is known.
+    const bool switchesSync = draw(2) == 0;
     std::vector<Event> events;
     for (int day = 0; day < days; ++day) {
         const int count = draw(8);
@@ -38,12 +40,13 @@ std::vector<Event> randomTerm(unsigned seed) {
             Event event{Kind(draw(Event::kinds)), draw(computers), draw(1 << 16)};
             // What takes everything away is rare.
             const bool isRare = event.kind == Kind::signOut || event.kind == Kind::deleteHistory ||
-                event.kind == Kind::switchHistory || event.kind == Kind::switchContacts ||
-                event.kind == Kind::loseNetwork || event.kind == Kind::lockKeyring ||
-                event.kind == Kind::setClock || event.kind == Kind::fillDisk ||
-                event.kind == Kind::beginTerm || event.kind == Kind::endTerm;
-            if (isRare && draw(6) != 0)
-                event.kind = Kind::openCourse;
+                event.kind == Kind::deleteElsewhere || event.kind == Kind::switchHistory ||
+                event.kind == Kind::switchContacts || event.kind == Kind::loseNetwork ||
+                event.kind == Kind::lockKeyring || event.kind == Kind::setClock ||
+                event.kind == Kind::fillDisk || event.kind == Kind::beginTerm ||
+                event.kind == Kind::endTerm;
+            if ((isRare && draw(6) != 0) || (event.kind == Kind::switchSync && !switchesSync))
+                event.kind = draw(3) == 0 ? Kind::changePreference : Kind::openCourse;
             events.push_back(event);
         }
         events.push_back({Kind::passHours, 0, 8 + draw(20)});

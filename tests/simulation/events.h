@@ -47,9 +47,15 @@ struct Event {
         changeThreshold,
         useDefaults,
         changePreference,
+        /// By the command line on the same computer.
+        changeElsewhere,
+        switchSync,
         switchHistory,
         switchContacts,
         deleteHistory,
+        /// By the command line on the same computer.
+        visitElsewhere,
+        deleteElsewhere,
         fillDisk,
         freeDisk,
         restart,

@@ -63,8 +63,11 @@ void Simulation::perform(const Event &event) {
         return passTime(std::chrono::minutes(60 * (event.draw % 30) + event.draw % 60));
     case Kind::setClock:
         setClock(std::chrono::seconds(event.draw % 200'001 - 100'000));
-        for (Known &each : known)
+        for (Known &each : known) {
             each.zoneChangedAt = now();
+            // A visit of the same second is possible again.
+            each.deleted.clear();
+        }
         return;
     case Kind::kill:
         what.killedAt = 1 + event.draw % 60;
@@ -89,6 +92,7 @@ void Simulation::perform(const Event &event) {
     const DiskOf disk(computer);
     performOnScreen(event, computer, what);
     performOnMachine(event, computer, what);
+    performElsewhere(event, computer, what);
 }
 
 void Simulation::performInSchools(const Event &event) {
@@ -288,18 +292,41 @@ void Simulation::performOnMachine(const Event &event, Computer &computer, Known 
         defaults.remove(course + ".PassingScore");
         break;
     case Kind::changePreference:
-        defaults.set(preferences::rosterCompactRows, event.draw % 2 == 0);
+        changePreference(defaults, event);
         break;
-    case Kind::switchHistory:
+    case Kind::changeElsewhere:
+        // A change that cannot be saved ends with the command line.
+        if (!computer.diskIsFull) {
+            UserDefaults commandLine(computer.home / "Preferences.json", {});
+            changePreference(commandLine, event);
+        }
+        if (event.draw % 5 != 0)
+            defaults.reloadIfChanged();
+        break;
+    case Kind::switchSync:
+        defaults.set(preferences::syncSettings, event.draw % 2 == 0);
+        if (event.draw % 2 != 0) {
+            defaults.remove(preferences::syncedFolderMark.name);
+            folderIsForgotten();
+        }
+        restart(computer, what);
+        break;
+    case Kind::switchHistory: {
+        const std::vector<RosterSnapshot> before = program.stores.history.entries();
         defaults.set(preferences::rememberRosterHistory, event.draw % 2 == 0);
+        if (program.stores.history.visits().empty())
+            noteDeleted(before, what);
+        passTime(1s);
         break;
+    }
     case Kind::switchContacts:
         defaults.set(preferences::rememberContacts, event.draw % 2 == 0);
         if (event.draw % 2 != 0)
             what.contacts = {};
         break;
     case Kind::deleteHistory:
-        program.stores.history.deleteAll();
+        noteDeleted(snapshotsOf(program.stores.history.deleteAll()), what);
+        passTime(1s);
         break;
     case Kind::fillDisk:
     case Kind::freeDisk:
@@ -323,12 +350,60 @@ void Simulation::performOnMachine(const Event &event, Computer &computer, Known 
     }
 }
 
+void Simulation::folderIsForgotten() {
+    hasForgottenFolder = true;
+    latestValue.reset();
+}
+
+/// A setting that both computers change, or one of a newer version that only the first one changes.
+void Simulation::changePreference(UserDefaults &defaults, const Event &event) {
+    if (event.computer != 0 || event.draw % 3 == 0) {
+        defaults.set(preferences::rosterCompactRows, event.draw % 2 == 0);
+        return;
+    }
+    const PreferenceValue value = double(event.draw);
+    defaults.set(std::string(newerSetting), value);
+    if (!hasForgottenFolder)
+        latestValue = value;
+}
+
+/// What the command line does on the computer meanwhile.
+void Simulation::performElsewhere(const Event &event, Computer &computer, Known &what) {
+    if (event.kind != Kind::visitElsewhere && event.kind != Kind::deleteElsewhere)
+        return;
+    UserDefaults defaults(computer.home / "Preferences.json", {});
+    RosterHistory history(defaults, computer.home / "data", now);
+    if (event.kind == Kind::deleteElsewhere) {
+        noteDeleted(snapshotsOf(history.deleteAll()), what);
+        passTime(1s);
+        return;
+    }
+    const auto school = schools.find(defaults.value(preferences::canvasBaseURL));
+    // A launch argument of the program does not concern the command line.
+    if (school == schools.end() || !computer.program->stores.history.isEnabled())
+        return;
+    const auto &courses = school->second.courses;
+    const School::OneCourse &course = courses[std::size_t(event.draw) % courses.size()];
+    const std::int64_t id = course.course.id;
+    std::vector<RiskRow> rows;
+    for (const Judged &each :
+         judge(course, courseThresholds(defaults, id), course.course.term->endAt, now())) {
+        rows.push_back({.id = each.id, .level = each.level(), .missingCount = each.missing});
+    }
+    readAt[now()] = versions.back();
+    what.visits.emplace(id, std::chrono::floor<std::chrono::seconds>(now()));
+    history.record(rows, id, now());
+}
+
 /// What the cloud service does on a computer. It has room of its own.
 void Simulation::performInCloud(const Event &event, Computer &computer) {
     const std::vector<std::string> files{
         folderContents::fileName("Course.100.PassingScore"),
-        folderContents::fileName("DefaultPassingScore"), folderContents::fileName("CanvasBaseURL"),
-        folderContents::fileName("RosterCompactRows"), std::string(folderContents::markName)};
+        folderContents::fileName("DefaultPassingScore"),
+        folderContents::fileName("CanvasBaseURL"),
+        folderContents::fileName("RosterCompactRows"),
+        folderContents::fileName(newerSetting),
+        std::string(folderContents::markName)};
     const std::string &file = files[std::size_t(event.draw / 3) % files.size()];
     switch (event.kind) {
     case Kind::upload:

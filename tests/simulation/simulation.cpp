@@ -1,12 +1,14 @@
 #include "simulation.h"
 
 #include "base/files.h"
+#include "memory/historyfile.h"
 #include "platform/cloud/foldercontents.h"
 #include "support/failingcalls.h"
 
 #include <QCoreApplication>
 
 #include <cerrno>
+#include <fstream>
 
 namespace ellwynd::simulation {
 
@@ -78,8 +80,15 @@ void Simulation::play(const std::vector<Event> &events) {
 }
 
 void Simulation::playOne(const Event &event) {
+    // What happens by chance does not depend on earlier events, which may be left out.
+    random.seed(unsigned(event.draw));
     if (passesTime(event.kind) || changesSchools(event.kind))
         settle();
+    for (Computer &computer : computers) {
+        // The program learns of the end of a save during or after the event.
+        if (random() % 4 == 0)
+            finishWork(computer);
+    }
     const auto index = std::size_t(event.computer);
     Known &what = known[index];
     const std::size_t requests = computers[index].network.requests;
@@ -97,7 +106,7 @@ void Simulation::playOne(const Event &event) {
 /// The program ends at a file call in the middle of an event, and is started again.
 void Simulation::playKilled(const Event &event, Computer &computer, Known &what) {
     const Contacts::Records before = what.contacts.records;
-    const std::vector<RosterSnapshot> history = computer.program->stores.history.entries();
+    const std::vector<RosterSnapshot> history = savedHistory(computer);
     const bool wasSaved = isSaved(*computer.program);
     const test::Fault fault{
         .code = what.killedAt % 3 == 0 ? test::Fault::shortTransfer : EIO, .isLasting = true};
@@ -113,27 +122,24 @@ void Simulation::playKilled(const Event &event, Computer &computer, Known &what)
     const DiskOf disk(computer);
     restart(computer, what);
     what.contacts.records = recordsOf(*computer.program);
+    if (latestValue && &computer == computers.data()) {
+        const PreferenceMap settings = computer.program->defaults.persistentDomain();
+        const auto newer = settings.find(std::string(newerSetting));
+        latestValue = newer != settings.end() ? std::optional(newer->second) : std::nullopt;
+    }
+    constexpr std::array deleting{
+        Kind::deleteHistory, Kind::deleteElsewhere, Kind::switchHistory, Kind::runWithArgument};
+    if (std::ranges::find(deleting, event.kind) != deleting.end())
+        what.deleted.clear();
+    else if (computer.program->stores.history.isEnabled())
+        checkHistoryIsKept(history, computer, what, "a kill removed an entry of the history");
     if (!wasSaved) {
         what.keys.clear();
         what.lostSettings = true;
+        folderIsForgotten();
         return;
     }
     checkContactsAfterKill(before, after, what.contacts.records);
-    if (event.kind == Kind::deleteHistory || !computer.program->stores.history.isEnabled())
-        return;
-    const auto &entries = computer.program->stores.history.entries();
-    const auto contains = [&](const RosterSnapshot &sought) {
-        return std::ranges::any_of(entries, [&](RosterSnapshot entry) {
-            entry.recordedAt = std::chrono::floor<std::chrono::seconds>(entry.recordedAt);
-            return entry == sought;
-        });
-    };
-    for (RosterSnapshot entry : history) {
-        // The file keeps whole seconds. Those of a day may be replaced by its next visit.
-        entry.recordedAt = std::chrono::floor<std::chrono::seconds>(entry.recordedAt);
-        if (entry.recordedAt < now() - 48h && !contains(entry))
-            throw Finding("a kill removed an entry of the history");
-    }
 }
 
 /// The contacts of each course are saved in one write. Each is the old one or the new one.
@@ -172,12 +178,27 @@ std::map<StudentKey, Date> Simulation::recordsOf(const Program &program) {
 
 void Simulation::restart(Computer &computer, Known &what, const PreferenceMap &arguments) {
     const bool isWhole = !computer.program || isSaved(*computer.program);
+    // During a kill the files cannot be read.
+    const bool isKilled = what.killedAt > 0;
+    const bool isOwn = computer.program && !computer.program->isSample;
+    std::vector<RosterSnapshot> history;
+    if (isOwn && isWhole && !isKilled && !computer.diskIsFull)
+        history = computer.program->stores.history.entries();
+    computer.program.reset();
+    checkHistoryIsKept(history, computer, what, "the end of the program lost a visit");
+    std::vector<RosterSnapshot> saved;
+    if (!isKilled)
+        saved = savedHistory(computer);
+    what.visits.merge(visitsOf(saved));
     computer.start(arguments);
+    if (!computer.program->isSample && !computer.program->stores.history.isEnabled())
+        noteDeleted(saved, what);
     if (!isWhole) {
         // What could not be saved is lost with the program.
         what.contacts.records = recordsOf(*computer.program);
         what.keys.clear();
         what.lostSettings = true;
+        folderIsForgotten();
     }
     if (!computer.program->isSample && !computer.program->stores.contacts.isEnabled())
         what.contacts.records.clear();
@@ -188,7 +209,57 @@ void Simulation::restart(Computer &computer, Known &what, const PreferenceMap &a
     what.unseen.clear();
 }
 
+// ---- The history's file ------------------------------------------------------------------------
+
+std::vector<RosterSnapshot> Simulation::savedHistory(const Computer &computer) {
+    std::ifstream file(computer.home / "data/RosterHistory.json", std::ios::binary);
+    if (!file)
+        return {};
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    return snapshotsOf(decodeHistory(text));
+}
+
+/// Each entry is in the file, unless its day has, or had before a deletion, another visit.
+void Simulation::checkHistoryIsKept(
+    const std::vector<RosterSnapshot> &entries, const Computer &computer, const Known &what,
+    const std::string &finding) {
+    if (entries.empty())
+        return;
+    const std::vector<RosterSnapshot> saved = savedHistory(computer);
+    std::set<VisitKey> others = visitsOf(saved);
+    others.insert(what.everDeleted.begin(), what.everDeleted.end());
+    for (RosterSnapshot entry : entries) {
+        entry.recordedAt = std::chrono::floor<std::chrono::seconds>(entry.recordedAt);
+        const VisitKey own{entry.courseID, entry.recordedAt};
+        const bool mayBeReplaced = std::ranges::any_of(others, [&](const VisitKey &other) {
+            // The day may be that of another zone.
+            return other.first == own.first && std::chrono::abs(other.second - own.second) < 24h &&
+                (other != own || what.everDeleted.contains(own));
+        });
+        if (!mayBeReplaced && std::ranges::find(saved, entry) == saved.end())
+            throw Finding(finding);
+    }
+}
+
+std::set<Simulation::VisitKey> Simulation::visitsOf(const std::vector<RosterSnapshot> &entries) {
+    std::set<VisitKey> visits;
+    for (const RosterSnapshot &entry : entries)
+        visits.emplace(entry.courseID, std::chrono::floor<std::chrono::seconds>(entry.recordedAt));
+    return visits;
+}
+
+void Simulation::noteDeleted(const std::vector<RosterSnapshot> &entries, Known &what) {
+    what.deleted.merge(visitsOf(entries));
+    what.everDeleted.merge(visitsOf(entries));
+}
+
 // ---- Answers -----------------------------------------------------------------------------------
+
+/// What was begun in the background ends.
+void Simulation::finishWork(Computer &computer) {
+    const DiskOf disk(computer);
+    computer.program->work.finish();
+}
 
 void Simulation::settle() {
     for (Computer &computer : computers)
@@ -204,6 +275,8 @@ void Simulation::settle(Computer &computer, bool completely) {
         QCoreApplication::processEvents();
         if (computer.program->queue.step())
             continue;
+        if (random() % 64 == 0)
+            computer.program->work.finish();
         if (!computer.network.isIdle()) {
             if (computer.network.waiting() > mostRequests())
                 throw Finding("too many requests are waiting");
@@ -229,12 +302,22 @@ void Simulation::end() {
     for (std::size_t i = 0; i < computers.size(); ++i) {
         computers[i].replica.setAway(false);
         computers[i].diskIsFull = false;
+        computers[i].program->defaults.set(preferences::syncSettings, true);
         restart(computers[i], known[i]);
+    }
+    settle();
+    // Visits that follow each other fast: one is made while the other is saved.
+    for (std::size_t i = 0; i < computers.size(); ++i) {
+        known[i].isAsked = true;
+        for (const Course &course : computers[i].program->controller->courses().latest()) {
+            computers[i].program->controller->select(CourseSelection{course.id});
+            settle(computers[i], false);
+        }
     }
     settle();
     for (std::size_t i = 0; i < computers.size(); ++i)
         check(computers[i], known[i]);
-    for (int round = 0; round < 5; ++round) {
+    const auto deliver = [&] {
         for (std::size_t i = 0; i < computers.size(); ++i) {
             computers[i].replica.synchronize();
             computers[i].program->sync.push();
@@ -242,17 +325,34 @@ void Simulation::end() {
             computers[i].replica.synchronize();
             check(computers[i], known[i]);
         }
-    }
-    const auto synced = [](const Computer &computer) {
-        PreferenceMap map = computer.program->defaults.persistentDomain();
+    };
+    for (int round = 0; round < 5; ++round)
+        deliver();
+    const auto versions = [&] {
+        std::size_t count = 0;
+        for (const auto &[name, all] : server)
+            count += all.size();
+        return count;
+    };
+    const std::size_t before = versions();
+    deliver();
+    if (versions() != before)
+        throw Finding("the settings of the two computers do not come to rest");
+    const auto synced = [](PreferenceMap map) {
         std::erase_if(map, [](const auto &entry) {
             // An address is never replaced by none.
             return !preferences::isSynced(entry.first) || entry.first == "CanvasBaseURL";
         });
         return map;
     };
-    if (synced(computers[0]) != synced(computers[1]))
+    const PreferenceMap settings = synced(computers[0].program->defaults.persistentDomain());
+    if (settings != synced(computers[1].program->defaults.persistentDomain()))
         throw Finding("the two computers have different settings");
+    if (settings != synced(computers[0].program->store.all()))
+        throw Finding("the folder has other settings than the computers");
+    const auto newer = settings.find(std::string(newerSetting));
+    if (latestValue && (newer == settings.end() || newer->second != *latestValue))
+        throw Finding("the last value of a setting is not in effect");
     for (const School::OneCourse &course : schools.at(addresses[0]).courses) {
         const auto counts = [&](const Computer &computer) {
             return computer.program->trends.remoteCounts(course.course.id, Date());
@@ -262,8 +362,19 @@ void Simulation::end() {
     }
     settle();
     for (std::size_t i = 0; i < computers.size(); ++i) {
+        do {
+            finishWork(computers[i]);
+            QCoreApplication::sendPostedEvents();
+        } while (computers[i].program->work.isPending());
         check(computers[i], known[i]);
         checkFiles(computers[i], known[i]);
+        if (!isSaved(*computers[i].program))
+            throw Finding("something is not saved although it can be");
+        std::vector<RosterSnapshot> history = computers[i].program->stores.history.entries();
+        for (RosterSnapshot &entry : history)
+            entry.recordedAt = std::chrono::floor<std::chrono::seconds>(entry.recordedAt);
+        if (history != savedHistory(computers[i]))
+            throw Finding("the history in memory differs from its file");
     }
 }
 

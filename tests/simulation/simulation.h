@@ -33,6 +33,9 @@ class Simulation {
   private:
     static constexpr std::array addresses{"https://one.example", "https://two.example"};
 
+    /// A course and the second of a visit to it.
+    using VisitKey = std::pair<std::int64_t, Date>;
+
     /// What the teacher did with contacts on one computer, by the rules.
     struct Contacts {
         using Records = std::map<StudentKey, Date>;
@@ -69,8 +72,11 @@ class Simulation {
         Date freshDay;
         /// Whether what the teacher asked for may still be read.
         bool isAsked = false;
-        /// The entries of the history when it was last checked.
-        std::size_t entries = 0;
+        /// The visits that were in the history at any time.
+        std::set<VisitKey> visits;
+        /// Those that were deleted at any time, and those that must not come back.
+        std::set<VisitKey> everDeleted;
+        std::set<VisitKey> deleted;
         /// Settings that were seen and are never removed.
         std::set<std::string> keys;
         /// The file call at which the program ends during its next event; 0 for none.
@@ -95,18 +101,28 @@ class Simulation {
     static void copyMessages(const Event &event, Program &program, Known &known);
     static void performInCloud(const Event &event, Computer &computer);
     void performOnMachine(const Event &event, Computer &computer, Known &known);
+    void changePreference(UserDefaults &defaults, const Event &event);
+    void performElsewhere(const Event &event, Computer &computer, Known &known);
+    [[nodiscard]] static std::set<VisitKey> visitsOf(const std::vector<RosterSnapshot> &entries);
+    static void noteDeleted(const std::vector<RosterSnapshot> &entries, Known &known);
     [[nodiscard]] static std::map<StudentKey, Date> recordsOf(const Program &program);
     void restart(Computer &computer, Known &known, const PreferenceMap &arguments = {});
     void runInSample(Computer &computer, Known &known);
     void connect(Computer &computer, int number);
 
+    /// The entries of a history's file, which has whole seconds; empty without one.
+    [[nodiscard]] static std::vector<RosterSnapshot> savedHistory(const Computer &computer);
+    static void checkHistoryIsKept(
+        const std::vector<RosterSnapshot> &entries, const Computer &computer, const Known &known,
+        const std::string &finding);
+    static void finishWork(Computer &computer);
     void settle();
     void settle(Computer &computer, bool completely);
     /// The schools change from here on.
     void schoolsDidChange();
 
     void check(Computer &computer, Known &known);
-    void checkVisit(const Program &program, Known &known) const;
+    static void checkVisit(const Program &program, Known &known);
     void checkCourses(const Program &program) const;
     static void checkSettings(const Program &program, Known &known);
     [[nodiscard]] bool wasScored(
@@ -144,6 +160,12 @@ class Simulation {
     std::array<Known, 2> known;
     std::mt19937 random{1};
     std::int64_t lastTermID = 1;
+    /// A setting that only the first computer changes, and its value; absent if that is not known.
+    static constexpr std::string_view newerSetting = "Course.100.OfANewerVersion";
+    std::optional<PreferenceValue> latestValue;
+    /// Whether a computer forgot its folder at any time. Older values may then be taken over.
+    bool hasForgottenFolder = false;
+    void folderIsForgotten();
 };
 
 } // namespace ellwynd::simulation

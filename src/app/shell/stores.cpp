@@ -21,8 +21,8 @@ bool hasFiles(const std::filesystem::path &file) {
 
 Stores::Stores(
     UserDefaults &defaults, const std::filesystem::path &directory, Clock clock,
-    RosterHistory::Saving saving)
-    : history(defaults, memoryDirectory(defaults, directory), clock, saving),
+    StartWork startWork)
+    : history(defaults, memoryDirectory(defaults, directory), clock, std::move(startWork)),
       contacts(defaults, memoryDirectory(defaults, directory), clock),
       templates(directory, clock) {
     if (!defaults.value(preferences::sampleData)) {

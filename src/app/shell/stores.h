@@ -14,10 +14,11 @@ struct Stores {
     /// launch argument for this run.
     /// @param defaults must outlive this object.
     /// @param directory the data directory.
-    /// @param saving how the history is read and saved.
+    /// @param startWork reads and saves the history in the background; null if that is done at
+    /// once.
     Stores(
         UserDefaults &defaults, const std::filesystem::path &directory, Clock clock = systemNow,
-        RosterHistory::Saving saving = RosterHistory::Saving::immediate);
+        StartWork startWork = nullptr);
 
     RosterHistory history;
     ContactLog contacts;

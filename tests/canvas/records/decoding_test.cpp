@@ -88,6 +88,12 @@ TEST(Decoding, IntegersMayBeWrittenAsReals) {
             R"([{"user_id": 1, "grades": {"current_score": -100000000000000000000}}])")[0]
             .grades->currentScore,
         -1e20);
+    // Digits in a text are no number.
+    const Course digits = decodeCourse(
+        R"({"y": 99999999999999999999, "id": 1, "name": "100000000000000000000",
+            "course_code": "x100000000000000000000"})");
+    EXPECT_EQ(digits.name, "100000000000000000000");
+    EXPECT_EQ(digits.courseCode, "x100000000000000000000");
     EXPECT_EQ(decodeCourse(R"({"id": 1, "id": 2})").id, 2);
     EXPECT_EQ(decodeCourse(R"({"\u0069d": 3})").id, 3);
 }
@@ -136,6 +142,10 @@ TEST(Decoding, ErrorsNameTheRecordAndTheKey) {
              Row{R"([{"user\"id": "a\n" 1}])",
                  "SubmissionSummary: it is not valid JSON near byte 20"},
              Row{R"([-1.5e+2, tru])", "SubmissionSummary: it is not valid JSON near byte 10"},
+             Row{R"([{"a": [true, false, null, 0, 1e5, -0.5E-3, "x y", [], {}], "b" 1}])",
+                 "SubmissionSummary: it is not valid JSON near byte 64"},
+             Row{R"([1e+])", "SubmissionSummary: it is not valid JSON near byte 4"},
+             Row{R"([{}, {1}])", "SubmissionSummary: it is not valid JSON near byte 6"},
              Row{R"([] [])", "SubmissionSummary: it is not valid JSON near byte 3"},
              Row{R"(["\ud800"])", "SubmissionSummary: it is not valid JSON"},
          })
@@ -200,6 +210,15 @@ TEST(Decoding, AllowsNestingUpToTheLimit) {
     EXPECT_EQ(failure(nested(maxNesting)), "decoded");
     EXPECT_EQ(failure(nested(maxNesting + 1)), "SubmissionSummary: it nests deeper than 64 levels");
     EXPECT_EQ(failure(nested(200'000)), "SubmissionSummary: it nests deeper than 64 levels");
+    // The reason is not the nesting.
+    std::string objects;
+    for (std::size_t depth = 0; depth < maxNesting; ++depth)
+        objects += R"({"a":)";
+    EXPECT_EQ(failure(objects + "x"), "SubmissionSummary: it is not valid JSON near byte 320");
+    EXPECT_EQ(
+        failure(std::string(maxNesting, '[') + "x"),
+        "SubmissionSummary: it is not valid JSON near byte 64");
+    EXPECT_EQ(failure(objects + objects), "SubmissionSummary: it nests deeper than 64 levels");
 }
 
 TEST(Records, DisplayNamesFallBack) {

@@ -1,0 +1,166 @@
+// Saves of the history in the background, and of processes that are killed.
+#include "historytest.h"
+#include "support/latework.h"
+#include "support/until.h"
+
+#include <sys/wait.h>
+
+#include <csignal>
+#include <unistd.h>
+
+namespace ellwynd {
+namespace {
+
+using std::chrono::days;
+using test::entry;
+using test::historyEntries;
+using test::HistoryTest;
+using test::noon;
+using test::noonClock;
+using test::row;
+using testing::ElementsAre;
+
+constexpr auto fileName = test::historyFileName;
+
+/// A history that works in the background.
+struct BackgroundTest : HistoryTest {
+    test::LateWork work;
+    int signalled = 0;
+
+    [[nodiscard]] std::unique_ptr<RosterHistory> open(StartWork startWork) {
+        auto history =
+            std::make_unique<RosterHistory>(defaults, data(), noonClock, std::move(startWork));
+        QObject::connect(history.get(), &RosterHistory::historyDidChange, history.get(), [this] {
+            ++signalled;
+        });
+        return history;
+    }
+    /// Does the late work, and what follows it.
+    void finish() {
+        for (; work.isPending(); QCoreApplication::processEvents())
+            work.finish();
+    }
+};
+
+TEST_F(BackgroundTest, IsReadAfterTheConstruction) {
+    RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon - days(1));
+    const auto history = open(work.starter());
+    EXPECT_TRUE(history->entries().empty());
+    // A visit before the file was read.
+    history->record({row(1, "OK")}, 7, noon);
+    EXPECT_THAT(history->entries(), ElementsAre(entry(7, 1, noon, "OK")));
+    EXPECT_TRUE(history->isSaved());
+    finish();
+    EXPECT_EQ(signalled, 2) << "recorded, read";
+    EXPECT_THAT(
+        history->entries(),
+        ElementsAre(entry(7, 1, noon - days(1), "Watch"), entry(7, 1, noon, "OK")));
+    EXPECT_EQ(history->entries(), historyEntries(saved()));
+}
+
+TEST_F(BackgroundTest, KeepsWhatAnotherProcessSaved) {
+    const auto history = open(startThread);
+    RosterHistory commandLine(defaults, data(), noonClock);
+    for (std::int64_t course = 1; course <= 20; ++course) {
+        history->record({row(1, "Watch")}, course, noon);
+        commandLine.record({row(2, "OK")}, 100 + course, noon);
+    }
+    const auto hasSaved = [&](std::size_t count) {
+        return test::until([&] {
+            return std::filesystem::exists(data() / fileName) &&
+                historyEntries(saved()).size() == count;
+        });
+    };
+    EXPECT_TRUE(hasSaved(40));
+    commandLine.deleteAll();
+    history->record({row(3, "OK")}, 200, noon);
+    EXPECT_TRUE(hasSaved(1)) << "entries deleted by another process must not come back";
+    EXPECT_TRUE(test::until([&] { return history->entries() == historyEntries(saved()); }));
+}
+
+TEST_F(BackgroundTest, ReportsAFailureAndSavesLater) {
+    folder.write("data", "in the way");
+    const auto history = open(work.starter());
+    history->record({row(1, "Watch")}, 7, noon);
+    finish();
+    EXPECT_FALSE(history->isSaved());
+    EXPECT_EQ(signalled, 2) << "recorded, failed";
+    std::filesystem::remove(data());
+    history->saveUnsaved();
+    finish();
+    EXPECT_EQ(signalled, 3);
+    EXPECT_TRUE(history->isSaved());
+    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
+}
+
+TEST_F(BackgroundTest, ADeletionIsNotUndoneByASave) {
+    const auto history = open(startThread);
+    for (std::int64_t course = 1; course <= 20; ++course)
+        history->record({row(1, "Watch")}, course, noon);
+    EXPECT_EQ(history->deleteAll().size(), 20U);
+    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    EXPECT_TRUE(history->entries().empty());
+}
+
+TEST_F(BackgroundTest, TheEndOfASaveThatWasWaitedForIsNotThatOfALaterOne) {
+    const auto history = open(work.starter());
+    history->record({row(1, "Watch")}, 7, noon);
+    work.finish();
+    history->deleteAll();
+    history->record({row(2, "OK")}, 8, noon);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(work.isPending()) << "the event loop waited for the second save";
+    finish();
+    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(8, 2, noon, "OK")));
+}
+
+TEST_F(BackgroundTest, ADeletionBeforeTheFileWasReadCanBeUndone) {
+    RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon);
+    const auto history = open(work.starter());
+    const HistoryVisits deleted = history->deleteAll();
+    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    EXPECT_TRUE(history->restore(deleted));
+    EXPECT_THAT(history->entries(), ElementsAre(entry(7, 1, noon, "Watch")));
+}
+
+TEST_F(BackgroundTest, TheEndWaitsForASave) {
+    open(startThread)->record({row(1, "Watch")}, 7, noon);
+    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
+}
+
+/// Hundreds of saves in processes that are killed at an arbitrary moment.
+TEST_F(HistoryTest, AKilledProcessLeavesAValidFile) {
+    for (int round = 0; round < 20; ++round) {
+        int progress[2];
+        ASSERT_EQ(::pipe(progress), 0);
+        const pid_t writer = ::fork();
+        ASSERT_GE(writer, 0);
+        if (writer == 0) {
+            RosterHistory history(defaults, data(), noonClock);
+            std::vector<RiskRow> rows;
+            for (std::int64_t id = 0; id < 200; ++id)
+                rows.push_back(row(id, "Watch", id));
+            for (std::int64_t course = 1;; ++course) {
+                history.record(rows, 1 + course % 20, noon);
+                static_cast<void>(!::write(progress[1], "x", 1));
+            }
+        }
+        ::close(progress[1]);
+        // Kills the writer at an arbitrary point after this many saves.
+        char done = 0;
+        for (int saves = 0; saves < 5 + round; ++saves)
+            ASSERT_EQ(::read(progress[0], &done, 1), 1);
+        ::kill(writer, SIGKILL);
+        ASSERT_EQ(::waitpid(writer, nullptr, 0), writer);
+        ::close(progress[0]);
+        EXPECT_EQ(historyEntries(saved()).size() % 200, 0U);
+    }
+    static_cast<void>(HistoryTest::open());
+    const auto left = std::distance(std::filesystem::directory_iterator(data()), {});
+    EXPECT_EQ(left, 2) << "the file and its lock";
+}
+
+} // namespace
+} // namespace ellwynd

@@ -1,0 +1,46 @@
+// Background work without a thread.
+#pragma once
+
+#include "base/sharedstore.h"
+
+#include <algorithm>
+#include <deque>
+#include <memory>
+#include <utility>
+
+namespace ellwynd::test {
+
+/// Work that is done when a test asks for it, or when the program waits for it. Must outlive what
+/// starts the work.
+class LateWork {
+  public:
+    [[nodiscard]] StartWork starter() {
+        return [this](std::function<void()> work) {
+            jobs.push_back(std::make_shared<std::function<void()>>(std::move(work)));
+            return std::async(std::launch::deferred, [job = jobs.back()] { run(*job); });
+        };
+    }
+
+    /// Whether there is work that was neither done nor waited for.
+    [[nodiscard]] bool isPending() const {
+        return std::ranges::any_of(jobs, [](const auto &job) { return *job != nullptr; });
+    }
+
+    /// Does the work that was started, in order.
+    void finish() {
+        for (; !jobs.empty(); jobs.pop_front())
+            run(*jobs.front());
+    }
+
+  private:
+    using Job = std::function<void()>;
+
+    static void run(Job &job) {
+        if (const Job work = std::exchange(job, nullptr))
+            work();
+    }
+
+    std::deque<std::shared_ptr<Job>> jobs;
+};
+
+} // namespace ellwynd::test

@@ -24,7 +24,7 @@ constexpr Log logger{"network"};
 constexpr int maxPages = 300;
 
 /// In bytes; a body of this size takes about a millisecond to decode.
-constexpr std::size_t largeBody = 512 * 1024;
+constexpr std::size_t largeBody = std::size_t{512} * 1024;
 
 std::string hostForMessages(const QUrl &url, const Connection &connection) {
     if (const QString host = url.host(); !host.isEmpty())

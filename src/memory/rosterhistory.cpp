@@ -122,8 +122,8 @@ void RosterHistory::fill(const std::vector<RosterSnapshot> &entries) {
 }
 
 HistoryVisits RosterHistory::deleteAll() {
-    // Entries that another process has saved, or that were not read yet, are deleted too, and can be
-    // restored.
+    // Entries that another process has saved, or that were not read yet, are deleted too, and can
+    // be restored.
     if (!visits().empty() || store.mayHaveFile())
         static_cast<void>(store.begin());
     HistoryVisits deleted = visits();

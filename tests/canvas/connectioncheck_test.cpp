@@ -142,6 +142,10 @@ TEST(ConnectionCheck, TestsWithoutSaving) {
     };
     EXPECT_EQ(test(canvas.address(), "secret-token "), "Connected as Ana Ruiz");
     EXPECT_EQ(test(canvas.address(), "wrong"), "Canvas rejected the access token.");
+    EXPECT_TRUE(runToEnd(core.check.test(canvas.address(), "secret-token")).succeeded);
+    using Field = ConnectionOutcome::Field;
+    EXPECT_EQ(runToEnd(core.check.test(canvas.address(), "wrong")).field, Field::token);
+    EXPECT_EQ(runToEnd(core.check.test("https://localhost:1", "t")).field, Field::address);
     EXPECT_EQ(test(canvas.address(), "bro\r\nken: 1"), "Canvas rejected the access token.");
     EXPECT_FALSE(canvas.requests.back().headers.contains("ken"));
     EXPECT_EQ(test(canvas.address(), ""), "Paste your Canvas access token first.");

@@ -436,9 +436,18 @@ TEST_F(TrendSyncTest, SignalsOtherMachinesCounts) {
     there.set("TrendX.1", std::string("{}"));
     here.synchronize();
     EXPECT_EQ(signalled, 0);
-    there.update({{"Trend.12", "{}"}, {"Trend.13", "{}"}});
+    // A later count of the same day is not replaced by the one that was published.
+    const PreferenceValue later = std::string(R"({"2026-09-24":4})");
+    there.update({{"Trend.12", "{}"}, {"Trend.3", later}});
     here.synchronize();
     EXPECT_EQ(signalled, 1);
+    EXPECT_EQ(here.object("Trend.3"), later);
+}
+
+TEST_F(TrendSyncTest, GivesUpInAFullStore) {
+    here.set("A", std::string(folderContents::maxBytes - 40, 'x'));
+    trends.publish(1, 2, noon);
+    EXPECT_EQ(here.object("Trend.1"), std::nullopt);
 }
 
 TEST_F(TrendSyncTest, PublishesOnceTheFolderIsThereAndKeepsWhatOthersWrote) {

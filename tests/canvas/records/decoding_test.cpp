@@ -90,7 +90,7 @@ TEST(Decoding, IntegersMayBeWrittenAsReals) {
         -1e20);
     // Digits in a text are no number.
     const Course digits = decodeCourse(
-        R"({"y": 99999999999999999999, "id": 1, "name": "100000000000000000000",
+        R"({"id": 1, "name": "100000000000000000000", "y": 99999999999999999999,
             "course_code": "x100000000000000000000"})");
     EXPECT_EQ(digits.name, "100000000000000000000");
     EXPECT_EQ(digits.courseCode, "x100000000000000000000");

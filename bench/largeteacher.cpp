@@ -37,6 +37,7 @@
 #include <sys/resource.h>
 
 #include <fstream>
+#include <span>
 
 namespace {
 
@@ -45,6 +46,8 @@ using MeasuredApplication = bench::MeasuredApplication<QApplication>;
 
 constexpr std::int64_t recordedDays = 27;
 constexpr std::int64_t firstStudent = 90'000;
+/// How many passes are compared, since the memory differs a little from pass to pass.
+constexpr std::size_t memoryReadings = 5;
 
 std::chrono::minutes simulated{};
 
@@ -171,14 +174,11 @@ class Measurement {
         print("  the end of the pass", MeasuredApplication::takeNamed(), 0);
     }
 
-    /// Prints what is resident while nothing happens, five times.
-    void printMemory() const {
-        fmt::print("memory after {} passes, MB:", passesEnded);
-        constexpr int readings = 5;
-        for (int i = 0; i < readings; ++i) {
-            settle();
-            fmt::print(" {:.1f}", bench::residentMemory() / 1e6);
-        }
+    /// Prints what was resident after each of the last five passes.
+    static void printMemory(const std::vector<double> &readings) {
+        fmt::print("memory after {} passes, MB:", readings.size() + 1);
+        for (const double megabytes : std::span(readings).last(memoryReadings))
+            fmt::print(" {:.1f}", megabytes);
         fmt::print("\n");
     }
 
@@ -357,14 +357,16 @@ int main(int argc, char **argv) {
         [&] { return measurement.passesEnded > 0; });
     measurement.print("  the end of the pass", MeasuredApplication::takeNamed(), 0);
     measurement.workPhases();
+    std::vector<double> memory;
     for (std::int64_t pass = 2; pass <= number("passes"); ++pass) {
         simulated += std::chrono::minutes(30);
         measurement.passPhase(fmt::format("pass {}", pass));
-        if (pass == 2)
-            measurement.printMemory();
+        memory.push_back(bench::residentMemory() / 1e6);
+        if (memory.size() == memoryReadings)
+            measurement.printMemory(memory);
     }
-    if (measurement.passesEnded > 2)
-        measurement.printMemory();
+    if (memory.size() > memoryReadings)
+        measurement.printMemory(memory);
     fmt::print("After {} passes:\n", measurement.passesEnded);
     measurement.workPhases();
     fmt::print(

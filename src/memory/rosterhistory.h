@@ -32,10 +32,9 @@ class RosterHistory : public QObject {
     /// removed from it. A file that cannot be read is set aside, unless it is unavailable; a copy
     /// that was set aside is removed after 365 days.
     /// @param directory the file's folder; absent for a history in memory alone.
-    /// @param startWork reads and saves the file in the background, beginning with the
-    /// construction;
-    ///        `historyDidChange` is emitted once it was read. Null if the file is read and saved
-    ///        before the call that needs it returns.
+    /// @param startWork starts each read and save of the file in the background, the first from
+    ///        this constructor; `historyDidChange` is emitted when the file has been read. If null,
+    ///        the file is read and saved before the call that needs it returns.
     RosterHistory(
         UserDefaults &defaults, std::optional<std::filesystem::path> directory,
         Clock clock = systemNow, StartWork startWork = nullptr);

@@ -1,4 +1,4 @@
-// Background work without a thread.
+// A queue of background work for tests, without a thread.
 #pragma once
 
 #include "base/sharedstore.h"
@@ -10,8 +10,8 @@
 
 namespace ellwynd::test {
 
-/// Work that is done when a test asks for it, or when the program waits for it. Must outlive what
-/// starts the work.
+/// Queues background work and runs it on the calling thread: in `finish`, or when the program waits
+/// for its future. Must outlive the stores that use it.
 class LateWork {
   public:
     [[nodiscard]] StartWork starter() {
@@ -21,12 +21,12 @@ class LateWork {
         };
     }
 
-    /// Whether there is work that was neither done nor waited for.
+    /// Whether queued work has not run yet.
     [[nodiscard]] bool isPending() const {
         return std::ranges::any_of(jobs, [](const auto &job) { return *job != nullptr; });
     }
 
-    /// Does the work that was started, in order.
+    /// Runs the queued work in order.
     void finish() {
         for (; !jobs.empty(); jobs.pop_front())
             run(*jobs.front());

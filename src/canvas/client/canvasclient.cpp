@@ -105,64 +105,45 @@ struct Endpoint {
     std::vector<Record> (*decode)(const std::string &);
 };
 
-/// The page after a response; absent if it is the last, or if the list is cut short there.
-/// @param page the number of the response's page, from 1.
-std::optional<QUrl> nextPage(
-    const HttpResponse &response, const QUrl &first, int page, std::optional<CutShort> &cutShort) {
-    const auto next = nextLink(response.header("Link"));
-    if (!next)
-        return std::nullopt;
-    const QUrl url(QString::fromStdString(*next), QUrl::StrictMode);
-    if (url.isEmpty() || !url.isValid()) {
-        logger.error("The next page's address could not be read");
-        cutShort = CutShort::unreadableLink;
-        return std::nullopt;
-    }
-    // The token is sent to one origin only.
-    if (!isSameOrigin(first, *next)) {
-        logger.error(fmt::format("Refusing cross-host Link to {}", *next));
-        cutShort = CutShort::refusedLink;
-        return std::nullopt;
-    }
-    if (page == maxPages) {
-        logger.error(fmt::format("Stopped after {} pages — Link chain never ended", maxPages));
-        cutShort = CutShort::pageLimit;
-        return std::nullopt;
-    }
-    return url;
-}
-
 /// Reads all pages of an endpoint.
 template<class Record>
 QCoro::Task<ListRead<Record>> fetchAll(Connection connection, Endpoint<Record> endpoint) {
     const auto first = endpointURL(connection.baseURL, endpoint.path, endpoint.query);
     if (!first)
         throw CanvasError(Kind::badURL);
-    // Stops a request that is under way when this function ends with an exception.
-    struct Stopping : std::stop_source {
-        ~Stopping() { request_stop(); }
-    } stopping;
-    const std::stop_callback stopsWithCaller(
-        connection.stop,
-        [source = std::stop_source(stopping)]() mutable { source.request_stop(); });
-    connection.stop = stopping.get_token();
     ListRead<Record> result;
-    std::optional<QUrl> next = *first;
-    auto sending = sendWithRetry(connection, *next);
-    for (int page = 1; next; ++page) {
-        const std::string host = next->host().isEmpty() ? "The server" : next->host().toStdString();
+    QUrl url = *first;
+    for (int page = 1;; ++page) {
+        auto sending = sendWithRetry(connection, url);
         const HttpResponse response = co_await sending;
-        // The next page is on its way while this one is decoded.
-        next = nextPage(response, *first, page, result.cutShort);
-        if (next)
-            sending = sendWithRetry(connection, *next);
+        const std::string host = url.host().isEmpty() ? "The server" : url.host().toStdString();
         auto decoding = decodeBody(response.body, host, endpoint.what, endpoint.decode);
         std::vector<Record> records = co_await decoding;
         result.records.insert(
             result.records.end(), std::make_move_iterator(records.begin()),
             std::make_move_iterator(records.end()));
+
+        const auto next = nextLink(response.header("Link"));
+        if (!next)
+            co_return result;
+        url = QUrl(QString::fromStdString(*next), QUrl::StrictMode);
+        if (url.isEmpty() || !url.isValid()) {
+            logger.error("The next page's address could not be read");
+            result.cutShort = CutShort::unreadableLink;
+            co_return result;
+        }
+        // The token is sent to one origin only.
+        if (!isSameOrigin(*first, *next)) {
+            logger.error(fmt::format("Refusing cross-host Link to {}", *next));
+            result.cutShort = CutShort::refusedLink;
+            co_return result;
+        }
+        if (page == maxPages) {
+            logger.error(fmt::format("Stopped after {} pages — Link chain never ended", maxPages));
+            result.cutShort = CutShort::pageLimit;
+            co_return result;
+        }
     }
-    co_return result;
 }
 
 std::string coursePath(std::int64_t courseID, const char *rest) {

@@ -19,7 +19,6 @@
 #include "ui/support/alert.h"
 #include "ui/support/announce.h"
 #include "ui/support/appearance.h"
-#include "ui/support/fontloader.h"
 #include "ui/support/statusnotes.h"
 #include "ui/support/windowmemory.h"
 #include "ui/write/writecommands.h"
@@ -83,7 +82,6 @@ MainWindow::MainWindow(
       contextMenus(new ContextMenus(controller, *menus, *desktopActions, *this)),
       connectionViews(
           new ConnectionViews(defaults, connection, controller, appearance, *middle, *this)),
-      fontLoader(new FontLoader(this)),
       observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::studentDetailsHidden.name)
               showPane();
@@ -232,24 +230,10 @@ void MainWindow::closeEvent(QCloseEvent *event) {
 
 void MainWindow::showEvent(QShowEvent *event) {
     QMainWindow::showEvent(event);
+    // So that opening a course does not wait for its views.
     constexpr std::chrono::milliseconds afterFirstPaint{500};
     if (rosterPane == nullptr)
-        QTimer::singleShot(afterFirstPaint, this, &MainWindow::prepareRoster);
-}
-
-/// Makes the views of a roster and loads their fonts, so that opening a course does not wait.
-void MainWindow::prepareRoster() {
-    static_cast<void>(roster());
-    std::vector<QFont> fonts;
-    for (const double factor : {1.0, 0.94, 0.86, 0.8})
-        fonts.push_back(appearance.font(factor));
-    for (const double factor : {1.0, 0.94, 0.86, 0.8, 0.78})
-        fonts.push_back(appearance.font(factor, QFont::DemiBold));
-    for (const double factor : {1.0, 0.94})
-        fonts.push_back(appearance.font(factor, QFont::Medium));
-    for (const double factor : {1.0, 1.22})
-        fonts.push_back(appearance.font(factor, QFont::Bold));
-    fontLoader->load(std::move(fonts));
+        QTimer::singleShot(afterFirstPaint, this, [this] { static_cast<void>(roster()); });
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event) {

@@ -18,7 +18,6 @@ class ConnectionViews;
 class ContextMenus;
 class CourseSheets;
 class DashboardPane;
-class FontLoader;
 class ConnectionCheck;
 class MainMenus;
 class MainWindowController;
@@ -96,7 +95,6 @@ class MainWindow : public QMainWindow {
     void connectViews();
     void connectRoster();
     void connectDetails();
-    void prepareRoster();
     void updateActions();
     void updateActionsFor(const SharedList<RiskRow> &selected);
     void showPane();
@@ -136,7 +134,6 @@ class MainWindow : public QMainWindow {
     CourseSheets *sheets;
     ContextMenus *contextMenus;
     ConnectionViews *connectionViews;
-    FontLoader *fontLoader;
     SettingsWindow *settingsWindow = nullptr;
     bool updateChecksAvailable = false;
     bool keepsRunning = false;

@@ -3,6 +3,7 @@
 #include "app/courses/nearbyterms.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ellwynd {
 
@@ -22,11 +23,10 @@ PassController::PassController(
     connect(&pass, &ScoringPass::courseDidScore, this, &PassController::courseDidScore);
     connect(&pass, &ScoringPass::passDidEnd, this, &PassController::forgetOldSummaries);
     connect(&pass, &ScoringPass::passDidEnd, this, &PassController::passDidEnd);
-    connect(
-        &stores.history, &RosterHistory::historyDidChange, this, &PassController::rebuildDashboard);
+    connect(&stores.history, &RosterHistory::historyDidChange, this, &PassController::rebuildSoon);
     connect(
         &stores.contacts, &ContactLog::contactsDidChange, this, &PassController::rebuildDashboard);
-    connect(&trends, &TrendSync::trendCountsDidSync, this, &PassController::rebuildDashboard);
+    connect(&trends, &TrendSync::trendCountsDidSync, this, &PassController::rebuildSoon);
 }
 
 void PassController::prepareTerms() {
@@ -64,7 +64,7 @@ void PassController::coursesDidChange(const std::vector<SharedCourse> &courses) 
             }
         }
         if (isChanged)
-            rebuildTerm(termID);
+            termDidChange(termID);
     }
     forgetOldSummaries();
 }
@@ -87,7 +87,7 @@ void PassController::rescore() {
             course = withCurrentThresholds(isSame ? cached : course, defaults);
         }
     }
-    rebuildDashboard();
+    rebuildSoon();
     forgetOldSummaries();
 }
 
@@ -96,13 +96,31 @@ void PassController::rebuildDashboard() {
         rebuildTerm(termID);
 }
 
+void PassController::rebuildSoon() {
+    for (const auto &[termID, courses] : lastDashboardInputs)
+        termDidChange(termID);
+}
+
+void PassController::termDidChange(std::int64_t termID) {
+    if (changedTerms.empty())
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                for (const std::int64_t changed : std::exchange(changedTerms, {}))
+                    rebuildTerm(changed);
+            },
+            Qt::QueuedConnection);
+    changedTerms.insert(termID);
+}
+
 void PassController::rebuildTerm(std::int64_t termID) {
     const std::vector<DashboardTerm> &terms = dashboardModel.model().terms;
     const auto shown = std::ranges::find(terms, termID, &DashboardTerm::id);
-    if (shown == terms.end())
+    const auto inputs = lastDashboardInputs.find(termID);
+    if (shown == terms.end() || inputs == lastDashboardInputs.end())
         return;
     DashboardTerm rebuilt = *shown;
-    setCourses(rebuilt, lastDashboardInputs.at(termID), summaries, stores, now());
+    setCourses(rebuilt, inputs->second, summaries, stores, now());
     if (rebuilt != *shown)
         dashboardModel.termScored(std::move(rebuilt));
 }

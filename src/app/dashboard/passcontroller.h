@@ -4,6 +4,8 @@
 #include "app/courses/courselist.h"
 #include "app/dashboard/scoringpass.h"
 
+#include <set>
+
 namespace ellwynd {
 
 /// Runs scoring passes on request, and rebuilds the dashboard's cards without fetching when
@@ -48,6 +50,11 @@ class PassController : public QObject {
     void passDidEnd(ellwynd::PassResult result);
 
   private:
+    /// Rebuilds the cards when control is back in the event loop, so that several changes, such as
+    /// a visit and its levels, are one. Changes of contacts do not wait: the next key applies to
+    /// the next student.
+    void rebuildSoon();
+    void termDidChange(std::int64_t termID);
     void rebuildTerm(std::int64_t termID);
     void forgetOldSummaries();
 
@@ -58,6 +65,8 @@ class PassController : public QObject {
     Clock now;
     Dashboard dashboardModel;
     DashboardInputs lastDashboardInputs;
+    /// Those that are rebuilt soon.
+    std::set<std::int64_t> changedTerms;
     CourseSummaries summaries;
     ScoringPass pass;
 };

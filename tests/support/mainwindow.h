@@ -55,8 +55,10 @@ struct MainWindowTest : testing::Test {
     }
 
     [[nodiscard]] QPushButton *button(QWidget &where, const QString &text) const {
+        // The details are rebuilt in an event of their own.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
         for (auto *candidate : where.findChildren<QPushButton *>()) {
-            if (candidate->text() == text)
+            if (candidate->text() == text && candidate->isVisibleTo(&where))
                 return candidate;
         }
         return nullptr;

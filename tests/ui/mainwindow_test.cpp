@@ -304,7 +304,9 @@ TEST_F(MainWindowTest, MarkupInNamesIsShownAsText) {
         {.text = "1 missing assignment",
          .links = {{{0, 20}, AssignmentRef{7, "<a href='http://h.example'>x</a>"}}}}};
     StudentDetails details(appearance);
+    details.show();
     details.show({row}, {});
+    QApplication::processEvents();
     bool found = false;
     for (auto *label : details.findChildren<QLabel *>()) {
         if (label->text().contains(QStringLiteral("<b>Bob</b>"))) {
@@ -432,6 +434,7 @@ TEST_F(MainWindowTest, TheCommandsOfTheDetailsStayInSight) {
 TEST_F(MainWindowTest, EachSentenceOfTheDetailsLeadsToItsTopic) {
     openCourse(900101);
     table().selectStudents({{900101, 5004}});
+    QApplication::processEvents();
     const auto *details = window.findChild<StudentDetails *>();
     std::map<std::string, std::string> topics;
     for (auto *mark : details->findChildren<QAbstractButton *>()) {

@@ -46,21 +46,32 @@ bool lookTheSame(const SharedList<RiskRow> &a, const SharedList<RiskRow> &b) {
 } // namespace
 
 StudentDetails::StudentDetails(const Appearance &appearance, QWidget *parent)
-    : QWidget(parent), appearance(appearance), head(new QWidget(this)), scroll(new QScrollArea) {
+    : QWidget(parent),
+      appearance(appearance),
+      head(new QWidget(this)),
+      scroll(new QScrollArea(this)),
+      page(new QWidget(scroll->viewport())),
+      body(new QWidget(page)) {
     setObjectName(QStringLiteral("detailsPane"));
-    setAttribute(Qt::WA_StyledBackground);
+    page->setObjectName(QStringLiteral("detailsPane"));
+    for (QWidget *part : {static_cast<QWidget *>(this), page})
+        part->setAttribute(Qt::WA_StyledBackground);
     setAccessibleName(QStringLiteral("Student details"));
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setFocusPolicy(Qt::NoFocus);
+    auto *pageColumn = new QVBoxLayout(page);
+    pageColumn->setContentsMargins(0, 0, 0, 0);
+    pageColumn->addWidget(body);
+    scroll->setWidget(page);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(head);
     column->addWidget(scroll, 1);
-    connect(&appearance, &Appearance::appearanceDidChange, this, &StudentDetails::rebuild);
-    rebuild();
+    connect(
+        &appearance, &Appearance::appearanceDidChange, this, &StudentDetails::contentsDidChange);
 }
 
 void StudentDetails::show(
@@ -73,16 +84,17 @@ void StudentDetails::show(
         return;
     history = std::move(newHistory);
     summary = newSummary;
-    rebuild();
+    contentsDidChange();
 }
 
 void StudentDetails::setContactsEnabled(bool enabled) {
     if (std::exchange(contactsEnabled, enabled) != enabled)
-        rebuild();
+        contentsDidChange();
 }
 
 void StudentDetails::focusContents() {
-    for (QWidget *part : {scroll->widget(), head}) {
+    rebuildIfOutdated();
+    for (QWidget *part : {body, head}) {
         for (auto *link : part->findChildren<TextLink *>()) {
             link->setFocus(Qt::TabFocusReason);
             return;
@@ -95,25 +107,30 @@ void StudentDetails::focusContents() {
 }
 
 void StudentDetails::showEvent(QShowEvent *event) {
-    wasShown = true;
     if (isOutdated)
-        rebuild();
+        contentsDidChange();
     QWidget::showEvent(event);
 }
 
-/// While the pane is hidden, a change waits until it is shown again.
+/// The contents are rebuilt in an event of their own before the next paint, since that takes as
+/// long as all else that a new roster changes. While the pane is hidden, that waits until it is
+/// shown.
+void StudentDetails::contentsDidChange() {
+    isOutdated = true;
+    if (!isHidden())
+        QMetaObject::invokeMethod(this, &StudentDetails::rebuildIfOutdated, Qt::QueuedConnection);
+}
+
+void StudentDetails::rebuildIfOutdated() {
+    if (!isHidden() && std::exchange(isOutdated, false))
+        rebuild();
+}
+
 void StudentDetails::rebuild() {
-    isOutdated = wasShown && isHidden();
-    if (isOutdated)
-        return;
-    auto *newHead = new QWidget;
-    auto *body = new QWidget;
-    for (QWidget *part : {newHead, body}) {
-        part->setObjectName(QStringLiteral("detailsPane"));
-        part->setAttribute(Qt::WA_StyledBackground);
-    }
+    auto *newHead = new QWidget(this);
+    auto *newBody = new QWidget(page);
     auto *top = new QVBoxLayout(newHead);
-    auto *column = new QVBoxLayout(body);
+    auto *column = new QVBoxLayout(newBody);
     const int margin = appearance.px(16);
     top->setContentsMargins(margin, margin, margin, appearance.px(4));
     top->setSpacing(appearance.px(7));
@@ -132,21 +149,20 @@ void StudentDetails::rebuild() {
         addButtons(*top);
         addSelection(*column);
     } else {
-        auto *hint =
-            secondaryLabel(body, QStringLiteral("Select a student to see why they are flagged."));
+        auto *hint = secondaryLabel(
+            newBody, QStringLiteral("Select a student to see why they are flagged."));
         hint->setAlignment(Qt::AlignCenter);
         column->addStretch(1);
         column->addWidget(hint);
     }
     column->addStretch(2);
-    replace(newHead, body);
+    replace(newHead, newBody);
 }
 
 /// Deletes contents when control is back in the event loop, also in one that was started by hand,
 /// where `deleteLater` has to wait.
 void StudentDetails::deleteSoon(QWidget *contents) {
     contents->hide();
-    contents->setParent(nullptr);
     replaced.emplace_back(contents);
     QTimer::singleShot(0, this, [this] { replaced.clear(); });
 }
@@ -162,18 +178,16 @@ void StudentDetails::replace(QWidget *newHead, QWidget *newBody) {
         students.push_back(keyOf(row));
     const bool isSame = std::exchange(builtFor, students) == students;
     const int scrolledTo = scroll->verticalScrollBar()->value();
-    if (QWidget *old = scroll->takeWidget())
+    for (const auto &[current, next] : {std::pair(&head, newHead), std::pair(&body, newBody)}) {
+        QWidget *old = std::exchange(*current, next);
+        delete old->parentWidget()->layout()->replaceWidget(old, next);
         deleteSoon(old);
-    QWidget *oldHead = std::exchange(head, newHead);
-    delete layout()->replaceWidget(oldHead, newHead);
-    deleteSoon(oldHead);
-    scroll->setWidget(newBody);
-    newHead->show();
-    if (isSame) {
-        // The range of the scroll bar is otherwise computed later.
-        newBody->adjustSize();
-        scroll->verticalScrollBar()->setValue(scrolledTo);
+        next->show();
     }
+    if (isSame)
+        // The range of the scroll bar is otherwise computed later.
+        page->adjustSize();
+    scroll->verticalScrollBar()->setValue(isSame ? scrolledTo : 0);
     for (QWidget *part : {newHead, newBody}) {
         for (auto *candidate : part->findChildren<QWidget *>()) {
             if (hadFocus && candidate->accessibleName() == name &&

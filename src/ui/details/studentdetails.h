@@ -51,6 +51,8 @@ class StudentDetails : public QWidget {
     void showEvent(QShowEvent *event) override;
 
   private:
+    void contentsDidChange();
+    void rebuildIfOutdated();
     void rebuild();
     /// Puts the new contents in the place of the old.
     void replace(QWidget *newHead, QWidget *newBody);
@@ -73,12 +75,14 @@ class StudentDetails : public QWidget {
     StudentHistory history;
     SelectionSummary summary;
     bool contactsEnabled = true;
-    bool wasShown = false;
-    bool isOutdated = false;
+    bool isOutdated = true;
     /// The students of the contents on screen.
     std::vector<StudentKey> builtFor;
     QWidget *head;
     QScrollArea *scroll;
+    /// What is scrolled, with the body in it.
+    QWidget *page;
+    QWidget *body;
     /// Old contents, which may still be in use by the caller.
     std::vector<std::unique_ptr<QWidget>> replaced;
 };

@@ -51,6 +51,8 @@ RosterDelegate::RosterDelegate(
     : QStyledItemDelegate(view), appearance(appearance), model(model), view(view) {}
 
 void RosterDelegate::setForm(const RowForm &newForm) {
+    if (newForm != form || nameFont(appearance) != measuredFont)
+        laidReasons.clear();
     form = newForm;
     measureCharacters();
     lineHeight = pillSize(appearance.style(), QStringLiteral("X")).height();
@@ -183,7 +185,7 @@ void RosterDelegate::paintText(QPainter &painter, const QRect &rect, int row) co
             Qt::AlignLeft | Qt::AlignVCenter, model.figures(row, form.severalCourses));
     }
     if (!student.reasonLines.empty())
-        reasonsOf(student).draw(painter, at, hoveredRow == row ? hovered : std::nullopt);
+        reasonsOf(student)->draw(painter, at, hoveredRow == row ? hovered : std::nullopt);
     if (view->hasFocus() && view->currentIndex().row() == row) {
         painter.setRenderHint(QPainter::Antialiasing);
         drawFocusRing(
@@ -230,15 +232,22 @@ void RosterDelegate::drawName(QPainter &painter, const QRect &cell, const QStrin
     layout.draw(&painter, QPointF(form.nameLeft, cell.top()), formats);
 }
 
-ReasonLayout RosterDelegate::reasonsOf(const RiskRow &row) const {
-    const RosterRows &roster = model.roster();
-    const std::string match =
-        matchedAssignmentsText(row, roster.courseCode(row), model.query().typed);
-    return {
-        row,
-        qstring(match),
-        {.width = form.textWidth, .lines = form.reasonLines, .firstOnly = form.compact},
-        appearance};
+std::shared_ptr<const ReasonLayout> RosterDelegate::reasonsOf(const RiskRow &row) const {
+    const QString match =
+        qstring(matchedAssignmentsText(row, model.roster().courseCode(row), model.query().typed));
+    for (const LaidReasons &laid : laidReasons) {
+        if (laid.match == match && laid.sentences == row.reasonLines)
+            return laid.layout;
+    }
+    constexpr std::size_t kept = 100;
+    if (laidReasons.size() == kept)
+        laidReasons.pop_front();
+    const ReasonLayout::Form lines{
+        .width = form.textWidth, .lines = form.reasonLines, .firstOnly = form.compact};
+    laidReasons.push_back(
+        {row.reasonLines, match,
+         std::make_shared<const ReasonLayout>(row, match, lines, appearance)});
+    return laidReasons.back().layout;
 }
 
 /// The top left corner of a row's reasons.
@@ -282,7 +291,7 @@ std::optional<ReasonTarget> RosterDelegate::targetAt(QPoint position, int row) c
     if (model.isFold(row) || model.row(row).reasonLines.empty())
         return std::nullopt;
     const RiskRow &student = model.row(row);
-    return reasonsOf(student).targetAt(position - reasonsAt(student, rowRect(row)));
+    return reasonsOf(student)->targetAt(position - reasonsAt(student, rowRect(row)));
 }
 
 bool RosterDelegate::isOnContact(

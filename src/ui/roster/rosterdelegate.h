@@ -7,6 +7,8 @@
 #include <QStyledItemDelegate>
 
 #include <array>
+#include <deque>
+#include <memory>
 
 class QTableView;
 
@@ -82,7 +84,7 @@ class RosterDelegate : public QStyledItemDelegate {
     void measureCharacters();
     [[nodiscard]] int nameHeight(const QString &name) const;
     [[nodiscard]] bool surelyFits(const QString &name) const;
-    [[nodiscard]] ReasonLayout reasonsOf(const RiskRow &row) const;
+    [[nodiscard]] std::shared_ptr<const ReasonLayout> reasonsOf(const RiskRow &row) const;
     [[nodiscard]] QPoint reasonsAt(const RiskRow &row, const QRect &rowRect) const;
     [[nodiscard]] QRect rowRect(int row) const;
     [[nodiscard]] std::optional<ReasonTarget> targetAt(QPoint position, int row) const;
@@ -94,10 +96,19 @@ class RosterDelegate : public QStyledItemDelegate {
     void drawArrow(QPainter &painter, const QRect &line, const RosterChange &change) const;
     void drawContact(QPainter &painter, const QRect &line, const OutreachOutcome &outcome) const;
 
+    /// Reasons that were drawn lately, since shaping their text takes most of the time of painting.
+    struct LaidReasons {
+        SharedList<ReasonLine> sentences;
+        QString match;
+        std::shared_ptr<const ReasonLayout> layout;
+    };
+
     const Appearance &appearance;
     const RosterModel &model;
     QTableView *view;
     RowForm form;
+    /// Those of a few windows full of rows, the latest last.
+    mutable std::deque<LaidReasons> laidReasons;
     /// The widths of the first 256 characters in the font of names.
     std::array<int, 256> characterWidths{};
     int widestCharacter = 0;

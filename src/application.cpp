@@ -17,6 +17,7 @@
 #include "ui/support/appearance.h"
 
 #include <QApplication>
+#include <QTimer>
 
 namespace ellwynd {
 
@@ -43,10 +44,13 @@ struct Application::Objects {
           controller(
               defaults, connector, stores, trends, {.widgets = widgets, .notices = &notices},
               environment.clock, environment.elapsed),
-          shell(defaults, controller, service, updater, environment.newInstance),
-          window(
-              controller, defaults, stores, connection, sync, *environment.notifications,
-              appearance) {}
+          shell(defaults, controller, service, updater, environment.newInstance) {}
+
+    /// Makes the window when it is first needed: a program that starts in the background may never
+    /// show it.
+    [[nodiscard]] MainWindow &window();
+    /// Ends the program, also while it keeps running without its window.
+    void quit();
 
     ApplicationEnvironment environment;
     UserDefaults defaults;
@@ -65,46 +69,60 @@ struct Application::Objects {
     AppcastFeed feed{defaults, feedURL};
     Updater updater{defaults, feed, buildNumber};
     AppDelegate shell;
-    MainWindow window;
-    ShellAlerts alerts{shell, updater, &window};
     StatusItem statusItem{controller.dashboard(), defaults};
     std::shared_ptr<void> observingColors;
     std::shared_ptr<void> observingWake;
     std::shared_ptr<void> observingNetwork;
+    std::unique_ptr<MainWindow> mainWindow;
 };
+
+MainWindow &Application::Objects::window() {
+    if (mainWindow != nullptr)
+        return *mainWindow;
+    mainWindow = std::make_unique<MainWindow>(
+        controller, defaults, stores, connection, sync, *environment.notifications, appearance);
+    MainWindow *made = mainWindow.get();
+    auto *alerts = new ShellAlerts(shell, updater, made);
+    QObject::connect(&updater, &Updater::updateDidAppear, made, &MainWindow::showUpdate);
+    QObject::connect(
+        &updater, &Updater::updateDidDisappear, made, [made] { made->showUpdate({}); });
+    QObject::connect(
+        made, &MainWindow::sampleSwitchRequested, alerts, &ShellAlerts::switchSampleMode);
+    QObject::connect(made, &MainWindow::updateCheckRequested, &updater, &Updater::checkForUpdates);
+    made->setUpdateChecksAvailable(updater.mayCheck());
+    if (const auto update = updater.pendingUpdate(); update && updater.mayCheck())
+        made->showUpdate(QString::fromStdString(update->version));
+    const auto keepRunning = [this] { mainWindow->setKeepsRunning(statusItem.isShown()); };
+    QObject::connect(&statusItem, &StatusItem::isShownDidChange, made, keepRunning);
+    keepRunning();
+    QObject::connect(made, &MainWindow::quitRequested, made, [this] { quit(); });
+    return *mainWindow;
+}
+
+void Application::Objects::quit() {
+    if (mainWindow != nullptr)
+        mainWindow->setKeepsRunning(false);
+    QCoreApplication::quit();
+}
 
 Application::Application(ApplicationEnvironment environment, ApplicationService &service)
     : objects(std::make_unique<Objects>(std::move(environment), service)) {
     Objects &o = *objects;
-    QObject::connect(&o.shell, &AppDelegate::activationRequested, &o.window, &MainWindow::activate);
+    QObject::connect(
+        &o.shell, &AppDelegate::activationRequested, &o.shell,
+        [&o](const QString &activationToken) { o.window().activate(activationToken); });
     QObject::connect(
         &o.shell, &AppDelegate::terminationRequested, qApp, &QCoreApplication::quit,
         Qt::QueuedConnection);
-    QObject::connect(&o.updater, &Updater::updateDidAppear, &o.window, &MainWindow::showUpdate);
-    QObject::connect(
-        &o.updater, &Updater::updateDidDisappear, &o.window, [&o] { o.window.showUpdate({}); });
     QObject::connect(
         &o.notices, &MovementNotifier::openRequested, &o.shell,
         [&o](std::optional<std::int64_t> courseID) { o.shell.openNotice(courseID); });
     QObject::connect(
-        &o.window, &MainWindow::sampleSwitchRequested, &o.alerts, &ShellAlerts::switchSampleMode);
-    QObject::connect(
-        &o.window, &MainWindow::updateCheckRequested, &o.updater, &Updater::checkForUpdates);
-    o.window.setUpdateChecksAvailable(o.updater.mayCheck());
-    const auto keepRunning = [&o] { o.window.setKeepsRunning(o.statusItem.isShown()); };
-    QObject::connect(&o.statusItem, &StatusItem::isShownDidChange, &o.window, keepRunning);
-    keepRunning();
-    QObject::connect(
-        &o.statusItem, &StatusItem::windowRequested, &o.window, [&o] { o.window.activate({}); });
+        &o.statusItem, &StatusItem::windowRequested, &o.shell, [&o] { o.window().activate({}); });
     QObject::connect(
         &o.statusItem, &StatusItem::refreshRequested, &o.controller,
         &MainWindowController::refresh);
-    const auto quit = [&o] {
-        o.window.setKeepsRunning(false);
-        QCoreApplication::quit();
-    };
-    QObject::connect(&o.statusItem, &StatusItem::quitRequested, &o.window, quit);
-    QObject::connect(&o.window, &MainWindow::quitRequested, &o.window, quit);
+    QObject::connect(&o.statusItem, &StatusItem::quitRequested, &o.shell, [&o] { o.quit(); });
 }
 
 Application::~Application() = default;
@@ -112,16 +130,18 @@ Application::~Application() = default;
 void Application::launch(const QStringList &links) {
     const bool inBackground = objects->statusItem.isShown() && links.isEmpty() &&
         objects->defaults.value(preferences::startInBackground);
-    if (!inBackground)
-        objects->window.show();
-    QMetaObject::invokeMethod(
-        &objects->shell,
-        [this, links] {
-            objects->shell.launch(links);
-            if (objects->window.isVisible())
-                objects->window.showWelcomeIfDue();
-        },
-        Qt::QueuedConnection);
+    const auto later = [this](auto step) {
+        QMetaObject::invokeMethod(&objects->shell, step, Qt::QueuedConnection);
+    };
+    if (!inBackground) {
+        later([this] { static_cast<void>(objects->window()); });
+        later([this] { objects->window().show(); });
+    }
+    later([this, links] {
+        objects->shell.launch(links);
+        if (objects->mainWindow != nullptr && objects->mainWindow->isVisible())
+            objects->mainWindow->showWelcomeIfDue();
+    });
 }
 
 void Application::followDesktop() {
@@ -134,7 +154,11 @@ void Application::followDesktop() {
         o.controller.computerDidWake();
         o.sync.scan();
     });
-    o.observingNetwork = observeReachability([&o] { o.controller.networkDidReturn(); });
+    // Asking the system for the network's state takes longer than the first picture may wait.
+    constexpr std::chrono::milliseconds afterFirstPaint{100};
+    QTimer::singleShot(afterFirstPaint, &o.shell, [&o] {
+        o.observingNetwork = observeReachability([&o] { o.controller.networkDidReturn(); });
+    });
     QObject::connect(
         qGuiApp, &QGuiApplication::applicationStateChanged, &o.controller,
         [&o](Qt::ApplicationState state) {
@@ -158,7 +182,7 @@ MainWindowController &Application::controller() {
 }
 
 MainWindow &Application::window() {
-    return objects->window;
+    return objects->window();
 }
 
 } // namespace ellwynd

@@ -52,8 +52,8 @@ struct ApplicationEnvironment {
     std::function<std::optional<std::string>()> newInstance = [] { return std::nullopt; };
 };
 
-/// Owns the stores, the controllers and the main window. Before `launch` the window is hidden and
-/// nothing is read from Canvas. Create it on the main thread after the QApplication, one at a time.
+/// Owns the stores, the controllers and the main window. Nothing is read from Canvas before
+/// `launch`. Create it on the main thread after the QApplication, one at a time.
 class Application {
   public:
     /// @param service must outlive this object; it need not have been started.
@@ -62,7 +62,7 @@ class Application {
     Application(const Application &) = delete;
     Application &operator=(const Application &) = delete;
 
-    /// Shows the window. Once the event loop runs, loads the courses and opens the links.
+    /// Once the event loop runs, shows the window, loads the courses and opens the links.
     void launch(const QStringList &links);
     /// Starts to follow preferences changed by other processes, the desktop's colour scheme,
     /// wake-up, the network, and the program's activation, and starts the half-hour timer.
@@ -71,6 +71,7 @@ class Application {
     [[nodiscard]] UserDefaults &defaults();
     [[nodiscard]] Appearance &appearance();
     [[nodiscard]] MainWindowController &controller();
+    /// Makes the window at the first call. It is hidden before `launch`.
     [[nodiscard]] MainWindow &window();
 
   private:

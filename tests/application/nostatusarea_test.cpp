@@ -4,6 +4,7 @@
 #include "support/memorynotifications.h"
 #include "support/memorysecrets.h"
 #include "support/temporaryfolder.h"
+#include "support/until.h"
 #include "ui/mainwindow/mainwindow.h"
 
 #include <QSystemTrayIcon>
@@ -32,7 +33,8 @@ TEST(NoStatusArea, ClosingTheWindowEndsTheProgram) {
             .notifications = std::make_unique<test::MemoryNotifications>()},
         service);
     program.launch({});
-    EXPECT_TRUE(program.window().isVisible()) << "nothing else would open it";
+    EXPECT_TRUE(test::until([&] { return program.window().isVisible(); }))
+        << "nothing else would open it";
     EXPECT_TRUE(program.window().close()) << "Qt ends the program after its last window";
 }
 

@@ -19,6 +19,7 @@
 #include "ui/support/alert.h"
 #include "ui/support/announce.h"
 #include "ui/support/appearance.h"
+#include "ui/support/fontpreparation.h"
 #include "ui/support/statusnotes.h"
 #include "ui/support/windowmemory.h"
 #include "ui/write/writecommands.h"
@@ -38,6 +39,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace ellwynd {
 
@@ -62,10 +64,11 @@ MainWindow::MainWindow(
       sync(sync),
       notifications(notifications),
       appearance(appearance),
+      fonts(new FontPreparation(appearance, this)),
       splitter(new PaneSplitter(appearance, defaults, this)),
       sidebar(new Sidebar(controller, defaults, appearance, splitter)),
       middle(new QStackedWidget(splitter)),
-      dashboardPane(new DashboardPane(controller.dashboard(), defaults, appearance)),
+      dashboardPane(new DashboardPane(controller.dashboard(), defaults, appearance, middle)),
       details(new StudentDetails(appearance, splitter)),
       desktopActions(new RosterDesktopActions(
           controller.actions(), stores.templates, defaults, [this] { return selectedStudents(); },
@@ -119,7 +122,7 @@ PreviewStudents MainWindow::previewStudents() const {
 
 RosterPane *MainWindow::roster() {
     if (rosterPane == nullptr) {
-        rosterPane = new RosterPane(controller, defaults, appearance);
+        rosterPane = new RosterPane(controller, defaults, appearance, middle);
         middle->addWidget(rosterPane);
         connectRoster();
         showSelection();
@@ -230,10 +233,13 @@ void MainWindow::closeEvent(QCloseEvent *event) {
 
 void MainWindow::showEvent(QShowEvent *event) {
     QMainWindow::showEvent(event);
-    // So that opening a course does not wait for its views.
-    constexpr std::chrono::milliseconds afterFirstPaint{500};
+    // So that opening a course does not wait for its fonts and views.
+    constexpr std::chrono::milliseconds afterFirstPaint{100};
     if (rosterPane == nullptr)
-        QTimer::singleShot(afterFirstPaint, this, [this] { static_cast<void>(roster()); });
+        QTimer::singleShot(afterFirstPaint, this, [this] {
+            fonts->start();
+            static_cast<void>(roster());
+        });
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event) {
@@ -291,6 +297,8 @@ void MainWindow::activate(const QString &activationToken) {
 }
 
 void MainWindow::showUpdate(const QString &newVersion) {
+    if (std::exchange(shownUpdate, newVersion) == newVersion)
+        return;
     sidebar->showUpdate(newVersion);
     if (!newVersion.isEmpty())
         announce(*this, QStringLiteral("Ellwynd %1 is available.").arg(newVersion));

@@ -19,6 +19,7 @@ class ContextMenus;
 class CourseSheets;
 class DashboardPane;
 class ConnectionCheck;
+class FontPreparation;
 class MainMenus;
 class MainWindowController;
 class MissingWorkSheet;
@@ -120,6 +121,7 @@ class MainWindow : public QMainWindow {
     SyncService &sync;
     UserNotifications &notifications;
     Appearance &appearance;
+    FontPreparation *fonts;
     PaneSplitter *splitter;
     Sidebar *sidebar;
     QStackedWidget *middle;
@@ -136,6 +138,8 @@ class MainWindow : public QMainWindow {
     ConnectionViews *connectionViews;
     SettingsWindow *settingsWindow = nullptr;
     bool updateChecksAvailable = false;
+    /// The version of the update that is offered; empty if there is none.
+    QString shownUpdate;
     bool keepsRunning = false;
     /// The teacher asked for the details in a narrow window.
     bool detailsInNarrowWindow = false;

@@ -2,6 +2,7 @@
 
 #include <QAbstractSpinBox>
 #include <QApplication>
+#include <QIconEngine>
 #include <QPainter>
 #include <QStyleOption>
 #include <QTimer>
@@ -41,6 +42,30 @@ void drawCheckBox(const QStyleOption &option, QPainter &painter) {
     }
     painter.restore();
 }
+
+/// Says that a narrow menu bar has more menus. Qt's own picture is in a plugin, which would be
+/// loaded at every start.
+class MoreIcon : public QIconEngine {
+  public:
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override {
+        const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(QPen(
+            QApplication::palette().color(group, QPalette::ButtonText), 1.5, Qt::SolidLine,
+            Qt::RoundCap, Qt::RoundJoin));
+        const double size = std::min(rect.width(), rect.height());
+        const QPointF center = QRectF(rect).center();
+        for (const double left : {-0.3, 0.05}) {
+            const auto at = [&](double x, double y) {
+                return center + QPointF((left + x) * size, y * size);
+            };
+            painter->drawPolyline(QPolygonF{at(0, -0.25), at(0.25, 0), at(0, 0.25)});
+        }
+        painter->restore();
+    }
+    [[nodiscard]] QIconEngine *clone() const override { return new MoreIcon; }
+};
 
 /// The height of the text is the unit of these controls.
 int unitOf(const QStyleOption &option) {
@@ -255,6 +280,13 @@ QSize ControlStyle::sizeFromContents(
     if (type == CT_ProgressBar)
         return {size.width(), unit / 2};
     return size;
+}
+
+QIcon ControlStyle::standardIcon(
+    StandardPixmap which, const QStyleOption *option, const QWidget *widget) const {
+    if (which == SP_ToolBarHorizontalExtensionButton)
+        return QIcon(new MoreIcon);
+    return QProxyStyle::standardIcon(which, option, widget);
 }
 
 int ControlStyle::pixelMetric(

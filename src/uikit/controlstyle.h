@@ -30,6 +30,8 @@ class ControlStyle : public QProxyStyle {
     QSize sizeFromContents(
         ContentsType type, const QStyleOption *option, const QSize &contents,
         const QWidget *widget) const override;
+    QIcon standardIcon(
+        StandardPixmap which, const QStyleOption *option, const QWidget *widget) const override;
     int pixelMetric(
         PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override;
 };

@@ -39,12 +39,13 @@ DashboardPane::DashboardPane(
       terms(new QPushButton(this)),
       refresh(new QPushButton(QStringLiteral("⟳"), this)),
       stack(new QStackedWidget(this)),
-      scroll(new QScrollArea(this)),
-      page(new QWidget),
+      scroll(new QScrollArea(stack)),
+      page(new QWidget(scroll->viewport())),
       grid(new QGridLayout),
       heading(new QBoxLayout(QBoxLayout::LeftToRight)),
-      wait(plainLabel(nullptr, true)),
-      progress(new QProgressBar),
+      waitPage(new QWidget(stack)),
+      wait(plainLabel(waitPage, true)),
+      progress(new QProgressBar(page)),
       header(new QWidget(this)),
       needs(new NeedsPane(appearance, page)),
       footer(new QWidget(page)),
@@ -103,7 +104,6 @@ DashboardPane::DashboardPane(
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setFocusPolicy(Qt::NoFocus);
     stack->addWidget(scroll);
-    auto *waitPage = new QWidget;
     auto *waitColumn = new QVBoxLayout(waitPage);
     waitColumn->addStretch(2);
     waitColumn->addWidget(wait);
@@ -136,7 +136,6 @@ DashboardPane::DashboardPane(
     connect(&dashboard, &Dashboard::dashboardModelDidChange, this, &DashboardPane::showModel);
     connect(&appearance, &Appearance::appearanceDidChange, this, &DashboardPane::applyAppearance);
     applyAppearance();
-    showModel();
 }
 
 void DashboardPane::focusCards() {
@@ -182,7 +181,6 @@ void DashboardPane::resizeEvent(QResizeEvent *event) {
 }
 
 void DashboardPane::showEvent(QShowEvent *event) {
-    wasShown = true;
     if (isOutdated)
         showModel();
     QWidget::showEvent(event);
@@ -193,9 +191,9 @@ void DashboardPane::setRefreshing(bool refreshing) {
         showModel();
 }
 
-/// While another pane is shown, a change waits until this one is shown again.
+/// While the pane is hidden, a change waits until it is shown.
 void DashboardPane::showModel() {
-    isOutdated = wasShown && isHidden();
+    isOutdated = isHidden();
     if (isOutdated)
         return;
     showTermMenu();

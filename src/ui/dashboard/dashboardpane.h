@@ -76,6 +76,7 @@ class DashboardPane : public QWidget {
     QWidget *page;
     QGridLayout *grid;
     QBoxLayout *heading;
+    QWidget *waitPage;
     QLabel *wait;
     QProgressBar *progress;
     QWidget *header;
@@ -86,9 +87,8 @@ class DashboardPane : public QWidget {
     std::vector<CourseCard *> cards;
     int columns = 0;
     bool isRefreshing = false;
-    /// Whether the model has changed since the pane was left.
-    bool isOutdated = false;
-    bool wasShown = false;
+    /// Whether the model may have changed since it was last shown.
+    bool isOutdated = true;
     std::shared_ptr<void> observing;
 };
 

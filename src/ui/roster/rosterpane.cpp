@@ -64,8 +64,8 @@ RosterPane::RosterPane(
       retryButton(new QPushButton(QStringLiteral("Try Again"), messagePage)),
       resetButton(new QPushButton(messagePage)),
       chips(new ChipBar(appearance, this)),
-      insight(new InsightBand(appearance)),
       insightFrame(new QWidget(this)),
+      insight(new InsightBand(appearance, insightFrame)),
       students(new RosterTable(appearance, this)),
       observing(defaults.observe([this](std::string_view key) { preferenceChanged(key); })) {
     progress->setTextVisible(false);

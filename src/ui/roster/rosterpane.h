@@ -76,8 +76,8 @@ class RosterPane : public QWidget {
     QPushButton *retryButton;
     QPushButton *resetButton;
     ChipBar *chips;
-    InsightBand *insight;
     QWidget *insightFrame;
+    InsightBand *insight;
     RosterTable *students;
     /// The selection to which the query belongs.
     std::optional<Selection> queried;

@@ -52,11 +52,16 @@ RosterDelegate::RosterDelegate(
 
 void RosterDelegate::setForm(const RowForm &newForm) {
     if (newForm != form || nameFont(appearance) != measuredFont)
-        laidReasons.clear();
+        forgetTexts();
     form = newForm;
     measureCharacters();
     lineHeight = pillSize(appearance.style(), QStringLiteral("X")).height();
     reasonHeight = QFontMetrics(reasonFont(appearance)).height();
+}
+
+void RosterDelegate::forgetTexts() {
+    laidReasons.clear();
+    nameHeights.clear();
 }
 
 void RosterDelegate::measureCharacters() {
@@ -99,8 +104,15 @@ bool RosterDelegate::surelyFits(const QString &name) const {
 int RosterDelegate::nameHeight(const QString &name) const {
     if (surelyFits(name))
         return lineHeight;
+    if (const auto known = nameHeights.constFind(name); known != nameHeights.constEnd())
+        return *known;
     QTextLayout layout(name, nameFont(appearance));
-    return layLines(layout, form.nameWidth, lineHeight);
+    const int height = layLines(layout, form.nameWidth, lineHeight);
+    constexpr qsizetype kept = 10'000;
+    if (nameHeights.size() == kept)
+        nameHeights.clear();
+    nameHeights.insert(name, height);
+    return height;
 }
 
 int RosterDelegate::normalHeight() const {

@@ -4,6 +4,7 @@
 #include "ui/roster/reasonlayout.h"
 #include "ui/roster/rostermodel.h"
 
+#include <QHash>
 #include <QStyledItemDelegate>
 
 #include <array>
@@ -46,6 +47,8 @@ class RosterDelegate : public QStyledItemDelegate {
 
     /// Must be called when the width, the text size or the form of rows has changed.
     void setForm(const RowForm &form);
+    /// Removes what is kept of the rows that were shown.
+    void forgetTexts();
     [[nodiscard]] const RowForm &rowForm() const { return form; }
     /// The height of a flagged student's row whose name needs one line.
     [[nodiscard]] int normalHeight() const;
@@ -109,6 +112,8 @@ class RosterDelegate : public QStyledItemDelegate {
     RowForm form;
     /// Those of a few windows full of rows, the latest last.
     mutable std::deque<LaidReasons> laidReasons;
+    /// The heights of names that had to be measured.
+    mutable QHash<QString, int> nameHeights;
     /// The widths of the first 256 characters in the font of names.
     std::array<int, 256> characterWidths{};
     int widestCharacter = 0;

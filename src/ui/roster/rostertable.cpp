@@ -232,8 +232,10 @@ int RosterTable::figureWidth(int column, const QFontMetrics &metrics) const {
 /// Lays out columns and rows for the width of the view. Without rows another view is shown, and the
 /// fonts need not be loaded yet.
 void RosterTable::lay() {
-    if (model->rowCount() == 0)
+    if (model->rowCount() == 0) {
+        delegate->forgetTexts();
         return;
+    }
     showSortIndicator();
     const int padding = delegate->horizontalPadding();
     const QFontMetrics metrics(appearance.font());

@@ -16,11 +16,11 @@ struct NameFont {
 };
 
 /// Those in which courses, assignments and students are named: first those of the cards, then those
-/// of lists, and those of headings.
+/// of lists and headings. Each takes up to a megabyte of memory.
 constexpr std::array nameFonts{
     NameFont{0.92, QFont::Normal}, NameFont{0.92, QFont::Medium}, NameFont{1, QFont::DemiBold},
     NameFont{1, QFont::Bold},      NameFont{1, QFont::Normal},    NameFont{1, QFont::Medium},
-    NameFont{1.24, QFont::Bold},   NameFont{0.86, QFont::Normal},
+    NameFont{1.24, QFont::Bold},
 };
 
 /// An emoji among letters, and a script that is in fonts of its own: few fonts have either. Each

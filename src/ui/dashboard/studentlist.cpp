@@ -68,6 +68,7 @@ void StudentList::setStudents(SharedList<DashboardStudent> newStudents, bool rem
     const int oldRow = current.row();
     const auto key = current.isValid() ? keyOf(*students->student(current).row) : StudentKey{};
     students->setStudents(std::move(newStudents), remembersContacts);
+    delegate->measureNames();
     measure();
     hovered = QModelIndex();
     const int count = students->rowCount();
@@ -107,6 +108,7 @@ void StudentList::applyAppearance() {
         button->setFixedHeight(height);
     }
     commands->layout()->setSpacing(appearance.px(6));
+    delegate->measureNames();
     measure();
     updateGeometry();
     showCommands(commandRow());

@@ -44,8 +44,7 @@ void StudentListDelegate::setCommands(int row, int width) {
     commandsWidth = width;
 }
 
-void StudentListDelegate::setWidth(int width) {
-    narrow = width < appearance.px(enoughWidth);
+void StudentListDelegate::measureNames() {
     pillWidth = 0;
     for (const RiskLevel level : allRiskLevels) {
         const QString text = qstring(levelName(level));
@@ -53,17 +52,17 @@ void StudentListDelegate::setWidth(int width) {
     }
     const QFontMetrics names(nameFont(appearance));
     const QFontMetrics codes(smallFont(appearance));
-    // Wide enough for the names, up to a share of the list.
-    const int most = width * 35 / 100;
-    nameWidth = appearance.px(84);
-    for (const DashboardStudent *student : studentsToMeasure()) {
-        if (nameWidth >= most)
-            break;
-        nameWidth = std::max(
-            {nameWidth, names.horizontalAdvance(qstring(student->row->name)),
+    widestName = appearance.px(84);
+    for (const DashboardStudent *student : studentsToMeasure())
+        widestName = std::max(
+            {widestName, names.horizontalAdvance(qstring(student->row->name)),
              codes.horizontalAdvance(qstring(student->courseCode))});
-    }
-    nameWidth = std::min(nameWidth, most);
+}
+
+void StudentListDelegate::setWidth(int width) {
+    narrow = width < appearance.px(enoughWidth);
+    // Wide enough for the names, up to a share of the list.
+    nameWidth = std::min(widestName, width * 35 / 100);
 }
 
 /// The students among whom the widest name is sought. In a long list they are those with the most

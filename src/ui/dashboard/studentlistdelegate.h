@@ -19,7 +19,8 @@ class StudentListDelegate : public QStyledItemDelegate {
     StudentListDelegate(
         const Appearance &appearance, const StudentListModel &model, QObject *parent);
 
-    /// Measures the names; to be called when they, the width or the text size have changed.
+    /// Measures the names; to be called when they or the text size have changed, before `setWidth`.
+    void measureNames();
     void setWidth(int width);
     /// The row that has the commands; -1 for none.
     /// @param width kept free at the right of that row, in pixels.
@@ -44,6 +45,7 @@ class StudentListDelegate : public QStyledItemDelegate {
     const Appearance &appearance;
     const StudentListModel &model;
     int pillWidth = 0;
+    int widestName = 0;
     int nameWidth = 0;
     int commandsWidth = 0;
     int commandRow = -1;

@@ -100,7 +100,9 @@ def compare_passes():
     what = "scoring pass, 10 courses × 120 students × 40 assignments, 50 ms a request"
     return [Row(what, "s", ours, None, bound, "the bound, six requests in flight", 1.05),
             Row(what, "s", ours, None, serial, "serial Python", 1),
-            Row("memory of that process", "MB", memory, 45)]
+            Row("memory of that process", "MB", memory, 45),
+            Row("memory of the process after the pass of the large teacher", "MB",
+                [google_bench("pass", "1", 40, 200, 60)["scoreAllCourses"]["peak_MB"]], 200)]
 
 
 def compare_decoding():
@@ -145,6 +147,15 @@ def simple_rows():
     return rows
 
 
+def requests():
+    """What a busy minute asks Canvas for, beside what it may."""
+    counts = {name: [int(count)] for name, count in
+              re.findall(r"^(.*): (\d+)$", run(BENCHES / "minute_bench"), re.M)}
+    (minute, bound), (refreshes, two) = list(counts.items())[:2], list(counts.items())[2:]
+    return [Row(each[0], "requests", each[1], None, limit[1], limit[0], 1)
+            for each, limit in ((minute, bound), (refreshes, two))]
+
+
 def large_teacher():
     """The longest steps of each phase in each run, and the memory of the window program."""
     phases, memory = {}, []
@@ -159,18 +170,32 @@ def large_teacher():
         for name, step in worst.items():
             phases.setdefault(name, []).append(step)
         memory.append(resident)
-    return phases, Row(
-        "window program with the large teacher, resident memory", "MB", memory, 260)
+    small = run(BENCHES / "largeteacher_bench", "--courses", 10, "--students", 120,
+                "--assignments", 40)
+    ten = max(int(each) for each in re.findall(r"^ *\S.*?  [\d.]+ +[\d.]+ +[\d.]+ +(\d+)",
+                                               small, re.M))
+    return phases, [
+        Row("window program with the large teacher, resident memory", "MB", memory, 260),
+        Row("window program with 10 courses × 120 students × 40 assignments", "MB", [ten], 70)]
 
 
-def long_run():
-    """The memory of the window program after its second to sixth and its last five passes."""
-    passes = 12 if RUNS == 1 else 100
-    text = run(BENCHES / "largeteacher_bench", "--passes", passes)
-    early, late = ([float(value) for value in readings.split()] for readings in
-                   re.findall(r"^memory after \d+ passes, MB: (.*)$", text, re.M))
-    return Row(f"its memory after {passes} passes, half an hour apart", "MB", late, max(early),
-               early, "after the second to the sixth")
+def memory_between(passes, first, *arguments):
+    """The memory of the window program after five passes from one on, and after its last five."""
+    text = run(BENCHES / "largeteacher_bench", "--passes", passes, "--from", first, *arguments)
+    return ([float(value) for value in readings.split()] for readings in
+            re.findall(r"^memory after \d+ passes, MB: (.*)$", text, re.M))
+
+
+def long_runs():
+    passes, days = (12, 2) if RUNS == 1 else (100, 120)
+    early, late = memory_between(passes, 2)
+    rows = [Row(f"its memory after {passes} passes, half an hour apart", "MB", late, max(early),
+                early, "after the second to the sixth")]
+    # Small courses, so that a term takes minutes.
+    early, late = memory_between(48 * days, 44, "--courses", 3, "--students", 30, "--assignments",
+                                 10, "--settle", 20)
+    return rows + [Row(f"memory of three small courses after {days} days of passes", "MB", late,
+                       max(early), early, "at the end of the first day")]
 
 
 def table(head, rows):
@@ -181,12 +206,12 @@ def table(head, rows):
 
 def main():
     rows = []
-    for measure in (compare_startup, compare_decoding, simple_rows, compare_passes):
+    for measure in (compare_startup, compare_decoding, simple_rows, compare_passes, requests):
         for row in measure():
             print(*row.cells(), sep=" | ", file=sys.stderr, flush=True)
             rows.append(row)
     phases, memory = large_teacher()
-    rows += [memory, long_run()]
+    rows += memory + long_runs()
     write_document(rows, phases)
 
 

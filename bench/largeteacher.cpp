@@ -4,10 +4,13 @@
 // one event with everything that it causes before the event loop runs again, the processor time of
 // the process, and the resident memory.
 //
-//     largeteacher_bench [--courses N] [--students N] [--assignments N] [--passes N]
+//     largeteacher_bench [--courses N] [--students N] [--assignments N] [--passes N] [--from N]
+//                        [--settle MILLISECONDS]
 //
 // The phases are measured after the first pass, and again after all passes, half an hour of
-// simulated time apart: 48 passes are a day.
+// simulated time apart: 48 passes are a day. The memory after five passes from pass N on, by
+// default the second, and after the last five is printed. After each phase the program waits until
+// there has been nothing to do for a while.
 #include "app/mainwindowcontroller.h"
 #include "application.h"
 #include "base/heap.h"
@@ -48,6 +51,8 @@ constexpr std::int64_t recordedDays = 27;
 constexpr std::int64_t firstStudent = 90'000;
 /// How many passes are compared, since the memory differs a little from pass to pass.
 constexpr std::size_t memoryReadings = 5;
+
+std::chrono::milliseconds quiet{400};
 
 std::chrono::minutes simulated{};
 
@@ -160,7 +165,6 @@ class Measurement {
 
     /// Until there has been nothing to do for a while.
     static void settle() {
-        constexpr std::chrono::milliseconds quiet{400};
         QEventLoop loop;
         QTimer::singleShot(quiet, &loop, &QEventLoop::quit);
         loop.exec();
@@ -174,9 +178,9 @@ class Measurement {
         print("  the end of the pass", MeasuredApplication::takeNamed(), 0);
     }
 
-    /// Prints what was resident after each of the last five passes.
-    static void printMemory(const std::vector<double> &readings) {
-        fmt::print("memory after {} passes, MB:", readings.size() + 1);
+    /// Prints what was resident after each of the last five passes up to one.
+    static void printMemory(const std::vector<double> &readings, std::int64_t pass) {
+        fmt::print("memory after {} passes, MB:", pass);
         for (const double megabytes : std::span(readings).last(memoryReadings))
             fmt::print(" {:.1f}", megabytes);
         fmt::print("\n");
@@ -309,17 +313,20 @@ int main(int argc, char **argv) {
     option("students", "200");
     option("assignments", "60");
     option("passes", "2");
+    option("from", "2");
+    option("settle", "400");
     parser.process(application);
     const auto number = [&](const char *name) {
         return std::int64_t(parser.value(QString::fromLatin1(name)).toLongLong());
     };
+    quiet = std::chrono::milliseconds(number("settle"));
     const Teacher teacher{
         {.courses = number("courses"),
          .students = number("students"),
          .assignments = number("assignments"),
          .latency = std::chrono::milliseconds(0),
          .newStudents = number("students") / 2,
-         .lifetime = std::chrono::hours(3)}};
+         .lifetime = std::chrono::hours(5)}};
     const bench::ServedCanvas canvas(teacher.shape);
     const std::filesystem::path home = folder.path().toStdString() + "/home";
     teacher.writeFiles(home);
@@ -362,11 +369,11 @@ int main(int argc, char **argv) {
         simulated += std::chrono::minutes(30);
         measurement.passPhase(fmt::format("pass {}", pass));
         memory.push_back(bench::residentMemory() / 1e6);
-        if (memory.size() == memoryReadings)
-            measurement.printMemory(memory);
+        if (pass == number("from") + std::int64_t(memoryReadings) - 1)
+            measurement.printMemory(memory, pass);
     }
     if (memory.size() > memoryReadings)
-        measurement.printMemory(memory);
+        measurement.printMemory(memory, number("passes"));
     fmt::print("After {} passes:\n", measurement.passesEnded);
     measurement.workPhases();
     fmt::print(

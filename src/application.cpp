@@ -50,7 +50,7 @@ struct Application::Objects {
     /// show it.
     [[nodiscard]] MainWindow &window();
     /// Ends the program, also while it keeps running without its window.
-    void quit();
+    void quit() const;
 
     ApplicationEnvironment environment;
     UserDefaults defaults;
@@ -99,7 +99,7 @@ MainWindow &Application::Objects::window() {
     return *mainWindow;
 }
 
-void Application::Objects::quit() {
+void Application::Objects::quit() const {
     if (mainWindow != nullptr)
         mainWindow->setKeepsRunning(false);
     QCoreApplication::quit();

@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
 
+#include <iomanip>
 #include <sstream>
 
 namespace ellwynd::cli {
@@ -31,10 +32,13 @@ struct CommandsTest : testing::Test {
     std::string input;
 
     Outcome call(std::vector<std::string> words) const {
+        return call(std::move(words), folder.path() / "Preferences.json");
+    }
+    Outcome call(std::vector<std::string> words, const std::filesystem::path &preferences) const {
         std::istringstream in(input);
         std::ostringstream out;
         std::ostringstream err;
-        const int status = run(words, in, out, err, folder.path() / "Preferences.json");
+        const int status = run(words, in, out, err, preferences);
         return {status, out.str(), err.str()};
     }
 
@@ -46,62 +50,77 @@ struct CommandsTest : testing::Test {
     }
 };
 
+/// The words of a command line; those of several words are in single quotes.
+std::vector<std::string> wordsOf(const std::string &line) {
+    std::istringstream stream(line);
+    std::vector<std::string> words;
+    for (std::string word; stream >> std::quoted(word, '\'');)
+        words.push_back(word);
+    return words;
+}
+
 TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
     struct Row {
-        std::vector<std::string> words;
+        const char *line;
         int status;
         const char *err;
     };
-    for (const Row &row : std::vector<Row>{
-             {{}, 2, "Usage:"},
-             {{"dance"}, 2, "There is no command dance"},
-             {{"courses"}, 3, "Not connected\n"},
-             {{"roster", "1"}, 3, "Not connected\n"},
-             {{"--sample", "roster"}, 2, "roster needs more arguments"},
-             {{"--sample", "roster", "-"}, 2, "“-” is neither the id nor the name of a course\n"},
-             {{"--sample", "student", "900101", ""}, 2, "“” is neither the id nor the name"},
-             {{"--sample", "term", "x"}, 2, "x is not a term id"},
-             {{"roster", "x"}, 3, "Not connected\n"},
-             {{"--sample", "find"}, 2, "find needs more arguments"},
-             {{"--sample", "find", "…"}, 2, "find needs a letter or a digit"},
-             {{"--sample", "roster", "1", "2"}, 2, "roster takes no argument 2"},
-             {{"--sample", "roster", "1", "--nonsense"}, 2, "nonsense"},
-             {{"--sample", "roster", "1"}, 1, "No course 1 in the course list.\n"},
-             {{"--sample", "term", "1"}, 1, "No term 1 in the course list.\n"},
-             {{"--sample", "thresholds", "1"}, 1, "No course 1 in the course list.\n"},
-             {{"--sample", "thresholds", "900101", "--passing", "101"}, 2, "--passing takes"},
-             {{"--sample", "thresholds", "900101", "--passing", "nan"}, 2, "--passing takes"},
-             {{"--sample", "thresholds", "900101", "--inactivity", "0"}, 2, "--inactivity takes"},
-             {{"--sample", "thresholds", "900101", "--use-defaults", "--passing", "50"},
-              2,
-              "cannot be combined"},
-             {{"--sample", "connect", "https://h.example"}, 2, "connect cannot be used"},
-             {{"--sample", "disconnect"}, 2, "disconnect cannot be used"},
-             {{"connect", "h.example"}, 1, "Enter your Canvas address first"},
-             {{"-CanvasBaseURL", "https://h.example", "courses"}, 4, "Keychain error (2): "},
-             {{"score", "/nowhere"}, 1, "There is no folder /nowhere.\n"},
-             {{"score", "/no\nwhere"}, 1, "There is no folder /no where.\n"},
-             {{"score", "/", "--now", "yesterday"}, 2, "--now takes"},
-             {{"defaults", "read", "NoSuchKey"}, 1, "There is no value for NoSuchKey.\n"},
-             {{"defaults", "write", "TextScale", "big"}, 2, "TextScale takes a number\n"},
-             {{"defaults", "write", "StudentDetailsHidden", "maybe"},
-              2,
+    for (const Row &row :
+         {Row{"", 2, "Usage:"},
+          Row{"dance", 2, "There is no command dance"},
+          Row{"courses", 3, "Not connected\n"},
+          Row{"roster 1", 3, "Not connected\n"},
+          Row{"--sample roster", 2, "roster needs more arguments"},
+          Row{"--sample roster -", 2, "“-” is neither the id nor the name of a course\n"},
+          Row{"--sample student 900101 ''", 2, "“” is neither the id nor the name"},
+          Row{"--sample term x", 2, "x is not a term id"},
+          Row{"roster x", 3, "Not connected\n"},
+          Row{"--sample find", 2, "find needs more arguments"},
+          Row{"--sample find …", 2, "find needs a letter or a digit"},
+          Row{"--sample roster 1 2", 2, "roster takes no argument 2"},
+          Row{"--sample roster 1 --nonsense", 2, "nonsense"},
+          Row{"--sample roster 1", 1, "No course 1 in the course list.\n"},
+          Row{"--sample term 1", 1, "No term 1 in the course list.\n"},
+          Row{"--sample thresholds 1", 1, "No course 1 in the course list.\n"},
+          Row{"--sample thresholds 900101 --passing 101", 2, "--passing takes"},
+          Row{"--sample thresholds 900101 --passing nan", 2, "--passing takes"},
+          Row{"--sample thresholds 900101 --inactivity 0", 2, "--inactivity takes"},
+          Row{"--sample thresholds 900101 --use-defaults --passing 50", 2, "cannot be combined"},
+          Row{"--sample connect https://h.example", 2, "connect cannot be used"},
+          Row{"--sample disconnect", 2, "disconnect cannot be used"},
+          Row{"connect h.example", 1, "Enter your Canvas address first"},
+          Row{"-CanvasBaseURL https://h.example courses", 4, "Keychain error (2): "},
+          Row{"score /nowhere", 1, "There is no folder /nowhere.\n"},
+          Row{"score '/no\nwhere'", 1, "There is no folder /no where.\n"},
+          Row{"score / --now yesterday", 2, "--now takes"},
+          Row{"defaults read NoSuchKey", 1, "There is no value for NoSuchKey.\n"},
+          Row{"defaults write TextScale big", 2, "TextScale takes a number\n"},
+          Row{"defaults write StudentDetailsHidden maybe", 2,
               "StudentDetailsHidden takes YES or NO\n"},
-             {{"defaults", "write", "CourseInsightPanelMode", "huge"},
-              2,
+          Row{"defaults write CourseInsightPanelMode huge", 2,
               "CourseInsightPanelMode takes one of shown, small, hidden\n"},
-             {{"defaults", "write", "DashboardTermID", "x"},
-              2,
+          Row{"defaults write DashboardTermID x", 2,
               "DashboardTermID takes a whole number, 0 or more\n"},
-             {{"defaults", "write", "Onboarding.step", "-7"},
-              2,
+          Row{"defaults write Onboarding.step -7", 2,
               "Onboarding.step takes a whole number from 0 to 3\n"},
-             {{"defaults", "write", "CanvasBaseURL", "5"}, 2, "CanvasBaseURL takes a text\n"},
-             {{"defaults", "write", "CloudStoreFolder", "7"}, 2, "CloudStoreFolder takes a text\n"},
-             {{"defaults", "sing"}, 2, "defaults has no verb sing\n"},
-         }) {
-        const Outcome outcome = call(row.words);
-        EXPECT_EQ(outcome.status, row.status) << testing::PrintToString(row.words);
+          Row{"defaults write CanvasBaseURL 5", 2, "CanvasBaseURL takes a text\n"},
+          Row{"defaults write CloudStoreFolder 7", 2, "CloudStoreFolder takes a text\n"},
+          Row{"defaults sing", 2, "defaults has no verb sing\n"},
+          Row{"--sample roster astronomy", 1, "No course named astronomy in the course list.\n"},
+          Row{"--sample roster itp", 1, "No course named itp in the course list.\n"},
+          Row{"--sample thresholds 'data str'", 2,
+              "course 900106: CS 260  8830 - Data Structures (Fall 2026)\n"
+              "course 900201: CS 260  3310 - Data Structures (Summer 2026)\n"},
+          Row{"--sample student intro a", 2, "student 5023: Anya\nstudent 5006: Ava\n"},
+          Row{"--sample student intro zebedee", 1, "No student named zebedee in the roster.\n"},
+          Row{"--sample contacted intro jordan zebedee", 1,
+              "No student named zebedee in the roster.\n"},
+          Row{"--sample message intro --template Email --student zebedee --note", 1,
+              "No student named zebedee in the roster.\n"},
+          Row{"--sample student intro 'jordan\nx'", 1,
+              "No student named jordan x in the roster.\n"}}) {
+        const Outcome outcome = call(wordsOf(row.line));
+        EXPECT_EQ(outcome.status, row.status) << row.line;
         EXPECT_THAT(outcome.err, HasSubstr(row.err));
         EXPECT_THAT(outcome.out, IsEmpty());
     }
@@ -227,50 +246,22 @@ TEST_F(CommandsTest, FindStudentsAndCourses) {
 }
 
 TEST_F(CommandsTest, TakeNamesInsteadOfIDs) {
-    const auto same = [this](std::vector<std::string> named, std::vector<std::string> withIDs) {
-        const Outcome outcome = call(named);
-        EXPECT_EQ(outcome.status, 0) << outcome.err;
-        EXPECT_EQ(outcome.out, call(std::move(withIDs)).out) << testing::PrintToString(named);
-    };
-    same({"--sample", "roster", "INTRO"}, {"--sample", "roster", "900101"});
-    same(
-        {"--sample", "roster", "cs 101 4021 - intro to programming", "--csv"},
-        {"--sample", "roster", "900101", "--csv"});
-    same({"--sample", "student", "cs 101", "JÓRDAN"}, {"--sample", "student", "900101", "5001"});
-    same({"--sample", "thresholds", "php"}, {"--sample", "thresholds", "900103"});
-    same(
-        {"--sample", "message", "intro", "--template", "Email", "--student", "jord"},
-        {"--sample", "message", "900101", "--template", "Email", "--student", "5001"});
-    same({"--sample", "contacted", "intro", "jordan"}, {"--sample", "contacted", "900101", "5001"});
-
     struct Row {
-        std::vector<std::string> words;
-        int status;
-        const char *err;
+        const char *named;
+        const char *withIDs;
     };
-    for (const Row &row : std::vector<Row>{
-             {{"roster", "astronomy"}, 1, "No course named astronomy in the course list.\n"},
-             {{"roster", "itp"}, 1, "No course named itp in the course list.\n"},
-             {{"thresholds", "data str"},
-              2,
-              "course 900106: CS 260  8830 - Data Structures (Fall 2026)\n"
-              "course 900201: CS 260  3310 - Data Structures (Summer 2026)\n"},
-             {{"student", "intro", "a"}, 2, "student 5023: Anya\nstudent 5006: Ava\n"},
-             {{"student", "intro", "zebedee"}, 1, "No student named zebedee in the roster.\n"},
-             {{"contacted", "intro", "jordan", "zebedee"},
-              1,
-              "No student named zebedee in the roster.\n"},
-             {{"message", "intro", "--template", "Email", "--student", "zebedee", "--note"},
-              1,
-              "No student named zebedee in the roster.\n"},
-             {{"student", "intro", "jordan\nx"}, 1, "No student named jordan x in the roster.\n"},
-         }) {
-        std::vector<std::string> words = row.words;
-        words.insert(words.begin(), "--sample");
-        const Outcome outcome = call(words);
-        EXPECT_EQ(outcome.status, row.status) << testing::PrintToString(words);
-        EXPECT_EQ(outcome.err, row.err);
-        EXPECT_THAT(outcome.out, IsEmpty());
+    for (const Row &row :
+         {Row{"roster INTRO", "roster 900101"},
+          Row{"roster 'cs 101 4021 - intro to programming' --csv", "roster 900101 --csv"},
+          Row{"student 'cs 101' JÓRDAN", "student 900101 5001"},
+          Row{"thresholds php", "thresholds 900103"},
+          Row{"message intro --template Email --student jord",
+              "message 900101 --template Email --student 5001"},
+          Row{"contacted intro jordan", "contacted 900101 5001"}}) {
+        const Outcome outcome = call(wordsOf(std::string("--sample ") + row.named));
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(outcome.out, call(wordsOf(std::string("--sample ") + row.withIDs)).out)
+            << row.named;
     }
 }
 
@@ -390,15 +381,12 @@ TEST_F(CommandsTest, AChangeThatCannotBeSavedIsAFailure) {
     std::filesystem::create_symlink("loop", loop);
     for (const auto &preferences :
          {loop / "Preferences.json", folder.write("plain", "") / "Preferences.json"}) {
-        for (const std::vector<std::string> &words : std::vector<std::vector<std::string>>{
-                 {"defaults", "write", "TextScale", "1.2"},
-                 {"--sample", "thresholds", "900101", "--passing", "72.5"}}) {
-            std::istringstream in;
-            std::ostringstream out;
-            std::ostringstream err;
-            EXPECT_EQ(run(words, in, out, err, preferences), 1) << preferences;
-            EXPECT_EQ(err.str(), "The change couldn't be saved.\n");
-            EXPECT_THAT(out.str(), IsEmpty());
+        for (const char *line :
+             {"defaults write TextScale 1.2", "--sample thresholds 900101 --passing 72.5"}) {
+            const Outcome outcome = call(wordsOf(line), preferences);
+            EXPECT_EQ(outcome.status, 1) << preferences;
+            EXPECT_EQ(outcome.err, "The change couldn't be saved.\n");
+            EXPECT_THAT(outcome.out, IsEmpty());
         }
     }
 }

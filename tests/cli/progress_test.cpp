@@ -1,11 +1,8 @@
 #include "cli/progress.h"
-#include "cli/run.h"
-#include "support/temporaryfolder.h"
+#include "commandline.h"
 #include "support/until.h"
 
 #include <gmock/gmock.h>
-
-#include <sstream>
 
 namespace ellwynd::cli {
 namespace {
@@ -100,29 +97,25 @@ TEST(Progress, AppearsOnATimerAndIsOverwrittenByLogLines) {
 
 TEST(Progress, IsShownByCommandsThatReadCanvas) {
     struct Row {
-        std::vector<std::string> words;
+        const char *line;
         std::vector<const char *> steps;
         const char *remaining;
     };
     const test::TemporaryFolder folder;
+    constexpr auto list = "Reading the course list…\r";
     for (const Row &row : std::vector<Row>{
-             {{"--sample", "courses"}, {"Reading the course list…\r"}, ""},
-             {{"--sample", "roster", "900101"},
-              {"Reading the course list…\r", "Reading the roster…\r"},
-              ""},
-             {{"--sample", "term", "9001"},
-              {"Reading the course list…\r",
-               "Reading 1 of 6: CS 101  4021 - Intro to Programming…\r",
+             {"courses", {list}, ""},
+             {"roster 900101", {list, "Reading the roster…\r"}, ""},
+             {"term 9001",
+              {list, "Reading 1 of 6: CS 101  4021 - Intro to Programming…\r",
                "Reading 6 of 6: CS 260  8830 - Data Structures…\r"},
               ""},
-             {{"--sample", "dashboard", "--json"},
+             {"dashboard --json",
               {"Scored 0 of 7 courses…\r", "Scored 1 of 7: CS 101  4021 - Intro to Programming…\r",
                "Scored 7 of 7: CS 260  3310 - Data Structures…\r"},
               ""},
-             {{"--sample", "roster", "1"},
-              {"Reading the course list…\r"},
-              "No course 1 in the course list.\n"},
-             {{"--sample", "status"}, {}, ""}}) {
+             {"roster 1", {list}, "No course 1 in the course list.\n"},
+             {"status", {}, ""}}) {
         for (const bool terminal : {true, false}) {
             std::istringstream in;
             std::ostringstream out;
@@ -132,8 +125,8 @@ TEST(Progress, IsShownByCommandsThatReadCanvas) {
                 return steady_clock::time_point(std::chrono::seconds(seconds++));
             };
             (void)run(
-                row.words, in, out, err, folder.path() / "Preferences.json",
-                {.present = terminal, .now = fastClock});
+                wordsOf(std::string("--sample ") + row.line), in, out, err,
+                folder.path() / "Preferences.json", {.present = terminal, .now = fastClock});
             EXPECT_THAT(out.str(), testing::Not(testing::HasSubstr("…")));
             EXPECT_EQ(screen(err.str()), row.remaining);
             if (!terminal) {

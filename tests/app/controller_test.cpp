@@ -254,16 +254,6 @@ TEST_F(ControllerTest, ExportsTheRosterOnScreen) {
     EXPECT_EQ(failures.size(), 1U);
 }
 
-TEST_F(ControllerTest, WithoutAConnectionEverythingIsEmpty) {
-    test::Core unconnected;
-    MainWindowController other{unconnected.defaults, unconnected.connector, unconnected.stores,
-                               unconnected.trends,   unconnected.sinks,     test::noonClock};
-    other.refresh();
-    EXPECT_EQ(other.roster().state, RosterView::State::notConnected);
-    EXPECT_EQ(other.status(), "Not connected");
-    EXPECT_TRUE(other.courses().sidebarTerms().empty());
-}
-
 TEST_F(ControllerTest, OpensCanvasPages) {
     std::vector<std::string> opened;
     int invented = 0;

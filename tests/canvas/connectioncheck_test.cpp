@@ -31,6 +31,8 @@ TEST(ConnectionCheck, AcceptsOnlyHttpsAddressesWithAHost) {
              {"https://h.example/", "https://h.example/", "https://h.example/profile/settings"},
              {"https://h.example/lms", "https://h.example/lms",
               "https://h.example/lms/profile/settings"},
+             {"https://h.example/lms?x=1#y", "https://h.example/lms?x=1#y",
+              "https://h.example/lms/profile/settings"},
              {"http://h.example", {}, {}},
              {"HTTPS://h.example", {}, {}},
              {"h.example", {}, {}},
@@ -42,6 +44,16 @@ TEST(ConnectionCheck, AcceptsOnlyHttpsAddressesWithAHost) {
         EXPECT_EQ(canvasLinks::tokenPage(row.address.value_or(row.typed)), row.tokenPage)
             << row.typed;
     }
+}
+
+TEST(CanvasLinks, AreBuiltFromTheSavedAddress) {
+    const std::string base = "https://h.example";
+    EXPECT_EQ(canvasLinks::course(base, 1), "https://h.example/courses/1");
+    EXPECT_EQ(canvasLinks::grades(base, 7, 9), "https://h.example/courses/7/grades/9");
+    EXPECT_EQ(canvasLinks::assignment(base, 7, 8), "https://h.example/courses/7/assignments/8");
+    EXPECT_EQ(canvasLinks::course(base, 0), std::nullopt);
+    EXPECT_EQ(canvasLinks::grades(base, 7, -1), std::nullopt);
+    EXPECT_EQ(canvasLinks::assignment(base, 0, 8), std::nullopt);
 }
 
 TEST(ConnectionCheck, SuggestsTheAddressOfWhatWasCopiedFromABrowser) {

@@ -125,17 +125,6 @@ TEST_F(RefreshTest, SwitchingWindowsReadsEachCourseOnce) {
     EXPECT_EQ(canvas.requests.size(), 6U) << "fresh";
 }
 
-TEST_F(RefreshTest, AHeldKeyInTheSidebarReadsOnlyTheLastCourse) {
-    start(1);
-    pass(10min);
-    controller->select(CourseSelection{2});
-    controller->select(TermSelection{9});
-    controller->select(CourseSelection{3});
-    ASSERT_TRUE(until([&] { return controller->roster().title == "Chem" && untilQuiet(); }));
-    EXPECT_EQ(canvas.requests.size(), 3U);
-    EXPECT_EQ(asked(test::coursePath(3, "enrollments")), 1);
-}
-
 TEST_F(RefreshTest, ATermIsAsOldAsItsOldestCourse) {
     start(1);
     pass(10min);

@@ -183,30 +183,6 @@ TEST_F(SettingsSyncTest, APushKeepsChangesThatWereNotNoticedYet) {
     EXPECT_EQ(desk.store->object("RosterCompactRows"), PreferenceValue(false));
 }
 
-TEST_F(SettingsSyncTest, ATakeOverThatWasKilledIsCompletedLater) {
-    Machine desk(folder);
-    PreferenceChanges many;
-    for (int id = 0; id < 400; ++id)
-        many.emplace("Course." + std::to_string(id) + ".PassingScore", 60.5);
-    desk.defaults->update(many);
-    desk.sync->push();
-    for (int steps = 0; steps < 4; ++steps) {
-        Machine home(shared.path() / "Elsewhere");
-        home.stop();
-        home.folder = folder;
-        home.queue.isHeld = true;
-        home.start();
-        for (int i = 0; i < steps; ++i)
-            home.queue.step();
-        home.stop();
-        home.queue.isHeld = false;
-        home.queue.finish();
-        home.start();
-        EXPECT_EQ(home.saved("Course.399.PassingScore"), PreferenceValue(60.5)) << steps;
-        EXPECT_EQ(home.store->all().size(), many.size());
-    }
-}
-
 TEST_F(SettingsSyncTest, ABlankAddressDoesNotDisconnectAMachine) {
     Machine home(folder);
     home.defaults->set(preferences::canvasBaseURL, std::string("https://h.example"));

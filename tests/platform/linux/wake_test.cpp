@@ -18,9 +18,10 @@ TEST(Wake, IsTheEndOfASleep) {
     auto observing = observeWake([&woke] { ++woke; });
     int seen = 0;
     const auto last = observeWake([&seen] { ++seen; });
+    // One sleep begins, and two end.
     const auto sleepAndWake = [&] {
         const int before = seen;
-        for (const bool begins : {true, false}) {
+        for (const bool begins : {false, true, false}) {
             QDBusMessage signal = QDBusMessage::createSignal(
                 QStringLiteral("/org/freedesktop/login1"),
                 QStringLiteral("org.freedesktop.login1.Manager"),
@@ -28,11 +29,10 @@ TEST(Wake, IsTheEndOfASleep) {
             signal << begins;
             bus.send(signal);
         }
-        return test::until([&] { return seen > before; });
+        return test::until([&] { return seen == before + 2; });
     };
-    EXPECT_TRUE(sleepAndWake());
-    EXPECT_TRUE(sleepAndWake());
-    EXPECT_EQ(woke, 2) << "not when a sleep begins";
+    EXPECT_TRUE(sleepAndWake()) << "not when a sleep begins";
+    EXPECT_EQ(woke, 2);
     observing.reset();
     EXPECT_TRUE(sleepAndWake());
     EXPECT_EQ(woke, 2);

@@ -10,6 +10,7 @@
 namespace ellwynd {
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -97,7 +98,9 @@ TEST(ConnectionCheck, StateDescribesTheSavedConnection) {
         runToEnd(core.check.state()).status,
         StartsWith("A token is saved in your Keychain for h.example"));
     core.secrets.failure = locked;
+    const test::LogCapture log;
     EXPECT_TRUE(runToEnd(core.check.state()).keychainUnavailable);
+    EXPECT_THAT(log.lines(), ElementsAre(StartsWith("settings: Could not read the Keychain: ")));
     EXPECT_EQ(
         runToEnd(core.check.state()).status,
         "Your Keychain would not open, so Ellwynd cannot tell whether a token is saved for "
@@ -116,7 +119,9 @@ TEST(ConnectionCheck, SavesAnAddressOnlyWithATokenForItsHost) {
     core.secrets.failure.reset();
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");
 
+    const test::LogCapture log;
     EXPECT_TRUE(runToEnd(core.check.save(" https://h.example ", " t\n")).succeeded);
+    EXPECT_THAT(log.lines(), ElementsAre("settings: Saved Canvas connection settings"));
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "https://h.example");
     EXPECT_EQ(core.secrets.secrets.begin()->second, "t");
     EXPECT_TRUE(runToEnd(core.check.save("https://h.example/lms", "")).succeeded)
@@ -133,8 +138,14 @@ TEST(ConnectionCheck, SigningOutAlwaysRemovesTheAddress) {
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");
     core.connectTo("https://h.example");
     core.secrets.failure = locked;
+    const test::LogCapture log;
     const ConnectionOutcome outcome = runToEnd(core.check.signOut());
     EXPECT_FALSE(outcome.succeeded);
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(
+            StartsWith("settings: Could not delete the token: "),
+            "settings: Signed out of Canvas and cleared the stored address"));
     EXPECT_THAT(outcome.status, HasSubstr("could not be deleted"));
     EXPECT_THAT(outcome.advice, HasSubstr("“Canvas access token for h.example”"));
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");

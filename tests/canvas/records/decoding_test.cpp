@@ -88,12 +88,15 @@ TEST(Decoding, IntegersMayBeWrittenAsReals) {
             R"([{"user_id": 1, "grades": {"current_score": -100000000000000000000}}])")[0]
             .grades->currentScore,
         -1e20);
-    // Digits in a text are no number.
-    const Course digits = decodeCourse(
-        R"({"id": 1, "name": "100000000000000000000", "y": 99999999999999999999,
-            "course_code": "x100000000000000000000"})");
-    EXPECT_EQ(digits.name, "100000000000000000000");
-    EXPECT_EQ(digits.courseCode, "x100000000000000000000");
+    // Digits in a text are no number, wherever it begins.
+    for (const std::string before : {"", " ", "  "}) {
+        const Course digits = decodeCourse(
+            before +
+            R"({"id": 1, "name": "100000000000000000000", "y": 99999999999999999999,
+                "course_code": "x100000000000000000000"})");
+        EXPECT_EQ(digits.name, "100000000000000000000");
+        EXPECT_EQ(digits.courseCode, "x100000000000000000000");
+    }
     EXPECT_EQ(decodeCourse(R"({"id": 1, "id": 2})").id, 2);
     EXPECT_EQ(decodeCourse(R"({"\u0069d": 3})").id, 3);
 }

@@ -23,6 +23,7 @@ TEST(Decoding, ReadsEveryMember) {
         .appliesGroupWeights = true};
     EXPECT_EQ(courses[0], bio);
     EXPECT_EQ(courses[1], Course{.id = 5});
+    EXPECT_THROW((void)decodeCourse(R"({"id": 5, "name": 7})"), DecodingError);
 
     const auto groups = decodeAssignmentGroups(
         R"([{"id": 1, "group_weight": 40, "assignments": [
@@ -62,6 +63,7 @@ TEST(Decoding, ReadsEveryMember) {
     EXPECT_EQ(submissions, std::vector{summary});
     EXPECT_EQ(submissions[0].workflowState.name(), "new_state");
     EXPECT_NE(submissions[0].workflowState, WorkflowState("another_new_state"));
+    EXPECT_EQ(WorkflowState("another_new_state").name(), "another_new_state");
     EXPECT_TRUE(decodeSubmissions(" [ ] \n").empty());
 }
 
@@ -150,6 +152,16 @@ TEST(Decoding, ErrorsNameTheRecordAndTheKey) {
              Row{R"([1e+])", "SubmissionSummary: it is not valid JSON near byte 4"},
              Row{R"([{}, {1}])", "SubmissionSummary: it is not valid JSON near byte 6"},
              Row{R"([] [])", "SubmissionSummary: it is not valid JSON near byte 3"},
+             // At each of these, what is around it could go on.
+             Row{"tru", "SubmissionSummary: it is not valid JSON near byte 0"},
+             Row{R"([ ] [])", "SubmissionSummary: it is not valid JSON near byte 4"},
+             Row{R"([[,]])", "SubmissionSummary: it is not valid JSON near byte 2"},
+             Row{R"([{:1}])", "SubmissionSummary: it is not valid JSON near byte 2"},
+             Row{R"([{"a": [1}])", "SubmissionSummary: it is not valid JSON near byte 9"},
+             Row{R"("abc)", "SubmissionSummary: it is not valid JSON near byte 4"},
+             Row{"[\"a\nb\"]", "SubmissionSummary: it is not valid JSON near byte 3"},
+             Row{submission(ids + R"("cached_due_date": 5)"),
+                 "SubmissionSummary [1].cached_due_date is not a date"},
              Row{R"(["\ud800"])", "SubmissionSummary: it is not valid JSON"},
          })
         EXPECT_EQ(failure(row.json), row.message);

@@ -150,6 +150,7 @@ TEST(Decoding, ErrorsNameTheRecordAndTheKey) {
              Row{R"([{"a": [true, false, null, 0, 1e5, -0.5E-3, "x y", [], {}], "b" 1}])",
                  "SubmissionSummary: it is not valid JSON near byte 64"},
              Row{R"([1e+])", "SubmissionSummary: it is not valid JSON near byte 4"},
+             Row{R"([1.])", "SubmissionSummary: it is not valid JSON near byte 3"},
              Row{R"([{}, {1}])", "SubmissionSummary: it is not valid JSON near byte 6"},
              Row{R"([] [])", "SubmissionSummary: it is not valid JSON near byte 3"},
              // At each of these, what is around it could go on.

@@ -245,7 +245,7 @@ TEST_F(ContactsTest, ChangesAreUndoneExactly) {
     using Change = std::function<ContactChange(ContactLog &)>;
     const Change mark = [](ContactLog &log) { return log.noteContacts(7, {1, 4, 3}, noon); };
     const Change markTwice = [](ContactLog &log) {
-        ContactChange change = log.noteContacts(7, {1, 4}, noon);
+        ContactChange change = log.noteContacts(7, {4, 1}, noon);
         change.append(log.noteContacts(7, {4, 3}, noon + seconds(1)));
         return change;
     };

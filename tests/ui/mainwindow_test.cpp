@@ -45,28 +45,6 @@ TEST_F(MainWindowTest, OneAlertAtATimeShowsTheLatestError) {
     EXPECT_NE(button(*alert, QStringLiteral("Open Connection Settings…")), nullptr);
 }
 
-TEST_F(MainWindowTest, AnyNumberOfRefreshesLeavesTheSameObjects) {
-    const auto objects = [this] {
-        Q_EMIT controller.errorDidOccur(CanvasError(CanvasError::Kind::timedOut));
-        for (const Selection &selection :
-             {Selection(CourseSelection{900101}), Selection(TermSelection{9001}),
-              Selection(CourseSelection{900102}), Selection(DashboardSelection{})}) {
-            controller.select(selection);
-            controller.refresh();
-            controller.computerDidWake();
-            QApplication::processEvents();
-        }
-        // What is deleted later is gone.
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        return std::pair{
-            window.findChildren<QObject *>().size(), QApplication::topLevelWidgets().size()};
-    };
-    objects();
-    const auto before = objects();
-    for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(objects(), before) << i;
-}
-
 TEST_F(MainWindowTest, ACourseSelectsItsFirstStudent) {
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Ellwynd — Sample Data"));
     for (const QLabel *label : window.findChildren<QLabel *>())

@@ -14,12 +14,6 @@ using namespace std::chrono_literals;
 /// Inactivity does not count after the class has been quiet for longer: 30 days.
 constexpr auto maxQuietTime = 2'592'000s;
 
-/// The larger of two optional values; absent if both are.
-template<class T>
-std::optional<T> larger(const std::optional<T> &a, const std::optional<T> &b) {
-    return a && b ? std::max(a, b) : a ? a : b;
-}
-
 std::unordered_set<std::int64_t>
 excludedAssignments(std::span<const SubmissionSummary> submissions, std::size_t rosterSize) {
     std::unordered_set<std::int64_t> excluded;
@@ -80,8 +74,9 @@ std::vector<Enrollment> reduceToStudents(std::span<const Enrollment> enrollments
             first.user = enrollment.user;
         if (!first.grades)
             first.grades = enrollment.grades;
-        first.lastActivityAt = larger(first.lastActivityAt, enrollment.lastActivityAt);
-        first.totalActivityTime = larger(first.totalActivityTime, enrollment.totalActivityTime);
+        // An absent value is less than any other.
+        first.lastActivityAt = std::max(first.lastActivityAt, enrollment.lastActivityAt);
+        first.totalActivityTime = std::max(first.totalActivityTime, enrollment.totalActivityTime);
     }
     return roster;
 }

@@ -10,7 +10,7 @@ namespace ellwynd {
 namespace {
 
 // The maximum that each signal adds to a score.
-constexpr double missingWeight = 0.3;
+constexpr double missingWeight = maxSignalShare;
 constexpr double pastDueWeight = 0.1;
 constexpr double timeWeight = 0.2;
 constexpr double gradeWeight = 0.25;
@@ -120,10 +120,9 @@ RiskRow scoreStudent(
         daysAway = wholeDaysBetween(*student.lastActivityAt, input.now);
     if (figures.inactivityCounts) {
         const auto window = input.inactivityDays;
-        const auto behind = std::max<std::int64_t>(0, daysAway.value_or(0) - figures.quietDays);
         if (!daysAway)
             inactive = 1;
-        else if (window > 0 && behind > window)
+        else if (const auto behind = *daysAway - figures.quietDays; window > 0 && behind > window)
             inactive = std::min(1.0, double(behind - window) / double(window));
     }
 

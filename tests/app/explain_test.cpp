@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 
 #include <random>
+#include <sstream>
 
 namespace ellwynd {
 namespace {
@@ -38,48 +39,34 @@ SharedCourse course(
 TEST(Explain, TheEffectLineSaysHowManyAndWho) {
     struct Row {
         const char *what;
-        std::vector<std::pair<const char *, const char *>> levels;
+        /// The level of each student before and after.
+        std::string levels;
         double passing;
         std::int64_t inactivity;
         std::string line;
         std::string details;
     };
     for (const Row &row : std::vector<Row>{
-             {"nothing changes",
-              {{"Watch", "Watch"}, {"OK", "OK"}},
-              60,
-              7,
-              "At 60 %: 1 flagged, as before.",
-              ""},
-             {"fewer",
-              {{"At Risk", "Concern"}, {"Watch", "OK"}, {"Watch", "Watch"}},
-              62.5,
-              7,
+             {"nothing changes", "Watch>Watch OK>OK", 60, 7, "At 60 %: 1 flagged, as before.", ""},
+             {"fewer", "Risk>Concern Watch>OK Watch>Watch", 62.5, 7,
               "At 62.5 %: 2 flagged instead of 3.",
               "Now Concern: Student 1. No longer flagged: Student 2."},
-             {"more, by the other threshold",
-              {{"OK", "Watch"}},
-              70,
-              1,
-              "At 1 day: 1 flagged instead of 0.",
-              "Now Watch: Student 1."},
-             {"both, with more names than fit",
-              {{"OK", "At Risk"},
-               {"OK", "At Risk"},
-               {"OK", "At Risk"},
-               {"OK", "At Risk"},
-               {"OK", "At Risk"},
-               {"OK", "At Risk"}},
-              80,
-              14,
-              "At 80 % and 14 days: 6 flagged instead of 0.",
+             {"more, by the other threshold", "OK>Watch", 70, 1,
+              "At 1 day: 1 flagged instead of 0.", "Now Watch: Student 1."},
+             {"both, with more names than fit", "OK>Risk OK>Risk OK>Risk OK>Risk OK>Risk OK>Risk",
+              80, 14, "At 80 % and 14 days: 6 flagged instead of 0.",
               "Now At Risk: Student 1, Student 2, Student 3, Student 4 and 2 more."}}) {
         std::vector<RiskRow> rowsBefore;
         std::vector<RiskRow> rowsAfter;
+        const auto levelOf = [](const std::string &name) {
+            return name == "Risk" ? "At Risk" : name;
+        };
+        std::istringstream students(row.levels);
         std::int64_t id = 0;
-        for (const auto &[from, to] : row.levels) {
-            rowsBefore.push_back(test::row(++id, from));
-            rowsAfter.insert(rowsAfter.begin(), test::row(id, to));
+        for (std::string each; students >> each;) {
+            const std::size_t arrow = each.find('>');
+            rowsBefore.push_back(test::row(++id, levelOf(each.substr(0, arrow))));
+            rowsAfter.insert(rowsAfter.begin(), test::row(id, levelOf(each.substr(arrow + 1))));
         }
         ScoredCourse before;
         ScoredCourse after;

@@ -61,89 +61,64 @@ struct KeyringTest : testing::Test {
 };
 
 TEST_F(KeyringTest, ASecretThatIsFoundIsReadOrAnError) {
-    using Items = std::vector<ScriptedKeyring::Item>;
     using Prompt = ScriptedKeyring::Prompt;
-    struct Row {
-        const char *name;
-        Items items;
+    /// What goes wrong.
+    struct Trouble {
         std::map<QString, QString> errors{};
         std::set<QString> hung{};
         Prompt prompt = Prompt::confirmed;
         bool empty = false;
         UnlockPrompt access = UnlockPrompt::allowed;
-        std::optional<std::string> token{};
-        std::int32_t status = 0;
+    };
+    struct Row {
+        const char *name;
+        std::vector<ScriptedKeyring::Item> items;
+        Trouble trouble;
+        Read result;
         int prompts = 0;
     };
     const ScriptedKeyring::Item open{.account = host, .secret = "open"};
+    const ScriptedKeyring::Item newer{.account = host, .secret = "new", .modified = 9};
     const ScriptedKeyring::Item locked{.account = host, .secret = "locked", .locked = true};
     const ScriptedKeyring::Item other{.account = "o.example", .secret = "other"};
-    const QString get = QStringLiteral("GetSecret");
+    const auto fails = [](const char *method, const QString &error) {
+        return Trouble{.errors = {{QString::fromLatin1(method), error}}};
+    };
+    const auto hangs = [](auto... methods) {
+        return Trouble{.hung = {QString::fromLatin1(methods)...}};
+    };
+    const auto items = [](auto... each) { return std::vector<ScriptedKeyring::Item>{each...}; };
+    const Trouble noTrouble;
     for (const Row &row : std::vector<Row>{
-             {.name = "none", .items = {other}},
-             {.name = "open", .items = {other, open}, .token = "open"},
-             {.name = "the newest",
-             .items = {{.account = host, .secret = "new", .modified = 9}, open},
-             .token = "new"},
-             {.name = "an open one before a locked one", .items = {locked, open}, .token = "open"},
-             {.name = "unlocked by a prompt", .items = {locked}, .token = "locked", .prompts = 1},
-             {.name = "no prompt allowed",
-             .items = {locked},
-             .access = UnlockPrompt::never,
-             .status = KeychainError::locked},
-             {.name = "dismissed",
-             .items = {locked},
-             .prompt = Prompt::dismissed,
-             .status = KeychainError::dismissed,
-             .prompts = 1},
-             {.name = "locked after the search",
-             .items = {open},
-             .errors = {{get, isLocked}},
-             .status = KeychainError::locked},
-             {.name = "the session is gone",
-             .items = {open},
-             .errors = {{get, noSession}},
-             .status = KeychainError::unavailable},
-             {.name = "loading fails",
-             .items = {open},
-             .errors = {{get, failed}},
-             .status = KeychainError::unavailable},
-             {.name = "an empty answer",
-             .items = {open},
-             .empty = true,
-             .status = KeychainError::failed},
-             {.name = "searching fails",
-             .items = {open},
-             .errors = {{QStringLiteral("SearchItems"), failed}},
-             .status = KeychainError::unavailable},
-             {.name = "no session",
-             .items = {open},
-             .errors = {{QStringLiteral("OpenSession"), failed}},
-             .status = KeychainError::unavailable},
-             {.name = "searching hangs",
-             .items = {open},
-             .hung = {QStringLiteral("SearchItems")},
-             .status = KeychainError::timedOut},
-             {.name = "loading hangs",
-             .items = {open},
-             .hung = {get},
-             .status = KeychainError::timedOut},
-             {.name = "everything hangs",
-             .items = {open},
-             .hung = {QStringLiteral("GetAll"), QStringLiteral("OpenSession")},
-             .status = KeychainError::timedOut}}) {
+             {"none", items(other), noTrouble, std::nullopt},
+             {"open", items(other, open), noTrouble, "open"},
+             {"the newest", items(newer, open), noTrouble, "new"},
+             {"an open one before a locked one", items(locked, open), noTrouble, "open"},
+             {"unlocked by a prompt", items(locked), noTrouble, "locked", 1},
+             {"no prompt allowed", items(locked), Trouble{.access = UnlockPrompt::never},
+              KeychainError::locked},
+             {"dismissed", items(locked), Trouble{.prompt = Prompt::dismissed},
+              KeychainError::dismissed, 1},
+             {"locked meanwhile", items(open), fails("GetSecret", isLocked), KeychainError::locked},
+             {"the session is gone", items(open), fails("GetSecret", noSession),
+              KeychainError::unavailable},
+             {"loading fails", items(open), fails("GetSecret", failed), KeychainError::unavailable},
+             {"an empty answer", items(open), Trouble{.empty = true}, KeychainError::failed},
+             {"searching fails", items(open), fails("SearchItems", failed),
+              KeychainError::unavailable},
+             {"no session", items(open), fails("OpenSession", failed), KeychainError::unavailable},
+             {"searching hangs", items(open), hangs("SearchItems"), KeychainError::timedOut},
+             {"loading hangs", items(open), hangs("GetSecret"), KeychainError::timedOut},
+             {"everything hangs", items(open), hangs("GetAll", "OpenSession"),
+              KeychainError::timedOut}}) {
         keyring.items = row.items;
-        keyring.errors = row.errors;
-        keyring.hung = row.hung;
-        keyring.prompt = row.prompt;
-        keyring.answersEmpty = row.empty;
+        keyring.errors = row.trouble.errors;
+        keyring.hung = row.trouble.hung;
+        keyring.prompt = row.trouble.prompt;
+        keyring.answersEmpty = row.trouble.empty;
         keyring.prompts = 0;
-        const bool hangs = row.status == KeychainError::timedOut;
-        const auto result = read(hangs ? impatient : tokens, row.access);
-        if (row.status != 0)
-            EXPECT_EQ(result, Read(row.status)) << row.name;
-        else
-            EXPECT_EQ(result, Read(row.token)) << row.name;
+        const bool isLate = row.result == Read(std::int32_t(KeychainError::timedOut));
+        EXPECT_EQ(read(isLate ? impatient : tokens, row.trouble.access), row.result) << row.name;
         EXPECT_EQ(keyring.prompts, row.prompts) << row.name;
     }
 }
@@ -169,6 +144,16 @@ TEST_F(KeyringTest, SavingReplacesTheItemInEveryKeyring) {
     EXPECT_EQ(read(tokens), Read("newest"));
 }
 
+TEST(NoKeyring, IsAnError) {
+    AsyncTokenStore tokens(makeSecretStore(), longLimit);
+    try {
+        (void)runToEnd(tokens.readToken("h.example", UnlockPrompt::allowed));
+        ADD_FAILURE() << "there is a bus, but nothing on it";
+    } catch (const KeychainError &error) {
+        EXPECT_EQ(error.status(), KeychainError::unavailable);
+    }
+}
+
 TEST_F(KeyringTest, NoFailureIsASignOut) {
     test::trustAuthority();
     test::FakeCanvas canvas;
@@ -190,9 +175,12 @@ TEST_F(KeyringTest, NoFailureIsASignOut) {
     int passes = 0;
     QObject::connect(
         &controller, &MainWindowController::passDidEnd, &controller, [&] { ++passes; });
+    controller.showCourse(4021);
     controller.refresh();
     ASSERT_TRUE(until([&] { return passes == 1; }));
     ASSERT_EQ(controller.status(), "1 course");
+    const SharedList<RiskRow> rows = controller.roster().rows;
+    ASSERT_EQ(rows.size(), 3U);
 
     const auto runCourses = [&](std::string &message) {
         const std::vector<std::string> words{"courses"};
@@ -214,6 +202,12 @@ TEST_F(KeyringTest, NoFailureIsASignOut) {
         EXPECT_TRUE(until([&] { return controller.status() == "Keychain unavailable"; }))
             << row.method;
         EXPECT_FALSE(controller.courses().isEmpty()) << row.method;
+        // The roster on screen is read again with the token that was read before.
+        const std::size_t requests = canvas.requests.size();
+        controller.refreshRoster();
+        EXPECT_TRUE(until([&] { return !controller.isLoading(); })) << row.method;
+        EXPECT_EQ(canvas.requests.size(), requests + 3) << row.method;
+        EXPECT_EQ(controller.roster().rows, rows) << row.method;
         EXPECT_TRUE(std::filesystem::exists(folder.path() / "widgets" / "WidgetSnapshot.json"));
         std::string message;
         EXPECT_EQ(runCourses(message), 4) << row.method;

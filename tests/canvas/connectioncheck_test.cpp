@@ -10,6 +10,7 @@
 namespace ellwynd {
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -31,6 +32,8 @@ TEST(ConnectionCheck, AcceptsOnlyHttpsAddressesWithAHost) {
              {"https://h.example/", "https://h.example/", "https://h.example/profile/settings"},
              {"https://h.example/lms", "https://h.example/lms",
               "https://h.example/lms/profile/settings"},
+             {"https://h.example/lms?x=1#y", "https://h.example/lms?x=1#y",
+              "https://h.example/lms/profile/settings"},
              {"http://h.example", {}, {}},
              {"HTTPS://h.example", {}, {}},
              {"h.example", {}, {}},
@@ -42,6 +45,16 @@ TEST(ConnectionCheck, AcceptsOnlyHttpsAddressesWithAHost) {
         EXPECT_EQ(canvasLinks::tokenPage(row.address.value_or(row.typed)), row.tokenPage)
             << row.typed;
     }
+}
+
+TEST(CanvasLinks, AreBuiltFromTheSavedAddress) {
+    const std::string base = "https://h.example";
+    EXPECT_EQ(canvasLinks::course(base, 1), "https://h.example/courses/1");
+    EXPECT_EQ(canvasLinks::grades(base, 7, 9), "https://h.example/courses/7/grades/9");
+    EXPECT_EQ(canvasLinks::assignment(base, 7, 8), "https://h.example/courses/7/assignments/8");
+    EXPECT_EQ(canvasLinks::course(base, 0), std::nullopt);
+    EXPECT_EQ(canvasLinks::grades(base, 7, -1), std::nullopt);
+    EXPECT_EQ(canvasLinks::assignment(base, 0, 8), std::nullopt);
 }
 
 TEST(ConnectionCheck, SuggestsTheAddressOfWhatWasCopiedFromABrowser) {
@@ -85,7 +98,9 @@ TEST(ConnectionCheck, StateDescribesTheSavedConnection) {
         runToEnd(core.check.state()).status,
         StartsWith("A token is saved in your Keychain for h.example"));
     core.secrets.failure = locked;
+    const test::LogCapture log;
     EXPECT_TRUE(runToEnd(core.check.state()).keychainUnavailable);
+    EXPECT_THAT(log.lines(), ElementsAre(StartsWith("settings: Could not read the Keychain: ")));
     EXPECT_EQ(
         runToEnd(core.check.state()).status,
         "Your Keychain would not open, so Ellwynd cannot tell whether a token is saved for "
@@ -104,7 +119,9 @@ TEST(ConnectionCheck, SavesAnAddressOnlyWithATokenForItsHost) {
     core.secrets.failure.reset();
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");
 
+    const test::LogCapture log;
     EXPECT_TRUE(runToEnd(core.check.save(" https://h.example ", " t\n")).succeeded);
+    EXPECT_THAT(log.lines(), ElementsAre("settings: Saved Canvas connection settings"));
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "https://h.example");
     EXPECT_EQ(core.secrets.secrets.begin()->second, "t");
     EXPECT_TRUE(runToEnd(core.check.save("https://h.example/lms", "")).succeeded)
@@ -121,8 +138,14 @@ TEST(ConnectionCheck, SigningOutAlwaysRemovesTheAddress) {
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");
     core.connectTo("https://h.example");
     core.secrets.failure = locked;
+    const test::LogCapture log;
     const ConnectionOutcome outcome = runToEnd(core.check.signOut());
     EXPECT_FALSE(outcome.succeeded);
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(
+            StartsWith("settings: Could not delete the token: "),
+            "settings: Signed out of Canvas and cleared the stored address"));
     EXPECT_THAT(outcome.status, HasSubstr("could not be deleted"));
     EXPECT_THAT(outcome.advice, HasSubstr("“Canvas access token for h.example”"));
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");

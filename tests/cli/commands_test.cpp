@@ -1,17 +1,13 @@
 #include "base/date.h"
 #include "base/files.h"
-#include "cli/run.h"
 #include "cli/table.h"
 #include "cli/terminaltext.h"
+#include "commandline.h"
 #include "platform/folders/directories.h"
 #include "support/fakecanvas.h"
-#include "support/temporaryfolder.h"
 
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 #include <sys/stat.h>
-
-#include <sstream>
 
 namespace ellwynd::cli {
 namespace {
@@ -20,100 +16,84 @@ using nlohmann::json;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-struct Outcome {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-struct CommandsTest : testing::Test {
-    test::TemporaryFolder folder;
-    std::string input;
-
-    Outcome call(std::vector<std::string> words) const {
-        std::istringstream in(input);
-        std::ostringstream out;
-        std::ostringstream err;
-        const int status = run(words, in, out, err, folder.path() / "Preferences.json");
-        return {status, out.str(), err.str()};
-    }
-
-    json document(std::vector<std::string> words) const {
-        words.emplace_back("--json");
-        const Outcome outcome = call(std::move(words));
-        EXPECT_EQ(outcome.status, 0) << outcome.err;
-        return json::parse(outcome.out);
-    }
-};
+using CommandsTest = CommandLineTest;
 
 TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
     struct Row {
-        std::vector<std::string> words;
+        const char *line;
         int status;
-        const char *err;
+        /// The whole message if it ends a line, or else a part of it.
+        std::string err;
     };
-    for (const Row &row : std::vector<Row>{
-             {{}, 2, "Usage:"},
-             {{"dance"}, 2, "There is no command dance"},
-             {{"courses"}, 3, "Not connected\n"},
-             {{"roster", "1"}, 3, "Not connected\n"},
-             {{"--sample", "roster"}, 2, "roster needs more arguments"},
-             {{"--sample", "roster", "-"}, 2, "“-” is neither the id nor the name of a course\n"},
-             {{"--sample", "student", "900101", ""}, 2, "“” is neither the id nor the name"},
-             {{"--sample", "term", "x"}, 2, "x is not a term id"},
-             {{"roster", "x"}, 3, "Not connected\n"},
-             {{"--sample", "find"}, 2, "find needs more arguments"},
-             {{"--sample", "find", "…"}, 2, "find needs a letter or a digit"},
-             {{"--sample", "roster", "1", "2"}, 2, "roster takes no argument 2"},
-             {{"--sample", "roster", "1", "--nonsense"}, 2, "nonsense"},
-             {{"--sample", "roster", "1"}, 1, "No course 1 in the course list.\n"},
-             {{"--sample", "term", "1"}, 1, "No term 1 in the course list.\n"},
-             {{"--sample", "thresholds", "1"}, 1, "No course 1 in the course list.\n"},
-             {{"--sample", "thresholds", "900101", "--passing", "101"}, 2, "--passing takes"},
-             {{"--sample", "thresholds", "900101", "--passing", "nan"}, 2, "--passing takes"},
-             {{"--sample", "thresholds", "900101", "--inactivity", "0"}, 2, "--inactivity takes"},
-             {{"--sample", "thresholds", "900101", "--use-defaults", "--passing", "50"},
-              2,
-              "cannot be combined"},
-             {{"--sample", "connect", "https://h.example"}, 2, "connect cannot be used"},
-             {{"--sample", "disconnect"}, 2, "disconnect cannot be used"},
-             {{"connect", "h.example"}, 1, "Enter your Canvas address first"},
-             {{"-CanvasBaseURL", "https://h.example", "courses"}, 4, "Keychain error (2): "},
-             {{"score", "/nowhere"}, 1, "There is no folder /nowhere.\n"},
-             {{"score", "/no\nwhere"}, 1, "There is no folder /no where.\n"},
-             {{"score", "/", "--now", "yesterday"}, 2, "--now takes"},
-             {{"defaults", "read", "NoSuchKey"}, 1, "There is no value for NoSuchKey.\n"},
-             {{"defaults", "write", "TextScale", "big"}, 2, "TextScale takes a number\n"},
-             {{"defaults", "write", "StudentDetailsHidden", "maybe"},
-              2,
+    for (const Row &row :
+         {Row{"", 2, "Usage:"},
+          Row{"dance", 2, "There is no command dance"},
+          Row{"courses", 3, "Not connected\n"},
+          Row{"roster 1", 3, "Not connected\n"},
+          Row{"--sample roster", 2, "roster needs more arguments"},
+          Row{"--sample roster -", 2, "“-” is neither the id nor the name of a course\n"},
+          Row{"--sample student 900101 ''", 2, "“” is neither the id nor the name"},
+          Row{"--sample term x", 2, "x is not a term id"},
+          Row{"roster x", 3, "Not connected\n"},
+          Row{"--sample find", 2, "find needs more arguments"},
+          Row{"--sample find …", 2, "find needs a letter or a digit"},
+          Row{"--sample roster 1 2", 2, "roster takes no argument 2"},
+          Row{"--sample roster 1 --nonsense", 2, "nonsense"},
+          Row{"--sample roster 1", 1, "No course 1 in the course list.\n"},
+          Row{"--sample term 1", 1, "No term 1 in the course list.\n"},
+          Row{"--sample thresholds 1", 1, "No course 1 in the course list.\n"},
+          Row{"--sample thresholds 900101 --passing 101", 2, "--passing takes"},
+          Row{"--sample thresholds 900101 --passing nan", 2, "--passing takes"},
+          Row{"--sample thresholds 900101 --inactivity 0", 2, "--inactivity takes"},
+          Row{"--sample thresholds 900101 --use-defaults --passing 50", 2, "cannot be combined"},
+          Row{"--sample connect https://h.example", 2, "connect cannot be used"},
+          Row{"--sample disconnect", 2, "disconnect cannot be used"},
+          Row{"connect h.example", 1, "Enter your Canvas address first"},
+          Row{"-CanvasBaseURL https://h.example courses", 4, "Keychain error (2): "},
+          Row{"score /nowhere", 1, "There is no folder /nowhere.\n"},
+          Row{"score '/no\nwhere'", 1, "There is no folder /no where.\n"},
+          Row{"score / --now yesterday", 2, "--now takes"},
+          Row{"defaults read NoSuchKey", 1, "There is no value for NoSuchKey.\n"},
+          Row{"defaults write TextScale big", 2, "TextScale takes a number\n"},
+          Row{"defaults write StudentDetailsHidden maybe", 2,
               "StudentDetailsHidden takes YES or NO\n"},
-             {{"defaults", "write", "CourseInsightPanelMode", "huge"},
-              2,
+          Row{"defaults write CourseInsightPanelMode huge", 2,
               "CourseInsightPanelMode takes one of shown, small, hidden\n"},
-             {{"defaults", "write", "DashboardTermID", "x"},
-              2,
+          Row{"defaults write DashboardTermID x", 2,
               "DashboardTermID takes a whole number, 0 or more\n"},
-             {{"defaults", "write", "Onboarding.step", "-7"},
-              2,
+          Row{"defaults write Onboarding.step -7", 2,
               "Onboarding.step takes a whole number from 0 to 3\n"},
-             {{"defaults", "write", "CanvasBaseURL", "5"}, 2, "CanvasBaseURL takes a text\n"},
-             {{"defaults", "write", "CloudStoreFolder", "7"}, 2, "CloudStoreFolder takes a text\n"},
-             {{"defaults", "sing"}, 2, "defaults has no verb sing\n"},
-         }) {
-        const Outcome outcome = call(row.words);
-        EXPECT_EQ(outcome.status, row.status) << testing::PrintToString(row.words);
+          Row{"defaults write CanvasBaseURL 5", 2, "CanvasBaseURL takes a text\n"},
+          Row{"defaults write CloudStoreFolder 7", 2, "CloudStoreFolder takes a text\n"},
+          Row{"defaults sing", 2, "defaults has no verb sing\n"},
+          Row{"--sample roster astronomy", 1, "No course named astronomy in the course list.\n"},
+          Row{"--sample roster itp", 1, "No course named itp in the course list.\n"},
+          Row{"--sample thresholds 'data str'", 2,
+              "course 900106: CS 260  8830 - Data Structures (Fall 2026)\n"
+              "course 900201: CS 260  3310 - Data Structures (Summer 2026)\n"},
+          Row{"--sample student intro a", 2, "student 5023: Anya\nstudent 5006: Ava\n"},
+          Row{"--sample student intro zebedee", 1, "No student named zebedee in the roster.\n"},
+          Row{"--sample contacted intro jordan zebedee", 1,
+              "No student named zebedee in the roster.\n"},
+          Row{"--sample message intro --template Email --student zebedee --note", 1,
+              "No student named zebedee in the roster.\n"},
+          Row{"--sample student intro 'jordan\nx'", 1,
+              "No student named jordan x in the roster.\n"}}) {
+        const Outcome outcome = call(row.line);
+        EXPECT_EQ(outcome.status, row.status) << row.line;
         EXPECT_THAT(outcome.err, HasSubstr(row.err));
+        EXPECT_TRUE(!row.err.ends_with('\n') || outcome.err == row.err) << outcome.err;
         EXPECT_THAT(outcome.out, IsEmpty());
     }
 }
 
 TEST_F(CommandsTest, PrintHelp) {
     for (const char *part : {"Commands:", "--sample", "-Key value", "--json", "-o, --output FILE"})
-        EXPECT_THAT(call({"--help"}).out, HasSubstr(part));
-    EXPECT_THAT(call({"--version"}).out, HasSubstr("ellwynd-cli "));
+        EXPECT_THAT(call("--help").out, HasSubstr(part));
+    EXPECT_THAT(call("--version").out, HasSubstr("ellwynd-cli "));
     for (const std::string name :
          {"score", "courses", "roster", "term", "thresholds", "defaults"}) {
-        const Outcome outcome = call({name, "--help"});
+        const Outcome outcome = call(name + " --help");
         EXPECT_EQ(outcome.status, 0);
         EXPECT_THAT(outcome.out, HasSubstr("Usage: ellwynd-cli " + name));
         for (const char *option : {"--help", "--json", "--output", "--sample", "-Key"})
@@ -126,7 +106,7 @@ TEST_F(CommandsTest, ConnectTestsBeforeItSaves) {
     test::FakeCanvas canvas;
     canvas.answerWith([](const test::FakeRequest &) { return test::FakeReply{.status = 401}; });
     input = "secret-token\n";
-    const Outcome refused = call({"connect", canvas.address()});
+    const Outcome refused = call("connect " + canvas.address());
     EXPECT_EQ(refused.status, 1);
     EXPECT_THAT(refused.err, HasSubstr("Canvas rejected the access token.\nGenerate a new token"));
     canvas.answerWith([](const test::FakeRequest &request) {
@@ -134,19 +114,19 @@ TEST_F(CommandsTest, ConnectTestsBeforeItSaves) {
         return test::FakeReply{.body = R"({"name":"Ana"})"};
     });
     // There is no secret service here, so the token cannot be saved, and the address is not either.
-    const Outcome unsaved = call({"connect", canvas.address()});
+    const Outcome unsaved = call("connect " + canvas.address());
     EXPECT_EQ(unsaved.status, 4);
     EXPECT_THAT(unsaved.err, testing::Not(HasSubstr("secret-token")));
-    EXPECT_EQ(document({"defaults", "list"}), json::object());
+    EXPECT_EQ(document("defaults list"), json::object());
 }
 
 TEST_F(CommandsTest, StatusAlwaysSucceeds) {
     EXPECT_EQ(
-        document({"status"}),
+        document("status"),
         (json{{"state", "not connected"}, {"address", nullptr}, {"account", nullptr}}));
-    EXPECT_EQ(document({"--sample", "status"})["state"], "sample");
+    EXPECT_EQ(document("--sample status")["state"], "sample");
     EXPECT_EQ(
-        document({"-CanvasBaseURL", "https://h.example/x", "status"}),
+        document("-CanvasBaseURL https://h.example/x status"),
         (json{
             {"state", "keychain unavailable"},
             {"address", "https://h.example/x"},
@@ -154,18 +134,17 @@ TEST_F(CommandsTest, StatusAlwaysSucceeds) {
 }
 
 TEST_F(CommandsTest, PrintTheCourseList) {
-    const json list = document({"--sample", "courses"});
+    const json list = document("--sample courses");
     ASSERT_EQ(list.size(), 7U);
     EXPECT_EQ(list[0]["id"], 900101);
     EXPECT_EQ(list[0]["courseCode"], nullptr);
     EXPECT_EQ(list[6]["term"]["name"], "Summer 2026");
     EXPECT_THAT(list[6]["term"]["startAt"], testing::Matcher<std::string>(HasSubstr("Z")));
-    EXPECT_THAT(call({"--sample", "courses"}).out, HasSubstr("Data Structures"));
+    EXPECT_THAT(call("--sample courses").out, HasSubstr("Data Structures"));
 }
 
 TEST_F(CommandsTest, PrintARosterDocument) {
-    const json roster =
-        document({"-SampleData", "YES", "-DefaultPassingScore", "75", "roster", "900101"});
+    const json roster = document("-SampleData YES -DefaultPassingScore 75 roster 900101");
     EXPECT_EQ(roster["course"]["name"], "CS 101  4021 - Intro to Programming");
     EXPECT_EQ(roster["passingScore"], 75.0);
     EXPECT_EQ(roster["rows"].size(), 26U);
@@ -187,14 +166,13 @@ TEST_F(CommandsTest, PrintARosterDocument) {
     EXPECT_EQ(first["kind"], "worse");
     EXPECT_EQ(roster["missedWork"][0]["name"], "Homework 5");
     EXPECT_EQ(roster["missedWork"][0]["rosterSize"], 26);
-    EXPECT_THAT(call({"--sample", "roster", "900102"}).out, HasSubstr("excluded from risk scores"));
+    EXPECT_THAT(call("--sample roster 900102").out, HasSubstr("excluded from risk scores"));
 }
 
 TEST_F(CommandsTest, FindStudentsAndCourses) {
-    const auto summary = [this](std::vector<std::string> words) {
-        words.insert(words.begin(), {"--sample", "find"});
+    const auto summary = [this](const std::string &typed) {
         std::vector<std::string> lines;
-        for (const json &found : document(std::move(words))) {
+        for (const json &found : document("--sample find " + typed)) {
             EXPECT_EQ(found.size(), 6U);
             lines.push_back(
                 found["kind"].get<std::string>() + " " + found["id"].dump() + " " +
@@ -202,75 +180,46 @@ TEST_F(CommandsTest, FindStudentsAndCourses) {
         }
         return lines;
     };
-    EXPECT_THAT(summary({"jordan"}), testing::Contains("student 5001 900101 \"At Risk\""));
+    EXPECT_THAT(summary("jordan"), testing::Contains("student 5001 900101 \"At Risk\""));
     EXPECT_THAT(
-        summary({"Data", "Str"}),
+        summary("Data Str"),
         testing::UnorderedElementsAre("course 900106 900106 null", "course 900201 900201 null"));
-    EXPECT_THAT(summary({"php sql"}), testing::ElementsAre("course 900103 900103 null"));
-    EXPECT_THAT(summary({"zzzz"}), IsEmpty());
+    EXPECT_THAT(summary("'php sql'"), testing::ElementsAre("course 900103 900103 null"));
+    EXPECT_THAT(summary("zzzz"), IsEmpty());
 
-    const json course = document({"--sample", "find", "intro"})[0];
-    EXPECT_EQ(course["name"], document({"--sample", "courses"})[0]["name"]);
+    const json course = document("--sample find intro")[0];
+    EXPECT_EQ(course["name"], document("--sample courses")[0]["name"]);
     EXPECT_EQ(course["courseName"], course["name"]);
-    const json student = document({"--sample", "find", "jordan"})[0];
+    const json student = document("--sample find jordan")[0];
     EXPECT_EQ(student["name"], "Jordan");
     EXPECT_EQ(student["courseName"], course["name"]);
 
     EXPECT_EQ(
-        call({"--sample", "find", "php"}).out,
+        call("--sample find php").out,
         "Level  Student  Course  Name                         In\n"
         "                900103  CS 230  5140 - PHP with SQL  Fall 2026\n");
-    const Outcome nobody = call({"--sample", "find", "zzzz"});
+    const Outcome nobody = call("--sample find zzzz");
     EXPECT_EQ(nobody.status, 0);
     EXPECT_THAT(nobody.out, IsEmpty());
     EXPECT_EQ(nobody.err, "Nobody and nothing is named like that.\n");
 }
 
 TEST_F(CommandsTest, TakeNamesInsteadOfIDs) {
-    const auto same = [this](std::vector<std::string> named, std::vector<std::string> withIDs) {
-        const Outcome outcome = call(named);
-        EXPECT_EQ(outcome.status, 0) << outcome.err;
-        EXPECT_EQ(outcome.out, call(std::move(withIDs)).out) << testing::PrintToString(named);
-    };
-    same({"--sample", "roster", "INTRO"}, {"--sample", "roster", "900101"});
-    same(
-        {"--sample", "roster", "cs 101 4021 - intro to programming", "--csv"},
-        {"--sample", "roster", "900101", "--csv"});
-    same({"--sample", "student", "cs 101", "JÓRDAN"}, {"--sample", "student", "900101", "5001"});
-    same({"--sample", "thresholds", "php"}, {"--sample", "thresholds", "900103"});
-    same(
-        {"--sample", "message", "intro", "--template", "Email", "--student", "jord"},
-        {"--sample", "message", "900101", "--template", "Email", "--student", "5001"});
-    same({"--sample", "contacted", "intro", "jordan"}, {"--sample", "contacted", "900101", "5001"});
-
     struct Row {
-        std::vector<std::string> words;
-        int status;
-        const char *err;
+        const char *named;
+        const char *withIDs;
     };
-    for (const Row &row : std::vector<Row>{
-             {{"roster", "astronomy"}, 1, "No course named astronomy in the course list.\n"},
-             {{"roster", "itp"}, 1, "No course named itp in the course list.\n"},
-             {{"thresholds", "data str"},
-              2,
-              "course 900106: CS 260  8830 - Data Structures (Fall 2026)\n"
-              "course 900201: CS 260  3310 - Data Structures (Summer 2026)\n"},
-             {{"student", "intro", "a"}, 2, "student 5023: Anya\nstudent 5006: Ava\n"},
-             {{"student", "intro", "zebedee"}, 1, "No student named zebedee in the roster.\n"},
-             {{"contacted", "intro", "jordan", "zebedee"},
-              1,
-              "No student named zebedee in the roster.\n"},
-             {{"message", "intro", "--template", "Email", "--student", "zebedee", "--note"},
-              1,
-              "No student named zebedee in the roster.\n"},
-             {{"student", "intro", "jordan\nx"}, 1, "No student named jordan x in the roster.\n"},
-         }) {
-        std::vector<std::string> words = row.words;
-        words.insert(words.begin(), "--sample");
-        const Outcome outcome = call(words);
-        EXPECT_EQ(outcome.status, row.status) << testing::PrintToString(words);
-        EXPECT_EQ(outcome.err, row.err);
-        EXPECT_THAT(outcome.out, IsEmpty());
+    for (const Row &row :
+         {Row{"roster INTRO", "roster 900101"},
+          Row{"roster 'cs 101 4021 - intro to programming' --csv", "roster 900101 --csv"},
+          Row{"student 'cs 101' JÓRDAN", "student 900101 5001"},
+          Row{"thresholds php", "thresholds 900103"},
+          Row{"message intro --template Email --student jord",
+              "message 900101 --template Email --student 5001"},
+          Row{"contacted intro jordan", "contacted 900101 5001"}}) {
+        const Outcome outcome = call(std::string("--sample ") + row.named);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(outcome.out, call(std::string("--sample ") + row.withIDs).out) << row.named;
     }
 }
 
@@ -288,37 +237,36 @@ json withoutInstants(json value) {
 TEST_F(CommandsTest, TwoRunsOfTheSampleDifferOnlyInInstants) {
     for (const char *course :
          {"900101", "900102", "900103", "900104", "900105", "900106", "900201"}) {
-        const auto once = withoutInstants(document({"--sample", "roster", course}));
-        EXPECT_EQ(once, withoutInstants(document({"--sample", "roster", course})));
+        const auto once = withoutInstants(document(std::string("--sample roster ") + course));
+        EXPECT_EQ(once, withoutInstants(document(std::string("--sample roster ") + course)));
     }
 }
 
 TEST_F(CommandsTest, PrintATerm) {
-    const json rows = document({"--sample", "term", "9001"});
+    const json rows = document("--sample term 9001");
     double last = 1e9;
     for (const json &row : rows) {
         EXPECT_NE(row["level"], nullptr);
         EXPECT_LE(row["score"].get<double>(), last);
         last = row["score"].get<double>();
     }
-    EXPECT_THAT(call({"--sample", "term", "9002"}).out, HasSubstr("flagged across 1 course\n"));
+    EXPECT_THAT(call("--sample term 9002").out, HasSubstr("flagged across 1 course\n"));
 }
 
 TEST_F(CommandsTest, ThresholdsAreSetAndReset) {
-    const json set = document({"--sample", "thresholds", "900101", "--passing", "72.5"});
+    const json set = document("--sample thresholds 900101 --passing 72.5");
     EXPECT_EQ(set["passingScore"], 72.5);
     EXPECT_EQ(set["passingOverridden"], true);
     EXPECT_EQ(set["inactivityOverridden"], false);
-    EXPECT_EQ(document({"--sample", "roster", "900101"})["passingScore"], 72.5);
-    EXPECT_EQ(document({"--sample", "roster", "900102"})["passingScore"], 70.0);
-    const json effect =
-        document({"--sample", "thresholds", "900101", "--passing", "60", "--dry-run"});
+    EXPECT_EQ(document("--sample roster 900101")["passingScore"], 72.5);
+    EXPECT_EQ(document("--sample roster 900102")["passingScore"], 70.0);
+    const json effect = document("--sample thresholds 900101 --passing 60 --dry-run");
     EXPECT_EQ(effect["flaggedThen"], 7);
     EXPECT_EQ(effect["changes"][0]["from"], "Concern");
     EXPECT_EQ(effect["changes"][0]["to"], "Watch");
-    EXPECT_EQ(document({"--sample", "roster", "900101"})["passingScore"], 72.5)
+    EXPECT_EQ(document("--sample roster 900101")["passingScore"], 72.5)
         << "a dry run changes nothing";
-    const Outcome reset = call({"--sample", "thresholds", "900101", "--use-defaults"});
+    const Outcome reset = call("--sample thresholds 900101 --use-defaults");
     EXPECT_EQ(
         reset.out,
         "Scored at 70% passing, 7 days behind the class. Following the defaults from Settings.\n");
@@ -326,15 +274,14 @@ TEST_F(CommandsTest, ThresholdsAreSetAndReset) {
 
 TEST_F(CommandsTest, ADryRunSaysWhomThresholdsWouldFlag) {
     EXPECT_EQ(
-        call({"--sample", "thresholds", "900101", "--passing", "60", "--dry-run"}).out,
+        call("--sample thresholds 900101 --passing 60 --dry-run").out,
         "At 60 %: 7 flagged instead of 10.\n"
         "Now Watch: Nadia, Theo. No longer flagged: Marcus, Iris, Liam.\n");
-    EXPECT_EQ(
-        call({"--sample", "thresholds", "900101", "--dry-run"}).out, "10 flagged, as before.\n");
+    EXPECT_EQ(call("--sample thresholds 900101 --dry-run").out, "10 flagged, as before.\n");
 }
 
 TEST_F(CommandsTest, RostersExplainTheirScores) {
-    const json roster = document({"--sample", "roster", "900101"});
+    const json roster = document("--sample roster 900101");
     for (const json &row : roster["rows"]) {
         double sum = 0;
         for (const char *signal : {"missing", "pastDue", "time", "grade", "inactivity"})
@@ -349,25 +296,24 @@ TEST_F(CommandsTest, RostersExplainTheirScores) {
     EXPECT_EQ(
         roster["coverage"][1], (json{{"signal", "pastDue"}, {"counts", true}, {"note", nullptr}}));
     EXPECT_THAT(
-        call({"--sample", "student", "900101", "5001"}).out,
-        HasSubstr("\nScore 0.57, Missing work 0.30, "));
+        call("--sample student 900101 5001").out, HasSubstr("\nScore 0.57, Missing work 0.30, "));
 }
 
 TEST_F(CommandsTest, DefaultsAreWrittenReadAndDeleted) {
-    EXPECT_EQ(call({"defaults", "read", "DefaultPassingScore"}).out, "70\n");
-    EXPECT_EQ(call({"defaults", "write", "SidebarTermLimit", "-2"}).status, 0);
-    EXPECT_EQ(call({"defaults", "read", "SidebarTermLimit"}).out, "0\n");
-    EXPECT_EQ(call({"-SidebarTermLimit", "4", "defaults", "read", "SidebarTermLimit"}).out, "4\n");
-    EXPECT_EQ(call({"defaults", "write", "Unknown", "word"}).status, 0);
-    EXPECT_EQ(document({"defaults", "list"}), (json{{"SidebarTermLimit", 0}, {"Unknown", "word"}}));
-    const json keys = document({"defaults", "keys"});
+    EXPECT_EQ(call("defaults read DefaultPassingScore").out, "70\n");
+    EXPECT_EQ(call("defaults write SidebarTermLimit -2").status, 0);
+    EXPECT_EQ(call("defaults read SidebarTermLimit").out, "0\n");
+    EXPECT_EQ(call("-SidebarTermLimit 4 defaults read SidebarTermLimit").out, "4\n");
+    EXPECT_EQ(call("defaults write Unknown word").status, 0);
+    EXPECT_EQ(document("defaults list"), (json{{"SidebarTermLimit", 0}, {"Unknown", "word"}}));
+    const json keys = document("defaults keys");
     const auto limit = std::ranges::find(
         keys, "SidebarTermLimit", [](const json &row) { return row["key"].get<std::string>(); });
     EXPECT_EQ((*limit)["value"], 0);
     EXPECT_EQ((*limit)["takes"], "a whole number");
     for (const char *key : {"SidebarTermLimit", "Unknown"})
-        EXPECT_EQ(call({"defaults", "delete", key}).status, 0);
-    EXPECT_EQ(document({"defaults", "list"}), json::object());
+        EXPECT_EQ(call(std::string("defaults delete ") + key).status, 0);
+    EXPECT_EQ(document("defaults list"), json::object());
 }
 
 TEST_F(CommandsTest, OnlySwitchingOffDeletesAMemory) {
@@ -377,28 +323,25 @@ TEST_F(CommandsTest, OnlySwitchingOffDeletesAMemory) {
         const auto file = directories::data() / name;
         const std::string argument = std::string("-") + key;
         files::replace(file, "[]");
-        EXPECT_EQ(call({argument, "NO", "defaults", "write", key, "YES"}).status, 0);
+        EXPECT_EQ(call(argument + " NO defaults write " + key + " YES").status, 0);
         EXPECT_TRUE(std::filesystem::exists(file)) << key;
-        EXPECT_EQ(call({argument, "YES", "defaults", "write", key, "NO"}).status, 0);
+        EXPECT_EQ(call(argument + " YES defaults write " + key + " NO").status, 0);
         EXPECT_FALSE(std::filesystem::exists(file)) << key;
-        EXPECT_EQ(call({"defaults", "delete", key}).status, 0);
+        EXPECT_EQ(call(std::string("defaults delete ") + key).status, 0);
     }
 }
 
 TEST_F(CommandsTest, AChangeThatCannotBeSavedIsAFailure) {
     const auto loop = folder.path() / "loop";
     std::filesystem::create_symlink("loop", loop);
-    for (const auto &preferences :
-         {loop / "Preferences.json", folder.write("plain", "") / "Preferences.json"}) {
-        for (const std::vector<std::string> &words : std::vector<std::vector<std::string>>{
-                 {"defaults", "write", "TextScale", "1.2"},
-                 {"--sample", "thresholds", "900101", "--passing", "72.5"}}) {
-            std::istringstream in;
-            std::ostringstream out;
-            std::ostringstream err;
-            EXPECT_EQ(run(words, in, out, err, preferences), 1) << preferences;
-            EXPECT_EQ(err.str(), "The change couldn't be saved.\n");
-            EXPECT_THAT(out.str(), IsEmpty());
+    for (const auto &parent : {loop, folder.write("plain", "")}) {
+        preferences = parent / "Preferences.json";
+        for (const char *line :
+             {"defaults write TextScale 1.2", "--sample thresholds 900101 --passing 72.5"}) {
+            const Outcome outcome = call(line);
+            EXPECT_EQ(outcome.status, 1) << preferences;
+            EXPECT_EQ(outcome.err, "The change couldn't be saved.\n");
+            EXPECT_THAT(outcome.out, IsEmpty());
         }
     }
 }
@@ -408,7 +351,7 @@ TEST_F(CommandsTest, ScoringAFolderLeavesThePreferencesAlone) {
     (void)folder.write("course.json", R"({"id": 1})");
     for (const char *list : {"enrollments.json", "assignment_groups.json", "submissions.json"})
         (void)folder.write(list, "[]");
-    const json roster = document({"-DefaultPassingScore", "65", "score", folder.path()});
+    const json roster = document("-DefaultPassingScore 65 score " + folder.path().string());
     EXPECT_EQ(roster["passingScore"], 65.0);
     EXPECT_EQ(roster["inactivityDays"], 7);
     EXPECT_EQ(folder.read("Preferences.json"), "{broken");
@@ -420,25 +363,25 @@ TEST_F(CommandsTest, AFailedWriteToStandardOutputIsAFailure) {
     out.setstate(std::ios::badbit);
     const std::vector<std::string> words{"--sample", "courses"};
     std::istringstream in;
-    EXPECT_EQ(run(words, in, out, err, folder.path() / "Preferences.json"), 1);
+    EXPECT_EQ(run(words, in, out, err, preferences), 1);
     EXPECT_EQ(err.str(), "The output couldn't be written.\n");
 }
 
 TEST_F(CommandsTest, WriteTheirResultToAFile) {
     const std::string file = folder.path() / "out.json";
-    const Outcome outcome = call({"--sample", "courses", "--json", "-o", file});
+    const Outcome outcome = call("--sample courses --json -o " + file);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.out, IsEmpty());
     EXPECT_EQ(json::parse(folder.read("out.json")).size(), 7U);
     std::filesystem::create_symlink(file, folder.path() / "link");
-    EXPECT_EQ(call({"--sample", "courses", "-o", folder.path() / "link"}).status, 0);
+    EXPECT_EQ(call("--sample courses -o " + (folder.path() / "link").string()).status, 0);
     EXPECT_TRUE(std::filesystem::is_symlink(folder.path() / "link"));
     EXPECT_THAT(folder.read("out.json"), HasSubstr("Fall 2026"));
     const std::filesystem::path pipe = folder.path() / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     for (const std::filesystem::path &blocked :
          {pipe, folder.path() / "nowhere" / "file", folder.path()})
-        EXPECT_EQ(call({"--sample", "courses", "-o", blocked}).status, 1) << blocked;
+        EXPECT_EQ(call("--sample courses -o " + blocked.string()).status, 1) << blocked;
     EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }
 

@@ -1,15 +1,11 @@
 // Messages and exports on the command line, with the sample college.
 #include "base/files.h"
-#include "cli/run.h"
+#include "commandline.h"
 #include "outputs/messages/templatefile.h"
 #include "platform/folders/directories.h"
 #include "support/instants.h"
-#include "support/temporaryfolder.h"
 
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
-
-#include <sstream>
 
 namespace ellwynd::cli {
 namespace {
@@ -19,15 +15,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-struct Outcome {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-struct OutputsTest : testing::Test {
-    test::TemporaryFolder folder;
-
+struct OutputsTest : CommandLineTest {
     void SetUp() override {
         std::filesystem::remove_all(directories::data());
         files::replace(
@@ -39,70 +27,58 @@ struct OutputsTest : testing::Test {
                  newTemplate("--odd", "", test::noon)}));
     }
 
-    Outcome call(std::vector<std::string> words) const {
-        words.insert(words.begin(), "--sample");
-        std::istringstream in;
-        std::ostringstream out;
-        std::ostringstream err;
-        const int status = run(words, in, out, err, folder.path() / "Preferences.json");
-        return {status, out.str(), err.str()};
+    [[nodiscard]] Outcome call(const std::string &line) const {
+        return CommandLineTest::call("--sample " + line);
     }
 };
 
 TEST_F(OutputsTest, TheSampleUsesTheTeachersOwnTemplates) {
-    const json list = json::parse(call({"templates", "--json"}).out);
+    const json list = json::parse(call("templates --json").out);
     ASSERT_EQ(list.size(), 3U);
     EXPECT_EQ(list[0].size(), 3U);
     EXPECT_EQ(list[0]["id"].get<std::string>().size(), 36U);
     EXPECT_EQ(list[0]["name"], "Mine");
     EXPECT_EQ(list[0]["body"], "{first_name} {score}/{passing}, {course}\n{flag}");
-    EXPECT_THAT(call({"templates"}).out, HasSubstr("\nMine      {first_name} {score}"));
+    EXPECT_THAT(call("templates").out, HasSubstr("\nMine      {first_name} {score}"));
 }
 
 TEST_F(OutputsTest, MessagesFollowTheOrderOfTheRoster) {
     const std::string jordan = "Jordan 38%/70%, CS 101  4021 - Intro to Programming\nAt Risk";
     const std::string sam = "Sam 41%/70%, CS 101  4021 - Intro to Programming\nAt Risk";
-    const Outcome two = call(
-        {"message", "900101", "--student", "5001", "--student", "5002", "--student", "5001",
-         "--template", "Mine", "--note"});
+    const Outcome two =
+        call("message 900101 --student 5001 --student 5002 --student 5001 --template Mine --note");
     EXPECT_EQ(two.status, 0) << two.err;
     EXPECT_EQ(two.out, sam + "\n\n" + jordan + "\n");
-    const Outcome flagged = call({"message", "900101", "--template", "Mine"});
+    const Outcome flagged = call("message 900101 --template Mine");
     EXPECT_THAT(flagged.out, StartsWith(sam + "\n\n" + jordan + "\n\n"));
     EXPECT_THAT(flagged.out, testing::EndsWith("\nWatch\n")) << "only flagged students";
-    EXPECT_EQ(
-        json::parse(
-            call({"message", "900101", "--template", "Mine", "--student", "5002", "--json"}).out),
-        sam);
+    EXPECT_EQ(json::parse(call("message 900101 --template Mine --student 5002 --json").out), sam);
     EXPECT_FALSE(std::filesystem::exists(directories::data() / "ContactLog.json"))
         << "contacts of the sample college are not saved";
 }
 
 TEST_F(OutputsTest, EndWithTheStatusOfTheirFailure) {
     struct Row {
-        std::vector<std::string> words;
+        const char *line;
         int status;
         const char *err;
     };
-    for (const Row &row : std::vector<Row>{
-             {{"message", "900101"}, 2, "message needs --template NAME\n"},
-             {{"message", "900101", "--template", "mine"}, 2, "There is no template mine\n"},
-             {{"message", "900101", "--template"}, 2, "template"},
-             {{"message", "900101", "--template", "Mine", "--student", "Bo"},
-              1,
+    for (const Row &row :
+         {Row{"message 900101", 2, "message needs --template NAME\n"},
+          Row{"message 900101 --template mine", 2, "There is no template mine\n"},
+          Row{"message 900101 --template", 2, "template"},
+          Row{"message 900101 --template Mine --student Bo", 1,
               "No student named Bo in the roster.\n"},
-             {{"message", "900101", "--template", "Mine", "--student", "?"},
-              2,
+          Row{"message 900101 --template Mine --student ?", 2,
               "neither the id nor the name of a student\n"},
-             {{"message", "1", "--template", "Mine"}, 1, "No course 1 in the course list.\n"},
-             {{"message", "900101", "--template", "--odd", "--student", "5001", "--student", "-1"},
-              1,
+          Row{"message 1 --template Mine", 1, "No course 1 in the course list.\n"},
+          Row{"message 900101 --template --odd --student 5001 --student -1", 1,
               "No student -1 in the roster.\n"},
-             {{"roster", "900101", "--csv", "--markdown"}, 2, "Only one of"},
-             {{"roster", "900101", "--csv", "--json"}, 2, "Only one of"},
-             {{"term", "9001", "--json", "--markdown"}, 2, "Only one of"}}) {
-        const Outcome outcome = call(row.words);
-        EXPECT_EQ(outcome.status, row.status) << testing::PrintToString(row.words);
+          Row{"roster 900101 --csv --markdown", 2, "Only one of"},
+          Row{"roster 900101 --csv --json", 2, "Only one of"},
+          Row{"term 9001 --json --markdown", 2, "Only one of"}}) {
+        const Outcome outcome = call(row.line);
+        EXPECT_EQ(outcome.status, row.status) << row.line;
         EXPECT_THAT(outcome.err, HasSubstr(row.err));
         EXPECT_THAT(outcome.out, IsEmpty());
     }
@@ -110,23 +86,22 @@ TEST_F(OutputsTest, EndWithTheStatusOfTheirFailure) {
 
 TEST_F(OutputsTest, RostersAndTermsAreExported) {
     const auto lines = [](const std::string &text) { return std::ranges::count(text, '\n'); };
-    const std::string csv = call({"roster", "900101", "--csv"}).out;
+    const std::string csv = call("roster 900101 --csv").out;
     EXPECT_THAT(
         csv,
         StartsWith("Risk,Student,Current score,Grade,Missing,Last active,Why,Contacted,Since "
                    "contact\nAt Risk,Sam,41%,F,4,never,4 of 16 assignments missing"));
     EXPECT_EQ(lines(csv), 27) << "the whole roster, flagged or not";
     const std::string file = folder.path() / "out.csv";
-    EXPECT_THAT(call({"roster", "900101", "--csv", "-o", file}).out, IsEmpty());
+    EXPECT_THAT(call("roster 900101 --csv -o " + file).out, IsEmpty());
     EXPECT_EQ(folder.read("out.csv"), csv);
 
-    const std::string markdown = call({"term", "9001", "--markdown"}).out;
+    const std::string markdown = call("term 9001 --markdown").out;
     EXPECT_THAT(markdown, StartsWith("# Fall 2026\n\nExported from Ellwynd on "));
     EXPECT_THAT(markdown, HasSubstr("\n| At Risk | Sam | CS 101  4021 - Intro to Programming |"));
-    EXPECT_EQ(
-        json::parse(call({"term", "9001", "--json"}).out).size(), std::size_t(lines(markdown) - 6));
+    EXPECT_EQ(json::parse(call("term 9001 --json").out).size(), std::size_t(lines(markdown) - 6));
     EXPECT_THAT(
-        call({"roster", "900101", "--markdown"}).out,
+        call("roster 900101 --markdown").out,
         StartsWith("# CS 101  4021 - Intro to Programming\n"));
 }
 

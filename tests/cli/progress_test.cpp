@@ -1,11 +1,8 @@
 #include "cli/progress.h"
-#include "cli/run.h"
-#include "support/temporaryfolder.h"
+#include "commandline.h"
 #include "support/until.h"
 
 #include <gmock/gmock.h>
-
-#include <sstream>
 
 namespace ellwynd::cli {
 namespace {
@@ -35,61 +32,44 @@ std::string screen(std::string text) {
 }
 
 TEST(Progress, AppearsAfterASecondAndIsErased) {
-    struct Event {
-        std::chrono::milliseconds at;
-        /// The step that begins, or "tick", or "end".
-        std::string what;
-        /// On the screen afterwards.
-        std::string shown;
-    };
     struct Row {
         const char *name;
         bool terminal;
-        std::vector<Event> events;
+        /// Each has a time in ms, the step that begins, "tick" or "end", and what is on the screen
+        /// afterwards.
+        std::string events;
     };
     for (const Row &row : std::vector<Row>{
-             {"quick work", true, {{0ms, "Reading", ""}, {999ms, "tick", ""}, {999ms, "end", ""}}},
-             {"long work", true, {{0ms, "Reading", ""}, {1s, "tick", "Reading"}, {9s, "end", ""}}},
-             {"steps count together",
-              true,
-              {{0ms, "Listing", ""},
-               {600ms, "end", ""},
-               {600ms, "Reading", ""},
-               {1s, "tick", "Reading"},
-               {2s, "end", ""},
-               {2s, "Counting", "Counting"},
-               {3s, "end", ""}}},
-             {"a shorter step leaves nothing of a longer one",
-              true,
-              {{0ms, "Reading 9 of 10", ""},
-               {2s, "tick", "Reading 9 of 10"},
-               {3s, "Done", "Done"}}},
-             {"a narrow terminal shows the beginning",
-              true,
-              {{0ms, "Reading 3 of 12: Programming\x1b[2J in many words…", ""},
-               {1s, "tick", "Reading 3 of 12: Programming [2J in man_"},
-               {2s, "end", ""}}},
-             {"a tick after the end",
-              true,
-              {{0ms, "Reading", ""}, {500ms, "end", ""}, {1s, "tick", ""}}},
-             {"no terminal",
-              false,
-              {{0ms, "Reading", ""}, {2s, "tick", ""}, {3s, "Counting", ""}, {4s, "end", ""}}},
-         }) {
+             {"quick work", true, "0|Reading|;999|tick|;999|end|"},
+             {"long work", true, "0|Reading|;1000|tick|Reading;9000|end|"},
+             {"steps count together", true,
+              "0|Listing|;600|end|;600|Reading|;1000|tick|Reading;2000|end|;"
+              "2000|Counting|Counting;3000|end|"},
+             {"a shorter step leaves nothing of a longer one", true,
+              "0|Reading 9 of 10|;2000|tick|Reading 9 of 10;3000|Done|Done"},
+             {"a narrow terminal shows the beginning", true,
+              "0|Reading 3 of 12: Programming\x1b[2J in many words…|;"
+              "1000|tick|Reading 3 of 12: Programming [2J in man_;2000|end|"},
+             {"a tick after the end", true, "0|Reading|;500|end|;1000|tick|"},
+             {"no terminal", false, "0|Reading|;2000|tick|;3000|Counting|;4000|end|"}}) {
         std::ostringstream err;
         steady_clock::time_point time;
         Progress progress(
             err,
             {.present = row.terminal, .columns = [] { return 41U; }, .now = [&] { return time; }});
-        for (const Event &event : row.events) {
-            time = steady_clock::time_point(event.at);
-            if (event.what == "tick")
+        std::istringstream events(row.events);
+        for (std::string event; std::getline(events, event, ';');) {
+            const std::size_t first = event.find('|');
+            const std::size_t second = event.find('|', first + 1);
+            const std::string what = event.substr(first + 1, second - first - 1);
+            time = steady_clock::time_point(std::chrono::milliseconds(std::stoi(event)));
+            if (what == "tick")
                 progress.update();
-            else if (event.what == "end")
+            else if (what == "end")
                 progress.end();
             else
-                progress.begin(event.what);
-            EXPECT_EQ(screen(err.str()), event.shown) << row.name << " at " << event.at.count();
+                progress.begin(what);
+            EXPECT_EQ(screen(err.str()), event.substr(second + 1)) << row.name << ": " << event;
         }
         if (!row.terminal) {
             EXPECT_EQ(err.str(), "") << row.name;
@@ -117,29 +97,25 @@ TEST(Progress, AppearsOnATimerAndIsOverwrittenByLogLines) {
 
 TEST(Progress, IsShownByCommandsThatReadCanvas) {
     struct Row {
-        std::vector<std::string> words;
+        const char *line;
         std::vector<const char *> steps;
         const char *remaining;
     };
     const test::TemporaryFolder folder;
+    constexpr auto list = "Reading the course list…\r";
     for (const Row &row : std::vector<Row>{
-             {{"--sample", "courses"}, {"Reading the course list…\r"}, ""},
-             {{"--sample", "roster", "900101"},
-              {"Reading the course list…\r", "Reading the roster…\r"},
-              ""},
-             {{"--sample", "term", "9001"},
-              {"Reading the course list…\r",
-               "Reading 1 of 6: CS 101  4021 - Intro to Programming…\r",
+             {"courses", {list}, ""},
+             {"roster 900101", {list, "Reading the roster…\r"}, ""},
+             {"term 9001",
+              {list, "Reading 1 of 6: CS 101  4021 - Intro to Programming…\r",
                "Reading 6 of 6: CS 260  8830 - Data Structures…\r"},
               ""},
-             {{"--sample", "dashboard", "--json"},
+             {"dashboard --json",
               {"Scored 0 of 7 courses…\r", "Scored 1 of 7: CS 101  4021 - Intro to Programming…\r",
                "Scored 7 of 7: CS 260  3310 - Data Structures…\r"},
               ""},
-             {{"--sample", "roster", "1"},
-              {"Reading the course list…\r"},
-              "No course 1 in the course list.\n"},
-             {{"--sample", "status"}, {}, ""}}) {
+             {"roster 1", {list}, "No course 1 in the course list.\n"},
+             {"status", {}, ""}}) {
         for (const bool terminal : {true, false}) {
             std::istringstream in;
             std::ostringstream out;
@@ -149,8 +125,8 @@ TEST(Progress, IsShownByCommandsThatReadCanvas) {
                 return steady_clock::time_point(std::chrono::seconds(seconds++));
             };
             (void)run(
-                row.words, in, out, err, folder.path() / "Preferences.json",
-                {.present = terminal, .now = fastClock});
+                wordsOf(std::string("--sample ") + row.line), in, out, err,
+                folder.path() / "Preferences.json", {.present = terminal, .now = fastClock});
             EXPECT_THAT(out.str(), testing::Not(testing::HasSubstr("…")));
             EXPECT_EQ(screen(err.str()), row.remaining);
             if (!terminal) {

@@ -1,12 +1,7 @@
-// Saves of the history in the background, and of processes that are killed.
+// Saves of the history in the background.
 #include "historytest.h"
 #include "support/latework.h"
 #include "support/until.h"
-
-#include <sys/wait.h>
-
-#include <csignal>
-#include <unistd.h>
 
 namespace ellwynd {
 namespace {
@@ -128,38 +123,6 @@ TEST_F(BackgroundTest, ADeletionBeforeTheFileWasReadCanBeUndone) {
 TEST_F(BackgroundTest, TheEndWaitsForASave) {
     open(startThread)->record({row(1, "Watch")}, 7, noon);
     EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
-}
-
-/// Hundreds of saves in processes that are killed at an arbitrary moment.
-TEST_F(HistoryTest, AKilledProcessLeavesAValidFile) {
-    for (int round = 0; round < 20; ++round) {
-        int progress[2];
-        ASSERT_EQ(::pipe(progress), 0);
-        const pid_t writer = ::fork();
-        ASSERT_GE(writer, 0);
-        if (writer == 0) {
-            RosterHistory history(defaults, data(), noonClock);
-            std::vector<RiskRow> rows;
-            for (std::int64_t id = 0; id < 200; ++id)
-                rows.push_back(row(id, "Watch", id));
-            for (std::int64_t course = 1;; ++course) {
-                history.record(rows, 1 + course % 20, noon);
-                static_cast<void>(!::write(progress[1], "x", 1));
-            }
-        }
-        ::close(progress[1]);
-        // Kills the writer at an arbitrary point after this many saves.
-        char done = 0;
-        for (int saves = 0; saves < 5 + round; ++saves)
-            ASSERT_EQ(::read(progress[0], &done, 1), 1);
-        ::kill(writer, SIGKILL);
-        ASSERT_EQ(::waitpid(writer, nullptr, 0), writer);
-        ::close(progress[0]);
-        EXPECT_EQ(historyEntries(saved()).size() % 200, 0U);
-    }
-    static_cast<void>(HistoryTest::open());
-    const auto left = std::distance(std::filesystem::directory_iterator(data()), {});
-    EXPECT_EQ(left, 2) << "the file and its lock";
 }
 
 } // namespace

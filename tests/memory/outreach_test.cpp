@@ -244,6 +244,11 @@ TEST_F(ContactsTest, ChangesAreUndoneExactly) {
     ContactLog contacts(defaults, data(), noonClock);
     using Change = std::function<ContactChange(ContactLog &)>;
     const Change mark = [](ContactLog &log) { return log.noteContacts(7, {1, 4, 3}, noon); };
+    const Change markTwice = [](ContactLog &log) {
+        ContactChange change = log.noteContacts(7, {4, 1}, noon);
+        change.append(log.noteContacts(7, {4, 3}, noon + seconds(1)));
+        return change;
+    };
     const Change remove = [](ContactLog &log) {
         return log.removeContacts({{7, 3}, {7, 2}, {9, 9}});
     };
@@ -261,6 +266,8 @@ TEST_F(ContactsTest, ChangesAreUndoneExactly) {
     for (const Row &each : std::vector<Row>{
              {"marks", mark, nothing, 0},
              {"marks, one newer", mark, noteLater, 1},
+             {"marks in two steps", markTwice, nothing, 0},
+             {"marks in two steps, one newer", markTwice, noteLater, 1},
              {"removed", remove, nothing, 0},
              {"removed, one newer", remove, noteLater, 1},
              {"deleted", deleteAll, nothing, 0},
@@ -362,6 +369,12 @@ TEST_F(OutreachTest, TheLevelThenIsTheLastBeforeOrTheFirstAfter) {
     EXPECT_EQ(
         then({entry(7, 1, written - days(1), "OK"), entry(7, 1, written, "Concern")}),
         RecordedLevel(RiskLevel::concern));
+    for (const Date either : {written - days(1), written + days(1)}) {
+        EXPECT_EQ(
+            then({entry(7, 1, either, "Concern"), entry(7, 1, either, "OK")}),
+            RecordedLevel(RiskLevel::concern))
+            << "the first of equal instants";
+    }
     EXPECT_EQ(then({entry(7, 2, written, "OK"), entry(8, 1, written, "OK")}), RecordedLevel());
 }
 
@@ -442,6 +455,10 @@ TEST_F(TrendSyncTest, SignalsOtherMachinesCounts) {
     here.synchronize();
     EXPECT_EQ(signalled, 1);
     EXPECT_EQ(here.object("Trend.3"), later);
+    trends.setStore(nullptr);
+    there.update({{"Trend.12", "{ }"}});
+    here.synchronize();
+    EXPECT_EQ(signalled, 1);
 }
 
 TEST_F(TrendSyncTest, GivesUpInAFullStore) {

@@ -1,5 +1,6 @@
 #include "risk/classfigures.h"
 #include "risk/gradeweighting.h"
+#include "risk/levelcounts.h"
 #include "risk/missedwork.h"
 #include "support/classroom.h"
 
@@ -69,6 +70,33 @@ TEST(ClassFigures, QuietDaysAreWholeAndNeverNegative) {
     for (const Row &row : {Row{86'399, 0}, Row{86'400, 1}, Row{3 * 86'400 - 1, 2}, Row{-90'000, 0}})
         EXPECT_EQ(figuresOf(Classroom().student(1, std::nullopt, row.seconds)).quietDays, row.days);
     EXPECT_EQ(figuresOf(Classroom().student(1)).quietDays, 0);
+}
+
+TEST(LevelCounts, CountFlaggedStudentsAndNameTheWorst) {
+    constexpr auto atRisk = RiskLevel::atRisk;
+    constexpr auto concern = RiskLevel::concern;
+    constexpr auto watch = RiskLevel::watch;
+    struct Row {
+        std::vector<std::optional<RiskLevel>> levels;
+        LevelCounts counts;
+        std::int64_t flagged;
+        std::optional<RiskLevel> worst;
+        std::int64_t max;
+    };
+    for (const Row &row : std::vector<Row>{
+             {{}, {}, 0, {}, 0},
+             {{{}, {}}, {}, 0, {}, 0},
+             {{watch}, {0, 0, 1}, 1, watch, 1},
+             {{{}, concern, watch, concern}, {0, 2, 1}, 3, concern, 2},
+             {{watch, atRisk, watch, watch, concern}, {1, 1, 3}, 5, atRisk, 3}}) {
+        LevelCounts counts;
+        for (const auto &level : row.levels)
+            counts.add(level);
+        EXPECT_EQ(counts, row.counts);
+        EXPECT_EQ(counts.flagged(), row.flagged);
+        EXPECT_EQ(counts.worst(), row.worst);
+        EXPECT_EQ(counts.max(), row.max);
+    }
 }
 
 TEST(MissedWork, ListsTheMostMissedFirst) {

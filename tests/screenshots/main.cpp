@@ -1,21 +1,17 @@
 // Saves PNG screenshots of every window on the sample college, light and dark.
 #include "app/mainwindowcontroller.h"
 #include "application.h"
-#include "base/files.h"
 #include "canvas/connectioncheck.h"
+#include "pictures.h"
 #include "support/loneservice.h"
 #include "support/memorynotifications.h"
 #include "support/memorysecrets.h"
 #include "ui/about/aboutwindow.h"
-#include "ui/dashboard/dashboardpane.h"
 #include "ui/dashboard/studentlist.h"
-#include "ui/details/studentdetails.h"
-#include "ui/details/termchart.h"
 #include "ui/find/findpanel.h"
 #include "ui/help/helpwindow.h"
 #include "ui/mainwindow/mainwindow.h"
 #include "ui/print/printsheet.h"
-#include "ui/roster/insightband.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/copysetupsheet.h"
@@ -24,12 +20,10 @@
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/support/alert.h"
-#include "ui/support/appearance.h"
 #include "ui/welcome/welcomewindow.h"
 #include "ui/write/writesheet.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -49,54 +43,50 @@ using namespace ellwynd;
 constexpr std::int64_t introToProgramming = 900101;
 constexpr std::int64_t webInterfaceDesign = 900102;
 
-void settle() {
-    for (int i = 0; i < 8; ++i)
-        QApplication::processEvents(QEventLoop::AllEvents, 20);
+/// A program in a folder of its own. @param arguments beside those of the appearance.
+ApplicationEnvironment environmentIn(
+    const QTemporaryDir &home, PreferenceMap arguments, const char *appearance, double scale) {
+    const std::filesystem::path folder(home.path().toStdString());
+    arguments["Appearance"] = std::string(appearance);
+    arguments["TextScale"] = scale;
+    return {
+        .launchArguments = std::move(arguments),
+        .preferencesFile = folder / "Preferences.json",
+        .data = folder,
+        .state = folder,
+        .widgetContainer = folder / "widgets",
+        .secrets = std::make_unique<test::MemorySecrets>(),
+        .notifications = std::make_unique<test::MemoryNotifications>()};
 }
 
 class Screenshots {
   public:
-    explicit Screenshots(const QString &folder) : target(folder), font(QApplication::font()) {}
+    explicit Screenshots(Pictures &pictures) : pictures(pictures) {}
 
     void draw(const char *appearanceName, double scale) {
         const QTemporaryDir home;
         // Appearance derives its font sizes from the application's font.
         QApplication::setFont(font);
-        const std::filesystem::path folder(home.path().toStdString());
-        ApplicationEnvironment environment{
-            .launchArguments =
-                {{"SampleData", true},
-                 {"Appearance", std::string(appearanceName)},
-                 {"TextScale", scale}},
-            .preferencesFile = folder / "Preferences.json",
-            .data = folder,
-            .state = folder,
-            .widgetContainer = folder / "widgets",
-            .secrets = std::make_unique<test::MemorySecrets>(),
-            .notifications = std::make_unique<test::MemoryNotifications>()};
+        pictures.begin(appearanceName, scale);
         test::LoneService service;
-        Application program(std::move(environment), service);
+        Application program(
+            environmentIn(home, {{"SampleData", true}}, appearanceName, scale), service);
         UserDefaults &defaults = program.defaults();
         Appearance &appearance = program.appearance();
         MainWindowController &controller = program.controller();
         MainWindow &window = program.window();
-        suffix = QString::fromUtf8(appearanceName) +
-            (scale == 1.0 ? QString() : QStringLiteral("-x%1").arg(scale));
         window.resize(1280, 800);
         window.show();
         controller.refresh();
-        settle();
-        save(window, "dashboard");
+        pictures.save(window, "dashboard");
         drawDashboard(window);
         controller.select(TermSelection{9001});
-        settle();
-        save(window, "term");
+        pictures.save(window, "term");
 
         controller.select(CourseSelection{introToProgramming});
         settle();
         window.roster()->table()->selectStudents({{introToProgramming, 5001}});
-        settle();
-        save(window, "roster");
+        pictures.save(window, "roster");
         drawFind(window);
         drawUndo(controller, window);
         drawWrite(defaults, window);
@@ -105,257 +95,81 @@ class Screenshots {
             writeSetting(
                 defaults, courseSettings::key(introToProgramming, courseSettings::passingScore),
                 60.0);
-            settle();
-            save(*sheet, "thresholds");
+            pictures.save(*sheet, "thresholds");
             sheet->close();
             controller.undoStack().undo();
         }
-        for (QAction *command : window.findChildren<QAction *>()) {
-            if (command->text() == QStringLiteral("&Look Back…"))
-                command->trigger();
-        }
-        settle();
+        trigger(window, [](const QAction &command) {
+            return command.text() == QStringLiteral("&Look Back…");
+        });
         if (auto *sheet = window.findChild<LookBackSheet *>()) {
-            save(*sheet, "look-back");
+            pictures.save(*sheet, "look-back");
             sheet->close();
         }
         drawCourseSheets(defaults, controller, appearance, window);
         defaults.set(preferences::rosterCompactRows, true);
-        settle();
-        save(window, "compact");
+        pictures.save(window, "compact");
         defaults.set(preferences::rosterCompactRows, false);
         drawWidths(window);
 
         controller.select(CourseSelection{webInterfaceDesign});
         settle();
         if (auto *sheet = window.openMissingWork()) {
-            settle();
-            save(*sheet, "missing-work");
+            pictures.save(*sheet, "missing-work");
             sheet->close();
         }
         settle();
-        drawTermWithGaps(appearance);
-        drawExplained(appearance);
-        drawCoverage(appearance);
-        drawLargeRoster(appearance);
-        for (const int courses : {0, 1, 12, 40})
-            drawCards(defaults, appearance, courses);
+        drawPieces(pictures, defaults, appearance);
         SettingsWindow &settings = window.settings();
         settings.resize(appearance.px(880), appearance.px(640));
-        settings.open(SettingsWindow::general);
-        settle();
-        save(settings, "settings-general");
-        settings.open(SettingsWindow::connection);
-        settle();
-        save(settings, "settings-connection");
-        settings.open(SettingsWindow::riskThresholds);
-        settle();
-        save(settings, "settings-thresholds");
-        settings.open(SettingsWindow::messages);
-        settle();
-        save(settings, "settings-messages");
-        settings.open(SettingsWindow::notifications);
-        settle();
-        save(settings, "settings-notifications");
-        settings.open(SettingsWindow::widgets);
-        settle();
-        save(settings, "settings-widgets");
-        settings.open(SettingsWindow::privacy);
-        settle();
-        save(settings, "settings-privacy");
-        for (auto *button : settings.findChildren<QPushButton *>()) {
-            if (button->text() == QStringLiteral("Delete This History"))
-                button->click();
+        for (const auto &[page, name] :
+             {std::pair{SettingsWindow::general, "settings-general"},
+              std::pair{SettingsWindow::connection, "settings-connection"},
+              std::pair{SettingsWindow::riskThresholds, "settings-thresholds"},
+              std::pair{SettingsWindow::messages, "settings-messages"},
+              std::pair{SettingsWindow::notifications, "settings-notifications"},
+              std::pair{SettingsWindow::widgets, "settings-widgets"},
+              std::pair{SettingsWindow::sync, "settings-sync"},
+              std::pair{SettingsWindow::privacy, "settings-privacy"}}) {
+            settings.open(page);
+            pictures.save(settings, name);
         }
-        settle();
-        save(settings, "settings-privacy-deleted");
-        settings.open(SettingsWindow::sync);
-        settle();
-        save(settings, "settings-sync");
+        press(settings, "Delete This History");
+        pictures.save(settings, "settings-privacy-deleted");
 
         HelpWindow help(defaults, appearance, {});
         help.showTopic("signals");
-        settle();
-        save(help, "help");
+        pictures.save(help, "help");
         help.findChild<QLineEdit *>()->setText(QStringLiteral("missing work"));
-        settle();
-        save(help, "help-search");
+        pictures.save(help, "help-search");
         AboutWindow about(appearance);
         about.show();
-        settle();
-        save(about, "about");
+        pictures.save(about, "about");
         drawWelcome(defaults, controller, appearance);
-    }
-
-    /// A dashboard with that many courses, some with very long names.
-    void drawCards(UserDefaults &defaults, const Appearance &appearance, int courses) {
-        Dashboard dashboard(defaults);
-        DashboardTerm term{.id = 1, .title = "Fall"};
-        for (int i = 0; i < courses; ++i) {
-            const bool isLong = i % 3 == 1;
-            term.cards.push_back(
-                {.courseID = i + 1,
-                 .name = isLong ? "An Introduction to the Comparative History of Long and "
-                                  "Winding Course Names, Section 4021 of Many"
-                                : "CS " + std::to_string(100 + i),
-                 .label =
-                     {.name = isLong ? "An Introduction to the Comparative History of Long and "
-                                       "Winding Course Names, Section 4021 of Many"
-                                     : "Computing",
-                      .code = "CS " + std::to_string(100 + i)},
-                 .levels =
-                     i % 4 == 0 ? LevelCounts{} : LevelCounts{i * 7 % 120, i * 5 % 90, i * 3 % 60},
-                 .total = 300,
-                 .slipped = i % 5,
-                 .improved = i % 3,
-                 .awaitingFollowUp = i % 2,
-                 .trend = {3, 3, i % 7, 9, i % 5},
-                 .mostMissed =
-                     MostMissed{isLong ? term.title + std::string(90, 'x') : "Lab 1", i}});
-        }
-        std::vector<DashboardStudent> students;
-        for (const RiskRow &row : unusualRows(courses == 0 ? 0 : courses == 40 ? 500 : 5))
-            students.push_back(
-                {.row = std::make_shared<const RiskRow>(row), .courseCode = "CS 101"});
-        term.students = std::move(students);
-        dashboard.prepareTerms({{.term = Term{.id = 1, .name = "Fall"}, .courses = {}}}, {});
-        term.updatedAt = *parseInstant("2026-09-03T05:00:00Z");
-        dashboard.termScored(std::move(term));
-        DashboardPane pane(dashboard, defaults, appearance);
-        pane.resize(1050, 760);
-        pane.show();
-        settle();
-        save(pane, QByteArray("cards-" + QByteArray::number(courses)).constData());
-    }
-
-    /// Flagged students with names that are long, of other scripts, and like markup.
-    static std::vector<RiskRow> unusualRows(int count) {
-        const std::vector<const char *> names{
-            "Bartholomew Featherstonehaugh-Cholmondeley de la Tour", "עידו כהן", "김 지수",
-            "<b>Bob</b>", "Maximilian 😀 von und zu Hohenlohe-Langenburg"};
-        std::vector<RiskRow> rows;
-        for (int i = 0; i < count; ++i) {
-            RiskRow row{
-                .id = i + 1,
-                .name = names[std::size_t(i) % names.size()],
-                .level = allRiskLevels[std::size_t(i) % allRiskLevels.size()],
-                .courseID = 1};
-            row.reasonLines = {{.text = "3 of 8 assignments missing — 44% of the grade"}};
-            rows.push_back(std::move(row));
-        }
-        return rows;
-    }
-
-    void drawLargeRoster(const Appearance &appearance) {
-        RosterTable table(appearance);
-        table.setRoster(
-            {.state = RosterView::State::shown, .courseID = 1, .rows = unusualRows(500)}, {},
-            *parseInstant("2026-09-03T05:00:00Z"));
-        table.resize(734, 600);
-        table.show();
-        settle();
-        save(table, "roster-500");
-    }
-
-    /// A term chart with a gap of 14 days, which is joined, and one of 15, which is not.
-    void drawTermWithGaps(const Appearance &appearance) {
-        using std::chrono::days;
-        const Date first = *parseInstant("2026-09-03T05:00:00Z");
-        TermChart chart(
-            {.points =
-                 {{first, RiskLevel::watch},
-                  {first + days(14), RiskLevel::concern},
-                  {first + days(29), RiskLevel::concern},
-                  {first + days(31), RiskLevel::atRisk},
-                  {first + days(36), std::nullopt}}},
-            {.wroteAt = first + days(20), .levelDiffers = true, .level = RiskLevel::watch},
-            appearance);
-        chart.resize(chart.sizeHint() * 2);
-        save(chart, "term-with-gaps");
-    }
-
-    /// The details of a new student whose score a rule has raised, and who is flagged elsewhere.
-    void drawExplained(const Appearance &appearance) {
-        RiskRow row{
-            .id = 1,
-            .name = "Robin",
-            .courseName = "CS 101 - Computing",
-            .score = 0.5,
-            .floor = ScoreFloor::mostWorkMissing,
-            .level = RiskLevel::atRisk,
-            .currentScore = 74,
-            .missingCount = 3};
-        row.signals[Signal::missing] = 0.22;
-        row.signals[Signal::pastDue] = 0.02;
-        row.signals[Signal::grade] = 0;
-        row.reasonLines = {{.text = "3 of 5 assignments missing"}};
-        StudentDetails details(appearance);
-        details.show(
-            {row},
-            {.isNew = true,
-             .otherCourses = {
-                 {.courseName = "Web Interface Design", .level = RiskLevel::concern}}});
-        details.resize(appearance.px(272), 700);
-        details.show();
-        settle();
-        save(details, "explained");
-    }
-
-    /// The whole course insight of a course that lacks some data.
-    void drawCoverage(const Appearance &appearance) {
-        InsightBand band(appearance);
-        band.setInsight(
-            {.sentences = {"At Risk: 4 now, up from 2 earlier."},
-             .outreachLine = "Nobody is flagged.",
-             .coverage = {
-                 {.signal = Signal::missing, .counts = true},
-                 {.signal = Signal::pastDue, .counts = true},
-                 {.signal = Signal::time, .note = "Canvas reports no time in course."},
-                 {.signal = Signal::grade, .counts = true},
-                 {.signal = Signal::inactivity, .counts = true}}});
-        for (const bool collapsed : {false, true}) {
-            band.setCollapsed(collapsed);
-            band.resize(700, band.sizeHint().height());
-            band.show();
-            settle();
-            save(band, collapsed ? "coverage-line" : "coverage");
-        }
     }
 
     /// The main window without a token, and an alert over it.
     void drawNotConnected(const char *appearanceName, double scale) {
         const QTemporaryDir home;
         QApplication::setFont(font);
-        const std::filesystem::path folder(home.path().toStdString());
         test::LoneService service;
         Application program(
-            {.launchArguments =
-                 {{"Appearance", std::string(appearanceName)},
-                  {"TextScale", scale},
-                  {"Onboarding.step", std::int64_t{WelcomeWindow::finished}}},
-             .preferencesFile = folder / "Preferences.json",
-             .data = folder,
-             .state = folder,
-             .widgetContainer = folder / "widgets",
-             .secrets = std::make_unique<test::MemorySecrets>(),
-             .notifications = std::make_unique<test::MemoryNotifications>()},
+            environmentIn(
+                home, {{"Onboarding.step", std::int64_t{WelcomeWindow::finished}}}, appearanceName,
+                scale),
             service);
         program.window().resize(1280, 800);
         program.window().show();
         program.controller().refresh();
-        settle();
-        save(program.window(), "not-connected");
+        pictures.save(program.window(), "not-connected");
         QMessageBox *alert = plainAlert(
             &program.window(), QStringLiteral("Couldn’t open your email app"),
             QStringLiteral("Write to the address on the page of your institution."));
         alert->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
         alert->open();
-        settle();
-        save(*alert, "alert");
+        pictures.save(*alert, "alert");
         alert->close();
     }
-
-    [[nodiscard]] bool failed() const { return anyFailed; }
 
   private:
     /// The dashboard with a focused student, with a filter, and in a small and a large window.
@@ -363,14 +177,11 @@ class Screenshots {
         auto *list = window.findChild<StudentList *>();
         list->setFocus();
         list->setCurrentIndex(list->model()->index(2, 0));
-        settle();
-        save(window, "dashboard-student");
+        pictures.save(window, "dashboard-student");
         window.resize(900, 600);
-        settle();
-        save(window, "dashboard-900");
+        pictures.save(window, "dashboard-900");
         window.resize(2560, 1440);
-        settle();
-        save(window, "dashboard-2560");
+        pictures.save(window, "dashboard-2560");
         window.resize(1280, 800);
         list->setCurrentIndex({});
         settle();
@@ -380,43 +191,34 @@ class Screenshots {
     void drawWidths(MainWindow &window) {
         RosterTable &table = *window.roster()->table();
         window.resize(900, 600);
-        settle();
-        save(window, "roster-900");
+        pictures.save(window, "roster-900");
         window.resize(2560, 1440);
         table.selectStudents({{introToProgramming, 5001}, {introToProgramming, 5003}});
-        settle();
-        save(window, "roster-2560");
+        pictures.save(window, "roster-2560");
         window.resize(1280, 800);
         table.setQuery(
             {.chip = RosterChip::everyone, .typed = "quiz", .sort = RosterSort::student});
-        settle();
-        save(window, "roster-filter");
+        pictures.save(window, "roster-filter");
         table.setQuery({.typed = "nobody"});
-        settle();
-        save(window, "roster-empty");
+        pictures.save(window, "roster-empty");
         table.setQuery({});
         settle();
     }
 
     /// The panel that finds anyone, with results, without any, and before anything is typed.
     void drawFind(MainWindow &window) {
-        for (QAction *command : window.findChildren<QAction *>()) {
-            if (command->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_K))
-                command->trigger();
-        }
+        trigger(window, [](const QAction &command) {
+            return command.shortcut() == QKeySequence(Qt::CTRL | Qt::Key_K);
+        });
         auto *panel = window.findChild<FindPanel *>();
-        settle();
-        save(window, "find-blank");
+        pictures.save(window, "find-blank");
         panel->findChild<QLineEdit *>()->setText(QStringLiteral("ch"));
-        settle();
-        save(window, "find");
+        pictures.save(window, "find");
         panel->findChild<QLineEdit *>()->setText(QStringLiteral("nobody"));
-        settle();
-        save(window, "find-nobody");
+        pictures.save(window, "find-nobody");
         panel->open(FindIndex(unusualNames()));
         panel->findChild<QLineEdit *>()->setText(QStringLiteral("b"));
-        settle();
-        save(window, "find-names");
+        pictures.save(window, "find-names");
         panel->dismiss();
     }
 
@@ -440,15 +242,13 @@ class Screenshots {
     /// A note with an Undo button, and the menus of undoing and of contact marks.
     void drawUndo(MainWindowController &controller, MainWindow &window) {
         controller.actions().markContacted(window.roster()->table()->selectedRows());
-        settle();
-        save(window, "undo-note");
+        pictures.save(window, "undo-note");
         for (QAction *title : window.menuBar()->actions()) {
             const QString name = title->text().remove(u'&');
             if (name != QStringLiteral("Edit") && name != QStringLiteral("Student"))
                 continue;
             title->menu()->popup(window.mapToGlobal(QPoint(40, 40)));
-            settle();
-            save(*title->menu(), ("undo-menu-" + name.toLower().toUtf8()).constData());
+            pictures.save(*title->menu(), ("undo-menu-" + name.toLower().toUtf8()).constData());
             title->menu()->close();
         }
         controller.undoStack().undo();
@@ -465,26 +265,17 @@ class Screenshots {
         }
         students[2].name = "Wolfeschlegelsteinhausenbergerdorff, <b>Maria</b>\nTheodora";
         WriteSheet *sheet = window.openWriteSheet(students);
-        const auto press = [sheet](const QString &text) {
-            for (auto *button : sheet->findChildren<QPushButton *>()) {
-                if (button->text() == text)
-                    button->click();
-            }
-            settle();
-        };
         settle();
-        press(QStringLiteral("Copy and Next"));
-        press(QStringLiteral("Skip"));
-        save(*sheet, "write");
+        press(*sheet, "Copy and Next");
+        press(*sheet, "Skip");
+        pictures.save(*sheet, "write");
         sheet->resize(
             sheet->fontMetrics().averageCharWidth() * 42, sheet->fontMetrics().height() * 30);
-        settle();
-        save(*sheet, "write-narrow");
-        press(QStringLiteral("Copy All Together"));
+        pictures.save(*sheet, "write-narrow");
+        press(*sheet, "Copy All Together");
         sheet->resize(560, 420);
-        settle();
-        save(*sheet, "write-end");
-        press(QStringLiteral("Undo"));
+        pictures.save(*sheet, "write-end");
+        press(*sheet, "Undo");
         sheet->reject();
         settle();
         defaults.remove(preferences::writeWindowGeometry.name);
@@ -494,20 +285,16 @@ class Screenshots {
 
     /// The Print sheet, and the PDFs of a roster and of a student.
     void drawPrint(MainWindowController &controller, MainWindow &window) {
-        for (QAction *title : window.menuBar()->actions()) {
-            for (QAction *command : title->menu()->actions()) {
-                if (command->shortcut() == QKeySequence(QKeySequence::Print))
-                    command->trigger();
-            }
-        }
-        settle();
+        trigger(window, [](const QAction &command) {
+            return command.shortcut() == QKeySequence(QKeySequence::Print);
+        });
         if (auto *sheet = window.findChild<PrintSheet *>()) {
-            save(*sheet, "print");
+            pictures.save(*sheet, "print");
             sheet->reject();
         }
         RosterView roster = controller.roster();
         const RiskRow student = window.roster()->table()->selectedRows().front();
-        savePDF(
+        pictures.savePDF(
             printedStudent(student, controller.studentHistory(student), systemNow()),
             "print-student");
         std::vector<RiskRow> rows(roster.rows.begin(), roster.rows.end());
@@ -515,15 +302,7 @@ class Screenshots {
             rows.push_back(rows[rows.size() % 26]);
         rows[3].name = "Wolfeschlegelsteinhausenbergerdorff " + std::string(80, 'W');
         roster.rows = std::move(rows);
-        savePDF(printedRoster(roster, false, systemNow()), "print-roster");
-    }
-
-    void savePDF(const PrintedDocument &document, const char *name) {
-        QFile file(
-            target.filePath(QStringLiteral("%1-%2.pdf").arg(QString::fromUtf8(name), suffix)));
-        const bool written = file.open(QIODevice::WriteOnly) && file.write(pdf(document)) > 0;
-        anyFailed = anyFailed || !written;
-        fmt::print("{}\n", file.fileName().toStdString());
+        pictures.savePDF(printedRoster(roster, false, systemNow()), "print-roster");
     }
 
     void drawCourseSheets(
@@ -535,8 +314,7 @@ class Screenshots {
         auto *icon = new IconSheet(
             introToProgramming, controller.roster().title, defaults, appearance, &window);
         icon->show();
-        settle();
-        save(*icon, "icon");
+        pictures.save(*icon, "icon");
         icon->accept();
 
         std::vector<Course> courses;
@@ -549,11 +327,9 @@ class Screenshots {
         }
         auto *copy = new CopySetupSheet(introToProgramming, courses, defaults, appearance, &window);
         copy->show();
-        settle();
-        save(*copy, "copy-setup");
+        pictures.save(*copy, "copy-setup");
         copy->reject();
-        settle();
-        save(window, "icons");
+        pictures.save(window, "icons");
     }
 
     void drawWelcome(
@@ -564,35 +340,17 @@ class Screenshots {
         ConnectionCheck check(defaults, tokens, session);
         auto *welcome = new WelcomeWindow(defaults, check, controller, appearance);
         welcome->show();
-        settle();
-        save(*welcome, "welcome-1");
-        const auto press = [welcome](const QString &text) {
-            for (auto *button : welcome->findChildren<QPushButton *>()) {
-                if (button->text() == text)
-                    button->click();
-            }
-            settle();
-        };
-        press(QStringLiteral("Continue"));
+        pictures.save(*welcome, "welcome-1");
+        press(*welcome, "Continue");
         welcome->findChild<QLineEdit *>()->setText(QStringLiteral("canvas.example.edu"));
-        press(QStringLiteral("Connect"));
-        save(*welcome, "welcome-2");
+        press(*welcome, "Connect");
+        pictures.save(*welcome, "welcome-2");
         welcome->close();
         settle();
     }
 
-    void save(QWidget &widget, const char *name) {
-        const QString file =
-            target.filePath(QStringLiteral("%1-%2.png").arg(QString::fromUtf8(name), suffix));
-        const bool written = widget.grab().save(file);
-        anyFailed = anyFailed || !written;
-        fmt::print("{}{}\n", written ? "" : "not written: ", file.toStdString());
-    }
-
-    QDir target;
-    QFont font;
-    QString suffix;
-    bool anyFailed = false;
+    QFont font = QApplication::font();
+    Pictures &pictures;
 };
 
 } // namespace
@@ -604,12 +362,12 @@ int main(int argc, char **argv) {
         return 2;
     }
     const QString folder = QString::fromLocal8Bit(argv[1]);
-    QDir().mkpath(folder);
     const double scale = argc > 2 ? QByteArray(argv[2]).toDouble() : 1.0;
-    Screenshots screenshots(folder);
+    Pictures pictures(folder);
+    Screenshots screenshots(pictures);
     for (const char *appearance : {"light", "dark"}) {
         screenshots.draw(appearance, scale);
         screenshots.drawNotConnected(appearance, scale);
     }
-    return screenshots.failed() ? 1 : 0;
+    return pictures.failed() ? 1 : 0;
 }

@@ -88,11 +88,12 @@ struct Classroom {
     }
 };
 
-inline std::vector<std::string> sentences(const RiskRow &row) {
-    std::vector<std::string> texts;
+/// The explanation of a row, its sentences separated by semicolons.
+inline std::string sentences(const RiskRow &row) {
+    std::string text;
     for (const ReasonLine &line : row.reasonLines)
-        texts.push_back(line.text);
-    return texts;
+        text += (text.empty() ? "" : "; ") + line.text;
+    return text;
 }
 
 } // namespace ellwynd::test

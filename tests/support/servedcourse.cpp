@@ -308,4 +308,20 @@ void serve(FakeCanvas &canvas, std::span<const ServedCourse> courses) {
     canvas.serve("/api/v1/courses", std::move(list));
 }
 
+QString coursePath(int course, const char *list) {
+    return QString("/api/v1/courses/%1/%2").arg(course).arg(list);
+}
+
+void serveScores(FakeCanvas &canvas, int course, int score, int students) {
+    std::vector<QByteArray> all;
+    for (int id = course * 10 + 1; id <= course * 10 + students; ++id)
+        all.push_back(QByteArray::fromStdString(fmt::format(
+            R"({{"user_id":{0},"user":{{"id":{0},"name":"Student"}},)"
+            R"("grades":{{"current_score":{1}}}}})",
+            id, score)));
+    canvas.serve(coursePath(course, "enrollments"), std::move(all));
+    canvas.serve(coursePath(course, "assignment_groups"), {});
+    canvas.serve(coursePath(course, "students/submissions"), {});
+}
+
 } // namespace ellwynd::test

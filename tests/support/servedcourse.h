@@ -3,6 +3,8 @@
 
 #include "canvas/records/records.h"
 
+#include <QString>
+
 #include <span>
 
 namespace ellwynd::test {
@@ -32,5 +34,11 @@ struct CourseSize {
 /// Serves the courses with records of realistic size: a submission is 0.7 to 1.8 KB, an assignment
 /// 3 KB, mostly keys that the program ignores.
 void serve(FakeCanvas &canvas, std::span<const ServedCourse> courses);
+
+/// The path of one of the lists of a course.
+[[nodiscard]] QString coursePath(int course, const char *list);
+/// Serves a course without any work, and students who have this score. Their ids are ten times that
+/// of the course plus one, two and so on.
+void serveScores(FakeCanvas &canvas, int course, int score, int students = 1);
 
 } // namespace ellwynd::test

@@ -1,4 +1,4 @@
-// What the window remembers between runs.
+// What the window remembers between runs, and what it keeps in memory.
 #include "support/mainwindow.h"
 #include "support/until.h"
 #include "ui/details/studentdetails.h"
@@ -78,6 +78,28 @@ TEST_F(MainWindowTest, TheWindowRestoresItsGeometry) {
     const MainWindow fresh{controller, defaults,           core.stores, core.check,
                            sync,       core.notifications, appearance};
     EXPECT_EQ(fresh.size(), QSize(1280, 800)) << "the default size";
+}
+
+TEST_F(MainWindowTest, AnyNumberOfRefreshesLeavesTheSameObjects) {
+    const auto objects = [this] {
+        Q_EMIT controller.errorDidOccur(CanvasError(CanvasError::Kind::timedOut));
+        for (const Selection &selection :
+             {Selection(CourseSelection{900101}), Selection(TermSelection{9001}),
+              Selection(CourseSelection{900102}), Selection(DashboardSelection{})}) {
+            controller.select(selection);
+            controller.refresh();
+            controller.computerDidWake();
+            QApplication::processEvents();
+        }
+        // What is deleted later is gone.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return std::pair{
+            window.findChildren<QObject *>().size(), QApplication::topLevelWidgets().size()};
+    };
+    objects();
+    const auto before = objects();
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(objects(), before) << i;
 }
 
 } // namespace

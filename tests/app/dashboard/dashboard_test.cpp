@@ -10,6 +10,7 @@
 #include "support/fakecanvas.h"
 #include "support/instants.h"
 #include "support/rosters.h"
+#include "support/servedcourse.h"
 #include "support/until.h"
 
 #include <gmock/gmock.h>
@@ -203,24 +204,8 @@ struct PassTest : testing::Test {
             [this](bool complete) { passes.push_back(complete); });
     }
 
-    static QString path(int course, const char *rest) {
-        return QStringLiteral("/api/v1/courses/%1/").arg(course) + QString::fromUtf8(rest);
-    }
-
     /// Serves a course with two students who have this score.
-    void serveScore(int course, int score) {
-        std::vector<QByteArray> students;
-        for (const int id : {1, 2}) {
-            students.push_back(QStringLiteral(R"({"user_id":%1,"user":{"id":%1,"name":"Student"},)"
-                                              R"("grades":{"current_score":%2}})")
-                                   .arg(course * 10 + id)
-                                   .arg(score)
-                                   .toUtf8());
-        }
-        canvas.serve(path(course, "enrollments"), students);
-        canvas.serve(path(course, "assignment_groups"), {});
-        canvas.serve(path(course, "students/submissions"), {});
-    }
+    void serveScore(int course, int score) { test::serveScores(canvas, course, score, 2); }
 
     void pass() {
         const std::size_t before = passes.size();
@@ -313,7 +298,7 @@ TEST_F(PassTest, ATermWithAFailedCourseIsLeftOut) {
     pass();
     const std::string before = widgets();
     // In a term other than the automatic one: the widget file omits the term.
-    canvas.plan(path(2, "enrollments"), {{.status = 404}});
+    canvas.plan(test::coursePath(2, "enrollments"), {{.status = 404}});
     pass();
     EXPECT_FALSE(passes.back());
     EXPECT_EQ(controller.dashboard().model().terms.size(), 2U) << "the earlier cards are kept";
@@ -322,7 +307,7 @@ TEST_F(PassTest, ATermWithAFailedCourseIsLeftOut) {
     const std::string kept = widgets();
     const int reloads = core.widgetReloads;
     for (const int failing : {1, 4}) {
-        canvas.plan(path(failing, "enrollments"), {{.status = 404}});
+        canvas.plan(test::coursePath(failing, "enrollments"), {{.status = 404}});
         pass();
         EXPECT_FALSE(passes.back());
         EXPECT_EQ(widgets(), kept) << failing;
@@ -333,7 +318,7 @@ TEST_F(PassTest, ATermWithAFailedCourseIsLeftOut) {
 
 TEST_F(PassTest, ASignOutOrALaterPassStopsARunningPass) {
     pass();
-    canvas.hold(path(1, "enrollments"));
+    canvas.hold(test::coursePath(1, "enrollments"));
     controller.refresh();
     ASSERT_TRUE(test::until([&] { return controller.dashboard().progress().running; }));
     static_cast<void>(runToEnd(core.check.signOut()));
@@ -351,7 +336,7 @@ TEST_F(PassTest, ASignOutOrALaterPassStopsARunningPass) {
 
     // A second pass while the first is waiting: only its numbers are shown.
     core.connectTo(canvas.address());
-    canvas.hold(path(1, "enrollments"));
+    canvas.hold(test::coursePath(1, "enrollments"));
     controller.refresh();
     ASSERT_TRUE(test::until([&] { return controller.dashboard().progress().running; }));
     const auto lists = [this] {

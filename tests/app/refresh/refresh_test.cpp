@@ -6,6 +6,7 @@
 #include "support/fakecanvas.h"
 #include "support/instants.h"
 #include "support/rosters.h"
+#include "support/servedcourse.h"
 #include "support/until.h"
 
 #include <QCoreApplication>
@@ -17,6 +18,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using test::noon;
+using test::serveScores;
 using test::until;
 
 /// The tests set the wall clock. The machine's clock runs, and the tests advance it as well.
@@ -67,23 +69,7 @@ struct RefreshTest : testing::Test {
                  "end_at":"2026-12-20T00:00:00Z"}})",
              R"({"id":3,"name":"Chem"})"});
         for (const int course : {1, 2, 3})
-            serveScore(server, course, 90);
-    }
-
-    static QString path(int course, const char *rest) {
-        return QStringLiteral("/api/v1/courses/%1/").arg(course) + QString::fromUtf8(rest);
-    }
-
-    static void serveScore(test::FakeCanvas &server, int course, int score) {
-        server.serve(
-            path(course, "enrollments"),
-            {QStringLiteral(R"({"user_id":%1,"user":{"id":%1,"name":"Student"},)"
-                            R"("grades":{"current_score":%2}})")
-                 .arg(course * 10)
-                 .arg(score)
-                 .toUtf8()});
-        server.serve(path(course, "assignment_groups"), {});
-        server.serve(path(course, "students/submissions"), {});
+            serveScores(server, course, 90);
     }
 
     void pass(std::chrono::milliseconds time) {
@@ -139,17 +125,6 @@ TEST_F(RefreshTest, SwitchingWindowsReadsEachCourseOnce) {
     EXPECT_EQ(canvas.requests.size(), 6U) << "fresh";
 }
 
-TEST_F(RefreshTest, AHeldKeyInTheSidebarReadsOnlyTheLastCourse) {
-    start(1);
-    pass(10min);
-    controller->select(CourseSelection{2});
-    controller->select(TermSelection{9});
-    controller->select(CourseSelection{3});
-    ASSERT_TRUE(until([&] { return controller->roster().title == "Chem" && untilQuiet(); }));
-    EXPECT_EQ(canvas.requests.size(), 3U);
-    EXPECT_EQ(asked(path(3, "enrollments")), 1);
-}
-
 TEST_F(RefreshTest, ATermIsAsOldAsItsOldestCourse) {
     start(1);
     pass(10min);
@@ -168,7 +143,8 @@ TEST_F(RefreshTest, ATermIsAsOldAsItsOldestCourse) {
 
 TEST_F(RefreshTest, ARefusedCourseIsNamed) {
     start();
-    canvas.plan(path(2, "enrollments"), {{.status = 403}, {.status = 403}, {.status = 403}});
+    canvas.plan(
+        test::coursePath(2, "enrollments"), {{.status = 403}, {.status = 403}, {.status = 403}});
     controller->select(TermSelection{9});
     ASSERT_TRUE(untilQuiet());
     EXPECT_EQ(controller->roster().state, RosterView::State::shown);
@@ -186,7 +162,7 @@ TEST_F(RefreshTest, ARefusedCourseIsNamed) {
 TEST_F(RefreshTest, AnAutomaticRefreshIsNotAVisit) {
     start();
     EXPECT_THAT(levels(1), testing::ElementsAre("OK")) << "the course was opened";
-    serveScore(canvas, 1, 20);
+    serveScores(canvas, 1, 20);
     pass(10min);
     controller->setActive(true);
     ASSERT_TRUE(until([&] { return passes == 2; }));
@@ -213,7 +189,7 @@ TEST_F(RefreshTest, AnotherAddressSignsOutOfTheFirst) {
     start();
     test::FakeCanvas other;
     other.serve(QStringLiteral("/api/v1/courses"), {R"({"id":1,"name":"Other"})"});
-    serveScore(other, 1, 90);
+    serveScores(other, 1, 90);
     // As if saved by another process.
     core.connectTo(other.address());
     EXPECT_TRUE(controller->courses().isEmpty());
@@ -252,7 +228,7 @@ TEST_F(RefreshTest, WakingUpMonthsLaterUsesTheTermsOfThatDay) {
 
 TEST_F(RefreshTest, AThresholdChangedDuringAPassAppliesToAllItsCourses) {
     start();
-    canvas.hold(path(2, "enrollments"));
+    canvas.hold(test::coursePath(2, "enrollments"));
     controller->refresh();
     ASSERT_TRUE(until([&] { return controller->dashboard().progress().done == 1; }));
     core.defaults.set(preferences::defaultPassingScore, 95.0);

@@ -1,9 +1,7 @@
 #include "app/roster/rostertexts.h"
 #include "app/roster/termroster.h"
-#include "canvas/canvaslinks.h"
 #include "canvas/records/termgroups.h"
 #include "support/instants.h"
-#include "support/temporaryfolder.h"
 
 #include <gmock/gmock.h>
 
@@ -81,30 +79,6 @@ TEST(TermRows, ContainTheFlaggedStudentsOfEveryCourse) {
         keys.emplace_back(row.courseID, row.id);
     EXPECT_THAT(
         keys, ElementsAre(std::pair(20, 1), std::pair(10, 1), std::pair(10, 2), std::pair(20, 2)));
-}
-
-TEST(CanvasLinks, AreBuiltFromTheSavedAddress) {
-    struct Row {
-        const char *base;
-        std::optional<std::string> course;
-    };
-    for (const Row &row : std::vector<Row>{
-             {"https://canvas.example.edu", "https://canvas.example.edu/courses/7"},
-             {"https://canvas.example.edu/", "https://canvas.example.edu/courses/7"},
-             {"https://h.example/lms?x=1#y", "https://h.example/lms/courses/7"},
-             {"http://canvas.example.edu", std::nullopt},
-             {"HTTPS://canvas.example.edu", std::nullopt},
-             {"canvas.example.edu", std::nullopt},
-             {"https://", std::nullopt},
-             {"https:///x", std::nullopt},
-             {"", std::nullopt}})
-        EXPECT_EQ(canvasLinks::course(row.base, 7), row.course) << row.base;
-    const std::string base = "https://h.example";
-    EXPECT_EQ(canvasLinks::grades(base, 7, 9), "https://h.example/courses/7/grades/9");
-    EXPECT_EQ(canvasLinks::assignment(base, 7, 8), "https://h.example/courses/7/assignments/8");
-    EXPECT_EQ(canvasLinks::course(base, 0), std::nullopt);
-    EXPECT_EQ(canvasLinks::grades(base, 7, -1), std::nullopt);
-    EXPECT_EQ(canvasLinks::assignment(base, 0, 8), std::nullopt);
 }
 
 } // namespace

@@ -23,6 +23,7 @@ TEST(Decoding, ReadsEveryMember) {
         .appliesGroupWeights = true};
     EXPECT_EQ(courses[0], bio);
     EXPECT_EQ(courses[1], Course{.id = 5});
+    EXPECT_THROW((void)decodeCourse(R"({"id": 5, "name": 7})"), DecodingError);
 
     const auto groups = decodeAssignmentGroups(
         R"([{"id": 1, "group_weight": 40, "assignments": [
@@ -62,6 +63,7 @@ TEST(Decoding, ReadsEveryMember) {
     EXPECT_EQ(submissions, std::vector{summary});
     EXPECT_EQ(submissions[0].workflowState.name(), "new_state");
     EXPECT_NE(submissions[0].workflowState, WorkflowState("another_new_state"));
+    EXPECT_EQ(WorkflowState("another_new_state").name(), "another_new_state");
     EXPECT_TRUE(decodeSubmissions(" [ ] \n").empty());
 }
 
@@ -88,12 +90,15 @@ TEST(Decoding, IntegersMayBeWrittenAsReals) {
             R"([{"user_id": 1, "grades": {"current_score": -100000000000000000000}}])")[0]
             .grades->currentScore,
         -1e20);
-    // Digits in a text are no number.
-    const Course digits = decodeCourse(
-        R"({"id": 1, "name": "100000000000000000000", "y": 99999999999999999999,
-            "course_code": "x100000000000000000000"})");
-    EXPECT_EQ(digits.name, "100000000000000000000");
-    EXPECT_EQ(digits.courseCode, "x100000000000000000000");
+    // Digits in a text are no number, wherever it begins.
+    for (const std::string before : {"", " ", "  "}) {
+        const Course digits = decodeCourse(
+            before +
+            R"({"id": 1, "name": "100000000000000000000", "y": 99999999999999999999,
+                "course_code": "x100000000000000000000"})");
+        EXPECT_EQ(digits.name, "100000000000000000000");
+        EXPECT_EQ(digits.courseCode, "x100000000000000000000");
+    }
     EXPECT_EQ(decodeCourse(R"({"id": 1, "id": 2})").id, 2);
     EXPECT_EQ(decodeCourse(R"({"\u0069d": 3})").id, 3);
 }
@@ -145,8 +150,19 @@ TEST(Decoding, ErrorsNameTheRecordAndTheKey) {
              Row{R"([{"a": [true, false, null, 0, 1e5, -0.5E-3, "x y", [], {}], "b" 1}])",
                  "SubmissionSummary: it is not valid JSON near byte 64"},
              Row{R"([1e+])", "SubmissionSummary: it is not valid JSON near byte 4"},
+             Row{R"([1.])", "SubmissionSummary: it is not valid JSON near byte 3"},
              Row{R"([{}, {1}])", "SubmissionSummary: it is not valid JSON near byte 6"},
              Row{R"([] [])", "SubmissionSummary: it is not valid JSON near byte 3"},
+             // At each of these, what is around it could go on.
+             Row{"tru", "SubmissionSummary: it is not valid JSON near byte 0"},
+             Row{R"([ ] [])", "SubmissionSummary: it is not valid JSON near byte 4"},
+             Row{R"([[,]])", "SubmissionSummary: it is not valid JSON near byte 2"},
+             Row{R"([{:1}])", "SubmissionSummary: it is not valid JSON near byte 2"},
+             Row{R"([{"a": [1}])", "SubmissionSummary: it is not valid JSON near byte 9"},
+             Row{R"("abc)", "SubmissionSummary: it is not valid JSON near byte 4"},
+             Row{"[\"a\nb\"]", "SubmissionSummary: it is not valid JSON near byte 3"},
+             Row{submission(ids + R"("cached_due_date": 5)"),
+                 "SubmissionSummary [1].cached_due_date is not a date"},
              Row{R"(["\ud800"])", "SubmissionSummary: it is not valid JSON"},
          })
         EXPECT_EQ(failure(row.json), row.message);

@@ -50,62 +50,29 @@ TEST(MessageTemplate, DefaultTemplatesOmitMissingValues) {
         const char *name;
         const MessageTemplate &message;
         const RiskRow &student;
-        const char *text;
+        std::string text;
+    };
+    const auto emailWith = [](const std::string &lines) {
+        return "Subject: Checking in — Bio 101\n\nHi Ana,\n\n"
+               "I was going through how everyone is doing in Bio 101 and wanted to check in. Here "
+               "is what I am seeing:\n\n" +
+            lines +
+            "\nIf something is getting in the way, reply and let me know — we can work out a plan "
+            "to catch up.";
     };
     const Row rows[] = {
         {"email, everything", email, everything,
-         R"(Subject: Checking in — Bio 101
-
-Hi Ana,
-
-I was going through how everyone is doing in Bio 101 and wanted to check in. Here is what I am seeing:
-
-• 2 assignment(s) showing as missing:
-    – Essay 1
-    – Quiz 3
-• Your current score is 49%, and passing is 70%.
-
-If something is getting in the way, reply and let me know — we can work out a plan to catch up.)"},
-        {"email, nothing", email, nothing,
-         R"(Subject: Checking in — Bio 101
-
-Hi Ana,
-
-I was going through how everyone is doing in Bio 101 and wanted to check in. Here is what I am seeing:
-
-
-If something is getting in the way, reply and let me know — we can work out a plan to catch up.)"},
+         emailWith("• 2 assignment(s) showing as missing:\n    – Essay 1\n    – Quiz 3\n"
+                   "• Your current score is 49%, and passing is 70%.\n")},
+        {"email, nothing", email, nothing, emailWith("")},
         {"email, no score", email, noScore,
-         R"(Subject: Checking in — Bio 101
-
-Hi Ana,
-
-I was going through how everyone is doing in Bio 101 and wanted to check in. Here is what I am seeing:
-
-• 1 assignment(s) showing as missing:
-    – Essay 1
-
-If something is getting in the way, reply and let me know — we can work out a plan to catch up.)"},
+         emailWith("• 1 assignment(s) showing as missing:\n    – Essay 1\n")},
         {"email, no missing work", email, noMissing,
-         R"(Subject: Checking in — Bio 101
-
-Hi Ana,
-
-I was going through how everyone is doing in Bio 101 and wanted to check in. Here is what I am seeing:
-
-• Your current score is 73%, and passing is 70%.
-
-If something is getting in the way, reply and let me know — we can work out a plan to catch up.)"},
+         emailWith("• Your current score is 73%, and passing is 70%.\n")},
         {"short, everything", brief, everything,
-         R"(Hi Ana — quick check-in on Bio 101.
-
-Missing (2):
-    – Essay 1
-    – Quiz 3
-
-Current score: 49%, passing is 70%
-
-If something is getting in the way, let me know and we'll sort out a plan.)"},
+         "Hi Ana — quick check-in on Bio 101.\n\nMissing (2):\n    – Essay 1\n    – Quiz 3\n\n"
+         "Current score: 49%, passing is 70%\n\n"
+         "If something is getting in the way, let me know and we'll sort out a plan."},
         {"short, nothing", brief, nothing,
          "Hi Ana — quick check-in on Bio 101.\n\n\n\n"
          "If something is getting in the way, let me know and we'll sort out a plan."},

@@ -114,39 +114,31 @@ TEST_F(MovementNotifierTest, StudentsCountOnceUntilTheirCourseIsOpened) {
 TEST_F(MovementNotifierTest, SettingsDecideWhetherANoticeIsPosted) {
     struct Row {
         const char *what;
-        PreferenceMap settings;
-        bool active = false;
-        bool posts = false;
+        /// The preferences that are on.
+        std::vector<const char *> on;
+        bool active;
+        bool posts;
         /// Whether the students are counted.
-        bool counts = false;
+        bool counts;
     };
-    const PreferenceMap on{{"MovementNotifications", true}};
-    const auto with = [&](PreferenceMap more) {
-        more.insert(on.begin(), on.end());
-        return more;
-    };
-    for (const Row &row : {
-             Row{.what = "off by default", .settings = {}},
-             Row{.what = "on", .settings = on, .posts = true, .counts = true},
-             Row{.what = "in front", .settings = on, .active = true, .counts = true},
-             Row{.what = "in front, enabled",
-             .settings = with({{"NotifyWhileActive", true}}),
-             .active = true,
-             .posts = true,
-             .counts = true},
-             Row{.what = "in the background, enabled in front too",
-             .settings = with({{"NotifyWhileActive", true}}),
-             .posts = true,
-             .counts = true},
-             Row{.what = "sample college", .settings = with({{"SampleData", true}})},
-             Row{.what = "sample college, enabled",
-             .settings = with({{"SampleData", true}, {"SampleNotifications", true}}),
-             .posts = true,
-             .counts = true},
-             Row{.what = "sample college, off",
-             .settings = {{"SampleData", true}, {"SampleNotifications", true}}},
-         }) {
-        UserDefaults chosen(folder.path() / "Row.json", row.settings);
+    const std::vector<const char *> both{"MovementNotifications", "NotifyWhileActive"};
+    for (const Row &row : std::vector<Row>{
+             {"off by default", {}, false, false, false},
+             {"on", {"MovementNotifications"}, false, true, true},
+             {"in front", {"MovementNotifications"}, true, false, true},
+             {"in front, enabled", both, true, true, true},
+             {"in the background, enabled in front too", both, false, true, true},
+             {"sample college", {"MovementNotifications", "SampleData"}, false, false, false},
+             {"sample college, enabled",
+              {"MovementNotifications", "SampleData", "SampleNotifications"},
+              false,
+              true,
+              true},
+             {"sample college, off", {"SampleData", "SampleNotifications"}, false, false, false}}) {
+        PreferenceMap settings;
+        for (const char *key : row.on)
+            settings[key] = true;
+        UserDefaults chosen(folder.path() / "Row.json", settings);
         test::MemoryNotifications notices;
         bool inFront = row.active;
         MovementNotifier one(chosen, notices, [&] { return inFront; });

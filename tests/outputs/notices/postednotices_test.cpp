@@ -6,10 +6,8 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusMetaType>
 #include <QDBusReply>
 #include <QDBusVariant>
-#include <QVariantMap>
 
 #include <gmock/gmock.h>
 
@@ -39,18 +37,6 @@ bool isShown() {
     return test::until([] { return shown() == 1; });
 }
 
-/// Closes all notices and returns the server's history, newest first.
-QList<QVariantMap> history() {
-    call(commands, "NotificationCloseAll", {});
-    const QDBusReply<QList<QVariantMap>> reply(call(commands, "NotificationListHistory", {}));
-    EXPECT_TRUE(reply.isValid()) << reply.error().message().toStdString();
-    return reply.value();
-}
-
-std::string textOf(const QVariantMap &notice, const char *key) {
-    return notice.value(QString::fromLatin1(key)).toString().toStdString();
-}
-
 struct PostedNotices : testing::Test {
     test::TemporaryFolder folder;
     UserDefaults defaults{folder.path() / "Preferences.json", {{"MovementNotifications", true}}};
@@ -59,7 +45,6 @@ struct PostedNotices : testing::Test {
     std::vector<std::int64_t> opened;
 
     void SetUp() override {
-        qDBusRegisterMetaType<QList<QVariantMap>>();
         QObject::connect(
             &notifier, &MovementNotifier::openRequested, &notifier,
             [this](std::optional<std::int64_t> id) { opened.push_back(id.value_or(0)); });
@@ -99,29 +84,6 @@ TEST_F(PostedNotices, ClickAndButtonOpenTheCourse) {
     EXPECT_TRUE(isOpened(2)) << "the button";
     EXPECT_THAT(opened, testing::ElementsAre(4021, 4021));
     call(commands, "NotificationCloseAll", {});
-}
-
-TEST_F(PostedNotices, TwoPassesThatFindTheSameStudentPostOnce) {
-    const qsizetype before = history().size();
-    const CourseMovement hostile{
-        .courseID = 4022,
-        .courseName = "<b>Bio</b> &amp; <a href=\"https://h.example\">x</a>\n\u202Eend",
-        .worseStudentIDs = {1, 2}};
-    notifier.notify({hostile});
-    ASSERT_TRUE(isShown());
-    notifier.notify({hostile});
-    // Once a later notice is shown, all earlier ones are.
-    notifier.notify({{.courseID = 4023, .courseName = "Last", .worseStudentIDs = {3}}});
-    ASSERT_TRUE(test::until([] { return shown() == 2; }));
-    const QList<QVariantMap> notices = history();
-    ASSERT_EQ(notices.size(), before + 2);
-    EXPECT_EQ(textOf(notices[0], "body"), "Last");
-    EXPECT_EQ(textOf(notices[1], "appname"), "Ellwynd");
-    EXPECT_EQ(textOf(notices[1], "summary"), "2 students newly need attention");
-    // The body as it was sent; the server decodes it.
-    EXPECT_EQ(
-        textOf(notices[1], "body"),
-        "&lt;b&gt;Bio&lt;/b&gt; &amp;amp; &lt;a href=\"https://h.example\"&gt;x&lt;/a&gt; end");
 }
 
 } // namespace

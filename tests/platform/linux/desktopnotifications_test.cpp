@@ -159,20 +159,13 @@ TEST_F(DesktopNotificationsTest, NoticesDependOnTheServersCapabilities) {
     const QString open = QStringLiteral("open");
     const QString course = QStringLiteral("Open Course");
     const QString program = QStringLiteral("Open Ellwynd");
+    const QString plain = QStringLiteral("<b>&</b>");
+    const QString escaped = QStringLiteral("&lt;b&gt;&amp;&lt;/b&gt;");
     for (const Row &row :
-         {Row{{body}, 4021, QStringLiteral("<b>&</b>"), {}},
-          Row{{body, actions},
-              4021,
-              QStringLiteral("<b>&</b>"),
-              {defaultAction, course, open, course}},
-          Row{{body, actions},
-              {},
-              QStringLiteral("<b>&</b>"),
-              {defaultAction, program, open, program}},
-          Row{{body, QStringLiteral("body-markup")},
-              4021,
-              QStringLiteral("&lt;b&gt;&amp;&lt;/b&gt;"),
-              {}}}) {
+         {Row{{body}, 4021, plain, {}},
+          Row{{body, actions}, 4021, plain, {defaultAction, course, open, course}},
+          Row{{body, actions}, {}, plain, {defaultAction, program, open, program}},
+          Row{{body, QStringLiteral("body-markup")}, 4021, escaped, {}}}) {
         server.capabilities = row.capabilities;
         postTo(server, "m", row.courseID);
         const QVariantList sent = server.notices.back();

@@ -34,8 +34,11 @@ def google_bench(name, *arguments, filter=None):
     command = [BENCHES / f"{name}_bench", "--benchmark_format=json", *arguments]
     if filter:
         command.append(f"--benchmark_filter={filter}")
-    return {each["name"].split("/iterations")[0]: each
-            for each in json.loads(run(*command))["benchmarks"]}
+    results = json.loads(run(*command))["benchmarks"]
+    for each in results:
+        if each.get("error_occurred"):
+            sys.exit(f"{each['name']}: {each['error_message']}")
+    return {each["name"].split("/iterations")[0]: each for each in results}
 
 
 class Row:
@@ -86,8 +89,6 @@ def compare_passes():
     try:
         for _ in range(RUNS):
             result = google_bench("pass", "1")["scoreAllCourses"]
-            if result.get("error_occurred"):
-                sys.exit(result["error_message"])
             ours.append(result["median_s"])
             bound.append(result["bound_s"])
             memory.append(result["peak_MB"])
@@ -260,7 +261,8 @@ the end of the run its load was {load}. With other programs on the machine, wall
 ## Method
 
 - Each figure is the median of {runs} runs unless its line says otherwise; the lowest and the highest
-  follow in parentheses. What is compared runs in alternation with the program.
+  follow in parentheses. What is compared runs in alternation with the program. Figures without a
+  spread are of one run.
 - The scoring pass reads a fake Canvas over HTTPS on loopback, in a process of its own, which delays
   every response. Its bound is the time of the longest chain of pages that follow each other, with six
   requests in flight and nothing else taking time. The serial script is `bench/serialpass.py`.

@@ -10,7 +10,7 @@
 // The phases are measured after the first pass, and again after all passes, half an hour of
 // simulated time apart: 48 passes are a day. The memory after five passes from pass N on, by
 // default the second, and after the last five is printed. After each phase the program waits until
-// there has been nothing to do for a while.
+// there has been nothing to do for a while. N is at least 2, and there are more than N + 5 passes.
 #include "app/mainwindowcontroller.h"
 #include "application.h"
 #include "base/heap.h"
@@ -163,7 +163,8 @@ class Measurement {
         phase(name, action, [] { return true; });
     }
 
-    /// Until there has been nothing to do for a while.
+    /// Until there has been nothing to do for a while. N is at least 2, and there are more than N +
+    /// 5 passes.
     static void settle() {
         QEventLoop loop;
         QTimer::singleShot(quiet, &loop, &QEventLoop::quit);
@@ -369,7 +370,8 @@ int main(int argc, char **argv) {
         simulated += std::chrono::minutes(30);
         measurement.passPhase(fmt::format("pass {}", pass));
         memory.push_back(bench::residentMemory() / 1e6);
-        if (pass == number("from") + std::int64_t(memoryReadings) - 1)
+        if (pass == number("from") + std::int64_t(memoryReadings) - 1 &&
+            memory.size() >= memoryReadings)
             measurement.printMemory(memory, pass);
     }
     if (memory.size() > memoryReadings)

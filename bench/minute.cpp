@@ -1,6 +1,7 @@
 // The requests that activations, wakes and returns of the network cause within a simulated minute,
 // beside those of one reading of the roster on screen and one pass, and the requests of ten
-// refreshes during a pass beside those of two passes.
+// refreshes during a pass beside
+// those of two such readings and two passes.
 #include "app/mainwindowcontroller.h"
 #include "base/log.h"
 #include "canvas/tokenstore.h"
@@ -115,5 +116,6 @@ int main(int argc, char **argv) {
             QTimer::singleShot(10ms * i, &controller, &MainWindowController::refresh);
     });
     fmt::print("ten refreshes during a pass: {}\n", refreshes);
-    fmt::print("two passes: {}\n", 2 * (freshen + pass));
+    fmt::print("two freshens and two passes: {}\n", 2 * (freshen + pass));
+    return freshen > 0 && pass > freshen && minute > 0 && refreshes > 0 ? 0 : 1;
 }

@@ -90,8 +90,14 @@ MainWindow &Application::Objects::window() {
         made, &MainWindow::sampleSwitchRequested, alerts, &ShellAlerts::switchSampleMode);
     QObject::connect(made, &MainWindow::updateCheckRequested, &updater, &Updater::checkForUpdates);
     made->setUpdateChecksAvailable(updater.mayCheck());
-    if (const auto update = updater.pendingUpdate(); update && updater.mayCheck())
-        made->showUpdate(QString::fromStdString(update->version));
+    // Announced once the window is visible.
+    QMetaObject::invokeMethod(
+        made,
+        [this, made] {
+            if (const auto update = updater.pendingUpdate(); update && updater.mayCheck())
+                made->showUpdate(QString::fromStdString(update->version));
+        },
+        Qt::QueuedConnection);
     const auto keepRunning = [this] { mainWindow->setKeepsRunning(statusItem.isShown()); };
     QObject::connect(&statusItem, &StatusItem::isShownDidChange, made, keepRunning);
     keepRunning();
@@ -112,8 +118,15 @@ Application::Application(ApplicationEnvironment environment, ApplicationService 
         &o.shell, &AppDelegate::activationRequested, &o.shell,
         [&o](const QString &activationToken) { o.window().activate(activationToken); });
     QObject::connect(
-        &o.shell, &AppDelegate::terminationRequested, qApp, &QCoreApplication::quit,
+        &o.shell, &AppDelegate::terminationRequested, &o.shell, [&o] { o.quit(); },
         Qt::QueuedConnection);
+    // An error in the background is shown too.
+    QObject::connect(
+        &o.controller, &MainWindowController::errorDidOccur, &o.shell,
+        [&o](const CanvasError &error) {
+            if (o.mainWindow == nullptr)
+                o.window().showError(error);
+        });
     QObject::connect(
         &o.notices, &MovementNotifier::openRequested, &o.shell,
         [&o](std::optional<std::int64_t> courseID) { o.shell.openNotice(courseID); });
@@ -155,8 +168,8 @@ void Application::followDesktop() {
         o.sync.scan();
     });
     // Asking the system for the network's state takes longer than the first picture may wait.
-    constexpr std::chrono::milliseconds afterFirstPaint{100};
-    QTimer::singleShot(afterFirstPaint, &o.shell, [&o] {
+    constexpr std::chrono::milliseconds afterStart{100};
+    QTimer::singleShot(afterStart, &o.shell, [&o] {
         o.observingNetwork = observeReachability([&o] { o.controller.networkDidReturn(); });
     });
     QObject::connect(

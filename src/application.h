@@ -62,7 +62,8 @@ class Application {
     Application(const Application &) = delete;
     Application &operator=(const Application &) = delete;
 
-    /// Once the event loop runs, shows the window, loads the courses and opens the links.
+    /// Once the event loop runs, shows the window unless the teacher wants to start in the
+    /// background, loads the courses and opens the links.
     void launch(const QStringList &links);
     /// Starts to follow preferences changed by other processes, the desktop's colour scheme,
     /// wake-up, the network, and the program's activation, and starts the half-hour timer.
@@ -71,7 +72,7 @@ class Application {
     [[nodiscard]] UserDefaults &defaults();
     [[nodiscard]] Appearance &appearance();
     [[nodiscard]] MainWindowController &controller();
-    /// Makes the window at the first call. It is hidden before `launch`.
+    /// Makes the window at the first call. It is hidden until `launch` has shown it.
     [[nodiscard]] MainWindow &window();
 
   private:

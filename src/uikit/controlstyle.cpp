@@ -64,6 +64,13 @@ class MoreIcon : public QIconEngine {
         }
         painter->restore();
     }
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap picture(size);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        paint(&painter, QRect({}, size), mode, state);
+        return picture;
+    }
     [[nodiscard]] QIconEngine *clone() const override { return new MoreIcon; }
 };
 

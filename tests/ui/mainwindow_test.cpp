@@ -19,10 +19,13 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTest>
 #include <QTextBrowser>
 
 #include <gmock/gmock.h>
+
+#include <set>
 
 namespace ellwynd {
 namespace {
@@ -422,6 +425,18 @@ TEST_F(MainWindowTest, TheCommandsOfTheDetailsStayInSight) {
     EXPECT_TRUE(details->isVisible());
     window.roster()->findChild<QLineEdit *>()->setText(QStringLiteral("nobody at all"));
     EXPECT_FALSE(details->isVisible());
+}
+
+TEST_F(MainWindowTest, TheSignForMoreMenusIsTransparentAroundItsArrows) {
+    const QImage sign = QApplication::style()
+                            ->standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton)
+                            .pixmap(16)
+                            .toImage();
+    std::set<bool> isDrawn;
+    for (int x = 0; x < sign.width(); ++x)
+        isDrawn.insert(qAlpha(sign.pixel(x, sign.height() / 2)) > 0);
+    EXPECT_EQ(qAlpha(sign.pixel(0, 0)), 0);
+    EXPECT_EQ(isDrawn.size(), 2U);
 }
 
 TEST_F(MainWindowTest, EachSentenceOfTheDetailsLeadsToItsTopic) {

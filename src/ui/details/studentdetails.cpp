@@ -107,8 +107,11 @@ void StudentDetails::focusContents() {
 }
 
 void StudentDetails::showEvent(QShowEvent *event) {
-    if (isOutdated)
+    if (isOutdated) {
+        // A pane that appears in a resize is painted before the next event.
+        setUpdatesEnabled(false);
         contentsDidChange();
+    }
     QWidget::showEvent(event);
 }
 
@@ -122,8 +125,10 @@ void StudentDetails::contentsDidChange() {
 }
 
 void StudentDetails::rebuildIfOutdated() {
-    if (!isHidden() && std::exchange(isOutdated, false))
-        rebuild();
+    if (isHidden() || !std::exchange(isOutdated, false))
+        return;
+    rebuild();
+    setUpdatesEnabled(true);
 }
 
 void StudentDetails::rebuild() {
@@ -365,7 +370,10 @@ void StudentDetails::addButtons(QVBoxLayout &column) {
     write->setProperty("primary", true);
     write->setToolTip(
         QStringLiteral("Fill in a message, and copy it for one student at a time (Ctrl+J)"));
-    connect(write, &QPushButton::clicked, this, [this] { Q_EMIT writeRequested(rows); });
+    // A button applies to the students that it names, also while the pane is about to be rebuilt.
+    connect(write, &QPushButton::clicked, this, [this, students = rows] {
+        Q_EMIT writeRequested(students);
+    });
     auto *copy = new QPushButton(QStringLiteral("Copy Message ▾"), box);
     copy->setAccessibleName(QStringLiteral("Copy Message"));
     copy->setToolTip(
@@ -382,7 +390,9 @@ void StudentDetails::addButtons(QVBoxLayout &column) {
         one ? QStringLiteral("Record that you wrote to this student just now")
             : QStringLiteral("Record that you wrote to these students just now"));
     contacted->setEnabled(contactsEnabled);
-    connect(contacted, &QPushButton::clicked, this, [this] { Q_EMIT contactsRequested(rows); });
+    connect(contacted, &QPushButton::clicked, this, [this, students = rows] {
+        Q_EMIT contactsRequested(students);
+    });
     for (QPushButton *button : {write, copy, contacted}) {
         button->setAutoDefault(false);
         button->setFont(appearance.font(0.94));

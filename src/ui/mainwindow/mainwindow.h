@@ -77,6 +77,8 @@ class MainWindow : public QMainWindow {
     void activate(const QString &activationToken);
     /// Shows the banner of an available update; an empty version hides it.
     void showUpdate(const QString &version);
+    /// Shows an alert, in place of the last one.
+    void showError(const CanvasError &error);
 
   Q_SIGNALS:
     /// The teacher asked to enter or leave the sample college.
@@ -112,7 +114,6 @@ class MainWindow : public QMainWindow {
     [[nodiscard]] SharedList<RiskRow> selectedStudents() const;
     void showContextMenu(const QPoint &position);
     void showStudent(const StudentKey &student);
-    void showError(const CanvasError &error);
 
     MainWindowController &controller;
     UserDefaults &defaults;

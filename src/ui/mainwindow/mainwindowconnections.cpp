@@ -190,6 +190,7 @@ void MainWindow::connectViews() {
     connect(&controller, &MainWindowController::loadingDidChange, this, [this] {
         dashboardPane->setRefreshing(controller.isLoading());
     });
+    dashboardPane->setRefreshing(controller.isLoading());
     // Once there is a roster, it announces its changes.
     connect(&controller, &MainWindowController::rosterDidChange, this, [this] {
         if (rosterPane != nullptr)

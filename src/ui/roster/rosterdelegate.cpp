@@ -247,9 +247,14 @@ void RosterDelegate::drawName(QPainter &painter, const QRect &cell, const QStrin
 std::shared_ptr<const ReasonLayout> RosterDelegate::reasonsOf(const RiskRow &row) const {
     const QString match =
         qstring(matchedAssignmentsText(row, model.roster().courseCode(row), model.query().typed));
-    for (const LaidReasons &laid : laidReasons) {
-        if (laid.match == match && laid.sentences == row.reasonLines)
-            return laid.layout;
+    const auto known = std::ranges::find_if(laidReasons, [&](const LaidReasons &laid) {
+        return laid.match == match && laid.sentences == row.reasonLines;
+    });
+    if (known != laidReasons.end()) {
+        // Equal sentences of a newer roster, so that the old one can be released.
+        known->sentences = row.reasonLines;
+        std::rotate(known, known + 1, laidReasons.end());
+        return laidReasons.back().layout;
     }
     constexpr std::size_t kept = 100;
     if (laidReasons.size() == kept)

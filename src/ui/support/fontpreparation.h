@@ -13,7 +13,8 @@ class Appearance;
 
 /// Qt asks fontconfig for the fonts of an emoji or of another script when a text with one is first
 /// shown, for each size and weight again. That takes 10 ms each where many fonts are installed.
-/// This does it for the sizes and weights of names, one in each event, and again when they change.
+/// This does it for the sizes and weights of names, one in each event, and again after each
+/// change of the appearance.
 class FontPreparation : public QObject {
     Q_OBJECT
 

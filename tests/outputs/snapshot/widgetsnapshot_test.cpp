@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+
 namespace ellwynd {
 namespace {
 
@@ -128,6 +130,22 @@ TEST_F(WidgetSnapshotTest, ClearingDeletesBothFiles) {
     EXPECT_EQ(reloads, 4);
 }
 
+TEST_F(WidgetSnapshotTest, NamesAreHiddenAndThoseThatAreKnownComeBack) {
+    writer.write(test::twoTerms());
+    const auto courses = [this] { return readWidgetSnapshot(container)->terms.front().courses; };
+    ASSERT_GE(courses().size(), 2U);
+    ASSERT_TRUE(courses()[0].name);
+    writer.hideNames();
+    EXPECT_TRUE(
+        std::ranges::none_of(courses(), [](const auto &each) { return each.name.has_value(); }));
+    writer.hideNames();
+    EXPECT_EQ(reloads, 2) << "nothing has changed";
+    writer.showNames({{courses()[0].id, "Biology"}});
+    EXPECT_EQ(courses()[0].name, "Biology");
+    EXPECT_FALSE(courses()[1].name);
+    EXPECT_EQ(reloads, 3);
+}
+
 TEST_F(WidgetSnapshotTest, HidingNamesDeletesWhatIsNoSnapshot) {
     writer.hideNames();
     EXPECT_EQ(reloads, 0) << "without any files";
@@ -135,6 +153,9 @@ TEST_F(WidgetSnapshotTest, HidingNamesDeletesWhatIsNoSnapshot) {
     files::replace(container / "WidgetSnapshotV2.json", "[\"Bio\"]");
     writer.hideNames();
     EXPECT_TRUE(std::filesystem::is_empty(container));
+    files::replace(container / "WidgetSnapshot.json", "{}");
+    writer.hideNames();
+    EXPECT_TRUE(std::filesystem::is_empty(container)) << "version 1 alone";
 
     // What cannot be read is kept, and reported.
     std::filesystem::create_symlink("WidgetSnapshotV2.json", container / "WidgetSnapshotV2.json");

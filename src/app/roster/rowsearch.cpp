@@ -6,31 +6,41 @@ namespace ellwynd {
 
 RowSearch::RowSearch(
     const SharedList<RiskRow> &rows, const std::map<std::int64_t, std::string> &courseCodes) {
-    // The keys are texts of the rows and of the codes.
-    Indices indices;
-    indices.reserve(2 * rows.size());
+    SharedTexts levels;
+    SharedTexts courses;
+    SharedTexts codes;
+    SharedTexts assignments;
     ends.reserve(rows.size());
+    texts.reserve(rows.size());
     for (const RiskRow &row : rows) {
-        add(row.name, indices);
-        add(levelName(row.level), indices);
-        add(row.courseName, indices);
+        textsOfRows.push_back(prepare(row.name));
+        add(row.level ? std::int64_t(*row.level) : -1, levelName(row.level), levels);
+        add(row.courseID, row.courseName, courses);
         if (const auto code = courseCodes.find(row.courseID); code != courseCodes.end())
-            add(code->second, indices);
+            add(row.courseID, code->second, codes);
         for (const ReasonLine &line : row.reasonLines) {
             for (const ReasonLink &link : line.links) {
                 if (const auto *assignment = std::get_if<AssignmentRef>(&link.target))
-                    add(assignment->name, indices);
+                    add(assignment->id, assignment->name, assignments);
             }
         }
         ends.push_back(textsOfRows.size());
     }
 }
 
-void RowSearch::add(std::string_view text, Indices &indices) {
-    const auto [known, isNew] = indices.emplace(text, TextIndex(texts.size()));
-    if (isNew)
-        texts.push_back(comparable(text));
-    textsOfRows.push_back(known->second);
+RowSearch::TextIndex RowSearch::prepare(std::string_view text) {
+    texts.push_back(comparable(text));
+    return TextIndex(texts.size() - 1);
+}
+
+/// Adds a text of the row that is added now.
+/// @param id of what the text belongs to, so that texts need not be compared with all others.
+void RowSearch::add(std::int64_t id, std::string_view text, SharedTexts &known) {
+    const auto [at, isNew] = known.try_emplace(id);
+    // Rows that were read at different times may differ in a name.
+    if (isNew || at->second.text != text)
+        at->second = {text, prepare(text)};
+    textsOfRows.push_back(at->second.index);
 }
 
 std::vector<bool> RowSearch::rowsWith(const std::vector<std::string> &words) const {

@@ -27,9 +27,15 @@ class RowSearch {
 
   private:
     using TextIndex = std::uint32_t;
-    using Indices = std::unordered_map<std::string_view, TextIndex>;
+    struct SharedText {
+        /// Of a row or a code.
+        std::string_view text;
+        TextIndex index = 0;
+    };
+    using SharedTexts = std::unordered_map<std::int64_t, SharedText>;
 
-    void add(std::string_view text, Indices &indices);
+    [[nodiscard]] TextIndex prepare(std::string_view text);
+    void add(std::int64_t id, std::string_view text, SharedTexts &known);
 
     std::vector<std::string> texts;
     /// The texts of all rows, row by row, as positions in `texts`.

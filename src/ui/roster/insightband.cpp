@@ -79,7 +79,7 @@ InsightBand::InsightBand(const Appearance &appearance, QWidget *parent)
 }
 
 void InsightBand::setInsight(const CourseInsight &newInsight) {
-    if (insight == newInsight && whole != nullptr)
+    if (insight == newInsight)
         return;
     insight = newInsight;
     rebuild();
@@ -100,10 +100,19 @@ void InsightBand::resizeEvent(QResizeEvent *event) {
 }
 
 void InsightBand::rebuild() {
-    delete whole;
-    delete line;
+    delete std::exchange(whole, nullptr);
+    delete std::exchange(line, nullptr);
+    lessImportant.clear();
+    QStringList sentences;
+    for (const std::string &sentence : insight.sentences)
+        sentences << qstring(sentence);
+    setAccessibleDescription(
+        sentences.join(u' ') + QStringLiteral(" Outreach: ") + qstring(insight.outreachLine));
+    arrange();
+}
+
+void InsightBand::makeWhole() {
     whole = new QWidget(this);
-    line = new QWidget(this);
     auto *column = new QVBoxLayout(whole);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(appearance.px(5));
@@ -121,22 +130,12 @@ void InsightBand::rebuild() {
     }
     if (!insight.coverage.empty())
         column->addWidget(makeCoverage(whole), 0, Qt::AlignLeft);
-    makeLine();
-    auto *row = static_cast<QHBoxLayout *>(layout());
-    row->insertWidget(0, whole, 1);
-    row->insertWidget(0, line, 1);
-
-    QStringList sentences;
-    for (const std::string &sentence : insight.sentences)
-        sentences << qstring(sentence);
-    setAccessibleDescription(
-        sentences.join(u' ') + QStringLiteral(" Outreach: ") + qstring(insight.outreachLine));
-    arrange();
+    static_cast<QHBoxLayout *>(layout())->insertWidget(0, whole, 1);
 }
 
 /// The levels with their trends, and the most missed assignment.
 void InsightBand::makeLine() {
-    lessImportant.clear();
+    line = new QWidget(this);
     auto *row = new QHBoxLayout(line);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(appearance.px(6));
@@ -171,6 +170,7 @@ void InsightBand::makeLine() {
     } else {
         lessImportant.insert(lessImportant.end(), {{heading}, sparklines});
     }
+    static_cast<QHBoxLayout *>(layout())->insertWidget(0, line, 1);
 }
 
 /// A link to the list of the signals that count.
@@ -212,9 +212,32 @@ void InsightBand::arrange() {
     row->setContentsMargins(appearance.px(12), vertical, appearance.px(6), vertical);
     const int available = width() - row->contentsMargins().left() - row->contentsMargins().right() -
         toggle->sizeHint().width() - row->spacing();
+    if (collapsed)
+        fitLine(available);
+    else
+        fitWhole(available);
+    if (whole != nullptr)
+        whole->setVisible(!collapsed);
+    if (line != nullptr)
+        line->setVisible(collapsed);
+    toggle->setText(collapsed ? QStringLiteral("▾") : QStringLiteral("▴"));
+    const QString command = collapsed ? QStringLiteral("Show the whole course insight")
+                                      : QStringLiteral("Show the course insight on one line");
+    toggle->setToolTip(command);
+    toggle->setAccessibleName(command);
+}
+
+void InsightBand::fitWhole(int available) {
+    if (whole == nullptr)
+        makeWhole();
     sections->setDirection(QBoxLayout::LeftToRight);
     if (sections->minimumSize().width() > available)
         sections->setDirection(QBoxLayout::TopToBottom);
+}
+
+void InsightBand::fitLine(int available) {
+    if (line == nullptr)
+        makeLine();
     const auto setVisible = [this](const std::vector<QWidget *> &parts, bool on) {
         for (QWidget *part : parts)
             part->setVisible(on);
@@ -227,13 +250,6 @@ void InsightBand::arrange() {
             break;
         setVisible(parts, false);
     }
-    whole->setVisible(!collapsed);
-    line->setVisible(collapsed);
-    toggle->setText(collapsed ? QStringLiteral("▾") : QStringLiteral("▴"));
-    const QString command = collapsed ? QStringLiteral("Show the whole course insight")
-                                      : QStringLiteral("Show the course insight on one line");
-    toggle->setToolTip(command);
-    toggle->setAccessibleName(command);
 }
 
 QWidget *InsightBand::makeSparkline(RiskLevel level, QWidget *parent) const {

@@ -41,6 +41,9 @@ class InsightBand : public QFrame {
   private:
     void rebuild();
     void arrange();
+    void fitWhole(int available);
+    void fitLine(int available);
+    void makeWhole();
     QWidget *makeSection(const QString &title, QWidget *content);
     QWidget *makeTrend();
     QWidget *makeOutreach();
@@ -54,6 +57,7 @@ class InsightBand : public QFrame {
     const Appearance &appearance;
     CourseInsight insight;
     bool collapsed = false;
+    /// These two are made when they are first shown.
     QWidget *whole = nullptr;
     QBoxLayout *sections = nullptr;
     QWidget *line = nullptr;

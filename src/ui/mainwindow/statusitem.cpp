@@ -16,23 +16,10 @@ StatusItem::StatusItem(Dashboard &dashboard, UserDefaults &defaults, QObject *pa
     : QObject(parent),
       dashboard(dashboard),
       defaults(defaults),
-      count(menu.addAction(QString())),
       observing(defaults.observe([this](std::string_view key) {
           if (key == preferences::keepRunningInBackground.name)
               update();
       })) {
-    count->setEnabled(false);
-    menu.addSeparator();
-    connect(
-        menu.addAction(QStringLiteral("Open Ellwynd")), &QAction::triggered, this,
-        &StatusItem::windowRequested);
-    connect(
-        menu.addAction(QStringLiteral("Refresh All Courses")), &QAction::triggered, this,
-        &StatusItem::refreshRequested);
-    menu.addSeparator();
-    connect(
-        menu.addAction(QStringLiteral("Quit Ellwynd")), &QAction::triggered, this,
-        &StatusItem::quitRequested);
     connect(&dashboard, &Dashboard::dashboardModelDidChange, this, &StatusItem::showCount);
     update();
 }
@@ -43,27 +30,47 @@ void StatusItem::update() {
     if (wanted == isShown())
         return;
     if (wanted) {
-        icon = std::make_unique<QSystemTrayIcon>(applicationIcon());
-        icon->setContextMenu(&menu);
-        connect(
-            icon.get(), &QSystemTrayIcon::activated, this,
-            [this](QSystemTrayIcon::ActivationReason reason) {
-                if (reason != QSystemTrayIcon::Context)
-                    Q_EMIT windowRequested();
-            });
-        icon->show();
+        show();
     } else {
         icon.reset();
+        menu.reset();
     }
-    showCount();
     Q_EMIT isShownDidChange();
 }
 
+void StatusItem::show() {
+    menu = std::make_unique<QMenu>();
+    count = menu->addAction(QString());
+    count->setEnabled(false);
+    menu->addSeparator();
+    connect(
+        menu->addAction(QStringLiteral("Open Ellwynd")), &QAction::triggered, this,
+        &StatusItem::windowRequested);
+    connect(
+        menu->addAction(QStringLiteral("Refresh All Courses")), &QAction::triggered, this,
+        &StatusItem::refreshRequested);
+    menu->addSeparator();
+    connect(
+        menu->addAction(QStringLiteral("Quit Ellwynd")), &QAction::triggered, this,
+        &StatusItem::quitRequested);
+    icon = std::make_unique<QSystemTrayIcon>(applicationIcon());
+    icon->setContextMenu(menu.get());
+    connect(
+        icon.get(), &QSystemTrayIcon::activated, this,
+        [this](QSystemTrayIcon::ActivationReason reason) {
+            if (reason != QSystemTrayIcon::Context)
+                Q_EMIT windowRequested();
+        });
+    showCount();
+    icon->show();
+}
+
 void StatusItem::showCount() {
+    if (!isShown())
+        return;
     const QString text = qstring(statusItemText(dashboard));
     count->setText(text);
-    if (icon)
-        icon->setToolTip(QStringLiteral("Ellwynd: ") + text);
+    icon->setToolTip(QStringLiteral("Ellwynd: ") + text);
 }
 
 std::string statusItemText(const Dashboard &dashboard) {

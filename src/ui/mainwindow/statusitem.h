@@ -33,13 +33,14 @@ class StatusItem : public QObject {
 
   private:
     void update();
+    void show();
     void showCount();
 
     Dashboard &dashboard;
     UserDefaults &defaults;
-    QMenu menu;
-    QAction *count;
-    /// Null while it is not shown.
+    /// These are null while it is not shown.
+    std::unique_ptr<QMenu> menu;
+    QAction *count = nullptr;
     std::unique_ptr<QSystemTrayIcon> icon;
     std::shared_ptr<void> observing;
 };

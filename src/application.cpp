@@ -15,6 +15,7 @@
 #include "ui/mainwindow/shellalerts.h"
 #include "ui/mainwindow/statusitem.h"
 #include "ui/support/appearance.h"
+#include "ui/support/fontpreparation.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -147,6 +148,8 @@ void Application::launch(const QStringList &links) {
         QMetaObject::invokeMethod(&objects->shell, step, Qt::QueuedConnection);
     };
     if (!inBackground) {
+        // Finding the first fonts takes about as long as making the window.
+        later([this] { findFirstFonts(objects->appearance); });
         later([this] { static_cast<void>(objects->window()); });
         later([this] { objects->window().show(); });
     }

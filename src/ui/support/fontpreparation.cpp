@@ -29,6 +29,12 @@ const std::array<QString, 2> samples{QStringLiteral("a\U0001f98a"), QStringLiter
 
 } // namespace
 
+void findFirstFonts(const Appearance &appearance) {
+    for (const QFont &font :
+         {appearance.font(), appearance.font(1, QFont::DemiBold), appearance.font(0.92)})
+        static_cast<void>(QFontMetrics(font).horizontalAdvance(QStringLiteral("a 1")));
+}
+
 FontPreparation::FontPreparation(const Appearance &appearance, QObject *parent)
     : QObject(parent), appearance(appearance) {
     connect(&timer, &QTimer::timeout, this, &FontPreparation::prepareNext);

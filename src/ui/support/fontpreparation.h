@@ -11,6 +11,9 @@ namespace ellwynd {
 
 class Appearance;
 
+/// Finds the fonts of most texts, which otherwise happens while the first window is made.
+void findFirstFonts(const Appearance &appearance);
+
 /// Qt asks fontconfig for the fonts of an emoji or of another script when a text with one is first
 /// shown, for each size and weight again. That takes 10 ms each where many fonts are installed.
 /// This does it for the sizes and weights of names, one in each event, and again after each

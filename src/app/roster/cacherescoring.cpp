@@ -5,7 +5,7 @@ namespace ellwynd {
 namespace {
 
 /// The longest time for which a slice holds the event loop, one course more at most.
-constexpr std::chrono::milliseconds sliceLimit{8};
+constexpr std::chrono::milliseconds sliceLimit{4};
 
 } // namespace
 

@@ -1,15 +1,209 @@
 #include "uikit/painting.h"
 
+#include <QCache>
+#include <QCoreApplication>
 #include <QFontMetrics>
+#include <QHash>
 #include <QPainter>
+#include <QTextLayout>
 
 namespace ellwynd {
 
-int drawElided(QPainter &painter, const QRect &rect, int alignment, const QString &text) {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const QString shown = metrics.elidedText(text, Qt::ElideRight, rect.width());
-    painter.drawText(rect, alignment | Qt::TextSingleLine, shown);
-    return metrics.horizontalAdvance(shown);
+namespace {
+
+struct LineKey {
+    QFont font;
+    QString text;
+
+    bool operator==(const LineKey &other) const = default;
+};
+
+size_t qHash(const LineKey &key, size_t seed = 0) {
+    return qHashMulti(seed, key.font, key.text);
+}
+
+struct ElisionKey {
+    LineKey line;
+    int width;
+    Qt::TextElideMode mode;
+
+    bool operator==(const ElisionKey &other) const = default;
+};
+
+size_t qHash(const ElisionKey &key, size_t seed = 0) {
+    return qHashMulti(seed, key.line, key.width, int(key.mode));
+}
+
+QString asOneLine(QString text) {
+    for (QChar &c : text) {
+        if (c == u'\n' || c == u'\r' || c == u'\t')
+            c = u' ';
+    }
+    return text;
+}
+
+/// A line that was shaped once and can be drawn many times.
+class Line {
+  public:
+    explicit Line(const LineKey &key) : layout(key.text, key.font) {
+        QTextOption option;
+        option.setWrapMode(QTextOption::NoWrap);
+        option.setFlags(QTextOption::IncludeTrailingSpaces);
+        // Where the line begins is decided when it is drawn.
+        option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
+        option.setTextDirection(Qt::LeftToRight);
+        layout.setTextOption(option);
+        layout.setCacheEnabled(true);
+        layout.beginLayout();
+        constexpr int unlimited = 0x01000000;
+        layout.createLine().setLineWidth(unlimited);
+        layout.endLayout();
+    }
+
+    [[nodiscard]] double width() const { return layout.lineAt(0).horizontalAdvance(); }
+
+    void draw(QPainter &painter, const QRectF &rect, int alignment) const {
+        const QTextLine line = layout.lineAt(0);
+        // The height of a QTextLine is rounded up, which moves the text by a pixel.
+        const double height = line.ascent() + line.descent();
+        QPointF at = rect.topLeft();
+        if ((alignment & Qt::AlignVCenter) != 0)
+            at.ry() += (rect.height() - height) / 2;
+        if ((alignment & Qt::AlignRight) != 0)
+            at.rx() += rect.width() - width();
+        else if ((alignment & Qt::AlignHCenter) != 0)
+            at.rx() += (rect.width() - width()) / 2;
+        const bool fits = rect.contains(QRectF(at, QSizeF(width(), height)));
+        if (!fits) {
+            painter.save();
+            painter.setClipRect(rect, Qt::IntersectClip);
+        }
+        line.draw(&painter, at);
+        if (!fits)
+            painter.restore();
+    }
+
+  private:
+    QTextLayout layout;
+};
+
+/// More than a window shows at once. A line takes one to two kilobytes.
+constexpr int keptLines = 1'000;
+
+struct WrappedKey {
+    LineKey text;
+    int width;
+
+    bool operator==(const WrappedKey &other) const = default;
+};
+
+size_t qHash(const WrappedKey &key, size_t seed = 0) {
+    return qHashMulti(seed, key.text, key.width);
+}
+
+struct Lines {
+    QHash<QFont, CharacterWidths> characters;
+    QCache<LineKey, Line> lines{keptLines};
+    QCache<WrappedKey, QSize> wrapped{keptLines};
+    QCache<ElisionKey, QString> elided{keptLines};
+
+    const Line &line(const LineKey &key) {
+        if (const Line *known = lines.object(key))
+            return *known;
+        auto *line = new Line(key);
+        lines.insert(key, line);
+        return *line;
+    }
+
+    const QString &elidedText(const ElisionKey &key) {
+        if (const QString *known = elided.object(key))
+            return *known;
+        auto *text = new QString(
+            QFontMetrics(key.line.font).elidedText(key.line.text, key.mode, key.width));
+        elided.insert(key, text);
+        return *text;
+    }
+};
+
+Lines &lines() {
+    static Lines kept;
+    // Fonts cannot outlive the application.
+    static const bool cleared = [] {
+        qAddPostRoutine([] {
+            kept.characters.clear();
+            kept.lines.clear();
+            kept.elided.clear();
+            kept.wrapped.clear();
+        });
+        return true;
+    }();
+    Q_UNUSED(cleared)
+    return kept;
+}
+
+} // namespace
+
+CharacterWidths::CharacterWidths(const QFont &font) {
+    // The width of a character is without the space that such a font adds.
+    if (font.letterSpacing() != 0)
+        return;
+    const QFontMetricsF metrics(font);
+    // Few characters of any script are wider.
+    widest = 2 * metrics.height();
+    widths.fill(widest);
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+        const QChar c{ushort(i)};
+        // For a character that no font has, all fonts are searched.
+        if (c.isPrint())
+            widths[i] = metrics.horizontalAdvance(c);
+    }
+}
+
+bool CharacterWidths::surelyFit(const QString &text, int width) const {
+    double sum = 0;
+    for (const QChar c : text)
+        sum += c.unicode() < widths.size() ? widths[c.unicode()] : widest;
+    return sum <= width;
+}
+
+int textWidth(const QFont &font, const QString &text) {
+    return qRound(lines().line({font, asOneLine(text)}).width());
+}
+
+bool fitsWidth(const QFont &font, const QString &text, int width) {
+    auto known = lines().characters.find(font);
+    if (known == lines().characters.end())
+        known = lines().characters.insert(font, CharacterWidths(font));
+    return known->surelyFit(text, width) || textWidth(font, text) <= width;
+}
+
+QSize wrappedSize(const QFont &font, const QString &text, int width) {
+    const WrappedKey key{{font, text}, width};
+    if (const QSize *known = lines().wrapped.object(key))
+        return *known;
+    constexpr int unlimited = 1'000'000;
+    const QSize size = QFontMetrics(font)
+                           .boundingRect(
+                               QRect(0, 0, width, unlimited),
+                               int(Qt::AlignLeft | Qt::AlignTop) | int(Qt::TextWordWrap), text)
+                           .size();
+    lines().wrapped.insert(key, new QSize(size));
+    return size;
+}
+
+void drawLine(QPainter &painter, const QRect &rect, int alignment, const QString &text) {
+    lines().line({painter.font(), asOneLine(text)}).draw(painter, rect, alignment);
+}
+
+int drawElided(
+    QPainter &painter, const QRect &rect, int alignment, const QString &text,
+    Qt::TextElideMode mode) {
+    const LineKey whole{painter.font(), asOneLine(text)};
+    const Line *line = &lines().line(whole);
+    if (line->width() > rect.width())
+        line = &lines().line({whole.font, lines().elidedText({whole, rect.width(), mode})});
+    line->draw(painter, rect, alignment);
+    return qRound(line->width());
 }
 
 void drawFocusRing(

@@ -1,5 +1,7 @@
 #include "uikit/pill.h"
 
+#include "uikit/painting.h"
+
 #include <QFontMetrics>
 #include <QPainter>
 
@@ -14,10 +16,10 @@ QFont pillFont(const VisualStyle &style, const PillForm &form) {
 } // namespace
 
 QSize pillSize(const VisualStyle &style, const QString &text, const PillForm &form) {
-    const QFontMetrics metrics(pillFont(style, form));
+    const QFont font = pillFont(style, form);
     return {
-        metrics.horizontalAdvance(text) + 2 * style.px(form.padding),
-        metrics.height() + style.px(form.extraHeight)};
+        textWidth(font, text) + 2 * style.px(form.padding),
+        QFontMetrics(font).height() + style.px(form.extraHeight)};
 }
 
 void drawPill(
@@ -28,7 +30,7 @@ void drawPill(
     painter.drawRoundedRect(rect, style.px(form.radius), style.px(form.radius));
     painter.setPen(colors.text);
     painter.setFont(pillFont(style, form));
-    painter.drawText(rect, Qt::AlignCenter | Qt::TextSingleLine, text);
+    drawLine(painter, rect, Qt::AlignCenter, text);
 }
 
 } // namespace ellwynd

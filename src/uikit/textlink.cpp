@@ -1,5 +1,7 @@
 #include "uikit/textlink.h"
 
+#include "uikit/painting.h"
+
 #include <QEvent>
 #include <QPainter>
 
@@ -26,16 +28,18 @@ void TextLink::setWordWrap(bool wraps) {
 }
 
 QRect TextLink::textRect(const QRect &area) const {
-    const int wrap = isWrapped ? int(Qt::TextWordWrap) : 0;
-    return fontMetrics().boundingRect(
-        area.marginsRemoved(contentsMargins()), int(Qt::AlignLeft | Qt::AlignTop) | wrap, link);
+    const QRect inner = area.marginsRemoved(contentsMargins());
+    return {
+        inner.topLeft(),
+        isWrapped ? wrappedSize(font(), link, inner.width()) : oneLineSize()};
+}
+
+QSize TextLink::oneLineSize() const {
+    return {textWidth(font(), link), fontMetrics().height()};
 }
 
 QSize TextLink::sizeHint() const {
-    constexpr int unlimited = 1'000'000;
-    const QSize text =
-        fontMetrics().boundingRect(QRect(0, 0, unlimited, unlimited), Qt::AlignLeft, link).size();
-    return text.grownBy(contentsMargins());
+    return oneLineSize().grownBy(contentsMargins());
 }
 
 QSize TextLink::minimumSizeHint() const {

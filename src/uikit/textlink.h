@@ -29,6 +29,7 @@ class TextLink : public KeyboardButton {
 
   private:
     [[nodiscard]] QRect textRect(const QRect &area) const;
+    [[nodiscard]] QSize oneLineSize() const;
 
     QString link;
     bool isWrapped = true;

@@ -153,17 +153,22 @@ int CourseCard::drawCount(QPainter &painter) const {
     area.setHeight(appearance.px(tileSide));
     painter.setFont(large);
     painter.setPen(allOK ? theme.ok.text : theme.text);
-    painter.drawText(area, Qt::AlignRight | Qt::AlignVCenter, count);
-    int left = area.right() - painter.fontMetrics().horizontalAdvance(count);
+    drawLine(painter, area, Qt::AlignRight | Qt::AlignVCenter, count);
+    int left = area.right() - textWidth(large, count);
     if (!allOK) {
-        const int ascent = painter.fontMetrics().ascent();
-        painter.setFont(appearance.font(0.88));
+        const QFontMetrics metrics(large);
+        const QFont small = appearance.font(0.88);
+        const QFontMetrics smallMetrics(small);
+        painter.setFont(small);
         painter.setPen(theme.secondaryText);
         // Both texts share a baseline.
         const QString word = QStringLiteral("flagged");
-        left -= painter.fontMetrics().horizontalAdvance(word) + appearance.px(7);
-        const int base = area.center().y() - QFontMetrics(large).height() / 2 + ascent;
-        painter.drawText(left, base, word);
+        const int width = textWidth(small, word);
+        left -= width + appearance.px(7);
+        const int base = area.center().y() - metrics.height() / 2 + metrics.ascent();
+        drawLine(
+            painter, QRect(left, base - smallMetrics.ascent(), width, smallMetrics.height()),
+            Qt::AlignLeft | Qt::AlignTop, word);
     }
     return left;
 }
@@ -198,8 +203,8 @@ void CourseCard::drawLevels(QPainter &painter) const {
     painter.setPen(theme.secondaryText);
     const QString total =
         allOK ? qstring(plural(card.total, "student")) : QStringLiteral("of %1").arg(card.total);
-    painter.drawText(area, Qt::AlignRight | Qt::AlignVCenter, total);
-    area.setRight(area.right() - painter.fontMetrics().horizontalAdvance(total) - appearance.px(6));
+    drawLine(painter, area, Qt::AlignRight | Qt::AlignVCenter, total);
+    area.setRight(area.right() - textWidth(painter.font(), total) - appearance.px(6));
     drawRun(painter, area, qstring(levelsText(card.levels)), appearance.font(0.92), theme.text);
 }
 
@@ -241,7 +246,7 @@ void CourseCard::drawMostMissed(QPainter &painter) const {
     QRect area = mostMissedArea();
     area = drawRun(painter, area, QStringLiteral("Most missed: "), font, theme.secondaryText);
     // The title is elided before the count.
-    const int tailWidth = QFontMetrics(font).horizontalAdvance(tail);
+    const int tailWidth = textWidth(font, tail);
     area = drawRun(
         painter, area.adjusted(0, 0, -tailWidth, 0), qstring(collapsed(card.mostMissed->title)),
         appearance.font(0.92, QFont::Medium), theme.text);

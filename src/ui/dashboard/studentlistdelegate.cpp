@@ -124,9 +124,9 @@ void StudentListDelegate::paint(
     if (student.change) {
         painter->setFont(appearance.font(1, QFont::Bold));
         painter->setPen(isWorse(*student.change) ? theme.atRisk.text : theme.ok.text);
-        painter->drawText(
-            QRect(line.right(), top, appearance.px(arrowWidth), line.height()), Qt::AlignCenter,
-            qstring(arrowOf(*student.change)));
+        drawLine(
+            *painter, QRect(line.right(), top, appearance.px(arrowWidth), line.height()),
+            Qt::AlignCenter, qstring(arrowOf(*student.change)));
     }
     paintName(*painter, row, index);
     QRect area = row.adjusted(0, appearance.px(verticalPadding), -appearance.px(padding), 0);
@@ -179,7 +179,7 @@ void StudentListDelegate::paintReasons(
     const QFontMetrics metrics(font);
     const RiskRow &row = *model.student(index).row;
     const FittedReasons fitted = fittedReasons(row, [&](const std::string &text) {
-        return metrics.horizontalAdvance(qstring(text)) <= area.width();
+        return fitsWidth(font, qstring(text), area.width());
     });
     QStringList sentences;
     for (std::size_t i = 0; i < fitted.shown; ++i)

@@ -3,6 +3,7 @@
 #include "app/explain/explaintexts.h"
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
+#include "uikit/painting.h"
 
 #include <QPainter>
 
@@ -39,13 +40,12 @@ void SignalBars::paintEvent(QPaintEvent * /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     const Theme &theme = appearance.theme();
     painter.setFont(appearance.font(fontFactor));
-    const QFontMetrics metrics = painter.fontMetrics();
+    const QFont &font = painter.font();
     int nameWidth = 0;
     int figureWidth = 0;
     for (const Signal signal : allSignals) {
-        nameWidth = std::max(nameWidth, metrics.horizontalAdvance(qstring(signalName(signal))));
-        figureWidth =
-            std::max(figureWidth, metrics.horizontalAdvance(qstring(shareText(shares[signal]))));
+        nameWidth = std::max(nameWidth, textWidth(font, qstring(signalName(signal))));
+        figureWidth = std::max(figureWidth, textWidth(font, qstring(shareText(shares[signal]))));
     }
     const int gap = appearance.px(8);
     const int left = nameWidth + gap;
@@ -56,9 +56,9 @@ void SignalBars::paintEvent(QPaintEvent * /*event*/) {
         const QRect line(0, top, width(), lineHeight());
         top += lineHeight();
         painter.setPen(theme.secondaryText);
-        painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, qstring(signalName(signal)));
-        painter.drawText(
-            line, Qt::AlignRight | Qt::AlignVCenter, qstring(shareText(shares[signal])));
+        drawLine(painter, line, Qt::AlignLeft | Qt::AlignVCenter, qstring(signalName(signal)));
+        drawLine(
+            painter, line, Qt::AlignRight | Qt::AlignVCenter, qstring(shareText(shares[signal])));
         if (!shares[signal])
             continue;
         painter.setPen(Qt::NoPen);

@@ -100,8 +100,8 @@ class FindDelegate : public QStyledItemDelegate {
         }
         painter.setFont(appearance.font(detailSize));
         painter.setPen(appearance.theme().secondaryText);
-        painter.drawText(rect, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, text);
-        return rect.right() - painter.fontMetrics().horizontalAdvance(text);
+        drawLine(painter, rect, Qt::AlignRight | Qt::AlignVCenter, text);
+        return rect.right() - textWidth(painter.font(), text);
     }
 
     /// The title with the matching parts marked, at the left in any direction of writing.

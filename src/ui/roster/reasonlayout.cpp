@@ -3,6 +3,7 @@
 #include "app/roster/rosterquery.h"
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
+#include "uikit/painting.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -33,12 +34,12 @@ ReasonLayout::ReasonLayout(
 }
 
 void ReasonLayout::addSentences(const RiskRow &row, const Form &form) {
-    const QFontMetrics metrics(reasonFont(appearance));
-    const double width = form.lines > 1 ? form.width * form.lines * usedWidth : form.width;
+    const QFont font = reasonFont(appearance);
+    const int width = form.lines > 1 ? int(form.width * form.lines * usedWidth) : form.width;
     const auto fits = [&](const std::string &sentences) {
         const QString whole =
             text.isEmpty() ? qstring(sentences) : text + separator + qstring(sentences);
-        return metrics.horizontalAdvance(whole) <= width;
+        return fitsWidth(font, whole, width);
     };
     FittedReasons fitted = fittedReasons(row, fits);
     if (form.firstOnly)
@@ -56,8 +57,9 @@ void ReasonLayout::addSentences(const RiskRow &row, const Form &form) {
     }
     if (!fitted.more.empty())
         text += u' ' + qstring(fitted.more);
-    if (form.lines == 1)
-        text = metrics.elidedText(text, Qt::ElideRight, std::max(1, form.width));
+    const int available = std::max(1, form.width);
+    if (form.lines == 1 && !fitsWidth(font, text, available))
+        text = QFontMetrics(font).elidedText(text, Qt::ElideRight, available);
 }
 
 void ReasonLayout::lay(const Form &form) {

@@ -54,7 +54,10 @@ void RosterDelegate::setForm(const RowForm &newForm) {
     if (newForm != form || nameFont(appearance) != measuredFont)
         forgetTexts();
     form = newForm;
-    measureCharacters();
+    if (nameFont(appearance) != measuredFont) {
+        measuredFont = nameFont(appearance);
+        characterWidths = CharacterWidths(measuredFont);
+    }
     lineHeight = pillSize(appearance.style(), QStringLiteral("X")).height();
     reasonHeight = QFontMetrics(reasonFont(appearance)).height();
 }
@@ -62,22 +65,6 @@ void RosterDelegate::setForm(const RowForm &newForm) {
 void RosterDelegate::forgetTexts() {
     laidReasons.clear();
     nameHeights.clear();
-}
-
-void RosterDelegate::measureCharacters() {
-    const QFont font = nameFont(appearance);
-    if (widestCharacter > 0 && font == measuredFont)
-        return;
-    measuredFont = font;
-    const QFontMetrics metrics(font);
-    // No character is wider than this, or the name is measured.
-    widestCharacter = metrics.height() * 2;
-    for (std::size_t c = 0; c < characterWidths.size(); ++c) {
-        const QChar character{ushort(c)};
-        // For a character that no font has, all fonts are searched.
-        characterWidths[c] =
-            character.isPrint() ? metrics.horizontalAdvance(character) : widestCharacter;
-    }
 }
 
 int RosterDelegate::leftMargin() const {
@@ -92,17 +79,8 @@ int RosterDelegate::verticalPadding() const {
     return appearance.px(5);
 }
 
-/// Whether a name fits on one line, without measuring it; false if in doubt.
-bool RosterDelegate::surelyFits(const QString &name) const {
-    int width = 0;
-    for (const QChar c : name)
-        width +=
-            c.unicode() < characterWidths.size() ? characterWidths[c.unicode()] : widestCharacter;
-    return width <= form.nameWidth;
-}
-
 int RosterDelegate::nameHeight(const QString &name) const {
-    if (surelyFits(name))
+    if (characterWidths.surelyFit(name, form.nameWidth))
         return lineHeight;
     if (const auto known = nameHeights.constFind(name); known != nameHeights.constEnd())
         return *known;
@@ -222,7 +200,7 @@ void RosterDelegate::paintFold(QPainter &painter, const QRect &rect, int row) co
     drawElided(
         painter, text, Qt::AlignLeft | Qt::AlignVCenter, model.index(row, 0).data().toString());
     painter.setPen(theme.link);
-    painter.drawText(text, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Show"));
+    drawLine(painter, text, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Show"));
     if (view->hasFocus() && view->currentIndex().row() == row)
         drawFocusRing(painter, QRectF(rect).adjusted(2, 2, -2, -3), 4, theme.accent, 1.5);
     painter.restore();
@@ -231,16 +209,24 @@ void RosterDelegate::paintFold(QPainter &painter, const QRect &rect, int row) co
 /// Draws the name with what was searched for marked; in a compact row, the first reason beside it.
 void RosterDelegate::drawName(QPainter &painter, const QRect &cell, const QString &name) const {
     const Theme &theme = appearance.theme();
+    const std::vector<MatchedPart> matches =
+        matchedParts(name.toStdString(), model.query().typed);
+    painter.setPen(theme.text);
+    if (matches.empty() && characterWidths.surelyFit(name, form.nameWidth)) {
+        painter.setFont(nameFont(appearance));
+        const QRect line(form.nameLeft, cell.top(), form.nameWidth, lineHeight);
+        drawLine(painter, line, Qt::AlignLeft | Qt::AlignVCenter, name);
+        return;
+    }
     QTextLayout layout(name, nameFont(appearance));
     layLines(layout, form.nameWidth, lineHeight);
     QList<QTextLayout::FormatRange> formats;
-    for (const MatchedPart &part : matchedParts(name.toStdString(), model.query().typed)) {
+    for (const MatchedPart &part : matches) {
         QTextCharFormat format;
         format.setBackground(theme.watch.fill);
         format.setForeground(theme.watch.text);
         formats.push_back({int(part.begin), int(part.length), format});
     }
-    painter.setPen(theme.text);
     layout.draw(&painter, QPointF(form.nameLeft, cell.top()), formats);
 }
 
@@ -285,7 +271,7 @@ void RosterDelegate::drawArrow(
     const Theme &theme = appearance.theme();
     painter.setFont(appearance.font(1, QFont::Bold));
     painter.setPen(isWorse(change) ? theme.atRisk.text : theme.ok.text);
-    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, qstring(arrowOf(change)));
+    drawLine(painter, line, Qt::AlignLeft | Qt::AlignVCenter, qstring(arrowOf(change)));
 }
 
 /// Draws the contact's date, and beside it the outcome if the student awaits follow-up.

@@ -3,11 +3,11 @@
 
 #include "ui/roster/reasonlayout.h"
 #include "ui/roster/rostermodel.h"
+#include "uikit/painting.h"
 
 #include <QHash>
 #include <QStyledItemDelegate>
 
-#include <array>
 #include <deque>
 #include <memory>
 
@@ -84,9 +84,7 @@ class RosterDelegate : public QStyledItemDelegate {
     void unfoldRequested();
 
   private:
-    void measureCharacters();
     [[nodiscard]] int nameHeight(const QString &name) const;
-    [[nodiscard]] bool surelyFits(const QString &name) const;
     [[nodiscard]] std::shared_ptr<const ReasonLayout> reasonsOf(const RiskRow &row) const;
     [[nodiscard]] QPoint reasonsAt(const RiskRow &row, const QRect &rowRect) const;
     [[nodiscard]] QRect rowRect(int row) const;
@@ -114,10 +112,8 @@ class RosterDelegate : public QStyledItemDelegate {
     mutable std::deque<LaidReasons> laidReasons;
     /// The heights of names that had to be measured.
     mutable QHash<QString, int> nameHeights;
-    /// The widths of the first 256 characters in the font of names.
-    std::array<int, 256> characterWidths{};
-    int widestCharacter = 0;
-    /// The font that they are of.
+    /// Of the font of names.
+    CharacterWidths characterWidths;
     QFont measuredFont;
     /// The heights of a line with the level and of a line of reasons, so that rows need no metrics.
     int lineHeight = 0;

@@ -64,9 +64,9 @@ void SidebarDelegate::paintDashboard(
     }
     painter.setFont(appearance.font(1, QFont::Medium));
     painter.setPen(theme.text);
-    painter.drawText(
-        option.rect.adjusted(side + appearance.px(4), 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
-        index.data().toString());
+    drawLine(
+        painter, option.rect.adjusted(side + appearance.px(4), 0, 0, 0),
+        Qt::AlignLeft | Qt::AlignVCenter, index.data().toString());
 }
 
 void SidebarDelegate::paintTerm(
@@ -105,7 +105,7 @@ QRect SidebarDelegate::paintCount(QPainter &painter, QRect row, const QModelInde
     const QString count = index.data(SidebarModel::flaggedRole).toString();
     painter.setFont(appearance.font(0.86, QFont::Medium));
     const int width = std::max(
-        appearance.px(20), painter.fontMetrics().horizontalAdvance(count) + appearance.px(11));
+        appearance.px(20), textWidth(painter.font(), count) + appearance.px(11));
     const int height = appearance.px(18);
     const QRect badge(row.right() - width, row.center().y() - height / 2 + 1, width, height);
     if (worst.isValid()) {
@@ -114,10 +114,10 @@ QRect SidebarDelegate::paintCount(QPainter &painter, QRect row, const QModelInde
         painter.setBrush(colors.fill);
         painter.drawRoundedRect(badge, height / 2.0, height / 2.0);
         painter.setPen(colors.text);
-        painter.drawText(badge, Qt::AlignCenter, count);
+        drawLine(painter, badge, Qt::AlignCenter, count);
     } else {
         painter.setPen(theme.ok.text);
-        painter.drawText(badge, Qt::AlignCenter, QStringLiteral("✓"));
+        drawLine(painter, badge, Qt::AlignCenter, QStringLiteral("✓"));
     }
     row.setRight(badge.left() - appearance.px(6));
     return row;

@@ -20,12 +20,10 @@ void drawCourseLabel(
     const int top = area.center().y() - (metrics.height() + codeHeight) / 2 + 1;
     painter.setFont(nameFont);
     painter.setPen(theme.text);
-    painter.drawText(
-        QRect(area.left(), top, area.width(), metrics.height()),
-        Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-        metrics.elidedText(
-            qstring(label.name), label.endMatters ? Qt::ElideMiddle : Qt::ElideRight,
-            area.width()));
+    drawElided(
+        painter, QRect(area.left(), top, area.width(), metrics.height()),
+        Qt::AlignLeft | Qt::AlignVCenter, qstring(label.name),
+        label.endMatters ? Qt::ElideMiddle : Qt::ElideRight);
     painter.setFont(codeFont);
     painter.setPen(theme.secondaryText);
     drawElided(

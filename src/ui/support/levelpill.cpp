@@ -2,6 +2,7 @@
 
 #include "ui/support/appearance.h"
 #include "uikit/convert.h"
+#include "uikit/painting.h"
 #include "uikit/pill.h"
 
 #include <QPainter>
@@ -33,7 +34,7 @@ int drawLevel(
     } else {
         painter.setPen(appearance.theme().secondaryText);
         painter.setFont(appearance.font());
-        painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter, text);
+        drawLine(painter, rect, Qt::AlignLeft | Qt::AlignVCenter, text);
     }
     painter.restore();
     return size.width();

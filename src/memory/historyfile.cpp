@@ -3,7 +3,7 @@
 #include "base/files.h"
 #include "base/json.h"
 
-#include <fmt/compile.h>
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <cmath>
@@ -73,11 +73,18 @@ std::optional<std::string> withoutHugeNumbers(std::string_view text) {
     }
 }
 
-/// A level's text in JSON. Only unknown ones can contain characters that must be escaped.
-std::string quoted(RecordedLevel level, std::string_view text) {
-    using json = nlohmann::json;
-    return level.isKnown() ? fmt::format("\"{}\"", text)
-                           : json(text).dump(-1, ' ', false, json::error_handler_t::replace);
+/// Adds a level's text in JSON. Only unknown ones can contain characters that must be escaped.
+void addQuoted(std::string &to, RecordedLevel level, std::string_view text) {
+    using nlohmann::json;
+    if (level.isKnown())
+        to.append(1, '"').append(text).append(1, '"');
+    else
+        to += json(text).dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+void addNumber(std::string &to, std::int64_t number) {
+    const fmt::format_int digits(number);
+    to.append(digits.data(), digits.size());
 }
 
 } // namespace
@@ -147,22 +154,22 @@ std::string encodeHistory(const HistoryVisits &visits) {
     std::string text;
     text.reserve(2 + entries * typicalEntrySize);
     text += '[';
-    std::string instant;
-    std::optional<Date> written;
     for (const auto &visit : visits) {
-        if (visit->recordedAt() != written) {
-            instant = formatInstant(visit->recordedAt());
-            written = visit->recordedAt();
-        }
+        // What all entries of a visit have in common is formatted once.
+        const std::string course =
+            fmt::format("{{\"courseID\":{},\"studentID\":", visit->courseID());
+        const std::string instant = fmt::format(
+            ",\"recordedAt\":\"{}\",\"level\":", formatInstant(visit->recordedAt()));
         for (std::size_t i = 0; i < visit->size(); ++i) {
             if (text.size() > 1)
                 text += ',';
-            fmt::format_to(
-                std::back_inserter(text),
-                FMT_COMPILE("{{\"courseID\":{},\"studentID\":{},\"recordedAt\":\"{}\",\"level\":{},"
-                            "\"missingCount\":{}}}"),
-                visit->courseID(), visit->studentID(i), instant,
-                quoted(visit->level(i), visit->levelText(i)), visit->missingCount(i));
+            text += course;
+            addNumber(text, visit->studentID(i));
+            text += instant;
+            addQuoted(text, visit->level(i), visit->levelText(i));
+            text += ",\"missingCount\":";
+            addNumber(text, visit->missingCount(i));
+            text += '}';
         }
     }
     text += ']';

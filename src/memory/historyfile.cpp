@@ -158,8 +158,8 @@ std::string encodeHistory(const HistoryVisits &visits) {
         // What all entries of a visit have in common is formatted once.
         const std::string course =
             fmt::format("{{\"courseID\":{},\"studentID\":", visit->courseID());
-        const std::string instant = fmt::format(
-            ",\"recordedAt\":\"{}\",\"level\":", formatInstant(visit->recordedAt()));
+        const std::string instant =
+            fmt::format(",\"recordedAt\":\"{}\",\"level\":", formatInstant(visit->recordedAt()));
         for (std::size_t i = 0; i < visit->size(); ++i) {
             if (text.size() > 1)
                 text += ',';

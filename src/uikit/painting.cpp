@@ -118,8 +118,8 @@ struct Lines {
     const QString &elidedText(const ElisionKey &key) {
         if (const QString *known = elided.object(key))
             return *known;
-        auto *text = new QString(
-            QFontMetrics(key.line.font).elidedText(key.line.text, key.mode, key.width));
+        auto *text =
+            new QString(QFontMetrics(key.line.font).elidedText(key.line.text, key.mode, key.width));
         elided.insert(key, text);
         return *text;
     }

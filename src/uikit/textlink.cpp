@@ -29,9 +29,7 @@ void TextLink::setWordWrap(bool wraps) {
 
 QRect TextLink::textRect(const QRect &area) const {
     const QRect inner = area.marginsRemoved(contentsMargins());
-    return {
-        inner.topLeft(),
-        isWrapped ? wrappedSize(font(), link, inner.width()) : oneLineSize()};
+    return {inner.topLeft(), isWrapped ? wrappedSize(font(), link, inner.width()) : oneLineSize()};
 }
 
 QSize TextLink::oneLineSize() const {

@@ -1,9 +1,9 @@
 #include "uikit/painting.h"
 
-#include <gtest/gtest.h>
-
 #include <QImage>
 #include <QPainter>
+
+#include <gtest/gtest.h>
 
 #include <functional>
 
@@ -64,12 +64,14 @@ TEST(Painting, drawsAndMeasuresLinesAsThePainterDoes) {
                             drawn(
                                 font, pen,
                                 [&](QPainter &painter) {
-                                    used = drawElided(
-                                        painter, rect, alignment, text, Qt::ElideMiddle);
+                                    used =
+                                        drawElided(painter, rect, alignment, text, Qt::ElideMiddle);
                                 }),
-                            drawn(font, pen, [&](QPainter &painter) {
-                                painter.drawText(rect, alignment | Qt::TextSingleLine, elided);
-                            }))
+                            drawn(
+                                font, pen,
+                                [&](QPainter &painter) {
+                                    painter.drawText(rect, alignment | Qt::TextSingleLine, elided);
+                                }))
                             << qPrintable(text) << " elided, " << alignment;
                         EXPECT_EQ(used, metrics.horizontalAdvance(elided)) << qPrintable(text);
                         EXPECT_EQ(
@@ -78,9 +80,11 @@ TEST(Painting, drawsAndMeasuresLinesAsThePainterDoes) {
                                 [&](QPainter &painter) {
                                     drawLine(painter, rect, alignment, text);
                                 }),
-                            drawn(font, pen, [&](QPainter &painter) {
-                                painter.drawText(rect, alignment | Qt::TextSingleLine, text);
-                            }))
+                            drawn(
+                                font, pen,
+                                [&](QPainter &painter) {
+                                    painter.drawText(rect, alignment | Qt::TextSingleLine, text);
+                                }))
                             << qPrintable(text) << " clipped, " << alignment;
                     }
                 }

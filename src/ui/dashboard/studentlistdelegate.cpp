@@ -178,9 +178,8 @@ void StudentListDelegate::paintReasons(
     const QFont font = narrow ? smallFont(appearance) : appearance.font(0.96);
     const QFontMetrics metrics(font);
     const RiskRow &row = *model.student(index).row;
-    const FittedReasons fitted = fittedReasons(row, [&](const std::string &text) {
-        return fitsWidth(font, qstring(text), area.width());
-    });
+    const FittedReasons fitted = fittedReasons(
+        row, [&](const std::string &text) { return fitsWidth(font, qstring(text), area.width()); });
     QStringList sentences;
     for (std::size_t i = 0; i < fitted.shown; ++i)
         sentences << qstring(row.reasonLines[i].text);

@@ -209,8 +209,7 @@ void RosterDelegate::paintFold(QPainter &painter, const QRect &rect, int row) co
 /// Draws the name with what was searched for marked; in a compact row, the first reason beside it.
 void RosterDelegate::drawName(QPainter &painter, const QRect &cell, const QString &name) const {
     const Theme &theme = appearance.theme();
-    const std::vector<MatchedPart> matches =
-        matchedParts(name.toStdString(), model.query().typed);
+    const std::vector<MatchedPart> matches = matchedParts(name.toStdString(), model.query().typed);
     painter.setPen(theme.text);
     if (matches.empty() && characterWidths.surelyFit(name, form.nameWidth)) {
         painter.setFont(nameFont(appearance));

@@ -104,8 +104,8 @@ QRect SidebarDelegate::paintCount(QPainter &painter, QRect row, const QModelInde
     const QVariant worst = index.data(SidebarModel::worstLevelRole);
     const QString count = index.data(SidebarModel::flaggedRole).toString();
     painter.setFont(appearance.font(0.86, QFont::Medium));
-    const int width = std::max(
-        appearance.px(20), textWidth(painter.font(), count) + appearance.px(11));
+    const int width =
+        std::max(appearance.px(20), textWidth(painter.font(), count) + appearance.px(11));
     const int height = appearance.px(18);
     const QRect badge(row.right() - width, row.center().y() - height / 2 + 1, width, height);
     if (worst.isValid()) {

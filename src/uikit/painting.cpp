@@ -22,16 +22,17 @@ size_t qHash(const LineKey &key, size_t seed = 0) {
     return qHashMulti(seed, key.font, key.text);
 }
 
-struct ElisionKey {
-    LineKey line;
+/// A text in a space of limited width.
+struct FittedKey {
+    LineKey text;
     int width;
-    Qt::TextElideMode mode;
+    Qt::TextElideMode mode = Qt::ElideNone;
 
-    bool operator==(const ElisionKey &other) const = default;
+    bool operator==(const FittedKey &other) const = default;
 };
 
-size_t qHash(const ElisionKey &key, size_t seed = 0) {
-    return qHashMulti(seed, key.line, key.width, int(key.mode));
+size_t qHash(const FittedKey &key, size_t seed = 0) {
+    return qHashMulti(seed, key.text, key.width, int(key.mode));
 }
 
 QString asOneLine(QString text) {
@@ -90,22 +91,11 @@ class Line {
 /// More than a window shows at once. A line takes one to two kilobytes.
 constexpr int keptLines = 1'000;
 
-struct WrappedKey {
-    LineKey text;
-    int width;
-
-    bool operator==(const WrappedKey &other) const = default;
-};
-
-size_t qHash(const WrappedKey &key, size_t seed = 0) {
-    return qHashMulti(seed, key.text, key.width);
-}
-
 struct Lines {
     QHash<QFont, CharacterWidths> characters;
     QCache<LineKey, Line> lines{keptLines};
-    QCache<WrappedKey, QSize> wrapped{keptLines};
-    QCache<ElisionKey, QString> elided{keptLines};
+    QCache<FittedKey, QSize> wrapped{keptLines};
+    QCache<FittedKey, QString> elided{keptLines};
 
     const Line &line(const LineKey &key) {
         if (const Line *known = lines.object(key))
@@ -115,11 +105,11 @@ struct Lines {
         return *line;
     }
 
-    const QString &elidedText(const ElisionKey &key) {
+    const QString &elidedText(const FittedKey &key) {
         if (const QString *known = elided.object(key))
             return *known;
         auto *text =
-            new QString(QFontMetrics(key.line.font).elidedText(key.line.text, key.mode, key.width));
+            new QString(QFontMetrics(key.text.font).elidedText(key.text.text, key.mode, key.width));
         elided.insert(key, text);
         return *text;
     }
@@ -178,7 +168,7 @@ bool fitsWidth(const QFont &font, const QString &text, int width) {
 }
 
 QSize wrappedSize(const QFont &font, const QString &text, int width) {
-    const WrappedKey key{{font, text}, width};
+    const FittedKey key{{font, text}, width};
     if (const QSize *known = lines().wrapped.object(key))
         return *known;
     constexpr int unlimited = 1'000'000;

@@ -65,7 +65,9 @@ void ReasonLayout::addSentences(const RiskRow &row, const Form &form) {
 void ReasonLayout::lay(const Form &form) {
     layout = std::make_unique<QTextLayout>(text, reasonFont(appearance));
     QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    // A single line was elided.
+    option.setWrapMode(
+        form.lines == 1 ? QTextOption::NoWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout->setTextOption(option);
     layout->setCacheEnabled(true);
     layout->beginLayout();

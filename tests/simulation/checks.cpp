@@ -51,6 +51,14 @@ std::string textOf(const fs::path &path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// Handles the events that a window handles before it paints: the end of a save changes the history
+/// in one, which makes the cards again in another.
+void sendPostedEvents(Computer &computer) {
+    const DiskOf disk(computer);
+    for (int i = 0; i < 2; ++i)
+        QCoreApplication::sendPostedEvents();
+}
+
 } // namespace
 
 bool isQuiet(Kind kind) {
@@ -64,6 +72,7 @@ bool isQuiet(Kind kind) {
 }
 
 void Simulation::check(Computer &computer, Known &what) {
+    sendPostedEvents(computer);
     Program &program = *computer.program;
     if (program.controller->undoStack().newestID() == 0)
         what.contacts.steps.clear();

@@ -282,11 +282,8 @@ void Simulation::settle(Computer &computer, bool completely) {
                 throw Finding("too many requests are waiting");
             readAt[now()] = versions.back();
             computer.network.answer(unsigned(random()));
-            if (!completely && random() % 3 == 0) {
-                // What follows an answer is shown with it.
-                QCoreApplication::sendPostedEvents();
+            if (!completely && random() % 3 == 0)
                 return;
-            }
         } else if (moments-- > 0) {
             // A selection is read after a moment, and a pass waits for the roster on screen.
             passTime(moments == 0 ? ElapsedTime(6s) : ElapsedTime(200ms));

@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QTextLayout>
 
+#include <algorithm>
+
 namespace ellwynd {
 
 namespace {
@@ -88,20 +90,27 @@ class Line {
     QTextLayout layout;
 };
 
-/// More than a window shows at once. A line takes one to two kilobytes.
-constexpr int keptLines = 1'000;
+/// How much is kept: more than a window shows at once, in about a megabyte. A line takes some 30
+/// bytes for each character, and as much as 16 characters besides.
+constexpr qsizetype keptCharacters = 30'000;
+
+/// Not more than all, since a cache refuses to keep what costs more.
+qsizetype costOf(const LineKey &key) {
+    constexpr qsizetype fixed = 16;
+    return std::min(key.text.size() + fixed, keptCharacters);
+}
 
 struct Lines {
     QHash<QFont, CharacterWidths> characters;
-    QCache<LineKey, Line> lines{keptLines};
-    QCache<FittedKey, QSize> wrapped{keptLines};
-    QCache<FittedKey, QString> elided{keptLines};
+    QCache<LineKey, Line> lines{keptCharacters};
+    QCache<FittedKey, QSize> wrapped{keptCharacters};
+    QCache<FittedKey, QString> elided{keptCharacters};
 
     const Line &line(const LineKey &key) {
         if (const Line *known = lines.object(key))
             return *known;
         auto *line = new Line(key);
-        lines.insert(key, line);
+        lines.insert(key, line, costOf(key));
         return *line;
     }
 
@@ -110,7 +119,7 @@ struct Lines {
             return *known;
         auto *text =
             new QString(QFontMetrics(key.text.font).elidedText(key.text.text, key.mode, key.width));
-        elided.insert(key, text);
+        elided.insert(key, text, costOf(key.text));
         return *text;
     }
 };
@@ -177,7 +186,7 @@ QSize wrappedSize(const QFont &font, const QString &text, int width) {
                                QRect(0, 0, width, unlimited),
                                int(Qt::AlignLeft | Qt::AlignTop) | int(Qt::TextWordWrap), text)
                            .size();
-    lines().wrapped.insert(key, new QSize(size));
+    lines().wrapped.insert(key, new QSize(size), costOf(key.text));
     return size;
 }
 

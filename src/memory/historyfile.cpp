@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <simdjson.h>
 
@@ -87,33 +88,22 @@ void addNumber(std::string &to, std::int64_t number) {
     to.append(digits.data(), digits.size());
 }
 
-} // namespace
-
-HistoryVisits decodeHistory(std::string_view text) {
-    dom::parser parser;
-    dom::array array;
-    if (const auto error = parser.allocate(text.size(), maxJSONDepth))
-        throw FileError(problem(error));
-    auto error = parser.parse(text.data(), text.size()).get(array);
-    if (error == simdjson::NUMBER_ERROR) {
-        if (const auto readable = withoutHugeNumbers(text))
-            error = parser.parse(*readable).get(array);
+/// Makes visits of the entries of a file, which may come in parts.
+class VisitReader {
+  public:
+    /// @throws FileError for an entry that is not one.
+    void add(dom::array part) {
+        for (const dom::element element : part)
+            add(element);
     }
-    if (error)
-        throw FileError(problem(error));
-    HistoryVisits visits;
-    // The entries of the visit that is being read.
-    std::vector<RosterSnapshot> entries;
-    const auto endVisit = [&] {
-        if (!entries.empty())
-            visits.push_back(std::make_shared<const HistoryVisit>(entries));
-        entries.clear();
-    };
-    std::size_t index = 0;
-    // All entries of a visit have the same instant, which is parsed once.
-    std::string_view lastText;
-    Date lastDate;
-    for (const dom::element element : array) {
+
+    [[nodiscard]] HistoryVisits end() {
+        endVisit();
+        return std::move(visits);
+    }
+
+  private:
+    void add(dom::element element) {
         dom::object entry;
         if (element.get(entry) != simdjson::SUCCESS)
             fail(index, "the entry", "has another type");
@@ -130,20 +120,91 @@ HistoryVisits decodeHistory(std::string_view text) {
         const auto missingCount = integer(entry, index, "missingCount");
         const auto level = textOf(entry, index, "level");
         ++index;
-        if (courseID && studentID && missingCount) {
-            if (!entries.empty() &&
-                (entries.back().courseID != *courseID || entries.back().recordedAt != lastDate))
-                endVisit();
-            entries.push_back(
-                {.courseID = *courseID,
-                 .studentID = *studentID,
-                 .recordedAt = lastDate,
-                 .level = std::string(level),
-                 .missingCount = *missingCount});
-        }
+        if (!courseID || !studentID || !missingCount)
+            return;
+        if (!entries.empty() &&
+            (entries.back().courseID != *courseID || entries.back().recordedAt != lastDate))
+            endVisit();
+        entries.push_back(
+            {.courseID = *courseID,
+             .studentID = *studentID,
+             .recordedAt = lastDate,
+             .level = std::string(level),
+             .missingCount = *missingCount});
     }
-    endVisit();
-    return visits;
+
+    void endVisit() {
+        if (!entries.empty())
+            visits.push_back(std::make_shared<const HistoryVisit>(entries));
+        entries.clear();
+    }
+
+    HistoryVisits visits;
+    /// The entries of the visit that is being read.
+    std::vector<RosterSnapshot> entries;
+    std::size_t index = 0;
+    /// All entries of a visit have the same instant, which is parsed once.
+    std::string lastText;
+    Date lastDate;
+};
+
+/// Reads a file of compact JSON, as `encodeHistory` writes it, in parts of half a megabyte: the
+/// parser needs several times the memory of its text, and new memory takes longer than the parsing.
+/// Absent if a part is not JSON, as when a text contains what separates entries.
+/// @throws FileError for an entry that is not one.
+std::optional<HistoryVisits> decodeInParts(std::string_view text) {
+    constexpr std::size_t partSize = 512UL * 1024;
+    constexpr std::string_view separator = "},{";
+    if (!text.starts_with("[") || !text.ends_with("]"))
+        return std::nullopt;
+    text = text.substr(1, text.size() - 2);
+    dom::parser parser;
+    VisitReader reader;
+    std::string part;
+    // A part ends with the first entry after its size.
+    constexpr std::size_t longEntry = 4UL * 1024;
+    if (parser.allocate(std::min(text.size() + 2, partSize + longEntry), maxJSONDepth))
+        return std::nullopt;
+    while (!text.empty()) {
+        // An entry of another program may be longer than a part.
+        const std::size_t at = text.find(separator, partSize);
+        const std::size_t size = at == std::string_view::npos ? text.size() : at + 1;
+        part = "[";
+        part.reserve(size + 2 + simdjson::SIMDJSON_PADDING);
+        part.append(text.substr(0, size)).append("]");
+        dom::array array;
+        if (parser.parse(part).get(array))
+            return std::nullopt;
+        reader.add(array);
+        text.remove_prefix(std::min(text.size(), size + 1));
+    }
+    return reader.end();
+}
+
+/// @throws FileError
+HistoryVisits decodeWhole(std::string_view text) {
+    dom::parser parser;
+    dom::array array;
+    if (const auto error = parser.allocate(text.size(), maxJSONDepth))
+        throw FileError(problem(error));
+    auto error = parser.parse(text.data(), text.size()).get(array);
+    if (error == simdjson::NUMBER_ERROR) {
+        if (const auto readable = withoutHugeNumbers(text))
+            error = parser.parse(*readable).get(array);
+    }
+    if (error)
+        throw FileError(problem(error));
+    VisitReader reader;
+    reader.add(array);
+    return reader.end();
+}
+
+} // namespace
+
+HistoryVisits decodeHistory(std::string_view text) {
+    if (auto visits = decodeInParts(text))
+        return *std::move(visits);
+    return decodeWhole(text);
 }
 
 std::string encodeHistory(const HistoryVisits &visits) {

@@ -1,4 +1,5 @@
 #include "historytest.h"
+#include "memory/historyfile.h"
 
 #include <fmt/format.h>
 
@@ -167,6 +168,26 @@ TEST_F(HistoryTest, ANumberOutOfRangeCostsItsEntry) {
         EXPECT_THAT(open().entries(), ElementsAre(entry(7, 2, noon, "OK"))) << number;
     }
     EXPECT_THAT(test::LogCapture::lines(), testing::IsEmpty());
+}
+
+TEST_F(HistoryTest, AFileOfSeveralPartsIsReadAsAWhole) {
+    constexpr std::int64_t students = 9'000; // a megabyte
+    for (const char *level : {"Concern", "of another version", "},{"}) {
+        std::vector<RosterSnapshot> entries;
+        for (std::int64_t id = 0; id < students; ++id)
+            entries.push_back(entry(id / 2'500, id, noon, level, id % 3));
+        const HistoryVisits visits = visitsOf(entries);
+        const std::string text = encodeHistory(visits);
+        EXPECT_TRUE(historyEntries(text) == entries) << level;
+        EXPECT_EQ(decodeHistory(text).size(), visits.size()) << "a visit is not divided";
+        EXPECT_THROW(static_cast<void>(decodeHistory(text + "]")), FileError) << level;
+        std::string wrong = text;
+        wrong.replace(wrong.rfind("T12:00"), 1, "x");
+        EXPECT_THROW(static_cast<void>(decodeHistory(wrong)), FileError) << level;
+        std::string huge = text;
+        huge.replace(huge.rfind(":2}"), 3, ":1e999}");
+        EXPECT_EQ(historyEntries(huge).size(), entries.size() - 1) << level;
+    }
 }
 
 TEST_F(HistoryTest, AFileThatIsUnavailableIsNeitherSetAsideNorReplaced) {

@@ -166,7 +166,7 @@ def window_program(*arguments):
         if phase:
             name, step, resident = phase[1], (float(phase[2]), float(phase[3])), int(phase[5])
             worst[name] = tuple(map(max, worst.get(name, step), step))
-            if name == "the end of the pass":
+            if name == "the end of the pass" and not after_pass:
                 after_pass = resident
             most = max(most, resident)
     return worst, after_pass, most

@@ -70,21 +70,25 @@ ComparableText comparableText(std::string_view text) {
     return result;
 }
 
-std::string comparable(std::string_view text) {
+void appendComparable(std::string_view text, std::string &to) {
     const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < firstBeyondAscii; };
     if (std::ranges::all_of(text, isAscii)) {
-        std::string result;
-        result.reserve(text.size());
         for (const char c : text) {
             if (!isApostrophe(char32_t(c)))
-                result += c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
+                to += c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
         }
-        return result;
+        return;
     }
     QString result;
     for (const char32_t code : fromUtf8(text).toUcs4())
         append(code, result);
-    return result.toStdString();
+    to += result.toStdString();
+}
+
+std::string comparable(std::string_view text) {
+    std::string result;
+    appendComparable(text, result);
+    return result;
 }
 
 } // namespace ellwynd

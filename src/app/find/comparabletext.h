@@ -28,5 +28,7 @@ struct ComparableText {
 [[nodiscard]] ComparableText comparableText(std::string_view text);
 /// The same without the places, in UTF-8.
 [[nodiscard]] std::string comparable(std::string_view text);
+/// Adds it to a text.
+void appendComparable(std::string_view text, std::string &to);
 
 } // namespace ellwynd

@@ -11,7 +11,7 @@ RowSearch::RowSearch(
     SharedTexts codes;
     SharedTexts assignments;
     ends.reserve(rows.size());
-    texts.reserve(rows.size());
+    endsOfTexts.reserve(rows.size());
     for (const RiskRow &row : rows) {
         textsOfRows.push_back(prepare(row.name));
         add(row.level ? std::int64_t(*row.level) : -1, levelName(row.level), levels);
@@ -29,8 +29,9 @@ RowSearch::RowSearch(
 }
 
 RowSearch::TextIndex RowSearch::prepare(std::string_view text) {
-    texts.push_back(comparable(text));
-    return TextIndex(texts.size() - 1);
+    appendComparable(text, texts);
+    endsOfTexts.push_back(texts.size());
+    return TextIndex(endsOfTexts.size() - 1);
 }
 
 /// Adds a text of the row that is added now.
@@ -45,10 +46,15 @@ void RowSearch::add(std::int64_t id, std::string_view text, SharedTexts &known) 
 
 std::vector<bool> RowSearch::rowsWith(const std::vector<std::string> &words) const {
     std::vector<bool> rows(ends.size(), true);
-    std::vector<bool> contains(texts.size());
+    std::vector<bool> contains(endsOfTexts.size());
     for (const std::string &word : words) {
-        for (std::size_t i = 0; i < texts.size(); ++i)
-            contains[i] = texts[i].find(word) != std::string::npos;
+        std::size_t begin = 0;
+        for (std::size_t i = 0; i < endsOfTexts.size(); ++i) {
+            const std::size_t size = endsOfTexts[i] - begin;
+            contains[i] =
+                std::string_view(texts).substr(begin, size).find(word) != std::string_view::npos;
+            begin = endsOfTexts[i];
+        }
         std::size_t at = 0;
         for (std::size_t row = 0; row < rows.size(); ++row) {
             bool found = false;

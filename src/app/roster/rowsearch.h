@@ -37,8 +37,10 @@ class RowSearch {
     [[nodiscard]] TextIndex prepare(std::string_view text);
     void add(std::int64_t id, std::string_view text, SharedTexts &known);
 
-    std::vector<std::string> texts;
-    /// The texts of all rows, row by row, as positions in `texts`.
+    /// All texts one after the other, and where each ends.
+    std::string texts;
+    std::vector<std::size_t> endsOfTexts;
+    /// The texts of all rows, row by row, as their numbers.
     std::vector<TextIndex> textsOfRows;
     /// Where the texts of each row end in `textsOfRows`.
     std::vector<std::size_t> ends;

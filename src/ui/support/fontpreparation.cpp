@@ -23,6 +23,14 @@ constexpr std::array nameFonts{
     NameFont{1.24, QFont::Bold},
 };
 
+/// Those of the captions and signs of a course, which have only letters and figures.
+constexpr std::array captionFonts{
+    NameFont{0.78, QFont::DemiBold},
+    NameFont{0.8, QFont::DemiBold},
+    NameFont{0.86, QFont::Normal},
+};
+
+const QString letters = QStringLiteral("a 1");
 /// An emoji among letters, and a script that is in fonts of its own: few fonts have either. Each
 /// script of a text is looked up separately.
 const std::array<QString, 2> samples{QStringLiteral("a\U0001f98a"), QStringLiteral("\u5c71")};
@@ -32,7 +40,7 @@ const std::array<QString, 2> samples{QStringLiteral("a\U0001f98a"), QStringLiter
 void findFirstFonts(const Appearance &appearance) {
     for (const QFont &font :
          {appearance.font(), appearance.font(1, QFont::DemiBold), appearance.font(0.92)})
-        static_cast<void>(QFontMetrics(font).horizontalAdvance(QStringLiteral("a 1")));
+        static_cast<void>(QFontMetrics(font).horizontalAdvance(letters));
 }
 
 FontPreparation::FontPreparation(const Appearance &appearance, QObject *parent)
@@ -46,15 +54,22 @@ FontPreparation::FontPreparation(const Appearance &appearance, QObject *parent)
 
 void FontPreparation::start() {
     prepared.clear();
+    waiting.clear();
+    for (const NameFont &font : nameFonts) {
+        for (const QString &sample : samples)
+            waiting.emplace_back(appearance.font(font.factor, font.weight), sample);
+    }
+    for (const NameFont &font : captionFonts)
+        waiting.emplace_back(appearance.font(font.factor, font.weight), letters);
     timer.start(0);
 }
 
 void FontPreparation::prepareNext() {
-    const NameFont &next = nameFonts.at(prepared.size() / samples.size());
-    const QString &sample = samples.at(prepared.size() % samples.size());
-    prepared.push_back(appearance.font(next.factor, next.weight));
-    static_cast<void>(QFontMetrics(prepared.back()).horizontalAdvance(sample));
-    if (prepared.size() == nameFonts.size() * samples.size())
+    const auto [font, sample] = waiting.front();
+    waiting.pop_front();
+    static_cast<void>(QFontMetrics(font).horizontalAdvance(sample));
+    prepared.push_back(font);
+    if (waiting.empty())
         timer.stop();
 }
 

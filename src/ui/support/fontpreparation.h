@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QTimer>
 
+#include <deque>
+#include <utility>
 #include <vector>
 
 namespace ellwynd {
@@ -32,6 +34,8 @@ class FontPreparation : public QObject {
     void prepareNext();
 
     const Appearance &appearance;
+    /// Fonts to look up, each for a text.
+    std::deque<std::pair<QFont, QString>> waiting;
     /// Kept so that Qt keeps what it looked up.
     std::vector<QFont> prepared;
     QTimer timer;

@@ -165,6 +165,16 @@ bool CharacterWidths::surelyFit(const QString &text, int width) const {
     return sum <= width;
 }
 
+bool CharacterWidths::surelyExceed(const QString &text, int width) const {
+    // Kerning takes a few hundredths of a text's width.
+    constexpr double closest = 0.9;
+    double sum = 0;
+    for (const QChar c : text)
+        sum +=
+            c.unicode() < widths.size() && widths[c.unicode()] < widest ? widths[c.unicode()] : 0;
+    return sum * closest > width;
+}
+
 int textWidth(const QFont &font, const QString &text) {
     return qRound(lines().line({font, asOneLine(text)}).width());
 }
@@ -173,7 +183,9 @@ bool fitsWidth(const QFont &font, const QString &text, int width) {
     auto known = lines().characters.find(font);
     if (known == lines().characters.end())
         known = lines().characters.insert(font, CharacterWidths(font));
-    return known->surelyFit(text, width) || textWidth(font, text) <= width;
+    if (known->surelyFit(text, width))
+        return true;
+    return !known->surelyExceed(text, width) && textWidth(font, text) <= width;
 }
 
 QSize wrappedSize(const QFont &font, const QString &text, int width) {

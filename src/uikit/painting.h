@@ -28,6 +28,8 @@ class CharacterWidths {
 
     /// Whether a line of text fits; false if in doubt. Other characters count as very wide.
     [[nodiscard]] bool surelyFit(const QString &text, int width) const;
+    /// Whether a line of text is too wide, however close its letters are; false if in doubt.
+    [[nodiscard]] bool surelyExceed(const QString &text, int width) const;
 
   private:
     static constexpr double unlimited = 1e9;

@@ -100,7 +100,22 @@ qsizetype costOf(const LineKey &key) {
     return std::min(key.text.size() + fixed, keptCharacters);
 }
 
-struct Lines {
+struct KeptLines;
+KeptLines &kept();
+
+struct KeptLines {
+    /// A font must not be destroyed after the application.
+    KeptLines() {
+        qAddPostRoutine([] { kept().clear(); });
+    }
+
+    void clear() {
+        characters.clear();
+        lines.clear();
+        wrapped.clear();
+        elided.clear();
+    }
+
     QHash<QFont, CharacterWidths> characters;
     QCache<LineKey, Line> lines{keptCharacters};
     QCache<FittedKey, QSize> wrapped{keptCharacters};
@@ -124,20 +139,9 @@ struct Lines {
     }
 };
 
-Lines &lines() {
-    static Lines kept;
-    // Fonts cannot outlive the application.
-    static const bool cleared = [] {
-        qAddPostRoutine([] {
-            kept.characters.clear();
-            kept.lines.clear();
-            kept.elided.clear();
-            kept.wrapped.clear();
-        });
-        return true;
-    }();
-    Q_UNUSED(cleared)
-    return kept;
+KeptLines &kept() {
+    static KeptLines all;
+    return all;
 }
 
 } // namespace
@@ -176,13 +180,13 @@ bool CharacterWidths::surelyExceed(const QString &text, int width) const {
 }
 
 int textWidth(const QFont &font, const QString &text) {
-    return qRound(lines().line({font, asOneLine(text)}).width());
+    return qRound(kept().line({font, asOneLine(text)}).width());
 }
 
 bool fitsWidth(const QFont &font, const QString &text, int width) {
-    auto known = lines().characters.find(font);
-    if (known == lines().characters.end())
-        known = lines().characters.insert(font, CharacterWidths(font));
+    auto known = kept().characters.find(font);
+    if (known == kept().characters.end())
+        known = kept().characters.insert(font, CharacterWidths(font));
     if (known->surelyFit(text, width))
         return true;
     return !known->surelyExceed(text, width) && textWidth(font, text) <= width;
@@ -190,7 +194,7 @@ bool fitsWidth(const QFont &font, const QString &text, int width) {
 
 QSize wrappedSize(const QFont &font, const QString &text, int width) {
     const FittedKey key{{font, text}, width};
-    if (const QSize *known = lines().wrapped.object(key))
+    if (const QSize *known = kept().wrapped.object(key))
         return *known;
     constexpr int unlimited = 1'000'000;
     const QSize size = QFontMetrics(font)
@@ -198,21 +202,21 @@ QSize wrappedSize(const QFont &font, const QString &text, int width) {
                                QRect(0, 0, width, unlimited),
                                int(Qt::AlignLeft | Qt::AlignTop) | int(Qt::TextWordWrap), text)
                            .size();
-    lines().wrapped.insert(key, new QSize(size), costOf(key.text));
+    kept().wrapped.insert(key, new QSize(size), costOf(key.text));
     return size;
 }
 
 void drawLine(QPainter &painter, const QRect &rect, int alignment, const QString &text) {
-    lines().line({painter.font(), asOneLine(text)}).draw(painter, rect, alignment);
+    kept().line({painter.font(), asOneLine(text)}).draw(painter, rect, alignment);
 }
 
 int drawElided(
     QPainter &painter, const QRect &rect, int alignment, const QString &text,
     Qt::TextElideMode mode) {
     const LineKey whole{painter.font(), asOneLine(text)};
-    const Line *line = &lines().line(whole);
+    const Line *line = &kept().line(whole);
     if (line->width() > rect.width())
-        line = &lines().line({whole.font, lines().elidedText({whole, rect.width(), mode})});
+        line = &kept().line({whole.font, kept().elidedText({whole, rect.width(), mode})});
     line->draw(painter, rect, alignment);
     return qRound(line->width());
 }

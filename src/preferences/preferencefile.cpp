@@ -22,6 +22,11 @@ bool same(const json &a, const json &b) {
     return a == b && a.is_number_float() == b.is_number_float();
 }
 
+std::optional<json> valueIn(const json &object, const std::string &key) {
+    const auto found = object.find(key);
+    return found != object.end() ? std::optional(*found) : std::nullopt;
+}
+
 } // namespace
 
 PreferenceFile::PreferenceFile(std::filesystem::path path) : path(std::move(path)) {
@@ -64,9 +69,13 @@ PreferenceFile::Outcome PreferenceFile::update(const PreferenceChanges &changes,
         outcome.replaced.emplace(key, isSaved ? fromJSON(*found) : std::nullopt);
         applied.emplace(key, std::move(next));
     }
+    for (const auto &[key, value] : applied) {
+        const auto [change, isFirst] = unsaved.try_emplace(key);
+        if (isFirst)
+            change->second.inFile = valueIn(saved, key);
+        change->second.value = value;
+    }
     apply(applied);
-    for (auto &[key, value] : applied)
-        unsaved.insert_or_assign(key, std::move(value));
     if (!unsaved.empty())
         save();
     for (const auto &[key, value] : outcome.replaced) {
@@ -82,6 +91,22 @@ void PreferenceFile::apply(const Changes &changes) {
             saved[key] = *value;
         else
             saved.erase(key);
+    }
+}
+
+/// Applies what is not saved to the values just read. A change whose value in the file is another
+/// one by now is dropped, if it can be replaced.
+void PreferenceFile::applyUnsaved(bool canBeReplaced) {
+    for (auto change = unsaved.begin(); change != unsaved.end();) {
+        const auto &[key, state] = *change;
+        auto inFile = valueIn(saved, key);
+        if (canBeReplaced && inFile != state.inFile) {
+            change = unsaved.erase(change);
+            continue;
+        }
+        apply({{key, state.value}});
+        change->second.inFile = std::move(inFile);
+        ++change;
     }
 }
 
@@ -128,7 +153,8 @@ void PreferenceFile::load() {
         if (!read.is_object())
             throw FileError(path.filename().string() + " is not a JSON object.");
         saved = std::move(read);
-        apply(unsaved);
+        // What was changed while the file could not be read may be newer than the file.
+        applyUnsaved(wasReadable);
     } catch (const FileError &error) {
         logger.error(fmt::format("Couldn't read the preferences: {}", error.what()));
         setAside();

@@ -13,7 +13,8 @@ namespace ellwynd {
 ///
 /// A file that is not valid is set aside. One that cannot be read for a moment is left alone until
 /// it can. Failures are logged; the in-memory state is kept, and changes that could not be saved
-/// are saved with the next one, on top of what other processes have saved.
+/// are saved with the next one, on top of what other processes have saved. Where another process
+/// saved a value of the same key after such a change, that value is the newer one and stays.
 class PreferenceFile {
   public:
     /// @param path a missing file is an empty object.
@@ -50,15 +51,23 @@ class PreferenceFile {
     /// A value to save by key; absent removes the key.
     using Changes = std::map<std::string, std::optional<nlohmann::json>, std::less<>>;
 
+    struct Unsaved {
+        /// Absent if the key was removed.
+        std::optional<nlohmann::json> value;
+        /// What the file held when the key was changed.
+        std::optional<nlohmann::json> inFile;
+    };
+
     void load();
     void apply(const Changes &changes);
+    void applyUnsaved(bool canBeReplaced);
     void setAside() const;
     void save();
 
     std::filesystem::path path;
     nlohmann::json saved = nlohmann::json::object();
     /// Changes in `saved` that are not on disk.
-    Changes unsaved;
+    std::map<std::string, Unsaved, std::less<>> unsaved;
     /// The file's stamp when `saved` was read or written.
     files::Stamp seen;
     /// Whether the file could be read, or does not exist. Nothing is written before.

@@ -267,16 +267,30 @@ TEST(UserDefaults, WhatCouldNotBeSavedIsSavedLater) {
     const std::filesystem::path folder = store.folder.path();
     const std::filesystem::path away = folder.string() + ".away";
     {
+        store.open().update({{"LateThreshold", std::int64_t{2}}, {"LateWeight", 1.0}});
         UserDefaults defaults = store.open();
         std::filesystem::rename(folder, away);
         std::ofstream(folder) << "in its place";
-        defaults.set("TextScale", 1.5);
+        defaults.update(
+            {{"TextScale", 1.5}, {"LateThreshold", std::int64_t{5}}, {"LateWeight", std::nullopt}});
         EXPECT_FALSE(defaults.isSaved());
         std::filesystem::remove(folder);
         std::filesystem::rename(away, folder);
-        store.open().set("SidebarTermLimit", std::int64_t{3});
+        // What another process saves after that is newer.
+        store.open().update(
+            {{"SidebarTermLimit", std::int64_t{3}},
+             {"LateThreshold", std::int64_t{4}},
+             {"LateWeight", 2.0}});
+        defaults.reloadIfChanged();
+        EXPECT_EQ(defaults.object("TextScale"), PreferenceValue(1.5));
+        EXPECT_EQ(defaults.object("LateThreshold"), PreferenceValue(std::int64_t{4}));
+        EXPECT_EQ(defaults.object("LateWeight"), PreferenceValue(2.0));
     }
-    const PreferenceMap expected{{"TextScale", 1.5}, {"SidebarTermLimit", std::int64_t{3}}};
+    const PreferenceMap expected{
+        {"TextScale", 1.5},
+        {"SidebarTermLimit", std::int64_t{3}},
+        {"LateThreshold", std::int64_t{4}},
+        {"LateWeight", 2.0}};
     EXPECT_EQ(store.open().persistentDomain(), expected) << "at the end of the program";
     // A number that is too large costs its key alone.
     store.folder.write("Preferences.json", R"({"TextScale": 1e999, "SidebarTermLimit": 4})");

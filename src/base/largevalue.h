@@ -5,7 +5,8 @@
 
 namespace ellwynd {
 
-/// Gives up a value. If that was its last owner, a thread of the global pool releases its memory.
+/// Gives up a value. If that was its last owner, a thread of the global pool releases its memory a
+/// moment later, when the event loop has handled the current event.
 void releaseAside(std::shared_ptr<const void> value);
 
 /// Shares a value with some hundred thousand allocations. When its last owner has gone, it is

@@ -1,5 +1,8 @@
 #include "base/largevalue.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+
 #include <gtest/gtest.h>
 
 #include <future>
@@ -8,7 +11,9 @@
 namespace ellwynd {
 namespace {
 
-TEST(LargeValue, IsReleasedByAnotherThreadAfterItsLastOwner) {
+TEST(LargeValue, IsReleasedByAnotherThreadAfterItsLastOwnerAndTheEvent) {
+    using namespace std::chrono_literals;
+
     std::promise<std::thread::id> released;
     const auto part = [&released] {
         return std::shared_ptr<int>(new int(7), [&released](const int *number) {
@@ -22,6 +27,11 @@ TEST(LargeValue, IsReleasedByAnotherThreadAfterItsLastOwner) {
     first.reset();
     EXPECT_EQ(**second, 7);
     second.reset();
+    EXPECT_EQ(releasing.wait_for(0s), std::future_status::timeout) << "in the same event";
+    const QDeadlineTimer limit(10s);
+    while (releasing.wait_for(0s) != std::future_status::ready && !limit.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    ASSERT_EQ(releasing.wait_for(0s), std::future_status::ready);
     EXPECT_NE(releasing.get(), std::this_thread::get_id());
 }
 

@@ -172,9 +172,18 @@ def window_program(*arguments):
     return worst, after_pass, most
 
 
+def warm_up():
+    """A short run that is not counted. It reads the program and the fonts from the disk."""
+    run(BENCHES / "largeteacher_bench", "--courses", 2, "--students", 10, "--assignments", 5,
+        "--settle", 20)
+
+
 def large_teacher():
     """The longest steps of each phase in each run, and the memory of the window program."""
-    runs = [window_program() for _ in range(RUNS)]
+    runs = []
+    for _ in range(RUNS):
+        warm_up()
+        runs.append(window_program())
     phases = {name: [worst[name] for worst, _, _ in runs] for name in runs[0][0]}
     return phases, memory_rows("the large teacher", runs, 260)
 
@@ -244,7 +253,7 @@ def steps_table(phases):
     rows = []
     for name, steps in phases.items():
         processor, wall = zip(*steps)
-        held = max(processor) <= 16
+        held = max(wall) <= 16
         rows.append([name, cell(processor), cell(wall), "yes" if held else "**no**"])
     return table(["phase", "processor time, ms", "wall time, ms", "at most 16 ms"], rows)
 
@@ -281,8 +290,9 @@ the end of the run its load was {load}. With other programs on the machine, wall
   program that shows an empty window of the same toolkit, in pairs.
 - A step is one event that the main thread handles, with everything that it causes before the thread
   returns to its event loop. The application object measures each event in wall time and in processor
-  time of the main thread. The goal of 16 ms is for wall time on an idle machine; the table judges
-  processor time, which other programs change less.
+  time of the main thread. The goal of 16 ms is for wall time; processor time is given because other
+  programs change it less. Each run follows a short one that is not counted, so that the program and
+  the fonts need not be read from the disk.
 - The large teacher has 40 courses of 200 students and 60 assignments, 216,000 recorded levels on 27
   days, 2,000 contacts and settings of 500 courses. The worse of the figures after the first and after
   the second pass counts for a run; a phase holds if it does in every run.

@@ -146,6 +146,10 @@ KeptLines &kept() {
 
 } // namespace
 
+void forgetTexts() {
+    kept().clear();
+}
+
 CharacterWidths::CharacterWidths(const QFont &font) {
     // The width of a character is without the space that such a font adds.
     if (font.letterSpacing() != 0)

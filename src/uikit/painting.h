@@ -18,6 +18,9 @@ namespace ellwynd {
 /// again. So this and the functions below keep the lines that were last asked for.
 int textWidth(const QFont &font, const QString &text);
 
+/// Releases the kept lines, some of which are names.
+void forgetTexts();
+
 /// The widths of the first 256 characters of a font. Adding them up is far quicker than measuring a
 /// text.
 class CharacterWidths {

@@ -17,6 +17,7 @@
 #include "ui/support/statusnotes.h"
 #include "ui/write/writecommands.h"
 #include "uikit/convert.h"
+#include "uikit/painting.h"
 
 #include <QAction>
 #include <QMenu>
@@ -136,6 +137,11 @@ void MainWindow::connectViews() {
         connectionViews, &ConnectionViews::sampleRequested, this,
         &MainWindow::sampleSwitchRequested);
     connect(&appearance, &Appearance::appearanceDidChange, this, &MainWindow::showPane);
+    connect(&controller, &MainWindowController::coursesDidChange, this, [this] {
+        // After a sign-out, and before another account's courses arrive.
+        if (controller.courses().isEmpty())
+            forgetTexts();
+    });
     connect(
         desktopActions, &RosterDesktopActions::noteRequested, this,
         [this](const QString &note) { notes->showNote(note); });

@@ -15,6 +15,7 @@
 #include "application.h"
 #include "base/heap.h"
 #include "base/log.h"
+#include "base/referencedate.h"
 #include "canvas/tokenstore.h"
 #include "measuredapplication.h"
 #include "memory/historyfile.h"
@@ -101,9 +102,9 @@ struct Teacher {
             const std::int64_t course = 1 + i % shape.courses;
             log << (i == 0 ? "[" : ",")
                 << fmt::format(
-                       R"({{"courseID":{},"studentID":{},"contactedAt":"{}"}})", course,
+                       R"({{"courseID":{},"studentID":{},"contactedAt":{}}})", course,
                        student(course, i / shape.courses),
-                       formatInstant(systemNow() - std::chrono::hours(24 * (1 + i % 20))));
+                       secondsSinceReference(systemNow() - std::chrono::hours(24 * (1 + i % 20))));
         }
         log << "]";
         // Of courses that are no longer in the list: the thresholds of the others are the defaults.

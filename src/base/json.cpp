@@ -13,24 +13,6 @@ namespace {
 
 using nlohmann::json;
 
-json parseWithin(std::string_view text, int maxDepth) {
-    return json::parse(text, [maxDepth](int depth, json::parse_event_t event, const json &) {
-        using Event = json::parse_event_t;
-        const bool opens = event == Event::object_start || event == Event::array_start;
-        if (opens && depth >= maxDepth)
-            throw FileError("It is nested too deeply.");
-        return true;
-    });
-}
-
-bool overflows(std::string_view number) {
-    double value = 0;
-    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
-    // An underflow is out of range too, but reads as zero.
-    return error == std::errc::result_out_of_range && number.find("e-") == std::string_view::npos &&
-        number.find("E-") == std::string_view::npos;
-}
-
 /// The position behind the closing quote of the string that begins at `begin`.
 std::size_t endOfString(std::string_view text, std::size_t begin) {
     for (std::size_t i = begin + 1; i < text.size(); ++i) {
@@ -40,6 +22,33 @@ std::size_t endOfString(std::string_view text, std::size_t begin) {
             return i + 1;
     }
     return text.size();
+}
+
+/// Whether arrays and objects are nested more deeply than a limit. Also for text that is not JSON.
+bool isDeeper(std::string_view text, int limit) {
+    int depth = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        if (text[i] == '"') {
+            i = endOfString(text, i);
+            continue;
+        }
+        if (text[i] == '[' || text[i] == '{')
+            ++depth;
+        else if (text[i] == ']' || text[i] == '}')
+            --depth;
+        if (depth > limit)
+            return true;
+        ++i;
+    }
+    return false;
+}
+
+bool overflows(std::string_view number) {
+    double value = 0;
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
+    // An underflow is out of range too, but reads as zero.
+    return error == std::errc::result_out_of_range && number.find("e-") == std::string_view::npos &&
+        number.find("E-") == std::string_view::npos;
 }
 
 /// The text with every number that is too large for a double replaced by null.
@@ -61,11 +70,13 @@ std::string withoutOverflows(std::string_view text) {
 } // namespace
 
 json parseJSON(std::string_view text, int maxDepth) {
+    if (isDeeper(text, maxDepth))
+        throw FileError("It is nested too deeply.");
     try {
         try {
-            return parseWithin(text, maxDepth);
+            return json::parse(text);
         } catch (const json::out_of_range &) {
-            return parseWithin(withoutOverflows(text), maxDepth);
+            return json::parse(withoutOverflows(text));
         }
     } catch (const json::exception &) {
         // The library's message would quote the text.

@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 
 namespace ellwynd {
@@ -66,15 +67,14 @@ Records decode(std::string_view text) {
 }
 
 std::string encode(const Records &records) {
-    // Keeps the order of the keys.
-    auto list = nlohmann::ordered_json::array();
+    std::string text = "[";
     for (const ContactRecord &record : records) {
-        list.push_back(
-            {{"courseID", record.courseID},
-             {"studentID", record.studentID},
-             {"contactedAt", secondsSinceReference(record.contactedAt)}});
+        const nlohmann::json contactedAt = secondsSinceReference(record.contactedAt);
+        fmt::format_to(
+            std::back_inserter(text), R"({}{{"courseID":{},"studentID":{},"contactedAt":{}}})",
+            text.size() > 1 ? "," : "", record.courseID, record.studentID, contactedAt.dump());
     }
-    return list.dump();
+    return text + "]";
 }
 
 StoreFileOptions fileOptions() {

@@ -12,21 +12,35 @@ namespace {
 
 /// The last level recorded up to the contact, else the first one after it; none of those recorded
 /// later than today.
-RecordedLevel levelAt(const std::vector<StudentVisit> &entries, Date contactedAt, Date now) {
-    const StudentVisit *before = nullptr;
-    const StudentVisit *after = nullptr;
-    for (const StudentVisit &entry : entries) {
-        if (entry.recordedAt > now && entry.recordedAt >= calendar::startOfNextDay(now))
-            continue;
-        if (entry.recordedAt <= contactedAt) {
-            if (before == nullptr || entry.recordedAt > before->recordedAt)
-                before = &entry;
-        } else if (after == nullptr || entry.recordedAt < after->recordedAt) {
-            after = &entry;
+RecordedLevel levelAt(const ContactRecord &contact, const HistoryVisits &visits, Date now) {
+    const HistoryVisit *then = nullptr;
+    RecordedLevel level;
+    const auto use = [&](const HistoryVisit &visit) {
+        const Date date = visit.recordedAt();
+        if (date > now && date >= calendar::startOfNextDay(now))
+            return;
+        if (const auto entries = visit.find(contact.studentID); !entries.empty()) {
+            then = &visit;
+            level = visit.level(entries.front());
         }
+    };
+    // Visits are stored in the order of their dates, unless the clock was set back. So the first
+    // one that is looked at usually decides. Of visits at the same time the first stored one
+    // counts.
+    for (auto each = visits.rbegin(); each != visits.rend(); ++each) {
+        const auto &visit = *each;
+        const bool isOlder = then != nullptr && visit->recordedAt() < then->recordedAt();
+        if (visit->recordedAt() <= contact.contactedAt && !isOlder)
+            use(*visit);
     }
-    const StudentVisit *then = before != nullptr ? before : after;
-    return then != nullptr ? then->level : RecordedLevel();
+    if (then != nullptr)
+        return level;
+    for (const auto &visit : visits) {
+        const bool isNewer = then != nullptr && visit->recordedAt() >= then->recordedAt();
+        if (visit->recordedAt() > contact.contactedAt && !isNewer)
+            use(*visit);
+    }
+    return level;
 }
 
 /// Above zero if the level is worse than at the contact; zero if that one is unknown.
@@ -50,8 +64,7 @@ OutreachOutcome
 outcome(const ContactRecord &record, const RiskRow &row, const RosterHistory &history, Date now) {
     return {
         .contactedAt = record.contactedAt,
-        .levelThen =
-            levelAt(history.entries(record.courseID, record.studentID), record.contactedAt, now),
+        .levelThen = levelAt(record, history.visits(record.courseID), now),
         .levelNow = row.level,
         .daysSince = std::max<std::int64_t>(0, calendar::daysBetween(record.contactedAt, now))};
 }

@@ -209,8 +209,9 @@ const ContactLog::CourseContacts &ContactLog::course(std::int64_t courseID) cons
     if (coursesRevision != store.revision()) {
         std::unordered_map<std::int64_t, CourseContacts> updated;
         for (const ContactRecord &record : records())
-            updated[record.courseID].records.emplace(record.studentID, record);
+            updated[record.courseID].records.push_back(record);
         for (auto &[id, course] : updated) {
+            std::ranges::sort(course.records, {}, &ContactRecord::studentID);
             const auto known = courses.find(id);
             const bool isSame = known != courses.end() && known->second.records == course.records;
             course.revision = isSame ? known->second.revision : store.revision();
@@ -226,8 +227,9 @@ const ContactLog::CourseContacts &ContactLog::course(std::int64_t courseID) cons
 std::optional<ContactRecord>
 ContactLog::lastContact(std::int64_t courseID, std::int64_t studentID) const {
     const auto &known = course(courseID).records;
-    const auto found = known.find(studentID);
-    return found != known.end() ? std::optional{found->second} : std::nullopt;
+    const auto found = std::ranges::lower_bound(known, studentID, {}, &ContactRecord::studentID);
+    return found != known.end() && found->studentID == studentID ? std::optional{*found}
+                                                                 : std::nullopt;
 }
 
 std::uint64_t ContactLog::revision(std::int64_t courseID) const {

@@ -7,7 +7,6 @@
 
 #include <QObject>
 
-#include <map>
 #include <unordered_map>
 
 namespace ellwynd {
@@ -68,7 +67,8 @@ class ContactLog : public QObject {
     SharedStore<ContactRecords> store;
     /// The records by course and student; updated on first use after a change.
     struct CourseContacts {
-        std::map<std::int64_t, ContactRecord> records;
+        /// In the order of the students' ids.
+        ContactRecords records;
         std::uint64_t revision = 0;
     };
     [[nodiscard]] const CourseContacts &course(std::int64_t courseID) const;

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <set>
-#include <unordered_set>
 
 namespace ellwynd {
 
@@ -41,23 +40,18 @@ void setCourses(
     term.cards.clear();
     std::vector<DashboardStudent> students;
     term.remembersContacts = stores.contacts.isEnabled();
-    std::unordered_set<std::int64_t> flagged;
     for (const SharedCourse &course : courses) {
         const CourseSummary &summary = summaries.of(course, now);
         term.cards.push_back(summary.card);
-        for (const DashboardStudent &student : summary.students) {
-            flagged.insert(student.row->id);
-            students.push_back(student);
-        }
+        students.insert(students.end(), summary.students.begin(), summary.students.end());
     }
     std::vector<CourseLabel *> labels;
     for (DashboardCourseCard &card : term.cards)
         labels.push_back(&card.label);
     compareNames(labels);
     sortByNeed(students);
-    findOtherCourses(students);
+    term.flaggedStudents = findOtherCourses(students);
     term.students = SharedList<DashboardStudent>::large(std::move(students));
-    term.flaggedStudents = std::int64_t(flagged.size());
 }
 
 } // namespace ellwynd

@@ -6,8 +6,9 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
-#include <unordered_map>
+#include <utility>
 
 namespace ellwynd {
 
@@ -98,21 +99,27 @@ void sortByNeed(std::vector<DashboardStudent> &students) {
     students = std::move(sorted);
 }
 
-void findOtherCourses(std::vector<DashboardStudent> &students) {
-    std::unordered_map<std::int64_t, std::vector<std::size_t>> byStudent;
+std::int64_t findOtherCourses(std::vector<DashboardStudent> &students) {
+    std::vector<std::pair<std::int64_t, std::size_t>> byStudent;
     byStudent.reserve(students.size());
-    for (std::size_t i = 0; i < students.size(); ++i)
-        byStudent[students[i].row->id].push_back(i);
-    for (DashboardStudent &student : students)
-        student.alsoIn.clear();
-    for (const auto &[id, entries] : byStudent) {
-        for (std::size_t i = 0; entries.size() > 1 && i < entries.size(); ++i) {
-            for (std::size_t j = 0; j < entries.size(); ++j) {
-                if (j != i)
-                    students[entries[i]].alsoIn.push_back(students[entries[j]].courseCode);
+    for (std::size_t i = 0; i < students.size(); ++i) {
+        byStudent.emplace_back(students[i].row->id, i);
+        students[i].alsoIn.clear();
+    }
+    std::ranges::sort(byStudent, std::less{});
+    std::int64_t different = 0;
+    for (auto first = byStudent.begin(); first != byStudent.end(); ++different) {
+        const auto last = std::find_if(
+            first, byStudent.end(), [&](const auto &entry) { return entry.first != first->first; });
+        for (auto entry = first; entry != last; ++entry) {
+            for (auto other = first; other != last; ++other) {
+                if (other != entry)
+                    students[entry->second].alsoIn.push_back(students[other->second].courseCode);
             }
         }
+        first = last;
     }
+    return different;
 }
 
 std::string newsText(const DashboardStudent &student, bool remembersContacts) {

@@ -47,7 +47,8 @@ inline constexpr std::array allDashboardChips{
 void sortByNeed(std::vector<DashboardStudent> &students);
 
 /// Sets the other courses of each student of a term.
-void findOtherCourses(std::vector<DashboardStudent> &students);
+/// @return the number of different students.
+std::int64_t findOtherCourses(std::vector<DashboardStudent> &students);
 
 /// What changed, what was written and where else the student is flagged: "slipped from Concern to
 /// At Risk · wrote Nov 12, worse · also in CS 101".

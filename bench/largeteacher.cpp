@@ -379,8 +379,14 @@ int main(int argc, char **argv) {
         measurement.printMemory(memory, number("passes"));
     fmt::print("After {} passes:\n", measurement.passesEnded);
     measurement.workPhases();
+    const bool allRead =
+        std::ranges::none_of(std::filesystem::directory_iterator(home), [](const auto &entry) {
+            return entry.path().filename().string().find("unreadable") != std::string::npos;
+        });
     fmt::print(
         "Peak memory {:.0f} MB. {}\n", bench::peakResidentMemory() / 1e6,
-        measurement.allComplete ? "Every pass was complete." : "A PASS WAS INCOMPLETE.");
-    return measurement.allComplete ? 0 : 1;
+        !allRead                      ? "A FILE WAS NOT READ."
+            : measurement.allComplete ? "Every pass was complete."
+                                      : "A PASS WAS INCOMPLETE.");
+    return allRead && measurement.allComplete ? 0 : 1;
 }

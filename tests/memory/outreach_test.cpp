@@ -59,6 +59,10 @@ TEST_F(ContactsTest, KeepsOneRecordPerStudentAndCourse) {
     EXPECT_EQ(reopened.records(), contacts.records());
     EXPECT_EQ(reopened.lastContact(7, 1)->contactedAt, at("2026-09-04T12:00:00.25Z"));
     EXPECT_EQ(reopened.lastContact(9, 1), std::nullopt);
+    contacts.noteContacts(9, {30, 10, 20}, noon);
+    for (const std::int64_t student : {10, 20, 30})
+        EXPECT_EQ(contacts.lastContact(9, student)->contactedAt, noon) << student;
+    EXPECT_EQ(contacts.lastContact(9, 15), std::nullopt);
 }
 
 TEST_F(ContactsTest, DropsOldContactsAndIgnoresUnreadableFiles) {
@@ -369,11 +373,20 @@ TEST_F(OutreachTest, TheLevelThenIsTheLastBeforeOrTheFirstAfter) {
     EXPECT_EQ(
         then({entry(7, 1, written - days(1), "OK"), entry(7, 1, written, "Concern")}),
         RecordedLevel(RiskLevel::concern));
+    EXPECT_EQ(
+        then({entry(7, 1, written + days(1), "At Risk"), entry(7, 1, written + days(2), "OK")}),
+        RecordedLevel(RiskLevel::atRisk));
     for (const Date either : {written - days(1), written + days(1)}) {
         EXPECT_EQ(
             then({entry(7, 1, either, "Concern"), entry(7, 1, either, "OK")}),
             RecordedLevel(RiskLevel::concern))
-            << "the first of equal instants";
+            << "the first of equal instants in a visit";
+        EXPECT_EQ(
+            then(
+                {entry(7, 1, either, "Concern"), entry(8, 1, either, "OK"),
+                 entry(7, 1, either, "OK")}),
+            RecordedLevel(RiskLevel::concern))
+            << "the first of visits at the same time";
     }
     EXPECT_EQ(then({entry(7, 2, written, "OK"), entry(8, 1, written, "OK")}), RecordedLevel());
 }

@@ -14,7 +14,7 @@ namespace {
 /// event that gave up the value has ended, and with it what it made anew.
 constexpr std::chrono::milliseconds releaseDelay{100};
 
-/// The thread that starts it goes on without the value.
+/// Releases the value in a thread of the pool, if this is its last owner.
 void releaseNow(std::shared_ptr<const void> value) {
     // There is no pool while the application ends.
     if (QThreadPool *pool = QThreadPool::globalInstance())

@@ -55,7 +55,6 @@ PreferenceFile::Outcome PreferenceFile::update(const PreferenceChanges &changes,
     Outcome outcome;
     const files::Lock lock(path);
     outcome.changedKeys = reloadIfChanged();
-    Changes applied;
     for (const auto &[key, value] : changes) {
         const auto found = saved.find(key);
         const bool isSaved = found != saved.end();
@@ -67,15 +66,12 @@ PreferenceFile::Outcome PreferenceFile::update(const PreferenceChanges &changes,
         if (next ? isSaved && same(*found, *next) : !isSaved)
             continue;
         outcome.replaced.emplace(key, isSaved ? fromJSON(*found) : std::nullopt);
-        applied.emplace(key, std::move(next));
-    }
-    for (const auto &[key, value] : applied) {
         const auto [change, isFirst] = unsaved.try_emplace(key);
         if (isFirst)
             change->second.inFile = valueIn(saved, key);
-        change->second.value = value;
+        set(key, next);
+        change->second.value = std::move(next);
     }
-    apply(applied);
     if (!unsaved.empty())
         save();
     for (const auto &[key, value] : outcome.replaced) {
@@ -85,28 +81,25 @@ PreferenceFile::Outcome PreferenceFile::update(const PreferenceChanges &changes,
     return outcome;
 }
 
-void PreferenceFile::apply(const Changes &changes) {
-    for (const auto &[key, value] : changes) {
-        if (value)
-            saved[key] = *value;
-        else
-            saved.erase(key);
-    }
+/// @param value absent to remove the key.
+void PreferenceFile::set(const std::string &key, const std::optional<json> &value) {
+    if (value)
+        saved[key] = *value;
+    else
+        saved.erase(key);
 }
 
-/// Applies what is not saved to the values just read. A change whose value in the file is another
-/// one by now is dropped, if it can be replaced.
-void PreferenceFile::applyUnsaved(bool canBeReplaced) {
-    for (auto change = unsaved.begin(); change != unsaved.end();) {
-        const auto &[key, state] = *change;
-        auto inFile = valueIn(saved, key);
-        if (canBeReplaced && inFile != state.inFile) {
-            change = unsaved.erase(change);
-            continue;
-        }
-        apply({{key, state.value}});
-        change->second.inFile = std::move(inFile);
-        ++change;
+/// Applies unsaved changes to the values just read.
+/// @param fileMayBeNewer whether to drop a change whose key has another value in the file than when
+///        it was made.
+void PreferenceFile::applyUnsaved(bool fileMayBeNewer) {
+    if (fileMayBeNewer)
+        std::erase_if(unsaved, [this](const auto &change) {
+            return valueIn(saved, change.first) != change.second.inFile;
+        });
+    for (auto &[key, change] : unsaved) {
+        change.inFile = valueIn(saved, key);
+        set(key, change.value);
     }
 }
 

@@ -48,19 +48,16 @@ class PreferenceFile {
     std::vector<std::string> reloadIfChanged();
 
   private:
-    /// A value to save by key; absent removes the key.
-    using Changes = std::map<std::string, std::optional<nlohmann::json>, std::less<>>;
-
     struct Unsaved {
         /// Absent if the key was removed.
         std::optional<nlohmann::json> value;
-        /// What the file held when the key was changed.
+        /// What the file held when the key was changed; absent if it lacked the key.
         std::optional<nlohmann::json> inFile;
     };
 
     void load();
-    void apply(const Changes &changes);
-    void applyUnsaved(bool canBeReplaced);
+    void set(const std::string &key, const std::optional<nlohmann::json> &value);
+    void applyUnsaved(bool fileMayBeNewer);
     void setAside() const;
     void save();
 

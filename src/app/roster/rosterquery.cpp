@@ -94,6 +94,9 @@ RosterRows::RosterRows(const RosterView &roster)
       remembersContacts(roster.remembersContacts) {
     for (const RosterChange &moved : roster.movement)
         movement.emplace(StudentKey{moved.courseID, moved.studentID}, moved);
+    chipsOfRows.reserve(all.size());
+    for (const RiskRow &row : all)
+        chipsOfRows.push_back(chipsOf(row));
 }
 
 const RosterChange *RosterRows::change(const RiskRow &row) const {
@@ -128,33 +131,23 @@ std::vector<RosterChip> RosterRows::chips() const {
     return offered;
 }
 
-bool RosterRows::belongs(const RiskRow &row, RosterChip chip) const {
-    switch (chip) {
-    case RosterChip::flagged:
-        return row.level.has_value();
-    case RosterChip::worse: {
-        const RosterChange *moved = change(row);
-        return moved != nullptr && isWorse(*moved);
-    }
-    case RosterChip::improved: {
-        const RosterChange *moved = change(row);
-        return moved != nullptr && hasImproved(*moved);
-    }
-    case RosterChip::notYetReached:
-        return row.level && outcome(row) == nullptr;
-    case RosterChip::awaitingFollowUp: {
-        const OutreachOutcome *since = outcome(row);
-        return since != nullptr && isAwaitingFollowUp(*since);
-    }
-    case RosterChip::everyone:
-        break;
-    }
-    return true;
+RosterRows::Chips RosterRows::chipsOf(const RiskRow &row) const {
+    const RosterChange *moved = change(row);
+    const OutreachOutcome *since = outcome(row);
+    Chips chips;
+    const auto set = [&](RosterChip chip, bool belongs) { chips.set(std::size_t(chip), belongs); };
+    set(RosterChip::flagged, row.level.has_value());
+    set(RosterChip::worse, moved != nullptr && isWorse(*moved));
+    set(RosterChip::improved, moved != nullptr && hasImproved(*moved));
+    set(RosterChip::notYetReached, row.level && since == nullptr);
+    set(RosterChip::awaitingFollowUp, since != nullptr && isAwaitingFollowUp(*since));
+    set(RosterChip::everyone, true);
+    return chips;
 }
 
 std::size_t RosterRows::count(RosterChip chip) const {
-    return std::size_t(
-        std::ranges::count_if(all, [&](const RiskRow &row) { return belongs(row, chip); }));
+    return std::size_t(std::ranges::count_if(
+        chipsOfRows, [&](Chips chips) { return chips.test(std::size_t(chip)); }));
 }
 
 ShownRows RosterRows::shown(const RosterQuery &query) const {
@@ -169,7 +162,7 @@ ShownRows RosterRows::shown(const RosterQuery &query) const {
         if ((!words.empty() && !matching[i]) ||
             (query.missing && !isMissing(all[i], query.missing->id)))
             continue;
-        if (belongs(all[i], query.chip))
+        if (chipsOfRows[i].test(std::size_t(query.chip)))
             result.order.push_back(i);
         else if (query.chip == RosterChip::flagged)
             unflagged.push_back(i);

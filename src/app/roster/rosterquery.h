@@ -5,6 +5,7 @@
 #include "app/roster/rowsearch.h"
 
 #include <array>
+#include <bitset>
 #include <set>
 
 namespace ellwynd {
@@ -67,7 +68,6 @@ class RosterRows {
     /// The chips that can show something: a term has no movement and only flagged students, and
     /// without a memory of contacts nobody is known to be reached.
     [[nodiscard]] std::vector<RosterChip> chips() const;
-    [[nodiscard]] bool belongs(const RiskRow &row, RosterChip chip) const;
     [[nodiscard]] std::size_t count(RosterChip chip) const;
 
     /// Every typed word must occur in the student's name, level, course or missing assignments. If
@@ -79,6 +79,8 @@ class RosterRows {
     revealing(const RosterQuery &query, const std::set<StudentKey> &students) const;
 
   private:
+    using Chips = std::bitset<allRosterChips.size()>;
+    [[nodiscard]] Chips chipsOf(const RiskRow &row) const;
     void sort(std::vector<std::size_t> &order, const RosterQuery &query) const;
 
     SharedList<RiskRow> all;
@@ -87,6 +89,8 @@ class RosterRows {
     std::map<std::int64_t, std::string> courseCodes;
     bool oneCourse = true;
     bool remembersContacts = true;
+    /// The chips that each row belongs to.
+    std::vector<Chips> chipsOfRows;
     /// Made by the first search.
     mutable std::shared_ptr<const RowSearch> search;
 };

@@ -35,13 +35,12 @@ RowSearch::TextIndex RowSearch::prepare(std::string_view text) {
 }
 
 /// Adds a text of the row that is added now.
-/// @param id of what the text belongs to, so that texts need not be compared with all others.
+/// @param id of what the text belongs to.
 void RowSearch::add(std::int64_t id, std::string_view text, SharedTexts &known) {
     const auto [at, isNew] = known.try_emplace(id);
-    // Rows that were read at different times may differ in a name.
-    if (isNew || at->second.text != text)
-        at->second = {text, prepare(text)};
-    textsOfRows.push_back(at->second.index);
+    if (isNew)
+        at->second = prepare(text);
+    textsOfRows.push_back(at->second);
 }
 
 std::vector<bool> RowSearch::rowsWith(const std::vector<std::string> &words) const {

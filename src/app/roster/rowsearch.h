@@ -14,7 +14,9 @@
 namespace ellwynd {
 
 /// The texts of rows in a form for comparing: the names, levels, courses and missing assignments.
-/// A text that many rows have, such as the name of an assignment, is prepared and searched once.
+/// A text that many rows have, such as the name of an assignment, is prepared and searched once:
+/// the rows of a course were read together, so a course or an assignment has one name in all of
+/// them.
 class RowSearch {
   public:
     /// @param courseCodes the short names of the courses.
@@ -27,12 +29,8 @@ class RowSearch {
 
   private:
     using TextIndex = std::uint32_t;
-    struct SharedText {
-        /// Of a row or a code.
-        std::string_view text;
-        TextIndex index = 0;
-    };
-    using SharedTexts = std::unordered_map<std::int64_t, SharedText>;
+    /// By the id of what the text belongs to.
+    using SharedTexts = std::unordered_map<std::int64_t, TextIndex>;
 
     [[nodiscard]] TextIndex prepare(std::string_view text);
     void add(std::int64_t id, std::string_view text, SharedTexts &known);

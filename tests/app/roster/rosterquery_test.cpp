@@ -32,9 +32,6 @@ RosterView someRoster() {
     rows[1].reasonLines = {missing};
     missing.links.pop_back();
     rows[2].reasonLines = {missing};
-    // Read before the essay was renamed.
-    missing.links = {{{0, 26}, AssignmentRef{71, "Reflection"}}};
-    rows[3].reasonLines = {missing};
     rows[0].sortableName = "Adams, Zoe";
     rows[5].sortableName = "Zed, Ana";
     RosterView view{.state = RosterView::State::shown, .courseID = 7, .rows = std::move(rows)};
@@ -97,7 +94,6 @@ TEST(RosterQuery, FindsNamesLevelsCoursesAndAssignmentsButNotSentences) {
              {"homework 5", {2}, {2, 3}},
              {"essay homework", {2}, {2}},
              {"essay", {2}, {2}},
-             {"reflection", {4}, {4}},
              {"assignments", {}, {}}, // a word of the sentences
              {"김", {5}, {5}},
              {"고", {}, {}},

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <simdjson.h>
 
 namespace ellwynd {
 
@@ -44,24 +45,58 @@ std::optional<ContactRecord> decodeRecord(const nlohmann::json &item) {
                 : std::nullopt;
 }
 
-/// Of two records of a student in a course, the later contact counts. @throws FileError
-Records decode(std::string_view text) {
+/// The entries of a file in which each has the three numbers alone, as the program writes it.
+/// Absent for any other file. It takes a fraction of the time of `decodeAny`.
+std::optional<Records> decodeRegular(std::string_view text) {
+    namespace dom = simdjson::dom;
+    dom::parser parser;
+    dom::array list;
+    if (parser.allocate(text.size(), maxJSONDepth) ||
+        parser.parse(text.data(), text.size()).get(list))
+        return std::nullopt;
+    Records records;
+    for (const dom::element element : list) {
+        dom::object item;
+        ContactRecord record;
+        double seconds = 0;
+        if (element.get(item) || item.size() != 3 || item["courseID"].get(record.courseID) ||
+            item["studentID"].get(record.studentID) || item["contactedAt"].get(seconds))
+            return std::nullopt;
+        const auto date = dateSinceReference(seconds);
+        if (!date)
+            return std::nullopt;
+        record.contactedAt = *date;
+        records.push_back(record);
+    }
+    return records;
+}
+
+/// @throws FileError
+Records decodeAny(std::string_view text) {
     const nlohmann::json list = parseJSON(text);
     if (!list.is_array())
         throw FileError("Expected an array.");
     Records records;
-    std::map<std::pair<std::int64_t, std::int64_t>, std::size_t> positions;
     for (const nlohmann::json &item : list) {
-        const auto record = decodeRecord(item);
-        if (!record)
-            continue;
-        const auto [known, isNew] =
-            positions.try_emplace({record->courseID, record->studentID}, records.size());
-        if (isNew)
+        if (const auto record = decodeRecord(item))
             records.push_back(*record);
+    }
+    return records;
+}
+
+/// Of two records of a student in a course, the later contact counts. @throws FileError
+Records decode(std::string_view text) {
+    auto regular = decodeRegular(text);
+    Records records;
+    std::map<std::pair<std::int64_t, std::int64_t>, std::size_t> positions;
+    for (const ContactRecord &record : regular ? *std::move(regular) : decodeAny(text)) {
+        const auto [known, isNew] =
+            positions.try_emplace({record.courseID, record.studentID}, records.size());
+        if (isNew)
+            records.push_back(record);
         else
             records[known->second].contactedAt =
-                std::max(records[known->second].contactedAt, record->contactedAt);
+                std::max(records[known->second].contactedAt, record.contactedAt);
     }
     return records;
 }

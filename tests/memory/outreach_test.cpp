@@ -112,7 +112,7 @@ TEST_F(ContactsTest, ANumberOutOfRangeCostsItsRecord) {
               {"courseID":7,"studentID":3,"contactedAt":300000000000},
               {"courseID":18446744073709551615,"studentID":4,"contactedAt":810216000},
               {"courseID":7,"studentID":1e999,"contactedAt":810216000},
-              {"courseID":7,"studentID":5,"contactedAt":810216000}])");
+              {"courseID":7,"studentID":5,"contactedAt":810216000,"ofALaterVersion":1}])");
     const ContactLog contacts(defaults, data(), noonClock);
     EXPECT_THAT(contacts.records(), ElementsAre(ContactRecord{7, 5, at("2026-09-04T12:00:00Z")}));
     EXPECT_THAT(test::LogCapture::lines(), testing::IsEmpty());

@@ -1,8 +1,10 @@
-// Every file-system call of the stores fails in turn, and two processes write to them at once.
-#include "app/shell/stores.h"
+// Every file-system call of the stores fails in turn.
 #include "app/sync/settingssync.h"
 #include "base/files.h"
+#include "memory/contactlog.h"
 #include "memory/historyfile.h"
+#include "memory/rosterhistory.h"
+#include "outputs/messages/templatestore.h"
 #include "outputs/snapshot/snapshotfiles.h"
 #include "platform/cloud/syncedfolder.h"
 #include "support/directqueue.h"
@@ -15,7 +17,6 @@
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
-#include <sys/wait.h>
 
 #include <cerrno>
 #include <iostream>
@@ -448,68 +449,6 @@ TEST(FailingCalls, AFileIsOnTheDiskBeforeItReplacesTheOldOne) {
     }
     EXPECT_THAT(order, testing::ElementsAre("write", "fsync", "rename", "fsync"))
         << "the last one is that of the folder";
-}
-
-/// Two processes change a store a hundred times each, at once.
-template<class Change>
-void changeInTwoProcesses(Change change) {
-    int begin[2];
-    ASSERT_EQ(::pipe(begin), 0);
-    std::vector<pid_t> children;
-    for (int process = 0; process < 2; ++process) {
-        const pid_t child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            ::close(begin[1]);
-            char ignored = 0;
-            // Both begin when the pipe is closed.
-            while (::read(begin[0], &ignored, 1) > 0) {
-            }
-            change(process);
-            ::_exit(0);
-        }
-        children.push_back(child);
-    }
-    ::close(begin[0]);
-    ::close(begin[1]);
-    for (const pid_t child : children) {
-        int status = -1;
-        EXPECT_EQ(::waitpid(child, &status, 0), child);
-        EXPECT_EQ(status, 0);
-    }
-}
-
-TEST(TwoProcesses, LoseNoChangeOfAnother) {
-    constexpr int count = 100;
-    const test::LogCapture log;
-    const test::TemporaryFolder folder;
-    const fs::path file = folder.path() / "Preferences.json";
-    changeInTwoProcesses([&](int process) {
-        UserDefaults defaults(file, {});
-        for (int i = 0; i < count; ++i)
-            defaults.set("Course." + std::to_string(process * count + i) + ".Icon", std::string());
-    });
-    changeInTwoProcesses([&](int process) {
-        Opened<RosterHistory> opened(folder.path());
-        for (int i = 0; i < count; ++i)
-            opened.store.record(visit, process * count + i, noon);
-    });
-    changeInTwoProcesses([&](int process) {
-        Opened<ContactLog> opened(folder.path());
-        for (int i = 0; i < count; ++i)
-            opened.store.noteContact(7, process * count + i, noon);
-    });
-    changeInTwoProcesses([&](int) {
-        TemplateStore store(folder.path(), noonClock);
-        for (int i = 0; i < count; ++i)
-            (void)store.addUntitled();
-    });
-    UserDefaults defaults(file, {});
-    const Stores stores(defaults, folder.path(), noonClock);
-    EXPECT_EQ(defaults.persistentDomain().size(), 2U * count);
-    EXPECT_EQ(stores.history.entries().size(), 2U * count);
-    EXPECT_EQ(stores.contacts.records().size(), 2U * count);
-    EXPECT_EQ(stores.templates.templates().size(), 3 + 2U * count);
 }
 
 TEST(FailingCalls, AFileThatCannotBeRestoredStaysNew) {

@@ -3,6 +3,7 @@
 #include "support/until.h"
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
 #include <gtest/gtest.h>
@@ -18,6 +19,9 @@ TEST(Wake, IsTheEndOfASleep) {
     auto observing = observeWake([&woke] { ++woke; });
     int seen = 0;
     const auto last = observeWake([&seen] { ++seen; });
+    // The observers have a connection of their own: its answer means that the bus knows of them.
+    ASSERT_TRUE(QDBusConnection::systemBus().interface()->isServiceRegistered(
+        QStringLiteral("org.freedesktop.login1")));
     // One sleep begins, and two end.
     const auto sleepAndWake = [&] {
         const int before = seen;

@@ -14,40 +14,38 @@ class SchoolReading final : public CanvasReading {
     }
 
     QCoro::Task<ListRead<Course>> fetchCourses() override {
-        const School &from = school;
-        Network::Request request = network.request(0, stop);
-        co_await request;
-        ListRead<Course> list{.records = from.courseList()};
-        co_return list;
+        return answer<Course>(0, [&from = school] { return from.courseList(); });
     }
 
     QCoro::Task<ListRead<Enrollment>> fetchEnrollments(std::int64_t courseID) override {
-        const School &from = school;
-        Network::Request request = network.request(courseID, stop);
-        co_await request;
-        ListRead<Enrollment> list{.records = School::enrollments(courseOf(from, courseID))};
-        co_return list;
+        return answer<Enrollment>(courseID, [&from = school, courseID] {
+            return School::enrollments(courseOf(from, courseID));
+        });
     }
 
     QCoro::Task<ListRead<AssignmentGroup>> fetchAssignmentGroups(std::int64_t courseID) override {
-        const School &from = school;
-        Network::Request request = network.request(courseID, stop);
-        co_await request;
-        ListRead<AssignmentGroup> list{.records = School::groups(courseOf(from, courseID))};
-        co_return list;
+        return answer<AssignmentGroup>(courseID, [&from = school, courseID] {
+            return School::groups(courseOf(from, courseID));
+        });
     }
 
     QCoro::Task<ListRead<SubmissionSummary>> fetchSubmissions(std::int64_t courseID) override {
-        const School &from = school;
-        const Clock clock = now;
-        Network::Request request = network.request(courseID, stop);
-        co_await request;
-        ListRead<SubmissionSummary> list{
-            .records = School::submissions(courseOf(from, courseID), clock())};
-        co_return list;
+        return answer<SubmissionSummary>(courseID, [&from = school, courseID, clock = now] {
+            return School::submissions(courseOf(from, courseID), clock());
+        });
     }
 
   private:
+    /// The records as they are when the network answers. This object may be gone by then.
+    template<class Record>
+    QCoro::Task<ListRead<Record>>
+    answer(std::int64_t courseID, std::function<std::vector<Record>()> records) {
+        Network::Request request = network.request(courseID, stop);
+        co_await request;
+        ListRead<Record> list{.records = records()};
+        co_return list;
+    }
+
     static const School::OneCourse &courseOf(const School &school, std::int64_t courseID) {
         const School::OneCourse *course = school.find(courseID);
         if (course == nullptr)

@@ -171,16 +171,14 @@ void SettingsSync::saveAgreed() {
     if (!agreedIsUnsaved || !agreed || !defaults.isSaved())
         return;
     agreedIsUnsaved = false;
-    json settings = json::object();
-    for (const auto &[key, value] : *agreed)
-        settings[key] = asJSON(value);
-    auto text = std::make_shared<std::string>(
-        prettyJSON({{"folder", agreedMark}, {"settings", std::move(settings)}}));
     const auto isSaved = std::make_shared<bool>(false);
-    const auto save = [file = agreedFile, text, isSaved] {
+    const auto save = [file = agreedFile, mark = agreedMark, settings = *agreed, isSaved] {
+        json members = json::object();
+        for (const auto &[key, value] : settings)
+            members[key] = asJSON(value);
         try {
             const files::Lock lock(file);
-            files::replace(file, *text);
+            files::replace(file, prettyJSON({{"folder", mark}, {"settings", std::move(members)}}));
             *isSaved = true;
         } catch (const FileError &error) {
             logger.error(fmt::format("Couldn't save the settings last synced: {}", error.what()));

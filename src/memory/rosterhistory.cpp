@@ -67,16 +67,16 @@ bool RosterHistory::isEnabled() const {
 
 // ---- Changes -----------------------------------------------------------------------------------
 
-bool RosterHistory::hasEntries(std::int64_t courseID, Date date) const {
+void RosterHistory::record(
+    const SharedList<RiskRow> &rows, std::int64_t courseID, Date date, EntriesOfDay earlier) {
     const Date begins = calendar::startOfDay(date);
     const Date ends = calendar::startOfNextDay(date);
-    return std::ranges::any_of(visits(courseID), [&](const auto &visit) {
-        return visit->recordedAt() >= begins && visit->recordedAt() < ends;
-    });
-}
-
-void RosterHistory::record(const SharedList<RiskRow> &rows, std::int64_t courseID, Date date) {
-    if (!isEnabled() || rows.empty())
+    const auto isOfDay = [courseID, begins, ends](const auto &other) {
+        return other->courseID() == courseID && other->recordedAt() >= begins &&
+            other->recordedAt() < ends;
+    };
+    if (!isEnabled() || rows.empty() ||
+        (earlier == EntriesOfDay::kept && std::ranges::any_of(visits(courseID), isOfDay)))
         return;
     std::vector<RosterSnapshot> entries;
     entries.reserve(rows.size());
@@ -89,25 +89,23 @@ void RosterHistory::record(const SharedList<RiskRow> &rows, std::int64_t courseI
              .missingCount = row.missingCount});
     }
     const auto visit = std::make_shared<const HistoryVisit>(entries);
-    const Date begins = calendar::startOfDay(date);
-    const Date ends = calendar::startOfNextDay(date);
-    const auto isOfDay = [courseID, begins, ends](const auto &other) {
-        return other->courseID() == courseID && other->recordedAt() >= begins &&
-            other->recordedAt() < ends;
-    };
     const auto replaceDay = [isOfDay, visit](HistoryVisits &visits) {
         std::erase_if(visits, isOfDay);
         visits.push_back(visit);
     };
-    // Meanwhile another process may save a later visit of that day.
-    const auto replaceEarlierVisit = [isOfDay, replaceDay, date](HistoryVisits &visits) {
-        const bool hasLater = std::ranges::any_of(visits, [&](const auto &other) {
-            return isOfDay(other) && other->recordedAt() > date;
+    // The file may have a visit of that day that is not in memory: it was not read yet, or another
+    // process saves one meanwhile.
+    const auto replaceEarlierVisit = [isOfDay, replaceDay, date, earlier](HistoryVisits &visits) {
+        const bool isKept = std::ranges::any_of(visits, [&](const auto &other) {
+            return isOfDay(other) && (earlier == EntriesOfDay::kept || other->recordedAt() > date);
         });
-        if (!hasLater)
+        if (!isKept)
             replaceDay(visits);
     };
-    store.change(replaceDay, replaceEarlierVisit);
+    if (earlier == EntriesOfDay::kept)
+        store.change(replaceEarlierVisit);
+    else
+        store.change(replaceDay, replaceEarlierVisit);
     Q_EMIT historyDidChange();
 }
 

@@ -18,6 +18,9 @@ struct StudentVisit {
     RecordedLevel level;
 };
 
+/// What happens to a course's entries of a day that is recorded again.
+enum class EntriesOfDay { replaced, kept };
+
 /// One entry for each student, course and calendar day on which the teacher opened the course.
 /// Stored in one file, "RosterHistory.json", which is rewritten after each change and may be shared
 /// with other processes. Used on the main thread.
@@ -52,12 +55,11 @@ class RosterHistory : public QObject {
     [[nodiscard]] std::vector<StudentVisit>
     entries(std::int64_t courseID, std::int64_t studentID) const;
 
-    /// Whether the course has an entry for the day of `date`.
-    [[nodiscard]] bool hasEntries(std::int64_t courseID, Date date) const;
-
-    /// Records a course's scored roster for the day of `date`, replacing the course's entries of
-    /// that day. An empty roster is ignored.
-    void record(const SharedList<RiskRow> &rows, std::int64_t courseID, Date date);
+    /// Records a course's scored roster for the day of `date`, or nothing if `earlier` is kept and
+    /// the course has entries of that day. An empty roster is ignored.
+    void record(
+        const SharedList<RiskRow> &rows, std::int64_t courseID, Date date,
+        EntriesOfDay earlier = EntriesOfDay::replaced);
     /// Replaces the entries by sample data; only for a history without a directory.
     void fill(const std::vector<RosterSnapshot> &entries);
     /// Removes all entries, the file, and the copies of it that were set aside.

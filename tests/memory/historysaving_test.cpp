@@ -7,6 +7,7 @@ namespace ellwynd {
 namespace {
 
 using std::chrono::days;
+using std::chrono::hours;
 using test::entry;
 using test::historyEntries;
 using test::HistoryTest;
@@ -51,6 +52,17 @@ TEST_F(BackgroundTest, IsReadAfterTheConstruction) {
         history->entries(),
         ElementsAre(entry(7, 1, noon - days(1), "Watch"), entry(7, 1, noon, "OK")));
     EXPECT_EQ(history->entries(), historyEntries(saved()));
+}
+
+TEST_F(BackgroundTest, KeepsTheVisitOfADayThatWasNotReadYet) {
+    for (const EntriesOfDay earlier : {EntriesOfDay::kept, EntriesOfDay::replaced}) {
+        RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon - hours(1));
+        const auto history = open(work.starter());
+        history->record({row(1, "OK")}, 7, noon, earlier);
+        finish();
+        EXPECT_EQ(history->entries().size(), 1U);
+        EXPECT_EQ(history->entries().front().level, earlier == EntriesOfDay::kept ? "Watch" : "OK");
+    }
 }
 
 TEST_F(BackgroundTest, KeepsWhatAnotherProcessSaved) {

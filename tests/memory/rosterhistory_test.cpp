@@ -62,7 +62,7 @@ TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
     EXPECT_TRUE(history.entries(7, 2).empty()) << "has left the roster";
 }
 
-TEST_F(HistoryTest, ACourseHasEntriesFromMidnightToMidnight) {
+TEST_F(HistoryTest, ADayLastsFromMidnightToMidnight) {
     RosterHistory history(defaults, std::nullopt, noonClock);
     struct Row {
         std::int64_t course;
@@ -74,7 +74,8 @@ TEST_F(HistoryTest, ACourseHasEntriesFromMidnightToMidnight) {
           Row{7, "2026-09-25T04:59:59Z", true}, Row{7, "2026-09-25T05:00:00Z", false},
           Row{8, "2026-09-24T12:00:00Z", false}}) {
         history.fill({entry(each.course, 1, at(each.recorded), "OK")});
-        EXPECT_EQ(history.hasEntries(7, noon), each.isOfDay) << each.course << each.recorded;
+        history.record({row(1, "Watch")}, 7, noon, EntriesOfDay::kept);
+        EXPECT_EQ(history.entries().size(), each.isOfDay ? 1U : 2U) << each.course << each.recorded;
     }
 }
 

@@ -196,7 +196,8 @@ std::vector<RosterChange> RosterController::remember(const ScoredCourse &course,
     if (kind == RosterRead::visit)
         visitedWith.insert_or_assign(course.course.id, course.thresholds);
     const QScopedValueRollback guard(recordingVisit, true);
-    recordVisit(course, stores, trends, kind == RosterRead::visit);
+    const bool isVisit = kind == RosterRead::visit;
+    recordVisit(course, stores, trends, isVisit ? EntriesOfDay::replaced : EntriesOfDay::kept);
     if (notices != nullptr)
         notices->forget(course.course.id);
     return movement;

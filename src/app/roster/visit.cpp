@@ -9,10 +9,9 @@ std::vector<RosterChange> movementOf(const ScoredCourse &course, const Stores &s
 }
 
 void recordVisit(
-    const ScoredCourse &course, Stores &stores, TrendSync &trends, bool replacesLevels) {
+    const ScoredCourse &course, Stores &stores, TrendSync &trends, EntriesOfDay earlier) {
     const std::int64_t id = course.course.id;
-    if (replacesLevels || !stores.history.hasEntries(id, course.fetchedAt))
-        stores.history.record(course.rows, id, course.fetchedAt);
+    stores.history.record(course.rows, id, course.fetchedAt, earlier);
     trends.publish(id, levelCounts(course.rows).flagged(), course.fetchedAt);
 }
 

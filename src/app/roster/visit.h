@@ -13,8 +13,9 @@ namespace ellwynd {
 movementOf(const ScoredCourse &course, const Stores &stores);
 
 /// Records the levels and shares the count of flagged students, both for the day of the fetch.
-/// @param replacesLevels if false, levels are recorded only if the course has none for that day.
+/// @param earlier what happens to levels that the course has for that day.
 void recordVisit(
-    const ScoredCourse &course, Stores &stores, TrendSync &trends, bool replacesLevels = true);
+    const ScoredCourse &course, Stores &stores, TrendSync &trends,
+    EntriesOfDay earlier = EntriesOfDay::replaced);
 
 } // namespace ellwynd

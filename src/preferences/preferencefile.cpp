@@ -151,6 +151,9 @@ void PreferenceFile::load() {
     } catch (const FileError &error) {
         logger.error(fmt::format("Couldn't read the preferences: {}", error.what()));
         setAside();
+        // Another process may write a new file first, without these values.
+        for (const auto &[key, value] : saved.items())
+            unsaved.insert_or_assign(key, Unsaved{.value = value, .inFile = std::nullopt});
     }
 }
 

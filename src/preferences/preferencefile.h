@@ -11,10 +11,11 @@ namespace ellwynd {
 /// A JSON object in memory, written to disk as a whole after every change. Values of unknown types
 /// are preserved and read as absent.
 ///
-/// A file that is not valid is set aside. One that cannot be read for a moment is left alone until
-/// it can. Failures are logged; the in-memory state is kept, and changes that could not be saved
-/// are saved with the next one, on top of what other processes have saved. Where another process
-/// saved a value of the same key after such a change, that value is the newer one and stays.
+/// A file that is not valid is set aside, and what is in memory counts as unsaved. One that cannot
+/// be read for a moment is left alone until it can. Failures are logged; the in-memory state is
+/// kept, and changes that could not be saved are saved with the next one, on top of what other
+/// processes have saved. Where another process saved a value of the same key after such a change,
+/// that value is the newer one and stays.
 class PreferenceFile {
   public:
     /// @param path a missing file is an empty object.

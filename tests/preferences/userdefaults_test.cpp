@@ -189,6 +189,16 @@ TEST(UserDefaults, ChangesOfTwoProcessesAreMerged) {
     store.folder.write("Preferences.json", "{broken");
     window.set("Four", std::int64_t{4});
     EXPECT_EQ(store.open().persistentDomain().size(), 4U);
+
+    // Another process may save a new file before it.
+    PreferenceMap all = window.persistentDomain();
+    store.folder.write("Preferences.json", "{broken");
+    window.reloadIfChanged();
+    EXPECT_FALSE(window.isSaved());
+    store.open().set("One", std::int64_t{5});
+    window.update({});
+    all.insert_or_assign("One", std::int64_t{5});
+    EXPECT_EQ(store.open().persistentDomain(), all);
 }
 
 TEST(UserDefaults, ASampleRunLeavesTheTeachersFileAlone) {

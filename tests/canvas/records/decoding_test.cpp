@@ -64,6 +64,12 @@ TEST(Decoding, ReadsEveryMember) {
     EXPECT_EQ(submissions[0].workflowState.name(), "new_state");
     EXPECT_NE(submissions[0].workflowState, WorkflowState("another_new_state"));
     EXPECT_EQ(WorkflowState("another_new_state").name(), "another_new_state");
+    for (const auto &[state, name] :
+         {std::pair{WorkflowState::unsubmitted, "unsubmitted"},
+          std::pair{WorkflowState::submitted, "submitted"},
+          std::pair{WorkflowState::graded, "graded"},
+          std::pair{WorkflowState::pendingReview, "pending_review"}})
+        EXPECT_EQ(state.name(), name);
     EXPECT_TRUE(decodeSubmissions(" [ ] \n").empty());
 }
 

@@ -9,12 +9,13 @@ TEST(CanvasError, MessagesContainTheValues) {
     struct Row {
         CanvasError error;
         const char *message;
+        bool lacksNetwork = false;
     };
     using Kind = CanvasError::Kind;
     for (const Row &row : {
-             Row{CanvasError::cannotReachHost("h.example"), "Couldn't reach h.example."},
+             Row{CanvasError::cannotReachHost("h.example"), "Couldn't reach h.example.", true},
              Row{CanvasError::tlsFailed("h"), "A secure connection to h couldn't be established."},
-             Row{CanvasError::network("x"), "The connection to Canvas failed: x"},
+             Row{CanvasError::network("x"), "The connection to Canvas failed: x", true},
              Row{CanvasError::forbidden(std::nullopt), "Canvas refused the request."},
              Row{CanvasError::forbidden("no"), "Canvas refused the request: no"},
              Row{CanvasError::canvasUnavailable(502),
@@ -24,11 +25,12 @@ TEST(CanvasError, MessagesContainTheValues) {
              Row{CanvasError::unexpectedStatus(418, "a b"),
                  "Canvas returned an unexpected response (status 418): a b"},
              Row{CanvasError::notCanvas("h"), "h answered, but not like a Canvas server."},
-             Row{CanvasError(Kind::offline), "Your Mac appears to be offline."},
+             Row{CanvasError(Kind::offline), "Your Mac appears to be offline.", true},
          }) {
         EXPECT_EQ(row.error.errorDescription(), row.message);
         EXPECT_STREQ(row.error.what(), row.message);
         EXPECT_FALSE(row.error.recoverySuggestion().empty());
+        EXPECT_EQ(row.error.lacksNetwork(), row.lacksNetwork) << row.message;
     }
 }
 

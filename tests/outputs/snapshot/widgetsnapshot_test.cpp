@@ -252,8 +252,11 @@ TEST_F(WidgetSnapshotTest, RejectsInvalidSnapshots) {
         test::twoTerms());
 
     const auto file = container / widgetFiles::versionTwo;
-    files::replace(file, whole + std::string(5 * 1024 * 1024, ' '));
-    EXPECT_EQ(readWidgetSnapshot(container), std::nullopt);
+    constexpr std::size_t limit = 4UL * 1024 * 1024;
+    for (const std::size_t size : {limit, limit + 1}) {
+        files::replace(file, whole + std::string(size - whole.size(), ' '));
+        EXPECT_EQ(readWidgetSnapshot(container).has_value(), size == limit);
+    }
     std::filesystem::remove(file);
     std::filesystem::create_symlink(file.filename(), file);
     EXPECT_THROW((void)readWidgetSnapshot(container), FileUnavailable) << "no news";

@@ -257,6 +257,7 @@ TEST_F(WidgetSnapshotTest, RejectsInvalidSnapshots) {
         files::replace(file, whole + std::string(size - whole.size(), ' '));
         EXPECT_EQ(readWidgetSnapshot(container).has_value(), size == limit);
     }
+    EXPECT_THAT(logged(), ElementsAre(testing::StartsWith("error widgets: ")));
     std::filesystem::remove(file);
     std::filesystem::create_symlink(file.filename(), file);
     EXPECT_THROW((void)readWidgetSnapshot(container), FileUnavailable) << "no news";

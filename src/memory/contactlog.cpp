@@ -1,8 +1,8 @@
 #include "memory/contactlog.h"
 
-#include "base/json.h"
 #include "base/referencedate.h"
 #include "base/text.h"
+#include "memory/entrylist.h"
 #include "memory/retention.h"
 
 #include <fmt/format.h>
@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
-#include <simdjson.h>
 
 namespace ellwynd {
 
@@ -21,82 +20,29 @@ using Records = ContactRecords;
 
 constexpr Log logger{"contacts"};
 
-std::int64_t idOf(const nlohmann::json &item, const char *key) {
-    const auto id = integerOf(memberOf(item, key));
-    if (!id)
-        throw FileError(fmt::format("{} is not an id.", key));
-    return *id;
-}
-
-/// Absent for an entry with a number that is out of range.
-std::optional<ContactRecord> decodeRecord(const nlohmann::json &item) {
-    for (const char *key : {"courseID", "studentID", "contactedAt"}) {
-        if (isOutOfRange(item, key))
-            return std::nullopt;
-    }
-    const auto seconds = numberOf(memberOf(item, "contactedAt"));
-    if (!seconds)
-        throw FileError("contactedAt is not a date.");
-    const std::int64_t courseID = idOf(item, "courseID");
-    const std::int64_t studentID = idOf(item, "studentID");
-    const auto date = dateSinceReference(*seconds);
-    return date ? std::optional(ContactRecord{
-                      .courseID = courseID, .studentID = studentID, .contactedAt = *date})
-                : std::nullopt;
-}
-
-/// The entries of a file in which each has the three numbers alone, as the program writes it.
-/// Absent for any other file. It takes a fraction of the time of `decodeAny`.
-std::optional<Records> decodeRegular(std::string_view text) {
-    namespace dom = simdjson::dom;
-    dom::parser parser;
-    dom::array list;
-    if (parser.allocate(text.size(), maxJSONDepth) ||
-        parser.parse(text.data(), text.size()).get(list))
-        return std::nullopt;
-    Records records;
-    for (const dom::element element : list) {
-        dom::object item;
-        ContactRecord record;
-        double seconds = 0;
-        if (element.get(item) || item.size() != 3 || item["courseID"].get(record.courseID) ||
-            item["studentID"].get(record.studentID) || item["contactedAt"].get(seconds))
-            return std::nullopt;
-        const auto date = dateSinceReference(seconds);
-        if (!date)
-            return std::nullopt;
-        record.contactedAt = *date;
-        records.push_back(record);
-    }
-    return records;
-}
-
-/// @throws FileError
-Records decodeAny(std::string_view text) {
-    const nlohmann::json list = parseJSON(text);
-    if (!list.is_array())
-        throw FileError("Expected an array.");
-    Records records;
-    for (const nlohmann::json &item : list) {
-        if (const auto record = decodeRecord(item))
-            records.push_back(*record);
-    }
-    return records;
-}
-
-/// Of two records of a student in a course, the later contact counts. @throws FileError
+/// An entry with a number that is out of range, or null, is left out. Of two records of a student
+/// in a course, the later contact counts. @throws FileError
 Records decode(std::string_view text) {
-    auto regular = decodeRegular(text);
+    simdjson::dom::parser parser;
     Records records;
     std::map<std::pair<std::int64_t, std::int64_t>, std::size_t> positions;
-    for (const ContactRecord &record : regular ? *std::move(regular) : decodeAny(text)) {
-        const auto [known, isNew] =
-            positions.try_emplace({record.courseID, record.studentID}, records.size());
+    std::size_t index = 0;
+    for (const simdjson::dom::element element : entryList::parse(parser, text)) {
+        const simdjson::dom::object entry = entryList::objectOf(element, index);
+        const auto courseID = entryList::integerOf(entry, index, "courseID");
+        const auto studentID = entryList::integerOf(entry, index, "studentID");
+        const auto seconds = entryList::numberOf(entry, index, "contactedAt");
+        ++index;
+        const auto date = seconds ? dateSinceReference(*seconds) : std::nullopt;
+        if (!courseID || !studentID || !date)
+            continue;
+        const auto [known, isNew] = positions.try_emplace({*courseID, *studentID}, records.size());
         if (isNew)
-            records.push_back(record);
+            records.push_back(
+                {.courseID = *courseID, .studentID = *studentID, .contactedAt = *date});
         else
             records[known->second].contactedAt =
-                std::max(records[known->second].contactedAt, record.contactedAt);
+                std::max(records[known->second].contactedAt, *date);
     }
     return records;
 }

@@ -2,77 +2,18 @@
 
 #include "base/files.h"
 #include "base/json.h"
+#include "memory/entrylist.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <cmath>
-#include <simdjson.h>
 
 namespace ellwynd {
 
 namespace {
 
 namespace dom = simdjson::dom;
-
-/// The program's message for an error of the parser.
-std::string problem(simdjson::error_code error) {
-    switch (error) {
-    case simdjson::EMPTY:
-        return "The file is empty.";
-    case simdjson::INCORRECT_TYPE:
-        return "Expected an array.";
-    case simdjson::DEPTH_ERROR:
-        return "It is nested too deeply.";
-    case simdjson::CAPACITY:
-    case simdjson::MEMALLOC:
-        return "It is too large.";
-    default:
-        return "It is not valid JSON.";
-    }
-}
-
-[[noreturn]] void fail(std::size_t index, std::string_view key, std::string_view problem) {
-    throw FileError(fmt::format("Entry {}: {} {}.", index, key, problem));
-}
-
-[[noreturn]] void fail(std::size_t index, std::string_view key, simdjson::error_code error) {
-    fail(index, key, error == simdjson::NO_SUCH_FIELD ? "is missing" : "has another type");
-}
-
-std::string_view textOf(dom::object entry, std::size_t index, std::string_view key) {
-    std::string_view value;
-    if (const simdjson::error_code error = entry[key].get(value))
-        fail(index, key, error);
-    return value;
-}
-
-/// Absent for a number that is out of range, and for null.
-std::optional<std::int64_t> integer(dom::object entry, std::size_t index, std::string_view key) {
-    dom::element value;
-    if (const simdjson::error_code error = entry[key].get(value))
-        fail(index, key, error);
-    std::int64_t number = 0;
-    if (value.get(number) == simdjson::SUCCESS)
-        return number;
-    constexpr double limit = 0x1p63;
-    double real = 0;
-    const bool isLarge = value.get(real) == simdjson::SUCCESS && std::abs(real) >= limit;
-    if (!isLarge && !value.is_null())
-        fail(index, key, "has another type");
-    return std::nullopt;
-}
-
-/// The text with numbers that the parser rejects, such as 1e999, as null or as reals. Absent if the
-/// text is not JSON otherwise.
-std::optional<std::string> withoutHugeNumbers(std::string_view text) {
-    try {
-        return parseJSON(text).dump();
-    } catch (const FileError &) {
-        return std::nullopt;
-    }
-}
 
 /// Adds a level's text in JSON. Only unknown ones can contain characters that must be escaped.
 void addQuoted(std::string &to, RecordedLevel level, std::string_view text) {
@@ -104,21 +45,19 @@ class VisitReader {
 
   private:
     void add(dom::element element) {
-        dom::object entry;
-        if (element.get(entry) != simdjson::SUCCESS)
-            fail(index, "the entry", "has another type");
-        const auto instant = textOf(entry, index, "recordedAt");
+        const dom::object entry = entryList::objectOf(element, index);
+        const auto instant = entryList::textOf(entry, index, "recordedAt");
         if (instant != lastText || index == 0) {
             const auto date = parseInstant(instant);
             if (!date)
-                fail(index, "recordedAt", "is not an instant");
+                throw FileError(fmt::format("Entry {}: recordedAt is not an instant.", index));
             lastText = instant;
             lastDate = *date;
         }
-        const auto courseID = integer(entry, index, "courseID");
-        const auto studentID = integer(entry, index, "studentID");
-        const auto missingCount = integer(entry, index, "missingCount");
-        const auto level = textOf(entry, index, "level");
+        const auto courseID = entryList::integerOf(entry, index, "courseID");
+        const auto studentID = entryList::integerOf(entry, index, "studentID");
+        const auto missingCount = entryList::integerOf(entry, index, "missingCount");
+        const auto level = entryList::textOf(entry, index, "level");
         ++index;
         if (!courseID || !studentID || !missingCount)
             return;
@@ -184,18 +123,8 @@ std::optional<HistoryVisits> decodeInParts(std::string_view text) {
 /// @throws FileError
 HistoryVisits decodeWhole(std::string_view text) {
     dom::parser parser;
-    dom::array array;
-    if (const auto error = parser.allocate(text.size(), maxJSONDepth))
-        throw FileError(problem(error));
-    auto error = parser.parse(text.data(), text.size()).get(array);
-    if (error == simdjson::NUMBER_ERROR) {
-        if (const auto readable = withoutHugeNumbers(text))
-            error = parser.parse(*readable).get(array);
-    }
-    if (error)
-        throw FileError(problem(error));
     VisitReader reader;
-    reader.add(array);
+    reader.add(entryList::parse(parser, text));
     return reader.end();
 }
 

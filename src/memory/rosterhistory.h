@@ -55,8 +55,10 @@ class RosterHistory : public QObject {
     [[nodiscard]] std::vector<StudentVisit>
     entries(std::int64_t courseID, std::int64_t studentID) const;
 
-    /// Records a course's scored roster for the day of `date`, or nothing if `earlier` is kept and
-    /// the course has entries of that day. An empty roster is ignored.
+    /// Records a course's scored roster for the day of `date`, in place of the course's entries of
+    /// that day. If those are kept and there are any, nothing is recorded. An empty roster is
+    /// ignored.
+    /// @param earlier what happens to those entries.
     void record(
         const SharedList<RiskRow> &rows, std::int64_t courseID, Date date,
         EntriesOfDay earlier = EntriesOfDay::replaced);

@@ -24,7 +24,7 @@ class FontPreparation : public QObject {
     Q_OBJECT
 
   public:
-    /// @param appearance must outlive this object.
+    /// The arguments must outlive this object.
     FontPreparation(const Appearance &appearance, QObject *parent);
 
     /// Begins when control is back in the event loop.

@@ -1,5 +1,7 @@
 #include "base/date.h"
 
+#include "base/text.h"
+
 #include <fmt/format.h>
 
 namespace ellwynd {
@@ -20,17 +22,11 @@ class Scanner {
         return true;
     }
 
-    /// Exactly `count` decimal digits.
-    std::optional<int> digits(std::size_t count) {
-        if (rest.size() < count)
+    std::optional<int> twoDigits() {
+        if (rest.size() < 2 || !isDigit(rest[0]) || !isDigit(rest[1]))
             return std::nullopt;
-        int value = 0;
-        for (const char c : rest.substr(0, count)) {
-            if (c < '0' || c > '9')
-                return std::nullopt;
-            value = value * 10 + (c - '0');
-        }
-        rest.remove_prefix(count);
+        const int value = (rest[0] - '0') * 10 + (rest[1] - '0');
+        rest.remove_prefix(2);
         return value;
     }
 
@@ -38,7 +34,7 @@ class Scanner {
     std::optional<microseconds> fraction() {
         std::int64_t value = 0;
         std::size_t count = 0;
-        while (!rest.empty() && rest.front() >= '0' && rest.front() <= '9') {
+        while (!rest.empty() && isDigit(rest.front())) {
             if (count < 6)
                 value = value * 10 + (rest.front() - '0');
             ++count;
@@ -58,13 +54,13 @@ class Scanner {
         const bool west = take('-');
         if (!west && !take('+'))
             return std::nullopt;
-        const auto hour = digits(2);
+        const auto hour = twoDigits();
         if (!hour || *hour > 23)
             return std::nullopt;
         int minute = 0;
         if (!atEnd()) {
             take(':');
-            const auto read = digits(2);
+            const auto read = twoDigits();
             if (!read || *read > 59)
                 return std::nullopt;
             minute = *read;
@@ -88,41 +84,34 @@ Date systemNow() {
 }
 
 std::optional<Date> parseInstant(std::string_view text) {
-    Scanner scanner(text);
-    const auto y = scanner.digits(4);
-    if (!y || !scanner.take('-'))
+    constexpr std::size_t zoneBegin = std::string_view("YYYY-MM-DDTHH:MM:SS").size();
+    if (text.size() < zoneBegin || text[4] != '-' || text[7] != '-' || text[10] != 'T' ||
+        text[13] != ':' || text[16] != ':')
         return std::nullopt;
-    const auto m = scanner.digits(2);
-    if (!m || !scanner.take('-'))
+    bool onlyDigits = true;
+    const auto twoDigits = [&](std::size_t at) {
+        onlyDigits = onlyDigits && isDigit(text[at]) && isDigit(text[at + 1]);
+        return (text[at] - '0') * 10 + (text[at + 1] - '0');
+    };
+    const year_month_day date{
+        year{twoDigits(0) * 100 + twoDigits(2)}, month(unsigned(twoDigits(5))),
+        day(unsigned(twoDigits(8)))};
+    const hours hour{twoDigits(11)};
+    const minutes minute{twoDigits(14)};
+    const seconds second{twoDigits(17)};
+    if (!onlyDigits || !date.ok() || hour >= days{1} || minute >= hours{1} || second >= minutes{1})
         return std::nullopt;
-    const auto d = scanner.digits(2);
-    if (!d || !scanner.take('T'))
+    Scanner scanner(text.substr(zoneBegin));
+    const auto fraction = scanner.take('.') ? scanner.fraction() : microseconds{0};
+    if (!fraction)
         return std::nullopt;
-    const auto hh = scanner.digits(2);
-    if (!hh || *hh > 23 || !scanner.take(':'))
-        return std::nullopt;
-    const auto mm = scanner.digits(2);
-    if (!mm || *mm > 59 || !scanner.take(':'))
-        return std::nullopt;
-    const auto ss = scanner.digits(2);
-    if (!ss || *ss > 59)
-        return std::nullopt;
-    microseconds fraction{0};
-    if (scanner.take('.')) {
-        const auto read = scanner.fraction();
-        if (!read)
-            return std::nullopt;
-        fraction = *read;
-    }
     const auto offset = scanner.zone();
-    const year_month_day date{year{*y}, month(unsigned(*m)), day(unsigned(*d))};
-    if (!offset || !date.ok())
+    if (!offset)
         return std::nullopt;
-    const Date result =
-        Date{sys_days{date}} + hours{*hh} + minutes{*mm} + seconds{*ss} + fraction - *offset;
+    const Date result = Date{sys_days{date}} + hour + minute + second + *fraction - *offset;
     // An offset can move the year outside 0000 to 9999.
-    const Date first = sys_days{year{0} / 1 / 1};
-    const Date end = sys_days{year{10000} / 1 / 1};
+    constexpr Date first = sys_days{year{0} / 1 / 1};
+    constexpr Date end = sys_days{year{10000} / 1 / 1};
     return result >= first && result < end ? std::optional{result} : std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 #include "base/json.h"
 
 #include "base/files.h"
+#include "base/text.h"
 
 #include <nlohmann/json.hpp>
 
@@ -58,7 +59,7 @@ std::string withoutOverflows(std::string_view text) {
         std::size_t end = begin + 1;
         if (text[begin] == '"')
             end = endOfString(text, begin);
-        else if (text[begin] == '-' || (text[begin] >= '0' && text[begin] <= '9'))
+        else if (text[begin] == '-' || isDigit(text[begin]))
             end = std::min(text.find_first_not_of("0123456789+-.eE", begin), text.size());
         const std::string_view token = text.substr(begin, end - begin);
         result += token.size() > 1 && token.front() != '"' && overflows(token) ? "null" : token;

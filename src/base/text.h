@@ -12,6 +12,11 @@ namespace ellwynd {
 /// ASCII white space.
 inline constexpr std::string_view whiteSpace = " \t\n\v\f\r";
 
+/// Whether a character is one of the ten ASCII digits.
+[[nodiscard]] constexpr bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
 /// The text without these characters at its two ends.
 [[nodiscard]] std::string_view
 trim(std::string_view text, std::string_view characters = whiteSpace);

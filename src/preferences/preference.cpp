@@ -1,5 +1,7 @@
 #include "preferences/preference.h"
 
+#include "base/text.h"
+
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
@@ -83,7 +85,7 @@ bool Preference::matches(std::string_view name) const {
         return false;
     const std::string_view id =
         name.substr(before.size(), name.size() - before.size() - after.size());
-    return std::ranges::all_of(id, [](char c) { return c >= '0' && c <= '9'; });
+    return std::ranges::all_of(id, isDigit);
 }
 
 std::optional<PreferenceValue> Preference::converted(const PreferenceValue &value) const {

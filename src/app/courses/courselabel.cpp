@@ -31,7 +31,6 @@ CourseLabel courseLabel(const Course &course) {
     constexpr std::string_view separator = " - ";
     const std::size_t at = name.find(separator);
     if (at != std::string::npos) {
-        const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
         const std::string code = name.substr(0, at);
         const std::string rest = name.substr(at + separator.size());
         if (!rest.empty() && std::ranges::any_of(code, isDigit))

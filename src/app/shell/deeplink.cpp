@@ -1,15 +1,13 @@
 #include "app/shell/deeplink.h"
 
+#include "base/text.h"
+
 #include <algorithm>
 #include <charconv>
 
 namespace ellwynd {
 
 namespace {
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 bool isLetter(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');

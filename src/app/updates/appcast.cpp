@@ -1,5 +1,7 @@
 #include "app/updates/appcast.h"
 
+#include "base/text.h"
+
 #include <QXmlStreamReader>
 
 #include <algorithm>
@@ -10,10 +12,6 @@ namespace {
 
 constexpr QLatin1StringView appcastNamespace("http://www.andymatuschak.org/xml-namespaces/sparkle");
 constexpr qsizetype longestText = 64;
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 bool isBuild(std::string_view text) {
     // No component may be empty.

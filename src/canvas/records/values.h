@@ -78,9 +78,9 @@ constexpr std::uint64_t keyLengths = std::apply(
     Schema<Record>::fields);
 
 template<class Record>
-bool mayBeKey(std::string_view name) {
+bool mayBeKey(std::size_t length) {
     constexpr std::size_t lengths = 64;
-    return name.size() < lengths && ((keyLengths<Record> >> name.size()) & 1) != 0;
+    return length < lengths && ((keyLengths<Record> >> length) & 1) != 0;
 }
 
 template<class Record>
@@ -89,39 +89,37 @@ void decodeRecord(const simdjson::dom::element &value, Record &into) {
     if (value.get(object) != simdjson::SUCCESS)
         fail("", "is not an object");
     constexpr auto &fields = Schema<Record>::fields;
+    constexpr auto indices =
+        std::make_index_sequence<std::tuple_size_v<std::remove_cvref_t<decltype(fields)>>>();
     unsigned seen = 0;
-    for (const auto [key, item] : object) {
-        const std::string_view name = key;
-        if (!mayBeKey<Record>(name))
+    for (auto item = object.begin(), end = object.end(); item != end; ++item) {
+        if (!mayBeKey<Record>(item.key_length()))
             continue;
-        const simdjson::dom::element element = item;
-        std::apply(
-            [&](const auto &...field) {
-                unsigned bit = 1;
-                const auto tryField = [&](const auto &f) {
-                    const bool match = f.key == name;
-                    if (match) {
-                        decodeField(f, element, into);
-                        seen |= bit;
-                    }
-                    bit <<= 1U;
-                    return match;
-                };
-                (void)(tryField(field) || ...);
-            },
-            fields);
+        const std::string_view name = item.key();
+        const auto tryField = [&]<std::size_t index>() {
+            constexpr auto &field = std::get<index>(fields);
+            // Faster than comparing with ==, since the length is known to the compiler.
+            if (name.size() != field.key.size() ||
+                !std::equal(field.key.begin(), field.key.end(), name.begin()))
+                return false;
+            decodeField(field, item.value(), into);
+            seen |= 1U << index;
+            return true;
+        };
+        [&]<std::size_t... index>(std::index_sequence<index...>) {
+            (void)(tryField.template operator()<index>() || ...);
+        }
+        (indices);
     }
-    std::apply(
-        [&](const auto &...field) {
-            unsigned bit = 1;
-            const auto check = [&](const auto &f) {
-                if (f.required && (seen & bit) == 0)
-                    fail(f.key, "is missing");
-                bit <<= 1U;
-            };
-            (check(field), ...);
-        },
-        fields);
+    const auto check = [&]<std::size_t index>() {
+        constexpr auto &field = std::get<index>(fields);
+        if (field.required && (seen & (1U << index)) == 0)
+            fail(field.key, "is missing");
+    };
+    [&]<std::size_t... index>(std::index_sequence<index...>) {
+        (check.template operator()<index>(), ...);
+    }
+    (indices);
 }
 
 } // namespace ellwynd::decoding

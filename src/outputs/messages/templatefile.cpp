@@ -3,6 +3,7 @@
 #include "base/files.h"
 #include "base/json.h"
 #include "base/referencedate.h"
+#include "base/text.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -16,7 +17,7 @@ namespace {
 using nlohmann::json;
 
 bool isHexDigit(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+    return isDigit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
 }
 
 /// Whether a text is a UUID with 8-4-4-4-12 digits.

@@ -2,6 +2,7 @@
 
 #include "base/files.h"
 #include "base/json.h"
+#include "base/text.h"
 
 #include <QUuid>
 
@@ -34,8 +35,7 @@ constexpr std::chrono::hours leftoverAge{24};
 constexpr std::chrono::hours deliveryLimit{1};
 
 bool isUnescaped(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' ||
-        c == '_';
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || isDigit(c) || c == '.' || c == '_';
 }
 
 std::string nameOf(const fs::path &folder) {

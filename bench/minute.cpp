@@ -1,7 +1,6 @@
 // The requests that activations, wakes and returns of the network cause within a simulated minute,
-// beside those of one reading of the roster on screen and one pass, and the requests of ten
-// refreshes during a pass beside
-// those of two such readings and two passes.
+// beside those of one reading of the roster on screen and one pass; and the requests of ten
+// refreshes during a pass, beside those of two such readings and two passes.
 #include "app/mainwindowcontroller.h"
 #include "base/log.h"
 #include "canvas/tokenstore.h"

@@ -6,23 +6,46 @@
 #include <QSslKey>
 #include <QTemporaryDir>
 
+#include <array>
 #include <stdexcept>
 
 namespace ellwynd::test {
 
 namespace {
 
-/// Two authorities and their certificates, in a temporary folder.
+/// Makes the files NAME.key and NAME.pem of two authorities, and of their certificates.
+const char *const script = R"(
+set -euo pipefail
+key='-newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes'
+for name in ca untrusted; do
+  openssl req -x509 -days 36500 $key -keyout $name.key -out $name.pem -subj "/CN=Test authority $name"
+done
+# make NAME AUTHORITY HOST [COMMAND...]: a certificate signed by the authority, through the command.
+make() {
+  openssl req $key -keyout $1.key -out $1.csr -subj "/CN=$3" -addext "subjectAltName=DNS:$3"
+  "${@:4}" openssl x509 -req -days 30 -in $1.csr -CA $2.pem -CAkey $2.key -CAcreateserial \
+    -copy_extensions copy -out $1.pem
+}
+make good ca localhost
+make expired ca localhost faketime 2020-01-01
+make future ca localhost faketime 2098-01-01
+make other ca elsewhere.example
+make unknown untrusted localhost
+)";
+
+/// The names of the certificates, in the order of their kinds.
+constexpr std::array names{"good", "expired", "future", "other", "unknown"};
+
+/// The files of the script, in a temporary folder.
 class Authority {
   public:
     Authority() {
-        makeRoot("ca");
-        makeRoot("untrusted");
-        make("good", "ca", "localhost", {});
-        make("expired", "ca", "localhost", {"faketime", "2020-01-01"});
-        make("future", "ca", "localhost", {"faketime", "2098-01-01"});
-        make("other", "ca", "elsewhere.example", {});
-        make("unknown", "untrusted", "localhost", {});
+        QProcess shell;
+        shell.setWorkingDirectory(folder.path());
+        shell.setProcessChannelMode(QProcess::MergedChannels);
+        shell.start("bash", {"-c", script});
+        if (!shell.waitForFinished() || shell.exitCode() != 0)
+            throw std::runtime_error("no certificates: " + shell.readAll().toStdString());
     }
 
     [[nodiscard]] QString file(const QString &name) const { return folder.filePath(name); }
@@ -35,40 +58,6 @@ class Authority {
     }
 
   private:
-    void run(QStringList words) const {
-        QProcess process;
-        process.setWorkingDirectory(folder.path());
-        process.setProcessChannelMode(QProcess::MergedChannels);
-        const QString program = words.takeFirst();
-        process.start(program, words);
-        if (!process.waitForFinished() || process.exitCode() != 0)
-            throw std::runtime_error(
-                program.toStdString() + " failed: " + process.readAll().toStdString());
-    }
-
-    static QStringList key(const QString &name) {
-        return {"-newkey", "ec",      "-pkeyopt",   "ec_paramgen_curve:P-256",
-                "-nodes",  "-keyout", name + ".key"};
-    }
-
-    void makeRoot(const QString &name) const {
-        run(QStringList{"openssl", "req", "-x509", "-days", "36500"} + key(name) +
-            QStringList{"-out", name + ".pem", "-subj", "/CN=Test authority " + name});
-    }
-
-    void
-    make(const QString &name, const QString &root, const QString &host, QStringList clock) const {
-        run(QStringList{"openssl", "req"} + key(name) +
-            QStringList{
-                "-out", name + ".csr", "-subj", "/CN=" + host, "-addext",
-                "subjectAltName=DNS:" + host});
-        run(clock +
-            QStringList{
-                "openssl", "x509", "-req", "-days", "30", "-in", name + ".csr", "-CA",
-                root + ".pem", "-CAkey", root + ".key", "-CAcreateserial", "-copy_extensions",
-                "copy", "-out", name + ".pem"});
-    }
-
     QTemporaryDir folder;
 };
 
@@ -77,27 +66,11 @@ const Authority &authority() {
     return instance;
 }
 
-QString fileOf(CertificateKind kind) {
-    switch (kind) {
-    case CertificateKind::good:
-        return "good";
-    case CertificateKind::expired:
-        return "expired";
-    case CertificateKind::notYetValid:
-        return "future";
-    case CertificateKind::otherHost:
-        return "other";
-    case CertificateKind::unknownAuthority:
-        break;
-    }
-    return "unknown";
-}
-
 } // namespace
 
 QSslConfiguration serverConfiguration(CertificateKind kind) {
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    const QString name = fileOf(kind);
+    const QString name = names.at(std::size_t(kind));
     configuration.setLocalCertificate(QSslCertificate(authority().read(name + ".pem")));
     configuration.setPrivateKey(QSslKey(authority().read(name + ".key"), QSsl::Ec));
     configuration.setPeerVerifyMode(QSslSocket::VerifyNone);

@@ -30,36 +30,21 @@ struct Classroom {
     }
 
     Classroom &missing(std::int64_t student, std::initializer_list<std::int64_t> assignments) {
-        for (const std::int64_t id : assignments) {
-            submissions.push_back(
-                {.userID = student,
-                 .assignmentID = id,
-                 .workflowState = "unsubmitted",
-                 .missing = true});
-        }
-        return *this;
+        return add(
+            assignments, {.userID = student, .workflowState = "unsubmitted", .missing = true});
     }
 
     Classroom &handedIn(std::int64_t student, std::initializer_list<std::int64_t> assignments) {
-        for (const std::int64_t id : assignments) {
-            submissions.push_back(
-                {.userID = student, .assignmentID = id, .workflowState = "graded", .score = 1});
-        }
-        return *this;
+        return add(assignments, {.userID = student, .workflowState = "graded", .score = 1});
     }
 
     /// Unsubmitted, not marked missing, and due that many seconds ago.
     Classroom &overdue(
         std::int64_t student, std::initializer_list<std::int64_t> assignments,
         std::int64_t secondsAgo = 86'400) {
-        for (const std::int64_t id : assignments) {
-            submissions.push_back(
-                {.userID = student,
-                 .assignmentID = id,
-                 .workflowState = "unsubmitted",
-                 .cachedDueDate = noon - std::chrono::seconds(secondsAgo)});
-        }
-        return *this;
+        const Date due = noon - std::chrono::seconds(secondsAgo);
+        return add(
+            assignments, {.userID = student, .workflowState = "unsubmitted", .cachedDueDate = due});
     }
 
     [[nodiscard]] std::vector<RiskRow> score() const { return scored().rows; }
@@ -85,6 +70,15 @@ struct Classroom {
                 return std::move(row);
         }
         throw std::invalid_argument("no such student");
+    }
+
+  private:
+    Classroom &add(std::initializer_list<std::int64_t> assignments, SubmissionSummary work) {
+        for (const std::int64_t id : assignments) {
+            work.assignmentID = id;
+            submissions.push_back(work);
+        }
+        return *this;
     }
 };
 

@@ -1,42 +1,21 @@
 #include "support/fakecanvas.h"
 
 #include <QPointer>
+#include <QProcess>
 #include <QSslSocket>
 #include <QTimer>
 #include <QUrlQuery>
-#include <QtEndian>
 
 namespace ellwynd::test {
 
-namespace {
-
-/// The checksum of RFC 1952.
-quint32 crc32(const QByteArray &bytes) {
-    quint32 crc = ~0U;
-    for (const char byte : bytes) {
-        crc ^= static_cast<unsigned char>(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = crc >> 1U ^ ((crc & 1U) != 0 ? 0xedb88320U : 0U);
-    }
-    return ~crc;
-}
-
-QByteArray littleEndian(quint32 number) {
-    QByteArray bytes(4, '\0');
-    qToLittleEndian(number, bytes.data());
-    return bytes;
-}
-
-} // namespace
-
 FakeReply gzipped(FakeReply reply) {
-    // qCompress returns a length, a zlib header, the deflate stream and a zlib checksum; gzip wraps
-    // the same stream.
-    const QByteArray packed = qCompress(reply.body);
-    const QByteArray header = QByteArray::fromHex("1f8b0800000000000003");
-    const QByteArray end =
-        littleEndian(crc32(reply.body)) + littleEndian(quint32(reply.body.size()));
-    reply.body = header + packed.mid(6, packed.size() - 10) + end;
+    QProcess gzip;
+    gzip.start("gzip", {"--stdout"});
+    gzip.write(reply.body);
+    gzip.closeWriteChannel();
+    if (!gzip.waitForFinished() || gzip.exitCode() != 0)
+        throw std::runtime_error("gzip failed");
+    reply.body = gzip.readAll();
     reply.headers.emplace_back("Content-Encoding", "gzip");
     return reply;
 }
@@ -56,18 +35,6 @@ FakeCanvas::~FakeCanvas() = default;
 
 std::string FakeCanvas::address() const {
     return "https://localhost:" + std::to_string(server.serverPort());
-}
-
-void FakeCanvas::serve(const QString &path, std::vector<QByteArray> list) {
-    records[path] = std::move(list);
-}
-
-void FakeCanvas::plan(const QString &path, std::vector<FakeReply> replies) {
-    plans[path] = {replies.begin(), replies.end()};
-}
-
-void FakeCanvas::answerWith(std::function<FakeReply(const FakeRequest &)> answer) {
-    custom = std::move(answer);
 }
 
 void FakeCanvas::accept() {
@@ -162,14 +129,6 @@ FakeReply FakeCanvas::page(const FakeRequest &request) const {
     return reply;
 }
 
-void FakeCanvas::holdUntil(std::size_t waiting) {
-    holdingUntil = waiting;
-}
-
-void FakeCanvas::hold(const QString &path) {
-    heldPath = path;
-}
-
 void FakeCanvas::release() {
     holdingUntil = 0;
     heldPath.clear();
@@ -178,10 +137,8 @@ void FakeCanvas::release() {
 }
 
 void FakeCanvas::reply(QSslSocket *socket, const QString &path, const FakeReply &reply) {
-    if (holdingUntil == 0 && path != heldPath) {
-        send(socket, reply);
-        return;
-    }
+    if (holdingUntil == 0 && path != heldPath)
+        return send(socket, reply);
     const QPointer<QSslSocket> open(socket);
     held.push_back([this, open, reply] {
         if (open)
@@ -192,14 +149,12 @@ void FakeCanvas::reply(QSslSocket *socket, const QString &path, const FakeReply 
 }
 
 void FakeCanvas::send(QSslSocket *socket, const FakeReply &reply) {
-    const int owed = socket->property("owesResponse").toBool() ? 40 : 0;
-    const int delay = latencyMilliseconds + reply.delayMilliseconds + owed;
-    if (delay > 0) {
-        QTimer::singleShot(
-            delay, Qt::PreciseTimer, socket, [this, socket, reply] { write(socket, reply); });
-    } else {
-        write(socket, reply);
-    }
+    const bool owes = socket->property("owesResponse").toBool();
+    const int delay = latencyMilliseconds + (owes ? 40 : 0);
+    if (delay == 0)
+        return write(socket, reply);
+    QTimer::singleShot(
+        delay, Qt::PreciseTimer, socket, [this, socket, reply] { write(socket, reply); });
 }
 
 void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {
@@ -207,10 +162,8 @@ void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {
     --inFlight;
     if (reply.manner == Manner::silent)
         return;
-    if (reply.manner == Manner::closed) {
-        socket->abort();
-        return;
-    }
+    if (reply.manner == Manner::closed)
+        return socket->abort();
     if (reply.manner == Manner::earlyHints) {
         socket->write("HTTP/1.1 103 Early Hints\r\nLink: </style.css>; rel=preload\r\n\r\n");
         socket->flush();

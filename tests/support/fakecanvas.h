@@ -49,8 +49,6 @@ struct FakeReply {
     QByteArray contentType = "application/json; charset=utf-8";
     std::vector<std::pair<QByteArray, QByteArray>> headers;
     Manner manner = Manner::whole;
-    /// In addition to the server's latency.
-    int delayMilliseconds = 0;
     /// The connection is closed after this response. Set by the server.
     bool isLast = false;
 };
@@ -71,16 +69,22 @@ class FakeCanvas : public QObject {
     [[nodiscard]] quint16 port() const { return server.serverPort(); }
 
     /// Serves a list of records at a path, each a JSON object.
-    void serve(const QString &path, std::vector<QByteArray> records);
+    void serve(const QString &path, std::vector<QByteArray> list) {
+        records[path] = std::move(list);
+    }
     /// Answers the next requests for a path with these replies, one each.
-    void plan(const QString &path, std::vector<FakeReply> replies);
+    void plan(const QString &path, std::vector<FakeReply> replies) {
+        plans[path] = {replies.begin(), replies.end()};
+    }
     /// Holds all responses until that many requests wait, then answers all of them.
-    void holdUntil(std::size_t waiting);
+    void holdUntil(std::size_t waiting) { holdingUntil = waiting; }
     /// Holds the responses for a path until `release`.
-    void hold(const QString &path);
+    void hold(const QString &path) { heldPath = path; }
     void release();
     /// Answers every request with a function instead.
-    void answerWith(std::function<FakeReply(const FakeRequest &)> answer);
+    void answerWith(std::function<FakeReply(const FakeRequest &)> answer) {
+        custom = std::move(answer);
+    }
 
     QByteArray token = "secret-token";
     /// The delay of every response; concurrent responses are delayed concurrently.

@@ -23,16 +23,6 @@ inline RosterSnapshot entry(
     return {course, student, date, std::move(level), missing};
 }
 
-/// The level of an entry; unknown for an unknown text.
-[[nodiscard]] inline RecordedLevel recordedLevel(const RosterSnapshot &entry) {
-    for (const RiskLevel level : allRiskLevels) {
-        if (entry.level == levelName(level))
-            return RecordedLevel(level);
-    }
-    constexpr std::optional<RiskLevel> none;
-    return entry.level == levelName(none) ? RecordedLevel(none) : RecordedLevel();
-}
-
 /// A history file with these entries, and the entries of such a file.
 inline std::string historyText(const std::vector<RosterSnapshot> &entries) {
     return encodeHistory(visitsOf(entries));

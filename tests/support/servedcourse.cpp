@@ -91,65 +91,61 @@ std::string markup(std::size_t length) {
     return text;
 }
 
+/// A record with what the program reads, and the keys and values of a text, most of them ignored.
+JSON withIgnored(JSON record, const char *text) {
+    record.update(JSON::parse(text));
+    return record;
+}
+
 JSON json(const Course &course) {
     const Term &term = *course.term;
-    return {
-        {"id", course.id},
-        {"name", orNull(course.name)},
-        {"account_id", 1},
-        {"uuid", "pQ9x7VbWJ2mTzLk4"},
-        {"start_at", nullptr},
-        {"course_code", orNull(course.courseCode)},
-        {"default_view", "modules"},
-        {"apply_assignment_group_weights", orNull(course.appliesGroupWeights)},
-        {"enrollment_term_id", term.id},
-        {"time_zone", "America/Chicago"},
-        {"term",
-         {{"id", term.id},
-          {"name", orNull(term.name)},
-          {"start_at", orNull(term.startAt)},
-          {"end_at", orNull(term.endAt)},
-          {"workflow_state", "active"},
-          {"grading_period_group_id", nullptr}}},
-        {"enrollments", {{{"type", "teacher"}, {"role", "TeacherEnrollment"}, {"user_id", 7}}}},
-        {"workflow_state", "available"},
-    };
+    return withIgnored(
+        {{"id", course.id},
+         {"name", orNull(course.name)},
+         {"course_code", orNull(course.courseCode)},
+         {"apply_assignment_group_weights", orNull(course.appliesGroupWeights)},
+         {"enrollment_term_id", term.id},
+         {"term",
+          {{"id", term.id},
+           {"name", orNull(term.name)},
+           {"start_at", orNull(term.startAt)},
+           {"end_at", orNull(term.endAt)},
+           {"workflow_state", "active"},
+           {"grading_period_group_id", nullptr}}}},
+        R"({"account_id": 1, "uuid": "pQ9x7VbWJ2mTzLk4", "start_at": null,
+            "default_view": "modules", "time_zone": "America/Chicago",
+            "enrollments": [{"type": "teacher", "role": "TeacherEnrollment", "user_id": 7}],
+            "workflow_state": "available"})");
 }
 
 JSON json(const Enrollment &student, std::int64_t courseID) {
     const std::int64_t id = student.userID;
     const Grades &grades = *student.grades;
-    JSON record{
-        {"id", 1'000'000 + id},
-        {"user_id", id},
-        {"course_id", courseID},
-        {"type", "StudentEnrollment"},
-        {"created_at", "2026-08-01T14:00:00Z"},
-        {"updated_at", "2026-08-20T14:00:00Z"},
-        {"associated_user_id", nullptr},
-        {"course_section_id", 31},
-        {"limit_privileges_to_course_section", false},
-        {"root_account_id", 1},
-        {"role", "StudentEnrollment"},
-        {"enrollment_state", "active"},
-        {"last_activity_at", orNull(student.lastActivityAt)},
-        {"sis_user_id", fmt::format("S{}", id)},
-        {"grades",
-         {{"html_url",
-           fmt::format("https://canvas.example.edu/courses/{}/grades/{}", courseID, id)},
-          {"current_grade", orNull(grades.currentGrade)},
-          {"current_score", orNull(grades.currentScore)},
-          {"final_grade", "F"},
-          {"final_score", 41.5},
-          {"unposted_current_score", orNull(grades.currentScore)}}},
-        {"user",
-         {{"id", student.user->id},
-          {"name", orNull(student.user->name)},
-          {"created_at", "2024-08-01T09:30:00-06:00"},
-          {"sortable_name", orNull(student.user->sortableName)},
-          {"short_name", "Somebody else"},
-          {"login_id", fmt::format("u{}", id)}}},
-    };
+    JSON record = withIgnored(
+        {{"id", 1'000'000 + id},
+         {"user_id", id},
+         {"course_id", courseID},
+         {"last_activity_at", orNull(student.lastActivityAt)},
+         {"sis_user_id", fmt::format("S{}", id)},
+         {"grades",
+          {{"html_url",
+            fmt::format("https://canvas.example.edu/courses/{}/grades/{}", courseID, id)},
+           {"current_grade", orNull(grades.currentGrade)},
+           {"current_score", orNull(grades.currentScore)},
+           {"final_grade", "F"},
+           {"final_score", 41.5},
+           {"unposted_current_score", orNull(grades.currentScore)}}},
+         {"user",
+          {{"id", student.user->id},
+           {"name", orNull(student.user->name)},
+           {"created_at", "2024-08-01T09:30:00-06:00"},
+           {"sortable_name", orNull(student.user->sortableName)},
+           {"short_name", "Somebody else"},
+           {"login_id", fmt::format("u{}", id)}}}},
+        R"({"type": "StudentEnrollment", "created_at": "2026-08-01T14:00:00Z",
+            "updated_at": "2026-08-20T14:00:00Z", "associated_user_id": null,
+            "course_section_id": 31, "limit_privileges_to_course_section": false,
+            "root_account_id": 1, "role": "StudentEnrollment", "enrollment_state": "active"})");
     // Canvas omits the key if the institution does not record time.
     if (student.totalActivityTime)
         record["total_activity_time"] = *student.totalActivityTime;
@@ -157,36 +153,27 @@ JSON json(const Enrollment &student, std::int64_t courseID) {
 }
 
 JSON json(const Assignment &assignment, std::int64_t courseID, std::int64_t groupID) {
-    return {
-        {"id", assignment.id},
-        {"description", markup(1600)},
-        {"due_at", "2026-09-19T05:59:59Z"},
-        {"unlock_at", nullptr},
-        {"lock_at", nullptr},
-        {"points_possible", orNull(assignment.pointsPossible)},
-        {"grading_type", "points"},
-        {"assignment_group_id", groupID},
-        {"created_at", "2026-08-02T10:00:00Z"},
-        {"peer_reviews", false},
-        {"position", 1},
-        {"course_id", courseID},
-        {"name", orNull(assignment.name)},
-        {"submission_types", {"online_text_entry", "online_upload"}},
-        {"has_submitted_submissions", true},
-        {"is_quiz_assignment", false},
-        {"omit_from_final_grade", orNull(assignment.omitFromFinalGrade)},
-        {"secure_params", std::string(300, 'e')},
-        {"rubric",
-         {{{"id", "_4021"},
-           {"points", 10},
-           {"description", "Argument"},
-           {"long_description", markup(200)},
-           {"ratings", {{{"id", "a"}, {"points", 10}}, {{"id", "b"}, {"points", 0}}}}}}},
-        {"published", orNull(assignment.published)},
-        {"html_url",
-         fmt::format(
-             "https://canvas.example.edu/courses/{}/assignments/{}", courseID, assignment.id)},
-    };
+    const std::string page = fmt::format(
+        "https://canvas.example.edu/courses/{}/assignments/{}", courseID, assignment.id);
+    JSON record = withIgnored(
+        {{"id", assignment.id},
+         {"description", markup(1600)},
+         {"points_possible", orNull(assignment.pointsPossible)},
+         {"assignment_group_id", groupID},
+         {"course_id", courseID},
+         {"name", orNull(assignment.name)},
+         {"omit_from_final_grade", orNull(assignment.omitFromFinalGrade)},
+         {"secure_params", std::string(300, 'e')},
+         {"published", orNull(assignment.published)},
+         {"html_url", page}},
+        R"({"due_at": "2026-09-19T05:59:59Z", "unlock_at": null, "lock_at": null,
+            "grading_type": "points", "created_at": "2026-08-02T10:00:00Z", "peer_reviews": false,
+            "position": 1, "submission_types": ["online_text_entry", "online_upload"],
+            "has_submitted_submissions": true, "is_quiz_assignment": false,
+            "rubric": [{"id": "_4021", "points": 10, "description": "Argument",
+                        "ratings": [{"id": "a", "points": 10}, {"id": "b", "points": 0}]}]})");
+    record["rubric"][0]["long_description"] = markup(200);
+    return record;
 }
 
 JSON json(const AssignmentGroup &group, std::int64_t courseID) {
@@ -206,42 +193,33 @@ JSON json(const AssignmentGroup &group, std::int64_t courseID) {
 JSON json(const SubmissionSummary &work, std::int64_t courseID) {
     const bool handedIn = work.workflowState != WorkflowState::unsubmitted;
     const auto essay = std::size_t(draw(work.userID, work.assignmentID, 900));
-    const std::string page = fmt::format(
-        "https://canvas.example.edu/courses/{}/assignments/{}", courseID, work.assignmentID);
+    const std::string preview = fmt::format(
+        "https://canvas.example.edu/courses/{}/assignments/{}/submissions/{}?preview=1&version=1",
+        courseID, work.assignmentID, work.userID);
     const auto handedInAt = handedIn ? JSON("2026-09-18T21:14:05Z") : JSON(nullptr);
-    return {
-        {"id", work.userID * 1000 + work.assignmentID},
-        {"body", handedIn ? JSON(markup(essay)) : JSON(nullptr)},
-        {"url", nullptr},
-        {"grade", work.score ? JSON(fmt::format("{}", *work.score)) : JSON(nullptr)},
-        {"score", orNull(work.score)},
-        {"submitted_at", handedInAt},
-        {"assignment_id", work.assignmentID},
-        {"user_id", work.userID},
-        {"submission_type", handedIn ? JSON("online_text_entry") : JSON(nullptr)},
-        {"workflow_state", work.workflowState.name()},
-        {"grade_matches_current_submission", true},
-        {"graded_at", handedInAt},
-        {"grader_id", work.score ? JSON(-42) : JSON(nullptr)},
-        {"attempt", handedIn ? JSON(1) : JSON(nullptr)},
-        {"cached_due_date", orNull(work.cachedDueDate)},
-        {"excused", false},
-        {"late_policy_status", nullptr},
-        {"points_deducted", nullptr},
-        {"grading_period_id", nullptr},
-        {"extra_attempts", nullptr},
-        {"posted_at", handedInAt},
-        {"redo_request", false},
-        {"custom_grade_status_id", nullptr},
-        {"sticker", nullptr},
-        {"late", orNull(work.late)},
-        {"missing", orNull(work.missing)},
-        {"seconds_late", 0},
-        {"entered_grade", nullptr},
-        {"entered_score", nullptr},
-        {"preview_url", fmt::format("{}/submissions/{}?preview=1&version=1", page, work.userID)},
-        {"anonymous_id", "a1B2c"},
-    };
+    return withIgnored(
+        {{"id", work.userID * 1000 + work.assignmentID},
+         {"body", handedIn ? JSON(markup(essay)) : JSON(nullptr)},
+         {"grade", work.score ? JSON(fmt::format("{}", *work.score)) : JSON(nullptr)},
+         {"score", orNull(work.score)},
+         {"submitted_at", handedInAt},
+         {"assignment_id", work.assignmentID},
+         {"user_id", work.userID},
+         {"submission_type", handedIn ? JSON("online_text_entry") : JSON(nullptr)},
+         {"workflow_state", work.workflowState.name()},
+         {"graded_at", handedInAt},
+         {"grader_id", work.score ? JSON(-42) : JSON(nullptr)},
+         {"attempt", handedIn ? JSON(1) : JSON(nullptr)},
+         {"cached_due_date", orNull(work.cachedDueDate)},
+         {"posted_at", handedInAt},
+         {"late", orNull(work.late)},
+         {"missing", orNull(work.missing)},
+         {"preview_url", preview}},
+        R"({"url": null, "grade_matches_current_submission": true, "excused": false,
+            "late_policy_status": null, "points_deducted": null, "grading_period_id": null,
+            "extra_attempts": null, "redo_request": false, "custom_grade_status_id": null,
+            "sticker": null, "seconds_late": 0, "entered_grade": null, "entered_score": null,
+            "anonymous_id": "a1B2c"})");
 }
 
 template<class Record, class... Context>

@@ -26,9 +26,12 @@ std::size_t indexOf(const QString &path) {
     return std::size_t(path.section(u'/', -1).toUInt());
 }
 
-QDBusObjectPath nothing() {
-    return QDBusObjectPath(QStringLiteral("/"));
+QVariant object(const QString &path) {
+    return QVariant::fromValue(QDBusObjectPath(path));
 }
+
+const QString nothing = QStringLiteral("/");
+const QString account = QStringLiteral("account");
 
 } // namespace
 
@@ -53,79 +56,65 @@ QString ScriptedKeyring::introspect(const QString &) const {
 }
 
 QVariantMap ScriptedKeyring::properties(const QString &interface, const QString &path) const {
-    const auto list = [](const QString &each) {
-        return QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath(each)});
-    };
-    if (interface.endsWith(QStringLiteral("Service")))
-        return {{QStringLiteral("Collections"), list(collectionPath)}};
+    QList<QDBusObjectPath> children;
+    if (interface.endsWith(QStringLiteral("Service"))) {
+        children << QDBusObjectPath(collectionPath);
+        return {{QStringLiteral("Collections"), QVariant::fromValue(children)}};
+    }
     if (interface.endsWith(QStringLiteral("Collection"))) {
-        QList<QDBusObjectPath> all;
         for (std::size_t i = 0; i < items.size(); ++i)
-            all << QDBusObjectPath(itemPath(i));
+            children << QDBusObjectPath(itemPath(i));
         return {
-            {QStringLiteral("Items"), QVariant::fromValue(all)},
-            {QStringLiteral("Label"), QStringLiteral("Login")},
-            {QStringLiteral("Locked"), false},
-            {QStringLiteral("Created"), quint64{1}},
-            {QStringLiteral("Modified"), quint64{1}}};
+            {QStringLiteral("Items"), QVariant::fromValue(children)},
+            {QStringLiteral("Locked"), false}};
     }
     const Item &item = items.at(indexOf(path));
     return {
         {QStringLiteral("Locked"), item.locked},
         {QStringLiteral("Attributes"),
-         QVariant::fromValue(
-             Attributes{{QStringLiteral("account"), QString::fromStdString(item.account)}})},
-        {QStringLiteral("Label"), QStringLiteral("Canvas access token")},
-        {QStringLiteral("Created"), item.modified},
+         QVariant::fromValue(Attributes{{account, QString::fromStdString(item.account)}})},
         {QStringLiteral("Modified"), item.modified}};
 }
 
 void ScriptedKeyring::completePrompt(bool dismissed) {
-    QList<QDBusObjectPath> unlocked;
-    for (const std::size_t index : std::exchange(promptedItems, {})) {
-        if (dismissed)
-            continue;
-        items.at(index).locked = false;
-        unlocked << QDBusObjectPath(itemPath(index));
-    }
+    if (dismissed)
+        promptedItems.clear();
+    for (const QDBusObjectPath &each : promptedItems)
+        items.at(indexOf(each.path())).locked = false;
     QDBusMessage completed = QDBusMessage::createSignal(
         promptPath, QStringLiteral("org.freedesktop.Secret.Prompt"), QStringLiteral("Completed"));
-    completed << dismissed << QVariant::fromValue(QDBusVariant(QVariant::fromValue(unlocked)));
+    completed << dismissed << QVariant::fromValue(QDBusVariant(QVariant::fromValue(promptedItems)));
     bus.send(completed);
 }
 
 QDBusMessage ScriptedKeyring::answer(const QDBusMessage &message) {
     const QString method = message.member();
     const QString path = message.path();
+    const QVariant first = message.arguments().value(0);
     if (method == QStringLiteral("GetAll"))
-        return message.createReply(properties(message.arguments().at(0).toString(), path));
+        return message.createReply(properties(first.toString(), path));
     if (method == QStringLiteral("OpenSession")) {
-        if (message.arguments().at(0).toString() != QStringLiteral("plain"))
+        if (first != QStringLiteral("plain"))
             return message.createErrorReply(QDBusError::NotSupported, QStringLiteral("only plain"));
         return message.createReply(
             {QVariant::fromValue(QDBusVariant(QString())),
-             QVariant::fromValue(QDBusObjectPath(root + QStringLiteral("/session/1")))});
+             object(root + QStringLiteral("/session/1"))});
     }
     if (method == QStringLiteral("SearchItems")) {
-        const auto wanted = qdbus_cast<Attributes>(message.arguments().at(0));
+        const std::string wanted = qdbus_cast<Attributes>(first).value(account).toStdString();
         QList<QDBusObjectPath> unlocked;
         QList<QDBusObjectPath> locked;
         for (std::size_t i = 0; i < items.size(); ++i) {
             const Item &item = items[i];
-            if (!item.deleted &&
-                item.account == wanted.value(QStringLiteral("account")).toStdString())
+            if (!item.deleted && item.account == wanted)
                 (item.locked ? locked : unlocked) << QDBusObjectPath(itemPath(i));
         }
         return message.createReply({QVariant::fromValue(unlocked), QVariant::fromValue(locked)});
     }
     if (method == QStringLiteral("Unlock")) {
-        promptedItems.clear();
-        for (const QDBusObjectPath &each :
-             qdbus_cast<QList<QDBusObjectPath>>(message.arguments().at(0)))
-            promptedItems.push_back(indexOf(each.path()));
+        promptedItems = qdbus_cast<QList<QDBusObjectPath>>(first);
         return message.createReply(
-            {QVariant::fromValue(QList<QDBusObjectPath>()),
-             QVariant::fromValue(QDBusObjectPath(promptPath))});
+            {QVariant::fromValue(QList<QDBusObjectPath>()), object(promptPath)});
     }
     if (method == QStringLiteral("Prompt")) {
         ++prompts;
@@ -136,26 +125,23 @@ QDBusMessage ScriptedKeyring::answer(const QDBusMessage &message) {
         return message.createReply();
     }
     if (method == QStringLiteral("GetSecret")) {
-        WireSecret secret{.session = message.arguments().at(0).value<QDBusObjectPath>()};
+        WireSecret secret{.session = first.value<QDBusObjectPath>()};
         if (!answersEmpty)
             secret.value = items.at(indexOf(path)).secret;
         return message.createReply(QVariant::fromValue(secret));
     }
     if (method == QStringLiteral("Delete")) {
         items.at(indexOf(path)).deleted = true;
-        return message.createReply(QVariant::fromValue(nothing()));
+        return message.createReply(object(nothing));
     }
     if (method == QStringLiteral("CreateItem")) {
-        const auto all = qdbus_cast<QVariantMap>(message.arguments().at(0));
-        const auto attributes = qdbus_cast<Attributes>(
-            all.value(QStringLiteral("org.freedesktop.Secret.Item.Attributes")));
+        const auto attributes = qdbus_cast<Attributes>(qdbus_cast<QVariantMap>(first).value(
+            QStringLiteral("org.freedesktop.Secret.Item.Attributes")));
         items.push_back(
-            {.account = attributes.value(QStringLiteral("account")).toStdString(),
+            {.account = attributes.value(account).toStdString(),
              .secret = qdbus_cast<WireSecret>(message.arguments().at(1)).value,
              .modified = items.size() + 2});
-        return message.createReply(
-            {QVariant::fromValue(QDBusObjectPath(itemPath(items.size() - 1))),
-             QVariant::fromValue(nothing())});
+        return message.createReply({object(itemPath(items.size() - 1)), object(nothing)});
     }
     return message.createReply();
 }

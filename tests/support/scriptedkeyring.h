@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QDBusConnection>
+#include <QDBusObjectPath>
 #include <QDBusVirtualObject>
 #include <QStringList>
 
@@ -53,7 +54,7 @@ class ScriptedKeyring : public QDBusVirtualObject {
 
     QDBusConnection bus;
     /// The items to unlock when the prompt is confirmed.
-    std::vector<std::size_t> promptedItems;
+    QList<QDBusObjectPath> promptedItems;
 };
 
 } // namespace ellwynd::test

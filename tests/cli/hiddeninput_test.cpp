@@ -5,9 +5,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include <cstdlib>
-#include <fcntl.h>
-#include <optional>
+#include <pty.h>
 #include <sstream>
 #include <unistd.h>
 
@@ -17,11 +15,9 @@ namespace {
 /// A terminal without anybody at it.
 class PseudoTerminal {
   public:
-    PseudoTerminal() : controller(::posix_openpt(O_RDWR | O_NOCTTY)) {
-        if (::grantpt(controller) != 0 || ::unlockpt(controller) != 0)
+    PseudoTerminal() {
+        if (::openpty(&controller, &terminal, nullptr, nullptr, nullptr) != 0)
             throw std::runtime_error("no pseudo-terminal");
-        // NOLINTNEXTLINE(concurrency-mt-unsafe)
-        terminal = ::open(::ptsname(controller), O_RDWR | O_NOCTTY);
     }
     ~PseudoTerminal() {
         ::close(terminal);
@@ -38,7 +34,7 @@ class PseudoTerminal {
     }
 
   private:
-    int controller;
+    int controller = -1;
     int terminal = -1;
 };
 
@@ -57,7 +53,7 @@ TEST(HiddenInput, ASignalShowsTheInputAgain) {
     const PseudoTerminal terminal;
     const pid_t child = ::fork();
     if (child == 0) {
-        std::optional<HiddenInput> hidden(std::in_place, terminal.descriptor());
+        const HiddenInput hidden(terminal.descriptor());
         ::raise(SIGINT);
         ::_exit(0);
     }

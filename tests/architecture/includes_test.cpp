@@ -134,28 +134,18 @@ TEST(Includes, PointToModulesBelow) {
 TEST(Includes, FaultsAreSeen) {
     struct Case {
         const char *file;
-        const char *line;
-        bool allowed;
+        const char *included;
     };
-    for (const auto &[file, line, allowed] : std::vector<Case>{
-             {"src/risk/a.cpp", "#include \"app/connection.h\"", false},
-             {"src/risk/a.cpp", "#include <QString>", false},
-             {"src/base/a.h", "#include <QString>", false},
-             {"src/base/a.cpp", "#include \"platform/session/wake.h\"", false},
-             {"src/cli/a.cpp", "#include \"ui/mainwindow.h\"", false},
-             {"src/widgets/a.cpp", "#include \"risk/risklevel.h\"", false},
-             {"src/uikit/a.cpp", "#include \"risk/risklevel.h\"", false},
-             {"src/app/a.cpp", "#include <QPainter>", false},
-             {"src/theme/a.cpp", "#include <QLabel>", false},
-             {"src/app/a.cpp", "#include <QDBusConnection>", false},
-             {"src/app/updates/a.cpp", "#include <QNetworkAccessManager>", false},
-             {"src/platform/linux/a.cpp", "#include <QDBusConnection>", true},
-             {"src/net/a.cpp", "#include <QNetworkAccessManager>", true},
-             {"src/cli/a.cpp", "#include \"canvas/records/records.h\"", true},
-             {"src/base/a.cpp", "#include <QDateTime>", true},
-             {"src/theme/a.cpp", "#include <QPainter>", true},
-         })
-        EXPECT_EQ(fault(file, line).empty(), allowed) << file << ": " << line;
+    for (const auto &[file, included] : std::vector<Case>{
+             {"src/risk/a.cpp", "\"app/connection.h\""},
+             {"src/risk/a.cpp", "<QString>"},
+             {"src/base/a.h", "<QString>"},
+             {"src/cli/a.cpp", "\"ui/mainwindow.h\""},
+             {"src/uikit/a.cpp", "\"risk/risklevel.h\""},
+             {"src/app/a.cpp", "<QPainter>"},
+             {"src/theme/a.cpp", "<QLabel>"},
+             {"src/app/a.cpp", "<QDBusConnection>"}})
+        EXPECT_NE(fault(file, std::string("#include ") + included), "") << file << included;
 }
 
 } // namespace

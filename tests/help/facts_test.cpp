@@ -9,6 +9,7 @@
 #include "risk/scorer.h"
 #include "support/core.h"
 #include "support/instants.h"
+#include "support/matches.h"
 
 #include <QByteArray>
 
@@ -23,6 +24,7 @@
 namespace ellwynd {
 namespace {
 
+using test::matches;
 using testing::HasSubstr;
 using Kind = CanvasError::Kind;
 
@@ -37,51 +39,29 @@ std::string body(std::string_view id) {
 }
 
 /// An error of each kind, with the values of the examples in the help.
-CanvasError example(Kind kind) {
-    constexpr int unavailable = 503;
-    constexpr int redirected = 302;
+std::vector<CanvasError> examples() {
     const std::string host = "canvas.example.edu";
-    switch (kind) {
-    case Kind::cannotReachHost:
-        return CanvasError::cannotReachHost(host);
-    case Kind::tlsFailed:
-        return CanvasError::tlsFailed(host);
-    case Kind::network:
-        return CanvasError::network("Connection closed");
-    case Kind::forbidden:
-        return CanvasError::forbidden(std::nullopt);
-    case Kind::canvasUnavailable:
-        return CanvasError::canvasUnavailable(unavailable);
-    case Kind::unexpectedStatus:
-        return CanvasError::unexpectedStatus(redirected, std::nullopt);
-    case Kind::notCanvas:
-        return CanvasError::notCanvas(host);
-    case Kind::offline:
-    case Kind::timedOut:
-    case Kind::unauthorized:
-    case Kind::rateLimited:
-    case Kind::notFound:
-    case Kind::decodingFailed:
-    case Kind::nonHTTP:
-    case Kind::badURL:
-        break;
-    }
-    return CanvasError(kind);
-}
-
-std::set<std::string> headingsOf(const std::string &text) {
-    std::set<std::string> headings;
-    const std::regex heading("\n### ([^\n]+)");
-    for (std::sregex_iterator at(text.begin(), text.end(), heading), end; at != end; ++at)
-        headings.insert((*at)[1]);
-    return headings;
+    std::vector<CanvasError> errors{
+        CanvasError::cannotReachHost(host),
+        CanvasError::tlsFailed(host),
+        CanvasError::network("Connection closed"),
+        CanvasError::forbidden(std::nullopt),
+        CanvasError::canvasUnavailable(503),
+        CanvasError::unexpectedStatus(302, std::nullopt),
+        CanvasError::notCanvas(host)};
+    for (const Kind kind :
+         {Kind::offline, Kind::timedOut, Kind::unauthorized, Kind::rateLimited, Kind::notFound,
+          Kind::decodingFailed, Kind::nonHTTP, Kind::badURL})
+        errors.emplace_back(kind);
+    EXPECT_EQ(errors.size(), std::size_t(Kind::badURL) + 1) << "an error has no example";
+    return errors;
 }
 
 TEST(HelpFacts, TroubleshootingHasAnEntryForEachMessage) {
     const std::string text = body("troubleshooting");
-    std::set<std::string> headings = headingsOf(text);
-    for (int i = 0; i <= int(Kind::badURL); ++i) {
-        const CanvasError error = example(Kind(i));
+    const auto entries = matches(text, "^### (.+)$");
+    std::set<std::string> headings(entries.begin(), entries.end());
+    for (const CanvasError &error : examples()) {
         EXPECT_EQ(headings.erase(error.errorDescription()), 1U) << error.errorDescription();
         EXPECT_THAT(
             text,
@@ -130,10 +110,8 @@ std::string withoutNumbers(const std::string &text) {
 
 TEST(HelpFacts, EveryReasonOfTheSampleCollegeIsExplained) {
     std::set<std::string> explained;
-    const std::string text = body("reasons");
-    const std::regex sentence(R"(\n\| \*\*([^*]+)\*\*)");
-    for (std::sregex_iterator at(text.begin(), text.end(), sentence), end; at != end; ++at)
-        explained.insert(withoutNumbers((*at)[1]));
+    for (const std::string &sentence : matches(body("reasons"), R"(^\| \*\*([^*]+)\*\*)"))
+        explained.insert(withoutNumbers(sentence));
     const auto college = std::make_shared<SampleCanvasClient>(test::noonClock);
     const test::Core core;
     std::set<std::string> used;

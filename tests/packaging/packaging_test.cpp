@@ -5,6 +5,7 @@
 #include "help/about.h"
 #include "help/releasenotes.h"
 #include "preferences/preferencekeys.h"
+#include "support/matches.h"
 #include "support/temporaryfolder.h"
 
 #include <QDate>
@@ -23,6 +24,7 @@ namespace ellwynd {
 namespace {
 
 namespace fs = std::filesystem;
+using test::matches;
 using testing::AnyOf;
 using testing::Contains;
 using testing::ElementsAre;
@@ -62,15 +64,6 @@ Outcome run(const std::string &program, const std::vector<std::string> &argument
         process.readAllStandardError().toStdString()};
 }
 
-/// All matches of a pattern's first group.
-std::vector<std::string> all(const std::string &from, const std::string &pattern) {
-    const std::regex regex(pattern, std::regex::multiline);
-    std::vector<std::string> words;
-    for (std::sregex_iterator at(from.begin(), from.end(), regex), end; at != end; ++at)
-        words.push_back((*at)[1]);
-    return words;
-}
-
 TEST(Packaging, ValidatorsReportNoErrors) {
     std::vector<fs::path> files{ELLWYND_MANUAL};
     for (const auto &file : fs::recursive_directory_iterator(folder))
@@ -95,7 +88,7 @@ TEST(Packaging, ValidatorsReportNoErrors) {
     const Outcome metainfo =
         run("appstreamcli",
             {"validate", "--no-net", "--no-color", folder / "com.varnok.Ellwynd.metainfo.xml"});
-    for (const std::string &complaint : all(metainfo.out, "^[EWI]: \\S+ +(\\S+.*)$"))
+    for (const std::string &complaint : matches(metainfo.out, "^[EWI]: \\S+ +(\\S+.*)$"))
         EXPECT_THAT(complaint, AnyOf("url-homepage-missing", "unknown-tag developer"));
     EXPECT_THAT(metainfo.out, HasSubstr("alidation")) << metainfo.err;
 }
@@ -115,8 +108,8 @@ TEST(Packaging, TheMetainfoListsTheReleasesOfTheNotes) {
     std::vector<std::string> noted;
     for (const Release &release : releases())
         noted.push_back(release.version);
-    EXPECT_EQ(all(metainfo, "<release version=\"([^\"]+)\""), noted);
-    const auto dates = all(metainfo, "<release [^>]* date=\"([^\"]+)\"/?>");
+    EXPECT_EQ(matches(metainfo, "<release version=\"([^\"]+)\""), noted);
+    const auto dates = matches(metainfo, "<release [^>]* date=\"([^\"]+)\"/?>");
     EXPECT_EQ(dates.size(), noted.size());
     EXPECT_TRUE(std::ranges::is_sorted(dates, std::greater<>()));
     for (const std::string &date : dates)
@@ -132,10 +125,10 @@ TEST(Packaging, DesktopEntriesMatchTheWindows) {
         const std::string program = contents(folder / source);
         const std::string desktop = contents(folder / (std::string(entry) + ".desktop"));
         const std::string argument = R"re(\(QStringLiteral\("([^"]+)"\)\))re";
-        EXPECT_THAT(all(program, "setDesktopFileName" + argument), ElementsAre(entry));
+        EXPECT_THAT(matches(program, "setDesktopFileName" + argument), ElementsAre(entry));
         EXPECT_EQ(
-            all(program, "QApplication::setApplicationName" + argument),
-            all(desktop, "^StartupWMClass=(.+)$"));
+            matches(program, "QApplication::setApplicationName" + argument),
+            matches(desktop, "^StartupWMClass=(.+)$"));
     }
 }
 
@@ -168,7 +161,7 @@ std::vector<std::string> optionsOf(const cli::Command &command) {
     const int status =
         cli::run({{command.name, "--help"}}, in, out, err, home.path() / "Preferences.json");
     EXPECT_EQ(status, 0) << err.str();
-    return all(out.str(), "^  (?:-\\w, )?--([a-z][a-z-]+)");
+    return matches(out.str(), "^  (?:-\\w, )?--([a-z][a-z-]+)");
 }
 
 /// Bash calls the function; fish is asked for completions; zsh completes a line on a terminal, and
@@ -230,7 +223,7 @@ Words completed(const std::string &shell, const std::string &line) {
         offered = outcome.out;
     }
     // Fish adds a tab and a description.
-    const auto words = all(offered, "^([^\\t\\n]+)");
+    const auto words = matches(offered, "^([^\\t\\n]+)");
     return {words.begin(), words.end()};
 }
 
@@ -314,7 +307,7 @@ TEST(Packaging, TheManualsNameEveryLogCategory) {
         if (source.path().extension() != ".cpp")
             continue;
         for (const std::string &category :
-             all(contents(source.path()), R"re(\bLog\b[\w ]*[{(]"([a-z]+)"[)}])re"))
+             matches(contents(source.path()), R"re(\bLog\b[\w ]*[{(]"([a-z]+)"[)}])re"))
             categories.insert(category);
     }
     EXPECT_GE(categories.size(), 12U);

@@ -44,6 +44,7 @@ TEST_F(CommandsTest, EndWithTheStatusOfTheirFailure) {
              {"--sample roster 1 --csv --json", 2, "Only one of"},
              {"--sample term 9001 --json --markdown", 2, "Only one of"},
              {"--sample term 1", 1, "No term 1 in the course list.\n"},
+             {"--sample thresholds 1", 1, "No course 1 in the course list.\n"},
              {"--sample thresholds 900101 --passing 101", 2, "--passing takes"},
              {"--sample thresholds 900101 --passing nan", 2, "--passing takes"},
              {"--sample thresholds 900101 --inactivity 0", 2, "--inactivity takes"},

@@ -11,13 +11,10 @@
 #include "support/instants.h"
 #include "support/matches.h"
 
-#include <QByteArray>
-
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <map>
 #include <regex>
 #include <set>
 
@@ -177,18 +174,13 @@ TEST(HelpFacts, PreferencesForTeachersAreListedWithTheirControls) {
 }
 
 TEST(HelpFacts, ThePrivacyTopicHasThePathsOfFiles) {
-    std::map<const char *, QByteArray> kept;
-    for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
-        kept[variable] = qgetenv(variable);
+    for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
         qunsetenv(variable);
-    }
     const std::filesystem::path home = qgetenv("HOME").toStdString();
     for (const auto &folder : {directories::config(), directories::data(), directories::state()})
         EXPECT_THAT(
             body("privacy"),
             HasSubstr("| `~/" + folder.lexically_relative(home).generic_string() + "/"));
-    for (const auto &[variable, value] : kept)
-        qputenv(variable, value);
 }
 
 } // namespace

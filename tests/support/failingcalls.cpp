@@ -54,13 +54,12 @@ FailingCall::Outcome FailingCall::next(const char *function) {
     if (!state.isActive)
         return Outcome::real;
     state.functions.emplace_back(function);
-    if (state.fault.isLasting && state.functions.size() > std::size_t(state.number)) {
+    const auto number = int(state.functions.size());
+    if (state.fault.isLasting && number > state.number) {
         errno = EIO;
         return Outcome::failure;
     }
-    if (state.functions.size() != std::size_t(state.number))
-        return Outcome::real;
-    if (!state.fault.appliesTo(function))
+    if (number != state.number || !state.fault.appliesTo(function))
         return Outcome::real;
     if (state.fault.code == Fault::shortTransfer)
         return Outcome::shortTransfer;

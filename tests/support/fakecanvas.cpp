@@ -54,13 +54,10 @@ void FakeCanvas::receive(QSslSocket *socket, int connection, QByteArray &buffer)
     for (qsizetype end = buffer.indexOf("\r\n\r\n"); end >= 0; end = buffer.indexOf("\r\n\r\n")) {
         const QList<QByteArray> lines = buffer.left(end).split('\n');
         buffer.remove(0, end + 4);
-        const QList<QByteArray> first = lines.first().trimmed().split(' ');
-        const QUrl url = QUrl::fromEncoded("https://localhost" + first.value(1));
+        const QByteArray target = lines.first().trimmed().split(' ').value(1);
+        const QUrl url = QUrl::fromEncoded("https://localhost" + target);
         FakeRequest request{
-            .method = first.value(0),
-            .path = url.path(),
-            .query = url.query(QUrl::FullyDecoded),
-            .connection = connection};
+            .path = url.path(), .query = url.query(QUrl::FullyDecoded), .connection = connection};
         for (const QByteArray &line : lines.mid(1)) {
             const qsizetype colon = line.indexOf(':');
             request.headers[line.left(colon).toLower()] = line.mid(colon + 1).trimmed();
@@ -177,7 +174,7 @@ void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {
         return;
     }
     QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) + " Status\r\n";
-    head += "Content-Type: " + reply.contentType + "\r\n";
+    head += "Content-Type: application/json; charset=utf-8\r\n";
     const qsizetype length = reply.manner == Manner::trickle ? 1'000'000 : reply.body.size();
     head += "Content-Length: " + QByteArray::number(length) + "\r\n";
     for (const auto &[name, value] : reply.headers)

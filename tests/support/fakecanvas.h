@@ -18,7 +18,6 @@ class QSslSocket;
 namespace ellwynd::test {
 
 struct FakeRequest {
-    QByteArray method;
     /// Without the query.
     QString path;
     QString query;
@@ -46,7 +45,6 @@ struct FakeReply {
 
     int status = 200;
     QByteArray body = "[]";
-    QByteArray contentType = "application/json; charset=utf-8";
     std::vector<std::pair<QByteArray, QByteArray>> headers;
     Manner manner = Manner::whole;
     /// The connection is closed after this response. Set by the server.

@@ -36,49 +36,37 @@ make unknown untrusted localhost
 /// The names of the certificates, in the order of their kinds.
 constexpr std::array names{"good", "expired", "future", "other", "unknown"};
 
-/// The files of the script, in a temporary folder.
-class Authority {
-  public:
-    Authority() {
+/// The folder with the files of the script.
+const QTemporaryDir &certificates() {
+    static const QTemporaryDir folder = [] {
+        QTemporaryDir made;
         QProcess shell;
-        shell.setWorkingDirectory(folder.path());
+        shell.setWorkingDirectory(made.path());
         shell.setProcessChannelMode(QProcess::MergedChannels);
         shell.start("bash", {"-c", script});
         if (!shell.waitForFinished() || shell.exitCode() != 0)
             throw std::runtime_error("no certificates: " + shell.readAll().toStdString());
-    }
-
-    [[nodiscard]] QString file(const QString &name) const { return folder.filePath(name); }
-
-    [[nodiscard]] QByteArray read(const QString &name) const {
-        QFile opened(file(name));
-        if (!opened.open(QIODevice::ReadOnly))
-            throw std::runtime_error("cannot open " + name.toStdString());
-        return opened.readAll();
-    }
-
-  private:
-    QTemporaryDir folder;
-};
-
-const Authority &authority() {
-    static const Authority instance;
-    return instance;
+        return made;
+    }();
+    return folder;
 }
 
 } // namespace
 
 QSslConfiguration serverConfiguration(CertificateKind kind) {
+    const QString name = certificates().filePath(names.at(std::size_t(kind)));
+    QFile key(name + ".key");
+    if (!key.open(QIODevice::ReadOnly))
+        throw std::runtime_error("cannot open " + key.fileName().toStdString());
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    const QString name = names.at(std::size_t(kind));
-    configuration.setLocalCertificate(QSslCertificate(authority().read(name + ".pem")));
-    configuration.setPrivateKey(QSslKey(authority().read(name + ".key"), QSsl::Ec));
+    configuration.setLocalCertificate(QSslCertificate::fromPath(name + ".pem").value(0));
+    configuration.setPrivateKey(QSslKey(&key, QSsl::Ec));
     configuration.setPeerVerifyMode(QSslSocket::VerifyNone);
     return configuration;
 }
 
 std::string authorityFile() {
-    return authority().file("ca.pem").toStdString();
+    return certificates().filePath("ca.pem").toStdString();
 }
 
 void trustAuthority() {

@@ -54,10 +54,13 @@ void FakeCanvas::receive(QSslSocket *socket, int connection, QByteArray &buffer)
     for (qsizetype end = buffer.indexOf("\r\n\r\n"); end >= 0; end = buffer.indexOf("\r\n\r\n")) {
         const QList<QByteArray> lines = buffer.left(end).split('\n');
         buffer.remove(0, end + 4);
-        const QByteArray target = lines.first().trimmed().split(' ').value(1);
-        const QUrl url = QUrl::fromEncoded("https://localhost" + target);
+        const QList<QByteArray> first = lines.first().trimmed().split(' ');
+        const QUrl url = QUrl::fromEncoded("https://localhost" + first.value(1));
         FakeRequest request{
-            .path = url.path(), .query = url.query(QUrl::FullyDecoded), .connection = connection};
+            .method = first.value(0),
+            .path = url.path(),
+            .query = url.query(QUrl::FullyDecoded),
+            .connection = connection};
         for (const QByteArray &line : lines.mid(1)) {
             const qsizetype colon = line.indexOf(':');
             request.headers[line.left(colon).toLower()] = line.mid(colon + 1).trimmed();

@@ -18,6 +18,7 @@ class QSslSocket;
 namespace ellwynd::test {
 
 struct FakeRequest {
+    QByteArray method;
     /// Without the query.
     QString path;
     QString query;

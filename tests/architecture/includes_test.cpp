@@ -46,11 +46,7 @@ const std::vector<Module> modules{
 };
 
 /// Libraries that one folder alone may include, by the beginning of a header's name.
-struct Reserved {
-    std::string header;
-    std::string folder;
-};
-const std::vector<Reserved> reservedHeaders{
+const std::vector<std::pair<std::string, std::string>> reservedHeaders{
     {"QDBus", "src/platform/linux/"},      {"QtDBus", "src/platform/linux/"},
     {"libsecret/", "src/platform/linux/"}, {"systemd/", "src/platform/linux/"},
     {"glib", "src/platform/linux/"},       {"gio/", "src/platform/linux/"},
@@ -69,8 +65,7 @@ const Module *moduleOf(const std::string &path) {
 bool mayInclude(const Module &from, const std::string &folder) {
     return from.folder == folder || from.dependsOn.contains(folder) ||
         std::ranges::any_of(from.dependsOn, [&](const std::string &below) {
-               const auto module = std::ranges::find(modules, below, &Module::folder);
-               return module != modules.end() && mayInclude(*module, folder);
+               return mayInclude(*moduleOf(below + "/"), folder);
            });
 }
 
@@ -100,9 +95,9 @@ std::string fault(const std::string &file, const std::string &line) {
     if (module == nullptr)
         return "belongs to no module";
     const std::string name = match[2];
-    for (const Reserved &reserved : reservedHeaders) {
-        if (name.starts_with(reserved.header) && !file.starts_with(reserved.folder))
-            return "only " + reserved.folder + " may include " + name;
+    for (const auto &[header, folder] : reservedHeaders) {
+        if (name.starts_with(header) && !file.starts_with(folder))
+            return "only " + folder + " may include " + name;
     }
     if (match[1] == "<")
         return toolkitFault(*module, file, name);

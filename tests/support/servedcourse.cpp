@@ -91,9 +91,9 @@ std::string markup(std::size_t length) {
     return text;
 }
 
-/// A record with what the program reads, and the keys and values of a text, most of them ignored.
+/// A record with what the program reads, and the keys of a text, most of them ignored.
 JSON withIgnored(JSON record, const char *text) {
-    record.update(JSON::parse(text));
+    record.update(JSON::parse(text), true);
     return record;
 }
 
@@ -109,43 +109,38 @@ JSON json(const Course &course) {
           {{"id", term.id},
            {"name", orNull(term.name)},
            {"start_at", orNull(term.startAt)},
-           {"end_at", orNull(term.endAt)},
-           {"workflow_state", "active"},
-           {"grading_period_group_id", nullptr}}}},
+           {"end_at", orNull(term.endAt)}}}},
         R"({"account_id": 1, "uuid": "pQ9x7VbWJ2mTzLk4", "start_at": null,
             "default_view": "modules", "time_zone": "America/Chicago",
+            "term": {"workflow_state": "active", "grading_period_group_id": null},
             "enrollments": [{"type": "teacher", "role": "TeacherEnrollment", "user_id": 7}],
             "workflow_state": "available"})");
 }
 
 JSON json(const Enrollment &student, std::int64_t courseID) {
-    const std::int64_t id = student.userID;
     const Grades &grades = *student.grades;
     JSON record = withIgnored(
-        {{"id", 1'000'000 + id},
-         {"user_id", id},
+        {{"id", 1'000'000 + student.userID},
+         {"user_id", student.userID},
          {"course_id", courseID},
          {"last_activity_at", orNull(student.lastActivityAt)},
-         {"sis_user_id", fmt::format("S{}", id)},
          {"grades",
-          {{"html_url",
-            fmt::format("https://canvas.example.edu/courses/{}/grades/{}", courseID, id)},
-           {"current_grade", orNull(grades.currentGrade)},
+          {{"current_grade", orNull(grades.currentGrade)},
            {"current_score", orNull(grades.currentScore)},
-           {"final_grade", "F"},
-           {"final_score", 41.5},
            {"unposted_current_score", orNull(grades.currentScore)}}},
          {"user",
           {{"id", student.user->id},
            {"name", orNull(student.user->name)},
-           {"created_at", "2024-08-01T09:30:00-06:00"},
-           {"sortable_name", orNull(student.user->sortableName)},
-           {"short_name", "Somebody else"},
-           {"login_id", fmt::format("u{}", id)}}}},
+           {"sortable_name", orNull(student.user->sortableName)}}}},
         R"({"type": "StudentEnrollment", "created_at": "2026-08-01T14:00:00Z",
             "updated_at": "2026-08-20T14:00:00Z", "associated_user_id": null,
             "course_section_id": 31, "limit_privileges_to_course_section": false,
-            "root_account_id": 1, "role": "StudentEnrollment", "enrollment_state": "active"})");
+            "root_account_id": 1, "role": "StudentEnrollment", "enrollment_state": "active",
+            "sis_user_id": "S90001",
+            "grades": {"html_url": "https://canvas.example.edu/courses/4021/grades/90001",
+                       "final_grade": "F", "final_score": 41.5},
+            "user": {"created_at": "2024-08-01T09:30:00-06:00", "short_name": "Somebody else",
+                     "login_id": "u90001"}})");
     // Canvas omits the key if the institution does not record time.
     if (student.totalActivityTime)
         record["total_activity_time"] = *student.totalActivityTime;
@@ -153,8 +148,6 @@ JSON json(const Enrollment &student, std::int64_t courseID) {
 }
 
 JSON json(const Assignment &assignment, std::int64_t courseID, std::int64_t groupID) {
-    const std::string page = fmt::format(
-        "https://canvas.example.edu/courses/{}/assignments/{}", courseID, assignment.id);
     JSON record = withIgnored(
         {{"id", assignment.id},
          {"description", markup(1600)},
@@ -164,12 +157,12 @@ JSON json(const Assignment &assignment, std::int64_t courseID, std::int64_t grou
          {"name", orNull(assignment.name)},
          {"omit_from_final_grade", orNull(assignment.omitFromFinalGrade)},
          {"secure_params", std::string(300, 'e')},
-         {"published", orNull(assignment.published)},
-         {"html_url", page}},
+         {"published", orNull(assignment.published)}},
         R"({"due_at": "2026-09-19T05:59:59Z", "unlock_at": null, "lock_at": null,
             "grading_type": "points", "created_at": "2026-08-02T10:00:00Z", "peer_reviews": false,
             "position": 1, "submission_types": ["online_text_entry", "online_upload"],
             "has_submitted_submissions": true, "is_quiz_assignment": false,
+            "html_url": "https://canvas.example.edu/courses/4021/assignments/500",
             "rubric": [{"id": "_4021", "points": 10, "description": "Argument",
                         "ratings": [{"id": "a", "points": 10}, {"id": "b", "points": 0}]}]})");
     record["rubric"][0]["long_description"] = markup(200);
@@ -180,45 +173,35 @@ JSON json(const AssignmentGroup &group, std::int64_t courseID) {
     JSON assignments = JSON::array();
     for (const Assignment &assignment : *group.assignments)
         assignments.push_back(json(assignment, courseID, group.id));
-    return {
-        {"id", group.id},
-        {"name", orNull(group.name)},
-        {"position", 1},
-        {"group_weight", orNull(group.groupWeight)},
-        {"rules", {{"drop_lowest", 1}}},
-        {"assignments", std::move(assignments)},
-    };
+    return withIgnored(
+        {{"id", group.id},
+         {"name", orNull(group.name)},
+         {"group_weight", orNull(group.groupWeight)},
+         {"assignments", std::move(assignments)}},
+        R"({"position": 1, "rules": {"drop_lowest": 1}})");
 }
 
-JSON json(const SubmissionSummary &work, std::int64_t courseID) {
+JSON json(const SubmissionSummary &work) {
     const bool handedIn = work.workflowState != WorkflowState::unsubmitted;
     const auto essay = std::size_t(draw(work.userID, work.assignmentID, 900));
-    const std::string preview = fmt::format(
-        "https://canvas.example.edu/courses/{}/assignments/{}/submissions/{}?preview=1&version=1",
-        courseID, work.assignmentID, work.userID);
-    const auto handedInAt = handedIn ? JSON("2026-09-18T21:14:05Z") : JSON(nullptr);
     return withIgnored(
         {{"id", work.userID * 1000 + work.assignmentID},
          {"body", handedIn ? JSON(markup(essay)) : JSON(nullptr)},
-         {"grade", work.score ? JSON(fmt::format("{}", *work.score)) : JSON(nullptr)},
          {"score", orNull(work.score)},
-         {"submitted_at", handedInAt},
          {"assignment_id", work.assignmentID},
          {"user_id", work.userID},
-         {"submission_type", handedIn ? JSON("online_text_entry") : JSON(nullptr)},
          {"workflow_state", work.workflowState.name()},
-         {"graded_at", handedInAt},
-         {"grader_id", work.score ? JSON(-42) : JSON(nullptr)},
-         {"attempt", handedIn ? JSON(1) : JSON(nullptr)},
          {"cached_due_date", orNull(work.cachedDueDate)},
-         {"posted_at", handedInAt},
          {"late", orNull(work.late)},
-         {"missing", orNull(work.missing)},
-         {"preview_url", preview}},
-        R"({"url": null, "grade_matches_current_submission": true, "excused": false,
-            "late_policy_status": null, "points_deducted": null, "grading_period_id": null,
-            "extra_attempts": null, "redo_request": false, "custom_grade_status_id": null,
-            "sticker": null, "seconds_late": 0, "entered_grade": null, "entered_score": null,
+         {"missing", orNull(work.missing)}},
+        R"({"url": null, "grade": "8.5", "submitted_at": "2026-09-18T21:14:05Z",
+            "submission_type": "online_text_entry", "grade_matches_current_submission": true,
+            "graded_at": "2026-09-18T21:14:05Z", "grader_id": -42, "attempt": 1,
+            "excused": false, "late_policy_status": null, "points_deducted": null,
+            "grading_period_id": null, "extra_attempts": null, "posted_at": "2026-09-18T21:14:05Z",
+            "redo_request": false, "custom_grade_status_id": null, "sticker": null,
+            "seconds_late": 0, "entered_grade": null, "entered_score": null,
+            "preview_url": "https://canvas.example.edu/courses/4021/assignments/500/submissions/1",
             "anonymous_id": "a1B2c"})");
 }
 
@@ -281,7 +264,7 @@ void serve(FakeCanvas &canvas, std::span<const ServedCourse> courses) {
         const QString path = QString("/api/v1/courses/%1").arg(id);
         canvas.serve(path + "/enrollments", texts(served.enrollments, id));
         canvas.serve(path + "/assignment_groups", texts(served.groups, id));
-        canvas.serve(path + "/students/submissions", texts(served.submissions, id));
+        canvas.serve(path + "/students/submissions", texts(served.submissions));
     }
     canvas.serve("/api/v1/courses", std::move(list));
 }

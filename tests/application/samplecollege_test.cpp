@@ -7,6 +7,7 @@
 #include "support/instants.h"
 #include "support/loneservice.h"
 #include "support/memorynotifications.h"
+#include "support/memorysecrets.h"
 #include "support/rosters.h"
 #include "support/temporaryfolder.h"
 #include "ui/mainwindow/mainwindow.h"
@@ -28,34 +29,10 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-#include <set>
-
 namespace ellwynd {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// A keyring that must not be asked.
-class CountingSecrets final : public SecretStore {
-  public:
-    explicit CountingSecrets(int &calls) : calls(calls) {}
-
-    std::optional<std::string>
-    read(const std::string &, const std::string &, const SecretAccess &) override {
-        ++calls;
-        return "secret-token";
-    }
-    void save(const std::string &, const std::string &, const std::string &, const SecretAccess &)
-        override {
-        ++calls;
-    }
-    void remove(const std::string &, const std::string &, const SecretAccess &) override {
-        ++calls;
-    }
-
-  private:
-    int &calls;
-};
 
 void settle() {
     for (int i = 0; i < 5; ++i)
@@ -96,7 +73,6 @@ class Visitor {
 
   private:
     void use(QPointer<QWidget> control) {
-
         const auto *push = qobject_cast<QPushButton *>(control.data());
         if (push != nullptr && push->menu() != nullptr) {
             // A click would wait for the menu to close.
@@ -152,26 +128,13 @@ class Visitor {
     std::vector<const QWidget *> inUse;
 };
 
-/// The bytes of every file in a folder, by path.
-std::map<std::string, std::string> filesIn(const fs::path &folder) {
-    std::map<std::string, std::string> all;
-    for (const auto &entry : fs::recursive_directory_iterator(folder)) {
-        const std::string name = entry.path().filename().string();
-        if (!entry.is_regular_file() || name.ends_with(".lock"))
-            continue;
-        std::ifstream file(entry.path(), std::ios::binary);
-        all[fs::relative(entry.path(), folder)] = {std::istreambuf_iterator<char>(file), {}};
-    }
-    return all;
-}
-
 TEST(SampleCollege, UsingEveryControlLeavesTheTeachersFilesAlone) {
     const test::TemporaryFolder home;
     const fs::path preferencesFile = home.path() / "Preferences.json";
     const fs::path cloud = home.path() / "Ellwynd";
     test::FakeCanvas canvas;
     folderContents::create(cloud);
-    std::ofstream(cloud / "TextScale.json") << R"({"value": 1.2})";
+    (void)home.write("Ellwynd/TextScale.json", R"({"value": 1.2})");
     {
         UserDefaults teachers(preferencesFile, {});
         teachers.update(
@@ -193,11 +156,13 @@ TEST(SampleCollege, UsingEveryControlLeavesTheTeachersFilesAlone) {
         contacts.noteContact(4021, 5001, test::noon);
     }
     fs::create_directory(home.path() / "widgets");
-    std::ofstream(home.path() / "widgets" / "WidgetSnapshot.json") << "{}";
-    const auto before = filesIn(home.path());
+    (void)home.write("widgets/WidgetSnapshot.json", "{}");
+    const auto before = home.files();
     ASSERT_EQ(before.size(), 6U);
 
-    int calls = 0;
+    test::MemorySecrets secrets;
+    secrets.secrets[{TokenStore::service, TokenStore::accountOf(canvas.address())}] =
+        "secret-token";
     int relaunches = 0;
     {
         ApplicationEnvironment environment{
@@ -205,7 +170,7 @@ TEST(SampleCollege, UsingEveryControlLeavesTheTeachersFilesAlone) {
             .data = home.path(),
             .state = home.path(),
             .widgetContainer = home.path() / "widgets",
-            .secrets = std::make_shared<CountingSecrets>(calls),
+            .secrets = secrets.shared(),
             .notifications = std::make_unique<test::MemoryNotifications>(),
             .newInstance = [&relaunches] {
                 ++relaunches;
@@ -241,10 +206,10 @@ TEST(SampleCollege, UsingEveryControlLeavesTheTeachersFilesAlone) {
         EXPECT_NE(program.defaults().persistentDomainJSON(), before.at("Preferences.json"));
     }
     EXPECT_GE(relaunches, 1);
-    EXPECT_EQ(calls, 0) << "of the keyring";
+    EXPECT_EQ(secrets.calls, 0) << "of the keyring";
     EXPECT_EQ(canvas.requests.size(), 0U);
 
-    auto after = filesIn(home.path());
+    auto after = home.files();
     EXPECT_EQ(after.erase("Preferences.sample.json"), 1U);
     after.erase("MessageTemplates.json");
     const auto withoutTheMode = [](const std::string &text) {

@@ -12,10 +12,11 @@ class MemorySecrets final : public SecretStore {
     std::map<std::pair<std::string, std::string>, std::string> secrets;
     /// Thrown by every operation while set.
     std::optional<KeychainError> failure;
+    int calls = 0;
 
     std::optional<std::string>
     read(const std::string &service, const std::string &account, const SecretAccess &) override {
-        fail();
+        call();
         const auto found = secrets.find({service, account});
         return found != secrets.end() ? std::optional{found->second} : std::nullopt;
     }
@@ -23,13 +24,13 @@ class MemorySecrets final : public SecretStore {
     void save(
         const std::string &secret, const std::string &service, const std::string &account,
         const SecretAccess &) override {
-        fail();
+        call();
         secrets[{service, account}] = secret;
     }
 
     void
     remove(const std::string &service, const std::string &account, const SecretAccess &) override {
-        fail();
+        call();
         secrets.erase({service, account});
     }
 
@@ -37,7 +38,8 @@ class MemorySecrets final : public SecretStore {
     [[nodiscard]] std::shared_ptr<SecretStore> shared() { return {std::shared_ptr<void>(), this}; }
 
   private:
-    void fail() const {
+    void call() {
+        ++calls;
         if (failure)
             throw KeychainError(*failure);
     }

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <string>
 
 namespace ellwynd::test {
@@ -22,6 +23,17 @@ class TemporaryFolder {
     [[nodiscard]] std::string read(const std::string &name) const {
         std::ifstream file(path() / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    /// The bytes of every file below, by path; those of locks are left out.
+    [[nodiscard]] std::map<std::string, std::string> files() const {
+        std::map<std::string, std::string> all;
+        for (const auto &each : std::filesystem::recursive_directory_iterator(path())) {
+            const std::string name = each.path().lexically_relative(path()).string();
+            if (each.is_regular_file() && !name.ends_with(".lock"))
+                all[name] = read(name);
+        }
+        return all;
     }
 
   private:

@@ -1,11 +1,6 @@
 // The controller against a Canvas server on loopback.
-#include "app/mainwindowcontroller.h"
+#include "app/connectedtest.h"
 #include "net/runtoend.h"
-#include "support/core.h"
-#include "support/fakecanvas.h"
-#include "support/instants.h"
-#include "support/servedcourse.h"
-#include "support/until.h"
 
 #include <gmock/gmock.h>
 
@@ -14,27 +9,10 @@ namespace {
 
 using test::until;
 
-/// A controller connected to a fake Canvas with three courses of one student each.
-struct LiveControllerTest : testing::Test {
-    test::Core core;
-    test::FakeCanvas canvas;
-    MainWindowController controller{
-        core.defaults, core.connector, core.stores, core.trends, core.sinks};
-    std::vector<CanvasError> errors;
-
+struct LiveControllerTest : test::ConnectedTest {
     LiveControllerTest() {
-        test::trustAuthority();
-        core.connectTo(canvas.address());
-        canvas.serve(
-            QStringLiteral("/api/v1/courses"),
-            {R"({"id":1,"name":"Art","term":{"id":9,"name":"Fall"}})",
-             R"({"id":2,"name":"Bio","term":{"id":9,"name":"Fall"}})",
-             R"({"id":3,"name":"Chem"})"});
         for (const int course : {1, 2, 3})
             test::serveScores(canvas, course, 40);
-        QObject::connect(
-            &controller, &MainWindowController::errorDidOccur, &controller,
-            [this](const CanvasError &error) { errors.push_back(error); });
         // The selection is kept until the list arrives.
         controller.select(TermSelection{9});
     }

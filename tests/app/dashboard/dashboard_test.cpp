@@ -1,17 +1,12 @@
+#include "app/connectedtest.h"
 #include "app/dashboard/coursesummary.h"
 #include "app/dashboard/dashboardtexts.h"
-#include "app/mainwindowcontroller.h"
 #include "app/roster/visit.h"
 #include "net/runtoend.h"
 #include "platform/cloud/foldercontents.h"
 #include "platform/cloud/syncedfolder.h"
-#include "support/core.h"
 #include "support/directqueue.h"
-#include "support/fakecanvas.h"
-#include "support/instants.h"
 #include "support/rosters.h"
-#include "support/servedcourse.h"
-#include "support/until.h"
 
 #include <gmock/gmock.h>
 
@@ -178,17 +173,9 @@ TEST_F(DashboardTest, ASummaryIsMadeAgainOnlyAfterAChangeOfItsCourse) {
     EXPECT_EQ(summaries.of(bio, noon).card.trend.size(), 1U);
 }
 
-/// A fake Canvas with two courses in the current term, one in the next term and one in an old term.
-struct PassTest : testing::Test {
-    test::Core core{{{"MovementNotifications", true}}, test::noonClock};
-    test::FakeCanvas canvas;
-    MainWindowController controller{core.defaults, core.connector, core.stores,
-                                    core.trends,   core.sinks,     test::noonClock};
-    std::vector<bool> passes;
-
-    PassTest() {
-        test::trustAuthority();
-        core.connectTo(canvas.address());
+/// Canvas has two courses in the current term, one in the next term and one in an old term.
+struct PassTest : test::ConnectedTest {
+    PassTest() : ConnectedTest({{"MovementNotifications", true}}) {
         canvas.serve(
             QStringLiteral("/api/v1/courses"),
             {R"({"id":1,"name":"Art","term":{"id":9,"name":"Fall","start_at":"2026-09-01T00:00:00Z",
@@ -199,9 +186,6 @@ struct PassTest : testing::Test {
                  "end_at":"2026-05-20T00:00:00Z"}})"});
         for (const int course : {1, 2, 3, 4})
             serveScore(course, 90);
-        QObject::connect(
-            &controller, &MainWindowController::passDidEnd, &controller,
-            [this](bool complete) { passes.push_back(complete); });
     }
 
     /// Serves a course with two students who have this score.
@@ -210,7 +194,7 @@ struct PassTest : testing::Test {
     void pass() {
         const std::size_t before = passes.size();
         controller.refresh();
-        ASSERT_TRUE(test::until([&] { return passes.size() > before; }));
+        ASSERT_TRUE(untilPasses(before + 1));
     }
 
     /// Whether the widget files contain names of courses; of both or of neither.

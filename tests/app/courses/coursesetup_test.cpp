@@ -22,12 +22,10 @@ TEST(CourseSetup, AnEditionIsACodeWithoutItsSection) {
              {"Fall 2025 BIO 101", "BIO 101"},
              {"FA25-BIO101", "BIO 101"},
              {"BIO-L 101", "BIO-L 101"},
-             {"CHEM-L 101", "CHEM-L 101"},
              {"Section 3 CS 101", "CS 101"},
              {"Sec 02 - MATH 141", "MATH 141"},
              {"S26-CS101", "CS 101"},
              {"PSYC&100 4021", "PSYC 100"},
-             {"FALL 2025 CS 101", "CS 101"},
              {"FA-L 101", "L 101"},
              {"Section 3", "SECTION 3"},
              {"SP 26", "SP 26"},
@@ -37,9 +35,7 @@ TEST(CourseSetup, AnEditionIsACodeWithoutItsSection) {
              {"  Home   room ", "HOME ROOM"},
              {"Homeroom -", "HOMEROOM -"},
              {"101", "101"},
-             {"", ""},
              {" \n", ""},
-             {"<b>x</b>", "<B>X</B>"},
              {"\xff\xfe 1", "\xEF\xBF\xBD\xEF\xBF\xBD 1"}})
         EXPECT_EQ(editionOf(row.code), row.edition) << row.code;
     // Codes may be of any length.
@@ -104,9 +100,7 @@ TEST(CourseSetup, OffersTheCoursesOfEarlierTermsAndSuggestsTheEarlierEdition) {
               3},
              {"a term without a date, for a course of a term with one", course(1, fall, "CS 101"),
               list(course(2, undated, "CS 101")), "2 ", 2},
-             {"nothing to offer", course(1, fall, "CS 101"), list(), "", none},
-             {"markup and control characters", course(1, fall, noCode, "<b>\"CS\" 1</b>\n|"),
-              list(course(2, spring, "\u202eCS", "<b>")), "2 ", none}}) {
+             {"nothing to offer", course(1, fall, "CS 101"), list(), "", none}}) {
         std::vector<Course> all = row.others;
         all.insert(all.begin(), row.own);
         const SetupCandidates candidates = setupCandidates(all, row.own.id);

@@ -40,21 +40,15 @@ TEST(NearbyTerms, BoundsAreInclusive) {
     const Row rows[] = {
         {"no dates", {}, {}, false},
         {"an end without a start", {}, day, false},
-        {"in session", -30 * day, 30 * day, true},
         {"starts now", 0, 90 * day, true},
         {"ends now", -90 * day, 0, true},
         {"starts in a second", 1, 90 * day, true},
         {"starts in 60 days", 60 * day, 150 * day, true},
         {"starts in 60 days and a second", 60 * day + 1, 150 * day, false},
-        {"starts in 61 days", 61 * day, {}, false},
-        {"starts in 60 days without an end", 60 * day, {}, true},
         {"ended 30 days ago", -120 * day, -30 * day, true},
         {"ended 30 days and a second ago", -120 * day, -30 * day - 1, false},
-        {"ended 31 days ago", -120 * day, -31 * day, false},
-        {"began 119 days ago without an end", -119 * day, {}, true},
         {"began 120 days ago without an end", -120 * day, {}, true},
         {"began 120 days and a second ago without an end", -120 * day - 1, {}, false},
-        {"began 121 days ago without an end", -121 * day, {}, false},
         {"began a year ago and has not ended", -365 * day, day, true},
     };
     for (const Row &row : rows)
@@ -83,7 +77,6 @@ TEST(AutomaticTerm, IsTheLatestInSessionElseTheLatestStarted) {
     const Row rows[] = {
         {"no terms", {}, {}},
         {"none has started", {term(1, 1, 90 * day), term(2, {}, {})}, {}},
-        {"one in session", {term(1, -day, day), term(2, -90 * day, -2 * day)}, 1},
         {"overlapping terms", {term(1, -10 * day, day), term(2, -5 * day, 90 * day)}, 2},
         {"a tie", {term(8, -day, day), term(9, -day, 2 * day), term(7, -day, day)}, 9},
         {"in session takes precedence over started later",
@@ -92,14 +85,11 @@ TEST(AutomaticTerm, IsTheLatestInSessionElseTheLatestStarted) {
         {"starting now", {term(1, -90 * day, day), term(2, 0, 90 * day)}, 2},
         {"ending now", {term(1, -90 * day, 0), term(2, -50 * day, -1)}, 1},
         {"between terms", {term(1, -200 * day, -100 * day), term(2, -90 * day, -day)}, 2},
-        {"between terms, another is upcoming", {term(1, -90 * day, -day), term(2, day, {})}, 1},
         {"long ended, so not nearby", {term(1, -400 * day, -300 * day)}, 1},
         {"no end, 120 days ago", {term(1, -120 * day, {}), term(2, -110 * day, -day)}, 1},
-        {"no end, 121 days ago", {term(1, -121 * day, {}), term(2, -150 * day, -day)}, 1},
         {"no end, 121 days ago, another in session",
          {term(1, -121 * day, {}), term(2, -150 * day, day)},
          2},
-        {"a tie between terms", {term(3, -90 * day, -day), term(5, -90 * day, -2 * day)}, 5},
     };
     for (const Row &row : rows) {
         const auto automatic = automaticTerm(coursesOf(row.terms), noon);

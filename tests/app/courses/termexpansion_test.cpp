@@ -24,7 +24,6 @@ TEST(TermExpansion, AListSaysNothingAboutTermsThatBeganLater) {
              {"a new term", {-2, 1}, {3, 2, 1}, {true, false, true}},
              {"a list without collapsed terms", {1}, {3, 2, 1}, {true, true, true}},
              {"all collapsed", {-3, -2, -1}, {4, 3, 2, 1}, {true, false, false, false}},
-             {"all expanded", {1, 2, 3}, {3, 2, 1}, {true, true, true}},
              {"both forms, of an older version", {-3, 3}, {3}, {true}},
              {"courses without a term", {0}, {3, 2, {}}, {true, true, true}},
              {"courses without a term, collapsed", {othersCollapsed}, {3, {}}, {true, false}}}) {

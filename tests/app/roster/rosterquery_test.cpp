@@ -12,17 +12,15 @@ using testing::ElementsAre;
 
 /// Six students: 1 and 2 flagged, 2 worse and awaiting follow-up, 3 improved off the list.
 RosterView someRoster() {
+    const std::vector<std::tuple<const char *, const char *, std::optional<double>>> students{
+        {"At Risk", "zoe Adams", 40}, {"Watch", "Émile", 66}, {"", "Ana", 66},
+        {"", "<b>Bob</b>", {}},       {"", "김 지수", 90},    {"", "Ana Zed", 95}};
     std::vector<RiskRow> rows;
-    for (const auto &[id, level] : std::vector<std::pair<std::int64_t, const char *>>{
-             {1, "At Risk"}, {2, "Watch"}, {3, ""}, {4, ""}, {5, ""}, {6, ""}})
-        rows.push_back(test::row(id, level));
-    const std::vector<std::pair<const char *, std::optional<double>>> figures{
-        {"zoe Adams", 40},  {"Émile", 66},   {"Ana", 66},
-        {"<b>Bob</b>", {}}, {"김 지수", 90}, {"Ana Zed", 95}};
-    for (std::size_t i = 0; i < figures.size(); ++i) {
-        rows[i].name = figures[i].first;
-        rows[i].currentScore = figures[i].second;
-        rows[i].courseName = "Biology";
+    for (const auto &[level, name, score] : students) {
+        rows.push_back(test::row(std::int64_t(rows.size()) + 1, level));
+        rows.back().name = name;
+        rows.back().currentScore = score;
+        rows.back().courseName = "Biology";
     }
     rows[0].lastActivityAt = test::noon;
     rows[2].lastActivityAt = test::noon - std::chrono::days(9);
@@ -93,12 +91,9 @@ TEST(RosterQuery, FindsNamesLevelsCoursesAndAssignmentsButNotSentences) {
              {"biology ana", {3, 6}, {3, 6}}, // nobody flagged, so the others are searched
              {"homework 5", {2}, {2, 3}},
              {"essay homework", {2}, {2}},
-             {"essay", {2}, {2}},
              {"assignments", {}, {}}, // a word of the sentences
              {"김", {5}, {5}},
-             {"고", {}, {}},
-             {"<b>", {4}, {4}},
-             {".*", {}, {}}}) {
+             {"<b>", {4}, {4}}}) {
         EXPECT_EQ(ids(rows, rows.shown({.typed = row.typed})), row.flagged) << row.typed;
         EXPECT_EQ(
             ids(rows, rows.shown({.chip = RosterChip::everyone, .typed = row.typed})), row.everyone)

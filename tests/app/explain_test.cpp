@@ -3,7 +3,7 @@
 #include "app/explain/othercourses.h"
 #include "app/explain/thresholdeffect.h"
 #include "app/mainwindowcontroller.h"
-#include "app/roster/studenthistory.h"
+#include "risk/levelcounts.h"
 #include "support/core.h"
 #include "support/instants.h"
 #include "support/rosters.h"
@@ -11,7 +11,6 @@
 #include <gmock/gmock.h>
 
 #include <random>
-#include <sstream>
 
 namespace ellwynd {
 namespace {
@@ -40,43 +39,45 @@ TEST(Explain, TheEffectLineSaysHowManyAndWho) {
     struct Row {
         const char *what;
         /// The level of each student before and after.
-        std::string levels;
-        double passing;
-        std::int64_t inactivity;
-        std::string line;
-        std::string details;
+        std::vector<std::pair<const char *, const char *>> levels;
+        CourseThresholds thresholds;
+        const char *line;
+        const char *details;
     };
     for (const Row &row : std::vector<Row>{
-             {"nothing changes", "Watch>Watch OK>OK", 60, 7, "At 60 %: 1 flagged, as before.", ""},
-             {"fewer", "Risk>Concern Watch>OK Watch>Watch", 62.5, 7,
+             {"nothing changes",
+              {{"Watch", "Watch"}, {"OK", "OK"}},
+              {60, 7},
+              "At 60 %: 1 flagged, as before.",
+              ""},
+             {"fewer",
+              {{"At Risk", "Concern"}, {"Watch", "OK"}, {"Watch", "Watch"}},
+              {62.5, 7},
               "At 62.5 %: 2 flagged instead of 3.",
               "Now Concern: Student 1. No longer flagged: Student 2."},
-             {"more, by the other threshold", "OK>Watch", 70, 1,
-              "At 1 day: 1 flagged instead of 0.", "Now Watch: Student 1."},
-             {"both, with more names than fit", "OK>Risk OK>Risk OK>Risk OK>Risk OK>Risk OK>Risk",
-              80, 14, "At 80 % and 14 days: 6 flagged instead of 0.",
+             {"more, by the other threshold",
+              {{"OK", "Watch"}},
+              {70, 1},
+              "At 1 day: 1 flagged instead of 0.",
+              "Now Watch: Student 1."},
+             {"both, with more names than fit",
+              {6, {"OK", "At Risk"}},
+              {80, 14},
+              "At 80 % and 14 days: 6 flagged instead of 0.",
               "Now At Risk: Student 1, Student 2, Student 3, Student 4 and 2 more."}}) {
         std::vector<RiskRow> rowsBefore;
         std::vector<RiskRow> rowsAfter;
-        const auto levelOf = [](const std::string &name) {
-            return name == "Risk" ? "At Risk" : name;
-        };
-        std::istringstream students(row.levels);
         std::int64_t id = 0;
-        for (std::string each; students >> each;) {
-            const std::size_t arrow = each.find('>');
-            rowsBefore.push_back(test::row(++id, levelOf(each.substr(0, arrow))));
-            rowsAfter.insert(rowsAfter.begin(), test::row(id, levelOf(each.substr(arrow + 1))));
+        for (const auto &[from, to] : row.levels) {
+            rowsBefore.push_back(test::row(++id, from));
+            rowsAfter.insert(rowsAfter.begin(), test::row(id, to));
         }
         ScoredCourse before;
         ScoredCourse after;
         before.rows = rowsBefore;
         after.rows = rowsAfter;
         const ThresholdEffect effect = thresholdEffect(before, after);
-        EXPECT_EQ(
-            effectLine(effect, {}, {.passingScore = row.passing, .inactivityDays = row.inactivity}),
-            row.line)
-            << row.what;
+        EXPECT_EQ(effectLine(effect, {}, row.thresholds), row.line) << row.what;
         EXPECT_EQ(effectDetails(effect), row.details) << row.what;
     }
 }
@@ -87,6 +88,12 @@ TEST(Explain, TheEffectIsWhatThenHappens) {
                                     core.trends,   core.sinks,     test::noonClock};
     controller.refresh();
     controller.select(CourseSelection{introToProgramming});
+    const auto levelsOf = [](const auto &rows) {
+        std::map<std::int64_t, std::optional<RiskLevel>> levels;
+        for (const RiskRow &row : rows)
+            levels.emplace(row.id, row.level);
+        return levels;
+    };
     std::mt19937 random(7);
     std::size_t changes = 0;
     for (int i = 0; i < 200; ++i) {
@@ -101,19 +108,13 @@ TEST(Explain, TheEffectIsWhatThenHappens) {
               then.passingScore},
              {courseSettings::key(introToProgramming, courseSettings::inactivityDays),
               then.inactivityDays}});
-        std::map<std::int64_t, std::optional<RiskLevel>> expected;
-        for (const RiskRow &row : before->rows)
-            expected.emplace(row.id, row.level);
+        auto expected = levelsOf(before->rows);
         for (const ThresholdEffect::Change &change : effect.changes) {
             EXPECT_EQ(expected.at(change.student.studentID), change.from);
             expected[change.student.studentID] = change.to;
         }
-        std::int64_t flagged = 0;
-        for (const RiskRow &row : controller.roster().rows) {
-            EXPECT_EQ(row.level, expected.at(row.id)) << row.name << i;
-            flagged += row.level ? 1 : 0;
-        }
-        EXPECT_EQ(effect.flaggedAfter, flagged);
+        EXPECT_EQ(levelsOf(controller.roster().rows), expected) << i;
+        EXPECT_EQ(effect.flaggedAfter, levelCounts(controller.roster().rows).flagged());
         changes += effect.changes.size();
     }
     EXPECT_GT(changes, 200U);
@@ -136,30 +137,6 @@ TEST(Explain, OtherCoursesOfTheStudentAreFound) {
         << "neither where all is well nor in a term that has ended";
     row.id = 6;
     EXPECT_THAT(otherCourses(row, cache), IsEmpty());
-}
-
-TEST(Explain, AStudentIsNewWithinAWeek) {
-    struct Row {
-        const char *what;
-        std::vector<RosterSnapshot> entries;
-        bool isNew;
-    };
-    for (const Row &row : std::vector<Row>{
-             {"nothing is recorded", {}, false},
-             {"the course is new too", {test::entry(7, 2, noon - days(3), "OK")}, false},
-             {"others were there before", {test::entry(7, 2, noon - days(9), "OK")}, true},
-             {"seen lately for the first time",
-              {test::entry(7, 2, noon - days(9), "OK"), test::entry(7, 1, noon - days(6), "OK")},
-              true},
-             {"was there before",
-              {test::entry(7, 2, noon - days(9), "OK"), test::entry(7, 1, noon - days(9), "OK")},
-              false},
-             {"another course is older", {test::entry(8, 2, noon - days(90), "OK")}, false}}) {
-        test::Core core{{}, test::noonClock};
-        core.stores.history.fill(row.entries);
-        EXPECT_EQ(studentHistory(test::row(1, "OK"), {}, core.stores, noon).isNew, row.isNew)
-            << row.what;
-    }
 }
 
 TEST(Explain, TheLookBackIsAGridOfStudentsAndDays) {

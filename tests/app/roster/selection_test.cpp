@@ -45,29 +45,34 @@ TEST(SelectionSummary, SaysWhatTheStudentsHaveInCommon) {
     EXPECT_EQ(selectionSummary({ana, ben}, roster).notReached, "");
 }
 
-TEST(StudentHistory, KnowsThatTheLevelHasChangedSinceItWasRecordedToday) {
-    const Date now = test::noon;
-    const auto yesterday = test::entry(7, 1, now - std::chrono::days(1), "Watch");
+TEST(StudentHistory, KnowsWhoIsNewAndWhoseLevelIsAnotherThanRecordedToday) {
+    const auto seen = [](std::int64_t student, int daysAgo, const char *level = "OK") {
+        return test::entry(7, student, test::noon - std::chrono::days(daysAgo), level);
+    };
     struct Row {
-        const char *name;
+        const char *what;
         std::vector<RosterSnapshot> recorded;
-        bool differs;
+        bool isNew;
+        bool differs = false;
     };
     for (const Row &row : std::vector<Row>{
-             {"recorded today with another level",
-              {yesterday, test::entry(7, 1, now, "Concern")},
-              true},
-             {"recorded today with this level",
-              {yesterday, test::entry(7, 1, now, "At Risk")},
+             {"nothing is recorded", {}, false},
+             {"the course is new too", {seen(2, 3)}, false},
+             {"others were there before", {seen(2, 9)}, true},
+             {"seen lately for the first time", {seen(2, 9), seen(1, 6)}, true},
+             {"was there before", {seen(2, 9), seen(1, 9)}, false},
+             {"another course is older",
+              {test::entry(8, 2, test::noon - std::chrono::days(90), "OK")},
               false},
-             {"not recorded today",
-              {test::entry(7, 1, now - std::chrono::days(2), "Watch"), yesterday},
-              false}}) {
-        test::Core core({{"SampleData", true}});
+             {"another level today", {seen(1, 1), seen(1, 0, "Concern")}, false, true},
+             {"this level today", {seen(1, 1), seen(1, 0, "At Risk")}, false},
+             {"another level yesterday", {seen(1, 2), seen(1, 1, "Concern")}, false}}) {
+        test::Core core({}, test::noonClock);
         core.stores.history.fill(row.recorded);
-        EXPECT_EQ(
-            studentHistory(test::row(1, "At Risk"), {}, core.stores, now).levelDiffers, row.differs)
-            << row.name;
+        const StudentHistory history =
+            studentHistory(test::row(1, "At Risk"), {}, core.stores, test::noon);
+        EXPECT_EQ(history.isNew, row.isNew) << row.what;
+        EXPECT_EQ(history.levelDiffers, row.differs) << row.what;
     }
     EXPECT_EQ(
         levelDiffersText(RiskLevel::atRisk, std::nullopt), "Now At Risk. Recorded today: OK.");

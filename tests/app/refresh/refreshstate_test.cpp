@@ -55,49 +55,33 @@ struct Story {
         return send(Kind::deadline);
     }
 
+    [[nodiscard]] Story then(std::initializer_list<Kind> kinds) const {
+        Story story = *this;
+        for (const Kind kind : kinds)
+            story.send(kind);
+        return story;
+    }
+
     /// Everything has been read, and a roster is on screen.
     static Story idle() {
-        Story story;
-        story.send(Kind::refreshRequested);
-        story.send(Kind::connectionOpened);
-        story.send(Kind::listRead);
+        Story story =
+            Story().then({Kind::refreshRequested, Kind::connectionOpened, Kind::listRead});
         story.endPass();
         story.select();
         story.toDeadline();
-        story.send(Kind::rosterRead);
-        return story;
-    }
-    static Story opening() {
-        Story story;
-        story.send(Kind::refreshRequested);
-        return story;
+        return story.then({Kind::rosterRead});
     }
     static Story readingList() {
-        Story story = idle();
-        story.send(Kind::refreshRequested);
-        story.send(Kind::connectionOpened);
-        return story;
+        return idle().then({Kind::refreshRequested, Kind::connectionOpened});
     }
-    static Story readingRoster() {
-        Story story = idle();
-        story.send(Kind::rosterRequested);
-        return story;
-    }
-    static Story passing() {
-        Story story = idle();
-        story.send(Kind::timerFired);
-        story.send(Kind::connectionOpened);
-        return story;
-    }
+    static Story passing() { return idle().then({Kind::timerFired, Kind::connectionOpened}); }
     static Story stale(ElapsedTime age) {
         Story story = idle();
         story.now += age;
         return story;
     }
     static Story offline() {
-        Story story = stale(10min);
-        story.send(Kind::woke);
-        story.send(Kind::connectionOpened);
+        Story story = stale(10min).then({Kind::woke, Kind::connectionOpened});
         story.fail(Kind::rosterFailed);
         story.fail(Kind::passEnded);
         return story;
@@ -108,12 +92,12 @@ struct Story {
 TEST(RefreshState, EveryEventInEveryState) {
     const std::array<std::pair<const char *, Story>, 9> states{{
         {"not started", Story{}},
-        {"opening", Story::opening()},
+        {"opening", Story().then({Kind::refreshRequested})},
         {"idle, fresh", Story::idle()},
         {"idle, ten minutes old", Story::stale(10min)},
         {"idle, a day old", Story::stale(25h)},
         {"reading the list", Story::readingList()},
-        {"reading the roster", Story::readingRoster()},
+        {"reading the roster", Story::idle().then({Kind::rosterRequested})},
         {"in a pass", Story::passing()},
         {"without a network", Story::offline()},
     }};
@@ -183,8 +167,7 @@ TEST(RefreshState, RefreshesDuringOneCauseOneMore) {
 }
 
 TEST(RefreshState, APassFollowsEachListRead) {
-    Story story = Story::readingList();
-    story.send(Kind::refreshRequested);
+    Story story = Story::readingList().then({Kind::refreshRequested});
     EXPECT_EQ(story.send(Kind::listRead), "O");
     EXPECT_EQ(story.send(Kind::connectionOpened), "LR");
     EXPECT_EQ(story.send(Kind::rosterRead), "");
@@ -268,9 +251,7 @@ TEST(RefreshState, ReadsThatFailedWithoutANetworkAreRetried) {
     EXPECT_EQ(story.endPass(), "");
     EXPECT_EQ(story.send(Kind::networkReachable), "") << "nothing is left to retry";
 
-    Story start;
-    start.send(Kind::refreshRequested);
-    start.send(Kind::connectionOpened);
+    Story start = Story().then({Kind::refreshRequested, Kind::connectionOpened});
     EXPECT_EQ(start.fail(Kind::listFailed), "");
     EXPECT_EQ(start.toDeadline(), "q");
     EXPECT_EQ(start.send(Kind::connectionOpened), "L");
@@ -303,9 +284,7 @@ TEST(RefreshState, AnUnreadableKeyringDropsRequestedReads) {
 }
 
 TEST(RefreshState, TheTeachersRequestTurnsARunningReadIntoAVisit) {
-    Story story = Story::stale(10min);
-    story.send(Kind::activated);
-    story.send(Kind::connectionOpened);
+    Story story = Story::stale(10min).then({Kind::activated, Kind::connectionOpened});
     EXPECT_EQ(story.state.roster.running, Initiative::program);
     EXPECT_EQ(story.send(Kind::rosterRequested), "");
     EXPECT_EQ(story.state.roster.running, Initiative::teacher);

@@ -2,11 +2,11 @@
 #include "app/mainwindowcontroller.h"
 #include "cli/run.h"
 #include "net/runtoend.h"
+#include "support/core.h"
 #include "support/fakecanvas.h"
 #include "support/logcapture.h"
 #include "support/scriptedkeyring.h"
 #include "support/servedcourse.h"
-#include "support/temporaryfolder.h"
 #include "support/until.h"
 
 #include <gmock/gmock.h>
@@ -146,12 +146,11 @@ TEST_F(KeyringTest, SavingReplacesTheItemInEveryKeyring) {
 
 TEST(NoKeyring, IsAnError) {
     AsyncTokenStore tokens(makeSecretStore(), longLimit);
-    try {
-        (void)runToEnd(tokens.readToken("h.example", UnlockPrompt::allowed));
-        ADD_FAILURE() << "there is a bus, but nothing on it";
-    } catch (const KeychainError &error) {
-        EXPECT_EQ(error.status(), KeychainError::unavailable);
-    }
+    EXPECT_THAT(
+        [&] { (void)runToEnd(tokens.readToken("h.example", UnlockPrompt::allowed)); },
+        testing::Throws<KeychainError>(
+            testing::Property(&KeychainError::status, KeychainError::unavailable)))
+        << "there is a bus, but nothing on it";
 }
 
 TEST_F(KeyringTest, NoFailureIsASignOut) {
@@ -159,19 +158,13 @@ TEST_F(KeyringTest, NoFailureIsASignOut) {
     test::FakeCanvas canvas;
     const auto course = test::inventCourse(4021, {.students = 3, .assignments = 1}, systemNow());
     test::serve(canvas, std::span(&course, 1));
-    const test::TemporaryFolder folder;
-    const std::filesystem::path file = folder.path() / "Preferences.json";
-    UserDefaults defaults(file, {});
-    defaults.set(preferences::canvasBaseURL, canvas.address());
+    test::Core core;
+    core.defaults.set(preferences::canvasBaseURL, canvas.address());
     keyring.items = {
         {.account = TokenStore::accountOf(canvas.address()), .secret = "secret-token"}};
-    CanvasSession session;
-    const Connector connector(defaults, tokens, session);
-    Stores stores(defaults, folder.path() / "data");
-    TrendSync trends(defaults);
-    WidgetSnapshotWriter widgets(folder.path() / "widgets", [] {});
+    const Connector connector(core.defaults, tokens, core.session);
     MainWindowController controller(
-        defaults, connector, stores, trends, {.widgets = widgets}, systemNow, elapsed);
+        core.defaults, connector, core.stores, core.trends, core.sinks, systemNow, elapsed);
     int passes = 0;
     QObject::connect(
         &controller, &MainWindowController::passDidEnd, &controller, [&] { ++passes; });
@@ -182,41 +175,33 @@ TEST_F(KeyringTest, NoFailureIsASignOut) {
     const SharedList<RiskRow> rows = controller.roster().rows;
     ASSERT_EQ(rows.size(), 3U);
 
-    const auto runCourses = [&](std::string &message) {
-        const std::vector<std::string> words{"courses"};
-        std::istringstream in;
-        std::ostringstream out;
-        std::ostringstream err;
-        const int status = cli::run(words, in, out, err, file);
-        message = err.str();
-        return status;
-    };
-    struct Row {
-        const char *method;
-        QString error;
-    };
-    for (const Row &row :
-         {Row{"GetSecret", isLocked}, Row{"OpenSession", failed}, Row{"SearchItems", noSession}}) {
-        keyring.errors = {{QString::fromLatin1(row.method), row.error}};
+    const std::pair<const char *, QString> errors[] = {
+        {"GetSecret", isLocked}, {"OpenSession", failed}, {"SearchItems", noSession}};
+    for (const auto &[method, error] : errors) {
+        keyring.errors = {{QString::fromLatin1(method), error}};
         controller.refresh();
-        EXPECT_TRUE(until([&] { return controller.status() == "Keychain unavailable"; }))
-            << row.method;
-        EXPECT_FALSE(controller.courses().isEmpty()) << row.method;
+        EXPECT_TRUE(until([&] { return controller.status() == "Keychain unavailable"; })) << method;
+        EXPECT_FALSE(controller.courses().isEmpty()) << method;
         // The roster on screen is read again with the token that was read before.
         const std::size_t requests = canvas.requests.size();
         controller.refreshRoster();
-        EXPECT_TRUE(until([&] { return !controller.isLoading(); })) << row.method;
-        EXPECT_EQ(canvas.requests.size(), requests + 3) << row.method;
-        EXPECT_EQ(controller.roster().rows, rows) << row.method;
-        EXPECT_TRUE(std::filesystem::exists(folder.path() / "widgets" / "WidgetSnapshot.json"));
-        std::string message;
-        EXPECT_EQ(runCourses(message), 4) << row.method;
-        EXPECT_THAT(message, testing::StartsWith("Keychain error (")) << row.method;
+        EXPECT_TRUE(until([&] { return !controller.isLoading(); })) << method;
+        EXPECT_EQ(canvas.requests.size(), requests + 3) << method;
+        EXPECT_EQ(controller.roster().rows, rows) << method;
+        EXPECT_FALSE(core.folder.read("widgets/WidgetSnapshot.json").empty()) << method;
+        std::istringstream in;
+        std::ostringstream out;
+        std::ostringstream message;
+        const std::vector<std::string> words{"courses"};
+        const int status =
+            cli::run(words, in, out, message, core.folder.path() / "Preferences.json");
+        EXPECT_EQ(status, 4) << method;
+        EXPECT_THAT(message.str(), testing::StartsWith("Keychain error (")) << method;
         keyring.errors.clear();
         const int before = passes;
         controller.refresh();
-        EXPECT_TRUE(until([&] { return passes > before; })) << row.method;
-        EXPECT_EQ(controller.status(), "1 course") << row.method;
+        EXPECT_TRUE(until([&] { return passes > before; })) << method;
+        EXPECT_EQ(controller.status(), "1 course") << method;
     }
 
     // What the program does by itself never raises a prompt; the teacher's refresh does.

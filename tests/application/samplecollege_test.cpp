@@ -42,7 +42,7 @@ void settle() {
 /// Uses every control of a window once, and those of the windows that open.
 class Visitor {
   public:
-    explicit Visitor(QWidget &window) : main(&window) {}
+    explicit Visitor(QWidget &main) : inUse{&main} {}
 
     void visit(QWidget &window) {
         inUse.push_back(&window);
@@ -105,7 +105,7 @@ class Visitor {
     void answerWindows() {
         for (int round = 0; round < 4; ++round) {
             for (const QPointer<QWidget> window : QApplication::topLevelWidgets()) {
-                if (!window->isVisible() || window == main || isInUse(window))
+                if (!window->isVisible() || std::ranges::find(inUse, window) != inUse.end())
                     continue;
                 if (auto *alert = qobject_cast<QMessageBox *>(window.data())) {
                     alert->buttons().front()->click();
@@ -120,11 +120,6 @@ class Visitor {
         }
     }
 
-    [[nodiscard]] bool isInUse(const QWidget *window) const {
-        return std::ranges::find(inUse, window) != inUse.end();
-    }
-
-    QWidget *main;
     std::vector<const QWidget *> inUse;
 };
 

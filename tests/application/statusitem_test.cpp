@@ -105,54 +105,44 @@ QList<QAction *> menu() {
     return {};
 }
 
-void choose(const QString &text) {
+void choose(const char *text) {
     const QList<QAction *> actions = menu();
-    const auto action = std::ranges::find(actions, text, &QAction::text);
-    ASSERT_NE(action, actions.end()) << text.toStdString();
+    const auto action = std::ranges::find(actions, QString::fromLatin1(text), &QAction::text);
+    ASSERT_NE(action, actions.end()) << text;
     (*action)->trigger();
 }
 
-/// The program on the sample college, with notices.
-struct StatusItemTest : testing::Test {
-    test::TemporaryFolder folder;
+TEST(StatusItem, ThePanelOpensRefreshesAndQuitsAHiddenProgram) {
+    const StatusArea area;
+    const test::TemporaryFolder folder;
     test::MemorySecrets secrets;
     test::LoneService service;
-    test::MemoryNotifications *notices = nullptr;
-    std::unique_ptr<Application> program;
+    auto notifications = std::make_unique<test::MemoryNotifications>();
+    const test::MemoryNotifications &notices = *notifications;
+    Application program(
+        ApplicationEnvironment{
+            .launchArguments =
+                {{"SampleData", true},
+                 {"MovementNotifications", true},
+                 {"SampleNotifications", true},
+                 {"KeepRunningInBackground", true},
+                 {"StartInBackground", true}},
+            .preferencesFile = folder.path() / "Preferences.json",
+            .data = folder.path(),
+            .state = folder.path(),
+            .widgetContainer = folder.path() / "widgets",
+            .secrets = secrets.shared(),
+            .notifications = std::move(notifications)},
+        service);
     int passes = 0;
-
-    void start(PreferenceMap preferences) {
-        preferences.merge(PreferenceMap{
-            {"SampleData", true},
-            {"MovementNotifications", true},
-            {"SampleNotifications", true},
-            {"KeepRunningInBackground", true}});
-        auto notifications = std::make_unique<test::MemoryNotifications>();
-        notices = notifications.get();
-        program = std::make_unique<Application>(
-            ApplicationEnvironment{
-                .launchArguments = std::move(preferences),
-                .preferencesFile = folder.path() / "Preferences.json",
-                .data = folder.path(),
-                .state = folder.path(),
-                .widgetContainer = folder.path() / "widgets",
-                .secrets = secrets.shared(),
-                .notifications = std::move(notifications)},
-            service);
-        QObject::connect(
-            &program->controller(), &MainWindowController::passDidEnd, &program->controller(),
-            [this] { ++passes; });
-        program->launch({});
-    }
-};
-
-TEST_F(StatusItemTest, ThePanelOpensRefreshesAndQuitsAHiddenProgram) {
-    const StatusArea area;
-    start({{"StartInBackground", true}});
+    QObject::connect(
+        &program.controller(), &MainWindowController::passDidEnd, &program.controller(),
+        [&] { ++passes; });
+    program.launch({});
     ASSERT_TRUE(test::until([&] { return passes == 1 && !area.item().isEmpty(); }));
     EXPECT_TRUE(std::ranges::none_of(
         QApplication::topLevelWidgets(), [](const QWidget *each) { return each->isVisible(); }));
-    EXPECT_EQ(notices->posted.size(), 1U) << "notices go on without a window";
+    EXPECT_EQ(notices.posted.size(), 1U) << "notices go on without a window";
     std::vector<std::string> texts;
     for (const QAction *action : menu())
         texts.push_back(action->text().toStdString());
@@ -171,15 +161,15 @@ TEST_F(StatusItemTest, ThePanelOpensRefreshesAndQuitsAHiddenProgram) {
         << "the panel shows the menu";
 
     callItem(area, item, "Activate", {0, 0});
-    EXPECT_TRUE(test::until([&] { return program->window().isVisible(); }));
-    EXPECT_FALSE(program->window().close());
-    EXPECT_FALSE(program->window().isVisible());
-    choose(QStringLiteral("Refresh All Courses"));
+    EXPECT_TRUE(test::until([&] { return program.window().isVisible(); }));
+    EXPECT_FALSE(program.window().close());
+    EXPECT_FALSE(program.window().isVisible());
+    choose("Refresh All Courses");
     EXPECT_TRUE(test::until([&] { return passes == 2; })) << "while it is hidden";
-    choose(QStringLiteral("Open Ellwynd"));
-    EXPECT_TRUE(test::until([&] { return program->window().isVisible(); }));
+    choose("Open Ellwynd");
+    EXPECT_TRUE(test::until([&] { return program.window().isVisible(); }));
 
-    QTimer::singleShot(0, qApp, [] { choose(QStringLiteral("Quit Ellwynd")); });
+    QTimer::singleShot(0, qApp, [] { choose("Quit Ellwynd"); });
     QTimer bound;
     QObject::connect(&bound, &QTimer::timeout, qApp, [] { QCoreApplication::exit(1); });
     bound.start(std::chrono::seconds(10));

@@ -1,13 +1,12 @@
 #include "app/courses/nearbyterms.h"
 #include "support/instants.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace ellwynd {
 namespace {
 
 using test::noon;
-using testing::ElementsAre;
 
 constexpr std::int64_t day = 86'400;
 
@@ -53,19 +52,6 @@ TEST(NearbyTerms, BoundsAreInclusive) {
     };
     for (const Row &row : rows)
         EXPECT_EQ(isNearby(term(7, row.start, row.end), noon), row.nearby) << row.name;
-}
-
-TEST(NearbyTerms, AreGroupedNewestStartFirst) {
-    const auto courses = coursesOf(
-        {term(1, -40 * day, 50 * day), term(2, -400 * day, -300 * day), term(3, 50 * day, {}),
-         term(4, -40 * day, 50 * day)});
-    std::vector<std::int64_t> ids;
-    for (const TermGroup &group : nearbyTerms(courses, noon)) {
-        ASSERT_EQ(group.courses.size(), 1U);
-        EXPECT_EQ(group.courses[0].id, 100 + group.term->id);
-        ids.push_back(group.term->id);
-    }
-    EXPECT_THAT(ids, ElementsAre(3, 4, 1));
 }
 
 TEST(AutomaticTerm, IsTheLatestInSessionElseTheLatestStarted) {

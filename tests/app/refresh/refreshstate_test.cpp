@@ -141,17 +141,6 @@ TEST(RefreshState, EveryEventInEveryState) {
     }
 }
 
-TEST(RefreshState, AStartReadsTheListAndRunsAPass) {
-    Story story;
-    EXPECT_EQ(story.send(Kind::activated), "") << "the first window becomes active";
-    EXPECT_EQ(story.send(Kind::refreshRequested), "O");
-    EXPECT_EQ(story.send(Kind::activated), "");
-    EXPECT_EQ(story.send(Kind::connectionOpened), "L");
-    EXPECT_EQ(story.send(Kind::listRead), "P") << "the dashboard is on screen";
-    EXPECT_EQ(story.endPass(), "");
-    EXPECT_EQ(story.toDeadline(), "-");
-}
-
 TEST(RefreshState, RefreshesDuringOneCauseOneMore) {
     Story story = Story::idle();
     EXPECT_EQ(story.send(Kind::refreshRequested), "O");

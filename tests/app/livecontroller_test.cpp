@@ -1,6 +1,5 @@
 // The controller against a Canvas server on loopback.
 #include "app/connectedtest.h"
-#include "net/runtoend.h"
 
 #include <gmock/gmock.h>
 
@@ -127,7 +126,7 @@ TEST_F(LiveControllerTest, AFailedRefreshKeepsTheRows) {
     EXPECT_EQ(errors.back(), CanvasError(CanvasError::Kind::notFound));
 }
 
-TEST_F(LiveControllerTest, ARejectedTokenAndASignOut) {
+TEST_F(LiveControllerTest, ARejectedTokenIsReported) {
     canvas.token = "another";
     controller.refresh();
     ASSERT_TRUE(until([&] { return !controller.isLoading(); }));
@@ -135,13 +134,7 @@ TEST_F(LiveControllerTest, ARejectedTokenAndASignOut) {
     EXPECT_EQ(controller.status(), "Canvas rejected the token");
     canvas.token = "secret-token";
     controller.refresh();
-    ASSERT_TRUE(untilShown("Fall"));
-
-    static_cast<void>(runToEnd(core.check.signOut()));
-    controller.refresh();
-    EXPECT_EQ(controller.status(), "Not connected");
-    EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
-    EXPECT_EQ(controller.levels(1), std::nullopt);
+    EXPECT_TRUE(untilShown("Fall"));
 }
 
 } // namespace

@@ -105,6 +105,7 @@ TEST_F(RefreshTest, AfterASignOutNoRequestStarts) {
     static_cast<void>(runToEnd(core.check.signOut()));
     EXPECT_EQ(controller.status(), "Not connected");
     EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
+    EXPECT_EQ(controller.levels(1), std::nullopt);
     EXPECT_TRUE(controller.courses().isEmpty()) << "at once, although the list is still being read";
     canvas.release();
     ASSERT_TRUE(untilQuiet());

@@ -118,9 +118,9 @@ Operation loadHistory(const fs::path &folder) {
         test::historyText(
             {entry(7, 1, noon - days(400), "OK"), entry(7, 1, noon - days(1), "OK")}));
     write(folder / "RosterHistory.unreadable-1690251200.json", "expired");
-    const auto opened = std::make_shared<std::unique_ptr<Opened<RosterHistory>>>();
+    const auto opened = std::make_shared<std::optional<Opened<RosterHistory>>>();
     return {
-        .run = [=] { *opened = std::make_unique<Opened<RosterHistory>>(folder); },
+        .run = [=] { opened->emplace(folder); },
         .next =
             [=] {
                 (*opened)->store.record(visit, 7, noon);
@@ -172,9 +172,9 @@ Operation addTemplate(const fs::path &folder) {
 
 Operation loadTemplates(const fs::path &folder) {
     write(folder / "MessageTemplates.json", "[]");
-    const auto store = std::make_shared<std::unique_ptr<TemplateStore>>();
+    const auto store = std::make_shared<std::optional<TemplateStore>>();
     return {
-        .run = [=] { *store = std::make_unique<TemplateStore>(folder, noonClock); },
+        .run = [=] { store->emplace(folder, noonClock); },
         .next = [=] { TemplateStore(folder, noonClock).add(added); }};
 }
 
@@ -183,11 +183,9 @@ Operation setPreferences(const fs::path &folder) {
     UserDefaults(file, {}).update({{"TextScale", 1.25}, {"SidebarTermLimit", std::int64_t{3}}});
     const auto defaults = std::make_shared<UserDefaults>(file, PreferenceMap());
     UserDefaults(file, {}).set("DefaultPassingScore", 70.0);
+    const PreferenceChanges changes{{"TextScale", 1.5}, {"SidebarTermLimit", std::nullopt}};
     return {
-        .run =
-            [=] {
-                defaults->update({{"TextScale", 1.5}, {"SidebarTermLimit", std::nullopt}});
-            },
+        .run = [=] { defaults->update(changes); },
         .isInMemory = [=] { return defaults->value(preferences::textScale) == 1.5; },
         .next = [=] { defaults->update({}); }};
 }
@@ -195,13 +193,9 @@ Operation setPreferences(const fs::path &folder) {
 Operation loadAndWatchPreferences(const fs::path &folder) {
     const fs::path file = folder / "Preferences.json";
     UserDefaults(file, {}).set("TextScale", 1.25);
-    const auto defaults = std::make_shared<std::unique_ptr<UserDefaults>>();
+    const auto defaults = std::make_shared<std::optional<UserDefaults>>();
     return {
-        .run =
-            [=] {
-                *defaults = std::make_unique<UserDefaults>(file, PreferenceMap());
-                (*defaults)->watch();
-            },
+        .run = [=] { defaults->emplace(file, PreferenceMap()).watch(); },
         .next = [=] { (*defaults)->set("SidebarTermLimit", std::int64_t{3}); }};
 }
 

@@ -42,13 +42,8 @@ struct KeyringTest : testing::Test {
     const std::string host = "h.example";
 
     void save(std::string token) {
-        const auto saving = [](AsyncTokenStore &store, std::string account,
-                               std::string secret) -> QCoro::Task<bool> {
-            auto work = store.saveToken(std::move(secret), std::move(account));
-            co_await work;
-            co_return true;
-        };
-        EXPECT_TRUE(runToEnd(saving(tokens, host, std::move(token))));
+        const auto saving = tokens.saveToken(std::move(token), host);
+        EXPECT_TRUE(until([&] { return saving.isReady(); }));
     }
 
     Read read(AsyncTokenStore &store, UnlockPrompt prompt = UnlockPrompt::allowed) {

@@ -299,6 +299,7 @@ TEST_F(PassTest, AStudentIsMentionedOnceUntilTheCourseIsOpened) {
     serveScore(1, 20);
     pass();
     ASSERT_EQ(core.notifications.posted.size(), 1U);
+    EXPECT_EQ(core.notifications.posted[0].body, "Art");
     EXPECT_EQ(core.notifications.posted[0].courseID, 1);
     pass();
     EXPECT_EQ(core.notifications.posted.size(), 1U);

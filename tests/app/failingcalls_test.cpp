@@ -19,6 +19,7 @@
 #include <nlohmann/json.hpp>
 
 #include <cerrno>
+#include <iostream>
 #include <unistd.h>
 
 namespace ellwynd {
@@ -392,6 +393,7 @@ TEST(FailingCalls, AfterAnyFailureFilesAreWholeAndTheNextOperationSaves) {
             ++calls;
         }
     }
+    std::cout << calls << " calls failed in turn\n";
     EXPECT_GE(calls, 600) << "an operation is not reached any more";
 }
 

@@ -9,14 +9,10 @@ namespace {
 using std::chrono::days;
 using std::chrono::hours;
 using test::entry;
-using test::historyEntries;
 using test::HistoryTest;
 using test::noon;
-using test::noonClock;
 using test::row;
 using testing::ElementsAre;
-
-constexpr auto fileName = test::historyFileName;
 
 /// A history that works in the background.
 struct BackgroundTest : HistoryTest {
@@ -25,7 +21,7 @@ struct BackgroundTest : HistoryTest {
 
     [[nodiscard]] std::unique_ptr<RosterHistory> open(StartWork startWork) {
         auto history =
-            std::make_unique<RosterHistory>(defaults, data(), noonClock, std::move(startWork));
+            std::make_unique<RosterHistory>(defaults, data, test::noonClock, std::move(startWork));
         QObject::connect(history.get(), &RosterHistory::historyDidChange, history.get(), [this] {
             ++signalled;
         });
@@ -39,7 +35,7 @@ struct BackgroundTest : HistoryTest {
 };
 
 TEST_F(BackgroundTest, IsReadAfterTheConstruction) {
-    RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon - days(1));
+    HistoryTest::open().record({row(1, "Watch")}, 7, noon - days(1));
     const auto history = open(work.starter());
     EXPECT_TRUE(history->entries().empty());
     // A visit before the file was read.
@@ -51,38 +47,38 @@ TEST_F(BackgroundTest, IsReadAfterTheConstruction) {
     EXPECT_THAT(
         history->entries(),
         ElementsAre(entry(7, 1, noon - days(1), "Watch"), entry(7, 1, noon, "OK")));
-    EXPECT_EQ(history->entries(), historyEntries(saved()));
+    EXPECT_EQ(history->entries(), savedEntries());
 }
 
 TEST_F(BackgroundTest, KeepsTheVisitOfADayThatWasNotReadYet) {
     for (const EntriesOfDay earlier : {EntriesOfDay::kept, EntriesOfDay::replaced}) {
-        RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon - hours(1));
+        HistoryTest::open().record({row(1, "Watch")}, 7, noon - hours(1));
         const auto history = open(work.starter());
         history->record({row(1, "OK")}, 7, noon, earlier);
         finish();
-        EXPECT_EQ(history->entries().size(), 1U);
-        EXPECT_EQ(history->entries().front().level, earlier == EntriesOfDay::kept ? "Watch" : "OK");
+        const bool isKept = earlier == EntriesOfDay::kept;
+        EXPECT_THAT(
+            history->entries(),
+            ElementsAre(isKept ? entry(7, 1, noon - hours(1), "Watch") : entry(7, 1, noon, "OK")));
     }
 }
 
 TEST_F(BackgroundTest, KeepsWhatAnotherProcessSaved) {
     const auto history = open(startThread);
-    RosterHistory commandLine(defaults, data(), noonClock);
+    RosterHistory commandLine = HistoryTest::open();
     for (std::int64_t course = 1; course <= 20; ++course) {
         history->record({row(1, "Watch")}, course, noon);
         commandLine.record({row(2, "OK")}, 100 + course, noon);
     }
     const auto hasSaved = [&](std::size_t count) {
-        return test::until([&] {
-            return std::filesystem::exists(data() / fileName) &&
-                historyEntries(saved()).size() == count;
-        });
+        return test::until(
+            [&] { return std::filesystem::exists(file) && savedEntries().size() == count; });
     };
     EXPECT_TRUE(hasSaved(40));
     commandLine.deleteAll();
     history->record({row(3, "OK")}, 200, noon);
     EXPECT_TRUE(hasSaved(1)) << "entries deleted by another process must not come back";
-    EXPECT_TRUE(test::until([&] { return history->entries() == historyEntries(saved()); }));
+    EXPECT_TRUE(test::until([&] { return history->entries() == savedEntries(); }));
 }
 
 TEST_F(BackgroundTest, ReportsAFailureAndSavesLater) {
@@ -92,12 +88,12 @@ TEST_F(BackgroundTest, ReportsAFailureAndSavesLater) {
     finish();
     EXPECT_FALSE(history->isSaved());
     EXPECT_EQ(signalled, 2) << "recorded, failed";
-    std::filesystem::remove(data());
+    std::filesystem::remove(data);
     history->saveUnsaved();
     finish();
     EXPECT_EQ(signalled, 3);
     EXPECT_TRUE(history->isSaved());
-    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
+    EXPECT_THAT(savedEntries(), ElementsAre(entry(7, 1, noon, "Watch")));
 }
 
 TEST_F(BackgroundTest, ADeletionIsNotUndoneByASave) {
@@ -105,9 +101,9 @@ TEST_F(BackgroundTest, ADeletionIsNotUndoneByASave) {
     for (std::int64_t course = 1; course <= 20; ++course)
         history->record({row(1, "Watch")}, course, noon);
     EXPECT_EQ(history->deleteAll().size(), 20U);
-    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    EXPECT_FALSE(std::filesystem::exists(file));
     QCoreApplication::processEvents();
-    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    EXPECT_FALSE(std::filesystem::exists(file));
     EXPECT_TRUE(history->entries().empty());
 }
 
@@ -120,21 +116,21 @@ TEST_F(BackgroundTest, TheEndOfASaveThatWasWaitedForIsNotThatOfALaterOne) {
     QCoreApplication::processEvents();
     EXPECT_TRUE(work.isPending()) << "the event loop waited for the second save";
     finish();
-    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(8, 2, noon, "OK")));
+    EXPECT_THAT(savedEntries(), ElementsAre(entry(8, 2, noon, "OK")));
 }
 
 TEST_F(BackgroundTest, ADeletionBeforeTheFileWasReadCanBeUndone) {
-    RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon);
+    HistoryTest::open().record({row(1, "Watch")}, 7, noon);
     const auto history = open(work.starter());
     const HistoryVisits deleted = history->deleteAll();
-    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    EXPECT_FALSE(std::filesystem::exists(file));
     EXPECT_TRUE(history->restore(deleted));
     EXPECT_THAT(history->entries(), ElementsAre(entry(7, 1, noon, "Watch")));
 }
 
 TEST_F(BackgroundTest, TheEndWaitsForASave) {
     open(startThread)->record({row(1, "Watch")}, 7, noon);
-    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
+    EXPECT_THAT(savedEntries(), ElementsAre(entry(7, 1, noon, "Watch")));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// The history of a test, and its file.
+// Fixtures for a store and its file.
 #pragma once
 
 #include "memory/rosterhistory.h"
@@ -11,26 +11,35 @@
 
 namespace ellwynd::test {
 
-constexpr auto historyFileName = "RosterHistory.json";
-
-struct HistoryTest : testing::Test {
+struct StoreTest : testing::Test {
     TemporaryFolder folder;
     LogCapture log;
     UserDefaults defaults{folder.path() / "Preferences.json", {}};
+    std::filesystem::path data = folder.path() / "data";
+    std::filesystem::path file;
 
-    [[nodiscard]] std::filesystem::path data() const { return folder.path() / "data"; }
+    explicit StoreTest(const char *fileName) : file(data / fileName) {}
+
     [[nodiscard]] std::string saved() const {
-        return folder.read(std::string("data/") + historyFileName);
+        return folder.read("data/" + file.filename().string());
     }
     void write(const std::string &bytes) const {
-        std::filesystem::create_directories(data());
-        folder.write(std::string("data/") + historyFileName, bytes);
+        std::filesystem::create_directories(data);
+        folder.write("data/" + file.filename().string(), bytes);
     }
-    [[nodiscard]] RosterHistory open() { return {defaults, data(), noonClock}; }
+};
+
+struct HistoryTest : StoreTest {
+    HistoryTest() : StoreTest("RosterHistory.json") {}
+
+    [[nodiscard]] RosterHistory open() { return {defaults, data, noonClock}; }
+    [[nodiscard]] std::vector<RosterSnapshot> savedEntries() const {
+        return historyEntries(saved());
+    }
     [[nodiscard]] std::size_t filesSetAside() const {
-        return std::size_t(std::ranges::count_if(
-            std::filesystem::directory_iterator(data()), [](const auto &file) {
-                return file.path().filename().string().find("unreadable") != std::string::npos;
+        return std::size_t(
+            std::ranges::count_if(std::filesystem::directory_iterator(data), [](const auto &each) {
+                return each.path().filename().string().find("unreadable") != std::string::npos;
             }));
     }
 };

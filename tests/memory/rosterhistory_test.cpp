@@ -6,7 +6,7 @@
 namespace ellwynd {
 namespace {
 
-using std::chrono::days;
+using std::chrono::hours;
 using std::chrono::seconds;
 using test::at;
 using test::entry;
@@ -14,29 +14,23 @@ using test::historyEntries;
 using test::HistoryTest;
 using test::historyText;
 using test::noon;
-using test::noonClock;
 using test::row;
 using testing::ElementsAre;
 
-constexpr auto fileName = test::historyFileName;
-
 TEST_F(HistoryTest, RoundTripsThroughItsFile) {
-    {
-        RosterHistory history(defaults, data(), noonClock);
-        history.record({row(2, "Concern", 3), row(1, "OK")}, 7, at("2026-09-24T12:00:00.75Z"));
-    }
+    open().record({row(2, "Concern", 3), row(1, "OK")}, 7, at("2026-09-24T12:00:00.75Z"));
     EXPECT_EQ(
         saved(),
         R"([{"courseID":7,"studentID":2,"recordedAt":"2026-09-24T12:00:00Z","level":"Concern","missingCount":3},)"
         R"({"courseID":7,"studentID":1,"recordedAt":"2026-09-24T12:00:00Z","level":"OK","missingCount":0}])");
-    const RosterHistory reopened(defaults, data(), noonClock);
+    const RosterHistory reopened = open();
     EXPECT_THAT(
         reopened.entries(), ElementsAre(entry(7, 2, noon, "Concern", 3), entry(7, 1, noon, "OK")));
     EXPECT_EQ(historyStatus(reopened), "1 day recorded.");
 }
 
 TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
-    RosterHistory history(defaults, data(), noonClock);
+    RosterHistory history = open();
     const Date yesterday = at("2026-09-24T04:59:59Z"); // 23:59:59 in Chicago
     const Date midnight = at("2026-09-24T05:00:00Z");
     const Date evening = at("2026-09-25T04:59:59Z");
@@ -52,31 +46,17 @@ TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
     EXPECT_NE(history.revision(7), ofSeven);
     EXPECT_EQ(history.revision(8), ofEight);
     history.record({}, 7, evening);
+    history.record({row(1, "OK")}, 7, noon, EntriesOfDay::kept);
+    history.record({row(1, "OK")}, 9, noon, EntriesOfDay::kept);
     EXPECT_THAT(
         history.entries(),
         ElementsAre(
             entry(7, 1, nextDay, "Concern"), entry(7, 1, yesterday, "Watch"),
-            entry(8, 1, midnight, "OK"), entry(7, 1, evening, "At Risk", 2)));
+            entry(8, 1, midnight, "OK"), entry(7, 1, evening, "At Risk", 2),
+            entry(9, 1, noon, "OK")));
     EXPECT_EQ(history.dayCount(), 3);
     EXPECT_EQ(history.entries(7, 1).size(), 3U);
     EXPECT_TRUE(history.entries(7, 2).empty()) << "has left the roster";
-}
-
-TEST_F(HistoryTest, ADayLastsFromMidnightToMidnight) {
-    RosterHistory history(defaults, std::nullopt, noonClock);
-    struct Row {
-        std::int64_t course;
-        const char *recorded;
-        bool isOfDay;
-    };
-    for (const Row &each :
-         {Row{7, "2026-09-24T04:59:59Z", false}, Row{7, "2026-09-24T05:00:00Z", true},
-          Row{7, "2026-09-25T04:59:59Z", true}, Row{7, "2026-09-25T05:00:00Z", false},
-          Row{8, "2026-09-24T12:00:00Z", false}}) {
-        history.fill({entry(each.course, 1, at(each.recorded), "OK")});
-        history.record({row(1, "Watch")}, 7, noon, EntriesOfDay::kept);
-        EXPECT_EQ(history.entries().size(), each.isOfDay ? 1U : 2U) << each.course << each.recorded;
-    }
 }
 
 TEST_F(HistoryTest, DropsOldEntriesAndThoseOfTheSampleCollege) {
@@ -86,68 +66,58 @@ TEST_F(HistoryTest, DropsOldEntriesAndThoseOfTheSampleCollege) {
         entry(899'999, 3, noon, "OK"),    entry(900'000, 4, noon, "OK"),
         entry(919'999, 5, noon, "Watch"), entry(920'000, 6, noon, "Purple")};
     write(historyText(entries));
-    const RosterHistory history(defaults, data(), noonClock);
-    std::vector<std::int64_t> kept;
-    for (const RosterSnapshot &each : history.entries())
-        kept.push_back(each.studentID);
-    EXPECT_THAT(kept, ElementsAre(1, 3, 6));
-    EXPECT_EQ(history.entries().back(), entries.back()) << "an unknown level is kept";
-    EXPECT_EQ(historyEntries(saved()), history.entries());
+    const RosterHistory history = open();
+    EXPECT_THAT(history.entries(), ElementsAre(entries[0], entries[2], entries[5]));
+    EXPECT_EQ(savedEntries(), history.entries());
     write(historyText({entry(900'001, 1, noon, "OK")}));
-    const RosterHistory pruned(defaults, data(), noonClock);
+    static_cast<void>(open());
     EXPECT_EQ(saved(), "[]") << "saved at once";
     write("[ ]");
-    const RosterHistory unchanged(defaults, data(), noonClock);
+    static_cast<void>(open());
     EXPECT_EQ(saved(), "[ ]") << "not saved without a reason";
 }
 
-TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
-    const std::string good =
+/// An entry in a file, in which a value is replaced by this JSON.
+std::string entryWith(std::string_view key, std::string_view value) {
+    std::string text =
         R"({"courseID":7,"studentID":1,"recordedAt":"2026-09-24T12:00:00Z","level":"OK","missingCount":0})";
-    const auto with = [&](std::string_view key, std::string_view value) {
-        std::string text = good;
-        const std::size_t begin = text.find(key);
-        const std::size_t end = text.find_first_of(",}", begin);
-        return "[" + text.replace(begin, end - begin, std::string(key) + std::string(value)) + "]";
+    const std::size_t begin = text.find(":", text.find(key)) + 1;
+    const std::size_t end = text.find_first_of(",}", begin);
+    return text.replace(begin, end - begin, value);
+}
+
+TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
+    const auto with = [](std::string_view key, std::string_view value) {
+        return "[" + entryWith(key, value) + "]";
     };
-    struct Row {
-        std::string bytes;
-        std::string problem;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[bytes, problem] : std::vector<std::pair<std::string, std::string>>{
              {"", "The file is empty."},
              {"{}", "Expected an array."},
-             {"[" + good, ""},
+             {"[" + entryWith("courseID", "7"), ""},
              {"[7]", "Entry 0: the entry has another type."},
-             {with("\"level\":", "1"), "Entry 0: level has another type."},
-             {with("\"level\":", "\"OK\",\"x\":"), ""},
-             {with("\"courseID\":", "7.0"), "Entry 0: courseID has another type."},
-             {with("\"missingCount\":", "true"), "Entry 0: missingCount has another type."},
-             {with("\"studentID\":", "\"9\""), "studentID has another type."},
+             {with("level", "1"), "Entry 0: level has another type."},
+             {with("level", "\"OK\",\"x\":"), ""},
+             {with("courseID", "7.0"), "Entry 0: courseID has another type."},
+             {with("missingCount", "true"), "Entry 0: missingCount has another type."},
+             {with("studentID", "\"9\""), "Entry 0: studentID has another type."},
              {"[1e999,]", "It is not valid JSON."},
-             {with("\"recordedAt\":", "\"2026-09-24\""), "Entry 0: recordedAt is not an instant."},
-             {with("\"recordedAt\":", "\"\""), "Entry 0: recordedAt is not an instant."},
-             {"[{}]", "is missing"},
+             {with("recordedAt", "\"2026-09-24\""), "Entry 0: recordedAt is not an instant."},
+             {with("recordedAt", "\"\""), "Entry 0: recordedAt is not an instant."},
              {R"([{"recordedAt":"2026-09-24T12:00:00Z"}])", "Entry 0: courseID is missing."},
-             {std::string(200, '[') + std::string(200, ']'), ""},
-         }) {
-        std::filesystem::remove_all(data());
+             {std::string(200, '[') + std::string(200, ']'), ""}}) {
+        std::filesystem::remove_all(data);
         test::LogCapture::lines().clear();
-        write(row.bytes);
-        RosterHistory history(defaults, data(), noonClock);
+        write(bytes);
+        RosterHistory history = open();
         EXPECT_TRUE(history.entries().empty());
-        ASSERT_EQ(test::LogCapture::lines().size(), 2U) << row.bytes;
         EXPECT_THAT(
-            test::LogCapture::lines()[0],
-            testing::AllOf(
-                testing::StartsWith("history: Couldn't read roster history: "),
-                testing::HasSubstr(row.problem)));
-        EXPECT_EQ(
-            test::LogCapture::lines()[1],
-            "history: Set it aside at RosterHistory.unreadable-1790251200.json");
-        EXPECT_EQ(folder.read("data/RosterHistory.unreadable-1790251200.json"), row.bytes);
-        history.record({test::row(1, "OK")}, 7, noon);
-        EXPECT_EQ(historyEntries(saved()).size(), 1U);
+            test::LogCapture::lines(),
+            ElementsAre(
+                testing::StartsWith("history: Couldn't read roster history: " + problem),
+                "history: Set it aside at RosterHistory.unreadable-1790251200.json"));
+        EXPECT_EQ(folder.read("data/RosterHistory.unreadable-1790251200.json"), bytes);
+        history.record({row(1, "OK")}, 7, noon);
+        EXPECT_EQ(savedEntries().size(), 1U);
     }
     write("again");
     static_cast<void>(open());
@@ -155,17 +125,11 @@ TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
 }
 
 TEST_F(HistoryTest, ANumberOutOfRangeCostsItsEntry) {
-    const auto entryWith = [](const char *course, const char *student, const char *missing) {
-        return fmt::format(
-            R"({{"courseID":{},"studentID":{},"recordedAt":"2026-09-24T12:00:00Z",)"
-            R"("level":"OK","missingCount":{}}})",
-            course, student, missing);
-    };
     for (const char *number :
          {"1e999", "-1e999", "1e300", "9223372036854775808", "99999999999999999999999", "null"}) {
         write(
-            "[" + entryWith(number, "1", "0") + "," + entryWith("7", "2", "0") + "," +
-            entryWith("7", number, "0") + "," + entryWith("7", "3", number) + "]");
+            "[" + entryWith("courseID", number) + "," + entryWith("studentID", "2") + "," +
+            entryWith("studentID", number) + "," + entryWith("missingCount", number) + "]");
         EXPECT_THAT(open().entries(), ElementsAre(entry(7, 2, noon, "OK"))) << number;
     }
     EXPECT_THAT(test::LogCapture::lines(), testing::IsEmpty());
@@ -192,28 +156,27 @@ TEST_F(HistoryTest, AFileOfSeveralPartsIsReadAsAWhole) {
 }
 
 TEST_F(HistoryTest, AFileThatIsUnavailableIsNeitherSetAsideNorReplaced) {
-    RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon);
+    open().record({row(1, "Watch")}, 7, noon);
     const std::string before = saved();
     // A link to itself stands for a file that can be replaced but not read.
-    std::filesystem::rename(data() / fileName, data() / "elsewhere");
-    std::filesystem::create_symlink(fileName, data() / fileName);
-    RosterHistory history(defaults, data(), noonClock);
+    std::filesystem::rename(file, data / "elsewhere");
+    std::filesystem::create_symlink(file.filename(), file);
+    RosterHistory history = open();
     EXPECT_THAT(
         test::LogCapture::lines(),
         ElementsAre(testing::StartsWith("history: Couldn't read roster history: ")));
     history.record({row(2, "OK")}, 8, noon);
-    EXPECT_TRUE(std::filesystem::is_symlink(data() / fileName));
+    EXPECT_TRUE(std::filesystem::is_symlink(file));
     EXPECT_FALSE(history.isSaved());
     EXPECT_THAT(history.entries(), ElementsAre(entry(8, 2, noon, "OK")));
     history.saveUnsaved();
     EXPECT_FALSE(history.isSaved());
 
-    std::filesystem::rename(data() / "elsewhere", data() / fileName);
+    std::filesystem::rename(data / "elsewhere", file);
     EXPECT_EQ(saved(), before);
     history.saveUnsaved();
     EXPECT_TRUE(history.isSaved());
-    EXPECT_THAT(
-        historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch"), entry(8, 2, noon, "OK")));
+    EXPECT_THAT(savedEntries(), ElementsAre(entry(7, 1, noon, "Watch"), entry(8, 2, noon, "OK")));
     EXPECT_EQ(filesSetAside(), 0U);
 }
 
@@ -225,7 +188,7 @@ TEST_F(HistoryTest, CopiesSetAsideGoWithTheHistory) {
     };
     const auto kept = copy(31'536'000);
     const auto expired = copy(31'536'001);
-    RosterHistory history(defaults, data(), noonClock);
+    RosterHistory history = open();
     EXPECT_TRUE(std::filesystem::exists(kept));
     EXPECT_FALSE(std::filesystem::exists(expired));
     EXPECT_EQ(filesSetAside(), 2U) << "with the file of today";
@@ -242,81 +205,41 @@ TEST_F(HistoryTest, CopiesSetAsideGoWithTheHistory) {
     EXPECT_FALSE(std::filesystem::exists(atDelete));
 }
 
-TEST_F(HistoryTest, AFileThatCannotBeRemovedIsEmptiedLater) {
-    RosterHistory history(defaults, data(), noonClock);
-    history.record({row(1, "Watch")}, 7, noon);
+TEST_F(HistoryTest, AFileThatCannotBeRemovedIsEmptiedAtTheEnd) {
     const std::filesystem::path elsewhere = folder.path() / "elsewhere";
-    std::filesystem::rename(data(), elsewhere);
-    std::filesystem::create_symlink(data(), data());
-    history.deleteAll();
-    EXPECT_TRUE(history.entries().empty());
-    EXPECT_FALSE(history.isSaved());
-    std::filesystem::remove(data());
-    std::filesystem::rename(elsewhere, data());
-    history.saveUnsaved();
-    EXPECT_TRUE(history.isSaved());
+    {
+        RosterHistory history = open();
+        history.record({row(1, "Watch")}, 7, noon);
+        std::filesystem::rename(data, elsewhere);
+        std::filesystem::create_symlink(data, data);
+        history.deleteAll();
+        EXPECT_TRUE(history.entries().empty());
+        EXPECT_FALSE(history.isSaved());
+        std::filesystem::remove(data);
+        std::filesystem::rename(elsewhere, data);
+    }
     EXPECT_EQ(saved(), "[]");
 }
 
-TEST_F(HistoryTest, WhatCouldNotBeSavedIsSavedAtTheEnd) {
-    folder.write("data", "in the way");
-    {
-        RosterHistory history(defaults, data(), noonClock);
-        history.record({row(1, "Watch")}, 7, noon);
-        EXPECT_FALSE(history.isSaved());
-        std::filesystem::remove(data());
-    }
-    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(7, 1, noon, "Watch")));
-}
-
 TEST_F(HistoryTest, AnUnsavedVisitDoesNotReplaceALaterOne) {
-    RosterHistory window(defaults, data(), noonClock);
+    RosterHistory window = open();
     folder.write("data", "in the way");
     window.record({row(1, "Watch")}, 7, noon);
     window.record({row(1, "Watch")}, 8, noon);
     EXPECT_FALSE(window.isSaved());
-    std::filesystem::remove(data());
+    std::filesystem::remove(data);
     const Date later = noon + seconds(60);
     const Date earlier = noon - seconds(60);
-    {
-        RosterHistory commandLine(defaults, data(), noonClock);
-        commandLine.record({row(2, "At Risk")}, 7, later);
-        commandLine.record({row(2, "At Risk")}, 8, earlier);
-    }
+    open().record({row(2, "At Risk")}, 7, later);
+    open().record({row(2, "At Risk")}, 8, earlier);
     window.saveUnsaved();
     EXPECT_THAT(
-        historyEntries(saved()),
-        ElementsAre(entry(7, 2, later, "At Risk"), entry(8, 1, noon, "Watch")));
-    EXPECT_EQ(historyEntries(saved()), window.entries());
-}
-
-TEST_F(HistoryTest, LaunchArgumentsDeleteNothingWhenThePreferenceChanges) {
-    struct Row {
-        std::optional<bool> argument;
-        bool saved;
-        bool deletes;
-    };
-    for (const Row &each :
-         {Row{std::nullopt, true, false}, Row{std::nullopt, false, true}, Row{true, true, false},
-          Row{true, false, true}, Row{false, true, false}, Row{false, false, true}}) {
-        std::filesystem::remove_all(data());
-        std::filesystem::remove(folder.path() / "Preferences.json");
-        RosterHistory(defaults, data(), noonClock).record({row(1, "Watch")}, 7, noon);
-        PreferenceMap arguments;
-        if (each.argument)
-            arguments.emplace(preferences::rememberRosterHistory.name, *each.argument);
-        UserDefaults started(folder.path() / "Preferences.json", arguments);
-        started.set(preferences::rememberRosterHistory, !each.saved);
-        const RosterHistory history(started, data(), noonClock);
-        started.set(preferences::rememberRosterHistory, each.saved);
-        EXPECT_EQ(history.entries().empty(), each.deletes);
-        EXPECT_EQ(std::filesystem::exists(data() / fileName), !each.deletes);
-    }
+        savedEntries(), ElementsAre(entry(7, 2, later, "At Risk"), entry(8, 1, noon, "Watch")));
+    EXPECT_EQ(savedEntries(), window.entries());
 }
 
 TEST_F(HistoryTest, DeletedEntriesAreRestoredExceptThoseRecordedSince) {
-    using std::chrono::hours;
-    RosterHistory history(defaults, data(), noonClock);
+    RosterHistory history = open();
     history.record({row(1, "Watch"), row(2, "OK")}, 7, noon - hours(24));
     history.record({row(1, "At Risk"), row(3, "OK")}, 7, noon - hours(2));
     history.record({row(1, "OK")}, 8, noon - hours(1));
@@ -324,50 +247,49 @@ TEST_F(HistoryTest, DeletedEntriesAreRestoredExceptThoseRecordedSince) {
     EXPECT_EQ(historyStatus(history), "2 days recorded.");
     const std::vector<RosterSnapshot> before = history.entries();
     // Another process records a visit that this one has not read yet.
-    RosterHistory elsewhere(defaults, data(), noonClock);
-    elsewhere.record({row(4, "OK")}, 9, noon - hours(1));
+    open().record({row(4, "OK")}, 9, noon - hours(1));
     const HistoryVisits deleted = history.deleteAll();
     EXPECT_EQ(snapshotsOf(deleted).size(), before.size() + 1);
     EXPECT_EQ(historyContents(history), "");
-    EXPECT_FALSE(std::filesystem::exists(data() / "RosterHistory.json"));
+    EXPECT_FALSE(std::filesystem::exists(file));
 
     history.record({row(1, "Concern")}, 7, noon);
     EXPECT_TRUE(history.restore(deleted));
     EXPECT_EQ(test::LogCapture::lines().back(), "history: Roster history restored");
     EXPECT_THAT(
         history.entries(),
-        testing::ElementsAre(
-            before[0], before[1], before[4], test::entry(9, 4, noon - hours(1), "OK"),
-            test::entry(7, 1, noon, "Concern")));
-    EXPECT_EQ(RosterHistory(defaults, data(), noonClock).entries(), history.entries());
+        ElementsAre(
+            before[0], before[1], before[4], entry(9, 4, noon - hours(1), "OK"),
+            entry(7, 1, noon, "Concern")));
+    EXPECT_EQ(open().entries(), history.entries());
     defaults.set(preferences::rememberRosterHistory, false);
     EXPECT_FALSE(history.restore(deleted));
     EXPECT_TRUE(history.entries().empty());
 }
 
 TEST_F(HistoryTest, TwoProcessesKeepEachOthersEntries) {
-    RosterHistory window(defaults, data(), noonClock);
-    RosterHistory commandLine(defaults, data(), noonClock);
+    RosterHistory window = open();
+    RosterHistory commandLine = open();
     commandLine.record({row(1, "Watch")}, 7, noon);
     window.record({row(2, "OK")}, 8, noon);
     commandLine.record({row(3, "OK")}, 9, noon);
-    EXPECT_EQ(historyEntries(saved()).size(), 3U);
+    EXPECT_EQ(savedEntries().size(), 3U);
     commandLine.deleteAll();
     window.record({row(4, "OK")}, 8, noon);
-    EXPECT_THAT(historyEntries(saved()), ElementsAre(entry(8, 4, noon, "OK")))
+    EXPECT_THAT(savedEntries(), ElementsAre(entry(8, 4, noon, "OK")))
         << "entries deleted by another process must not come back";
     write("broken");
     window.record({row(5, "OK")}, 9, noon);
-    EXPECT_EQ(historyEntries(saved()).size(), 2U);
+    EXPECT_EQ(savedEntries().size(), 2U);
     EXPECT_EQ(filesSetAside(), 1U);
 }
 
 TEST_F(HistoryTest, UnsavedChangesAreSavedWithTheNextOne) {
-    RosterHistory window(defaults, data(), noonClock);
+    RosterHistory window = open();
     window.record({row(1, "Watch")}, 7, noon);
     // The folder is moved away and replaced by a file.
     const auto elsewhere = folder.path() / "elsewhere";
-    std::filesystem::rename(data(), elsewhere);
+    std::filesystem::rename(data, elsewhere);
     folder.write("data", "in the way");
     window.record({row(2, "OK")}, 8, noon);
     EXPECT_THAT(
@@ -375,46 +297,31 @@ TEST_F(HistoryTest, UnsavedChangesAreSavedWithTheNextOne) {
         testing::StartsWith("history: Couldn't save roster history: "));
     EXPECT_EQ(window.entries().size(), 2U);
     // It is moved back, and another process records an entry.
-    std::filesystem::remove(data());
-    std::filesystem::rename(elsewhere, data());
-    RosterHistory(defaults, data(), noonClock).record({row(9, "OK")}, 9, noon);
+    std::filesystem::remove(data);
+    std::filesystem::rename(elsewhere, data);
+    open().record({row(9, "OK")}, 9, noon);
     window.record({row(3, "OK")}, 10, noon);
-    EXPECT_EQ(historyEntries(saved()).size(), 4U);
+    EXPECT_EQ(savedEntries().size(), 4U);
     // Removing the whole folder does not clear the in-memory state.
-    std::filesystem::remove_all(data());
+    std::filesystem::remove_all(data);
     window.record({row(4, "OK")}, 11, noon);
-    EXPECT_EQ(historyEntries(saved()).size(), 5U);
+    EXPECT_EQ(savedEntries().size(), 5U);
 }
 
 TEST_F(HistoryTest, SwitchingOffDeletesEntriesAndStopsRecording) {
-    RosterHistory history(defaults, data(), noonClock);
+    RosterHistory history = open();
     int signalled = 0;
     QObject::connect(&history, &RosterHistory::historyDidChange, &history, [&] { ++signalled; });
     history.record({row(1, "Watch")}, 7, noon);
     defaults.set(preferences::rememberRosterHistory, false);
     EXPECT_TRUE(history.entries().empty());
-    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
+    EXPECT_FALSE(std::filesystem::exists(file));
     EXPECT_EQ(test::LogCapture::lines().back(), "history: Roster history deleted");
     history.record({row(1, "Watch")}, 7, noon);
     EXPECT_EQ(signalled, 2);
     EXPECT_EQ(historyStatus(history), "Nothing recorded.");
     defaults.set("RememberRosterHistory", std::string("neither"));
     EXPECT_TRUE(history.isEnabled());
-
-    // Switched off by another process.
-    history.record({row(1, "Watch")}, 7, noon);
-    UserDefaults(folder.path() / "Preferences.json", {})
-        .set(preferences::rememberRosterHistory, false);
-    EXPECT_TRUE(std::filesystem::exists(data() / fileName));
-    defaults.reloadIfChanged();
-    EXPECT_TRUE(history.entries().empty());
-    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
-    defaults.remove("RememberRosterHistory");
-
-    RosterHistory inMemory(defaults, std::nullopt, noonClock);
-    inMemory.record({row(1, "Watch")}, 900'101, noon);
-    EXPECT_EQ(inMemory.entries().size(), 1U);
-    EXPECT_FALSE(std::filesystem::exists(data() / fileName));
 }
 
 } // namespace

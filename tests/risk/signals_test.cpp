@@ -100,13 +100,9 @@ TEST(Signals, CoverageAgreesWithTheRows) {
 }
 
 TEST(Signals, TheFloorNamesTheRule) {
-    struct Row {
-        const char *what;
-        Classroom room;
-        std::optional<ScoreFloor> floor;
-    };
     const auto graded = [](double score) { return Classroom().student(1, score); };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[what, room, floor] :
+         std::vector<std::tuple<const char *, Classroom, std::optional<ScoreFloor>>>{
              {"passing", graded(80), std::nullopt},
              {"just below passing", graded(69), ScoreFloor::belowPassing},
              {"below passing, and more than the minimum", graded(55), std::nullopt},
@@ -114,9 +110,8 @@ TEST(Signals, TheFloorNamesTheRule) {
              {"most work missing", graded(90).missing(1, {1, 2}).handedIn(1, {3, 4}),
               ScoreFloor::mostWorkMissing},
              {"failing, and most work missing", graded(50).missing(1, {1, 2}),
-              ScoreFloor::failingGrade}}) {
-        EXPECT_EQ(row.room.row(1).floor, row.floor) << row.what;
-    }
+              ScoreFloor::failingGrade}})
+        EXPECT_EQ(room.row(1).floor, floor) << what;
 }
 
 TEST(Signals, CoverageSaysWhatIsNotKnown) {
@@ -147,37 +142,26 @@ TEST(Signals, CoverageSaysWhatIsNotKnown) {
     }
     Classroom quietAtTheEnd = quiet;
     quietAtTheEnd.termEndsAt = test::noon;
-    constexpr auto counted =
-        "Missing work is counted, not weighed: the course has no usable weights.";
     constexpr auto nothing = "Nothing is due, handed in or graded so far.";
-    struct Row {
-        const char *what;
-        Classroom room;
-        Signal signal;
-        bool counts;
-        std::string note;
-    };
-    for (const Row &row : std::vector<Row>{
-             {"full", full(), Signal::missing, true, ""},
-             {"full", full(), Signal::inactivity, true, ""},
-             {"unweighted", unweighted, Signal::missing, true, counted},
-             {"unweighted", unweighted, Signal::pastDue, true, ""},
-             {"nothing set", nothingSet, Signal::missing, false, nothing},
-             {"nothing set", nothingSet, Signal::pastDue, false, nothing},
-             {"no grades", ungraded, Signal::grade, false, "There are no grades yet."},
-             {"one grade less", partly, Signal::grade, true, "1 student has no score yet."},
-             {"no time", withoutTime, Signal::time, false, "Canvas reports no time in course."},
-             {"no activity", withoutActivity, Signal::inactivity, false,
-              "Canvas reports no activity."},
-             {"ended", ended, Signal::inactivity, false, "Left out, since the term has ended."},
-             {"quiet", quiet, Signal::inactivity, false,
-              "Left out, since most of the class is quiet."},
-             {"quiet, at the end of the term", quietAtTheEnd, Signal::inactivity, false,
-              "Left out, since most of the class is quiet."}}) {
-        const SignalCoverage entry = row.room.scored().coverage[std::size_t(row.signal)];
-        EXPECT_EQ(entry.signal, row.signal);
-        EXPECT_EQ(entry.counts, row.counts) << row.what;
-        EXPECT_EQ(entry.note, row.note) << row.what;
+    constexpr auto isQuiet = "Left out, since most of the class is quiet.";
+    for (const auto &[room, expected] : std::vector<std::pair<Classroom, SignalCoverage>>{
+             {full(), {Signal::missing, true, ""}},
+             {full(), {Signal::inactivity, true, ""}},
+             {unweighted,
+              {Signal::missing, true,
+               "Missing work is counted, not weighed: the course has no usable weights."}},
+             {unweighted, {Signal::pastDue, true, ""}},
+             {nothingSet, {Signal::missing, false, nothing}},
+             {nothingSet, {Signal::pastDue, false, nothing}},
+             {ungraded, {Signal::grade, false, "There are no grades yet."}},
+             {partly, {Signal::grade, true, "1 student has no score yet."}},
+             {withoutTime, {Signal::time, false, "Canvas reports no time in course."}},
+             {withoutActivity, {Signal::inactivity, false, "Canvas reports no activity."}},
+             {ended, {Signal::inactivity, false, "Left out, since the term has ended."}},
+             {quiet, {Signal::inactivity, false, isQuiet}},
+             {quietAtTheEnd, {Signal::inactivity, false, isQuiet}}}) {
+        const SignalCoverage entry = room.scored().coverage[std::size_t(expected.signal)];
+        EXPECT_EQ(entry, expected) << signalName(entry.signal) << ": " << entry.note;
     }
     for (const SignalCoverage &entry : Classroom().student(1).scored().coverage)
         EXPECT_FALSE(entry.counts) << "all absent: " << signalName(entry.signal);

@@ -11,23 +11,15 @@ using test::at;
 using namespace std::chrono_literals;
 
 TEST(Date, ParsesEveryInstantFormat) {
-    struct Row {
-        const char *text;
-        const char *utc;
-    };
-    for (const Row &row : {
-             Row{"2026-09-03T14:05:09Z", "2026-09-03T14:05:09Z"},
-             Row{"2026-09-03T14:05:09-06:00", "2026-09-03T20:05:09Z"},
-             Row{"2026-09-03T14:05:09+0530", "2026-09-03T08:35:09Z"},
-             Row{"2026-09-03T00:05:09+02", "2026-09-02T22:05:09Z"},
-             Row{"2024-02-29T23:59:59.999999999Z", "2024-02-29T23:59:59Z"},
-             Row{"1969-12-31T23:59:59Z", "1969-12-31T23:59:59Z"},
-             Row{"0001-01-01T00:00:00Z", "0001-01-01T00:00:00Z"},
-         }) {
-        const auto date = parseInstant(row.text);
-        ASSERT_TRUE(date) << row.text;
-        EXPECT_EQ(formatInstant(*date), row.utc) << row.text;
-    }
+    for (const auto &[text, utc] :
+         {std::pair{"2026-09-03T14:05:09Z", "2026-09-03T14:05:09Z"},
+          {"2026-09-03T14:05:09-06:00", "2026-09-03T20:05:09Z"},
+          {"2026-09-03T14:05:09+0530", "2026-09-03T08:35:09Z"},
+          {"2026-09-03T00:05:09+02", "2026-09-02T22:05:09Z"},
+          {"2024-02-29T23:59:59.999999999Z", "2024-02-29T23:59:59Z"},
+          {"1969-12-31T23:59:59Z", "1969-12-31T23:59:59Z"},
+          {"0001-01-01T00:00:00Z", "0001-01-01T00:00:00Z"}})
+        EXPECT_EQ(formatInstant(at(text)), utc) << text;
     EXPECT_EQ(at("2026-09-03T14:05:09.25Z") - at("2026-09-03T14:05:09Z"), 250ms);
     EXPECT_EQ(at("2026-09-03T14:05:09.0000019Z") - at("2026-09-03T14:05:09Z"), 1us);
 }
@@ -68,29 +60,23 @@ TEST(Date, WholeDaysAreTruncatedTowardZero) {
 
 // The tests run in Chicago time, where the clocks change on 2026-03-08 and 2026-11-01.
 TEST(Calendar, DaysFollowTheZone) {
-    EXPECT_EQ(
-        formatInstant(calendar::startOfDay(at("2026-09-24T04:59:59Z"))), "2026-09-23T05:00:00Z");
-    EXPECT_EQ(
-        formatInstant(calendar::startOfDay(at("2026-09-24T05:00:00Z"))), "2026-09-24T05:00:00Z");
+    const Date midnight = at("2026-09-24T05:00:00Z");
+    EXPECT_EQ(calendar::startOfDay(midnight - 1s), midnight - 24h);
+    EXPECT_EQ(calendar::startOfDay(midnight), midnight);
     EXPECT_EQ(calendar::daysBetween(at("2026-10-31T18:00:00Z"), at("2026-11-02T06:30:00Z")), 2);
     EXPECT_EQ(calendar::daysBetween(at("2026-03-07T18:00:00Z"), at("2026-03-09T05:30:00Z")), 2);
-    EXPECT_EQ(calendar::daysBetween(at("2026-09-24T05:00:00Z"), at("2026-09-24T04:59:59Z")), -1);
-    EXPECT_EQ(calendar::dayKey(at("2026-09-24T04:59:59Z")), "2026-09-23");
-    struct Row {
-        const char *noon;
-        const char *begins;
-        const char *ends;
-        const char *noonTwoWeeksBefore;
-    };
-    for (const Row &row :
-         {Row{"2026-03-08T17:00:00Z", "2026-03-08T06:00:00Z", "2026-03-09T05:00:00Z",
+    EXPECT_EQ(calendar::daysBetween(midnight, midnight - 1s), -1);
+    EXPECT_EQ(calendar::dayKey(midnight - 1s), "2026-09-23");
+    for (const auto &[text, begins, ends, twoWeeksBefore] :
+         {std::tuple{
+              "2026-03-08T17:00:00Z", "2026-03-08T06:00:00Z", "2026-03-09T05:00:00Z",
               "2026-02-22T18:00:00Z"},
-          Row{"2026-11-01T18:00:00Z", "2026-11-01T05:00:00Z", "2026-11-02T06:00:00Z",
-              "2026-10-18T17:00:00Z"}}) {
-        const Date noon = at(row.noon);
-        EXPECT_EQ(formatInstant(calendar::startOfDay(noon)), row.begins);
-        EXPECT_EQ(formatInstant(calendar::startOfNextDay(noon)), row.ends);
-        EXPECT_EQ(formatInstant(calendar::daysBefore(noon, 14)), row.noonTwoWeeksBefore);
+          {"2026-11-01T18:00:00Z", "2026-11-01T05:00:00Z", "2026-11-02T06:00:00Z",
+           "2026-10-18T17:00:00Z"}}) {
+        const Date noon = at(text);
+        EXPECT_EQ(formatInstant(calendar::startOfDay(noon)), begins);
+        EXPECT_EQ(formatInstant(calendar::startOfNextDay(noon)), ends);
+        EXPECT_EQ(formatInstant(calendar::daysBefore(noon, 14)), twoWeeksBefore);
     }
 }
 

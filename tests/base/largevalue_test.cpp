@@ -1,7 +1,5 @@
 #include "base/largevalue.h"
-
-#include <QCoreApplication>
-#include <QDeadlineTimer>
+#include "support/until.h"
 
 #include <gtest/gtest.h>
 
@@ -28,10 +26,7 @@ TEST(LargeValue, IsReleasedByAnotherThreadAfterItsLastOwnerAndTheEvent) {
     EXPECT_EQ(**second, 7);
     second.reset();
     EXPECT_EQ(releasing.wait_for(0s), std::future_status::timeout) << "in the same event";
-    const QDeadlineTimer limit(10s);
-    while (releasing.wait_for(0s) != std::future_status::ready && !limit.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-    ASSERT_EQ(releasing.wait_for(0s), std::future_status::ready);
+    ASSERT_TRUE(test::until([&] { return releasing.wait_for(0s) == std::future_status::ready; }));
     EXPECT_NE(releasing.get(), std::this_thread::get_id());
 }
 

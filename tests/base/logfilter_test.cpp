@@ -6,36 +6,31 @@ namespace ellwynd {
 namespace {
 
 TEST(LogFilter, RulesChooseByCategoryAndLevel) {
-    /// What is written for "network", "sync" and another category: "i" for both levels, "e" for
-    /// errors only, "-" for nothing.
-    struct Row {
-        const char *text;
-        const char *written;
-    };
-    for (const Row &row : {
-             Row{"", "iii"},
-             Row{"  ", "iii"},
-             Row{"*", "iii"},
-             Row{"*:info", "iii"},
-             Row{"*:error", "eee"},
-             Row{"network", "i--"},
-             Row{"network,sync:error", "ie-"},
-             Row{" network : info , sync : off,*:error", "i-e"},
-             Row{"*:error,network", "iee"},
-             Row{"network,", "i--"},
-             Row{"network:off,network:error", "e--"},
-             Row{"Network,net", "---"},
-         }) {
-        const auto filter = LogFilter::parse(row.text);
-        ASSERT_TRUE(filter) << row.text;
+    // What is written for "network", "sync" and another category: "i" for both levels, "e" for
+    // errors only, "-" for nothing.
+    for (const auto &[text, expected] :
+         {std::pair{"", "iii"},
+          {"  ", "iii"},
+          {"*", "iii"},
+          {"*:info", "iii"},
+          {"*:error", "eee"},
+          {"network", "i--"},
+          {"network,sync:error", "ie-"},
+          {" network : info , sync : off,*:error", "i-e"},
+          {"*:error,network", "iee"},
+          {"network,", "i--"},
+          {"network:off,network:error", "e--"},
+          {"Network,net", "---"}}) {
+        const auto filter = LogFilter::parse(text);
+        ASSERT_TRUE(filter) << text;
         std::string written;
         for (const char *category : {"network", "sync", "widgets"}) {
             const bool error = filter->allows(category, Log::Level::error);
             const bool info = filter->allows(category, Log::Level::info);
-            EXPECT_TRUE(error || !info) << row.text;
+            EXPECT_TRUE(error || !info) << text;
             written += info ? "i" : error ? "e" : "-";
         }
-        EXPECT_EQ(written, row.written) << row.text;
+        EXPECT_EQ(written, expected) << text;
     }
 }
 

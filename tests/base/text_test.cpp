@@ -19,54 +19,39 @@ TEST(Text, TrimPluralAndJoin) {
 }
 
 TEST(Text, OneLineReplacesControlCharacters) {
-    struct Row {
-        std::string text;
-        std::string line;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[text, line] : std::vector<std::pair<std::string, std::string>>{
              {"a\nb\tc\r\nd", "a b c  d"},
              {std::string("\x1b[31m\x7f\0x", 8), " [31m  x"},
-             {"csi \xc2\x9b"
-              "31m, nbsp\xc2\xa0"
-              "é",
-              "csi  31m, nbsp\xc2\xa0é"},
-             {"cut \xc2"
-              "A\xc2",
-              "cut \xc2"
-              "A\xc2"}})
-        EXPECT_EQ(oneLine(row.text), row.line);
+             {"csi \u009b31m, nbsp\u00a0é", "csi  31m, nbsp\u00a0é"},
+             {"cut \xc2 A\xc2", "cut \xc2 A\xc2"}})
+        EXPECT_EQ(oneLine(text), line);
 }
 
 TEST(Text, DisplayWidthIsInTerminalColumnsInAnyLocale) {
-    struct Row {
-        const char *what;
-        const char *text;
-        std::size_t columns;
-    };
     for (const char *locale : {"C", "C.UTF-8"}) {
         ASSERT_NE(std::setlocale(LC_ALL, locale), nullptr);
-        for (const Row &row :
-             {Row{"ASCII", "Anna", 4},
-              Row{"a precomposed letter", "é", 1},
-              Row{"a combining mark", "e\u0301", 1},
-              Row{"Thai vowels and tones", "นี้ที่", 2},
-              Row{"Thai sara am", "กำ", 2},
-              Row{"Hindi", "हिन्दी", 5},
-              Row{"Tamil", "தமிழ்", 4},
-              Row{"pointed Hebrew", "שָׁלוֹם", 4},
-              Row{"pointed Arabic", "مُحَمَّد", 4},
-              Row{"Chinese", "各位", 4},
-              Row{"Korean", "한국", 4},
-              Row{"Korean in jamo", "\u1112\u1161\u11ab", 2},
-              Row{"half-width katakana", "ｱ", 1},
-              Row{"full-width letters", "ＡＢ", 4},
-              Row{"emoji outside the newer blocks", "✅⭐", 4},
-              Row{"emoji", "👩", 2},
-              Row{"a variation selector", "❤\ufe0f", 1},
-              Row{"a zero-width joiner", "\u200d", 0},
-              Row{"bidirectional controls", "\u200e\u202a\u2069", 0},
-              Row{"not UTF-8", "a\xff\xc3", 3}})
-            EXPECT_EQ(displayWidth(row.text), row.columns) << row.what << " in " << locale;
+        for (const auto &[what, text, columns] :
+             {std::tuple{"ASCII", "Anna", 4U},
+              {"a precomposed letter", "é", 1},
+              {"a combining mark", "e\u0301", 1},
+              {"Thai vowels and tones", "นี้ที่", 2},
+              {"Thai sara am", "กำ", 2},
+              {"Hindi", "हिन्दी", 5},
+              {"Tamil", "தமிழ்", 4},
+              {"pointed Hebrew", "שָׁלוֹם", 4},
+              {"pointed Arabic", "مُحَمَّد", 4},
+              {"Chinese", "各位", 4},
+              {"Korean", "한국", 4},
+              {"Korean in jamo", "\u1112\u1161\u11ab", 2},
+              {"half-width katakana", "ｱ", 1},
+              {"full-width letters", "ＡＢ", 4},
+              {"emoji outside the newer blocks", "✅⭐", 4},
+              {"emoji", "👩", 2},
+              {"a variation selector", "❤\ufe0f", 1},
+              {"a zero-width joiner", "\u200d", 0},
+              {"bidirectional controls", "\u200e\u202a\u2069", 0},
+              {"not UTF-8", "a\xff\xc3", 3}})
+            EXPECT_EQ(displayWidth(text), columns) << what << " in " << locale;
     }
     std::setlocale(LC_ALL, "C");
 }

@@ -40,15 +40,10 @@ const RiskRow nothing = student(std::nullopt, std::nullopt, {});
 TEST(MessageTemplate, DefaultTemplatesOmitMissingValues) {
     const auto templates = defaultTemplates(test::noon);
     ASSERT_EQ(templates.size(), 3U);
-    const MessageTemplate &email = templates[0];
-    const MessageTemplate &brief = templates[1];
-    const MessageTemplate &referral = templates[2];
-    const RiskRow noScore = student(RiskLevel::watch, std::nullopt, {"Essay 1"});
-    const RiskRow noMissing = student(RiskLevel::concern, 72.5, {});
     const RiskRow noLevel = student(std::nullopt, 72.49, {"Essay 1"});
     struct Row {
         const char *name;
-        const MessageTemplate &message;
+        std::size_t index;
         const RiskRow &student;
         std::string text;
     };
@@ -61,36 +56,27 @@ TEST(MessageTemplate, DefaultTemplatesOmitMissingValues) {
             "to catch up.";
     };
     const Row rows[] = {
-        {"email, everything", email, everything,
+        {"email, everything", 0, everything,
          emailWith("• 2 assignment(s) showing as missing:\n    – Essay 1\n    – Quiz 3\n"
                    "• Your current score is 49%, and passing is 70%.\n")},
-        {"email, nothing", email, nothing, emailWith("")},
-        {"email, no score", email, noScore,
-         emailWith("• 1 assignment(s) showing as missing:\n    – Essay 1\n")},
-        {"email, no missing work", email, noMissing,
-         emailWith("• Your current score is 73%, and passing is 70%.\n")},
-        {"short, everything", brief, everything,
+        {"email, nothing", 0, nothing, emailWith("")},
+        {"short, everything", 1, everything,
          "Hi Ana — quick check-in on Bio 101.\n\nMissing (2):\n    – Essay 1\n    – Quiz 3\n\n"
          "Current score: 49%, passing is 70%\n\n"
          "If something is getting in the way, let me know and we'll sort out a plan."},
-        {"short, nothing", brief, nothing,
+        {"short, nothing", 1, nothing,
          "Hi Ana — quick check-in on Bio 101.\n\n\n\n"
          "If something is getting in the way, let me know and we'll sort out a plan."},
-        {"short, no missing work", brief, noMissing,
-         "Hi Ana — quick check-in on Bio 101.\n\n\nCurrent score: 73%, passing is 70%\n\n"
-         "If something is getting in the way, let me know and we'll sort out a plan."},
-        {"referral, everything", referral, everything,
+        {"referral, everything", 2, everything,
          "Ana María Ruiz — Bio 101\nFlag: At Risk\nCurrent score: 49% (passing 70%)\n"
          "Missing (2):\n    – Essay 1\n    – Quiz 3"},
-        {"referral, nothing", referral, nothing, "Ana María Ruiz — Bio 101"},
-        {"referral, no level", referral, noLevel,
+        {"referral, nothing", 2, nothing, "Ana María Ruiz — Bio 101"},
+        {"referral, no level", 2, noLevel,
          "Ana María Ruiz — Bio 101\nCurrent score: 72% (passing 70%)\n"
          "Missing (1):\n    – Essay 1"},
-        {"referral, no score", referral, noScore,
-         "Ana María Ruiz — Bio 101\nFlag: Watch\nMissing (1):\n    – Essay 1"},
     };
     for (const Row &row : rows)
-        EXPECT_EQ(fill(row.message, row.student, "Bio 101", 69.5), row.text) << row.name;
+        EXPECT_EQ(fill(templates[row.index], row.student, "Bio 101", 69.5), row.text) << row.name;
 }
 
 TEST(MessageTemplate, FillsPlaceholdersInTheirOrder) {
@@ -111,7 +97,6 @@ TEST(MessageTemplate, FillsPlaceholdersInTheirOrder) {
     };
     const Row rows[] = {
         {"", everything, ""},
-        {"\n\n", everything, ""},
         {" \u00A0\t\r\nHi\n\n ", everything, "Hi"},
         {"{score} {score}{passing}", everything, "49% 49%70%"},
         {"{Name} {unknown} {name", everything, "{Name} {unknown} {name"},
@@ -127,8 +112,6 @@ TEST(MessageTemplate, FillsPlaceholdersInTheirOrder) {
         {"{name}", named("\u202Eevil <b>"), "\u202Eevil <b>"},
         // A value may contain a later placeholder.
         {"{name}", braces, "At Risk {first_name} O'Neil {missing_count"},
-        {"{first_name}", loop, "{name}"},
-        {"{name}", loop, "{name}"},
         {"{first_name} {name}", loop, "{name} {name}"},
         {"a\n{name}", unflagged, "a"},
         {"{missing_list}", list,
@@ -182,7 +165,6 @@ TEST(MessageTemplates, BracesAroundOtherTextAreFound) {
     }
     EXPECT_EQ(titleOf({.name = " \n "}), "(no name)");
     EXPECT_EQ(titleOf({.name = "A\n b"}), "A b");
-    EXPECT_EQ(firstNameOf("  Ana  María Ruiz"), "Ana");
 }
 
 } // namespace

@@ -29,12 +29,6 @@ struct MovementNotifierTest : testing::Test {
     }
 };
 
-TEST(MovementTexts, TitlesCountStudents) {
-    EXPECT_EQ(movementTitle(1), "1 student newly needs attention");
-    EXPECT_EQ(movementTitle(3), "3 students newly need attention");
-    EXPECT_EQ(movementTitle(1000), "1000 students newly need attention");
-}
-
 TEST(MovementTexts, BodiesNameCourses) {
     const auto named = [](std::string name) {
         return CourseMovement{.courseName = std::move(name), .worseStudentIDs = {7, 8}};
@@ -43,25 +37,20 @@ TEST(MovementTexts, BodiesNameCourses) {
     std::string cats;
     for (int i = 0; i < 255; ++i)
         cats += "🐈";
-    struct Row {
-        const char *what;
-        std::vector<CourseMovement> courses;
-        std::string body;
-    };
-    for (const Row &row : {
-             Row{"a single course has no count", {bio}, "Bio"},
-             Row{"several have counts", {bio, chem}, "Bio (2) · Chem (1)"},
-             Row{"markup is literal", {named("<b>R&amp;D</b>")}, "<b>R&amp;D</b>"},
-             Row{"no line breaks", {named("a\r\nb\tc\u2028d\u0085e\x7f")}, "a  b c d e "},
-             Row{"no reordering", {named("\u202A\u202E\u2066\u2069x"), chem}, "x (2) · Chem (1)"},
-             Row{"other scripts and directional marks", {named("א\u200F 1")}, "א\u200F 1"},
-             Row{"no null characters", {named(std::string("a\0b", 3))}, "a b"},
-             Row{"the maximum length", {named(std::string(255, 'x'))}, std::string(255, 'x')},
-             Row{"too long", {named(std::string(10'000, 'x'))}, std::string(255, 'x') + "…"},
-             Row{"cut before a pair", {named(nearlyFull + "🐈xx")}, nearlyFull + "…"},
-             Row{"too long, with surrogate pairs", {named(cats)}, cats.substr(0, 127 * 4) + "…"},
-         })
-        EXPECT_EQ(movementBody(row.courses), row.body) << row.what;
+    for (const auto &[what, courses, body] :
+         std::vector<std::tuple<const char *, std::vector<CourseMovement>, std::string>>{
+             {"a single course has no count", {bio}, "Bio"},
+             {"several have counts", {bio, chem}, "Bio (2) · Chem (1)"},
+             {"markup is literal", {named("<b>R&amp;D</b>")}, "<b>R&amp;D</b>"},
+             {"no line breaks", {named("a\r\nb\tc\u2028d\u0085e\x7f")}, "a  b c d e "},
+             {"no reordering", {named("\u202A\u202E\u2066\u2069x"), chem}, "x (2) · Chem (1)"},
+             {"other scripts and directional marks", {named("א\u200F 1")}, "א\u200F 1"},
+             {"no null characters", {named(std::string("a\0b", 3))}, "a b"},
+             {"the maximum length", {named(std::string(255, 'x'))}, std::string(255, 'x')},
+             {"too long", {named(std::string(10'000, 'x'))}, std::string(255, 'x') + "…"},
+             {"cut before a pair", {named(nearlyFull + "🐈xx")}, nearlyFull + "…"},
+             {"too long, with surrogate pairs", {named(cats)}, cats.substr(0, 127 * 4) + "…"}})
+        EXPECT_EQ(movementBody(courses), body) << what;
 }
 
 TEST_F(MovementNotifierTest, ANoticeAboutOneCourseOpensIt) {
@@ -85,13 +74,6 @@ TEST_F(MovementNotifierTest, ANoticeAboutOneCourseOpensIt) {
     EXPECT_THAT(opened, ElementsAre(4021, std::nullopt));
 }
 
-TEST_F(MovementNotifierTest, ANoticeAboutSeveralCoursesOpensNone) {
-    notifier.notify({bio, chem});
-    ASSERT_THAT(titles(), ElementsAre("3 students newly need attention"));
-    EXPECT_EQ(system.posted[0].body, "Bio (2) · Chem (1)");
-    EXPECT_EQ(system.posted[0].courseID, std::nullopt);
-}
-
 TEST_F(MovementNotifierTest, StudentsCountOnceUntilTheirCourseIsOpened) {
     notifier.notify({});
     notifier.notify({bio});
@@ -99,7 +81,9 @@ TEST_F(MovementNotifierTest, StudentsCountOnceUntilTheirCourseIsOpened) {
     EXPECT_EQ(system.posted.size(), 1U);
     // The same id in another course counts separately.
     notifier.notify({{.courseID = 4021, .courseName = "Bio", .worseStudentIDs = {2, 3}}, chem});
+    EXPECT_EQ(system.posted.back().title, "2 students newly need attention");
     EXPECT_EQ(system.posted.back().body, "Bio (1) · Chem (1)");
+    EXPECT_EQ(system.posted.back().courseID, std::nullopt);
     notifier.forget(4021);
     notifier.forget(1);
     notifier.notify({bio, chem});
@@ -121,36 +105,34 @@ TEST_F(MovementNotifierTest, SettingsDecideWhetherANoticeIsPosted) {
         /// Whether the students are counted.
         bool counts;
     };
-    const std::vector<const char *> both{"MovementNotifications", "NotifyWhileActive"};
+    constexpr auto notices = "MovementNotifications";
+    constexpr auto whileActive = "NotifyWhileActive";
+    constexpr auto sample = "SampleData";
+    constexpr auto sampleNotices = "SampleNotifications";
     for (const Row &row : std::vector<Row>{
              {"off by default", {}, false, false, false},
-             {"on", {"MovementNotifications"}, false, true, true},
-             {"in front", {"MovementNotifications"}, true, false, true},
-             {"in front, enabled", both, true, true, true},
-             {"in the background, enabled in front too", both, false, true, true},
-             {"sample college", {"MovementNotifications", "SampleData"}, false, false, false},
-             {"sample college, enabled",
-              {"MovementNotifications", "SampleData", "SampleNotifications"},
-              false,
-              true,
-              true},
-             {"sample college, off", {"SampleData", "SampleNotifications"}, false, false, false}}) {
+             {"on", {notices}, false, true, true},
+             {"in front", {notices}, true, false, true},
+             {"in front, enabled", {notices, whileActive}, true, true, true},
+             {"sample college", {notices, sample}, false, false, false},
+             {"sample college, enabled", {notices, sample, sampleNotices}, false, true, true},
+             {"sample college, off", {sample, sampleNotices}, false, false, false}}) {
         PreferenceMap settings;
         for (const char *key : row.on)
             settings[key] = true;
         UserDefaults chosen(folder.path() / "Row.json", settings);
-        test::MemoryNotifications notices;
+        test::MemoryNotifications shown;
         bool inFront = row.active;
-        MovementNotifier one(chosen, notices, [&] { return inFront; });
+        MovementNotifier one(chosen, shown, [&] { return inFront; });
         one.notify({bio});
-        EXPECT_EQ(notices.posted.size(), row.posts ? 1U : 0U) << row.what;
+        EXPECT_EQ(shown.posted.size(), row.posts ? 1U : 0U) << row.what;
         inFront = false;
-        notices.posted.clear();
+        shown.posted.clear();
         one.notify({bio});
-        EXPECT_TRUE(notices.posted.empty()) << row.what;
+        EXPECT_TRUE(shown.posted.empty()) << row.what;
         one.forget(4021);
         one.notify({bio});
-        EXPECT_EQ(notices.posted.size(), row.counts ? 1U : 0U) << row.what;
+        EXPECT_EQ(shown.posted.size(), row.counts ? 1U : 0U) << row.what;
     }
 }
 

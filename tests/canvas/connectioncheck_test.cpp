@@ -22,28 +22,22 @@ TEST(KeychainError, MessageHasTheStatus) {
 }
 
 TEST(ConnectionCheck, AcceptsOnlyHttpsAddressesWithAHost) {
-    struct Row {
-        const char *typed;
-        std::optional<std::string> address;
-        std::optional<std::string> tokenPage;
-    };
-    for (const Row &row : std::vector<Row>{
-             {" https://h.example \n", "https://h.example", "https://h.example/profile/settings"},
-             {"https://h.example/", "https://h.example/", "https://h.example/profile/settings"},
-             {"https://h.example/lms", "https://h.example/lms",
-              "https://h.example/lms/profile/settings"},
+    const std::string page = "/profile/settings";
+    for (const auto &[typed, address, tokenPage] :
+         std::vector<std::tuple<std::string, std::string, std::string>>{
+             {" https://h.example \n", "https://h.example", "https://h.example" + page},
+             {"https://h.example/", "https://h.example/", "https://h.example" + page},
+             {"https://h.example/lms", "https://h.example/lms", "https://h.example/lms" + page},
              {"https://h.example/lms?x=1#y", "https://h.example/lms?x=1#y",
-              "https://h.example/lms/profile/settings"},
-             {"http://h.example", {}, {}},
-             {"HTTPS://h.example", {}, {}},
-             {"h.example", {}, {}},
-             {"https://", {}, {}},
-             {"https:///x", {}, {}},
-             {"https://h example", {}, {}},
-             {"", {}, {}}}) {
-        EXPECT_EQ(ConnectionCheck::validAddress(row.typed), row.address) << row.typed;
-        EXPECT_EQ(canvasLinks::tokenPage(row.address.value_or(row.typed)), row.tokenPage)
-            << row.typed;
+              "https://h.example/lms" + page}}) {
+        EXPECT_EQ(ConnectionCheck::validAddress(typed), address);
+        EXPECT_EQ(canvasLinks::tokenPage(address), tokenPage);
+    }
+    for (const char *typed :
+         {"http://h.example", "HTTPS://h.example", "h.example", "https://", "https:///x",
+          "https://h example", ""}) {
+        EXPECT_EQ(ConnectionCheck::validAddress(typed), std::nullopt) << typed;
+        EXPECT_EQ(canvasLinks::tokenPage(typed), std::nullopt) << typed;
     }
 }
 
@@ -58,75 +52,59 @@ TEST(CanvasLinks, AreBuiltFromTheSavedAddress) {
 }
 
 TEST(ConnectionCheck, SuggestsTheAddressOfWhatWasCopiedFromABrowser) {
-    struct Row {
-        const char *typed;
-        std::optional<std::string> suggested;
-    };
     const std::string school = "https://canvas.school.edu";
-    for (const Row &row : std::vector<Row>{
-             {"canvas.school.edu", school},
-             {" canvas.school.edu\n", school},
-             {"canvas.school.edu/courses/4021", school},
-             {"https://canvas.school.edu/courses/4021", school},
-             {"https://canvas.school.edu/?login_success=1", school},
-             {"https://canvas.school.edu#top", school},
-             {"https://teacher@canvas.school.edu/", school},
-             {"http://canvas.school.edu:80/login", school},
-             {"HTTPS://Canvas.School.edu", school},
-             {"https://canvas.school.edu:8443/courses", school + ":8443"},
-             {"https://canvas.school.edu", {}},
-             {"https://canvas.school.edu/", {}},
-             {"canvas", {}},
-             {"canvas.", {}},
-             {"canvas school.edu", {}},
-             {"ftp://canvas.school.edu/x", {}},
-             {"mailto:ana@school.edu", {}},
-             {"https://", {}},
-             {"", {}}})
-        EXPECT_EQ(ConnectionCheck::suggestedAddress(row.typed), row.suggested) << row.typed;
+    for (const char *typed :
+         {"canvas.school.edu", " canvas.school.edu\n", "canvas.school.edu/courses/4021",
+          "https://canvas.school.edu/courses/4021", "https://canvas.school.edu/?login_success=1",
+          "https://canvas.school.edu#top", "https://teacher@canvas.school.edu/",
+          "http://canvas.school.edu:80/login", "HTTPS://Canvas.School.edu"})
+        EXPECT_EQ(ConnectionCheck::suggestedAddress(typed), school) << typed;
+    EXPECT_EQ(ConnectionCheck::suggestedAddress(school + ":8443/courses"), school + ":8443");
+    for (const char *typed :
+         {"https://canvas.school.edu", "https://canvas.school.edu/", "canvas", "canvas.",
+          "canvas school.edu", "ftp://canvas.school.edu/x", "mailto:ana@school.edu", "https://",
+          ""})
+        EXPECT_EQ(ConnectionCheck::suggestedAddress(typed), std::nullopt) << typed;
 }
 
 TEST(ConnectionCheck, StateDescribesTheSavedConnection) {
     test::Core core;
-    EXPECT_EQ(runToEnd(core.check.state()).placeholder, "Paste your Canvas access token");
-    EXPECT_EQ(
-        runToEnd(core.check.state()).status, "No token saved yet — paste one below to connect.");
+    const auto state = [&core] { return runToEnd(core.check.state()); };
+    EXPECT_EQ(state().placeholder, "Paste your Canvas access token");
+    EXPECT_EQ(state().status, "No token saved yet — paste one below to connect.");
     core.connectTo("https://h.example/lms");
-    EXPECT_EQ(runToEnd(core.check.state()).address, "https://h.example/lms");
-    EXPECT_EQ(runToEnd(core.check.state()).placeholder, "Token saved — leave blank to keep it");
-    EXPECT_THAT(
-        runToEnd(core.check.state()).status,
-        StartsWith("A token is saved in your Keychain for h.example"));
+    EXPECT_EQ(state().address, "https://h.example/lms");
+    EXPECT_EQ(state().placeholder, "Token saved — leave blank to keep it");
+    EXPECT_EQ(state().status, "A token is saved in your Keychain for h.example.");
     core.secrets.failure = locked;
     const test::LogCapture log;
-    EXPECT_TRUE(runToEnd(core.check.state()).keychainUnavailable);
+    EXPECT_TRUE(state().keychainUnavailable);
     EXPECT_THAT(log.lines(), ElementsAre(StartsWith("settings: Could not read the Keychain: ")));
     EXPECT_EQ(
-        runToEnd(core.check.state()).status,
+        state().status,
         "Your Keychain would not open, so Ellwynd cannot tell whether a token is saved for "
         "h.example. Unlock it in Keychain Access and reopen Ellwynd before pasting a new one.");
 }
 
 TEST(ConnectionCheck, SavesAnAddressOnlyWithATokenForItsHost) {
     test::Core core;
-    EXPECT_THAT(
-        runToEnd(core.check.save("h.example", "t")).status, StartsWith("Enter your institution's"));
-    EXPECT_EQ(
-        runToEnd(core.check.save("https://h.example", " ")).status,
-        "Please paste your Canvas access token.");
+    const auto save = [&core](const std::string &address, const std::string &token) {
+        return runToEnd(core.check.save(address, token));
+    };
+    EXPECT_THAT(save("h.example", "t").status, StartsWith("Enter your institution's"));
+    EXPECT_EQ(save("https://h.example", " ").status, "Please paste your Canvas access token.");
     core.secrets.failure = locked;
-    EXPECT_EQ(runToEnd(core.check.save("https://h.example", "t")).status, locked.what());
+    EXPECT_EQ(save("https://h.example", "t").status, locked.what());
     core.secrets.failure.reset();
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "");
 
     const test::LogCapture log;
-    EXPECT_TRUE(runToEnd(core.check.save(" https://h.example ", " t\n")).succeeded);
+    EXPECT_TRUE(save(" https://h.example ", " t\n").succeeded);
     EXPECT_THAT(log.lines(), ElementsAre("settings: Saved Canvas connection settings"));
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "https://h.example");
     EXPECT_EQ(core.secrets.secrets.begin()->second, "t");
-    EXPECT_TRUE(runToEnd(core.check.save("https://h.example/lms", "")).succeeded)
-        << "the token is kept";
-    EXPECT_FALSE(runToEnd(core.check.save("https://other.example", "")).succeeded);
+    EXPECT_TRUE(save("https://h.example/lms", "").succeeded) << "the token is kept";
+    EXPECT_FALSE(save("https://other.example", "").succeeded);
     EXPECT_EQ(core.defaults.value(preferences::canvasBaseURL), "https://h.example/lms");
 }
 
@@ -156,29 +134,27 @@ TEST(ConnectionCheck, TestsWithoutSaving) {
     test::Core core;
     test::FakeCanvas canvas;
     canvas.answerWith([&](const test::FakeRequest &request) {
-        if (request.headers.value("authorization") == "Bearer secret-token")
-            return test::FakeReply{.body = R"({"name":"Ana Ruiz"})"};
-        return test::FakeReply{.status = 401};
+        const bool isKnown = request.headers.value("authorization") == "Bearer secret-token";
+        return test::FakeReply{.status = isKnown ? 200 : 401, .body = R"({"name":"Ana Ruiz"})"};
     });
     const auto test = [&](const std::string &address, const std::string &token) {
-        return runToEnd(core.check.test(address, token)).status;
+        return runToEnd(core.check.test(address, token));
     };
-    EXPECT_EQ(test(canvas.address(), "secret-token "), "Connected as Ana Ruiz");
-    EXPECT_EQ(test(canvas.address(), "wrong"), "Canvas rejected the access token.");
-    EXPECT_TRUE(runToEnd(core.check.test(canvas.address(), "secret-token")).succeeded);
     using Field = ConnectionOutcome::Field;
-    EXPECT_EQ(runToEnd(core.check.test(canvas.address(), "wrong")).field, Field::token);
-    EXPECT_EQ(runToEnd(core.check.test("https://localhost:1", "t")).field, Field::address);
-    EXPECT_EQ(test(canvas.address(), "bro\r\nken: 1"), "Canvas rejected the access token.");
+    EXPECT_EQ(test(canvas.address(), "secret-token ").status, "Connected as Ana Ruiz");
+    EXPECT_TRUE(test(canvas.address(), "secret-token").succeeded);
+    EXPECT_EQ(test(canvas.address(), "wrong").field, Field::token);
+    EXPECT_EQ(test("https://localhost:1", "t").field, Field::address);
+    EXPECT_EQ(test(canvas.address(), "bro\r\nken: 1").status, "Canvas rejected the access token.");
     EXPECT_FALSE(canvas.requests.back().headers.contains("ken"));
-    EXPECT_EQ(test(canvas.address(), ""), "Paste your Canvas access token first.");
-    EXPECT_THAT(test("localhost", "t"), StartsWith("Enter your Canvas address first"));
+    EXPECT_EQ(test(canvas.address(), "").status, "Paste your Canvas access token first.");
+    EXPECT_THAT(test("localhost", "t").status, StartsWith("Enter your Canvas address first"));
     EXPECT_TRUE(core.secrets.secrets.empty());
     core.connectTo(canvas.address());
-    EXPECT_EQ(test(canvas.address(), ""), "Connected as Ana Ruiz");
+    EXPECT_EQ(test(canvas.address(), "").status, "Connected as Ana Ruiz");
     const test::LogCapture log;
     core.secrets.failure = locked;
-    EXPECT_EQ(test(canvas.address(), ""), locked.what());
+    EXPECT_EQ(test(canvas.address(), "").status, locked.what());
     EXPECT_THAT(test::LogCapture::lines(), testing::Contains("settings: Connection test failed"));
 
     std::stop_source stop;

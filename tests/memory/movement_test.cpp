@@ -96,11 +96,8 @@ TEST_F(MovementTest, WorseFirstThenNewThenImproved) {
 }
 
 TEST_F(MovementTest, TermStoryDescribesTheLevels) {
-    struct Row {
-        std::vector<const char *> levels;
-        std::string story;
-    };
-    for (const Row &each : std::vector<Row>{
+    for (const auto &[levels, story] :
+         std::vector<std::pair<std::vector<const char *>, std::string>>{
              {{"Watch"}, ""},
              {{"Watch", "Purple"}, ""},
              {{"Watch", "Watch"}, "Seen on 2 days between Sep 3 and Sep 4 — Watch throughout."},
@@ -114,12 +111,12 @@ TEST_F(MovementTest, TermStoryDescribesTheLevels) {
               "Seen on 3 days between Sep 3 and Sep 5 — started Watch, now Concern, worst At "
               "Risk."}}) {
         std::vector<RosterSnapshot> entries;
-        for (std::size_t i = 0; i < each.levels.size(); ++i)
-            entries.push_back(entry(7, 1, at("2026-09-03T15:00:00Z") + days(i), each.levels[i]));
+        for (std::size_t i = 0; i < levels.size(); ++i)
+            entries.push_back(entry(7, 1, at("2026-09-03T15:00:00Z") + days(i), levels[i]));
         std::ranges::reverse(entries);
         history.fill(entries);
         const auto trend = termTrend(history, 7, 1, noon);
-        EXPECT_EQ(trend ? termStory(*trend) : "", each.story);
+        EXPECT_EQ(trend ? termStory(*trend) : "", story);
     }
     // Entries later than today are kept but not shown.
     std::vector<RosterSnapshot> entries{
@@ -134,9 +131,8 @@ TEST_F(MovementTest, TermStoryDescribesTheLevels) {
     EXPECT_FALSE(hasEarlierVisit(history, 7, noon));
     EXPECT_TRUE(lastTwoWeeks(history, 7, noon).empty());
 
-    const Date day = at("2026-09-03T05:00:00Z");
-    EXPECT_TRUE(isJoined({day, {}}, {day + days(14), {}}));
-    EXPECT_FALSE(isJoined({day, {}}, {day + days(14) + std::chrono::seconds(1), {}}));
+    EXPECT_TRUE(isJoined({noon, {}}, {noon + days(14), {}}));
+    EXPECT_FALSE(isJoined({noon, {}}, {noon + days(14) + std::chrono::seconds(1), {}}));
 }
 
 TEST_F(MovementTest, TheSameLevelIsNoMovementAndMidnightIsToday) {
@@ -158,8 +154,8 @@ TEST_F(MovementTest, LevelTrendTextDescribesTwoWeeks) {
          entry(7, 1, noon, "At Risk")});
     const auto earlier = lastTwoWeeks(history, 7, noon);
     ASSERT_EQ(earlier.size(), 2U);
-    EXPECT_EQ(earlier[0].counts.flagged(), 2);
-    EXPECT_EQ(earlier[1].counts.flagged(), 1);
+    EXPECT_EQ(earlier[0].counts, (LevelCounts{.concern = 1, .watch = 1}));
+    EXPECT_EQ(earlier[1].counts, (LevelCounts{.concern = 1}));
     const DailyLevels today =
         levelsOf({row(1, "At Risk"), row(2, "Watch"), row(3, "Watch"), row(4, "OK")}, noon);
     EXPECT_EQ(
@@ -169,22 +165,15 @@ TEST_F(MovementTest, LevelTrendTextDescribesTwoWeeks) {
     EXPECT_EQ(levelTrendText(RiskLevel::watch, {}, today), "Watch: 2 now, unchanged.");
 
     // Fourteen days are calendar days, also across a change of the clocks and close to midnight.
-    struct Row {
-        const char *today;
-        const char *recorded;
-        bool counts;
-    };
-    for (const Row &each :
-         {Row{"2026-11-09T05:30:00Z", "2026-10-25T05:30:00Z", true},
-          Row{"2026-11-09T05:30:00Z", "2026-10-25T05:00:00Z", true},
-          Row{"2026-11-09T05:30:00Z", "2026-10-25T04:30:00Z", false},
-          Row{"2026-11-09T05:30:00Z", "2026-11-08T05:59:59Z", true},
-          Row{"2026-11-09T05:30:00Z", "2026-11-08T06:00:00Z", false},
-          Row{"2026-03-15T05:30:00Z", "2026-03-01T06:30:00Z", true},
-          Row{"2026-03-15T05:30:00Z", "2026-03-01T05:30:00Z", false}}) {
-        history.fill({entry(7, 1, at(each.recorded), "Watch")});
-        EXPECT_EQ(lastTwoWeeks(history, 7, at(each.today)).size(), each.counts ? 1U : 0U)
-            << each.recorded;
+    for (const auto &[now, recorded, counts] :
+         {std::tuple{"2026-11-09T05:30:00Z", "2026-10-25T05:00:00Z", true},
+          {"2026-11-09T05:30:00Z", "2026-10-25T04:30:00Z", false},
+          {"2026-11-09T05:30:00Z", "2026-11-08T05:59:59Z", true},
+          {"2026-11-09T05:30:00Z", "2026-11-08T06:00:00Z", false},
+          {"2026-03-15T05:30:00Z", "2026-03-01T06:30:00Z", true},
+          {"2026-03-15T05:30:00Z", "2026-03-01T05:30:00Z", false}}) {
+        history.fill({entry(7, 1, at(recorded), "Watch")});
+        EXPECT_EQ(lastTwoWeeks(history, 7, at(now)).size(), counts ? 1U : 0U) << recorded;
     }
 
     // Two visits on one day, of which a change of the zone is the usual cause. The entries of one

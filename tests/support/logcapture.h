@@ -12,8 +12,11 @@ class LogCapture {
   public:
     LogCapture() {
         lines().clear();
-        Log::setSink([](std::string_view category, Log::Level, std::string_view message) {
+        errors().clear();
+        Log::setSink([](std::string_view category, Log::Level level, std::string_view message) {
             lines().push_back(std::string(category) + ": " + std::string(message));
+            if (level == Log::Level::error)
+                errors().push_back(lines().back());
         });
     }
     ~LogCapture() { Log::setSink(nullptr); }
@@ -21,6 +24,11 @@ class LogCapture {
     LogCapture &operator=(const LogCapture &) = delete;
 
     static std::vector<std::string> &lines() {
+        static std::vector<std::string> collected;
+        return collected;
+    }
+    /// Those of errors.
+    static std::vector<std::string> &errors() {
         static std::vector<std::string> collected;
         return collected;
     }

@@ -1,7 +1,7 @@
-#include "base/log.h"
 #include "outputs/messages/templatefile.h"
 #include "outputs/messages/templatestore.h"
 #include "support/instants.h"
+#include "support/logcapture.h"
 #include "support/temporaryfolder.h"
 
 #include <gmock/gmock.h>
@@ -16,23 +16,16 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 Date clockNow = test::noon;
-std::vector<std::string> logged;
 
 struct TemplateStoreTest : testing::Test {
     test::TemporaryFolder folder;
     const std::filesystem::path directory = folder.path() / "a" / "Ellwynd";
     const std::filesystem::path file = directory / "MessageTemplates.json";
 
-    void SetUp() override {
-        clockNow = test::noon;
-        logged.clear();
-        Log::setSink([](std::string_view category, Log::Level level, std::string_view message) {
-            EXPECT_EQ(category, "templates");
-            EXPECT_EQ(level, Log::Level::error);
-            logged.emplace_back(message);
-        });
-    }
-    void TearDown() override { Log::setSink(nullptr); }
+    test::LogCapture log;
+    std::vector<std::string> &logged = test::LogCapture::errors();
+
+    TemplateStoreTest() { clockNow = test::noon; }
 
     [[nodiscard]] TemplateStore open() const {
         return TemplateStore(directory, [] { return clockNow; });
@@ -180,9 +173,9 @@ TEST_F(TemplateStoreTest, AnUnreadableFileIsSetAside) {
             logged,
             ElementsAre(
                 testing::AllOf(
-                    HasSubstr("Couldn't read message templates: "),
+                    HasSubstr("templates: Couldn't read message templates: "),
                     testing::Not(HasSubstr("secret"))),
-                "Set the unreadable file aside at " + aside))
+                "templates: Set the unreadable file aside at " + aside))
             << bytes;
         EXPECT_FALSE(std::filesystem::exists(file));
         EXPECT_EQ(folder.read("a/Ellwynd/" + aside), bytes);
@@ -211,7 +204,7 @@ TEST_F(TemplateStoreTest, AFolderInPlaceOfTheFileIsSetAside) {
     EXPECT_THAT(
         logged,
         ElementsAre(
-            HasSubstr("Couldn't read message templates: "),
+            HasSubstr("templates: Couldn't read message templates: "),
             HasSubstr("Set the unreadable file aside at ")));
     (void)store.addUntitled();
     EXPECT_EQ(saved().size(), 4U);
@@ -223,7 +216,7 @@ TEST_F(TemplateStoreTest, UnsavedChangesAreSavedLater) {
     TemplateStore store = open();
     (void)store.addUntitled();
     EXPECT_FALSE(store.isSaved());
-    EXPECT_THAT(logged, ElementsAre(HasSubstr("Couldn't save message templates: ")));
+    EXPECT_THAT(logged, ElementsAre(HasSubstr("templates: Couldn't save message templates: ")));
     EXPECT_EQ(store.templates().size(), 4U);
     std::filesystem::remove(directory);
     {

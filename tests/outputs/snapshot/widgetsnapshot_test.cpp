@@ -1,6 +1,6 @@
 #include "base/files.h"
-#include "base/log.h"
 #include "outputs/snapshot/snapshotfiles.h"
+#include "support/logcapture.h"
 #include "support/snapshots.h"
 #include "support/temporaryfolder.h"
 
@@ -18,26 +18,14 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-std::vector<std::string> &logged() {
-    static std::vector<std::string> lines;
-    return lines;
-}
-
 struct WidgetSnapshotTest : testing::Test {
     test::TemporaryFolder folder;
     std::filesystem::path container = folder.path() / "container";
     int reloads = 0;
     WidgetSnapshotWriter writer{container, [this] { ++reloads; }};
 
-    WidgetSnapshotTest() {
-        logged().clear();
-        Log::setSink([](std::string_view category, Log::Level level, std::string_view message) {
-            logged().push_back(
-                (level == Log::Level::error ? "error " : "info ") + std::string(category) + ": " +
-                std::string(message));
-        });
-    }
-    ~WidgetSnapshotTest() override { Log::setSink(nullptr); }
+    test::LogCapture log;
+    std::vector<std::string> &errors = test::LogCapture::errors();
 
     [[nodiscard]] std::string text(std::string_view name) const {
         return files::read(container / name, 100'000).value_or("no file");
@@ -72,7 +60,9 @@ TEST_F(WidgetSnapshotTest, WritesBothVersionsThenReloads) {
     EXPECT_EQ(readWidgetSnapshot(container), file);
     EXPECT_EQ(reloads, 1);
     EXPECT_THAT(
-        logged(), ElementsAre("info widgets: Widget snapshot updated: 2 term(s), counts only"));
+        test::LogCapture::lines(),
+        ElementsAre("widgets: Widget snapshot updated: 2 term(s), counts only"));
+    EXPECT_TRUE(errors.empty());
     EXPECT_EQ(modeOf("."), 0700U);
     EXPECT_EQ(modeOf("WidgetSnapshot.json"), 0600U);
     EXPECT_EQ(modeOf("WidgetSnapshotV2.json"), 0600U);
@@ -85,18 +75,18 @@ TEST_F(WidgetSnapshotTest, ClearingDeletesBothFiles) {
     EXPECT_TRUE(std::filesystem::is_empty(container));
     EXPECT_EQ(readWidgetSnapshot(container), std::nullopt);
     EXPECT_EQ(reloads, 2);
-    EXPECT_EQ(logged().back(), "info widgets: Widget snapshot cleared");
+    EXPECT_EQ(test::LogCapture::lines().back(), "widgets: Widget snapshot cleared");
     std::filesystem::remove(container);
     writer.clear();
-    EXPECT_EQ(logged().back(), "info widgets: Widget snapshot cleared") << "without any files";
+    EXPECT_EQ(test::LogCapture::lines().back(), "widgets: Widget snapshot cleared")
+        << "without any files";
 
     // What a killed writer left goes too, and one file that cannot be removed keeps no other.
     std::filesystem::create_directories(container / "WidgetSnapshotV2.json" / "full");
     for (const char *name : {"WidgetSnapshot.json", ".WidgetSnapshot.json.new-abc123"})
         files::replace(container / name, "{}");
     writer.clear();
-    EXPECT_THAT(
-        logged().back(), StartsWith("error widgets: Widget snapshot failed: WidgetSnapshotV2"));
+    EXPECT_THAT(errors.back(), StartsWith("widgets: Widget snapshot failed: WidgetSnapshotV2"));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(container), {}), 1);
     EXPECT_EQ(reloads, 4);
 }
@@ -131,7 +121,7 @@ TEST_F(WidgetSnapshotTest, HidingNamesDeletesWhatIsNoSnapshot) {
     // What cannot be read is kept, and reported.
     std::filesystem::create_symlink("WidgetSnapshotV2.json", container / "WidgetSnapshotV2.json");
     writer.hideNames();
-    EXPECT_THAT(logged().back(), StartsWith("error widgets: Widget snapshot failed: "));
+    EXPECT_THAT(errors.back(), StartsWith("widgets: Widget snapshot failed: "));
     EXPECT_FALSE(std::filesystem::is_empty(container));
 }
 
@@ -146,18 +136,19 @@ TEST_F(WidgetSnapshotTest, FailuresLeaveThePreviousFiles) {
     std::filesystem::create_directory(container / "WidgetSnapshot.json");
     writer.write(next);
     EXPECT_EQ(text("WidgetSnapshotV2.json"), before);
-    EXPECT_THAT(
-        logged().back(), StartsWith("error widgets: Widget snapshot failed: WidgetSnapshot.json"));
+    EXPECT_THAT(errors.back(), StartsWith("widgets: Widget snapshot failed: WidgetSnapshot.json"));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(container), {}), 2);
 
     next.automaticTermID = 77;
     writer.write(next);
     EXPECT_EQ(text("WidgetSnapshotV2.json"), before);
-    EXPECT_EQ(logged().back(), "info widgets: Widget snapshot skipped: automatic term incomplete");
+    EXPECT_EQ(
+        test::LogCapture::lines().back(),
+        "widgets: Widget snapshot skipped: automatic term incomplete");
 
     const WidgetSnapshotWriter nowhere(folder.write("file", "") / "below", [this] { ++reloads; });
     nowhere.write(test::twoTerms());
-    EXPECT_THAT(logged().back(), StartsWith("error widgets: Widget snapshot failed: "));
+    EXPECT_THAT(errors.back(), StartsWith("widgets: Widget snapshot failed: "));
     EXPECT_EQ(reloads, 1);
 }
 
@@ -221,7 +212,7 @@ TEST_F(WidgetSnapshotTest, RejectsInvalidSnapshots) {
         files::replace(file, whole + std::string(size - whole.size(), ' '));
         EXPECT_EQ(readWidgetSnapshot(container).has_value(), size == limit);
     }
-    EXPECT_THAT(logged(), ElementsAre(testing::StartsWith("error widgets: ")));
+    EXPECT_THAT(errors, ElementsAre(StartsWith("widgets: ")));
     std::filesystem::remove(file);
     std::filesystem::create_symlink(file.filename(), file);
     EXPECT_THROW((void)readWidgetSnapshot(container), FileUnavailable) << "no news";

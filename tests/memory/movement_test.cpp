@@ -37,15 +37,8 @@ TEST_F(MovementTest, ComparesWithTheLastEarlierDay) {
         return std::vector{entry(7, student, yesterday, level)};
     };
     const auto all = [](auto... each) { return std::vector<RosterSnapshot>{each...}; };
-    struct Row {
-        const char *what;
-        std::vector<RosterSnapshot> entries;
-        const char *now;
-        /// Of the student, and of the summary.
-        std::string text;
-        std::string summary;
-    };
-    for (const Row &each : std::vector<Row>{
+    for (const auto &[what, entries, now, text, summary] : std::vector<std::tuple<
+             const char *, std::vector<RosterSnapshot>, const char *, std::string, std::string>>{
              {"slipped", was(1, "Watch"), "Concern", "slipped from Watch to Concern", "1 slipped"},
              {"newly flagged", was(1, "OK"), "Watch", "is newly Watch", "1 newly flagged"},
              {"joined flagged", was(9, "OK"), "Watch", "is newly Watch", "1 newly flagged"},
@@ -65,15 +58,15 @@ TEST_F(MovementTest, ComparesWithTheLastEarlierDay) {
              {"the first of equal instants",
               all(entry(7, 1, yesterday, "Concern"), entry(7, 1, yesterday, "OK")), "Watch",
               "improved from Concern to Watch", "1 improved"}}) {
-        const auto change = moved(each.entries, {row(1, each.now)});
-        ASSERT_EQ(change.empty(), each.text.empty()) << each.what;
+        const auto change = moved(entries, {row(1, now)});
+        ASSERT_EQ(change.empty(), text.empty()) << what;
         if (change.empty()) {
-            EXPECT_EQ(summaryLine(change), std::nullopt) << each.what;
+            EXPECT_EQ(summaryLine(change), std::nullopt) << what;
             continue;
         }
-        EXPECT_EQ(changeText(change.front()), "Student 1 " + each.text) << each.what;
-        EXPECT_EQ(isWorse(change.front()), each.summary != "1 improved") << each.what;
-        EXPECT_EQ(summaryLine(change), "Since last time: " + each.summary) << each.what;
+        EXPECT_EQ(changeText(change.front()), "Student 1 " + text) << what;
+        EXPECT_EQ(isWorse(change.front()), summary != "1 improved") << what;
+        EXPECT_EQ(summaryLine(change), "Since last time: " + summary) << what;
     }
 }
 

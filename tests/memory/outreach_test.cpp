@@ -222,16 +222,9 @@ struct OutreachTest : ContactsTest {
 };
 
 TEST_F(OutreachTest, OutcomesCompareTheLevelsThenAndNow) {
-    struct Row {
-        std::int64_t daysAgo;
-        /// Empty when the history has no entry of the student.
-        std::string then;
-        std::string now;
-        std::string text;
-        bool awaiting;
-        std::string word;
-    };
-    for (const Row &each : std::vector<Row>{
+    // The level then is empty when the history has no entry of the student.
+    for (const auto &[daysAgo, then, now, text, isAwaiting, word] : std::vector<
+             std::tuple<std::int64_t, std::string, std::string, std::string, bool, std::string>>{
              {0, "Watch", "Watch", "Wrote today — still Watch", false, "no change"},
              {1, "Watch", "Concern", "Wrote yesterday — slipped to Concern since", false, "worse"},
              {6, "Concern", "Concern", "Wrote 6 days ago — still Concern", false, "no change"},
@@ -247,12 +240,12 @@ TEST_F(OutreachTest, OutcomesCompareTheLevelsThenAndNow) {
              {10, "", "Watch", "Wrote 10 days ago — still Watch", true, "no change"},
              {10, "Purple", "Watch", "Wrote 10 days ago — still Watch", true, "no change"},
              {10, "", "OK", "Wrote 10 days ago — not flagged", false, "no change"}}) {
-        const Date contactedAt = noon - days(each.daysAgo);
-        history.fill({entry(7, each.then.empty() ? 2 : 1, contactedAt, each.then)});
-        const auto since = outcome({7, 1, contactedAt}, row(1, each.now), history, noon);
-        EXPECT_EQ(outreachText(since), each.text);
-        EXPECT_EQ(isAwaitingFollowUp(since), each.awaiting) << each.text;
-        EXPECT_EQ(outcomeWord(since), each.word) << each.text;
+        const Date contactedAt = noon - days(daysAgo);
+        history.fill({entry(7, then.empty() ? 2 : 1, contactedAt, then)});
+        const auto since = outcome({7, 1, contactedAt}, row(1, now), history, noon);
+        EXPECT_EQ(outreachText(since), text);
+        EXPECT_EQ(isAwaitingFollowUp(since), isAwaiting) << text;
+        EXPECT_EQ(outcomeWord(since), word) << text;
     }
     const auto future = outcome({7, 1, noon + days(2)}, row(1, "OK"), history, noon);
     EXPECT_EQ(future.daysSince, 0) << "a clock that was set back";

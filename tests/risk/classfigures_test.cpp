@@ -61,28 +61,21 @@ TEST(ClassFigures, QuietDaysAreWholeAndNeverNegative) {
 }
 
 TEST(LevelCounts, CountFlaggedStudentsAndNameTheWorst) {
-    constexpr auto atRisk = RiskLevel::atRisk;
-    constexpr auto concern = RiskLevel::concern;
-    constexpr auto watch = RiskLevel::watch;
-    struct Row {
-        std::vector<std::optional<RiskLevel>> levels;
-        LevelCounts counts;
-        std::int64_t flagged;
-        std::optional<RiskLevel> worst;
-        std::int64_t max;
-    };
-    for (const Row &row : std::vector<Row>{
+    using enum RiskLevel;
+    for (const auto &[levels, expected, flagged, worst, max] : std::vector<std::tuple<
+             std::vector<std::optional<RiskLevel>>, LevelCounts, std::int64_t,
+             std::optional<RiskLevel>, std::int64_t>>{
              {{{}, {}}, {}, 0, {}, 0},
              {{watch}, {0, 0, 1}, 1, watch, 1},
              {{{}, concern, watch, concern}, {0, 2, 1}, 3, concern, 2},
              {{watch, atRisk, watch, watch, concern}, {1, 1, 3}, 5, atRisk, 3}}) {
         LevelCounts counts;
-        for (const auto &level : row.levels)
+        for (const auto &level : levels)
             counts.add(level);
-        EXPECT_EQ(counts, row.counts);
-        EXPECT_EQ(counts.flagged(), row.flagged);
-        EXPECT_EQ(counts.worst(), row.worst);
-        EXPECT_EQ(counts.max(), row.max);
+        EXPECT_EQ(counts, expected);
+        EXPECT_EQ(counts.flagged(), flagged);
+        EXPECT_EQ(counts.worst(), worst);
+        EXPECT_EQ(counts.max(), max);
     }
 }
 
@@ -140,17 +133,13 @@ TEST(GradeWeighting, SharesFollowWeightsOrPoints) {
         group(std::nullopt, {worth(6, 10), omitted}),
         group(20, {}),
         {.id = 2}};
-    struct Row {
-        const char *what;
-        std::vector<AssignmentGroup> groups;
-        std::optional<bool> applies;
-        std::unordered_map<std::int64_t, double> shares;
-    };
     const std::unordered_map<std::int64_t, double> byWeight{
         {1, 0.5 * 0.25}, {2, 0.5 * 0.75}, {3, 1.0 / 6 / 2}, {4, 1.0 / 6 / 2}};
     const std::unordered_map<std::int64_t, double> byPoints{
         {1, 10.0 / 60}, {2, 0.5}, {3, 0}, {4, 0}, {5, 10.0 / 60}, {6, 10.0 / 60}};
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[what, groups, applies, expected] : std::vector<std::tuple<
+             const char *, std::vector<AssignmentGroup>, std::optional<bool>,
+             std::unordered_map<std::int64_t, double>>>{
              {"weights", weighted, true, byWeight},
              {"weights without the course's flag", weighted, std::nullopt, byWeight},
              {"weights switched off", weighted, false, byPoints},
@@ -165,10 +154,10 @@ TEST(GradeWeighting, SharesFollowWeightsOrPoints) {
              {"no points", {group(std::nullopt, {worth(1, 0)})}, true, {}},
              {"no groups", {}, std::nullopt, {}},
          }) {
-        const auto shares = gradeWeighting(row.groups, row.applies).sharesByAssignment;
-        ASSERT_EQ(shares.size(), row.shares.size()) << row.what;
-        for (const auto &[id, share] : row.shares)
-            EXPECT_NEAR(shares.at(id), share, 1e-12) << row.what << " " << id;
+        const auto shares = gradeWeighting(groups, applies).sharesByAssignment;
+        ASSERT_EQ(shares.size(), expected.size()) << what;
+        for (const auto &[id, share] : expected)
+            EXPECT_NEAR(shares.at(id), share, 1e-12) << what << " " << id;
     }
 }
 

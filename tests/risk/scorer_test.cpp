@@ -28,17 +28,9 @@ TEST(Scorer, ScoresASingleStudent) {
     constexpr auto fifth = "5 of 15 assignments missing";
     constexpr auto lowTime = "Low time in course (0h vs 10h median)";
     const std::optional<RiskLevel> none;
-    constexpr auto watch = RiskLevel::watch;
-    constexpr auto concern = RiskLevel::concern;
-    constexpr auto atRisk = RiskLevel::atRisk;
-    struct Row {
-        const char *what;
-        Classroom room;
-        double score;
-        std::optional<RiskLevel> level;
-        std::string why;
-    };
-    for (const Row &row : std::vector<Row>{
+    using enum RiskLevel;
+    for (const auto &[what, room, score, level, why] : std::vector<
+             std::tuple<const char *, Classroom, double, std::optional<RiskLevel>, std::string>>{
              {"no data", one(), 0, none, ""},
              {"damped by fifteen points", late(85), 0.3 * 0.4, watch, fifth},
              {"damping ends at 15 points", late(100), 0.3 * 0.4, watch, fifth},
@@ -75,10 +67,10 @@ TEST(Scorer, ScoresASingleStudent) {
              {"less than a point between fifty and passing", at(50.5, late(50.2)), 0.25 * 0.3 + 0.3,
               concern, "5 of 15 assignments missing; Current score 50% (below 50%)"},
              {"rounding to zero", one(-0.2), 0.5, atRisk, "Current score 0% (below 70%)"}}) {
-        const RiskRow scored = row.room.row(1);
-        EXPECT_NEAR(scored.score, row.score, 1e-12) << row.what;
-        EXPECT_EQ(scored.level, row.level) << row.what;
-        EXPECT_EQ(sentences(scored), row.why) << row.what;
+        const RiskRow scored = room.row(1);
+        EXPECT_NEAR(scored.score, score, 1e-12) << what;
+        EXPECT_EQ(scored.level, level) << what;
+        EXPECT_EQ(sentences(scored), why) << what;
     }
 }
 
@@ -181,14 +173,8 @@ TEST(Scorer, ReasonsLinkToAssignmentsAndGrades) {
 }
 
 TEST(Scorer, InactivityIsMeasuredAgainstTheClass) {
-    struct Row {
-        const char *what;
-        std::optional<std::int64_t> away;
-        std::int64_t classAway;
-        double signal;
-        std::string why;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[what, away, classAway, signal, why] : std::vector<std::tuple<
+             const char *, std::optional<std::int64_t>, std::int64_t, double, std::string>>{
              {"seven days behind", 10 * day, 3 * day, 0, ""},
              {"eight days behind", 11 * day, 3 * day, 1.0 / 7, "No recent activity (11 days)"},
              {"a second less than eight", 11 * day - 1, 3 * day, 0, ""},
@@ -201,16 +187,16 @@ TEST(Scorer, InactivityIsMeasuredAgainstTheClass) {
              {"class quiet for longer", std::nullopt, 30 * day + 1, 0, ""},
          }) {
         Classroom room;
-        room.student(1, std::nullopt, row.away);
+        room.student(1, std::nullopt, away);
         for (int other = 2; other <= 6; ++other)
-            room.student(other, std::nullopt, row.classAway);
-        EXPECT_NEAR(room.row(1).score, 0.15 * row.signal, 1e-12) << row.what;
-        EXPECT_EQ(sentences(room.row(1)), row.why) << row.what;
+            room.student(other, std::nullopt, classAway);
+        EXPECT_NEAR(room.row(1).score, 0.15 * signal, 1e-12) << what;
+        EXPECT_EQ(sentences(room.row(1)), why) << what;
 
         room.termEndsAt = test::noon - std::chrono::microseconds(1);
-        EXPECT_EQ(room.row(1).score, 0) << row.what;
+        EXPECT_EQ(room.row(1).score, 0) << what;
         room.termEndsAt = test::noon;
-        EXPECT_NEAR(room.row(1).score, 0.15 * row.signal, 1e-12) << row.what;
+        EXPECT_NEAR(room.row(1).score, 0.15 * signal, 1e-12) << what;
     }
     Classroom off;
     off.student(1, std::nullopt, 90 * day).student(2).student(3, std::nullopt, 0);

@@ -101,23 +101,20 @@ TEST_F(CanvasClientTest, SendsTheExpectedRequests) {
 }
 
 TEST_F(CanvasClientTest, ReadsAWholeCourse) {
-    struct Row {
-        /// The address up to the port.
-        std::string typed;
-        int requestsPerConnection;
-        int students;
-        int assignments;
-    };
-    for (const Row &row :
-         {Row{"https://localhost:", 0, 400, 60}, Row{"https://LocalHost:0", 0, 130, 2},
-          Row{"https://localhost:", 50, 130, 60}, Row{"https://localhost:", 1, 130, 20}}) {
-        SCOPED_TRACE(fmt::format("{} {}", row.typed, row.requestsPerConnection));
+    // With the address up to the port, as it was typed.
+    for (const auto &[typed, requestsPerConnection, students, assignments] :
+         std::vector<std::tuple<std::string, int, int, int>>{
+             {"https://localhost:", 0, 400, 60},
+             {"https://LocalHost:0", 0, 130, 2},
+             {"https://localhost:", 50, 130, 60},
+             {"https://localhost:", 1, 130, 20}}) {
+        SCOPED_TRACE(fmt::format("{} {}", typed, requestsPerConnection));
         FakeCanvas server;
-        server.requestsPerConnection = row.requestsPerConnection;
+        server.requestsPerConnection = requestsPerConnection;
         const auto served = test::inventCourse(
-            4021, {.students = row.students, .assignments = row.assignments}, test::noon);
+            4021, {.students = students, .assignments = assignments}, test::noon);
         test::serve(server, std::span(&served, 1));
-        CanvasClient reading = client(row.typed + std::to_string(server.port()));
+        CanvasClient reading = client(typed + std::to_string(server.port()));
         EXPECT_EQ(runToEnd(reading.fetchCourses()).records, std::vector{served.course});
 
         // Concurrently, as a roster is read.
@@ -127,7 +124,7 @@ TEST_F(CanvasClientTest, ReadsAWholeCourse) {
         EXPECT_TRUE(runToEnd(std::move(enrollments)).records == served.enrollments);
         EXPECT_TRUE(runToEnd(std::move(groups)).records == served.groups);
         EXPECT_TRUE(runToEnd(std::move(submissions)).records == served.submissions);
-        if (row.requestsPerConnection == 0) {
+        if (requestsPerConnection == 0) {
             EXPECT_LE(server.connections, 3) << "connections are reused";
         }
     }
@@ -199,14 +196,11 @@ TEST_F(CanvasClientTest, LimitsRequestsInFlight) {
 }
 
 TEST_F(CanvasClientTest, RetriesTransientFailuresAfterAWait) {
-    struct Row {
-        std::vector<FakeReply> replies;
-        std::optional<CanvasError> failure;
-        std::vector<std::chrono::milliseconds> waits;
-    };
     const FakeReply unavailable{.status = 502, .body = "<html>"};
     const FakeReply limited{.status = 403, .body = "403 Forbidden (Rate Limit Exceeded)"};
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[replies, expected, expectedWaits] : std::vector<std::tuple<
+             std::vector<FakeReply>, std::optional<CanvasError>,
+             std::vector<std::chrono::milliseconds>>>{
              {{unavailable, unavailable}, std::nullopt, {500ms, 1000ms}},
              {{unavailable, unavailable, unavailable},
               CanvasError::canvasUnavailable(502),
@@ -219,9 +213,9 @@ TEST_F(CanvasClientTest, RetriesTransientFailuresAfterAWait) {
              {{{.status = 401}}, CanvasError(Kind::unauthorized), {}}}) {
         waits.clear();
         canvas.serve(coursesPath, {});
-        canvas.plan(coursesPath, row.replies);
-        EXPECT_EQ(failureOf(client()), row.failure);
-        EXPECT_EQ(waits, row.waits);
+        canvas.plan(coursesPath, replies);
+        EXPECT_EQ(failureOf(client()), expected);
+        EXPECT_EQ(waits, expectedWaits);
     }
     EXPECT_THAT(
         logged,

@@ -41,12 +41,6 @@ TEST(MessageTemplate, DefaultTemplatesOmitMissingValues) {
     const auto templates = defaultTemplates(test::noon);
     ASSERT_EQ(templates.size(), 3U);
     const RiskRow noLevel = student(std::nullopt, 72.49, {"Essay 1"});
-    struct Row {
-        const char *name;
-        std::size_t index;
-        const RiskRow &student;
-        std::string text;
-    };
     const auto emailWith = [](const std::string &lines) {
         return "Subject: Checking in — Bio 101\n\nHi Ana,\n\n"
                "I was going through how everyone is doing in Bio 101 and wanted to check in. Here "
@@ -55,28 +49,28 @@ TEST(MessageTemplate, DefaultTemplatesOmitMissingValues) {
             "\nIf something is getting in the way, reply and let me know — we can work out a plan "
             "to catch up.";
     };
-    const Row rows[] = {
-        {"email, everything", 0, everything,
-         emailWith("• 2 assignment(s) showing as missing:\n    – Essay 1\n    – Quiz 3\n"
-                   "• Your current score is 49%, and passing is 70%.\n")},
-        {"email, nothing", 0, nothing, emailWith("")},
-        {"short, everything", 1, everything,
-         "Hi Ana — quick check-in on Bio 101.\n\nMissing (2):\n    – Essay 1\n    – Quiz 3\n\n"
-         "Current score: 49%, passing is 70%\n\n"
-         "If something is getting in the way, let me know and we'll sort out a plan."},
-        {"short, nothing", 1, nothing,
-         "Hi Ana — quick check-in on Bio 101.\n\n\n\n"
-         "If something is getting in the way, let me know and we'll sort out a plan."},
-        {"referral, everything", 2, everything,
-         "Ana María Ruiz — Bio 101\nFlag: At Risk\nCurrent score: 49% (passing 70%)\n"
-         "Missing (2):\n    – Essay 1\n    – Quiz 3"},
-        {"referral, nothing", 2, nothing, "Ana María Ruiz — Bio 101"},
-        {"referral, no level", 2, noLevel,
-         "Ana María Ruiz — Bio 101\nCurrent score: 72% (passing 70%)\n"
-         "Missing (1):\n    – Essay 1"},
-    };
-    for (const Row &row : rows)
-        EXPECT_EQ(fill(templates[row.index], row.student, "Bio 101", 69.5), row.text) << row.name;
+    for (const auto &[name, index, row, text] :
+         std::vector<std::tuple<const char *, std::size_t, RiskRow, std::string>>{
+             {"email, everything", 0, everything,
+              emailWith("• 2 assignment(s) showing as missing:\n    – Essay 1\n    – Quiz 3\n"
+                        "• Your current score is 49%, and passing is 70%.\n")},
+             {"email, nothing", 0, nothing, emailWith("")},
+             {"short, everything", 1, everything,
+              "Hi Ana — quick check-in on Bio 101.\n\nMissing (2):\n    – Essay 1\n    – Quiz 3\n\n"
+              "Current score: 49%, passing is 70%\n\n"
+              "If something is getting in the way, let me know and we'll sort out a plan."},
+             {"short, nothing", 1, nothing,
+              "Hi Ana — quick check-in on Bio 101.\n\n\n\n"
+              "If something is getting in the way, let me know and we'll sort out a plan."},
+             {"referral, everything", 2, everything,
+              "Ana María Ruiz — Bio 101\nFlag: At Risk\nCurrent score: 49% (passing 70%)\n"
+              "Missing (2):\n    – Essay 1\n    – Quiz 3"},
+             {"referral, nothing", 2, nothing, "Ana María Ruiz — Bio 101"},
+             {"referral, no level", 2, noLevel,
+              "Ana María Ruiz — Bio 101\nCurrent score: 72% (passing 70%)\n"
+              "Missing (1):\n    – Essay 1"},
+         })
+        EXPECT_EQ(fill(templates[index], row, "Bio 101", 69.5), text) << name;
 }
 
 TEST(MessageTemplate, FillsPlaceholdersInTheirOrder) {
@@ -90,36 +84,31 @@ TEST(MessageTemplate, FillsPlaceholdersInTheirOrder) {
     RiskRow unflagged = named("Bo {flag}");
     unflagged.level.reset();
     RiskRow list = student(RiskLevel::watch, 70, {"a {missing_lines}", "50% | \"b\"\r\nc, {name}"});
-    struct Row {
-        const char *body;
-        RiskRow student;
-        const char *text;
-    };
-    const Row rows[] = {
-        {"", everything, ""},
-        {" \u00A0\t\r\nHi\n\n ", everything, "Hi"},
-        {"{score} {score}{passing}", everything, "49% 49%70%"},
-        {"{Name} {unknown} {name", everything, "{Name} {unknown} {name"},
-        {"{{name}}", everything, "{Ana María Ruiz}"},
-        {"a\n{flag} and {nothing}\nb", nothing, "a\nb"},
-        {"a\n\n{score}\n\nb", nothing, "a\n\n\nb"},
-        {"{missing_list}", everything, "Essay 1, Quiz 3"},
-        {"{missing_list}\r\nb", nothing, "b"},
-        {"{first_name}", named("  Ana  María Ruiz"), "Ana"},
-        {"x{first_name}x", named("  "), "x  x"},
-        {"a\n{first_name}", named(""), "a"},
-        {"{first_name}", named("Ana\u00A0María Ruiz"), "Ana\u00A0María"},
-        {"{name}", named("\u202Eevil <b>"), "\u202Eevil <b>"},
-        // A value may contain a later placeholder.
-        {"{name}", braces, "At Risk {first_name} O'Neil {missing_count"},
-        {"{first_name} {name}", loop, "{name} {name}"},
-        {"a\n{name}", unflagged, "a"},
-        {"{missing_list}", list,
-         "a     – a {missing_lines}\n    – 50% | \"b\"\r\nc, {name}, 50% | \"b\"\r\nc, {name}"},
-    };
-    for (const Row &row : rows)
-        EXPECT_EQ(fill(templateWith(row.body), row.student, std::nullopt, 70), row.text)
-            << row.body;
+    for (const auto &[body, row, text] :
+         std::vector<std::tuple<const char *, RiskRow, const char *>>{
+             {"", everything, ""},
+             {" \u00A0\t\r\nHi\n\n ", everything, "Hi"},
+             {"{score} {score}{passing}", everything, "49% 49%70%"},
+             {"{Name} {unknown} {name", everything, "{Name} {unknown} {name"},
+             {"{{name}}", everything, "{Ana María Ruiz}"},
+             {"a\n{flag} and {nothing}\nb", nothing, "a\nb"},
+             {"a\n\n{score}\n\nb", nothing, "a\n\n\nb"},
+             {"{missing_list}", everything, "Essay 1, Quiz 3"},
+             {"{missing_list}\r\nb", nothing, "b"},
+             {"{first_name}", named("  Ana  María Ruiz"), "Ana"},
+             {"x{first_name}x", named("  "), "x  x"},
+             {"a\n{first_name}", named(""), "a"},
+             {"{first_name}", named("Ana\u00A0María Ruiz"), "Ana\u00A0María"},
+             {"{name}", named("\u202Eevil <b>"), "\u202Eevil <b>"},
+             // A value may contain a later placeholder.
+             {"{name}", braces, "At Risk {first_name} O'Neil {missing_count"},
+             {"{first_name} {name}", loop, "{name} {name}"},
+             {"a\n{name}", unflagged, "a"},
+             {"{missing_list}", list,
+              "a     – a {missing_lines}\n    – 50% | \"b\"\r\nc, {name}, 50% | \"b\"\r\nc, "
+              "{name}"},
+         })
+        EXPECT_EQ(fill(templateWith(body), row, std::nullopt, 70), text) << body;
 }
 
 TEST(MessageTemplate, SeveralRowsMayBeOfDifferentCourses) {
@@ -138,13 +127,8 @@ TEST(MessageTemplate, SeveralRowsMayBeOfDifferentCourses) {
 }
 
 TEST(MessageTemplates, BracesAroundOtherTextAreFound) {
-    struct Row {
-        const char *text;
-        std::vector<TextRange> unknown;
-        /// At the end of the text.
-        const char *unfinished;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[text, unknown, unfinished] :
+         std::vector<std::tuple<const char *, std::vector<TextRange>, const char *>>{
              {"", {}, ""},
              {"{name} {missing_lines}", {}, ""},
              {"{Name}", {{0, 6}}, ""},
@@ -160,8 +144,8 @@ TEST(MessageTemplates, BracesAroundOtherTextAreFound) {
              {"Hi {", {}, "{"},
              {"{name} {Mis_", {}, "{Mis_"},
              {"{not one", {}, ""}}) {
-        EXPECT_EQ(unknownPlaceholders(QString::fromUtf8(row.text)), row.unknown) << row.text;
-        EXPECT_EQ(unfinishedPlaceholder(row.text), row.unfinished) << row.text;
+        EXPECT_EQ(unknownPlaceholders(QString::fromUtf8(text)), unknown) << text;
+        EXPECT_EQ(unfinishedPlaceholder(text), unfinished) << text;
     }
     EXPECT_EQ(titleOf({.name = " \n "}), "(no name)");
     EXPECT_EQ(titleOf({.name = "A\n b"}), "A b");

@@ -25,27 +25,19 @@ TEST(Date, ParsesEveryInstantFormat) {
 }
 
 TEST(Date, RejectsInvalidInstants) {
+    const auto isInstant = [](const std::string &date, const char *time, const char *zone) {
+        return parseInstant(date + time + zone).has_value();
+    };
+    ASSERT_TRUE(isInstant("2026-09-03", "T14:05:09", "Z"));
+    for (const char *date : {"26-09-03", "+002026-09-03", "2026-02-29", "2026-13-01", "2026-00-01"})
+        EXPECT_FALSE(isInstant(date, "T14:05:09", "Z")) << date;
+    for (const char *time :
+         {"", " 14:05:09", "T24:00:00", "T14:60:09", "T14:05:60", "T14:05:0９", "T14:05:09."})
+        EXPECT_FALSE(isInstant("2026-09-03", time, "Z")) << time;
+    for (const char *zone : {"", "Zx", "+", "+24:00", "+05:"})
+        EXPECT_FALSE(isInstant("2026-09-03", "T14:05:09", zone)) << zone;
     for (const char *text :
-         {"",
-          "2026-09-03",
-          "2026-09-03T14:05:09",
-          "2026-09-03 14:05:09Z",
-          "2026-02-29T00:00:00Z",
-          "2026-13-01T00:00:00Z",
-          "2026-00-01T00:00:00Z",
-          "2026-09-03T24:00:00Z",
-          "2026-09-03T14:60:09Z",
-          "2026-09-03T14:05:60Z",
-          "2026-09-03T14:05:09.Z",
-          "2026-09-03T14:05:09Zx",
-          "2026-09-03T14:05:09+",
-          "2026-09-03T14:05:09+24:00",
-          "2026-09-03T14:05:09+05:",
-          "26-09-03T14:05:09Z",
-          "+002026-09-03T14:05:09Z",
-          "2026-09-03T14:05:0９Z",
-          "0000-01-01T00:00:00+00:01",
-          "9999-12-31T23:59:59-00:01"})
+         {"", "2026-09-03", "0000-01-01T00:00:00+00:01", "9999-12-31T23:59:59-00:01"})
         EXPECT_FALSE(parseInstant(text)) << text;
 }
 

@@ -221,21 +221,37 @@ TEST_F(HistoryTest, AFileThatCannotBeRemovedIsEmptiedAtTheEnd) {
     EXPECT_EQ(saved(), "[]");
 }
 
-TEST_F(HistoryTest, AnUnsavedVisitDoesNotReplaceALaterOne) {
+TEST_F(HistoryTest, UnsavedVisitsAreSavedWithTheNextAndReplaceNoLaterOne) {
     RosterHistory window = open();
+    window.record({row(1, "Watch")}, 6, noon);
+    // The folder is moved away and replaced by a file.
+    const std::filesystem::path elsewhere = folder.path() / "elsewhere";
+    std::filesystem::rename(data, elsewhere);
     folder.write("data", "in the way");
     window.record({row(1, "Watch")}, 7, noon);
     window.record({row(1, "Watch")}, 8, noon);
     EXPECT_FALSE(window.isSaved());
-    std::filesystem::remove(data);
-    const Date later = noon + seconds(60);
-    const Date earlier = noon - seconds(60);
-    open().record({row(2, "At Risk")}, 7, later);
-    open().record({row(2, "At Risk")}, 8, earlier);
-    window.saveUnsaved();
     EXPECT_THAT(
-        savedEntries(), ElementsAre(entry(7, 2, later, "At Risk"), entry(8, 1, noon, "Watch")));
+        test::LogCapture::lines().back(),
+        testing::StartsWith("history: Couldn't save roster history: "));
+    EXPECT_EQ(window.entries().size(), 3U);
+    // It is moved back, and another process records visits.
+    std::filesystem::remove(data);
+    std::filesystem::rename(elsewhere, data);
+    const Date later = noon + seconds(60);
+    open().record({row(2, "At Risk")}, 7, later);
+    open().record({row(2, "At Risk")}, 8, noon - seconds(60));
+    window.record({row(3, "OK")}, 9, noon);
+    EXPECT_THAT(
+        savedEntries(),
+        ElementsAre(
+            entry(6, 1, noon, "Watch"), entry(7, 2, later, "At Risk"), entry(8, 1, noon, "Watch"),
+            entry(9, 3, noon, "OK")));
     EXPECT_EQ(savedEntries(), window.entries());
+    // Removing the whole folder clears nothing in memory.
+    std::filesystem::remove_all(data);
+    window.record({row(4, "OK")}, 10, noon);
+    EXPECT_EQ(savedEntries().size(), 5U);
 }
 
 TEST_F(HistoryTest, DeletedEntriesAreRestoredExceptThoseRecordedSince) {
@@ -282,30 +298,6 @@ TEST_F(HistoryTest, TwoProcessesKeepEachOthersEntries) {
     window.record({row(5, "OK")}, 9, noon);
     EXPECT_EQ(savedEntries().size(), 2U);
     EXPECT_EQ(filesSetAside(), 1U);
-}
-
-TEST_F(HistoryTest, UnsavedChangesAreSavedWithTheNextOne) {
-    RosterHistory window = open();
-    window.record({row(1, "Watch")}, 7, noon);
-    // The folder is moved away and replaced by a file.
-    const auto elsewhere = folder.path() / "elsewhere";
-    std::filesystem::rename(data, elsewhere);
-    folder.write("data", "in the way");
-    window.record({row(2, "OK")}, 8, noon);
-    EXPECT_THAT(
-        test::LogCapture::lines().back(),
-        testing::StartsWith("history: Couldn't save roster history: "));
-    EXPECT_EQ(window.entries().size(), 2U);
-    // It is moved back, and another process records an entry.
-    std::filesystem::remove(data);
-    std::filesystem::rename(elsewhere, data);
-    open().record({row(9, "OK")}, 9, noon);
-    window.record({row(3, "OK")}, 10, noon);
-    EXPECT_EQ(savedEntries().size(), 4U);
-    // Removing the whole folder does not clear the in-memory state.
-    std::filesystem::remove_all(data);
-    window.record({row(4, "OK")}, 11, noon);
-    EXPECT_EQ(savedEntries().size(), 5U);
 }
 
 TEST_F(HistoryTest, SwitchingOffDeletesEntriesAndStopsRecording) {

@@ -76,31 +76,27 @@ TEST(Scorer, ScoresASingleStudent) {
 
 TEST(Scorer, WorkIsSetOnceItIsDueHandedInOrScored) {
     const Date yesterday = test::noon - std::chrono::days(1);
-    struct Row {
-        SubmissionSummary submission;
-        bool isSet;
-        bool isPastDue = false;
-    };
-    for (const Row &row :
-         {Row{{.workflowState = "unsubmitted"}, false},
-          Row{{.workflowState = "unsubmitted", .cachedDueDate = test::noon}, false},
-          Row{{.workflowState = "unsubmitted", .cachedDueDate = yesterday}, true, true},
-          Row{{.workflowState = "new_state", .cachedDueDate = yesterday}, true},
-          Row{{.workflowState = "submitted", .cachedDueDate = yesterday}, true},
-          Row{{.workflowState = "new_state"}, false},
-          Row{{.workflowState = "unsubmitted", .score = 0}, true},
-          Row{{.workflowState = "submitted"}, true}, Row{{.workflowState = "graded"}, true},
-          Row{{.workflowState = "pending_review"}, true}}) {
+    const std::string notSet = "1 of 1 assignments missing";
+    const std::string isSet = "1 of 2 assignments missing";
+    for (const auto &[submission, why] : std::vector<std::pair<SubmissionSummary, std::string>>{
+             {{.workflowState = "unsubmitted"}, notSet},
+             {{.workflowState = "unsubmitted", .cachedDueDate = test::noon}, notSet},
+             {{.workflowState = "unsubmitted", .cachedDueDate = yesterday},
+              isSet + "; 1 past-due unsubmitted"},
+             {{.workflowState = "new_state", .cachedDueDate = yesterday}, isSet},
+             {{.workflowState = "submitted", .cachedDueDate = yesterday}, isSet},
+             {{.workflowState = "new_state"}, notSet},
+             {{.workflowState = "unsubmitted", .score = 0}, isSet},
+             {{.workflowState = "submitted"}, isSet},
+             {{.workflowState = "graded"}, isSet},
+             {{.workflowState = "pending_review"}, isSet}}) {
         Classroom room;
         room.student(1).missing(1, {1});
-        room.submissions.push_back(row.submission);
+        room.submissions.push_back(submission);
         room.submissions.back().userID = 1;
         room.submissions.back().assignmentID = 2;
-        std::string why = row.isSet ? "1 of 2 assignments missing" : "1 of 1 assignments missing";
-        if (row.isPastDue)
-            why += "; 1 past-due unsubmitted";
         EXPECT_EQ(sentences(room.row(1)), why)
-            << row.submission.workflowState.name() << row.submission.cachedDueDate.has_value();
+            << submission.workflowState.name() << submission.cachedDueDate.has_value();
     }
 }
 

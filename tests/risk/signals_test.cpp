@@ -103,48 +103,40 @@ TEST(Signals, TheFloorNamesTheRule) {
 }
 
 TEST(Signals, CoverageSaysWhatIsNotKnown) {
-    const auto full = [] {
+    const auto classOf = [](std::optional<double> score, std::optional<std::int64_t> secondsAway,
+                            std::int64_t time) {
         Classroom room;
-        room.weighting.emplace();
-        room.weighting->sharesByAssignment[1] = 1;
         for (std::int64_t id = 1; id <= 5; ++id)
-            room.student(id, 80, day, 3600).handedIn(id, {1});
+            room.student(id, score, secondsAway, time).handedIn(id, {1});
         return room;
     };
-    Classroom unweighted = full();
-    unweighted.weighting.reset();
-    Classroom nothingSet = full();
+    const Classroom unweighted = classOf(80, day, 3600);
+    Classroom full = unweighted;
+    full.weighting = GradeWeighting{.sharesByAssignment = {{1, 1}}};
+    Classroom nothingSet = full;
     nothingSet.submissions.clear();
-    Classroom ended = full();
+    Classroom ended = full;
     ended.termEndsAt = test::noon - std::chrono::days(2);
-    Classroom partly = full().student(6, std::nullopt, day, 3600);
-    Classroom ungraded;
-    Classroom withoutTime;
-    Classroom withoutActivity;
-    Classroom quiet;
-    for (std::int64_t id = 1; id <= 5; ++id) {
-        ungraded.student(id, std::nullopt, day, 3600).handedIn(id, {1});
-        withoutTime.student(id, 80, day, 0).handedIn(id, {1});
-        withoutActivity.student(id, 80, std::nullopt, 3600).handedIn(id, {1});
-        quiet.student(id, 80, 40 * day, 3600).handedIn(id, {1});
-    }
+    Classroom partly = full;
+    partly.student(6, std::nullopt, day, 3600);
+    const Classroom quiet = classOf(80, 40 * day, 3600);
     Classroom quietAtTheEnd = quiet;
     quietAtTheEnd.termEndsAt = test::noon;
     constexpr auto nothing = "Nothing is due, handed in or graded so far.";
     constexpr auto isQuiet = "Left out, since most of the class is quiet.";
     for (const auto &[room, expected] : std::vector<std::pair<Classroom, SignalCoverage>>{
-             {full(), {Signal::missing, true, ""}},
-             {full(), {Signal::inactivity, true, ""}},
+             {full, {Signal::missing, true, ""}},
+             {full, {Signal::inactivity, true, ""}},
              {unweighted,
               {Signal::missing, true,
                "Missing work is counted, not weighed: the course has no usable weights."}},
              {unweighted, {Signal::pastDue, true, ""}},
              {nothingSet, {Signal::missing, false, nothing}},
              {nothingSet, {Signal::pastDue, false, nothing}},
-             {ungraded, {Signal::grade, false, "There are no grades yet."}},
+             {classOf({}, day, 3600), {Signal::grade, false, "There are no grades yet."}},
              {partly, {Signal::grade, true, "1 student has no score yet."}},
-             {withoutTime, {Signal::time, false, "Canvas reports no time in course."}},
-             {withoutActivity, {Signal::inactivity, false, "Canvas reports no activity."}},
+             {classOf(80, day, 0), {Signal::time, false, "Canvas reports no time in course."}},
+             {classOf(80, {}, 3600), {Signal::inactivity, false, "Canvas reports no activity."}},
              {ended, {Signal::inactivity, false, "Left out, since the term has ended."}},
              {quiet, {Signal::inactivity, false, isQuiet}},
              {quietAtTheEnd, {Signal::inactivity, false, isQuiet}}}) {

@@ -45,6 +45,13 @@ std::optional<CanvasError> failureOf(CanvasClient reading) {
     return std::nullopt;
 }
 
+/// A page of one course that links to the next page.
+FakeReply pageBefore(const std::string &next) {
+    return {
+        .body = R"([{"id":1}])",
+        .headers = {{"Link", QByteArray::fromStdString("<" + next + ">; rel=\"next\"")}}};
+}
+
 struct CanvasClientTest : testing::Test {
     FakeCanvas canvas;
     test::LogCapture log;
@@ -292,25 +299,18 @@ TEST_F(CanvasClientTest, SendsTheTokenToOneOriginOnly) {
     other.serve(coursesPath, {R"({"id":2})"});
     QTcpServer plain;
     ASSERT_TRUE(plain.listen(QHostAddress::LocalHost));
-    const auto next = [](const std::string &address) {
-        return FakeReply{
-            .body = R"([{"id":1}])",
-            .headers = {
-                {"Link",
-                 QByteArray::fromStdString("<" + address + "/api/v1/courses>; rel=\"next\"")}}};
-    };
     const std::string port = std::to_string(plain.serverPort());
     for (const std::string &address :
          {other.address(), "http://localhost:" + port,
           "https://LOCALHOST:" + std::to_string(canvas.port()),
           "https://localhost@127.0.0.1:" + port}) {
-        canvas.plan(coursesPath, {next(address)});
+        canvas.plan(coursesPath, {pageBefore(address + "/api/v1/courses")});
         const ListRead<Course> list = readCourses();
         EXPECT_EQ(list.records.size(), 1U) << address;
         EXPECT_EQ(list.cutShort, CutShort::refusedLink) << address;
         EXPECT_THAT(logged.back(), HasSubstr("Refusing cross-host Link to " + address));
     }
-    canvas.plan(coursesPath, {next("https://local host")});
+    canvas.plan(coursesPath, {pageBefore("https://local host/api/v1/courses")});
     EXPECT_EQ(readCourses().cutShort, CutShort::unreadableLink);
     for (const std::string &address : {other.address() + "/", "http://localhost:" + port + "/"}) {
         for (const int status : {301, 302, 307, 308}) {
@@ -328,10 +328,8 @@ TEST_F(CanvasClientTest, SendsTheTokenToOneOriginOnly) {
 }
 
 TEST_F(CanvasClientTest, StopsAtThreeHundredPages) {
-    const QByteArray self = QByteArray::fromStdString(
-        "<" + canvas.address() + "/api/v1/courses?page=again>; rel=\"next\"");
     canvas.answerWith([&](const FakeRequest &) {
-        return FakeReply{.body = R"([{"id":1}])", .headers = {{"Link", self}}};
+        return pageBefore(canvas.address() + "/api/v1/courses?page=again");
     });
     const ListRead<Course> list = readCourses();
     EXPECT_EQ(list.records.size(), 300U);

@@ -36,12 +36,6 @@ struct HistoryTest : StoreTest {
     [[nodiscard]] std::vector<RosterSnapshot> savedEntries() const {
         return historyEntries(saved());
     }
-    [[nodiscard]] std::size_t filesSetAside() const {
-        return std::size_t(
-            std::ranges::count_if(std::filesystem::directory_iterator(data), [](const auto &each) {
-                return each.path().filename().string().find("unreadable") != std::string::npos;
-            }));
-    }
 };
 
 } // namespace ellwynd::test

@@ -1,7 +1,6 @@
+#include "base/files.h"
 #include "historytest.h"
 #include "memory/historyfile.h"
-
-#include <fmt/format.h>
 
 namespace ellwynd {
 namespace {
@@ -121,7 +120,8 @@ TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
     }
     write("again");
     static_cast<void>(open());
-    EXPECT_EQ(filesSetAside(), 2U) << "one set aside in the same second is not overwritten";
+    EXPECT_EQ(folder.read("data/RosterHistory.unreadable-1790251201.json"), "again")
+        << "one set aside in the same second is not overwritten";
 }
 
 TEST_F(HistoryTest, ANumberOutOfRangeCostsItsEntry) {
@@ -177,21 +177,18 @@ TEST_F(HistoryTest, AFileThatIsUnavailableIsNeitherSetAsideNorReplaced) {
     history.saveUnsaved();
     EXPECT_TRUE(history.isSaved());
     EXPECT_THAT(savedEntries(), ElementsAre(entry(7, 1, noon, "Watch"), entry(8, 2, noon, "OK")));
-    EXPECT_EQ(filesSetAside(), 0U);
+    EXPECT_FALSE(files::hasSetAside(file));
 }
 
 TEST_F(HistoryTest, CopiesSetAsideGoWithTheHistory) {
     write("broken");
-    const std::int64_t now = noon.time_since_epoch().count() / 1'000'000;
-    const auto copy = [&](std::int64_t age) {
-        return folder.write(fmt::format("data/RosterHistory.unreadable-{}.json", now - age), "old");
-    };
-    const auto kept = copy(31'536'000);
-    const auto expired = copy(31'536'001);
+    // A year before noon, and a second more.
+    const auto kept = folder.write("data/RosterHistory.unreadable-1758715200.json", "old");
+    const auto expired = folder.write("data/RosterHistory.unreadable-1758715199.json", "old");
     RosterHistory history = open();
     EXPECT_TRUE(std::filesystem::exists(kept));
     EXPECT_FALSE(std::filesystem::exists(expired));
-    EXPECT_EQ(filesSetAside(), 2U) << "with the file of today";
+    EXPECT_TRUE(std::filesystem::exists(data / "RosterHistory.unreadable-1790251200.json"));
     history.record({row(1, "Watch")}, 7, noon);
     const auto unfinished = [&] {
         return folder.write("data/.RosterHistory.json.new-abc123", "of a killed writer");
@@ -201,7 +198,7 @@ TEST_F(HistoryTest, CopiesSetAsideGoWithTheHistory) {
     EXPECT_FALSE(std::filesystem::exists(atOpen));
     const auto atDelete = unfinished();
     history.deleteAll();
-    EXPECT_EQ(filesSetAside(), 0U);
+    EXPECT_FALSE(files::hasSetAside(file));
     EXPECT_FALSE(std::filesystem::exists(atDelete));
 }
 
@@ -297,7 +294,7 @@ TEST_F(HistoryTest, TwoProcessesKeepEachOthersEntries) {
     write("broken");
     window.record({row(5, "OK")}, 9, noon);
     EXPECT_EQ(savedEntries().size(), 2U);
-    EXPECT_EQ(filesSetAside(), 1U);
+    EXPECT_TRUE(files::hasSetAside(file));
 }
 
 TEST_F(HistoryTest, SwitchingOffDeletesEntriesAndStopsRecording) {

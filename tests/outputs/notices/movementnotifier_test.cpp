@@ -114,6 +114,7 @@ TEST_F(MovementNotifierTest, SettingsDecideWhetherANoticeIsPosted) {
              {"on", {notices}, false, true, true},
              {"in front", {notices}, true, false, true},
              {"in front, enabled", {notices, whileActive}, true, true, true},
+             {"in the background, enabled in front", {notices, whileActive}, false, true, true},
              {"sample college", {notices, sample}, false, false, false},
              {"sample college, enabled", {notices, sample, sampleNotices}, false, true, true},
              {"sample college, off", {sample, sampleNotices}, false, false, false}}) {

@@ -12,7 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using test::ResourceLimit;
 using test::TemporaryFolder;
 using testing::UnorderedElementsAre;
 
@@ -67,7 +66,7 @@ TEST(Files, TellUnavailableFilesFromUnreadableOnes) {
           {folder.path() / "none", "absent"}})
         EXPECT_STREQ(outcome(path), expected) << path;
     {
-        const ResourceLimit noDescriptor(RLIMIT_NOFILE, 0);
+        const test::ResourceLimit noDescriptor(RLIMIT_NOFILE, 0);
         EXPECT_STREQ(outcome(file), "unavailable");
     }
     // Permissions do not restrict the superuser, as whom the tests may run.

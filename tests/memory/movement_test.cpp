@@ -16,8 +16,6 @@ using test::at;
 using test::entry;
 using test::noon;
 using test::row;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 struct MovementTest : testing::Test {
     test::TemporaryFolder folder;
@@ -81,7 +79,7 @@ TEST_F(MovementTest, WorseFirstThenNewThenImproved) {
     std::vector<std::int64_t> order;
     for (const RosterChange &each : change)
         order.push_back(each.studentID);
-    EXPECT_THAT(order, ElementsAre(3, 4, 2, 5, 1, 6));
+    EXPECT_THAT(order, testing::ElementsAre(3, 4, 2, 5, 1, 6));
     EXPECT_EQ(summaryLine(change), "Since last time: 2 slipped · 2 newly flagged · 2 improved");
     EXPECT_EQ(
         summaryLine({change[0], change[1], change[4]}), "Since last time: 2 slipped · 1 improved");

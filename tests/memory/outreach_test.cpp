@@ -12,7 +12,6 @@ using std::chrono::days;
 using std::chrono::seconds;
 using test::at;
 using test::entry;
-using test::historyText;
 using test::noon;
 using test::noonClock;
 using test::row;
@@ -282,7 +281,7 @@ TEST_F(OutreachTest, TheLevelThenIsTheLastBeforeOrTheFirstAfter) {
         history.fill(entries);
         const auto level = outcome({7, 1, written}, row(1, "Watch"), history, noon).levelThen;
         EXPECT_EQ(level.isKnown() ? levelName(level.level()) : "unknown", then)
-            << historyText(entries);
+            << test::historyText(entries);
     }
 }
 

@@ -12,7 +12,6 @@ namespace {
 using test::Classroom;
 using testing::ElementsAre;
 using testing::Pair;
-using testing::UnorderedElementsAre;
 
 ClassFigures figuresOf(const Classroom &room) {
     return classFigures(room.enrollments, room.submissions, std::nullopt, test::noon);
@@ -166,7 +165,8 @@ TEST(GradeWeighting, NamesEveryAssignmentThatHasAName) {
     const auto weighting =
         gradeWeighting({group(std::nullopt, {{.id = 1, .name = "Essay"}, hidden, {.id = 3}})}, {});
     EXPECT_THAT(
-        weighting.namesByAssignment, UnorderedElementsAre(Pair(1, "Essay"), Pair(2, "Hidden")));
+        weighting.namesByAssignment,
+        testing::UnorderedElementsAre(Pair(1, "Essay"), Pair(2, "Hidden")));
     EXPECT_EQ(assignmentName(weighting.namesByAssignment, 3), "Assignment 3");
 }
 

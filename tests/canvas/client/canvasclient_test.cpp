@@ -17,7 +17,6 @@ using test::CertificateKind;
 using test::FakeCanvas;
 using test::FakeReply;
 using test::FakeRequest;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using Kind = CanvasError::Kind;
 using Manner = FakeReply::Manner;
@@ -97,7 +96,7 @@ TEST_F(CanvasClientTest, SendsTheExpectedRequests) {
     }
     EXPECT_THAT(
         requested,
-        ElementsAre(
+        testing::ElementsAre(
             "/api/v1/courses?enrollment_type=teacher&enrollment_state=active&include[]=term&per_"
             "page=100",
             "/api/v1/courses/4021/enrollments?type[]=StudentEnrollment&state[]=active&per_page=100",

@@ -6,8 +6,6 @@
 namespace ellwynd {
 namespace {
 
-using test::at;
-
 TEST(Decoding, ReadsEveryMember) {
     const auto courses = decodeCourses(R"([
         {"id": 4021, "name": "Bio", "course_code": "BIO", "unknown": {"id": "x", "deep": [1, [2]]},
@@ -18,7 +16,7 @@ TEST(Decoding, ReadsEveryMember) {
         .id = 4021,
         .name = "Bio",
         .courseCode = "BIO",
-        .term = Term{.id = 7, .name = "Fall", .startAt = at("2026-09-01T12:00:00Z")},
+        .term = Term{.id = 7, .name = "Fall", .startAt = test::at("2026-09-01T12:00:00Z")},
         .appliesGroupWeights = true};
     EXPECT_EQ(courses, (std::vector{bio, Course{.id = 5}}));
 

@@ -33,10 +33,6 @@ uint shown() {
     return count.value().variant().toUInt();
 }
 
-bool isShown() {
-    return test::until([] { return shown() == 1; });
-}
-
 struct PostedNotices : testing::Test {
     test::TemporaryFolder folder;
     UserDefaults defaults{folder.path() / "Preferences.json", {{"MovementNotifications", true}}};
@@ -62,28 +58,21 @@ struct PostedNotices : testing::Test {
             return authorised;
         }));
     }
-
-    [[nodiscard]] bool isOpened(std::size_t times) const {
-        return test::until([&] { return opened.size() == times; });
-    }
 };
 
 TEST_F(PostedNotices, ClickAndButtonOpenTheCourse) {
-    const CourseMovement bio{.courseID = 4021, .courseName = "Bio", .worseStudentIDs = {1}};
-    notifier.notify({bio});
-    ASSERT_TRUE(isShown());
-    call(commands, "NotificationAction", {0U});
-    EXPECT_TRUE(isOpened(1)) << "the notice itself";
-    call(commands, "NotificationCloseAll", {});
-    ASSERT_TRUE(test::until([] { return shown() == 0; }));
-
-    notifier.forget(4021);
-    notifier.notify({bio});
-    ASSERT_TRUE(isShown());
-    call(commands, "ContextMenuCall", {});
-    EXPECT_TRUE(isOpened(2)) << "the button";
-    EXPECT_THAT(opened, testing::ElementsAre(4021, 4021));
-    call(commands, "NotificationCloseAll", {});
+    for (const auto &[command, arguments] :
+         {std::pair{"NotificationAction", QVariantList{0U}}, {"ContextMenuCall", {}}}) {
+        opened.clear();
+        notifier.forget(4021);
+        notifier.notify({{.courseID = 4021, .courseName = "Bio", .worseStudentIDs = {1}}});
+        ASSERT_TRUE(test::until([] { return shown() == 1; }));
+        call(commands, command, arguments);
+        EXPECT_TRUE(test::until([this] { return !opened.empty(); })) << command;
+        EXPECT_THAT(opened, testing::ElementsAre(4021)) << command;
+        call(commands, "NotificationCloseAll", {});
+        ASSERT_TRUE(test::until([] { return shown() == 0; }));
+    }
 }
 
 } // namespace

@@ -15,7 +15,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
 using testing::StartsWith;
 
 struct WidgetSnapshotTest : testing::Test {
@@ -56,7 +55,7 @@ TEST_F(WidgetSnapshotTest, WritesBothVersionsThenReloads) {
     EXPECT_THAT(text("WidgetSnapshot.json"), HasSubstr(R"(  "termTitle": "Fall 2026",
   "updatedAt": "2026-09-24T12:00:00Z"
 })"));
-    EXPECT_THAT(text("WidgetSnapshot.json"), Not(HasSubstr("3310")));
+    EXPECT_THAT(text("WidgetSnapshot.json"), testing::Not(HasSubstr("3310")));
     EXPECT_EQ(readWidgetSnapshot(container), file);
     EXPECT_EQ(reloads, 1);
     EXPECT_THAT(

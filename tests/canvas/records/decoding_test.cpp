@@ -121,6 +121,8 @@ TEST(Decoding, ErrorsNameTheRecordAndTheKey) {
     const std::string ids = R"("user_id": 1, "assignment_id": 2, "workflow_state": )";
     for (const auto &[fields, problem] : std::vector<std::pair<std::string, std::string>>{
              {R"("user_id": 1, "assignment_id": 2)", "workflow_state is missing"},
+             {R"("user_id": 1, "workflow_state": "graded")", "assignment_id is missing"},
+             {R"("assignment_id": 2, "workflow_state": "graded")", "user_id is missing"},
              {ids + "null", "workflow_state is not a string"},
              {ids + R"("graded", "missing": 1)", "missing is not a boolean"},
              {ids + R"("graded", "score": "8")", "score is not a number"},
@@ -137,6 +139,15 @@ TEST(Decoding, ErrorsNameTheRecordAndTheKey) {
     EXPECT_EQ(
         failure(R"({"id": 1, "term": {"name": "Fall"}})", decodeCourse),
         "Course term.id is missing");
+    EXPECT_EQ(failure("[{}]", decodeCourses), "Course [0].id is missing");
+    EXPECT_EQ(failure("[{}]", decodeAssignmentGroups), "AssignmentGroup [0].id is missing");
+    EXPECT_EQ(
+        failure(R"([{"id": 1, "assignments": [{}]}])", decodeAssignmentGroups),
+        "AssignmentGroup [0].assignments[0].id is missing");
+    EXPECT_EQ(failure("[{}]", decodeEnrollments), "Enrollment [0].user_id is missing");
+    EXPECT_EQ(
+        failure(R"([{"user_id": 1, "user": {}}])", decodeEnrollments),
+        "Enrollment [0].user.id is missing");
     EXPECT_EQ(
         failure(R"([{"id": 1, "assignments": [{"id": 2}, {"id": "x"}]}])", decodeAssignmentGroups),
         "AssignmentGroup [0].assignments[1].id is not a 64-bit integer");

@@ -68,6 +68,10 @@ TEST_F(ContactsTest, DropsOldContactsAndIgnoresUnreadableFiles) {
             ElementsAre(testing::StartsWith("contacts: Couldn't read the contact log: ")));
         EXPECT_EQ(saved(), bytes) << "left in place until the next save";
     }
+    std::filesystem::resize_file(file, (std::uintmax_t{64} << 20) + 1);
+    EXPECT_TRUE(open().records().empty());
+    EXPECT_THAT(
+        test::LogCapture::lines(), testing::Contains(testing::HasSubstr("larger than 64 MiB")));
     open().noteContact(7, 1, noon);
     EXPECT_EQ(std::ranges::count(saved(), '{'), 1);
 }

@@ -124,6 +124,14 @@ TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
         << "one set aside in the same second is not overwritten";
 }
 
+TEST_F(HistoryTest, AFileThatIsTooLargeIsNotRead) {
+    write("");
+    std::filesystem::resize_file(file, (std::uintmax_t{1024} << 20) + 1);
+    EXPECT_TRUE(open().entries().empty());
+    EXPECT_THAT(
+        test::LogCapture::lines(), testing::Contains(testing::HasSubstr("larger than 1024 MiB")));
+}
+
 TEST_F(HistoryTest, ANumberOutOfRangeCostsItsEntry) {
     for (const char *number :
          {"1e999", "-1e999", "1e300", "9223372036854775808", "99999999999999999999999", "null"}) {

@@ -198,6 +198,13 @@ TEST_F(TemplateStoreTest, ADateOutOfRangeIsReplacedByTheOther) {
     }
 }
 
+TEST_F(TemplateStoreTest, AFileThatIsTooLargeIsNotRead) {
+    write("");
+    std::filesystem::resize_file(file, (std::uintmax_t{64} << 20) + 1);
+    EXPECT_EQ(open().templates().size(), 3U);
+    EXPECT_THAT(logged, testing::Contains(HasSubstr("larger than 64 MiB")));
+}
+
 TEST_F(TemplateStoreTest, AFolderInPlaceOfTheFileIsSetAside) {
     std::filesystem::create_directories(file / "full");
     TemplateStore store = open();

@@ -1,32 +1,35 @@
 #include "preferences/launcharguments.h"
 #include "preferences/userdefaults.h"
 #include "support/temporaryfolder.h"
-
-#include <QCoreApplication>
-#include <QDeadlineTimer>
+#include "support/until.h"
 
 #include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
 
-using test::TemporaryFolder;
 using testing::ElementsAre;
 using namespace std::string_literals;
 
-struct Store {
-    TemporaryFolder folder;
-    PreferenceMap arguments;
+struct UserDefaultsTest : testing::Test {
+    test::TemporaryFolder folder;
+    std::filesystem::path file = folder.path() / "Preferences.json";
+    /// The keys of the changes that `observe` was told of.
+    std::vector<std::string> notified;
 
-    [[nodiscard]] UserDefaults open() const { return open(arguments); }
-    [[nodiscard]] UserDefaults open(const PreferenceMap &with) const {
-        return {folder.path() / "Preferences.json", with};
+    [[nodiscard]] UserDefaults open(PreferenceMap arguments = {}) const {
+        return {file, std::move(arguments)};
+    }
+    /// What the next run of the program finds.
+    [[nodiscard]] PreferenceMap saved() const { return open().persistentDomain(); }
+
+    [[nodiscard]] std::shared_ptr<void> observe(UserDefaults &defaults) {
+        return defaults.observe([this](std::string_view key) { notified.emplace_back(key); });
     }
 };
 
-TEST(UserDefaults, SearchesTheDomainsInOrder) {
-    Store store{.arguments = {{"DefaultPassingScore", std::int64_t{55}}}};
-    UserDefaults defaults = store.open();
+TEST_F(UserDefaultsTest, SearchesTheDomainsInOrder) {
+    UserDefaults defaults = open({{"DefaultPassingScore", std::int64_t{55}}});
     EXPECT_EQ(defaults.value(preferences::sidebarTermLimit), 6);
     defaults.set(preferences::sidebarTermLimit, std::int64_t{3});
     EXPECT_EQ(defaults.value(preferences::sidebarTermLimit), 3);
@@ -38,57 +41,47 @@ TEST(UserDefaults, SearchesTheDomainsInOrder) {
     EXPECT_EQ(defaults.object("NoSuchKey"), std::nullopt);
 }
 
-TEST(UserDefaults, TypesSurviveTheFile) {
-    const Store store;
+TEST_F(UserDefaultsTest, TypesSurviveTheFile) {
     const PreferenceMap values{
         {"Flag", true},
         {"Five", std::int64_t{5}},
         {"FivePointZero", 5.0},
         {"Text", "\"quoted\" – ünï\n"s},
-        {"List", IDList{1, -2, 9000000000000000000}},
-        {"Course.42.PassingScore", 72.5}};
-    {
-        UserDefaults defaults = store.open();
-        for (const auto &[key, value] : values)
-            defaults.set(key, value);
-    }
-    EXPECT_EQ(store.open().persistentDomain(), values);
+        {"List", IDList{1, -2, 9000000000000000000}}};
+    open().update({values.begin(), values.end()});
+    EXPECT_EQ(saved(), values);
 }
 
-TEST(UserDefaults, ReadsStoredValuesWithinTheirLimits) {
+TEST_F(UserDefaultsTest, ReadsStoredValuesWithinTheirLimits) {
     struct Row {
         PreferenceValue stored;
         double scale;
         std::int64_t terms;
         bool compact;
     };
+    UserDefaults defaults = open();
     for (const Row &row :
          {Row{std::int64_t{-3}, 0.8, 0, false}, Row{2.5, 2.0, 6, false}, Row{0.5, 0.8, 6, false},
           Row{std::int64_t{1}, 1.0, 1, true}, Row{1.0, 1.0, 1, true}, Row{2.0, 2.0, 2, false},
-          Row{-3.0, 0.8, 0, false}, Row{1e300, 2.0, 6, false}, Row{true, 1.0, 6, true},
-          Row{"5"s, 1.0, 6, false}}) {
-        const Store store;
-        UserDefaults defaults = store.open();
+          Row{1e300, 2.0, 6, false}, Row{true, 1.0, 6, true}, Row{"5"s, 1.0, 6, false}}) {
+        SCOPED_TRACE(toJSON(row.stored));
         for (const char *key : {"TextScale", "SidebarTermLimit", "RosterCompactRows"})
             defaults.set(key, row.stored);
-        EXPECT_EQ(defaults.value(preferences::textScale), row.scale) << toJSON(row.stored);
-        EXPECT_EQ(defaults.value(preferences::sidebarTermLimit), row.terms) << toJSON(row.stored);
-        EXPECT_EQ(defaults.value(preferences::rosterCompactRows), row.compact)
-            << toJSON(row.stored);
+        EXPECT_EQ(defaults.value(preferences::textScale), row.scale);
+        EXPECT_EQ(defaults.value(preferences::sidebarTermLimit), row.terms);
+        EXPECT_EQ(defaults.value(preferences::rosterCompactRows), row.compact);
     }
 }
 
-TEST(UserDefaults, AnUpdateOfSeveralValuesCanBeUndone) {
-    const Store store;
-    UserDefaults defaults = store.open();
+TEST_F(UserDefaultsTest, AnUpdateOfSeveralValuesCanBeUndone) {
+    UserDefaults defaults = open();
     const PreferenceMap before{{"A", std::int64_t{1}}, {"B", "b"s}, {"Same", 5.0}};
-    for (const auto &[key, value] : before)
-        defaults.set(key, value);
-    std::vector<std::string> notified;
+    defaults.update({before.begin(), before.end()});
+    const PreferenceMap after{{"A", std::int64_t{2}}, {"C", true}, {"Same", 5.0}};
     auto observing = defaults.observe([&](std::string_view key) {
         notified.emplace_back(key);
-        EXPECT_EQ(defaults.object("C"), PreferenceValue(true)) << "all are in effect by now";
-        EXPECT_EQ(store.open().persistentDomain(), defaults.persistentDomain());
+        EXPECT_EQ(defaults.persistentDomain(), after) << "all are in effect by now";
+        EXPECT_EQ(saved(), after);
     });
     const PreferenceChanges replaced = defaults.update(
         {{"A", PreferenceValue(std::int64_t{2})},
@@ -96,57 +89,50 @@ TEST(UserDefaults, AnUpdateOfSeveralValuesCanBeUndone) {
          {"C", PreferenceValue(true)},
          {"Never", std::nullopt},
          {"Same", PreferenceValue(5.0)}});
-    EXPECT_THAT(notified, testing::ElementsAre("A", "B", "C"));
+    EXPECT_THAT(notified, ElementsAre("A", "B", "C"));
     const PreferenceChanges expected{
         {"A", PreferenceValue(std::int64_t{1})}, {"B", PreferenceValue("b"s)}, {"C", std::nullopt}};
     EXPECT_EQ(replaced, expected);
-    EXPECT_EQ(
-        defaults.persistentDomain(),
-        (PreferenceMap{{"A", std::int64_t{2}}, {"C", true}, {"Same", 5.0}}));
     observing.reset();
     defaults.update(replaced);
-    EXPECT_EQ(store.open().persistentDomain(), before);
+    EXPECT_EQ(saved(), before);
 }
 
-TEST(UserDefaults, PreservesValuesOfUnknownTypes) {
-    const Store store;
-    store.folder.write("Preferences.json", R"({"Future": {"a": [null, 1.5]}, "TextScale": 1.2})");
-    UserDefaults defaults = store.open();
+TEST_F(UserDefaultsTest, PreservesValuesOfUnknownTypes) {
+    folder.write("Preferences.json", R"({"Future": {"a": [null, 1.5]}, "TextScale": 1.2})");
+    UserDefaults defaults = open();
     EXPECT_EQ(defaults.object("Future"), std::nullopt);
     EXPECT_EQ(defaults.value(preferences::textScale), 1.2);
     defaults.set(preferences::rosterCompactRows, true);
-    EXPECT_THAT(store.folder.read("Preferences.json"), testing::HasSubstr("\"Future\": {"));
+    EXPECT_THAT(folder.read("Preferences.json"), testing::HasSubstr("\"Future\": {"));
+    // A number that is too large costs its key alone.
+    folder.write("Preferences.json", R"({"TextScale": 1e999, "SidebarTermLimit": 4})");
+    EXPECT_EQ(saved(), (PreferenceMap{{"SidebarTermLimit", std::int64_t{4}}}));
 }
 
-TEST(UserDefaults, SetsAnUnreadableFileAside) {
-    const std::string deep =
-        R"({"a":)" + std::string(200'000, '[') + std::string(200'000, ']') + "}";
-    const std::vector<std::string> files{"{\"TextScale\": 1.", "[1, 2]", "", "<html>",
-                                         "\xff\xfe",           deep};
-    for (const std::string &broken : files) {
-        const Store store;
-        store.folder.write("Preferences.json", broken);
-        UserDefaults defaults = store.open();
+TEST_F(UserDefaultsTest, SetsAnUnreadableFileAside) {
+    for (const std::string broken : {"{\"TextScale\": 1.", "[1, 2]", "", "\xff\xfe"}) {
+        const test::TemporaryFolder other;
+        const std::filesystem::path path = other.write("Preferences.json", broken);
+        UserDefaults defaults(path, {});
         EXPECT_EQ(defaults.value(preferences::textScale), 1.0);
         defaults.set(preferences::textScale, 1.5);
         std::string kept;
-        for (const auto &entry : std::filesystem::directory_iterator(store.folder.path())) {
+        for (const auto &entry : std::filesystem::directory_iterator(other.path())) {
             const std::string name = entry.path().filename();
             if (name.starts_with("Preferences.unreadable-"))
-                kept = store.folder.read(name);
+                kept = other.read(name);
         }
         EXPECT_EQ(kept, broken);
-        EXPECT_EQ(store.open().value(preferences::textScale), 1.5);
+        EXPECT_EQ(UserDefaults(path, {}).value(preferences::textScale), 1.5);
     }
 }
 
-TEST(UserDefaults, NotifiesObserversOfChangesOnly) {
-    const Store store;
-    std::vector<std::string> notified;
+TEST_F(UserDefaultsTest, NotifiesObserversOfChangesOnly) {
     std::shared_ptr<void> observing;
     {
-        UserDefaults defaults = store.open();
-        observing = defaults.observe([&](std::string_view key) { notified.emplace_back(key); });
+        UserDefaults defaults = open();
+        observing = observe(defaults);
         defaults.set(preferences::textScale, 1.5);
         defaults.set(preferences::textScale, 1.5);
         defaults.set("TextScale", std::int64_t{1});
@@ -157,18 +143,15 @@ TEST(UserDefaults, NotifiesObserversOfChangesOnly) {
         observing.reset();
         defaults.set(preferences::textScale, 1.1);
         EXPECT_EQ(notified.size(), 4U);
-        observing = defaults.observe([](std::string_view) {});
+        observing = observe(defaults);
     }
     observing.reset(); // after its store
 }
 
-TEST(UserDefaults, ChangesOfTwoProcessesAreMerged) {
-    const Store store;
-    UserDefaults window = store.open();
-    UserDefaults commandLine = store.open();
-    std::vector<std::string> notified;
-    const auto observing =
-        window.observe([&](std::string_view key) { notified.emplace_back(key); });
+TEST_F(UserDefaultsTest, ChangesOfTwoProcessesAreMerged) {
+    UserDefaults window = open();
+    UserDefaults commandLine = open();
+    const auto observing = observe(window);
     commandLine.set("One", std::int64_t{1});
     window.set("Two", std::int64_t{2});
     commandLine.set("Three", std::int64_t{3});
@@ -176,42 +159,41 @@ TEST(UserDefaults, ChangesOfTwoProcessesAreMerged) {
     EXPECT_THAT(notified, ElementsAre("One", "Two"));
     window.reloadIfChanged();
     EXPECT_THAT(notified, ElementsAre("One", "Two", "Three", "Two"));
-    EXPECT_EQ(store.open().persistentDomain(), window.persistentDomain());
-    EXPECT_EQ(window.persistentDomain().size(), 2U);
+    EXPECT_EQ(saved(), window.persistentDomain());
+    EXPECT_EQ(saved().size(), 2U);
 
     // A missing file loses nothing.
-    std::filesystem::remove(store.folder.path() / "Preferences.json");
+    std::filesystem::remove(file);
     window.reloadIfChanged();
     window.set("Zero", std::int64_t{0});
-    EXPECT_EQ(store.open().persistentDomain().size(), 3U);
+    EXPECT_EQ(saved().size(), 3U);
 
     // A damaged file is set aside, and the in-memory state is saved.
-    store.folder.write("Preferences.json", "{broken");
+    folder.write("Preferences.json", "{broken");
     window.set("Four", std::int64_t{4});
-    EXPECT_EQ(store.open().persistentDomain().size(), 4U);
+    EXPECT_EQ(saved().size(), 4U);
 
     // Another process may save a new file before it.
     PreferenceMap all = window.persistentDomain();
-    store.folder.write("Preferences.json", "{broken");
+    folder.write("Preferences.json", "{broken");
     window.reloadIfChanged();
     EXPECT_FALSE(window.isSaved());
-    store.open().set("One", std::int64_t{5});
+    open().set("One", std::int64_t{5});
     window.update({});
     all.insert_or_assign("One", std::int64_t{5});
-    EXPECT_EQ(store.open().persistentDomain(), all);
+    EXPECT_EQ(saved(), all);
 }
 
-TEST(UserDefaults, ASampleRunLeavesTheTeachersFileAlone) {
-    const Store store;
-    store.open().update(
+TEST_F(UserDefaultsTest, ASampleRunLeavesTheTeachersFileAlone) {
+    open().update(
         {{"TextScale", 1.5},
          {"Course.7.Icon", "book"s},
          {"SidebarTermLimit", std::int64_t{3}},
          {"Onboarding.step", std::int64_t{1}}});
-    const std::string teachers = store.folder.read("Preferences.json");
+    const std::string teachers = folder.read("Preferences.json");
     const PreferenceMap inSampleMode{{"SampleData", true}};
     {
-        UserDefaults sample = store.open(inSampleMode);
+        UserDefaults sample = open(inSampleMode);
         EXPECT_EQ(sample.value(preferences::textScale), 1.5) << "the teacher's value comes second";
         const PreferenceChanges replaced = sample.update(
             {{"TextScale", 1.1},
@@ -224,70 +206,61 @@ TEST(UserDefaults, ASampleRunLeavesTheTeachersFileAlone) {
                 {"TextScale", 1.5},
                 {"Course.7.Icon", "book"s},
                 {"RosterCompactRows", std::nullopt}}));
-        EXPECT_EQ(store.folder.read("Preferences.json"), teachers);
+        EXPECT_EQ(folder.read("Preferences.json"), teachers);
     }
-    UserDefaults again = store.open(inSampleMode);
-    EXPECT_EQ(again.value(preferences::textScale), 1.1);
-    EXPECT_EQ(again.object("Course.7.Icon"), std::nullopt) << "the removal hides it";
-    EXPECT_EQ(again.value(preferences::sidebarTermLimit), 3);
-    EXPECT_EQ(again.persistentDomain().count("Course.7.Icon"), 0U);
-    EXPECT_EQ(again.persistentDomain().at("TextScale"), PreferenceValue(1.1));
+    UserDefaults again = open(inSampleMode);
+    const PreferenceMap expected{
+        {"TextScale", 1.1},
+        {"RosterCompactRows", true},
+        {"SidebarTermLimit", std::int64_t{3}},
+        {"Onboarding.step", std::int64_t{1}}};
+    EXPECT_EQ(again.persistentDomain(), expected) << "the removal hides the teacher's value";
+    EXPECT_EQ(again.object("Course.7.Icon"), std::nullopt);
     EXPECT_THAT(again.persistentDomainJSON(), testing::Not(testing::HasSubstr("null")));
-    EXPECT_EQ(store.open().value(preferences::textScale), 1.5);
 
     // Changes of other processes in either file are seen.
-    std::vector<std::string> notified;
-    const auto observing = again.observe([&](std::string_view key) { notified.emplace_back(key); });
-    store.open().update({{"SidebarTermLimit", std::int64_t{4}}, {"TextScale", 1.6}});
-    store.open(inSampleMode).set("TextScale", 1.2);
+    const auto observing = observe(again);
+    open().update({{"SidebarTermLimit", std::int64_t{4}}, {"TextScale", 1.6}});
+    open(inSampleMode).set("TextScale", 1.2);
     again.reloadIfChanged();
     EXPECT_THAT(notified, testing::UnorderedElementsAre("SidebarTermLimit", "TextScale"));
     EXPECT_EQ(again.value(preferences::textScale), 1.2);
 
     // The step of the first-run setup and the mode itself are the teacher's.
     again.update({{"Onboarding.step", std::int64_t{2}}, {"SampleData", false}});
-    EXPECT_EQ(store.open().value(preferences::onboardingStep), 2);
-    EXPECT_EQ(store.open().object("SampleData"), PreferenceValue(false));
+    EXPECT_EQ(open().value(preferences::onboardingStep), 2);
+    EXPECT_EQ(open().object("SampleData"), PreferenceValue(false));
 }
 
-TEST(UserDefaults, AFileThatCannotBeReadForAMomentIsLeftAlone) {
-    const Store store;
-    const auto file = store.folder.path() / "Preferences.json";
-    store.open().update({{"TextScale", 1.5}, {"SidebarTermLimit", std::int64_t{3}}});
-    const auto away = store.folder.path() / "away";
+TEST_F(UserDefaultsTest, AFileThatCannotBeReadForAMomentLosesNothing) {
+    open().update({{"TextScale", 1.5}, {"SidebarTermLimit", std::int64_t{3}}});
+    const std::filesystem::path away = folder.path() / "away";
     std::filesystem::rename(file, away);
     std::filesystem::create_symlink(file, file);
-    UserDefaults defaults = store.open();
-    EXPECT_TRUE(defaults.isSaved());
-    defaults.set("TextScale", 1.2);
-    defaults.remove("Never");
+    UserDefaults defaults = open();
+    defaults.update({{"TextScale", 1.2}, {"Never", std::nullopt}});
     EXPECT_FALSE(defaults.isSaved());
     EXPECT_EQ(defaults.value(preferences::textScale), 1.2) << "kept in memory";
-    EXPECT_TRUE(std::filesystem::is_symlink(file));
-    std::filesystem::remove(file);
     std::filesystem::rename(away, file);
     defaults.update({});
-    EXPECT_TRUE(defaults.isSaved());
     const PreferenceMap expected{{"TextScale", 1.2}, {"SidebarTermLimit", std::int64_t{3}}};
-    EXPECT_EQ(store.open().persistentDomain(), expected) << "neither side is lost";
+    EXPECT_EQ(saved(), expected);
 }
 
-TEST(UserDefaults, WhatCouldNotBeSavedIsSavedLater) {
-    const Store store;
-    const std::filesystem::path folder = store.folder.path();
-    const std::filesystem::path away = folder.string() + ".away";
+TEST_F(UserDefaultsTest, WhatCouldNotBeSavedIsSavedLater) {
+    const std::filesystem::path away = folder.path().string() + ".away";
     {
-        store.open().update({{"LateThreshold", std::int64_t{2}}, {"LateWeight", 1.0}});
-        UserDefaults defaults = store.open();
-        std::filesystem::rename(folder, away);
-        std::ofstream(folder) << "in its place";
+        open().update({{"LateThreshold", std::int64_t{2}}, {"LateWeight", 1.0}});
+        UserDefaults defaults = open();
+        std::filesystem::rename(folder.path(), away);
+        std::ofstream(folder.path()) << "in its place";
         defaults.update(
             {{"TextScale", 1.5}, {"LateThreshold", std::int64_t{5}}, {"LateWeight", std::nullopt}});
         EXPECT_FALSE(defaults.isSaved());
-        std::filesystem::remove(folder);
-        std::filesystem::rename(away, folder);
+        std::filesystem::remove(folder.path());
+        std::filesystem::rename(away, folder.path());
         // What another process saves after that is newer.
-        store.open().update(
+        open().update(
             {{"SidebarTermLimit", std::int64_t{3}},
              {"LateThreshold", std::int64_t{4}},
              {"LateWeight", 2.0}});
@@ -301,54 +274,39 @@ TEST(UserDefaults, WhatCouldNotBeSavedIsSavedLater) {
         {"SidebarTermLimit", std::int64_t{3}},
         {"LateThreshold", std::int64_t{4}},
         {"LateWeight", 2.0}};
-    EXPECT_EQ(store.open().persistentDomain(), expected) << "at the end of the program";
-    // A number that is too large costs its key alone.
-    store.folder.write("Preferences.json", R"({"TextScale": 1e999, "SidebarTermLimit": 4})");
-    EXPECT_EQ(
-        store.open().persistentDomain(), (PreferenceMap{{"SidebarTermLimit", std::int64_t{4}}}));
+    EXPECT_EQ(saved(), expected) << "at the end of the program";
 }
 
-TEST(UserDefaults, AWatchedFileIsReread) {
-    const Store store;
-    UserDefaults window = store.open();
+TEST_F(UserDefaultsTest, AWatchedFileIsReread) {
+    UserDefaults window = open();
     window.watch();
-    UserDefaults commandLine = store.open();
-    commandLine.set(preferences::textScale, 1.5);
-    QDeadlineTimer bound(10'000);
-    while (window.value(preferences::textScale) != 1.5 && !bound.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-    EXPECT_EQ(window.value(preferences::textScale), 1.5);
+    open().set(preferences::textScale, 1.5);
+    EXPECT_TRUE(test::until([&] { return window.value(preferences::textScale) == 1.5; }));
 }
 
 TEST(LaunchArguments, LeadingPairsArePreferences) {
-    struct Row {
-        std::vector<std::string> words;
-        PreferenceMap domain;
-        std::vector<std::string> rest;
-    };
-    for (const Row &row : std::vector<Row>{
-             {{}, {}, {}},
-             {{"-SampleData", "YES", "roster", "1"}, {{"SampleData", true}}, {"roster", "1"}},
-             {{"-A1", "NO", "-B2", "-5", "-C3", "2.50"},
-              {{"A1", false}, {"B2", std::int64_t{-5}}, {"C3", 2.5}},
-              {}},
-             {{"-Key", "a", "-Key", "b"}, {{"Key", "b"s}}, {}},
-             {{"-Lonely"}, {}, {"-Lonely"}},
-             {{"--sample", "-Key", "v"}, {}, {"--sample", "-Key", "v"}},
-             {{"-o", "file"}, {}, {"-o", "file"}},
-             {{"roster", "-Key", "v"}, {}, {"roster", "-Key", "v"}},
-             {{"-Big", "9223372036854775808"}, {{"Big", 9223372036854775808.0}}, {}},
-             {{"-Text", "nan", "-More", "inf", "-Hex", "0x10", "-Plus", "+5", "-Empty", ""},
-              {{"Text", "nan"s},
-               {"More", "inf"s},
-               {"Hex", "0x10"s},
-               {"Plus", "+5"s},
-               {"Empty", ""s}},
-              {}},
-         }) {
-        const LaunchArguments read = parseLaunchArguments(row.words);
-        EXPECT_EQ(read.domain, row.domain) << testing::PrintToString(row.words);
-        EXPECT_EQ(read.rest, row.rest) << testing::PrintToString(row.words);
+    const PreferenceMap values{
+        {"YES", true},
+        {"NO", false},
+        {"-5", std::int64_t{-5}},
+        {"2.50", 2.5},
+        {"9223372036854775808", 9223372036854775808.0},
+        {"nan", "nan"s},
+        {"inf", "inf"s},
+        {"0x10", "0x10"s},
+        {"+5", "+5"s},
+        {"", ""s}};
+    for (const auto &[word, value] : values) {
+        const std::vector<std::string> words{"-Key", "a", "-Key", word, "find", "-B", "v"};
+        const LaunchArguments read = parseLaunchArguments(words);
+        EXPECT_EQ(read.domain, (PreferenceMap{{"Key", value}})) << word;
+        EXPECT_THAT(read.rest, ElementsAre("find", "-B", "v"));
+    }
+    for (const std::vector<std::string> &rest : std::vector<std::vector<std::string>>{
+             {}, {"-Lonely"}, {"--sample", "-Key", "v"}, {"-o", "file"}}) {
+        const LaunchArguments without = parseLaunchArguments(rest);
+        EXPECT_TRUE(without.domain.empty()) << testing::PrintToString(rest);
+        EXPECT_EQ(without.rest, rest);
     }
 }
 

@@ -30,31 +30,21 @@ std::string item(const std::string &build, const std::string &version) {
 }
 
 TEST(Appcast, BuildsAreComparedAsNumbers) {
-    struct Row {
-        const char *build;
-        const char *than;
-        bool newer;
-    };
-    for (const Row &row : {
-             Row{"2", "1", true},
-             Row{"10", "9", true},
-             Row{"1.10", "1.9", true},
-             Row{"1.0.1", "1.0", true},
-             Row{"2", "1.99.99", true},
-             Row{"100000000000000000000000", "99999999999999999999999", true},
-             Row{"1.0.0", "1", false},
-             Row{"01.2", "1.2", false},
-             Row{"1", "1.0.0", false},
-             Row{"1.9", "1.10", false},
-             Row{"2b1", "1", false},
-             Row{"2.", "1", false},
-             Row{".2", "1", false},
-             Row{"2..1", "1", false},
-             Row{"-2", "1", false},
-             Row{"", "", false},
-             Row{"2", "", false},
-         })
-        EXPECT_EQ(isNewerBuild(row.build, row.than), row.newer) << row.build << " / " << row.than;
+    std::string older = "1.0";
+    for (const std::string newer :
+         {"1.0.1", "1.9", "1.10", "1.99.99", "2", "9", "10", "99999999999999999999999",
+          "100000000000000000000000"}) {
+        EXPECT_TRUE(isNewerBuild(newer, older)) << newer << " / " << older;
+        EXPECT_FALSE(isNewerBuild(older, newer)) << older << " / " << newer;
+        older = newer;
+    }
+    EXPECT_FALSE(isNewerBuild("1.0.0", "1"));
+    EXPECT_FALSE(isNewerBuild("1", "1.0.0"));
+    EXPECT_FALSE(isNewerBuild("01.2", "1.2"));
+    for (const char *invalid : {"2b1", "2.", ".2", "2..1", "-2", ""}) {
+        EXPECT_FALSE(isNewerBuild(invalid, "1")) << invalid;
+        EXPECT_FALSE(isNewerBuild("3", invalid)) << invalid;
+    }
 }
 
 TEST(Appcast, TheNewestItemIsOffered) {
@@ -103,23 +93,11 @@ TEST(Appcast, TheNewestItemIsOffered) {
 }
 
 TEST(Appcast, InvalidFeedsAreErrors) {
-    const std::string bomb =
-        R"(<!DOCTYPE rss [<!ENTITY a "1234567890"><!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;">)"
-        R"(<!ENTITY c "&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;">]>)";
-    const std::string body = feed(item("&c;", "1"));
-    for (const std::string &text : std::initializer_list<std::string>{
-             "",
-             "<!DOCTYPE html><html><body>Sign in</body></html>",
-             "<html></html>",
-             "{\"rss\":{}}",
-             feed(item("2", "2")).substr(0, 200),
-             feed(item("2", "2")) + "<more/>",
-             feed("<item><sparkle:version>1<b/></sparkle:version></item>"),
-             feed(item("&unknown;", "1")),
-             R"(<!DOCTYPE rss [<!ENTITY x SYSTEM "file:///etc/passwd">]>)" + feed(item("1", "&x;")),
-             bomb + body.substr(body.find("<rss")),
-             R"(<!DOCTYPE rss>)" + feed(item("2", "2")).substr(body.find("<rss")),
-         })
+    const std::string valid = feed(item("2", "2"));
+    for (const std::string &text :
+         {std::string(), std::string("<html></html>"), valid.substr(0, 200), valid + "<more/>",
+          feed("<item><sparkle:version>1<b/></sparkle:version></item>"),
+          feed(item("&unknown;", "1")), "<!DOCTYPE rss>" + valid.substr(valid.find("<rss"))})
         EXPECT_THROW(static_cast<void>(newestUpdate(text)), UpdateError) << text.substr(0, 80);
 }
 
@@ -167,6 +145,11 @@ struct UpdaterTest : testing::Test {
         return told;
     }
     std::vector<std::string> check() { return check(updater); }
+    std::vector<std::string> check(AppcastFeed other) {
+        Updater of(defaults, other, "2", test::noonClock);
+        listen(of);
+        return check(of);
+    }
 
     /// The queries of the requests so far.
     [[nodiscard]] std::vector<std::string> queries() const {
@@ -196,9 +179,14 @@ TEST_F(UpdaterTest, TheFirstCheckOfADayIsCountedOnce) {
     EXPECT_FALSE(headers.contains("authorization"));
 }
 
-TEST_F(UpdaterTest, TheMarkerIsRepeatedAfterAFailedCheck) {
+TEST_F(UpdaterTest, AFailedCheckIsNotRepeatedEarlyButItsMarkerIs) {
     answer({.status = 500});
-    EXPECT_THAT(check(), ElementsAre(HasSubstr("status 500")));
+    updater.checkIfDue();
+    EXPECT_TRUE(test::until([&] { return log.lines().size() == 2; }));
+    EXPECT_THAT(log.lines().back(), HasSubstr("status 500"));
+    updater.checkIfDue();
+    EXPECT_EQ(log.lines().back(), "settings: Skipping the update check; Sparkle looked recently");
+    EXPECT_THAT(told, ElementsAre());
     EXPECT_EQ(countedDay(), "");
     serve("<rss>");
     check();
@@ -209,10 +197,7 @@ TEST_F(UpdaterTest, TheMarkerIsRepeatedAfterAFailedCheck) {
 }
 
 TEST_F(UpdaterTest, TheMarkerIsAppendedToTheQueryOfTheAddress) {
-    AppcastFeed other(defaults, server.address() + "/feed?os=linux", test::noonClock);
-    Updater of(defaults, other, "2", test::noonClock);
-    listen(of);
-    check(of);
+    check(AppcastFeed(defaults, server.address() + "/feed?os=linux", test::noonClock));
     EXPECT_THAT(queries(), ElementsAre("os=linux&fd=1"));
 }
 
@@ -238,26 +223,21 @@ TEST_F(UpdaterTest, NewerBuildsAreAnnouncedAndRemembered) {
 }
 
 TEST_F(UpdaterTest, APendingUpdateEndsOnceInstalled) {
-    struct Row {
-        const char *running;
-        bool pending;
-    };
     defaults.set(preferences::automaticUpdateChecks, false);
-    for (const Row &row :
-         {Row{"2", true}, Row{"3", false}, Row{"4", false}, Row{"unknown", false}}) {
+    for (const char *running : {"2", "3", "4", "unknown"}) {
+        const bool isPending = running == std::string_view("2");
         for (const bool hasFeed : {true, false}) {
+            SCOPED_TRACE(running);
             defaults.set(preferences::pendingUpdateBuild, std::string("3"));
             defaults.set(preferences::pendingUpdateVersion, std::string("0.3"));
             AppcastFeed none(defaults, "");
-            Updater of(defaults, hasFeed ? source : none, row.running);
+            Updater of(defaults, hasFeed ? source : none, running);
             listen(of);
             told.clear();
             of.start();
-            EXPECT_EQ(!told.empty(), row.pending && hasFeed) << row.running;
-            EXPECT_EQ(
-                defaults.object(preferences::pendingUpdateBuild.name).has_value(), row.pending)
-                << row.running;
-            EXPECT_EQ(of.pendingUpdate().has_value(), row.pending) << row.running;
+            EXPECT_EQ(!told.empty(), isPending && hasFeed);
+            EXPECT_EQ(defaults.object(preferences::pendingUpdateBuild.name).has_value(), isPending);
+            EXPECT_EQ(of.pendingUpdate().has_value(), isPending);
         }
     }
 }
@@ -294,16 +274,6 @@ TEST_F(UpdaterTest, AutomaticChecksAreLimitedAndSilent) {
     EXPECT_THAT(check(), ElementsAre("up to date")) << "the teacher may still request a check";
 }
 
-TEST_F(UpdaterTest, AFailedCheckIsNotRepeatedEarly) {
-    answer({.status = 503});
-    updater.checkIfDue();
-    EXPECT_TRUE(test::until([&] { return log.lines().size() == 2; }));
-    EXPECT_THAT(log.lines().back(), HasSubstr("status 503"));
-    updater.checkIfDue();
-    EXPECT_EQ(log.lines().back(), "settings: Skipping the update check; Sparkle looked recently");
-    EXPECT_THAT(told, ElementsAre());
-}
-
 TEST_F(UpdaterTest, TheScheduleFollowsTheClock) {
     Updater of(
         defaults, source, "2", [] { return currentTime; }, 1ms);
@@ -322,52 +292,25 @@ TEST_F(UpdaterTest, ARequestedCheckJoinsARunningOne) {
 }
 
 TEST_F(UpdaterTest, InvalidResponsesAreReported) {
-    const QByteArray space(qsizetype{2} << 20, ' ');
     struct Row {
-        const char *what;
         FakeReply reply;
         const char *message;
     };
     for (const Row &row : {
-             Row{"huge", {.body = space}, "it is too long"},
-             Row{"huge when unpacked", test::gzipped({.body = space}), "it is too long"},
-             Row{"redirect",
-                 {.status = 302, .headers = {{"Location", "https://elsewhere.example/"}}},
+             Row{{.body = QByteArray(qsizetype{2} << 20, ' ')}, "it is too long"},
+             Row{{.status = 302, .headers = {{"Location", "https://elsewhere.example/"}}},
                  "status 302"},
-             Row{"cut short",
-                 {.body = QByteArray(1000, ' '), .manner = FakeReply::Manner::cut},
-                 "couldn’t be"},
-             Row{"connection closed", {.manner = FakeReply::Manner::closed}, "couldn’t be loaded"},
-             Row{"a document type",
-                 {.body = QByteArray::fromStdString("<!DOCTYPE rss><rss/>")},
-                 "declares a document type"},
+             Row{{.manner = FakeReply::Manner::closed}, "couldn’t be loaded"},
+             Row{{.body = "<!DOCTYPE rss><rss/>"}, "declares a document type"},
          }) {
         answer(row.reply);
-        EXPECT_THAT(check(), ElementsAre(HasSubstr(row.message))) << row.what;
+        EXPECT_THAT(check(), ElementsAre(HasSubstr(row.message)));
     }
     EXPECT_EQ(countedDay(), "");
-}
-
-TEST_F(UpdaterTest, SlowResponsesTimeOut) {
-    for (const auto manner : {FakeReply::Manner::silent, FakeReply::Manner::trickle}) {
-        AppcastFeed impatient(defaults, server.address(), test::noonClock, {.totalTimeout = 50ms});
-        Updater of(defaults, impatient, "2", test::noonClock);
-        listen(of);
-        answer({.manner = manner});
-        EXPECT_THAT(check(of), ElementsAre(HasSubstr("took too long")));
-    }
-}
-
-TEST_F(UpdaterTest, UntrustedCertificatesAreRejected) {
-    using Kind = test::CertificateKind;
-    for (const Kind kind : {Kind::expired, Kind::otherHost, Kind::unknownAuthority}) {
-        const test::FakeCanvas liar(kind);
-        AppcastFeed other(defaults, liar.address(), test::noonClock);
-        Updater of(defaults, other, "2", test::noonClock);
-        listen(of);
-        EXPECT_THAT(check(of), ElementsAre(HasSubstr("couldn’t be loaded"))) << int(kind);
-        EXPECT_TRUE(liar.requests.empty()) << int(kind);
-    }
+    answer({.manner = FakeReply::Manner::trickle});
+    EXPECT_THAT(
+        check(AppcastFeed(defaults, server.address(), test::noonClock, {.totalTimeout = 50ms})),
+        ElementsAre(HasSubstr("took too long")));
 }
 
 TEST_F(UpdaterTest, WithoutAFeedNothingHappens) {

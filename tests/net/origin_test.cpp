@@ -10,37 +10,30 @@ TEST(Origin, LinksAreComparedWithTheRequestedURL) {
         /// As the teacher typed it.
         const char *typed;
         const char *link;
-        bool same;
     };
     for (const Row &row : {
-             Row{"https://h.example", "https://h.example/x", true},
-             Row{"https://h.example", "https://h.example", true},
-             Row{"https://h.example", "https://h.example:443?x", true},
-             Row{"https://H.Example", "https://h.example/x", true},
-             Row{"https://h.example:", "https://h.example/x", true},
-             Row{"https://h.example:0443", "https://h.example/x", true},
-             Row{"https://h.example:08443", "https://h.example:8443/x", true},
-             Row{"https://b\u00fccher.example", "https://xn--bcher-kva.example/x", true},
-             Row{"https://[::1]:8443", "https://[::1]:8443/x", true},
-             Row{"https://h.example", "https://H.example/x", false},
-             Row{"https://h.example", "https://h.example:8443/x", false},
-             Row{"https://h.example", "http://h.example/x", false},
-             Row{"https://h.example", "HTTPS://h.example/x", false},
-             Row{"https://h.example", "https://h.example.evil.example/x", false},
-             Row{"https://h.example", "https://other.example/x", false},
-             Row{"https://h.example", "https://h.example@evil.example/", false},
-             Row{"https://h.example", "https://me@h.example/", false},
-             Row{"https://h.example", "https://@h.example/", false},
-             Row{"https://h.example", "https://h.example\\@evil.example/", false},
-             Row{"https://h.example", "https://%68.example/", false},
-             Row{"https://h.example", "/relative", false},
-             Row{"https://h.example", "https:///x", false},
-             Row{"https://h.example", "", false},
+             Row{"https://h.example", "https://h.example/x"},
+             Row{"https://h.example", "https://h.example"},
+             Row{"https://h.example", "https://h.example:443?x"},
+             Row{"https://H.Example", "https://h.example/x"},
+             Row{"https://h.example:", "https://h.example/x"},
+             Row{"https://h.example:0443", "https://h.example/x"},
+             Row{"https://h.example:08443", "https://h.example:8443/x"},
+             Row{"https://b\u00fccher.example", "https://xn--bcher-kva.example/x"},
+             Row{"https://[::1]:8443", "https://[::1]:8443/x"},
          }) {
         const auto requested = httpsURL(row.typed);
         ASSERT_TRUE(requested) << row.typed;
-        EXPECT_EQ(isSameOrigin(*requested, row.link), row.same) << row.typed << " " << row.link;
+        EXPECT_TRUE(isSameOrigin(*requested, row.link)) << row.typed << " " << row.link;
     }
+    const QUrl requested = httpsURL("https://h.example").value();
+    for (const char *link :
+         {"https://H.example/x", "https://h.example:8443/x", "http://h.example/x",
+          "HTTPS://h.example/x", "https://h.example.evil.example/x", "https://other.example/x",
+          "https://h.example@evil.example/", "https://me@h.example/", "https://@h.example/",
+          "https://h.example\\@evil.example/", "https://%68.example/", "/relative", "https:///x",
+          ""})
+        EXPECT_FALSE(isSameOrigin(requested, link)) << link;
 }
 
 } // namespace

@@ -40,10 +40,12 @@ struct SyncServiceTest : testing::Test {
         return until([&] { return service->status().starts_with(start); });
     }
 
+    /// The text scale 1.5 is in the folder then.
     void switchOn() {
         defaults->set(preferences::syncSettings, true);
         service->chooseFolder(parent);
-        ASSERT_TRUE(statusBecomes("In step")) << service->status();
+        defaults->set(preferences::textScale, 1.5);
+        ASSERT_TRUE(until([&] { return has("TextScale"); })) << service->status();
     }
 
     [[nodiscard]] bool has(const std::string &key) const {
@@ -99,8 +101,6 @@ TEST_F(SyncServiceTest, TheFolderOfAnotherComputerIsUsedAsItIs) {
 
 TEST_F(SyncServiceTest, FollowsTheSwitchAndTheFolder) {
     switchOn();
-    defaults->set(preferences::textScale, 1.5);
-    ASSERT_TRUE(until([&] { return has("TextScale"); }));
     EXPECT_NE(defaults->value(preferences::syncedFolderMark), "");
 
     defaults->set(preferences::syncSettings, false);
@@ -121,18 +121,15 @@ TEST_F(SyncServiceTest, FollowsTheSwitchAndTheFolder) {
 
 TEST_F(SyncServiceTest, PushesAtTheEndWhatWasChangedInTheLastSecond) {
     switchOn();
-    defaults->set(preferences::textScale, 1.5);
+    defaults->set(preferences::rosterCompactRows, true);
     trends->publish(7, 3, test::noon);
     service.reset();
-    EXPECT_TRUE(has("TextScale"));
+    EXPECT_TRUE(has("RosterCompactRows"));
     EXPECT_TRUE(has("Trend.7"));
 }
 
 TEST_F(SyncServiceTest, RemovingSwitchesOffAndKeepsWhatIsHere) {
     switchOn();
-    defaults->set(preferences::textScale, 1.5);
-    ASSERT_TRUE(until([&] { return has("TextScale"); }));
-
     fs::rename(folder, home.path() / "Away");
     service->removeSyncedSettings();
     ASSERT_TRUE(statusBecomes("The synced settings could not be removed."));
@@ -149,8 +146,6 @@ TEST_F(SyncServiceTest, RemovingSwitchesOffAndKeepsWhatIsHere) {
 
 TEST_F(SyncServiceTest, ASampleRunTouchesNothing) {
     switchOn();
-    defaults->set(preferences::textScale, 1.5);
-    ASSERT_TRUE(until([&] { return has("TextScale"); }));
     service.reset();
     const std::string preferences = home.read("Preferences.json");
     const std::string synced = home.read("Synced.json");

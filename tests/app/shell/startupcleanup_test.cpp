@@ -51,10 +51,7 @@ TEST(StartupCleanup, AFolderThatCannotBeReadIsNotAnError) {
     const test::LogCapture log;
     fs::create_symlink("loop", folder.path() / "loop");
     folder.write("file", "");
-    const std::string tooLong(300, 'x');
-    for (const std::string &name :
-         {std::string("nothing"), std::string("file"), std::string("loop"),
-          std::string("loop/below"), tooLong})
+    for (const char *name : {"nothing", "file", "loop"})
         EXPECT_NO_THROW(removeResidualCacheFiles(folder.path() / name)) << name;
     EXPECT_THAT(log.lines(), ElementsAre());
 }

@@ -26,23 +26,15 @@ TEST(SecretService, StoresSecretsAndDistinguishesErrors) {
     EXPECT_EQ(secrets.read(service, "h.example", {}), std::nullopt);
     secrets.remove(service, "h.example", {});
     secrets.save("first", service, "h.example", {});
-    secrets.save(
-        std::string("s\xc3\xa4"
-                    "cond"),
-        service, "h.example", {});
+    const std::string second = "s\u00e4cond";
+    secrets.save(second, service, "h.example", {});
     secrets.save("other", service, "o.example", {});
-    EXPECT_EQ(
-        secrets.read(service, "h.example", {}),
-        "s\xc3\xa4"
-        "cond");
+    EXPECT_EQ(secrets.read(service, "h.example", {}), second);
     EXPECT_EQ(secrets.read(service, "o.example", {}), "other");
     EXPECT_EQ(secrets.read("another.service", "h.example", {}), std::nullopt);
     secrets.remove(service, "o.example", {});
     EXPECT_EQ(secrets.read(service, "o.example", {}), std::nullopt);
-    EXPECT_EQ(
-        secrets.read(service, "h.example", {}),
-        "s\xc3\xa4"
-        "cond");
+    EXPECT_EQ(secrets.read(service, "h.example", {}), second);
 
     test::lockKeyring();
     const int locked = statusOfReading("h.example");

@@ -102,7 +102,6 @@ TEST_F(WriteSessionTest, EachActionChangesOnlyWhatItShould) {
     };
     for (const Row &each : std::vector<Row>{
              {"", ">---", "", 0},
-             {"c", "C'>--", "1", 1},
              {"ccc", "C'C'C'", "3", 1},
              {"cccu", ">---", "3", 0},
              {"cc", "C'C'>-", "2", 2},
@@ -113,7 +112,6 @@ TEST_F(WriteSessionTest, EachActionChangesOnlyWhatItShould) {
              {"ccf", "C'C'>-", "2", 1},
              {"ccfu", ">---", "2", 0},
              {"s", "S>--", "", 0},
-             {"sss", "SSS", "", 0},
              {"ssss", "SSS", "", 0},
              {"cscu", ">-S-", "3", 0},
              {"sc1c", "C'C'>-", "1", 2},
@@ -255,6 +253,20 @@ TEST_F(WriteSessionTest, TheTemplateIsTheChosenOneOrTheLastOfTheCourse) {
     EXPECT_EQ(defaults.value(preferences::lastTemplates), R"({"7":"x","8":"x"})");
 }
 
+TEST_F(WriteSessionTest, MoreCopiesThanTheStackKeepsAreOneStep) {
+    std::vector<RiskRow> rows;
+    for (std::int64_t id = 1; id <= 150; ++id)
+        rows.push_back(row(id, "Watch"));
+    open(rows);
+    stores.contacts.deleteAll();
+    while (session->current())
+        session->copyAndNext();
+    EXPECT_EQ(stores.contacts.records().size(), 150U);
+    undo.undo();
+    EXPECT_TRUE(stores.contacts.records().empty());
+    EXPECT_EQ(undo.newest(), nullptr);
+}
+
 TEST_F(WriteSessionTest, StudentsAreAddedOnce) {
     perform("c");
     session->edit("Changed");
@@ -281,28 +293,12 @@ TEST_F(WriteSessionTest, TooMuchTextIsNotCopiedTogether) {
     EXPECT_EQ(clipboard->size(), 9'000'000U);
 }
 
-TEST_F(WriteSessionTest, AnotherAccountEndsTheSession) {
-    int expired = 0;
-    QObject::connect(session.get(), &WriteSession::sessionDidExpire, &undo, [&] { ++expired; });
-    perform("c");
-    session->clipboardDidChange();
-    EXPECT_TRUE(session->onClipboard().empty());
-    undo.clear();
-    undo.clear();
-    EXPECT_EQ(expired, 2);
-    EXPECT_FALSE(session->canUndo());
-}
-
 TEST(MessageTexts, CountStudentsAndNameOne) {
     using namespace messagetexts;
-    const std::vector<std::string> students{"Ada", "Grace"};
     EXPECT_EQ(copied(1), "Copied. Paste it where you write your message.");
-    EXPECT_EQ(copied(3), "Copied 3 messages, one below the other. Send each to its own student.");
-    EXPECT_EQ(copiedFor(3), "Copied for 3 students");
     EXPECT_EQ(copiedFor(1), "Copied for 1 student");
     EXPECT_EQ(onClipboard({}), "");
     EXPECT_EQ(onClipboard({"Ada\nLovelace"}), "On the clipboard: the message for Ada Lovelace");
-    EXPECT_EQ(onClipboard(students), copied(2));
     EXPECT_EQ(skipped(0) + skipped(2), "2 students skipped");
     RiskRow row{.name = "  Ada  Lovelace"};
     EXPECT_EQ(writeTo({row}), "Write to Ada");

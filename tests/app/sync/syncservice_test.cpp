@@ -144,23 +144,5 @@ TEST_F(SyncServiceTest, RemovingSwitchesOffAndKeepsWhatIsHere) {
     EXPECT_THAT(removalWarning(), HasSubstr("lose theirs"));
 }
 
-TEST_F(SyncServiceTest, ASampleRunTouchesNothing) {
-    switchOn();
-    service.reset();
-    const std::string preferences = home.read("Preferences.json");
-    const std::string synced = home.read("Synced.json");
-    start({{"SampleData", true}});
-    defaults->set(preferences::textScale, 1.1);
-    defaults->set(preferences::syncSettings, false);
-    std::ofstream(folder / "TextScale.json") << R"({"value": 1.8})";
-    service->scan();
-    QCoreApplication::processEvents();
-    service.reset();
-    EXPECT_EQ(home.read("Preferences.json"), preferences);
-    EXPECT_EQ(home.read("Synced.json"), synced);
-    start();
-    ASSERT_TRUE(until([&] { return defaults->value(preferences::textScale) == 1.8; }));
-}
-
 } // namespace
 } // namespace ellwynd

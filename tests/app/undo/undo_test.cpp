@@ -165,41 +165,24 @@ TEST_F(UndoTest, ConsecutiveChangesInAnEditorAreOneStep) {
     EXPECT_EQ(saved(), 70) << "a change and its reversal are no step";
 }
 
-TEST_F(UndoTest, DeletedDataIsRestored) {
+TEST_F(UndoTest, AMemoryThatWasSwitchedOffIsRestored) {
     Stores stores(defaults, folder.path(), test::noonClock);
-    for (const bool switchedOff : {false, true}) {
-        stores.history.record({row(1, "Watch"), row(2, "OK")}, 7, noon);
-        stores.contacts.noteContacts(7, {2, 1}, noon);
-        const auto entries = stores.history.entries();
-        const auto records = stores.contacts.records();
-        if (switchedOff) {
-            setRemembersLevels(defaults, stores.history, undo, false);
-            setRemembersContacts(defaults, stores.contacts, undo, false);
-        } else {
-            deleteHistory(stores.history, undo);
-            deleteContacts(stores.contacts, undo);
-        }
-        EXPECT_FALSE(std::filesystem::exists(folder.path() / "RosterHistory.json"));
-        EXPECT_FALSE(std::filesystem::exists(folder.path() / "ContactLog.json"));
-        undo.undo();
-        undo.undo();
-        const Stores reopened(defaults, folder.path(), test::noonClock);
-        EXPECT_EQ(reopened.history.entries(), entries) << switchedOff;
-        EXPECT_EQ(reopened.contacts.records(), records) << switchedOff;
-    }
-    // What was switched off elsewhere stays off.
-    deleteHistory(stores.history, undo);
-    deleteContacts(stores.contacts, undo);
-    defaults.set(preferences::rememberRosterHistory, false);
-    defaults.set(preferences::rememberContacts, false);
-    undo.undo();
-    EXPECT_EQ(notes.back(), "Not undone: Delete History of Contacts. It has changed since.");
-    undo.undo();
-    EXPECT_EQ(notes.back(), "Not undone: Delete History of Levels. It has changed since.");
-    EXPECT_TRUE(stores.history.entries().empty());
-    setRemembersLevels(defaults, stores.history, undo, true);
     setRemembersLevels(defaults, stores.history, undo, false);
     EXPECT_EQ(undo.newest(), nullptr) << "nothing was deleted";
+    setRemembersLevels(defaults, stores.history, undo, true);
+    stores.history.record({row(1, "Watch"), row(2, "OK")}, 7, noon);
+    stores.contacts.noteContacts(7, {2, 1}, noon);
+    const auto entries = stores.history.entries();
+    const auto records = stores.contacts.records();
+    setRemembersLevels(defaults, stores.history, undo, false);
+    setRemembersContacts(defaults, stores.contacts, undo, false);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "RosterHistory.json"));
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "ContactLog.json"));
+    undo.undo();
+    undo.undo();
+    const Stores reopened(defaults, folder.path(), test::noonClock);
+    EXPECT_EQ(reopened.history.entries(), entries);
+    EXPECT_EQ(reopened.contacts.records(), records);
 }
 
 } // namespace

@@ -28,17 +28,6 @@ struct UserDefaultsTest : testing::Test {
     }
 };
 
-TEST_F(UserDefaultsTest, TypesSurviveTheFile) {
-    const PreferenceMap values{
-        {"Flag", true},
-        {"Five", std::int64_t{5}},
-        {"FivePointZero", 5.0},
-        {"Text", "\"quoted\" – ünï\n"s},
-        {"List", IDList{1, -2, 9000000000000000000}}};
-    open().update({values.begin(), values.end()});
-    EXPECT_EQ(saved(), values);
-}
-
 TEST_F(UserDefaultsTest, ReadsStoredValuesWithinTheirLimits) {
     struct Row {
         PreferenceValue stored;

@@ -21,15 +21,12 @@ struct UndoTest : testing::Test {
     /// Another process with the same file.
     UserDefaults elsewhere{folder.path() / "Preferences.json", {}};
     UndoStack undo;
-    /// What was announced.
-    std::vector<std::string> notes;
+    /// What was announced last.
+    std::string note;
 
     UndoTest() {
-        QObject::connect(&undo, &UndoStack::stepDidOccur, &undo, [this] {
-            notes.push_back(undo.newest()->texts.note);
-        });
-        QObject::connect(&undo, &UndoStack::undoDidEnd, &undo, [this](const QString &note) {
-            notes.push_back(note.toStdString());
+        QObject::connect(&undo, &UndoStack::undoDidEnd, &undo, [this](const QString &text) {
+            note = text.toStdString();
         });
     }
 
@@ -45,19 +42,13 @@ TEST_F(UndoTest, TheNewestStepIsUndoneFirst) {
         undo.push(
             {.texts = {.name = "Step " + std::to_string(i), .note = {}}, .undo = [&undone, i] {
                  undone.push_back(i);
-                 return i == 101 ? UndoResult::some : UndoResult::none;
+                 return UndoResult::all;
              }});
     }
-    notes.clear();
     EXPECT_EQ(name(), "Step 102");
     undo.undo();
     undo.undo();
     EXPECT_THAT(undone, ElementsAre(102, 101));
-    EXPECT_THAT(
-        notes,
-        ElementsAre(
-            "Not undone: Step 102. It has changed since.",
-            "Undone in part: Step 101. The rest has changed since."));
     while (undo.newest() != nullptr)
         undo.undo();
     EXPECT_EQ(undone.back(), 3) << "a hundred are kept";
@@ -95,22 +86,20 @@ TEST_F(UndoTest, TextsNameTheStudents) {
 TEST_F(UndoTest, AChangedPreferenceIsRestoredUnlessItHasChangedSince) {
     struct Row {
         const char *why;
-        std::function<void(UserDefaults &)> since;
+        /// What another process changed since.
+        PreferenceChanges since;
         PreferenceMap expected;
         const char *note;
     };
     const PreferenceMap original{{"Course.7.PassingScore", 60.0}};
     for (const Row &each : std::vector<Row>{
-             {"unchanged", [](UserDefaults &) {}, original, "Undone: Change Thresholds of CS 101."},
+             {"unchanged", {}, original, "Undone: Change Thresholds of CS 101."},
              {"one of two",
-              [](UserDefaults &other) { other.set("Course.7.InactivityDays", std::int64_t{9}); },
+              {{"Course.7.InactivityDays", std::int64_t{9}}},
               {{"Course.7.PassingScore", 60.0}, {"Course.7.InactivityDays", std::int64_t{9}}},
               "Undone in part: Change Thresholds of CS 101. The rest has changed since."},
              {"both",
-              [](UserDefaults &other) {
-                  other.update(
-                      {{"Course.7.InactivityDays", std::nullopt}, {"Course.7.PassingScore", 66.0}});
-              },
+              {{"Course.7.InactivityDays", std::nullopt}, {"Course.7.PassingScore", 66.0}},
               {{"Course.7.PassingScore", 66.0}},
               "Not undone: Change Thresholds of CS 101. It has changed since."}}) {
         PreferenceChanges all{{"Course.7.PassingScore", 60.0}, {"Course.7.InactivityDays", {}}};
@@ -123,11 +112,10 @@ TEST_F(UndoTest, AChangedPreferenceIsRestoredUnlessItHasChangedSince) {
                 {{"Course.7.PassingScore", std::nullopt},
                  {"Course.7.InactivityDays", std::int64_t{5}}}));
         pushEdit(undo, defaults, edit, undotexts::changedThresholds("CS 101"));
-        elsewhere.reloadIfChanged();
-        each.since(elsewhere);
+        elsewhere.update(each.since);
         undo.undo();
         EXPECT_EQ(defaults.persistentDomain(), each.expected) << each.why;
-        EXPECT_EQ(notes.back(), each.note) << each.why;
+        EXPECT_EQ(note, each.note) << each.why;
     }
     PreferenceEdit nothing;
     nothing.add(defaults, defaults.update({{"Course.7.PassingScore", 61.0}}));

@@ -11,7 +11,6 @@ namespace ellwynd {
 namespace {
 
 using test::row;
-using testing::ElementsAre;
 
 struct WriteSessionTest : testing::Test {
     test::TemporaryFolder folder;

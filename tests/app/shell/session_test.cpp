@@ -23,7 +23,6 @@
 namespace ellwynd {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 

@@ -4,6 +4,7 @@
 #include "app/mainwindowcontroller.h"
 #include "app/sync/syncservice.h"
 #include "support/core.h"
+#include "support/until.h"
 #include "ui/mainwindow/mainwindow.h"
 #include "ui/roster/rosterpane.h"
 #include "ui/support/appearance.h"
@@ -12,8 +13,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QPushButton>
+#include <QTest>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace ellwynd::test {
 
@@ -54,19 +56,19 @@ struct MainWindowTest : testing::Test {
         return ids;
     }
 
-    [[nodiscard]] QPushButton *button(QWidget &where, const QString &text) const {
+    [[nodiscard]] QPushButton *button(QWidget &where, QAnyStringView text) const {
         // The details are rebuilt in an event of their own.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
         for (auto *candidate : where.findChildren<QPushButton *>()) {
-            if (candidate->text() == text && candidate->isVisibleTo(&where))
+            if (QAnyStringView(candidate->text()) == text && candidate->isVisibleTo(&where))
                 return candidate;
         }
         return nullptr;
     }
 
-    [[nodiscard]] QAction *action(const QString &text) const {
+    [[nodiscard]] QAction *action(QAnyStringView text) const {
         for (auto *candidate : window.findChildren<QAction *>()) {
-            if (QString(candidate->text()).remove(u'&') == text)
+            if (QAnyStringView(QString(candidate->text()).remove(u'&')) == text)
                 return candidate;
         }
         return nullptr;

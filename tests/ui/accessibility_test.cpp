@@ -3,8 +3,6 @@
 #include "ui/settings/settingswindow.h"
 #include "ui/welcome/welcomewindow.h"
 
-#include <gmock/gmock.h>
-
 namespace ellwynd {
 namespace {
 
@@ -41,15 +39,15 @@ TEST_F(AccessibilityTest, EveryControlOfEveryWindowHasANameAndIsReachedByTab) {
     check("student");
     table().selectStudents({{900101, 5001}, {900101, 5002}});
     check("students");
-    action(QStringLiteral("Mark as Contacted"))->trigger();
+    action("Mark as Contacted")->trigger();
     EXPECT_NE(note(), "");
     check("a note with a button");
-    action(QStringLiteral("Find…"))->trigger();
+    action("Find…")->trigger();
     check("find");
     for (const char *command :
          {"Missing Work by Assignment…", "Risk Thresholds…", "Icon…", "Copy Course Setup…",
           "Ellwynd Help", "What's New in Ellwynd", "About Ellwynd"}) {
-        action(QString::fromUtf8(command))->trigger();
+        action(command)->trigger();
         check(command);
     }
     window.settings().setUpdateChecksAvailable(true);

@@ -1,24 +1,21 @@
 #include "support/mainwindow.h"
-#include "support/until.h"
 #include "ui/dashboard/dashboardpane.h"
 #include "ui/dashboard/studentlist.h"
-#include "ui/details/studentdetails.h"
 #include "ui/mainwindow/panesplitter.h"
 #include "ui/sidebar/sidebar.h"
 #include "uikit/labels.h"
 #include "uikit/textlink.h"
+#include "windowtexts.h"
 
 #include <QAbstractItemModelTester>
-#include <QMenu>
 #include <QSplitter>
-#include <QTest>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
 
-using testing::ElementsAre;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 struct DashboardPaneTest : test::MainWindowTest {
@@ -31,7 +28,7 @@ struct DashboardPaneTest : test::MainWindowTest {
     }
 
     [[nodiscard]] std::string text(int row) const {
-        return list.model()->index(row, 0).data(Qt::AccessibleTextRole).toString().toStdString();
+        return test::spokenText(list.model()->index(row, 0));
     }
 
     [[nodiscard]] QPushButton *chip(const QString &start) const {
@@ -44,14 +41,12 @@ struct DashboardPaneTest : test::MainWindowTest {
 };
 
 TEST_F(DashboardPaneTest, ShowsWhatChangedWhileAnotherPaneWasShown) {
-    ASSERT_THAT(text(0), testing::AllOf(StartsWith("Jordan"), testing::HasSubstr("awaiting")));
+    ASSERT_THAT(text(0), AllOf(StartsWith("Jordan"), HasSubstr("awaiting")));
     openCourse(900101);
     const auto &rows = controller.roster().rows;
     controller.actions().markContacted({*std::ranges::find(rows, "Jordan", &RiskRow::name)});
     controller.select(DashboardSelection{});
-    EXPECT_THAT(
-        text(0),
-        testing::AllOf(StartsWith("Jordan"), testing::Not(testing::HasSubstr("awaiting"))));
+    EXPECT_THAT(text(0), AllOf(StartsWith("Jordan"), Not(HasSubstr("awaiting"))));
 }
 
 TEST_F(DashboardPaneTest, NamesWhoNeedsTheTeacherFirst) {
@@ -59,7 +54,7 @@ TEST_F(DashboardPaneTest, NamesWhoNeedsTheTeacherFirst) {
         list.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     EXPECT_EQ(list.model()->rowCount(), 39);
     EXPECT_THAT(text(0), StartsWith("Jordan, At Risk, CS 101 4021. 5 of 16 assignments missing"));
-    EXPECT_THAT(text(0), testing::HasSubstr("slipped from Concern to At Risk · awaiting"));
+    EXPECT_THAT(text(0), HasSubstr("slipped from Concern to At Risk · awaiting"));
     // At 1280 × 800 there are the six cards and at least eight students.
     int visible = 0;
     for (int row = 0; row < 39; ++row) {
@@ -91,12 +86,9 @@ TEST_F(DashboardPaneTest, AnEmptyChipSaysSoAndLeadsBack) {
         list.setCurrentIndex(list.model()->index(0, 0));
         chip(QStringLiteral("Mark as Contacted"))->click();
     }
-    QStringList shown;
-    for (const QLabel *label : window.findChild<DashboardPane *>()->findChildren<QLabel *>()) {
-        if (label->isVisible())
-            shown << label->text();
-    }
-    EXPECT_TRUE(shown.contains(QStringLiteral("No student awaits follow-up.")));
+    EXPECT_THAT(
+        test::shownTexts(*window.findChild<DashboardPane *>()),
+        testing::Contains("No student awaits follow-up."));
     for (TextLink *link : window.findChildren<TextLink *>()) {
         if (link->accessibleName() == QStringLiteral("Show all flagged students"))
             Q_EMIT link->clicked();
@@ -115,11 +107,10 @@ TEST_F(DashboardPaneTest, AStudentIsOpenedAndMarkedByKeyboard) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget(), mark);
     mark->click();
-    EXPECT_THAT(note(), testing::HasSubstr("Ethan"));
+    EXPECT_THAT(note(), HasSubstr("Ethan"));
     EXPECT_EQ(list.selectedRows().front().name, "Ethan") << "still current";
     EXPECT_THAT(
-        text(list.currentIndex().row()),
-        testing::HasSubstr("slipped from Watch to Concern · wrote"));
+        text(list.currentIndex().row()), HasSubstr("slipped from Watch to Concern · wrote"));
     controller.undoStack().undo();
     EXPECT_THAT(text(1), testing::EndsWith("not yet reached"));
 
@@ -131,12 +122,11 @@ TEST_F(DashboardPaneTest, AStudentIsOpenedAndMarkedByKeyboard) {
 
 TEST_F(DashboardPaneTest, TheStudentMenuActsOnTheCurrentStudent) {
     list.setCurrentIndex(list.model()->index(2, 0));
-    EXPECT_TRUE(action(QStringLiteral("Mark as Contacted"))->isEnabled());
-    EXPECT_FALSE(action(QStringLiteral("Remove Contact Mark"))->isEnabled());
-    action(QStringLiteral("Mark as Contacted"))->trigger();
-    EXPECT_TRUE(action(QStringLiteral("Remove Contact Mark"))->isEnabled());
-    EXPECT_EQ(
-        core.stores.contacts.lastContact(900101, list.selectedRows().front().id).has_value(), true);
+    EXPECT_TRUE(action("Mark as Contacted")->isEnabled());
+    EXPECT_FALSE(action("Remove Contact Mark")->isEnabled());
+    action("Mark as Contacted")->trigger();
+    EXPECT_TRUE(action("Remove Contact Mark")->isEnabled());
+    EXPECT_TRUE(core.stores.contacts.lastContact(900101, list.selectedRows().front().id));
 }
 
 TEST_F(DashboardPaneTest, TheRightButtonOpensAMenuAndNoCourse) {

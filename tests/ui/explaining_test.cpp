@@ -1,6 +1,5 @@
 // The sheets that explain a course.
 #include "support/mainwindow.h"
-#include "support/until.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/lookbacksheet.h"
 #include "ui/sheets/thresholdssheet.h"
@@ -9,8 +8,6 @@
 #include <QDoubleSpinBox>
 #include <QLabel>
 #include <QTableView>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {

@@ -5,10 +5,10 @@
 #include "ui/settings/notificationspane.h"
 #include "ui/settings/widgetspane.h"
 #include "ui/support/appearance.h"
+#include "windowtexts.h"
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QLabel>
 #include <QPushButton>
 #include <QTest>
 
@@ -16,6 +16,9 @@
 
 namespace ellwynd {
 namespace {
+
+using testing::Contains;
+using testing::StartsWith;
 
 using Status = UserNotifications::AuthorizationStatus;
 
@@ -27,11 +30,8 @@ struct NoticesPanesTest : testing::Test {
     test::MemoryNotifications system;
 
     /// Whether a pane shows a text that begins with `beginning`.
-    static bool says(const QWidget &pane, const char *beginning) {
-        const auto labels = pane.findChildren<QLabel *>();
-        return std::ranges::any_of(labels, [&](const QLabel *label) {
-            return label->isVisible() && label->text().startsWith(QString::fromUtf8(beginning));
-        });
+    static bool says(const QWidget &pane, const std::string &beginning) {
+        return testing::Value(test::shownTexts(pane), Contains(StartsWith(beginning)));
     }
 };
 
@@ -120,7 +120,7 @@ TEST_F(NoticesPanesTest, WidgetsAreStartedNowAndAtLogin) {
     EXPECT_EQ(show->text(), QStringLiteral("Show Widgets"));
     failure = "/opt/ellwynd-widget could not be started: why";
     show->click();
-    EXPECT_TRUE(says(pane, ("The widgets couldn’t be started. " + *failure).c_str()));
+    EXPECT_TRUE(says(pane, "The widgets couldn’t be started. " + *failure));
     failure.reset();
     show->click();
     EXPECT_TRUE(says(pane, "The widgets were started."));
@@ -139,17 +139,13 @@ TEST_F(NoticesPanesTest, WidgetsAreStartedNowAndAtLogin) {
     EXPECT_EQ(started.size(), 2U) << "only when they were not running";
     answer = Answer::inFront;
     defaults.set(preferences::sampleData, true);
-    const auto saysSample = [&pane] {
-        return std::ranges::any_of(pane.findChildren<QLabel *>(), [](const QLabel *label) {
-            return label->text().endsWith(
-                QStringLiteral("the sample college’s are not written for widgets."));
-        });
-    };
+    const auto saysSample =
+        Contains(testing::EndsWith("the sample college’s are not written for widgets."));
     show->click();
-    EXPECT_TRUE(saysSample());
+    EXPECT_THAT(test::shownTexts(pane), saysSample);
     defaults.set(preferences::sampleWidgets, true);
     show->click();
-    EXPECT_FALSE(saysSample());
+    EXPECT_THAT(test::shownTexts(pane), Not(saysSample));
 
     // The desktop starts the widgets at login, from an entry in the autostart folder.
     QCheckBox *withSession = pane.findChildren<QCheckBox *>().at(1);

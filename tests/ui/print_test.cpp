@@ -12,8 +12,6 @@
 #include <QProcess>
 #include <QRadioButton>
 
-#include <gmock/gmock.h>
-
 namespace ellwynd {
 namespace {
 
@@ -107,7 +105,7 @@ struct PrintSheetTest : test::MainWindowTest {
     PrintSheet *open(const std::set<StudentKey> &students) {
         openCourse(900101);
         table().selectStudents(students);
-        action(QStringLiteral("Print…"))->trigger();
+        action("Print…")->trigger();
         return window.findChild<PrintSheet *>();
     }
 };
@@ -143,7 +141,7 @@ TEST_F(PrintSheetTest, APrinterThatCannotPrintIsReported) {
 }
 
 TEST_F(PrintSheetTest, AChoiceIsSavedWhereTheTeacherSays) {
-    EXPECT_FALSE(action(QStringLiteral("Print…"))->isEnabled());
+    EXPECT_FALSE(action("Print…")->isEnabled());
     PrintSheet *sheet = open({{900101, 5004}});
     ASSERT_NE(sheet, nullptr);
     std::vector<std::string> choices;
@@ -155,7 +153,7 @@ TEST_F(PrintSheetTest, AChoiceIsSavedWhereTheTeacherSays) {
     EXPECT_THAT(test::unnamedElements(*sheet), testing::IsEmpty());
     EXPECT_THAT(test::unreachableControls(*sheet), testing::IsEmpty());
     sheet->findChildren<QRadioButton *>().last()->click();
-    button(*sheet, QStringLiteral("Save as PDF…"))->click();
+    button(*sheet, "Save as PDF…")->click();
     auto *panel = sheet->findChild<QFileDialog *>();
     ASSERT_NE(panel, nullptr);
     EXPECT_THAT(panel->selectedFiles().first().toStdString(), HasSubstr("/Ellwynd — " + name));

@@ -10,9 +10,6 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QStandardPaths>
-#include <QTest>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
@@ -46,16 +43,15 @@ TEST_F(RosterDesktopActionsTest, TheMenuCopiesMessagesForTheSelectedStudents) {
     // The details pane also acts on all selected students.
     auto *details = window.findChild<StudentDetails *>();
     table().selectStudents({{900101, 5004}, {900101, 5005}});
-    button(*details, QStringLiteral("Mark as Contacted"))->click();
+    button(*details, "Mark as Contacted")->click();
     EXPECT_TRUE(controller.roster().outreach.contains({900101, 5004}));
     EXPECT_TRUE(controller.roster().outreach.contains({900101, 5005}));
     defaults.set(preferences::rememberContacts, false);
     table().selectStudents({{900101, 5001}, {900101, 5003}});
-    EXPECT_FALSE(button(*details, QStringLiteral("Mark as Contacted"))->isEnabled());
-    EXPECT_FALSE(action(QStringLiteral("Open Grades in Canvas"))->isEnabled())
-        << "one student at a time";
+    EXPECT_FALSE(button(*details, "Mark as Contacted")->isEnabled());
+    EXPECT_FALSE(action("Open Grades in Canvas")->isEnabled()) << "one student at a time";
     defaults.remove(preferences::rememberContacts.name);
-    EXPECT_TRUE(button(*details, QStringLiteral("Mark as Contacted"))->isEnabled());
+    EXPECT_TRUE(button(*details, "Mark as Contacted")->isEnabled());
     while (!core.stores.templates.templates().empty())
         static_cast<void>(
             core.stores.templates.remove(core.stores.templates.templates().front().id));
@@ -85,7 +81,7 @@ TEST_F(RosterDesktopActionsTest, TheDetailsAreRebuiltWhileTheirMenuIsOpen) {
 
 TEST_F(RosterDesktopActionsTest, TheExportIsSavedToTheChosenFile) {
     openCourse(900101);
-    action(QStringLiteral("Export Roster as CSV…"))->trigger();
+    action("Export Roster as CSV…")->trigger();
     auto *panel = window.findChild<QFileDialog *>();
     ASSERT_NE(panel, nullptr);
     const auto file = core.folder.path() / "roster.csv";
@@ -93,7 +89,7 @@ TEST_F(RosterDesktopActionsTest, TheExportIsSavedToTheChosenFile) {
     panel->close();
     EXPECT_EQ(core.folder.read("roster.csv").substr(0, 13), "Risk,Student,");
     EXPECT_EQ(note(), "Saved roster.csv.");
-    action(QStringLiteral("Export Roster as Markdown…"))->trigger();
+    action("Export Roster as Markdown…")->trigger();
     panel = window.findChildren<QFileDialog *>().last();
     EXPECT_EQ(panel->directory().path().toStdString(), core.folder.path().string());
     panel->close();

@@ -1,13 +1,9 @@
 #include "support/fakecanvas.h"
 #include "support/mainwindow.h"
 #include "support/servedcourse.h"
-#include "support/until.h"
 #include "ui/dashboard/coursecard.h"
 
 #include <QLineEdit>
-#include <QTest>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
@@ -97,7 +93,7 @@ TEST_F(SameTitleTest, AFailedRosterOffersToTryAgain) {
     controller.select(CourseSelection{1});
     ASSERT_TRUE(
         test::until([&] { return controller.roster().state == RosterView::State::failed; }));
-    QPushButton *again = button(*window.roster(), QStringLiteral("Try Again"));
+    QPushButton *again = button(*window.roster(), "Try Again");
     EXPECT_TRUE(again->isVisible());
     again->click();
     ASSERT_TRUE(test::until([&] { return controller.roster().state == RosterView::State::shown; }));

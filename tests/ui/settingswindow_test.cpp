@@ -2,38 +2,32 @@
 #include "support/fakecanvas.h"
 #include "support/logcapture.h"
 #include "support/mainwindow.h"
-#include "support/until.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/settings/syncpane.h"
 #include "ui/sidebar/sidebar.h"
-#include "uikit/labels.h"
+#include "windowtexts.h"
 
 #include <QCheckBox>
 #include <QDoubleSpinBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPushButton>
-
-#include <gmock/gmock.h>
-
-#include <algorithm>
 
 namespace ellwynd {
 namespace {
 
 using test::MainWindowTest;
+using testing::Contains;
+using testing::HasSubstr;
 
 TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     openCourse(900101);
     SettingsWindow &panes = window.settings();
     panes.open(SettingsWindow::riskThresholds);
-    auto *passing = panes.findChild<QDoubleSpinBox *>();
-    passing->setValue(90);
+    panes.findChild<QDoubleSpinBox *>()->setValue(90);
     EXPECT_EQ(controller.roster().thresholds->passingScore, 90);
-    // The pane follows changes made elsewhere.
+    // The panes follow changes made elsewhere.
     defaults.set(preferences::defaultPassingScore, 65.0);
-    EXPECT_EQ(passing->value(), 65);
+    EXPECT_EQ(panes.findChild<QDoubleSpinBox *>()->value(), 65);
     defaults.set(preferences::sidebarTermLimit, std::int64_t{2});
     EXPECT_EQ(window.findChild<Sidebar *>()->list()->model()->rowCount(), 3);
     defaults.set(preferences::textScale, 2.0);
@@ -50,11 +44,11 @@ TEST_F(MainWindowTest, TheSampleCollegeLeavesTheConnectionAlone) {
     panes.open(SettingsWindow::connection);
     QApplication::processEvents();
     for (const char *text : {"Sign Out", "Save", "Test Connection"})
-        EXPECT_EQ(button(panes, QString::fromUtf8(text)), nullptr) << text;
+        EXPECT_EQ(button(panes, text), nullptr) << text;
     EXPECT_THAT(test::LogCapture::lines(), testing::IsEmpty());
     int switches = 0;
     QObject::connect(&window, &MainWindow::sampleSwitchRequested, &window, [&] { ++switches; });
-    button(panes, QStringLiteral("Leave Sample Data…"))->click();
+    button(panes, "Leave Sample Data…")->click();
     EXPECT_EQ(switches, 1);
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://h.example");
 }
@@ -67,34 +61,28 @@ struct ConnectionPaneTest : MainWindowTest {
 TEST_F(ConnectionPaneTest, TheConnectionIsSavedTestedAndDeleted) {
     SettingsWindow &panes = window.settings();
     panes.open(SettingsWindow::connection);
-    const auto fields = panes.findChildren<QLineEdit *>();
-    QLineEdit *address = nullptr;
-    QLineEdit *token = nullptr;
-    for (QLineEdit *field : fields) {
-        if (field->accessibleName() == QStringLiteral("Canvas address"))
-            address = field;
-        if (field->accessibleName() == QStringLiteral("Access token"))
-            token = field;
-    }
-    ASSERT_TRUE(address != nullptr && token != nullptr);
+    std::map<QString, QLineEdit *> fields;
+    for (QLineEdit *field : panes.findChildren<QLineEdit *>())
+        fields[field->accessibleName()] = field;
+    QLineEdit *address = fields.at(QStringLiteral("Canvas address"));
+    QLineEdit *token = fields.at(QStringLiteral("Access token"));
     EXPECT_EQ(token->echoMode(), QLineEdit::Password);
     address->setText(QStringLiteral("https://localhost:9"));
     token->setText(QStringLiteral("t"));
     int changes = 0;
     QObject::connect(&panes, &SettingsWindow::connectionDidChange, &panes, [&] { ++changes; });
-    QPushButton *signOut = button(panes, QStringLiteral("Sign Out"));
+    QPushButton *signOut = button(panes, "Sign Out");
     EXPECT_FALSE(signOut->isEnabled()) << "nothing is saved";
-    button(panes, QStringLiteral("Save"))->click();
+    button(panes, "Save")->click();
     EXPECT_TRUE(test::until([&] { return changes == 1 && signOut->isEnabled(); }));
     EXPECT_TRUE(token->text().isEmpty());
     EXPECT_EQ(token->placeholderText(), QStringLiteral("Token saved — leave blank to keep it"));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://localhost:9");
     const auto answer = [&](const char *text) {
         signOut->click();
-        auto *question = panes.findChild<QMessageBox *>();
+        const std::unique_ptr<QMessageBox> question(panes.findChild<QMessageBox *>());
         ASSERT_NE(question, nullptr);
-        button(*question, QString::fromUtf8(text))->click();
-        delete question;
+        button(*question, text)->click();
     };
     answer("Cancel");
     EXPECT_FALSE(core.secrets.secrets.empty());
@@ -110,30 +98,28 @@ TEST_F(ConnectionPaneTest, TheConnectionIsSavedTestedAndDeleted) {
     core.secrets.failure = KeychainError(KeychainError::locked, "locked");
     answer("Sign Out");
     const auto says = [&](const char *text) {
-        const auto labels = panes.findChildren<QLabel *>();
-        return std::ranges::any_of(labels, [text](const QLabel *label) {
-            return label->isVisible() && label->text().contains(QString::fromUtf8(text));
-        });
+        return test::until(
+            [&] { return testing::Value(test::shownTexts(panes), Contains(HasSubstr(text))); });
     };
-    EXPECT_TRUE(test::until([&] { return says("It is still in your keyring"); }));
+    EXPECT_TRUE(says("It is still in your keyring"));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "");
     core.secrets.failure.reset();
 
     // Signing out stops a running test, whose outcome is not shown.
     core.connectTo("https://localhost:9");
-    EXPECT_TRUE(test::until([&] { return says("A token is saved"); }));
+    EXPECT_TRUE(says("A token is saved"));
     test::trustAuthority();
     test::FakeCanvas canvas;
     canvas.hold(QStringLiteral("/api/v1/users/self"));
     address->setText(QString::fromStdString(canvas.address()));
     token->setText(QStringLiteral("t"));
-    button(panes, QStringLiteral("Test Connection"))->click();
+    button(panes, "Test Connection")->click();
     ASSERT_TRUE(test::until([&] { return !canvas.requests.empty(); }));
     answer("Sign Out");
     canvas.release();
     EXPECT_TRUE(test::until([&] { return core.session.requestLimiter().inFlight() == 0; }));
-    EXPECT_TRUE(test::until([&] { return says("No token saved yet"); }));
-    EXPECT_TRUE(button(panes, QStringLiteral("Test Connection"))->isEnabled());
+    EXPECT_TRUE(says("No token saved yet"));
+    EXPECT_TRUE(button(panes, "Test Connection")->isEnabled());
 
     panes.close();
     core.secrets.failure = KeychainError(KeychainError::locked, "locked");
@@ -145,17 +131,11 @@ TEST_F(ConnectionPaneTest, TheConnectionIsSavedTestedAndDeleted) {
 TEST_F(MainWindowTest, TheSyncPaneShowsTheStatus) {
     SettingsWindow &panes = window.settings();
     panes.open(SettingsWindow::sync);
-    const auto says = [&](const char *text) {
-        for (const QLabel *label : panes.findChildren<QLabel *>()) {
-            if (label->text().contains(QString::fromUtf8(text)))
-                return true;
-        }
-        return false;
-    };
     // The sample college is a launch argument here.
-    EXPECT_TRUE(says("not synced while the sample college"));
+    EXPECT_THAT(
+        test::shownTexts(panes), Contains(HasSubstr("not synced while the sample college")));
     for (const char *text : {"Choose Folder…", "Remove Synced Settings"})
-        EXPECT_FALSE(button(panes, QString::fromUtf8(text))->isEnabled()) << text;
+        EXPECT_FALSE(button(panes, text)->isEnabled()) << text;
 }
 
 TEST(SyncPane, AsksBeforeItTakesTheOtherComputersSettings) {
@@ -169,11 +149,10 @@ TEST(SyncPane, AsksBeforeItTakesTheOtherComputersSettings) {
     SyncPane pane(core.defaults, service, appearance);
     pane.show();
     ASSERT_TRUE(test::until([&] { return service.status().starts_with("In step"); }));
-    const auto buttons = pane.findChildren<QPushButton *>();
-    const auto remove =
-        std::ranges::find(buttons, QStringLiteral("Remove Synced Settings"), &QPushButton::text);
-    ASSERT_NE(remove, buttons.end());
-    (*remove)->click();
+    for (QPushButton *each : pane.findChildren<QPushButton *>()) {
+        if (each->text() == QStringLiteral("Remove Synced Settings"))
+            each->click();
+    }
     const auto *box = pane.findChild<QMessageBox *>();
     ASSERT_NE(box, nullptr);
     EXPECT_TRUE(box->informativeText().contains(QStringLiteral("lose theirs")));

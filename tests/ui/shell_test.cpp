@@ -7,10 +7,6 @@
 
 #include <QLabel>
 #include <QMessageBox>
-#include <QPushButton>
-#include <QTest>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {

@@ -1,25 +1,21 @@
 // Notes over the windows, and undoing from them.
 #include "support/mainwindow.h"
-#include "support/until.h"
-#include "ui/details/studentdetails.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/sheets/copysetupsheet.h"
 #include "ui/sheets/iconsheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/support/thresholdeditors.h"
+#include "windowtexts.h"
 
 #include <QCheckBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
-#include <QTest>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
 
 using testing::ElementsAre;
+using testing::MatchesRegex;
 
 struct UndoWindowTest : test::MainWindowTest {
     void SetUp() override {
@@ -83,11 +79,11 @@ TEST_F(UndoWindowTest, AContactMarkIsUndoneExactly) {
 
 TEST_F(UndoWindowTest, ContactMarksAreRemovedAndRestored) {
     const auto before = core.stores.contacts.records();
-    QAction *remove = action(QStringLiteral("Remove Contact Mark"));
+    QAction *remove = action("Remove Contact Mark");
     table().selectStudents({{900101, 5005}});
     ASSERT_FALSE(contact(5005));
     EXPECT_FALSE(remove->isEnabled());
-    action(QStringLiteral("Mark as Contacted"))->trigger();
+    action("Mark as Contacted")->trigger();
     EXPECT_TRUE(remove->isEnabled());
     table().selectStudents({{900101, 5005}, {900101, 5004}, {900101, 5006}});
     remove->trigger();
@@ -130,8 +126,8 @@ TEST_F(UndoWindowTest, AClickOnTheContactRemovesTheMark) {
 
 TEST_F(UndoWindowTest, TypingIsUndoneInItsField) {
     table().selectStudents({{900101, 5001}});
-    action(QStringLiteral("Mark as Contacted"))->trigger();
-    action(QStringLiteral("Find Student"))->trigger();
+    action("Mark as Contacted")->trigger();
+    action("Find Student")->trigger();
     auto *filter = window.roster()->findChild<QLineEdit *>();
     QTest::keyClicks(filter, QStringLiteral("iris"));
     QTest::keyClick(filter, Qt::Key_Z, Qt::ControlModifier);
@@ -141,11 +137,11 @@ TEST_F(UndoWindowTest, TypingIsUndoneInItsField) {
 
 TEST_F(UndoWindowTest, ANoteEndsWithItsStep) {
     table().selectStudents({{900101, 5001}});
-    action(QStringLiteral("Mark as Contacted"))->trigger();
+    action("Mark as Contacted")->trigger();
     controller.actions().openGrades(900101, 5002);
     EXPECT_THAT(note(), testing::HasSubstr("invented"));
     EXPECT_FALSE(undoButton(window).isVisible());
-    action(QStringLiteral("Mark as Contacted"))->trigger();
+    action("Mark as Contacted")->trigger();
     EXPECT_TRUE(undoButton(window).isVisible());
     controller.connectionDidChange();
     EXPECT_EQ(note(), "");
@@ -165,7 +161,7 @@ TEST_F(UndoWindowTest, AThresholdsSheetIsOneStep) {
     EXPECT_EQ(defaults.object("Course.900101.PassingScore"), PreferenceValue(70.0));
     passing->setValue(84.5);
     EXPECT_EQ(controller.roster().thresholds->passingScore, 84.5);
-    EXPECT_NE(button(window, QStringLiteral("Thresholds: Custom")), nullptr);
+    EXPECT_NE(button(window, "Thresholds: Custom"), nullptr);
     sheet->close();
     EXPECT_THAT(command(), testing::StartsWith("&Undo Change Thresholds of CS 101"));
     undo().undo();
@@ -175,7 +171,7 @@ TEST_F(UndoWindowTest, AThresholdsSheetIsOneStep) {
     courseSettings::set(defaults, 900101, courseSettings::passingScore, 61.0);
     courseSettings::set(defaults, 900101, courseSettings::inactivityDays, std::int64_t{3});
     sheet = window.openThresholds();
-    button(*sheet, QStringLiteral("Use Defaults"))->click();
+    button(*sheet, "Use Defaults")->click();
     EXPECT_FALSE(sheet->findChildren<QCheckBox *>().first()->isChecked());
     EXPECT_EQ(defaults.object("Course.900101.PassingScore"), std::nullopt);
     sheet->close();
@@ -185,7 +181,7 @@ TEST_F(UndoWindowTest, AThresholdsSheetIsOneStep) {
 }
 
 TEST_F(UndoWindowTest, IconsAndCopiedSetupsAreUndone) {
-    action(QStringLiteral("Icon…"))->trigger();
+    action("Icon…")->trigger();
     auto *icon = window.findChild<IconSheet *>();
     icon->findChildren<QRadioButton *>().at(1)->click();
     icon->accept();
@@ -194,7 +190,7 @@ TEST_F(UndoWindowTest, IconsAndCopiedSetupsAreUndone) {
     undo().undo();
     EXPECT_TRUE(defaults.persistentDomain().empty());
 
-    action(QStringLiteral("Copy Course Setup…"))->trigger();
+    action("Copy Course Setup…")->trigger();
     auto *sheet = window.findChild<CopySetupSheet *>();
     PreferenceEdit edit;
     edit.add(defaults, defaults.update({{"Course.900101.PassingScore", 61.0}}));
@@ -213,38 +209,29 @@ TEST_F(UndoWindowTest, TheSettingsWindowShowsItsOwnNotes) {
     SettingsWindow &settings = window.settings();
     settings.open(SettingsWindow::privacy);
     ASSERT_TRUE(test::until([&] { return settings.isActiveWindow(); }));
-    const auto deleteButtons = [&] {
-        std::vector<QPushButton *> buttons;
-        for (auto *each : settings.findChildren<QPushButton *>()) {
-            if (each->text() == QStringLiteral("Delete This History"))
-                buttons.push_back(each);
-        }
-        return buttons;
-    }();
-    ASSERT_EQ(deleteButtons.size(), 2U);
-    const auto says = [&settings](const std::string &text) {
-        return std::ranges::any_of(settings.findChildren<QLabel *>(), [&](const QLabel *label) {
-            return label->text().toStdString() == text;
-        });
-    };
-    EXPECT_TRUE(says(
-        contactsStatus(core.stores.contacts) + " " + contactsContents(core.stores.contacts) + "."));
+    auto deletions = settings.findChildren<QPushButton *>();
+    deletions.removeIf(
+        [](const auto *each) { return each->text() != QStringLiteral("Delete This History"); });
+    ASSERT_EQ(deletions.size(), 2);
+    const auto nameOf = [&](int index) { return deletions[index]->accessibleName().toStdString(); };
     EXPECT_THAT(
-        deleteButtons[0]->accessibleName().toStdString(),
-        testing::MatchesRegex(
-            "Delete This History: levels of [0-9]+ students in 3 courses. [0-9]+ days recorded."));
+        test::shownTexts(settings),
+        testing::Contains(
+            contactsStatus(core.stores.contacts) + " " + contactsContents(core.stores.contacts) +
+            "."));
+    const std::string start = "Delete This History: ";
     EXPECT_THAT(
-        deleteButtons[1]->accessibleName().toStdString(),
-        testing::MatchesRegex(
-            "Delete This History: [0-9]+ contacts in [0-9]+ courses?. [0-9]+ students recorded."));
-    deleteButtons[0]->click();
+        nameOf(0),
+        MatchesRegex(start + "levels of [0-9]+ students in 3 courses. [0-9]+ days recorded."));
+    EXPECT_THAT(
+        nameOf(1),
+        MatchesRegex(start + "[0-9]+ contacts in [0-9]+ courses?. [0-9]+ students recorded."));
+    deletions[0]->click();
     EXPECT_EQ(notesOf(settings).text(), QStringLiteral("Deleted the history of levels."));
-    deleteButtons[1]->click();
+    deletions[1]->click();
     EXPECT_EQ(notesOf(settings).text(), QStringLiteral("Deleted the history of contacts."));
     EXPECT_EQ(note(), "");
-    EXPECT_EQ(
-        deleteButtons[1]->accessibleName(),
-        QStringLiteral("Delete This History: Nothing recorded."));
+    EXPECT_EQ(nameOf(1), start + "Nothing recorded.");
     undoButton(settings).click();
     QTest::keyClick(&settings, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(core.stores.contacts.records(), records);

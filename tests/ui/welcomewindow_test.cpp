@@ -8,9 +8,8 @@
 #include "ui/support/appearance.h"
 #include "ui/welcome/stepdots.h"
 #include "ui/welcome/welcomewindow.h"
-#include "uikit/labels.h"
+#include "windowtexts.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QLineEdit>
 #include <QPointer>
@@ -24,6 +23,7 @@ namespace ellwynd {
 namespace {
 
 using test::until;
+using testing::Contains;
 
 struct WelcomeWindowTest : testing::Test {
     test::Core core;
@@ -72,11 +72,7 @@ struct WelcomeWindowTest : testing::Test {
         QTest::keyClicks(QApplication::focusWidget(), QString::fromStdString(text));
     }
 
-    [[nodiscard]] bool says(const std::string &text) const {
-        return std::ranges::any_of(window->findChildren<QLabel *>(), [&](const QLabel *label) {
-            return label->isVisible() && label->text().toStdString() == text;
-        });
-    }
+    [[nodiscard]] std::vector<std::string> texts() const { return test::shownTexts(*window); }
 
     [[nodiscard]] QLineEdit *field(int index) const {
         return window->findChildren<QLineEdit *>().at(index);
@@ -94,21 +90,15 @@ struct WelcomeWindowTest : testing::Test {
 };
 
 TEST_F(WelcomeWindowTest, IsDueUntilFinishedOrConnected) {
-    struct Row {
-        PreferenceValue step;
-        bool connected;
-        bool due;
-    };
-    for (const Row &row : std::vector<Row>{
-             {std::int64_t{0}, false, true},
+    for (const auto &[step, connected, due] : std::vector<std::tuple<PreferenceValue, bool, bool>>{
              {std::int64_t{2}, false, true},
              {std::int64_t{2}, true, false},
              {std::int64_t{3}, false, false},
              {std::int64_t{99}, false, false},
              {std::int64_t{-1}, false, true},
              {std::string("two"), false, true}}) {
-        defaults.set("Onboarding.step", row.step);
-        EXPECT_EQ(WelcomeWindow::isDue(defaults, row.connected), row.due) << toJSON(row.step);
+        defaults.set("Onboarding.step", step);
+        EXPECT_EQ(WelcomeWindow::isDue(defaults, connected), due) << toJSON(step);
     }
     defaults.set(preferences::sampleData, true);
     EXPECT_FALSE(WelcomeWindow::isDue(defaults, false));
@@ -141,7 +131,7 @@ TEST_F(WelcomeWindowTest, ConnectingNeedsOnlyTheKeyboard) {
     type(canvas.address());
     press(Qt::Key_Return);
     EXPECT_TRUE(until([&] { return announced.size() == 2; }));
-    EXPECT_TRUE(says("Paste your Canvas access token first."));
+    EXPECT_THAT(texts(), Contains("Paste your Canvas access token first."));
     press(Qt::Key_Tab);
     ASSERT_EQ(QApplication::focusWidget(), field(1));
     EXPECT_EQ(field(1)->echoMode(), QLineEdit::Password);
@@ -149,10 +139,11 @@ TEST_F(WelcomeWindowTest, ConnectingNeedsOnlyTheKeyboard) {
     press(Qt::Key_Return);
     EXPECT_TRUE(window->findChild<QProgressBar *>()->isVisible());
     EXPECT_FALSE(button("Connect")->isEnabled());
-    EXPECT_TRUE(says("Checking " + canvas.address() + "…"));
+    EXPECT_THAT(texts(), Contains("Checking " + canvas.address() + "…"));
     EXPECT_TRUE(until([&] { return announced.size() == 3; }));
     const CanvasError rejected(CanvasError::Kind::unauthorized);
-    EXPECT_TRUE(says(rejected.errorDescription() + "\n" + rejected.recoverySuggestion()));
+    EXPECT_THAT(
+        texts(), Contains(rejected.errorDescription() + "\n" + rejected.recoverySuggestion()));
     EXPECT_EQ(announced.back(), "Connection test failed. Canvas rejected the access token.");
     EXPECT_EQ(field(1)->text(), QStringLiteral("wrong"));
     EXPECT_EQ(QApplication::focusWidget(), field(1));
@@ -166,7 +157,7 @@ TEST_F(WelcomeWindowTest, ConnectingNeedsOnlyTheKeyboard) {
     EXPECT_TRUE(until([&] { return announced.size() == 4; }));
     EXPECT_EQ(connections, 1);
     EXPECT_EQ(window->step(), WelcomeWindow::finished);
-    EXPECT_TRUE(says("Connected as Ana <b>Ruiz</b>"));
+    EXPECT_THAT(texts(), Contains("Connected as Ana <b>Ruiz</b>"));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), canvas.address());
     EXPECT_EQ(core.secrets.secrets.begin()->second, "secret-token");
     EXPECT_EQ(saved(), WelcomeWindow::finished);
@@ -198,7 +189,7 @@ TEST_F(WelcomeWindowTest, TheLastPageSaysWhoNeedsAttention) {
     press(Qt::Key_Return);
     ASSERT_TRUE(until([&] { return controller.dashboard().progress().running; }));
     EXPECT_EQ(window->step(), WelcomeWindow::finished);
-    EXPECT_TRUE(says(*waitLine(controller.dashboard())));
+    EXPECT_THAT(texts(), Contains(*waitLine(controller.dashboard())));
     EXPECT_FALSE(button("Show My Courses")->isEnabled());
     canvas.release();
     ASSERT_TRUE(until([&] { return controller.dashboard().shownTerm() != nullptr; }));
@@ -210,7 +201,7 @@ TEST_F(WelcomeWindowTest, TheLastPageSaysWhoNeedsAttention) {
             canvas.requests, QStringLiteral("/api/v1/courses"), &test::FakeRequest::path),
         1)
         << "the change of the address and the saving are one refresh";
-    EXPECT_TRUE(says(std::to_string(flagged) + " students need attention in Fall"));
+    EXPECT_THAT(texts(), Contains(std::to_string(flagged) + " students need attention in Fall"));
     ASSERT_EQ(QApplication::focusWidget(), button("Show the Students"));
     press(Qt::Key_Return);
     EXPECT_FALSE(window && window->isVisible());
@@ -225,8 +216,10 @@ TEST_F(WelcomeWindowTest, ATokenThatCannotBeSavedDoesNotConnect) {
     core.secrets.failure.emplace(KeychainError::locked, "The keyring is locked.");
     press(Qt::Key_Return);
     EXPECT_TRUE(until([&] { return !announced.empty(); }));
-    EXPECT_TRUE(says("Keychain error (3): The keyring is locked.\n"
-                     "Unlock your keyring, and try again."));
+    EXPECT_THAT(
+        texts(),
+        Contains("Keychain error (3): The keyring is locked.\n"
+                 "Unlock your keyring, and try again."));
     EXPECT_EQ(window->step(), WelcomeWindow::choice);
     EXPECT_EQ(field(1)->text(), QStringLiteral("secret-token"));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "");
@@ -281,7 +274,7 @@ TEST_F(WelcomeWindowTest, TheTokenFieldIsDisabledWhileTheKeychainIsLocked) {
     open();
     EXPECT_TRUE(until([&] { return !field(1)->isEnabled(); }));
     EXPECT_EQ(field(0)->text().toStdString(), canvas.address());
-    EXPECT_TRUE(says(runToEnd(core.check.state()).status));
+    EXPECT_THAT(texts(), Contains(runToEnd(core.check.state()).status));
 }
 
 } // namespace

@@ -1,14 +1,9 @@
 // What the window remembers between runs, and what it keeps in memory.
 #include "support/mainwindow.h"
-#include "support/until.h"
 #include "ui/details/studentdetails.h"
 #include "ui/sidebar/sidebar.h"
 
-#include <QAction>
 #include <QScreen>
-#include <QTest>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
@@ -55,7 +50,7 @@ TEST_F(MainWindowTest, ADoubleClickOpensATermTheFirstTime) {
 TEST_F(MainWindowTest, TheWindowRestoresItsGeometry) {
     openCourse(900101);
     auto *details = window.findChild<StudentDetails *>();
-    action(QStringLiteral("Hide Student Details"))->trigger();
+    action("Hide Student Details")->trigger();
     EXPECT_FALSE(details->isVisible());
     EXPECT_EQ(defaults.object(preferences::studentDetailsHidden.name), PreferenceValue(true))
         << "saved at once, not at exit";

@@ -12,10 +12,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
-#include <QTest>
 #include <QWindow>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
@@ -103,11 +100,11 @@ TEST_F(WriteSheetTest, ThreeStudentsNeedFourPressesAndOneLetterEach) {
     const QMimeData *held = QApplication::clipboard()->mimeData();
     EXPECT_EQ(held->data(QStringLiteral("x-kde-passwordManagerHint")), QByteArray("secret"));
     EXPECT_THAT(texts(sheet), HasSubstr("Copied for 3 students|"));
-    EXPECT_EQ(sheet.focusWidget(), button(sheet, QStringLiteral("Done")));
+    EXPECT_EQ(sheet.focusWidget(), button(sheet, "Done"));
     press(sheet, Qt::Key_Z, Qt::ControlModifier);
     for (const auto &[id, record] : before)
         EXPECT_EQ(contact(id), record);
-    EXPECT_EQ(sheet.focusWidget(), button(sheet, QStringLiteral("Copy and Next")));
+    EXPECT_EQ(sheet.focusWidget(), button(sheet, "Copy and Next"));
     for (int i = 0; i < 4; ++i)
         press(sheet, Qt::Key_Return);
     EXPECT_TRUE(sheets().empty()) << "the last press is Done";
@@ -147,13 +144,13 @@ TEST_F(WriteSheetTest, ALetterIsEditedForOneStudent) {
     auto *question = sheet.findChild<QMessageBox *>();
     ASSERT_NE(question, nullptr);
     EXPECT_EQ(question->informativeText(), QStringLiteral("1 edited message has not been copied."));
-    button(*question, QStringLiteral("Keep Writing"))->click();
+    button(*question, "Keep Writing")->click();
     EXPECT_EQ(sheets().size(), 1U);
     window.close();
     EXPECT_TRUE(window.isVisible()) << "the sheet asks before the program ends";
     for (auto *box : sheet.findChildren<QMessageBox *>()) {
         if (box->isVisible())
-            button(*box, QStringLiteral("Close Without Copying"))->click();
+            button(*box, "Close Without Copying")->click();
     }
     EXPECT_TRUE(sheets().empty());
     // The template that was copied last is the first offered.
@@ -163,7 +160,7 @@ TEST_F(WriteSheetTest, ALetterIsEditedForOneStudent) {
 
 TEST_F(WriteSheetTest, StudentsAreSkippedChosenAddedAndCopiedTogether) {
     WriteSheet &sheet = write({5002, 5003, 5004});
-    button(sheet, QStringLiteral("Skip"))->click();
+    button(sheet, "Skip")->click();
     EXPECT_EQ(sheet.windowTitle(), QStringLiteral("Write to Priya"));
     auto *list = sheet.findChild<WriteList *>();
     const auto description = [&](int row) {
@@ -176,9 +173,7 @@ TEST_F(WriteSheetTest, StudentsAreSkippedChosenAddedAndCopiedTogether) {
     EXPECT_THAT(description(2), HasSubstr(", copied"));
     EXPECT_EQ(sheet.windowTitle(), QStringLiteral("Write to Priya"));
     // Further students join the ones who are left.
-    EXPECT_NE(
-        button(*window.findChild<StudentDetails *>(), QStringLiteral("Write to 3 Students")),
-        nullptr);
+    EXPECT_NE(button(*window.findChild<StudentDetails *>(), "Write to 3 Students"), nullptr);
     table().selectStudents({{900101, 5006}});
     const std::string first = table().selectedRows().front().name;
     button(*window.findChild<StudentDetails *>(), QString::fromStdString("Write to " + first))
@@ -186,7 +181,7 @@ TEST_F(WriteSheetTest, StudentsAreSkippedChosenAddedAndCopiedTogether) {
     ASSERT_EQ(sheets().size(), 1U);
     EXPECT_EQ(sheet.windowTitle().toStdString(), "Write to " + first);
     EXPECT_EQ(list->model()->rowCount(), 4);
-    button(sheet, QStringLiteral("Copy All Together"))->click();
+    button(sheet, "Copy All Together")->click();
     EXPECT_THAT(
         texts(sheet),
         AllOf(
@@ -208,7 +203,7 @@ TEST_F(WriteSheetTest, ProblemsAreSaidAndNothingIsMarked) {
     EXPECT_EQ(clipboard(), "before");
     EXPECT_EQ(contact(5002), before);
     EXPECT_THAT(texts(sheet), HasSubstr("The message is empty. Choose another template"));
-    button(sheet, QStringLiteral("No templates — add one in Settings"))->click();
+    button(sheet, "No templates — add one in Settings")->click();
     EXPECT_TRUE(window.settings().isVisible());
     templates.add(newTemplate(" ", "For {name}", {}));
     EXPECT_EQ(sheet.findChild<QComboBox *>()->currentText(), QStringLiteral("(no name)"));

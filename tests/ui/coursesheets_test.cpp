@@ -1,26 +1,27 @@
-// The sheets of one course, driven by keyboard.
+// The sheets of one course.
 #include "app/courses/coursesetup.h"
-#include "support/core.h"
 #include "support/instants.h"
+#include "support/mainwindow.h"
 #include "theme/courseicon.h"
+#include "ui/settings/settingswindow.h"
 #include "ui/sheets/copysetupsheet.h"
 #include "ui/sheets/iconsheet.h"
-#include "ui/support/appearance.h"
+#include "ui/sheets/lookbacksheet.h"
+#include "ui/sheets/thresholdssheet.h"
+#include "windowtexts.h"
 
 #include <QAccessible>
-#include <QApplication>
-#include <QLabel>
+#include <QCheckBox>
+#include <QDoubleSpinBox>
 #include <QListWidget>
 #include <QPointer>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTest>
-
-#include <gmock/gmock.h>
+#include <QTableView>
 
 namespace ellwynd {
 namespace {
 
+using test::MainWindowTest;
+using test::says;
 using testing::HasSubstr;
 
 struct CourseSheetsTest : testing::Test {
@@ -67,9 +68,8 @@ TEST_F(CourseSheetsTest, ArrowsChooseAnIconAtOnce) {
     EXPECT_EQ(icon(), (CourseIcon{.icon = "leaf", .color = "teal"}));
     // The preview is the same tile as in the other views.
     const auto labels = sheet->findChildren<QLabel *>();
-    const auto preview = std::ranges::find_if(labels, [](const QLabel *label) {
-        return label->accessibleName() == QStringLiteral("Leaf on teal");
-    });
+    const auto preview =
+        std::ranges::find(labels, QStringLiteral("Leaf on teal"), &QLabel::accessibleName);
     ASSERT_NE(preview, labels.end());
     EXPECT_EQ(
         (*preview)->pixmap().toImage(),
@@ -148,17 +148,12 @@ TEST_F(CourseSheetsTest, TheEarlierEditionIsChosenAndCopied) {
         testing::ElementsAre(
             "<i>Spring</i>", "<b>ART</b> \"1\"", "CS 101 9 - Intro — earlier edition",
             "Other courses", "Course 4"));
-    const auto says = [sheet](const char *text) {
-        return std::ranges::any_of(sheet->findChildren<QLabel *>(), [text](const QLabel *label) {
-            return label->text().contains(QString::fromUtf8(text));
-        });
-    };
     auto *copy = sheet->findChildren<QPushButton *>().front();
     ASSERT_EQ(copy->text(), QStringLiteral("Copy Setup"));
-    EXPECT_TRUE(says("Passing score 65%, icon."));
+    EXPECT_TRUE(says(*sheet, HasSubstr("Passing score 65%, icon.")));
     press(Qt::Key_Down);
     EXPECT_EQ(list->currentItem()->text(), QStringLiteral("Course 4")) << "headings are skipped";
-    EXPECT_TRUE(says("follows the defaults"));
+    EXPECT_TRUE(says(*sheet, HasSubstr("follows the defaults")));
     EXPECT_FALSE(copy->isEnabled());
     press(Qt::Key_Up);
     EXPECT_TRUE(copy->isEnabled());
@@ -176,6 +171,43 @@ TEST_F(CourseSheetsTest, WithoutAnEarlierCourseThereIsNothingToCopy) {
     EXPECT_FALSE(sheet->findChildren<QPushButton *>().front()->isEnabled());
     press(Qt::Key_Return);
     EXPECT_TRUE(defaults.persistentDomain().empty());
+}
+
+TEST_F(MainWindowTest, TheLookBackLeadsToAStudent) {
+    openCourse(900101);
+    window.activateWindow();
+    QTest::keyClick(&window, Qt::Key_L, Qt::ControlModifier);
+    auto *sheet = window.findChild<LookBackSheet *>();
+    ASSERT_NE(sheet, nullptr);
+    auto *grid = sheet->findChild<QTableView *>();
+    EXPECT_EQ(grid->model()->rowCount(), 26);
+    const QModelIndex jordan = grid->model()->index(1, grid->model()->columnCount() - 1);
+    EXPECT_THAT(test::spokenText(jordan), testing::MatchesRegex("Jordan, .*: At Risk"));
+    Q_EMIT grid->activated(jordan);
+    EXPECT_THAT(selected(), testing::ElementsAre(5001));
+    EXPECT_FALSE(sheet->isVisible());
+}
+
+TEST_F(MainWindowTest, ThresholdsShowWhomTheyWouldFlag) {
+    openCourse(900101);
+    const char *line = "At 60 %: 7 flagged instead of 10.";
+    auto *sheet = window.openThresholds();
+    sheet->findChild<QCheckBox *>()->click();
+    EXPECT_FALSE(says(*sheet, line));
+    sheet->findChild<QDoubleSpinBox *>()->setValue(60);
+    EXPECT_TRUE(test::until([&] { return says(*sheet, line); }));
+    EXPECT_TRUE(says(*sheet, "Now Watch: Nadia, Theo. No longer flagged: Marcus, Iris, Liam."));
+    sheet->findChild<QCheckBox *>()->click();
+    EXPECT_TRUE(test::until([&] { return !says(*sheet, line); }));
+    sheet->accept();
+    // In Settings, for all courses in memory.
+    SettingsWindow &settings = window.settings();
+    settings.open(SettingsWindow::riskThresholds);
+    defaults.set(preferences::defaultPassingScore, 60.0);
+    const auto effect = [&] { return says(settings, testing::StartsWith("At 60 %: ")); };
+    EXPECT_TRUE(test::until(effect));
+    defaults.set(preferences::defaultPassingScore, 70.0);
+    EXPECT_TRUE(test::until([&] { return !effect(); }));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "ui/roster/rostermodel.h"
 #include "ui/sheets/missingworkmodel.h"
 #include "ui/sidebar/sidebarmodel.h"
+#include "windowtexts.h"
 
 #include <QAbstractItemModelTester>
 
@@ -48,7 +49,7 @@ TEST(RosterModel, ShowsTheFoldedStudentsOnOneLine) {
     EXPECT_EQ(model.index(2, 0).data().toString().toStdString(), "2 students without a flag");
     EXPECT_FALSE(model.flags(model.index(2, 0)).testFlag(Qt::ItemIsSelectable));
     EXPECT_EQ(
-        model.index(1, RosterModel::student).data(Qt::AccessibleTextRole).toString().toStdString(),
+        test::spokenText(model.index(1, RosterModel::student)),
         "Émile. 1 of 9 assignments missing");
     model.setQuery({.chip = RosterChip::everyone});
     EXPECT_EQ(model.rowCount(), 4);
@@ -73,7 +74,7 @@ TEST(MissingWorkModel, DescribesItsRows) {
     EXPECT_EQ(text(0, 0, Qt::ToolTipRole), classWideTooltip);
     EXPECT_EQ(text(1, 0, Qt::ToolTipRole), "");
     EXPECT_EQ(
-        text(0, 0, Qt::AccessibleTextRole),
+        test::spokenText(model.index(0, 0)),
         "Essay, missing for 3 students, excluded from risk scores");
 }
 
@@ -99,7 +100,7 @@ TEST(SidebarModel, FindsWhatIsSelected) {
     EXPECT_EQ(bio.data(SidebarModel::flaggedRole).toInt(), 3);
     EXPECT_EQ(bio.data(SidebarModel::worstLevelRole).toInt(), int(RiskLevel::concern));
     EXPECT_FALSE(model.indexOf(CourseSelection{12}).data(SidebarModel::worstLevelRole).isValid());
-    EXPECT_EQ(bio.data(Qt::AccessibleTextRole).toString().toStdString(), "Bio, 3 flagged");
+    EXPECT_EQ(test::spokenText(bio), "Bio, 3 flagged");
     EXPECT_FALSE(model.indexOf(CourseSelection{11}).data(SidebarModel::flaggedRole).isValid());
 
     // The same terms again only refresh the counts.

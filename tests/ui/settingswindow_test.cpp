@@ -16,7 +16,6 @@ namespace ellwynd {
 namespace {
 
 using test::MainWindowTest;
-using testing::Contains;
 using testing::HasSubstr;
 
 TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
@@ -98,8 +97,7 @@ TEST_F(ConnectionPaneTest, TheConnectionIsSavedTestedAndDeleted) {
     core.secrets.failure = KeychainError(KeychainError::locked, "locked");
     answer("Sign Out");
     const auto says = [&](const char *text) {
-        return test::until(
-            [&] { return testing::Value(test::shownTexts(panes), Contains(HasSubstr(text))); });
+        return test::until([&] { return test::says(panes, HasSubstr(text)); });
     };
     EXPECT_TRUE(says("It is still in your keyring"));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "");
@@ -132,8 +130,7 @@ TEST_F(MainWindowTest, TheSyncPaneShowsTheStatus) {
     SettingsWindow &panes = window.settings();
     panes.open(SettingsWindow::sync);
     // The sample college is a launch argument here.
-    EXPECT_THAT(
-        test::shownTexts(panes), Contains(HasSubstr("not synced while the sample college")));
+    EXPECT_TRUE(test::says(panes, HasSubstr("not synced while the sample college")));
     for (const char *text : {"Choose Folder…", "Remove Synced Settings"})
         EXPECT_FALSE(button(panes, text)->isEnabled()) << text;
 }

@@ -22,8 +22,8 @@
 namespace ellwynd {
 namespace {
 
+using test::says;
 using test::until;
-using testing::Contains;
 
 struct WelcomeWindowTest : testing::Test {
     test::Core core;
@@ -71,8 +71,6 @@ struct WelcomeWindowTest : testing::Test {
     static void type(const std::string &text) {
         QTest::keyClicks(QApplication::focusWidget(), QString::fromStdString(text));
     }
-
-    [[nodiscard]] std::vector<std::string> texts() const { return test::shownTexts(*window); }
 
     [[nodiscard]] QLineEdit *field(int index) const {
         return window->findChildren<QLineEdit *>().at(index);
@@ -131,7 +129,7 @@ TEST_F(WelcomeWindowTest, ConnectingNeedsOnlyTheKeyboard) {
     type(canvas.address());
     press(Qt::Key_Return);
     EXPECT_TRUE(until([&] { return announced.size() == 2; }));
-    EXPECT_THAT(texts(), Contains("Paste your Canvas access token first."));
+    EXPECT_TRUE(says(*window, "Paste your Canvas access token first."));
     press(Qt::Key_Tab);
     ASSERT_EQ(QApplication::focusWidget(), field(1));
     EXPECT_EQ(field(1)->echoMode(), QLineEdit::Password);
@@ -139,11 +137,10 @@ TEST_F(WelcomeWindowTest, ConnectingNeedsOnlyTheKeyboard) {
     press(Qt::Key_Return);
     EXPECT_TRUE(window->findChild<QProgressBar *>()->isVisible());
     EXPECT_FALSE(button("Connect")->isEnabled());
-    EXPECT_THAT(texts(), Contains("Checking " + canvas.address() + "…"));
+    EXPECT_TRUE(says(*window, "Checking " + canvas.address() + "…"));
     EXPECT_TRUE(until([&] { return announced.size() == 3; }));
     const CanvasError rejected(CanvasError::Kind::unauthorized);
-    EXPECT_THAT(
-        texts(), Contains(rejected.errorDescription() + "\n" + rejected.recoverySuggestion()));
+    EXPECT_TRUE(says(*window, rejected.errorDescription() + "\n" + rejected.recoverySuggestion()));
     EXPECT_EQ(announced.back(), "Connection test failed. Canvas rejected the access token.");
     EXPECT_EQ(field(1)->text(), QStringLiteral("wrong"));
     EXPECT_EQ(QApplication::focusWidget(), field(1));
@@ -157,7 +154,7 @@ TEST_F(WelcomeWindowTest, ConnectingNeedsOnlyTheKeyboard) {
     EXPECT_TRUE(until([&] { return announced.size() == 4; }));
     EXPECT_EQ(connections, 1);
     EXPECT_EQ(window->step(), WelcomeWindow::finished);
-    EXPECT_THAT(texts(), Contains("Connected as Ana <b>Ruiz</b>"));
+    EXPECT_TRUE(says(*window, "Connected as Ana <b>Ruiz</b>"));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), canvas.address());
     EXPECT_EQ(core.secrets.secrets.begin()->second, "secret-token");
     EXPECT_EQ(saved(), WelcomeWindow::finished);
@@ -189,7 +186,7 @@ TEST_F(WelcomeWindowTest, TheLastPageSaysWhoNeedsAttention) {
     press(Qt::Key_Return);
     ASSERT_TRUE(until([&] { return controller.dashboard().progress().running; }));
     EXPECT_EQ(window->step(), WelcomeWindow::finished);
-    EXPECT_THAT(texts(), Contains(*waitLine(controller.dashboard())));
+    EXPECT_TRUE(says(*window, *waitLine(controller.dashboard())));
     EXPECT_FALSE(button("Show My Courses")->isEnabled());
     canvas.release();
     ASSERT_TRUE(until([&] { return controller.dashboard().shownTerm() != nullptr; }));
@@ -201,7 +198,7 @@ TEST_F(WelcomeWindowTest, TheLastPageSaysWhoNeedsAttention) {
             canvas.requests, QStringLiteral("/api/v1/courses"), &test::FakeRequest::path),
         1)
         << "the change of the address and the saving are one refresh";
-    EXPECT_THAT(texts(), Contains(std::to_string(flagged) + " students need attention in Fall"));
+    EXPECT_TRUE(says(*window, std::to_string(flagged) + " students need attention in Fall"));
     ASSERT_EQ(QApplication::focusWidget(), button("Show the Students"));
     press(Qt::Key_Return);
     EXPECT_FALSE(window && window->isVisible());
@@ -216,10 +213,10 @@ TEST_F(WelcomeWindowTest, ATokenThatCannotBeSavedDoesNotConnect) {
     core.secrets.failure.emplace(KeychainError::locked, "The keyring is locked.");
     press(Qt::Key_Return);
     EXPECT_TRUE(until([&] { return !announced.empty(); }));
-    EXPECT_THAT(
-        texts(),
-        Contains("Keychain error (3): The keyring is locked.\n"
-                 "Unlock your keyring, and try again."));
+    EXPECT_TRUE(says(
+        *window,
+        "Keychain error (3): The keyring is locked.\n"
+        "Unlock your keyring, and try again."));
     EXPECT_EQ(window->step(), WelcomeWindow::choice);
     EXPECT_EQ(field(1)->text(), QStringLiteral("secret-token"));
     EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "");
@@ -274,7 +271,7 @@ TEST_F(WelcomeWindowTest, TheTokenFieldIsDisabledWhileTheKeychainIsLocked) {
     open();
     EXPECT_TRUE(until([&] { return !field(1)->isEnabled(); }));
     EXPECT_EQ(field(0)->text().toStdString(), canvas.address());
-    EXPECT_THAT(texts(), Contains(runToEnd(core.check.state()).status));
+    EXPECT_TRUE(says(*window, runToEnd(core.check.state()).status));
 }
 
 } // namespace

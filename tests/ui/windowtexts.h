@@ -4,6 +4,8 @@
 #include <QLabel>
 #include <QModelIndex>
 
+#include <gmock/gmock.h>
+
 #include <string>
 #include <vector>
 
@@ -17,6 +19,14 @@ inline std::vector<std::string> shownTexts(const QWidget &window) {
             texts.push_back(label->text().toStdString());
     }
     return texts;
+}
+
+/// Whether a visible label of a window has a text, which may be a matcher.
+template<class Text>
+testing::AssertionResult says(const QWidget &window, const Text &text) {
+    const std::vector<std::string> texts = shownTexts(window);
+    return testing::AssertionResult(testing::Value(texts, testing::Contains(text)))
+        << testing::PrintToString(texts);
 }
 
 /// What a screen reader says about a row of a view.

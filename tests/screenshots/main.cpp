@@ -28,7 +28,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QTemporaryDir>
 
 #include <fmt/format.h>
@@ -43,41 +42,43 @@ using namespace ellwynd;
 constexpr std::int64_t introToProgramming = 900101;
 constexpr std::int64_t webInterfaceDesign = 900102;
 
-/// A program in a folder of its own. @param arguments beside those of the appearance.
-ApplicationEnvironment environmentIn(
-    const QTemporaryDir &home, PreferenceMap arguments, const char *appearance, double scale) {
-    const std::filesystem::path folder(home.path().toStdString());
-    arguments["Appearance"] = std::string(appearance);
-    arguments["TextScale"] = scale;
-    return {
-        .launchArguments = std::move(arguments),
-        .preferencesFile = folder / "Preferences.json",
-        .data = folder,
-        .state = folder,
-        .widgetContainer = folder / "widgets",
-        .secrets = std::make_unique<test::MemorySecrets>(),
-        .notifications = std::make_unique<test::MemoryNotifications>()};
-}
+/// A program in a folder of its own, with its window shown.
+struct Program {
+    QTemporaryDir home;
+    std::filesystem::path folder{home.path().toStdString()};
+    test::LoneService service;
+    Application application;
+
+    explicit Program(PreferenceMap arguments)
+        : application(
+              {.launchArguments = std::move(arguments),
+               .preferencesFile = folder / "Preferences.json",
+               .data = folder,
+               .state = folder,
+               .widgetContainer = folder / "widgets",
+               .secrets = std::make_unique<test::MemorySecrets>(),
+               .notifications = std::make_unique<test::MemoryNotifications>()},
+              service) {
+        application.window().resize(1280, 800);
+        application.window().show();
+        application.controller().refresh();
+    }
+};
 
 class Screenshots {
   public:
     explicit Screenshots(Pictures &pictures) : pictures(pictures) {}
 
     void draw(const char *appearanceName, double scale) {
-        const QTemporaryDir home;
         // Appearance derives its font sizes from the application's font.
         QApplication::setFont(font);
         pictures.begin(appearanceName, scale);
-        test::LoneService service;
-        Application program(
-            environmentIn(home, {{"SampleData", true}}, appearanceName, scale), service);
-        UserDefaults &defaults = program.defaults();
-        Appearance &appearance = program.appearance();
-        MainWindowController &controller = program.controller();
-        MainWindow &window = program.window();
-        window.resize(1280, 800);
-        window.show();
-        controller.refresh();
+        Program program(
+            {{"SampleData", true}, {"Appearance", appearanceName}, {"TextScale", scale}});
+        UserDefaults &defaults = program.application.defaults();
+        Appearance &appearance = program.application.appearance();
+        MainWindowController &controller = program.application.controller();
+        MainWindow &window = program.application.window();
         pictures.save(window, "dashboard");
         drawDashboard(window);
         controller.select(TermSelection{9001});
@@ -92,21 +93,13 @@ class Screenshots {
         drawWrite(defaults, window);
         drawPrint(controller, window);
         if (auto *sheet = window.openThresholds()) {
-            writeSetting(
-                defaults, courseSettings::key(introToProgramming, courseSettings::passingScore),
-                60.0);
-            pictures.save(*sheet, "thresholds");
-            sheet->close();
+            writeSetting(defaults, "Course.900101.PassingScore", 60.0);
+            saveAndClose(sheet, "thresholds");
             controller.undoStack().undo();
         }
-        trigger(window, [](const QAction &command) {
-            return command.text() == QStringLiteral("&Look Back…");
-        });
-        if (auto *sheet = window.findChild<LookBackSheet *>()) {
-            pictures.save(*sheet, "look-back");
-            sheet->close();
-        }
-        drawCourseSheets(defaults, controller, appearance, window);
+        trigger(window, "Look Back…");
+        saveAndClose(window.findChild<LookBackSheet *>(), "look-back");
+        drawCourseSheets(defaults, window);
         defaults.set(preferences::rosterCompactRows, true);
         pictures.save(window, "compact");
         defaults.set(preferences::rosterCompactRows, false);
@@ -114,10 +107,7 @@ class Screenshots {
 
         controller.select(CourseSelection{webInterfaceDesign});
         settle();
-        if (auto *sheet = window.openMissingWork()) {
-            pictures.save(*sheet, "missing-work");
-            sheet->close();
-        }
+        saveAndClose(window.openMissingWork(), "missing-work");
         settle();
         drawPieces(pictures, defaults, appearance);
         SettingsWindow &settings = window.settings();
@@ -150,28 +140,29 @@ class Screenshots {
 
     /// The main window without a token, and an alert over it.
     void drawNotConnected(const char *appearanceName, double scale) {
-        const QTemporaryDir home;
         QApplication::setFont(font);
-        test::LoneService service;
-        Application program(
-            environmentIn(
-                home, {{"Onboarding.step", std::int64_t{WelcomeWindow::finished}}}, appearanceName,
-                scale),
-            service);
-        program.window().resize(1280, 800);
-        program.window().show();
-        program.controller().refresh();
-        pictures.save(program.window(), "not-connected");
+        Program program(
+            {{"Onboarding.step", std::int64_t{WelcomeWindow::finished}},
+             {"Appearance", appearanceName},
+             {"TextScale", scale}});
+        MainWindow &window = program.application.window();
+        pictures.save(window, "not-connected");
         QMessageBox *alert = plainAlert(
-            &program.window(), QStringLiteral("Couldn’t open your email app"),
+            &window, QStringLiteral("Couldn’t open your email app"),
             QStringLiteral("Write to the address on the page of your institution."));
         alert->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
         alert->open();
-        pictures.save(*alert, "alert");
-        alert->close();
+        saveAndClose(alert, "alert");
     }
 
   private:
+    void saveAndClose(QWidget *sheet, const char *name) {
+        if (sheet == nullptr)
+            return;
+        pictures.save(*sheet, name);
+        sheet->close();
+    }
+
     /// The dashboard with a focused student, with a filter, and in a small and a large window.
     void drawDashboard(MainWindow &window) {
         auto *list = window.findChild<StudentList *>();
@@ -207,17 +198,16 @@ class Screenshots {
 
     /// The panel that finds anyone, with results, without any, and before anything is typed.
     void drawFind(MainWindow &window) {
-        trigger(window, [](const QAction &command) {
-            return command.shortcut() == QKeySequence(Qt::CTRL | Qt::Key_K);
-        });
+        trigger(window, "Find…");
         auto *panel = window.findChild<FindPanel *>();
+        auto *field = panel->findChild<QLineEdit *>();
         pictures.save(window, "find-blank");
-        panel->findChild<QLineEdit *>()->setText(QStringLiteral("ch"));
+        field->setText(QStringLiteral("ch"));
         pictures.save(window, "find");
-        panel->findChild<QLineEdit *>()->setText(QStringLiteral("nobody"));
+        field->setText(QStringLiteral("nobody"));
         pictures.save(window, "find-nobody");
         panel->open(FindIndex(unusualNames()));
-        panel->findChild<QLineEdit *>()->setText(QStringLiteral("b"));
+        field->setText(QStringLiteral("b"));
         pictures.save(window, "find-names");
         panel->dismiss();
     }
@@ -258,11 +248,8 @@ class Screenshots {
     void drawWrite(UserDefaults &defaults, MainWindow &window) {
         window.resize(900, 600);
         settle();
-        std::vector<RiskRow> students;
-        for (const RiskRow &row : window.roster()->table()->roster().rows()) {
-            if (students.size() < 12)
-                students.push_back(row);
-        }
+        const auto &rows = window.roster()->table()->roster().rows();
+        std::vector<RiskRow> students(rows.begin(), rows.begin() + 12);
         students[2].name = "Wolfeschlegelsteinhausenbergerdorff, <b>Maria</b>\nTheodora";
         WriteSheet *sheet = window.openWriteSheet(students);
         settle();
@@ -285,13 +272,8 @@ class Screenshots {
 
     /// The Print sheet, and the PDFs of a roster and of a student.
     void drawPrint(MainWindowController &controller, MainWindow &window) {
-        trigger(window, [](const QAction &command) {
-            return command.shortcut() == QKeySequence(QKeySequence::Print);
-        });
-        if (auto *sheet = window.findChild<PrintSheet *>()) {
-            pictures.save(*sheet, "print");
-            sheet->reject();
-        }
+        trigger(window, "Print…");
+        saveAndClose(window.findChild<PrintSheet *>(), "print");
         RosterView roster = controller.roster();
         const RiskRow student = window.roster()->table()->selectedRows().front();
         pictures.savePDF(
@@ -305,30 +287,15 @@ class Screenshots {
         pictures.savePDF(printedRoster(roster, false, systemNow()), "print-roster");
     }
 
-    void drawCourseSheets(
-        UserDefaults &defaults, const MainWindowController &controller,
-        const Appearance &appearance, MainWindow &window) {
+    void drawCourseSheets(UserDefaults &defaults, MainWindow &window) {
         writeSetting(defaults, "Course.900101.Icon", std::string("code"));
         writeSetting(defaults, "Course.900102.Icon", std::string("palette"));
         writeSetting(defaults, "Course.900102.IconColor", std::string("purple"));
-        auto *icon = new IconSheet(
-            introToProgramming, controller.roster().title, defaults, appearance, &window);
-        icon->show();
-        pictures.save(*icon, "icon");
-        icon->accept();
-
-        std::vector<Course> courses;
-        for (const TermGroup &group : controller.courses().sidebarTerms())
-            courses.insert(courses.end(), group.courses.begin(), group.courses.end());
-        for (const Course &course : courses) {
-            if (course.term && course.term->id != courses.front().term->id)
-                writeSetting(
-                    defaults, courseSettings::key(course.id, courseSettings::passingScore), 65.0);
-        }
-        auto *copy = new CopySetupSheet(introToProgramming, courses, defaults, appearance, &window);
-        copy->show();
-        pictures.save(*copy, "copy-setup");
-        copy->reject();
+        trigger(window, "Icon…");
+        saveAndClose(window.findChild<IconSheet *>(), "icon");
+        writeSetting(defaults, "Course.900301.PassingScore", 65.0);
+        trigger(window, "Copy Course Setup…");
+        saveAndClose(window.findChild<CopySetupSheet *>(), "copy-setup");
         pictures.save(window, "icons");
     }
 

@@ -1,5 +1,6 @@
 #include "pictures.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QPushButton>
 
@@ -45,9 +46,9 @@ void press(QWidget &window, const char *text) {
     settle();
 }
 
-void trigger(QWidget &window, const std::function<bool(const QAction &)> &matches) {
+void trigger(QWidget &window, const char *text) {
     for (QAction *command : window.findChildren<QAction *>()) {
-        if (matches(*command))
+        if (QString(command->text()).remove(u'&') == QString::fromUtf8(text))
             command->trigger();
     }
     settle();

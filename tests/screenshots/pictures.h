@@ -4,10 +4,7 @@
 #include "ui/print/printedpages.h"
 #include "ui/support/appearance.h"
 
-#include <QAction>
 #include <QDir>
-
-#include <functional>
 
 namespace ellwynd {
 
@@ -35,8 +32,8 @@ class Pictures {
 void settle();
 /// Clicks the buttons of this text.
 void press(QWidget &window, const char *text);
-/// Triggers the commands that match.
-void trigger(QWidget &window, const std::function<bool(const QAction &)> &matches);
+/// Triggers the commands of this text.
+void trigger(QWidget &window, const char *text);
 
 /// Draws pieces of windows on invented students and courses.
 void drawPieces(Pictures &pictures, UserDefaults &defaults, const Appearance &appearance);

@@ -33,18 +33,15 @@ void drawCards(
     Pictures &pictures, UserDefaults &defaults, const Appearance &appearance, int courses) {
     Dashboard dashboard(defaults);
     DashboardTerm term{.id = 1, .title = "Fall"};
+    const std::string longName = "An Introduction to the Comparative History of Long and Winding "
+                                 "Course Names, Section 4021 of Many";
     for (int i = 0; i < courses; ++i) {
         const bool isLong = i % 3 == 1;
+        const std::string code = "CS " + std::to_string(100 + i);
         term.cards.push_back(
             {.courseID = i + 1,
-             .name = isLong ? "An Introduction to the Comparative History of Long and "
-                              "Winding Course Names, Section 4021 of Many"
-                            : "CS " + std::to_string(100 + i),
-             .label =
-                 {.name = isLong ? "An Introduction to the Comparative History of Long and "
-                                   "Winding Course Names, Section 4021 of Many"
-                                 : "Computing",
-                  .code = "CS " + std::to_string(100 + i)},
+             .name = isLong ? longName : code,
+             .label = {.name = isLong ? longName : "Computing", .code = code},
              .levels =
                  i % 4 == 0 ? LevelCounts{} : LevelCounts{i * 7 % 120, i * 5 % 90, i * 3 % 60},
              .total = 300,

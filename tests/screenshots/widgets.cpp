@@ -9,6 +9,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <cstdio>
 
 namespace {
@@ -61,14 +62,9 @@ bool draw(const QDir &target, SnapshotSource &source, const char *appearance, do
     QPixmap desktop(QSize(large.right() + gap, large.bottom() + gap));
     desktop.fill(defaults.value(preferences::appearance) == "dark" ? 0xff33415c : 0xffc9d6ea);
     QPainter painter(&desktop);
-    for (const auto &[window, frame] :
-         {std::pair(&windows[0], small), std::pair(&windows[1], medium),
-          std::pair(&windows[2], large)}) {
-        QPixmap card(frame.size());
-        card.fill(Qt::transparent);
-        (*window)->render(&card, {}, {}, QWidget::DrawChildren);
-        painter.drawPixmap(frame.topLeft(), card);
-    }
+    const std::array frames{small, medium, large};
+    for (std::size_t i = 0; i < frames.size(); ++i)
+        windows[i]->render(&painter, frames[i].topLeft(), {}, QWidget::DrawChildren);
     painter.end();
     const QString file =
         target.filePath(QStringLiteral("widgets-%1%2.png")

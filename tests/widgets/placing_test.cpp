@@ -15,21 +15,29 @@ namespace {
 
 using testing::IsEmpty;
 
-TEST(WindowDrag, ByTheWindowSystemDoesNotClick) {
+/// A card that is all button.
+struct WindowDragTest : testing::Test {
     QWidget card;
-    QPushButton button(&card);
-    int moves = 0;
+    QPushButton button{&card};
     int clicks = 0;
-    QObject::connect(&button, &QPushButton::clicked, [&clicks] { ++clicks; });
+    QPoint grip;
+
+    void SetUp() override {
+        QObject::connect(&button, &QPushButton::clicked, [this] { ++clicks; });
+        card.resize(200, 100);
+        card.show();
+        grip = button.rect().center();
+    }
+};
+
+TEST_F(WindowDragTest, ByTheWindowSystemDoesNotClick) {
+    int moves = 0;
     WindowDrag drag(card, [&moves](QWidget &) {
         ++moves;
         return true;
     });
     drag.addHandle(button);
-    card.resize(200, 100);
-    card.show();
     // X11 reports a move over the button and the release after the window was moved.
-    const QPoint grip = button.rect().center();
     for (int i = 1; i <= 3; ++i) {
         QTest::mousePress(&button, Qt::LeftButton, {}, grip);
         for (const int distance : {30, 60, 1})
@@ -45,19 +53,12 @@ TEST(WindowDrag, ByTheWindowSystemDoesNotClick) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST(WindowDrag, MayMoveTheWindowAtItsEnd) {
-    QWidget card;
-    QPushButton button(&card);
-    int clicks = 0;
-    QObject::connect(&button, &QPushButton::clicked, [&clicks] { ++clicks; });
+TEST_F(WindowDragTest, MayMoveTheWindowAtItsEnd) {
     std::vector<QPoint> moves;
     WindowDrag drag(card);
     drag.addHandle(button);
     drag.moveOnRelease([&moves](QPoint distance) { moves.push_back(distance); });
-    card.resize(200, 100);
-    card.show();
     const QPoint place = card.pos();
-    const QPoint grip = button.rect().center();
     for (int i = 1; i <= 2; ++i) {
         QTest::mousePress(&button, Qt::LeftButton, {}, grip);
         for (const int distance : {30, 60})
@@ -79,13 +80,7 @@ TEST(CardPlaces, AreOnConnectedScreens) {
     const ScreenArea main{{0, 0, 1000, 800}, {0, 30, 1000, 770}};
     const ScreenArea right{{1000, 0, 600, 400}, {1000, 0, 600, 400}};
     const QSize card(452, 450);
-    struct Row {
-        const char *what;
-        std::optional<QPoint> saved;
-        std::vector<ScreenArea> screens;
-        QRect frame;
-    };
-    const Row rows[] = {
+    const std::tuple<const char *, std::optional<QPoint>, std::vector<ScreenArea>, QRect> rows[] = {
         {"never placed", std::nullopt, {main}, {0, 30, 452, 450}},
         {"on the screen", QPoint(100, 100), {main}, {100, 100, 452, 450}},
         {"dragged partly over the edge", QPoint(700, 400), {main}, {700, 400, 452, 450}},
@@ -98,8 +93,8 @@ TEST(CardPlaces, AreOnConnectedScreens) {
         {"above the right one", QPoint(1200, -900), {main, right}, {1148, 0, 452, 400}},
         {"far left of a small one", QPoint(-9000, 0), {right}, {1000, 0, 452, 400}},
     };
-    for (const Row &row : rows)
-        EXPECT_EQ(shownFrame(row.saved, card, row.screens), row.frame) << row.what;
+    for (const auto &[what, saved, screens, frame] : rows)
+        EXPECT_EQ(shownFrame(saved, card, screens), frame) << what;
 }
 
 TEST(PlacedWidgets, InvalidFilesAndEntriesAreIgnored) {

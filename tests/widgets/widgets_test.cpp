@@ -142,9 +142,8 @@ TEST_F(WidgetsTest, RowsOpenTheirCourseByMouseAndKeyboard) {
     EXPECT_TRUE(window().termButton()->hasFocus());
     QTest::keyClick(window().focusWidget(), Qt::Key_Tab);
     EXPECT_TRUE(window().summaryButton()->hasFocus());
-    QTest::keyClick(window().focusWidget(), Qt::Key_Tab);
-    QTest::keyClick(window().focusWidget(), Qt::Key_Down);
-    QTest::keyClick(window().focusWidget(), Qt::Key_Return);
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Down, Qt::Key_Return})
+        QTest::keyClick(window().focusWidget(), key);
     EXPECT_THAT(opened, ElementsAre("ellwynd://course/4021", "ellwynd://course/4022"));
     EXPECT_THAT(test::unnamedElements(window()), IsEmpty());
     EXPECT_THAT(test::unreachableControls(window()), IsEmpty());

@@ -1,4 +1,4 @@
-// A fixture with the main window on the sample college.
+// Fixtures with parts of windows, and with the main window on the sample college.
 #pragma once
 
 #include "app/mainwindowcontroller.h"
@@ -19,18 +19,26 @@
 
 namespace ellwynd::test {
 
-struct MainWindowTest : testing::Test {
+struct WindowTest : testing::Test {
     Core core;
     UserDefaults &defaults = core.defaults;
     Settings settings{defaults};
     Appearance appearance{settings, false};
+
+    explicit WindowTest(PreferenceMap arguments = {}) : core(std::move(arguments)) {}
+
+    /// Presses a key in the widget that has the focus.
+    static void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+};
+
+struct MainWindowTest : WindowTest {
     MainWindowController controller{defaults, core.connector, core.stores, core.trends, core.sinks};
     SyncService sync{defaults, core.trends, core.folder.path() / "Seen.json"};
     MainWindow window{controller, defaults,           core.stores, core.check,
                       sync,       core.notifications, appearance};
 
     explicit MainWindowTest(PreferenceMap arguments = {{"SampleData", true}})
-        : core(std::move(arguments)) {
+        : WindowTest(std::move(arguments)) {
         window.resize(1280, 800);
         window.show();
     }

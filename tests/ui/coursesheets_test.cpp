@@ -24,12 +24,7 @@ using test::MainWindowTest;
 using test::says;
 using testing::HasSubstr;
 
-struct CourseSheetsTest : testing::Test {
-    test::Core core;
-    UserDefaults &defaults = core.defaults;
-    Settings settings{defaults};
-    Appearance appearance{settings, false};
-
+struct CourseSheetsTest : test::WindowTest {
     /// Shows a sheet as the active window, so that it can have the focus.
     template<class SheetType>
     static SheetType *shown(SheetType *sheet) {
@@ -45,7 +40,7 @@ struct CourseSheetsTest : testing::Test {
 
     static void press(Qt::Key key, int times = 1) {
         for (int i = 0; i < times; ++i)
-            QTest::keyClick(QApplication::focusWidget(), key);
+            WindowTest::press(key);
     }
 
     static std::string focusedName() {

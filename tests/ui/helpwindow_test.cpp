@@ -1,19 +1,14 @@
 #include "generated/version.h"
-#include "support/temporaryfolder.h"
+#include "support/mainwindow.h"
 #include "ui/about/aboutwindow.h"
 #include "ui/help/helpwindow.h"
 #include "ui/help/topiclist.h"
-#include "ui/support/appearance.h"
 #include "ui/support/markdownpage.h"
 #include "windowtexts.h"
 
 #include <QDesktopServices>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QTest>
 #include <QTextBlock>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
@@ -38,11 +33,7 @@ class Browser : public QObject {
     void open(const QUrl &url) { opened.push_back(url); }
 };
 
-struct HelpWindowTest : testing::Test {
-    test::TemporaryFolder folder;
-    UserDefaults defaults{folder.path() / "Preferences.json", {}};
-    Settings settings{defaults};
-    Appearance appearance{settings, false};
+struct HelpWindowTest : test::WindowTest {
     HelpWindow window{defaults, appearance, {{"File", {{"Refresh All Courses", "Ctrl+R, F5"}}}}};
     QLineEdit &query = *window.findChild<QLineEdit *>();
     TopicList &topics = *window.findChild<TopicList *>();

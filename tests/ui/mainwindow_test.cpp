@@ -362,15 +362,6 @@ TEST_F(MainWindowTest, ChipsFilterTheRosterUntilEscape) {
     filter->setFocus();
     QTest::keyClick(filter, Qt::Key_Escape);
     EXPECT_EQ(table().shownCount(), 10);
-
-    // The unfolded students stay shown, and the order is of the course where it was chosen.
-    press(Qt::Key_6);
-    Q_EMIT table().horizontalHeader()->sectionClicked(RosterModel::score);
-    openCourse(900102);
-    EXPECT_EQ(table().query(), RosterQuery{});
-    openCourse(900101);
-    EXPECT_EQ(
-        table().query(), (RosterQuery{.chip = RosterChip::everyone, .sort = RosterSort::score}));
 }
 
 TEST_F(MainWindowTest, TheCommandsOfTheDetailsStayInSight) {

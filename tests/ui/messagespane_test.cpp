@@ -1,21 +1,15 @@
-#include "support/temporaryfolder.h"
+#include "support/mainwindow.h"
 #include "ui/settings/messagespane.h"
-#include "ui/support/appearance.h"
 
 #include <QAbstractItemView>
 #include <QAccessible>
-#include <QApplication>
 #include <QCompleter>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QScrollArea>
-#include <QTest>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
@@ -23,12 +17,9 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-struct MessagesPaneTest : testing::Test {
-    test::TemporaryFolder folder;
-    UserDefaults defaults{folder.path() / "Preferences.json", {}};
-    Settings settings{defaults};
-    Appearance appearance{settings, false};
-    TemplateStore store{folder.path()};
+struct MessagesPaneTest : test::WindowTest {
+    std::filesystem::path folder = core.folder.path();
+    TemplateStore store{folder};
     UndoStack undo;
     PreviewStudents students;
     /// A scroll area, as in the settings window.
@@ -83,7 +74,7 @@ struct MessagesPaneTest : testing::Test {
     void type(const char *text) const { QTest::keyClicks(focus(), QString::fromUtf8(text)); }
 
     [[nodiscard]] std::vector<std::string> saved() const {
-        const TemplateStore again(folder.path());
+        const TemplateStore again(folder);
         std::vector<std::string> names;
         for (const MessageTemplate &each : again.templates())
             names.push_back(each.name);
@@ -128,8 +119,7 @@ TEST_F(MessagesPaneTest, WritingATemplateNeedsOnlyTheKeyboard) {
     QTest::keyClick(focus(), Qt::Key_Backtab);
     EXPECT_THAT(saved(), ElementsAre("Email", "Short Message", "Referral Summary", "Praise"));
     EXPECT_EQ(
-        TemplateStore(folder.path()).templates()[3].body,
-        "Hi {first_name},\n\nWell done in {course}!");
+        TemplateStore(folder).templates()[3].body, "Hi {first_name},\n\nWell done in {course}!");
 }
 
 TEST_F(MessagesPaneTest, DeletingAndRestoringCanBeUndone) {
@@ -185,7 +175,7 @@ TEST_F(MessagesPaneTest, EditsAreSavedWhenTheFocusMovesOrTheWindowCloses) {
     // Another process changes another template meanwhile.
     store.update(store.templates()[0].id, "Email", before.toStdString());
     window.reset();
-    const std::vector<MessageTemplate> templates = TemplateStore(folder.path()).templates();
+    const std::vector<MessageTemplate> templates = TemplateStore(folder).templates();
     EXPECT_EQ(templates.back().body, "Last words. " + before.toStdString());
     EXPECT_EQ(templates[0].body, before.toStdString());
 }

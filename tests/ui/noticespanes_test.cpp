@@ -1,18 +1,11 @@
 #include "base/files.h"
 #include "platform/folders/directories.h"
-#include "support/memorynotifications.h"
-#include "support/temporaryfolder.h"
+#include "support/mainwindow.h"
 #include "ui/settings/notificationspane.h"
 #include "ui/settings/widgetspane.h"
-#include "ui/support/appearance.h"
 #include "windowtexts.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QPushButton>
-#include <QTest>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
@@ -22,12 +15,8 @@ using testing::StartsWith;
 
 using Status = UserNotifications::AuthorizationStatus;
 
-struct NoticesPanesTest : testing::Test {
-    test::TemporaryFolder folder;
-    UserDefaults defaults{folder.path() / "Preferences.json", {}};
-    Settings settings{defaults};
-    Appearance appearance{settings, false};
-    test::MemoryNotifications system;
+struct NoticesPanesTest : test::WindowTest {
+    test::MemoryNotifications &system = core.notifications;
 };
 
 const auto turnedOff = StartsWith("macOS has notifications turned off for Ellwynd. Enable them in "

@@ -8,9 +8,9 @@
 #include "windowtexts.h"
 
 #include <QCheckBox>
-#include <QDoubleSpinBox>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QSpinBox>
 
 namespace ellwynd {
 namespace {
@@ -21,12 +21,7 @@ using testing::HasSubstr;
 TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     openCourse(900101);
     SettingsWindow &panes = window.settings();
-    panes.open(SettingsWindow::riskThresholds);
-    panes.findChild<QDoubleSpinBox *>()->setValue(90);
-    EXPECT_EQ(controller.roster().thresholds->passingScore, 90);
-    // The panes follow changes made elsewhere.
-    defaults.set(preferences::defaultPassingScore, 65.0);
-    EXPECT_EQ(panes.findChild<QDoubleSpinBox *>()->value(), 65);
+    panes.open(SettingsWindow::general);
     defaults.set(preferences::sidebarTermLimit, std::int64_t{2});
     EXPECT_EQ(window.findChild<Sidebar *>()->list()->model()->rowCount(), 3);
     defaults.set(preferences::textScale, 2.0);
@@ -135,13 +130,12 @@ TEST_F(MainWindowTest, TheSyncPaneShowsTheStatus) {
         EXPECT_FALSE(button(panes, text)->isEnabled()) << text;
 }
 
-TEST(SyncPane, AsksBeforeItTakesTheOtherComputersSettings) {
-    test::Core core;
+using SyncPaneTest = test::WindowTest;
+
+TEST_F(SyncPaneTest, AsksBeforeItTakesTheOtherComputersSettings) {
     const auto folder = core.folder.path() / "cloud";
     folderContents::create(folder);
     core.defaults.update({{"SyncSettingsViaICloud", true}, {"CloudStoreFolder", folder.string()}});
-    Settings settings{core.defaults};
-    const Appearance appearance{settings, false};
     SyncService service{core.defaults, core.trends, core.folder.path() / "Synced.json"};
     SyncPane pane(core.defaults, service, appearance);
     pane.show();

@@ -1,23 +1,15 @@
 #include "app/dashboard/dashboardtexts.h"
-#include "app/mainwindowcontroller.h"
 #include "net/runtoend.h"
-#include "support/core.h"
 #include "support/fakecanvas.h"
+#include "support/mainwindow.h"
 #include "support/servedcourse.h"
-#include "support/until.h"
-#include "ui/support/appearance.h"
 #include "ui/welcome/stepdots.h"
 #include "ui/welcome/welcomewindow.h"
 #include "windowtexts.h"
 
-#include <QApplication>
 #include <QLineEdit>
 #include <QPointer>
 #include <QProgressBar>
-#include <QPushButton>
-#include <QTest>
-
-#include <gmock/gmock.h>
 
 namespace ellwynd {
 namespace {
@@ -25,11 +17,7 @@ namespace {
 using test::says;
 using test::until;
 
-struct WelcomeWindowTest : testing::Test {
-    test::Core core;
-    UserDefaults &defaults = core.defaults;
-    Settings settings{defaults};
-    Appearance appearance{settings, false};
+struct WelcomeWindowTest : test::WindowTest {
     MainWindowController controller{defaults, core.connector, core.stores, core.trends, core.sinks};
     test::FakeCanvas canvas;
     QPointer<WelcomeWindow> window;
@@ -65,8 +53,6 @@ struct WelcomeWindowTest : testing::Test {
         window->activateWindow();
         QApplication::processEvents();
     }
-
-    static void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
 
     static void type(const std::string &text) {
         QTest::keyClicks(QApplication::focusWidget(), QString::fromStdString(text));

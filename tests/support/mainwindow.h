@@ -1,4 +1,4 @@
-// Fixtures with parts of windows, and with the main window on the sample college.
+// Fixtures for tests of windows.
 #pragma once
 
 #include "app/mainwindowcontroller.h"
@@ -19,6 +19,7 @@
 
 namespace ellwynd::test {
 
+/// What parts of windows need.
 struct WindowTest : testing::Test {
     Core core;
     UserDefaults &defaults = core.defaults;
@@ -31,6 +32,7 @@ struct WindowTest : testing::Test {
     static void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
 };
 
+/// The main window on the sample college.
 struct MainWindowTest : WindowTest {
     MainWindowController controller{defaults, core.connector, core.stores, core.trends, core.sinks};
     SyncService sync{defaults, core.trends, core.folder.path() / "Seen.json"};
@@ -80,6 +82,14 @@ struct MainWindowTest : WindowTest {
                 return candidate;
         }
         return nullptr;
+    }
+};
+
+/// The same with a course shown.
+struct CourseWindowTest : MainWindowTest {
+    void SetUp() override {
+        MainWindowTest::SetUp();
+        openCourse(900101);
     }
 };
 

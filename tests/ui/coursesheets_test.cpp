@@ -20,7 +20,7 @@
 namespace ellwynd {
 namespace {
 
-using test::MainWindowTest;
+using test::CourseWindowTest;
 using test::says;
 using testing::HasSubstr;
 
@@ -168,8 +168,7 @@ TEST_F(CourseSheetsTest, WithoutAnEarlierCourseThereIsNothingToCopy) {
     EXPECT_TRUE(defaults.persistentDomain().empty());
 }
 
-TEST_F(MainWindowTest, TheLookBackLeadsToAStudent) {
-    openCourse(900101);
+TEST_F(CourseWindowTest, TheLookBackLeadsToAStudent) {
     window.activateWindow();
     QTest::keyClick(&window, Qt::Key_L, Qt::ControlModifier);
     auto *sheet = window.findChild<LookBackSheet *>();
@@ -183,8 +182,7 @@ TEST_F(MainWindowTest, TheLookBackLeadsToAStudent) {
     EXPECT_FALSE(sheet->isVisible());
 }
 
-TEST_F(MainWindowTest, ThresholdsShowWhomTheyWouldFlag) {
-    openCourse(900101);
+TEST_F(CourseWindowTest, ThresholdsShowWhomTheyWouldFlag) {
     const char *line = "At 60 %: 7 flagged instead of 10.";
     auto *sheet = window.openThresholds();
     sheet->findChild<QCheckBox *>()->click();

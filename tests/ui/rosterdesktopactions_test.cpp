@@ -15,10 +15,9 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-using RosterDesktopActionsTest = test::MainWindowTest;
+using RosterDesktopActionsTest = test::CourseWindowTest;
 
 TEST_F(RosterDesktopActionsTest, TheMenuCopiesMessagesForTheSelectedStudents) {
-    openCourse(900101);
     QMenu *copy = nullptr;
     for (QMenu *menu : window.findChildren<QMenu *>()) {
         if (menu->title() == QStringLiteral("&Copy Message About Student"))
@@ -63,7 +62,6 @@ TEST_F(RosterDesktopActionsTest, TheMenuCopiesMessagesForTheSelectedStudents) {
 }
 
 TEST_F(RosterDesktopActionsTest, TheDetailsAreRebuiltWhileTheirMenuIsOpen) {
-    openCourse(900101);
     table().selectStudents({{900101, 5006}});
     window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
@@ -80,7 +78,6 @@ TEST_F(RosterDesktopActionsTest, TheDetailsAreRebuiltWhileTheirMenuIsOpen) {
 }
 
 TEST_F(RosterDesktopActionsTest, TheExportIsSavedToTheChosenFile) {
-    openCourse(900101);
     action("Export Roster as CSV…")->trigger();
     auto *panel = window.findChild<QFileDialog *>();
     ASSERT_NE(panel, nullptr);

@@ -1,6 +1,5 @@
 #include "platform/cloud/foldercontents.h"
 #include "support/fakecanvas.h"
-#include "support/logcapture.h"
 #include "support/mainwindow.h"
 #include "ui/settings/settingswindow.h"
 #include "ui/settings/syncpane.h"
@@ -19,7 +18,6 @@ using test::MainWindowTest;
 using testing::HasSubstr;
 
 TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
-    openCourse(900101);
     SettingsWindow &panes = window.settings();
     panes.open(SettingsWindow::general);
     defaults.set(preferences::sidebarTermLimit, std::int64_t{2});
@@ -29,22 +27,17 @@ TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     defaults.set(preferences::textScale, 1.0);
 }
 
-TEST_F(MainWindowTest, TheSampleCollegeLeavesTheConnectionAlone) {
-    core.connectTo("https://h.example");
-    // Reading or deleting the token would throw.
-    core.secrets.failure = KeychainError(KeychainError::failed, "touched");
-    const test::LogCapture log;
+TEST_F(MainWindowTest, TheSampleCollegeIsLeftAndIsNotSynced) {
     SettingsWindow &panes = window.settings();
     panes.open(SettingsWindow::connection);
-    QApplication::processEvents();
-    for (const char *text : {"Sign Out", "Save", "Test Connection"})
-        EXPECT_EQ(button(panes, text), nullptr) << text;
-    EXPECT_THAT(test::LogCapture::lines(), testing::IsEmpty());
     int switches = 0;
     QObject::connect(&window, &MainWindow::sampleSwitchRequested, &window, [&] { ++switches; });
     button(panes, "Leave Sample Data…")->click();
     EXPECT_EQ(switches, 1);
-    EXPECT_EQ(defaults.value(preferences::canvasBaseURL), "https://h.example");
+    panes.open(SettingsWindow::sync);
+    EXPECT_TRUE(test::says(panes, HasSubstr("not synced while the sample college")));
+    for (const char *text : {"Choose Folder…", "Remove Synced Settings"})
+        EXPECT_FALSE(button(panes, text)->isEnabled()) << text;
 }
 
 /// On the teacher's own data.
@@ -119,15 +112,6 @@ TEST_F(ConnectionPaneTest, TheConnectionIsSavedTestedAndDeleted) {
     defaults.set(preferences::canvasBaseURL, std::string("https://localhost:9"));
     panes.open(SettingsWindow::connection);
     EXPECT_TRUE(test::until([&] { return !token->isEnabled() && !controller.isLoading(); }));
-}
-
-TEST_F(MainWindowTest, TheSyncPaneShowsTheStatus) {
-    SettingsWindow &panes = window.settings();
-    panes.open(SettingsWindow::sync);
-    // The sample college is a launch argument here.
-    EXPECT_TRUE(test::says(panes, HasSubstr("not synced while the sample college")));
-    for (const char *text : {"Choose Folder…", "Remove Synced Settings"})
-        EXPECT_FALSE(button(panes, text)->isEnabled()) << text;
 }
 
 using SyncPaneTest = test::WindowTest;

@@ -17,12 +17,8 @@ namespace {
 using testing::ElementsAre;
 using testing::MatchesRegex;
 
-struct UndoWindowTest : test::MainWindowTest {
-    void SetUp() override {
-        MainWindowTest::SetUp();
-        window.activateWindow();
-        openCourse(900101);
-    }
+struct UndoWindowTest : test::CourseWindowTest {
+    UndoWindowTest() { window.activateWindow(); }
 
     [[nodiscard]] UndoStack &undo() { return controller.undoStack(); }
     /// The text of the menu item, and its accessible texts for screen readers.

@@ -8,6 +8,7 @@
 namespace ellwynd {
 namespace {
 
+using test::CourseWindowTest;
 using test::MainWindowTest;
 
 TEST_F(MainWindowTest, OpenTermsAreRemembered) {
@@ -47,8 +48,7 @@ TEST_F(MainWindowTest, ADoubleClickOpensATermTheFirstTime) {
     EXPECT_TRUE(sidebar.list()->isExpanded(term()));
 }
 
-TEST_F(MainWindowTest, TheWindowRestoresItsGeometry) {
-    openCourse(900101);
+TEST_F(CourseWindowTest, TheWindowRestoresItsGeometry) {
     auto *details = window.findChild<StudentDetails *>();
     action("Hide Student Details")->trigger();
     EXPECT_FALSE(details->isVisible());

@@ -23,12 +23,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-struct WriteSheetTest : test::MainWindowTest {
-    void SetUp() override {
-        MainWindowTest::SetUp();
-        openCourse(900101);
-    }
-
+struct WriteSheetTest : test::CourseWindowTest {
     void TearDown() override {
         for (WriteSheet *sheet : sheets())
             delete sheet;

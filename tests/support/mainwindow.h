@@ -91,6 +91,10 @@ struct CourseWindowTest : MainWindowTest {
         MainWindowTest::SetUp();
         openCourse(900101);
     }
+
+    [[nodiscard]] std::optional<ContactRecord> contact(std::int64_t student) const {
+        return core.stores.contacts.lastContact(900101, student);
+    }
 };
 
 } // namespace ellwynd::test

@@ -29,9 +29,6 @@ struct UndoWindowTest : test::CourseWindowTest {
         }
         return "none";
     }
-    [[nodiscard]] std::optional<ContactRecord> contact(std::int64_t student) const {
-        return core.stores.contacts.lastContact(900101, student);
-    }
     static StatusNotes &notesOf(const QWidget &where) { return *where.findChild<StatusNotes *>(); }
     static QPushButton &undoButton(const QWidget &where) {
         return *notesOf(where).findChild<QPushButton *>();

@@ -62,9 +62,6 @@ struct WriteSheetTest : test::CourseWindowTest {
 
     static std::string clipboard() { return QApplication::clipboard()->text().toStdString(); }
     static QPlainTextEdit &editor(QWidget &sheet) { return *sheet.findChild<QPlainTextEdit *>(); }
-    [[nodiscard]] std::optional<ContactRecord> contact(std::int64_t student) const {
-        return core.stores.contacts.lastContact(900101, student);
-    }
 };
 
 TEST_F(WriteSheetTest, ThreeStudentsNeedFourPressesAndOneLetterEach) {

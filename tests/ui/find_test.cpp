@@ -1,5 +1,6 @@
 #include "support/fakecanvas.h"
 #include "support/mainwindow.h"
+#include "support/servedcourse.h"
 #include "ui/find/findlist.h"
 #include "ui/find/findpanel.h"
 #include "windowtexts.h"
@@ -201,22 +202,15 @@ struct ConnectedFindTest : FindTest, testing::WithParamInterface<int> {
 
     void SetUp() override {
         FindTest::SetUp();
-        const std::string start = formatInstant(systemNow() - std::chrono::hours(240));
-        canvas.serve(
-            QStringLiteral("/api/v1/courses"),
-            {QByteArray::fromStdString(
-                R"({"id":4021,"name":"Bio","term":{"id":9,"name":"Now","start_at":")" + start +
-                R"("}})")});
-        std::vector<QByteArray> students;
-        for (int id = 1; id <= GetParam(); ++id) {
-            const QByteArray number = QByteArray::number(id);
-            students.push_back(
-                R"({"user_id":)" + number + R"(,"user":{"id":)" + number + R"(,"name":"Zoe )" +
-                number + R"("}})");
+        auto course = test::inventCourse(4021, {.students = 0, .assignments = 0}, systemNow());
+        course.course.name = "Bio";
+        for (std::int64_t id = 1; id <= GetParam(); ++id) {
+            course.enrollments.push_back(
+                {.userID = id,
+                 .user = EnrolledUser{.id = id, .name = "Zoe " + std::to_string(id)},
+                 .grades = Grades{}});
         }
-        canvas.serve(QStringLiteral("/api/v1/courses/4021/enrollments"), std::move(students));
-        for (const char *list : {"assignment_groups", "students/submissions"})
-            canvas.serve(QStringLiteral("/api/v1/courses/4021/") + QLatin1String(list), {});
+        test::serve(canvas, std::span(&course, 1));
         otherCanvas.serve(QStringLiteral("/api/v1/courses"), {});
     }
     void TearDown() override {

@@ -26,7 +26,7 @@ struct FindTest : test::MainWindowTest {
     [[nodiscard]] bool isOpen() const { return panel() != nullptr && panel()->isVisible(); }
 
     /// Opens the panel from the keyboard and types.
-    void find(const char *typed) {
+    void find(const char *typed) const {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_K, Qt::ControlModifier);
         ASSERT_TRUE(isOpen());
         ASSERT_EQ(QApplication::focusWidget(), field());

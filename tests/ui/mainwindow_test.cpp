@@ -10,7 +10,6 @@
 
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QListView>
 #include <QMenu>
 #include <QMessageBox>
 #include <QScrollArea>

@@ -146,6 +146,9 @@ void Simulation::checkRoster(const Program &program, const Known &what) const {
     const RosterView &roster = program.controller->roster();
     if (roster.state != RosterView::State::shown)
         return;
+    const auto *course = std::get_if<CourseSelection>(&*program.controller->selection());
+    if (roster.courseID != (course != nullptr ? std::optional(course->courseID) : std::nullopt))
+        throw Finding("the roster on screen is not that of the selection");
     const auto read = readAt.find(roster.fetchedAt);
     if (read == readAt.end())
         throw Finding("the roster is of a time at which nothing was read");

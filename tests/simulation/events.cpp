@@ -1,5 +1,7 @@
 #include "events.h"
 
+#include <QMetaEnum>
+
 #include <fmt/format.h>
 
 #include <random>
@@ -55,9 +57,12 @@ std::vector<Event> randomTerm(unsigned seed) {
 }
 
 std::string textOf(const std::vector<Event> &events) {
+    const auto names = QMetaEnum::fromType<Kind>();
     std::string text;
-    for (const Event &event : events)
-        text += fmt::format("{{Kind({}), {}, {}}}, ", int(event.kind), event.computer, event.draw);
+    for (const Event &event : events) {
+        const char *name = names.valueToKey(int(event.kind));
+        text += fmt::format("{{Kind::{}, {}, {}}}, ", name, event.computer, event.draw);
+    }
     return text;
 }
 

@@ -1,6 +1,8 @@
 // What happens to the computers of a simulated teacher.
 #pragma once
 
+#include <QObject>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -8,6 +10,9 @@
 namespace ellwynd::simulation {
 
 struct Event {
+    Q_GADGET
+
+  public:
     enum class Kind {
         passSeconds,
         passMinutes,
@@ -74,6 +79,7 @@ struct Event {
         /// The next event of the program on this computer ends with a kill.
         kill,
     };
+    Q_ENUM(Kind)
     static constexpr int kinds = int(Kind::kill) + 1;
 
     Kind kind{};
@@ -93,7 +99,7 @@ struct Event {
 /// The events of a term of 120 days.
 [[nodiscard]] std::vector<Event> randomTerm(unsigned seed);
 
-/// "{Kind(3), 0, 512}, …"
+/// "{Kind::openCourse, 0, 512}, …"
 [[nodiscard]] std::string textOf(const std::vector<Event> &events);
 
 } // namespace ellwynd::simulation

@@ -31,7 +31,7 @@ std::string play(const std::vector<Event> &events) {
     try {
         Simulation simulation(folder.path().toStdString());
         simulation.play(events);
-    } catch (const Finding &finding) {
+    } catch (const std::exception &finding) {
         return finding.what();
     }
     return {};

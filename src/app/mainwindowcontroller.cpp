@@ -34,6 +34,7 @@ MainWindowController::MainWindowController(
     : defaults(defaults),
       connector(connector),
       now(now),
+      elapsed(elapsed),
       widgets(sinks.widgets),
       notices(sinks.notices),
       scheduler(*this, elapsed),
@@ -396,7 +397,7 @@ std::optional<LevelCounts> MainWindowController::levels(std::int64_t courseID) c
 /// Rescores the course on screen immediately, and all other cached courses in slices. Nothing is
 /// fetched.
 void MainWindowController::rescoreAll() {
-    const ElapsedTime begun = elapsedNow();
+    const ElapsedTime begun = elapsed();
     if (rosterController.selectedCourses().size() == 1)
         rosterController.rescore();
     rescoring.start(begun);

@@ -128,6 +128,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     UserDefaults &defaults;
     const Connector &connector;
     Clock now;
+    ElapsedClock elapsed;
     WidgetSnapshotWriter &widgets;
     /// Null if no notices are posted.
     MovementNotifier *notices;
@@ -150,7 +151,7 @@ class MainWindowController : public QObject, private RefreshJobs {
     UndoStack undo;
     RosterActions rosterActions;
     QTimer widgetRefreshTimer;
-    CacheRescoring rescoring{rosterCache, defaults};
+    CacheRescoring rescoring{rosterCache, defaults, elapsed};
     UnsavedChanges unsavedChanges;
     std::string statusText;
     bool statusIsFailure = false;

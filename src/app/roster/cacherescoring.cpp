@@ -9,15 +9,16 @@ constexpr std::chrono::milliseconds sliceLimit{4};
 
 } // namespace
 
-CacheRescoring::CacheRescoring(RosterCache &rosterCache, const UserDefaults &defaults)
-    : rosterCache(rosterCache), defaults(defaults) {
+CacheRescoring::CacheRescoring(
+    RosterCache &rosterCache, const UserDefaults &defaults, ElapsedClock elapsed)
+    : rosterCache(rosterCache), defaults(defaults), elapsed(elapsed) {
     timer.setInterval(0);
     connect(&timer, &QTimer::timeout, this, [this] {
         // What follows the end is a step of its own.
         if (queue.empty())
             end();
         else
-            runSlice(elapsedNow());
+            runSlice(this->elapsed());
     });
 }
 
@@ -38,7 +39,7 @@ void CacheRescoring::stop() {
 }
 
 void CacheRescoring::runSlice(ElapsedTime begun) {
-    while (!queue.empty() && elapsedNow() - begun < sliceLimit) {
+    while (!queue.empty() && elapsed() - begun < sliceLimit) {
         const SharedCourse course = rosterCache.find(queue.back());
         queue.pop_back();
         if (!course)

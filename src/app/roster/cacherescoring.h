@@ -19,7 +19,7 @@ class CacheRescoring : public QObject {
 
   public:
     /// The references must outlive this object.
-    CacheRescoring(RosterCache &rosterCache, const UserDefaults &defaults);
+    CacheRescoring(RosterCache &rosterCache, const UserDefaults &defaults, ElapsedClock elapsed);
 
     /// Starts again from the first course. A small cache is done when this returns.
     /// @param begun when the caller began its own work, which takes time from the first slice.
@@ -38,6 +38,7 @@ class CacheRescoring : public QObject {
 
     RosterCache &rosterCache;
     const UserDefaults &defaults;
+    ElapsedClock elapsed;
     /// The courses still to be scored, by id.
     std::vector<std::int64_t> queue;
     QTimer timer;

@@ -1,13 +1,11 @@
 // The sample college beside a teacher's own files.
 #include "app/mainwindowcontroller.h"
-#include "application.h"
 #include "memory/contactlog.h"
 #include "platform/cloud/foldercontents.h"
 #include "support/fakecanvas.h"
 #include "support/instants.h"
 #include "support/loneservice.h"
-#include "support/memorynotifications.h"
-#include "support/memorysecrets.h"
+#include "support/programfolder.h"
 #include "support/rosters.h"
 #include "support/temporaryfolder.h"
 #include "ui/mainwindow/mainwindow.h"
@@ -17,7 +15,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFileDialog>
-#include <QLineEdit>
 #include <QListView>
 #include <QMenu>
 #include <QMessageBox>
@@ -160,17 +157,12 @@ TEST(SampleCollege, UsingEveryControlLeavesTheTeachersFilesAlone) {
         "secret-token";
     int relaunches = 0;
     {
-        ApplicationEnvironment environment{
-            .preferencesFile = preferencesFile,
-            .data = home.path(),
-            .state = home.path(),
-            .widgetContainer = home.path() / "widgets",
-            .secrets = secrets.shared(),
-            .notifications = std::make_unique<test::MemoryNotifications>(),
-            .newInstance = [&relaunches] {
-                ++relaunches;
-                return std::optional<std::string>("It is a test.");
-            }};
+        ApplicationEnvironment environment = test::environmentIn(home.path());
+        environment.secrets = secrets.shared();
+        environment.newInstance = [&relaunches] {
+            ++relaunches;
+            return "It is a test.";
+        };
         test::LoneService service;
         Application program(std::move(environment), service);
         MainWindow &window = program.window();

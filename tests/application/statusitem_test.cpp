@@ -1,10 +1,8 @@
 // The item in the status area, on a private session bus and an X11 display with a window manager.
 #include "app/mainwindowcontroller.h"
-#include "application.h"
 #include "platform/session/statusarea.h"
 #include "support/loneservice.h"
-#include "support/memorynotifications.h"
-#include "support/memorysecrets.h"
+#include "support/programfolder.h"
 #include "support/temporaryfolder.h"
 #include "support/until.h"
 #include "ui/mainwindow/mainwindow.h"
@@ -18,7 +16,6 @@
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QMenu>
-#include <QSystemTrayIcon>
 #include <QThread>
 #include <QTimer>
 
@@ -115,25 +112,18 @@ void choose(const char *text) {
 TEST(StatusItem, ThePanelOpensRefreshesAndQuitsAHiddenProgram) {
     const StatusArea area;
     const test::TemporaryFolder folder;
-    test::MemorySecrets secrets;
     test::LoneService service;
     auto notifications = std::make_unique<test::MemoryNotifications>();
     const test::MemoryNotifications &notices = *notifications;
-    Application program(
-        ApplicationEnvironment{
-            .launchArguments =
-                {{"SampleData", true},
-                 {"MovementNotifications", true},
-                 {"SampleNotifications", true},
-                 {"KeepRunningInBackground", true},
-                 {"StartInBackground", true}},
-            .preferencesFile = folder.path() / "Preferences.json",
-            .data = folder.path(),
-            .state = folder.path(),
-            .widgetContainer = folder.path() / "widgets",
-            .secrets = secrets.shared(),
-            .notifications = std::move(notifications)},
-        service);
+    ApplicationEnvironment environment = test::environmentIn(
+        folder.path(),
+        {{"SampleData", true},
+         {"MovementNotifications", true},
+         {"SampleNotifications", true},
+         {"KeepRunningInBackground", true},
+         {"StartInBackground", true}});
+    environment.notifications = std::move(notifications);
+    Application program(std::move(environment), service);
     int passes = 0;
     QObject::connect(
         &program.controller(), &MainWindowController::passDidEnd, &program.controller(),

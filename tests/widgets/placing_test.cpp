@@ -102,9 +102,7 @@ TEST(PlacedWidgets, InvalidFilesAndEntriesAreIgnored) {
     const PlacedWidget small{.size = WidgetSize::small};
     const PlacedWidget large{.size = WidgetSize::large, .termID = -5, .place = QPoint(-20, 30)};
     const std::pair<std::string, std::vector<PlacedWidget>> rows[] = {
-        {"", {}},
         {"{\"widgets\":[", {}},
-        {"[1]", {}},
         {R"({"widgets":{"size":"small"}})", {}},
         {R"({"widgets":[{"size":"huge"},{"size":3},5,{"size":"small"}]})", {small}},
         {R"({"widgets":[{"size":"small","term":"1","x":1e300,"y":2}]})", {small}},

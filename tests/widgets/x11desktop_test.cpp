@@ -1,10 +1,8 @@
 // Runs with a real window manager; see support/with-windowmanager.
-#include "support/snapshots.h"
 #include "support/temporaryfolder.h"
 #include "widgets/widgetboard.h"
 
 #include <QGuiApplication>
-#include <QScreen>
 #include <QTest>
 #include <QtGui/qguiapplication_platform.h>
 
@@ -194,12 +192,19 @@ TEST_F(X11DesktopTest, CornersAreCutWithoutACompositor) {
     }));
 }
 
-TEST_F(X11DesktopTest, TheWindowManagerMayCloseACard) {
-    expectOnDesktop(card(0));
-    server.request(idOf(card(0)), "_NET_CLOSE_WINDOW", 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !card(0).isVisible(); }));
+TEST_F(X11DesktopTest, ACardThatTheWindowManagerClosesIsNotForgotten) {
+    const std::vector<PlacedWidget> both{card(0).placed(), card(1).placed()};
+    int finished = 0;
+    QObject::connect(board.get(), &WidgetBoard::quitRequested, board.get(), [&] { ++finished; });
+    for (const std::size_t index : {0, 1}) {
+        expectOnDesktop(card(index));
+        server.request(idOf(card(index)), "_NET_CLOSE_WINDOW", 0);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !card(index).isVisible(); }));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(finished, int(index)) << "after the last one";
+    }
     board.reset();
-    EXPECT_EQ(readPlacedWidgets(stateFile).size(), 2U);
+    EXPECT_EQ(readPlacedWidgets(stateFile), both);
 }
 
 } // namespace

@@ -27,9 +27,21 @@ struct WindowTest : testing::Test {
     Appearance appearance{settings, false};
 
     explicit WindowTest(PreferenceMap arguments = {}) : core(std::move(arguments)) {}
+    /// Restores the font of the program.
+    ~WindowTest() override { defaults.set(preferences::textScale, 1.0); }
 
     /// Presses a key in the widget that has the focus.
     static void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+
+    [[nodiscard]] static QPushButton *button(QWidget &where, QAnyStringView text) {
+        // The details are rebuilt in an event of their own.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
+        for (auto *candidate : where.findChildren<QPushButton *>()) {
+            if (QAnyStringView(candidate->text()) == text && candidate->isVisibleTo(&where))
+                return candidate;
+        }
+        return nullptr;
+    }
 };
 
 /// The main window on the sample college.
@@ -64,16 +76,6 @@ struct MainWindowTest : WindowTest {
         for (const RiskRow &row : table().selectedRows())
             ids.push_back(row.id);
         return ids;
-    }
-
-    [[nodiscard]] QPushButton *button(QWidget &where, QAnyStringView text) const {
-        // The details are rebuilt in an event of their own.
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
-        for (auto *candidate : where.findChildren<QPushButton *>()) {
-            if (QAnyStringView(candidate->text()) == text && candidate->isVisibleTo(&where))
-                return candidate;
-        }
-        return nullptr;
     }
 
     [[nodiscard]] QAction *action(QAnyStringView text) const {

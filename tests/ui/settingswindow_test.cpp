@@ -24,7 +24,6 @@ TEST_F(MainWindowTest, SettingsTakeEffectAtOnce) {
     EXPECT_EQ(window.findChild<Sidebar *>()->list()->model()->rowCount(), 3);
     defaults.set(preferences::textScale, 2.0);
     EXPECT_EQ(panes.findChild<QSpinBox *>()->value(), 200);
-    defaults.set(preferences::textScale, 1.0);
 }
 
 TEST_F(MainWindowTest, TheSampleCollegeIsLeftAndIsNotSynced) {
@@ -124,10 +123,7 @@ TEST_F(SyncPaneTest, AsksBeforeItTakesTheOtherComputersSettings) {
     SyncPane pane(core.defaults, service, appearance);
     pane.show();
     ASSERT_TRUE(test::until([&] { return service.status().starts_with("In step"); }));
-    for (QPushButton *each : pane.findChildren<QPushButton *>()) {
-        if (each->text() == QStringLiteral("Remove Synced Settings"))
-            each->click();
-    }
+    button(pane, "Remove Synced Settings")->click();
     const auto *box = pane.findChild<QMessageBox *>();
     ASSERT_NE(box, nullptr);
     EXPECT_TRUE(box->informativeText().contains(QStringLiteral("lose theirs")));

@@ -28,12 +28,11 @@ struct ShellTest : test::MainWindowTest {
 
     [[nodiscard]] QMessageBox *alert() const { return window.findChild<QMessageBox *>(); }
 
-    /// Presses a button of the alert and waits until the alert is deleted.
+    /// Presses a button of the alert, which shows plain text, and waits until it is deleted.
     void press(const char *text) const {
-        for (QAbstractButton *button : alert()->buttons()) {
-            if (button->text() == QString::fromUtf8(text))
-                button->click();
-        }
+        for (const QLabel *label : alert()->findChildren<QLabel *>())
+            EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
+        button(*alert(), text)->click();
         EXPECT_TRUE(QTest::qWaitFor([this] { return alert() == nullptr; })) << text;
     }
 };
@@ -64,14 +63,10 @@ TEST_F(ShellTest, AlertsShowPlainText) {
     delegate.switchSampleMode();
     ASSERT_NE(alert(), nullptr);
     EXPECT_EQ(alert()->informativeText().toStdString(), *failure);
-    for (const QLabel *label : alert()->findChildren<QLabel *>())
-        EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
     press("OK");
 
     Q_EMIT controller.errorDidOccur(CanvasError::network("<i>words of a server</i>"));
     ASSERT_NE(alert(), nullptr);
-    for (const QLabel *label : alert()->findChildren<QLabel *>())
-        EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
     press("OK");
 }
 

@@ -1,4 +1,3 @@
-#include "support/temporaryfolder.h"
 #include "theme/courseicon.h"
 #include "theme/theme.h"
 #include "ui/support/appearance.h"
@@ -70,15 +69,13 @@ TEST(CourseIcon, EveryIconAndColourIsDistinct) {
 }
 
 TEST(CourseIcon, IgnoresUnknownWords) {
-    const test::TemporaryFolder folder;
-    UserDefaults defaults(folder.path() / "Preferences.json", {});
-    defaults.update({{"Course.1.Icon", std::int64_t{5}}, {"Course.1.IconColor", "Teal"}});
+    const UserDefaults defaults(
+        {}, {{"Course.1.Icon", std::int64_t{5}}, {"Course.1.IconColor", "Teal"}});
     EXPECT_EQ(courseIcon(defaults, 1), CourseIcon{});
 }
 
 TEST(Appearance, FollowsItsPreferences) {
-    const test::TemporaryFolder folder;
-    UserDefaults defaults(folder.path() / "Preferences.json", {});
+    UserDefaults defaults({}, {});
     const QFont desktop = QApplication::font();
     {
         Settings settings(defaults);

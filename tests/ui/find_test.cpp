@@ -251,10 +251,9 @@ TEST_P(ConnectedFindTest, FindsWhatIsInMemoryOfThisAccountAlone) {
 // The names of so many are prepared by a thread.
 INSTANTIATE_TEST_SUITE_P(FindTest, ConnectedFindTest, testing::Values(1, 2500));
 
-TEST(FindList, ShowsNamesAsPlainTextOnOneLine) {
-    UserDefaults defaults({}, {});
-    Settings settings(defaults);
-    const Appearance appearance(settings, false);
+using FindListTest = test::WindowTest;
+
+TEST_F(FindListTest, ShowsNamesAsPlainTextOnOneLine) {
     FindList list(appearance);
     std::vector<FindEntry> entries;
     for (const char *name : {"<b>Bob</b>", "שלום\nכהן", "山田太郎", "", "Ada\t\u202eevil"})

@@ -89,15 +89,7 @@ TEST(Painting, drawsAndMeasuresLinesAsThePainterDoes) {
 /// It is larger than everything that is kept.
 TEST(Painting, drawsAVeryLongLine) {
     const QString text(40'000, u'x');
-    const QRect rect(0, 0, 280, 40);
-    const auto draw = [&](QPainter &painter) {
-        drawElided(painter, rect, Qt::AlignLeft | Qt::AlignVCenter, text);
-    };
-    const auto drawAnew = [&](QPainter &painter) {
-        const QString elided = painter.fontMetrics().elidedText(text, Qt::ElideRight, rect.width());
-        painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter, elided);
-    };
-    EXPECT_EQ(drawn(QFont(), Qt::black, draw), drawn(QFont(), Qt::black, drawAnew));
+    compareLine(QFont(), Qt::black, QRect(0, 0, 280, 40), allAlignments[0], text);
     EXPECT_EQ(
         wrappedSize(QFont(), text, 280).width(),
         QFontMetrics(QFont()).boundingRect(QRect(0, 0, 280, 1000), Qt::TextWordWrap, text).width());

@@ -1,11 +1,10 @@
 // Saves PNG screenshots of every window on the sample college, light and dark.
 #include "app/mainwindowcontroller.h"
-#include "application.h"
 #include "canvas/connectioncheck.h"
 #include "pictures.h"
 #include "support/loneservice.h"
-#include "support/memorynotifications.h"
-#include "support/memorysecrets.h"
+#include "support/programfolder.h"
+#include "support/temporaryfolder.h"
 #include "ui/about/aboutwindow.h"
 #include "ui/dashboard/studentlist.h"
 #include "ui/find/findpanel.h"
@@ -20,6 +19,7 @@
 #include "ui/sheets/missingworksheet.h"
 #include "ui/sheets/thresholdssheet.h"
 #include "ui/support/alert.h"
+#include "ui/support/appearance.h"
 #include "ui/welcome/welcomewindow.h"
 #include "ui/write/writesheet.h"
 
@@ -28,7 +28,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QTemporaryDir>
 
 #include <fmt/format.h>
 
@@ -44,21 +43,12 @@ constexpr std::int64_t webInterfaceDesign = 900102;
 
 /// A program in a folder of its own, with its window shown.
 struct Program {
-    QTemporaryDir home;
-    std::filesystem::path folder{home.path().toStdString()};
+    test::TemporaryFolder folder;
     test::LoneService service;
     Application application;
 
     explicit Program(PreferenceMap arguments)
-        : application(
-              {.launchArguments = std::move(arguments),
-               .preferencesFile = folder / "Preferences.json",
-               .data = folder,
-               .state = folder,
-               .widgetContainer = folder / "widgets",
-               .secrets = std::make_unique<test::MemorySecrets>(),
-               .notifications = std::make_unique<test::MemoryNotifications>()},
-              service) {
+        : application(test::environmentIn(folder.path(), std::move(arguments)), service) {
         application.window().resize(1280, 800);
         application.window().show();
         application.controller().refresh();
@@ -112,18 +102,14 @@ class Screenshots {
         drawPieces(pictures, defaults, appearance);
         SettingsWindow &settings = window.settings();
         settings.resize(appearance.px(880), appearance.px(640));
-        for (const auto &[page, name] :
-             {std::pair{SettingsWindow::general, "settings-general"},
-              std::pair{SettingsWindow::connection, "settings-connection"},
-              std::pair{SettingsWindow::riskThresholds, "settings-thresholds"},
-              std::pair{SettingsWindow::messages, "settings-messages"},
-              std::pair{SettingsWindow::notifications, "settings-notifications"},
-              std::pair{SettingsWindow::widgets, "settings-widgets"},
-              std::pair{SettingsWindow::sync, "settings-sync"},
-              std::pair{SettingsWindow::privacy, "settings-privacy"}}) {
-            settings.open(page);
-            pictures.save(settings, name);
+        int page = SettingsWindow::general;
+        for (const std::string name :
+             {"general", "connection", "thresholds", "messages", "notifications", "widgets",
+              "privacy", "sync"}) {
+            settings.open(SettingsWindow::Page(page++));
+            pictures.save(settings, "settings-" + name);
         }
+        settings.open(SettingsWindow::privacy);
         press(settings, "Delete This History");
         pictures.save(settings, "settings-privacy-deleted");
 
@@ -238,7 +224,7 @@ class Screenshots {
             if (name != QStringLiteral("Edit") && name != QStringLiteral("Student"))
                 continue;
             title->menu()->popup(window.mapToGlobal(QPoint(40, 40)));
-            pictures.save(*title->menu(), ("undo-menu-" + name.toLower().toUtf8()).constData());
+            pictures.save(*title->menu(), "undo-menu-" + name.toLower().toStdString());
             title->menu()->close();
         }
         controller.undoStack().undo();
@@ -277,14 +263,14 @@ class Screenshots {
         RosterView roster = controller.roster();
         const RiskRow student = window.roster()->table()->selectedRows().front();
         pictures.savePDF(
-            printedStudent(student, controller.studentHistory(student), systemNow()),
+            pdf(printedStudent(student, controller.studentHistory(student), systemNow())),
             "print-student");
         std::vector<RiskRow> rows(roster.rows.begin(), roster.rows.end());
         while (rows.size() < 500)
             rows.push_back(rows[rows.size() % 26]);
         rows[3].name = "Wolfeschlegelsteinhausenbergerdorff " + std::string(80, 'W');
         roster.rows = std::move(rows);
-        pictures.savePDF(printedRoster(roster, false, systemNow()), "print-roster");
+        pictures.savePDF(pdf(printedRoster(roster, false, systemNow())), "print-roster");
     }
 
     void drawCourseSheets(UserDefaults &defaults, MainWindow &window) {

@@ -17,20 +17,29 @@ void Pictures::begin(const char *appearance, double scale) {
         (scale == 1.0 ? QString() : QStringLiteral("-x%1").arg(scale));
 }
 
-void Pictures::save(QWidget &widget, const char *name) {
+void Pictures::save(QWidget &widget, const std::string &name) {
     settle();
-    const QString file =
-        target.filePath(QStringLiteral("%1-%2.png").arg(QString::fromUtf8(name), suffix));
-    const bool written = widget.grab().save(file);
-    anyFailed = anyFailed || !written;
-    fmt::print("{}{}\n", written ? "" : "not written: ", file.toStdString());
+    save(widget.grab(), name);
 }
 
-void Pictures::savePDF(const PrintedDocument &document, const char *name) {
-    QFile file(target.filePath(QStringLiteral("%1-%2.pdf").arg(QString::fromUtf8(name), suffix)));
-    const bool written = file.open(QIODevice::WriteOnly) && file.write(pdf(document)) > 0;
+void Pictures::save(const QPixmap &picture, const std::string &name) {
+    const QString file = fileOf(name, "png");
+    report(file, picture.save(file));
+}
+
+void Pictures::savePDF(const QByteArray &document, const std::string &name) {
+    QFile file(fileOf(name, "pdf"));
+    report(file.fileName(), file.open(QIODevice::WriteOnly) && file.write(document) > 0);
+}
+
+QString Pictures::fileOf(const std::string &name, const char *type) const {
+    return target.filePath(
+        QString::fromStdString(name) + u'-' + suffix + u'.' + QString::fromLatin1(type));
+}
+
+void Pictures::report(const QString &file, bool written) {
     anyFailed = anyFailed || !written;
-    fmt::print("{}\n", file.fileName().toStdString());
+    fmt::print("{}{}\n", written ? "" : "not written: ", file.toStdString());
 }
 
 void settle() {

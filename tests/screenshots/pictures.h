@@ -1,12 +1,15 @@
 // Writing pictures of windows, and using the windows' controls.
 #pragma once
 
-#include "ui/print/printedpages.h"
-#include "ui/support/appearance.h"
-
 #include <QDir>
+#include <QWidget>
+
+#include <string>
 
 namespace ellwynd {
+
+class Appearance;
+class UserDefaults;
 
 /// The files of one run.
 class Pictures {
@@ -17,12 +20,16 @@ class Pictures {
     /// The names of the files that follow end with these.
     void begin(const char *appearance, double scale);
     /// Saves a widget once it has handled its events.
-    void save(QWidget &widget, const char *name);
-    void savePDF(const PrintedDocument &document, const char *name);
+    void save(QWidget &widget, const std::string &name);
+    void save(const QPixmap &picture, const std::string &name);
+    void savePDF(const QByteArray &document, const std::string &name);
     /// Whether a file could not be written.
     [[nodiscard]] bool failed() const { return anyFailed; }
 
   private:
+    [[nodiscard]] QString fileOf(const std::string &name, const char *type) const;
+    void report(const QString &file, bool written);
+
     QDir target;
     QString suffix;
     bool anyFailed = false;

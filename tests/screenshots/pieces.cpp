@@ -5,6 +5,7 @@
 #include "ui/details/termchart.h"
 #include "ui/roster/insightband.h"
 #include "ui/roster/rosterpane.h"
+#include "ui/support/appearance.h"
 
 namespace ellwynd {
 
@@ -61,7 +62,7 @@ void drawCards(
     DashboardPane pane(dashboard, defaults, appearance);
     pane.resize(1050, 760);
     pane.show();
-    pictures.save(pane, ("cards-" + std::to_string(courses)).c_str());
+    pictures.save(pane, "cards-" + std::to_string(courses));
 }
 
 void drawLargeRoster(Pictures &pictures, const Appearance &appearance) {

@@ -1,11 +1,11 @@
 // Saves PNG screenshots of the desktop widgets, light and dark.
 #include "outputs/snapshot/snapshotfiles.h"
+#include "pictures.h"
+#include "support/temporaryfolder.h"
 #include "widgets/widgetboard.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QPainter>
-#include <QTemporaryDir>
 
 #include <fmt/format.h>
 
@@ -33,24 +33,17 @@ WidgetSnapshotFile sample() {
                  {900106, "CS 260  8830 - Data Structures", 0, 0, 0, 24}}}}};
 }
 
-void settle() {
-    for (int i = 0; i < 8; ++i)
-        QApplication::processEvents(QEventLoop::AllEvents, 20);
-}
-
-/// Draws the three sizes on a desktop. @return whether the file was written.
-bool draw(const QDir &target, SnapshotSource &source, const char *appearance, double scale) {
-    const QTemporaryDir home;
-    const std::filesystem::path folder(home.path().toStdString());
-    UserDefaults defaults(
-        folder / "Preferences.json",
-        {{"Appearance", std::string(appearance)}, {"TextScale", scale}});
+/// Draws the three sizes on a desktop.
+void draw(Pictures &pictures, SnapshotSource &source, const char *appearance, double scale) {
+    pictures.begin(appearance, scale);
+    const test::TemporaryFolder folder;
+    const auto stateFile = folder.path() / "Widgets.json";
+    UserDefaults defaults({}, {{"Appearance", appearance}, {"TextScale", scale}});
     savePlacedWidgets(
-        folder / "Widgets.json",
+        stateFile,
         {{.size = WidgetSize::small}, {.size = WidgetSize::medium}, {.size = WidgetSize::large}});
-    WidgetBoard board(source, defaults, folder / "Widgets.json", false, [](const QString &) {
-        return std::optional<std::string>();
-    });
+    WidgetBoard board(
+        source, defaults, stateFile, false, [](const QString &) { return std::nullopt; });
     board.show();
     settle();
 
@@ -66,14 +59,7 @@ bool draw(const QDir &target, SnapshotSource &source, const char *appearance, do
     for (std::size_t i = 0; i < frames.size(); ++i)
         windows[i]->render(&painter, frames[i].topLeft(), {}, QWidget::DrawChildren);
     painter.end();
-    const QString file =
-        target.filePath(QStringLiteral("widgets-%1%2.png")
-                            .arg(
-                                QString::fromUtf8(appearance),
-                                scale == 1.0 ? QString() : QStringLiteral("-x%1").arg(scale)));
-    const bool written = desktop.save(file);
-    fmt::print("{}{}\n", written ? "" : "not written: ", file.toStdString());
-    return written;
+    pictures.save(desktop, "widgets");
 }
 
 } // namespace
@@ -81,26 +67,20 @@ bool draw(const QDir &target, SnapshotSource &source, const char *appearance, do
 int main(int argc, char **argv) {
     QApplication application(argc, argv);
     if (argc < 2) {
-        fmt::print(stderr, "Usage: ellwynd-widget-screenshots FOLDER [TEXT-SCALE [CONTAINER]]\n");
+        fmt::print(stderr, "Usage: ellwynd-widget-screenshots FOLDER [TEXT-SCALE]\n");
         return 2;
     }
     QApplication::setStyle(QStringLiteral("Fusion"));
     const QFont font = QApplication::font();
-    const QDir target(QString::fromLocal8Bit(argv[1]));
-    QDir().mkpath(target.path());
+    Pictures pictures(QString::fromLocal8Bit(argv[1]));
     const double scale = argc > 2 ? QByteArray(argv[2]).toDouble() : 1.0;
-    const QTemporaryDir home;
-    std::filesystem::path container(home.path().toStdString());
-    if (argc > 3)
-        container = argv[3];
-    else
-        WidgetSnapshotWriter(container, [] {}).write(sample());
-    SnapshotSource source(container);
-    bool written = true;
+    const test::TemporaryFolder container;
+    WidgetSnapshotWriter(container.path(), [] {}).write(sample());
+    SnapshotSource source(container.path());
     for (const char *appearance : {"light", "dark"}) {
         // WidgetBoard derives its font sizes from the application's font.
         QApplication::setFont(font);
-        written = draw(target, source, appearance, scale) && written;
+        draw(pictures, source, appearance, scale);
     }
-    return written ? 0 : 1;
+    return pictures.failed() ? 1 : 0;
 }

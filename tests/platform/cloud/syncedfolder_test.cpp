@@ -117,12 +117,8 @@ TEST_F(SyncedFolderTest, AFolderThatIsAwayIsWaitedFor) {
     View view(folder);
     view.store.set("TextScale", 1.5);
     const std::string mark = view.store.contents()->mark;
-    struct Row {
-        const char *what;
-        std::function<void()> prepare;
-        const char *problem;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[what, prepare, problem] :
+         std::vector<std::tuple<const char *, std::function<void()>, const char *>>{
              {"not there", [] {}, "is not there"},
              {"an empty mount point", [&] { fs::create_directory(folder); }, "is not there"},
              {"a loop", [&] { fs::create_symlink(folder, folder); }, "could not be read"},
@@ -133,11 +129,11 @@ TEST_F(SyncedFolderTest, AFolderThatIsAwayIsWaitedFor) {
                   write("Ellwynd.folder", "{");
               },
               "cannot be read at present"}}) {
-        SCOPED_TRACE(row.what);
+        SCOPED_TRACE(what);
         fs::rename(folder, away);
-        row.prepare();
+        prepare();
         EXPECT_THAT(view.scan(), IsEmpty());
-        EXPECT_THAT(view.store.problem(), HasSubstr(row.problem));
+        EXPECT_THAT(view.store.problem(), HasSubstr(problem));
         view.store.set("TextScale", 2.0);
         EXPECT_THAT(View(folder, mark).changes, IsEmpty()) << "at a start";
         fs::remove_all(folder);

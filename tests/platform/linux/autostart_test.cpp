@@ -38,30 +38,25 @@ TEST(Autostart, EntriesOfOtherProgramsAndDesktopsAreRead) {
     const autostart::Entry entry{"a.desktop", "A", "/opt/a b/100%"};
     const std::string group = "[Desktop Entry]\n";
     const std::string exec = "Exec=\"/opt/a b/100%%\"\n";
-    struct Row {
-        const char *what;
-        std::string text;
-        bool on;
-    };
-    for (const Row &row : {
-             Row{"minimal", group + exec, true},
-             Row{"not hidden", group + exec + "Hidden=false\n", true},
-             Row{"hidden", group + exec + "Hidden=true\n", false},
-             Row{"hidden in another group", group + exec + "[X]\nHidden=true\n", true},
-             Row{"enabled", group + exec + "X-GNOME-Autostart-enabled=true\n", true},
-             Row{"disabled", group + exec + "X-GNOME-Autostart-enabled = false\n", false},
-             Row{"disabled by another desktop", group + "X-MATE-Autostart-enabled=false\n" + exec,
-                 false},
-             Row{"another key that is false", group + exec + "Terminal=false\n", true},
-             Row{"TryExec with its program", group + exec + "TryExec=/opt/a b/100%\n", true},
-             Row{"TryExec with another program", group + exec + "TryExec=/opt/b\n", false},
-             Row{"another program", group + "Exec=\"/opt/b\"\n", false},
-             Row{"with an argument", group + "Exec=\"/opt/a b/100%%\" -x\n", false},
-             Row{"no program", group + "Name=A\n", false},
-             Row{"not an entry", "<html>", false},
+    for (const auto &[what, text, on] : std::vector<std::tuple<const char *, std::string, bool>>{
+             {"minimal", group + exec, true},
+             {"not hidden", group + exec + "Hidden=false\n", true},
+             {"hidden", group + exec + "Hidden=true\n", false},
+             {"hidden in another group", group + exec + "[X]\nHidden=true\n", true},
+             {"enabled", group + exec + "X-GNOME-Autostart-enabled=true\n", true},
+             {"disabled", group + exec + "X-GNOME-Autostart-enabled = false\n", false},
+             {"disabled by another desktop", group + "X-MATE-Autostart-enabled=false\n" + exec,
+              false},
+             {"another key that is false", group + exec + "Terminal=false\n", true},
+             {"TryExec with its program", group + exec + "TryExec=/opt/a b/100%\n", true},
+             {"TryExec with another program", group + exec + "TryExec=/opt/b\n", false},
+             {"another program", group + "Exec=\"/opt/b\"\n", false},
+             {"with an argument", group + "Exec=\"/opt/a b/100%%\" -x\n", false},
+             {"no program", group + "Name=A\n", false},
+             {"not an entry", "<html>", false},
          }) {
-        folder.write(entry.fileName, row.text);
-        EXPECT_EQ(autostart::isOn(folder.path(), entry), row.on) << row.what;
+        folder.write(entry.fileName, text);
+        EXPECT_EQ(autostart::isOn(folder.path(), entry), on) << what;
     }
 }
 

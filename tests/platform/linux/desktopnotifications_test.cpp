@@ -135,12 +135,6 @@ TEST_F(DesktopNotificationsTest, AuthorizationNeedsAServerThatAnswers) {
 
 TEST_F(DesktopNotificationsTest, NoticesDependOnTheServersCapabilities) {
     FakeServer server;
-    struct Row {
-        QStringList capabilities;
-        std::optional<std::int64_t> courseID;
-        QString body;
-        QStringList actions;
-    };
     const QString body = QStringLiteral("body");
     const QString actions = QStringLiteral("actions");
     const QString open = QStringLiteral("open");
@@ -148,19 +142,20 @@ TEST_F(DesktopNotificationsTest, NoticesDependOnTheServersCapabilities) {
     const QString program = QStringLiteral("Open Ellwynd");
     const QString plain = QStringLiteral("<b>&</b>");
     const QString escaped = QStringLiteral("&lt;b&gt;&amp;&lt;/b&gt;");
-    for (const Row &row :
-         {Row{{body}, 4021, plain, {}},
-          Row{{body, actions}, 4021, plain, {defaultAction, course, open, course}},
-          Row{{body, actions}, {}, plain, {defaultAction, program, open, program}},
-          Row{{body, QStringLiteral("body-markup")}, 4021, escaped, {}}}) {
-        server.capabilities = row.capabilities;
-        postTo(server, "m", row.courseID);
+    for (const auto &[capabilities, courseID, text, offered] :
+         std::vector<std::tuple<QStringList, std::optional<std::int64_t>, QString, QStringList>>{
+             {{body}, 4021, plain, {}},
+             {{body, actions}, 4021, plain, {defaultAction, course, open, course}},
+             {{body, actions}, {}, plain, {defaultAction, program, open, program}},
+             {{body, QStringLiteral("body-markup")}, 4021, escaped, {}}}) {
+        server.capabilities = capabilities;
+        postTo(server, "m", courseID);
         const QVariantList sent = server.notices.back();
         EXPECT_EQ(sent[0].toString(), QStringLiteral("Ellwynd"));
         EXPECT_EQ(sent[1].toUInt(), 0U) << "replaces none";
         EXPECT_EQ(sent[3].toString(), QStringLiteral("T"));
-        EXPECT_EQ(sent[4].toString(), row.body);
-        EXPECT_EQ(sent[5].toStringList(), row.actions);
+        EXPECT_EQ(sent[4].toString(), text);
+        EXPECT_EQ(sent[5].toStringList(), offered);
         const QVariantMap hints = sent[6].toMap();
         EXPECT_EQ(hints.value(QStringLiteral("suppress-sound")), QVariant(true));
         EXPECT_EQ(

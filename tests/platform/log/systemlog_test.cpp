@@ -10,21 +10,18 @@ namespace ellwynd {
 namespace {
 
 TEST(SystemLog, LogsQtsMessagesAndAppliesTheFilter) {
-    struct Row {
-        const char *rules;
-        std::vector<std::string> lines;
-    };
     const std::string loud = "qt: no font";
     const std::string named = "qt: ellwynd.test: broken";
     const std::string quiet = "qt: using a font";
     const std::string own = "network: read 5 pages";
-    for (const Row &row : {
-             Row{"", {loud, named, quiet, own}},
-             Row{"qt:error", {loud, named}},
-             Row{"network", {own}},
-             Row{"qt:loudest", {loud, named, quiet, own}},
+    for (const auto &[rules, lines] :
+         std::vector<std::pair<const char *, std::vector<std::string>>>{
+             {"", {loud, named, quiet, own}},
+             {"qt:error", {loud, named}},
+             {"network", {own}},
+             {"qt:loudest", {loud, named, quiet, own}},
          }) {
-        qputenv("ELLWYND_LOG", row.rules);
+        qputenv("ELLWYND_LOG", rules);
         installSystemLog();
         const test::LogCapture log;
         qWarning("no\nfont");
@@ -33,7 +30,7 @@ TEST(SystemLog, LogsQtsMessagesAndAppliesTheFilter) {
         qInfo("using a %s", "font");
         Log("network").info("read 5 pages");
         qInstallMessageHandler(nullptr);
-        EXPECT_EQ(log.lines(), row.lines) << row.rules;
+        EXPECT_EQ(log.lines(), lines) << rules;
     }
     qunsetenv("ELLWYND_LOG");
     Log::setFilter(LogFilter());

@@ -20,16 +20,6 @@ struct RosterExport : testing::Test {
     ExportSource source{contacts, history, noon};
 };
 
-TEST_F(RosterExport, MissingValuesAreEmptyCells) {
-    EXPECT_THAT(
-        exportRow({.id = 2, .name = "Bo", .courseID = course}, source),
-        ElementsAre("", "Bo", "", "", "", "never", "", "", ""));
-    source.wholeTerm = true;
-    EXPECT_THAT(
-        exportRow({.id = 2, .name = "Bo", .courseID = course}, source),
-        ElementsAre("", "Bo", "", "", "", "", "never", "", "", ""));
-}
-
 TEST_F(RosterExport, EveryValueHasItsCell) {
     RiskRow row{
         .id = 1,

@@ -16,10 +16,11 @@ std::vector<Enrollment> enrollments(std::int64_t courseID) {
     return runToEnd(college.fetchEnrollments(courseID)).records;
 }
 
-std::vector<std::string> names(std::int64_t courseID) {
-    std::vector<std::string> result;
+/// With a space after each.
+std::string names(std::int64_t courseID) {
+    std::string result;
     for (const Enrollment &student : enrollments(courseID))
-        result.push_back(student.user->name.value());
+        result += student.user->name.value() + " ";
     return result;
 }
 
@@ -55,12 +56,10 @@ TEST(SampleCollege, OlderTermsHaveTwoOrThreeCourses) {
 }
 
 TEST(SampleCollege, HandwrittenRostersAreComplete) {
-    EXPECT_THAT(
+    EXPECT_EQ(
         names(900101),
-        testing::ElementsAre(
-            "Jordan", "Sam", "Priya", "Marcus", "Zoe", "Ava", "Mia", "Noah", "Diego", "Emma",
-            "Liam", testing::_, "Nadia", "Theo", "Iris", "Omar", "Lena", "Ruben", "Cleo", "Tomas",
-            "Freya", "Hugo", "Anya", "Mateo", "Sable", "Otis"));
+        "Jordan Sam Priya Marcus Zoe Ava Mia Noah Diego Emma Liam Pia Nadia Theo Iris Omar Lena "
+        "Ruben Cleo Tomas Freya Hugo Anya Mateo Sable Otis ");
     const auto intro = enrollments(900101);
     EXPECT_EQ(intro[0].userID, 5001);
     EXPECT_EQ(intro[0].grades, (Grades{.currentScore = 38, .currentGrade = "F"}));
@@ -103,7 +102,7 @@ TEST(SampleCollege, GeneratedRostersFollowTheSequence) {
     }
     EXPECT_EQ(students[0].grades->currentScore, double(band) + 55);
     EXPECT_EQ(names(900103), names(900103));
-    std::set<std::vector<std::string>> different;
+    std::set<std::string> different;
     for (std::int64_t course = 900103; course <= 900106; ++course)
         different.insert(names(course));
     EXPECT_EQ(different.size(), 4U);

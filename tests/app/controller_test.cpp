@@ -72,6 +72,7 @@ TEST_F(ControllerTest, AThresholdChangeRescoresTheCache) {
     courseSettings::set(defaults, 900101, courseSettings::passingScore, 85.0);
     EXPECT_GT(flagged(), before);
     EXPECT_EQ(roster().thresholds->passingScore, 85);
+    EXPECT_TRUE(roster().thresholdsChanged) << "since the course was opened";
     EXPECT_EQ(announced, 1);
     EXPECT_EQ(controller.levels(900101)->flagged(), flagged());
     useDefaults(defaults, 900101);
@@ -236,26 +237,22 @@ TEST(RosterActions, OpenCanvasPages) {
 }
 
 TEST(Controller, DeletesTheWidgetFilesOfAnotherAddressAtItsStart) {
-    struct Row {
-        const char *shown;
-        const char *address;
-        bool keeps;
-    };
-    for (const Row &row :
-         {Row{"https://h.example", "https://h.example", true},
-          Row{"https://h.example", "https://H.example/", true},
-          Row{"https://h.example", "https://other.example", false},
-          Row{"https://h.example", "", false}, Row{"", "https://h.example", true}}) {
+    for (const auto &[shown, address, keeps] :
+         std::vector<std::tuple<const char *, const char *, bool>>{
+             {"https://h.example", "https://h.example", true},
+             {"https://h.example", "https://H.example/", true},
+             {"https://h.example", "https://other.example", false},
+             {"https://h.example", "", false},
+             {"", "https://h.example", true}}) {
         test::Core core;
         core.widgets.write(test::twoTerms());
         core.defaults.update(
-            {{"WidgetsAddress", std::string(row.shown)},
-             {"CanvasBaseURL", std::string(row.address)}});
+            {{"WidgetsAddress", std::string(shown)}, {"CanvasBaseURL", std::string(address)}});
         const MainWindowController controller(
             core.defaults, core.connector, core.stores, core.trends, core.sinks);
         const bool isThere = readWidgetSnapshot(core.folder.path() / "widgets").has_value();
-        EXPECT_EQ(isThere, row.keeps) << row.shown << " " << row.address;
-        EXPECT_EQ(core.defaults.value(preferences::widgetsAddress), row.address);
+        EXPECT_EQ(isThere, keeps) << shown << " " << address;
+        EXPECT_EQ(core.defaults.value(preferences::widgetsAddress), address);
     }
 }
 

@@ -66,7 +66,6 @@ void FakeCanvas::receive(QSslSocket *socket, int connection, QByteArray &buffer)
             request.headers[line.left(colon).toLower()] = line.mid(colon + 1).trimmed();
         }
         requests.push_back(request);
-        maxInFlight = std::max(maxInFlight, ++inFlight);
         FakeReply next = answer(request);
         next.isLast =
             requestsPerConnection > 0 && ++requestsOf[connection] >= requestsPerConnection;
@@ -159,7 +158,6 @@ void FakeCanvas::send(QSslSocket *socket, const FakeReply &reply) {
 
 void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {
     using Manner = FakeReply::Manner;
-    --inFlight;
     if (reply.manner == Manner::silent)
         return;
     if (reply.manner == Manner::closed)
@@ -169,7 +167,6 @@ void FakeCanvas::write(QSslSocket *socket, const FakeReply &reply) {
         socket->flush();
         // Sends the final response once the client has handled the hints, and before the response
         // to any other request.
-        ++inFlight;
         FakeReply final = reply;
         final.manner = Manner::whole;
         socket->setProperty("owesResponse", true);

@@ -91,8 +91,6 @@ class FakeCanvas : public QObject {
     /// Closes every connection without notice after that many responses; 0 for never.
     int requestsPerConnection = 0;
     std::vector<FakeRequest> requests;
-    /// The highest number of requests that waited for a response at one time.
-    int maxInFlight = 0;
     int connections = 0;
 
   private:
@@ -109,7 +107,6 @@ class FakeCanvas : public QObject {
     QHash<QString, std::deque<FakeReply>> plans;
     std::function<FakeReply(const FakeRequest &)> custom;
     QHash<int, int> requestsOf;
-    int inFlight = 0;
     std::size_t holdingUntil = 0;
     QString heldPath;
     std::vector<std::function<void()>> held;

@@ -9,11 +9,7 @@ namespace ellwynd {
 namespace {
 
 TEST(CourseSetup, AnEditionIsACodeWithoutItsSection) {
-    struct Row {
-        const char *code;
-        const char *edition;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[code, edition] : std::vector<std::pair<const char *, const char *>>{
              {"CS 101 4021", "CS 101"},
              {"cs101-01", "CS 101"},
              {"CS-101", "CS 101"},
@@ -37,7 +33,7 @@ TEST(CourseSetup, AnEditionIsACodeWithoutItsSection) {
              {"101", "101"},
              {" \n", ""},
              {"\xff\xfe 1", "\xEF\xBF\xBD\xEF\xBF\xBD 1"}})
-        EXPECT_EQ(editionOf(row.code), row.edition) << row.code;
+        EXPECT_EQ(editionOf(code), edition) << code;
     // Codes may be of any length.
     EXPECT_EQ(editionOf(std::string(200'000, '-')).size(), 200'000U);
     EXPECT_EQ(editionOf(std::string(200'000, 'a')).size(), 200'000U);
@@ -71,14 +67,8 @@ TEST(CourseSetup, OffersTheCoursesOfEarlierTermsAndSuggestsTheEarlierEdition) {
     const std::optional<std::string> noCode;
     const std::optional<Term> noTerm;
     const Course other = course(90, spring, "ART 1", "ART 1");
-    struct Row {
-        const char *what;
-        Course own;
-        std::vector<Course> others;
-        std::string offered;
-        std::optional<std::int64_t> suggested;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[what, own, others, offers, suggested] : std::vector<std::tuple<
+             const char *, Course, std::vector<Course>, std::string, std::optional<std::int64_t>>>{
              {"the newest edition by code", course(1, fall, "CS 101 4021"),
               list(course(2, spring, "CS 101 1"), course(3, summer, "cs-101"), other), "3 2 90 ",
               3},
@@ -101,33 +91,29 @@ TEST(CourseSetup, OffersTheCoursesOfEarlierTermsAndSuggestsTheEarlierEdition) {
              {"a term without a date, for a course of a term with one", course(1, fall, "CS 101"),
               list(course(2, undated, "CS 101")), "2 ", 2},
              {"nothing to offer", course(1, fall, "CS 101"), list(), "", none}}) {
-        std::vector<Course> all = row.others;
-        all.insert(all.begin(), row.own);
-        const SetupCandidates candidates = setupCandidates(all, row.own.id);
+        std::vector<Course> all = others;
+        all.insert(all.begin(), own);
+        const SetupCandidates candidates = setupCandidates(all, own.id);
         std::string offered;
         for (const TermGroup &group : candidates.terms) {
             for (const Course &each : group.courses)
                 offered += std::to_string(each.id) + " ";
         }
-        EXPECT_EQ(offered, row.offered) << row.what;
-        EXPECT_EQ(candidates.suggested, row.suggested) << row.what;
+        EXPECT_EQ(offered, offers) << what;
+        EXPECT_EQ(candidates.suggested, suggested) << what;
     }
     EXPECT_EQ(setupCandidates({other}, 1), SetupCandidates{}) << "the course is not in the list";
 }
 
 TEST(CourseSetup, DescribesWhatIsCopied) {
-    struct Row {
-        CourseSetup setup;
-        const char *text;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[setup, text] : std::vector<std::pair<CourseSetup, const char *>>{
              {{.passingScore = 65, .inactivityDays = 10, .icon = {"flask", "teal"}},
               "Passing score 65%, 10 inactivity days, icon, colour"},
              {{.passingScore = 72.5}, "Passing score 72.5%"},
              {{.inactivityDays = 1}, "1 inactivity day"},
              {{.icon = {.icon = "", .color = "teal"}}, "Colour"},
              {{}, ""}})
-        EXPECT_EQ(setupText(row.setup), row.text);
+        EXPECT_EQ(setupText(setup), text);
     EXPECT_THAT(setupSummary({}), testing::HasSubstr("follows the defaults"));
     EXPECT_THAT(setupSummary({.passingScore = 65}), testing::StartsWith("Passing score 65%. "));
 }

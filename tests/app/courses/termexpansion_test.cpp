@@ -13,13 +13,8 @@ constexpr std::int64_t othersCollapsed = std::numeric_limits<std::int64_t>::min(
 using Terms = std::vector<std::optional<std::int64_t>>;
 
 TEST(TermExpansion, AListSaysNothingAboutTermsThatBeganLater) {
-    struct Row {
-        const char *why;
-        IDList saved;
-        Terms terms;
-        std::vector<bool> expanded;
-    };
-    for (const Row &each : std::vector<Row>{
+    for (const auto &[why, saved, terms, expected] :
+         std::vector<std::tuple<const char *, IDList, Terms, std::vector<bool>>>{
              {"no list", {}, {3, 2, 1, {}}, {true, true, false, false}},
              {"a new term", {-2, 1}, {3, 2, 1}, {true, false, true}},
              {"a list without collapsed terms", {1}, {3, 2, 1}, {true, true, true}},
@@ -28,9 +23,9 @@ TEST(TermExpansion, AListSaysNothingAboutTermsThatBeganLater) {
              {"courses without a term", {0}, {3, 2, {}}, {true, true, true}},
              {"courses without a term, collapsed", {othersCollapsed}, {3, {}}, {true, false}}}) {
         std::vector<bool> expanded;
-        for (const TermExpansion &term : expansionOf(each.saved, each.terms))
+        for (const TermExpansion &term : expansionOf(saved, terms))
             expanded.push_back(term.expanded);
-        EXPECT_EQ(expanded, each.expanded) << each.why;
+        EXPECT_EQ(expanded, expected) << why;
     }
 }
 

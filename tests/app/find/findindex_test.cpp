@@ -50,24 +50,21 @@ TEST(FindIndex, FindsBeginningsOfWordsAndInitials) {
         student(12, "Alan Ann Ray"),
         student(13, "\xff\xfe"),
     });
-    struct Row {
-        const char *typed;
-        std::vector<std::int64_t> found;
-    };
-    for (const Row &row :
-         std::vector<Row>{{"ada lo", {1}},     {"  lo   ada ", {1}}, {"lovelace, ada", {1}},
-                          {"al", {12, 1}}, // a beginning before initials
-                          {"a l", {1}},    // in any order, but each word once
-                          {"ada ada", {}},     {"ovelace", {}},      {"an al", {12}},
-                          {"a al an", {}}, // Alan and Ann are the only words with A
-                          {"jose nunez", {2}}, {"JOSÉ ÁN", {2}},     {"obrien", {3}},
-                          {"o’br", {3}},       {"brien", {3}},       {"ladd", {3}},
-                          {"الز", {4}},        {"太郎", {5}},        {"郎山", {}},
-                          {"김지", {}},        {"수", {6}},          {"bob", {7}},
-                          {"</b>", {7, 3}},    {"soren luk", {9}},   {"SØREN", {9}},
-                          {"zoe weiss", {10}}, {"evil", {11}},       {"😀", {11}},
-                          {"-", {}},           {"\xff", {}}})
-        EXPECT_EQ(ids(index.find(row.typed)), row.found) << row.typed;
+    for (const auto &[typed, found] :
+         std::vector<std::pair<const char *, std::vector<std::int64_t>>>{
+             {"ada lo", {1}},     {"  lo   ada ", {1}}, {"lovelace, ada", {1}},
+             {"al", {12, 1}}, // a beginning before initials
+             {"a l", {1}},    // in any order, but each word once
+             {"ada ada", {}},     {"ovelace", {}},      {"an al", {12}},
+             {"a al an", {}}, // Alan and Ann are the only words with A
+             {"jose nunez", {2}}, {"JOSÉ ÁN", {2}},     {"obrien", {3}},
+             {"o’br", {3}},       {"brien", {3}},       {"ladd", {3}},
+             {"الز", {4}},        {"太郎", {5}},        {"郎山", {}},
+             {"김지", {}},        {"수", {6}},          {"bob", {7}},
+             {"</b>", {7, 3}},    {"soren luk", {9}},   {"SØREN", {9}},
+             {"zoe weiss", {10}}, {"evil", {11}},       {"😀", {11}},
+             {"-", {}},           {"\xff", {}}})
+        EXPECT_EQ(ids(index.find(typed)), found) << typed;
 }
 
 TEST(FindIndex, OrdersByMatchThenByNeed) {
@@ -130,18 +127,15 @@ TEST(FindIndex, ComparesWholeNamesBeforeBeginnings) {
     const FindIndex index(
         {student(1, "Ana", {}, biology, "Ana"), student(2, "Ana Ray", {}, biology, "Ray, Ana"),
          student(3, "Ána"), student(4, "Roy Ray")});
-    struct Row {
-        const char *name;
-        std::vector<std::int64_t> found;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[name, found] :
+         std::vector<std::pair<const char *, std::vector<std::int64_t>>>{
              {"ana", {1, 3}},
              {"ray, ana", {2}},
              {"an", {1, 3, 2}},
              {"ray", {2, 4}},
              {"rr", {}}, // initials
              {"-", {}}})
-        EXPECT_EQ(ids(index.named(row.name)), row.found) << row.name;
+        EXPECT_EQ(ids(index.named(name)), found) << name;
 }
 
 /// The marked parts of a title, in brackets.
@@ -158,23 +152,19 @@ std::string marked(const std::string &title, const char *typed) {
 }
 
 TEST(FindIndex, MarksWhatMatched) {
-    struct Row {
-        const char *title;
-        const char *typed;
-        const char *marked;
-    };
-    for (const Row &row : {
-             Row{"Ada Lovelace", "lo AD", "[Ad]a [Lo]velace"},
-             Row{"Ada Lovelace", "al", "[A]da [L]ovelace"},
-             Row{"Ada Lovelace", "x", "Ada Lovelace"},
-             Row{"Siobhán O'Brien", "obr", "Siobhán [O'Br]ien"},
-             Row{"Siobhán O'Brien", "brien", "Siobhán O'[Brien]"},
-             Row{"Zoe\u0308 Weiß", "zoe weis", "[Zoe\u0308] [Weiß]"},
-             Row{"😀 Ada", "ad", "😀 [Ad]a"},
-             Row{"山田太郎", "太", "山田[太]郎"},
-             Row{"Ann Anna", "anna ann", "[Ann] [Anna]"},
+    for (const auto &[title, typed, expected] :
+         std::vector<std::tuple<const char *, const char *, const char *>>{
+             {"Ada Lovelace", "lo AD", "[Ad]a [Lo]velace"},
+             {"Ada Lovelace", "al", "[A]da [L]ovelace"},
+             {"Ada Lovelace", "x", "Ada Lovelace"},
+             {"Siobhán O'Brien", "obr", "Siobhán [O'Br]ien"},
+             {"Siobhán O'Brien", "brien", "Siobhán O'[Brien]"},
+             {"Zoe\u0308 Weiß", "zoe weis", "[Zoe\u0308] [Weiß]"},
+             {"😀 Ada", "ad", "😀 [Ad]a"},
+             {"山田太郎", "太", "山田[太]郎"},
+             {"Ann Anna", "anna ann", "[Ann] [Anna]"},
          })
-        EXPECT_EQ(marked(row.title, row.typed), row.marked) << row.typed;
+        EXPECT_EQ(marked(title, typed), expected) << typed;
 }
 
 TEST(FindContents, AreTheCoursesTheirTermsAndTheStudentsInMemory) {

@@ -91,15 +91,11 @@ struct WriteSessionTest : testing::Test {
 };
 
 TEST_F(WriteSessionTest, EachActionChangesOnlyWhatItShould) {
-    struct Row {
-        const char *actions;
-        const char *state;
-        /// Whose messages were copied last: "1d3" for the first student and, as it was edited, the
-        /// third; "!" while another program holds the clipboard.
-        std::string copied;
-        std::size_t steps;
-    };
-    for (const Row &each : std::vector<Row>{
+    // Whose messages were copied last: "1d3" for the first student and, as it was edited, the
+    // third;
+    // "!" while another program holds the clipboard.
+    for (const auto &[letters, expected, lastCopied, expectedSteps] :
+         std::vector<std::tuple<const char *, const char *, std::string, std::size_t>>{
              {"", ">---", "", 0},
              {"ccc", "C'C'C'", "3", 1},
              {"cccu", ">---", "3", 0},
@@ -149,11 +145,11 @@ TEST_F(WriteSessionTest, EachActionChangesOnlyWhatItShould) {
         defaults.remove(preferences::lastTemplates.name);
         clipboard = "";
         open({row(1, "At Risk"), row(2, "Watch"), row(3, "")});
-        perform(each.actions);
+        perform(letters);
         std::vector<std::string> names;
         std::optional<std::string> text = "";
         const char *greeting = "Hi ";
-        for (const char copied : each.copied) {
+        for (const char copied : lastCopied) {
             if (copied == '!') {
                 text.reset();
             } else if (copied == 'd') {
@@ -164,13 +160,13 @@ TEST_F(WriteSessionTest, EachActionChangesOnlyWhatItShould) {
                 greeting = "Hi ";
             }
         }
-        EXPECT_EQ(state(), each.state) << each.actions;
-        EXPECT_EQ(session->onClipboard(), names) << each.actions;
-        EXPECT_EQ(clipboard, text) << each.actions;
+        EXPECT_EQ(state(), expected) << letters;
+        EXPECT_EQ(session->onClipboard(), names) << letters;
+        EXPECT_EQ(clipboard, text) << letters;
         std::size_t steps = 0;
         for (; undo.newest() != nullptr; undo.dropNewest())
             ++steps;
-        EXPECT_EQ(steps, each.steps) << each.actions;
+        EXPECT_EQ(steps, expectedSteps) << letters;
     }
 }
 

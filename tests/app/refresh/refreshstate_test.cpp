@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <array>
 #include <string>
 
 namespace ellwynd::refresh {
@@ -22,6 +21,11 @@ std::string letters(const std::vector<Action> &actions) {
     return text;
 }
 
+/// A point stands for no actions.
+std::string orPoint(const std::string &actions) {
+    return actions.empty() ? "." : actions;
+}
+
 /// Applies a sequence of events.
 struct Story {
     State state;
@@ -33,6 +37,13 @@ struct Story {
         return letters(next.actions);
     }
     std::string send(Kind kind) { return send(Event{.kind = kind}); }
+    /// The actions of several events, one after the other.
+    std::string send(std::initializer_list<Kind> kinds) {
+        std::string text;
+        for (const Kind kind : kinds)
+            text += (text.empty() ? "" : " ") + orPoint(send(kind));
+        return text;
+    }
     std::string select(std::optional<ElapsedTime> cachedAt = std::nullopt) {
         return send(
             {.kind = Kind::selectionChanged,
@@ -57,8 +68,7 @@ struct Story {
 
     [[nodiscard]] Story then(std::initializer_list<Kind> kinds) const {
         Story story = *this;
-        for (const Kind kind : kinds)
-            story.send(kind);
+        story.send(kinds);
         return story;
     }
 
@@ -90,83 +100,65 @@ struct Story {
 
 /// The actions that each event causes in each state.
 TEST(RefreshState, EveryEventInEveryState) {
-    const std::array<std::pair<const char *, Story>, 9> states{{
-        {"not started", Story{}},
-        {"opening", Story().then({Kind::refreshRequested})},
-        {"idle, fresh", Story::idle()},
-        {"idle, ten minutes old", Story::stale(10min)},
-        {"idle, a day old", Story::stale(25h)},
-        {"reading the list", Story::readingList()},
-        {"reading the roster", Story::idle().then({Kind::rosterRequested})},
-        {"in a pass", Story::passing()},
-        {"without a network", Story::offline()},
-    }};
-    struct Row {
-        const char *name;
-        Event event;
-        std::array<const char *, 9> actions;
+    const std::vector<Story> states{
+        Story{},                                // not started
+        Story().then({Kind::refreshRequested}), // opening
+        Story::idle(),                          // fresh
+        Story::stale(10min),
+        Story::stale(25h),
+        Story::readingList(),
+        Story::idle().then({Kind::rosterRequested}), // reading the roster
+        Story::passing(),
+        Story::offline(),
     };
-    const std::vector<Row> rows{
-        {"refresh", {.kind = Kind::refreshRequested}, {"O", "", "O", "O", "O", "", "O", "O", "O"}},
-        {"roster", {.kind = Kind::rosterRequested}, {"O", "", "R", "R", "R", "R", "", "R", "R"}},
-        {"selection",
-         {.kind = Kind::selectionChanged, .rosterSelected = true},
-         {"", "", "R", "R", "R", "R", "rR", "R", "R"}},
-        {"dashboard", {.kind = Kind::selectionChanged}, {"", "", "", "", "", "", "r", "", ""}},
-        {"activated", {.kind = Kind::activated}, {"", "", "", "q", "q", "", "", "", "q"}},
-        {"woke", {.kind = Kind::woke}, {"", "", "", "q", "q", "", "", "", "q"}},
-        {"timer", {.kind = Kind::timerFired}, {"", "", "q", "q", "q", "", "q", "", "q"}},
-        {"network", {.kind = Kind::networkReachable}, {"", "", "", "", "", "", "", "", "q"}},
-        {"deadline", {.kind = Kind::deadline}, {"", "", "", "", "", "", "", "", ""}},
-        {"opened", {.kind = Kind::connectionOpened}, {"", "L", "", "", "", "", "", "", ""}},
-        {"missing", {.kind = Kind::connectionMissing}, {"", "", "", "", "", "l", "r", "p", ""}},
-        {"keyring", {.kind = Kind::connectionFailed}, {"", "", "", "", "", "", "", "", ""}},
-        {"address",
-         {.kind = Kind::connectionChanged},
-         {"O", "O", "O", "O", "O", "lO", "rO", "pO", "O"}},
-        {"list", {.kind = Kind::listRead}, {"", "", "R", "R", "R", "R", "", "pR", "R"}},
-        {"list failed", {.kind = Kind::listFailed}, {"", "", "", "", "", "", "", "", ""}},
-        {"roster read", {.kind = Kind::rosterRead}, {"", "", "", "", "", "", "", "", ""}},
-        {"roster failed", {.kind = Kind::rosterFailed}, {"", "", "", "", "", "", "", "", ""}},
-        {"roster cached", {.kind = Kind::rosterCached}, {"", "", "", "", "", "", "", "", ""}},
-        {"pass ended", {.kind = Kind::passEnded}, {"", "", "", "", "", "", "", "", ""}},
-        {"another day", {.kind = Kind::dayChanged}, {"", "", "", "", "", "", "", "pP", ""}},
-    };
-    for (const Row &row : rows) {
-        for (std::size_t i = 0; i < states.size(); ++i) {
-            Story story = states.at(i).second;
-            EXPECT_EQ(story.send(row.event), row.actions.at(i))
-                << row.name << ", " << states.at(i).first;
-        }
+    for (const auto &[event, expected] : std::vector<std::pair<Event, std::string>>{
+             {{.kind = Kind::refreshRequested}, "O . O O O . O O O"},
+             {{.kind = Kind::rosterRequested}, "O . R R R R . R R"},
+             {{.kind = Kind::selectionChanged, .rosterSelected = true}, ". . R R R R rR R R"},
+             {{.kind = Kind::selectionChanged}, ". . . . . . r . ."},
+             {{.kind = Kind::activated}, ". . . q q . . . q"},
+             {{.kind = Kind::woke}, ". . . q q . . . q"},
+             {{.kind = Kind::timerFired}, ". . q q q . q . q"},
+             {{.kind = Kind::networkReachable}, ". . . . . . . . q"},
+             {{.kind = Kind::deadline}, ". . . . . . . . ."},
+             {{.kind = Kind::connectionOpened}, ". L . . . . . . ."},
+             {{.kind = Kind::connectionMissing}, ". . . . . l r p ."},
+             {{.kind = Kind::connectionFailed}, ". . . . . . . . ."},
+             {{.kind = Kind::connectionChanged}, "O O O O O lO rO pO O"},
+             {{.kind = Kind::listRead}, ". . R R R R . pR R"},
+             {{.kind = Kind::listFailed}, ". . . . . . . . ."},
+             {{.kind = Kind::rosterRead}, ". . . . . . . . ."},
+             {{.kind = Kind::rosterFailed}, ". . . . . . . . ."},
+             {{.kind = Kind::rosterCached}, ". . . . . . . . ."},
+             {{.kind = Kind::passEnded}, ". . . . . . . . ."},
+             {{.kind = Kind::dayChanged}, ". . . . . . . pP ."},
+         }) {
+        std::string actions;
+        for (Story story : states)
+            actions += orPoint(story.send(event)) + " ";
+        EXPECT_EQ(actions, expected + " ") << int(event.kind);
     }
 }
 
 TEST(RefreshState, RefreshesDuringOneCauseOneMore) {
     Story story = Story::idle();
-    EXPECT_EQ(story.send(Kind::refreshRequested), "O");
-    EXPECT_EQ(story.send(Kind::connectionOpened), "L");
+    EXPECT_EQ(story.send({Kind::refreshRequested, Kind::connectionOpened}), "O L");
     for (int i = 0; i < 8; ++i)
         EXPECT_EQ(story.send(Kind::refreshRequested), "");
-    EXPECT_EQ(story.send(Kind::listRead), "O");
-    EXPECT_EQ(story.send(Kind::connectionOpened), "LR") << "the pass waits for the second list";
-    EXPECT_EQ(story.send(Kind::rosterRead), "");
-    EXPECT_EQ(story.send(Kind::listRead), "R");
-    EXPECT_EQ(story.send(Kind::rosterRead), "P");
+    EXPECT_EQ(story.send({Kind::listRead, Kind::connectionOpened, Kind::rosterRead}), "O LR .")
+        << "the pass waits for the second list";
+    EXPECT_EQ(story.send({Kind::listRead, Kind::rosterRead}), "R P");
     EXPECT_EQ(story.endPass(), "");
 }
 
 TEST(RefreshState, APassFollowsEachListRead) {
     Story story = Story::readingList().then({Kind::refreshRequested});
-    EXPECT_EQ(story.send(Kind::listRead), "O");
-    EXPECT_EQ(story.send(Kind::connectionOpened), "LR");
-    EXPECT_EQ(story.send(Kind::rosterRead), "");
+    EXPECT_EQ(story.send({Kind::listRead, Kind::connectionOpened, Kind::rosterRead}), "O LR .");
     EXPECT_EQ(story.send(Kind::listFailed), "P")
         << "a failed second refresh does not prevent the pass";
 
     Story timer = Story::readingList();
-    EXPECT_EQ(timer.send(Kind::timerFired), "");
-    EXPECT_EQ(timer.send(Kind::listRead), "R");
-    EXPECT_EQ(timer.send(Kind::rosterRead), "P");
+    EXPECT_EQ(timer.send({Kind::timerFired, Kind::listRead, Kind::rosterRead}), ". R P");
 }
 
 TEST(RefreshState, ActivationReadsAgainWhatIsAMinuteOld) {
@@ -177,22 +169,19 @@ TEST(RefreshState, ActivationReadsAgainWhatIsAMinuteOld) {
     EXPECT_EQ(story.send(Kind::activated), "q");
     for (int i = 0; i < 7; ++i)
         EXPECT_EQ(story.send(Kind::activated), "") << "already under way";
-    EXPECT_EQ(story.send(Kind::connectionOpened), "R");
-    EXPECT_EQ(story.send(Kind::activated), "");
-    EXPECT_EQ(story.send(Kind::rosterRead), "P");
-    EXPECT_EQ(story.send(Kind::activated), "");
+    EXPECT_EQ(
+        story.send({Kind::connectionOpened, Kind::activated, Kind::rosterRead, Kind::activated}),
+        "R . P .");
     EXPECT_EQ(story.endPass(), "");
     EXPECT_EQ(story.after(59s, Kind::activated), "");
 
     Story cached = Story::stale(10min);
     cached.send({.kind = Kind::rosterCached, .cachedAt = cached.now});
-    EXPECT_EQ(cached.send(Kind::woke), "q");
-    EXPECT_EQ(cached.send(Kind::connectionOpened), "P") << "the pass has read the roster";
+    EXPECT_EQ(cached.send({Kind::woke, Kind::connectionOpened}), "q P")
+        << "the pass has read the roster";
 
     Story old = Story::stale(25h);
-    EXPECT_EQ(old.send(Kind::woke), "q");
-    EXPECT_EQ(old.send(Kind::connectionOpened), "L");
-    EXPECT_EQ(old.send(Kind::listRead), "R");
+    EXPECT_EQ(old.send({Kind::woke, Kind::connectionOpened, Kind::listRead}), "q L R");
     EXPECT_EQ(old.state.roster.running, Initiative::program) << "not a visit";
 }
 
@@ -219,8 +208,7 @@ TEST(RefreshState, OnlyTheLastOfSeveralQuickSelectionsIsRead) {
 
 TEST(RefreshState, ReadsThatFailedWithoutANetworkAreRetried) {
     Story story = Story::stale(10min);
-    EXPECT_EQ(story.send(Kind::woke), "q");
-    EXPECT_EQ(story.send(Kind::connectionOpened), "R");
+    EXPECT_EQ(story.send({Kind::woke, Kind::connectionOpened}), "q R");
     EXPECT_EQ(story.fail(Kind::rosterFailed), "P");
     EXPECT_EQ(story.fail(Kind::passEnded), "");
     ElapsedTime failedAt = story.now;
@@ -235,16 +223,14 @@ TEST(RefreshState, ReadsThatFailedWithoutANetworkAreRetried) {
     }
     EXPECT_EQ(story.toDeadline(), "-") << "no more retries until there is a network";
     EXPECT_EQ(story.after(10h, Kind::networkReachable), "q");
-    EXPECT_EQ(story.send(Kind::connectionOpened), "R");
-    EXPECT_EQ(story.send(Kind::rosterRead), "P");
+    EXPECT_EQ(story.send({Kind::connectionOpened, Kind::rosterRead}), "R P");
     EXPECT_EQ(story.endPass(), "");
     EXPECT_EQ(story.send(Kind::networkReachable), "") << "nothing is left to retry";
 
     Story start = Story().then({Kind::refreshRequested, Kind::connectionOpened});
     EXPECT_EQ(start.fail(Kind::listFailed), "");
     EXPECT_EQ(start.toDeadline(), "q");
-    EXPECT_EQ(start.send(Kind::connectionOpened), "L");
-    EXPECT_EQ(start.send(Kind::listFailed), "");
+    EXPECT_EQ(start.send({Kind::connectionOpened, Kind::listFailed}), "L .");
     EXPECT_EQ(start.toDeadline(), "-") << "no retry after a response from Canvas";
 }
 
@@ -258,16 +244,14 @@ TEST(RefreshState, OnePassFollowsAPassSlowerThanTheTimer) {
 
     // A refresh replaces a running pass only once its list has been read.
     story = Story::passing();
-    EXPECT_EQ(story.send(Kind::refreshRequested), "O");
-    EXPECT_EQ(story.send(Kind::connectionOpened), "L");
-    EXPECT_EQ(story.send(Kind::listFailed), "");
+    EXPECT_EQ(
+        story.send({Kind::refreshRequested, Kind::connectionOpened, Kind::listFailed}), "O L .");
     EXPECT_TRUE(story.state.pass.running);
 }
 
 TEST(RefreshState, AnUnreadableKeyringDropsRequestedReads) {
     Story story = Story::stale(10min);
-    EXPECT_EQ(story.send(Kind::timerFired), "q");
-    EXPECT_EQ(story.send(Kind::connectionFailed), "");
+    EXPECT_EQ(story.send({Kind::timerFired, Kind::connectionFailed}), "q .");
     EXPECT_EQ(story.toDeadline(), "-");
     EXPECT_EQ(story.send(Kind::timerFired), "q") << "the timer tries again";
 }

@@ -78,12 +78,8 @@ TEST(RosterQuery, EachChipShowsAsManyStudentsAsItCounts) {
 
 TEST(RosterQuery, FindsNamesLevelsCoursesAndAssignmentsButNotSentences) {
     const RosterRows rows(someRoster());
-    struct Row {
-        const char *typed;
-        std::vector<std::int64_t> flagged;
-        std::vector<std::int64_t> everyone;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[typed, flagged, everyone] : std::vector<
+             std::tuple<const char *, std::vector<std::int64_t>, std::vector<std::int64_t>>>{
              {"  ", {1, 2}, {1, 2, 3, 4, 5, 6}},
              {"ZO", {1}, {1}},
              {"emile", {2}, {2}},
@@ -95,10 +91,9 @@ TEST(RosterQuery, FindsNamesLevelsCoursesAndAssignmentsButNotSentences) {
              {"김", {5}, {5}},
              {"<b>", {4}, {4}},
              {".*", {}, {}}}) {
-        EXPECT_EQ(ids(rows, rows.shown({.typed = row.typed})), row.flagged) << row.typed;
-        EXPECT_EQ(
-            ids(rows, rows.shown({.chip = RosterChip::everyone, .typed = row.typed})), row.everyone)
-            << row.typed;
+        EXPECT_EQ(ids(rows, rows.shown({.typed = typed})), flagged) << typed;
+        EXPECT_EQ(ids(rows, rows.shown({.chip = RosterChip::everyone, .typed = typed})), everyone)
+            << typed;
     }
     const ShownRows missing = rows.shown({.missing = AssignmentRef{70, "Homework 5"}});
     EXPECT_THAT(ids(rows, missing), ElementsAre(2));
@@ -119,21 +114,17 @@ TEST(RosterQuery, ShowsWhatMatched) {
 
 TEST(RosterQuery, SortsEqualRowsInTheRostersOrder) {
     const RosterRows rows(someRoster());
-    struct Row {
-        RosterSort sort;
-        std::vector<std::int64_t> ascending;
-        std::vector<std::int64_t> descending;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[sort, ascending, descending] :
+         std::vector<std::tuple<RosterSort, std::vector<std::int64_t>, std::vector<std::int64_t>>>{
              {RosterSort::worstFirst, {1, 2, 3, 4, 5, 6}, {1, 2, 3, 4, 5, 6}},
              {RosterSort::level, {1, 2, 3, 4, 5, 6}, {6, 5, 4, 3, 2, 1}},
              {RosterSort::score, {1, 2, 3, 5, 6, 4}, {4, 6, 5, 2, 3, 1}},
              {RosterSort::lastActive, {2, 4, 5, 6, 3, 1}, {1, 3, 2, 4, 5, 6}},
              {RosterSort::contacted, {2, 1, 3, 4, 5, 6}, {1, 3, 4, 5, 6, 2}}}) {
-        RosterQuery query{.chip = RosterChip::everyone, .sort = row.sort};
-        EXPECT_EQ(ids(rows, rows.shown(query)), row.ascending) << sortedByText(query);
+        RosterQuery query{.chip = RosterChip::everyone, .sort = sort};
+        EXPECT_EQ(ids(rows, rows.shown(query)), ascending) << sortedByText(query);
         query.descending = true;
-        EXPECT_EQ(ids(rows, rows.shown(query)), row.descending) << sortedByText(query);
+        EXPECT_EQ(ids(rows, rows.shown(query)), descending) << sortedByText(query);
     }
     // By the sortable name where there is one.
     const auto byName =
@@ -154,12 +145,8 @@ TEST(RosterQuery, RevealsHiddenStudents) {
 
 TEST(RosterQuery, SaysWhatIsEmptyAndHowToGetBack) {
     const AssignmentRef homework{70, "Homework 5"};
-    struct Row {
-        RosterQuery query;
-        const char *text;
-        const char *reset;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[query, text, reset] :
+         std::vector<std::tuple<RosterQuery, const char *, const char *>>{
              {{.typed = " x "}, "No flagged student matches “x”.", "Clear the Filter"},
              {{.chip = RosterChip::everyone, .typed = "x"},
               "No student matches “x”.",
@@ -173,39 +160,31 @@ TEST(RosterQuery, SaysWhatIsEmptyAndHowToGetBack) {
              {{.chip = RosterChip::awaitingFollowUp},
               "No student awaits follow-up.",
               "Show All Flagged Students"}}) {
-        EXPECT_EQ(emptyText(row.query), row.text);
-        EXPECT_EQ(resetText(row.query), row.reset);
-        EXPECT_EQ(withoutFilter(row.query).typed, "");
+        EXPECT_EQ(emptyText(query), text);
+        EXPECT_EQ(resetText(query), reset);
+        EXPECT_EQ(withoutFilter(query).typed, "");
     }
 }
 
 TEST(FittedReasons, LeavesOutWholeSentences) {
     RiskRow row;
     row.reasonLines = {{.text = "One"}, {.text = "Two"}, {.text = "Three and some more words"}};
-    struct Row {
-        std::size_t width;
-        std::size_t shown;
-        const char *more;
-    };
-    for (const Row &expected : std::vector<Row>{
+    for (const auto &[width, shown, more] :
+         std::vector<std::tuple<std::size_t, std::size_t, const char *>>{
              {60, 3, ""},
              {28, 2, "and 1 more reason"},
              {27, 1, "and 2 more reasons"},
              {1, 1, "and 2 more reasons"}}) {
         const FittedReasons fitted = fittedReasons(
-            row, [&](const std::string &text) { return text.size() <= expected.width; });
-        EXPECT_EQ(fitted.shown, expected.shown) << expected.width;
-        EXPECT_EQ(fitted.more, expected.more) << expected.width;
+            row, [limit = width](const std::string &text) { return text.size() <= limit; });
+        EXPECT_EQ(fitted.shown, shown) << width;
+        EXPECT_EQ(fitted.more, more) << width;
     }
 }
 
 TEST(CourseLabel, SplitsTheNameAfterItsCode) {
-    struct Row {
-        const char *name;
-        std::optional<std::string> code;
-        CourseLabel label;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[name, code, label] :
+         std::vector<std::tuple<const char *, std::optional<std::string>, CourseLabel>>{
              {"CS 101  4021 - Intro to  Programming",
               "CS 101",
               {"Intro to Programming", "CS 101 4021"}},
@@ -213,8 +192,7 @@ TEST(CourseLabel, SplitsTheNameAfterItsCode) {
              {"BIO 1 - ", {}, {"BIO 1 -", ""}},
              {"Biology", "Biology", {"Biology", ""}},
              {"", "CS 1", {"CS 1", ""}}}) {
-        EXPECT_EQ(courseLabel({.id = 1, .name = row.name, .courseCode = row.code}), row.label)
-            << row.name;
+        EXPECT_EQ(courseLabel({.id = 1, .name = name, .courseCode = code}), label) << name;
     }
 }
 

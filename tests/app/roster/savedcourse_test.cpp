@@ -71,12 +71,8 @@ TEST(SavedCourse, IsScoredAgainAsOfTheDayItWasRead) {
 
 TEST(SavedCourse, EveryInvalidFileIsReportedInOneSentence) {
     using namespace testing;
-    struct Row {
-        const char *file;
-        const char *bytes;
-        const char *sentence;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[file, bytes, sentence] :
+         std::vector<std::tuple<const char *, const char *, const char *>>{
              {"course.json", "", "course.json couldn’t be read: Course: the text is empty"},
              {"enrollments.json", R"([{"id": 1}])",
               "enrollments.json couldn’t be read: Enrollment [0].user_id is missing"},
@@ -85,10 +81,10 @@ TEST(SavedCourse, EveryInvalidFileIsReportedInOneSentence) {
              {"submissions.json", "[",
               "submissions.json couldn’t be read: SubmissionSummary: it is not valid JSON"}}) {
         const SavedCourse saved;
-        (void)saved.folder.write(row.file, row.bytes);
+        (void)saved.folder.write(file, bytes);
         EXPECT_THAT(
             [&] { (void)saved.score(); },
-            ThrowsMessage<FileError>(AllOf(StartsWith(row.sentence), Not(HasSubstr("\n")))));
+            ThrowsMessage<FileError>(AllOf(StartsWith(sentence), Not(HasSubstr("\n")))));
     }
     const SavedCourse saved;
     std::filesystem::remove(saved.folder.path() / "submissions.json");

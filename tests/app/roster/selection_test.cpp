@@ -29,17 +29,14 @@ TEST(SelectionSummary, SaysWhatTheStudentsHaveInCommon) {
     const RiskRow cem = missing(3, "", {quiz});
     RiskRow elsewhere = missing(4, "Watch", {quiz});
     elsewhere.courseID = 8;
-    struct Row {
-        std::vector<RiskRow> students;
-        SelectionSummary summary;
-    };
-    for (const Row &row : std::vector<Row>{
+    for (const auto &[students, summary] :
+         std::vector<std::pair<std::vector<RiskRow>, SelectionSummary>>{
              {{}, {}},
              {{ana, ben, cem},
               {"1 At Risk · 1 Watch · 1 without a flag", "1 not yet reached", {quiz}}},
              {{ana, elsewhere}, {"1 At Risk · 1 Watch", "1 not yet reached", {}}},
              {{ana, test::row(5, "At Risk")}, {"2 At Risk", "1 not yet reached", {}}}}) {
-        EXPECT_EQ(selectionSummary(row.students, roster), row.summary) << row.summary.levels;
+        EXPECT_EQ(selectionSummary(students, roster), summary) << summary.levels;
     }
     roster.remembersContacts = false;
     EXPECT_EQ(selectionSummary({ana, ben}, roster).notReached, "");

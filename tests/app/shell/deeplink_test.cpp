@@ -10,22 +10,18 @@ namespace {
 using namespace std::string_literals;
 
 TEST(DeepLink, NamesACourseOrNothing) {
-    struct Row {
-        const char *rest;
-        std::int64_t courseID;
-    };
-    for (const Row &row : {
-             Row{"4021", 4021},
-             Row{"+4021", 4021},
-             Row{"-4021", -4021},
-             Row{"0004021", 4021},
-             Row{"9223372036854775807", INT64_MAX},
-             Row{"-9223372036854775808", INT64_MIN},
-             Row{"4021/students/7", 4021},
-             Row{"4021?from=widget", 4021},
-             Row{"4021#top", 4021},
+    for (const auto &[rest, courseID] : std::vector<std::pair<const char *, std::int64_t>>{
+             {"4021", 4021},
+             {"+4021", 4021},
+             {"-4021", -4021},
+             {"0004021", 4021},
+             {"9223372036854775807", INT64_MAX},
+             {"-9223372036854775808", INT64_MIN},
+             {"4021/students/7", 4021},
+             {"4021?from=widget", 4021},
+             {"4021#top", 4021},
          })
-        EXPECT_EQ(courseOfLink("ellwynd://course/"s + row.rest), row.courseID) << row.rest;
+        EXPECT_EQ(courseOfLink("ellwynd://course/"s + rest), courseID) << rest;
     EXPECT_EQ(courseOfLink("ellwynd://somebody@course:80/4021"), 4021);
     // Another scheme or host, a different case, or no path.
     for (const char *link :

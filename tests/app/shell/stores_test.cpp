@@ -17,14 +17,12 @@ using test::noonClock;
 using test::row;
 
 TEST(Stores, AtStartTheValueInEffectDecides) {
-    struct Row {
-        std::optional<bool> argument;
-        bool saved;
-        bool deletes;
-    };
-    for (const Row &each :
-         {Row{std::nullopt, true, false}, Row{std::nullopt, false, true}, Row{true, false, false},
-          Row{false, true, true}}) {
+    for (const auto &[argument, saved, deletes] :
+         std::vector<std::tuple<std::optional<bool>, bool, bool>>{
+             {std::nullopt, true, false},
+             {std::nullopt, false, true},
+             {true, false, false},
+             {false, true, true}}) {
         const test::TemporaryFolder folder;
         const fs::path preferencesFile = folder.path() / "Preferences.json";
         {
@@ -37,17 +35,17 @@ TEST(Stores, AtStartTheValueInEffectDecides) {
         PreferenceMap arguments;
         for (const auto *key :
              {&preferences::rememberRosterHistory, &preferences::rememberContacts}) {
-            UserDefaults(preferencesFile, {}).set(*key, each.saved);
-            if (each.argument)
-                arguments.emplace(key->name, *each.argument);
+            UserDefaults(preferencesFile, {}).set(*key, saved);
+            if (argument)
+                arguments.emplace(key->name, *argument);
         }
         UserDefaults defaults(preferencesFile, arguments);
         const Stores stores(defaults, folder.path(), noonClock);
         for (const char *name :
              {"RosterHistory.json", "ContactLog.json", "RosterHistory.unreadable-1790251200.json"})
-            EXPECT_EQ(fs::exists(folder.path() / name), !each.deletes) << name;
-        EXPECT_EQ(stores.history.entries().empty(), each.deletes);
-        EXPECT_EQ(stores.contacts.records().empty(), each.deletes);
+            EXPECT_EQ(fs::exists(folder.path() / name), !deletes) << name;
+        EXPECT_EQ(stores.history.entries().empty(), deletes);
+        EXPECT_EQ(stores.contacts.records().empty(), deletes);
     }
 }
 

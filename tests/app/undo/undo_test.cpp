@@ -61,12 +61,8 @@ TEST_F(UndoTest, TheNewestStepIsUndoneFirst) {
 
 TEST_F(UndoTest, TextsNameTheStudents) {
     using namespace undotexts;
-    struct Row {
-        UndoTexts texts;
-        const char *name;
-        const char *note;
-    };
-    for (const Row &each : std::vector<Row>{
+    for (const auto &[texts, name, note] :
+         std::vector<std::tuple<UndoTexts, const char *, const char *>>{
              {markedContacted({"Ada", "Grace", "Joan"}), "Mark 3 Students as Contacted",
               "Marked Ada, Grace and Joan as contacted."},
              {markedContacted({"Ada", "Grace", "Joan", "Mary"}), "Mark 4 Students as Contacted",
@@ -78,21 +74,16 @@ TEST_F(UndoTest, TextsNameTheStudents) {
              {deletedTemplate("ééééééééééééééééééééééééééééééééééééééé é"),
               "Delete “ééééééééééééééééééééééééééééééééééééééé…”",
               "Deleted “ééééééééééééééééééééééééééééééééééééééé…”."}}) {
-        EXPECT_EQ(each.texts.name, each.name);
-        EXPECT_EQ(each.texts.note, each.note);
+        EXPECT_EQ(texts.name, name);
+        EXPECT_EQ(texts.note, note);
     }
 }
 
 TEST_F(UndoTest, AChangedPreferenceIsRestoredUnlessItHasChangedSince) {
-    struct Row {
-        const char *why;
-        /// What another process changed since.
-        PreferenceChanges since;
-        PreferenceMap expected;
-        const char *note;
-    };
     const PreferenceMap original{{"Course.7.PassingScore", 60.0}};
-    for (const Row &each : std::vector<Row>{
+    // Another process changed something since.
+    for (const auto &[why, since, expected, announced] :
+         std::vector<std::tuple<const char *, PreferenceChanges, PreferenceMap, const char *>>{
              {"unchanged", {}, original, "Undone: Change Thresholds of CS 101."},
              {"one of two",
               {{"Course.7.InactivityDays", std::int64_t{9}}},
@@ -112,10 +103,10 @@ TEST_F(UndoTest, AChangedPreferenceIsRestoredUnlessItHasChangedSince) {
                 {{"Course.7.PassingScore", std::nullopt},
                  {"Course.7.InactivityDays", std::int64_t{5}}}));
         pushEdit(undo, defaults, edit, undotexts::changedThresholds("CS 101"));
-        elsewhere.update(each.since);
+        elsewhere.update(since);
         undo.undo();
-        EXPECT_EQ(defaults.persistentDomain(), each.expected) << each.why;
-        EXPECT_EQ(note, each.note) << each.why;
+        EXPECT_EQ(defaults.persistentDomain(), expected) << why;
+        EXPECT_EQ(note, announced) << why;
     }
     PreferenceEdit nothing;
     nothing.add(defaults, defaults.update({{"Course.7.PassingScore", 61.0}}));

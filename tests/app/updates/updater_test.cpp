@@ -55,41 +55,35 @@ TEST(Appcast, TheNewestItemIsOffered) {
         R"(</item></channel></rss>)";
     const std::string foreign = R"(<rss xmlns:sparkle="https://elsewhere.example/"><channel>)" +
         item("9", "9") + "</channel></rss>";
-    struct Row {
-        const char *what;
-        std::string text;
-        Offer offer;
-    };
-    for (
-        const Row &row : {
-            Row{"for this system or all",
-                feed(R"(<item><enclosure sparkle:version="9" sparkle:os="macos"/></item>)"
-                     R"(<item><enclosure sparkle:version="8" sparkle:os="windows"/></item>)"
-                     R"(<item><enclosure sparkle:version="5" sparkle:os="linux"/></item>)"
-                     R"(<item><enclosure sparkle:version="4"/></item>)"),
-                Update{"5", "5"}},
-            Row{"the highest build, in any order",
-                feed(item("9", "0.9") + item("10", "1.0") + item("8", "0.8")), Update{"10", "1.0"}},
-            Row{"attributes, under any prefix", namespaced, Update{"7", "0.7"}},
-            Row{"elements take precedence over attributes",
-                feed(
-                    R"(<item><enclosure sparkle:version="3"/><sparkle:version>4</sparkle:version>)"
-                    R"(<sparkle:deltas><enclosure sparkle:version="99"/></sparkle:deltas></item>)"),
-                Update{"4", "4"}},
-            Row{"another namespace", foreign, std::nullopt},
-            Row{"no items", feed(""), std::nullopt},
-            Row{"an item of a channel",
-                feed("<item><sparkle:version>5</sparkle:version>"
-                     "<sparkle:channel>beta</sparkle:channel></item>"),
-                std::nullopt},
-            Row{"a build that is not a number", feed(item("5b", "5")), std::nullopt},
-            Row{"an overlong build", feed(item(std::string(5000, '9'), "5")), std::nullopt},
-            Row{"an overlong version", feed(item("5", std::string(5000, 'x'))), Update{"5", "5"}},
-            Row{"a version with a bidirectional override", feed(item("5", "1\u202e2")),
-                Update{"5", "5"}},
-            Row{"markup is text", feed(item("5", "&lt;b&gt;&#x31;")), Update{"5", "<b>1"}},
-        })
-        EXPECT_EQ(newestUpdate(row.text), row.offer) << row.what;
+    for (const auto &[what, text, offer] :
+         std::vector<std::tuple<const char *, std::string, Offer>>{
+             {"for this system or all",
+              feed(R"(<item><enclosure sparkle:version="9" sparkle:os="macos"/></item>)"
+                   R"(<item><enclosure sparkle:version="8" sparkle:os="windows"/></item>)"
+                   R"(<item><enclosure sparkle:version="5" sparkle:os="linux"/></item>)"
+                   R"(<item><enclosure sparkle:version="4"/></item>)"),
+              Update{"5", "5"}},
+             {"the highest build, in any order",
+              feed(item("9", "0.9") + item("10", "1.0") + item("8", "0.8")), Update{"10", "1.0"}},
+             {"attributes, under any prefix", namespaced, Update{"7", "0.7"}},
+             {"elements take precedence over attributes",
+              feed(R"(<item><enclosure sparkle:version="3"/><sparkle:version>4</sparkle:version>)"
+                   R"(<sparkle:deltas><enclosure sparkle:version="99"/></sparkle:deltas></item>)"),
+              Update{"4", "4"}},
+             {"another namespace", foreign, std::nullopt},
+             {"no items", feed(""), std::nullopt},
+             {"an item of a channel",
+              feed("<item><sparkle:version>5</sparkle:version>"
+                   "<sparkle:channel>beta</sparkle:channel></item>"),
+              std::nullopt},
+             {"a build that is not a number", feed(item("5b", "5")), std::nullopt},
+             {"an overlong build", feed(item(std::string(5000, '9'), "5")), std::nullopt},
+             {"an overlong version", feed(item("5", std::string(5000, 'x'))), Update{"5", "5"}},
+             {"a version with a bidirectional override", feed(item("5", "1\u202e2")),
+              Update{"5", "5"}},
+             {"markup is text", feed(item("5", "&lt;b&gt;&#x31;")), Update{"5", "<b>1"}},
+         })
+        EXPECT_EQ(newestUpdate(text), offer) << what;
 }
 
 TEST(Appcast, InvalidFeedsAreErrors) {
@@ -289,19 +283,15 @@ TEST_F(UpdaterTest, ARequestedCheckJoinsARunningOne) {
 }
 
 TEST_F(UpdaterTest, InvalidResponsesAreReported) {
-    struct Row {
-        FakeReply reply;
-        const char *message;
-    };
-    for (const Row &row : {
-             Row{{.body = QByteArray(qsizetype{2} << 20, ' ')}, "it is too long"},
-             Row{{.status = 302, .headers = {{"Location", "https://elsewhere.example/"}}},
-                 "status 302"},
-             Row{{.manner = FakeReply::Manner::closed}, "couldn’t be loaded"},
-             Row{{.body = "<!DOCTYPE rss><rss/>"}, "declares a document type"},
+    for (const auto &[reply, message] : std::vector<std::pair<FakeReply, const char *>>{
+             {{.body = QByteArray(qsizetype{2} << 20, ' ')}, "it is too long"},
+             {{.status = 302, .headers = {{"Location", "https://elsewhere.example/"}}},
+              "status 302"},
+             {{.manner = FakeReply::Manner::closed}, "couldn’t be loaded"},
+             {{.body = "<!DOCTYPE rss><rss/>"}, "declares a document type"},
          }) {
-        answer(row.reply);
-        EXPECT_THAT(check(), ElementsAre(HasSubstr(row.message)));
+        answer(reply);
+        EXPECT_THAT(check(), ElementsAre(HasSubstr(message)));
     }
     EXPECT_EQ(countedDay(), "");
     answer({.manner = FakeReply::Manner::trickle});

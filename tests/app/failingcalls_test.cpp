@@ -40,7 +40,7 @@ struct Operation {
     /// Whether memory holds what was done, whatever failed.
     std::function<bool()> isInMemory = [] { return true; };
     /// The next operation, without faults. Afterwards the files are as without any fault.
-    std::function<void()> next;
+    std::function<void()> next = run;
 };
 
 /// Prepares the files in a folder, and returns the operation on them.
@@ -108,8 +108,7 @@ Operation deleteHistory(const fs::path &folder) {
     write(folder / "RosterHistory.unreadable-1790251200.json", "old");
     return {
         .run = [=] { opened->store.deleteAll(); },
-        .isInMemory = [=] { return opened->store.entries().empty(); },
-        .next = [=] { opened->store.deleteAll(); }};
+        .isInMemory = [=] { return opened->store.entries().empty(); }};
 }
 
 /// Expired entries are removed when the file is read.
@@ -247,42 +246,37 @@ Operation writeWidgets(const fs::path &folder) {
     WidgetSnapshotFile snapshot = test::twoTerms();
     writer.write(snapshot);
     snapshot.terms.front().courses.front().atRisk = 5;
-    const auto again = [=] { writer.write(snapshot); };
-    return {.run = again, .next = again};
+    return {.run = [=] { writer.write(snapshot); }};
 }
 
 Operation writeFirstWidgets(const fs::path &folder) {
     const WidgetSnapshotWriter writer(folder / "widgets", [] {});
-    const auto again = [=] { writer.write(test::twoTerms()); };
-    return {.run = again, .next = again};
+    return {.run = [=] { writer.write(test::twoTerms()); }};
 }
 
 Operation clearWidgets(const fs::path &folder) {
     const WidgetSnapshotWriter writer(folder / "widgets", [] {});
     writer.write(test::twoTerms());
     write(folder / "widgets" / ".WidgetSnapshot.json.new-abc123", "of a killed writer");
-    const auto again = [=] { writer.clear(); };
-    return {.run = again, .next = again};
+    return {.run = [=] { writer.clear(); }};
 }
 
 Operation readWidgets(const fs::path &folder) {
     const Operation writing = writeWidgets(folder);
-    const auto read = [=] {
+    return {.run = [=] {
         try {
             const auto snapshot = readWidgetSnapshot(folder / "widgets");
             EXPECT_EQ(snapshot.value_or(WidgetSnapshotFile()), test::twoTerms());
         } catch (const FileUnavailable &) {
             // The board keeps what it shows.
         }
-    };
-    return {.run = read, .next = read};
+    }};
 }
 
 Operation exportRoster(const fs::path &folder) {
     write(folder / "real" / "roster.csv", "old");
     fs::create_symlink(fs::path("real") / "roster.csv", folder / "roster.csv");
-    const auto again = [=] { files::replaceForTeacher(folder / "roster.csv", "a new export"); };
-    return {.run = again, .next = again};
+    return {.run = [=] { files::replaceForTeacher(folder / "roster.csv", "a new export"); }};
 }
 
 struct Row {

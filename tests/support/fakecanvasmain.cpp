@@ -26,8 +26,6 @@ int main(int argc, char **argv) {
          {QStringLiteral("assignments"), QString(), QStringLiteral("N"), QStringLiteral("40")},
          {QStringLiteral("new-students"), QString(), QStringLiteral("N"), QStringLiteral("0")},
          {QStringLiteral("latency"), QString(), QStringLiteral("MS"), QStringLiteral("0")},
-         {QStringLiteral("requests-per-connection"), QString(), QStringLiteral("N"),
-          QStringLiteral("0")},
          {QStringLiteral("seconds"), QString(), QStringLiteral("N"), QStringLiteral("600")}});
     parser.process(application);
     const auto number = [&](const char *option) {
@@ -37,7 +35,6 @@ int main(int argc, char **argv) {
     const std::int64_t firstStudent = CourseSize{}.firstStudent;
     FakeCanvas canvas;
     canvas.latencyMilliseconds = number("latency");
-    canvas.requestsPerConnection = number("requests-per-connection");
     {
         std::vector<ServedCourse> courses;
         for (int id = 1; id <= number("courses"); ++id)

@@ -2,11 +2,16 @@
 #include "app/explain/lookback.h"
 #include "app/explain/othercourses.h"
 #include "app/explain/thresholdeffect.h"
+#include "app/mainwindowcontroller.h"
+#include "preferences/coursesettings.h"
+#include "risk/levelcounts.h"
 #include "support/core.h"
 #include "support/instants.h"
 #include "support/rosters.h"
 
 #include <gmock/gmock.h>
+
+#include <random>
 
 namespace ellwynd {
 namespace {
@@ -15,6 +20,8 @@ using std::chrono::days;
 using test::noon;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+constexpr std::int64_t introToProgramming = 900101;
 
 SharedCourse course(
     std::int64_t id, std::vector<RiskRow> rows, std::int64_t term = 1,
@@ -68,9 +75,45 @@ TEST(Explain, TheEffectLineSaysHowManyAndWho) {
         const ThresholdEffect effect = thresholdEffect(before, after);
         EXPECT_EQ(effectLine(effect, {}, thresholds), line) << what;
         EXPECT_EQ(effectDetails(effect), details) << what;
-        for (const ThresholdEffect::Change &change : effect.changes)
-            EXPECT_EQ(change.from, rowsBefore[std::size_t(change.student.studentID) - 1].level);
     }
+}
+
+TEST(Explain, TheEffectIsWhatThenHappens) {
+    test::Core core{{{"SampleData", true}}, test::noonClock};
+    MainWindowController controller{core.defaults, core.connector, core.stores,
+                                    core.trends,   core.sinks,     test::noonClock};
+    controller.refresh();
+    controller.select(CourseSelection{introToProgramming});
+    const auto levelsOf = [](const auto &rows) {
+        std::map<std::int64_t, std::optional<RiskLevel>> levels;
+        for (const RiskRow &row : rows)
+            levels.emplace(row.id, row.level);
+        return levels;
+    };
+    std::mt19937 random(7);
+    std::size_t changes = 0;
+    for (int i = 0; i < 200; ++i) {
+        const SharedCourse before = controller.loadedRosters().find(introToProgramming);
+        ASSERT_NE(before, nullptr);
+        CourseThresholds then = before->thresholds;
+        then.passingScore = double(40 + random() % 55);
+        then.inactivityDays = std::int64_t(1 + random() % 30);
+        const ThresholdEffect effect = thresholdEffect(*before, rescored(*before, then));
+        core.defaults.update(
+            {{courseSettings::key(introToProgramming, courseSettings::passingScore),
+              then.passingScore},
+             {courseSettings::key(introToProgramming, courseSettings::inactivityDays),
+              then.inactivityDays}});
+        auto expected = levelsOf(before->rows);
+        for (const ThresholdEffect::Change &change : effect.changes) {
+            EXPECT_EQ(expected.at(change.student.studentID), change.from);
+            expected[change.student.studentID] = change.to;
+        }
+        EXPECT_EQ(levelsOf(controller.roster().rows), expected) << i;
+        EXPECT_EQ(effect.flaggedAfter, levelCounts(controller.roster().rows).flagged());
+        changes += effect.changes.size();
+    }
+    EXPECT_GT(changes, 200U);
 }
 
 TEST(Explain, OtherCoursesOfTheStudentAreFound) {

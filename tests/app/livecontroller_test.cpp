@@ -103,7 +103,8 @@ TEST_F(LiveControllerTest, AFailedRefreshKeepsTheRows) {
     canvas.plan(test::coursePath(1, "enrollments"), {{.status = 401}});
     controller.refreshRoster();
     ASSERT_TRUE(until([&] { return !controller.roster().staleReason.empty(); }));
-    // The roster is shown again, with the contact.
+    // The roster is shown again, with the threshold and the contact.
+    core.defaults.set(preferences::defaultPassingScore, 65.0);
     core.stores.contacts.noteContact(1, controller.roster().rows.front().id, fetched);
     ASSERT_EQ(controller.roster().outreach.size(), 1U);
     EXPECT_EQ(

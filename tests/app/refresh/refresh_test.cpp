@@ -5,6 +5,8 @@
 #include "support/rosters.h"
 
 #include <QCoreApplication>
+#include <QSemaphore>
+#include <QThreadPool>
 
 #include <gmock/gmock.h>
 
@@ -66,6 +68,7 @@ TEST_F(RefreshTest, SwitchingWindowsReadsEachCourseOnce) {
 
 TEST_F(RefreshTest, ARefusedCourseIsNamed) {
     start();
+    pass(1min);
     canvas.plan(
         test::coursePath(2, "enrollments"), {{.status = 403}, {.status = 403}, {.status = 403}});
     controller.select(TermSelection{9});
@@ -75,11 +78,16 @@ TEST_F(RefreshTest, ARefusedCourseIsNamed) {
         controller.roster().notes,
         testing::ElementsAre("Bio couldn’t be read: Canvas refused the request."));
     EXPECT_TRUE(controller.roster().staleReason.empty());
+    EXPECT_EQ(controller.roster().fetchedAt, noon) << "when the other course had been read";
     controller.refresh();
     ASSERT_TRUE(untilPasses(2));
     EXPECT_THAT(controller.dashboard().failedCourses(9), testing::ElementsAre("Bio"));
     EXPECT_EQ(controller.dashboard().progress(), PassProgress{}) << "the pass has ended";
     EXPECT_TRUE(errors.empty());
+    // What was read of the other course is old, so the term is read again.
+    controller.setActive(true);
+    ASSERT_TRUE(untilQuiet());
+    EXPECT_TRUE(controller.roster().notes.empty());
 }
 
 TEST_F(RefreshTest, AnAutomaticRefreshIsNotAVisit) {
@@ -98,18 +106,74 @@ TEST_F(RefreshTest, AnAutomaticRefreshIsNotAVisit) {
 }
 
 TEST_F(RefreshTest, AfterASignOutNoRequestStarts) {
+    // Both courses have two pages of students.
+    for (const int course : {1, 2})
+        serveScores(canvas, course, 90, 101);
+    const auto hasWidgets = [this] {
+        return readWidgetSnapshot(core.folder.path() / "widgets").has_value();
+    };
+    struct Row {
+        const char *reading;
+        QString held;
+        bool losesToken = false;
+    };
+    for (const Row &row : {
+             Row{"the list", QStringLiteral("/api/v1/courses")},
+             Row{"the roster on screen", test::coursePath(1, "enrollments")},
+             Row{"a pass", test::coursePath(2, "enrollments"), true},
+         }) {
+        SCOPED_TRACE(row.reading);
+        passes.clear();
+        core.connectTo(canvas.address());
+        start();
+        ASSERT_TRUE(hasWidgets());
+        canvas.hold(row.held);
+        controller.refresh();
+        ASSERT_TRUE(until(
+            [&] { return asked(row.held) == 1 && core.session.requestLimiter().inFlight() == 1; }));
+        const std::size_t before = canvas.requests.size();
+        if (row.losesToken) {
+            // The address stays saved.
+            core.secrets.secrets.clear();
+            controller.connectionDidChange();
+            ASSERT_TRUE(until([&] { return controller.status() == "Not connected"; }));
+        } else {
+            static_cast<void>(runToEnd(core.check.signOut()));
+        }
+        EXPECT_EQ(controller.status(), "Not connected");
+        EXPECT_TRUE(controller.courses().isEmpty()) << "at once, although it is still being read";
+        canvas.release();
+        ASSERT_TRUE(untilQuiet());
+        EXPECT_EQ(canvas.requests.size(), before);
+        EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
+        for (const int course : {1, 2})
+            EXPECT_EQ(controller.levels(course), std::nullopt) << course;
+        EXPECT_FALSE(hasWidgets());
+    }
+}
+
+TEST_F(RefreshTest, ACourseDecodedAfterASignOutIsNotKept) {
     start();
-    canvas.hold(QStringLiteral("/api/v1/courses"));
+    // Large bodies are decoded on another thread, and the only one is busy until the sign-out.
+    canvas.plan(
+        test::coursePath(2, "enrollments"), {{.body = "[" + QByteArray(1 << 20, ' ') + "]"}});
+    QThreadPool &threads = *QThreadPool::globalInstance();
+    const int count = threads.maxThreadCount();
+    threads.setMaxThreadCount(1);
+    QSemaphore signedOut;
+    threads.start([&] { signedOut.acquire(); });
     controller.refresh();
-    ASSERT_TRUE(until([&] { return asked(QStringLiteral("/api/v1/courses")) == 1; }));
+    const bool isReceived = until([&] {
+        return asked(test::coursePath(2, "enrollments")) == 1 &&
+            core.session.requestLimiter().inFlight() == 0;
+    });
     static_cast<void>(runToEnd(core.check.signOut()));
-    EXPECT_EQ(controller.status(), "Not connected");
-    EXPECT_EQ(controller.roster().state, RosterView::State::notConnected);
-    EXPECT_EQ(controller.levels(1), std::nullopt);
-    EXPECT_TRUE(controller.courses().isEmpty()) << "at once, although the list is still being read";
-    canvas.release();
-    ASSERT_TRUE(untilQuiet());
-    EXPECT_EQ(canvas.requests.size(), 1U);
+    signedOut.release();
+    threads.waitForDone();
+    threads.setMaxThreadCount(count);
+    ASSERT_TRUE(isReceived);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(controller.levels(2), std::nullopt);
 }
 
 TEST_F(RefreshTest, WakingUpMonthsLaterUsesTheTermsOfThatDay) {

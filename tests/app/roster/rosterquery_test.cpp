@@ -32,7 +32,10 @@ RosterView someRoster() {
     rows[2].reasonLines = {missing};
     rows[0].sortableName = "Adams, Zoe";
     rows[5].sortableName = "Zed, Ana";
+    rows[3].courseID = 8;
+    rows[3].courseName = "Calculus";
     RosterView view{.state = RosterView::State::shown, .courseID = 7, .rows = std::move(rows)};
+    view.courseCodes = {{7, "SCI 2"}, {8, "MAT 1"}};
     view.movement = {
         {.studentID = 2,
          .courseID = 7,
@@ -47,6 +50,8 @@ RosterView someRoster() {
         .levelThen = RecordedLevel(RiskLevel::watch),
         .levelNow = RiskLevel::watch,
         .daysSince = 8};
+    view.outreach[{8, 4}] = {.contactedAt = test::noon - std::chrono::days(1)};
+    view.outreach[{7, 6}] = {.contactedAt = test::noon - std::chrono::days(2)};
     return view;
 }
 
@@ -85,6 +90,7 @@ TEST(RosterQuery, FindsNamesLevelsCoursesAndAssignmentsButNotSentences) {
              {"emile", {2}, {2}},
              {"watch", {2}, {2}},
              {"biology ana", {3, 6}, {3, 6}}, // nobody flagged, so the others are searched
+             {"mat", {4}, {4}},               // the code of the course
              {"homework 5", {2}, {2, 3}},
              {"essay homework", {2}, {2}},
              {"assignments", {}, {}}, // a word of the sentences
@@ -118,9 +124,10 @@ TEST(RosterQuery, SortsEqualRowsInTheRostersOrder) {
          std::vector<std::tuple<RosterSort, std::vector<std::int64_t>, std::vector<std::int64_t>>>{
              {RosterSort::worstFirst, {1, 2, 3, 4, 5, 6}, {1, 2, 3, 4, 5, 6}},
              {RosterSort::level, {1, 2, 3, 4, 5, 6}, {6, 5, 4, 3, 2, 1}},
+             {RosterSort::course, {4, 1, 2, 3, 5, 6}, {1, 2, 3, 5, 6, 4}},
              {RosterSort::score, {1, 2, 3, 5, 6, 4}, {4, 6, 5, 2, 3, 1}},
              {RosterSort::lastActive, {2, 4, 5, 6, 3, 1}, {1, 3, 2, 4, 5, 6}},
-             {RosterSort::contacted, {2, 1, 3, 4, 5, 6}, {1, 3, 4, 5, 6, 2}}}) {
+             {RosterSort::contacted, {2, 6, 4, 1, 3, 5}, {1, 3, 5, 4, 6, 2}}}) {
         RosterQuery query{.chip = RosterChip::everyone, .sort = sort};
         EXPECT_EQ(ids(rows, rows.shown(query)), ascending) << sortedByText(query);
         query.descending = true;
@@ -131,6 +138,7 @@ TEST(RosterQuery, SortsEqualRowsInTheRostersOrder) {
         ids(rows, rows.shown({.chip = RosterChip::everyone, .sort = RosterSort::student}));
     const auto place = [&](std::int64_t id) { return std::ranges::find(byName, id); };
     EXPECT_LT(place(1), place(3)) << "Adams before Ana";
+    EXPECT_LT(place(3), place(2)) << "Ana before Émile";
 }
 
 TEST(RosterQuery, RevealsHiddenStudents) {

@@ -205,6 +205,10 @@ TEST_F(HistoryTest, CopiesSetAsideGoWithTheHistory) {
     history.deleteAll();
     EXPECT_FALSE(files::hasSetAside(file));
     EXPECT_FALSE(std::filesystem::exists(atDelete));
+    // Of a first save, with nothing else to delete.
+    const auto alone = unfinished();
+    history.deleteAll();
+    EXPECT_FALSE(std::filesystem::exists(alone));
     // A file that breaks while it is open is set aside as well.
     history.record({row(4, "OK")}, 8, noon);
     write("broken");

@@ -32,6 +32,9 @@ TEST(Stores, AtStartTheValueInEffectDecides) {
             stores.contacts.noteContact(7, 1, noon);
         }
         folder.write("RosterHistory.unreadable-1790251200.json", "old");
+        // Of a store without a file.
+        const test::TemporaryFolder copies;
+        const fs::path copy = copies.write("ContactLog.unreadable-1790251200.json", "old");
         PreferenceMap arguments;
         for (const auto *key :
              {&preferences::rememberRosterHistory, &preferences::rememberContacts}) {
@@ -44,6 +47,8 @@ TEST(Stores, AtStartTheValueInEffectDecides) {
         for (const char *name :
              {"RosterHistory.json", "ContactLog.json", "RosterHistory.unreadable-1790251200.json"})
             EXPECT_EQ(fs::exists(folder.path() / name), !deletes) << name;
+        const Stores others(defaults, copies.path(), noonClock);
+        EXPECT_EQ(fs::exists(copy), !deletes);
         EXPECT_EQ(stores.history.entries().empty(), deletes);
         EXPECT_EQ(stores.contacts.records().empty(), deletes);
     }

@@ -130,6 +130,8 @@ TEST_F(SyncServiceTest, PushesAtTheEndWhatWasChangedInTheLastSecond) {
 
 TEST_F(SyncServiceTest, RemovingSwitchesOffAndKeepsWhatIsHere) {
     switchOn();
+    trends->publish(7, 3, test::noon);
+    ASSERT_TRUE(until([&] { return has("Trend.7"); }));
     fs::rename(folder, home.path() / "Away");
     service->removeSyncedSettings();
     ASSERT_TRUE(statusBecomes("The synced settings could not be removed."));
@@ -140,6 +142,7 @@ TEST_F(SyncServiceTest, RemovingSwitchesOffAndKeepsWhatIsHere) {
     ASSERT_TRUE(statusBecomes("Removed the synced settings from the folder.")) << service->status();
     EXPECT_FALSE(defaults->value(preferences::syncSettings));
     EXPECT_FALSE(has("TextScale"));
+    EXPECT_TRUE(has("Trend.7")) << "it is no setting";
     EXPECT_EQ(defaults->value(preferences::textScale), 1.5);
     EXPECT_THAT(removalWarning(), HasSubstr("lose theirs"));
 }

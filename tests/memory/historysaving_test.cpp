@@ -79,6 +79,10 @@ TEST_F(BackgroundTest, KeepsWhatAnotherProcessSaved) {
     history->record({row(3, "OK")}, 200, noon);
     EXPECT_TRUE(hasSaved(1)) << "entries deleted by another process must not come back";
     EXPECT_TRUE(test::until([&] { return history->entries() == savedEntries(); }));
+    write("broken");
+    history->record({row(3, "OK")}, 201, noon);
+    EXPECT_TRUE(test::until([&] { return files::hasSetAside(file); }));
+    EXPECT_TRUE(hasSaved(2)) << "a damaged file does not clear what is in memory";
 }
 
 TEST_F(BackgroundTest, ReportsAFailureAndSavesLater) {

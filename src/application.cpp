@@ -4,6 +4,7 @@
 #include "app/shell/appdelegate.h"
 #include "app/sync/syncservice.h"
 #include "app/updates/updater.h"
+#include "base/heap.h"
 #include "canvas/connectioncheck.h"
 #include "generated/version.h"
 #include "net/reachability.h"
@@ -137,6 +138,11 @@ Application::Application(ApplicationEnvironment environment, ApplicationService 
         &o.statusItem, &StatusItem::refreshRequested, &o.controller,
         &MainWindowController::refresh);
     QObject::connect(&o.statusItem, &StatusItem::quitRequested, &o.shell, [&o] { o.quit(); });
+    // A pass replaces the records of all courses. Otherwise the free memory that it leaves between
+    // those that remain would add up over a day of passes.
+    QObject::connect(
+        &o.controller, &MainWindowController::passDidEnd, &o.controller, [] { returnFreeMemory(); },
+        Qt::QueuedConnection);
 }
 
 Application::~Application() = default;

@@ -14,4 +14,10 @@ void returnLargeBlocks() {
 #endif
 }
 
+void returnFreeMemory() {
+#ifdef __GLIBC__
+    ::malloc_trim(0);
+#endif
+}
+
 } // namespace ellwynd

@@ -1,4 +1,4 @@
-// How the C library's heap treats large blocks.
+// How the C library's heap uses the system's memory.
 #pragma once
 
 namespace ellwynd {
@@ -7,5 +7,9 @@ namespace ellwynd {
 /// keep such blocks after the first is freed, so that a process stays as large as its largest file,
 /// once for each thread. Called once at the start of a process, before other threads.
 void returnLargeBlocks();
+
+/// Returns the free memory between the smaller blocks of all threads to the system. Takes some
+/// milliseconds for a hundred megabytes.
+void returnFreeMemory();
 
 } // namespace ellwynd

@@ -19,6 +19,7 @@
 #include "ui/support/fontpreparation.h"
 
 #include <QApplication>
+#include <QThreadPool>
 #include <QTimer>
 
 namespace ellwynd {
@@ -139,10 +140,14 @@ Application::Application(ApplicationEnvironment environment, ApplicationService 
         &MainWindowController::refresh);
     QObject::connect(&o.statusItem, &StatusItem::quitRequested, &o.shell, [&o] { o.quit(); });
     // A pass replaces the records of all courses. Otherwise the free memory that it leaves between
-    // those that remain would add up over a day of passes.
-    QObject::connect(
-        &o.controller, &MainWindowController::passDidEnd, &o.controller, [] { returnFreeMemory(); },
-        Qt::QueuedConnection);
+    // those that remain would add up over a day of passes. A moment later the old records have been
+    // released, and what the pass changed has been saved.
+    static constexpr std::chrono::milliseconds afterPass{300};
+    QObject::connect(&o.controller, &MainWindowController::passDidEnd, &o.controller, [&o] {
+        QTimer::singleShot(afterPass, &o.controller, [] {
+            QThreadPool::globalInstance()->start(returnFreeMemory);
+        });
+    });
 }
 
 Application::~Application() = default;

@@ -72,6 +72,13 @@ MainWindowController::MainWindowController(
             scheduler.send({.kind = Event::Kind::rosterCached, .cachedAt = cachedAt});
         Q_EMIT coursesDidChange();
     });
+    connect(&stores.contacts, &ContactLog::contactsDidChange, this, [this] {
+        // The dashboard's list does not wait: the next key applies to the next student.
+        if (selection() == Selection(DashboardSelection{}))
+            passController.rebuildDashboard();
+        else
+            passController.rebuildSoon();
+    });
     connect(&passController, &PassController::passDidEnd, this, &Self::passEnded);
     connect(&unsavedChanges, &UnsavedChanges::noteDidChange, this, &Self::statusDidChange);
     widgetRefreshTimer.setTimerType(Qt::CoarseTimer);

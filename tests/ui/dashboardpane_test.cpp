@@ -46,6 +46,7 @@ TEST_F(DashboardPaneTest, ShowsWhatChangedWhileAnotherPaneWasShown) {
     const auto &rows = controller.roster().rows;
     controller.actions().markContacted({*std::ranges::find(rows, "Jordan", &RiskRow::name)});
     controller.select(DashboardSelection{});
+    QApplication::processEvents();
     EXPECT_THAT(text(0), AllOf(StartsWith("Jordan"), Not(HasSubstr("awaiting"))));
 }
 

@@ -24,8 +24,6 @@ PassController::PassController(
     connect(&pass, &ScoringPass::passDidEnd, this, &PassController::forgetOldSummaries);
     connect(&pass, &ScoringPass::passDidEnd, this, &PassController::passDidEnd);
     connect(&stores.history, &RosterHistory::historyDidChange, this, &PassController::rebuildSoon);
-    connect(
-        &stores.contacts, &ContactLog::contactsDidChange, this, &PassController::rebuildDashboard);
     connect(&trends, &TrendSync::trendCountsDidSync, this, &PassController::rebuildSoon);
 }
 

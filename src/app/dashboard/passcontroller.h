@@ -39,6 +39,9 @@ class PassController : public QObject {
     void rescore();
     /// Rebuilds the cards from the same scored courses.
     void rebuildDashboard();
+    /// The same when control is back in the event loop, so that several changes, such as a visit
+    /// and its levels, are one.
+    void rebuildSoon();
 
     [[nodiscard]] Dashboard &dashboard() { return dashboardModel; }
     /// When the last pass started; absent before the first.
@@ -50,10 +53,6 @@ class PassController : public QObject {
     void passDidEnd(ellwynd::PassResult result);
 
   private:
-    /// Rebuilds the cards when control is back in the event loop, so that several changes, such as
-    /// a visit and its levels, are one. Changes of contacts do not wait: the next key applies to
-    /// the next student.
-    void rebuildSoon();
     void termDidChange(std::int64_t termID);
     void rebuildTerm(std::int64_t termID);
     void forgetOldSummaries();

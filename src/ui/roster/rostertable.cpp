@@ -138,6 +138,7 @@ SharedList<RiskRow> RosterTable::selectedRows() const {
                 positions.insert(positions.end(), row);
         }
         std::vector<RiskRow> rows;
+        rows.reserve(positions.size());
         for (const int row : positions) {
             if (!model->isFold(row))
                 rows.push_back(model->row(row));

@@ -31,9 +31,12 @@ constexpr std::array captionFonts{
 };
 
 const QString letters = QStringLiteral("a 1");
-/// An emoji among letters, and a script that is in fonts of its own: few fonts have either. Each
-/// script of a text is looked up separately.
-const std::array<QString, 2> samples{QStringLiteral("a\U0001f98a"), QStringLiteral("\u5c71")};
+/// Characters that few fonts have. Each script of a text is looked for separately, in one font after
+/// the other. A danda and a clef belong to the same script as an emoji, and are found
+/// before it, so that the search for the emoji takes several short steps.
+const std::array<QString, 4> samples{
+    QStringLiteral("a\u0964"), QStringLiteral("a\U0001d11e"), QStringLiteral("a\U0001f98a"),
+    QStringLiteral("\u5c71")};
 
 } // namespace
 

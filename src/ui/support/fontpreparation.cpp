@@ -31,9 +31,9 @@ constexpr std::array captionFonts{
 };
 
 const QString letters = QStringLiteral("a 1");
-/// Characters that few fonts have. Each script of a text is looked for separately, in one font after
-/// the other. A danda and a clef belong to the same script as an emoji, and are found
-/// before it, so that the search for the emoji takes several short steps.
+/// Characters that few fonts have. Each script of a text is looked for separately, in one font
+/// after the other. A danda and a clef belong to the same script as an emoji, and are found before
+/// it, so that the search for the emoji takes several short steps.
 const std::array<QString, 4> samples{
     QStringLiteral("a\u0964"), QStringLiteral("a\U0001d11e"), QStringLiteral("a\U0001f98a"),
     QStringLiteral("\u5c71")};

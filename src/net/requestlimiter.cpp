@@ -1,8 +1,20 @@
 #include "net/requestlimiter.h"
 
-#include <QTimer>
+#include <QCoreApplication>
+#include <QEvent>
 
 namespace ellwynd {
+
+namespace {
+
+class Admission : public QEvent {
+  public:
+    explicit Admission(std::coroutine_handle<> waiter) : QEvent(User), waiter(waiter) {}
+
+    std::coroutine_handle<> waiter;
+};
+
+} // namespace
 
 bool RequestLimiter::tryAcquire() {
     if (active >= limit || !foreground.empty() || !background.empty())
@@ -27,9 +39,14 @@ void RequestLimiter::admit() {
         Waiters &waiting = foreground.empty() ? background : foreground;
         const auto next = waiting.front();
         waiting.pop_front();
-        // Through the event loop, so that the waiter does not run inside the releasing frame.
-        QTimer::singleShot(0, [next] { next.resume(); });
+        // Through the event loop, so that the waiter does not run inside the releasing frame, but
+        // before other responses that have arrived are read: the server should not be idle.
+        QCoreApplication::postEvent(this, new Admission(next), Qt::HighEventPriority);
     }
+}
+
+void RequestLimiter::customEvent(QEvent *event) {
+    static_cast<Admission *>(event)->waiter.resume();
 }
 
 } // namespace ellwynd

@@ -3,6 +3,8 @@
 
 #include "net/requestpriority.h"
 
+#include <QObject>
+
 #include <coroutine>
 #include <deque>
 #include <utility>
@@ -12,7 +14,7 @@ namespace ellwynd {
 /// Grants permits, at most `limit` at a time. Waiters in the foreground are admitted before those
 /// in the background, and otherwise first in, first out. Must outlive its permits and its waiters.
 /// Used on the main thread.
-class RequestLimiter {
+class RequestLimiter : public QObject {
   public:
     /// The right to have one request in flight; released on destruction.
     class Permit {
@@ -48,6 +50,10 @@ class RequestLimiter {
     /// A lower limit takes effect as permits are released.
     void setLimit(int newLimit);
     [[nodiscard]] int inFlight() const { return active; }
+
+  protected:
+    /// Resumes an admitted waiter.
+    void customEvent(QEvent *event) override;
 
   private:
     using Waiters = std::deque<std::coroutine_handle<>>;

@@ -1,12 +1,10 @@
 // A scoring pass over HTTPS with a latency of 50 ms: ten courses of 120 students and 40
 // assignments, or, after the number of passes, others: pass_bench 1 40 200 60. Reports wall time
-// relative to its lower bound, the client's CPU time and memory, and the longest time for which the
-// main thread did not return to its event loop.
+// relative to its lower bound, and the client's CPU time and memory.
 #include "app/mainwindowcontroller.h"
 #include "base/heap.h"
 #include "base/log.h"
 #include "canvas/tokenstore.h"
-#include "measuredapplication.h"
 #include "servedcanvas.h"
 #include "support/memorysecrets.h"
 
@@ -24,8 +22,6 @@ namespace {
 
 using namespace ellwynd;
 using std::chrono::steady_clock;
-
-using MeasuredApplication = bench::MeasuredApplication<QCoreApplication>;
 
 bench::ServedShape shape{.courses = 10};
 
@@ -56,7 +52,6 @@ void scoreAllCourses(benchmark::State &state) {
         complete = whole;
         loop.quit();
     });
-    MeasuredApplication::takeLongestStep();
     std::vector<double> walls;
     for (auto _ : state) {
         begin = {};
@@ -76,7 +71,6 @@ void scoreAllCourses(benchmark::State &state) {
     state.counters["bound_s"] = bound.count();
     state.counters["ratio"] = walls[walls.size() / 2] / bound.count();
     state.counters["peak_MB"] = bench::peakResidentMemory() / 1e6;
-    state.counters["longest_step_ms"] = MeasuredApplication::takeLongestStep();
 }
 
 } // namespace
@@ -84,7 +78,7 @@ void scoreAllCourses(benchmark::State &state) {
 int main(int argc, char **argv) {
     returnLargeBlocks();
     Log::setSink([](std::string_view, Log::Level, std::string_view) {});
-    const MeasuredApplication application(argc, argv);
+    const QCoreApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     // The number of passes of one process.
     const int passes = argc > 1 ? std::atoi(argv[1]) : 5;

@@ -106,9 +106,12 @@ FakeReply FakeCanvas::page(const FakeRequest &request) const {
     const auto pageSize = std::size_t(asked > 0 ? std::min(asked, 100) : 10);
     const std::size_t end = std::min(begin + pageSize, list.size());
     FakeReply reply{.body = "["};
-    for (std::size_t i = begin; i < end; ++i)
-        reply.body += (i > begin ? "," : "") + list[i];
-    reply.body += "]";
+    for (std::size_t i = begin; i < end; ++i) {
+        if (i > begin)
+            reply.body += ',';
+        reply.body += list[i];
+    }
+    reply.body += ']';
     const auto link = [&](std::size_t index, const char *relation) {
         QUrlQuery other = query;
         other.removeAllQueryItems("page");

@@ -173,7 +173,7 @@ std::string printed(const JSON &document) {
     return document.dump(2, ' ', false, JSON::error_handler_t::replace) + "\n";
 }
 
-std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout) {
+std::string rowsTable(const SharedList<RiskRow> &rows, const RowsLayout &layout) {
     const bool contacted = !layout.memory.outreach.empty();
     std::vector<Table::Column> columns{{"Level"}, {"Student"}};
     if (layout.withCourse)

@@ -5,7 +5,6 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include <span>
 
 namespace ellwynd::cli {
 
@@ -41,7 +40,7 @@ struct RowsLayout {
 };
 
 /// Rows as aligned columns, in their order. The contact column appears when any row has a contact.
-[[nodiscard]] std::string rowsTable(std::span<const RiskRow> rows, const RowsLayout &layout);
+[[nodiscard]] std::string rowsTable(const SharedList<RiskRow> &rows, const RowsLayout &layout);
 
 /// A course's heading, rows and most missed work as plain text.
 [[nodiscard]] std::string rosterText(const ScoredCourse &course, const RowsLayout &layout);

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <span>
 
 namespace ellwynd {
 
@@ -49,7 +48,7 @@ struct LevelCounts {
     }
 };
 
-[[nodiscard]] inline LevelCounts levelCounts(std::span<const RiskRow> rows) {
+[[nodiscard]] inline LevelCounts levelCounts(const SharedList<RiskRow> &rows) {
     LevelCounts counts;
     for (const RiskRow &row : rows)
         counts.add(row.level);

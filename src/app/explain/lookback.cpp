@@ -39,7 +39,7 @@ int lastSeverity(const LookBack::Row &row) {
 } // namespace
 
 LookBack lookBack(
-    std::int64_t courseID, std::span<const RiskRow> roster, const RosterHistory &history,
+    std::int64_t courseID, const SharedList<RiskRow> &roster, const RosterHistory &history,
     const ContactLog &contacts) {
     std::unordered_map<std::int64_t, Levels> levelsOf;
     std::set<Date> days;

@@ -5,7 +5,6 @@
 #include "memory/recordedlevel.h"
 #include "risk/riskrow.h"
 
-#include <span>
 
 namespace ellwynd {
 
@@ -35,7 +34,7 @@ struct LookBack {
 
 /// @param roster the course's rows as scored now, worst first.
 [[nodiscard]] LookBack lookBack(
-    std::int64_t courseID, std::span<const RiskRow> roster, const RosterHistory &history,
+    std::int64_t courseID, const SharedList<RiskRow> &roster, const RosterHistory &history,
     const ContactLog &contacts);
 
 /// "11 written to, 6 better within two weeks".

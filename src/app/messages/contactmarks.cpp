@@ -4,7 +4,7 @@
 
 namespace ellwynd {
 
-ContactChange noteContacts(ContactLog &contacts, std::span<const RiskRow> students, Date date) {
+ContactChange noteContacts(ContactLog &contacts, const SharedList<RiskRow> &students, Date date) {
     std::map<std::int64_t, std::vector<std::int64_t>> byCourse;
     for (const RiskRow &row : students)
         byCourse[row.courseID].push_back(row.id);

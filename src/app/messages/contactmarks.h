@@ -4,7 +4,6 @@
 #include "memory/contactlog.h"
 
 #include <functional>
-#include <span>
 
 namespace ellwynd {
 
@@ -14,6 +13,6 @@ using ClipboardWriter = std::function<bool(const std::string &text)>;
 
 /// Records a contact with each of the students, all at `date`.
 [[nodiscard]] ContactChange
-noteContacts(ContactLog &contacts, std::span<const RiskRow> students, Date date);
+noteContacts(ContactLog &contacts, const SharedList<RiskRow> &students, Date date);
 
 } // namespace ellwynd

@@ -111,7 +111,7 @@ std::string outcomeLabel(const OutreachOutcome &outcome) {
         (isAwaitingFollowUp(outcome) ? " — awaiting follow-up" : "");
 }
 
-std::string csv(std::span<const RiskRow> rows, const ExportSource &source) {
+std::string csv(const SharedList<RiskRow> &rows, const ExportSource &source) {
     std::string text = csvLine(exportHeaders(source.wholeTerm));
     for (const RiskRow &row : rows)
         text += csvLine(exportRow(row, source));
@@ -119,7 +119,7 @@ std::string csv(std::span<const RiskRow> rows, const ExportSource &source) {
 }
 
 std::string
-markdown(std::string_view title, std::span<const RiskRow> rows, const ExportSource &source) {
+markdown(std::string_view title, const SharedList<RiskRow> &rows, const ExportSource &source) {
     std::vector<std::string> headers = exportHeaders(source.wholeTerm);
     // A heading is one line.
     std::string text = fmt::format(
@@ -135,7 +135,7 @@ markdown(std::string_view title, std::span<const RiskRow> rows, const ExportSour
 }
 
 std::string exportText(
-    ExportFormat format, std::string_view title, std::span<const RiskRow> rows,
+    ExportFormat format, std::string_view title, const SharedList<RiskRow> &rows,
     const ExportSource &source) {
     return format == ExportFormat::csv ? csv(rows, source) : markdown(title, rows, source);
 }

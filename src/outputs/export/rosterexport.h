@@ -3,7 +3,6 @@
 
 #include "memory/outreach.h"
 
-#include <span>
 
 namespace ellwynd {
 
@@ -28,16 +27,16 @@ struct ExportSource {
 [[nodiscard]] std::string outcomeLabel(const OutreachOutcome &outcome);
 
 /// A header line and a line for each row, each ended by a line feed.
-[[nodiscard]] std::string csv(std::span<const RiskRow> rows, const ExportSource &source);
+[[nodiscard]] std::string csv(const SharedList<RiskRow> &rows, const ExportSource &source);
 
 /// A heading, the day of the export and a table.
 /// @param title the name of the course or of the term.
 [[nodiscard]] std::string
-markdown(std::string_view title, std::span<const RiskRow> rows, const ExportSource &source);
+markdown(std::string_view title, const SharedList<RiskRow> &rows, const ExportSource &source);
 
 /// The text in the given format.
 [[nodiscard]] std::string exportText(
-    ExportFormat format, std::string_view title, std::span<const RiskRow> rows,
+    ExportFormat format, std::string_view title, const SharedList<RiskRow> &rows,
     const ExportSource &source);
 
 /// The suggested file name: "Ellwynd — Bio 101- Lab-Field — 2026-09-24.csv".

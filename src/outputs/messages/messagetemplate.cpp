@@ -181,7 +181,7 @@ std::string fill(
 }
 
 std::string fillAll(
-    const MessageTemplate &message, std::span<const RiskRow> rows,
+    const MessageTemplate &message, const SharedList<RiskRow> &rows,
     const std::optional<std::string> &courseName,
     const std::function<double(std::int64_t courseID)> &passingScoreOf) {
     std::vector<std::string> messages;

@@ -8,7 +8,6 @@
 
 #include <array>
 #include <functional>
-#include <span>
 
 namespace ellwynd {
 
@@ -98,7 +97,7 @@ struct TextRange {
 /// The messages for several students in the order of their rows, separated by blank lines.
 /// @param passingScoreOf returns the passing score of a course, since rows may span courses.
 [[nodiscard]] std::string fillAll(
-    const MessageTemplate &message, std::span<const RiskRow> rows,
+    const MessageTemplate &message, const SharedList<RiskRow> &rows,
     const std::optional<std::string> &courseName,
     const std::function<double(std::int64_t courseID)> &passingScoreOf);
 

@@ -137,13 +137,13 @@ SharedList<RiskRow> RosterTable::selectedRows() const {
             for (int row = range.top(); row <= range.bottom(); ++row)
                 positions.insert(positions.end(), row);
         }
-        std::vector<RiskRow> rows;
+        std::vector<const RiskRow *> rows;
         rows.reserve(positions.size());
         for (const int row : positions) {
             if (!model->isFold(row))
-                rows.push_back(model->row(row));
+                rows.push_back(&model->row(row));
         }
-        selected = SharedList<RiskRow>::large(std::move(rows));
+        selected = SharedList<RiskRow>::ofElements(std::move(rows), {roster().rows()});
     }
     return *selected;
 }

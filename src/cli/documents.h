@@ -5,7 +5,6 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-
 namespace ellwynd::cli {
 
 using JSON = nlohmann::ordered_json;

@@ -38,8 +38,7 @@ JSON studentDocument(const RiskRow &row, const StudentHistory &history) {
 
 std::string
 studentText(const RiskRow &row, const StudentHistory &history, Date now, std::size_t columns) {
-    std::string text =
-        rowsTable({row}, {.now = now, .memory = {}, .columns = columns});
+    std::string text = rowsTable({row}, {.now = now, .memory = {}, .columns = columns});
     const auto paragraph = [&text](const std::string &sentence) {
         text += fmt::format("\n{}\n", terminalText(sentence));
     };

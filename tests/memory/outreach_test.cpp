@@ -52,20 +52,27 @@ TEST_F(ContactsTest, KeepsOneRecordPerStudentAndCourse) {
 }
 
 TEST_F(ContactsTest, DropsOldContactsAndIgnoresUnreadableFiles) {
-    // The oldest contact that is kept, and one that is a second older.
-    write(R"([{"courseID":1,"studentID":1,"contactedAt":780408000},
-              {"courseID":2,"studentID":1,"contactedAt":780407999},
-              {"courseID":900000,"studentID":1,"contactedAt":810216000}])");
-    EXPECT_THAT(open().records(), ElementsAre(ContactRecord{1, 1, noon - days(365)}));
-    EXPECT_EQ(std::ranges::count(saved(), '{'), 1) << "saved at once";
+    // The oldest contact that is kept, with one that is a second older or of the sample college.
+    for (const char *dropped :
+         {R"({"courseID":2,"studentID":1,"contactedAt":780407999})",
+          R"({"courseID":900000,"studentID":1,"contactedAt":810216000})"}) {
+        write(
+            R"([{"courseID":1,"studentID":1,"contactedAt":780408000},)" + std::string(dropped) +
+            "]");
+        EXPECT_THAT(open().records(), ElementsAre(ContactRecord{1, 1, noon - days(365)}));
+        EXPECT_EQ(std::ranges::count(saved(), '{'), 1) << "saved at once";
+    }
 
-    for (const char *bytes : {"", R"([{"courseID":1,"studentID":1,"contactedAt":"2026"}])"}) {
+    for (const auto &[bytes, problem] : std::vector<std::pair<const char *, const char *>>{
+             {"", "The file is empty."},
+             {R"([{"courseID":1,"studentID":1,"contactedAt":"2026"}])",
+              "Entry 0: contactedAt has another type."}}) {
         write(bytes);
         test::LogCapture::lines().clear();
         EXPECT_TRUE(open().records().empty()) << bytes;
         EXPECT_THAT(
             test::LogCapture::lines(),
-            ElementsAre(testing::StartsWith("contacts: Couldn't read the contact log: ")));
+            ElementsAre(std::string("contacts: Couldn't read the contact log: ") + problem));
         EXPECT_EQ(saved(), bytes) << "left in place until the next save";
     }
     std::filesystem::resize_file(file, (std::uintmax_t{64} << 20) + 1);
@@ -77,12 +84,14 @@ TEST_F(ContactsTest, DropsOldContactsAndIgnoresUnreadableFiles) {
 }
 
 TEST_F(ContactsTest, ANumberOutOfRangeCostsItsRecord) {
-    write(R"([{"courseID":7,"studentID":1,"contactedAt":1e999},
+    const std::string text = R"([{"courseID":7,"studentID":1,"contactedAt":1e999},
               {"courseID":7,"studentID":3,"contactedAt":300000000000},
               {"courseID":18446744073709551615,"studentID":4,"contactedAt":810216000},
               {"courseID":7,"studentID":1e999,"contactedAt":810216000},
-              {"courseID":7,"studentID":5,"contactedAt":810216000,"ofALaterVersion":1}])");
+              {"courseID":7,"studentID":5,"contactedAt":810216000,"ofALaterVersion":1}])";
+    write(text);
     EXPECT_THAT(open().records(), ElementsAre(ContactRecord{7, 5, at("2026-09-04T12:00:00Z")}));
+    EXPECT_EQ(saved(), text) << "left in place until the next save";
     EXPECT_THAT(test::LogCapture::lines(), testing::IsEmpty());
 }
 

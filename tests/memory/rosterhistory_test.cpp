@@ -93,6 +93,7 @@ TEST_F(HistoryTest, SetsAnUnreadableFileAside) {
              {"", "The file is empty."},
              {"{}", "Expected an array."},
              {"[" + entryWith("courseID", "7"), ""},
+             {"[" + entryWith("courseID", "7") + ",", ""},
              {"[7]", "Entry 0: the entry has another type."},
              {with("level", "1"), "Entry 0: level has another type."},
              {with("level", "\"OK\",\"x\":"), ""},

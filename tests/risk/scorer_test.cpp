@@ -212,6 +212,7 @@ TEST(Scorer, TimeInCourseCountsBelowHalfTheMedian) {
              {18'000, 0, ""},
              {14'400, 0.04, ""},
              {14'399, 0.2 * 2 * (0.5 - 14'399 / 36'000.0), "Low time in course (4h vs 10h median)"},
+             {9'000, 0.1, "Low time in course (3h vs 10h median)"},
              {0, 0.2, "Low time in course (0h vs 10h median)"},
              {-3'600, 0.2, "Low time in course (-1h vs 10h median)"},
              {std::nullopt, 0.2, "Low time in course (0h vs 10h median)"}}) {

@@ -5,7 +5,6 @@
 #include "memory/recordedlevel.h"
 #include "risk/riskrow.h"
 
-
 namespace ellwynd {
 
 /// A grid of students and recorded days, and what came of the teacher's messages.

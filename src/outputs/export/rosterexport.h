@@ -3,7 +3,6 @@
 
 #include "memory/outreach.h"
 
-
 namespace ellwynd {
 
 enum class ExportFormat { csv, markdown };

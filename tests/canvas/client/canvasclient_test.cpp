@@ -312,7 +312,7 @@ TEST_F(CanvasClientTest, SendsTheTokenToOneOriginOnly) {
     canvas.plan(coursesPath, {pageBefore("https://local host/api/v1/courses")});
     EXPECT_EQ(readCourses().cutShort, CutShort::unreadableLink);
     for (const std::string &address : {other.address() + "/", "http://localhost:" + port + "/"}) {
-        for (const int status : {301, 302, 307, 308}) {
+        for (const int status : {300, 301, 302, 307, 308}) {
             canvas.plan(
                 coursesPath,
                 {{.status = status,
@@ -321,6 +321,8 @@ TEST_F(CanvasClientTest, SendsTheTokenToOneOriginOnly) {
             EXPECT_EQ(failureOf(client()), CanvasError::unexpectedStatus(status, std::nullopt));
         }
     }
+    canvas.plan(coursesPath, {{.status = 299}});
+    EXPECT_TRUE(readCourses().records.empty());
     EXPECT_TRUE(other.requests.empty());
     EXPECT_FALSE(plain.hasPendingConnections());
     EXPECT_THAT(logged, testing::Each(testing::Not(HasSubstr("secret-token"))));

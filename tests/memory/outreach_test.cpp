@@ -381,6 +381,12 @@ TEST_F(TrendSyncTest, SignalsOtherMachinesCounts) {
     there.update({{"Trend.12", "{ }"}});
     here.synchronize();
     EXPECT_EQ(signalled, 1);
+    SyncedFolder second{cloud, queue, {}};
+    trends.setStore(&second);
+    trends.start();
+    second.synchronize();
+    EXPECT_EQ(signalled, 2);
+    trends.setStore(nullptr);
 }
 
 TEST_F(TrendSyncTest, GivesUpInAFullStore) {

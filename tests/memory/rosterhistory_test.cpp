@@ -38,6 +38,7 @@ TEST_F(HistoryTest, ALaterVisitOfTheDayReplacesTheEarlier) {
     history.record({row(1, "Concern")}, 7, nextDay);
     history.record({row(1, "Watch")}, 7, yesterday);
     history.record({row(1, "Watch"), row(2, "OK")}, 7, midnight);
+    history.record({row(1, "Concern")}, 8, noon);
     history.record({row(1, "OK")}, 8, midnight);
     const std::uint64_t ofSeven = history.revision(7);
     const std::uint64_t ofEight = history.revision(8);
@@ -301,6 +302,8 @@ TEST_F(HistoryTest, SwitchingOffDeletesEntriesAndStopsRecording) {
     int signalled = 0;
     QObject::connect(&history, &RosterHistory::historyDidChange, &history, [&] { ++signalled; });
     history.record({row(1, "Watch")}, 7, noon);
+    defaults.set(preferences::rememberRosterHistory, true);
+    EXPECT_FALSE(history.entries().empty());
     defaults.set(preferences::rememberRosterHistory, false);
     EXPECT_TRUE(history.entries().empty());
     EXPECT_FALSE(std::filesystem::exists(file));

@@ -69,6 +69,21 @@ TEST(Decoding, ReadsEveryMember) {
     EXPECT_TRUE(decodeSubmissions(" [ ] \n").empty());
 }
 
+TEST(DecodingDeathTest, KeepsTheNamesOfAThousandOtherStates) {
+    // In a process of its own, since names that were read stay.
+    const auto readMany = [] {
+        const auto isNamed = [](int number) {
+            const std::string name = "state " + std::to_string(number);
+            return WorkflowState(name).name() == name;
+        };
+        int named = 0;
+        while (named < 2000 && isNamed(named))
+            ++named;
+        std::_Exit(named > 900 && named <= 1000 && isNamed(0) ? 0 : 1);
+    };
+    EXPECT_EXIT(readMany(), testing::ExitedWithCode(0), "");
+}
+
 TEST(Decoding, IntegersMayBeWrittenAsReals) {
     for (const auto &[json, id] : std::vector<std::pair<std::string, std::int64_t>>{
              {R"({"id": 5.0})", 5},

@@ -86,6 +86,7 @@ TEST_F(WidgetSnapshotTest, ClearingDeletesBothFiles) {
         files::replace(container / name, "{}");
     writer.clear();
     EXPECT_THAT(errors.back(), StartsWith("widgets: Widget snapshot failed: WidgetSnapshotV2"));
+    EXPECT_EQ(std::ranges::count(test::LogCapture::lines(), "widgets: Widget snapshot cleared"), 2);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(container), {}), 1);
     EXPECT_EQ(reloads, 4);
 }

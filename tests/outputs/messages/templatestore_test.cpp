@@ -225,6 +225,7 @@ TEST_F(TemplateStoreTest, UnsavedChangesAreSavedLater) {
     int changes = 0;
     QObject::connect(&store, &TemplateStore::templatesDidChange, &store, [&] { ++changes; });
     store.saveUnsaved();
+    EXPECT_EQ(changes, 1);
     store.saveUnsaved();
     EXPECT_EQ(changes, 1) << "there was something to save only once";
     EXPECT_TRUE(store.isSaved());

@@ -9,10 +9,8 @@ namespace ellwynd {
 
 void returnLargeBlocks() {
 #ifdef __GLIBC__
-    constexpr int megabyte = 1024 * 1024;
-    ::mallopt(M_MMAP_THRESHOLD, megabyte);
-    // The usual 128 KB would be returned and asked for again with each page of records.
-    ::mallopt(M_TRIM_THRESHOLD, 4 * megabyte);
+    constexpr int threshold = 1024 * 1024;
+    ::mallopt(M_MMAP_THRESHOLD, threshold);
 #endif
 }
 

@@ -52,8 +52,13 @@ std::optional<std::string> withoutLargeIntegers(const std::string &json) {
 template<class Root>
 Root decode(const std::string &json, std::string_view what) {
     const std::string subject(what);
-    dom::parser parser;
-    if (parser.allocate(json.size(), maxNesting))
+    // The memory of one parser serves all pages of usual size.
+    constexpr std::size_t usualSize = std::size_t{256} * 1024;
+    thread_local dom::parser usual;
+    dom::parser large;
+    dom::parser &parser = json.size() > usualSize ? large : usual;
+    if (parser.capacity() < json.size() &&
+        parser.allocate(std::max(json.size(), usualSize), maxNesting))
         throw DecodingError(subject + ": it is too large");
     dom::element root;
     auto error = parser.parse(json).get(root);

@@ -67,6 +67,9 @@ TEST(Decoding, ReadsEveryMember) {
           {WorkflowState::pendingReview, "pending_review"}})
         EXPECT_EQ(state.name(), name);
     EXPECT_TRUE(decodeSubmissions(" [ ] \n").empty());
+    EXPECT_EQ(
+        decodeCourses(R"([{"id": 5, "name": "Bio", "name": null}])"), std::vector{Course{.id = 5}})
+        << "of a member given twice the last counts";
 }
 
 TEST(DecodingDeathTest, KeepsTheNamesOfAThousandOtherStates) {

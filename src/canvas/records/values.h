@@ -97,6 +97,7 @@ void decodeRecord(const simdjson::dom::element &value, Record &into) {
             continue;
         const std::string_view name = item.key();
         const auto tryField = [&]<std::size_t index>() {
+            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): the fields are constants.
             constexpr auto &field = std::get<index>(fields);
             // Faster than comparing with ==, since the length is known to the compiler.
             if (name.size() != field.key.size() ||
@@ -112,6 +113,7 @@ void decodeRecord(const simdjson::dom::element &value, Record &into) {
         (indices);
     }
     const auto check = [&]<std::size_t index>() {
+        // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage)
         constexpr auto &field = std::get<index>(fields);
         if (field.required && (seen & (1U << index)) == 0)
             fail(field.key, "is missing");

@@ -47,18 +47,21 @@ std::optional<std::string> withoutLargeIntegers(const std::string &json) {
     return result.append(json, copied);
 }
 
+/// Keeps the memory of a parser for pages of usual size, and makes one for each larger page.
+dom::parser &parserFor(std::size_t size, std::optional<dom::parser> &large) {
+    constexpr std::size_t usualSize = std::size_t{256} * 1024;
+    thread_local dom::parser usual;
+    return size > usualSize ? large.emplace() : usual;
+}
+
 /// Parses a text and decodes its root.
 /// @param what begins the error message.
 template<class Root>
 Root decode(const std::string &json, std::string_view what) {
     const std::string subject(what);
-    // The memory of one parser serves all pages of usual size.
-    constexpr std::size_t usualSize = std::size_t{256} * 1024;
-    thread_local dom::parser usual;
-    dom::parser large;
-    dom::parser &parser = json.size() > usualSize ? large : usual;
-    if (parser.capacity() < json.size() &&
-        parser.allocate(std::max(json.size(), usualSize), maxNesting))
+    std::optional<dom::parser> large;
+    dom::parser &parser = parserFor(json.size(), large);
+    if (parser.capacity() < json.size() && parser.allocate(json.size(), maxNesting))
         throw DecodingError(subject + ": it is too large");
     dom::element root;
     auto error = parser.parse(json).get(root);

@@ -124,8 +124,11 @@ QCoro::Task<ListRead<Record>> fetchAll(Connection connection, Endpoint<Record> e
             std::make_move_iterator(records.end()));
 
         const auto next = nextLink(response.header("Link"));
-        if (!next)
+        if (!next) {
+            // Kept as long as the course is shown.
+            result.records.shrink_to_fit();
             co_return result;
+        }
         url = QUrl(QString::fromStdString(*next), QUrl::StrictMode);
         if (url.isEmpty() || !url.isValid()) {
             logger.error("The next page's address could not be read");

@@ -9,7 +9,7 @@ namespace ellwynd {
 
 void returnLargeBlocks() {
 #ifdef __GLIBC__
-    constexpr int threshold = 1024 * 1024;
+    constexpr int threshold = 512 * 1024;
     ::mallopt(M_MMAP_THRESHOLD, threshold);
 #endif
 }

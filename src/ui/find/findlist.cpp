@@ -83,7 +83,7 @@ class FindDelegate : public QStyledItemDelegate {
     }
 
   private:
-    [[nodiscard]] QFont titleFont() const { return appearance.font(1, QFont::Bold); }
+    [[nodiscard]] QFont titleFont() const { return appearance.font(1, QFont::DemiBold); }
     [[nodiscard]] int titleHeight() const { return QFontMetrics(titleFont()).height(); }
 
     /// Returns the left edge of what it has drawn.

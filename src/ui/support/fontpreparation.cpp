@@ -15,12 +15,13 @@ struct NameFont {
     QFont::Weight weight;
 };
 
-/// Those in which courses, assignments and students are named: first those of the cards, then those
-/// of lists and headings. Each takes up to a megabyte of memory.
+/// Those in which students are named: first those of lists, then that of the details. Each takes up
+/// to a megabyte of memory, so those that name only courses and assignments, where such characters
+/// are rare, are left out.
 constexpr std::array nameFonts{
-    NameFont{0.92, QFont::Normal}, NameFont{0.92, QFont::Medium}, NameFont{1, QFont::DemiBold},
-    NameFont{1, QFont::Bold},      NameFont{1, QFont::Normal},    NameFont{1, QFont::Medium},
-    NameFont{1.24, QFont::Bold},
+    NameFont{0.92, QFont::Medium},
+    NameFont{1, QFont::DemiBold},
+    NameFont{1, QFont::Normal},
 };
 
 /// Those of the captions and signs of a course, which have only letters and figures.

@@ -15,25 +15,14 @@ namespace {
 /// Sets the thresholds, the rows and the missed work of a course.
 void score(ScoredCourse &course, const CourseThresholds &thresholds) {
     const CourseRecords &records = *course.records;
-    const std::vector<Enrollment> roster = reduceToStudents(records.students);
-    // Canvas also returns the test student and people who have left the course.
-    std::unordered_set<std::int64_t> onRoster;
-    for (const Enrollment &student : roster)
-        onRoster.insert(student.userID);
-    std::vector<SubmissionSummary> submissions;
-    submissions.reserve(records.submissions.size());
-    std::ranges::copy_if(
-        records.submissions, std::back_inserter(submissions),
-        [&](const SubmissionSummary &submission) { return onRoster.contains(submission.userID); });
-
     const GradeWeighting &weighting = records.weighting;
     const std::string name = displayName(course.course);
     course.thresholds = thresholds;
     ScoredRoster scored = scoreRoster({
         .courseID = course.course.id,
         .courseName = name,
-        .enrollments = roster,
-        .submissions = submissions,
+        .enrollments = records.students,
+        .submissions = records.submissions,
         .passingScore = thresholds.passingScore,
         .inactivityDays = thresholds.inactivityDays,
         .termEndsAt = course.termEndsAt,
@@ -44,7 +33,8 @@ void score(ScoredCourse &course, const CourseThresholds &thresholds) {
     });
     course.rows = std::move(scored.rows);
     course.coverage = std::move(scored.coverage);
-    course.missedWork = missedWork(submissions, roster.size(), weighting.namesByAssignment);
+    course.missedWork =
+        missedWork(records.submissions, records.students.size(), weighting.namesByAssignment);
 }
 
 /// Awaits a read, and stops the others if it fails.
@@ -91,6 +81,15 @@ class Failures {
 ScoredCourse scoreCourse(
     Course course, std::vector<Enrollment> students, const std::vector<AssignmentGroup> &groups,
     std::vector<SubmissionSummary> submissions, const CourseThresholds &thresholds, Date now) {
+    students = reduceToStudents(students);
+    // Canvas also returns the test student and people who have left the course.
+    std::unordered_set<std::int64_t> onRoster;
+    for (const Enrollment &student : students)
+        onRoster.insert(student.userID);
+    std::erase_if(submissions, [&](const SubmissionSummary &submission) {
+        return !onRoster.contains(submission.userID);
+    });
+
     ScoredCourse scored;
     scored.records = std::make_shared<const CourseRecords>(CourseRecords{
         .students = std::move(students),

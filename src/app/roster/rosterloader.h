@@ -10,10 +10,11 @@
 
 namespace ellwynd {
 
-/// The records of one course as fetched: a student may have several enrollments, and there may be
-/// submissions of users who are not on the roster.
+/// What a course is scored from.
 struct CourseRecords {
+    /// The roster, with one enrollment for each student.
     std::vector<Enrollment> students;
+    /// Those of the students on the roster.
     std::vector<SubmissionSummary> submissions;
     GradeWeighting weighting;
 };
@@ -41,7 +42,8 @@ struct ScoredCourse {
 /// A scored course, shared by the cache, the roster on screen and the dashboard.
 using SharedCourse = std::shared_ptr<const ScoredCourse>;
 
-/// Scores fetched records.
+/// Scores fetched records: a student may have several enrollments, and there may be submissions of
+/// users who are not on the roster.
 /// @param now the time of the fetch.
 [[nodiscard]] ScoredCourse scoreCourse(
     Course course, std::vector<Enrollment> students, const std::vector<AssignmentGroup> &groups,

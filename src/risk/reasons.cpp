@@ -35,6 +35,7 @@ ReasonLine missingWorkReason(const ReasonFigures &figures) {
         line.text += percent < 1 ? " — under 1% of the grade"
                                  : fmt::format(" — {}% of the grade", whole(percent));
     }
+    line.links.reserve(count);
     for (const std::int64_t id : figures.missing)
         line.links.push_back(
             linkOver(line.text, AssignmentRef{id, assignmentName(figures.names, id)}));

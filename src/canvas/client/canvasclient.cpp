@@ -23,6 +23,9 @@ constexpr Log logger{"network"};
 /// The limit for an endless chain of pages: 30,000 records of one read.
 constexpr int maxPages = 300;
 
+/// Records of a large course: 200 students with 80 assignments.
+constexpr std::size_t largeList = 16'000;
+
 /// In bytes; a body of this size takes about a millisecond to decode.
 constexpr std::size_t largeBody = std::size_t{512} * 1024;
 
@@ -146,6 +149,10 @@ QCoro::Task<ListRead<Record>> fetchAll(Connection connection, Endpoint<Record> e
             result.cutShort = CutShort::pageLimit;
             co_return result;
         }
+        // Otherwise the list moves with each doubling, and what was freed is filled with values
+        // that are kept. Room that is never used takes no memory.
+        if (page == 1)
+            result.records.reserve(largeList);
     }
 }
 

@@ -136,8 +136,10 @@ ScoringPass::scoreOne(std::shared_ptr<Run> of, Course course, std::int64_t termI
     if (!isFresh) {
         try {
             auto loading = loadCourse(
-                of->source, std::move(course), defaults, now, of->stop.get_token(),
-                RequestPriority::background);
+                of->source, std::move(course), defaults, now,
+                {.stop = of->stop.get_token(),
+                 .priority = RequestPriority::background,
+                 .earlier = entry});
             ScoredCourse scored = co_await loading;
             scored.readAt = elapsed();
             entry = shareLarge(std::move(scored));

@@ -131,8 +131,10 @@ RosterController::readCourse(std::shared_ptr<CanvasReading> source, Course cours
     const QPointer<RosterController> self(this);
     Outcome outcome;
     try {
-        auto loading =
-            loadCourse(std::move(source), std::move(course), defaults, now, stopLoad.get_token());
+        SharedCourse earlier = rosterCache.find(course.id);
+        auto loading = loadCourse(
+            std::move(source), std::move(course), defaults, now,
+            {.stop = stopLoad.get_token(), .earlier = std::move(earlier)});
         ScoredCourse scored = co_await loading;
         scored.readAt = elapsed();
         outcome.course = shareLarge(std::move(scored));

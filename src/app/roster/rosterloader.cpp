@@ -6,14 +6,31 @@
 
 #include <algorithm>
 #include <exception>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace ellwynd {
 
 namespace {
 
+/// Lets rows share their reasons with the earlier rows of the same students where they are equal.
+/// What one reading after another leaves as it was then stays where it is in memory, so that
+/// replacing it does not leave more and more small gaps.
+void shareReasons(std::vector<RiskRow> &rows, const SharedList<RiskRow> &earlier) {
+    std::unordered_map<std::int64_t, const RiskRow *> earlierOf;
+    earlierOf.reserve(earlier.size());
+    for (const RiskRow &row : earlier)
+        earlierOf.emplace(row.id, &row);
+    for (RiskRow &row : rows) {
+        const auto found = earlierOf.find(row.id);
+        if (found != earlierOf.end() && found->second->reasonLines == row.reasonLines)
+            row.reasonLines = found->second->reasonLines;
+    }
+}
+
 /// Sets the thresholds, the rows and the missed work of a course.
-void score(ScoredCourse &course, const CourseThresholds &thresholds) {
+/// @param earlier the same course as scored before, or null.
+void score(ScoredCourse &course, const CourseThresholds &thresholds, const ScoredCourse *earlier) {
     const CourseRecords &records = *course.records;
     const GradeWeighting &weighting = records.weighting;
     const std::string name = displayName(course.course);
@@ -31,6 +48,8 @@ void score(ScoredCourse &course, const CourseThresholds &thresholds) {
         .names = weighting.namesByAssignment,
         .now = course.fetchedAt,
     });
+    if (earlier != nullptr)
+        shareReasons(scored.rows, earlier->rows);
     course.rows = std::move(scored.rows);
     course.coverage = std::move(scored.coverage);
     course.missedWork =
@@ -80,7 +99,8 @@ class Failures {
 
 ScoredCourse scoreCourse(
     Course course, std::vector<Enrollment> students, const std::vector<AssignmentGroup> &groups,
-    std::vector<SubmissionSummary> submissions, const CourseThresholds &thresholds, Date now) {
+    std::vector<SubmissionSummary> submissions, const CourseThresholds &thresholds, Date now,
+    const ScoredCourse *earlier) {
     students = reduceToStudents(students);
     // Canvas also returns the test student and people who have left the course.
     std::unordered_set<std::int64_t> onRoster;
@@ -98,7 +118,7 @@ ScoredCourse scoreCourse(
     scored.termEndsAt = course.term ? course.term->endAt : std::nullopt;
     scored.course = std::move(course);
     scored.fetchedAt = now;
-    score(scored, thresholds);
+    score(scored, thresholds, earlier);
     return scored;
 }
 
@@ -110,7 +130,7 @@ ScoredCourse rescored(const ScoredCourse &course, const CourseThresholds &thresh
         .termEndsAt = course.termEndsAt,
         .notes = course.notes,
         .records = course.records};
-    score(result, thresholds);
+    score(result, thresholds, &course);
     return result;
 }
 
@@ -121,10 +141,10 @@ SharedCourse withCurrentThresholds(const SharedCourse &course, const UserDefault
 
 QCoro::Task<ScoredCourse> loadCourse(
     std::shared_ptr<CanvasReading> source, Course course, const UserDefaults &defaults, Clock clock,
-    std::stop_token stop, RequestPriority priority) {
+    LoadOptions options) {
     std::stop_source own;
-    const std::stop_callback stopsWithCaller(stop, [own]() mutable { own.request_stop(); });
-    const auto reads = source->scoped(own.get_token(), priority);
+    const std::stop_callback stopsWithCaller(options.stop, [own]() mutable { own.request_stop(); });
+    const auto reads = source->scoped(own.get_token(), options.priority);
     // Tasks start immediately, so the three reads run concurrently.
     auto enrollments = stoppingOthers(reads->fetchEnrollments(course.id), own);
     auto groups = stoppingOthers(reads->fetchAssignmentGroups(course.id), own);
@@ -152,7 +172,7 @@ QCoro::Task<ScoredCourse> loadCourse(
     const CourseThresholds thresholds = courseThresholds(defaults, course.id);
     ScoredCourse scored = scoreCourse(
         std::move(course), std::move(students.records), fetchedGroups.records,
-        std::move(work.records), thresholds, clock());
+        std::move(work.records), thresholds, clock(), options.earlier.get());
     const auto addNote = [&](std::string_view records, std::optional<CutShort> cutShort) {
         if (cutShort)
             scored.notes.push_back(cutShortText(records, *cutShort));

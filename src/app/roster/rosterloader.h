@@ -45,9 +45,11 @@ using SharedCourse = std::shared_ptr<const ScoredCourse>;
 /// Scores fetched records: a student may have several enrollments, and there may be submissions of
 /// users who are not on the roster.
 /// @param now the time of the fetch.
+/// @param earlier the same course as scored before, with which equal reasons are shared; or null.
 [[nodiscard]] ScoredCourse scoreCourse(
     Course course, std::vector<Enrollment> students, const std::vector<AssignmentGroup> &groups,
-    std::vector<SubmissionSummary> submissions, const CourseThresholds &thresholds, Date now);
+    std::vector<SubmissionSummary> submissions, const CourseThresholds &thresholds, Date now,
+    const ScoredCourse *earlier = nullptr);
 
 /// The course rescored from the same records. Figures that depend on the time stay as of the fetch.
 [[nodiscard]] ScoredCourse rescored(const ScoredCourse &course, const CourseThresholds &thresholds);
@@ -56,12 +58,19 @@ using SharedCourse = std::shared_ptr<const ScoredCourse>;
 [[nodiscard]] SharedCourse
 withCurrentThresholds(const SharedCourse &course, const UserDefaults &defaults);
 
+struct LoadOptions {
+    std::stop_token stop;
+    RequestPriority priority = RequestPriority::foreground;
+    /// The same course as scored before, with which equal reasons are shared; or null.
+    SharedCourse earlier;
+};
+
 /// Fetches a course's enrollments, assignment groups and submissions concurrently, and scores them
 /// with the thresholds in effect when they have arrived. If one of the reads fails, the other two
 /// are stopped. `defaults` must outlive the task.
 /// @throws CanvasError, Cancelled
 [[nodiscard]] QCoro::Task<ScoredCourse> loadCourse(
     std::shared_ptr<CanvasReading> source, Course course, const UserDefaults &defaults, Clock clock,
-    std::stop_token stop = {}, RequestPriority priority = RequestPriority::foreground);
+    LoadOptions options = {});
 
 } // namespace ellwynd

@@ -68,6 +68,27 @@ TEST(SavedCourse, IsScoredAgainAsOfTheDayItWasRead) {
     EXPECT_EQ(again->rows.back().reasonLines.back().text, "No recent activity (20 days)");
 }
 
+TEST(ScoredCourse, SharesEqualReasonsWithTheEarlierOne) {
+    const auto score = [](double firstScore, const ScoredCourse *earlier) {
+        const std::vector<Enrollment> students{
+            {.userID = 1, .grades = Grades{.currentScore = firstScore}},
+            {.userID = 2, .grades = Grades{.currentScore = 45}}};
+        return scoreCourse({.id = 4021}, students, {}, {}, {}, test::noon, earlier);
+    };
+    const auto sentence = [](const ScoredCourse &course, std::int64_t student) {
+        return &std::ranges::find(course.rows, student, &RiskRow::id)->reasonLines.at(0);
+    };
+    const ScoredCourse earlier = score(40, nullptr);
+    const ScoredCourse later = score(50, &earlier);
+    EXPECT_EQ(sentence(later, 2), sentence(earlier, 2));
+    EXPECT_EQ(sentence(later, 1)->text, "Current score 50% (below 70%)");
+
+    const ScoredCourse another = rescored(later, {.passingScore = 45});
+    EXPECT_TRUE(std::ranges::all_of(
+        another.rows, [](const RiskRow &row) { return row.reasonLines.empty(); }));
+    EXPECT_EQ(sentence(rescored(later, {.inactivityDays = 9}), 2), sentence(earlier, 2));
+}
+
 TEST(SavedCourse, EveryInvalidFileIsReportedInOneSentence) {
     using namespace testing;
     for (const auto &[file, bytes, sentence] :

@@ -11,8 +11,8 @@ void returnLargeBlocks() {
 #ifdef __GLIBC__
     constexpr int threshold = 512 * 1024;
     ::mallopt(M_MMAP_THRESHOLD, threshold);
-    // Small freed blocks are otherwise collected apart. When they are joined at last, the end of a
-    // thread's heap has grown by megabytes that neither `free` nor `malloc_trim` returns.
+    // Without the lists of small freed blocks, which are merged late: `malloc_trim` then adds them
+    // to the end of a thread's heap, which it does not return to the system.
     ::mallopt(M_MXFAST, 0);
 #endif
 }

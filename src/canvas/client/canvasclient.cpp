@@ -149,8 +149,8 @@ QCoro::Task<ListRead<Record>> fetchAll(Connection connection, Endpoint<Record> e
             result.cutShort = CutShort::pageLimit;
             co_return result;
         }
-        // Otherwise the list moves with each doubling, and what was freed is filled with values
-        // that are kept. Room that is never used takes no memory.
+        // Growing step by step would fragment the heap: small values that live longer are placed
+        // in the blocks that the list has left. Capacity that is not used is not resident.
         if (page == 1)
             result.records.reserve(largeList);
     }

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <memory>
+#include <type_traits>
 
 namespace ellwynd {
 
